@@ -1,0 +1,16 @@
+# holdfast_test(name SOURCES a.cpp ... LIBRARIES lib ... [ENVIRONMENT VAR=value ...])
+# One test program and one ctest entry: starting a process costs more than most tests do.
+find_package(GTest REQUIRED)
+
+function(holdfast_test name)
+  cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE holdfast_flags ${arg_LIBRARIES} GTest::gmock GTest::gtest GTest::gtest_main)
+  add_test(NAME ${name} COMMAND ${name} --gtest_brief=1 WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
+  if(arg_TIMEOUT)
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT})
+  endif()
+  if(arg_ENVIRONMENT)
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${arg_ENVIRONMENT}")
+  endif()
+endfunction()
