@@ -1,0 +1,14 @@
+# The seam to the platform. Without HOLDFAST_HOST_HEADERS the in-memory model of the host is built and used.
+set(HOLDFAST_HOST_HEADERS "" CACHE PATH "Headers of a real host platform; empty: the in-memory model")
+set(HOLDFAST_HOST_LIBRARIES "" CACHE STRING "Libraries of a real host platform")
+
+# Declarations only: all that the module may see.
+add_library(host_api INTERFACE)
+if(HOLDFAST_HOST_HEADERS)
+  target_include_directories(host_api SYSTEM INTERFACE "${HOLDFAST_HOST_HEADERS}")
+  target_link_libraries(host_api INTERFACE ${HOLDFAST_HOST_LIBRARIES})
+else()
+  target_include_directories(host_api INTERFACE
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/host/include> $<INSTALL_INTERFACE:include/holdfast/host>)
+  add_subdirectory(host)
+endif()
