@@ -20,6 +20,8 @@ public:
     YxGePoint3d endPoint() const;
 
 private:
+    YxGePoint3d pointAt(double angle) const;
+
     YxGePoint3d m_centre;
     YxGeVector3d m_normal;
     YxGeVector3d m_reference;

@@ -1,0 +1,3 @@
+#include <yxbase/YxGeTol.h>
+
+constinit YxGeTol YxGeContext::gTol;
