@@ -97,10 +97,10 @@ struct PolylineShape {
 
 /// One line of text (text) or a paragraph (mtext).
 struct TextShape {
-    Vec2 position;
+    Vec2 position{};
     double rotation = 0.0;
     double height = 2.5;
-    std::string text;
+    std::string text{};
     bool multiline = false;
     friend bool operator==(const TextShape&, const TextShape&) = default;
 };
@@ -143,24 +143,43 @@ struct Place {
 
 /// Constraint kinds by their names in drawing files.
 enum class ConstraintType {
-    coincident, concentric, pointOnCurve, fixed, horizontal, vertical, parallel, perpendicular, collinear, tangent,
-    equal, symmetric, midpoint, internal, g2Smooth, composite,
+    coincident,
+    concentric,
+    pointOnCurve,
+    fixed,
+    horizontal,
+    vertical,
+    parallel,
+    perpendicular,
+    collinear,
+    tangent,
+    equal,
+    symmetric,
+    midpoint,
+    internal,
+    g2Smooth,
+    composite,
     // dimensions: they carry a value
-    distance, distanceX, distanceY, radius, diameter, angle
+    distance,
+    distanceX,
+    distanceY,
+    radius,
+    diameter,
+    angle
 };
 
 /// One constraint of a drawing.
 struct Constraint {
-    std::string id;
+    std::string id{};
     ConstraintType type = ConstraintType::coincident;
-    std::vector<Place> refs;
-    std::optional<double> value;   ///< dimensions
-    std::string role;              ///< internal: major_diameter, minor_diameter, focus1, focus2
-    std::string name;              ///< a user's name for a dimension, or empty
-    bool driving = true;           ///< false: a measured dimension that follows the geometry
-    bool active = true;            ///< false: switched off by its author
-    bool implied = false;          ///< the host made it itself, at the corner of a polyline
-    std::vector<std::string> members;  ///< composite, g2_smooth: ids of the constraints that it owns
+    std::vector<Place> refs{};
+    std::optional<double> value{};       ///< dimensions
+    std::string role{};                  ///< internal: major_diameter, minor_diameter, focus1, focus2
+    std::string name{};                  ///< a user's name for a dimension, or empty
+    bool driving = true;                 ///< false: a measured dimension that follows the geometry
+    bool active = true;                  ///< false: switched off by its author
+    bool implied = false;                ///< the host made it itself, at the corner of a polyline
+    std::vector<std::string> members{};  ///< composite, g2_smooth: ids of the constraints that it owns
 
     friend bool operator==(const Constraint&, const Constraint&) = default;
 };
