@@ -1,0 +1,187 @@
+#include "workbench/drawing/FileIo.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <system_error>
+#include <vector>
+
+#include "workbench/drawing/DrawingError.h"
+#include "workbench/drawing/JsonReader.h"
+#include "workbench/drawing/JsonWriter.h"
+#include "workbench/drawing/Suggest.h"
+
+namespace holdfast {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string reasonOf(int code) {
+    return std::generic_category().message(code);
+}
+
+[[noreturn]] void fail(const fs::path& path, std::string found, std::string expected) {
+    throw DrawingError(path.string(), {"", std::move(found), std::move(expected)});
+}
+
+/// An open file, closed at the end of its scope.
+class Descriptor {
+public:
+    explicit Descriptor(int number) : m_number(number) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (m_number >= 0)
+            ::close(m_number);
+    }
+
+    int number() const { return m_number; }
+    bool isOpen() const { return m_number >= 0; }
+
+private:
+    int m_number;
+};
+
+/// A file beside the target that vanishes again unless it has taken the target's place.
+class FileBeside {
+public:
+    explicit FileBeside(const fs::path& target)
+        : m_path(target.string() + ".XXXXXX"), m_file(::mkostemp(m_path.data(), O_CLOEXEC)) {}
+    FileBeside(const FileBeside&) = delete;
+    FileBeside& operator=(const FileBeside&) = delete;
+    ~FileBeside() {
+        if (m_file.isOpen() && !m_inPlace)
+            ::unlink(m_path.c_str());
+    }
+
+    const Descriptor& file() const { return m_file; }
+    bool replace(const fs::path& target) {
+        m_inPlace = ::rename(m_path.c_str(), target.c_str()) == 0;
+        return m_inPlace;
+    }
+
+private:
+    std::string m_path;
+    Descriptor m_file;
+    bool m_inPlace = false;
+};
+
+std::string similarNameBeside(const fs::path& path) {
+    std::error_code error;
+    std::vector<std::string> names;
+    const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+    for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error))
+        names.push_back(it->path().filename().string());
+    const std::vector<std::string_view> views(names.begin(), names.end());
+    return suggestion(path.filename().string(), views);
+}
+
+bool writeAll(int file, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = ::write(file, text.data(), text.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        text.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+/// What the new file's permissions are to be: the old file's, or those of any new file.
+mode_t permissionsFor(const fs::path& target) {
+    struct stat status {};
+    if (::stat(target.c_str(), &status) == 0)
+        return status.st_mode & 07777U;
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return 0666U & ~mask;
+}
+
+void flushFolder(const fs::path& target) {
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    const Descriptor directory(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (directory.isOpen())
+        ::fsync(directory.number());
+}
+
+void refuseMissingFolder(const fs::path& path) {
+    const fs::path folder = path.parent_path();
+    std::error_code error;
+    if (folder.empty() || fs::is_directory(folder, error))
+        return;
+    fail(path,
+         fs::exists(folder, error) ? "a file where its folder should be" : "no folder " + inQuotes(folder.string()),
+         "a folder that exists; create it first");
+}
+
+void writeBeside(const fs::path& path, const fs::path& target, std::string_view text) {
+    FileBeside beside(target);
+    if (!beside.file().isOpen())
+        fail(path, reasonOf(errno), "a folder in which files may be made");
+    const int file = beside.file().number();
+    const bool written = writeAll(file, text) && ::fchmod(file, permissionsFor(target)) == 0 && ::fsync(file) == 0;
+    if (!written)
+        fail(path, reasonOf(errno), "room for " + std::to_string(text.size()) + " bytes; the file is as it was");
+    if (!beside.replace(target))
+        fail(path, reasonOf(errno), "a name that may be replaced; the file is as it was");
+    flushFolder(target);
+}
+
+void writeThrough(const fs::path& path, std::string_view text) {
+    const Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+    if (!file.isOpen() || !writeAll(file.number(), text))
+        fail(path, reasonOf(errno), "a place that takes " + std::to_string(text.size()) + " bytes");
+}
+
+}  // namespace
+
+std::string readFile(const fs::path& path) {
+    std::error_code error;
+    if (fs::is_directory(path, error))
+        fail(path, "a folder", "a file");
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!file.isOpen() && errno == ENOENT)
+        fail(path, "no such file", "the name of a file" + similarNameBeside(path));
+    if (!file.isOpen())
+        fail(path, reasonOf(errno), "a file that may be read");
+    std::string text;
+    std::array<char, 65536> buffer{};
+    for (;;) {
+        const ssize_t count = ::read(file.number(), buffer.data(), buffer.size());
+        if (count == 0)
+            return text;
+        if (count > 0)
+            text.append(buffer.data(), static_cast<std::size_t>(count));
+        else if (errno != EINTR)
+            fail(path, reasonOf(errno), "a file that can be read to its end");
+    }
+}
+
+void writeFile(const fs::path& path, std::string_view text) {
+    if (path.empty())
+        fail("(no name)", "an empty file name", "the name of a file");
+    refuseMissingFolder(path);
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    if (fs::is_directory(status))
+        fail(path, "a folder", "the name of a file");
+    if (fs::exists(status) && !fs::is_regular_file(status))
+        return writeThrough(path, text);
+    const bool isLink = fs::is_symlink(fs::symlink_status(path, error));
+    writeBeside(path, isLink ? fs::weakly_canonical(path, error) : path, text);
+}
+
+Document readDrawing(const fs::path& path) {
+    return readJson(readFile(path), path.string());
+}
+
+void writeDrawing(const Document& document, const fs::path& path) {
+    writeFile(path, jsonText(document));
+}
+
+}  // namespace holdfast
