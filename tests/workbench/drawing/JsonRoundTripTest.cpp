@@ -47,39 +47,8 @@ TEST(JsonRoundTrip, KeepsEveryByteOfTheDrawingsInANamedFolder) {
     EXPECT_GT(expectSameBytes(folder), 0) << "no *.json file in " << folder;
 }
 
-/// Every kind of entity and every field that drawings have.
-const std::string kAllKinds = json(R"({
-'name': 'all kinds',
-'source': {'repository': 'r', 'revision': '1', 'file': 'f', 'sketch': 's'},
-'license': 'CC0-1.0',
-'units': {'length': 'in', 'angle': 'rad'},
-'plane': {'origin': [0.0, 0.0, 5.0], 'x_axis': [0.0, 1.0, 0.0], 'y_axis': [0.0, 0.0, 1.0]},
-'entities': [
-{'id': 'g0', 'type': 'line', 'start': [0.0, -0.0], 'end': [1e-05, 1e+16], 'construction': true, 'fixed': true},
-{'id': 'g1', 'type': 'arc', 'centre': [1.0, 0.0], 'radius': 1.0, 'start_angle': 6.0, 'end_angle': 7.5},
-{'id': 'g2', 'type': 'circle', 'centre': [0.1, 0.2], 'radius': 3.0000000000000004},
-{'id': 'g3', 'type': 'ellipse', 'centre': [0.0, 0.0], 'major_axis': [2.0, 1.0], 'ratio': 1.0},
-{'id': 'g4', 'type': 'elliptical_arc', 'centre': [0.0, 0.0], 'major_axis': [2.0, 1.0], 'ratio': 0.5, 'start_param': -1.0, 'end_param': 1.0},
-{'id': 'g5', 'type': 'spline', 'degree': 1, 'periodic': false, 'control': [[0.0, 0.0], [1.0, 1.0]], 'knots': [0.0, 0.0, 1.0, 1.0], 'weights': [1.0, 2.0]},
-{'id': 'g6', 'type': 'spline', 'degree': 2, 'periodic': true, 'control': [[0.0, 0.0], [1.0, 0.0], [0.0, 1.0]], 'knots': [0.0, 1.0, 2.0, 3.0]},
-{'id': 'g7', 'type': 'point', 'position': [0.0, 0.0]},
-{'id': 'g8', 'type': 'xline', 'point': [0.0, 0.0], 'direction': [0.0, 1.0]},
-{'id': 'g9', 'type': 'ray', 'point': [0.0, 0.0], 'direction': [0.0, -1.0]},
-{'id': 'p0', 'type': 'polyline', 'vertices': [[0.0, 0.0], [10.0, 0.0], [10.0, 5.0]], 'bulges': [0.0, -1.0, 0.5], 'ids': [11, 0, 12], 'closed': true},
-{'id': 't0', 'type': 'text', 'position': [0.0, 0.0], 'rotation': 0.5, 'height': 2.5, 'text': 'say \'a\\b\'\t'},
-{'id': 't1', 'type': 'mtext', 'position': [0.0, 0.0], 'rotation': 0.0, 'height': 2.5, 'text': 'Größe\n2'}
-],
-'constraints': [
-{'id': 'c0', 'type': 'coincident', 'refs': [{'entity': 'p0', 'point': 'segment:0.start'}, {'entity': 'g5', 'point': 'control:1'}], 'implied': true},
-{'id': 'c1', 'type': 'tangent', 'refs': [{'entity': 'p0', 'point': 'segment:1'}, {'entity': 'g0', 'point': 'whole'}], 'active': false},
-{'id': 'c2', 'type': 'g2_smooth', 'refs': [{'entity': 'g5', 'point': 'end'}, {'entity': 'p0', 'point': 'segment:0.start'}], 'members': ['c0']},
-{'id': 'c3', 'type': 'composite', 'members': ['c2', 'c1'], 'name': 'seam'},
-{'id': 'c4', 'type': 'internal', 'refs': [{'entity': 'g7', 'point': 'whole'}, {'entity': 'g3', 'point': 'whole'}], 'role': 'focus2'},
-{'id': 'c5', 'type': 'radius', 'refs': [{'entity': 'p0', 'point': 'segment:2'}], 'value': 2.0, 'driving': false, 'name': 'r'},
-{'id': 'c6', 'type': 'midpoint', 'refs': [{'entity': 'g1', 'point': 'mid'}, {'entity': 'p0', 'point': 'segment:0'}]}
-]
-}
-)");
+/// Every kind of entity and every field that drawings have; the schema's test reads it too.
+const std::string kAllKinds = textOf("tests/workbench/drawing/data/all-kinds.json");
 
 TEST(JsonRoundTrip, KeepsEveryKindOfEntityConstraintAndField) {
     const Document document = readJson(kAllKinds, "all.json");
