@@ -1,0 +1,3 @@
+#include "evaluation/ConstraintStaticEditCmdCenter.h"
+
+ConstraintStaticEditCmdCenter::~ConstraintStaticEditCmdCenter() = default;
