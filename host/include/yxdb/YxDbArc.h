@@ -27,6 +27,9 @@ private:
     YxDbArc() = default;
     YxDbArc(const YxDbArc&) = default;
 
+    YxGePoint3d pointAt(double angle) const;
+    void turnAngles(double shift);
+
     YxGePoint3d m_centre;
     YxGeVector3d m_normal{0.0, 0.0, 1.0};
     double m_radius = 1.0;

@@ -25,6 +25,8 @@ private:
     YxDbCircle() = default;
     YxDbCircle(const YxDbCircle&) = default;
 
+    YxGePoint3d pointAt(double angle) const;
+
     YxGePoint3d m_centre;
     YxGeVector3d m_normal{0.0, 0.0, 1.0};
     double m_radius = 1.0;

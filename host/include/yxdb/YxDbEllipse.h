@@ -29,6 +29,9 @@ private:
     YxDbEllipse() = default;
     YxDbEllipse(const YxDbEllipse&) = default;
 
+    YxGeVector3d minor() const;
+    YxGePoint3d pointAt(double angle) const;
+
     YxGePoint3d m_centre;
     YxGeVector3d m_major{1.0, 0.0, 0.0};
     YxGeVector3d m_normal{0.0, 0.0, 1.0};

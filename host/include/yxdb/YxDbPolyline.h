@@ -6,6 +6,10 @@
 #include <yxbase/YxGePoint2d.h>
 #include <yxdb/YxDbCurve.h>
 
+namespace holdfast {
+class BulgeSegment;
+}
+
 /// Straight and arc segments between vertices in the xy plane. Segment i runs from vertex i to the next one. Every
 /// vertex carries an identifier that survives edits; 0 means that it was never referenced. Parameter: vertex index +
 /// fraction of the segment.
@@ -20,7 +24,7 @@ public:
     Yxrt::ErrorStatus getPointAt(unsigned int index, YxGePoint2d& point) const;
     /// kNone for the last vertex of an open polyline and for an index past the end.
     SegType segType(unsigned int index) const;
-    /// The argument is unchanged unless the segment is an arc.
+    /// Right-handed about its normal from vertex to vertex. The argument is unchanged unless the segment is an arc.
     Yxrt::ErrorStatus getArcSegAt(unsigned int index, YxGeCircArc3d& arc) const;
     Yxrt::ErrorStatus getVertexIdentifierAt(unsigned int index, int& identifier) const;
     virtual Yxrt::ErrorStatus setVertexIdentifierAt(unsigned int index, int identifier);
@@ -45,6 +49,12 @@ private:
         double bulge = 0.0;
         int identifier = 0;
     };
+    static YxGePoint3d placed(const YxGePoint2d& point);
+    unsigned int segmentCount() const;
+    holdfast::BulgeSegment segmentAt(unsigned int index) const;
+    double nearestParam(const YxGePoint2d& point) const;
+    Yxrt::ErrorStatus pointOfLoneVertex(double param, YxGePoint3d& point) const;
+
     std::vector<Vertex> m_vertices;
     bool m_closed = false;
     int m_lastFreshIdentifier = 0;

@@ -26,6 +26,10 @@ private:
     YxDbSpline() = default;
     YxDbSpline(const YxDbSpline&) = default;
 
+    YxGePoint3d firstPoint() const;
+    YxGePoint3d lastPoint() const;
+    void reverseControlPoints();
+
     int m_degree = 3;
     bool m_periodic = false;
     std::vector<YxGePoint3d> m_controlPoints;

@@ -25,6 +25,12 @@ YxGeVector3d PlaneFrame::directionAt(double angle) const {
     return x * std::cos(angle) + y * std::sin(angle);
 }
 
+double PlaneFrame::angleOf(const YxGeVector3d& direction) const {
+    const double along = direction.dotProduct(x);
+    const double across = direction.dotProduct(y);
+    return along == 0.0 && across == 0.0 ? 0.0 : std::atan2(across, along);
+}
+
 PlaneFrame planeFrame(const YxGeVector3d& normal, const YxGeVector3d& reference) {
     const YxGeVector3d z = isZero(normal) ? YxGeVector3d::kZAxis : normal.normal();
     YxGeVector3d x = inPlane(reference.normal(), z);

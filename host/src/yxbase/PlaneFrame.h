@@ -11,6 +11,8 @@ struct PlaneFrame {
     YxGeVector3d z;
 
     YxGeVector3d directionAt(double angle) const;
+    /// The angle in [-pi, pi] of what of a vector lies in the plane; 0 when nothing does.
+    double angleOf(const YxGeVector3d& direction) const;
 };
 
 /// z along the normal and x along the reference as far as it lies in the plane. A zero normal counts as the z axis; a

@@ -1,0 +1,89 @@
+#include <yxdb/YxDbCircle.h>
+
+#include <cmath>
+
+#include "host/src/yxbase/ImplementClass.h"
+#include "host/src/yxbase/PlaneFrame.h"
+#include "host/src/yxdb/CurveMath.h"
+#include "host/src/yxdb/EntityCall.h"
+#include "host/src/yxdb/Similarity.h"
+
+YX_IMPLEMENT_CLASS(YxDbCircle, YxDbCurve)
+
+YxGePoint3d YxDbCircle::center() const {
+    holdfast::accessorCall(*this, "center");
+    return m_centre;
+}
+
+double YxDbCircle::radius() const {
+    holdfast::accessorCall(*this, "radius");
+    return m_radius;
+}
+
+YxGeVector3d YxDbCircle::normal() const {
+    holdfast::accessorCall(*this, "normal");
+    return m_normal;
+}
+
+Yxrt::ErrorStatus YxDbCircle::transformBy(const YxGeMatrix3d& matrix) {
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+        return refused;
+    const auto similar = holdfast::similarity(matrix);
+    if (!similar)
+        return Yxrt::eNotApplicable;
+    const YxGePoint3d centre = matrix * m_centre;
+    const double radius = m_radius * similar->scale;
+    if (!holdfast::isFinite(centre) || !std::isfinite(radius))
+        return Yxrt::eInvalidInput;
+    m_normal = holdfast::imageOf(holdfast::planeFrame(m_normal), matrix).z;
+    m_centre = centre;
+    m_radius = radius;
+    return Yxrt::eOk;
+}
+
+Yxrt::ErrorStatus YxDbCircle::getStartPoint(YxGePoint3d& point) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getStartPoint"))
+        return refused;
+    return holdfast::answer(pointAt(0.0), point);
+}
+
+Yxrt::ErrorStatus YxDbCircle::getEndPoint(YxGePoint3d& point) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getEndPoint"))
+        return refused;
+    return holdfast::answer(pointAt(0.0), point);
+}
+
+Yxrt::ErrorStatus YxDbCircle::getParamAtPoint(const YxGePoint3d& point, double& param) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getParamAtPoint"))
+        return refused;
+    if (!holdfast::isFinite(point))
+        return Yxrt::eInvalidInput;
+    const double angle = holdfast::withinTurn(holdfast::planeFrame(m_normal).angleOf(point - m_centre));
+    return holdfast::answer(pointAt(angle).isEqualTo(pointAt(0.0)) ? 0.0 : angle, param);
+}
+
+Yxrt::ErrorStatus YxDbCircle::getPointAtParam(double param, YxGePoint3d& point) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAtParam"))
+        return refused;
+    return holdfast::answer(pointAt(param), point);
+}
+
+bool YxDbCircle::isClosed() const {
+    holdfast::accessorCall(*this, "isClosed");
+    return true;
+}
+
+Yxrt::ErrorStatus YxDbCircle::reverseCurve() {
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "reverseCurve"))
+        return refused;
+    m_normal = -m_normal;
+    return Yxrt::eOk;
+}
+
+YxRxObject* YxDbCircle::clone() const {
+    return new YxDbCircle(*this);
+}
+
+YxGePoint3d YxDbCircle::pointAt(double angle) const {
+    return m_centre + holdfast::planeFrame(m_normal).directionAt(angle) * m_radius;
+}

@@ -1,0 +1,43 @@
+#include <yxdb/YxDbCurve.h>
+
+#include "host/src/yxbase/ImplementClass.h"
+#include "host/src/yxdb/EntityCall.h"
+
+YX_IMPLEMENT_CLASS(YxDbCurve, YxDbEntity)
+
+// What a kind of curve does not have (a construction line's ends, say) it does not override.
+
+Yxrt::ErrorStatus YxDbCurve::getStartPoint(YxGePoint3d&) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getStartPoint"))
+        return refused;
+    return Yxrt::eNotApplicable;
+}
+
+Yxrt::ErrorStatus YxDbCurve::getEndPoint(YxGePoint3d&) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getEndPoint"))
+        return refused;
+    return Yxrt::eNotApplicable;
+}
+
+Yxrt::ErrorStatus YxDbCurve::getParamAtPoint(const YxGePoint3d&, double&) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getParamAtPoint"))
+        return refused;
+    return Yxrt::eNotApplicable;
+}
+
+Yxrt::ErrorStatus YxDbCurve::getPointAtParam(double, YxGePoint3d&) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAtParam"))
+        return refused;
+    return Yxrt::eNotApplicable;
+}
+
+bool YxDbCurve::isClosed() const {
+    holdfast::accessorCall(*this, "isClosed");
+    return false;
+}
+
+Yxrt::ErrorStatus YxDbCurve::reverseCurve() {
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "reverseCurve"))
+        return refused;
+    return Yxrt::eNotApplicable;
+}

@@ -1,0 +1,128 @@
+#include <yxdb/YxDbEllipse.h>
+
+#include <cmath>
+
+#include "host/src/yxbase/ImplementClass.h"
+#include "host/src/yxbase/PlaneFrame.h"
+#include "host/src/yxdb/CurveMath.h"
+#include "host/src/yxdb/EntityCall.h"
+#include "host/src/yxdb/NearestParam.h"
+#include "host/src/yxdb/Similarity.h"
+
+using holdfast::AngleRange;
+
+YX_IMPLEMENT_CLASS(YxDbEllipse, YxDbCurve)
+
+YxGePoint3d YxDbEllipse::center() const {
+    holdfast::accessorCall(*this, "center");
+    return m_centre;
+}
+
+YxGeVector3d YxDbEllipse::majorAxis() const {
+    holdfast::accessorCall(*this, "majorAxis");
+    return m_major;
+}
+
+YxGeVector3d YxDbEllipse::minorAxis() const {
+    holdfast::accessorCall(*this, "minorAxis");
+    return minor();
+}
+
+double YxDbEllipse::radiusRatio() const {
+    holdfast::accessorCall(*this, "radiusRatio");
+    return m_ratio;
+}
+
+double YxDbEllipse::startAngle() const {
+    holdfast::accessorCall(*this, "startAngle");
+    return m_startAngle;
+}
+
+double YxDbEllipse::endAngle() const {
+    holdfast::accessorCall(*this, "endAngle");
+    return m_endAngle;
+}
+
+Yxrt::ErrorStatus YxDbEllipse::transformBy(const YxGeMatrix3d& matrix) {
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+        return refused;
+    if (!holdfast::similarity(matrix))
+        return Yxrt::eNotApplicable;
+    const YxGePoint3d centre = matrix * m_centre;
+    const YxGeVector3d major = matrix * m_major;
+    if (!holdfast::isFinite(centre) || !holdfast::isFinite(YxGePoint3d::kOrigin + major))
+        return Yxrt::eInvalidInput;
+    const holdfast::PlaneFrame image = holdfast::imageOf(holdfast::planeFrame(m_normal, m_major), matrix);
+    m_normal = image.z;
+    m_centre = centre;
+    m_major = major;
+    return Yxrt::eOk;
+}
+
+Yxrt::ErrorStatus YxDbEllipse::getStartPoint(YxGePoint3d& point) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getStartPoint"))
+        return refused;
+    return holdfast::answer(pointAt(m_startAngle), point);
+}
+
+Yxrt::ErrorStatus YxDbEllipse::getEndPoint(YxGePoint3d& point) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getEndPoint"))
+        return refused;
+    return holdfast::answer(pointAt(m_endAngle), point);
+}
+
+Yxrt::ErrorStatus YxDbEllipse::getParamAtPoint(const YxGePoint3d& point, double& param) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getParamAtPoint"))
+        return refused;
+    if (!holdfast::isFinite(point))
+        return Yxrt::eInvalidInput;
+    constexpr int kSteps = 48;
+    const AngleRange range(m_startAngle, m_endAngle);
+    const YxGeVector3d minorAxis = minor();
+    holdfast::NearestParam search(point);
+    search.search(
+        [&](double t) {
+            return holdfast::CurveSample{pointAt(t), minorAxis * std::cos(t) - m_major * std::sin(t)};
+        },
+        range.start(), range.end(), kSteps);
+    const YxGePoint3d nearest = pointAt(search.param());
+    if (nearest.isEqualTo(pointAt(range.start())))
+        return holdfast::answer(range.start(), param);
+    return holdfast::answer(nearest.isEqualTo(pointAt(range.end())) ? range.end() : search.param(), param);
+}
+
+Yxrt::ErrorStatus YxDbEllipse::getPointAtParam(double param, YxGePoint3d& point) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAtParam"))
+        return refused;
+    const auto angle = AngleRange(m_startAngle, m_endAngle).inside(param);
+    if (!angle)
+        return Yxrt::eOutOfRange;
+    return holdfast::answer(pointAt(*angle), point);
+}
+
+bool YxDbEllipse::isClosed() const {
+    holdfast::accessorCall(*this, "isClosed");
+    return AngleRange(m_startAngle, m_endAngle).isFullTurn();
+}
+
+Yxrt::ErrorStatus YxDbEllipse::reverseCurve() {
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "reverseCurve"))
+        return refused;
+    const double sweep = AngleRange(m_startAngle, m_endAngle).sweep();
+    m_normal = -m_normal;
+    m_startAngle = holdfast::withinTurn(-m_endAngle);
+    m_endAngle = m_startAngle + sweep;
+    return Yxrt::eOk;
+}
+
+YxRxObject* YxDbEllipse::clone() const {
+    return new YxDbEllipse(*this);
+}
+
+YxGeVector3d YxDbEllipse::minor() const {
+    return m_normal.crossProduct(m_major) * m_ratio;
+}
+
+YxGePoint3d YxDbEllipse::pointAt(double angle) const {
+    return m_centre + m_major * std::cos(angle) + minor() * std::sin(angle);
+}

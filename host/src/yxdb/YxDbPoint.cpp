@@ -1,0 +1,25 @@
+#include <yxdb/YxDbPoint.h>
+
+#include "host/src/yxbase/ImplementClass.h"
+#include "host/src/yxdb/CurveMath.h"
+#include "host/src/yxdb/EntityCall.h"
+#include "host/src/yxdb/Similarity.h"
+
+YX_IMPLEMENT_CLASS(YxDbPoint, YxDbEntity)
+
+YxGePoint3d YxDbPoint::position() const {
+    holdfast::accessorCall(*this, "position");
+    return m_position;
+}
+
+Yxrt::ErrorStatus YxDbPoint::transformBy(const YxGeMatrix3d& matrix) {
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+        return refused;
+    if (!holdfast::similarity(matrix))
+        return Yxrt::eNotApplicable;
+    return holdfast::answer(matrix * m_position, m_position);
+}
+
+YxRxObject* YxDbPoint::clone() const {
+    return new YxDbPoint(*this);
+}

@@ -1,0 +1,60 @@
+#include <yxdb/YxDbRay.h>
+
+#include "host/src/yxbase/ImplementClass.h"
+#include "host/src/yxdb/CurveMath.h"
+#include "host/src/yxdb/EntityCall.h"
+#include "host/src/yxdb/Similarity.h"
+
+YX_IMPLEMENT_CLASS(YxDbRay, YxDbCurve)
+
+YxGePoint3d YxDbRay::basePoint() const {
+    holdfast::accessorCall(*this, "basePoint");
+    return m_base;
+}
+
+YxGeVector3d YxDbRay::unitDir() const {
+    holdfast::accessorCall(*this, "unitDir");
+    return m_direction;
+}
+
+Yxrt::ErrorStatus YxDbRay::transformBy(const YxGeMatrix3d& matrix) {
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+        return refused;
+    if (!holdfast::similarity(matrix))
+        return Yxrt::eNotApplicable;
+    const YxGePoint3d base = matrix * m_base;
+    if (!holdfast::isFinite(base))
+        return Yxrt::eInvalidInput;
+    m_base = base;
+    m_direction = (matrix * m_direction).normal();
+    return Yxrt::eOk;
+}
+
+Yxrt::ErrorStatus YxDbRay::getStartPoint(YxGePoint3d& point) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getStartPoint"))
+        return refused;
+    point = m_base;
+    return Yxrt::eOk;
+}
+
+Yxrt::ErrorStatus YxDbRay::getParamAtPoint(const YxGePoint3d& point, double& param) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getParamAtPoint"))
+        return refused;
+    if (!holdfast::isFinite(point))
+        return Yxrt::eInvalidInput;
+    const double along = (point - m_base).dotProduct(m_direction);
+    return holdfast::answer(along <= YxGeContext::gTol.equalPoint() ? 0.0 : along, param);
+}
+
+Yxrt::ErrorStatus YxDbRay::getPointAtParam(double param, YxGePoint3d& point) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAtParam"))
+        return refused;
+    constexpr double kRounding = 1e-10;
+    if (!(param >= -kRounding))
+        return Yxrt::eOutOfRange;
+    return holdfast::answer(param <= 0.0 ? m_base : m_base + m_direction * param, point);
+}
+
+YxRxObject* YxDbRay::clone() const {
+    return new YxDbRay(*this);
+}

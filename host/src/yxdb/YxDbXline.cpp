@@ -1,0 +1,59 @@
+#include <yxdb/YxDbXline.h>
+
+#include "host/src/yxbase/ImplementClass.h"
+#include "host/src/yxdb/CurveMath.h"
+#include "host/src/yxdb/EntityCall.h"
+#include "host/src/yxdb/Similarity.h"
+
+YX_IMPLEMENT_CLASS(YxDbXline, YxDbCurve)
+
+YxGePoint3d YxDbXline::basePoint() const {
+    holdfast::accessorCall(*this, "basePoint");
+    return m_base;
+}
+
+YxGePoint3d YxDbXline::secondPoint() const {
+    holdfast::accessorCall(*this, "secondPoint");
+    return m_base + m_direction;
+}
+
+YxGeVector3d YxDbXline::unitDir() const {
+    holdfast::accessorCall(*this, "unitDir");
+    return m_direction;
+}
+
+Yxrt::ErrorStatus YxDbXline::transformBy(const YxGeMatrix3d& matrix) {
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+        return refused;
+    if (!holdfast::similarity(matrix))
+        return Yxrt::eNotApplicable;
+    const YxGePoint3d base = matrix * m_base;
+    if (!holdfast::isFinite(base))
+        return Yxrt::eInvalidInput;
+    m_base = base;
+    m_direction = (matrix * m_direction).normal();
+    return Yxrt::eOk;
+}
+
+Yxrt::ErrorStatus YxDbXline::getParamAtPoint(const YxGePoint3d& point, double& param) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getParamAtPoint"))
+        return refused;
+    return holdfast::answer((point - m_base).dotProduct(m_direction), param);
+}
+
+Yxrt::ErrorStatus YxDbXline::getPointAtParam(double param, YxGePoint3d& point) const {
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAtParam"))
+        return refused;
+    return holdfast::answer(m_base + m_direction * param, point);
+}
+
+Yxrt::ErrorStatus YxDbXline::reverseCurve() {
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "reverseCurve"))
+        return refused;
+    m_direction = -m_direction;
+    return Yxrt::eOk;
+}
+
+YxRxObject* YxDbXline::clone() const {
+    return new YxDbXline(*this);
+}
