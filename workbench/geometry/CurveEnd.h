@@ -1,0 +1,7 @@
+#pragma once
+
+namespace holdfast {
+
+enum class CurveEnd { start, end };
+
+}  // namespace holdfast

@@ -1,0 +1,339 @@
+#include "workbench/geometry/Extending.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <string>
+
+#include "workbench/geometry/GeometryError.h"
+#include "workbench/geometry/Intersections.h"
+#include "workbench/geometry/Nearest.h"
+#include "workbench/geometry/OpenCascade.h"
+#include "workbench/geometry/Parameters.h"
+#include "workbench/geometry/Polylines.h"
+#include "workbench/geometry/Soundness.h"
+#include "workbench/geometry/Splitting.h"
+
+namespace holdfast {
+namespace {
+
+constexpr double kTurn = 2.0 * std::numbers::pi;
+
+/// A meeting closer to the end than this part of the curve's size is the end itself.
+constexpr double kAtEnd = 1e-9;
+
+/// A spline is followed in stretches of half a span, then one, two, ... up to 64 spans; a straight one much further.
+constexpr double kFirstStretch = 0.5;
+constexpr int kStretches = 7;
+constexpr int kStraightStretches = 20;
+
+[[noreturn]] void refuse(const Shape& curve, const std::string& why) {
+    throw GeometryError(std::string(kindName(curve)) + ": " + why);
+}
+
+bool isArc(const Shape& curve) {
+    return std::holds_alternative<ArcShape>(curve) || std::holds_alternative<EllipticalArcShape>(curve);
+}
+
+/// An arc's parameter as the new value of one end: ahead of the start by up to a turn, or behind the end.
+double arcEndParam(const ParamRange& range, CurveEnd end, double param) {
+    if (end == CurveEnd::end) {
+        return param - std::ceil((param - range.first) / kTurn - 1.0) * kTurn;
+    }
+    return param - std::floor((param - range.last) / kTurn + 1.0) * kTurn;
+}
+
+ArcShape withRange(ArcShape arc, const ParamRange& range) {
+    arc.startAngle = range.first;
+    arc.endAngle = range.last;
+    return arc;
+}
+
+EllipticalArcShape withRange(EllipticalArcShape arc, const ParamRange& range) {
+    arc.startParam = range.first;
+    arc.endParam = range.last;
+    return arc;
+}
+
+template <class Arc>
+Shape arcWithEndAt(const Arc& arc, CurveEnd end, double param) {
+    ParamRange range = paramRange(arc);
+    (end == CurveEnd::end ? range.last : range.first) = arcEndParam(range, end, param);
+    if (!(range.first < range.last)) {
+        refuse(arc, "nothing would be left of it");
+    }
+    return withRange(arc, range);
+}
+
+LineShape lineWithEndAt(const LineShape& line, CurveEnd end, double param) {
+    const bool isEnd = end == CurveEnd::end;
+    if (isEnd ? !(param > 0.0) : !(param < distance(line.start, line.end))) {
+        refuse(line, "nothing would be left of it");
+    }
+    const Vec2 point = pointAt(line, param);
+    return isEnd ? LineShape{line.start, point} : LineShape{point, line.end};
+}
+
+/// The open end of the last segment moved along it.
+PolylineShape withLastVertexAt(PolylineShape polyline, double param) {
+    const double count = static_cast<double>(segmentCount(polyline));
+    if (param <= count - 1.0) {
+        return polylinePart(polyline, 0.0, param);
+    }
+    const std::size_t last = polyline.vertices.size() - 1;
+    const double angle = angleOfBulge(polyline.bulges[last - 1]) * (param - count + 1.0);
+    if (!(std::abs(angle) < kTurn)) {
+        refuse(polyline, "an arc segment would become a full turn or more");
+    }
+    const Vec2 point = pointAt(polyline, param);
+    polyline.vertices[last] = point;
+    polyline.bulges[last - 1] = bulgeOfAngle(angle);
+    return polyline;
+}
+
+PolylineShape polylineWithEndAt(const PolylineShape& polyline, CurveEnd end, double param) {
+    const double count = static_cast<double>(segmentCount(polyline));
+    if (end == CurveEnd::end ? !(param > 0.0) : !(param < count)) {
+        refuse(polyline, "nothing would be left of it");
+    }
+    if (end == CurveEnd::end) {
+        return withLastVertexAt(polyline, param);
+    }
+    return reversedPolyline(withLastVertexAt(reversedPolyline(polyline), count - param));
+}
+
+/// Does something to a spline in a frame of its own.
+template <class Work>
+SplineShape inOwnFrame(SplineShape spline, const Work& work) {
+    const Box box = boundsOf(spline);
+    const Frame frame = frameOf(box.centre(), box.diagonal());
+    for (Vec2& pole : spline.control) {
+        pole = frame.enter(pole);
+    }
+    SplineShape done = work(spline, frame);
+    for (Vec2& pole : done.control) {
+        pole = frame.leave(pole);
+    }
+    return done;
+}
+
+SplineShape splineWithEndAt(const SplineShape& spline, CurveEnd end, double param) {
+    const ParamRange range = paramRange(spline);
+    const bool isEnd = end == CurveEnd::end;
+    if (isEnd ? !(param > range.first) : !(param < range.last)) {
+        refuse(spline, "nothing would be left of it");
+    }
+    if (isEnd ? param > range.last : param < range.first) {
+        return inOwnFrame(spline,
+                          [&](const SplineShape& framed, const Frame&) { return splineProlonged(framed, end, param); });
+    }
+    return std::get<SplineShape>(isEnd ? partOf(spline, range.first, param) : partOf(spline, param, range.last));
+}
+
+/// The outermost segment of a polyline, so that the end in question is its end.
+PolylineShape segmentOutwards(const PolylineShape& polyline, CurveEnd end) {
+    const PolylineShape outwards = end == CurveEnd::end ? polyline : reversedPolyline(polyline);
+    const std::size_t last = outwards.vertices.size() - 1;
+    return {{outwards.vertices[last - 1], outwards.vertices[last]}, {outwards.bulges[last - 1], 0.0}, {0, 0}, false};
+}
+
+/// The parameter on the whole polyline for one on that segment.
+double fromSegmentOutwards(const PolylineShape& polyline, CurveEnd end, double param) {
+    const double count = static_cast<double>(segmentCount(polyline));
+    return end == CurveEnd::end ? count - 1.0 + param : 1.0 - param;
+}
+
+/// One stretch of a spline's outermost span beyond its end, as a spline with the parameters that it would have.
+SplineShape stretchBeyond(const BezierSpan& span, CurveEnd end, double from, double to) {
+    const double width = span.lastKnot - span.firstKnot;
+    SplineShape stretch;
+    stretch.degree = static_cast<int>(span.form.poles.size()) - 1;
+    const double first = end == CurveEnd::end ? 1.0 + from : -to;
+    const double last = end == CurveEnd::end ? 1.0 + to : -from;
+    const BezierForm form = bezierPart(span.form, first, last);
+    stretch.control = form.poles;
+    stretch.weights = form.weights;
+    stretch.knots.assign(form.poles.size(), span.firstKnot + first * width);
+    stretch.knots.insert(stretch.knots.end(), form.poles.size(), span.firstKnot + last * width);
+    return stretch;
+}
+
+/// A rational curve ends where a weight vanishes: there it runs off to infinity.
+bool isFiniteStretch(const SplineShape& stretch) {
+    return std::all_of(stretch.weights.begin(), stretch.weights.end(), [](double weight) { return weight > 0.0; });
+}
+
+/// Calls `visit` for stretch after stretch beyond the end, until it answers true.
+template <class Visit>
+void followBeyond(const SplineShape& spline, CurveEnd end, const Visit& visit) {
+    const std::vector<BezierSpan> spans = bezierSpans(spline);
+    const BezierSpan& span = end == CurveEnd::end ? spans.back() : spans.front();
+    const int stretches = spline.degree == 1 && spline.weights.empty() ? kStraightStretches : kStretches;
+    double from = 0.0;
+    double to = kFirstStretch;
+    for (int i = 0; i < stretches; ++i) {
+        const SplineShape stretch = stretchBeyond(span, end, from, to);
+        if (!isFiniteStretch(stretch) || visit(stretch)) {
+            return;
+        }
+        from = to;
+        to *= 2.0;
+    }
+}
+
+/// A crossing in the order in which the moving end comes by.
+struct Ahead {
+    double distance;  ///< how far the parameter has to move
+    Extension extension;
+};
+
+/// The nearest crossing ahead of the end; `reachOf` tells how far the parameter has to move to it.
+template <class ReachOf>
+std::optional<Extension> nearestAhead(const std::vector<Crossing>& crossings, double atEnd, const ReachOf& reachOf) {
+    std::optional<Ahead> nearest;
+    for (const Crossing& crossing : crossings) {
+        const double reach = reachOf(crossing.paramA);
+        if (reach > atEnd && (!nearest || reach < nearest->distance)) {
+            nearest = Ahead{reach, {crossing.point, crossing.paramA, crossing.paramB}};
+        }
+    }
+    return nearest ? std::optional(nearest->extension) : std::nullopt;
+}
+
+std::optional<Extension> lineExtension(const Shape& curve, CurveEnd end, const Shape& boundary, Extent extent) {
+    const ParamRange range = paramRange(curve);
+    const double size = std::isfinite(range.last) ? range.last : 1.0;
+    return nearestAhead(intersect(curve, boundary, Extent::carrier, extent), kAtEnd * size,
+                        [&](double param) { return end == CurveEnd::end ? param - range.last : range.first - param; });
+}
+
+std::optional<Extension> arcExtension(const Shape& curve, CurveEnd end, const Shape& boundary, Extent extent) {
+    const ParamRange range = paramRange(curve);
+    auto found = nearestAhead(intersect(curve, boundary, Extent::carrier, extent), kAtEnd, [&](double param) {
+        const double turned = arcEndParam(range, end, param);
+        return end == CurveEnd::end ? turned - range.last : range.first - turned;
+    });
+    if (found) {
+        found->param = arcEndParam(range, end, found->param);
+    }
+    return found;
+}
+
+std::optional<Extension> polylineExtension(const PolylineShape& polyline, CurveEnd end, const Shape& boundary,
+                                           Extent extent) {
+    const PolylineShape segment = segmentOutwards(polyline, end);
+    auto found = nearestAhead(intersect(segment, boundary, Extent::carrier, extent), kAtEnd,
+                              [](double param) { return param - 1.0; });
+    if (found) {
+        found->param = fromSegmentOutwards(polyline, end, found->param);
+    }
+    return found;
+}
+
+std::optional<Extension> splineExtension(const SplineShape& spline, CurveEnd end, const Shape& boundary,
+                                         Extent extent) {
+    const ParamRange range = paramRange(spline);
+    std::optional<Extension> found;
+    followBeyond(spline, end, [&](const SplineShape& stretch) {
+        const double width = stretch.knots.back() - stretch.knots.front();
+        found = nearestAhead(intersect(stretch, boundary, Extent::bounded, extent), kAtEnd * width, [&](double param) {
+            return end == CurveEnd::end ? param - range.last : range.first - param;
+        });
+        return found.has_value();
+    });
+    return found;
+}
+
+void requireEnd(const Shape& curve, CurveEnd end) {
+    requireSound(curve);
+    const ParamRange range = paramRange(curve);
+    if (periodOf(curve) > 0.0) {
+        refuse(curve, "is closed and has no end to extend");
+    }
+    if (!std::isfinite(end == CurveEnd::end ? range.last : range.first)) {
+        refuse(curve, "has no end on that side");
+    }
+}
+
+/// The parameter at which a spline's prolongation passes a point, if it does.
+std::optional<double> paramBeyond(const SplineShape& spline, CurveEnd end, Vec2 point, double tolerance) {
+    std::optional<double> found;
+    followBeyond(spline, end, [&](const SplineShape& stretch) {
+        found = paramAtPoint(stretch, point, tolerance);
+        return found.has_value();
+    });
+    return found;
+}
+
+Shape splineExtendedTo(const SplineShape& spline, CurveEnd end, Vec2 point) {
+    const double size = boundsOf(spline).diagonal();
+    const auto beyond = paramBeyond(spline, end, point, kAtEnd * size);
+    if (beyond) {
+        return splineWithEndAt(spline, end, *beyond);
+    }
+    return inOwnFrame(spline, [&](const SplineShape& framed, const Frame& frame) {
+        return splineLedTo(framed, end, frame.enter(point));
+    });
+}
+
+}  // namespace
+
+Shape withEndAt(const Shape& curve, CurveEnd end, double param) {
+    requireSound(curve);
+    if (!std::isfinite(param)) {
+        refuse(curve, "the parameter is not a finite number");
+    }
+    if (periodOf(curve) > 0.0) {
+        refuse(curve, "is closed and has no end to move");
+    }
+    if (const auto* line = std::get_if<LineShape>(&curve)) {
+        return lineWithEndAt(*line, end, param);
+    }
+    if (const auto* arc = std::get_if<ArcShape>(&curve)) {
+        return arcWithEndAt(*arc, end, param);
+    }
+    if (const auto* arc = std::get_if<EllipticalArcShape>(&curve)) {
+        return arcWithEndAt(*arc, end, param);
+    }
+    if (const auto* polyline = std::get_if<PolylineShape>(&curve)) {
+        return polylineWithEndAt(*polyline, end, param);
+    }
+    if (const auto* spline = std::get_if<SplineShape>(&curve)) {
+        return splineWithEndAt(*spline, end, param);
+    }
+    const auto* ray = std::get_if<RayShape>(&curve);
+    if (ray != nullptr && end == CurveEnd::start) {
+        return RayShape{pointAt(curve, param), ray->direction};
+    }
+    const ParamRange range = paramRange(curve);
+    return end == CurveEnd::end ? partOf(curve, range.first, param) : partOf(curve, param, range.last);
+}
+
+std::optional<Extension> extensionTo(const Shape& curve, CurveEnd end, const Shape& boundary, Extent boundaryExtent) {
+    requireEnd(curve, end);
+    if (const auto* spline = std::get_if<SplineShape>(&curve)) {
+        return splineExtension(*spline, end, boundary, boundaryExtent);
+    }
+    if (const auto* polyline = std::get_if<PolylineShape>(&curve)) {
+        return polylineExtension(*polyline, end, boundary, boundaryExtent);
+    }
+    return isArc(curve) ? arcExtension(curve, end, boundary, boundaryExtent)
+                        : lineExtension(curve, end, boundary, boundaryExtent);
+}
+
+Shape extendedTo(const Shape& curve, CurveEnd end, Vec2 point) {
+    requireEnd(curve, end);
+    if (const auto* spline = std::get_if<SplineShape>(&curve)) {
+        return splineExtendedTo(*spline, end, point);
+    }
+    const auto* polyline = std::get_if<PolylineShape>(&curve);
+    const Shape outermost = polyline != nullptr ? Shape(segmentOutwards(*polyline, end)) : curve;
+    const Box box = boundsOf(outermost);
+    const auto param = paramAtPoint(outermost, point, 1e-6 * (box.isBounded() ? box.diagonal() : 1.0), Extent::carrier);
+    if (!param) {
+        refuse(curve, "the point does not lie on the curve or where it goes on");
+    }
+    return withEndAt(curve, end, polyline != nullptr ? fromSegmentOutwards(*polyline, end, *param) : *param);
+}
+
+}  // namespace holdfast

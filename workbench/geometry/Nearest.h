@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+
+#include "workbench/geometry/Pieces.h"
+
+namespace holdfast {
+
+/// A point's nearest neighbour on a curve.
+struct Nearest {
+    Vec2 point;
+    double param = 0.0;
+    double distance = 0.0;
+};
+Nearest nearestOn(const Shape& shape, Vec2 point, Extent extent = Extent::bounded);
+
+/// The parameter of a point that lies on the curve within a tolerance, else none.
+std::optional<double> paramAtPoint(const Shape& shape, Vec2 point, double tolerance = 1e-6,
+                                   Extent extent = Extent::bounded);
+
+}  // namespace holdfast

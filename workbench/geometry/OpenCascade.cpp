@@ -1,0 +1,385 @@
+#include "workbench/geometry/OpenCascade.h"
+
+#include <GCPnts_AbscissaPoint.hxx>
+#include <GccEnt.hxx>
+#include <Geom2dAPI_ProjectPointOnCurve.hxx>
+#include <Geom2dAdaptor_Curve.hxx>
+#include <Geom2dConvert_BSplineCurveToBezierCurve.hxx>
+#include <Geom2dGcc_Circ2d2TanRad.hxx>
+#include <Geom2dGcc_QualifiedCurve.hxx>
+#include <Geom2dInt_GInter.hxx>
+#include <Geom2d_BSplineCurve.hxx>
+#include <Geom2d_BezierCurve.hxx>
+#include <Geom2d_Circle.hxx>
+#include <Geom2d_Ellipse.hxx>
+#include <Geom2d_Line.hxx>
+#include <GeomAPI.hxx>
+#include <GeomLib.hxx>
+#include <Geom_BSplineCurve.hxx>
+#include <Standard_Failure.hxx>
+#include <TColStd_Array1OfInteger.hxx>
+#include <TColStd_Array1OfReal.hxx>
+#include <TColgp_Array1OfPnt2d.hxx>
+#include <gp_Pln.hxx>
+
+#include <cmath>
+#include <numbers>
+#include <string>
+
+#include "workbench/geometry/GeometryError.h"
+#include "workbench/geometry/Soundness.h"
+
+namespace holdfast {
+namespace {
+
+using BSpline = opencascade::handle<Geom2d_BSplineCurve>;
+using Bezier = opencascade::handle<Geom2d_BezierCurve>;
+using Curve = opencascade::handle<Geom2d_Curve>;
+
+/// Runs a piece of work of the library; its failures are no std::exception and are translated here.
+template <class Work>
+auto inLibrary(const char* purpose, const Work& work) {
+    try {
+        return work();
+    } catch (const Standard_Failure& failure) {
+        throw GeometryError(std::string(purpose) + " failed in the geometry library: " + failure.DynamicType()->Name() +
+                            " " + failure.GetMessageString());
+    }
+}
+
+gp_Pnt2d toPoint(Vec2 p) {
+    return {p.x, p.y};
+}
+Vec2 fromPoint(const gp_Pnt2d& p) {
+    return {p.X(), p.Y()};
+}
+Vec2 fromVector(const gp_Vec2d& v) {
+    return {v.X(), v.Y()};
+}
+
+int sizeOf(const auto& list) {
+    return static_cast<int>(list.size());
+}
+
+TColgp_Array1OfPnt2d toPoles(const std::vector<Vec2>& points) {
+    TColgp_Array1OfPnt2d poles(1, sizeOf(points));
+    for (int i = 1; i <= poles.Length(); ++i) {
+        poles(i) = toPoint(points[static_cast<std::size_t>(i - 1)]);
+    }
+    return poles;
+}
+
+TColStd_Array1OfReal toReals(const std::vector<double>& values) {
+    TColStd_Array1OfReal reals(1, sizeOf(values));
+    for (int i = 1; i <= reals.Length(); ++i) {
+        reals(i) = values[static_cast<std::size_t>(i - 1)];
+    }
+    return reals;
+}
+
+Bezier toBezier(const BezierForm& form) {
+    return form.weights.empty() ? new Geom2d_BezierCurve(toPoles(form.poles))
+                                : new Geom2d_BezierCurve(toPoles(form.poles), toReals(form.weights));
+}
+
+BezierForm fromBezier(const Bezier& curve) {
+    BezierForm form;
+    for (int i = 1; i <= curve->NbPoles(); ++i) {
+        form.poles.push_back(fromPoint(curve->Pole(i)));
+        if (curve->IsRational()) {
+            form.weights.push_back(curve->Weight(i));
+        }
+    }
+    return form;
+}
+
+BSpline toSpline(const SplineShape& shape) {
+    requireSound(shape);
+    std::vector<double> knots;
+    std::vector<int> counts;
+    for (const double knot : shape.knots) {
+        if (knots.empty() || knots.back() != knot) {
+            knots.push_back(knot);
+            counts.push_back(0);
+        }
+        ++counts.back();
+    }
+    TColStd_Array1OfInteger multiplicities(1, sizeOf(counts));
+    for (int i = 1; i <= multiplicities.Length(); ++i) {
+        multiplicities(i) = counts[static_cast<std::size_t>(i - 1)];
+    }
+    if (shape.weights.empty()) {
+        return new Geom2d_BSplineCurve(toPoles(shape.control), toReals(knots), multiplicities, shape.degree,
+                                       shape.periodic);
+    }
+    return new Geom2d_BSplineCurve(toPoles(shape.control), toReals(shape.weights), toReals(knots), multiplicities,
+                                   shape.degree, shape.periodic);
+}
+
+/// The library drops equal weights; a shape that had weights keeps them.
+SplineShape fromSpline(const BSpline& curve, bool withWeights) {
+    SplineShape shape;
+    shape.degree = curve->Degree();
+    shape.periodic = curve->IsPeriodic();
+    for (int i = 1; i <= curve->NbPoles(); ++i) {
+        shape.control.push_back(fromPoint(curve->Pole(i)));
+        if (withWeights) {
+            shape.weights.push_back(curve->Weight(i));
+        }
+    }
+    for (int i = 1; i <= curve->NbKnots(); ++i) {
+        shape.knots.insert(shape.knots.end(), static_cast<std::size_t>(curve->Multiplicity(i)), curve->Knot(i));
+    }
+    return shape;
+}
+
+gp_Ax22d axesOf(const ConicForm& conic) {
+    return {toPoint(conic.centre), gp_Dir2d(conic.major.x, conic.major.y), !conic.isClockwise()};
+}
+
+Curve toCurve(const LineForm& line) {
+    return new Geom2d_Line(toPoint(line.origin), gp_Dir2d(line.direction.x, line.direction.y));
+}
+
+/// The library is exact for circles and iterates for ellipses.
+Curve toCurve(const ConicForm& conic) {
+    if (isCircle(conic)) {
+        return new Geom2d_Circle(axesOf(conic), norm(conic.major));
+    }
+    return new Geom2d_Ellipse(axesOf(conic), norm(conic.major), norm(conic.minor));
+}
+
+Curve toCurve(const BezierForm& bezier) {
+    return toBezier(bezier);
+}
+
+Curve toCurve(const Form& form) {
+    return std::visit([](const auto& simple) -> Curve { return toCurve(simple); }, form);
+}
+
+Geom2dAdaptor_Curve adaptorOf(const Piece& piece) {
+    const Curve curve = toCurve(piece.form);
+    if (!std::isfinite(piece.first) || !std::isfinite(piece.last)) {
+        return Geom2dAdaptor_Curve(curve);
+    }
+    return {curve, piece.first, piece.last};
+}
+
+bool isLineOrCircle(const Piece& piece) {
+    return std::holds_alternative<LineForm>(piece.form) || isCircle(piece.form);
+}
+
+/// With a curve that is neither line nor circle, the library fails on a circle smaller than the radius asked for. As an
+/// ellipse of equal axes the same circle takes its way for general curves.
+Geom2dAdaptor_Curve tangentArgument(const Piece& piece, const Piece& other, double radius) {
+    if (isLineOrCircle(other) || !isCircle(piece.form)) {
+        return isLineOrCircle(piece) ? Geom2dAdaptor_Curve(toCurve(piece.form)) : adaptorOf(piece);
+    }
+    const auto& circle = std::get<ConicForm>(piece.form);
+    if (norm(circle.major) > radius) {
+        return Geom2dAdaptor_Curve(toCurve(circle));
+    }
+    return Geom2dAdaptor_Curve(new Geom2d_Ellipse(axesOf(circle), norm(circle.major), norm(circle.major)));
+}
+
+Contact contactAt(const IntRes2d_IntersectionPoint& from, const IntRes2d_IntersectionPoint& to) {
+    return {from.ParamOnFirst(), from.ParamOnSecond(), to.ParamOnFirst(), to.ParamOnSecond()};
+}
+
+/// Makes the knot at the inner end of the outermost span as frequent as the degree, so that the span is a Bezier curve
+/// of its own, prolongs that, and takes the added knots out again.
+void prolong(const BSpline& curve, CurveEnd end, double knot, double tolerance) {
+    const int degree = curve->Degree();
+    const bool atEnd = end == CurveEnd::end;
+    const double inner = curve->Knot(atEnd ? curve->NbKnots() - 1 : 2);
+    const double outer = curve->Knot(atEnd ? curve->NbKnots() : 1);
+    const bool hasJoint = curve->NbKnots() > 2;
+    const int joint = atEnd ? curve->NbKnots() - 1 : 2;
+    const int multiplicity = curve->Multiplicity(joint);
+    if (hasJoint) {
+        curve->IncreaseMultiplicity(joint, degree);
+    }
+    const int firstPole = atEnd ? curve->NbPoles() - degree : 1;
+    TColgp_Array1OfPnt2d poles(1, degree + 1);
+    TColStd_Array1OfReal weights(1, degree + 1);
+    for (int i = 1; i <= degree + 1; ++i) {
+        poles(i) = curve->Pole(firstPole + i - 1);
+        weights(i) = curve->Weight(firstPole + i - 1);
+    }
+    const Bezier span = curve->IsRational() ? new Geom2d_BezierCurve(poles, weights) : new Geom2d_BezierCurve(poles);
+    const double reach = (knot - inner) / (outer - inner);
+    atEnd ? span->Segment(0.0, reach) : span->Segment(1.0 - reach, 1.0);
+    // Prolonging may scale all weights of the span: the joint has to keep its own.
+    const double scale = atEnd ? weights(1) / span->Weight(1) : weights(degree + 1) / span->Weight(degree + 1);
+    for (int i = 1; i <= degree + 1; ++i) {
+        if (curve->IsRational()) {
+            if (!(scale * span->Weight(i) > 0.0)) {
+                throw GeometryError("spline: cannot be prolonged so far, a weight would vanish");
+            }
+            curve->SetWeight(firstPole + i - 1, scale * span->Weight(i));
+        }
+        curve->SetPole(firstPole + i - 1, span->Pole(i));
+    }
+    curve->SetKnot(atEnd ? curve->NbKnots() : 1, knot);
+    if (hasJoint) {
+        curve->RemoveKnot(joint, multiplicity, tolerance);
+    }
+}
+
+}  // namespace
+
+Derivatives bezierDerivatives(const BezierForm& bezier, double t) {
+    return inLibrary("evaluating a spline", [&] {
+        gp_Pnt2d point;
+        gp_Vec2d first;
+        gp_Vec2d second;
+        toBezier(bezier)->D2(t, point, first, second);
+        return Derivatives{fromPoint(point), fromVector(first), fromVector(second)};
+    });
+}
+
+BezierForm bezierPart(const BezierForm& bezier, double first, double last) {
+    return inLibrary("taking a part of a spline", [&] {
+        const Bezier curve = toBezier(bezier);
+        curve->Segment(first, last);
+        return fromBezier(curve);
+    });
+}
+
+std::vector<Derivatives> splineDerivatives(const SplineShape& spline, std::span<const double> params) {
+    return inLibrary("evaluating a spline", [&] {
+        const BSpline curve = toSpline(spline);
+        std::vector<Derivatives> all;
+        all.reserve(params.size());
+        for (const double t : params) {
+            gp_Pnt2d point;
+            gp_Vec2d first;
+            gp_Vec2d second;
+            curve->D2(t, point, first, second);
+            all.push_back({fromPoint(point), fromVector(first), fromVector(second)});
+        }
+        return all;
+    });
+}
+
+std::vector<BezierSpan> bezierSpans(const SplineShape& spline) {
+    return inLibrary("cutting a spline into spans", [&] {
+        const BSpline curve = toSpline(spline);
+        Geom2dConvert_BSplineCurveToBezierCurve converter(curve);
+        TColStd_Array1OfReal knots(1, converter.NbArcs() + 1);
+        converter.Knots(knots);
+        std::vector<BezierSpan> spans;
+        for (int i = 1; i <= converter.NbArcs(); ++i) {
+            spans.push_back({fromBezier(converter.Arc(i)), knots(i), knots(i + 1)});
+        }
+        return spans;
+    });
+}
+
+SplineShape splinePart(const SplineShape& spline, double first, double last) {
+    return inLibrary("taking a part of a spline", [&] {
+        const BSpline curve = toSpline(spline);
+        curve->Segment(first, last, 1e-12 * (spline.knots.back() - spline.knots.front()));
+        return fromSpline(curve, !spline.weights.empty());
+    });
+}
+
+SplineShape splineProlonged(const SplineShape& spline, CurveEnd end, double knot) {
+    return inLibrary("prolonging a spline", [&] {
+        const BSpline curve = toSpline(spline);
+        curve->Segment(curve->FirstParameter(), curve->LastParameter());  // clamps the ends
+        prolong(curve, end, knot, kFrameTolerance);
+        return fromSpline(curve, !spline.weights.empty());
+    });
+}
+
+SplineShape splineLedTo(const SplineShape& spline, CurveEnd end, Vec2 point) {
+    constexpr int kEqualCurvature = 2;
+    return inLibrary("extending a spline", [&] {
+        opencascade::handle<Geom_BoundedCurve> curve =
+            opencascade::handle<Geom_BoundedCurve>::DownCast(GeomAPI::To3d(toSpline(spline), gp_Pln()));
+        GeomLib::ExtendCurveToPoint(curve, gp_Pnt(point.x, point.y, 0.0), kEqualCurvature, end == CurveEnd::end);
+        return fromSpline(BSpline::DownCast(GeomAPI::To2d(curve, gp_Pln())), !spline.weights.empty());
+    });
+}
+
+SplineShape splineReversed(const SplineShape& spline) {
+    return inLibrary("reversing a spline", [&] {
+        const BSpline curve = toSpline(spline);
+        curve->Reverse();
+        return fromSpline(curve, !spline.weights.empty());
+    });
+}
+
+std::vector<Contact> contactsOf(const Piece& a, const Piece& b, double tolerance) {
+    return inLibrary("intersecting two curves", [&] {
+        const Geom2dAdaptor_Curve first = adaptorOf(a);
+        const Geom2dAdaptor_Curve second = adaptorOf(b);
+        Geom2dInt_GInter meeting;
+        meeting.Perform(first, second, tolerance, tolerance);
+        if (!meeting.IsDone()) {
+            throw GeometryError("intersecting two curves: the geometry library gave up");
+        }
+        std::vector<Contact> contacts;
+        for (int i = 1; i <= meeting.NbPoints(); ++i) {
+            contacts.push_back(contactAt(meeting.Point(i), meeting.Point(i)));
+        }
+        for (int i = 1; i <= meeting.NbSegments(); ++i) {
+            const IntRes2d_IntersectionSegment& stretch = meeting.Segment(i);
+            if (stretch.HasFirstPoint() && stretch.HasLastPoint()) {
+                contacts.push_back(contactAt(stretch.FirstPoint(), stretch.LastPoint()));
+            }
+        }
+        return contacts;
+    });
+}
+
+std::vector<double> perpendicularFeet(const Piece& piece, Vec2 point) {
+    return inLibrary("projecting a point", [&] {
+        const Geom2dAPI_ProjectPointOnCurve feet(toPoint(point), toCurve(piece.form), piece.first, piece.last);
+        std::vector<double> params;
+        for (int i = 1; i <= feet.NbPoints(); ++i) {
+            params.push_back(feet.Parameter(i));
+        }
+        return params;
+    });
+}
+
+double formLength(const Form& form, double first, double last) {
+    return inLibrary("measuring a curve", [&] {
+        const Geom2dAdaptor_Curve curve(toCurve(form));
+        return GCPnts_AbscissaPoint::Length(curve, first, last, 1e-12);
+    });
+}
+
+double formParamAt(const Form& form, double from, double distance) {
+    return inLibrary("measuring along a curve", [&] {
+        const Geom2dAdaptor_Curve curve(toCurve(form));
+        const GCPnts_AbscissaPoint at(curve, distance, from, 1e-12);
+        if (!at.IsDone()) {
+            throw GeometryError("measuring along a curve: the geometry library gave up");
+        }
+        return at.Parameter();
+    });
+}
+
+std::vector<TangentCentre> tangentCentres(const Piece& a, const Piece& b, double radius, double tolerance) {
+    return inLibrary("finding tangent arcs", [&] {
+        const Geom2dGcc_QualifiedCurve first(tangentArgument(a, b, radius), GccEnt_unqualified);
+        const Geom2dGcc_QualifiedCurve second(tangentArgument(b, a, radius), GccEnt_unqualified);
+        const Geom2dGcc_Circ2d2TanRad maker(first, second, radius, tolerance);
+        std::vector<TangentCentre> centres;
+        for (int i = 1; maker.IsDone() && i <= maker.NbSolutions(); ++i) {
+            double onCircle = 0.0;
+            TangentCentre found;
+            found.centre = fromPoint(maker.ThisSolution(i).Location());
+            gp_Pnt2d point;
+            maker.Tangency1(i, onCircle, found.paramA, point);
+            maker.Tangency2(i, onCircle, found.paramB, point);
+            centres.push_back(found);
+        }
+        return centres;
+    });
+}
+
+}  // namespace holdfast
