@@ -1,9 +1,9 @@
 #include "core/CurvePoints.h"
 
+#include <YxDbConstraints/YxDbAssoc2dConstraintGroup.h>
+
 #include <algorithm>
 #include <unordered_set>
-
-#include <YxDbConstraints/YxDbAssoc2dConstraintGroup.h>
 
 namespace holdfast {
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <span>
-#include <unordered_map>
-
 #include "core/CurvePoints.h"
 #include "core/OnceList.h"
 
 #include <yxbase/YxArray.h>
 #include <yxdb/YxDbObjectId.h>
+
+#include <span>
+#include <unordered_map>
 
 class YxConstrainedGeometry;
 class YxDbAssocGeomDependency;

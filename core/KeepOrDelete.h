@@ -1,10 +1,10 @@
 #pragma once
 
-#include <optional>
-
 #include "core/GroupSurvey.h"
 
 #include <yxbase/YxGePoint3d.h>
+
+#include <optional>
 
 namespace holdfast {
 

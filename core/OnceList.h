@@ -1,8 +1,8 @@
 #pragma once
 
-#include <unordered_set>
-
 #include <yxbase/YxArray.h>
+
+#include <unordered_set>
 
 namespace holdfast {
 

@@ -1,11 +1,11 @@
 #include "core/SegmentFinder.h"
 
-#include <algorithm>
-
 #include "core/OpenAs.h"
 
 #include <YxDbConstraints/YxDbAssocGeomDependency.h>
 #include <yxdb/YxDbPolyline.h>
+
+#include <algorithm>
 
 namespace holdfast {
 namespace {

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <yxdb/YxDbObjectId.h>
+
 #include <span>
 #include <unordered_map>
 #include <vector>
-
-#include <yxdb/YxDbObjectId.h>
 
 class YxDbAssocGeomDependency;
 class YxDbPolyline;

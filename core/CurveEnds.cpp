@@ -1,0 +1,37 @@
+#include "core/CurveEnds.h"
+
+#include <yxdb/YxDbLine.h>
+#include <yxdb/YxDbPolyline.h>
+
+namespace holdfast {
+
+YxArray<YxGePoint3d> lineEnds(const YxDbLine& line) {
+    return endPair(line.startPoint(), line.endPoint());
+}
+
+YxArray<YxGePoint3d> curveEnds(const YxDbCurve& curve) {
+    YxGePoint3d start;
+    YxGePoint3d end;
+    curve.getStartPoint(start);
+    curve.getEndPoint(end);
+    return endPair(start, end);
+}
+
+YxArray<YxGePoint3d> segmentEnds(const YxDbPolyline& polyline, unsigned int startIndex, unsigned int endIndex) {
+    return endPair(vertexPoint(polyline, startIndex), vertexPoint(polyline, endIndex));
+}
+
+YxArray<YxGePoint3d> endPair(const YxGePoint3d& start, const YxGePoint3d& end) {
+    YxArray<YxGePoint3d> points(2);
+    points.append(start);
+    points.append(end);
+    return points;
+}
+
+YxGePoint3d vertexPoint(const YxDbPolyline& polyline, unsigned int index) {
+    YxGePoint3d point;
+    polyline.getPointAt(index, point);
+    return point;
+}
+
+}  // namespace holdfast
