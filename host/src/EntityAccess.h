@@ -145,6 +145,10 @@ struct EntityAccess {
     /// The polyline remembers the identifiers that it had: none of them becomes a fresh one again.
     static void setPolyline(YxDbPolyline& polyline, const PolylineData& data);
     static PolylineData polyline(const YxDbPolyline& polyline);
+    static std::size_t vertexCount(const YxDbPolyline& polyline) { return polyline.m_vertices.size(); }
+    static bool isClosed(const YxDbPolyline& polyline) { return polyline.m_closed; }
+    /// One less than the vertices, or as many when the polyline is closed.
+    static std::size_t segmentCount(const YxDbPolyline& polyline);
     /// Without copying the others.
     static PolylineVertex vertex(const YxDbPolyline& polyline, std::size_t index);
     static void setVertex(YxDbPolyline& polyline, std::size_t index, const PolylineVertex& vertex);
@@ -162,6 +166,8 @@ struct EntityAccess {
     /// One more than the polyline ever had, which counts as used from now on; 0 when no higher number is left. Part of
     /// the host's own bookkeeping: needs no open for write.
     static int takeFreshIdentifier(YxDbPolyline& polyline);
+    /// Gives a vertex a fresh identifier, as the host does when a persistent name begins to refer to it.
+    static int numberVertex(YxDbPolyline& polyline, std::size_t index);
 
 private:
     static void remember(YxDbPolyline& polyline, int identifier);

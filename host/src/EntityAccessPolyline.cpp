@@ -133,4 +133,13 @@ int EntityAccess::takeFreshIdentifier(YxDbPolyline& polyline) {
     return ++polyline.m_lastFreshIdentifier;
 }
 
+std::size_t EntityAccess::segmentCount(const YxDbPolyline& polyline) {
+    const std::size_t vertices = vertexCount(polyline);
+    return vertices == 0 || isClosed(polyline) ? vertices : vertices - 1;
+}
+
+int EntityAccess::numberVertex(YxDbPolyline& polyline, std::size_t index) {
+    return polyline.m_vertices[index].identifier = takeFreshIdentifier(polyline);
+}
+
 }  // namespace holdfast

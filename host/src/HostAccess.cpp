@@ -1,0 +1,189 @@
+#include "host/src/HostAccess.h"
+
+#include "host/src/YxDbConstraints/GroupData.h"
+#include "host/src/yxdb/ObjectData.h"
+
+namespace holdfast {
+
+HostState& hostState() {
+    static HostState state;
+    return state;
+}
+
+YxDbObjectId HostAccess::idOf(YxDbStub* stub) {
+    YxDbObjectId id;
+    id.m_stub = stub;
+    return id;
+}
+
+std::unique_ptr<YxDbDatabase> HostAccess::makeDatabase() {
+    return std::unique_ptr<YxDbDatabase>(new YxDbDatabase());
+}
+
+YxDbObjectId HostAccess::addToDatabase(YxDbDatabase& database, std::unique_ptr<YxDbObject> object) {
+    YxDbDatabaseData& databaseData = data(database);
+    auto stub = std::make_unique<YxDbStub>();
+    stub->database = &database;
+    stub->handle = databaseData.stubs.size() + 1;
+    object->m_data->stub = stub.get();
+    hostState().copies.erase(object.get());
+    stub->object = std::move(object);
+    databaseData.stubs.push_back(std::move(stub));
+    return idOf(databaseData.stubs.back().get());
+}
+
+void HostAccess::erase(const YxDbObjectId& id, bool erased) {
+    if (YxDbObject* object = peek(id))
+        data(*object).erased = erased;
+}
+
+YxDbObject* HostAccess::peek(const YxDbObjectId& id) {
+    return id.m_stub == nullptr ? nullptr : id.m_stub->object.get();
+}
+
+bool HostAccess::isErased(const YxDbObjectId& id) {
+    const YxDbObject* object = peek(id);
+    return object == nullptr || data(*object).erased;
+}
+
+int HostAccess::openCount(const YxDbObject& object) {
+    return static_cast<int>(data(object).openModes.size());
+}
+
+bool HostAccess::isWritable(const YxDbObject& object) {
+    return data(object).stub == nullptr || data(object).writeOpens > 0;
+}
+
+std::vector<YxDbObjectId> HostAccess::allIds(const YxDbDatabase& database) {
+    std::vector<YxDbObjectId> ids;
+    for (const auto& stub : database.m_data->stubs)
+        ids.push_back(idOf(stub.get()));
+    return ids;
+}
+
+void HostAccess::addReactor(YxDbObject& object, const YxDbObjectId& reactor) {
+    data(object).reactors.add(reactor);
+}
+
+std::vector<YxDbObjectId> HostAccess::reactors(const YxDbObject& object) {
+    return data(object).reactors.ids();
+}
+
+std::unique_ptr<YxDbAssocGeomDependency> HostAccess::makeGeomDependency(const YxDbObjectId& action) {
+    std::unique_ptr<YxDbAssocGeomDependency> dependency(new YxDbAssocGeomDependency());
+    dependency->m_owningAction = action;
+    return dependency;
+}
+
+std::unique_ptr<YxDbAssocEdgePersSubentId> HostAccess::makeEdgeId(int index1, int index2) {
+    auto id = std::make_unique<YxDbAssocEdgePersSubentId>();
+    id->m_index1 = index1;
+    id->m_index2 = index2;
+    return id;
+}
+
+void HostAccess::setPersistentId(YxDbAssocGeomDependency& dependency, std::unique_ptr<YxDbAssocPersSubentId> id) {
+    dependency.m_persistentId = std::move(id);
+}
+
+std::unique_ptr<YxDbAssoc2dConstraintGroup> HostAccess::makeGroup() {
+    return std::unique_ptr<YxDbAssoc2dConstraintGroup>(new YxDbAssoc2dConstraintGroup());
+}
+
+YxConstrainedGeometry& HostAccess::addGeometry(YxDbAssoc2dConstraintGroup& group,
+                                               std::unique_ptr<YxConstrainedGeometry> geometry,
+                                               const YxDbObjectId& dependency) {
+    YxDbConstraintGroupData& groupData = data(group);
+    geometry->m_nodeId = groupData.nextNodeId();
+    geometry->m_group = &group;
+    geometry->m_dependency = dependency;
+    YxConstrainedGeometry& added = *geometry;
+    groupData.add(std::move(geometry));
+    return added;
+}
+
+YxConstrainedImplicitPoint& HostAccess::addImplicitPoint(YxDbAssoc2dConstraintGroup& group,
+                                                         const YxConstrainedGeometry& curve,
+                                                         YxDb::ImplicitPointType type, int pointIndex) {
+    auto point = std::make_unique<YxConstrainedImplicitPoint>();
+    point->m_curveId = curve.nodeId();
+    point->m_pointType = type;
+    point->m_pointIndex = pointIndex;
+    return static_cast<YxConstrainedImplicitPoint&>(addGeometry(group, std::move(point), YxDbObjectId()));
+}
+
+YxGeomConstraint& HostAccess::addConstraint(YxDbAssoc2dConstraintGroup& group,
+                                            std::unique_ptr<YxGeomConstraint> constraint,
+                                            const std::vector<YxConstrainedGeometry*>& geometries) {
+    YxDbConstraintGroupData& groupData = data(group);
+    constraint->m_nodeId = groupData.nextNodeId();
+    constraint->m_group = &group;
+    constraint->m_geometries = geometries;
+    for (YxConstrainedGeometry* geometry : geometries)
+        if (geometry->m_connected.empty() || geometry->m_connected.back() != constraint.get())
+            geometry->m_connected.push_back(constraint.get());
+    YxGeomConstraint& added = *constraint;
+    groupData.add(std::move(constraint));
+    return added;
+}
+
+void HostAccess::own(YxCompositeConstraint& composite, YxGeomConstraint& member) {
+    member.m_owner = &composite;
+    composite.m_members.push_back(&member);
+}
+
+void HostAccess::setDimension(YxDimensionConstraint& dimension, YxDimensionConstraint::Kind kind, double value,
+                              bool driving) {
+    dimension.m_kind = kind;
+    dimension.m_value = value;
+    dimension.m_driving = driving;
+}
+
+Yxrt::ErrorStatus HostAccess::deleteConstraint(YxDbAssoc2dConstraintGroup& group, YxGeomConstraint* constraint) {
+    if (constraint == nullptr || constraint->m_group != &group)
+        return Yxrt::eInvalidInput;
+    if (constraint->m_deleted)
+        return Yxrt::eWasErased;
+    constraint->m_deleted = true;
+    data(group).forget(*constraint);
+    for (YxConstrainedGeometry* geometry : constraint->m_geometries)
+        std::erase(geometry->m_connected, constraint);
+    if (constraint->m_owner != nullptr)
+        std::erase(constraint->m_owner->m_members, constraint);
+    constraint->m_owner = nullptr;
+    if (constraint->isKindOf(YxCompositeConstraint::desc()))
+        for (YxGeomConstraint* member : std::vector(static_cast<YxCompositeConstraint*>(constraint)->m_members))
+            deleteConstraint(group, member);
+    return Yxrt::eOk;
+}
+
+std::vector<YxGeomConstraint*> HostAccess::constraints(const YxDbAssoc2dConstraintGroup& group) {
+    return data(group).liveConstraints();
+}
+
+const std::vector<YxConstrainedGeometry*>& HostAccess::geometries(const YxDbAssoc2dConstraintGroup& group) {
+    return data(group).geometries();
+}
+
+YxConstrainedGeometry* HostAccess::geometryOn(const YxDbAssoc2dConstraintGroup& group, const YxDbObjectId& dependency) {
+    return data(group).geometryOn(dependency);
+}
+
+YxConstrainedImplicitPoint* HostAccess::implicitPoint(const YxDbAssoc2dConstraintGroup& group,
+                                                      const YxConstrainedGeometry& curve, YxDb::ImplicitPointType type,
+                                                      int pointIndex) {
+    return data(group).implicitPoint(curve.nodeId(), type, pointIndex);
+}
+
+YxGeomConstraint* HostAccess::topLevel(YxGeomConstraint& constraint) {
+    YxGeomConstraint* top = &constraint;
+    while (top->m_owner != nullptr)
+        top = top->m_owner;
+    return top;
+}
+
+AssocConstraintHeader* HostAccess::header(YxDbAssoc2dConstraintGroup& group) {
+    return &data(group).header;
+}
+
+}  // namespace holdfast

@@ -1,0 +1,137 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include <YxDbConstraints/AssocConstraintHeader.h>
+#include <YxDbConstraints/YxDbAssoc2dConstraintGroup.h>
+#include <YxDbConstraints/YxDbAssocGeomDependency.h>
+#include <yxcore/ConstraintDynamicEdit.h>
+#include <yxdb/YxDbDatabase.h>
+#include <yxdb/YxDbEntity.h>
+
+#include "host/src/ConverterRecord.h"
+
+class YxDbHostApplicationServices;
+
+namespace holdfast {
+
+/// What stands behind YxDbAssocManager::evaluateTopLevelNetwork. Answers whether every group could be solved.
+using Evaluator = std::function<bool(YxDbDatabase&)>;
+
+/// The process-wide state of the in-memory host.
+struct HostState {
+    YxDbDatabase* workingDatabase = nullptr;
+    bool servicesUp = true;                                    ///< yxdbHostApplicationServices, service 3
+    bool constraintServiceUp = true;                           ///< YxDbConstraintDataProviderLv::isSrvInit
+    std::function<void(LvEvaDataConverter&)> staticEvaluator;  ///< what stands behind a converter's evaluate()
+    AssocConstraintHeader* headerOfNullGroup = nullptr;        ///< most hosts have none
+    Evaluator evaluator;                                       ///< empty: statuses are reset, nothing is solved
+    std::unordered_set<const YxDbObject*> copies;              ///< objects alive that no database owns
+    std::unordered_set<const LvEvaDataConverter*> converters;  ///< converters alive
+};
+HostState& hostState();
+
+/// Builds, inspects and changes platform objects from outside: what a host does with its own objects.
+struct HostAccess {
+    // Ids and databases
+    static YxDbStub* stub(const YxDbObjectId& id) { return id.m_stub; }
+    static YxDbObjectId idOf(YxDbStub* stub);
+    static std::unique_ptr<YxDbDatabase> makeDatabase();
+    static YxDbDatabaseData& data(YxDbDatabase& database) { return *database.m_data; }
+    static YxDbObjectData& data(YxDbObject& object) { return *object.m_data; }
+    static const YxDbObjectData& data(const YxDbObject& object) { return *object.m_data; }
+    /// The database owns the object from now on.
+    static YxDbObjectId addToDatabase(YxDbDatabase& database, std::unique_ptr<YxDbObject> object);
+    /// Erased objects stay in memory and do not open.
+    static void erase(const YxDbObjectId& id, bool erased = true);
+    /// The object of an id, erased or not, without opening it; null for the null id.
+    static YxDbObject* peek(const YxDbObjectId& id);
+    static bool isErased(const YxDbObjectId& id);
+    static int openCount(const YxDbObject& object);
+    static bool isWritable(const YxDbObject& object);
+    static std::vector<YxDbObjectId> allIds(const YxDbDatabase& database);
+
+    // Reactors and dependencies
+    static void addReactor(YxDbObject& object, const YxDbObjectId& reactor);
+    static std::vector<YxDbObjectId> reactors(const YxDbObject& object);
+    static std::unique_ptr<YxDbAssocGeomDependency> makeGeomDependency(const YxDbObjectId& action);
+    static std::unique_ptr<YxDbAssocEdgePersSubentId> makeEdgeId(int index1, int index2);
+    static void setPersistentId(YxDbAssocGeomDependency& dependency, std::unique_ptr<YxDbAssocPersSubentId> id);
+    static YxDbObjectId objectOf(const YxDbAssocDependency& dependency) { return dependency.m_object; }
+    static YxDbObjectId actionOf(const YxDbAssocDependency& dependency) { return dependency.m_owningAction; }
+    static const YxDbAssocPersSubentId* persistentId(const YxDbAssocGeomDependency& dependency) {
+        return dependency.m_persistentId.get();
+    }
+    static void setObject(YxDbAssocDependency& dependency, const YxDbObjectId& object) { dependency.m_object = object; }
+    static YxDbAssocStatus status(const YxDbAssocDependency& dependency) { return dependency.m_status; }
+    static void setStatus(YxDbAssocDependency& dependency, YxDbAssocStatus status) { dependency.m_status = status; }
+    static YxDbAssocStatus status(const YxDbAssocAction& action) { return action.m_status; }
+    static void setStatus(YxDbAssocAction& action, YxDbAssocStatus status) { action.m_status = status; }
+    static const YxArray<YxDbObjectId>& path(const YxDbCompoundObjectId& id) { return id.m_path; }
+
+    // Groups
+    static std::unique_ptr<YxDbAssoc2dConstraintGroup> makeGroup();
+    static YxDbConstraintGroupData& data(YxDbAssoc2dConstraintGroup& group) { return *group.m_groupData; }
+    static const YxDbConstraintGroupData& data(const YxDbAssoc2dConstraintGroup& group) { return *group.m_groupData; }
+    template <class T>
+    static T& addGeometry(YxDbAssoc2dConstraintGroup& group, const YxDbObjectId& dependency) {
+        return static_cast<T&>(addGeometry(group, std::make_unique<T>(), dependency));
+    }
+    static YxConstrainedImplicitPoint& addImplicitPoint(YxDbAssoc2dConstraintGroup& group,
+                                                        const YxConstrainedGeometry& curve,
+                                                        YxDb::ImplicitPointType type, int pointIndex);
+    template <class T>
+    static T& addConstraint(YxDbAssoc2dConstraintGroup& group, const std::vector<YxConstrainedGeometry*>& geometries) {
+        return static_cast<T&>(addConstraint(group, std::make_unique<T>(), geometries));
+    }
+    static void setInternal(YxGeomConstraint& constraint, bool internal) { constraint.m_internal = internal; }
+    static void own(YxCompositeConstraint& composite, YxGeomConstraint& member);
+    static void setDimension(YxDimensionConstraint& dimension, YxDimensionConstraint::Kind kind, double value,
+                             bool driving);
+    static void setRole(YxInternalConstraint& constraint, std::string role) { constraint.m_role = std::move(role); }
+    static const std::string& role(const YxInternalConstraint& constraint) { return constraint.m_role; }
+    static bool isDeleted(const YxGeomConstraint& constraint) { return constraint.m_deleted; }
+    static const std::vector<YxConstrainedGeometry*>& geometries(const YxGeomConstraint& constraint) {
+        return constraint.m_geometries;
+    }
+    static const std::vector<YxGeomConstraint*>& members(const YxCompositeConstraint& composite) {
+        return composite.m_members;
+    }
+    /// Deleted constraints stay in memory until the group goes; deleting one twice is an error.
+    static Yxrt::ErrorStatus deleteConstraint(YxDbAssoc2dConstraintGroup& group, YxGeomConstraint* constraint);
+    /// Constraints and geometries alive in the group, in its order.
+    static std::vector<YxGeomConstraint*> constraints(const YxDbAssoc2dConstraintGroup& group);
+    static const std::vector<YxConstrainedGeometry*>& geometries(const YxDbAssoc2dConstraintGroup& group);
+    static YxConstrainedGeometry* geometryOn(const YxDbAssoc2dConstraintGroup& group, const YxDbObjectId& dependency);
+    static YxConstrainedImplicitPoint* implicitPoint(const YxDbAssoc2dConstraintGroup& group,
+                                                     const YxConstrainedGeometry& curve, YxDb::ImplicitPointType type,
+                                                     int pointIndex);
+    static const YxDbObjectId& dependencyOf(const YxConstrainedGeometry& geometry) { return geometry.m_dependency; }
+    static YxDbAssoc2dConstraintGroup* groupOf(const YxConstrainedGeometry& geometry) { return geometry.m_group; }
+    static const std::vector<YxGeomConstraint*>& connected(const YxConstrainedGeometry& geometry) {
+        return geometry.m_connected;
+    }
+    /// The composite that owns the constraint, directly or not, else the constraint itself.
+    static YxGeomConstraint* topLevel(YxGeomConstraint& constraint);
+    static AssocConstraintHeader* header(YxDbAssoc2dConstraintGroup& group);
+
+    // Evaluation
+    static ConverterRecords& records(LvEvaDataConverter& converter);
+    static const std::unordered_set<YxDbEntity*>& adopted(const AssocConstraintHeader& header);
+    static const YxArray<YxDbObjectId>& editedIds(const ConstraintDynamicEdit& edit) { return edit.m_editedIds; }
+    static const YxArray<void*>& sourceEntities(const ConstraintDynamicEdit& edit) { return edit.m_sourceEntities; }
+
+private:
+    static YxConstrainedGeometry& addGeometry(YxDbAssoc2dConstraintGroup& group,
+                                              std::unique_ptr<YxConstrainedGeometry> geometry,
+                                              const YxDbObjectId& dependency);
+    static YxGeomConstraint& addConstraint(YxDbAssoc2dConstraintGroup& group,
+                                           std::unique_ptr<YxGeomConstraint> constraint,
+                                           const std::vector<YxConstrainedGeometry*>& geometries);
+};
+
+}  // namespace holdfast

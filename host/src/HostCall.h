@@ -1,0 +1,68 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include <yxbase/YxError.h>
+#include <yxbase/YxErrorStatus.h>
+#include <yxbase/YxRxObject.h>
+
+namespace holdfast {
+
+/// What a host operation is told to answer instead of doing its work.
+enum class FaultKind { none, refuse, answerOther, errorStatus };
+
+struct HostFault {
+    FaultKind kind = FaultKind::none;
+    Yxrt::ErrorStatus status = Yxrt::eFailed;
+    YxRxObject* other = nullptr;  ///< answerOther: the object to answer, which may be of another class
+
+    explicit operator bool() const { return kind != FaultKind::none; }
+};
+
+/// Listens to the host's operations; may make them fail.
+class HostObserver {
+public:
+    virtual ~HostObserver() = default;
+    /// Called before an operation does anything. Answers the fault to inject, or throws what the host is to throw.
+    virtual HostFault called(std::string_view operation, const YxRxObject* subject, const std::string& arguments) = 0;
+    /// Called when a caller does what a real host would punish.
+    virtual void misused(const std::string& complaint) = 0;
+};
+
+/// Who listens now; null in a host that nobody watches.
+extern HostObserver* g_hostObserver;
+
+std::string describe(const YxRxObject* object);
+inline std::string describe(const std::string& text) {
+    return text;
+}
+inline std::string describe(const char* text) {
+    return text;
+}
+inline std::string describe(bool value) {
+    return value ? "true" : "false";
+}
+std::string describe(int value);
+std::string describe(unsigned int value);
+std::string describe(double value);
+
+/// Every host operation that can fail or is worth recording begins with this: one pointer test when nobody listens.
+/// The arguments are turned into text at once, so that a record holds them as they were.
+template <class... Arguments>
+HostFault hostCall(const char* operation, const YxRxObject* subject, const Arguments&... arguments) {
+    if (g_hostObserver == nullptr)
+        return {};
+    std::string text;
+    ((text += (text.empty() ? "" : ", ") + describe(arguments)), ...);
+    return g_hostObserver->called(operation, subject, text);
+}
+
+/// The status that a refused operation answers.
+inline Yxrt::ErrorStatus refusedStatus(const HostFault& fault) {
+    return fault.kind == FaultKind::errorStatus ? fault.status : Yxrt::eFailed;
+}
+
+void reportMisuse(const std::string& complaint);
+
+}  // namespace holdfast

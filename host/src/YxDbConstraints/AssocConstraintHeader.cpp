@@ -1,0 +1,60 @@
+#include <YxDbConstraints/AssocConstraintHeader.h>
+
+#include <unordered_set>
+
+#include <yxdb/YxDbEntity.h>
+
+#include "host/src/HostAccess.h"
+#include "host/src/HostCall.h"
+
+bool AssocConstraintHeader::m_isForbidEvaStatic = false;
+
+struct AssocConstraintHeader::Ledger {
+    Ledger() = default;
+    Ledger(const Ledger&) = delete;
+    Ledger& operator=(const Ledger&) = delete;
+    ~Ledger() { clear(); }
+    void clear() {
+        for (YxDbEntity* copy : copies)
+            delete copy;
+        copies.clear();
+    }
+
+    std::unordered_set<YxDbEntity*> copies;
+};
+
+AssocConstraintHeader::AssocConstraintHeader() : m_ledger(std::make_unique<Ledger>()) {}
+
+AssocConstraintHeader::~AssocConstraintHeader() {
+    delete converter;
+}
+
+void AssocConstraintHeader::uninit() {
+    holdfast::hostCall("AssocConstraintHeader::uninit", nullptr);
+    editKind = 0;
+    dragActive = rotateEvaluated = dropCollected = dropChanged = boxFlag = false;
+    collectNeeded = true;
+    boxMode = 0;
+    delete converter;
+    converter = nullptr;
+    editedObjectIds.setLogicalLength(0);
+    dropObjectIds.setLogicalLength(0);
+    preEditEntities.clear();
+    points.setLogicalLength(0);
+    dragTransform.setToIdentity();
+    staticTransform.setToIdentity();
+    polylineEntities.setLogicalLength(0);
+    polylineIndexLists.setLogicalLength(0);
+    unconstrainedEntities.setLogicalLength(0);
+    entitiesToDraw.setLogicalLength(0);
+    m_ledger->clear();
+}
+
+void AssocConstraintHeader::adopt(YxDbEntity* copy) {
+    if (copy != nullptr)
+        m_ledger->copies.insert(copy);
+}
+
+const std::unordered_set<YxDbEntity*>& holdfast::HostAccess::adopted(const AssocConstraintHeader& header) {
+    return header.m_ledger->copies;
+}

@@ -1,0 +1,111 @@
+#include "host/src/YxDbConstraints/Provider.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include <YxDbConstraints/YxDbAssoc2dConstraintGroup.h>
+#include <YxDbConstraints/YxDbConstraintDataProviderLv.h>
+#include <yxdb/YxDbPolyline.h>
+
+#include "host/src/EntityAccess.h"
+#include "host/src/HostAccess.h"
+#include "host/src/HostCall.h"
+#include "host/src/YxDbConstraints/GroupData.h"
+
+using holdfast::HostAccess;
+using holdfast::hostCall;
+using holdfast::hostState;
+
+namespace holdfast {
+
+namespace {
+
+YxDbAssoc2dConstraintGroup* groupNamed(const YxDbObjectId& id) {
+    YxDbObject* object = HostAccess::peek(id);
+    if (object == nullptr || HostAccess::isErased(id) || !object->isKindOf(YxDbAssoc2dConstraintGroup::desc()))
+        return nullptr;
+    return static_cast<YxDbAssoc2dConstraintGroup*>(object);
+}
+
+/// The geometry dependencies of an object that carry constrained geometry, each with its group.
+template <class Visit>
+void eachConstrainedPart(const YxDbObject& object, Visit visit) {
+    for (const YxDbObjectId& reactor : HostAccess::reactors(object)) {
+        const YxDbObject* candidate = HostAccess::peek(reactor);
+        if (candidate == nullptr || !candidate->isKindOf(YxDbAssocGeomDependency::desc()))
+            continue;
+        const auto& dependency = static_cast<const YxDbAssocGeomDependency&>(*candidate);
+        const YxDbAssoc2dConstraintGroup* group = groupNamed(HostAccess::actionOf(dependency));
+        if (group != nullptr && HostAccess::geometryOn(*group, reactor) != nullptr && !visit(dependency, *group))
+            return;
+    }
+}
+
+}  // namespace
+
+YxDbObjectId groupOf(const YxDbObjectId& entity) {
+    YxDbObjectId found;
+    if (const YxDbObject* object = HostAccess::peek(entity))
+        eachConstrainedPart(*object, [&](const auto&, const YxDbAssoc2dConstraintGroup& group) {
+            found = group.objectId();
+            return false;
+        });
+    return found;
+}
+
+std::vector<int> constrainedVertices(const YxDbPolyline& polyline) {
+    std::unordered_map<int, int> vertexOf;
+    const auto count = static_cast<int>(EntityAccess::vertexCount(polyline));
+    for (int i = count - 1; i >= 0; --i)
+        vertexOf[EntityAccess::vertex(polyline, static_cast<std::size_t>(i)).identifier] = i;
+    std::vector<int> vertices;
+    eachConstrainedPart(polyline, [&](const YxDbAssocGeomDependency& dependency, const auto&) {
+        const YxDbAssocPersSubentId* name = HostAccess::persistentId(dependency);
+        if (name != nullptr && name->isKindOf(YxDbAssocEdgePersSubentId::desc())) {
+            const auto* edge = static_cast<const YxDbAssocEdgePersSubentId*>(name);
+            for (const int identifier : {edge->index1(), edge->index2()})
+                if (const auto found = vertexOf.find(identifier); found != vertexOf.end())
+                    vertices.push_back(found->second);
+        }
+        return true;
+    });
+    std::sort(vertices.begin(), vertices.end());
+    vertices.erase(std::unique(vertices.begin(), vertices.end()), vertices.end());
+    return vertices;
+}
+
+namespace {
+
+class DataProvider : public YxDbConstraintDataProviderLv {
+public:
+    YxDbObjectId getAssocCons2DGroup(const YxDbObjectId& entity) const override {
+        if (hostCall("YxDbConstraintDataProviderLv::getAssocCons2DGroup", HostAccess::peek(entity)))
+            return {};
+        return groupOf(entity);
+    }
+    AssocConstraintHeader* getAssocConstraintHeader(const YxDbObjectId& group) const override {
+        if (hostCall("YxDbConstraintDataProviderLv::getAssocConstraintHeader", HostAccess::peek(group)))
+            return nullptr;
+        if (group.isNull())
+            return hostState().headerOfNullGroup;
+        YxDbAssoc2dConstraintGroup* found = groupNamed(group);
+        return found == nullptr ? nullptr : HostAccess::header(*found);
+    }
+};
+
+}  // namespace
+
+}  // namespace holdfast
+
+YxDbConstraintDataProviderLv::~YxDbConstraintDataProviderLv() = default;
+
+bool YxDbConstraintDataProviderLv::isSrvInit() {
+    return !hostCall("YxDbConstraintDataProviderLv::isSrvInit", nullptr) && hostState().constraintServiceUp;
+}
+
+YxDbConstraintDataProviderLv* YxDbConstraintDataProviderLv::getConstraintDataProviderLvInstance() {
+    static holdfast::DataProvider provider;
+    if (hostCall("YxDbConstraintDataProviderLv::getConstraintDataProviderLvInstance", nullptr))
+        return nullptr;
+    return &provider;
+}

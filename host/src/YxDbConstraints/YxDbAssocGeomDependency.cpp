@@ -1,0 +1,62 @@
+#include <YxDbConstraints/YxDbAssocGeomDependency.h>
+
+#include <yxdb/YxDbPolyline.h>
+
+#include "host/src/EntityAccess.h"
+#include "host/src/HostAccess.h"
+#include "host/src/HostCall.h"
+#include "host/src/YxDbConstraints/Subentities.h"
+#include "host/src/yxbase/ImplementClass.h"
+#include "host/src/yxdb/ObjectData.h"
+
+using holdfast::EntityAccess;
+using holdfast::HostAccess;
+using holdfast::hostCall;
+
+YX_IMPLEMENT_CLASS(YxDbAssocGeomDependency, YxDbAssocDependency)
+YX_IMPLEMENT_CLASS(YxDbAssocPersSubentId, YxRxObject)
+YX_IMPLEMENT_CLASS(YxDbAssocEdgePersSubentId, YxDbAssocPersSubentId)
+YX_IMPLEMENT_CLASS(YxDbAssocPersSubentIdPE, YxRxObject)
+
+int YxDbAssocEdgePersSubentId::index1() const {
+    return m_index1;
+}
+
+int YxDbAssocEdgePersSubentId::index2() const {
+    return m_index2;
+}
+
+unsigned int YxDbAssocGeomDependency::subentType() const {
+    hostCall("YxDbAssocGeomDependency::subentType", this);
+    return m_subentType;
+}
+
+const YxDbAssocPersSubentId* YxDbAssocGeomDependency::persistentSubentId() const {
+    return hostCall("YxDbAssocGeomDependency::persistentSubentId", this) ? nullptr : m_persistentId.get();
+}
+
+Yxrt::ErrorStatus YxDbAssocGeomDependency::setSubentity(const YxDbSubentId& subentity) {
+    if (const auto fault = hostCall("YxDbAssocGeomDependency::setSubentity", this, subentity.type(), subentity.index()))
+        return refusedStatus(fault);
+    if (!HostAccess::isWritable(*this)) {
+        holdfast::reportMisuse("setSubentity on a dependency that is not open for write");
+        return Yxrt::eNotOpenForWrite;
+    }
+    YxDbObject* object = HostAccess::peek(HostAccess::objectOf(*this));
+    if (object == nullptr)
+        return Yxrt::eNotApplicable;
+    if (!object->isKindOf(YxDbPolyline::desc())) {
+        m_subentType = subentity.type();
+        return Yxrt::eOk;
+    }
+    auto& polyline = static_cast<YxDbPolyline&>(*object);
+    const auto segments = static_cast<int>(EntityAccess::segmentCount(polyline));
+    if (subentity.index() < 1 || subentity.index() > segments)
+        return Yxrt::eOutOfRange;
+    const auto first = static_cast<std::size_t>(subentity.index() - 1);
+    const std::size_t second = (first + 1) % EntityAccess::vertexCount(polyline);
+    const int firstId = holdfast::referencedIdentifier(polyline, first);
+    m_persistentId = HostAccess::makeEdgeId(firstId, holdfast::referencedIdentifier(polyline, second));
+    m_subentType = subentity.type();
+    return Yxrt::eOk;
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <yxbase/YxGeVector3d.h>
+#include <yxdb/YxDbObject.h>
+
+#include "host/src/yxdb/ReactorList.h"
+
+/// What an id names: a place in a database that keeps its object.
+class YxDbStub {
+public:
+    YxDbDatabase* database = nullptr;
+    unsigned long handle = 0;  ///< in the order in which objects were added
+    std::unique_ptr<YxDbObject> object;
+};
+
+/// What every database object carries behind its declared members.
+struct YxDbObjectData {
+    YxDbStub* stub = nullptr;  ///< null for a copy
+    holdfast::ReactorList reactors;
+    bool erased = false;
+    std::vector<char> openModes;  ///< one entry for each reference, the latest last
+    int writeOpens = 0;
+};
+
+struct YxDbDatabaseData {
+    std::vector<std::unique_ptr<YxDbStub>> stubs;  ///< by handle, from 1
+    YxGeVector3d ucsX, ucsY, paperUcsX, paperUcsY;
+    bool tilemode = true;
+    YxDbObjectId modelSpace, paperSpace, currentSpace;
+};

@@ -1,0 +1,67 @@
+#include "host/src/yxdb/ReactorList.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "host/src/HostAccess.h"
+
+namespace holdfast {
+
+namespace {
+constexpr std::size_t kShort = 16;  // up to here a plain search is faster than an index
+}
+
+std::size_t ReactorList::Hash::operator()(const YxDbObjectId& id) const {
+    return std::hash<const void*>()(HostAccess::stub(id));
+}
+
+void ReactorList::add(const YxDbObjectId& reactor) {
+    m_entries.push_back(reactor);
+    ++m_live;
+    if (m_entries.size() == kShort + 1)
+        for (std::size_t i = 0; i < m_entries.size(); ++i)
+            m_places.emplace(m_entries[i], i);
+    else if (m_entries.size() > kShort)
+        m_places.emplace(reactor, m_entries.size() - 1);
+}
+
+bool ReactorList::remove(const YxDbObjectId& reactor) {
+    if (reactor.isNull())
+        return false;
+    std::size_t place = m_entries.size();
+    if (m_entries.size() <= kShort) {
+        place = static_cast<std::size_t>(std::find(m_entries.begin(), m_entries.end(), reactor) - m_entries.begin());
+    } else {
+        const auto [first, last] = m_places.equal_range(reactor);
+        const auto least = std::min_element(first, last, [](auto& a, auto& b) { return a.second < b.second; });
+        if (least != last) {
+            place = least->second;
+            m_places.erase(least);
+        }
+    }
+    if (place == m_entries.size())
+        return false;
+    m_entries[place] = YxDbObjectId();
+    --m_live;
+    if (m_entries.size() <= kShort || m_live < m_entries.size() / 2)
+        compact();
+    return true;
+}
+
+std::vector<YxDbObjectId> ReactorList::ids() const {
+    std::vector<YxDbObjectId> live;
+    live.reserve(m_live);
+    std::copy_if(m_entries.begin(), m_entries.end(), std::back_inserter(live),
+                 [](const YxDbObjectId& id) { return id.isValid(); });
+    return live;
+}
+
+void ReactorList::compact() {
+    m_entries = ids();
+    m_places.clear();
+    if (m_entries.size() > kShort)
+        for (std::size_t i = 0; i < m_entries.size(); ++i)
+            m_places.emplace(m_entries[i], i);
+}
+
+}  // namespace holdfast

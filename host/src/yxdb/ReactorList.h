@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <unordered_map>
+#include <vector>
+
+#include <yxdb/YxDbObjectId.h>
+
+namespace holdfast {
+
+/// The persistent reactors of one object, in the order in which they were attached; one may stand there twice. Adding
+/// and removing take constant time on average, so that a polyline may carry a dependency for each of 100,000 segments.
+class ReactorList {
+public:
+    void add(const YxDbObjectId& reactor);
+    /// Removes the first entry that names the reactor; false when there is none.
+    bool remove(const YxDbObjectId& reactor);
+    std::vector<YxDbObjectId> ids() const;
+    bool isEmpty() const { return m_live == 0; }
+
+private:
+    struct Hash {
+        std::size_t operator()(const YxDbObjectId& id) const;
+    };
+    void compact();
+
+    std::vector<YxDbObjectId> m_entries;  // removed ones are null until the list is compacted
+    std::size_t m_live = 0;
+    std::unordered_multimap<YxDbObjectId, std::size_t, Hash> m_places;  // only for long lists
+};
+
+}  // namespace holdfast

@@ -1,0 +1,85 @@
+#include <yxbase/YxRxObject.h>
+#include <yxdb/YxDbDatabaseService.h>
+#include <yxdb/YxDbHostApplicationServices.h>
+#include <yxdb/YxGiWorldDraw.h>
+
+#include "host/src/HostAccess.h"
+#include "host/src/HostCall.h"
+#include "host/src/yxbase/ImplementClass.h"
+#include "host/src/yxdb/ObjectData.h"
+
+using holdfast::HostAccess;
+using holdfast::hostCall;
+using holdfast::hostState;
+
+YX_IMPLEMENT_CLASS(YxDbDatabaseService, YxRxObject)
+
+YxDbDependencyManager::~YxDbDependencyManager() = default;
+YxDbLayoutManager::~YxDbLayoutManager() = default;
+YxDbHostApplicationServices::~YxDbHostApplicationServices() = default;
+YxGiWorldGeometry::~YxGiWorldGeometry() = default;
+YxGiWorldDraw::~YxGiWorldDraw() = default;
+
+namespace {
+
+class DependencyManager : public YxDbDependencyManager {
+public:
+    void getPersistentReactorIds(const YxDbObject* object, YxArray<YxDbObjectId>& ids) const override {
+        ids.setLogicalLength(0);
+        if (hostCall("YxDbDependencyManager::getPersistentReactorIds", object) || object == nullptr)
+            return;
+        const std::vector<YxDbObjectId> reactors = HostAccess::reactors(*object);
+        if (ids.physicalLength() < static_cast<int>(reactors.size()))
+            ids.setPhysicalLength(static_cast<int>(reactors.size()));
+        for (const YxDbObjectId& reactor : reactors)
+            ids.append(reactor);
+    }
+};
+
+class LayoutManager : public YxDbLayoutManager {
+public:
+    YxDbObjectId modelSpaceId(const YxDbDatabase* database) const override {
+        if (hostCall("YxDbLayoutManager::modelSpaceId", nullptr) || database == nullptr)
+            return {};
+        return HostAccess::data(*const_cast<YxDbDatabase*>(database)).modelSpace;
+    }
+};
+
+class DatabaseService : public YxDbDatabaseService {
+public:
+    YxDbDependencyManager* dependencyManager() const override {
+        return hostCall("YxDbDatabaseService::dependencyManager", this) ? nullptr : &m_dependencies;
+    }
+    YxDbLayoutManager* layoutManager() const override {
+        return hostCall("YxDbDatabaseService::layoutManager", this) ? nullptr : &m_layouts;
+    }
+
+private:
+    mutable DependencyManager m_dependencies;
+    mutable LayoutManager m_layouts;
+};
+
+class ApplicationServices : public YxDbHostApplicationServices {
+public:
+    YxDbDatabase* workingDatabase() const override {
+        return hostCall("YxDbHostApplicationServices::workingDatabase", nullptr) ? nullptr
+                                                                                 : hostState().workingDatabase;
+    }
+};
+
+}  // namespace
+
+YxRxObject* yxrxGetService(int number) {
+    constexpr int kDatabaseService = 3;
+    static DatabaseService service;
+    if (const auto fault = hostCall("yxrxGetService", nullptr, number))
+        return fault.other;
+    return number == kDatabaseService && hostState().servicesUp ? &service : nullptr;
+}
+
+YxDbHostApplicationServices* yxdbHostApplicationServices() {
+    static ApplicationServices services;
+    if (hostCall("yxdbHostApplicationServices", nullptr) || !hostState().servicesUp)
+        return nullptr;
+    return &services;
+}
