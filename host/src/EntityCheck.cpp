@@ -57,8 +57,8 @@ void EntityCheck::direction(std::string_view what, const YxGeVector3d& vector) c
         refuse(std::string(what) + " has length 0; give a vector that points somewhere");
 }
 
-void requireOpenForWrite(YxDbEntity& entity, const char* operation) {
-    if (writeCall(entity, operation) != Yxrt::eOk)
+void requireOpenForWrite(const YxDbEntity& entity, const char* operation) {
+    if (openForWriteStatus(entity, operation) != Yxrt::eOk)
         throw std::logic_error(std::string(entity.isA()->name()) + "::" + operation +
                                ": the entity is not open for write; open it with mode 1 first");
 }

@@ -31,6 +31,6 @@ private:
 std::string spelt(double value);
 
 /// Complains when an entity of a database is changed without being open for write.
-void requireOpenForWrite(YxDbEntity& entity, const char* operation);
+void requireOpenForWrite(const YxDbEntity& entity, const char* operation);
 
 }  // namespace holdfast

@@ -1,34 +1,42 @@
 #pragma once
 
-#include <string>
-
 #include <yxbase/YxErrorStatus.h>
 #include <yxdb/YxDbEntity.h>
 
-#include "host/src/HostAccess.h"
 #include "host/src/HostCall.h"
 
 namespace holdfast {
 
 /// Every reading operation with a status asks first: anything but eOk is what it must answer without doing anything.
-[[nodiscard]] inline Yxrt::ErrorStatus readCall(const YxDbEntity& entity, const char* operation) {
-    const HostFault fault = hostCall(operation, &entity);
+template <class... Arguments>
+[[nodiscard]] Yxrt::ErrorStatus readCall(const YxDbEntity& entity, const char* operation,
+                                         const Arguments&... arguments) {
+    const HostFault fault = hostCall(operation, &entity, arguments...);
     return fault ? refusedStatus(fault) : Yxrt::eOk;
 }
 
-/// The same for operations that change the entity; also refuses a resident entity that is not open for write.
-[[nodiscard]] inline Yxrt::ErrorStatus writeCall(YxDbEntity& entity, const char* operation) {
-    if (const HostFault fault = hostCall(operation, &entity))
-        return refusedStatus(fault);
-    if (HostAccess::isWritable(entity))
-        return Yxrt::eOk;
-    reportMisuse(std::string(operation) + " on an entity that is not open for write");
-    return Yxrt::eNotOpenForWrite;
+/// eNotOpenForWrite, and a complaint, for an entity that lives in a database and is not open for write.
+[[nodiscard]] Yxrt::ErrorStatus openForWriteStatus(const YxDbEntity& entity, const char* operation);
+
+/// As readCall, for operations that change the entity.
+template <class... Arguments>
+[[nodiscard]] Yxrt::ErrorStatus writeCall(const YxDbEntity& entity, const char* operation,
+                                          const Arguments&... arguments) {
+    if (const Yxrt::ErrorStatus refused = readCall(entity, operation, arguments...))
+        return refused;
+    return openForWriteStatus(entity, operation);
 }
 
-/// Records the call of an accessor, which cannot be refused.
+/// Records the call of an accessor. One that has no answer for "cannot" does its work even when told to fail.
 inline void accessorCall(const YxDbEntity& entity, const char* operation) {
     hostCall(operation, &entity);
+}
+
+/// The copy that clone() answers: a new object of the same kind, unless the host was told to answer otherwise.
+template <class Kind, class Copy>
+YxRxObject* cloneCall(const Kind& entity, const Copy& copy) {
+    const HostFault fault = hostCall("YxRxObject::clone", &entity);
+    return fault ? fault.other : copy();
 }
 
 }  // namespace holdfast

@@ -13,32 +13,32 @@ using holdfast::AngleRange;
 YX_IMPLEMENT_CLASS(YxDbArc, YxDbCurve)
 
 YxGePoint3d YxDbArc::center() const {
-    holdfast::accessorCall(*this, "center");
+    holdfast::accessorCall(*this, "YxDbArc::center");
     return m_centre;
 }
 
 double YxDbArc::radius() const {
-    holdfast::accessorCall(*this, "radius");
+    holdfast::accessorCall(*this, "YxDbArc::radius");
     return m_radius;
 }
 
 double YxDbArc::startAngle() const {
-    holdfast::accessorCall(*this, "startAngle");
+    holdfast::accessorCall(*this, "YxDbArc::startAngle");
     return m_startAngle;
 }
 
 double YxDbArc::endAngle() const {
-    holdfast::accessorCall(*this, "endAngle");
+    holdfast::accessorCall(*this, "YxDbArc::endAngle");
     return m_endAngle;
 }
 
 YxGeVector3d YxDbArc::normal() const {
-    holdfast::accessorCall(*this, "normal");
+    holdfast::accessorCall(*this, "YxDbArc::normal");
     return m_normal;
 }
 
 Yxrt::ErrorStatus YxDbArc::transformBy(const YxGeMatrix3d& matrix) {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbEntity::transformBy"))
         return refused;
     const auto similar = holdfast::similarity(matrix);
     if (!similar)
@@ -56,19 +56,19 @@ Yxrt::ErrorStatus YxDbArc::transformBy(const YxGeMatrix3d& matrix) {
 }
 
 Yxrt::ErrorStatus YxDbArc::getStartPoint(YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getStartPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getStartPoint"))
         return refused;
     return holdfast::answer(pointAt(m_startAngle), point);
 }
 
 Yxrt::ErrorStatus YxDbArc::getEndPoint(YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getEndPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getEndPoint"))
         return refused;
     return holdfast::answer(pointAt(m_endAngle), point);
 }
 
 Yxrt::ErrorStatus YxDbArc::getParamAtPoint(const YxGePoint3d& point, double& param) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getParamAtPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getParamAtPoint"))
         return refused;
     if (!holdfast::isFinite(point))
         return Yxrt::eInvalidInput;
@@ -81,7 +81,7 @@ Yxrt::ErrorStatus YxDbArc::getParamAtPoint(const YxGePoint3d& point, double& par
 }
 
 Yxrt::ErrorStatus YxDbArc::getPointAtParam(double param, YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAtParam"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getPointAtParam", param))
         return refused;
     const auto angle = AngleRange(m_startAngle, m_endAngle).inside(param);
     if (!angle)
@@ -90,7 +90,7 @@ Yxrt::ErrorStatus YxDbArc::getPointAtParam(double param, YxGePoint3d& point) con
 }
 
 Yxrt::ErrorStatus YxDbArc::reverseCurve() {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "reverseCurve"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbCurve::reverseCurve"))
         return refused;
     const holdfast::PlaneFrame old = holdfast::planeFrame(m_normal);
     const double sweep = AngleRange(m_startAngle, m_endAngle).sweep();
@@ -101,7 +101,7 @@ Yxrt::ErrorStatus YxDbArc::reverseCurve() {
 }
 
 YxRxObject* YxDbArc::clone() const {
-    return new YxDbArc(*this);
+    return holdfast::cloneCall(*this, [this] { return new YxDbArc(*this); });
 }
 
 YxGePoint3d YxDbArc::pointAt(double angle) const {

@@ -11,22 +11,22 @@
 YX_IMPLEMENT_CLASS(YxDbCircle, YxDbCurve)
 
 YxGePoint3d YxDbCircle::center() const {
-    holdfast::accessorCall(*this, "center");
+    holdfast::accessorCall(*this, "YxDbCircle::center");
     return m_centre;
 }
 
 double YxDbCircle::radius() const {
-    holdfast::accessorCall(*this, "radius");
+    holdfast::accessorCall(*this, "YxDbCircle::radius");
     return m_radius;
 }
 
 YxGeVector3d YxDbCircle::normal() const {
-    holdfast::accessorCall(*this, "normal");
+    holdfast::accessorCall(*this, "YxDbCircle::normal");
     return m_normal;
 }
 
 Yxrt::ErrorStatus YxDbCircle::transformBy(const YxGeMatrix3d& matrix) {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbEntity::transformBy"))
         return refused;
     const auto similar = holdfast::similarity(matrix);
     if (!similar)
@@ -42,19 +42,19 @@ Yxrt::ErrorStatus YxDbCircle::transformBy(const YxGeMatrix3d& matrix) {
 }
 
 Yxrt::ErrorStatus YxDbCircle::getStartPoint(YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getStartPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getStartPoint"))
         return refused;
     return holdfast::answer(pointAt(0.0), point);
 }
 
 Yxrt::ErrorStatus YxDbCircle::getEndPoint(YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getEndPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getEndPoint"))
         return refused;
     return holdfast::answer(pointAt(0.0), point);
 }
 
 Yxrt::ErrorStatus YxDbCircle::getParamAtPoint(const YxGePoint3d& point, double& param) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getParamAtPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getParamAtPoint"))
         return refused;
     if (!holdfast::isFinite(point))
         return Yxrt::eInvalidInput;
@@ -63,25 +63,24 @@ Yxrt::ErrorStatus YxDbCircle::getParamAtPoint(const YxGePoint3d& point, double& 
 }
 
 Yxrt::ErrorStatus YxDbCircle::getPointAtParam(double param, YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAtParam"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getPointAtParam", param))
         return refused;
     return holdfast::answer(pointAt(param), point);
 }
 
 bool YxDbCircle::isClosed() const {
-    holdfast::accessorCall(*this, "isClosed");
-    return true;
+    return !holdfast::hostCall("YxDbCurve::isClosed", this);
 }
 
 Yxrt::ErrorStatus YxDbCircle::reverseCurve() {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "reverseCurve"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbCurve::reverseCurve"))
         return refused;
     m_normal = -m_normal;
     return Yxrt::eOk;
 }
 
 YxRxObject* YxDbCircle::clone() const {
-    return new YxDbCircle(*this);
+    return holdfast::cloneCall(*this, [this] { return new YxDbCircle(*this); });
 }
 
 YxGePoint3d YxDbCircle::pointAt(double angle) const {

@@ -14,37 +14,37 @@ using holdfast::AngleRange;
 YX_IMPLEMENT_CLASS(YxDbEllipse, YxDbCurve)
 
 YxGePoint3d YxDbEllipse::center() const {
-    holdfast::accessorCall(*this, "center");
+    holdfast::accessorCall(*this, "YxDbEllipse::center");
     return m_centre;
 }
 
 YxGeVector3d YxDbEllipse::majorAxis() const {
-    holdfast::accessorCall(*this, "majorAxis");
+    holdfast::accessorCall(*this, "YxDbEllipse::majorAxis");
     return m_major;
 }
 
 YxGeVector3d YxDbEllipse::minorAxis() const {
-    holdfast::accessorCall(*this, "minorAxis");
+    holdfast::accessorCall(*this, "YxDbEllipse::minorAxis");
     return minor();
 }
 
 double YxDbEllipse::radiusRatio() const {
-    holdfast::accessorCall(*this, "radiusRatio");
+    holdfast::accessorCall(*this, "YxDbEllipse::radiusRatio");
     return m_ratio;
 }
 
 double YxDbEllipse::startAngle() const {
-    holdfast::accessorCall(*this, "startAngle");
+    holdfast::accessorCall(*this, "YxDbEllipse::startAngle");
     return m_startAngle;
 }
 
 double YxDbEllipse::endAngle() const {
-    holdfast::accessorCall(*this, "endAngle");
+    holdfast::accessorCall(*this, "YxDbEllipse::endAngle");
     return m_endAngle;
 }
 
 Yxrt::ErrorStatus YxDbEllipse::transformBy(const YxGeMatrix3d& matrix) {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbEntity::transformBy"))
         return refused;
     if (!holdfast::similarity(matrix))
         return Yxrt::eNotApplicable;
@@ -60,19 +60,19 @@ Yxrt::ErrorStatus YxDbEllipse::transformBy(const YxGeMatrix3d& matrix) {
 }
 
 Yxrt::ErrorStatus YxDbEllipse::getStartPoint(YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getStartPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getStartPoint"))
         return refused;
     return holdfast::answer(pointAt(m_startAngle), point);
 }
 
 Yxrt::ErrorStatus YxDbEllipse::getEndPoint(YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getEndPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getEndPoint"))
         return refused;
     return holdfast::answer(pointAt(m_endAngle), point);
 }
 
 Yxrt::ErrorStatus YxDbEllipse::getParamAtPoint(const YxGePoint3d& point, double& param) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getParamAtPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getParamAtPoint"))
         return refused;
     if (!holdfast::isFinite(point))
         return Yxrt::eInvalidInput;
@@ -92,7 +92,7 @@ Yxrt::ErrorStatus YxDbEllipse::getParamAtPoint(const YxGePoint3d& point, double&
 }
 
 Yxrt::ErrorStatus YxDbEllipse::getPointAtParam(double param, YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAtParam"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getPointAtParam", param))
         return refused;
     const auto angle = AngleRange(m_startAngle, m_endAngle).inside(param);
     if (!angle)
@@ -101,12 +101,11 @@ Yxrt::ErrorStatus YxDbEllipse::getPointAtParam(double param, YxGePoint3d& point)
 }
 
 bool YxDbEllipse::isClosed() const {
-    holdfast::accessorCall(*this, "isClosed");
-    return AngleRange(m_startAngle, m_endAngle).isFullTurn();
+    return !holdfast::hostCall("YxDbCurve::isClosed", this) && AngleRange(m_startAngle, m_endAngle).isFullTurn();
 }
 
 Yxrt::ErrorStatus YxDbEllipse::reverseCurve() {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "reverseCurve"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbCurve::reverseCurve"))
         return refused;
     const double sweep = AngleRange(m_startAngle, m_endAngle).sweep();
     m_normal = -m_normal;
@@ -116,7 +115,7 @@ Yxrt::ErrorStatus YxDbEllipse::reverseCurve() {
 }
 
 YxRxObject* YxDbEllipse::clone() const {
-    return new YxDbEllipse(*this);
+    return holdfast::cloneCall(*this, [this] { return new YxDbEllipse(*this); });
 }
 
 YxGeVector3d YxDbEllipse::minor() const {

@@ -6,7 +6,7 @@
 YX_IMPLEMENT_CLASS(YxDbEntity, YxDbObject)
 
 Yxrt::ErrorStatus YxDbEntity::transformBy(const YxGeMatrix3d&) {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbEntity::transformBy"))
         return refused;
     return Yxrt::eNotApplicable;
 }

@@ -10,17 +10,17 @@
 YX_IMPLEMENT_CLASS(YxDbLine, YxDbCurve)
 
 YxGePoint3d YxDbLine::startPoint() const {
-    holdfast::accessorCall(*this, "startPoint");
+    holdfast::accessorCall(*this, "YxDbLine::startPoint");
     return m_start;
 }
 
 YxGePoint3d YxDbLine::endPoint() const {
-    holdfast::accessorCall(*this, "endPoint");
+    holdfast::accessorCall(*this, "YxDbLine::endPoint");
     return m_end;
 }
 
 Yxrt::ErrorStatus YxDbLine::transformBy(const YxGeMatrix3d& matrix) {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbEntity::transformBy"))
         return refused;
     if (!holdfast::similarity(matrix))
         return Yxrt::eNotApplicable;
@@ -34,21 +34,21 @@ Yxrt::ErrorStatus YxDbLine::transformBy(const YxGeMatrix3d& matrix) {
 }
 
 Yxrt::ErrorStatus YxDbLine::getStartPoint(YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getStartPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getStartPoint"))
         return refused;
     point = m_start;
     return Yxrt::eOk;
 }
 
 Yxrt::ErrorStatus YxDbLine::getEndPoint(YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getEndPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getEndPoint"))
         return refused;
     point = m_end;
     return Yxrt::eOk;
 }
 
 Yxrt::ErrorStatus YxDbLine::getParamAtPoint(const YxGePoint3d& point, double& param) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getParamAtPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getParamAtPoint"))
         return refused;
     if (!holdfast::isFinite(point))
         return Yxrt::eInvalidInput;
@@ -60,7 +60,7 @@ Yxrt::ErrorStatus YxDbLine::getParamAtPoint(const YxGePoint3d& point, double& pa
 }
 
 Yxrt::ErrorStatus YxDbLine::getPointAtParam(double param, YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAtParam"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getPointAtParam", param))
         return refused;
     const double length = m_end.distanceTo(m_start);
     const auto along = holdfast::inRange(param, 0.0, length);
@@ -72,12 +72,12 @@ Yxrt::ErrorStatus YxDbLine::getPointAtParam(double param, YxGePoint3d& point) co
 }
 
 Yxrt::ErrorStatus YxDbLine::reverseCurve() {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "reverseCurve"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbCurve::reverseCurve"))
         return refused;
     std::swap(m_start, m_end);
     return Yxrt::eOk;
 }
 
 YxRxObject* YxDbLine::clone() const {
-    return new YxDbLine(*this);
+    return holdfast::cloneCall(*this, [this] { return new YxDbLine(*this); });
 }

@@ -10,22 +10,22 @@
 YX_IMPLEMENT_CLASS(YxDbMText, YxDbEntity)
 
 YxGePoint3d YxDbMText::location() const {
-    holdfast::accessorCall(*this, "location");
+    holdfast::accessorCall(*this, "YxDbMText::location");
     return m_location;
 }
 
 YxGeVector3d YxDbMText::normal() const {
-    holdfast::accessorCall(*this, "normal");
+    holdfast::accessorCall(*this, "YxDbMText::normal");
     return m_normal;
 }
 
 double YxDbMText::rotation() const {
-    holdfast::accessorCall(*this, "rotation");
+    holdfast::accessorCall(*this, "YxDbMText::rotation");
     return m_rotation;
 }
 
 Yxrt::ErrorStatus YxDbMText::transformBy(const YxGeMatrix3d& matrix) {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbEntity::transformBy"))
         return refused;
     const auto similar = holdfast::similarity(matrix);
     if (!similar)
@@ -43,5 +43,5 @@ Yxrt::ErrorStatus YxDbMText::transformBy(const YxGeMatrix3d& matrix) {
 }
 
 YxRxObject* YxDbMText::clone() const {
-    return new YxDbMText(*this);
+    return holdfast::cloneCall(*this, [this] { return new YxDbMText(*this); });
 }

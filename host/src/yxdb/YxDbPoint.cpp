@@ -8,12 +8,12 @@
 YX_IMPLEMENT_CLASS(YxDbPoint, YxDbEntity)
 
 YxGePoint3d YxDbPoint::position() const {
-    holdfast::accessorCall(*this, "position");
+    holdfast::accessorCall(*this, "YxDbPoint::position");
     return m_position;
 }
 
 Yxrt::ErrorStatus YxDbPoint::transformBy(const YxGeMatrix3d& matrix) {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbEntity::transformBy"))
         return refused;
     if (!holdfast::similarity(matrix))
         return Yxrt::eNotApplicable;
@@ -21,5 +21,5 @@ Yxrt::ErrorStatus YxDbPoint::transformBy(const YxGeMatrix3d& matrix) {
 }
 
 YxRxObject* YxDbPoint::clone() const {
-    return new YxDbPoint(*this);
+    return holdfast::cloneCall(*this, [this] { return new YxDbPoint(*this); });
 }

@@ -28,12 +28,11 @@ bool keepsThePlane(const YxGeMatrix3d& matrix) {
 YX_IMPLEMENT_CLASS(YxDbPolyline, YxDbCurve)
 
 unsigned int YxDbPolyline::numVerts() const {
-    holdfast::accessorCall(*this, "numVerts");
-    return static_cast<unsigned int>(m_vertices.size());
+    return holdfast::hostCall("YxDbPolyline::numVerts", this) ? 0U : static_cast<unsigned int>(m_vertices.size());
 }
 
 Yxrt::ErrorStatus YxDbPolyline::getPointAt(unsigned int index, YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAt"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbPolyline::getPointAt", index))
         return refused;
     if (index >= m_vertices.size())
         return Yxrt::eOutOfRange;
@@ -42,7 +41,7 @@ Yxrt::ErrorStatus YxDbPolyline::getPointAt(unsigned int index, YxGePoint3d& poin
 }
 
 Yxrt::ErrorStatus YxDbPolyline::getPointAt(unsigned int index, YxGePoint2d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAt"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbPolyline::getPointAt", index))
         return refused;
     if (index >= m_vertices.size())
         return Yxrt::eOutOfRange;
@@ -51,8 +50,7 @@ Yxrt::ErrorStatus YxDbPolyline::getPointAt(unsigned int index, YxGePoint2d& poin
 }
 
 YxDbPolyline::SegType YxDbPolyline::segType(unsigned int index) const {
-    holdfast::accessorCall(*this, "segType");
-    if (index >= segmentCount())
+    if (holdfast::hostCall("YxDbPolyline::segType", this, index) || index >= segmentCount())
         return kNone;
     const BulgeSegment segment = segmentAt(index);
     if (segment.isDegenerate())
@@ -61,7 +59,7 @@ YxDbPolyline::SegType YxDbPolyline::segType(unsigned int index) const {
 }
 
 Yxrt::ErrorStatus YxDbPolyline::getArcSegAt(unsigned int index, YxGeCircArc3d& arc) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getArcSegAt"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbPolyline::getArcSegAt", index))
         return refused;
     if (index >= segmentCount())
         return Yxrt::eOutOfRange;
@@ -73,7 +71,7 @@ Yxrt::ErrorStatus YxDbPolyline::getArcSegAt(unsigned int index, YxGeCircArc3d& a
 }
 
 Yxrt::ErrorStatus YxDbPolyline::getVertexIdentifierAt(unsigned int index, int& identifier) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getVertexIdentifierAt"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbPolyline::getVertexIdentifierAt", index))
         return refused;
     if (index >= m_vertices.size())
         return Yxrt::eOutOfRange;
@@ -82,7 +80,8 @@ Yxrt::ErrorStatus YxDbPolyline::getVertexIdentifierAt(unsigned int index, int& i
 }
 
 Yxrt::ErrorStatus YxDbPolyline::setVertexIdentifierAt(unsigned int index, int identifier) {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "setVertexIdentifierAt"))
+    if (const Yxrt::ErrorStatus refused =
+            holdfast::writeCall(*this, "YxDbPolyline::setVertexIdentifierAt", index, identifier))
         return refused;
     if (index >= m_vertices.size())
         return Yxrt::eOutOfRange;
@@ -92,7 +91,7 @@ Yxrt::ErrorStatus YxDbPolyline::setVertexIdentifierAt(unsigned int index, int id
 }
 
 Yxrt::ErrorStatus YxDbPolyline::transformBy(const YxGeMatrix3d& matrix) {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbEntity::transformBy"))
         return refused;
     if (!holdfast::similarity(matrix))
         return Yxrt::eNotApplicable;
@@ -112,7 +111,7 @@ Yxrt::ErrorStatus YxDbPolyline::transformBy(const YxGeMatrix3d& matrix) {
 }
 
 Yxrt::ErrorStatus YxDbPolyline::getStartPoint(YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getStartPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getStartPoint"))
         return refused;
     if (m_vertices.empty())
         return Yxrt::eNotApplicable;
@@ -121,7 +120,7 @@ Yxrt::ErrorStatus YxDbPolyline::getStartPoint(YxGePoint3d& point) const {
 }
 
 Yxrt::ErrorStatus YxDbPolyline::getEndPoint(YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getEndPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getEndPoint"))
         return refused;
     if (m_vertices.empty())
         return Yxrt::eNotApplicable;
@@ -130,7 +129,7 @@ Yxrt::ErrorStatus YxDbPolyline::getEndPoint(YxGePoint3d& point) const {
 }
 
 Yxrt::ErrorStatus YxDbPolyline::getParamAtPoint(const YxGePoint3d& point, double& param) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getParamAtPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getParamAtPoint"))
         return refused;
     if (m_vertices.empty())
         return Yxrt::eNotApplicable;
@@ -140,7 +139,7 @@ Yxrt::ErrorStatus YxDbPolyline::getParamAtPoint(const YxGePoint3d& point, double
 }
 
 Yxrt::ErrorStatus YxDbPolyline::getPointAtParam(double param, YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAtParam"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getPointAtParam", param))
         return refused;
     const double segments = static_cast<double>(segmentCount());
     if (segments == 0.0)
@@ -154,12 +153,11 @@ Yxrt::ErrorStatus YxDbPolyline::getPointAtParam(double param, YxGePoint3d& point
 }
 
 bool YxDbPolyline::isClosed() const {
-    holdfast::accessorCall(*this, "isClosed");
-    return m_closed;
+    return !holdfast::hostCall("YxDbCurve::isClosed", this) && m_closed;
 }
 
 Yxrt::ErrorStatus YxDbPolyline::reverseCurve() {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "reverseCurve"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbCurve::reverseCurve"))
         return refused;
     const std::vector<Vertex> old = m_vertices;
     const std::size_t count = old.size();
@@ -172,7 +170,7 @@ Yxrt::ErrorStatus YxDbPolyline::reverseCurve() {
 }
 
 YxRxObject* YxDbPolyline::clone() const {
-    return new YxDbPolyline(*this);
+    return holdfast::cloneCall(*this, [this] { return new YxDbPolyline(*this); });
 }
 
 YxGePoint3d YxDbPolyline::placed(const YxGePoint2d& point) {

@@ -8,17 +8,17 @@
 YX_IMPLEMENT_CLASS(YxDbRay, YxDbCurve)
 
 YxGePoint3d YxDbRay::basePoint() const {
-    holdfast::accessorCall(*this, "basePoint");
+    holdfast::accessorCall(*this, "YxDbRay::basePoint");
     return m_base;
 }
 
 YxGeVector3d YxDbRay::unitDir() const {
-    holdfast::accessorCall(*this, "unitDir");
+    holdfast::accessorCall(*this, "YxDbRay::unitDir");
     return m_direction;
 }
 
 Yxrt::ErrorStatus YxDbRay::transformBy(const YxGeMatrix3d& matrix) {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbEntity::transformBy"))
         return refused;
     if (!holdfast::similarity(matrix))
         return Yxrt::eNotApplicable;
@@ -31,14 +31,14 @@ Yxrt::ErrorStatus YxDbRay::transformBy(const YxGeMatrix3d& matrix) {
 }
 
 Yxrt::ErrorStatus YxDbRay::getStartPoint(YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getStartPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getStartPoint"))
         return refused;
     point = m_base;
     return Yxrt::eOk;
 }
 
 Yxrt::ErrorStatus YxDbRay::getParamAtPoint(const YxGePoint3d& point, double& param) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getParamAtPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getParamAtPoint"))
         return refused;
     if (!holdfast::isFinite(point))
         return Yxrt::eInvalidInput;
@@ -47,7 +47,7 @@ Yxrt::ErrorStatus YxDbRay::getParamAtPoint(const YxGePoint3d& point, double& par
 }
 
 Yxrt::ErrorStatus YxDbRay::getPointAtParam(double param, YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAtParam"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getPointAtParam", param))
         return refused;
     constexpr double kRounding = 1e-10;
     if (!(param >= -kRounding))
@@ -56,5 +56,5 @@ Yxrt::ErrorStatus YxDbRay::getPointAtParam(double param, YxGePoint3d& point) con
 }
 
 YxRxObject* YxDbRay::clone() const {
-    return new YxDbRay(*this);
+    return holdfast::cloneCall(*this, [this] { return new YxDbRay(*this); });
 }

@@ -15,12 +15,11 @@ using holdfast::SplineView;
 YX_IMPLEMENT_CLASS(YxDbSpline, YxDbCurve)
 
 int YxDbSpline::numControlPoints() const {
-    holdfast::accessorCall(*this, "numControlPoints");
-    return static_cast<int>(m_controlPoints.size());
+    return holdfast::hostCall("YxDbSpline::numControlPoints", this) ? 0 : static_cast<int>(m_controlPoints.size());
 }
 
 Yxrt::ErrorStatus YxDbSpline::getControlPointAt(int index, YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getControlPointAt"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbSpline::getControlPointAt", index))
         return refused;
     if (index < 0 || static_cast<std::size_t>(index) >= m_controlPoints.size())
         return Yxrt::eOutOfRange;
@@ -29,7 +28,7 @@ Yxrt::ErrorStatus YxDbSpline::getControlPointAt(int index, YxGePoint3d& point) c
 }
 
 Yxrt::ErrorStatus YxDbSpline::transformBy(const YxGeMatrix3d& matrix) {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbEntity::transformBy"))
         return refused;
     if (!holdfast::similarity(matrix))
         return Yxrt::eNotApplicable;
@@ -44,19 +43,19 @@ Yxrt::ErrorStatus YxDbSpline::transformBy(const YxGeMatrix3d& matrix) {
 }
 
 Yxrt::ErrorStatus YxDbSpline::getStartPoint(YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getStartPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getStartPoint"))
         return refused;
     return holdfast::answer(firstPoint(), point);
 }
 
 Yxrt::ErrorStatus YxDbSpline::getEndPoint(YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getEndPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getEndPoint"))
         return refused;
     return holdfast::answer(lastPoint(), point);
 }
 
 Yxrt::ErrorStatus YxDbSpline::getParamAtPoint(const YxGePoint3d& point, double& param) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getParamAtPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getParamAtPoint"))
         return refused;
     if (!holdfast::isFinite(point))
         return Yxrt::eInvalidInput;
@@ -69,7 +68,7 @@ Yxrt::ErrorStatus YxDbSpline::getParamAtPoint(const YxGePoint3d& point, double& 
 }
 
 Yxrt::ErrorStatus YxDbSpline::getPointAtParam(double param, YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAtParam"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getPointAtParam", param))
         return refused;
     const SplineView spline(m_degree, m_periodic, m_controlPoints, m_knots, m_weights);
     const double first = spline.firstParam();
@@ -82,12 +81,11 @@ Yxrt::ErrorStatus YxDbSpline::getPointAtParam(double param, YxGePoint3d& point) 
 }
 
 bool YxDbSpline::isClosed() const {
-    holdfast::accessorCall(*this, "isClosed");
-    return m_periodic || firstPoint().isEqualTo(lastPoint());
+    return !holdfast::hostCall("YxDbCurve::isClosed", this) && (m_periodic || firstPoint().isEqualTo(lastPoint()));
 }
 
 Yxrt::ErrorStatus YxDbSpline::reverseCurve() {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "reverseCurve"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbCurve::reverseCurve"))
         return refused;
     reverseControlPoints();
     const double first = m_knots.front();
@@ -99,7 +97,7 @@ Yxrt::ErrorStatus YxDbSpline::reverseCurve() {
 }
 
 YxRxObject* YxDbSpline::clone() const {
-    return new YxDbSpline(*this);
+    return holdfast::cloneCall(*this, [this] { return new YxDbSpline(*this); });
 }
 
 YxGePoint3d YxDbSpline::firstPoint() const {

@@ -10,22 +10,22 @@
 YX_IMPLEMENT_CLASS(YxDbText, YxDbEntity)
 
 YxGePoint3d YxDbText::position() const {
-    holdfast::accessorCall(*this, "position");
+    holdfast::accessorCall(*this, "YxDbText::position");
     return m_position;
 }
 
 YxGeVector3d YxDbText::normal() const {
-    holdfast::accessorCall(*this, "normal");
+    holdfast::accessorCall(*this, "YxDbText::normal");
     return m_normal;
 }
 
 double YxDbText::rotation() const {
-    holdfast::accessorCall(*this, "rotation");
+    holdfast::accessorCall(*this, "YxDbText::rotation");
     return m_rotation;
 }
 
 Yxrt::ErrorStatus YxDbText::transformBy(const YxGeMatrix3d& matrix) {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbEntity::transformBy"))
         return refused;
     const auto similar = holdfast::similarity(matrix);
     if (!similar)
@@ -43,5 +43,5 @@ Yxrt::ErrorStatus YxDbText::transformBy(const YxGeMatrix3d& matrix) {
 }
 
 YxRxObject* YxDbText::clone() const {
-    return new YxDbText(*this);
+    return holdfast::cloneCall(*this, [this] { return new YxDbText(*this); });
 }

@@ -8,22 +8,22 @@
 YX_IMPLEMENT_CLASS(YxDbXline, YxDbCurve)
 
 YxGePoint3d YxDbXline::basePoint() const {
-    holdfast::accessorCall(*this, "basePoint");
+    holdfast::accessorCall(*this, "YxDbXline::basePoint");
     return m_base;
 }
 
 YxGePoint3d YxDbXline::secondPoint() const {
-    holdfast::accessorCall(*this, "secondPoint");
+    holdfast::accessorCall(*this, "YxDbXline::secondPoint");
     return m_base + m_direction;
 }
 
 YxGeVector3d YxDbXline::unitDir() const {
-    holdfast::accessorCall(*this, "unitDir");
+    holdfast::accessorCall(*this, "YxDbXline::unitDir");
     return m_direction;
 }
 
 Yxrt::ErrorStatus YxDbXline::transformBy(const YxGeMatrix3d& matrix) {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "transformBy"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbEntity::transformBy"))
         return refused;
     if (!holdfast::similarity(matrix))
         return Yxrt::eNotApplicable;
@@ -36,24 +36,24 @@ Yxrt::ErrorStatus YxDbXline::transformBy(const YxGeMatrix3d& matrix) {
 }
 
 Yxrt::ErrorStatus YxDbXline::getParamAtPoint(const YxGePoint3d& point, double& param) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getParamAtPoint"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getParamAtPoint"))
         return refused;
     return holdfast::answer((point - m_base).dotProduct(m_direction), param);
 }
 
 Yxrt::ErrorStatus YxDbXline::getPointAtParam(double param, YxGePoint3d& point) const {
-    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "getPointAtParam"))
+    if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getPointAtParam", param))
         return refused;
     return holdfast::answer(m_base + m_direction * param, point);
 }
 
 Yxrt::ErrorStatus YxDbXline::reverseCurve() {
-    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "reverseCurve"))
+    if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbCurve::reverseCurve"))
         return refused;
     m_direction = -m_direction;
     return Yxrt::eOk;
 }
 
 YxRxObject* YxDbXline::clone() const {
-    return new YxDbXline(*this);
+    return holdfast::cloneCall(*this, [this] { return new YxDbXline(*this); });
 }

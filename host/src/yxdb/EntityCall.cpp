@@ -1,0 +1,16 @@
+#include "host/src/yxdb/EntityCall.h"
+
+#include <string>
+
+#include "host/src/HostAccess.h"
+
+namespace holdfast {
+
+Yxrt::ErrorStatus openForWriteStatus(const YxDbEntity& entity, const char* operation) {
+    if (HostAccess::isWritable(entity))
+        return Yxrt::eOk;
+    reportMisuse(std::string(operation) + " on an entity that is not open for write");
+    return Yxrt::eNotOpenForWrite;
+}
+
+}  // namespace holdfast
