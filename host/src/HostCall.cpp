@@ -7,7 +7,7 @@ namespace holdfast {
 HostObserver* g_hostObserver = nullptr;
 
 std::string describe(const YxRxObject* object) {
-    return object == nullptr ? "null" : object->isA()->name();
+    return g_hostObserver == nullptr ? "" : g_hostObserver->nameOf(object);
 }
 
 std::string describe(int value) {

@@ -28,6 +28,8 @@ public:
     virtual HostFault called(std::string_view operation, const YxRxObject* subject, const std::string& arguments) = 0;
     /// Called when a caller does what a real host would punish.
     virtual void misused(const std::string& complaint) = 0;
+    /// What to call an object in a record.
+    virtual std::string nameOf(const YxRxObject* object) = 0;
 };
 
 /// Who listens now; null in a host that nobody watches.
