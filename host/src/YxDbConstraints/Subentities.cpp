@@ -75,6 +75,23 @@ int segmentNamed(const YxDbPolyline& polyline, int startVertexId, int endVertexI
     return -1;
 }
 
+SegmentNames::SegmentNames(const YxDbPolyline& polyline) {
+    const std::size_t vertices = EntityAccess::vertexCount(polyline);
+    for (std::size_t i = 0; i < EntityAccess::segmentCount(polyline); ++i)
+        m_segments.emplace(std::pair(EntityAccess::vertex(polyline, i).identifier,
+                                     EntityAccess::vertex(polyline, (i + 1) % vertices).identifier),
+                           static_cast<int>(i));
+}
+
+int SegmentNames::segmentOf(const YxDbAssocGeomDependency& dependency) const {
+    const YxDbAssocPersSubentId* name = HostAccess::persistentId(dependency);
+    if (name == nullptr || !name->isKindOf(YxDbAssocEdgePersSubentId::desc()))
+        return -1;
+    const auto* edge = static_cast<const YxDbAssocEdgePersSubentId*>(name);
+    const auto found = m_segments.find({edge->index1(), edge->index2()});
+    return found == m_segments.end() ? -1 : found->second;
+}
+
 YxConstrainedGeometry* geometryOnPart(const YxDbAssoc2dConstraintGroup& group, const YxDbFullSubentPath& path) {
     const YxDbObject* object = HostAccess::peek(path.objectId());
     if (object == nullptr || !object->isKindOf(YxDbEntity::desc()))

@@ -18,6 +18,7 @@ std::size_t ReactorList::Hash::operator()(const YxDbObjectId& id) const {
 void ReactorList::add(const YxDbObjectId& reactor) {
     m_entries.push_back(reactor);
     ++m_live;
+    ++m_changes;
     if (m_entries.size() == kShort + 1)
         for (std::size_t i = 0; i < m_entries.size(); ++i)
             m_places.emplace(m_entries[i], i);
@@ -43,6 +44,7 @@ bool ReactorList::remove(const YxDbObjectId& reactor) {
         return false;
     m_entries[place] = YxDbObjectId();
     --m_live;
+    ++m_changes;
     if (m_entries.size() <= kShort || m_live < m_entries.size() / 2)
         compact();
     return true;

@@ -16,7 +16,8 @@ public:
     /// Removes the first entry that names the reactor; false when there is none.
     bool remove(const YxDbObjectId& reactor);
     std::vector<YxDbObjectId> ids() const;
-    bool isEmpty() const { return m_live == 0; }
+    /// Grows with every change of the list.
+    std::size_t changes() const { return m_changes; }
 
 private:
     struct Hash {
@@ -26,6 +27,7 @@ private:
 
     std::vector<YxDbObjectId> m_entries;  // removed ones are null until the list is compacted
     std::size_t m_live = 0;
+    std::size_t m_changes = 0;
     std::unordered_multimap<YxDbObjectId, std::size_t, Hash> m_places;  // only for long lists
 };
 
