@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "workbench/drawing/NumberText.h"
+#include "workbench/drawing/Utf8.h"
 
 namespace holdfast {
 namespace {
@@ -255,6 +256,8 @@ MaybeFault check(const PolylineShape& polyline) {
 }
 
 MaybeFault check(const TextShape& text) {
+    if (!isUtf8(text.text))
+        return Fault{"text", "bytes that are not UTF-8", "a text in UTF-8"};
     return first(
         {finite("position", text.position), finite("rotation", text.rotation), positive("height", text.height)});
 }
