@@ -98,11 +98,15 @@ private:
     static constexpr std::size_t kLast = std::tuple_size_v<Cells> - 1;
     static constexpr std::size_t kLeastReason = 24;
 
+    /// Columns without any content have none; the headline alone makes no column.
     std::array<std::size_t, kLast> columnWidths() const {
         std::array<std::size_t, kLast> widths{};
-        for (const Row& row : m_rows)
+        for (const Row& row : std::span(m_rows).subspan(1))
             for (std::size_t i = 0; i < (row.running ? 1 : kLast); ++i)
                 widths[i] = std::max(widths[i], textLength(row.cells[i]));
+        for (std::size_t i = 0; i < kLast; ++i)
+            if (widths[i] > 0)
+                widths[i] = std::max(widths[i], textLength(m_rows.front().cells[i]));
         return widths;
     }
 

@@ -182,10 +182,10 @@ private:
             groups.push_back({index});
         for (double cell = kClusterCell + 2.0 * m_elbow; !groups.empty() && cell < 5000.0; cell *= 1.5) {
             groups = joined(groups, cell);
-            std::erase_if(groups, [&](const auto& group) { return placeCluster(group, false); });
+            std::erase_if(groups, [&](const auto& group) { return placeCluster(group, cell, false); });
         }
         for (const auto& group : groups)
-            placeCluster(group, true);
+            placeCluster(group, kClusterCell, true);
     }
 
     Vec2 meanAnchor(const std::vector<std::size_t>& group) const {
@@ -209,11 +209,12 @@ private:
         return result;
     }
 
-    bool placeCluster(const std::vector<std::size_t>& group, bool force) {
+    /// The larger the neighbourhood, the farther away its sign may stand.
+    bool placeCluster(const std::vector<std::size_t>& group, double cell, bool force) {
         if (group.size() == 1)
             return placeAlone(group.front(), force);
         const Vec2 size = clusterSize(group.size());
-        const std::vector<LabelSpot> spots = ringsAround(meanAnchor(group) * (1.0 / m_level), 9.0);
+        const std::vector<LabelSpot> spots = ringsAround(meanAnchor(group) * (1.0 / m_level), cell / 5);
         const auto choice = bestSpot({spots, size, std::nullopt});
         if (!choice && !force)
             return false;

@@ -1,6 +1,7 @@
 #include "workbench/report/Marks.h"
 
 #include "workbench/drawing/Names.h"
+#include "workbench/report/Gaps.h"
 #include "workbench/report/PlacePoint.h"
 #include "workbench/report/Wording.h"
 
@@ -15,7 +16,8 @@ struct Ref {
 
     Spot spot() const { return spotOf(*shape, place); }
     Vec2 point() const { return spot().point; }
-    Shape curve() const { return curveAt(*shape, place); }
+    /// A place that names a point counts as a point of its own.
+    Shape curve() const { return isPointLike() ? Shape(PointShape{point()}) : curveAt(*shape, place); }
     bool isPointLike() const { return isPoint(*shape, place); }
 };
 
@@ -38,18 +40,9 @@ std::optional<Vec2> crossing(const LineShape& one, const LineShape& other) {
     return one.start + along * (cross(other.start - one.start, across) / turn);
 }
 
-/// The nearest points of two curves, by going back and forth between them.
-Measured gapBetween(const Ref& one, const Ref& other) {
-    const Shape first = one.curve(), second = other.curve();
-    Vec2 from = one.isPointLike() ? one.point() : spotOf(first, {}).point;
-    Vec2 to = other.isPointLike() ? other.point() : nearestOn(second, from);
-    for (int round = 0; round < 4; ++round) {
-        if (!one.isPointLike())
-            from = nearestOn(first, to);
-        if (!other.isPointLike())
-            to = nearestOn(second, from);
-    }
-    return {from, to, unit(to - from)};
+Measured measuredBetween(const Ref& one, const Ref& other) {
+    const Gap gap = gapBetween(one.curve(), other.curve());
+    return {gap.from, gap.to, unit(gap.to - gap.from)};
 }
 
 class MarkMaker {
@@ -141,7 +134,7 @@ private:
             return at(point->spot());
         if (m_refs.size() < 2)
             return at(m_refs[0].spot());
-        const Measured touch = gapBetween(m_refs[0], m_refs[1]);
+        const Measured touch = measuredBetween(m_refs[0], m_refs[1]);
         return between(touch.from, touch.to);
     }
 
@@ -175,7 +168,7 @@ private:
             return std::nullopt;
         std::optional<Measured> measured;
         if (m_refs.size() > 1)
-            measured = gapBetween(m_refs[0], m_refs[1]);
+            measured = measuredBetween(m_refs[0], m_refs[1]);
         else if (const auto line = asLine(m_refs[0].curve()))
             measured = Measured{line->start, line->end, unit(line->end - line->start)};
         else if (m_refs[0].isPointLike() && m_constraint.type != ConstraintType::distance)
