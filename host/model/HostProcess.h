@@ -20,7 +20,7 @@ public:
     HostProcess(const HostProcess&) = delete;
     HostProcess& operator=(const HostProcess&) = delete;
 
-    YxDbDatabase& database() { return *m_database; }
+    YxDbDatabase& database() const { return *m_database; }
     HostFaults& faults() { return m_faults; }
     HostJournal& journal() { return m_journal; }
 

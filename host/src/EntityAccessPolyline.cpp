@@ -110,7 +110,7 @@ void EntityAccess::removeVertices(YxDbPolyline& polyline, std::size_t first, std
     if (count == 0)
         return;
     checkIndex(first, vertices);
-    checkIndex(count - 1, vertices - first);
+    checkIndex(first + count - 1, vertices);
     if (count == vertices)
         kPolyline.refuse("no vertex would be left; keep at least one, or erase the polyline");
     requireOpenForWrite(polyline, "removeVertices");

@@ -69,6 +69,10 @@ std::vector<YxDbObjectId> HostAccess::reactors(const YxDbObject& object) {
     return data(object).reactors.ids();
 }
 
+std::size_t HostAccess::reactorCount(const YxDbObject& object, const YxDbObjectId& reactor) {
+    return data(object).reactors.count(reactor);
+}
+
 std::unique_ptr<YxDbAssocGeomDependency> HostAccess::makeGeomDependency(const YxDbObjectId& action) {
     std::unique_ptr<YxDbAssocGeomDependency> dependency(new YxDbAssocGeomDependency());
     dependency->m_owningAction = action;

@@ -58,6 +58,8 @@ struct HostAccess {
     // Reactors and dependencies
     static void addReactor(YxDbObject& object, const YxDbObjectId& reactor);
     static std::vector<YxDbObjectId> reactors(const YxDbObject& object);
+    /// How often a reactor stands among the object's.
+    static std::size_t reactorCount(const YxDbObject& object, const YxDbObjectId& reactor);
     static std::unique_ptr<YxDbAssocGeomDependency> makeGeomDependency(const YxDbObjectId& action);
     static std::unique_ptr<YxDbAssocEdgePersSubentId> makeEdgeId(int index1, int index2);
     static void setPersistentId(YxDbAssocGeomDependency& dependency, std::unique_ptr<YxDbAssocPersSubentId> id);
@@ -94,6 +96,7 @@ struct HostAccess {
                              bool driving);
     static void setRole(YxInternalConstraint& constraint, std::string role) { constraint.m_role = std::move(role); }
     static const std::string& role(const YxInternalConstraint& constraint) { return constraint.m_role; }
+    static const YxCompositeConstraint* owner(const YxGeomConstraint& constraint) { return constraint.m_owner; }
     static bool isDeleted(const YxGeomConstraint& constraint) { return constraint.m_deleted; }
     static const std::vector<YxConstrainedGeometry*>& geometries(const YxGeomConstraint& constraint) {
         return constraint.m_geometries;

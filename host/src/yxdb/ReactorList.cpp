@@ -58,6 +58,12 @@ std::vector<YxDbObjectId> ReactorList::ids() const {
     return live;
 }
 
+std::size_t ReactorList::count(const YxDbObjectId& reactor) const {
+    if (m_entries.size() > kShort)
+        return m_places.count(reactor);
+    return static_cast<std::size_t>(std::count(m_entries.begin(), m_entries.end(), reactor));
+}
+
 void ReactorList::compact() {
     m_entries = ids();
     m_places.clear();

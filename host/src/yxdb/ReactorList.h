@@ -16,6 +16,7 @@ public:
     /// Removes the first entry that names the reactor; false when there is none.
     bool remove(const YxDbObjectId& reactor);
     std::vector<YxDbObjectId> ids() const;
+    std::size_t count(const YxDbObjectId& reactor) const;
     /// Grows with every change of the list.
     std::size_t changes() const { return m_changes; }
 
