@@ -21,21 +21,22 @@
 
 namespace holdfast {
 
-// What the kinds of entities consist of. Angles are radians.
+// What the kinds of entities consist of. Angles are radians. Every field has a default, so that designated initialisers
+// name only what differs.
 
 struct LineData {
-    YxGePoint3d start;
-    YxGePoint3d end;
+    YxGePoint3d start{};
+    YxGePoint3d end{};
 };
 
 /// A ray or a construction line. The direction may have any length but 0; it is kept as a unit vector.
 struct DirectedData {
-    YxGePoint3d base;
+    YxGePoint3d base{};
     YxGeVector3d direction{1.0, 0.0, 0.0};
 };
 
 struct CircleData {
-    YxGePoint3d centre;
+    YxGePoint3d centre{};
     double radius = 1.0;
     YxGeVector3d normal{0.0, 0.0, 1.0};
 };
@@ -43,7 +44,7 @@ struct CircleData {
 /// Runs right-handed about the normal from startAngle on; angles from x, from -x when the normal points down. Equal
 /// angles make a full turn. Angles are kept as they are given.
 struct ArcData {
-    YxGePoint3d centre;
+    YxGePoint3d centre{};
     double radius = 1.0;
     double startAngle = 0.0;
     double endAngle = 1.0;
@@ -53,7 +54,7 @@ struct ArcData {
 /// The major axis is half the longest diameter and lies across the normal; ratio is minor to major, in (0, 1]. Angles
 /// are parameters; equal ones make a full ellipse.
 struct EllipseData {
-    YxGePoint3d centre;
+    YxGePoint3d centre{};
     YxGeVector3d majorAxis{1.0, 0.0, 0.0};
     double ratio = 1.0;
     double startAngle = 0.0;
@@ -67,29 +68,29 @@ struct EllipseData {
 struct SplineData {
     int degree = 3;
     bool periodic = false;
-    std::vector<YxGePoint3d> control;
-    std::vector<double> knots;
-    std::vector<double> weights;
+    std::vector<YxGePoint3d> control{};
+    std::vector<double> knots{};
+    std::vector<double> weights{};
 };
 
 /// The bulge is tan(included angle / 4) of the segment that starts at the vertex, positive counter-clockwise.
 struct PolylineVertex {
-    YxGePoint2d point;
+    YxGePoint2d point{};
     double bulge = 0.0;
     int identifier = 0;
 };
 
 struct PolylineData {
-    std::vector<PolylineVertex> vertices;
+    std::vector<PolylineVertex> vertices{};
     bool closed = false;
 };
 
 /// One line of text or a paragraph.
 struct TextData {
-    YxGePoint3d position;
+    YxGePoint3d position{};
     double rotation = 0.0;
     double height = 2.5;
-    std::string text;
+    std::string text{};
     YxGeVector3d normal{0.0, 0.0, 1.0};
 };
 

@@ -1,5 +1,7 @@
 #include "host/src/HostAccess.h"
 
+#include <utility>
+
 #include "host/src/YxDbConstraints/GroupData.h"
 #include "host/src/yxdb/ObjectData.h"
 
@@ -14,6 +16,10 @@ YxDbObjectId HostAccess::idOf(YxDbStub* stub) {
     YxDbObjectId id;
     id.m_stub = stub;
     return id;
+}
+
+YxDbObjectId HostAccess::idOf(const YxDbObject& object) {
+    return idOf(object.m_data->stub);
 }
 
 std::unique_ptr<YxDbDatabase> HostAccess::makeDatabase() {
@@ -57,7 +63,8 @@ bool HostAccess::isWritable(const YxDbObject& object) {
 std::vector<YxDbObjectId> HostAccess::allIds(const YxDbDatabase& database) {
     std::vector<YxDbObjectId> ids;
     for (const auto& stub : database.m_data->stubs)
-        ids.push_back(idOf(stub.get()));
+        if (stub->object != nullptr)
+            ids.push_back(idOf(stub.get()));
     return ids;
 }
 
@@ -110,7 +117,7 @@ YxConstrainedImplicitPoint& HostAccess::addImplicitPoint(YxDbAssoc2dConstraintGr
                                                          const YxConstrainedGeometry& curve,
                                                          YxDb::ImplicitPointType type, int pointIndex) {
     auto point = std::make_unique<YxConstrainedImplicitPoint>();
-    point->m_curveId = curve.nodeId();
+    point->m_curveId = nodeId(curve);
     point->m_pointType = type;
     point->m_pointIndex = pointIndex;
     return static_cast<YxConstrainedImplicitPoint&>(addGeometry(group, std::move(point), YxDbObjectId()));
@@ -151,14 +158,28 @@ Yxrt::ErrorStatus HostAccess::deleteConstraint(YxDbAssoc2dConstraintGroup& group
     constraint->m_deleted = true;
     data(group).forget(*constraint);
     for (YxConstrainedGeometry* geometry : constraint->m_geometries)
-        std::erase(geometry->m_connected, constraint);
-    if (constraint->m_owner != nullptr)
-        std::erase(constraint->m_owner->m_members, constraint);
-    constraint->m_owner = nullptr;
-    if (constraint->isKindOf(YxCompositeConstraint::desc()))
-        for (YxGeomConstraint* member : std::vector(static_cast<YxCompositeConstraint*>(constraint)->m_members))
-            deleteConstraint(group, member);
+        countDeleted(geometry->m_connected, geometry->m_deletedCount);
+    if (YxCompositeConstraint* owner = std::exchange(constraint->m_owner, nullptr))
+        countDeleted(owner->m_members, owner->m_deletedCount);
+    if (!constraint->isKindOf(YxCompositeConstraint::desc()))
+        return Yxrt::eOk;
+    for (YxGeomConstraint* member : std::exchange(static_cast<YxCompositeConstraint*>(constraint)->m_members, {})) {
+        member->m_owner = nullptr;
+        deleteConstraint(group, member);
+    }
     return Yxrt::eOk;
+}
+
+const HostAccess::Constraints& HostAccess::withoutDeleted(Constraints& listed, std::size_t& deletedCount) {
+    if (deletedCount > 0)
+        std::erase_if(listed, [](const YxGeomConstraint* constraint) { return constraint->m_deleted; });
+    deletedCount = 0;
+    return listed;
+}
+
+void HostAccess::countDeleted(Constraints& listed, std::size_t& deletedCount) {
+    if (++deletedCount > listed.size() / 2)
+        withoutDeleted(listed, deletedCount);
 }
 
 std::vector<YxGeomConstraint*> HostAccess::constraints(const YxDbAssoc2dConstraintGroup& group) {
@@ -176,7 +197,7 @@ YxConstrainedGeometry* HostAccess::geometryOn(const YxDbAssoc2dConstraintGroup& 
 YxConstrainedImplicitPoint* HostAccess::implicitPoint(const YxDbAssoc2dConstraintGroup& group,
                                                       const YxConstrainedGeometry& curve, YxDb::ImplicitPointType type,
                                                       int pointIndex) {
-    return data(group).implicitPoint(curve.nodeId(), type, pointIndex);
+    return data(group).implicitPoint(nodeId(curve), type, pointIndex);
 }
 
 YxGeomConstraint* HostAccess::topLevel(YxGeomConstraint& constraint) {

@@ -40,6 +40,7 @@ struct HostAccess {
     // Ids and databases
     static YxDbStub* stub(const YxDbObjectId& id) { return id.m_stub; }
     static YxDbObjectId idOf(YxDbStub* stub);
+    static YxDbObjectId idOf(const YxDbObject& object);
     static std::unique_ptr<YxDbDatabase> makeDatabase();
     static YxDbDatabaseData& data(YxDbDatabase& database) { return *database.m_data; }
     static YxDbObjectData& data(YxDbObject& object) { return *object.m_data; }
@@ -62,6 +63,8 @@ struct HostAccess {
     static std::size_t reactorCount(const YxDbObject& object, const YxDbObjectId& reactor);
     static std::unique_ptr<YxDbAssocGeomDependency> makeGeomDependency(const YxDbObjectId& action);
     static std::unique_ptr<YxDbAssocEdgePersSubentId> makeEdgeId(int index1, int index2);
+    static int startVertexId(const YxDbAssocEdgePersSubentId& id) { return id.m_index1; }
+    static int endVertexId(const YxDbAssocEdgePersSubentId& id) { return id.m_index2; }
     static void setPersistentId(YxDbAssocGeomDependency& dependency, std::unique_ptr<YxDbAssocPersSubentId> id);
     static YxDbObjectId objectOf(const YxDbAssocDependency& dependency) { return dependency.m_object; }
     static YxDbObjectId actionOf(const YxDbAssocDependency& dependency) { return dependency.m_owningAction; }
@@ -76,6 +79,12 @@ struct HostAccess {
     static const YxArray<YxDbObjectId>& path(const YxDbCompoundObjectId& id) { return id.m_path; }
 
     // Groups
+    static unsigned int nodeId(const YxGraphNode& node) { return node.m_nodeId; }
+    static unsigned int curveId(const YxConstrainedImplicitPoint& point) { return point.m_curveId; }
+    static bool isPoint(const YxConstrainedImplicitPoint& point, YxDb::ImplicitPointType type, int pointIndex) {
+        return point.m_pointType == type && point.m_pointIndex == pointIndex;
+    }
+    static bool isInternal(const YxGeomConstraint& constraint) { return constraint.m_internal; }
     static std::unique_ptr<YxDbAssoc2dConstraintGroup> makeGroup();
     static YxDbConstraintGroupData& data(YxDbAssoc2dConstraintGroup& group) { return *group.m_groupData; }
     static const YxDbConstraintGroupData& data(const YxDbAssoc2dConstraintGroup& group) { return *group.m_groupData; }
@@ -102,9 +111,10 @@ struct HostAccess {
         return constraint.m_geometries;
     }
     static const std::vector<YxGeomConstraint*>& members(const YxCompositeConstraint& composite) {
-        return composite.m_members;
+        return withoutDeleted(composite.m_members, composite.m_deletedCount);
     }
-    /// Deleted constraints stay in memory until the group goes; deleting one twice is an error.
+    /// Deleted constraints stay in memory until the group goes; deleting one twice is an error. Takes the time of the
+    /// constraint's own geometries on average, however many others hang on them.
     static Yxrt::ErrorStatus deleteConstraint(YxDbAssoc2dConstraintGroup& group, YxGeomConstraint* constraint);
     /// Constraints and geometries alive in the group, in its order.
     static std::vector<YxGeomConstraint*> constraints(const YxDbAssoc2dConstraintGroup& group);
@@ -116,7 +126,7 @@ struct HostAccess {
     static const YxDbObjectId& dependencyOf(const YxConstrainedGeometry& geometry) { return geometry.m_dependency; }
     static YxDbAssoc2dConstraintGroup* groupOf(const YxConstrainedGeometry& geometry) { return geometry.m_group; }
     static const std::vector<YxGeomConstraint*>& connected(const YxConstrainedGeometry& geometry) {
-        return geometry.m_connected;
+        return withoutDeleted(geometry.m_connected, geometry.m_deletedCount);
     }
     /// The composite that owns the constraint, directly or not, else the constraint itself.
     static YxGeomConstraint* topLevel(YxGeomConstraint& constraint);
@@ -129,6 +139,10 @@ struct HostAccess {
     static const YxArray<void*>& sourceEntities(const ConstraintDynamicEdit& edit) { return edit.m_sourceEntities; }
 
 private:
+    using Constraints = std::vector<YxGeomConstraint*>;
+    static const Constraints& withoutDeleted(Constraints& listed, std::size_t& deletedCount);
+    /// One of those listed was deleted: half of them at most may be.
+    static void countDeleted(Constraints& listed, std::size_t& deletedCount);
     static YxConstrainedGeometry& addGeometry(YxDbAssoc2dConstraintGroup& group,
                                               std::unique_ptr<YxConstrainedGeometry> geometry,
                                               const YxDbObjectId& dependency);

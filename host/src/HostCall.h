@@ -10,12 +10,18 @@
 namespace holdfast {
 
 /// What a host operation is told to answer instead of doing its work.
-enum class FaultKind { none, refuse, answerOther, errorStatus };
+enum class FaultKind {
+    none,
+    refuse,       ///< null, false, the null id, eFailed, an empty listing
+    answerOther,  ///< another object, which may be of another class
+    errorStatus,  ///< a status of the test's choice, and nothing done
+    nullEntry     ///< a listing with a null entry before the true ones
+};
 
 struct HostFault {
     FaultKind kind = FaultKind::none;
     Yxrt::ErrorStatus status = Yxrt::eFailed;
-    YxRxObject* other = nullptr;  ///< answerOther: the object to answer, which may be of another class
+    YxRxObject* other = nullptr;  ///< for answerOther
 
     explicit operator bool() const { return kind != FaultKind::none; }
 };
@@ -34,6 +40,18 @@ public:
 
 /// Who listens now; null in a host that nobody watches.
 extern HostObserver* g_hostObserver;
+
+/// While one lives, nobody listens: for builders and printers, whose own questions are no calls of the module.
+class Unwatched {
+public:
+    Unwatched() : m_observer(g_hostObserver) { g_hostObserver = nullptr; }
+    ~Unwatched() { g_hostObserver = m_observer; }
+    Unwatched(const Unwatched&) = delete;
+    Unwatched& operator=(const Unwatched&) = delete;
+
+private:
+    HostObserver* m_observer;
+};
 
 std::string describe(const YxRxObject* object);
 inline std::string describe(const std::string& text) {

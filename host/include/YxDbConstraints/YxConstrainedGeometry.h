@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include <YxDbConstraints/YxDbImplicitPointType.h>
@@ -25,7 +26,8 @@ private:
     friend struct holdfast::HostAccess;
     YxDbAssoc2dConstraintGroup* m_group = nullptr;
     YxDbObjectId m_dependency;
-    std::vector<YxGeomConstraint*> m_connected;
+    mutable std::vector<YxGeomConstraint*> m_connected;  // deleted ones leave it when it is read
+    mutable std::size_t m_deletedCount = 0;              // at most how many of them were deleted
 };
 
 /// A point that a curve defines.

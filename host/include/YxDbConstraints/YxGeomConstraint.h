@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -46,7 +47,8 @@ public:
 
 private:
     friend struct holdfast::HostAccess;
-    std::vector<YxGeomConstraint*> m_members;
+    mutable std::vector<YxGeomConstraint*> m_members;  // deleted ones leave it when it is read
+    mutable std::size_t m_deletedCount = 0;            // at most how many of them were deleted
 };
 
 /// Two curves joined with equal position, direction and curvature; owns the coincidence of the joint.

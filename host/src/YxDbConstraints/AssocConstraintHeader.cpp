@@ -1,11 +1,13 @@
 #include <YxDbConstraints/AssocConstraintHeader.h>
 
 #include <unordered_set>
+#include <utility>
 
 #include <yxdb/YxDbEntity.h>
 
 #include "host/src/HostAccess.h"
 #include "host/src/HostCall.h"
+#include "host/src/yxdb/ObjectData.h"
 
 bool AssocConstraintHeader::m_isForbidEvaStatic = false;
 
@@ -15,9 +17,10 @@ struct AssocConstraintHeader::Ledger {
     Ledger& operator=(const Ledger&) = delete;
     ~Ledger() { clear(); }
     void clear() {
-        for (YxDbEntity* copy : copies)
+        for (YxDbEntity* copy : std::exchange(copies, {})) {
+            holdfast::HostAccess::data(*copy).ledger = nullptr;
             delete copy;
-        copies.clear();
+        }
     }
 
     std::unordered_set<YxDbEntity*> copies;
@@ -51,8 +54,10 @@ void AssocConstraintHeader::uninit() {
 }
 
 void AssocConstraintHeader::adopt(YxDbEntity* copy) {
-    if (copy != nullptr)
-        m_ledger->copies.insert(copy);
+    if (copy == nullptr)
+        return;
+    m_ledger->copies.insert(copy);
+    holdfast::HostAccess::data(*copy).ledger = &m_ledger->copies;
 }
 
 const std::unordered_set<YxDbEntity*>& holdfast::HostAccess::adopted(const AssocConstraintHeader& header) {

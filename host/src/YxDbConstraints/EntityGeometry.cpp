@@ -44,7 +44,7 @@ std::vector<YxConstrainedGeometry*> geometriesOf(const YxDbEntity& entity) {
         const YxDbConstraintGroupData& nodes = HostAccess::data(static_cast<const YxDbAssoc2dConstraintGroup&>(*group));
         if (YxConstrainedGeometry* geometry = nodes.geometryOn(reactor)) {
             geometries.push_back(geometry);
-            const std::vector<YxConstrainedImplicitPoint*> points = nodes.pointsOf(geometry->nodeId());
+            const std::vector<YxConstrainedImplicitPoint*> points = nodes.pointsOf(HostAccess::nodeId(*geometry));
             geometries.insert(geometries.end(), points.begin(), points.end());
         }
     }
@@ -60,7 +60,7 @@ std::vector<std::pair<YxDbAssoc2dConstraintGroup*, YxGeomConstraint*>> constrain
     for (YxConstrainedGeometry* geometry : geometriesOf(static_cast<const YxDbEntity&>(*object)))
         for (YxGeomConstraint* constraint : HostAccess::connected(*geometry)) {
             YxGeomConstraint* top = HostAccess::topLevel(*constraint);
-            if (!top->isInternal() && seen.insert(top).second)
+            if (!HostAccess::isInternal(*top) && seen.insert(top).second)
                 found.emplace_back(HostAccess::groupOf(*geometry), top);
         }
     return found;

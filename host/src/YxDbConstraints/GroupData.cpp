@@ -12,12 +12,16 @@ void YxDbConstraintGroupData::add(std::unique_ptr<YxConstrainedGeometry> geometr
         m_byDependency.emplace(stub, added);
     if (added->isKindOf(YxConstrainedImplicitPoint::desc())) {
         auto* point = static_cast<YxConstrainedImplicitPoint*>(added);
-        m_pointsByCurve.emplace(point->constrainedCurveId(), point);
+        m_pointsByCurve.emplace(HostAccess::curveId(*point), point);
     }
 }
 
 void YxDbConstraintGroupData::add(std::unique_ptr<YxGeomConstraint> constraint) {
     m_nodes.push_back({std::move(constraint), true, true});
+}
+
+void YxDbConstraintGroupData::forget(const YxGeomConstraint& constraint) {
+    m_nodes[HostAccess::nodeId(constraint) - kFirstNodeId].live = false;
 }
 
 YxGraphNode* YxDbConstraintGroupData::node(unsigned int nodeId) const {
@@ -36,7 +40,7 @@ YxConstrainedImplicitPoint* YxDbConstraintGroupData::implicitPoint(unsigned int 
                                                                    int pointIndex) const {
     const auto [first, last] = m_pointsByCurve.equal_range(curveId);
     for (auto it = first; it != last; ++it)
-        if (it->second->pointType() == type && it->second->pointIndex() == pointIndex)
+        if (HostAccess::isPoint(*it->second, type, pointIndex))
             return it->second;
     return nullptr;
 }

@@ -23,7 +23,7 @@ struct YxDbConstraintGroupData {
     /// In the order in which they were added.
     const std::vector<YxConstrainedGeometry*>& geometries() const { return m_geometries; }
     std::vector<YxGeomConstraint*> liveConstraints() const;
-    void forget(const YxGeomConstraint& constraint) { m_nodes[constraint.nodeId() - kFirstNodeId].live = false; }
+    void forget(const YxGeomConstraint& constraint);
 
     AssocConstraintHeader header;
 

@@ -9,7 +9,7 @@
 
 #include "host/src/EntityAccess.h"
 #include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
+#include "host/src/HostAnswers.h"
 #include "host/src/YxDbConstraints/GroupData.h"
 
 using holdfast::HostAccess;
@@ -47,7 +47,7 @@ YxDbObjectId groupOf(const YxDbObjectId& entity) {
     YxDbObjectId found;
     if (const YxDbObject* object = HostAccess::peek(entity))
         eachConstrainedPart(*object, [&](const auto&, const YxDbAssoc2dConstraintGroup& group) {
-            found = group.objectId();
+            found = HostAccess::idOf(group);
             return false;
         });
     return found;
@@ -63,7 +63,7 @@ std::vector<int> constrainedVertices(const YxDbPolyline& polyline) {
         const YxDbAssocPersSubentId* name = HostAccess::persistentId(dependency);
         if (name != nullptr && name->isKindOf(YxDbAssocEdgePersSubentId::desc())) {
             const auto* edge = static_cast<const YxDbAssocEdgePersSubentId*>(name);
-            for (const int identifier : {edge->index1(), edge->index2()})
+            for (const int identifier : {HostAccess::startVertexId(*edge), HostAccess::endVertexId(*edge)})
                 if (const auto found = vertexOf.find(identifier); found != vertexOf.end())
                     vertices.push_back(found->second);
         }
@@ -79,9 +79,8 @@ namespace {
 class DataProvider : public YxDbConstraintDataProviderLv {
 public:
     YxDbObjectId getAssocCons2DGroup(const YxDbObjectId& entity) const override {
-        if (hostCall("YxDbConstraintDataProviderLv::getAssocCons2DGroup", HostAccess::peek(entity)))
-            return {};
-        return groupOf(entity);
+        const auto fault = hostCall("YxDbConstraintDataProviderLv::getAssocCons2DGroup", HostAccess::peek(entity));
+        return fault ? answeredId(fault) : groupOf(entity);
     }
     AssocConstraintHeader* getAssocConstraintHeader(const YxDbObjectId& group) const override {
         if (hostCall("YxDbConstraintDataProviderLv::getAssocConstraintHeader", HostAccess::peek(group)))

@@ -57,7 +57,7 @@ YxDbSubentId partOf(const YxDbAssocGeomDependency& dependency, const YxDbEntity&
     if (name == nullptr || !name->isKindOf(YxDbAssocEdgePersSubentId::desc()))
         return {};
     const auto* edge = static_cast<const YxDbAssocEdgePersSubentId*>(name);
-    const int segment = segmentNamed(*polyline, edge->index1(), edge->index2());
+    const int segment = segmentNamed(*polyline, HostAccess::startVertexId(*edge), HostAccess::endVertexId(*edge));
     return segment < 0 ? YxDbSubentId() : YxDbSubentId(YxDb::kEdgeSubentType, segment + 1);
 }
 
@@ -88,7 +88,7 @@ int SegmentNames::segmentOf(const YxDbAssocGeomDependency& dependency) const {
     if (name == nullptr || !name->isKindOf(YxDbAssocEdgePersSubentId::desc()))
         return -1;
     const auto* edge = static_cast<const YxDbAssocEdgePersSubentId*>(name);
-    const auto found = m_segments.find({edge->index1(), edge->index2()});
+    const auto found = m_segments.find({HostAccess::startVertexId(*edge), HostAccess::endVertexId(*edge)});
     return found == m_segments.end() ? -1 : found->second;
 }
 

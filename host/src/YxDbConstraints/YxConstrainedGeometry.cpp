@@ -1,6 +1,7 @@
 #include <YxDbConstraints/YxConstrainedGeometry.h>
 
 #include "host/src/HostAccess.h"
+#include "host/src/HostAnswers.h"
 #include "host/src/HostCall.h"
 #include "host/src/yxbase/ImplementClass.h"
 
@@ -22,31 +23,31 @@ YX_IMPLEMENT_CLASS(YxConstrainedBoundedEllipse, YxConstrainedEllipse)
 YX_IMPLEMENT_CLASS(YxConstrainedSpline, YxConstrainedCurve)
 
 unsigned int YxGraphNode::nodeId() const {
+    hostCall("YxGraphNode::nodeId", this);
     return m_nodeId;
 }
 
 void YxConstrainedGeometry::getConnectedConstraints(YxArray<YxGeomConstraint*>& constraints) const {
-    constraints.setLogicalLength(0);
-    if (hostCall("YxConstrainedGeometry::getConnectedConstraints", this))
-        return;
-    if (constraints.physicalLength() < static_cast<int>(m_connected.size()))
-        constraints.setPhysicalLength(static_cast<int>(m_connected.size()));
-    for (YxGeomConstraint* constraint : m_connected)
-        constraints.append(constraint);
+    const auto fault = hostCall("YxConstrainedGeometry::getConnectedConstraints", this);
+    holdfast::answerList(constraints, holdfast::HostAccess::connected(*this), fault);
 }
 
 YxDbObjectId YxConstrainedGeometry::geomDependencyId() const {
-    return hostCall("YxConstrainedGeometry::geomDependencyId", this) ? YxDbObjectId() : m_dependency;
+    const auto fault = hostCall("YxConstrainedGeometry::geomDependencyId", this);
+    return fault ? holdfast::answeredId(fault) : m_dependency;
 }
 
 unsigned int YxConstrainedImplicitPoint::constrainedCurveId() const {
+    hostCall("YxConstrainedImplicitPoint::constrainedCurveId", this);
     return m_curveId;
 }
 
 int YxConstrainedImplicitPoint::pointIndex() const {
+    hostCall("YxConstrainedImplicitPoint::pointIndex", this);
     return m_pointIndex;
 }
 
 YxDb::ImplicitPointType YxConstrainedImplicitPoint::pointType() const {
+    hostCall("YxConstrainedImplicitPoint::pointType", this);
     return m_pointType;
 }

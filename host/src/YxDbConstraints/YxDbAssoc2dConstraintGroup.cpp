@@ -1,14 +1,11 @@
 #include <YxDbConstraints/YxDbAssoc2dConstraintGroup.h>
 
-#include <algorithm>
-
 #include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
+#include "host/src/HostAnswers.h"
 #include "host/src/YxDbConstraints/GroupData.h"
 #include "host/src/YxDbConstraints/Subentities.h"
 #include "host/src/yxbase/ImplementClass.h"
 
-using holdfast::FaultKind;
 using holdfast::HostAccess;
 using holdfast::hostCall;
 
@@ -24,15 +21,14 @@ Yxrt::ErrorStatus YxDbAssoc2dConstraintGroup::getConstrainedGeometry(const YxDbA
                                                                      bool) const {
     geometry = nullptr;
     if (const auto fault = hostCall("YxDbAssoc2dConstraintGroup::getConstrainedGeometry", this, dependency)) {
-        if (fault.kind == FaultKind::answerOther)
-            geometry = dynamic_cast<YxConstrainedGeometry*>(fault.other);
-        return refusedStatus(fault);
+        geometry = holdfast::answeredObject<YxConstrainedGeometry>(fault);
+        return geometry == nullptr ? refusedStatus(fault) : Yxrt::eOk;
     }
     if (dependency == nullptr)
         return Yxrt::eInvalidInput;
-    geometry = m_groupData->geometryOn(dependency->objectId());
+    geometry = m_groupData->geometryOn(HostAccess::idOf(*dependency));
     if (geometry != nullptr && type != nullptr)
-        geometry = m_groupData->implicitPoint(geometry->nodeId(), *type, index);
+        geometry = m_groupData->implicitPoint(HostAccess::nodeId(*geometry), *type, index);
     return geometry == nullptr ? Yxrt::eInvalidInput : Yxrt::eOk;
 }
 
@@ -40,26 +36,21 @@ Yxrt::ErrorStatus YxDbAssoc2dConstraintGroup::getConstrainedGeometry(const YxDbF
                                                                      YxConstrainedGeometry*& geometry, bool) const {
     geometry = nullptr;
     if (const auto fault = hostCall("YxDbAssoc2dConstraintGroup::getConstrainedGeometry(path)", this)) {
-        if (fault.kind == FaultKind::answerOther)
-            geometry = dynamic_cast<YxConstrainedGeometry*>(fault.other);
-        return refusedStatus(fault);
+        geometry = holdfast::answeredObject<YxConstrainedGeometry>(fault);
+        return geometry == nullptr ? refusedStatus(fault) : Yxrt::eOk;
     }
     geometry = holdfast::geometryOnPart(*this, path);
     return geometry == nullptr ? Yxrt::eInvalidInput : Yxrt::eOk;
 }
 
 void YxDbAssoc2dConstraintGroup::getConstrainedGeometries(YxArray<YxConstrainedGeometry*>& geometries) const {
-    geometries.setLogicalLength(0);
-    if (hostCall("YxDbAssoc2dConstraintGroup::getConstrainedGeometries", this))
-        return;
-    const std::vector<YxConstrainedGeometry*>& all = m_groupData->geometries();
-    geometries.setLogicalLength(static_cast<int>(all.size()));
-    std::copy(all.begin(), all.end(), geometries.begin());
+    const auto fault = hostCall("YxDbAssoc2dConstraintGroup::getConstrainedGeometries", this);
+    holdfast::answerList(geometries, m_groupData->geometries(), fault);
 }
 
 YxGraphNode* YxDbAssoc2dConstraintGroup::getGroupNodePtr(unsigned int nodeId) const {
     if (const auto fault = hostCall("YxDbAssoc2dConstraintGroup::getGroupNodePtr", this, nodeId))
-        return fault.kind == FaultKind::answerOther ? dynamic_cast<YxGraphNode*>(fault.other) : nullptr;
+        return holdfast::answeredObject<YxGraphNode>(fault);
     return m_groupData->node(nodeId);
 }
 

@@ -1,7 +1,7 @@
 #include <YxDbConstraints/YxDbAssocDependency.h>
 
 #include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
+#include "host/src/HostAnswers.h"
 #include "host/src/yxbase/ImplementClass.h"
 #include "host/src/yxdb/ObjectData.h"
 
@@ -40,7 +40,7 @@ Yxrt::ErrorStatus YxDbAssocDependency::attachToObject(const YxDbCompoundObjectId
     if (m_object.isValid())
         return Yxrt::eInvalidInput;
     m_object = path.last();
-    HostAccess::addReactor(*target, objectId());
+    HostAccess::addReactor(*target, HostAccess::idOf(*this));
     return Yxrt::eOk;
 }
 
@@ -54,29 +54,28 @@ Yxrt::ErrorStatus YxDbAssocDependency::detachFromObject() {
     YxDbObject* object = HostAccess::peek(m_object);
     if (object == nullptr)
         return Yxrt::eNotApplicable;
-    HostAccess::data(*object).reactors.remove(objectId());
+    HostAccess::data(*object).reactors.remove(HostAccess::idOf(*this));
     m_object = YxDbObjectId();
     return Yxrt::eOk;
 }
 
 YxDbObjectId YxDbAssocDependency::owningAction() const {
-    return hostCall("YxDbAssocDependency::owningAction", this) ? YxDbObjectId() : m_owningAction;
+    const auto fault = hostCall("YxDbAssocDependency::owningAction", this);
+    return fault ? holdfast::answeredId(fault) : m_owningAction;
 }
 
 Yxrt::ErrorStatus YxDbAssocDependency::getDependenciesOnObject(const YxDbObject* object, bool reading, bool writing,
                                                                YxArray<YxDbObjectId>& dependencies) {
-    dependencies.setLogicalLength(0);
-    if (const auto fault = hostCall("YxDbAssocDependency::getDependenciesOnObject", object, reading, writing))
-        return refusedStatus(fault);
-    if (object == nullptr)
-        return Yxrt::eInvalidInput;
-    const std::vector<YxDbObjectId> reactors = HostAccess::reactors(*object);
-    if (dependencies.physicalLength() < static_cast<int>(reactors.size()))
-        dependencies.setPhysicalLength(static_cast<int>(reactors.size()));
-    for (const YxDbObjectId& reactor : reactors) {
+    const auto fault = hostCall("YxDbAssocDependency::getDependenciesOnObject", object, reading, writing);
+    std::vector<YxDbObjectId> found;
+    if (object != nullptr)
+        found = HostAccess::reactors(*object);
+    std::erase_if(found, [](const YxDbObjectId& reactor) {
         const YxDbObject* candidate = HostAccess::peek(reactor);
-        if (candidate != nullptr && candidate->isKindOf(YxDbAssocDependency::desc()))
-            dependencies.append(reactor);
-    }
-    return Yxrt::eOk;
+        return candidate == nullptr || !candidate->isKindOf(YxDbAssocDependency::desc());
+    });
+    holdfast::answerList(dependencies, found, fault);
+    if (fault)
+        return holdfast::listStatus(fault);
+    return object == nullptr ? Yxrt::eInvalidInput : Yxrt::eOk;
 }

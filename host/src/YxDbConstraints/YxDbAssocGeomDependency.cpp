@@ -4,7 +4,7 @@
 
 #include "host/src/EntityAccess.h"
 #include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
+#include "host/src/HostAnswers.h"
 #include "host/src/YxDbConstraints/Subentities.h"
 #include "host/src/yxbase/ImplementClass.h"
 #include "host/src/yxdb/ObjectData.h"
@@ -19,10 +19,12 @@ YX_IMPLEMENT_CLASS(YxDbAssocEdgePersSubentId, YxDbAssocPersSubentId)
 YX_IMPLEMENT_CLASS(YxDbAssocPersSubentIdPE, YxRxObject)
 
 int YxDbAssocEdgePersSubentId::index1() const {
+    hostCall("YxDbAssocEdgePersSubentId::index1", this);
     return m_index1;
 }
 
 int YxDbAssocEdgePersSubentId::index2() const {
+    hostCall("YxDbAssocEdgePersSubentId::index2", this);
     return m_index2;
 }
 
@@ -32,7 +34,8 @@ unsigned int YxDbAssocGeomDependency::subentType() const {
 }
 
 const YxDbAssocPersSubentId* YxDbAssocGeomDependency::persistentSubentId() const {
-    return hostCall("YxDbAssocGeomDependency::persistentSubentId", this) ? nullptr : m_persistentId.get();
+    const auto fault = hostCall("YxDbAssocGeomDependency::persistentSubentId", this);
+    return fault ? holdfast::answeredObject<const YxDbAssocPersSubentId>(fault) : m_persistentId.get();
 }
 
 Yxrt::ErrorStatus YxDbAssocGeomDependency::setSubentity(const YxDbSubentId& subentity) {

@@ -4,7 +4,8 @@
 
 #include <YxDbConstraints/YxConstrainedGeometry.h>
 
-#include "host/src/HostCall.h"
+#include "host/src/HostAccess.h"
+#include "host/src/HostAnswers.h"
 #include "host/src/yxbase/ImplementClass.h"
 
 using holdfast::hostCall;
@@ -30,7 +31,7 @@ YX_IMPLEMENT_CLASS(YxInternalConstraint, YxGeomConstraint)
 YX_IMPLEMENT_CLASS(YxDimensionConstraint, YxGeomConstraint)
 
 bool YxGeomConstraint::isInternal() const {
-    return m_internal;
+    return !hostCall("YxGeomConstraint::isInternal", this) && m_internal;
 }
 
 bool YxGeomConstraint::isImplied() const {
@@ -43,35 +44,41 @@ void YxGeomConstraint::setIsImplied(bool implied) {
 }
 
 YxCompositeConstraint* YxGeomConstraint::getOwningCompositeConstraint() const {
-    return hostCall("YxGeomConstraint::getOwningCompositeConstraint", this) ? nullptr : m_owner;
+    const auto fault = hostCall("YxGeomConstraint::getOwningCompositeConstraint", this);
+    return fault ? holdfast::answeredObject<YxCompositeConstraint>(fault) : m_owner;
 }
 
 void YxGeomConstraint::getConstrainedGeometries(YxArray<YxConstrainedGeometry*>& geometries) const {
-    geometries.setLogicalLength(0);
-    if (hostCall("YxGeomConstraint::getConstrainedGeometries", this))
-        return;
-    for (YxConstrainedGeometry* geometry : m_geometries)
-        geometries.append(geometry);
+    holdfast::answerList(geometries, m_geometries, hostCall("YxGeomConstraint::getConstrainedGeometries", this));
 }
 
 void YxCompositeConstraint::getOwnedConstraints(YxArray<YxGeomConstraint*>& constraints) const {
-    constraints.setLogicalLength(0);
-    if (hostCall("YxCompositeConstraint::getOwnedConstraints", this))
-        return;
-    for (YxGeomConstraint* member : m_members)
-        constraints.append(member);
+    const auto fault = hostCall("YxCompositeConstraint::getOwnedConstraints", this);
+    holdfast::answerList(constraints, holdfast::HostAccess::members(*this), fault);
 }
 
+namespace {
+
+/// Those of a constraint and of all that it owns, each once.
+void collectGeometries(const YxGeomConstraint& constraint, std::vector<YxConstrainedGeometry*>& all,
+                       std::unordered_set<const YxConstrainedGeometry*>& seen) {
+    for (YxConstrainedGeometry* geometry : holdfast::HostAccess::geometries(constraint))
+        if (seen.insert(geometry).second)
+            all.push_back(geometry);
+    if (!constraint.isKindOf(YxCompositeConstraint::desc()))
+        return;
+    const auto& composite = static_cast<const YxCompositeConstraint&>(constraint);
+    for (const YxGeomConstraint* member : holdfast::HostAccess::members(composite))
+        collectGeometries(*member, all, seen);
+}
+
+}  // namespace
+
 void YxCompositeConstraint::getConstrainedGeometries(YxArray<YxConstrainedGeometry*>& geometries) const {
-    YxGeomConstraint::getConstrainedGeometries(geometries);
-    std::unordered_set<const YxConstrainedGeometry*> seen(geometries.begin(), geometries.end());
-    YxArray<YxConstrainedGeometry*> ofMember;
-    for (const YxGeomConstraint* member : m_members) {
-        member->getConstrainedGeometries(ofMember);
-        for (YxConstrainedGeometry* geometry : ofMember)
-            if (seen.insert(geometry).second)
-                geometries.append(geometry);
-    }
+    std::vector<YxConstrainedGeometry*> all;
+    std::unordered_set<const YxConstrainedGeometry*> seen;
+    collectGeometries(*this, all, seen);
+    holdfast::answerList(geometries, all, hostCall("YxGeomConstraint::getConstrainedGeometries", this));
 }
 
 YxDimensionConstraint::Kind YxDimensionConstraint::kind() const {

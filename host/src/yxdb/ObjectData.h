@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <unordered_set>
 #include <vector>
 
 #include <yxbase/YxGeVector3d.h>
@@ -23,11 +24,13 @@ struct YxDbObjectData {
     bool erased = false;
     std::vector<char> openModes;  ///< one entry for each reference, the latest last
     int writeOpens = 0;
+    std::unordered_set<YxDbEntity*>* ledger = nullptr;  ///< of the header that adopted the copy
 };
 
 struct YxDbDatabaseData {
     std::vector<std::unique_ptr<YxDbStub>> stubs;  ///< by handle, from 1
     YxGeVector3d ucsX, ucsY, paperUcsX, paperUcsY;
     bool tilemode = true;
+    bool isClosing = false;  ///< only now may resident objects be freed
     YxDbObjectId modelSpace, paperSpace, currentSpace;
 };

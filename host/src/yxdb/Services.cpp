@@ -4,7 +4,7 @@
 #include <yxdb/YxGiWorldDraw.h>
 
 #include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
+#include "host/src/HostAnswers.h"
 #include "host/src/yxbase/ImplementClass.h"
 #include "host/src/yxdb/ObjectData.h"
 
@@ -25,21 +25,20 @@ namespace {
 class DependencyManager : public YxDbDependencyManager {
 public:
     void getPersistentReactorIds(const YxDbObject* object, YxArray<YxDbObjectId>& ids) const override {
-        ids.setLogicalLength(0);
-        if (hostCall("YxDbDependencyManager::getPersistentReactorIds", object) || object == nullptr)
-            return;
-        const std::vector<YxDbObjectId> reactors = HostAccess::reactors(*object);
-        if (ids.physicalLength() < static_cast<int>(reactors.size()))
-            ids.setPhysicalLength(static_cast<int>(reactors.size()));
-        for (const YxDbObjectId& reactor : reactors)
-            ids.append(reactor);
+        const auto fault = hostCall("YxDbDependencyManager::getPersistentReactorIds", object);
+        std::vector<YxDbObjectId> reactors;
+        if (object != nullptr)
+            reactors = HostAccess::reactors(*object);
+        holdfast::answerList(ids, reactors, fault);
     }
 };
 
 class LayoutManager : public YxDbLayoutManager {
 public:
     YxDbObjectId modelSpaceId(const YxDbDatabase* database) const override {
-        if (hostCall("YxDbLayoutManager::modelSpaceId", nullptr) || database == nullptr)
+        if (const auto fault = hostCall("YxDbLayoutManager::modelSpaceId", nullptr))
+            return holdfast::answeredId(fault);
+        if (database == nullptr)
             return {};
         return HostAccess::data(*const_cast<YxDbDatabase*>(database)).modelSpace;
     }

@@ -1,7 +1,7 @@
 #include <yxdb/YxDbDatabase.h>
 
 #include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
+#include "host/src/HostAnswers.h"
 #include "host/src/yxdb/ObjectData.h"
 
 using holdfast::hostCall;
@@ -11,7 +11,10 @@ YxDbDatabase::YxDbDatabase() : m_data(std::make_unique<YxDbDatabaseData>()) {
     m_data->ucsY = m_data->paperUcsY = YxGeVector3d(0.0, 1.0, 0.0);
 }
 
-YxDbDatabase::~YxDbDatabase() = default;
+YxDbDatabase::~YxDbDatabase() {
+    m_data->isClosing = true;
+    m_data->stubs.clear();
+}
 
 YxGeVector3d YxDbDatabase::ucsxdir() const {
     hostCall("YxDbDatabase::ucsxdir", nullptr);
@@ -34,9 +37,11 @@ YxGeVector3d YxDbDatabase::pucsydir() const {
 }
 
 bool YxDbDatabase::tilemode() const {
+    hostCall("YxDbDatabase::tilemode", nullptr);
     return m_data->tilemode;
 }
 
 YxDbObjectId YxDbDatabase::currentSpaceId() const {
-    return m_data->currentSpace;
+    const auto fault = hostCall("YxDbDatabase::currentSpaceId", nullptr);
+    return fault ? holdfast::answeredId(fault) : m_data->currentSpace;
 }

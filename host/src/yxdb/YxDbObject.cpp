@@ -1,7 +1,7 @@
 #include <yxdb/YxDbObject.h>
 
 #include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
+#include "host/src/HostAnswers.h"
 #include "host/src/yxbase/ImplementClass.h"
 #include "host/src/yxdb/ObjectData.h"
 
@@ -20,10 +20,21 @@ YxDbObject::YxDbObject(const YxDbObject& other) : YxRxObject(other), m_data(std:
 
 YxDbObject::~YxDbObject() {
     holdfast::hostState().copies.erase(this);
+    // Whoever frees what belongs to another is told, and the owner forgets the object, so that it is freed once.
+    YxDbStub* stub = m_data->stub;
+    if (stub != nullptr && !HostAccess::data(*stub->database).isClosing) {
+        holdfast::reportMisuse("an object that lives in a database is freed");
+        (void)stub->object.release();
+    }
+    if (m_data->ledger != nullptr) {
+        holdfast::reportMisuse("a copy that an evaluation header owns is freed");
+        std::erase_if(*m_data->ledger, [this](const YxDbObject* copy) { return copy == this; });
+    }
 }
 
 YxDbObjectId YxDbObject::objectId() const {
-    return HostAccess::idOf(m_data->stub);
+    const auto fault = hostCall("YxDbObject::objectId", this);
+    return fault ? holdfast::answeredId(fault) : HostAccess::idOf(*this);
 }
 
 Yxrt::ErrorStatus YxDbObject::close() {
@@ -68,31 +79,42 @@ void YxDbObject::referenceReleased() const {
 
 namespace {
 
-/// The opened object with one reference more, or null.
-YxDbObject* open(const char* operation, const YxDbObjectId& id, int mode, bool openErased) {
-    YxDbObject* object = HostAccess::peek(id);
+/// Makes the object the opened one, with one reference more, or null.
+Yxrt::ErrorStatus open(const char* operation, const YxDbObjectId& id, int mode, bool openErased, YxDbObject*& object) {
+    object = HostAccess::peek(id);
     const char* modeName = mode == YxDb::kForWrite ? "write" : "read";
-    if (const auto fault = hostCall(operation, object, modeName))
-        object = fault.kind == holdfast::FaultKind::answerOther ? dynamic_cast<YxDbObject*>(fault.other) : nullptr;
-    if (object == nullptr || (HostAccess::data(*object).erased && !openErased))
-        return nullptr;
+    if (const auto fault = hostCall(operation, object, modeName)) {
+        object = holdfast::answeredObject<YxDbObject>(fault);
+        if (object == nullptr)
+            return refusedStatus(fault);
+    }
+    if (object == nullptr)
+        return Yxrt::eNullObjectId;
+    if (HostAccess::data(*object).erased && !openErased) {
+        object = nullptr;
+        return Yxrt::eWasErased;
+    }
     YxDbObjectData& data = HostAccess::data(*object);
     data.openModes.push_back(mode == YxDb::kForWrite ? 1 : 0);
     data.writeOpens += data.openModes.back();
-    return object;
+    return Yxrt::eOk;
 }
 
 }  // namespace
 
 YxSmartPtr<YxDbObject> YxDbObjectIdImpl::openObject(const YxDbObjectId& id, int mode, bool openErased) {
-    return YxSmartPtr<YxDbObject>(open("YxDbObjectIdImpl::openObject", id, mode, openErased), kYxAttachReference);
+    YxDbObject* object = nullptr;
+    open("YxDbObjectIdImpl::openObject", id, mode, openErased, object);
+    return YxSmartPtr<YxDbObject>(object, kYxAttachReference);
 }
 
 Yxrt::ErrorStatus yxdbOpenObject(YxDbEntity*& entity, const YxDbObjectId& id, int mode, bool openErased) {
     entity = nullptr;
-    const YxSmartPtr<YxDbObject> object(open("yxdbOpenObject", id, mode, openErased), kYxAttachReference);
+    YxDbObject* opened = nullptr;
+    const Yxrt::ErrorStatus status = open("yxdbOpenObject", id, mode, openErased, opened);
+    const YxSmartPtr<YxDbObject> object(opened, kYxAttachReference);
     if (object.isNull())
-        return id.isNull() ? Yxrt::eNullObjectId : Yxrt::eFailed;
+        return status;
     if (!object->isKindOf(YxDbEntity::desc()))
         return Yxrt::eNotApplicable;
     entity = static_cast<YxDbEntity*>(object.get());
