@@ -16,6 +16,10 @@ void HostFaults::answerOther(std::string operation, YxRxObject* other, const YxR
     add(std::move(operation), subject, nth, {.kind = FaultKind::answerOther, .other = other}, false);
 }
 
+void HostFaults::answerNullEntry(std::string operation, const YxRxObject* subject, int nth) {
+    add(std::move(operation), subject, nth, {.kind = FaultKind::nullEntry}, false);
+}
+
 void HostFaults::throwFrom(std::string operation, const YxRxObject* subject, int nth) {
     add(std::move(operation), subject, nth, {}, true);
 }

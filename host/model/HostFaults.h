@@ -23,6 +23,8 @@ public:
                       int nth = kEvery);
     /// The operation answers this object instead of its own, whatever its class.
     void answerOther(std::string operation, YxRxObject* other, const YxRxObject* subject = nullptr, int nth = kEvery);
+    /// The listing that the operation answers begins with a null entry.
+    void answerNullEntry(std::string operation, const YxRxObject* subject = nullptr, int nth = kEvery);
     /// The operation throws HostFailure.
     void throwFrom(std::string operation, const YxRxObject* subject = nullptr, int nth = kEvery);
     /// The n-th call of any operation at all throws HostFailure or is refused.
