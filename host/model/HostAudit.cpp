@@ -54,8 +54,8 @@ void auditConstraint(const HostProcess& host, const YxDbConstraintGroupData& gro
         findings.push_back(name + " is unknown to its composite");
 }
 
-void auditGeometry(const HostProcess& host, const YxDbConstraintGroupData& group,
-                   const YxConstrainedGeometry& geometry, Findings& findings) {
+void auditGeometry(const HostProcess& host, const YxDbConstraintGroupData& group, const YxConstrainedGeometry& geometry,
+                   Findings& findings) {
     for (const YxGeomConstraint* constraint : HostAccess::connected(geometry))
         if (HostAccess::isDeleted(*constraint))
             findings.push_back("a geometry still names the deleted " + host.nameOf(constraint));

@@ -23,6 +23,7 @@ public:
     YxDbDatabase& database() const { return *m_database; }
     HostFaults& faults() { return m_faults; }
     HostJournal& journal() { return m_journal; }
+    const HostJournal& journal() const { return m_journal; }
 
     /// Watching costs time: journal, faults and misuse are seen only while it is on.
     void watch(bool on);
