@@ -17,9 +17,11 @@ namespace {
 constexpr int kDropped = 1;
 constexpr int kHostSolvesItself[] = {3, -2};
 
-void adoptAll(AssocConstraintHeader& header, const YxArray<YxDbEntity*>& clones) {
+/// The header owns the clones from now on, the list is empty.
+void adoptAll(AssocConstraintHeader& header, YxArray<YxDbEntity*>& clones) {
     for (YxDbEntity* clone : clones)
         header.adopt(clone);
+    clones.setLogicalLength(0);
 }
 
 }  // namespace
@@ -29,12 +31,32 @@ YxDbObjectId LvConstraintDropData::mGroupId;
 YxArray<YxDbObjectId> LvConstraintDropData::mObjIdArr;
 AssocConstraintHeader* LvConstraintDropData::mpAssocHeader = nullptr;
 
-/// What the first step of a session gathers. Constrained objects other than polylines are not cloned.
+/// The dragged objects that could be opened; closed when this ends.
+struct LvConstraintDropData::Opened {
+    Opened() = default;
+    Opened(const Opened&) = delete;
+    Opened& operator=(const Opened&) = delete;
+    ~Opened() { closeOpenedEnts(entities); }
+
+    void open(const YxDbObjectId& id) {
+        YxDbEntity* entity = nullptr;
+        if (!id.isNull() && yxdbOpenObject(entity, id, YxDb::kForRead, false) == Yxrt::eOk && entity != nullptr)
+            appendGrowing(entities, entity);
+    }
+
+    YxArray<YxDbEntity*> entities;
+};
+
+/// What the first step of a session gathers. Constrained objects other than polylines are not cloned. Clones that were
+/// not handed over are released when this ends.
 struct LvConstraintDropData::Collected {
-    YxArray<YxDbObjectId> constrainedIds;
-    YxArray<YxDbObjectId> polylineIds;
-    YxArray<YxDbEntity*> polylineClones;
-    YxArray<YxDbEntity*> freeClones;
+    Collected() = default;
+    Collected(const Collected&) = delete;
+    Collected& operator=(const Collected&) = delete;
+    ~Collected() {
+        releaseCloneEnts(polylineClones);
+        releaseCloneEnts(freeClones);
+    }
 
     void add(const YxDbEntity& entity) {
         const YxDbObjectId id = entity.objectId();
@@ -56,7 +78,7 @@ struct LvConstraintDropData::Collected {
         appendGrowing(polylineIds, id);
     }
 
-    void fill(AssocConstraintHeader& header) const {
+    void handOver(AssocConstraintHeader& header) {
         setEditKind(header, EditKind::drag);
         header.unconstrainedEntities = freeClones;
         header.polylineEntities = polylineClones;
@@ -69,6 +91,11 @@ struct LvConstraintDropData::Collected {
         adoptAll(header, freeClones);
         adoptAll(header, polylineClones);
     }
+
+    YxArray<YxDbObjectId> constrainedIds;
+    YxArray<YxDbObjectId> polylineIds;
+    YxArray<YxDbEntity*> polylineClones;
+    YxArray<YxDbEntity*> freeClones;
 };
 
 void LvConstraintDropData::reset() {
@@ -104,28 +131,18 @@ bool LvConstraintDropData::addDataToWork(const YxGeMatrix3d& xform) {
 }
 
 bool LvConstraintDropData::collect() {
-    YxArray<YxDbEntity*> opened = openDragged();
     Collected collected;
-    for (const YxDbEntity* entity : opened)
-        collected.add(*entity);
-    closeOpenedEnts(opened);
-    if (collected.constrainedIds.isEmpty()) {
-        releaseCloneEnts(collected.polylineClones);
-        releaseCloneEnts(collected.freeClones);
+    {
+        Opened opened;
+        for (const YxDbObjectId& id : mObjIdArr)
+            opened.open(id);
+        for (const YxDbEntity* entity : opened.entities)
+            collected.add(*entity);
+    }
+    if (collected.constrainedIds.isEmpty())
         return false;
-    }
-    collected.fill(*mpAssocHeader);
+    collected.handOver(*mpAssocHeader);
     return true;
-}
-
-YxArray<YxDbEntity*> LvConstraintDropData::openDragged() {
-    YxArray<YxDbEntity*> opened;
-    for (const YxDbObjectId& id : mObjIdArr) {
-        YxDbEntity* entity = nullptr;
-        if (!id.isNull() && yxdbOpenObject(entity, id, YxDb::kForRead, false) == Yxrt::eOk && entity != nullptr)
-            appendGrowing(opened, entity);
-    }
-    return opened;
 }
 
 void LvConstraintDropData::closeOpenedEnts(YxArray<YxDbEntity*>& entities) {

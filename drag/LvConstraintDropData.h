@@ -50,8 +50,8 @@ protected:
     static void releaseCloneEnts(YxArray<YxDbEntity*>& clones);
 
 private:
+    struct Opened;
     struct Collected;
 
     static bool collect();
-    static YxArray<YxDbEntity*> openDragged();
 };
