@@ -53,7 +53,7 @@ std::string shown(std::string_view text) {
     return out;
 }
 
-std::string padded(std::string text, std::size_t width) {
+std::string padded(const std::string& text, std::size_t width) {
     const std::size_t size = textLength(text);
     return size < width ? text + std::string(width - size, ' ') : text;
 }

@@ -74,7 +74,7 @@ private:
         std::string items;
         for (const EditOutcome& edit : m_report.edits)
             items += editItem(edit);
-        const std::string list = "<ol class=\"edits\">\n" + items + "</ol>\n";
+        std::string list = "<ol class=\"edits\">\n" + items + "</ol>\n";
         if (m_report.edits.size() <= kLongestOpenEdits)
             return list;
         const auto refused = static_cast<std::size_t>(std::count_if(
@@ -95,15 +95,18 @@ private:
         return "<section class=\"summary\" aria-label=\"Summary\">\n" + chips() + bar() + figures() + "</section>\n";
     }
 
+    static std::string chip(const std::string& classes, std::string_view name, std::size_t count) {
+        return "<label class=\"chip " + classes + (count == 0 ? " zero" : "") + "\" for=\"show-" + classes + "\">" +
+               fateIcon(classes) + "<b>" + std::to_string(count) + "</b> <span>" + std::string(name) +
+               "</span></label>\n";
+    }
+
     std::string chips() const {
         const auto counts = countFates(m_report.constraints);
         std::string text = "<div class=\"chips\">\n";
         for (const ConstraintFate fate : kConstraintFates) {
             const std::string classes(fateClass(fate));
-            const bool none = counts[static_cast<std::size_t>(fate)] == 0;
-            text += "<label class=\"chip " + classes + (none ? " zero" : "") + "\" for=\"show-" + classes + "\">" +
-                    fateIcon(classes) + "<b>" + std::to_string(counts[static_cast<std::size_t>(fate)]) + "</b> <span>" +
-                    std::string(fateName(fate)) + "</span></label>\n";
+            text += chip(classes, fateName(fate), counts[static_cast<std::size_t>(fate)]);
         }
         return text + "</div>\n";
     }
@@ -154,7 +157,7 @@ private:
     std::string panes() const {
         const Frame frame = m_wide
                                 ? frameAround(m_window, kWidePaneWidth, 0.12, 0.5)
-                                : frameAround(m_window, m_same ? kWidePaneWidth : kPaneWidth, 0.45, m_same ? 0.6 : 1.1);
+                                : frameAround(m_window, m_same ? kWidePaneWidth : kPaneWidth, 0.45, m_same ? 0.5 : 1.1);
         std::string text = std::string("<section class=\"pictures") + (m_wide ? " wide" : "") + (m_same ? " one" : "") +
                            "\" aria-label=\"Pictures\">\n<svg class=\"sheet\" width=\"0\" height=\"0\" "
                            "aria-hidden=\"true\">" +
@@ -185,14 +188,29 @@ private:
                "</svg>\n</figure>\n";
     }
 
-    static std::string legend() {
+    static std::string swatch(std::string_view classes, std::string_view name) {
+        return "<span><svg class=\"swatch\" viewBox=\"0 0 28 8\" aria-hidden=\"true\"><path class=\"" +
+               std::string(classes) + "\" d=\"M1 4H27\"/></svg>" + std::string(name) + "</span> ";
+    }
+
+    bool hasEntity(bool Entity::*flag) const {
+        return std::any_of(m_report.after.entities.begin(), m_report.after.entities.end(),
+                           [flag](const Entity& entity) { return entity.*flag; });
+    }
+
+    /// The kinds of lines that the pictures have, and no others.
+    std::string legend() const {
         std::string text = "<p class=\"legend\">";
-        for (const std::string_view name : {"edited", "followed", "created", "erased", "construction", "fixed"})
-            text += "<span><svg class=\"swatch\" viewBox=\"0 0 28 8\" aria-hidden=\"true\"><path class=\"e " +
-                    std::string(name) + "\" d=\"M1 4H27\"/></svg>" + std::string(name) + "</span> ";
-        text +=
-            "<span><svg class=\"swatch\" viewBox=\"0 0 28 8\" aria-hidden=\"true\"><path class=\"ghost\" "
-            "d=\"M1 4H27\"/></svg>where it was</span> ";
+        const auto counts = countFates(m_report.entities);
+        for (const EntityFate fate : kEntityFates)
+            if (fate != EntityFate::untouched && counts[static_cast<std::size_t>(fate)] > 0)
+                text += swatch("e " + std::string(fateName(fate)), fateName(fate));
+        if (hasEntity(&Entity::construction))
+            text += swatch("e construction", "construction");
+        if (hasEntity(&Entity::fixed))
+            text += swatch("e fixed", "fixed");
+        if (!m_same)
+            text += swatch("ghost", "where it was");
         return text +
                "<span class=\"keys\">Drag to pan, Ctrl + wheel to zoom, double click for a closer look; click a row to "
                "find it.</span></p>\n";

@@ -37,13 +37,17 @@ std::string movesText(const ConstraintOutcome& outcome) {
 
 class ConstraintRows {
 public:
-    ConstraintRows(const FateReport& report, const ReportIndex& index) : m_report(report), m_index(index) {}
+    /// Which edit did it is told where there is more than one.
+    ConstraintRows(const FateReport& report, const ReportIndex& index) : m_index(index) {
+        for (const ConstraintOutcome& outcome : report.constraints)
+            m_withEdit = m_withEdit || (report.edits.size() > 1 && outcome.edit.has_value());
+    }
 
     std::string table(std::span<const ConstraintOutcome> outcomes) const {
         std::string text =
             "<table class=\"constraints\">\n<thead><tr><th scope=\"col\">Fate</th><th scope=\"col\">Id"
             "</th><th scope=\"col\">Constraint</th><th scope=\"col\">On</th>";
-        text += std::string(m_report.edits.size() > 1 ? "<th scope=\"col\">Edit</th>" : "") +
+        text += std::string(m_withEdit ? "<th scope=\"col\">Edit</th>" : "") +
                 "<th scope=\"col\">Why</th></tr></thead>\n<tbody>\n";
         for (const ConstraintOutcome& outcome : outcomes)
             text += row(outcome);
@@ -60,7 +64,7 @@ private:
                            fateCell(classes, fateName(outcome.fate)) + cell("id", escaped(outcome.constraint)) +
                            cell("kind", kindText(constraint)) +
                            cell("on", constraint == nullptr ? std::string() : escaped(placeNames(*constraint)));
-        if (m_report.edits.size() > 1)
+        if (m_withEdit)
             text += cell("edit", outcome.edit ? std::to_string(*outcome.edit + 1) : std::string());
         return text + cell("why", movesText(outcome) + escaped(outcome.reason)) + "</tr>\n";
     }
@@ -76,8 +80,8 @@ private:
         return constraint->active ? text : text + " <i>(switched off)</i>";
     }
 
-    const FateReport& m_report;
     const ReportIndex& m_index;
+    bool m_withEdit = false;
 };
 
 std::string section(std::string_view id, std::string_view heading, const std::string& content) {

@@ -50,6 +50,7 @@ constexpr double kElbowRoom = 14.0;       // what they keep between each other w
 constexpr double kBadgeRoom = 7.0;        // for the badges and strokes that reach over a loud label's edge
 constexpr double kDearestInCrowd = 0.38;  // a quiet label that covers more, or stands farther off, is only counted
 constexpr double kFarther = 0.012;        // a spot further down the list must save this share of covered lines
+constexpr double kHiddenLeader = 0.15;
 constexpr double kClusterCell = 40.0;
 
 class Placer {
@@ -146,7 +147,7 @@ private:
         std::optional<std::size_t> best;
         double least = wish.dearest;
         for (std::size_t i = 0; i < wish.spots.size() && kFarther * static_cast<double>(i) < least; ++i) {
-            const double cost = costOf(wish, wish.spots[i].at(m_level)) + kFarther * static_cast<double>(i);
+            const double cost = costOf(wish, wish.spots[i]) + kFarther * static_cast<double>(i);
             if (cost < least) {
                 least = cost;
                 best = i;
@@ -155,7 +156,8 @@ private:
         return best;
     }
 
-    double costOf(const Wish& wish, Vec2 centre) const {
+    double costOf(const Wish& wish, const LabelSpot& spot) const {
+        const Vec2 centre = spot.at(m_level);
         const Box box = boxAround(centre, wish.size.x + wish.gap, wish.size.y + wish.gap);
         const double edge = std::min(wish.gap, kBadgeRoom);
         const bool inside = m_level > 1 || insidePicture(boxAround(centre, wish.size.x + edge, wish.size.y + edge));
@@ -163,7 +165,10 @@ private:
             return std::numeric_limits<double>::infinity();
         const double scale = 1.0 / m_level;
         const Box covered{box.low * scale, box.high * scale};
-        const double cost = m_ink.shareIn(covered) + m_lines.shareIn(covered);
+        double cost = m_ink.shareIn(covered) + m_lines.shareIn(covered);
+        // A leader that runs under another label seems to belong to that one.
+        if (!m_taken.isFree(boxAround(centre - spot.offset * 0.6, 1.0, 1.0)))
+            cost += kHiddenLeader;
         return wish.line ? cost + lineCost(*wish.line, centre * scale) : cost;
     }
 
@@ -204,6 +209,7 @@ private:
             all.insert(all.end(), group.begin(), group.end());
         }
         std::vector<std::vector<std::size_t>> result;
+        result.reserve(cells.size());
         for (auto& entry : cells)
             result.push_back(std::move(entry.second));
         return result;

@@ -77,7 +77,6 @@ private:
                 return atEach();
             case ConstraintType::horizontal:
             case ConstraintType::vertical:
-                return {m_refs.size() > 1 ? between(m_refs[0].point(), m_refs[1].point()) : at(m_refs[0].spot())};
             case ConstraintType::symmetric:
                 return {m_refs.size() > 1 ? between(m_refs[0].point(), m_refs[1].point()) : at(m_refs[0].spot())};
             case ConstraintType::perpendicular:
