@@ -46,20 +46,18 @@ Yxrt::ErrorStatus YxDbAssocGeomDependency::setSubentity(const YxDbSubentId& sube
         return Yxrt::eNotOpenForWrite;
     }
     YxDbObject* object = HostAccess::peek(HostAccess::objectOf(*this));
-    if (object == nullptr)
+    if (object == nullptr || !object->isKindOf(YxDbEntity::desc()))
         return Yxrt::eNotApplicable;
-    if (!object->isKindOf(YxDbPolyline::desc())) {
-        m_subentType = subentity.type();
-        return Yxrt::eOk;
-    }
-    auto& polyline = static_cast<YxDbPolyline&>(*object);
-    const auto segments = static_cast<int>(EntityAccess::segmentCount(polyline));
-    if (subentity.index() < 1 || subentity.index() > segments)
+    const auto& entity = static_cast<const YxDbEntity&>(*object);
+    if (subentity.index() < 1 || subentity.index() > holdfast::partCount(entity, YxDb::kEdgeSubentType))
         return Yxrt::eOutOfRange;
+    m_subentType = subentity.type();
+    if (!object->isKindOf(YxDbPolyline::desc()))
+        return Yxrt::eOk;
+    auto& polyline = static_cast<YxDbPolyline&>(*object);
     const auto first = static_cast<std::size_t>(subentity.index() - 1);
     const std::size_t second = (first + 1) % EntityAccess::vertexCount(polyline);
     const int firstId = holdfast::referencedIdentifier(polyline, first);
     m_persistentId = HostAccess::makeEdgeId(firstId, holdfast::referencedIdentifier(polyline, second));
-    m_subentType = subentity.type();
     return Yxrt::eOk;
 }
