@@ -45,8 +45,9 @@ YxGeVector3d YxGeVector3d::normal() const {
         const double length = std::sqrt(squared);
         return {x / length, y / length, z / length};
     }
-    if (largestComponent(*this) == 0.0)
-        return *this;
+    const bool finite = std::isfinite(x) && std::isfinite(y) && std::isfinite(z);
+    if (!finite || largestComponent(*this) == 0.0)
+        return *this;  // nothing to scale; what is not finite stays so
     return scaledToOne(*this).normal();
 }
 

@@ -65,6 +65,12 @@ TEST(VectorNormal, HasLengthOneForTheLongestAndTheShortestVector) {
     EXPECT_NEAR(YxGeVector3d(1e-200, 1e-200, 0).normal().x, std::sqrt(0.5), 1e-15);
 }
 
+TEST(VectorNormal, OfAVectorThatIsNotFiniteIsItself) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(YxGeVector3d(infinity, 1, 0).normal().y, 1.0);
+    EXPECT_TRUE(std::isnan(YxGeVector3d(std::nan(""), 1, 0).normal().x));
+}
+
 TEST(VectorLength, KeepsItsDigitsWhereSquaresOverflowOrVanish) {
     EXPECT_DOUBLE_EQ(YxGeVector3d(3e200, 4e200, 0).length(), 5e200);
     EXPECT_DOUBLE_EQ(YxGeVector3d(3e-200, 0, 4e-200).length(), 5e-200);
