@@ -1,0 +1,19 @@
+#pragma once
+
+#include "workbench/evaluator/Solve.h"
+
+namespace holdfast {
+
+/// Constraints and targets that cannot hold together, while any of them left out would free the others, as far as the
+/// solver can tell.
+struct ConflictSet {
+    std::vector<int> constraints;  ///< ascending
+    std::vector<int> targets;      ///< numbers in the list of targets, ascending
+};
+
+/// Narrows a set of constraints that cannot hold together with the targets down to a minimal one (U. Junker,
+/// QuickXplain). Earlier constraints are kept as the given ones. Empty when they can hold after all. The figure is
+/// only read. Each question costs a solve of the elements concerned.
+ConflictSet findConflict(const Figure& figure, std::span<const int> constraints, std::span<const Target> targets);
+
+}  // namespace holdfast

@@ -1,0 +1,137 @@
+#include "workbench/evaluator/Degenerate.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "workbench/evaluator/Operands.h"
+
+namespace holdfast {
+
+namespace {
+
+constexpr double kCollapsed = 1e-6;
+
+using Values = std::span<const double>;
+
+std::size_t at(int i) {
+    return static_cast<std::size_t>(i);
+}
+
+double distance(Values v, int a, int b) {
+    return std::hypot(v[at(b)] - v[at(a)], v[at(b + 1)] - v[at(a + 1)]);
+}
+
+/// Counter-clockwise turn from one direction to another, in [0, 2 pi).
+double turn(double fromX, double fromY, double toX, double toY) {
+    const double angle = std::atan2(fromX * toY - fromY * toX, fromX * toX + fromY * toY);
+    return angle < 0.0 ? angle + 2 * std::numbers::pi : angle;
+}
+
+double arcSweep(Values v, int first) {
+    return turn(v[at(first + 3)] - v[at(first)], v[at(first + 4)] - v[at(first + 1)], v[at(first + 5)] - v[at(first)],
+                v[at(first + 6)] - v[at(first + 1)]);
+}
+
+/// Difference of the eccentric angles.
+double ellipseSweep(Values v, int first) {
+    const double a = std::hypot(v[at(first + 2)], v[at(first + 3)]), b = v[at(first + 4)];
+    const double ux = v[at(first + 2)] / a, uy = v[at(first + 3)] / a;
+    const auto local = [&](int point) {
+        const double x = v[at(point)] - v[at(first)], y = v[at(point + 1)] - v[at(first + 1)];
+        return Vec2{(x * ux + y * uy) / a, (y * ux - x * uy) / b};
+    };
+    const Vec2 p = local(first + 5), q = local(first + 7);
+    return turn(p.x, p.y, q.x, q.y);
+}
+
+double polygonLength(Values v, const FigureEntity& entity) {
+    double sum = 0.0;
+    for (int i = 2; i < entity.valueCount; i += 2)
+        sum += distance(v, entity.firstValue + i - 2, entity.firstValue + i);
+    return sum;
+}
+
+/// The smallest length or radius of an element, and what to call it.
+struct Extent {
+    double size;
+    const char* name;
+};
+
+Extent polylineExtent(const Figure& figure, int number, Values v) {
+    const FigureEntity& entity = figure.entities[at(number)];
+    double least = distance(v, figure.vertexValue(number, 0), figure.vertexValue(number, 1));
+    for (int i = 1; i < entity.segmentCount(); ++i)
+        least = std::min(least, distance(v, figure.vertexValue(number, i), figure.vertexValue(number, i + 1)));
+    return {least, "a segment of no length"};
+}
+
+Extent extentOf(const Figure& figure, int number, Values v) {
+    const FigureEntity& entity = figure.entities[at(number)];
+    const int first = entity.firstValue;
+    switch (entity.kind) {
+        case FigureKind::line:
+            return {distance(v, first, first + 2), "no length"};
+        case FigureKind::circle:
+        case FigureKind::arc:
+            return {v[at(first + 2)], "no radius"};
+        case FigureKind::ellipse:
+        case FigureKind::ellipticalArc:
+            return {std::min(std::hypot(v[at(first + 2)], v[at(first + 3)]), v[at(first + 4)]), "no radius"};
+        case FigureKind::spline:
+            return {polygonLength(v, entity), "no length"};
+        case FigureKind::polyline:
+            return polylineExtent(figure, number, v);
+        default:
+            return {1e300, ""};
+    }
+}
+
+/// A sweep near none or a full turn is one or the other by chance.
+bool hasJumped(double before, double now) {
+    constexpr double chance = 1e-6, full = 2 * std::numbers::pi;
+    return before > chance && before < full - chance && std::abs(now - before) > std::numbers::pi;
+}
+
+bool isInsideOut(const Figure& figure, int number, Values now) {
+    const FigureEntity& entity = figure.entities[at(number)];
+    const Values before = figure.reference;
+    if (entity.kind == FigureKind::arc)
+        return hasJumped(arcSweep(before, entity.firstValue), arcSweep(now, entity.firstValue));
+    if (entity.kind == FigureKind::ellipticalArc)
+        return hasJumped(ellipseSweep(before, entity.firstValue), ellipseSweep(now, entity.firstValue));
+    return std::any_of(entity.bulgeValues.begin(), entity.bulgeValues.end(),
+                       [&](int bulge) { return bulge >= 0 && now[at(bulge)] * before[at(bulge)] <= 0.0; });
+}
+
+}  // namespace
+
+std::optional<Flaw> findFlaw(const Figure& figure, const EquationSystem& system, std::span<const int> entities) {
+    const double least = kCollapsed * system.size;
+    for (const int number : entities) {
+        const Extent extent = extentOf(figure, number, system.values);
+        const std::string name = nameOf(figure, {number, PlaceKind::whole, 0});
+        if (!(extent.size >= least) && extentOf(figure, number, figure.reference).size >= least)
+            return Flaw{number, -1, name + " would have " + extent.name};
+        if (isInsideOut(figure, number, system.values))
+            return Flaw{number, -1, name + " would turn inside out"};
+    }
+    return std::nullopt;
+}
+
+std::optional<Flaw> findTurnedTangency(const Figure& figure, const EquationSystem& system,
+                                       std::span<const int> equations) {
+    for (const int e : equations) {
+        const auto sense = std::lower_bound(system.senses.begin(), system.senses.end(), e,
+                                            [](const auto& entry, int number) { return entry.equation < number; });
+        if (sense == system.senses.end() || sense->equation != e)
+            continue;
+        const Equation& equation = system.set.equations[at(e)];
+        if ((senseOf(system.set, equation, system.values) > 0.0) != sense->isForward)
+            return Flaw{-1, equation.constraint,
+                        "the tangency " + figure.constraints[at(equation.constraint)].id + " would turn over"};
+    }
+    return std::nullopt;
+}
+
+}  // namespace holdfast

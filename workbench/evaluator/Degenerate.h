@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+
+#include "workbench/evaluator/EquationSystem.h"
+
+namespace holdfast {
+
+/// An element that a solution has ruined, although every equation holds.
+struct Flaw {
+    int entity = -1;      ///< or -1
+    int constraint = -1;  ///< the tangency that turned over, or -1
+    std::string what;     ///< "line g3 would have no length"
+};
+
+/// The first of the elements that has collapsed (no length, no radius: below 1e-6 of the figure's size) or turned
+/// inside out (an arc's sweep that passed through none or a full turn, a bulge that changed sign), judged against the
+/// figure's reference. An element that was so at the reference is not held against the solution.
+std::optional<Flaw> findFlaw(const Figure& figure, const EquationSystem& system, std::span<const int> entities);
+
+/// The first of the equations whose tangent curves now run against each other, or with each other, unlike before.
+std::optional<Flaw> findTurnedTangency(const Figure& figure, const EquationSystem& system,
+                                       std::span<const int> equations);
+
+}  // namespace holdfast

@@ -1,0 +1,112 @@
+#include "workbench/evaluator/EquationSystem.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "workbench/evaluator/EquationBuilder.h"
+
+namespace holdfast {
+
+namespace {
+
+constexpr double kRelativeTolerance = 1e-10;
+
+std::size_t at(int i) {
+    return static_cast<std::size_t>(i);
+}
+
+}  // namespace
+
+ListTable tabulate(int listCount, std::span<const std::pair<int, int>> pairs) {
+    ListTable table;
+    table.starts.assign(at(listCount) + 1, 0);
+    for (const auto& [list, item] : pairs)
+        ++table.starts[at(list) + 1];
+    for (std::size_t i = 1; i < table.starts.size(); ++i)
+        table.starts[i] += table.starts[i - 1];
+    std::vector<int> next(table.starts.begin(), table.starts.end() - 1);
+    table.items.resize(pairs.size());
+    for (const auto& [list, item] : pairs)
+        table.items[at(next[at(list)]++)] = item;
+    return table;
+}
+
+double EquationSystem::meanOf(int unknown) const {
+    return meanOf(unknown, values);
+}
+
+double EquationSystem::meanOf(int unknown, std::span<const double> from) const {
+    double sum = 0.0, weight = 0.0;
+    for (const int v : valuesOfUnknown[unknown]) {
+        const ValueLink& link = links[at(v)];
+        const double w = metric[at(v)] * metric[at(v)];
+        sum += w * link.sign * (from[at(v)] - link.offset);
+        weight += w;
+    }
+    return sum / weight;
+}
+
+void EquationSystem::assign(int unknown, double x) {
+    for (const int v : valuesOfUnknown[unknown])
+        values[at(v)] = links[at(v)].sign * x + links[at(v)].offset;
+}
+
+double EquationSystem::weightOf(int unknown) const {
+    double weight = 0.0;
+    for (const int v : valuesOfUnknown[unknown])
+        weight += metric[at(v)] * metric[at(v)];
+    return weight;
+}
+
+double EquationSystem::residualOf(int equation) const {
+    const Equation& e = set.equations[at(equation)];
+    const auto rows = residuals(set, e, values);
+    double worst = 0.0;
+    for (std::size_t row = 0; row < e.rows; ++row)
+        worst = std::isnan(rows[row]) ? rows[row] : std::max(worst, std::abs(rows[row]));
+    return worst;
+}
+
+std::vector<int> bindingConstraints(const Figure& figure) {
+    std::vector<int> result;
+    for (std::size_t i = 0; i < figure.constraints.size(); ++i) {
+        if (figure.constraints[i].binds())
+            result.push_back(static_cast<int>(i));
+    }
+    return result;
+}
+
+namespace {
+
+EquationSystem emptySystem(const Figure& figure) {
+    EquationSystem system;
+    system.size = figure.size();
+    system.tolerance = kRelativeTolerance * system.size;
+    system.figureValueCount = static_cast<int>(figure.values.size());
+    system.values = figure.values;
+    system.set.splines = &figure.splines;
+    for (std::size_t i = 0; i < figure.entities.size(); ++i)
+        system.entityOfValue.insert(system.entityOfValue.end(), at(figure.entities[i].valueCount), static_cast<int>(i));
+    return system;
+}
+
+}  // namespace
+
+EquationSystem buildSystem(const Figure& figure, std::span<const int> constraints, const KeptSizes& sizes) {
+    EquationSystem system = emptySystem(figure);
+    EquationBuilder(figure, system, true).build(constraints, sizes);
+    return system;
+}
+
+EquationSystem buildPlainSystem(const Figure& figure, std::span<const int> constraints) {
+    EquationSystem system = emptySystem(figure);
+    EquationBuilder(figure, system, false).build(constraints, {});
+    return system;
+}
+
+EquationSystem buildSystem(const Figure& figure) {
+    const std::vector<int> all = bindingConstraints(figure);
+    return buildSystem(figure, all);
+}
+
+}  // namespace holdfast

@@ -1,0 +1,69 @@
+#include "workbench/evaluator/Extract.h"
+
+#include <algorithm>
+
+namespace holdfast {
+
+namespace {
+
+std::size_t at(int i) {
+    return static_cast<std::size_t>(i);
+}
+
+}  // namespace
+
+Extract::Extract(const Figure& figure, std::span<const int> constraints, std::span<const Target> targets)
+    : m_source(figure) {
+    for (const int c : constraints) {
+        for (const FigurePlace& place : figure.constraints[at(c)].refs)
+            take(place.entity);
+    }
+    for (const Target& target : targets)
+        take(entityOfValue(target.value));
+    for (const int c : constraints)
+        takeConstraint(figure.constraints[at(c)]);
+    for (const Target& target : targets)
+        m_targets.push_back({valueOf(target.value), target.goal});
+}
+
+int Extract::entityOfValue(int value) const {
+    const auto after = std::upper_bound(m_source.entities.begin(), m_source.entities.end(), value,
+                                        [](int v, const FigureEntity& e) { return v < e.firstValue; });
+    return static_cast<int>(after - m_source.entities.begin()) - 1;
+}
+
+int Extract::valueOf(int value) const {
+    const int entity = entityOfValue(value);
+    return m_figure.entities[at(m_numbers.at(entity))].firstValue + value - m_source.entities[at(entity)].firstValue;
+}
+
+void Extract::take(int number) {
+    if (!m_numbers.emplace(number, static_cast<int>(m_figure.entities.size())).second)
+        return;
+    FigureEntity entity = m_source.entities[at(number)];
+    takeValues(entity);
+    if (entity.spline >= 0) {
+        m_figure.splines.push_back(m_source.splines[at(entity.spline)]);
+        entity.spline = static_cast<int>(m_figure.splines.size()) - 1;
+    }
+    m_figure.entities.push_back(std::move(entity));
+}
+
+void Extract::takeValues(FigureEntity& entity) {
+    const int shift = static_cast<int>(m_figure.values.size()) - entity.firstValue;
+    for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount; ++v) {
+        m_figure.values.push_back(m_source.values[at(v)]);
+        m_figure.reference.push_back(m_source.reference[at(v)]);
+    }
+    entity.firstValue += shift;
+    for (int& bulge : entity.bulgeValues)
+        bulge = bulge < 0 ? bulge : bulge + shift;
+}
+
+void Extract::takeConstraint(FigureConstraint constraint) {
+    for (FigurePlace& place : constraint.refs)
+        place.entity = m_numbers.at(place.entity);
+    m_figure.addConstraint(std::move(constraint));
+}
+
+}  // namespace holdfast

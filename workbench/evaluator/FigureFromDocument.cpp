@@ -1,0 +1,172 @@
+#include "workbench/evaluator/FigureFromDocument.h"
+
+#include <cmath>
+#include <numbers>
+#include <unordered_map>
+
+#include "workbench/evaluator/Measure.h"
+
+namespace holdfast {
+
+namespace {
+
+double angleOf(Vec2 direction) {
+    return std::atan2(direction.y, direction.x);
+}
+
+/// Adds the shape of one entity.
+struct Adder {
+    Figure& figure;
+    const std::string& id;
+
+    int operator()(const LineShape& s) const { return figure.addLine(id, s.start, s.end); }
+    int operator()(const ArcShape& s) const { return figure.addArc(id, s); }
+    int operator()(const CircleShape& s) const { return figure.addCircle(id, s.centre, s.radius); }
+    int operator()(const EllipseShape& s) const { return figure.addEllipse(id, s); }
+    int operator()(const EllipticalArcShape& s) const { return figure.addEllipticalArc(id, s); }
+    int operator()(const SplineShape& s) const { return figure.addSpline(id, s); }
+    int operator()(const PointShape& s) const { return figure.addPoint(id, s.position); }
+    int operator()(const XlineShape& s) const { return figure.addXline(id, s.point, angleOf(s.direction)); }
+    int operator()(const RayShape& s) const { return figure.addRay(id, s.point, angleOf(s.direction)); }
+    int operator()(const PolylineShape& s) const { return figure.addPolyline(id, s); }
+    int operator()(const TextShape& s) const { return figure.addText(id, s.position, s.rotation, s.height); }
+};
+
+EllipseHelper helperFrom(const std::string& role) {
+    if (role == "major_diameter")
+        return EllipseHelper::majorDiameter;
+    if (role == "minor_diameter")
+        return EllipseHelper::minorDiameter;
+    if (role == "focus1")
+        return EllipseHelper::focus1;
+    return role == "focus2" ? EllipseHelper::focus2 : EllipseHelper::none;
+}
+
+/// The angle's equal nearest to another one.
+double near(double angle, double other) {
+    return angle + 2 * std::numbers::pi * std::round((other - angle) / (2 * std::numbers::pi));
+}
+
+/// Writes the values of one entity into its shape.
+struct Writer {
+    std::span<const double> v;
+    const FigureEntity& entity;
+
+    Vec2 pair(std::size_t i) const { return {v[i], v[i + 1]}; }
+
+    void operator()(LineShape& s) const {
+        s.start = pair(0);
+        s.end = pair(2);
+    }
+    void operator()(ArcShape& s) const {
+        s.centre = pair(0);
+        s.radius = v[2];
+        const double sweep = s.endAngle - s.startAngle;
+        s.startAngle = near(std::atan2(v[4] - v[1], v[3] - v[0]), s.startAngle);
+        s.endAngle = near(std::atan2(v[6] - v[1], v[5] - v[0]), s.startAngle + sweep);
+    }
+    void operator()(CircleShape& s) const {
+        s.centre = pair(0);
+        s.radius = v[2];
+    }
+    void operator()(EllipseShape& s) const {
+        s.centre = pair(0);
+        s.majorAxis = pair(2);
+        s.ratio = v[4] / std::hypot(v[2], v[3]);
+    }
+    void operator()(EllipticalArcShape& s) const {
+        s.centre = pair(0);
+        s.majorAxis = pair(2);
+        s.ratio = v[4] / std::hypot(v[2], v[3]);
+        const double sweep = s.endParam - s.startParam;
+        s.startParam = near(eccentric(5), s.startParam);
+        s.endParam = near(eccentric(7), s.startParam + sweep);
+    }
+    double eccentric(std::size_t point) const {
+        const double a = std::hypot(v[2], v[3]), x = v[point] - v[0], y = v[point + 1] - v[1];
+        return std::atan2((y * v[2] - x * v[3]) / (a * v[4]), (x * v[2] + y * v[3]) / (a * a));
+    }
+    void operator()(SplineShape& s) const {
+        for (std::size_t i = 0; i < s.control.size(); ++i)
+            s.control[i] = pair(2 * i);
+    }
+    void operator()(PointShape& s) const { s.position = pair(0); }
+    void operator()(XlineShape& s) const { writeAxis(s.point, s.direction); }
+    void operator()(RayShape& s) const { writeAxis(s.point, s.direction); }
+    void writeAxis(Vec2& point, Vec2& direction) const {
+        const double size = std::hypot(direction.x, direction.y);
+        point = pair(0);
+        if (angleOf(direction) != v[2])
+            direction = {size * std::cos(v[2]), size * std::sin(v[2])};
+    }
+    void operator()(PolylineShape& s) const {
+        for (std::size_t i = 0; i < s.vertices.size(); ++i)
+            s.vertices[i] = pair(2 * i);
+        for (std::size_t i = 0; i < entity.bulgeValues.size(); ++i) {
+            if (entity.bulgeValues[i] >= 0)
+                s.bulges[i] = v[static_cast<std::size_t>(entity.bulgeValues[i] - entity.firstValue)];
+        }
+    }
+    void operator()(TextShape& s) const {
+        s.position = pair(0);
+        s.rotation = v[2];
+    }
+};
+
+int entityNumber(const std::unordered_map<std::string, int>& numbers, const Constraint& constraint,
+                 const Place& place) {
+    const auto found = numbers.find(place.entity);
+    if (found == numbers.end())
+        throw FigureError("constraint " + constraint.id + ": there is no element " + place.entity);
+    return found->second;
+}
+
+FigureConstraint constraintFrom(const Constraint& constraint, const std::unordered_map<std::string, int>& numbers) {
+    FigureConstraint result;
+    result.id = constraint.id;
+    result.type = constraint.type;
+    result.value = constraint.value.value_or(0.0);
+    result.helper = helperFrom(constraint.role);
+    result.driving = constraint.driving;
+    result.active = constraint.active;
+    for (const Place& place : constraint.refs)
+        result.refs.push_back({entityNumber(numbers, constraint, place), place.kind, place.index});
+    return result;
+}
+
+/// True when the element stands where its shape in the drawing puts it.
+bool isUnmoved(const Figure& figure, int number, const Entity& entity) {
+    Figure fresh;
+    std::visit(Adder{fresh, entity.id}, entity.shape);
+    const auto now = figure.valuesOf(number);
+    return std::equal(now.begin(), now.end(), fresh.values.begin(), fresh.values.end());
+}
+
+}  // namespace
+
+Figure figureFrom(const Document& document) {
+    Figure figure;
+    std::unordered_map<std::string, int> numbers;
+    for (const Entity& entity : document.entities) {
+        const int number = std::visit(Adder{figure, entity.id}, entity.shape);
+        figure.entities[static_cast<std::size_t>(number)].fixed = entity.fixed;
+        numbers.emplace(entity.id, number);
+    }
+    for (const Constraint& constraint : document.constraints)
+        figure.addConstraint(constraintFrom(constraint, numbers));
+    return figure;
+}
+
+void applyFigure(const Figure& figure, Document& document) {
+    for (std::size_t i = 0; i < document.entities.size(); ++i) {
+        const int number = static_cast<int>(i);
+        if (!isUnmoved(figure, number, document.entities[i]))
+            std::visit(Writer{figure.valuesOf(number), figure.entities[i]}, document.entities[i].shape);
+    }
+    for (std::size_t c = 0; c < document.constraints.size(); ++c) {
+        if (!document.constraints[c].driving && document.constraints[c].value)
+            document.constraints[c].value = measured(figure, static_cast<int>(c));
+    }
+}
+
+}  // namespace holdfast

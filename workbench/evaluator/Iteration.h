@@ -1,0 +1,39 @@
+#pragma once
+
+#include "workbench/evaluator/Region.h"
+
+namespace holdfast {
+
+/// Where the unknowns of a region would like to be, and how much they count in the movement.
+struct Pull {
+    std::vector<double> targets;
+    std::vector<double> weights;  ///< squared; above 0
+};
+
+struct IterationLimits {
+    int restoring = 60;
+    int sliding = 40;
+    double stride = 0.25;  ///< longest movement of one value in one iteration, as a part of the figure's size
+};
+
+struct IterationReport {
+    bool isSatisfied = false;  ///< every equation holds to the system's tolerance
+    bool isNearest = false;    ///< no movement along the equations comes nearer to the targets
+    int iterations = 0;        ///< factorisations
+    double residual = 0.0;     ///< largest
+};
+
+/// From x to a point where all equations hold: the least movement under the linearised equations, again and again,
+/// damped as far as it takes (K. Levenberg; D. Marquardt). Where no such point is found, x is where the equations hold
+/// best.
+IterationReport restore(Region& region, std::span<const double> weights, std::vector<double>& x,
+                        const IterationLimits& limits);
+
+/// From x, where all equations hold, along them to the point nearest to the targets. Every point on the way holds the
+/// equations too, so it can stop at any time.
+IterationReport slide(Region& region, const Pull& pull, std::vector<double>& x, const IterationLimits& limits);
+
+/// Both, one after the other.
+IterationReport settle(Region& region, const Pull& pull, std::vector<double>& x, const IterationLimits& limits);
+
+}  // namespace holdfast

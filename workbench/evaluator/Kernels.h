@@ -1,0 +1,555 @@
+#pragma once
+
+#include <cmath>
+#include <numbers>
+
+#include "workbench/evaluator/Dual.h"
+#include "workbench/evaluator/Equation.h"
+
+/// The formulas behind the kernels, written once for plain numbers and for dual ones.
+namespace holdfast::kernels {
+
+using std::atan;
+using std::atan2;
+using std::cos;
+using std::sin;
+using std::sqrt;
+
+template <class T>
+struct Pair {
+    T x{}, y{};
+
+    friend Pair operator+(const Pair& a, const Pair& b) { return {a.x + b.x, a.y + b.y}; }
+    friend Pair operator-(const Pair& a, const Pair& b) { return {a.x - b.x, a.y - b.y}; }
+    friend Pair operator*(const Pair& a, const T& f) { return {a.x * f, a.y * f}; }
+    friend Pair operator/(const Pair& a, const T& f) { return {a.x / f, a.y / f}; }
+};
+
+template <class T>
+T dot(const Pair<T>& a, const Pair<T>& b) {
+    return a.x * b.x + a.y * b.y;
+}
+
+template <class T>
+T cross(const Pair<T>& a, const Pair<T>& b) {
+    return a.x * b.y - a.y * b.x;
+}
+
+template <class T>
+T length(const Pair<T>& a) {
+    return sqrt(dot(a, a));
+}
+
+/// A quarter turn counter-clockwise.
+template <class T>
+Pair<T> turned(const Pair<T>& a) {
+    return {-a.y, a.x};
+}
+
+/// The vector at length one; a vector of no length stays as it is.
+template <class T>
+Pair<T> unit(const Pair<T>& a) {
+    const T size = length(a);
+    return valueOf(size) > 0.0 ? a / size : a;
+}
+
+template <class T>
+struct LineCurve {
+    Pair<T> base, direction;  ///< direction of length one
+    T size{};                 ///< length of a segment, 1 for an unbounded line
+};
+
+template <class T>
+struct CircleCurve {
+    Pair<T> centre;
+    T radius{};
+};
+
+template <class T>
+struct EllipseCurve {
+    Pair<T> centre, major;  ///< major: unit direction of the major axis
+    T a{}, b{};
+    Pair<T> minor() const { return turned(major); }
+};
+
+template <class T>
+struct JetCurve {
+    Pair<T> point, first, second;
+};
+
+/// Reads the operands of an equation from its locals, one after the other.
+template <class T>
+class Reader {
+public:
+    Reader(const Equation& equation, const T* locals) : m_equation(equation), m_next(locals) {}
+
+    OperandKind kind() const { return m_equation.operands[m_index]; }
+
+    T scalar() {
+        ++m_index;
+        return *m_next++;
+    }
+
+    Pair<T> point() {
+        switch (m_equation.operands[m_index++]) {
+            case OperandKind::middle: {
+                const Pair<T> a = pair(), b = pair();
+                return (a + b) * T(0.5);
+            }
+            case OperandKind::arcMiddle:
+                return arcMiddle();
+            case OperandKind::bulgeCentre:
+                return bulge().centre;
+            case OperandKind::bulgeMiddle:
+                return bulgeMiddle();
+            default:
+                return pair();
+        }
+    }
+
+    LineCurve<T> line() {
+        const Pair<T> base = pair();
+        if (m_equation.operands[m_index++] == OperandKind::axis) {
+            const T angle = *m_next++;
+            return {base, {cos(angle), sin(angle)}, T(1.0)};
+        }
+        const Pair<T> along = pair() - base;
+        return {base, unit(along), length(along)};
+    }
+
+    CircleCurve<T> circle() {
+        if (m_equation.operands[m_index++] == OperandKind::bulgeCircle)
+            return bulge();
+        const Pair<T> centre = pair();
+        return {centre, *m_next++};
+    }
+
+    EllipseCurve<T> ellipse() {
+        ++m_index;
+        const Pair<T> centre = pair(), axis = pair();
+        return {centre, unit(axis), length(axis), *m_next++};
+    }
+
+    JetCurve<T> jet() {
+        if (kind() != OperandKind::ellipseAt) {
+            ++m_index;
+            const Pair<T> p = pair(), first = pair();
+            return {p, first, pair()};
+        }
+        const EllipseCurve<T> e = ellipse();
+        const T t = *m_next++;
+        const Pair<T> u = e.major * e.a, v = e.minor() * e.b;
+        const Pair<T> out = u * cos(t) + v * sin(t);
+        return {e.centre + out, v * cos(t) - u * sin(t), Pair<T>{} - out};
+    }
+
+private:
+    Pair<T> pair() {
+        const Pair<T> p{m_next[0], m_next[1]};
+        m_next += 2;
+        return p;
+    }
+
+    /// For an arc that turns counter-clockwise from start to end, of any sweep.
+    Pair<T> arcMiddle() {
+        const Pair<T> centre = pair();
+        const T radius = *m_next++;
+        const Pair<T> start = pair(), end = pair();
+        return centre - turned(unit(end - start)) * radius;
+    }
+
+    /// Circle of an arc segment from its vertices and bulge = tan(included angle / 4).
+    CircleCurve<T> bulge() {
+        const Pair<T> p = pair(), q = pair();
+        const T b = *m_next++;
+        const Pair<T> chord = q - p;
+        const T apothem = (T(1.0) - b * b) / (b * 4.0);
+        const T factor = (T(1.0) + b * b) / (b * 4.0);
+        const T radius = length(chord) * factor;
+        return {(p + q) * T(0.5) + turned(chord) * apothem, valueOf(b) < 0.0 ? -radius : radius};
+    }
+
+    Pair<T> bulgeMiddle() {
+        const Pair<T> p = pair(), q = pair();
+        const T b = *m_next++;
+        return (p + q) * T(0.5) - turned(q - p) * (b * 0.5);
+    }
+
+    const Equation& m_equation;
+    const T* m_next;
+    std::size_t m_index = 0;
+};
+
+/// Direction and curvature of a curve at a point of it; lines and jets have theirs without the point.
+template <class T>
+struct Course {
+    Pair<T> direction;
+    T curvature{};
+};
+
+template <class T>
+struct AnyCurve {
+    OperandKind kind = OperandKind::none;
+    LineCurve<T> line;
+    CircleCurve<T> circle;
+    EllipseCurve<T> ellipse;
+    JetCurve<T> jet;
+
+    explicit AnyCurve(Reader<T>& reader) : kind(reader.kind()) {
+        switch (kind) {
+            case OperandKind::segment:
+            case OperandKind::axis:
+                line = reader.line();
+                break;
+            case OperandKind::ellipse:
+                ellipse = reader.ellipse();
+                break;
+            case OperandKind::splineJet:
+            case OperandKind::ellipseAt:
+                jet = reader.jet();
+                break;
+            default:
+                circle = reader.circle();
+                break;
+        }
+    }
+
+    bool needsPoint() const {
+        return kind == OperandKind::circle || kind == OperandKind::bulgeCircle || kind == OperandKind::ellipse;
+    }
+
+    Course<T> at(const Pair<T>& p) const {
+        switch (kind) {
+            case OperandKind::segment:
+            case OperandKind::axis:
+                return {line.direction, T(0.0)};
+            case OperandKind::ellipse:
+                return alongEllipse(p);
+            case OperandKind::splineJet:
+            case OperandKind::ellipseAt:
+                return alongJet();
+            default:
+                return {turned(unit(p - circle.centre)), T(1.0) / circle.radius};
+        }
+    }
+
+private:
+    /// From the gradient of (xi/a)^2 + (eta/b)^2; curvature of an implicit curve.
+    Course<T> alongEllipse(const Pair<T>& p) const {
+        const Pair<T> out = p - ellipse.centre;
+        const T a2 = ellipse.a * ellipse.a, b2 = ellipse.b * ellipse.b;
+        const T x = dot(out, ellipse.major) / a2, y = dot(out, ellipse.minor()) / b2;
+        const Pair<T> normal = ellipse.major * x + ellipse.minor() * y;
+        const T size = length(normal);
+        return {turned(unit(normal)), T(1.0) / (a2 * b2 * size * size * size)};
+    }
+
+    Course<T> alongJet() const {
+        const T speed = length(jet.first);
+        return {unit(jet.first), cross(jet.first, jet.second) / (speed * speed * speed)};
+    }
+};
+
+/// Where two curves meet: both courses.
+template <class T>
+struct Meeting {
+    Course<T> first, second;
+};
+
+template <class T>
+Meeting<T> meeting(const Equation& e, const T* locals) {
+    Reader<T> reader(e, locals);
+    const AnyCurve<T> one(reader), two(reader);
+    const Pair<T> p = e.operands[2] == OperandKind::none ? Pair<T>{} : reader.point();
+    return {one.at(p), two.at(p)};
+}
+
+/// angle - value, taken to the nearest turn (or half turn).
+template <class T>
+T angleLeft(const T& angle, double value, double period) {
+    const T left = angle - value;
+    return left - period * std::round(valueOf(left) / period);
+}
+
+template <class T>
+T turnLeft(const Equation& e, const Pair<T>& a, const Pair<T>& b) {
+    const T sine = cross(a, b) * e.sign, cosine = dot(a, b) * e.sign;
+    switch (static_cast<DirectionMode>(e.mode)) {
+        case DirectionMode::parallel:
+            return sine * e.scale;
+        case DirectionMode::perpendicular:
+            return cosine * e.scale;
+        case DirectionMode::angle:
+            return angleLeft(atan2(sine, cosine), e.value, 2 * std::numbers::pi) * e.scale;
+        case DirectionMode::angleModuloPi:
+            break;
+    }
+    return angleLeft(atan2(sine, cosine), e.value, std::numbers::pi) * e.scale;
+}
+
+template <class T>
+T distanceFrom(const LineCurve<T>& line, const Pair<T>& p) {
+    return cross(line.direction, p - line.base);
+}
+
+template <class T>
+T gapLeft(const Equation& e, const T& distance, const T& r1, const T& r2) {
+    switch (static_cast<GapMode>(e.mode)) {
+        case GapMode::outside:
+            return distance - r1 - r2 - e.value;
+        case GapMode::inside:
+            return (r1 - r2) * e.sign - distance - e.value;
+        case GapMode::crossing:
+            break;
+    }
+    return r1 + r2 - distance - e.value;
+}
+
+/// Sweep of an arc, counter-clockwise from start to end, in (0, 2 pi].
+template <class T>
+T sweepOf(const CircleCurve<T>& circle, const Pair<T>& start, const Pair<T>& end) {
+    const Pair<T> a = start - circle.centre, b = end - circle.centre;
+    const T angle = atan2(cross(a, b), dot(a, b));
+    return valueOf(angle) > 0.0 ? angle : angle + 2 * std::numbers::pi;
+}
+
+template <class T>
+void mirrored(const Equation& e, Reader<T>& reader, T* out) {
+    const Pair<T> p = reader.point(), q = reader.point();
+    const LineCurve<T> axis = reader.line();
+    out[0] = dot(axis.direction, p - q) * e.sign;
+    out[1] = distanceFrom(axis, (p + q) * T(0.5));
+}
+
+template <class T>
+void mirroredDirections(const Equation& e, Reader<T>& reader, T* out) {
+    const Pair<T> a = reader.line().direction, b = reader.line().direction, axis = reader.line().direction;
+    const Pair<T> mirror = axis * (dot(a, axis) * 2.0) - a;
+    out[0] = cross(mirror, b) * e.scale;
+}
+
+template <class T>
+void lineEllipse(const Equation& e, Reader<T>& reader, T* out) {
+    const LineCurve<T> line = reader.line();
+    const EllipseCurve<T> ellipse = reader.ellipse();
+    const T along = cross(line.direction, ellipse.major) * ellipse.a;
+    const T across = cross(line.direction, ellipse.minor()) * ellipse.b;
+    out[0] = distanceFrom(line, ellipse.centre) * e.sign - sqrt(along * along + across * across);
+}
+
+template <class T>
+void touches(const Equation& e, Reader<T>& reader, T* out) {
+    const AnyCurve<T> one(reader);
+    const JetCurve<T> jet = reader.jet();
+    const Pair<T> direction = unit(jet.first);
+    if (e.kernel == Kernel::lineTouch) {
+        out[0] = distanceFrom(one.line, jet.point);
+        out[1] = cross(one.line.direction, direction) * e.scale;
+    } else if (e.kernel == Kernel::circleTouch) {
+        const Pair<T> out1 = jet.point - one.circle.centre;
+        out[0] = length(out1) - one.circle.radius;
+        out[1] = dot(unit(out1), direction) * e.scale;
+    } else {
+        const Pair<T> apart = one.jet.point - jet.point;
+        out[0] = apart.x;
+        out[1] = apart.y;
+        out[2] = cross(unit(one.jet.first), direction) * e.scale;
+    }
+}
+
+template <class T>
+void ellipseHelper(const Equation& e, Reader<T>& reader, T* out) {
+    const Pair<T> p = reader.point();
+    const EllipseCurve<T> ellipse = reader.ellipse();
+    const Pair<T> from = p - ellipse.centre;
+    if (e.kernel == Kernel::ellipseVertex) {
+        const Pair<T> vertex = e.mode == 0 ? ellipse.major * ellipse.a : ellipse.minor() * ellipse.b;
+        out[0] = from.x - vertex.x * e.sign;
+        out[1] = from.y - vertex.y * e.sign;
+        return;
+    }
+    const T along = dot(from, ellipse.major) * e.sign;
+    const T square = valueOf(along) < 0.0 ? -(along * along) : along * along;
+    out[0] = cross(ellipse.major, from);
+    out[1] = (square - (ellipse.a * ellipse.a - ellipse.b * ellipse.b)) / ellipse.a;
+}
+
+template <class T>
+void evaluatePoints(const Equation& e, Reader<T>& reader, T* out) {
+    const Pair<T> p = reader.point();
+    const Pair<T> d = reader.point() - p;
+    switch (e.kernel) {
+        case Kernel::pointsDeltaX:
+            out[0] = d.x - e.value;
+            break;
+        case Kernel::pointsDeltaY:
+            out[0] = d.y - e.value;
+            break;
+        case Kernel::pointsDistance:
+            out[0] = length(d) - e.value;
+            break;
+        default:
+            out[0] = d.x, out[1] = d.y;
+            break;
+    }
+}
+
+template <class T>
+void evaluatePointAndCurve(const Equation& e, Reader<T>& reader, T* out) {
+    const Pair<T> p = reader.point();
+    if (e.kernel == Kernel::pointLine) {
+        out[0] = distanceFrom(reader.line(), p) * e.sign - e.value;
+    } else if (e.kernel == Kernel::pointCircle) {
+        const CircleCurve<T> circle = reader.circle();
+        out[0] = (length(p - circle.centre) - circle.radius) * e.sign - e.value;
+    } else {
+        const EllipseCurve<T> ellipse = reader.ellipse();
+        const T x = dot(p - ellipse.centre, ellipse.major) / ellipse.a;
+        const T y = dot(p - ellipse.centre, ellipse.minor()) / ellipse.b;
+        out[0] = (sqrt(x * x + y * y) - 1.0) * ellipse.b;
+    }
+}
+
+template <class T>
+void evaluateSizes(const Equation& e, Reader<T>& reader, T* out) {
+    switch (e.kernel) {
+        case Kernel::lineLength:
+            out[0] = reader.line().size - e.value;
+            break;
+        case Kernel::equalLengths:
+            out[0] = reader.line().size;
+            out[0] = out[0] - reader.line().size;
+            break;
+        case Kernel::radiusIs:
+            out[0] = reader.circle().radius - e.value;
+            break;
+        case Kernel::equalRadii:
+            out[0] = reader.circle().radius;
+            out[0] = out[0] - reader.circle().radius;
+            break;
+        default:
+            out[0] = reader.ellipse().a;
+            out[0] = out[0] - reader.ellipse().a;
+            break;
+    }
+}
+
+template <class T>
+void evaluateArcs(const Equation& e, Reader<T>& reader, T* out) {
+    if (e.kernel == Kernel::bulgeSweep) {
+        const T bulge = reader.scalar();
+        out[0] = (atan(valueOf(bulge) < 0.0 ? -bulge : bulge) * 4.0 - e.value) * e.scale;
+        return;
+    }
+    const CircleCurve<T> circle = reader.circle();
+    if (e.kernel == Kernel::bulgeLength) {
+        const T bulge = reader.scalar();
+        out[0] = circle.radius * atan(valueOf(bulge) < 0.0 ? -bulge : bulge) * 4.0 - e.value;
+        return;
+    }
+    const Pair<T> start = reader.point();
+    const T sweep = sweepOf(circle, start, reader.point());
+    out[0] = e.kernel == Kernel::arcSweep ? (sweep - e.value) * e.scale : circle.radius * sweep - e.value;
+}
+
+template <class T>
+void evaluateGaps(const Equation& e, Reader<T>& reader, T* out) {
+    if (e.kernel == Kernel::lineCircle) {
+        const LineCurve<T> line = reader.line();
+        const CircleCurve<T> circle = reader.circle();
+        out[0] = gapLeft(e, distanceFrom(line, circle.centre) * e.sign, circle.radius, T(0.0));
+    } else {
+        const CircleCurve<T> one = reader.circle(), two = reader.circle();
+        out[0] = gapLeft(e, length(one.centre - two.centre), one.radius, two.radius);
+    }
+}
+
+template <class T>
+void evaluateScalars(const Equation& e, Reader<T>& reader, T* out) {
+    const T a = reader.scalar();
+    out[0] = ((e.kernel == Kernel::scalarIs ? a : a - reader.scalar() * e.sign) - e.value) * e.scale;
+}
+
+template <class T>
+void evaluateCourses(const Equation& e, const T* locals, T* out) {
+    const Meeting<T> m = meeting(e, locals);
+    if (e.kernel == Kernel::directions)
+        out[0] = turnLeft(e, m.first.direction, m.second.direction);
+    else
+        out[0] = (m.first.curvature - m.second.curvature * e.sign) * (e.scale * e.scale);
+}
+
+/// All rows of one equation.
+template <class T>
+void evaluate(const Equation& e, const T* locals, T* out) {
+    Reader<T> reader(e, locals);
+    switch (e.kernel) {
+        case Kernel::equalScalars:
+        case Kernel::scalarIs:
+            evaluateScalars(e, reader, out);
+            break;
+        case Kernel::samePoint:
+        case Kernel::pointsDeltaX:
+        case Kernel::pointsDeltaY:
+        case Kernel::pointsDistance:
+            evaluatePoints(e, reader, out);
+            break;
+        case Kernel::pointLine:
+        case Kernel::pointCircle:
+        case Kernel::pointEllipse:
+            evaluatePointAndCurve(e, reader, out);
+            break;
+        case Kernel::directions:
+        case Kernel::curvatures:
+            evaluateCourses(e, locals, out);
+            break;
+        case Kernel::heading: {
+            const Pair<T> d = reader.line().direction;
+            out[0] = angleLeft(atan2(d.y * e.sign, d.x * e.sign), e.value, 2 * std::numbers::pi) * e.scale;
+            break;
+        }
+        case Kernel::lineLength:
+        case Kernel::equalLengths:
+        case Kernel::radiusIs:
+        case Kernel::equalRadii:
+        case Kernel::equalMajorRadii:
+            evaluateSizes(e, reader, out);
+            break;
+        case Kernel::mirrored:
+            mirrored(e, reader, out);
+            break;
+        case Kernel::mirroredDirections:
+            mirroredDirections(e, reader, out);
+            break;
+        case Kernel::inverted: {
+            const Pair<T> p = reader.point(), q = reader.point();
+            const Pair<T> left = p + q - reader.point() * T(2.0);
+            out[0] = left.x, out[1] = left.y;
+            break;
+        }
+        case Kernel::lineCircle:
+        case Kernel::circleCircle:
+            evaluateGaps(e, reader, out);
+            break;
+        case Kernel::lineEllipse:
+            lineEllipse(e, reader, out);
+            break;
+        case Kernel::lineTouch:
+        case Kernel::circleTouch:
+        case Kernel::curveTouch:
+            touches(e, reader, out);
+            break;
+        case Kernel::ellipseVertex:
+        case Kernel::ellipseFocus:
+            ellipseHelper(e, reader, out);
+            break;
+        case Kernel::arcLength:
+        case Kernel::arcSweep:
+        case Kernel::bulgeLength:
+        case Kernel::bulgeSweep:
+            evaluateArcs(e, reader, out);
+            break;
+    }
+}
+
+}  // namespace holdfast::kernels

@@ -1,0 +1,78 @@
+#include "workbench/evaluator/Neighbourhood.h"
+
+#include <limits>
+
+namespace holdfast {
+
+namespace {
+
+std::size_t at(int i) {
+    return static_cast<std::size_t>(i);
+}
+
+}  // namespace
+
+Neighbourhood::Neighbourhood(const EquationSystem& system)
+    : m_system(system),
+      m_seenAt(at(system.unknownCount), 0),
+      m_equationSeenAt(system.set.equations.size(), 0),
+      m_isBlocked(at(system.unknownCount), 0) {}
+
+void Neighbourhood::block(std::span<const int> unknowns) {
+    for (const int u : unknowns) {
+        m_isBlocked[at(u)] = 1;
+        m_blocked.push_back(u);
+    }
+}
+
+void Neighbourhood::unblock() {
+    for (const int u : m_blocked)
+        m_isBlocked[at(u)] = 0;
+    m_blocked.clear();
+}
+
+bool Neighbourhood::visit(int unknown) {
+    if (m_seenAt[at(unknown)] == m_call)
+        return false;
+    m_seenAt[at(unknown)] = m_call;
+    return true;
+}
+
+Neighbourhood::Rings Neighbourhood::around(std::span<const int> seeds, int steps) {
+    ++m_call;
+    Rings rings;
+    std::vector<int> front, next;
+    const auto take = [&](int unknown, std::vector<int>& list) {
+        if (!visit(unknown))
+            return;
+        list.push_back(unknown);
+        if (!m_isBlocked[at(unknown)])
+            rings.unknowns.push_back(unknown);
+    };
+    for (const int u : seeds)
+        take(u, front);
+    for (int step = 0; step < steps && !front.empty(); ++step) {
+        next.clear();
+        for (const int u : front) {
+            if (m_isBlocked[at(u)] && step > 0)
+                continue;
+            for (const int e : m_system.equationsOfUnknown[u]) {
+                if (std::exchange(m_equationSeenAt[at(e)], m_call) == m_call)
+                    continue;
+                for (const int v : m_system.set.inputsOf(m_system.set.equations[at(e)])) {
+                    if (m_system.links[at(v)].unknown >= 0)
+                        take(m_system.links[at(v)].unknown, next);
+                }
+            }
+        }
+        front.swap(next);
+    }
+    rings.isWhole = front.empty();
+    return rings;
+}
+
+std::vector<int> Neighbourhood::partOf(std::span<const int> seeds) {
+    return around(seeds, std::numeric_limits<int>::max()).unknowns;
+}
+
+}  // namespace holdfast

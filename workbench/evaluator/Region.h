@@ -1,0 +1,67 @@
+#pragma once
+
+#include "workbench/evaluator/EquationSystem.h"
+#include "workbench/evaluator/LinearSolver.h"
+
+namespace holdfast {
+
+/// Some unknowns of a system that are free to move, and the equations that read them; everything else is constant.
+/// Patterns and orderings are made once and serve all iterations and all steps of a drag.
+class Region {
+public:
+    /// Cost: linear in the equations of the unknowns given.
+    Region(EquationSystem& system, std::span<const int> unknowns);
+
+    int columnCount() const { return static_cast<int>(m_unknowns.size()); }
+    int rowCount() const { return m_pattern.rowCount; }
+    std::span<const int> unknowns() const { return m_unknowns; }
+    std::span<const int> equations() const { return m_equations; }
+
+    /// What the unknowns are at the values of now: the mean of the merged values.
+    std::vector<double> read() const;
+    void write(std::span<const double> x);
+
+    /// Residuals of all rows, at x, which is written.
+    void evaluate(std::span<const double> x, std::vector<double>& residual);
+
+    /// The same and the exact Jacobian, kept until the next call.
+    void linearise(std::span<const double> x, std::vector<double>& residual);
+    std::span<const double> jacobian() const { return m_jacobian; }
+    const ColumnPattern& pattern() const { return m_pattern; }
+
+    /// Squared length of each row's gradient when column j counts as long as 1 / weights[j].
+    void rowSquares(std::span<const double> weights, std::vector<double>& squares) const;
+
+    LinearSolver& linearSolver() { return m_linear; }
+    EquationSystem& system() { return m_system; }
+
+private:
+    /// One input of an equation that is free: where its slope goes.
+    struct Slot {
+        int input;  ///< which input of the equation
+        int entry;  ///< of the equation's first row in the Jacobian; the next rows follow
+        double sign;
+    };
+
+    void collectEquations();
+    void makePattern();
+
+    EquationSystem& m_system;
+    std::vector<int> m_unknowns;
+    std::vector<int> m_equations;
+    std::vector<int> m_firstRow;   ///< per equation
+    std::vector<int> m_firstSlot;  ///< per equation, one more at the end
+    std::vector<Slot> m_slots;
+    std::vector<double> m_jacobian;
+    std::vector<double> m_slopes;
+    ColumnPattern m_pattern;
+    LinearSolver m_linear;
+};
+
+/// Largest absolute entry; not a number when one is not.
+double largest(std::span<const double> numbers);
+
+/// Euclidean length.
+double lengthOf(std::span<const double> numbers);
+
+}  // namespace holdfast

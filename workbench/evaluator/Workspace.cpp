@@ -1,0 +1,217 @@
+#include "workbench/evaluator/Workspace.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace holdfast {
+
+namespace {
+
+constexpr int kFirstRings = 2;
+
+/// What differs by less than this many tolerances is the same.
+constexpr double kSame = 10.0;
+
+std::size_t at(int i) {
+    return static_cast<std::size_t>(i);
+}
+
+}  // namespace
+
+Workspace::Workspace(const Figure& figure, EquationSystem system)
+    : m_figure(figure), m_system(std::move(system)), m_neighbourhood(m_system), m_start(m_system.values) {
+    putConstants();
+}
+
+/// Values that constraints make constant take that value at once; what differs by rounding only stays.
+void Workspace::putConstants() {
+    for (std::size_t v = 0; v < m_system.values.size(); ++v) {
+        const ValueLink& link = m_system.links[v];
+        if (link.unknown < 0 && std::abs(m_system.values[v] - link.offset) * m_system.metric[v] > m_system.tolerance)
+            m_system.values[v] = link.offset;
+    }
+}
+
+void Workspace::wish(int value, double target, double emphasis) {
+    m_wishes[value] = {target, emphasis};
+}
+
+bool Workspace::pin(int value, double goal) {
+    const ValueLink& link = m_system.links[at(value)];
+    const double tolerance = kSame * m_system.tolerance / m_system.metric[at(value)];
+    if (link.unknown < 0)
+        return std::abs(link.offset - goal) <= tolerance;
+    const double x = link.sign * (goal - link.offset);
+    const auto [entry, isNew] = m_pins.emplace(link.unknown, x);
+    if (!isNew)
+        return std::abs(entry->second - x) <= tolerance;
+    m_system.assign(link.unknown, x);
+    m_neighbourhood.block({&link.unknown, 1});
+    m_touched.push_back(link.unknown);
+    return true;
+}
+
+std::vector<int> Workspace::violated() const {
+    std::vector<char> isSeed(at(m_system.unknownCount), 0);
+    for (std::size_t v = 0; v < m_system.values.size(); ++v) {
+        const ValueLink& link = m_system.links[v];
+        if (link.unknown < 0 || m_pins.contains(link.unknown))
+            continue;
+        const double first = m_system.values[at(m_system.valuesOfUnknown[link.unknown].front())];
+        const ValueLink& firstLink = m_system.links[at(m_system.valuesOfUnknown[link.unknown].front())];
+        const double x = link.sign * (m_system.values[v] - link.offset);
+        const double firstX = firstLink.sign * (first - firstLink.offset);
+        if (!(std::abs(x - firstX) * m_system.metric[v] <= m_system.tolerance))
+            isSeed[at(link.unknown)] = 1;
+    }
+    for (std::size_t e = 0; e < m_system.set.equations.size(); ++e) {
+        if (m_system.residualOf(static_cast<int>(e)) <= m_system.tolerance)
+            continue;
+        for (const int v : m_system.set.inputsOf(m_system.set.equations[e])) {
+            const int unknown = m_system.links[at(v)].unknown;
+            if (unknown >= 0 && !m_pins.contains(unknown))
+                isSeed[at(unknown)] = 1;
+        }
+    }
+    std::vector<int> seeds;
+    for (int u = 0; u < m_system.unknownCount; ++u) {
+        if (isSeed[at(u)])
+            seeds.push_back(u);
+    }
+    return seeds;
+}
+
+int Workspace::brokenConstantEquation() const {
+    for (std::size_t e = 0; e < m_system.set.equations.size(); ++e) {
+        const auto inputs = m_system.set.inputsOf(m_system.set.equations[e]);
+        const bool isConstant = std::all_of(inputs.begin(), inputs.end(), [&](int v) {
+            const int unknown = m_system.links[at(v)].unknown;
+            return unknown < 0 || m_pins.contains(unknown);
+        });
+        if (isConstant && !(m_system.residualOf(static_cast<int>(e)) <= kSame * m_system.tolerance))
+            return static_cast<int>(e);
+    }
+    return -1;
+}
+
+Pull Workspace::pullOf(const Region& region) const {
+    Pull pull;
+    for (const int u : region.unknowns()) {
+        double sum = 0.0, weight = 0.0;
+        for (const int v : m_system.valuesOfUnknown[u]) {
+            const auto wish = m_wishes.find(v);
+            const double target = wish == m_wishes.end() ? m_start[at(v)] : wish->second.target;
+            const double scale = m_system.metric[at(v)] * (wish == m_wishes.end() ? 1.0 : wish->second.emphasis);
+            const ValueLink& link = m_system.links[at(v)];
+            sum += scale * scale * link.sign * (target - link.offset);
+            weight += scale * scale;
+        }
+        pull.targets.push_back(sum / weight);
+        pull.weights.push_back(weight);
+    }
+    return pull;
+}
+
+std::vector<int> Workspace::entitiesOf(std::span<const int> unknowns) const {
+    std::vector<int> entities;
+    for (const int u : unknowns) {
+        for (const int v : m_system.valuesOfUnknown[u]) {
+            if (v < m_system.figureValueCount)
+                entities.push_back(m_system.entityOfValue[at(v)]);
+        }
+    }
+    std::sort(entities.begin(), entities.end());
+    entities.erase(std::unique(entities.begin(), entities.end()), entities.end());
+    return entities;
+}
+
+Attempt Workspace::trySettling(Region& region, std::vector<double> x, const IterationLimits& limits) {
+    const IterationReport report = settle(region, pullOf(region), x, limits);
+    Attempt attempt{report.isSatisfied, report.iterations, report.residual, std::nullopt};
+    if (!attempt.isSolved)
+        return attempt;
+    attempt.flaw = findFlaw(m_figure, m_system, entitiesOf(region.unknowns()));
+    if (!attempt.flaw)
+        attempt.flaw = findTurnedTangency(m_figure, m_system, region.equations());
+    attempt.isSolved = !attempt.flaw.has_value();
+    return attempt;
+}
+
+/// From where the elements were at the reference, with the constants of the edit moved there bit by bit: the branch
+/// of the solution cannot be lost on the way.
+Attempt Workspace::tryFromReference(Region& region) {
+    Attempt attempt;
+    for (const int steps : {1, 8, 64}) {
+        std::vector<double> x;
+        for (const int u : region.unknowns())
+            x.push_back(m_system.meanOf(u, m_system.reference));
+        bool isSatisfied = true;
+        IterationLimits limits;
+        limits.stride = 0.05;
+        for (int step = 1; step <= steps && isSatisfied; ++step) {
+            const double part = static_cast<double>(step) / steps;
+            for (const auto& [unknown, goal] : m_pins)
+                m_system.assign(unknown, (1.0 - part) * m_system.meanOf(unknown, m_system.reference) + part * goal);
+            isSatisfied = restore(region, pullOf(region).weights, x, limits).isSatisfied;
+        }
+        for (const auto& [unknown, goal] : m_pins)
+            m_system.assign(unknown, goal);
+        if (isSatisfied)
+            attempt = trySettling(region, x, limits);
+        if (attempt.isSolved)
+            return attempt;
+    }
+    return attempt;
+}
+
+Attempt Workspace::tryRegion(Region& region, bool isWhole) {
+    const std::vector<double> x = region.read();
+    Attempt attempt = trySettling(region, x, {});
+    if (attempt.isSolved || !isWhole)
+        return attempt;
+    IterationLimits careful;
+    careful.stride = 0.01;
+    careful.restoring = 150;
+    Attempt second = trySettling(region, x, careful);
+    second.iterations += attempt.iterations;
+    if (second.isSolved)
+        return second;
+    Attempt third = tryFromReference(region);
+    third.iterations += second.iterations;
+    if (third.isSolved)
+        return third;
+    // What the first try left says best what stands in the way.
+    IterationLimits again;
+    const Attempt last = trySettling(region, x, again);
+    attempt.iterations = third.iterations + last.iterations;
+    return attempt;
+}
+
+Attempt Workspace::solveAround(std::span<const int> seeds, Reach reach) {
+    Attempt attempt;
+    int iterations = 0;
+    for (int steps = kFirstRings;; steps *= 2) {
+        const Neighbourhood::Rings rings = reach == Reach::part
+                                               ? Neighbourhood::Rings{m_neighbourhood.partOf(seeds), true}
+                                               : m_neighbourhood.around(seeds, steps);
+        Region region(m_system, rings.unknowns);
+        std::vector<std::pair<int, double>> old;
+        for (const int u : rings.unknowns) {
+            for (const int v : m_system.valuesOfUnknown[u])
+                old.emplace_back(v, m_system.values[at(v)]);
+        }
+        attempt = tryRegion(region, rings.isWhole);
+        iterations += attempt.iterations;
+        attempt.iterations = iterations;
+        if (attempt.isSolved) {
+            m_touched.insert(m_touched.end(), rings.unknowns.begin(), rings.unknowns.end());
+            return attempt;
+        }
+        if (rings.isWhole)
+            return attempt;
+        for (const auto& [v, x] : old)
+            m_system.values[at(v)] = x;
+    }
+}
+
+}  // namespace holdfast

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <unordered_map>
+
+#include "workbench/evaluator/Iteration.h"
+#include "workbench/evaluator/Neighbourhood.h"
+#include "workbench/evaluator/Solve.h"
+
+namespace holdfast {
+
+/// What came of trying to solve one region.
+struct Attempt {
+    bool isSolved = false;
+    int iterations = 0;
+    double residual = 0.0;
+    std::optional<Flaw> flaw;
+};
+
+/// A figure's system while it is solved: start values, wishes for values, constants of the edit, and the ways of
+/// trying to solve a region. The system's values move; the figure is only read.
+class Workspace {
+public:
+    Workspace(const Figure& figure, EquationSystem system);
+
+    EquationSystem& system() { return m_system; }
+    const Figure& figure() const { return m_figure; }
+    Neighbourhood& neighbourhood() { return m_neighbourhood; }
+
+    /// The value should come to the target; it counts emphasis times as much as others in the movement.
+    void wish(int value, double target, double emphasis);
+
+    /// Makes the unknown of a value a constant of this edit. False when the value is bound otherwise already.
+    bool pin(int value, double goal);
+
+    /// Unknowns of equations that do not hold, and unknowns whose merged values differ. Linear in the system.
+    std::vector<int> violated() const;
+
+    /// An equation that does not hold although all its values are constants; -1: none. Linear in the system.
+    int brokenConstantEquation() const;
+
+    /// Solves around the seeds, as far as `reach` lets it, and leaves the solution in the system's values; without one
+    /// they are as before.
+    Attempt solveAround(std::span<const int> seeds, Reach reach);
+
+    /// One region from x: settles it and looks for flaws.
+    Attempt trySettling(Region& region, std::vector<double> x, const IterationLimits& limits);
+
+    Pull pullOf(const Region& region) const;
+    std::span<const double> startValues() const { return m_start; }
+
+    /// Unknowns that took part in solved regions, and pinned ones.
+    std::span<const int> touched() const { return m_touched; }
+    std::vector<int> entitiesOf(std::span<const int> unknowns) const;
+
+private:
+    struct Wish {
+        double target, emphasis;
+    };
+
+    Attempt tryRegion(Region& region, bool isWhole);
+    Attempt tryFromReference(Region& region);
+    void putConstants();
+
+    const Figure& m_figure;
+    EquationSystem m_system;
+    Neighbourhood m_neighbourhood;
+    std::vector<double> m_start;  ///< values when the edit began: what stays where it can
+    std::unordered_map<int, Wish> m_wishes;
+    std::unordered_map<int, double> m_pins;  ///< by unknown
+    std::vector<int> m_touched;
+};
+
+}  // namespace holdfast
