@@ -211,4 +211,28 @@ AssocConstraintHeader* HostAccess::header(YxDbAssoc2dConstraintGroup& group) {
     return &data(group).header;
 }
 
+void HostAccess::replaceObject(const YxDbObjectId& id, std::unique_ptr<YxDbObject> successor) {
+    std::unique_ptr<YxDbObject> former = std::exchange(id.m_stub->object, std::move(successor));
+    YxDbObject& resident = *id.m_stub->object;
+    data(resident).stub = id.m_stub;
+    data(resident).reactors = std::move(data(*former).reactors);
+    hostState().copies.erase(&resident);
+    data(*former).stub = nullptr;
+    hostState().copies.insert(former.get());
+}
+
+void HostAccess::eraseDependency(const YxDbObjectId& dependency) {
+    YxDbObject* object = peek(dependency);
+    if (object == nullptr || !object->isKindOf(YxDbAssocGeomDependency::desc()))
+        return;
+    auto& erased = static_cast<YxDbAssocGeomDependency&>(*object);
+    if (YxDbObject* entity = peek(erased.m_object))
+        data(*entity).reactors.remove(dependency);
+    erased.m_object = YxDbObjectId();
+    YxDbObject* action = peek(erased.m_owningAction);
+    if (action != nullptr && action->isKindOf(YxDbAssoc2dConstraintGroup::desc()))
+        data(static_cast<YxDbAssoc2dConstraintGroup&>(*action)).removeGeometryOn(dependency);
+    erase(dependency);
+}
+
 }  // namespace holdfast

@@ -51,6 +51,8 @@ struct HostAccess {
     static void erase(const YxDbObjectId& id, bool erased = true);
     /// The object of an id, erased or not, without opening it; null for the null id.
     static YxDbObject* peek(const YxDbObjectId& id);
+    /// Another object takes the place of a resident one: same id, same reactors. The former one is freed.
+    static void replaceObject(const YxDbObjectId& id, std::unique_ptr<YxDbObject> successor);
     static bool isErased(const YxDbObjectId& id);
     static int openCount(const YxDbObject& object);
     static bool isWritable(const YxDbObject& object);
@@ -62,6 +64,8 @@ struct HostAccess {
     /// How often a reactor stands among the object's.
     static std::size_t reactorCount(const YxDbObject& object, const YxDbObjectId& reactor);
     static std::unique_ptr<YxDbAssocGeomDependency> makeGeomDependency(const YxDbObjectId& action);
+    /// Erases a geometry dependency with the geometry on it, which must carry no constraint any more.
+    static void eraseDependency(const YxDbObjectId& dependency);
     static std::unique_ptr<YxDbAssocEdgePersSubentId> makeEdgeId(int index1, int index2);
     static int startVertexId(const YxDbAssocEdgePersSubentId& id) { return id.m_index1; }
     static int endVertexId(const YxDbAssocEdgePersSubentId& id) { return id.m_index2; }

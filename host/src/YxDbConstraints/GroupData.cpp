@@ -24,6 +24,24 @@ void YxDbConstraintGroupData::forget(const YxGeomConstraint& constraint) {
     m_nodes[HostAccess::nodeId(constraint) - kFirstNodeId].live = false;
 }
 
+void YxDbConstraintGroupData::removeGeometryOn(const YxDbObjectId& dependency) {
+    YxConstrainedGeometry* geometry = geometryOn(dependency);
+    if (geometry == nullptr)
+        return;
+    const unsigned int nodeId = HostAccess::nodeId(*geometry);
+    const auto isGone = [&](const YxConstrainedGeometry* other) {
+        return other == geometry ||
+               (other->isKindOf(YxConstrainedImplicitPoint::desc()) &&
+                HostAccess::curveId(static_cast<const YxConstrainedImplicitPoint&>(*other)) == nodeId);
+    };
+    for (const YxConstrainedGeometry* other : m_geometries)
+        if (isGone(other))
+            m_nodes[HostAccess::nodeId(*other) - kFirstNodeId].live = false;
+    std::erase_if(m_geometries, isGone);
+    m_pointsByCurve.erase(nodeId);
+    m_byDependency.erase(HostAccess::stub(dependency));
+}
+
 YxGraphNode* YxDbConstraintGroupData::node(unsigned int nodeId) const {
     if (nodeId < kFirstNodeId || nodeId - kFirstNodeId >= m_nodes.size())
         return nullptr;

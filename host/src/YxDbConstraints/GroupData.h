@@ -14,6 +14,9 @@ struct YxDbConstraintGroupData {
     void add(std::unique_ptr<YxConstrainedGeometry> geometry);
     void add(std::unique_ptr<YxGeomConstraint> constraint);
 
+    /// Takes the geometry on a dependency out of the group, with its implicit points; linear in the group.
+    void removeGeometryOn(const YxDbObjectId& dependency);
+
     YxGraphNode* node(unsigned int nodeId) const;
     /// Null for an id without geometry.
     YxConstrainedGeometry* geometryOn(const YxDbObjectId& dependency) const;

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+
+#include <yxdb/YxDbEntity.h>
+
+#include "workbench/drawing/Document.h"
+
+namespace holdfast {
+
+/// A new entity of the host with a shape's data, in the world's xy plane. Vertex identifiers of polylines are taken
+/// over. Throws std::invalid_argument for shapes that no entity can have.
+std::unique_ptr<YxDbEntity> makeEntity(const Shape& shape);
+
+/// Gives an entity a shape of its own kind; a resident one has to be open for write. Throws std::invalid_argument for
+/// another kind.
+void writeShape(YxDbEntity& entity, const Shape& shape);
+
+/// The shape of an entity. Angles of arcs come as the host keeps them; an arc seen from below comes as the
+/// counter-clockwise arc over the same points.
+Shape readShape(const YxDbEntity& entity);
+
+/// True when an entity of the host's class holds shapes of this kind (circles and arcs are two kinds, an ellipse and
+/// an elliptical arc one).
+bool sameHostKind(const Shape& a, const Shape& b);
+
+}  // namespace holdfast
