@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace holdfast {
+
+// The program's subcommands. Each returns the exit code, and throws DrawingError or EditError for bad input before it
+// has written anything.
+
+struct ShowOptions {
+    std::string drawing;
+    std::string output;  ///< an SVG file, or empty
+    bool json = false;
+};
+int show(const ShowOptions& options);
+
+struct EditOptions {
+    std::string drawing;
+    std::vector<std::string> edits;
+    std::string output;  ///< the edited drawing, or empty
+    std::string report;  ///< an HTML file, or empty
+    bool json = false;
+    bool verbose = false;
+};
+int edit(const EditOptions& options);
+
+struct RunOptions {
+    std::string script;
+    std::string report;
+    bool json = false;
+};
+int run(const RunOptions& options);
+
+struct ConvertOptions {
+    std::string input;
+    std::string output;
+    double tolerance = 0.01;
+};
+int convert(const ConvertOptions& options);
+
+struct InferCommandOptions {
+    std::string input;
+    std::string output;
+    double length = 0.0;
+};
+int infer(const InferCommandOptions& options);
+
+}  // namespace holdfast

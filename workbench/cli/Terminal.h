@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace holdfast {
+
+// What the program's processes answer.
+inline constexpr int kExitDone = 0;
+inline constexpr int kExitBadInput = 2;  ///< a file, an edit or an argument was refused; no output was written
+
+/// Columns of the terminal on standard output, 0 when that is no terminal.
+std::size_t terminalWidth();
+
+/// True when standard output is a terminal whose user wants colours (NO_COLOR is not set).
+bool wantsColours();
+
+/// One line on standard error, with the program's name before it.
+void complain(std::string_view message);
+
+}  // namespace holdfast

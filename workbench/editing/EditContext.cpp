@@ -1,0 +1,61 @@
+#include "workbench/editing/EditContext.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "workbench/drawing/Names.h"
+#include "workbench/drawing/Suggest.h"
+#include "workbench/geometry/Nearest.h"
+#include "workbench/geometry/Parameters.h"
+
+namespace holdfast {
+
+namespace {
+
+std::string noEntity(const EditContext& context, const std::string& name) {
+    const std::vector<std::string> names = context.drawing.names();
+    const std::vector<std::string_view> candidates(names.begin(), names.end());
+    return "the drawing has no entity " + name + suggestion(name, candidates);
+}
+
+}  // namespace
+
+std::string takeEntity(EditText& text, const EditContext& context, std::string_view what) {
+    std::string name = text.word(what);
+    if (context.drawing.id(name).isNull())
+        text.fail(noEntity(context, name));
+    return name;
+}
+
+std::vector<std::string> takeEntities(EditText& text, const EditContext& context, std::string_view what,
+                                      std::span<const std::string_view> ends) {
+    std::vector<std::string> names = text.names(what, ends);
+    for (const std::string& name : names)
+        if (context.drawing.id(name).isNull())
+            text.fail(noEntity(context, name));
+    return names;
+}
+
+std::string spoken(Vec2 point) {
+    char text[80];
+    std::snprintf(text, sizeof text, "(%.6g, %.6g)", point.x + 0.0, point.y + 0.0);
+    return text;
+}
+
+double paramOnCurve(const Shape& shape, std::string_view name, Vec2 point) {
+    // What a user reads off a picture is good to about a thousandth of the curve.
+    const Nearest nearest = nearestOn(shape, point);
+    const double size = boundsOf(shape).diagonal();
+    const double tolerance = std::isfinite(size) ? 1e-3 * size : 1e-3 * (1.0 + std::hypot(point.x, point.y));
+    if (nearest.distance > tolerance)
+        throw EditError("the point " + spoken(point) + " is not on " + std::string(name) + "; its nearest point is " +
+                        spoken(nearest.point));
+    return nearest.param;
+}
+
+void refuseFixed(const EditContext& context, const std::string& name) {
+    if (context.drawing.isFixed(name))
+        throw EditError(name + " is reference geometry that the drawing may not change; edit another entity");
+}
+
+}  // namespace holdfast

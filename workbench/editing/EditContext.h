@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "workbench/drawing/Drawing.h"
+#include "workbench/editing/EditText.h"
+
+namespace holdfast {
+
+/// What an editing command works on, and what it tells about its work.
+struct EditContext {
+    Drawing& drawing;
+    std::vector<std::string> edited;  ///< the entities that the user edited, by name
+};
+
+/// Takes the name of an entity that the drawing has; for one that it has not, EditError with the nearest name.
+std::string takeEntity(EditText& text, const EditContext& context, std::string_view what = "an entity");
+
+/// The same for several entities, up to an ending word.
+std::vector<std::string> takeEntities(EditText& text, const EditContext& context, std::string_view what,
+                                      std::span<const std::string_view> ends);
+
+/// "(4, 0.5)" with as many digits as a message bears.
+std::string spoken(Vec2 point);
+
+/// The parameter of a point that the user says lies on a curve; EditError with the nearest point when it does not.
+double paramOnCurve(const Shape& shape, std::string_view name, Vec2 point);
+
+/// Refuses what the drawing may not move.
+void refuseFixed(const EditContext& context, const std::string& name);
+
+}  // namespace holdfast

@@ -1,0 +1,98 @@
+#include <algorithm>
+
+#include "commands/break/ConstraintTrimCmdCenter.h"
+#include "workbench/drawing/HostShapes.h"
+#include "workbench/editing/Cutting.h"
+#include "workbench/editing/Verbs.h"
+#include "workbench/geometry/Intersections.h"
+#include "workbench/geometry/Parameters.h"
+#include "workbench/geometry/Splitting.h"
+
+namespace holdfast {
+
+namespace {
+
+/// The parameters at which cutting edges meet the curve, ascending.
+std::vector<double> cutParams(const EditContext& context, const std::string& name,
+                              const std::vector<std::string>& edges) {
+    const Shape shape = context.drawing.shape(name);
+    std::vector<double> params;
+    for (const std::string& edge : edges)
+        for (const Crossing& crossing : intersect(shape, context.drawing.shape(edge)))
+            params.push_back(crossing.paramA);
+    if (params.empty())
+        throw EditError("no cutting edge meets " + name + "; choose edges that cross it, or extend them first");
+    std::sort(params.begin(), params.end());
+    return params;
+}
+
+/// The part of the curve between cuts in which the picked parameter lies.
+struct Part {
+    double first = 0.0;
+    double last = 0.0;
+};
+
+Part partAround(const Shape& shape, const std::string& name, const std::vector<double>& cuts, double pick) {
+    const auto next = std::upper_bound(cuts.begin(), cuts.end(), pick);
+    if (periodOf(shape) > 0.0) {
+        if (cuts.size() < 2)
+            throw EditError(name +
+                            " is closed and the cutting edges meet it only once; it takes two places to trim it");
+        return {next == cuts.begin() ? cuts.back() : *std::prev(next), next == cuts.end() ? cuts.front() : *next};
+    }
+    const ParamRange range = paramRange(shape);
+    const Part part{next == cuts.begin() ? range.first : *std::prev(next), next == cuts.end() ? range.last : *next};
+    if (part.first <= range.first && part.last >= range.last)
+        throw EditError("the cutting edges only touch the ends of " + name + "; nothing is cut");
+    return part;
+}
+
+/// Tells the centre the part to remove as the host does: all pieces, and the index of the one that goes.
+void setRemovedPart(ConstraintTrimCmdCenter& centre, const EditContext& context, const std::string& name,
+                    const Part& part) {
+    const std::unique_ptr<YxDbEntity> removed = makeEntity(partOf(context.drawing.shape(name), part.first, part.last));
+    YxArray<void*> pieces;
+    pieces.append(removed.get());
+    YxArray<int> indices;
+    indices.append(0);
+    centre.setPtParam(&context.drawing.entity(name), indices, pieces);
+}
+
+void removePart(EditContext& context, const std::string& name, const Part& part) {
+    const CutPieces pieces = cutOut(context.drawing.shape(name), name, part.first, part.last);
+    ConstraintTrimCmdCenter centre;
+    setRemovedPart(centre, context, name, part);
+    applyCut(context, name, pieces, centre);
+}
+
+void runTrim(EditText& text, EditContext& context) {
+    const std::string name = takeEntity(text, context);
+    text.expect("at");
+    const Vec2 pick = text.point("a point on the part to remove");
+    text.expect("by");
+    const std::vector<std::string> edges = takeEntities(text, context, "a cutting edge", {});
+    text.expectEnd();
+    refuseFixed(context, name);
+    if (std::find(edges.begin(), edges.end(), name) != edges.end())
+        throw EditError(name + " cannot be its own cutting edge");
+    const Shape whole = context.drawing.shape(name);
+    const Part part = partAround(whole, name, cutParams(context, name, edges), paramOnCurve(whole, name, pick));
+    const auto* polyline = std::get_if<PolylineShape>(&whole);
+    const bool overTheSeam = polyline != nullptr && polyline->closed && part.first >= part.last;
+    openAtVertexZero(context, name);
+    if (!overTheSeam)
+        return removePart(context, name, part);
+    // Opened at vertex 0, a part that leads over it is one piece at each end.
+    const double last = paramRange(context.drawing.shape(name)).last;
+    if (part.first < last)
+        removePart(context, name, {part.first, last});
+    if (part.last > 0.0)
+        removePart(context, name, {0.0, part.last});
+}
+
+}  // namespace
+
+const EditVerb kTrimVerb{"trim", "trim ENTITY at POINT by ENTITY...", "trim g3 at 8,0 by g7",
+                         "removes the part of a curve that lies around a point between cutting edges", &runTrim};
+
+}  // namespace holdfast

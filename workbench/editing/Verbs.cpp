@@ -1,0 +1,22 @@
+#include "workbench/editing/Verbs.h"
+
+#include <algorithm>
+#include <array>
+
+namespace holdfast {
+
+std::span<const EditVerb* const> editVerbs() {
+    static constexpr std::array verbs{&kBreakVerb, &kTrimVerb};
+    return verbs;
+}
+
+const EditVerb& takeVerb(EditText& text) {
+    std::vector<std::string_view> names;
+    for (const EditVerb* verb : editVerbs())
+        names.push_back(verb->name);
+    const std::string found = text.oneOfWords(names, "an editing command");
+    const auto verbs = editVerbs();
+    return **std::find_if(verbs.begin(), verbs.end(), [&](const EditVerb* verb) { return verb->name == found; });
+}
+
+}  // namespace holdfast
