@@ -96,7 +96,8 @@ public:
             return;
         T* grown = length > 0 ? new T[static_cast<std::size_t>(length)]() : nullptr;
         m_length = std::min(m_length, length);
-        std::move(m_data, m_data + m_length, grown);
+        for (int i = 0; i < m_length; ++i)
+            grown[i] = std::move(m_data[i]);
         delete[] m_data;
         m_data = grown;
         m_physicalLength = length;
@@ -123,7 +124,8 @@ private:
             m_length = 0;
             setPhysicalLength(other.m_length);
         }
-        std::copy(other.begin(), other.end(), m_data);
+        for (int i = 0; i < other.m_length; ++i)
+            m_data[i] = other.m_data[i];
         m_length = other.m_length;
     }
     void swapStorage(YxArray& other) noexcept {
