@@ -56,6 +56,20 @@ const Glyph* glyphOf(ConstraintType type) {
     return nullptr;
 }
 
+/// Dimensions show their value in a picture; only texts and tables need a sign for their kind.
+std::string_view dimensionPath(ConstraintType type) {
+    switch (type) {
+        case ConstraintType::radius:
+            return "M5.5 0A5.5 5.5 0 1 0 -5.5 0A5.5 5.5 0 1 0 5.5 0M0 0L3.9 -3.9M3.9 -3.9V-1.2M3.9 -3.9H1.2";
+        case ConstraintType::diameter:
+            return "M4.5 0A4.5 4.5 0 1 0 -4.5 0A4.5 4.5 0 1 0 4.5 0M-6 6L6 -6";
+        case ConstraintType::angle:
+            return "M5.5 5H-5.5L3.6 -5.5M1.4 5A7 7 0 0 0 -1 -.2";
+        default:
+            return "M-6 -4V4M6 -4V4M-5 0H5M-5 0L-2.6 -1.8M-5 0L-2.6 1.8M5 0L2.6 -1.8M5 0L2.6 1.8";
+    }
+}
+
 std::string use(std::string_view name) {
     return "<use href=\"#hf-" + std::string(name) + "\"/>";
 }
@@ -89,10 +103,9 @@ std::string spotUse(ConstraintType type) {
 
 std::string inlineGlyph(ConstraintType type) {
     const std::string glyph = glyphUse(type);
-    if (!glyph.empty())
-        return R"(<svg class="sign" viewBox="-8 -8 16 16" aria-hidden="true">)" + glyph + "</svg>";
-    return R"(<svg class="sign" viewBox="-8 -8 16 16" aria-hidden="true"><path class="glyph" )"
-           R"(d="M-6 -4V4M6 -4V4M-5 0H5M-5 0L-2.6 -1.8M-5 0L-2.6 1.8M5 0L2.6 -1.8M5 0L2.6 1.8"/></svg>)";
+    return R"(<svg class="sign" viewBox="-8 -8 16 16" aria-hidden="true">)" +
+           (glyph.empty() ? R"(<path class="glyph" d=")" + std::string(dimensionPath(type)) + "\"/>" : glyph) +
+           "</svg>";
 }
 
 }  // namespace holdfast::picture

@@ -17,7 +17,9 @@ std::string cell(std::string_view classes, const std::string& content) {
 }
 
 std::string fateCell(std::string_view classes, std::string_view name) {
-    return cell("fate", fateIcon(classes) + "<span>" + std::string(name) + "</span>");
+    // What was kept comes in hundreds and needs no sign to stand out.
+    const std::string icon = classes == fateClass(ConstraintFate::kept) ? std::string() : fateIcon(classes);
+    return cell("fate", icon + "<span>" + std::string(name) + "</span>");
 }
 
 std::string tokens(const std::vector<std::string>& ids) {

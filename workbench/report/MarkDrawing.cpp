@@ -1,5 +1,6 @@
 #include "workbench/report/MarkDrawing.h"
 
+#include <algorithm>
 #include <array>
 
 #include "workbench/report/Glyphs.h"
@@ -76,9 +77,10 @@ public:
 
     std::string text() {
         std::string spots;
+        const std::string size = spotSize();
         for (const Mark& mark : m_marks) {
-            if (mark.tone == MarkTone::kept && marksAPoint(mark.type))
-                spots += spot(mark);
+            if (isSpot(mark))
+                spots += spot(mark, size);
             else
                 choose(mark);
         }
@@ -131,10 +133,21 @@ private:
             m_memory->emplace(m_keys[i], placement.labels[i].choice);
     }
 
-    std::string spot(const Mark& mark) {
+    static bool isSpot(const Mark& mark) { return mark.tone == MarkTone::kept && marksAPoint(mark.type); }
+
+    /// Hundreds of points in one picture would hide the curves that they lie on: then they are smaller.
+    std::string spotSize() const {
+        const auto count = std::count_if(m_marks.begin(), m_marks.end(), isSpot);
+        constexpr double roomForOne = 2100.0;  // square picture units
+        const bool crowded = static_cast<double>(count) * roomForOne > m_frame.width * m_frame.height;
+        return crowded ? " transform=\"scale(.6)\"" : "";
+    }
+
+    std::string spot(const Mark& mark, const std::string& size) {
         const Vec2 at = m_frame.toPicture(mark.anchor);
         m_ink.addSpot(at);
-        return opening(mark, "spot", 1) + movedTo(at) + "><g class=\"z\">" + spotUse(mark.type) + "</g></g>\n";
+        const std::string sign = size.empty() ? spotUse(mark.type) : "<g" + size + ">" + spotUse(mark.type) + "</g>";
+        return opening(mark, "spot", 1) + movedTo(at) + "><g class=\"z\">" + sign + "</g></g>\n";
     }
 
     std::string opening(const Mark& mark, std::string_view more, int level) const {

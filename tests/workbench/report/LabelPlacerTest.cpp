@@ -42,11 +42,13 @@ std::size_t overlapsIn(const std::vector<Box>& boxes) {
     return count;
 }
 
+/// Rows of twenty, 4 units apart: a third of a label's size.
 std::vector<Label> crowd(std::size_t count) {
     std::vector<Label> labels;
-    for (std::size_t i = 0; i < count; ++i)
-        labels.push_back(
-            labelAt({100.0 + static_cast<double>(i % 20) * 4.0, 100.0 + static_cast<double>(i / 20) * 4.0}));
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t column = i % 20, row = i / 20;
+        labels.push_back(labelAt({100.0 + 4.0 * static_cast<double>(column), 100.0 + 4.0 * static_cast<double>(row)}));
+    }
     return labels;
 }
 
