@@ -31,6 +31,7 @@ private:
 
     YxGeVector3d minor() const;
     YxGePoint3d pointAt(double angle) const;
+    double nearestAngle(double start, double end, const YxGePoint3d& point) const;
 
     YxGePoint3d m_centre;
     YxGeVector3d m_major{1.0, 0.0, 0.0};

@@ -1,5 +1,6 @@
 #include "host/src/yxdb/SplineView.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -49,21 +50,15 @@ int SplineView::intervalAt(double param) const {
     return low;
 }
 
-SplineView::Homogeneous SplineView::controlAt(int index) const {
+HomogeneousPoint SplineView::controlAt(int index) const {
     const std::size_t wrapped = static_cast<std::size_t>(index) % m_control.size();
     const YxGePoint3d& p = m_control[wrapped];
     const double w = m_weights.empty() ? 1.0 : m_weights[wrapped];
     return {p.x * w, p.y * w, p.z * w, w};
 }
 
-/// Exact at both ends, where a + (b - a) t would be off by a rounding error.
-SplineView::Homogeneous SplineView::mixed(const Homogeneous& a, const Homogeneous& b, double share) {
-    const double rest = 1.0 - share;
-    return {rest * a.x + share * b.x, rest * a.y + share * b.y, rest * a.z + share * b.z, rest * a.w + share * b.w};
-}
-
 CurveSample SplineView::sampleAt(double param, int interval) const {
-    std::array<Homogeneous, kHighestDegree + 1> points;
+    std::array<HomogeneousPoint, kHighestDegree + 1> points;
     std::array<double, 2 * kHighestDegree> knots;  // those from interval - degree + 1 to interval + degree
     for (int i = 0; i <= m_degree; ++i)
         points[static_cast<std::size_t>(i)] = controlAt(interval - m_degree + i);
@@ -77,9 +72,9 @@ CurveSample SplineView::sampleAt(double param, int interval) const {
             points[j] = mixed(points[j - 1], points[j], (param - left) / (right - left));
         }
     const double length = knots[last] - knots[last - 1];
-    const Homogeneous& a = points[last - 1];
-    const Homogeneous& b = points[last];
-    const Homogeneous at = mixed(a, b, (param - knots[last - 1]) / length);
+    const HomogeneousPoint& a = points[last - 1];
+    const HomogeneousPoint& b = points[last];
+    const HomogeneousPoint at = mixed(a, b, (param - knots[last - 1]) / length);
     const double rate = m_degree / length;
     const YxGePoint3d point(at.x / at.w, at.y / at.w, at.z / at.w);
     const double weightRate = rate * (b.w - a.w);
@@ -88,12 +83,56 @@ CurveSample SplineView::sampleAt(double param, int interval) const {
              (rate * (b.z - a.z) - weightRate * point.z) / at.w}};
 }
 
+/// Point j is the polar form of the piece at its start, degree - j times, and at its end, j times (L. Ramshaw,
+/// Blossoming: a connect-the-dots approach to splines, 1987).
+BezierPoints SplineView::bezierOver(int interval) const {
+    const double from = knot(interval);
+    const double to = knot(interval + 1);
+    BezierPoints bezier;
+    for (int j = 0; j <= m_degree; ++j) {
+        BezierPoints points;
+        for (int i = interval - m_degree; i <= interval; ++i)
+            points.push_back(controlAt(i));
+        for (int round = 1; round <= m_degree; ++round) {
+            const double argument = round <= m_degree - j ? from : to;
+            for (int i = m_degree; i >= round; --i) {
+                const double left = knot(interval - m_degree + i);
+                const double right = knot(interval + 1 + i - round);
+                const auto at = static_cast<std::size_t>(i);
+                points[at] = mixed(points[at - 1], points[at], (argument - left) / (right - left));
+            }
+        }
+        bezier.push_back(points.back());
+    }
+    return bezier;
+}
+
+double SplineView::leastDistance(int interval, const YxGePoint3d& point) const {
+    YxGePoint3d low = m_control[static_cast<std::size_t>(interval) % m_control.size()];
+    YxGePoint3d high = low;
+    for (int i = interval - m_degree; i < interval; ++i) {
+        const YxGePoint3d& p = m_control[static_cast<std::size_t>(i) % m_control.size()];
+        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
+    }
+    const YxGePoint3d inBox(std::clamp(point.x, low.x, high.x), std::clamp(point.y, low.y, high.y),
+                            std::clamp(point.z, low.z, high.z));
+    return inBox.distanceTo(point);
+}
+
 double SplineView::nearestParam(const YxGePoint3d& point) const {
     NearestParam nearest(point);
     for (int interval = firstInterval(); interval < endInterval(); ++interval)
         if (knot(interval) < knot(interval + 1))
-            nearest.search([&](double param) { return sampleAt(param, interval); }, knot(interval), knot(interval + 1),
-                           4 * m_degree + 4);
+            nearest.offer(knot(interval), sampleAt(knot(interval), interval).point);
+    for (int interval = firstInterval(); interval < endInterval(); ++interval) {
+        const double from = knot(interval);
+        const double to = knot(interval + 1);
+        if (from < to && leastDistance(interval, point) <= nearest.distance())
+            nearest.search({.control = bezierOver(interval),
+                            .paramAt = [=](double place) { return (1.0 - place) * from + place * to; },
+                            .sampleAt = [&](double param) { return sampleAt(param, interval); }});
+    }
     return nearest.param();
 }
 

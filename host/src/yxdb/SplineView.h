@@ -2,6 +2,7 @@
 
 #include <span>
 
+#include "host/src/yxdb/BernsteinSlope.h"
 #include "host/src/yxdb/CurveMath.h"
 
 namespace holdfast {
@@ -35,11 +36,11 @@ public:
     double nearestParam(const YxGePoint3d& point) const;
 
 private:
-    struct Homogeneous {
-        double x, y, z, w;
-    };
-    Homogeneous controlAt(int index) const;
-    static Homogeneous mixed(const Homogeneous& a, const Homogeneous& b, double share);
+    HomogeneousPoint controlAt(int index) const;
+    /// The piece over one knot interval as a Bezier curve.
+    BezierPoints bezierOver(int interval) const;
+    /// No point over the interval is nearer than this: the distance from the box around its control points.
+    double leastDistance(int interval, const YxGePoint3d& point) const;
 
     int m_degree;
     std::span<const YxGePoint3d> m_control;

@@ -1,6 +1,7 @@
 #include <yxdb/YxDbEllipse.h>
 
 #include <cmath>
+#include <numbers>
 
 #include "host/src/yxbase/ImplementClass.h"
 #include "host/src/yxbase/PlaneFrame.h"
@@ -76,19 +77,12 @@ Yxrt::ErrorStatus YxDbEllipse::getParamAtPoint(const YxGePoint3d& point, double&
         return refused;
     if (!holdfast::isFinite(point))
         return Yxrt::eInvalidInput;
-    constexpr int kSteps = 48;
     const AngleRange range(m_startAngle, m_endAngle);
-    const YxGeVector3d minorAxis = minor();
-    holdfast::NearestParam search(point);
-    search.search(
-        [&](double t) {
-            return holdfast::CurveSample{pointAt(t), minorAxis * std::cos(t) - m_major * std::sin(t)};
-        },
-        range.start(), range.end(), kSteps);
-    const YxGePoint3d nearest = pointAt(search.param());
+    const double angle = nearestAngle(range.start(), range.end(), point);
+    const YxGePoint3d nearest = pointAt(angle);
     if (nearest.isEqualTo(pointAt(range.start())))
         return holdfast::answer(range.start(), param);
-    return holdfast::answer(nearest.isEqualTo(pointAt(range.end())) ? range.end() : search.param(), param);
+    return holdfast::answer(nearest.isEqualTo(pointAt(range.end())) ? range.end() : angle, param);
 }
 
 Yxrt::ErrorStatus YxDbEllipse::getPointAtParam(double param, YxGePoint3d& point) const {
@@ -124,4 +118,32 @@ YxGeVector3d YxDbEllipse::minor() const {
 
 YxGePoint3d YxDbEllipse::pointAt(double angle) const {
     return m_centre + m_major * std::cos(angle) + minor() * std::sin(angle);
+}
+
+/// In pieces of up to a quarter turn. The tangents at the ends of a piece meet at the middle control point, whose
+/// weight is the cosine of half the angle; the tangent of a quarter of the angle runs evenly along the Bezier curve.
+double YxDbEllipse::nearestAngle(double start, double end, const YxGePoint3d& point) const {
+    const int pieces = static_cast<int>(std::ceil((end - start) / (std::numbers::pi / 2.0)));
+    const double half = (end - start) / pieces / 2.0;
+    const double tangent = std::tan(half / 2.0);
+    const YxGeVector3d minorAxis = minor();
+    holdfast::NearestParam nearest(point);
+    for (int i = 0; i < pieces; ++i) {
+        const double middle = start + (2 * i + 1) * half;
+        const YxGePoint3d first = pointAt(middle - half);
+        const YxGePoint3d last = pointAt(middle + half);
+        const double w = std::cos(half);
+        const YxGeVector3d corner =
+            (m_centre - YxGePoint3d::kOrigin) * w + m_major * std::cos(middle) + minorAxis * std::sin(middle);
+        nearest.search(
+            {.control = {{first.x, first.y, first.z, 1.0},
+                         {corner.x, corner.y, corner.z, w},
+                         {last.x, last.y, last.z, 1.0}},
+             .paramAt = [=](double place) { return middle + 2.0 * std::atan((2.0 * place - 1.0) * tangent); },
+             .sampleAt =
+                 [&](double t) {
+                     return holdfast::CurveSample{pointAt(t), minorAxis * std::cos(t) - m_major * std::sin(t)};
+                 }});
+    }
+    return nearest.param();
 }
