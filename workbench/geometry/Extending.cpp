@@ -8,10 +8,10 @@
 #include "workbench/geometry/GeometryError.h"
 #include "workbench/geometry/Intersections.h"
 #include "workbench/geometry/Nearest.h"
-#include "workbench/geometry/OpenCascade.h"
 #include "workbench/geometry/Parameters.h"
 #include "workbench/geometry/Polylines.h"
 #include "workbench/geometry/Soundness.h"
+#include "workbench/geometry/SplineEnds.h"
 #include "workbench/geometry/Splitting.h"
 
 namespace holdfast {
@@ -21,11 +21,6 @@ constexpr double kTurn = 2.0 * std::numbers::pi;
 
 /// A meeting closer to the end than this part of the curve's size is the end itself.
 constexpr double kAtEnd = 1e-9;
-
-/// A spline is followed in stretches of half a span, then one, two, ... up to 64 spans; a straight one much further.
-constexpr double kFirstStretch = 0.5;
-constexpr int kStretches = 7;
-constexpr int kStraightStretches = 20;
 
 [[noreturn]] void refuse(const Shape& curve, const std::string& why) {
     throw GeometryError(std::string(kindName(curve)) + ": " + why);
@@ -102,34 +97,6 @@ PolylineShape polylineWithEndAt(const PolylineShape& polyline, CurveEnd end, dou
     return reversedPolyline(withLastVertexAt(reversedPolyline(polyline), count - param));
 }
 
-/// Does something to a spline in a frame of its own.
-template <class Work>
-SplineShape inOwnFrame(SplineShape spline, const Work& work) {
-    const Box box = boundsOf(spline);
-    const Frame frame = frameOf(box.centre(), box.diagonal());
-    for (Vec2& pole : spline.control) {
-        pole = frame.enter(pole);
-    }
-    SplineShape done = work(spline, frame);
-    for (Vec2& pole : done.control) {
-        pole = frame.leave(pole);
-    }
-    return done;
-}
-
-SplineShape splineWithEndAt(const SplineShape& spline, CurveEnd end, double param) {
-    const ParamRange range = paramRange(spline);
-    const bool isEnd = end == CurveEnd::end;
-    if (isEnd ? !(param > range.first) : !(param < range.last)) {
-        refuse(spline, "nothing would be left of it");
-    }
-    if (isEnd ? param > range.last : param < range.first) {
-        return inOwnFrame(spline,
-                          [&](const SplineShape& framed, const Frame&) { return splineProlonged(framed, end, param); });
-    }
-    return std::get<SplineShape>(isEnd ? partOf(spline, range.first, param) : partOf(spline, param, range.last));
-}
-
 /// The outermost segment of a polyline, so that the end in question is its end.
 PolylineShape segmentOutwards(const PolylineShape& polyline, CurveEnd end) {
     const PolylineShape outwards = end == CurveEnd::end ? polyline : reversedPolyline(polyline);
@@ -141,44 +108,6 @@ PolylineShape segmentOutwards(const PolylineShape& polyline, CurveEnd end) {
 double fromSegmentOutwards(const PolylineShape& polyline, CurveEnd end, double param) {
     const double count = static_cast<double>(segmentCount(polyline));
     return end == CurveEnd::end ? count - 1.0 + param : 1.0 - param;
-}
-
-/// One stretch of a spline's outermost span beyond its end, as a spline with the parameters that it would have.
-SplineShape stretchBeyond(const BezierSpan& span, CurveEnd end, double from, double to) {
-    const double width = span.lastKnot - span.firstKnot;
-    SplineShape stretch;
-    stretch.degree = static_cast<int>(span.form.poles.size()) - 1;
-    const double first = end == CurveEnd::end ? 1.0 + from : -to;
-    const double last = end == CurveEnd::end ? 1.0 + to : -from;
-    const BezierForm form = bezierPart(span.form, first, last);
-    stretch.control = form.poles;
-    stretch.weights = form.weights;
-    stretch.knots.assign(form.poles.size(), span.firstKnot + first * width);
-    stretch.knots.insert(stretch.knots.end(), form.poles.size(), span.firstKnot + last * width);
-    return stretch;
-}
-
-/// A rational curve ends where a weight vanishes: there it runs off to infinity.
-bool isFiniteStretch(const SplineShape& stretch) {
-    return std::all_of(stretch.weights.begin(), stretch.weights.end(), [](double weight) { return weight > 0.0; });
-}
-
-/// Calls `visit` for stretch after stretch beyond the end, until it answers true.
-template <class Visit>
-void followBeyond(const SplineShape& spline, CurveEnd end, const Visit& visit) {
-    const std::vector<BezierSpan> spans = bezierSpans(spline);
-    const BezierSpan& span = end == CurveEnd::end ? spans.back() : spans.front();
-    const int stretches = spline.degree == 1 && spline.weights.empty() ? kStraightStretches : kStretches;
-    double from = 0.0;
-    double to = kFirstStretch;
-    for (int i = 0; i < stretches; ++i) {
-        const SplineShape stretch = stretchBeyond(span, end, from, to);
-        if (!isFiniteStretch(stretch) || visit(stretch)) {
-            return;
-        }
-        from = to;
-        to *= 2.0;
-    }
 }
 
 /// A crossing in the order in which the moving end comes by.
@@ -253,27 +182,6 @@ void requireEnd(const Shape& curve, CurveEnd end) {
     if (!std::isfinite(end == CurveEnd::end ? range.last : range.first)) {
         refuse(curve, "has no end on that side");
     }
-}
-
-/// The parameter at which a spline's prolongation passes a point, if it does.
-std::optional<double> paramBeyond(const SplineShape& spline, CurveEnd end, Vec2 point, double tolerance) {
-    std::optional<double> found;
-    followBeyond(spline, end, [&](const SplineShape& stretch) {
-        found = paramAtPoint(stretch, point, tolerance);
-        return found.has_value();
-    });
-    return found;
-}
-
-Shape splineExtendedTo(const SplineShape& spline, CurveEnd end, Vec2 point) {
-    const double size = boundsOf(spline).diagonal();
-    const auto beyond = paramBeyond(spline, end, point, kAtEnd * size);
-    if (beyond) {
-        return splineWithEndAt(spline, end, *beyond);
-    }
-    return inOwnFrame(spline, [&](const SplineShape& framed, const Frame& frame) {
-        return splineLedTo(framed, end, frame.enter(point));
-    });
 }
 
 }  // namespace

@@ -10,9 +10,10 @@ namespace holdfast {
 /// The curve with one end moved along its carrier to a parameter: shorter, or longer than it is. An arc never becomes
 /// more than a full turn; its parameter may be given in any turn. A polyline is led on along its outermost segment (its
 /// parameter below 0 or above the number of segments, as in Parameters.h), with the bulge that belongs to it. A spline
-/// is led on along the curve of its outermost span, with the number and, but for that span, the places of its control
-/// points. An end at infinity is cut. GeometryError where nothing would be left, for closed curves, and where a
-/// rational spline cannot go so far.
+/// is led on along the curve of its outermost span and keeps the number of its control points, and the places of those
+/// that do not belong to that span; only a rational one may need further spans. An end at infinity is cut.
+/// GeometryError where nothing would be left, for closed curves, and where a rational spline runs off to infinity
+/// before.
 Shape withEndAt(const Shape& curve, CurveEnd end, double param);
 
 /// Where the prolonged end of a curve first meets a boundary.

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
+#include "workbench/geometry/Nearest.h"
 #include "workbench/geometry/OpenCascade.h"
 #include "workbench/geometry/Overlaps.h"
 #include "workbench/geometry/Sharpening.h"
@@ -97,6 +99,7 @@ public:
 private:
     void sweep();
     void meet(const Piece& fullA, const Piece& fullB);
+    void meetEnds(const Piece& a, const Piece& b);
     void take(const Piece& a, const Piece& b, const Contact& contact);
     void addPoint(const Piece& a, const Piece& b, ParamPair rough);
     void addStretch(const Piece& a, const Piece& b, const Contact& contact);
@@ -143,8 +146,35 @@ void Meeting::meet(const Piece& fullA, const Piece& fullB) {
     for (const Contact& contact : shared ? *shared : contactsOf(a, b, kFrameTolerance)) {
         take(a, b, contact);
     }
+    if (!shared) {
+        meetEnds(a, b);
+    }
     for (const ParamPair& place : shared ? std::vector<ParamPair>{} : touchingPlaces(a, b)) {
         m_found.push_back(foundAt(a, b, place, CrossingKind::touching));
+    }
+}
+
+/// The parameter on a piece of another's end that lies on it.
+std::optional<double> paramOfEnd(const Piece& piece, const Piece& other, double end) {
+    const Vec2 point = derivatives(other.form, end).point;
+    if (!std::isfinite(end) || boundsOf(piece).distanceTo(point) > kFrameTolerance) {
+        return std::nullopt;
+    }
+    const double t = nearestParam(piece, point);
+    return distance(derivatives(piece.form, t).point, point) <= kFrameTolerance ? std::optional(t) : std::nullopt;
+}
+
+/// An end that lies on the other curve: where the two go on in one direction, the library may not see it.
+void Meeting::meetEnds(const Piece& a, const Piece& b) {
+    for (const double end : {a.first, a.last}) {
+        if (const auto onB = paramOfEnd(b, a, end)) {
+            addPoint(a, b, {end, *onB});
+        }
+    }
+    for (const double end : {b.first, b.last}) {
+        if (const auto onA = paramOfEnd(a, b, end)) {
+            addPoint(a, b, {*onA, end});
+        }
     }
 }
 
@@ -207,8 +237,8 @@ bool Meeting::isOnStretch(const Found& found) const {
 }
 
 void Meeting::endStretches() {
-    joinStretches();
     std::erase_if(m_found, [this](const Found& found) { return isOnStretch(found); });
+    joinStretches();
     if (!m_stretches.empty() && m_a.period > 0.0 && isSame(m_stretches.front().first, m_stretches.back().last)) {
         if (m_stretches.size() == 1) {
             m_stretches.clear();

@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <string>
 
 #include "workbench/geometry/GeometryError.h"
-#include "workbench/geometry/OpenCascade.h"
 #include "workbench/geometry/Parameters.h"
+#include "workbench/geometry/Pieces.h"
 #include "workbench/geometry/Soundness.h"
 
 namespace holdfast {
@@ -19,30 +20,82 @@ void requireFinite(double value) {
     }
 }
 
-double radiusOf(const ConicForm& conic) {
-    return norm(conic.major);
+double speedAt(const Form& form, double t) {
+    return norm(derivatives(form, t).first);
 }
 
-double pieceLength(const Piece& piece, double first, double last) {
-    if (std::holds_alternative<LineForm>(piece.form)) {
-        return last - first;
+/// The integral of the speed by the Gauss-Legendre rule with eight points (Abramowitz and Stegun, Handbook of
+/// Mathematical Functions, table 25.4).
+double gaussLength(const Form& form, double first, double last) {
+    static constexpr double kPoints[] = {0.183434642495650, 0.525532409916329, 0.796666477413627, 0.960289856497536};
+    static constexpr double kWeights[] = {0.362683783378362, 0.313706645877887, 0.222381034453374, 0.101228536290376};
+    const double middle = 0.5 * (first + last);
+    const double half = 0.5 * (last - first);
+    double sum = 0.0;
+    for (std::size_t i = 0; i < std::size(kPoints); ++i) {
+        const double offset = half * kPoints[i];
+        sum += kWeights[i] * (speedAt(form, middle - offset) + speedAt(form, middle + offset));
     }
-    if (isCircle(piece.form)) {
-        return radiusOf(std::get<ConicForm>(piece.form)) * (last - first);
-    }
-    const Frame frame = frameOf(piece);
-    return formLength(inFrame(piece, frame).form, first, last) / frame.scale;
+    return half * sum;
 }
 
-double pieceParamAt(const Piece& piece, double from, double distance) {
-    if (std::holds_alternative<LineForm>(piece.form)) {
-        return from + distance;
+/// Halves the range until both halves agree with the whole.
+double adaptiveLength(const Form& form, double first, double last, double whole, int halvings) {
+    const double middle = 0.5 * (first + last);
+    const double before = gaussLength(form, first, middle);
+    const double behind = gaussLength(form, middle, last);
+    if (halvings == 0 || std::abs(before + behind - whole) <= 1e-13 * std::abs(whole)) {
+        return before + behind;
     }
-    if (isCircle(piece.form)) {
-        return from + distance / radiusOf(std::get<ConicForm>(piece.form));
+    return adaptiveLength(form, first, middle, before, halvings - 1) +
+           adaptiveLength(form, middle, last, behind, halvings - 1);
+}
+
+/// Lines and circles run evenly, at this speed; other forms do not.
+std::optional<double> evenSpeed(const Form& form) {
+    if (std::holds_alternative<LineForm>(form)) {
+        return 1.0;
     }
-    const Frame frame = frameOf(piece);
-    return formParamAt(inFrame(piece, frame).form, from, distance * frame.scale);
+    return isCircle(form) ? std::optional(norm(std::get<ConicForm>(form).major)) : std::nullopt;
+}
+
+double formLength(const Form& form, double first, double last) {
+    constexpr int kMostHalvings = 24;
+    const auto even = evenSpeed(form);
+    return even ? *even * (last - first)
+                : adaptiveLength(form, first, last, gaussLength(form, first, last), kMostHalvings);
+}
+
+/// Newton's method for the length; where the curve almost stands still, halving the range takes over.
+double unevenParamAt(const Form& form, double from, double target, double low, double high) {
+    double t = std::clamp(from, low, high);
+    double reached = formLength(form, from, t);
+    for (int i = 0; i < 100; ++i) {
+        const double missing = target - reached;
+        (missing > 0.0 ? low : high) = t;
+        const double speed = speedAt(form, t);
+        const double step = t + missing / speed;
+        const double next = speed > 0.0 && step >= low && step <= high ? step : 0.5 * (low + high);
+        if (std::abs(missing) <= 1e-14 * std::abs(target) || next == t) {
+            break;
+        }
+        reached += formLength(form, t, next);
+        t = next;
+    }
+    return t;
+}
+
+/// The parameter between two bounds at a signed distance from another.
+double formParamAt(const Form& form, double from, double target, double low, double high) {
+    const auto even = evenSpeed(form);
+    return even ? from + target / *even : unevenParamAt(form, from, target, low, high);
+}
+
+/// On an ellipse the distance is reached within so many turns at its least speed.
+double simpleParamAt(const Form& form, double from, double distance) {
+    const auto* conic = std::get_if<ConicForm>(&form);
+    const double reach = conic != nullptr ? 2.0 * std::abs(distance) / norm(conic->minor) : 0.0;
+    return formParamAt(form, from, distance, from - reach, from + reach);
 }
 
 bool isChain(const Shape& shape) {
@@ -55,7 +108,7 @@ double chainLength(const Shape& shape, double first, double last) {
     for (const Piece& piece : spansOf(shape)) {
         const double from = std::max(piece.first, piece.localAt(first));
         const double to = std::min(piece.last, piece.localAt(last));
-        sum += from < to ? pieceLength(piece, from, to) : 0.0;
+        sum += from < to ? formLength(piece.form, from, to) : 0.0;
     }
     return sum;
 }
@@ -70,9 +123,9 @@ double chainParamForward(const Shape& shape, double from, double distance) {
         if (start >= piece.last) {
             continue;
         }
-        const double length = pieceLength(piece, start, piece.last);
+        const double length = formLength(piece.form, start, piece.last);
         if (distance <= length * (1.0 + 1e-12)) {
-            return piece.ownerAt(std::min(piece.last, pieceParamAt(piece, start, distance)));
+            return piece.ownerAt(formParamAt(piece.form, start, distance, start, piece.last));
         }
         distance -= length;
     }
@@ -86,9 +139,9 @@ double chainParamBackward(const Shape& shape, double from, double distance) {
         if (end <= piece->first) {
             continue;
         }
-        const double length = pieceLength(*piece, piece->first, end);
+        const double length = formLength(piece->form, piece->first, end);
         if (distance <= length * (1.0 + 1e-12)) {
-            return piece->ownerAt(std::max(piece->first, pieceParamAt(*piece, end, -distance)));
+            return piece->ownerAt(formParamAt(piece->form, end, -distance, piece->first, end));
         }
         distance -= length;
     }
@@ -110,7 +163,7 @@ double lengthBetween(const Shape& shape, double first, double last) {
     requireFinite(last);
     requireSound(shape);
     if (!isChain(shape)) {
-        return pieceLength(pieceAt(shape, 0.0), first, last);
+        return formLength(pieceAt(shape, 0.0).form, first, last);
     }
     return first <= last ? chainLength(shape, first, last) : -chainLength(shape, last, first);
 }
@@ -120,7 +173,7 @@ double paramAtDistance(const Shape& shape, double from, double distance) {
     requireFinite(distance);
     requireSound(shape);
     if (!isChain(shape)) {
-        return pieceParamAt(pieceAt(shape, 0.0), from, distance);
+        return simpleParamAt(pieceAt(shape, 0.0).form, from, distance);
     }
     return distance >= 0.0 ? chainParamForward(shape, from, distance) : chainParamBackward(shape, from, -distance);
 }

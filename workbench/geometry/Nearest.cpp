@@ -55,7 +55,9 @@ double footOnGeneral(const Piece& piece, Vec2 point) {
     return sharpenedFoot(piece, best, point);
 }
 
-double footOn(const Piece& piece, Vec2 point) {
+}  // namespace
+
+double nearestParam(const Piece& piece, Vec2 point) {
     if (const auto* line = std::get_if<LineForm>(&piece.form)) {
         return std::clamp(dot(point - line->origin, line->direction), piece.first, piece.last);
     }
@@ -65,8 +67,6 @@ double footOn(const Piece& piece, Vec2 point) {
     const Frame frame = frameOf(piece);
     return footOnGeneral(inFrame(piece, frame), frame.enter(point));
 }
-
-}  // namespace
 
 Nearest nearestOn(const Shape& shape, Vec2 point, Extent extent) {
     if (!isFinite(point)) {
@@ -78,7 +78,7 @@ Nearest nearestOn(const Shape& shape, Vec2 point, Extent extent) {
         if (boundsOf(piece).distanceTo(point) >= best.distance) {
             continue;
         }
-        const double t = footOn(piece, point);
+        const double t = nearestParam(piece, point);
         const Vec2 foot = derivatives(piece.form, t).point;
         if (distance(foot, point) < best.distance) {
             best = {foot, list.atSeam(piece.ownerAt(t)), distance(foot, point)};

@@ -14,6 +14,9 @@ struct Nearest {
 };
 Nearest nearestOn(const Shape& shape, Vec2 point, Extent extent = Extent::bounded);
 
+/// The piece's own parameter nearest to a point.
+double nearestParam(const Piece& piece, Vec2 point);
+
 /// The parameter of a point that lies on the curve within a tolerance, else none.
 std::optional<double> paramAtPoint(const Shape& shape, Vec2 point, double tolerance = 1e-6,
                                    Extent extent = Extent::bounded);

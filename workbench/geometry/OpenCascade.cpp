@@ -1,6 +1,5 @@
 #include "workbench/geometry/OpenCascade.h"
 
-#include <GCPnts_AbscissaPoint.hxx>
 #include <GccEnt.hxx>
 #include <Geom2dAPI_ProjectPointOnCurve.hxx>
 #include <Geom2dAdaptor_Curve.hxx>
@@ -22,6 +21,7 @@
 #include <TColgp_Array1OfPnt2d.hxx>
 #include <gp_Pln.hxx>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <string>
@@ -82,11 +82,11 @@ Bezier toBezier(const BezierForm& form) {
                                 : new Geom2d_BezierCurve(toPoles(form.poles), toReals(form.weights));
 }
 
-BezierForm fromBezier(const Bezier& curve) {
+BezierForm fromBezier(const Bezier& curve, bool withWeights) {
     BezierForm form;
     for (int i = 1; i <= curve->NbPoles(); ++i) {
         form.poles.push_back(fromPoint(curve->Pole(i)));
-        if (curve->IsRational()) {
+        if (withWeights) {
             form.weights.push_back(curve->Weight(i));
         }
     }
@@ -186,44 +186,57 @@ Contact contactAt(const IntRes2d_IntersectionPoint& from, const IntRes2d_Interse
     return {from.ParamOnFirst(), from.ParamOnSecond(), to.ParamOnFirst(), to.ParamOnSecond()};
 }
 
-/// Makes the knot at the inner end of the outermost span as frequent as the degree, so that the span is a Bezier curve
-/// of its own, prolongs that, and takes the added knots out again.
-void prolong(const BSpline& curve, CurveEnd end, double knot, double tolerance) {
+/// The outermost span as poles and weights, once its inner knot is as frequent as the degree.
+BezierForm outermostSpan(const BSpline& curve, int firstPole) {
+    BezierForm span;
+    for (int i = firstPole; i <= firstPole + curve->Degree(); ++i) {
+        span.poles.push_back(fromPoint(curve->Pole(i)));
+        if (curve->IsRational()) {
+            span.weights.push_back(curve->Weight(i));
+        }
+    }
+    return span;
+}
+
+bool hasPositiveWeights(const BezierForm& form) {
+    return std::all_of(form.weights.begin(), form.weights.end(), [](double weight) { return weight > 0.0; });
+}
+
+void replaceSpan(const BSpline& curve, int firstPole, const BezierForm& span) {
+    for (std::size_t i = 0; i < span.poles.size(); ++i) {
+        const int pole = firstPole + static_cast<int>(i);
+        curve->SetPole(pole, toPoint(span.poles[i]));
+        if (!span.weights.empty()) {
+            curve->SetWeight(pole, span.weights[i]);
+        }
+    }
+}
+
+/// Makes the outermost span a Bezier curve of its own by more of the knots at its inner end, prolongs it, and takes the
+/// added knots out again. False where a weight would vanish.
+bool prolong(const BSpline& curve, CurveEnd end, double knot) {
     const int degree = curve->Degree();
     const bool atEnd = end == CurveEnd::end;
-    const double inner = curve->Knot(atEnd ? curve->NbKnots() - 1 : 2);
-    const double outer = curve->Knot(atEnd ? curve->NbKnots() : 1);
-    const bool hasJoint = curve->NbKnots() > 2;
     const int joint = atEnd ? curve->NbKnots() - 1 : 2;
+    const int outermost = atEnd ? curve->NbKnots() : 1;
+    const double reach = (knot - curve->Knot(joint)) / (curve->Knot(outermost) - curve->Knot(joint));
+    const bool hasJoint = curve->NbKnots() > 2;
     const int multiplicity = curve->Multiplicity(joint);
     if (hasJoint) {
         curve->IncreaseMultiplicity(joint, degree);
     }
     const int firstPole = atEnd ? curve->NbPoles() - degree : 1;
-    TColgp_Array1OfPnt2d poles(1, degree + 1);
-    TColStd_Array1OfReal weights(1, degree + 1);
-    for (int i = 1; i <= degree + 1; ++i) {
-        poles(i) = curve->Pole(firstPole + i - 1);
-        weights(i) = curve->Weight(firstPole + i - 1);
+    const BezierForm span = outermostSpan(curve, firstPole);
+    const BezierForm longer = atEnd ? bezierPart(span, 0.0, reach) : bezierPart(span, 1.0 - reach, 1.0);
+    if (!hasPositiveWeights(longer)) {
+        return false;
     }
-    const Bezier span = curve->IsRational() ? new Geom2d_BezierCurve(poles, weights) : new Geom2d_BezierCurve(poles);
-    const double reach = (knot - inner) / (outer - inner);
-    atEnd ? span->Segment(0.0, reach) : span->Segment(1.0 - reach, 1.0);
-    // Prolonging may scale all weights of the span: the joint has to keep its own.
-    const double scale = atEnd ? weights(1) / span->Weight(1) : weights(degree + 1) / span->Weight(degree + 1);
-    for (int i = 1; i <= degree + 1; ++i) {
-        if (curve->IsRational()) {
-            if (!(scale * span->Weight(i) > 0.0)) {
-                throw GeometryError("spline: cannot be prolonged so far, a weight would vanish");
-            }
-            curve->SetWeight(firstPole + i - 1, scale * span->Weight(i));
-        }
-        curve->SetPole(firstPole + i - 1, span->Pole(i));
-    }
-    curve->SetKnot(atEnd ? curve->NbKnots() : 1, knot);
+    replaceSpan(curve, firstPole, longer);
+    curve->SetKnot(outermost, knot);
     if (hasJoint) {
-        curve->RemoveKnot(joint, multiplicity, tolerance);
+        curve->RemoveKnot(joint, multiplicity, kFrameTolerance);
     }
+    return true;
 }
 
 }  // namespace
@@ -242,7 +255,7 @@ BezierForm bezierPart(const BezierForm& bezier, double first, double last) {
     return inLibrary("taking a part of a spline", [&] {
         const Bezier curve = toBezier(bezier);
         curve->Segment(first, last);
-        return fromBezier(curve);
+        return fromBezier(curve, !bezier.weights.empty());
     });
 }
 
@@ -270,7 +283,7 @@ std::vector<BezierSpan> bezierSpans(const SplineShape& spline) {
         converter.Knots(knots);
         std::vector<BezierSpan> spans;
         for (int i = 1; i <= converter.NbArcs(); ++i) {
-            spans.push_back({fromBezier(converter.Arc(i)), knots(i), knots(i + 1)});
+            spans.push_back({fromBezier(converter.Arc(i), converter.Arc(i)->IsRational()), knots(i), knots(i + 1)});
         }
         return spans;
     });
@@ -284,12 +297,11 @@ SplineShape splinePart(const SplineShape& spline, double first, double last) {
     });
 }
 
-SplineShape splineProlonged(const SplineShape& spline, CurveEnd end, double knot) {
-    return inLibrary("prolonging a spline", [&] {
+std::optional<SplineShape> splineProlonged(const SplineShape& spline, CurveEnd end, double knot) {
+    return inLibrary("prolonging a spline", [&]() -> std::optional<SplineShape> {
         const BSpline curve = toSpline(spline);
         curve->Segment(curve->FirstParameter(), curve->LastParameter());  // clamps the ends
-        prolong(curve, end, knot, kFrameTolerance);
-        return fromSpline(curve, !spline.weights.empty());
+        return prolong(curve, end, knot) ? std::optional(fromSpline(curve, !spline.weights.empty())) : std::nullopt;
     });
 }
 
@@ -342,24 +354,6 @@ std::vector<double> perpendicularFeet(const Piece& piece, Vec2 point) {
             params.push_back(feet.Parameter(i));
         }
         return params;
-    });
-}
-
-double formLength(const Form& form, double first, double last) {
-    return inLibrary("measuring a curve", [&] {
-        const Geom2dAdaptor_Curve curve(toCurve(form));
-        return GCPnts_AbscissaPoint::Length(curve, first, last, 1e-12);
-    });
-}
-
-double formParamAt(const Form& form, double from, double distance) {
-    return inLibrary("measuring along a curve", [&] {
-        const Geom2dAdaptor_Curve curve(toCurve(form));
-        const GCPnts_AbscissaPoint at(curve, distance, from, 1e-12);
-        if (!at.IsDone()) {
-            throw GeometryError("measuring along a curve: the geometry library gave up");
-        }
-        return at.Parameter();
     });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -45,10 +46,9 @@ std::vector<BezierSpan> bezierSpans(const SplineShape& spline);
 /// last parameter may lie up to a period beyond the first.
 SplineShape splinePart(const SplineShape& spline, double first, double last);
 
-/// A spline of which one end is moved outwards to a knot beyond it, along the curve of its outermost span. The rest
-/// stays, as do degree and number of control points. The spline has to be in a frame. GeometryError where a weight
-/// would vanish.
-SplineShape splineProlonged(const SplineShape& spline, CurveEnd end, double knot);
+/// A spline in a frame of which one end is moved outwards to a knot beyond it, along the curve of its outermost span.
+/// The rest stays, as do degree and number of control points. None where that would take a weight of 0 or less.
+std::optional<SplineShape> splineProlonged(const SplineShape& spline, CurveEnd end, double knot);
 
 /// A spline in a frame with a further span from one end to a point, joined with equal curvature.
 SplineShape splineLedTo(const SplineShape& spline, CurveEnd end, Vec2 point);
@@ -61,12 +61,6 @@ std::vector<Contact> contactsOf(const Piece& a, const Piece& b, double tolerance
 /// Parameters at which the line to the point is at right angles to the curve, within the piece. The ends are not among
 /// them, and none may be found.
 std::vector<double> perpendicularFeet(const Piece& piece, Vec2 point);
-
-/// Arc length between two parameters of the form.
-double formLength(const Form& form, double first, double last);
-
-/// The parameter at a signed distance along the form.
-double formParamAt(const Form& form, double from, double distance);
 
 /// Centres of the circles of a radius that touch both pieces. Lines count as unbounded and circles as full, and of
 /// ellipses and splines what touches near an end may be missing.

@@ -197,9 +197,9 @@ void addBounds(Box& box, const ConicForm& conic, const Piece& piece) {
     box.add(derivativesOf(conic, piece.first).point);
     box.add(derivativesOf(conic, piece.last).point);
     for (const double base : {std::atan2(conic.minor.x, conic.major.x), std::atan2(conic.minor.y, conic.major.y)}) {
-        const double half = std::numbers::pi;
-        for (double t = base + std::ceil((piece.first - base) / half) * half; t < piece.last; t += half) {
-            box.add(derivativesOf(conic, t).point);
+        const double next = base + std::ceil((piece.first - base) / std::numbers::pi) * std::numbers::pi;
+        for (const double t : {next, next + std::numbers::pi}) {
+            box.add(derivativesOf(conic, std::min(t, piece.last)).point);
         }
     }
 }
@@ -316,10 +316,23 @@ Frame frameOf(const Piece& piece) {
     return frameOf(box.centre(), box.diagonal());
 }
 
+/// A line of which the origin is so far away that digits are lost gets another one near the frame.
+Piece rebased(const Piece& piece, const Frame& frame) {
+    constexpr double kFar = 1e4;
+    const auto& line = std::get<LineForm>(piece.form);
+    const double shift = dot(frame.origin - line.origin, line.direction);
+    if (std::abs(shift) * frame.scale < kFar) {
+        return piece;
+    }
+    return {LineForm{line.origin + shift * line.direction, line.direction}, piece.first - shift, piece.last - shift,
+            piece.ownerAt(shift), piece.ownerRate};
+}
+
 Piece inFrame(const Piece& piece, const Frame& frame) {
-    Piece moved = piece;
-    moved.form = std::visit([&](const auto& form) { return enter(form, frame); }, piece.form);
-    if (std::holds_alternative<LineForm>(piece.form)) {
+    const bool isLine = std::holds_alternative<LineForm>(piece.form);
+    Piece moved = isLine ? rebased(piece, frame) : piece;
+    moved.form = std::visit([&](const auto& form) { return enter(form, frame); }, moved.form);
+    if (isLine) {
         moved.first *= frame.scale;
         moved.last *= frame.scale;
         moved.ownerRate /= frame.scale;

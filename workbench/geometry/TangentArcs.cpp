@@ -25,14 +25,20 @@ constexpr double kSameCircle = 10.0 * kFrameTolerance;
 /// missed on it.
 constexpr double kLap = 0.05;
 
-/// The library finds all circles at an ellipse when it has them in six parts, cut where nobody places anything.
-constexpr int kEllipseParts = 6;
+/// Into how many parts spans of splines and ellipses are cut. The library misses a few circles in a thousand whatever
+/// the cuts are, but not the same ones, so that it is asked twice.
+struct Cuts {
+    int span, ellipse;
+};
+constexpr Cuts kCuts[] = {{2, 6}, {3, 9}};
+
+/// Ellipses are cut where nobody places anything.
 constexpr double kFirstCut = 0.37;
 
-std::vector<Piece> ellipseParts(const Piece& ellipse) {
+std::vector<Piece> ellipseParts(const Piece& ellipse, int count) {
     std::vector<Piece> parts;
-    const double width = kTurn / kEllipseParts;
-    for (int i = 0; i < kEllipseParts; ++i) {
+    const double width = kTurn / count;
+    for (int i = 0; i < count; ++i) {
         Piece part = ellipse;
         part.first = kFirstCut + (i - kLap) * width;
         part.last = kFirstCut + (i + 1 + kLap) * width;
@@ -41,17 +47,20 @@ std::vector<Piece> ellipseParts(const Piece& ellipse) {
     return parts;
 }
 
-/// Halves of a span, each a little longer than it should be.
-std::vector<Piece> lappedHalves(const Piece& span) {
-    std::vector<Piece> halves;
-    for (const double first : {0.0, 0.5}) {
-        Piece half = span;
-        half.form = bezierPart(std::get<BezierForm>(span.form), first - 0.5 * kLap, first + 0.5 + 0.5 * kLap);
-        half.ownerRate = span.ownerRate * (0.5 + kLap);
-        half.ownerAtZero = span.ownerAt(first - 0.5 * kLap);
-        halves.push_back(half);
+/// Parts of a span, each a little longer than it should be.
+std::vector<Piece> spanParts(const Piece& span, int count) {
+    std::vector<Piece> parts;
+    const double width = 1.0 / count;
+    for (int i = 0; i < count; ++i) {
+        const double first = (i - kLap) * width;
+        const double last = (i + 1 + kLap) * width;
+        Piece part = span;
+        part.form = bezierPart(std::get<BezierForm>(span.form), first, last);
+        part.ownerRate = span.ownerRate * (last - first);
+        part.ownerAtZero = span.ownerAt(first);
+        parts.push_back(part);
     }
-    return halves;
+    return parts;
 }
 
 /// A piece of a carrier with what its solutions must obey.
@@ -63,15 +72,15 @@ struct Side {
 };
 
 /// The carrier in the pieces with which the library does best.
-std::vector<Side> sidesOf(const Shape& shape, const Frame& frame, double radius) {
+std::vector<Side> sidesOf(const Shape& shape, Cuts cuts, const Frame& frame, double radius) {
     std::vector<Side> sides;
     const bool isSpline = std::holds_alternative<SplineShape>(shape);
     for (const Piece& span : spansOf(shape, Extent::carrier)) {
         std::vector<Piece> parts{span};
         if (std::holds_alternative<BezierForm>(span.form)) {
-            parts = lappedHalves(span);
+            parts = spanParts(span, cuts.span);
         } else if (std::holds_alternative<ConicForm>(span.form) && !isCircle(span.form)) {
-            parts = ellipseParts(span);
+            parts = ellipseParts(span, cuts.ellipse);
         }
         for (const Piece& part : parts) {
             const Piece moved = inFrame(part, frame);
@@ -122,6 +131,11 @@ std::optional<double> ownerParam(const Side& side, double t) {
     return side.isSpan ? std::clamp(param, side.first, side.last) : param;
 }
 
+bool isLineOrCircle(const Shape& shape) {
+    return !std::holds_alternative<SplineShape>(shape) && !std::holds_alternative<EllipseShape>(shape) &&
+           !std::holds_alternative<EllipticalArcShape>(shape);
+}
+
 class Search {
 public:
     Search(const Shape& a, const Shape& b, double radius)
@@ -130,6 +144,7 @@ public:
     std::vector<TangentCircle> all();
 
 private:
+    void meetAll(const std::vector<Side>& sidesA, const std::vector<Side>& sidesB);
     void meet(const Side& a, const Side& b);
     void add(const Side& a, const Side& b, const TangentCentre& found);
 
@@ -141,8 +156,19 @@ private:
 };
 
 std::vector<TangentCircle> Search::all() {
-    const std::vector<Side> sidesA = sidesOf(m_a, m_frame, m_radius);
-    const std::vector<Side> sidesB = sidesOf(m_b, m_frame, m_radius);
+    const bool isExact = isLineOrCircle(m_a) && isLineOrCircle(m_b);
+    for (const Cuts& cuts : kCuts) {
+        if (&cuts == kCuts || !isExact) {
+            meetAll(sidesOf(m_a, cuts, m_frame, m_radius), sidesOf(m_b, cuts, m_frame, m_radius));
+        }
+    }
+    std::sort(m_circles.begin(), m_circles.end(), [](const TangentCircle& one, const TangentCircle& other) {
+        return std::pair(one.paramA, one.paramB) < std::pair(other.paramA, other.paramB);
+    });
+    return m_circles;
+}
+
+void Search::meetAll(const std::vector<Side>& sidesA, const std::vector<Side>& sidesB) {
     for (const Side& a : sidesA) {
         for (const Side& b : sidesB) {
             if (a.reach.meets(b.reach)) {
@@ -150,10 +176,6 @@ std::vector<TangentCircle> Search::all() {
             }
         }
     }
-    std::sort(m_circles.begin(), m_circles.end(), [](const TangentCircle& one, const TangentCircle& other) {
-        return std::pair(one.paramA, one.paramB) < std::pair(other.paramA, other.paramB);
-    });
-    return m_circles;
 }
 
 void Search::meet(const Side& a, const Side& b) {
