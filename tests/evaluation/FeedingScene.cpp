@@ -231,7 +231,8 @@ std::string FeedingScene::nameOf(const YxDbObjectId& named) const {
 std::string FeedingScene::textOf(const YxDbEntity* entity) const {
     if (entity == nullptr)
         return "null";
-    return entity->objectId().isValid() ? nameOf(entity->objectId()) : "(" + shapeOf(*entity) + ")";
+    const YxDbObjectId resident = HostAccess::idOf(HostAccess::data(*entity).stub);
+    return resident.isValid() ? nameOf(resident) : "(" + shapeOf(*entity) + ")";
 }
 
 std::string FeedingScene::text(const YxArray<YxDbObjectId>& ids) const {
