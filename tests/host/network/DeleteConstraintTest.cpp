@@ -122,7 +122,8 @@ TEST(CompositeConstraint, IsNotConnectedWhereItsMembersAre) {
 TEST(SmoothConstraint, IsACompositeOfItsJoint) {
     SmallHost host;
     auto& smooth = host.constrain<YxG2SmoothConstraint>({});
-    HostAccess::own(smooth, host.constrain<YxPointCoincidenceConstraint>({host.point(host.line(), YxDb::kEndImplicit)}));
+    HostAccess::own(smooth,
+                    host.constrain<YxPointCoincidenceConstraint>({host.point(host.line(), YxDb::kEndImplicit)}));
     EXPECT_TRUE(smooth.isKindOf(YxCompositeConstraint::desc()));
     EXPECT_EQ(ownedBy(smooth).size(), 1U);
 }
