@@ -21,13 +21,14 @@ ALLOWED = {
     "evaluation": HOST_API + ("core", "evaluation"),
     "commands": HOST_API + ("core", "evaluation", "commands"),
     "drag": HOST_API + ("core", "evaluation", "drag"),
-    "workbench/geometry": ("workbench/geometry", "workbench/drawing/Document.h"),
+    "workbench/geometry": ("workbench/geometry", "workbench/drawing/Document.h", "workbench/drawing/Segments.h"),
     "workbench/drawing": HOST_API + ("host", "workbench/geometry", "workbench/drawing"),
     "workbench/evaluator": HOST_API + ("host", "core", "yxcore", "commands", "workbench/geometry", "workbench/drawing",
                                        "workbench/evaluator"),
     "workbench/report": ("workbench/geometry", "workbench/drawing", "workbench/report"),
     "workbench/editing": HOST_API + ("host",) + MODULE + ("workbench/geometry", "workbench/drawing",
-                                                          "workbench/evaluator", "workbench/editing"),
+                                                          "workbench/evaluator", "workbench/editing",
+                                                          "workbench/report/FateReport.h"),
     "workbench/cli": None,
 }
 # Libraries beyond the standard one, by the only folder that may use them.

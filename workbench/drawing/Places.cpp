@@ -140,11 +140,6 @@ MaybePoint point(const PolylineShape& polyline, const Place& place) {
 
 }  // namespace
 
-std::size_t segmentCount(const PolylineShape& polyline) {
-    const std::size_t count = polyline.vertices.size();
-    return polyline.closed || count == 0 ? count : count - 1;
-}
-
 std::size_t segmentEndVertex(const PolylineShape& polyline, std::size_t segment) {
     return segment + 1 == polyline.vertices.size() ? 0 : segment + 1;
 }

@@ -5,11 +5,9 @@
 #include <string>
 
 #include "workbench/drawing/Document.h"
+#include "workbench/drawing/Segments.h"
 
 namespace holdfast {
-
-/// Number of segments of a polyline: one less than its vertices, or as many when it is closed.
-std::size_t segmentCount(const PolylineShape& polyline);
 
 /// The vertex in which segment i of a polyline ends.
 std::size_t segmentEndVertex(const PolylineShape& polyline, std::size_t segment);

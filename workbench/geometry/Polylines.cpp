@@ -47,11 +47,6 @@ void append(PolylineShape& part, Vec2 vertex, double bulge, int id) {
 
 }  // namespace
 
-std::size_t segmentCount(const PolylineShape& polyline) {
-    const std::size_t count = polyline.vertices.size();
-    return polyline.closed || count == 0 ? count : count - 1;
-}
-
 double bulgeOfAngle(double includedAngle) {
     return std::tan(includedAngle / 4.0);
 }

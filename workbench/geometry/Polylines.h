@@ -3,11 +3,9 @@
 #include <cstddef>
 
 #include "workbench/drawing/Document.h"
+#include "workbench/drawing/Segments.h"
 
 namespace holdfast {
-
-/// Segments of a polyline: one fewer than vertices, or as many where it is closed.
-std::size_t segmentCount(const PolylineShape& polyline);
 
 /// One segment as a curve of its own: a LineShape, or the ArcShape that it covers. An ArcShape always runs
 /// counter-clockwise: a segment with a negative bulge starts at the arc's end.
