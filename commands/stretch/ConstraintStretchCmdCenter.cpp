@@ -107,7 +107,7 @@ void ConstraintStretchCmdCenter::feedConverter(const StepLists& lists) const {
 
 void ConstraintStretchCmdCenter::addDataToStaticEvaluate() {
     // KEEP: the host takes the converter's lifetime; it is not released here
-    // (StretchStaticEvaluate.LeavesItsConverter).
+    // (StretchStaticEvaluate.LeavesItsConverterToTheHost).
     LvEvaDataConverter* converter = LvEvaDataConverterFactory::createInstance(kStaticEvaluateEditor);
     if (converter == nullptr)
         return;
