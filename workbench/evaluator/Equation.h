@@ -96,9 +96,10 @@ struct Equation {
     std::uint8_t locals = 0;
     int firstInput = 0;  ///< in EquationSet::inputs
     int inputCount = 0;
-    int constraint = -1;  ///< in Figure::constraints; -1: a rule that belongs to the element
-    int entity = -1;      ///< the element, when constraint is -1
-    int slack = -1;       ///< a value that the first row is to equal instead of 0; the last input
+    int constraint = -1;     ///< in Figure::constraints; -1: a rule that belongs to the element
+    int entity = -1;         ///< the element, when constraint is -1
+    bool isImplied = false;  ///< another constraint usually says the same: spare without being redundant
+    int slack = -1;          ///< a value that the first row is to equal instead of 0; the last input
     double value = 0.0;
     double sign = 1.0;
     double scale = 1.0;

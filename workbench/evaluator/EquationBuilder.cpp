@@ -152,7 +152,9 @@ void EquationBuilder::fix(int value, double constant) {
 
 void EquationBuilder::tiePoints(const Operand& p, const Operand& q, bool isImplied) {
     if (!m_merges) {
-        add(formOf(Kernel::samePoint, 2), {p, q});
+        Equation form = formOf(Kernel::samePoint, 2);
+        form.isImplied = isImplied;
+        add(form, {p, q});
         return;
     }
     for (std::size_t i = 0; i < 2; ++i)
@@ -186,27 +188,33 @@ void EquationBuilder::addWish(Equation form, std::initializer_list<Operand> oper
     add(form, operands);
 }
 
-void EquationBuilder::addTangency(Equation form, std::initializer_list<Operand> operands) {
+void EquationBuilder::addTangency(Equation form, std::initializer_list<Operand> operands, bool isHeld) {
     constexpr double clearly = 0.5;
+    if (isHeld)
+        form.value = residualAt(When::now, form, operands) / form.scale;
     add(form, operands);
     const double sense = senseOf(m_system.set, m_system.set.equations.back(), m_reference);
     if (std::abs(sense) > clearly)
         m_system.senses.push_back({static_cast<int>(m_system.set.equations.size()) - 1, sense > 0.0});
 }
 
-double EquationBuilder::residualAtReference(Equation form, std::initializer_list<Operand> operands) const {
+double EquationBuilder::residualAt(When when, Equation form, std::initializer_list<Operand> operands) const {
     EquationSet set;
     set.splines = m_system.set.splines;
     set.add(form, operands);
-    return residuals(set, set.equations.front(), m_reference)[0];
+    return residuals(set, set.equations.front(), values(when))[0];
 }
 
-double EquationBuilder::missAtReference(Equation form, std::initializer_list<Operand> operands) const {
+bool EquationBuilder::holdsNow(Equation form, std::initializer_list<Operand> operands) const {
+    return std::abs(residualAt(When::now, form, operands)) <= m_system.tolerance;
+}
+
+double EquationBuilder::missAt(When when, Equation form, std::initializer_list<Operand> operands) const {
     EquationSet set;
     set.splines = m_system.set.splines;
     set.add(form, operands);
     double sum = 0.0;
-    for (const double row : residuals(set, set.equations.front(), m_reference))
+    for (const double row : residuals(set, set.equations.front(), values(when)))
         sum += std::abs(row);
     return sum;
 }
@@ -218,9 +226,8 @@ bool EquationBuilder::runAlike(const Operand& a, const Operand& b, const Operand
     return senseOf(set, set.equations.front(), m_reference) > 0.0;
 }
 
-void EquationBuilder::setReference(int value, double x) {
-    m_reference[at(value)] = x;
-    m_system.values[at(value)] = x;
+void EquationBuilder::setContact(When when, int value, double x) {
+    (when == When::reference ? m_reference : m_system.values)[at(value)] = x;
 }
 
 int EquationBuilder::addContact(double start, double metric) {

@@ -9,6 +9,9 @@
 
 namespace holdfast {
 
+/// Which of a figure's two sets of values is meant.
+enum class When { reference, now };
+
 /// Turns constraints into ties between values, and into equations where no tie will do. One family of constraints
 /// per source file adds through it.
 class EquationBuilder {
@@ -20,7 +23,7 @@ public:
     const Figure& figure() const { return m_figure; }
     double size() const { return m_system.size; }
     double reference(int value) const { return m_reference[static_cast<std::size_t>(value)]; }
-    std::span<const double> references() const { return m_reference; }
+    std::span<const double> values(When when) const { return when == When::reference ? m_reference : m_system.values; }
 
     // Ties. Each belongs to the constraint that is being added.
     void tie(int a, int b, double sign, double offset);
@@ -40,18 +43,22 @@ public:
     /// The same for a wish: the equation may miss by a slack that counts with this weight in the movement; 0: it holds.
     void addWish(Equation form, std::initializer_list<Operand> operands, double weight);
     /// Adds an equation whose two curves have to keep their sense.
-    void addTangency(Equation form, std::initializer_list<Operand> operands);
-    /// Residuals that the equation would have at the reference.
-    double residualAtReference(Equation form, std::initializer_list<Operand> operands) const;
-    /// Sum of the sizes of all rows there.
-    double missAtReference(Equation form, std::initializer_list<Operand> operands) const;
+    /// isHeld: the curves count as tangent now, and an error of direction that they have now is not made smaller.
+    void addTangency(Equation form, std::initializer_list<Operand> operands, bool isHeld = false);
+    /// The first residual that the equation would have.
+    double residualAt(When when, Equation form, std::initializer_list<Operand> operands) const;
+    double residualAtReference(Equation form, std::initializer_list<Operand> operands) const {
+        return residualAt(When::reference, form, operands);
+    }
+    /// Sum of the sizes of all its rows.
+    double missAt(When when, Equation form, std::initializer_list<Operand> operands) const;
+    bool holdsNow(Equation form, std::initializer_list<Operand> operands) const;
     /// True when the two curves run the same way at the point, at the reference.
     bool runAlike(const Operand& a, const Operand& b, const Operand& point) const;
-    /// Moves a contact parameter that addContact made.
-    void setReference(int value, double x);
-
     /// A new value that belongs to an equation only: unknown (a contact parameter) or constant.
     int addContact(double start, double metric);
+    /// Moves a contact parameter to where it belongs at one of the two times.
+    void setContact(When when, int value, double x);
     int addConstant(double value);
 
     /// The operand, or a FigureError that says what the constraint needs there.

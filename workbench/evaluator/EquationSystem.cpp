@@ -10,6 +10,7 @@ namespace holdfast {
 namespace {
 
 constexpr double kRelativeTolerance = 1e-10;
+constexpr double kRelativeAim = 1e-13;
 
 std::size_t at(int i) {
     return static_cast<std::size_t>(i);
@@ -82,6 +83,7 @@ EquationSystem emptySystem(const Figure& figure) {
     EquationSystem system;
     system.size = figure.size();
     system.tolerance = kRelativeTolerance * system.size;
+    system.aim = kRelativeAim * system.size;
     system.figureValueCount = static_cast<int>(figure.values.size());
     system.values = figure.values;
     system.set.splines = &figure.splines;

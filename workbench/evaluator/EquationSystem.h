@@ -46,8 +46,9 @@ struct Contradiction {
 /// rest are equations. Made once for a figure and its constraints; where the elements are does not matter to it except
 /// for the choice of branches, which the figure's reference decides.
 struct EquationSystem {
-    double size = 1.0;        ///< extent of the figure: all tolerances are relative to it
-    double tolerance = 1e-9;  ///< in lengths: what counts as satisfied
+    double size = 1.0;         ///< extent of the figure: all tolerances are relative to it
+    double tolerance = 1e-10;  ///< in lengths: what counts as satisfied
+    double aim = 1e-13;        ///< what iterations strive for
 
     std::vector<double> values;     ///< the figure's values, then contact parameters and constants of the equations
     std::vector<double> reference;  ///< the same where the edit began

@@ -3,12 +3,17 @@
 #include <algorithm>
 #include <cmath>
 
+#include "workbench/evaluator/DenseStep.h"
+
 namespace holdfast {
 
 namespace {
 
-constexpr double kLeastDamping = 1e-10;
+constexpr double kLeastDamping = 1e-12;
 constexpr double kMostDamping = 1e6;
+constexpr int kMostDense = 400;       // rows or columns up to which a dense decomposition is affordable
+constexpr int kSlow = 2;              // iterations without much progress before it is tried
+constexpr double kNear = 1e-4;        // residual, as a part of the figure's size, that counts as near a solution
 constexpr double kNearEnough = 10.0;  // movement, in tolerances, below which sliding ends
 
 /// One region's vectors while it is iterated.
@@ -37,6 +42,15 @@ public:
     std::span<const double> restoringStep() {
         m_step.assign(static_cast<std::size_t>(m_region.columnCount()), 0.0);
         return solve();
+    }
+
+    /// The same from a dense decomposition of the Jacobian of now.
+    std::span<const double> denseRestoringStep() {
+        m_step.resize(static_cast<std::size_t>(m_region.columnCount()));
+        m_multiplier.resize(residual.size());
+        std::transform(residual.begin(), residual.end(), m_multiplier.begin(), [](double f) { return -f; });
+        denseStep(m_region.pattern(), m_region.jacobian(), m_weights, m_multiplier, m_step);
+        return m_step;
     }
 
     /// The step nearest to `wish` that cancels the residual of now.
@@ -106,10 +120,11 @@ bool shorten(Stepper& stepper, std::span<const double> step, double factor, std:
     return false;
 }
 
-/// A few steps with the factors at hand, which cost next to nothing, until the residual is down to rounding.
-bool polish(Stepper& stepper, double tolerance, std::vector<double>& x, int most) {
+/// A few steps with the factors at hand, which cost next to nothing, until the residual is down to rounding. True when
+/// it ends within the tolerance.
+bool polish(Stepper& stepper, const EquationSystem& system, std::vector<double>& x, int most) {
     double before = largest(stepper.residual);
-    for (int i = 0; i < most && before > tolerance; ++i) {
+    for (int i = 0; i < most && before > system.aim; ++i) {
         const std::vector<double> next = moved(x, stepper.restoringStep(), 1.0);
         const std::vector<double> old = stepper.residual;
         stepper.evaluate(next);
@@ -121,7 +136,32 @@ bool polish(Stepper& stepper, double tolerance, std::vector<double>& x, int most
         x = next;
         before = now;
     }
-    return before <= tolerance;
+    return before <= system.tolerance;
+}
+
+}  // namespace
+
+namespace {
+
+/// One damped step, with more and more damping until it helps. False when none does.
+bool dampedStep(Stepper& stepper, double most, double& damping, std::vector<double>& x) {
+    for (bool hasMoved = false; damping <= kMostDamping;) {
+        if (stepper.factorise(damping)) {
+            const auto step = stepper.restoringStep();
+            const double reach = stepper.reach(step);
+            hasMoved = shorten(stepper, step, reach > most ? most / reach : 1.0, x);
+        }
+        damping = hasMoved ? std::max(kLeastDamping, damping * 0.01) : std::max(1e-4, damping * 30.0);
+        if (hasMoved)
+            return true;
+    }
+    return false;
+}
+
+bool denselySolvedStep(Stepper& stepper, double most, std::vector<double>& x) {
+    const auto step = stepper.denseRestoringStep();
+    const double reach = stepper.reach(step);
+    return shorten(stepper, step, reach > most ? most / reach : 1.0, x);
 }
 
 }  // namespace
@@ -129,73 +169,110 @@ bool polish(Stepper& stepper, double tolerance, std::vector<double>& x, int most
 IterationReport restore(Region& region, std::span<const double> weights, std::vector<double>& x,
                         const IterationLimits& limits) {
     const EquationSystem& system = region.system();
+    const double most = limits.stride * system.size;
+    const bool isSmall = region.columnCount() <= kMostDense && region.rowCount() <= kMostDense;
     Stepper stepper(region, weights);
     IterationReport report;
     double damping = kLeastDamping;
+    int slow = 0;
     stepper.evaluate(x);
     for (;;) {
+        const double before = report.residual;
         report.residual = largest(stepper.residual);
         report.isSatisfied = report.residual <= system.tolerance;
-        if (report.isSatisfied || std::isnan(report.residual) || report.iterations >= limits.restoring)
+        if (report.residual <= system.aim || std::isnan(report.residual) || report.iterations >= limits.restoring)
             return report;
+        slow = report.iterations > 0 && report.residual > 0.2 * before ? slow + 1 : 0;
         stepper.linearise(x);
         ++report.iterations;
-        bool hasMoved = false;
-        while (!hasMoved && damping <= kMostDamping) {
-            if (stepper.factorise(damping)) {
-                const auto step = stepper.restoringStep();
-                const double reach = stepper.reach(step);
-                const double most = limits.stride * system.size;
-                hasMoved = shorten(stepper, step, reach > most ? most / reach : 1.0, x);
-            }
-            damping = hasMoved ? std::max(kLeastDamping, damping * 0.01) : std::max(1e-4, damping * 30.0);
-        }
-        if (!hasMoved)
+        // Near a double root the equations become dependent: steps shrink slowly and the sparse factors blur them.
+        const bool isDense = isSmall && slow >= kSlow && report.residual < kNear * system.size;
+        if (isDense ? !denselySolvedStep(stepper, most, x) : !dampedStep(stepper, most, damping, x))
             return report;
-        if (largest(stepper.residual) < 1e-4 * system.size)
-            polish(stepper, 1e-3 * system.tolerance, x, 2);
+        if (!isDense && report.residual < kNear * system.size)
+            polish(stepper, system, x, 3);
     }
 }
 
+namespace {
+
+/// The way along the equations from one point to the next.
+class Slider {
+public:
+    Slider(Region& region, const Pull& pull, std::vector<double>& x, const IterationLimits& limits)
+        : m_system(region.system()), m_pull(pull), m_x(x), m_limits(limits), m_stepper(region, pull.weights) {
+        m_stepper.evaluate(m_x);
+        m_pullNow = pullOf(m_pull, m_x);
+        m_residual = std::max(largest(m_stepper.residual), kSharp * m_system.aim);
+        m_isGuarded = m_limits.isSound && m_limits.isSound();
+    }
+
+    double residual() {
+        m_stepper.evaluate(m_x);
+        return largest(m_stepper.residual);
+    }
+
+    enum class Outcome { moved, nearest, stuck };
+
+    Outcome advance() {
+        m_stepper.linearise(m_x);
+        if (!m_stepper.factorise(kLeastDamping))
+            return Outcome::stuck;
+        m_wish.resize(m_x.size());
+        std::transform(m_pull.targets.begin(), m_pull.targets.end(), m_x.begin(), m_wish.begin(), std::minus<>());
+        const auto found = m_stepper.slidingStep(m_wish);
+        const std::vector<double> step(found.begin(), found.end());
+        const double reach = m_stepper.reach(step);
+        if (reach <= kNearEnough * m_system.tolerance)
+            return Outcome::nearest;
+        constexpr int halvings = 7;
+        double factor = std::min(1.0, m_limits.stride * m_system.size / reach);
+        for (int i = 0; i < halvings; ++i, factor *= 0.5) {
+            if (accepts(moved(m_x, step, factor)))
+                return Outcome::moved;
+        }
+        return Outcome::stuck;
+    }
+
+private:
+    /// Brings the point back to the equations and takes it if it is nearer to the targets.
+    bool accepts(std::vector<double> next) {
+        m_stepper.evaluate(next);
+        if (!polish(m_stepper, m_system, next, 6) || largest(m_stepper.residual) > m_residual)
+            return false;
+        const double then = pullOf(m_pull, next);
+        if (!(then < m_pullNow) || (m_isGuarded && !m_limits.isSound()))
+            return false;
+        m_pullNow = then;
+        m_x = std::move(next);
+        return true;
+    }
+
+    static constexpr double kSharp = 30.0;  // aims, that a residual may grow to on the way
+
+    const EquationSystem& m_system;
+    const Pull& m_pull;
+    std::vector<double>& m_x;
+    const IterationLimits& m_limits;
+    Stepper m_stepper;
+    std::vector<double> m_wish;
+    double m_pullNow = 0.0;
+    double m_residual = 0.0;
+    bool m_isGuarded = false;
+};
+
+}  // namespace
+
 IterationReport slide(Region& region, const Pull& pull, std::vector<double>& x, const IterationLimits& limits) {
-    const EquationSystem& system = region.system();
-    Stepper stepper(region, pull.weights);
+    Slider slider(region, pull, x, limits);
     IterationReport report;
     report.isSatisfied = true;
-    double now = pullOf(pull, x);
-    std::vector<double> wish(x.size());
-    for (; report.iterations < limits.sliding; ++report.iterations) {
-        stepper.linearise(x);
-        if (!stepper.factorise(kLeastDamping))
-            break;
-        std::transform(pull.targets.begin(), pull.targets.end(), x.begin(), wish.begin(), std::minus<>());
-        const auto found = stepper.slidingStep(wish);
-        const std::vector<double> step(found.begin(), found.end());
-        const double reach = stepper.reach(step);
-        if (reach <= kNearEnough * system.tolerance) {
-            report.isNearest = true;
-            break;
-        }
-        constexpr int halvings = 7;
-        double factor = std::min(1.0, limits.stride * system.size / reach);
-        bool hasMoved = false;
-        for (int i = 0; i < halvings && !hasMoved; ++i, factor *= 0.5) {
-            std::vector<double> next = moved(x, step, factor);
-            stepper.evaluate(next);
-            if (!polish(stepper, system.tolerance, next, 6))
-                continue;
-            const double then = pullOf(pull, next);
-            hasMoved = then < now;
-            if (hasMoved) {
-                now = then;
-                x = next;
-            }
-        }
-        if (!hasMoved)
-            break;
+    for (auto outcome = Slider::Outcome::moved; outcome == Slider::Outcome::moved && report.iterations < limits.sliding;
+         ++report.iterations) {
+        outcome = slider.advance();
+        report.isNearest = outcome == Slider::Outcome::nearest;
     }
-    stepper.evaluate(x);
-    report.residual = largest(stepper.residual);
+    report.residual = slider.residual();
     return report;
 }
 

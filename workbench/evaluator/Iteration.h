@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "workbench/evaluator/Region.h"
 
 namespace holdfast {
@@ -13,7 +15,8 @@ struct Pull {
 struct IterationLimits {
     int restoring = 60;
     int sliding = 40;
-    double stride = 0.25;  ///< longest movement of one value in one iteration, as a part of the figure's size
+    double stride = 0.25;           ///< longest movement of one value in one iteration, as a part of the figure's size
+    std::function<bool()> isSound;  ///< asked at each point on the way while sliding: may it be passed?
 };
 
 struct IterationReport {

@@ -276,9 +276,9 @@ T turnLeft(const Equation& e, const Pair<T>& a, const Pair<T>& b) {
     const T sine = cross(a, b) * e.sign, cosine = dot(a, b) * e.sign;
     switch (static_cast<DirectionMode>(e.mode)) {
         case DirectionMode::parallel:
-            return sine * e.scale;
+            return (sine - e.value) * e.scale;
         case DirectionMode::perpendicular:
-            return cosine * e.scale;
+            return (cosine - e.value) * e.scale;
         case DirectionMode::angle:
             return angleLeft(atan2(sine, cosine), e.value, 2 * std::numbers::pi) * e.scale;
         case DirectionMode::angleModuloPi:

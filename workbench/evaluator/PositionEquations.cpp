@@ -23,16 +23,13 @@ void addDelta(EquationBuilder& builder, Kernel kernel, double value) {
     builder.add(form, {pointRef(builder, 0), pointRef(builder, 1)});
 }
 
-double nearestParam(const EquationBuilder& builder, int entity, const Operand& point) {
+double nearestParam(const EquationBuilder& builder, When when, int entity, const Operand& point) {
     const FigureEntity& e = builder.figure().entities[static_cast<std::size_t>(entity)];
     const auto control =
-        builder.references().subspan(static_cast<std::size_t>(e.firstValue), static_cast<std::size_t>(e.valueCount));
-    Vec2 p;
-    Equation form = formOf(Kernel::pointsDeltaX);
-    const Operand origin{OperandKind::middle, {e.firstValue, e.firstValue + 1, e.firstValue, e.firstValue + 1}, {}};
-    p.x = control[0] + builder.residualAtReference(form, {origin, point});
-    form.kernel = Kernel::pointsDeltaY;
-    p.y = control[1] + builder.residualAtReference(form, {origin, point});
+        builder.values(when).subspan(static_cast<std::size_t>(e.firstValue), static_cast<std::size_t>(e.valueCount));
+    const Operand first{OperandKind::point, {e.firstValue, e.firstValue + 1}, {}};
+    const Vec2 p{control[0] + builder.residualAt(when, formOf(Kernel::pointsDeltaX), {first, point}),
+                 control[1] + builder.residualAt(when, formOf(Kernel::pointsDeltaY), {first, point})};
     return nearestSplineParam(builder.figure().splines[static_cast<std::size_t>(e.spline)], control, p);
 }
 
@@ -44,7 +41,9 @@ void addPointOnSpline(EquationBuilder& builder, const Operand& point, int entity
     // A parameter is no geometry: it may run along the curve at little cost.
     constexpr double cheap = 1e-2;
     const double speed = sizeOf(builder.figure(), {entity, -1}, builder.size()) / (range.last - range.first);
-    const int param = builder.addContact(nearestParam(builder, entity, point), cheap * speed);
+    const int param = builder.addContact(range.first, cheap * speed);
+    for (const When when : {When::reference, When::now})
+        builder.setContact(when, param, nearestParam(builder, when, entity, point));
     builder.add(formOf(Kernel::samePoint, 2),
                 {point, splineAt(builder.figure(), entity, OperandKind::splinePoint, param)});
 }

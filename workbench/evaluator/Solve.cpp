@@ -209,7 +209,8 @@ void nameConflict(const Figure& figure, std::span<const int> suspects, std::span
     const ConflictSet conflict = findConflict(figure, suspects, targets);
     if (conflict.constraints.empty() && conflict.targets.empty())
         return;
-    result.status = SolveStatus::conflicting;
+    if (result.status == SolveStatus::unreached)
+        result.status = SolveStatus::conflicting;
     result.conflicting = conflict.constraints;
     result.contradictedTargets = conflict.targets;
 }
@@ -229,7 +230,7 @@ SolveResult solve(Figure& figure, const SolveRequest& request) {
             suspects = run.suspects();
         }
     }
-    if (request.namesConflicts && result.status != SolveStatus::ruined)
+    if (request.namesConflicts)
         nameConflict(figure, suspects, request.targets, result);
     return result;
 }

@@ -38,36 +38,42 @@ bool hasContacts(EquationBuilder& builder, CurveRef curve) {
     return ellipseAt(builder.figure(), curve).has_value() || isSplineCurve(builder.figure(), curve);
 }
 
-/// Starts a contact where the curves come closest to touching, found from samples.
-void startContact(EquationBuilder& builder, Equation form, const Operand& other, const Contact& contact) {
+/// Puts a contact where the curves come closest to touching, found from samples.
+void startContact(EquationBuilder& builder, When when, Equation form, const Operand& other, const Contact& contact) {
     constexpr int samples = 128;
     double best = std::numeric_limits<double>::max(), bestParam = contact.first;
     for (int i = 0; i <= samples; ++i) {
         const double t = contact.first + (contact.last - contact.first) * i / samples;
-        builder.setReference(contact.param, t);
-        const double miss = builder.missAtReference(form, {other, contact.jet});
+        builder.setContact(when, contact.param, t);
+        const double miss = builder.missAt(when, form, {other, contact.jet});
         if (miss < best) {
             best = miss;
             bestParam = t;
         }
     }
-    builder.setReference(contact.param, bestParam);
+    builder.setContact(when, contact.param, bestParam);
 }
 
-void startContacts(EquationBuilder& builder, Equation form, const Contact& a, const Contact& b) {
+void startContact(EquationBuilder& builder, Equation form, const Operand& other, const Contact& contact) {
+    startContact(builder, When::reference, form, other, contact);
+    startContact(builder, When::now, form, other, contact);
+}
+
+void startContacts(EquationBuilder& builder, When when, Equation form, const Contact& a, const Contact& b) {
     constexpr int samples = 48;
     double best = std::numeric_limits<double>::max(), bestParam = a.first;
     for (int i = 0; i <= samples; ++i) {
-        builder.setReference(a.param, a.first + (a.last - a.first) * i / samples);
-        startContact(builder, form, a.jet, b);
-        const double miss = builder.missAtReference(form, {a.jet, b.jet});
+        const double t = a.first + (a.last - a.first) * i / samples;
+        builder.setContact(when, a.param, t);
+        startContact(builder, when, form, a.jet, b);
+        const double miss = builder.missAt(when, form, {a.jet, b.jet});
         if (miss < best) {
             best = miss;
-            bestParam = builder.reference(a.param);
+            bestParam = t;
         }
     }
-    builder.setReference(a.param, bestParam);
-    startContact(builder, form, a.jet, b);
+    builder.setContact(when, a.param, bestParam);
+    startContact(builder, when, form, a.jet, b);
 }
 
 /// Curves that touch somewhere along a spline or an ellipse: the parameter of the contact is an unknown.
@@ -79,7 +85,8 @@ void addTouch(EquationBuilder& builder, CurveRef one, CurveRef two) {
     const Contact contact = contactOn(builder, two);
     if (hasContacts(builder, one)) {
         const Contact first = contactOn(builder, one);
-        startContacts(builder, form, first, contact);
+        startContacts(builder, When::reference, form, first, contact);
+        startContacts(builder, When::now, form, first, contact);
         builder.add(form, {first.jet, contact.jet});
         return;
     }
@@ -91,7 +98,8 @@ void addTouch(EquationBuilder& builder, CurveRef one, CurveRef two) {
     builder.add(form, {other, contact.jet});
 }
 
-void addLineTangent(EquationBuilder& builder, const Operand& line, Kernel kernel, const Operand& round) {
+/// Distance of the line from the centre against the reach of a circle or ellipse, on the side where the curve is.
+Equation lineTangentForm(EquationBuilder& builder, const Operand& line, Kernel kernel, const Operand& round) {
     Equation form = formOf(kernel);
     if (kernel == Kernel::lineCircle)
         form.mode = static_cast<std::uint8_t>(GapMode::outside);
@@ -100,10 +108,11 @@ void addLineTangent(EquationBuilder& builder, const Operand& line, Kernel kernel
     const double right = builder.residualAtReference(form, {line, round});
     // Distance minus reach is nearer to 0 on the side where the curve is.
     form.sign = left >= right ? 1.0 : -1.0;
-    builder.add(form, {line, round});
+    return form;
 }
 
-void addCircleTangent(EquationBuilder& builder, const Operand& a, const Operand& b) {
+/// Distance of the centres against the sum or the difference of the radii, whichever is nearer to holding.
+Equation circleTangentForm(EquationBuilder& builder, const Operand& a, const Operand& b) {
     Equation outside = formOf(Kernel::circleCircle);
     outside.mode = static_cast<std::uint8_t>(GapMode::outside);
     Equation inside = outside;
@@ -111,7 +120,7 @@ void addCircleTangent(EquationBuilder& builder, const Operand& a, const Operand&
     inside.sign = builder.residualAtReference(formOf(Kernel::equalRadii), {a, b}) < 0.0 ? -1.0 : 1.0;
     const double outer = std::abs(builder.residualAtReference(outside, {a, b}));
     const double inner = std::abs(builder.residualAtReference(inside, {a, b}));
-    builder.add(outer <= inner ? outside : inside, {a, b});
+    return outer <= inner ? outside : inside;
 }
 
 Equation directionForm(EquationBuilder& builder) {
@@ -122,11 +131,12 @@ Equation directionForm(EquationBuilder& builder) {
     return form;
 }
 
-void addDirections(EquationBuilder& builder, const Operand& a, const Operand& b, const Operand& point) {
+void addDirections(EquationBuilder& builder, const Operand& a, const Operand& b, const Operand& point,
+                   bool isHeld = false) {
     if (builder.constraint().type == ConstraintType::perpendicular)
         builder.add(directionForm(builder), {a, b, point});
     else
-        builder.addTangency(directionForm(builder), {a, b, point});
+        builder.addTangency(directionForm(builder), {a, b, point}, isHeld);
 }
 
 /// The curve for its direction at a point on it, which the point is put on unless that is known already.
@@ -149,10 +159,10 @@ Operand curveThrough(EquationBuilder& builder, const FigurePlace& place, const O
     return contact.jet;
 }
 
-void addAtPoint(EquationBuilder& builder, const Operand& point) {
+void addAtPoint(EquationBuilder& builder, const Operand& point, bool isHeld = false) {
     const Operand a = curveThrough(builder, builder.ref(0), point);
     const Operand b = curveThrough(builder, builder.ref(1), point);
-    addDirections(builder, a, b, point);
+    addDirections(builder, a, b, point, isHeld);
 }
 
 Operand endPoint(EquationBuilder& builder, const FigurePlace& place) {
@@ -167,30 +177,41 @@ Operand joinEnds(EquationBuilder& builder) {
     return isDirect(p) ? p : q;
 }
 
-void addWhole(EquationBuilder& builder) {
+/// A tangency that has a formula of its own, without a point of contact.
+struct WholeTangency {
+    Equation form;
+    Operand a, b;
+};
+
+std::optional<WholeTangency> wholeTangency(EquationBuilder& builder, CurveRef one, CurveRef two) {
     const Figure& figure = builder.figure();
-    const CurveRef one = curveOf(builder.ref(0)), two = curveOf(builder.ref(1));
-    if (const auto shared = builder.pointOnBoth(one, two)) {
-        addAtPoint(builder, *shared);
-        return;
-    }
-    const auto lineA = lineAt(figure, one), lineB = lineAt(figure, two);
     const auto circleA = circleAt(figure, one), circleB = circleAt(figure, two);
-    const auto ellipseA = ellipseAt(figure, one), ellipseB = ellipseAt(figure, two);
     if (circleA && circleB)
-        addCircleTangent(builder, *circleA, *circleB);
-    else if (lineA && circleB)
-        addLineTangent(builder, *lineA, Kernel::lineCircle, *circleB);
-    else if (circleA && lineB)
-        addLineTangent(builder, *lineB, Kernel::lineCircle, *circleA);
-    else if (lineA && ellipseB)
-        addLineTangent(builder, *lineA, Kernel::lineEllipse, *ellipseB);
-    else if (ellipseA && lineB)
-        addLineTangent(builder, *lineB, Kernel::lineEllipse, *ellipseA);
-    else if (hasContacts(builder, one) || hasContacts(builder, two))
-        addTouch(builder, one, two);
-    else
+        return WholeTangency{circleTangentForm(builder, *circleA, *circleB), *circleA, *circleB};
+    const auto line = lineAt(figure, one);
+    if (!line)
+        return lineAt(figure, two) ? wholeTangency(builder, two, one) : std::nullopt;
+    if (circleB)
+        return WholeTangency{lineTangentForm(builder, *line, Kernel::lineCircle, *circleB), *line, *circleB};
+    if (const auto ellipse = ellipseAt(figure, two))
+        return WholeTangency{lineTangentForm(builder, *line, Kernel::lineEllipse, *ellipse), *line, *ellipse};
+    if (lineAt(figure, two))
         builder.fail("two lines cannot be tangent; make them parallel or collinear");
+    return std::nullopt;
+}
+
+/// Where the curves share a point that point is the contact, and a formula of distances would be at its maximum
+/// there: directions are compared instead. Distances that hold within the tolerance leave an error of its square root
+/// in the direction, so curves that count as tangent by their distance are left as they are.
+void addWhole(EquationBuilder& builder) {
+    const CurveRef one = curveOf(builder.ref(0)), two = curveOf(builder.ref(1));
+    const auto tangency = wholeTangency(builder, one, two);
+    if (const auto shared = builder.pointOnBoth(one, two))
+        addAtPoint(builder, *shared, tangency && builder.holdsNow(tangency->form, {tangency->a, tangency->b}));
+    else if (tangency)
+        builder.add(tangency->form, {tangency->a, tangency->b});
+    else
+        addTouch(builder, one, two);
 }
 
 Operand endCurve(EquationBuilder& builder, const FigurePlace& place) {

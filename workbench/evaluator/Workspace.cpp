@@ -125,15 +125,20 @@ std::vector<int> Workspace::entitiesOf(std::span<const int> unknowns) const {
     return entities;
 }
 
-Attempt Workspace::trySettling(Region& region, std::vector<double> x, const IterationLimits& limits) {
+std::optional<Flaw> Workspace::flawIn(const Region& region, std::span<const int> entities) const {
+    if (auto flaw = findFlaw(m_figure, m_system, entities))
+        return flaw;
+    return findTurnedTangency(m_figure, m_system, region.equations());
+}
+
+Attempt Workspace::trySettling(Region& region, std::vector<double> x, IterationLimits limits) {
+    const std::vector<int> entities = entitiesOf(region.unknowns());
+    limits.isSound = [&] { return !flawIn(region, entities).has_value(); };
     const IterationReport report = settle(region, pullOf(region), x, limits);
-    Attempt attempt{report.isSatisfied, report.iterations, report.residual, std::nullopt};
-    if (!attempt.isSolved)
-        return attempt;
-    attempt.flaw = findFlaw(m_figure, m_system, entitiesOf(region.unknowns()));
-    if (!attempt.flaw)
-        attempt.flaw = findTurnedTangency(m_figure, m_system, region.equations());
-    attempt.isSolved = !attempt.flaw.has_value();
+    Attempt attempt{report.isSatisfied, report.isNearest, report.iterations, report.residual, std::nullopt};
+    if (attempt.isSolved)
+        attempt.flaw = flawIn(region, entities);
+    attempt.isSolved = attempt.isSolved && !attempt.flaw.has_value();
     return attempt;
 }
 

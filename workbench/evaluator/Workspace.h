@@ -11,6 +11,7 @@ namespace holdfast {
 /// What came of trying to solve one region.
 struct Attempt {
     bool isSolved = false;
+    bool isNearest = false;  ///< and no movement comes nearer to the targets
     int iterations = 0;
     double residual = 0.0;
     std::optional<Flaw> flaw;
@@ -43,7 +44,7 @@ public:
     Attempt solveAround(std::span<const int> seeds, Reach reach);
 
     /// One region from x: settles it and looks for flaws.
-    Attempt trySettling(Region& region, std::vector<double> x, const IterationLimits& limits);
+    Attempt trySettling(Region& region, std::vector<double> x, IterationLimits limits);
 
     Pull pullOf(const Region& region) const;
     std::span<const double> startValues() const { return m_start; }
@@ -57,6 +58,7 @@ private:
         double target, emphasis;
     };
 
+    std::optional<Flaw> flawIn(const Region& region, std::span<const int> entities) const;
     Attempt tryRegion(Region& region, bool isWhole);
     Attempt tryFromReference(Region& region);
     void putConstants();
