@@ -3,8 +3,8 @@
 #include <memory>
 #include <string>
 
+#include "host/model/Scene.h"
 #include "host/src/EntityAccess.h"
-#include "tests/core/CheckedScene.h"
 
 namespace holdfast {
 
@@ -29,7 +29,7 @@ void putInto(const YxDbObjectId& resident, const YxDbEntity& data);
 /// while the curve is uncut, cuts the curve, adds the second piece under the name `secondName` and hands it over open.
 /// Without a first piece of the same class the curve stays uncut. Answers what deleteConstraint answered.
 template <class Centre>
-int finishCut(CheckedScene& scene, const std::string& name, Centre& centre, std::unique_ptr<YxDbEntity> first,
+int finishCut(Scene& scene, const std::string& name, Centre& centre, std::unique_ptr<YxDbEntity> first,
               std::unique_ptr<YxDbEntity> second = nullptr, const std::string& secondName = "s") {
     const YxDbObjectId curve = scene.id(name);
     copyReactors(*scene.entity(name), *first);
@@ -48,7 +48,7 @@ int finishCut(CheckedScene& scene, const std::string& name, Centre& centre, std:
 /// The whole BREAK of a polyline between two parameters. A cut from the start hands the rest over as the first piece,
 /// and then the polyline itself as the second.
 template <class Centre>
-int breakPolyline(CheckedScene& scene, const std::string& name, Centre& centre, double startParam, double endParam) {
+int breakPolyline(Scene& scene, const std::string& name, Centre& centre, double startParam, double endParam) {
     const auto* uncut = scene.entity<YxDbPolyline>(name);
     const PolylineData data = EntityAccess::polyline(*uncut);
     centre.setPtParam(uncut, pointAt(data, startParam), pointAt(data, endParam));

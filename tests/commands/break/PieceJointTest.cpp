@@ -2,6 +2,7 @@
 
 #include "tests/commands/break/CutCommand.h"
 #include "tests/commands/break/TestAccess.h"
+#include "tests/core/CheckedScene.h"
 
 namespace holdfast {
 namespace {

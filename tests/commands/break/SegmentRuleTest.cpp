@@ -3,6 +3,7 @@
 #include "core/CurveEnds.h"
 #include "tests/commands/break/CutCommand.h"
 #include "tests/commands/break/TestAccess.h"
+#include "tests/core/CheckedScene.h"
 
 namespace holdfast {
 namespace {
