@@ -23,9 +23,9 @@ struct Crossing {
 /// All common points of two curves by increasing parameter on the first, each once: a crossing at a vertex of a
 /// polyline or at the seam of a closed curve is one crossing. Curves that pass within 1e-9 of the smaller one's size of
 /// each other touch. Curves that run together give the ends of the shared stretch; the same closed curve twice gives
-/// nothing. A crossing on a carrier beyond an end has the parameter that the curve would have if it went on there.
-/// GeometryError for what is no curve or not sound. Cost: n log n for the pieces of both, and the pairs of pieces that
-/// lie near each other.
+/// nothing. At a vertex that a polyline repeats, each of its parameters has its crossing. A crossing on a carrier
+/// beyond an end has the parameter that the curve would have if it went on there. GeometryError for what is no curve or
+/// not sound. Cost: n log n for the pieces of both, and the pairs of pieces that lie near each other.
 std::vector<Crossing> intersect(const Shape& a, const Shape& b, Extent extentA = Extent::bounded,
                                 Extent extentB = Extent::bounded);
 

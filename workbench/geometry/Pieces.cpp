@@ -269,15 +269,17 @@ Piece pieceAt(const Shape& shape, double param) {
 }
 
 PieceList pieceListOf(const Shape& shape, Extent extent) {
-    PieceList list{piecesOf(shape, extent)};
-    const auto* spline = std::get_if<SplineShape>(&shape);
-    const auto* polyline = std::get_if<PolylineShape>(&shape);
-    if ((spline != nullptr && spline->periodic) || (polyline != nullptr && polyline->closed)) {
-        list.first = list.pieces.front().ownerAt(list.pieces.front().first);
-        list.period = list.pieces.back().ownerAt(list.pieces.back().last) - list.first;
-    } else if (polyline == nullptr && std::holds_alternative<ConicForm>(list.pieces.front().form)) {
-        list.first = list.pieces.front().first;
-        list.period = list.pieces.front().last >= list.first + kTurn ? kTurn : 0.0;
+    PieceList list;
+    list.pieces = piecesOf(shape, extent);
+    const Piece& front = list.pieces.front();
+    if (const auto* polyline = std::get_if<PolylineShape>(&shape)) {
+        list.period = polyline->closed ? static_cast<double>(segmentCount(*polyline)) : 0.0;
+    } else if (const auto* spline = std::get_if<SplineShape>(&shape)) {
+        list.first = spline->knots.front();
+        list.period = spline->periodic ? spline->knots.back() - list.first : 0.0;
+    } else if (std::holds_alternative<ConicForm>(front.form)) {
+        list.first = front.first;
+        list.period = front.last >= front.first + kTurn ? kTurn : 0.0;
     }
     return list;
 }

@@ -179,6 +179,12 @@ TEST(IntersectPolylines, GoOnAtTheirOpenEnds) {
     EXPECT_EQ(meetings(square(10), line(-5, -1, -5, 1), Extent::carrier), "");
 }
 
+TEST(IntersectPolylines, MeetRepeatedVerticesAtEachOfTheirParameters) {
+    EXPECT_EQ(meetings(polyline({{0, 0}, {5, 0}, {5, 0}, {9, 0}}), line(5, -1, 5, 1)), "5,0 at 1 1; 5,0 at 2 1");
+    const PolylineShape triangle = polyline({{0, 0}, {0, 0}, {9, 0}, {9, 9}}, {}, true);
+    EXPECT_EQ(meetings(triangle, line(4, -1, 4, 5)), "4,0 at 1.444444 1; 4,4 at 3.555556 5");
+}
+
 TEST(Intersect, IsTheSameAtEverySizeAndPlace) {
     for (const double scale : {1e-3, 1.0, 1e6}) {
         const Vec2 away{3e3 * scale, -7e3 * scale};

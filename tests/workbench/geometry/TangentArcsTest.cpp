@@ -126,7 +126,7 @@ TEST_P(TangentPairs, MissNoCircleWhereParallelsCross) {
     std::ptrdiff_t missed = 0;
     for (const CurveKind other : kRoundedKinds) {
         RandomCurves random(700 + static_cast<std::uint64_t>(GetParam()) * 20 + static_cast<std::uint64_t>(other));
-        for (int i = 0; i < 3; ++i) {
+        for (int i = 0; i < 2; ++i) {
             const Shape a = random.make(GetParam());
             const Shape b = random.make(other);
             const double radius = random.number(0.2, 3.0);
@@ -137,7 +137,7 @@ TEST_P(TangentPairs, MissNoCircleWhereParallelsCross) {
                                     [&](Vec2 centre) { return !hasCentre(found, centre, 0.05); });
         }
     }
-    EXPECT_GT(seen, 30);
+    EXPECT_GT(seen, 20);
     EXPECT_EQ(missed, 0) << "of " << seen;
 }
 
