@@ -1,0 +1,87 @@
+#include <gtest/gtest.h>
+
+#include "tests/workbench/editing/Shorthand.h"
+
+namespace holdfast {
+namespace {
+
+TEST(BreakEdit, LosesOnlyWhatHeldAtTheEndThatMoved) {
+    Session session(frameDrawing());
+    EXPECT_EQ(session.apply("break base at 4,0 to 6,0").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "c0 c2 c3");
+    EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {4, 0}}));
+    EXPECT_EQ(entityNamed(session.document(), "base_2").shape, Shape(LineShape{{6, 0}, {10, 0}}));
+}
+
+TEST(BreakEdit, FromTheStartKeepsTheEntityForTheRest) {
+    Session session(frameDrawing());
+    EXPECT_EQ(session.apply("break base at 0,0 to 6,0").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "c1 c2 c3");
+    EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{6, 0}, {10, 0}}));
+    EXPECT_EQ(session.document().entities.size(), 3u);
+}
+
+TEST(BreakEdit, TellsWhyAConstraintWent) {
+    Session session(frameDrawing());
+    const EditResult& result = session.apply("break base at 4,0 to 10,0");
+    ASSERT_EQ(result.fates.constraints.size(), 1u);
+    EXPECT_EQ(result.fates.constraints[0].constraint, "c1");
+    EXPECT_EQ(result.fates.constraints[0].reason, "the end of base moved from (10, 0) to (4, 0)");
+}
+
+TEST(BreakEdit, OfACircleLeavesAnArcWithoutConstraints) {
+    Document document;
+    document.name = "disc";
+    document.entities = {shapeEntity("disc", CircleShape{{0, 0}, 5}), shapeEntity("hole", CircleShape{{0, 0}, 2})};
+    document.constraints = {
+        constraintOf("c0", ConstraintType::concentric, {{"disc", PlaceKind::centre}, {"hole", PlaceKind::centre}})};
+    Session session(document);
+    EXPECT_EQ(session.apply("break disc at 5,0 to 0,5").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "");
+    EXPECT_TRUE(std::holds_alternative<ArcShape>(entityNamed(session.document(), "disc").shape));
+}
+
+TEST(BreakEdit, SendsPolylineDependenciesToTheRightPiece) {
+    Document document;
+    document.name = "stair";
+    PolylineShape stair{{{0, 0}, {10, 0}, {10, 10}, {20, 10}, {20, 20}}, {0, 0, 0, 0, 0}, {11, 12, 13, 14, 15}, false};
+    document.entities = {shapeEntity("p", stair)};
+    using enum PlaceKind;
+    document.constraints = {constraintOf("c0", ConstraintType::horizontal, {{"p", segment, 0}}),
+                            constraintOf("c1", ConstraintType::vertical, {{"p", segment, 1}}),
+                            constraintOf("c2", ConstraintType::horizontal, {{"p", segment, 2}}),
+                            constraintOf("c3", ConstraintType::vertical, {{"p", segment, 3}})};
+    Session session(document);
+    EXPECT_EQ(session.apply("break p at 5,0 to 15,10").outcome.error, "");
+    const auto& first = std::get<PolylineShape>(entityNamed(session.document(), "p").shape);
+    const auto& second = std::get<PolylineShape>(entityNamed(session.document(), "p_2").shape);
+    EXPECT_EQ(first.ids, (std::vector<int>{11, 12}));
+    EXPECT_EQ(second.ids, (std::vector<int>{13, 14, 15}));
+    EXPECT_EQ(constraintIds(session.document()), "c0 c2 c3");
+    EXPECT_EQ(session.document().constraints[1].refs[0], (Place{"p_2", segment, 0}));
+    EXPECT_EQ(session.document().constraints[2].refs[0], (Place{"p_2", segment, 1}));
+}
+
+TEST(BreakEdit, RefusesWithAReasonAndChangesNothing) {
+    struct Row {
+        const char* description;
+        const char* edit;
+        const char* error;
+    };
+    const Row rows[] = {
+        {"a point beside the curve", "break base at 4,3",
+         "the point (4, 3) is not on base; its nearest point is (4, 0)"},
+        {"all of the curve", "break base at 0,0 to 10,0",
+         "nothing of base would be left; erase it instead, or cut less"},
+        {"an unknown entity", "break bse at 4,0",
+         "edit \"break bse at 4,0\", column 7: the drawing has no entity bse; did you mean \"base\"?, found \"bse\""},
+    };
+    for (const Row& row : rows) {
+        Session session(frameDrawing());
+        EXPECT_EQ(session.apply(row.edit).outcome.error, row.error) << row.description;
+        EXPECT_EQ(session.document(), frameDrawing()) << row.description;
+    }
+}
+
+}  // namespace
+}  // namespace holdfast

@@ -1,0 +1,64 @@
+#include <gtest/gtest.h>
+
+#include "tests/workbench/editing/Shorthand.h"
+
+namespace holdfast {
+namespace {
+
+Document crossedFrame() {
+    Document document = frameDrawing();
+    document.entities.push_back(lineEntity("cut", {7, -2}, {7, 2}));
+    document.entities.push_back(lineEntity("cut2", {3, -2}, {3, 2}));
+    return document;
+}
+
+TEST(TrimEdit, RemovesThePartBehindTheCuttingEdge) {
+    Session session(crossedFrame());
+    EXPECT_EQ(session.apply("trim base at 9,0 by cut").outcome.error, "");
+    EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {7, 0}}));
+    EXPECT_EQ(constraintIds(session.document()), "c0 c2 c3");
+}
+
+TEST(TrimEdit, RemovesThePartBetweenTwoEdges) {
+    Session session(crossedFrame());
+    EXPECT_EQ(session.apply("trim base at 5,0 by cut cut2").outcome.error, "");
+    EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {3, 0}}));
+    EXPECT_EQ(entityNamed(session.document(), "base_2").shape, Shape(LineShape{{7, 0}, {10, 0}}));
+}
+
+TEST(TrimEdit, TakesAClosedPolylineOverItsVertexZero) {
+    Document document;
+    document.name = "plate";
+    PolylineShape square{{{0, 0}, {10, 0}, {10, 10}, {0, 10}}, {0, 0, 0, 0}, {1, 2, 3, 4}, true};
+    document.entities = {shapeEntity("p", square), lineEntity("cut", {-1, 5}, {5, -1})};
+    Session session(document);
+    EXPECT_EQ(session.apply("trim p at 0,1 by cut").outcome.error, "");
+    const auto& rest = std::get<PolylineShape>(entityNamed(session.document(), "p").shape);
+    EXPECT_EQ(rest.vertices.front(), (Vec2{4, 0}));
+    EXPECT_EQ(rest.vertices.back().x, 0.0);
+    EXPECT_NEAR(rest.vertices.back().y, 4.0, 1e-12);
+    EXPECT_FALSE(rest.closed);
+}
+
+TEST(TrimEdit, RefusesWithAReasonAndChangesNothing) {
+    struct Row {
+        const char* description;
+        const char* edit;
+        const char* error;
+    };
+    const Row rows[] = {
+        {"an edge that does not meet", "trim left at 0,4 by cut",
+         "no cutting edge meets left; choose edges that cross it, or extend them first"},
+        {"itself as edge", "trim base at 9,0 by base", "base cannot be its own cutting edge"},
+        {"edges at the ends only", "trim base at 5,0 by left right",
+         "the cutting edges only touch the ends of base; nothing is cut"},
+    };
+    for (const Row& row : rows) {
+        Session session(crossedFrame());
+        EXPECT_EQ(session.apply(row.edit).outcome.error, row.error) << row.description;
+        EXPECT_EQ(session.document(), crossedFrame()) << row.description;
+    }
+}
+
+}  // namespace
+}  // namespace holdfast
