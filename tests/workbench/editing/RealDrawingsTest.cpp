@@ -151,7 +151,7 @@ void editOnce(const Document& document, const Entity& entity, const std::string&
     Session session(document);
     const EditResult& result = session.apply(edit);
     if (!result.outcome.done()) {
-        ++tally.refused[result.outcome.error.substr(0, 60)];
+        ++tally.refused[result.outcome.error.substr(result.outcome.error.find(" "))];
         EXPECT_TRUE(session.document() == document) << "a refused edit changed the drawing";
         return;
     }
