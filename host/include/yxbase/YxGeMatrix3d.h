@@ -18,8 +18,10 @@ public:
                                 const YxGePoint3d& centre = YxGePoint3d::kOrigin);
     /// This becomes left * this.
     YxGeMatrix3d& preMultBy(const YxGeMatrix3d& left);
+    /// A column is a zero vector, or the unit columns' volume is within the vector tolerance: independent of the scale.
     bool isSingular(const YxGeTol& tol = YxGeContext::gTol) const;
-    /// The three columns are mutually orthogonal and equally long within the tolerance; reflections pass.
+    /// The three columns are mutually orthogonal and equally long within the tolerance, whatever the scale;
+    /// reflections pass, flat matrices do not.
     bool isUniScaledOrtho(const YxGeTol& tol = YxGeContext::gTol) const;
     double det() const;
     bool isEqualTo(const YxGeMatrix3d& other, const YxGeTol& tol = YxGeContext::gTol) const;

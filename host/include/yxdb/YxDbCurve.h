@@ -10,9 +10,14 @@ class YxDbCurve : public YxDbEntity {
 public:
     virtual Yxrt::ErrorStatus getStartPoint(YxGePoint3d& point) const;
     virtual Yxrt::ErrorStatus getEndPoint(YxGePoint3d& point) const;
+    /// The parameter of that point of the curve which is nearest; exactly the parameter of an end or a vertex where the
+    /// two points are equal. A closed curve's start and end have the start's parameter.
     virtual Yxrt::ErrorStatus getParamAtPoint(const YxGePoint3d& point, double& param) const;
+    /// eOutOfRange for a parameter beyond the curve's ends; closed curves by angle, periodic splines and closed
+    /// polylines wrap round.
     virtual Yxrt::ErrorStatus getPointAtParam(double param, YxGePoint3d& point) const;
     virtual bool isClosed() const;
+    /// Exchanges start and end; the points stay.
     virtual Yxrt::ErrorStatus reverseCurve();
 
 protected:

@@ -40,6 +40,10 @@ PlaneFrame planeFrame(const YxGeVector3d& normal, const YxGeVector3d& reference)
 }
 
 PlaneFrame planeFrame(const YxGeVector3d& normal) {
+    if (normal.x == 0.0 && normal.y == 0.0) {  // nearly every entity, and asked for at every point
+        const double side = normal.z < 0.0 ? -1.0 : 1.0;
+        return {{side, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, side}};
+    }
     return planeFrame(normal, normal.z < 0.0 ? -YxGeVector3d::kXAxis : YxGeVector3d::kXAxis);
 }
 

@@ -23,6 +23,11 @@ bool keepsThePlane(const YxGeMatrix3d& matrix) {
     return tilt <= tol.equalVector() * std::abs(matrix(2, 2)) && std::abs(matrix(2, 3)) <= tol.equalPoint();
 }
 
+/// Never -0.0, which would show in a drawing file.
+double flipped(double bulge) {
+    return 0.0 - bulge;
+}
+
 }  // namespace
 
 YX_IMPLEMENT_CLASS(YxDbPolyline, YxDbCurve)
@@ -104,7 +109,7 @@ Yxrt::ErrorStatus YxDbPolyline::transformBy(const YxGeMatrix3d& matrix) {
         if (!holdfast::isFinite(image))
             return Yxrt::eInvalidInput;
         each.point = {image.x, image.y};
-        each.bulge = turnsOver ? -each.bulge : each.bulge;
+        each.bulge = turnsOver ? flipped(each.bulge) : each.bulge;
     }
     m_vertices = std::move(images);
     return Yxrt::eOk;
@@ -164,7 +169,7 @@ Yxrt::ErrorStatus YxDbPolyline::reverseCurve() {
     for (std::size_t i = 0; i < count; ++i) {
         m_vertices[i].point = old[count - 1 - i].point;
         // Segment i was the one that ends at the vertex; the last segment closes the polyline and stays the last.
-        m_vertices[i].bulge = -old[i + 1 < count ? count - 2 - i : i].bulge;
+        m_vertices[i].bulge = flipped(old[i + 1 < count ? count - 2 - i : i].bulge);
     }
     return Yxrt::eOk;
 }

@@ -50,7 +50,7 @@ Yxrt::ErrorStatus YxDbXline::getPointAtParam(double param, YxGePoint3d& point) c
 Yxrt::ErrorStatus YxDbXline::reverseCurve() {
     if (const Yxrt::ErrorStatus refused = holdfast::writeCall(*this, "YxDbCurve::reverseCurve"))
         return refused;
-    m_direction = -m_direction;
+    m_direction = YxGeVector3d::kIdentity - m_direction;  // no -0.0, unlike a change of sign
     return Yxrt::eOk;
 }
 

@@ -37,6 +37,12 @@ TEST(EllipseEntity, AnswersTheNearestPointAndNotTheOneInTheSameDirection) {
     EXPECT_NEAR(paramAt(*ellipse, outside), 0.5, 1e-10);
 }
 
+TEST(EllipseEntity, FindsPointsOnBothSidesOfItsTipHoweverFlat) {
+    const auto ellipse = EntityAccess::makeEllipse({.majorAxis = {5, 0, 0}, .ratio = 0.001});
+    for (const double t : {0.0004, 0.01, 3.1411, 3.142, 6.28})
+        EXPECT_NEAR(paramAt(*ellipse, pointAt(*ellipse, t)), t, 1e-11);
+}
+
 TEST(EllipseEntity, AnswersTheEndForAPointBeyondIt) {
     const auto arc = EntityAccess::makeEllipse({.majorAxis = {4, 0, 0}, .ratio = 0.5, .startAngle = 1, .endAngle = 2});
     EXPECT_EQ(paramAt(*arc, {9, 0, 0}), 1.0);

@@ -206,6 +206,26 @@ TEST(SplineParameter, IsFoundWhereTheCurveStandsStill) {
     EXPECT_NEAR(paramAt(*spline, {1e-6, 0, 0}), 0.005, 1e-9);
 }
 
+TEST(SplineParameter, IsFoundJustBesideAPlaceWhereTheCurveTurnsBack) {
+    // On a straight line to y = 1.0417 at t = 0.41667 and back: both ways pass y = 1.0406.
+    const auto spline = EntityAccess::makeSpline(
+        {.degree = 2, .control = {{0, 0, 0}, {0, 2.5, 0}, {0, -1, 0}}, .knots = {0, 0, 0, 1, 1, 1}});
+    const YxGePoint3d target = pointAt(*spline, 0.43);
+    EXPECT_POINT(pointAt(*spline, paramAt(*spline, target)), target);
+}
+
+TEST(SplineParameter, IsFoundFarFromTheOrigin) {
+    SplineData data = uneven();
+    for (YxGePoint3d& point : data.control)
+        point = point + YxGeVector3d(1e6, -2e6, 0);
+    const auto spline = EntityAccess::makeSpline(data);
+    EXPECT_NEAR(paramAt(*spline, pointAt(*spline, 0.7)), 0.7, 1e-8);
+}
+
+TEST(SplineParameter, OfTheCentreOfACircleIsTheFirst) {
+    EXPECT_EQ(paramAt(*EntityAccess::makeSpline(quarterCircle()), {0, 0, 0}), 0.0);
+}
+
 TEST(SplineParameter, OfACurveThatIsOnePointIsItsStart) {
     const auto spline = EntityAccess::makeSpline(
         {.degree = 1, .control = {{2, 2, 0}, {2, 2, 0}}, .knots = {3, 3, 4, 4}, .weights = {}});
@@ -266,6 +286,9 @@ RC_GTEST_PROP(SplineParameter, IsFoundOnAnySpline,
         data.control.push_back({x % 1000 / 10.0, y % 1000 / 10.0, 0});
     for (std::size_t i = 0; i < points.size() + static_cast<std::size_t>(p) + 1; ++i)
         data.knots.push_back(std::clamp(static_cast<double>(i) - p, 0.0, static_cast<double>(points.size()) - p));
+    if (share % 2 == 0)
+        for (const auto& [x, y] : points)
+            data.weights.push_back(std::exp((x % 7 + y % 7) / 4.0));
     const auto spline = EntityAccess::makeSpline(data);
     const double t = data.knots.back() * (share % 1001) / 1000.0;
     const YxGePoint3d target = pointAt(*spline, t);
