@@ -24,7 +24,7 @@ void applyAll(Session& session, const std::vector<std::string>& edits) {
 
 void tell(const FateReport& report, bool json, bool verbose) {
     if (json)
-        std::cout << reportJson(report) << '\n';
+        std::cout << writeReportJson(report) << '\n';
     else
         std::cout << writeFateTable(report, {.colours = wantsColours(), .verbose = verbose, .width = terminalWidth()});
 }
