@@ -103,7 +103,7 @@ unsigned rolesOf(const Place& place, const Shape& shape) {
 
 struct Signature {
     ConstraintType type;
-    std::size_t count;
+    unsigned count;
     std::array<unsigned, 3> roles;
 };
 

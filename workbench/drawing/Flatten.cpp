@@ -70,7 +70,7 @@ std::vector<Vec2> flattened(const EllipticalArcShape& arc, double tolerance) {
     const double fewest = std::ceil(sweep / (std::numbers::pi / 4));
     const double count = std::clamp(std::ceil(sweep / step), fewest, kMostPieces);
     std::vector<Vec2> points;
-    for (double i = 0.0; i <= count; ++i) {
+    for (int i = 0; i <= static_cast<int>(count); ++i) {
         const double param = arc.startParam + sweep * (i / count);
         const double c = std::cos(param), s = arc.ratio * std::sin(param);
         points.push_back({arc.centre.x + c * arc.majorAxis.x - s * arc.majorAxis.y,

@@ -12,6 +12,7 @@ namespace {
 /// A name for a constraint that does not depend on the order of its places, where the order has no meaning.
 std::string keyOf(ConstraintType type, const std::vector<Place>& refs) {
     std::vector<std::string> names;
+    names.reserve(refs.size());
     for (const Place& place : refs)
         names.push_back(spokenPlace(place));
     std::sort(names.begin(), names.end());

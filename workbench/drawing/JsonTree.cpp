@@ -153,7 +153,7 @@ private:
     std::string tokenAt(std::size_t offset, const std::string& lastToken, std::string_view message) const {
         const bool isWord = message.find("invalid literal") != std::string_view::npos ||
                             message.find("invalid number") != std::string_view::npos;
-        const std::string word = isWord && offset > 0 ? wordAt(m_text, offset) : std::string();
+        std::string word = isWord && offset > 0 ? wordAt(m_text, offset) : std::string();
         if (!word.empty())
             return word;
         return lastToken.substr(std::min(lastToken.find_first_not_of(" \t\r\n"), lastToken.size()));

@@ -22,22 +22,23 @@ static_assert(kConstraintTypes.size() == static_cast<std::size_t>(ConstraintType
 struct PlaceName {
     PlaceKind kind;
     std::string_view head, tail;
-    bool indexed;
+
+    constexpr bool isIndexed() const { return head.ends_with(':'); }
 };
 
 // clang-format off
 constexpr PlaceName kPlaces[] = {
-    {PlaceKind::whole,         "whole",    "",        false},
-    {PlaceKind::start,         "start",    "",        false},
-    {PlaceKind::end,           "end",      "",        false},
-    {PlaceKind::centre,        "centre",   "",        false},
-    {PlaceKind::mid,           "mid",      "",        false},
-    {PlaceKind::control,       "control:", "",        true},
-    {PlaceKind::segment,       "segment:", "",        true},
-    {PlaceKind::segmentStart,  "segment:", ".start",  true},
-    {PlaceKind::segmentEnd,    "segment:", ".end",    true},
-    {PlaceKind::segmentMid,    "segment:", ".mid",    true},
-    {PlaceKind::segmentCentre, "segment:", ".centre", true},
+    {PlaceKind::whole,         "whole",    ""},
+    {PlaceKind::start,         "start",    ""},
+    {PlaceKind::end,           "end",      ""},
+    {PlaceKind::centre,        "centre",   ""},
+    {PlaceKind::mid,           "mid",      ""},
+    {PlaceKind::control,       "control:", ""},
+    {PlaceKind::segment,       "segment:", ""},
+    {PlaceKind::segmentStart,  "segment:", ".start"},
+    {PlaceKind::segmentEnd,    "segment:", ".end"},
+    {PlaceKind::segmentMid,    "segment:", ".mid"},
+    {PlaceKind::segmentCentre, "segment:", ".centre"},
 };
 // clang-format on
 static_assert(std::size(kPlaces) == static_cast<std::size_t>(PlaceKind::segmentCentre) + 1);
@@ -54,7 +55,7 @@ std::optional<int> parseIndex(std::string_view digits) {
 }
 
 std::optional<Place> parseAs(const PlaceName& name, std::string_view text) {
-    if (!name.indexed)
+    if (!name.isIndexed())
         return text == name.head ? std::optional<Place>(Place{{}, name.kind, 0}) : std::nullopt;
     if (text.size() <= name.head.size() + name.tail.size() || !text.starts_with(name.head) ||
         !text.ends_with(name.tail))
@@ -104,14 +105,14 @@ bool ownsMembers(ConstraintType type) {
 std::string placeText(const Place& place) {
     const PlaceName& name = kPlaces[static_cast<std::size_t>(place.kind)];
     std::string text(name.head);
-    if (name.indexed)
+    if (name.isIndexed())
         text.append(std::to_string(place.index)).append(name.tail);
     return text;
 }
 
 std::optional<Place> parsePlace(std::string_view text) {
     for (const PlaceName& name : kPlaces) {
-        if (const std::optional<Place> place = parseAs(name, text))
+        if (std::optional<Place> place = parseAs(name, text))
             return place;
     }
     return std::nullopt;

@@ -86,15 +86,17 @@ SplineShape unwrapped(const SplineShape& spline) {
     const std::size_t copies = static_cast<std::size_t>(spline.degree) + 1 - repeats;
     const double period = spline.knots.back() - spline.knots.front();
     open.knots.clear();
-    // Knot i of the endless sequence; period by period the first count knots of the file repeat.
-    const auto endless = [&](std::size_t i, double turns) { return spline.knots[i % count] + turns * period; };
+    // Knot i of the endless sequence, moved by whole periods: the first count knots of the file repeat.
+    const auto endless = [&](std::size_t i, std::size_t periods, double sign) {
+        return spline.knots[i % count] + sign * static_cast<double>(periods) * period;
+    };
     for (std::size_t i = 0; i < copies; ++i) {
         const std::size_t shifted = i + count * copies - copies;  // a non-negative stand-in for i - copies
-        open.knots.push_back(endless(shifted, -static_cast<double>((copies - i - 1) / count + 1)));
+        open.knots.push_back(endless(shifted, (copies - i - 1) / count + 1, -1.0));
     }
     open.knots.insert(open.knots.end(), spline.knots.begin(), spline.knots.end());
     for (std::size_t i = 0; i < copies; ++i)
-        open.knots.push_back(endless(repeats + i, static_cast<double>((repeats + i) / count + 1)));
+        open.knots.push_back(endless(repeats + i, (repeats + i) / count + 1, 1.0));
     for (std::size_t i = 0; i < copies; ++i) {
         open.control.push_back(spline.control[i % count]);
         if (!spline.weights.empty())

@@ -29,7 +29,7 @@ std::string messageOf(const std::function<void()>& action) {
 
 /// A folder of its own for every test, gone with it.
 class Files : public testing::Test {
-protected:
+public:
     Files() {
         std::string name = (fs::temp_directory_path() / "drawing-XXXXXX").string();
         folder = ::mkdtemp(name.data());
@@ -39,6 +39,7 @@ protected:
         fs::remove_all(folder);
     }
 
+protected:
     void put(const char* name, const std::string& text) const { std::ofstream(folder / name) << text; }
     std::string got(const char* name) const {
         std::ifstream in(folder / name);
