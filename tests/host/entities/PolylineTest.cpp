@@ -160,9 +160,11 @@ TEST(PolylineEditing, ChangesOneFieldAndLeavesTheOthers) {
     EXPECT_TRUE(line->isClosed());
 }
 
-RC_GTEST_PROP(PolylineReversal, TwiceIsTheSamePolyline, (std::vector<std::pair<int, int>> numbers, bool closed)) {
+RC_GTEST_PROP(PolylineReversal, TwiceIsTheSamePolyline,
+              (const std::vector<std::pair<int, int>>& numbers, bool closed)) {
     RC_PRE(numbers.size() > 0U);
     std::vector<PolylineVertex> vertices;
+    vertices.reserve(numbers.size());
     for (const auto& [a, b] : numbers)
         vertices.push_back({{a % 100 / 10.0, b % 100 / 10.0}, (a % 7 + b % 5) / 3.0, b});
     const auto line = polyline(vertices, closed);
@@ -176,9 +178,11 @@ RC_GTEST_PROP(PolylineReversal, TwiceIsTheSamePolyline, (std::vector<std::pair<i
     }
 }
 
-RC_GTEST_PROP(PolylineReversal, RunsThroughTheSamePoints, (std::vector<std::pair<int, int>> numbers, unsigned share)) {
+RC_GTEST_PROP(PolylineReversal, RunsThroughTheSamePoints,
+              (const std::vector<std::pair<int, int>>& numbers, unsigned share)) {
     RC_PRE(numbers.size() > 1U);
     std::vector<PolylineVertex> vertices;
+    vertices.reserve(numbers.size());
     for (const auto& [a, b] : numbers)
         vertices.push_back({{a % 100 / 10.0, b % 100 / 10.0}, (a % 8 + b % 8) / 5.0, 0});
     const auto line = polyline(vertices);

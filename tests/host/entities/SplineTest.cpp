@@ -278,7 +278,7 @@ RC_GTEST_PROP(SplineParameter, HasNoNearerPoint, (int x, int y, bool periodic)) 
 }
 
 RC_GTEST_PROP(SplineParameter, IsFoundOnAnySpline,
-              (std::vector<std::pair<int, int>> points, int degree, unsigned share)) {
+              (const std::vector<std::pair<int, int>>& points, int degree, unsigned share)) {
     const int p = std::abs(degree % 5) + 1;
     RC_PRE(points.size() > static_cast<std::size_t>(p));
     SplineData data{.degree = p, .control = {}, .knots = {}, .weights = {}};

@@ -146,7 +146,7 @@ TEST(ArrayMove, LeavesAnArrayThatCanBeUsedAgain) {
     EXPECT_EQ(contents(array), (std::vector<int>{0}));
 }
 
-RC_GTEST_PROP(ArrayInsert, DoesWhatAVectorDoes, (std::vector<std::pair<int, int>> inserts)) {
+RC_GTEST_PROP(ArrayInsert, DoesWhatAVectorDoes, (const std::vector<std::pair<int, int>>& inserts)) {
     YxArray<int> array;
     std::vector<int> expected;
     for (const auto& [place, value] : inserts) {
