@@ -57,7 +57,7 @@ TEST(JudgeLine, WalksTheGroupOnceForManyDependencies) {
 
 TEST(JudgeArc, CollectsWhatGoesByTheArcsRule) {
     CheckedScene scene(
-        "arc k centre 0,0 radius 5 from 0 to 90; fixed k.start k.end; fixed k.centre; fixed k.end; fixed k");
+        "arc k centre 0,0 radius 5 from 0 to 90; distance k.start k.end = 1; fixed k.centre; fixed k.end; fixed k");
     LvEditDeleteConstraint centre;
     LvTestAccess::judgeArc(centre, &scene.group(), scene.dependenciesOn({"", "k", "k"}), kUncut, kEndCut);
     EXPECT_EQ(scene.names(LvTestAccess::collected(centre)), "c1 c3");

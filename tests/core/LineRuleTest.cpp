@@ -36,7 +36,11 @@ TEST(LineRule, DropsWhatHoldsAtAMidPointHoweverTheEndsMoved) {
 }
 
 TEST(LineRule, KeepsWhatHoldsAtAnyOtherPoint) {
-    EXPECT_FALSE(goes("fixed a.centre", kUncut, endPair({1, 1, 0}, {2, 2, 0})));
+    CheckedScene scene("line a 0,0 10,0; dependency a");
+    auto& group = scene.group();
+    auto& centre = HostAccess::addImplicitPoint(group, *scene.geometry("a"), YxDb::kCenterImplicit, -1);
+    auto& fixed = scene.builder().constrain<YxFixedConstraint>(group, {&centre});
+    EXPECT_FALSE(LvTestAccess::lineRule(&group, scene.dependency("a"), kUncut, endPair({1, 1, 0}, {2, 2, 0}), &fixed));
 }
 
 TEST(LineRule, KeepsWhatHoldsOnTheLineAsAWhole) {
@@ -45,9 +49,9 @@ TEST(LineRule, KeepsWhatHoldsOnTheLineAsAWhole) {
 }
 
 TEST(LineRule, DropsWhatReachesBothEndsWhenOneMoved) {
-    EXPECT_TRUE(goes("fixed a.start a.end", kUncut, kEndCut));
-    EXPECT_TRUE(goes("fixed a.end a.start", kUncut, kStartCut));
-    EXPECT_FALSE(goes("fixed a.start a.end", kUncut, kUncut));
+    EXPECT_TRUE(goes("distance a.start a.end = 1", kUncut, kEndCut));
+    EXPECT_TRUE(goes("distance a.end a.start = 1", kUncut, kStartCut));
+    EXPECT_FALSE(goes("distance a.start a.end = 1", kUncut, kUncut));
 }
 
 TEST(LineRule, DropsAnEqualLengthAsSoonAsEitherEndMoved) {

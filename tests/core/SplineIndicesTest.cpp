@@ -17,7 +17,7 @@ std::vector<int> controlPoints(CheckedScene& scene, const char* spline, const ch
 
 TEST(SplineIndices, AreTheControlPointsOfTheGivenSpline) {
     CheckedScene scene(std::string(kSplines) +
-                       "coincident t.control0 s.control3; fixed s.control2 s.control1; tangent s t");
+                       "coincident t.control0 s.control3; distance s.control2 s.control1 = 1; tangent s t");
     EXPECT_EQ(controlPoints(scene, "s", "c1"), std::vector<int>{3});
     EXPECT_EQ(controlPoints(scene, "t", "c1"), std::vector<int>{0});
     EXPECT_EQ(controlPoints(scene, "s", "c2"), (std::vector<int>{2, 1}));
@@ -25,7 +25,7 @@ TEST(SplineIndices, AreTheControlPointsOfTheGivenSpline) {
 }
 
 TEST(SplineIndices, RepeatAPointThatIsReachedTwice) {
-    CheckedScene scene(std::string(kSplines) + "fixed s.control1 s.control1");
+    CheckedScene scene(std::string(kSplines) + "distance s.control1 s.control1 = 1");
     EXPECT_EQ(controlPoints(scene, "s", "c1"), (std::vector<int>{1, 1}));
 }
 

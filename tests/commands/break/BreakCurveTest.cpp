@@ -120,7 +120,7 @@ TEST(BreakEllipticalArc, IsJudgedLikeAnArc) {
 
 const std::string kSpline =
     "line b 0,0 0,5; spline a degree 3 at 0,0 1,1 2,0 3,1; fixed a.control0; coincident a.control3 b.start; "
-    "tangent a b; fixed a.control1 a.control2";
+    "tangent a b; distance a.control1 a.control2 = 1";
 
 auto spline(const std::vector<YxGePoint3d>& control) {
     std::vector<double> knots(4, 0.0);
@@ -143,7 +143,7 @@ TEST(BreakSpline, LosesWhatHeldAtControlPointsThatMoved) {
 
 TEST(BreakSpline, KeepsEverythingWhenAllControlPointsStayed) {
     EXPECT_EQ(left(kSpline, spline({{0, 0, 0}, {1, 1, 0}, {2, 0, 0}, {3, 1, 5e-11}})),
-              "fixed a.control0; coincident a.control3 b.start; tangent a b; fixed a.control1 a.control2");
+              "fixed a.control0; coincident a.control3 b.start; tangent a b; distance a.control1 a.control2 = 1");
 }
 
 TEST(BreakSpline, LosesEverythingToAPieceThatIsNoSpline) {

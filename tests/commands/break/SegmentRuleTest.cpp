@@ -47,14 +47,15 @@ TEST(SegmentRule, SaysThatNothingStaysWhenAllGoes) {
 }
 
 TEST(SegmentRule, JudgesAnArcSegmentByTheArcsRule) {
-    CheckedScene scene("line b 0,0 0,5; polyline p 0,0#1 10,0#2^0.5 20,0#3; equal p[2] b; fixed p[2].start p[2].end");
+    CheckedScene scene(
+        "line b 0,0 0,5; polyline p 0,0#1 10,0#2^0.5 20,0#3; equal p[2] b; distance p[2].start p[2].end = 1");
     const Judged arc = judged(scene, "p[2]");
     EXPECT_FALSE(arc.nothingStays);
     EXPECT_EQ(arc.collected, "c2");
 }
 
 TEST(SegmentRule, SkipsConstraintsOnAnyOtherGeometry) {
-    CheckedScene scene("circle k centre 0,0 radius 5; fixed k.end; fixed k");
+    CheckedScene scene("circle k centre 0,0 radius 5; fixed k.centre; fixed k");
     const Judged circle = judged(scene, "k");
     EXPECT_TRUE(circle.nothingStays);
     EXPECT_EQ(circle.collected, "");
