@@ -22,6 +22,7 @@ YxGeMatrix3d trialRotation(const YxGePoint3d& basePoint) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): hosts pass it by value
 bool CYxRotateReleaseConstraint::addDataToBoxEvalute(YxArray<YxDbObjectId> ids, YxGePoint3d basePoint,
                                                      YxArray<YxDbObjectId>& constrainedIds) {
     YxArray<YxDbEntity*> entities;  // closed again when they reach the header, which only keeps them as references

@@ -29,6 +29,7 @@ void recordPreEditCopies(AssocConstraintHeader& header, const YxArray<YxDbObject
 
 ConstraintAlignCmdCenter::~ConstraintAlignCmdCenter() = default;
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): hosts pass it by value
 void ConstraintAlignCmdCenter::seperateObjectes(YxArray<YxDbObjectId> objects) {
     for (const YxDbObjectId& id : objects)
         appendGrowing(LvEvaDataConverter::hasAssocConstraint(id) ? assocObjs : freeObjs, id);

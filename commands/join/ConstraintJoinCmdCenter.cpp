@@ -31,6 +31,7 @@ YxGePoint3d pointAt(const YxDbPolyline& polyline, int index) {
 
 ConstraintJoinCmdCenter::~ConstraintJoinCmdCenter() = default;
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): hosts pass it by value
 bool ConstraintJoinCmdCenter::dealAssocPlineJoin(YxArray<YxDbObjectId> pieces, YxDbObjectId result) {
     YxDbObjectId sourceId;
     if (pieces.isEmpty() || !findSource(pieces, sourceId))

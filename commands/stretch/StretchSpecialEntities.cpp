@@ -4,6 +4,8 @@
 #include "core/OnceList.h"
 #include "core/OpenAs.h"
 
+#include <utility>
+
 #include <YxDbConstraints/LvEvaDataConverter.h>
 #include <yxdb/YxDbArc.h>
 #include <yxdb/YxDbPolyline.h>
@@ -64,6 +66,8 @@ void ConstraintStretchCmdCenter::addSpecialEntityInfo() {
     }
 }
 
+// NOLINTBEGIN(performance-unnecessary-value-param): each gets an index list of its own
+
 void ConstraintStretchCmdCenter::addXLineInfo(YxDbObjectId id, YxDbEntity* entity, YxDbEntity* source,
                                               YxArray<int> stretchedIndices) {
     if (!turnsAboutItsBase(entity, stretchedIndices) || source == nullptr)
@@ -123,3 +127,5 @@ void ConstraintStretchCmdCenter::addPolylineInfo(YxDbObjectId id, YxDbEntity* en
         appendGrowing(m_specialInfos, info);
     }
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
