@@ -25,5 +25,6 @@ const EditVerb& takeVerb(EditText& text);
 
 extern const EditVerb kBreakVerb;
 extern const EditVerb kTrimVerb;
+extern const EditVerb kExtendVerb;
 
 }  // namespace holdfast
