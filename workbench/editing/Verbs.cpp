@@ -6,7 +6,7 @@
 namespace holdfast {
 
 std::span<const EditVerb* const> editVerbs() {
-    static constexpr std::array verbs{&kBreakVerb, &kTrimVerb, &kExtendVerb};
+    static constexpr std::array verbs{&kBreakVerb, &kTrimVerb, &kExtendVerb, &kFilletVerb};
     return verbs;
 }
 

@@ -26,5 +26,6 @@ const EditVerb& takeVerb(EditText& text);
 extern const EditVerb kBreakVerb;
 extern const EditVerb kTrimVerb;
 extern const EditVerb kExtendVerb;
+extern const EditVerb kFilletVerb;
 
 }  // namespace holdfast
