@@ -40,9 +40,10 @@ bool ConstraintJoinCmdCenter::dealAssocPlineJoin(YxArray<YxDbObjectId> pieces, Y
     if (!source)
         return false;
     moveGeometryDependencies(*source, result);
-    const auto joined = openAs<YxDbPolyline>(result, YxDb::kForWrite);
-    if (!joined)
+    const auto opened = openEntity(result, YxDb::kForWrite);
+    if (!opened || !opened->isKindOf(YxDbPolyline::desc()))
         return false;
+    auto* joined = static_cast<YxDbPolyline*>(opened.get());
     if (liesReversed(*source, *joined))
         writeReversed(*joined, m_vertexShift, identifiersOf(*source));
     else

@@ -67,6 +67,7 @@ void reportMovedEnds(const AssocConstraintHeader& header, const YxDbObjectId& id
 
 }  // namespace
 
+ConstraintLengthenCmdCenter::ConstraintLengthenCmdCenter() = default;
 ConstraintLengthenCmdCenter::~ConstraintLengthenCmdCenter() = default;
 
 bool ConstraintLengthenCmdCenter::addOriCurveInfo(const YxDbCurve* curve, const YxDbObjectId& id) {

@@ -29,7 +29,7 @@ struct OriCurveInfo {
 /// evaluates the network afterwards. Owns the copies that no header has taken; serves one command.
 class HOLDFAST_EXPORT ConstraintLengthenCmdCenter : public ConstraintStaticEditCmdCenter {
 public:
-    ConstraintLengthenCmdCenter() = default;
+    ConstraintLengthenCmdCenter();
     ConstraintLengthenCmdCenter(const ConstraintLengthenCmdCenter&) = default;
     ConstraintLengthenCmdCenter& operator=(const ConstraintLengthenCmdCenter&) = default;
     ~ConstraintLengthenCmdCenter() override;

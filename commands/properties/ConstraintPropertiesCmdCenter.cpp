@@ -44,6 +44,7 @@ bool isConstrainedVertex(const YxDbObjectId& polyline, int vertex) {
 
 }  // namespace
 
+ConstraintPropertiesCmdCenter::ConstraintPropertiesCmdCenter() = default;
 ConstraintPropertiesCmdCenter::~ConstraintPropertiesCmdCenter() = default;
 
 bool ConstraintPropertiesCmdCenter::addOriInfo(const YxDbObjectId& id, int property, std::vector<double> point) {

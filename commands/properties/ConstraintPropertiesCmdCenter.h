@@ -36,7 +36,7 @@ struct PropertyChange;
 /// constraints: it deletes those of the entity. Owns the copies that no header has taken; serves one command.
 class HOLDFAST_EXPORT ConstraintPropertiesCmdCenter : public ConstraintStaticEditCmdCenter {
 public:
-    ConstraintPropertiesCmdCenter() = default;
+    ConstraintPropertiesCmdCenter();
     ConstraintPropertiesCmdCenter(const ConstraintPropertiesCmdCenter&) = default;
     ConstraintPropertiesCmdCenter& operator=(const ConstraintPropertiesCmdCenter&) = default;
     ~ConstraintPropertiesCmdCenter() override;

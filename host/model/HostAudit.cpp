@@ -1,8 +1,9 @@
 #include "host/model/HostAudit.h"
 
-#include <algorithm>
 #include <unordered_set>
 
+#include "host/model/NetworkAudit.h"
+#include "host/src/HostCall.h"
 #include "host/src/YxDbConstraints/GroupData.h"
 #include "host/src/yxdb/ObjectData.h"
 
@@ -12,117 +13,109 @@ namespace {
 
 using Findings = std::vector<std::string>;
 
-template <class List, class Element>
-bool contains(const List& list, const Element& element) {
-    return std::find(list.begin(), list.end(), element) != list.end();
+/// The groups of a database, each with its header.
+std::vector<YxDbAssoc2dConstraintGroup*> groupsOf(YxDbDatabase& database) {
+    std::vector<YxDbAssoc2dConstraintGroup*> groups;
+    for (const YxDbObjectId& id : HostAccess::allIds(database))
+        if (HostAccess::peek(id)->isKindOf(YxDbAssoc2dConstraintGroup::desc()))
+            groups.push_back(static_cast<YxDbAssoc2dConstraintGroup*>(HostAccess::peek(id)));
+    return groups;
 }
 
-void auditReactors(const HostProcess& host, const YxDbObject& object, Findings& findings) {
-    const std::string name = host.nameOf(&object);
-    for (const YxDbObjectId& reactor : HostAccess::reactors(object)) {
-        const YxDbObject* target = HostAccess::peek(reactor);
-        if (target == nullptr || HostAccess::isErased(reactor))
-            findings.push_back(name + " has a reactor that is erased");
-        else if (target->isKindOf(YxDbAssocDependency::desc()) &&
-                 HostAccess::objectOf(static_cast<const YxDbAssocDependency&>(*target)) != object.objectId())
-            findings.push_back(name + " has the reactor " + host.nameOf(target) + ", which depends on another object");
-    }
-}
-
-void auditDependency(const HostProcess& host, const YxDbAssocDependency& dependency, Findings& findings) {
-    const YxDbObject* object = HostAccess::peek(HostAccess::objectOf(dependency));
-    if (object == nullptr)
-        return;  // detached
-    if (HostAccess::isErased(object->objectId()))
-        findings.push_back(host.nameOf(&dependency) + " depends on the erased " + host.nameOf(object));
-    else if (HostAccess::reactorCount(*object, dependency.objectId()) != 1)
-        findings.push_back(host.nameOf(&dependency) + " does not stand once among the reactors of " +
-                           host.nameOf(object));
-}
-
-void auditConstraint(const HostProcess& host, const YxDbConstraintGroupData& group, const YxGeomConstraint& constraint,
-                     Findings& findings) {
-    const std::string name = host.nameOf(&constraint);
-    for (const YxConstrainedGeometry* geometry : HostAccess::geometries(constraint)) {
-        if (group.node(geometry->nodeId()) != geometry)
-            findings.push_back(name + " names a geometry that is not in its group");
-        else if (!contains(HostAccess::connected(*geometry), &constraint))
-            findings.push_back(name + " is unknown to one of its geometries");
-    }
-    const YxCompositeConstraint* owner = HostAccess::owner(constraint);
-    if (owner != nullptr && !contains(HostAccess::members(*owner), &constraint))
-        findings.push_back(name + " is unknown to its composite");
-}
-
-void auditGeometry(const HostProcess& host, const YxDbConstraintGroupData& group, const YxConstrainedGeometry& geometry,
-                   Findings& findings) {
-    for (const YxGeomConstraint* constraint : HostAccess::connected(geometry))
-        if (HostAccess::isDeleted(*constraint))
-            findings.push_back("a geometry still names the deleted " + host.nameOf(constraint));
-    if (geometry.isKindOf(YxConstrainedImplicitPoint::desc())) {
-        const auto& point = static_cast<const YxConstrainedImplicitPoint&>(geometry);
-        if (group.node(point.constrainedCurveId()) == nullptr)
-            findings.push_back("an implicit point names a curve that is not in its group");
-    } else if (HostAccess::isErased(HostAccess::dependencyOf(geometry))) {
-        findings.push_back("a geometry stands on an erased dependency");
-    }
-}
-
-void auditGroup(const HostProcess& host, const YxDbAssoc2dConstraintGroup& group, Findings& findings) {
-    const YxDbConstraintGroupData& nodes = HostAccess::data(group);
-    for (const YxConstrainedGeometry* geometry : nodes.geometries())
-        auditGeometry(host, nodes, *geometry, findings);
-    for (const YxGeomConstraint* constraint : nodes.liveConstraints())
-        auditConstraint(host, nodes, *constraint, findings);
-}
-
-void auditObject(const HostProcess& host, const YxDbObject& object, Findings& findings) {
-    auditReactors(host, object, findings);
-    if (object.isKindOf(YxDbAssocDependency::desc()))
-        auditDependency(host, static_cast<const YxDbAssocDependency&>(object), findings);
-    if (object.isKindOf(YxDbAssoc2dConstraintGroup::desc()))
-        auditGroup(host, static_cast<const YxDbAssoc2dConstraintGroup&>(object), findings);
-}
-
-std::unordered_set<const YxDbObject*> ownedCopies(HostProcess& host) {
-    std::unordered_set<const YxDbObject*> owned;
+void auditOpens(const HostProcess& host, Findings& findings) {
     for (const YxDbObjectId& id : HostAccess::allIds(host.database())) {
-        YxDbObject* object = HostAccess::peek(id);
-        if (object->isKindOf(YxDbAssoc2dConstraintGroup::desc())) {
-            const auto& adopted =
-                HostAccess::adopted(*HostAccess::header(static_cast<YxDbAssoc2dConstraintGroup&>(*object)));
-            owned.insert(adopted.begin(), adopted.end());
-        }
+        const YxDbObject& object = *HostAccess::peek(id);
+        const int opens = HostAccess::openCount(object);
+        if (opens > 0)
+            findings.push_back(host.nameOf(&object) + " is left open " + std::to_string(opens) + " times" +
+                               (HostAccess::isWritable(object) ? ", for write" : ""));
     }
-    return owned;
 }
+
+/// Copies that no header adopted and no test keeps.
+void auditCopies(HostProcess& host, Findings& findings) {
+    std::unordered_set<const YxDbObject*> owned;
+    for (YxDbAssoc2dConstraintGroup* group : groupsOf(host.database())) {
+        const auto& adopted = HostAccess::adopted(*HostAccess::header(*group));
+        owned.insert(adopted.begin(), adopted.end());
+    }
+    for (const YxDbObject* copy : hostState().copies)
+        if (!owned.contains(copy))
+            findings.push_back(std::string("a copy of a ") + copy->isA()->name() + " belongs to nobody");
+}
+
+/// A converter belongs to a header. Only those for static evaluation are the host's from the start, which frees them at
+/// the end of the command.
+void auditConverters(HostProcess& host, Findings& findings) {
+    std::unordered_set<LvEvaDataConverter*> owned;
+    for (YxDbAssoc2dConstraintGroup* group : groupsOf(host.database()))
+        owned.insert(HostAccess::header(*group)->converter);
+    for (LvEvaDataConverter* converter : hostState().converters) {
+        const LvEditorType editor = HostAccess::records(*converter).editorType;
+        if (!owned.contains(converter) && editor != kStaticEvaluateEditor)
+            findings.push_back("a converter for editor " + std::to_string(editor) + " belongs to nobody");
+    }
+}
+
+/// What a header names must still be there.
+class HeaderAudit {
+public:
+    HeaderAudit(HostProcess& host, Findings& findings) : m_host(host), m_findings(findings) {
+        m_alive.insert(hostState().copies.begin(), hostState().copies.end());
+        for (const YxDbObjectId& id : HostAccess::allIds(host.database()))
+            m_alive.insert(HostAccess::peek(id));
+    }
+
+    void run(YxDbAssoc2dConstraintGroup& group) {
+        const AssocConstraintHeader& header = *HostAccess::header(group);
+        m_group = m_host.nameOf(&group);
+        for (const auto& [id, entity] : header.preEditEntities)
+            check(entity, "preEditEntities");
+        check(header.polylineEntities, "polylineEntities");
+        check(header.unconstrainedEntities, "unconstrainedEntities");
+        check(header.entitiesToDraw, "entitiesToDraw");
+        if (header.converter != nullptr && !hostState().converters.contains(header.converter))
+            complain("converter");
+    }
+
+private:
+    void check(const YxArray<YxDbEntity*>& entities, const char* field) {
+        for (const YxDbEntity* entity : entities)
+            check(entity, field);
+    }
+    void check(const YxDbEntity* entity, const char* field) {
+        if (entity != nullptr && !m_alive.contains(entity))
+            complain(field);
+    }
+    void complain(const char* field) {
+        m_findings.push_back("the header of " + m_group + " names in " + field + " what is freed");
+    }
+
+    HostProcess& m_host;
+    Findings& m_findings;
+    std::unordered_set<const YxDbObject*> m_alive;
+    std::string m_group;
+};
 
 }  // namespace
 
-std::vector<std::string> auditNetwork(const HostProcess& host) {
+std::vector<std::string> auditHeaders(HostProcess& host) {
+    const Unwatched unwatched;
     Findings findings;
-    for (const YxDbObjectId& id : HostAccess::allIds(host.database()))
-        if (!HostAccess::isErased(id))
-            auditObject(host, *HostAccess::peek(id), findings);
+    HeaderAudit headers(host, findings);
+    for (YxDbAssoc2dConstraintGroup* group : groupsOf(host.database()))
+        headers.run(*group);
     return findings;
 }
 
 std::vector<std::string> auditHost(HostProcess& host) {
-    const bool watched = host.isWatched();
-    host.watch(false);
+    const Unwatched unwatched;
     Findings findings = host.misuses();
-    for (const YxDbObjectId& id : HostAccess::allIds(host.database())) {
-        const YxDbObject& object = *HostAccess::peek(id);
-        if (const int opens = HostAccess::openCount(object); opens > 0)
-            findings.push_back(host.nameOf(&object) + " is left open " + std::to_string(opens) + " times");
-    }
-    const auto owned = ownedCopies(host);
-    for (const YxDbObject* copy : hostState().copies)
-        if (!owned.contains(copy))
-            findings.push_back(std::string("a copy of a ") + copy->isA()->name() + " belongs to nobody");
+    auditOpens(host, findings);
+    auditCopies(host, findings);
+    auditConverters(host, findings);
     const Findings network = auditNetwork(host);
     findings.insert(findings.end(), network.begin(), network.end());
-    host.watch(watched);
     return findings;
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "host/model/HostProcess.h"
+#include "host/model/NetworkAudit.h"
 
 namespace holdfast {
 
@@ -11,8 +12,8 @@ namespace holdfast {
 /// nobody owns, misuse, and a network that does not hang together.
 std::vector<std::string> auditHost(HostProcess& host);
 
-/// The part of the audit that looks at the network only: reactors and dependencies that do not know each other, nodes
-/// that name what is gone, composites and members that disagree. Linear in the database.
-std::vector<std::string> auditNetwork(const HostProcess& host);
+/// Entities and converters that a group's header names although they are freed. Lists of a header borrow: the objects
+/// must be there while the command runs, but what they borrowed may be gone when it has ended.
+std::vector<std::string> auditHeaders(HostProcess& host);
 
 }  // namespace holdfast

@@ -19,7 +19,8 @@ struct BuiltPlace {
     int segment = 0;       ///< of a polyline, counted from 1; 0 for other entities
     bool isPoint = false;  ///< an implicit point of the curve rather than the curve itself
     YxDb::ImplicitPointType pointType = YxDb::kStartImplicit;
-    int pointIndex = -1;  ///< control points
+    int pointIndex = -1;      ///< control points
+    bool isPosition = false;  ///< the position of a text as a point of its own, apart from its direction line
 };
 
 /// Adds entities, groups, constrained geometry and constraints to a database, as a host does. What cannot be built is
@@ -54,13 +55,17 @@ public:
     YxDbAssocGeomDependency* dependency(const YxDbAssoc2dConstraintGroup& group, const BuiltPlace& place);
 
 private:
-    /// The group, and the persistent name of the part: vertex identifiers for a segment, zeros for a whole entity.
-    using PartKey = std::tuple<const YxDbAssoc2dConstraintGroup*, int, int>;
+    /// The group, the kind of part and its persistent name: vertex identifiers for a segment, else zeros.
+    using PartKey = std::tuple<const YxDbAssoc2dConstraintGroup*, unsigned int, int, int>;
     struct EntityParts {
         std::size_t changes = 0;  // of the reactor list when the parts were listed
         std::map<PartKey, YxDbAssocGeomDependency*> parts;
     };
+    YxConstrainedGeometry& addGeometry(YxDbAssoc2dConstraintGroup& group, const BuiltPlace& place,
+                                       const YxDbObjectId& dependency);
     EntityParts& partsOf(YxDbEntity& entity);
+    static PartKey keyOf(const YxDbAssocGeomDependency& dependency);
+    static PartKey keyOf(const YxDbAssoc2dConstraintGroup& group, const YxDbEntity& entity, const BuiltPlace& place);
 
     YxDbDatabase* m_database;
     std::unordered_map<const YxDbEntity*, EntityParts> m_parts;

@@ -1,5 +1,7 @@
 #include "host/model/HostFaults.h"
 
+#include <stdexcept>
+
 #include "host/model/HostJournal.h"
 
 namespace holdfast {
@@ -38,10 +40,20 @@ void HostFaults::clear() {
 }
 
 void HostFaults::add(std::string operation, const YxRxObject* subject, int nth, HostFault fault, bool throws) {
-    m_rules.push_back({std::move(operation), subject, nth, fault, throws});
+    m_rules.push_back({std::move(operation), subject, "", nth, fault, throws});
 }
 
-HostFault HostFaults::faultOf(std::string_view operation, const YxRxObject* subject) {
+void HostFaults::refuseOpenFor(std::string_view name, std::string_view mode, int nth) {
+    const YxRxObject* subject = m_names ? m_names(name) : nullptr;
+    if (subject == nullptr)
+        throw std::invalid_argument("no object of the host has the name \"" + std::string(name) + "\"");
+    for (const char* operation : {"YxDbObjectIdImpl::openObject", "yxdbOpenObject"}) {
+        refuse(operation, subject, nth);
+        m_rules.back().arguments = mode;
+    }
+}
+
+HostFault HostFaults::faultOf(std::string_view operation, const YxRxObject* subject, std::string_view arguments) {
     // Giving a reference back cannot fail, in this host as in any.
     if (operation == "release")
         return {};
@@ -51,6 +63,8 @@ HostFault HostFaults::faultOf(std::string_view operation, const YxRxObject* subj
         if (!rule.operation.empty() && !namesOperation(operation, rule.operation))
             continue;
         if (rule.subject != nullptr && rule.subject != subject)
+            continue;
+        if (!rule.arguments.empty() && rule.arguments != arguments)
             continue;
         ++rule.seen;
         if (rule.nth != kEvery && rule.seen != rule.nth)

@@ -10,7 +10,7 @@ public:
 
     HostFault called(std::string_view operation, const YxRxObject* subject, const std::string& arguments) override {
         m_process.m_journal.add({std::string(operation), subject, m_process.nameOf(subject), arguments});
-        return m_process.m_faults.faultOf(operation, subject);
+        return m_process.m_faults.faultOf(operation, subject, arguments);
     }
     void misused(const std::string& complaint) override { m_process.m_misuses.push_back(complaint); }
     std::string nameOf(const YxRxObject* object) override { return m_process.nameOf(object); }

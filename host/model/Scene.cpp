@@ -2,9 +2,10 @@
 
 #include <stdexcept>
 
+#include "host/model/SceneEntities.h"
+#include "host/model/ScenePlaces.h"
 #include "host/model/ScenePrinter.h"
 #include "host/model/SceneReader.h"
-#include "host/src/EntityAccess.h"
 #include "host/src/HostCall.h"
 
 namespace holdfast {
@@ -12,10 +13,10 @@ namespace holdfast {
 Scene::Scene(std::string_view text) : m_builder(m_process.database()) {
     {
         const Unwatched unwatched;
-        m_groups.emplace_back("group", m_builder.addGroup());
-        m_process.name(HostAccess::peek(groupId()), "group");
-        SceneReader(*this, text).readAll();
+        addGroup("group");
+        SceneReader(*this).read(text);
     }
+    m_process.faults().setNames([this](std::string_view name) { return objectNamed(name); });
     m_process.journal().clear();
     m_process.faults().clear();
 }
@@ -24,12 +25,7 @@ Scene::~Scene() = default;
 
 YxDbObjectId Scene::id(std::string_view name) const {
     const auto found = m_ids.find(std::string(name));
-    if (found != m_ids.end())
-        return found->second;
-    for (const auto& [groupName, group] : m_groups)
-        if (groupName == name)
-            return group;
-    return {};
+    return found == m_ids.end() ? YxDbObjectId() : found->second;
 }
 
 YxGeomConstraint* Scene::constraint(std::string_view name) const {
@@ -42,24 +38,30 @@ YxDbAssoc2dConstraintGroup& Scene::group(std::string_view name) const {
 }
 
 YxDbAssocGeomDependency* Scene::dependency(std::string_view place) const {
-    for (const auto& [name, id] : m_dependencies)
-        if (name == place)
-            return static_cast<YxDbAssocGeomDependency*>(HostAccess::peek(id));
-    return nullptr;
+    const auto found = m_dependencyNamed.find(std::string(place));
+    if (found == m_dependencyNamed.end())
+        return nullptr;
+    return static_cast<YxDbAssocGeomDependency*>(HostAccess::peek(found->second));
 }
 
 YxConstrainedGeometry* Scene::geometry(std::string_view place) const {
-    const std::size_t dot = place.find('.');
-    const YxDbAssocGeomDependency* on = dependency(place.substr(0, dot));
+    const Unwatched unwatched;
+    const BuiltPlace at = scenePlace(*this, place);
+    const YxDbAssocGeomDependency* on = dependency(at.isPosition ? place : place.substr(0, place.find('.')));
     if (on == nullptr)
         return nullptr;
     const YxDbAssoc2dConstraintGroup& group = HostBuilder::group(HostAccess::actionOf(*on));
-    YxConstrainedGeometry* curve = HostAccess::geometryOn(group, on->objectId());
-    if (curve == nullptr || dot == std::string_view::npos)
+    YxConstrainedGeometry* curve = HostAccess::geometryOn(group, HostAccess::idOf(*on));
+    if (curve == nullptr || !at.isPoint || curve->isKindOf(YxConstrainedPoint::desc()))
         return curve;
-    const Unwatched unwatched;
-    const BuiltPlace at = SceneReader(const_cast<Scene&>(*this), "").place(place);
     return HostAccess::implicitPoint(group, *curve, at.pointType, at.pointIndex);
+}
+
+YxDbObjectId Scene::addGroup(std::string name) {
+    const YxDbObjectId id = m_builder.addGroup();
+    m_groups.emplace_back(name, id);
+    nameObject(id, std::move(name));
+    return id;
 }
 
 void Scene::nameObject(const YxDbObjectId& id, std::string name) {
@@ -69,20 +71,44 @@ void Scene::nameObject(const YxDbObjectId& id, std::string name) {
         m_objects.emplace_back(std::move(name), id);
 }
 
+void Scene::nameDependency(const std::string& place, const YxDbObjectId& id) {
+    if (!m_namedDependencies.insert(HostAccess::stub(id)).second)
+        return;
+    m_dependencies.emplace_back(place, id);
+    m_dependencyNamed.emplace(place, id);
+    m_process.name(HostAccess::peek(id), "dependency " + place);
+}
+
+bool Scene::nameConstraint(YxGeomConstraint& constraint, const std::string& name) {
+    if (!m_constraints.emplace(name, &constraint).second)
+        return false;
+    m_process.name(&constraint, name);
+    m_constraintNames.emplace(&constraint, name);
+    return true;
+}
+
 YxDbObjectId Scene::add(std::string name, std::unique_ptr<YxDbEntity> entity) {
     const YxDbObjectId id = m_builder.add(std::move(entity));
     nameObject(id, std::move(name));
     return id;
 }
 
+const YxRxObject* Scene::objectNamed(std::string_view name) const {
+    if (const YxDbObject* object = HostAccess::peek(id(name)))
+        return object;
+    if (const YxDbAssocGeomDependency* found = dependency(name))
+        return found;
+    return constraint(name);
+}
+
 std::string Scene::constraints() const {
     const Unwatched unwatched;
-    return ScenePrinter(*this).constraints(group(), false);
+    return ScenePrinter(*this).constraints(group());
 }
 
 std::string Scene::constraints(std::string_view groupName) const {
     const Unwatched unwatched;
-    return ScenePrinter(*this).constraints(group(groupName), false);
+    return ScenePrinter(*this).constraints(group(groupName));
 }
 
 std::string Scene::dependencies() const {
@@ -95,7 +121,7 @@ std::string Scene::vertices(std::string_view polyline) const {
     const auto* found = entity<YxDbPolyline>(polyline);
     if (found == nullptr)
         throw std::invalid_argument("the scene has no polyline \"" + std::string(polyline) + "\"");
-    return ScenePrinter::vertices(*found);
+    return verticesText(*found);
 }
 
 std::string Scene::text() const {
@@ -104,8 +130,7 @@ std::string Scene::text() const {
 }
 
 void Scene::refuseOpen(std::string_view name) {
-    m_process.faults().refuse("openObject", HostAccess::peek(id(name)));
-    m_process.faults().refuse("yxdbOpenObject", HostAccess::peek(id(name)));
+    m_process.faults().refuseOpen(name);
 }
 
 std::vector<std::string> Scene::audit() {

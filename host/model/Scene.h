@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "host/model/HostAudit.h"
@@ -14,21 +16,27 @@ namespace holdfast {
 
 /// A small drawing with its constraint network, written as text and printed back as text.
 ///
-/// Statements stand one a line or are separated by semicolons; angles are degrees:
+/// Statements stand one a line or are separated by semicolons; // begins a comment; angles are degrees, or radians as
+/// 0.5rad; a third coordinate may follow the other two (1,2,3).
 ///   line a 0,0 10,0              ray r 0,0 dir 1,0            xline x 0,0 dir 0,1        point q 1,1
-///   circle c centre 0,0 radius 3                              arc k centre 0,0 radius 5 from 0 to 90 [down]
-///   ellipse e centre 0,0 major 4,0 ratio 0.5 [from 0 to 90]   text t 0,0 rotation 30     mtext m 0,0 rotation 0
+///   circle c centre 0,0 radius 3                              arc k centre 0,0 radius 5 from 0 to 90
+///   ellipse e centre 0,0 major 4,0 ratio 0.5 [from 0 to 90]   text t 0,0 rotation 30 "abc"     mtext m 0,0 height 3
 ///   spline s degree 3 at 0,0 1,1 2,0 3,1 [knots 0 0 0 0 1 1 1 1] [weights 1 1 2 1] [periodic]
 ///   polyline p 0,0#11 10,0#12^0.5 10,10 [closed]              # identifier, ^ bulge of the segment that starts there
+///   circles, arcs, ellipses and texts may end with: normal down, or normal 0,0,1
 ///   [name:] [internal] [implied] KIND PLACE ...               a constraint, named c1, c2, ... unless it has a name
-///   [name:] composite { STATEMENT ; ... }                     smooth s.end t.start owns its coincidence likewise
-///   dependency p[2]       bare dependency a       reactor a   group second       ucs 1,0 0,1      paper
+///   composite { STATEMENT; ... }                              smooth s.end t.start, or smooth { STATEMENT; ... }
+///   corners p      the implied coincidences between neighbouring constrained segments, which no text makes by itself
+///   dependency p[2]       with geometry, although no constraint names it          bare dependency a     without
+///   reactor a             one that is no geometry dependency
+///   group second          a further group, for what follows    ucs 1,0 0,1        ucs paper 1,0 0,1     paper
 /// KIND: coincident on fixed horizontal vertical parallel perpendicular collinear tangent concentric equal equalradius
-/// symmetric midpoint, and distance distancex distancey radius diameter angle PLACE ... = value [measured].
-/// PLACE: a, a.start, a.end, a.mid, a.centre, s.control3, and of polylines p[1], p[1].end with segments from 1.
+/// symmetric midpoint, helper ROLE, and distance distancex distancey radius diameter angle PLACE ... = value
+/// [measured]. PLACE: a, a.start, a.end, a.mid, a.centre, s.control3, t.position, and of polylines p[1], p[1].end:
+/// segments from 1.
 class Scene {
 public:
-    /// Throws std::invalid_argument that says which statement is wrong, why, and what is expected.
+    /// Throws SceneError, a std::invalid_argument, that says which statement is wrong, why, and what is expected.
     explicit Scene(std::string_view text);
     ~Scene();
     Scene(const Scene&) = delete;
@@ -54,6 +62,8 @@ public:
     YxDbAssocGeomDependency* dependency(std::string_view place) const;
     YxConstrainedGeometry* geometry(std::string_view place) const;
 
+    /// A further group, which `group(name)` finds.
+    YxDbObjectId addGroup(std::string name);
     /// The scene knows a further resident object by this name from now on.
     void nameObject(const YxDbObjectId& id, std::string name);
     /// Adds an entity to the database under a name.
@@ -75,18 +85,28 @@ public:
     void refuseOpen(std::string_view name);
     void serviceDown() { m_process.setConstraintServiceUp(false); }
 
+    /// What is not in order with the host; empty when all is well.
     std::vector<std::string> audit();
 
 private:
     friend class SceneReader;
     friend class ScenePrinter;
 
+    void nameDependency(const std::string& place, const YxDbObjectId& id);
+    /// An entity, a group, a dependency by its place, or a constraint; null for a name that the scene does not have.
+    const YxRxObject* objectNamed(std::string_view name) const;
+    /// False when the name is taken.
+    bool nameConstraint(YxGeomConstraint& constraint, const std::string& name);
+
+    using NamedId = std::pair<std::string, YxDbObjectId>;
     HostProcess m_process;
     HostBuilder m_builder;
-    std::vector<std::pair<std::string, YxDbObjectId>> m_groups;  // in order; the first is "group"
-    std::vector<std::pair<std::string, YxDbObjectId>> m_objects;
+    std::vector<NamedId> m_groups;   // in order; the first is "group"
+    std::vector<NamedId> m_objects;  // the entities in order
     std::unordered_map<std::string, YxDbObjectId> m_ids;
-    std::vector<std::pair<std::string, YxDbObjectId>> m_dependencies;
+    std::vector<NamedId> m_dependencies;  // in order
+    std::unordered_map<std::string, YxDbObjectId> m_dependencyNamed;
+    std::unordered_set<const YxDbStub*> m_namedDependencies;
     std::unordered_map<std::string, YxGeomConstraint*> m_constraints;
     std::unordered_map<const YxGeomConstraint*, std::string> m_constraintNames;
 };

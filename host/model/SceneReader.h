@@ -2,58 +2,59 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
+#include "host/model/ConstraintKinds.h"
 #include "host/model/Scene.h"
+#include "host/model/SceneStatement.h"
 
 namespace holdfast {
 
-/// Reads the statements of a scene text into a scene.
+/// Reads the statements of a scene text into a scene. Throws SceneError.
 class SceneReader {
 public:
-    SceneReader(Scene& scene, std::string_view text);
-    void readAll();
-
-    /// "a", "a.end", "p[2].start" as a place of the scene.
-    BuiltPlace place(std::string_view text) const;
+    explicit SceneReader(Scene& scene) : m_scene(scene), m_group(scene.groupId()) {}
+    void read(std::string_view text);
 
 private:
-    using Words = std::vector<std::string>;
+    using Geometries = std::vector<YxConstrainedGeometry*>;
+    /// What may stand before the kind of a constraint.
+    struct Header {
+        std::string name;
+        bool isInternal = false;
+        bool isImplied = false;
+    };
 
-    void splitStatements(std::string_view text);
-    void readStatement();
-    bool readSetting(const std::string& first);
-    bool readEntity(const std::string& kind);
-    void readPolyline(const std::string& name);
-    void readSpline(const std::string& name);
-    void readArc(const std::string& name);
-    void readEllipse(const std::string& name);
-    void readText(const std::string& kind, const std::string& name);
-    YxGeomConstraint& readConstraint();
-    YxGeomConstraint& readComposite(const std::string& kind);
-    YxGeomConstraint& readSmooth();
-    YxGeomConstraint& readDimension(const std::string& kind);
-    void nameConstraint(YxGeomConstraint& constraint, std::string name);
-    void nameDependency(const std::string& text, const YxDbObjectId& id);
-    std::vector<YxConstrainedGeometry*> readGeometries();
-    YxConstrainedGeometry& geometryAt(const std::string& text);
+    void readStatement(SceneStatement& statement);
+    bool readSetting(SceneStatement& statement);
+    bool readEntityStatement(SceneStatement& statement);
+    void readGroup(SceneStatement& statement);
+    void readUcs(SceneStatement& statement);
+    void readReactor(SceneStatement& statement);
+    void readDependency(SceneStatement& statement);
+    void readBareDependency(SceneStatement& statement);
+    void readCorners(SceneStatement& statement);
 
-    bool atEnd() const { return m_next >= m_words.size(); }
-    std::string take(const char* expected);
-    bool accept(const char* word);
-    void expect(const char* word);
-    YxGePoint3d point(const char* expected);
-    YxGeVector3d vector(const char* expected);
-    double number(const char* expected);
-    double angle(const char* expected);
-    [[noreturn]] void fail(const std::string& message) const;
+    YxGeomConstraint& readConstraint(SceneStatement& statement);
+    Header readHeader(SceneStatement& statement);
+    YxGeomConstraint& readKind(SceneStatement& statement, const ConstraintKind& kind);
+    YxGeomConstraint& readMembers(SceneStatement& statement, YxCompositeConstraint& composite);
+    YxGeomConstraint& readSmooth(SceneStatement& statement);
+    void readValue(SceneStatement& statement, YxDimensionConstraint& dimension, YxDimensionConstraint::Kind kind);
+    Geometries readPlaces(SceneStatement& statement, int fewest, int most, std::string_view expected);
+
+    BuiltPlace place(SceneStatement& statement, std::string_view text) const;
+    YxConstrainedGeometry& geometryAt(SceneStatement& statement, const std::string& text);
+    void nameConstraint(SceneStatement& statement, YxGeomConstraint& constraint, const std::string& name);
+    void collectNames(std::string_view text);
+    /// c1, c2, ...: one number for each constraint of the text, further on when the name is taken.
+    std::string freshName();
+    YxDbAssoc2dConstraintGroup& group() const { return HostBuilder::group(m_group); }
 
     Scene& m_scene;
-    std::vector<std::string> m_statements;
-    std::string m_statement;
-    Words m_words;
-    std::size_t m_next = 0;
     YxDbObjectId m_group;
+    std::unordered_set<std::string> m_takenNames;  // those that the text gives itself
     int m_constraintCount = 0;
 };
 

@@ -31,7 +31,7 @@ struct HostState {
     AssocConstraintHeader* headerOfNullGroup = nullptr;        ///< most hosts have none
     Evaluator evaluator;                                       ///< empty: statuses are reset, nothing is solved
     std::unordered_set<const YxDbObject*> copies;              ///< objects alive that no database owns
-    std::unordered_set<const LvEvaDataConverter*> converters;  ///< converters alive
+    std::unordered_set<LvEvaDataConverter*> converters;        ///< converters alive
 };
 HostState& hostState();
 
@@ -69,6 +69,10 @@ struct HostAccess {
     static std::unique_ptr<YxDbAssocEdgePersSubentId> makeEdgeId(int index1, int index2);
     static int startVertexId(const YxDbAssocEdgePersSubentId& id) { return id.m_index1; }
     static int endVertexId(const YxDbAssocEdgePersSubentId& id) { return id.m_index2; }
+    static unsigned int subentType(const YxDbAssocGeomDependency& dependency) { return dependency.m_subentType; }
+    static void setSubentType(YxDbAssocGeomDependency& dependency, unsigned int type) {
+        dependency.m_subentType = type;
+    }
     static void setPersistentId(YxDbAssocGeomDependency& dependency, std::unique_ptr<YxDbAssocPersSubentId> id);
     static YxDbObjectId objectOf(const YxDbAssocDependency& dependency) { return dependency.m_object; }
     static YxDbObjectId actionOf(const YxDbAssocDependency& dependency) { return dependency.m_owningAction; }
@@ -85,6 +89,8 @@ struct HostAccess {
     // Groups
     static unsigned int nodeId(const YxGraphNode& node) { return node.m_nodeId; }
     static unsigned int curveId(const YxConstrainedImplicitPoint& point) { return point.m_curveId; }
+    static YxDb::ImplicitPointType pointType(const YxConstrainedImplicitPoint& point) { return point.m_pointType; }
+    static int pointIndex(const YxConstrainedImplicitPoint& point) { return point.m_pointIndex; }
     static bool isPoint(const YxConstrainedImplicitPoint& point, YxDb::ImplicitPointType type, int pointIndex) {
         return point.m_pointType == type && point.m_pointIndex == pointIndex;
     }
@@ -104,6 +110,8 @@ struct HostAccess {
         return static_cast<T&>(addConstraint(group, std::make_unique<T>(), geometries));
     }
     static void setInternal(YxGeomConstraint& constraint, bool internal) { constraint.m_internal = internal; }
+    static void setImplied(YxGeomConstraint& constraint, bool implied) { constraint.m_implied = implied; }
+    static bool isImplied(const YxGeomConstraint& constraint) { return constraint.m_implied; }
     static void own(YxCompositeConstraint& composite, YxGeomConstraint& member);
     static void setDimension(YxDimensionConstraint& dimension, YxDimensionConstraint::Kind kind, double value,
                              bool driving);

@@ -12,8 +12,11 @@ class TestScene : public Scene {
 public:
     using Scene::Scene;
     ~TestScene() {
+        std::string findings;
         for (const std::string& finding : audit())
-            ADD_FAILURE() << "after the command: " << finding;
+            findings += "after the command: " + finding + "\n";
+        if (!findings.empty())
+            ADD_FAILURE() << findings << "the scene is now:\n" << text();
     }
 };
 

@@ -18,6 +18,15 @@ constexpr double kReached = 1e-7;
 /// Wider rings are worth it when they bring the handles nearer by this much.
 constexpr double kWorthwhile = 0.9;
 
+/// Longest movement in one iteration, as a part of the figure's size.
+constexpr double kStride = 0.02;
+
+/// Others that moved this much farther than the handles may be on another branch.
+constexpr double kFarFetched = 2.0;
+
+/// How much a hopeless miss has to grow before wider rings are tried again.
+constexpr double kPatience = 2.0;
+
 constexpr int kFirstRings = 2;
 
 std::size_t at(int i) {
@@ -37,6 +46,7 @@ struct DragSession::State {
     std::vector<int> entities;  ///< of the region
     int rings = kFirstRings;
     bool isWidest = false;
+    double hopelessMiss = 0.0;  ///< the miss at which not even the whole part could help
 
     State(Figure& f, std::vector<int> h, Reach r)
         : figure(f), handles(std::move(h)), reach(r), workspace(figure, buildSystem(figure)) {
@@ -75,58 +85,98 @@ struct DragSession::State {
             workspace.wish(handles[i], goals[i], kHandleEmphasis);
     }
 
-    /// Tries wider and wider regions until the handles are there or a wider one no longer helps.
+    Attempt approach() { return workspace.trySettling(*region, region->read(), careful()); }
+
+    /// Short strides, so that a long step of the drag does not lead over to another branch.
+    static IterationLimits careful() {
+        IterationLimits limits;
+        limits.stride = kStride;
+        return limits;
+    }
+
+    bool isMet() { return miss() <= kReached * workspace.system().size; }
+
+    /// Tries wider and wider regions until the handles are there. When not even the whole part brings them nearer,
+    /// the first region's solution is taken, and wider ones are not tried again before the miss has grown.
     Attempt solve() {
         const std::vector<double> before = region->read();
-        Attempt attempt = workspace.trySettling(*region, before, {});
-        int iterations = attempt.iterations;
-        while (!isWidest && (!attempt.isSolved || miss() > kReached * workspace.system().size)) {
-            const bool wasSolved = attempt.isSolved;
-            const double missBefore = miss();
-            const std::vector<double> found = region->read();
-            std::unique_ptr<Region> narrow = std::move(region);
-            if (!wasSolved)
-                narrow->write(before);
+        const Attempt first = approach();
+        const double missFirst = miss();
+        if (isWidest || (first.isSolved && (isMet() || missFirst < kPatience * hopelessMiss)))
+            return first;
+        Attempt attempt = first;
+        const std::vector<double> found = region->read();
+        const std::unique_ptr<Region> narrow = std::move(region);
+        const int narrowRings = rings;
+        int iterations = first.iterations;
+        narrow->write(first.isSolved ? found : before);
+        while (!isWidest && !(attempt.isSolved && isMet())) {
             rings *= 2;
             makeRegion();
-            attempt = workspace.trySettling(*region, region->read(), {});
+            attempt = approach();
             iterations += attempt.iterations;
-            if (wasSolved && (!attempt.isSolved || miss() > kWorthwhile * missBefore)) {
-                keepNarrow(std::move(narrow), found);
-                attempt.isSolved = true;
-                break;
-            }
+            if (!attempt.isSolved)
+                undo();
+        }
+        if (first.isSolved && (!attempt.isSolved || miss() > kWorthwhile * missFirst)) {
+            undo();
+            rings = narrowRings;
+            hopelessMiss = missFirst;
+            makeRegion();
+            region->write(found);
+            attempt = first;
         }
         attempt.iterations = iterations;
         return attempt;
     }
 
-    /// Where the way to the goals is barred, another way may be open from where the session began.
+    /// Where the way to the goals is barred, or has led far away, another one may be open from where the session
+    /// began; the solution that moves less from there is taken.
     Attempt solveFromStart(Attempt attempt) {
-        const double missBefore = miss();
-        if (attempt.isSolved && (attempt.isNearest || missBefore <= kReached * workspace.system().size))
+        const Pull pull = workspace.pullOf(*region);
+        if (attempt.isSolved && (attempt.isNearest || isMet()) && !isFarFetched(pull))
             return attempt;
         const std::vector<double> found = region->read();
+        const double missBefore = miss();
         std::vector<double> x;
         for (const int u : region->unknowns())
             x.push_back(workspace.system().meanOf(u, workspace.startValues()));
-        Attempt again = workspace.trySettling(*region, x, {});
+        Attempt again = workspace.trySettling(*region, x, careful());
         again.iterations += attempt.iterations;
-        if (again.isSolved && (!attempt.isSolved || miss() < kWorthwhile * missBefore))
+        if (again.isSolved && (!attempt.isSolved || isBetter(pull, found, missBefore)))
             return again;
         region->write(found);
         attempt.iterations = again.iterations;
         return attempt;
     }
 
-    /// The wider region did not help: back to the narrow one's solution, which no later step widens again.
-    void keepNarrow(std::unique_ptr<Region> narrow, std::span<const double> found) {
-        undo();
-        region = std::move(narrow);
-        region->write(found);
-        entities = workspace.entitiesOf(region->unknowns());
-        rings /= 2;
-        isWidest = true;
+    /// Others have moved much farther than the handles since the session began.
+    bool isFarFetched(const Pull& pull) {
+        const auto [ofHandles, ofOthers] = ways(pull, region->read());
+        return ofOthers > kFarFetched * std::max(ofHandles, kReached * workspace.system().size);
+    }
+
+    /// Longest movement since the session began, of the handles' wishes and of the other unknowns.
+    std::pair<double, double> ways(const Pull& pull, std::span<const double> x) {
+        const EquationSystem& system = workspace.system();
+        std::pair<double, double> longest{0.0, 0.0};
+        for (std::size_t j = 0; j < x.size(); ++j) {
+            const int u = region->unknowns()[j];
+            const double start = system.meanOf(u, workspace.startValues());
+            const double metric = system.metric[at(system.valuesOfUnknown[u].front())];
+            // The seeds are the first unknowns of the region.
+            double& way = j < seeds.size() ? longest.first : longest.second;
+            way = std::max(way, std::abs((j < seeds.size() ? pull.targets[j] : x[j]) - start) * metric);
+        }
+        return longest;
+    }
+
+    /// The values of now against a solution found before: nearer to the goals, or as near with less movement.
+    bool isBetter(const Pull& pull, std::span<const double> found, double missBefore) {
+        const double missNow = miss(), same = kReached * workspace.system().size;
+        if (std::abs(missNow - missBefore) > same)
+            return missNow < missBefore;
+        return ways(pull, region->read()).second < kWorthwhile * ways(pull, found).second;
     }
 
     /// The system's values of the region as the figure has them.

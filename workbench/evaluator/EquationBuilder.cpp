@@ -209,16 +209,6 @@ bool EquationBuilder::holdsNow(Equation form, std::initializer_list<Operand> ope
     return std::abs(residualAt(When::now, form, operands)) <= m_system.tolerance;
 }
 
-double EquationBuilder::missAt(When when, Equation form, std::initializer_list<Operand> operands) const {
-    EquationSet set;
-    set.splines = m_system.set.splines;
-    set.add(form, operands);
-    double sum = 0.0;
-    for (const double row : residuals(set, set.equations.front(), values(when)))
-        sum += std::abs(row);
-    return sum;
-}
-
 bool EquationBuilder::runAlike(const Operand& a, const Operand& b, const Operand& point) const {
     EquationSet set;
     set.splines = m_system.set.splines;

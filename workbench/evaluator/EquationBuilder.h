@@ -50,8 +50,6 @@ public:
     double residualAtReference(Equation form, std::initializer_list<Operand> operands) const {
         return residualAt(When::reference, form, operands);
     }
-    /// Sum of the sizes of all its rows.
-    double missAt(When when, Equation form, std::initializer_list<Operand> operands) const;
     bool holdsNow(Equation form, std::initializer_list<Operand> operands) const;
     /// True when the two curves run the same way at the point, at the reference.
     bool runAlike(const Operand& a, const Operand& b, const Operand& point) const;

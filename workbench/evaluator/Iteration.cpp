@@ -11,7 +11,7 @@ namespace {
 
 constexpr double kLeastDamping = 1e-12;
 constexpr double kMostDamping = 1e6;
-constexpr int kMostDense = 400;       // rows or columns up to which a dense decomposition is affordable
+constexpr int kMostDense = 150;       // rows or columns up to which a dense decomposition is affordable
 constexpr int kSlow = 2;              // iterations without much progress before it is tried
 constexpr double kNear = 1e-4;        // residual, as a part of the figure's size, that counts as near a solution
 constexpr double kNearEnough = 10.0;  // movement, in tolerances, below which sliding ends
@@ -31,7 +31,7 @@ public:
         double sum = 0.0;
         for (const double square : m_damping)
             sum += square;
-        const double floor = m_damping.empty() ? 1.0 : 1e-6 * sum / static_cast<double>(m_damping.size()) + 1e-300;
+        const double floor = m_damping.empty() ? 1.0 : 1e-6 * sum / static_cast<double>(m_damping.size()) + 1e-20;
         for (double& square : m_damping)
             square = damping * std::max(square, floor);
         m_isExact = damping <= kLeastDamping;
@@ -200,7 +200,12 @@ namespace {
 class Slider {
 public:
     Slider(Region& region, const Pull& pull, std::vector<double>& x, const IterationLimits& limits)
-        : m_system(region.system()), m_pull(pull), m_x(x), m_limits(limits), m_stepper(region, pull.weights) {
+        : m_region(region),
+          m_system(region.system()),
+          m_pull(pull),
+          m_x(x),
+          m_limits(limits),
+          m_stepper(region, pull.weights) {
         m_stepper.evaluate(m_x);
         m_pullNow = pullOf(m_pull, m_x);
         m_residual = std::max(largest(m_stepper.residual), kSharp * m_system.aim);
@@ -216,6 +221,7 @@ public:
 
     Outcome advance() {
         m_stepper.linearise(m_x);
+        m_isStale = false;
         if (!m_stepper.factorise(kLeastDamping))
             return Outcome::stuck;
         m_wish.resize(m_x.size());
@@ -228,7 +234,7 @@ public:
         constexpr int halvings = 7;
         double factor = std::min(1.0, m_limits.stride * m_system.size / reach);
         for (int i = 0; i < halvings; ++i, factor *= 0.5) {
-            if (accepts(moved(m_x, step, factor)))
+            if (accepts(moved(m_x, step, factor), i % 2 == 0))
                 return Outcome::moved;
         }
         return Outcome::stuck;
@@ -236,9 +242,8 @@ public:
 
 private:
     /// Brings the point back to the equations and takes it if it is nearer to the targets.
-    bool accepts(std::vector<double> next) {
-        m_stepper.evaluate(next);
-        if (!polish(m_stepper, m_system, next, 6) || largest(m_stepper.residual) > m_residual)
+    bool accepts(std::vector<double> next, bool isWorthRestoring) {
+        if (!returnsByPolishing(next) && !(isWorthRestoring && returnsByRestoring(next)))
             return false;
         const double then = pullOf(m_pull, next);
         if (!(then < m_pullNow) || (m_isGuarded && !m_limits.isSound()))
@@ -248,8 +253,28 @@ private:
         return true;
     }
 
+    bool returnsByPolishing(std::vector<double>& next) {
+        if (m_isStale) {
+            m_stepper.linearise(m_x);
+            m_stepper.factorise(kLeastDamping);
+            m_isStale = false;
+        }
+        m_stepper.evaluate(next);
+        return polish(m_stepper, m_system, next, 6) && largest(m_stepper.residual) <= m_residual;
+    }
+
+    /// A long step bends too far for the factors at hand: new ones bring it back.
+    bool returnsByRestoring(std::vector<double>& next) {
+        IterationLimits limits;
+        limits.restoring = kMostRestoring;
+        m_isStale = true;
+        return restore(m_region, m_pull.weights, next, limits).residual <= m_residual;
+    }
+
+    static constexpr int kMostRestoring = 10;
     static constexpr double kSharp = 30.0;  // aims, that a residual may grow to on the way
 
+    Region& m_region;
     const EquationSystem& m_system;
     const Pull& m_pull;
     std::vector<double>& m_x;
@@ -259,6 +284,7 @@ private:
     double m_pullNow = 0.0;
     double m_residual = 0.0;
     bool m_isGuarded = false;
+    bool m_isStale = false;  ///< the factors are no longer those of m_x
 };
 
 }  // namespace

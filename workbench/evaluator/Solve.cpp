@@ -29,7 +29,7 @@ public:
     SolveResult solve() {
         m_result.tier = m_tier;
         wishEdited();
-        if (!placeTargets() || !meetsConstants() || !solveParts())
+        if (!placeTargets() || !meetsConstants() || !solveParts() || !leavesPinnedSound())
             return std::move(m_result);
         accept();
         return std::move(m_result);
@@ -121,6 +121,15 @@ private:
                 noteWorst(e);
         }
         suspectPart(part);
+        return false;
+    }
+
+    bool leavesPinnedSound() {
+        m_result.flaw = m_workspace.flawInPinned();
+        if (!m_result.flaw)
+            return true;
+        m_result.status = SolveStatus::ruined;
+        suspectPart();
         return false;
     }
 

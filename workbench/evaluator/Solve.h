@@ -28,8 +28,8 @@ enum class Tier {
 };
 
 struct SolveRequest {
-    std::vector<Target> targets;  ///< empty: only makes the constraints hold again
-    std::vector<int> edited;      ///< elements that the edit is about
+    std::vector<Target> targets{};  ///< empty: only makes the constraints hold again
+    std::vector<int> edited{};      ///< elements that the edit is about
     Reach reach = Reach::rings;
     Tier lastTier = Tier::exact;  ///< no tier after this one is tried
     bool namesConflicts = true;   ///< search for the constraints in conflict when the solve fails

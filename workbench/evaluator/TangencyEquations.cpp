@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -38,42 +39,117 @@ bool hasContacts(EquationBuilder& builder, CurveRef curve) {
     return ellipseAt(builder.figure(), curve).has_value() || isSplineCurve(builder.figure(), curve);
 }
 
-/// Puts a contact where the curves come closest to touching, found from samples.
-void startContact(EquationBuilder& builder, When when, Equation form, const Operand& other, const Contact& contact) {
-    constexpr int samples = 128;
-    double best = std::numeric_limits<double>::max(), bestParam = contact.first;
-    for (int i = 0; i <= samples; ++i) {
-        const double t = contact.first + (contact.last - contact.first) * i / samples;
-        builder.setContact(when, contact.param, t);
-        const double miss = builder.missAt(when, form, {other, contact.jet});
-        if (miss < best) {
-            best = miss;
-            bestParam = t;
+/// Finds where along the curves their contact is, at one of the two times.
+class ContactSearch {
+public:
+    ContactSearch(EquationBuilder& builder, When when, Equation form, std::initializer_list<Operand> operands)
+        : m_builder(builder), m_when(when) {
+        m_set.splines = &builder.figure().splines;
+        m_set.add(form, operands);
+    }
+
+    /// The nearest to touching among samples of all contacts.
+    void sample(std::span<const Contact> contacts) {
+        m_best = std::numeric_limits<double>::max();
+        m_bestParams.assign(contacts.size(), 0.0);
+        sampleFrom(contacts, 0);
+        for (std::size_t i = 0; i < contacts.size(); ++i)
+            m_builder.setContact(m_when, contacts[i].param, m_bestParams[i]);
+    }
+
+    /// Gauss-Newton steps in the contacts alone, as long as they help.
+    void refine(std::span<const Contact> contacts) {
+        constexpr int most = 50;
+        double now = miss();
+        for (int i = 0; i < most && now > 0.0; ++i) {
+            const std::vector<double> before = params(contacts);
+            const std::vector<double> step = newtonStep(contacts);
+            bool hasImproved = false;
+            for (double factor = 1.0; factor > 0.01 && !hasImproved; factor *= 0.5) {
+                for (std::size_t k = 0; k < contacts.size(); ++k)
+                    m_builder.setContact(m_when, contacts[k].param, before[k] + factor * step[k]);
+                hasImproved = miss() < now;
+            }
+            if (!hasImproved) {
+                for (std::size_t k = 0; k < contacts.size(); ++k)
+                    m_builder.setContact(m_when, contacts[k].param, before[k]);
+                return;
+            }
+            now = miss();
         }
     }
-    builder.setContact(when, contact.param, bestParam);
-}
 
-void startContact(EquationBuilder& builder, Equation form, const Operand& other, const Contact& contact) {
-    startContact(builder, When::reference, form, other, contact);
-    startContact(builder, When::now, form, other, contact);
-}
+private:
+    double miss() const {
+        double sum = 0.0;
+        for (const double row : residuals(m_set, m_set.equations.front(), m_builder.values(m_when)))
+            sum += row * row;
+        return sum;
+    }
 
-void startContacts(EquationBuilder& builder, When when, Equation form, const Contact& a, const Contact& b) {
-    constexpr int samples = 48;
-    double best = std::numeric_limits<double>::max(), bestParam = a.first;
-    for (int i = 0; i <= samples; ++i) {
-        const double t = a.first + (a.last - a.first) * i / samples;
-        builder.setContact(when, a.param, t);
-        startContact(builder, when, form, a.jet, b);
-        const double miss = builder.missAt(when, form, {a.jet, b.jet});
-        if (miss < best) {
-            best = miss;
-            bestParam = t;
+    void sampleFrom(std::span<const Contact> contacts, std::size_t which) {
+        const int samples = contacts.size() == 1 ? 256 : 48;
+        if (which == contacts.size()) {
+            if (const double here = miss(); here < m_best) {
+                m_best = here;
+                m_bestParams = params(contacts);
+            }
+            return;
+        }
+        const Contact& contact = contacts[which];
+        for (int i = 0; i <= samples; ++i) {
+            m_builder.setContact(m_when, contact.param, contact.first + (contact.last - contact.first) * i / samples);
+            sampleFrom(contacts, which + 1);
         }
     }
-    builder.setContact(when, a.param, bestParam);
-    startContact(builder, when, form, a.jet, b);
+
+    std::vector<double> params(std::span<const Contact> contacts) const {
+        std::vector<double> result;
+        for (const Contact& contact : contacts)
+            result.push_back(m_builder.values(m_when)[static_cast<std::size_t>(contact.param)]);
+        return result;
+    }
+
+    /// Least squares over the rows, for one contact or two.
+    std::vector<double> newtonStep(std::span<const Contact> contacts) const {
+        const Equation& e = m_set.equations.front();
+        std::vector<double> slopes;
+        const auto rows = linearise(m_set, e, m_builder.values(m_when), slopes);
+        const auto inputs = m_set.inputsOf(e);
+        std::array<double, 2> g{};
+        std::array<double, 3> h{};
+        for (std::size_t row = 0; row < e.rows; ++row) {
+            std::array<double, 2> by{};
+            for (std::size_t k = 0; k < inputs.size(); ++k) {
+                for (std::size_t c = 0; c < contacts.size(); ++c)
+                    by[c] += inputs[k] == contacts[c].param ? slopes[row * inputs.size() + k] : 0.0;
+            }
+            g = {g[0] - by[0] * rows[row], g[1] - by[1] * rows[row]};
+            h = {h[0] + by[0] * by[0], h[1] + by[0] * by[1], h[2] + by[1] * by[1]};
+        }
+        if (contacts.size() == 1)
+            return {h[0] > 0.0 ? g[0] / h[0] : 0.0};
+        const double determinant = h[0] * h[2] - h[1] * h[1];
+        if (!(determinant > 1e-12 * h[0] * h[2]))
+            return {h[0] > 0.0 ? g[0] / h[0] : 0.0, 0.0};
+        return {(g[0] * h[2] - g[1] * h[1]) / determinant, (g[1] * h[0] - g[0] * h[1]) / determinant};
+    }
+
+    EquationBuilder& m_builder;
+    When m_when;
+    EquationSet m_set;
+    double m_best = 0.0;
+    std::vector<double> m_bestParams;
+};
+
+/// Puts contacts where the curves come closest to touching, at the reference and now.
+void startContacts(EquationBuilder& builder, Equation form, std::initializer_list<Operand> operands,
+                   std::initializer_list<Contact> contacts) {
+    for (const When when : {When::reference, When::now}) {
+        ContactSearch search(builder, when, form, operands);
+        search.sample({contacts.begin(), contacts.size()});
+        search.refine({contacts.begin(), contacts.size()});
+    }
 }
 
 /// Curves that touch somewhere along a spline or an ellipse: the parameter of the contact is an unknown.
@@ -85,8 +161,7 @@ void addTouch(EquationBuilder& builder, CurveRef one, CurveRef two) {
     const Contact contact = contactOn(builder, two);
     if (hasContacts(builder, one)) {
         const Contact first = contactOn(builder, one);
-        startContacts(builder, When::reference, form, first, contact);
-        startContacts(builder, When::now, form, first, contact);
+        startContacts(builder, form, {first.jet, contact.jet}, {first, contact});
         builder.add(form, {first.jet, contact.jet});
         return;
     }
@@ -94,7 +169,7 @@ void addTouch(EquationBuilder& builder, CurveRef one, CurveRef two) {
     form.kernel = line ? Kernel::lineTouch : Kernel::circleTouch;
     form.rows = 2;
     const Operand other = line ? *line : *circleAt(builder.figure(), one);
-    startContact(builder, form, other, contact);
+    startContacts(builder, form, {other, contact.jet}, {contact});
     builder.add(form, {other, contact.jet});
 }
 
@@ -154,7 +229,7 @@ Operand curveThrough(EquationBuilder& builder, const FigurePlace& place, const O
     const Contact contact = contactOn(builder, curve);
     Operand position = contact.jet;
     position.kind = OperandKind::splinePoint;
-    startContact(builder, formOf(Kernel::samePoint, 2), point, {position, contact.param, contact.first, contact.last});
+    startContacts(builder, formOf(Kernel::samePoint, 2), {point, position}, {contact});
     builder.add(formOf(Kernel::samePoint, 2), {point, position});
     return contact.jet;
 }

@@ -131,6 +131,19 @@ std::optional<Flaw> Workspace::flawIn(const Region& region, std::span<const int>
     return findTurnedTangency(m_figure, m_system, region.equations());
 }
 
+std::optional<Flaw> Workspace::flawInPinned() const {
+    std::vector<int> unknowns, equations;
+    for (const auto& [unknown, goal] : m_pins) {
+        unknowns.push_back(unknown);
+        const auto reading = m_system.equationsOfUnknown[unknown];
+        equations.insert(equations.end(), reading.begin(), reading.end());
+    }
+    std::sort(equations.begin(), equations.end());
+    if (auto flaw = findFlaw(m_figure, m_system, entitiesOf(unknowns)))
+        return flaw;
+    return findTurnedTangency(m_figure, m_system, equations);
+}
+
 Attempt Workspace::trySettling(Region& region, std::vector<double> x, IterationLimits limits) {
     const std::vector<int> entities = entitiesOf(region.unknowns());
     limits.isSound = [&] { return !flawIn(region, entities).has_value(); };

@@ -49,6 +49,9 @@ public:
     Pull pullOf(const Region& region) const;
     std::span<const double> startValues() const { return m_start; }
 
+    /// What the constants of the edit have ruined by themselves.
+    std::optional<Flaw> flawInPinned() const;
+
     /// Unknowns that took part in solved regions, and pinned ones.
     std::span<const int> touched() const { return m_touched; }
     std::vector<int> entitiesOf(std::span<const int> unknowns) const;

@@ -52,7 +52,7 @@ int partCount(const YxDbEntity& entity, unsigned int type) {
 YxDbSubentId partOf(const YxDbAssocGeomDependency& dependency, const YxDbEntity& entity) {
     const YxDbPolyline* polyline = asPolyline(entity);
     if (polyline == nullptr)
-        return {YxDb::kEdgeSubentType, 1};
+        return {HostAccess::subentType(dependency), 1};
     const YxDbAssocPersSubentId* name = HostAccess::persistentId(dependency);
     if (name == nullptr || !name->isKindOf(YxDbAssocEdgePersSubentId::desc()))
         return {};

@@ -13,8 +13,8 @@ namespace holdfast {
 /// How many parts of a kind an entity has: one edge for a simple curve or a text, one for each segment of a polyline.
 int partCount(const YxDbEntity& entity, unsigned int type);
 
-/// The part that a dependency stands on: edge 1, or of a polyline the segment that its persistent name finds there;
-/// the null part when there is none.
+/// The part that a dependency stands on: the first of its kind, or of a polyline the segment that its persistent name
+/// finds there; the null part when there is none.
 YxDbSubentId partOf(const YxDbAssocGeomDependency& dependency, const YxDbEntity& entity);
 
 /// The identifier of a vertex that a persistent name refers to from now on: a vertex without one gets a fresh one.

@@ -70,33 +70,33 @@ const std::string kPolyline =
     "polyline a 0,0 10,0 10,10 20,10; line b 0,0 0,5; line c 20,10 20,15; coincident a[1].start b.start; "
     "coincident a[1].end a[2].start; coincident a[3].end c.start; horizontal a[2]";
 
-TEST(ExtendPolyline, ExaminesOnlyTheSegmentAtTheMovedEnd) {
+TEST(ExtendPolylineEnds, ExaminesOnlyTheSegmentAtTheMovedEnd) {
     EXPECT_EQ(leftAfter(kPolyline, {-9, 0, 0}, kStartMoves),
               "coincident a[1].end a[2].start; coincident a[3].end c.start; horizontal a[2]");
     EXPECT_EQ(leftAfter(kPolyline, {30, 10, 0}, kEndMoves),
               "coincident a[1].start b.start; coincident a[1].end a[2].start; horizontal a[2]");
 }
 
-TEST(ExtendPolyline, DoesNothingForAnUnknownEnd) {
+TEST(ExtendPolylineEnds, DoesNothingForAnUnknownEnd) {
     TestScene scene(kPolyline);
     EXPECT_EQ(extendTo(scene, {30, 10, 0}, 0), 0);
 }
 
-TEST(ExtendPolyline, LosesNothingWhenItsEndSegmentHasNoGeometry) {
+TEST(ExtendPolylineEnds, LosesNothingWhenItsEndSegmentHasNoGeometry) {
     EXPECT_EQ(leftAfter("polyline a 0,0#1 10,0#2 10,10#3; bare dependency a[1]; vertical a[2]; line b 10,10 11,11; "
                         "coincident a[2].end b.start",
                         {-9, 0, 0}, kStartMoves),
               "vertical a[2]; coincident a[2].end b.start");
 }
 
-TEST(ExtendPolyline, JudgesABulgedSegmentAsAnArc) {
+TEST(ExtendPolylineEnds, JudgesABulgedSegmentAsAnArc) {
     EXPECT_EQ(leftAfter("polyline a 0,0^0.5 10,0 20,0; line b 0,0 0,5; coincident a[1].start b.start; "
                         "fixed a[1].centre; horizontal a[1].start a[1].end",
                         {-1, 1, 0}, kStartMoves),
               "fixed a[1].centre");
 }
 
-TEST(ExtendFailure, CollectsNothingWithoutAServiceAGroupOrAnEntity) {
+TEST(ExtendFault, CollectsNothingWithoutAServiceAGroupOrAnEntity) {
     for (const char* refused : {"group", "a"}) {
         TestScene scene(kLine);
         ConstraintExtendCmdCenter centre;
@@ -110,7 +110,7 @@ TEST(ExtendFailure, CollectsNothingWithoutAServiceAGroupOrAnEntity) {
     EXPECT_EQ(extendTo(scene, {20, 0, 0}, kEndMoves), 0);
 }
 
-TEST(ExtendFailure, LeavesNothingOpenWhenAnyHostCallThrows) {
+TEST(ExtendFault, LeavesNothingOpenWhenAnyHostCallThrows) {
     for (int call = 1; call < 400; ++call) {
         TestScene scene(kPolyline);
         scene.host().throwFromCall(call);

@@ -1,11 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/commands/extend/ExtendScene.h"
-
-/// Reaches the snapshot that the centre shows to nobody.
-struct LvTestAccess {
-    static YxDbSpline*& snapshot(ConstraintExtendCmdCenter& centre) { return centre.m_splineSnapshot; }
-};
+#include "tests/commands/extend/TestAccess.h"
 
 namespace holdfast {
 namespace {

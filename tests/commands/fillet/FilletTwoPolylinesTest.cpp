@@ -1,0 +1,118 @@
+#include <gtest/gtest.h>
+
+#include "tests/commands/fillet/FilletAccess.h"
+
+namespace holdfast {
+namespace {
+
+/// q runs to where r starts, or to a gap before it.
+std::string twoPolylines(const char* endOfFirst) {
+    return std::string("polyline q 0,0#1 5,0#2 ") + endOfFirst +
+           "#3; polyline r 10,0#1 15,0#2 15,9#3; fixed q[1]; fixed q[2]; fixed r[1]; fixed r[2]";
+}
+
+/// Records both, then joins r into q with the vertices given, r's with identifier 0.
+void join(Scene& scene, Centre& centre, const PolylineData& joined, bool reverseFirst, bool keepSecond) {
+    auto& q = *scene.entity<YxDbPolyline>("q");
+    auto& r = *scene.entity<YxDbPolyline>("r");
+    centre.setTwoPolyLineDate(&q, &r);
+    centre.setTwoPolyLineCloneDate(&q, &r);
+    const OpenForWrite open(scene.id("q"));
+    EntityAccess::setPolyline(q, joined);
+    centre.setTwoPolyLineConstraint(&q, reverseFirst, &r, keepSecond);
+}
+
+PolylineVertex at(double x, double y, int identifier = 0, double bulge = 0.0) {
+    return {.point = {x, y}, .bulge = bulge, .identifier = identifier};
+}
+
+TEST(FilletTwoPolylines, RecordsEachOnItsOwnList) {
+    TestScene scene(twoPolylines("10,0"));
+    Centre centre;
+    centre.setTwoPolyLineDate(scene.entity<YxDbPolyline>("q"), scene.entity<YxDbPolyline>("r"));
+    EXPECT_EQ(LvTestAccess::firstInfos(centre).length(), 2);
+    EXPECT_EQ(LvTestAccess::secondInfos(centre).length(), 2);
+    EXPECT_EQ(LvTestAccess::firstInfos(centre)[0].dependency, scene.dependency("q[1]"));
+    EXPECT_EQ(LvTestAccess::secondInfos(centre)[0].dependency, scene.dependency("r[1]"));
+}
+
+TEST(FilletTwoPolylines, ShiftsTheSecondByTheFirstsVerticesWhenTheyTouch) {
+    TestScene scene(twoPolylines("10,0"));
+    Centre centre;
+    join(scene, centre, {.vertices = {at(0, 0, 1), at(5, 0, 2), at(10, 0), at(15, 0), at(15, 9)}, .closed = false},
+         false, true);
+    // The shared vertex gets the first one's last identifier; r[1] ran from index 0, so it is part 0 + 3.
+    EXPECT_EQ(scene.vertices("q"), "0,0#1 5,0#2 10,0#3 15,0#4 15,9#5");
+    EXPECT_EQ(scene.dependencies(), "q[1]: q[1] 1-2; q[2]: q[2] 2-3; r[1]: q[3] 3-4; r[2]: q[4] 4-5");
+}
+
+TEST(FilletTwoPolylines, ShiftsByOneMoreAcrossAGap) {
+    TestScene scene(twoPolylines("8,0"));
+    Centre centre;
+    join(scene, centre,
+         {.vertices = {at(0, 0, 1), at(5, 0, 2), at(8, 0, 3, 0.4), at(10, 0), at(15, 0), at(15, 9)}, .closed = false},
+         false, true);
+    EXPECT_EQ(scene.dependencies(), "q[1]: q[1] 1-2; q[2]: q[2] 2-3; r[1]: q[4] 4-5; r[2]: q[5] 5-6");
+}
+
+TEST(FilletTwoPolylines, ChangesNothingWhenVerticesAreMissing) {
+    TestScene scene(twoPolylines("8,0"));
+    Centre centre;
+    join(scene, centre, {.vertices = {at(0, 0, 1), at(5, 0, 2), at(8, 0, 3), at(10, 0)}, .closed = false}, false, true);
+    EXPECT_EQ(scene.dependencies(), "q[1]: q[1] 1-2; q[2]: q[2] 2-3; r[1]: r[1] 1-2; r[2]: r[2] 2-3");
+}
+
+TEST(FilletTwoPolylines, TurnsTheFirstOnTrueAndTheSecondOnFalse) {
+    TestScene scene(
+        "polyline q 10,0#1 5,0#2 0,0#3; polyline r 15,9#1 15,0#2 10,0#3; fixed q[1]; fixed q[2]; "
+        "fixed r[1]; fixed r[2]");
+    Centre centre;
+    // q was turned round, r was turned round too: true for the first, false for "kept its direction".
+    join(scene, centre, {.vertices = {at(0, 0, 3), at(5, 0, 2), at(10, 0, 1), at(15, 0), at(15, 9)}, .closed = false},
+         true, false);
+    EXPECT_EQ(scene.dependencies(), "q[1]: q[2] 2-1; q[2]: q[1] 3-2; r[1]: q[4] 4-5; r[2]: q[3] 1-4");
+}
+
+TEST(FilletTwoPolylines, ForgetsFormerClonesWithoutFreeingThem) {
+    TestScene scene(twoPolylines("10,0"));
+    Centre centre;
+    auto& q = *scene.entity<YxDbPolyline>("q");
+    centre.setTwoPolyLineDate(&q, scene.entity<YxDbPolyline>("r"));
+    centre.setTwoPolyLineCloneDate(&q, nullptr);
+    YxDbEntity* former = LvTestAccess::clones(centre)[0];
+    centre.setTwoPolyLineCloneDate(&q, nullptr);
+    EXPECT_EQ(LvTestAccess::clones(centre).length(), 1);
+    EXPECT_NE(LvTestAccess::clones(centre)[0], former);
+    EXPECT_TRUE(hostState().copies.contains(former));
+    delete former;
+}
+
+TEST(FilletTwoPolylines, ReversesACloneWithItsIdentifiersAndRecords) {
+    TestScene scene(twoPolylines("10,0"));
+    Centre centre;
+    const auto& q = *scene.entity<YxDbPolyline>("q");
+    centre.setOnePolyLineDate(&q);
+    const auto clone = EntityAccess::makePolyline(EntityAccess::polyline(q));
+    auto& infos = LvTestAccess::firstInfos(centre);
+    LvTestAccess::setReverseCloneInfo(centre, clone.get(), infos);
+    EXPECT_EQ(EntityAccess::vertex(*clone, 0).identifier, 3);
+    EXPECT_EQ(EntityAccess::vertex(*clone, 2).identifier, 1);
+    EXPECT_EQ(infos[0].startIndex, 1);
+    EXPECT_EQ(infos[0].startPoint.x, 5.0);
+    EXPECT_EQ(infos[0].endPoint.x, 0.0);
+}
+
+TEST(FilletTwoPolylines, NeedsExactlyTwoClonesOfPolylines) {
+    TestScene scene(twoPolylines("10,0"));
+    Centre centre;
+    auto& q = *scene.entity<YxDbPolyline>("q");
+    auto& r = *scene.entity<YxDbPolyline>("r");
+    centre.setTwoPolyLineDate(&q, &r);
+    centre.setTwoPolyLineCloneDate(&q, nullptr);
+    const OpenForWrite open(scene.id("q"));
+    centre.setTwoPolyLineConstraint(&q, false, &r, true);
+    EXPECT_EQ(scene.dependencies(), "q[1]: q[1] 1-2; q[2]: q[2] 2-3; r[1]: r[1] 1-2; r[2]: r[2] 2-3");
+}
+
+}  // namespace
+}  // namespace holdfast

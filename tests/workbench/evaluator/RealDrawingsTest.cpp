@@ -1,0 +1,204 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <random>
+
+#include "workbench/drawing/JsonReader.h"
+#include "workbench/evaluator/Diagnose.h"
+#include "workbench/evaluator/Drag.h"
+#include "workbench/evaluator/FigureFromDocument.h"
+#include "workbench/evaluator/Measure.h"
+#include "workbench/evaluator/Solve.h"
+
+// Drawings that people made for their own work: those of the folder that HOLDFAST_DRAWINGS names, else the examples.
+// A drawing that does not hold as it is stored is left out, and counted.
+
+namespace holdfast {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Sample {
+    std::string name;
+    Figure figure;
+};
+
+double worstMiss(const Figure& figure) {
+    const std::vector<double> misses = missesOf(figure);
+    return *std::max_element(misses.begin(), misses.end());
+}
+
+std::vector<Sample> readSamples() {
+    const char* named = std::getenv("HOLDFAST_DRAWINGS");
+    std::vector<fs::path> files;
+    for (const auto& entry : fs::directory_iterator(named != nullptr ? named : "examples/drawings")) {
+        if (entry.path().extension() == ".json")
+            files.push_back(entry.path());
+    }
+    std::sort(files.begin(), files.end());
+    std::vector<Sample> samples;
+    std::size_t unsound = 0;
+    for (const fs::path& file : files) {
+        std::ifstream in(file);
+        Figure figure = figureFrom(readJson(in, file.filename().string()));
+        constexpr double heldByItsAuthor = 1e-4;
+        if (worstMiss(figure) > heldByItsAuthor)
+            ++unsound;
+        else
+            samples.push_back({file.stem().string(), std::move(figure)});
+    }
+    std::cout << samples.size() << " drawings; " << unsound << " more do not hold as they are stored\n";
+    return samples;
+}
+
+const std::vector<Sample>& samples() {
+    static const std::vector<Sample> all = readSamples();
+    return all;
+}
+
+/// Runs the trial on every drawing, prints a line of the summary and expects that none fails.
+void expectAll(const char* what, const std::function<std::string(const Sample&)>& trial) {
+    std::string failures;
+    std::size_t good = 0;
+    for (const Sample& sample : samples()) {
+        const std::string why = trial(sample);
+        if (why.empty())
+            ++good;
+        else
+            failures += "  " + sample.name + ": " + why + "\n";
+    }
+    std::cout << what << ": " << good << " of " << samples().size() << "\n" << failures;
+    EXPECT_EQ(failures, "");
+    EXPECT_GT(good, 0u);
+}
+
+double farthest(const Figure& a, const Figure& b) {
+    double most = 0.0;
+    for (std::size_t i = 0; i < a.values.size(); ++i)
+        most = std::max(most, std::abs(a.values[i] - b.values[i]));
+    return most;
+}
+
+void disturb(Figure& figure, double amount) {
+    std::mt19937 random(12345);
+    std::uniform_real_distribution<double> uniform(-1.0, 1.0);
+    for (const FigureEntity& entity : figure.entities) {
+        for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount && !entity.fixed; ++v)
+            figure.values[static_cast<std::size_t>(v)] += amount * uniform(random);
+    }
+}
+
+std::string solvedBack(Figure figure, double part) {
+    disturb(figure, part * figure.size());
+    const SolveResult result = solve(figure, {.reach = Reach::part, .namesConflicts = false});
+    if (!result.isSolved())
+        return result.flaw ? result.flaw->what : "status " + std::to_string(static_cast<int>(result.status));
+    const double miss = worstMiss(figure);
+    return miss < 1e-8 ? "" : "residual " + std::to_string(miss);
+}
+
+TEST(RealDrawings, StayWhereTheyAreWhenTheyAreSolved) {
+    expectAll("solved as stored, unmoved", [](const Sample& sample) {
+        Figure figure = sample.figure;
+        const SolveResult result = solve(figure, {});
+        const double moved = farthest(figure, sample.figure);
+        return result.isSolved() && moved <= 1e-9 * figure.size() ? "" : "moved " + std::to_string(moved);
+    });
+}
+
+TEST(RealDrawings, SayHowFreeTheyAre) {
+    int fullyConstrained = 0, withRedundancy = 0;
+    expectAll("degrees of freedom counted", [&](const Sample& sample) -> std::string {
+        const Diagnosis diagnosis = diagnose(sample.figure);
+        fullyConstrained += diagnosis.freedom == 0;
+        withRedundancy += !diagnosis.redundant.empty();
+        for (const FigurePart& part : diagnosis.parts) {
+            if (part.freedom < 0)
+                return "a part with " + std::to_string(part.freedom) + " degrees of freedom";
+        }
+        return diagnosis.conflicts.empty() ? "" : "a conflict in a drawing that holds";
+    });
+    std::cout << fullyConstrained << " fully constrained, " << withRedundancy << " with redundant constraints\n";
+}
+
+TEST(RealDrawings, ComeBackFromADisturbanceOfAThousandthOfTheirSize) {
+    expectAll("disturbed by 0.1 %", [](const Sample& sample) { return solvedBack(sample.figure, 0.001); });
+}
+
+TEST(RealDrawings, ComeBackFromADisturbanceOfAHundredthOfTheirSize) {
+    expectAll("disturbed by 1 %", [](const Sample& sample) { return solvedBack(sample.figure, 0.01); });
+}
+
+/// Out along a bent path and back the same way, 50 steps each.
+struct Path {
+    Vec2 start, direction;
+    double length = 0.0;
+
+    Vec2 at(int step) const {
+        const double part = (step <= 50 ? step : 100 - step) / 50.0;
+        if (part == 0.0)
+            return start;
+        return {start.x + length * part * direction.x,
+                start.y + length * part * direction.y + 0.2 * length * std::sin(3.141592653589793 * part)};
+    }
+};
+
+struct DragFigures {
+    double worstDrift = 0.0;  ///< as a part of the drawing's size
+    double worstJump = 0.0;   ///< of a step, against the way of the dragged end in that step
+    std::size_t moved = 0;
+};
+
+/// The dragged point's way in one step and the longest of all.
+void noteJump(const Figure& before, const Figure& after, int handle, DragFigures& figures) {
+    const auto v = static_cast<std::size_t>(handle);
+    const double way = std::hypot(after.values[v] - before.values[v], after.values[v + 1] - before.values[v + 1]);
+    if (way > 1e-3 * after.size())
+        figures.worstJump = std::max(figures.worstJump, farthest(before, after) / way);
+}
+
+std::string dragged(Figure figure, DragFigures& figures) {
+    std::vector<int> ends;
+    for (const FigureEntity& entity : figure.entities) {
+        if (entity.kind == FigureKind::line && !entity.fixed)
+            ends.insert(ends.end(), {entity.firstValue, entity.firstValue + 2});
+    }
+    if (ends.empty())
+        return "";
+    std::mt19937 random(1);
+    const int handle = ends[random() % ends.size()];
+    const double angle = std::uniform_real_distribution<double>(0.0, 6.28)(random);
+    const Figure start = figure;
+    const auto v = static_cast<std::size_t>(handle);
+    const Path path{{start.values[v], start.values[v + 1]}, {std::cos(angle), std::sin(angle)}, 0.1 * start.size()};
+    DragSession session(figure, {handle, handle + 1});
+    for (int step = 1; step <= 100; ++step) {
+        const Figure before = figure;
+        const Vec2 goal = path.at(step);
+        const double goals[] = {goal.x, goal.y};
+        if (!session.step(goals).isSolved())
+            return "step " + std::to_string(step) + " was not solved";
+        noteJump(before, figure, handle, figures);
+        if (step % 10 == 0 && worstMiss(figure) > 1e-6 * start.size())
+            return "constraints do not hold in step " + std::to_string(step);
+    }
+    const double drift = farthest(figure, start) / start.size();
+    figures.worstDrift = std::max(figures.worstDrift, drift);
+    return drift < 1e-6 ? "" : "drifted by " + std::to_string(drift) + " of its size";
+}
+
+TEST(RealDrawings, FollowADragAndComeBackWithIt) {
+    DragFigures figures;
+    expectAll("dragged 50 steps out and back", [&](const Sample& sample) { return dragged(sample.figure, figures); });
+    std::cout << "worst drift " << figures.worstDrift << " of the size; largest leverage of a step "
+              << figures.worstJump << "\n";
+}
+
+}  // namespace
+}  // namespace holdfast
