@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <yxdb/YxDbPolyline.h>
+
 #include "workbench/drawing/HostShapes.h"
 #include "workbench/geometry/Parameters.h"
 #include "workbench/geometry/Splitting.h"
@@ -64,8 +66,10 @@ std::string applyCut(EditContext& context, const std::string& name, const CutPie
     std::string created;
     if (keepsStart && pieces.second)
         created = drawing.add(withoutIdentifiers(*pieces.second), name);
-    // After a cut from the start the entity itself is what lies behind the cut.
-    const YxDbObjectId behind = keepsStart ? drawing.id(created) : id;
+    // After a cut from the start a polyline is itself what lies behind the cut. Of other curves the centre would only
+    // take the dependencies away, which still hold on the entity.
+    const bool isPolyline = first->isKindOf(YxDbPolyline::desc());
+    const YxDbObjectId behind = keepsStart ? drawing.id(created) : isPolyline ? id : YxDbObjectId();
     if (const YxSmartPtr<YxDbObject> second = YxDbObjectIdImpl::openObject(behind, YxDb::kForWrite, false);
         !second.isNull())
         centre.setSecondCurve(static_cast<YxDbEntity*>(second.get()));

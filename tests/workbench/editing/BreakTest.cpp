@@ -21,6 +21,13 @@ TEST(BreakEdit, FromTheStartKeepsTheEntityForTheRest) {
     EXPECT_EQ(session.document().entities.size(), 3u);
 }
 
+TEST(BreakEdit, FromTheStartLeavesTheEntityConstrainedForTheNextEdit) {
+    Session session(frameDrawing());
+    session.apply("break base at 0,0 to 6,0");
+    EXPECT_EQ(session.apply("break base at 8,0 to 10,0").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "c2 c3");
+}
+
 TEST(BreakEdit, TellsWhyAConstraintWent) {
     Session session(frameDrawing());
     const EditResult& result = session.apply("break base at 4,0 to 10,0");
