@@ -20,7 +20,7 @@ public:
                 const std::string name = run.run_name.function_name;
                 if (!m_times.contains(name))
                     m_order.push_back(name);
-                m_times[name][std::stoll(run.run_name.args)] = run.GetAdjustedRealTime();
+                m_times[name][std::stoll(run.run_name.args)] = run.GetAdjustedCPUTime();
             }
     }
     void Finalize() override {
