@@ -104,30 +104,41 @@ bool isInsideOut(const Figure& figure, int number, Values now) {
                        [&](int bulge) { return bulge >= 0 && now[at(bulge)] * before[at(bulge)] <= 0.0; });
 }
 
+std::string wholeName(const Figure& figure, int number) {
+    return nameOf(figure, {number, PlaceKind::whole, 0});
+}
+
 }  // namespace
 
 std::optional<Flaw> findFlaw(const Figure& figure, const EquationSystem& system, std::span<const int> entities) {
     const double least = kCollapsed * system.size;
     for (const int number : entities) {
         const Extent extent = extentOf(figure, number, system.values);
-        const std::string name = nameOf(figure, {number, PlaceKind::whole, 0});
         if (!(extent.size >= least) && extentOf(figure, number, figure.reference).size >= least)
-            return Flaw{number, -1, name + " would have " + extent.name};
+            return Flaw{number, -1, wholeName(figure, number) + " would have " + extent.name};
         if (isInsideOut(figure, number, system.values))
-            return Flaw{number, -1, name + " would turn inside out"};
+            return Flaw{number, -1, wholeName(figure, number) + " would turn inside out"};
     }
     return std::nullopt;
 }
 
-std::optional<Flaw> findTurnedTangency(const Figure& figure, const EquationSystem& system,
-                                       std::span<const int> equations) {
+std::vector<int> sensesOf(const EquationSystem& system, std::span<const int> equations) {
+    std::vector<int> senses;
     for (const int e : equations) {
         const auto sense = std::lower_bound(system.senses.begin(), system.senses.end(), e,
                                             [](const auto& entry, int number) { return entry.equation < number; });
-        if (sense == system.senses.end() || sense->equation != e)
-            continue;
-        const Equation& equation = system.set.equations[at(e)];
-        if ((senseOf(system.set, equation, system.values) > 0.0) != sense->isForward)
+        if (sense != system.senses.end() && sense->equation == e)
+            senses.push_back(static_cast<int>(sense - system.senses.begin()));
+    }
+    return senses;
+}
+
+std::optional<Flaw> findTurnedTangency(const Figure& figure, const EquationSystem& system,
+                                       std::span<const int> senses) {
+    for (const int i : senses) {
+        const EquationSystem::Sense& sense = system.senses[at(i)];
+        const Equation& equation = system.set.equations[at(sense.equation)];
+        if ((senseOf(system.set, equation, system.values) > 0.0) != sense.isForward)
             return Flaw{-1, equation.constraint,
                         "the tangency " + figure.constraints[at(equation.constraint)].id + " would turn over"};
     }

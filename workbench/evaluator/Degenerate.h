@@ -18,8 +18,11 @@ struct Flaw {
 /// figure's reference. An element that was so at the reference is not held against the solution.
 std::optional<Flaw> findFlaw(const Figure& figure, const EquationSystem& system, std::span<const int> entities);
 
-/// The first of the equations whose tangent curves now run against each other, or with each other, unlike before.
-std::optional<Flaw> findTurnedTangency(const Figure& figure, const EquationSystem& system,
-                                       std::span<const int> equations);
+/// Which of the system's senses belong to the equations.
+std::vector<int> sensesOf(const EquationSystem& system, std::span<const int> equations);
+
+/// The first of these senses that is lost: the tangent curves now run against each other, or with each other, unlike
+/// before.
+std::optional<Flaw> findTurnedTangency(const Figure& figure, const EquationSystem& system, std::span<const int> senses);
 
 }  // namespace holdfast

@@ -121,8 +121,11 @@ double EquationBuilder::toleranceOf(int value) const {
 }
 
 void EquationBuilder::record(Merge::Outcome outcome, int a, int b, bool isImplied) {
-    if (outcome == Merge::Outcome::conflicting)
-        m_system.contradictions.push_back({m_current, m_merge.ownersBetween(a, b)});
+    if (outcome == Merge::Outcome::conflicting) {
+        std::vector<int> others = m_merge.ownersBetween(a, b);
+        std::erase_if(others, [](int owner) { return owner < 0; });
+        m_system.contradictions.push_back({m_current, std::move(others)});
+    }
     if (outcome == Merge::Outcome::spare && !isImplied && m_current >= 0)
         m_system.spares.push_back({m_current, 1});
 }

@@ -125,10 +125,10 @@ std::vector<int> Workspace::entitiesOf(std::span<const int> unknowns) const {
     return entities;
 }
 
-std::optional<Flaw> Workspace::flawIn(const Region& region, std::span<const int> entities) const {
+std::optional<Flaw> Workspace::flawIn(std::span<const int> entities, std::span<const int> senses) const {
     if (auto flaw = findFlaw(m_figure, m_system, entities))
         return flaw;
-    return findTurnedTangency(m_figure, m_system, region.equations());
+    return findTurnedTangency(m_figure, m_system, senses);
 }
 
 std::optional<Flaw> Workspace::flawInPinned() const {
@@ -138,19 +138,19 @@ std::optional<Flaw> Workspace::flawInPinned() const {
         const auto reading = m_system.equationsOfUnknown[unknown];
         equations.insert(equations.end(), reading.begin(), reading.end());
     }
-    std::sort(equations.begin(), equations.end());
     if (auto flaw = findFlaw(m_figure, m_system, entitiesOf(unknowns)))
         return flaw;
-    return findTurnedTangency(m_figure, m_system, equations);
+    return findTurnedTangency(m_figure, m_system, sensesOf(m_system, equations));
 }
 
 Attempt Workspace::trySettling(Region& region, std::vector<double> x, IterationLimits limits) {
     const std::vector<int> entities = entitiesOf(region.unknowns());
-    limits.isSound = [&] { return !flawIn(region, entities).has_value(); };
+    const std::vector<int> senses = sensesOf(m_system, region.equations());
+    limits.isSound = [&] { return !flawIn(entities, senses).has_value(); };
     const IterationReport report = settle(region, pullOf(region), x, limits);
     Attempt attempt{report.isSatisfied, report.isNearest, report.iterations, report.residual, std::nullopt};
     if (attempt.isSolved)
-        attempt.flaw = flawIn(region, entities);
+        attempt.flaw = flawIn(entities, senses);
     attempt.isSolved = attempt.isSolved && !attempt.flaw.has_value();
     return attempt;
 }

@@ -61,7 +61,7 @@ private:
         double target, emphasis;
     };
 
-    std::optional<Flaw> flawIn(const Region& region, std::span<const int> entities) const;
+    std::optional<Flaw> flawIn(std::span<const int> entities, std::span<const int> senses) const;
     Attempt tryRegion(Region& region, bool isWhole);
     Attempt tryFromReference(Region& region);
     void putConstants();
