@@ -1,9 +1,14 @@
 #include <gtest/gtest.h>
 
-#include "tests/commands/fillet/FilletAccess.h"
+#include "host/src/EntityAccess.h"
+#include "tests/commands/fillet/OpenForWrite.h"
+#include "tests/commands/fillet/TestAccess.h"
+#include "tests/support/TestScene.h"
 
 namespace holdfast {
 namespace {
+
+using Centre = ConstraintFilletCmdCenter;
 
 /// q runs to where r starts, or to a gap before it.
 std::string twoPolylines(const char* endOfFirst) {
@@ -94,7 +99,7 @@ TEST(FilletTwoPolylines, ReversesACloneWithItsIdentifiersAndRecords) {
     centre.setOnePolyLineDate(&q);
     const auto clone = EntityAccess::makePolyline(EntityAccess::polyline(q));
     auto& infos = LvTestAccess::firstInfos(centre);
-    LvTestAccess::setReverseCloneInfo(centre, clone.get(), infos);
+    LvTestAccess::reverseClone(centre, clone.get(), infos);
     EXPECT_EQ(EntityAccess::vertex(*clone, 0).identifier, 3);
     EXPECT_EQ(EntityAccess::vertex(*clone, 2).identifier, 1);
     EXPECT_EQ(infos[0].startIndex, 1);

@@ -15,10 +15,17 @@ struct SelfFilletEdit {
     unsigned int second = 0;
     ConstraintFilletCmdCenter::PolylineTrimMode mode = ConstraintFilletCmdCenter::kNothing;
     bool sharp = false;
-    YxGePoint2d onFirst;
-    YxGePoint2d onSecond;
-    YxGePoint2d corner;
+    YxGePoint2d onFirst{};
+    YxGePoint2d onSecond{};
+    YxGePoint2d corner{};
 };
+
+/// Polylines with a constraint on every segment and the coincidences at their corners.
+inline const std::string kOpen =
+    "polyline p 0,0#31 10,0#7 10,10#22 20,10#5 20,0#40; fixed p[1]; fixed p[2]; fixed p[3]; fixed p[4]; corners p";
+inline const std::string kClosed =
+    "polyline p 0,0#31 10,0#7 10,10#22 0,10#5 -5,5#40 closed; fixed p[1]; fixed p[2]; fixed p[3]; fixed p[4]; "
+    "fixed p[5]; corners p";
 
 /// Edits the polyline in place, which is open for write.
 void filletVertices(YxDbPolyline& polyline, const SelfFilletEdit& edit);
