@@ -12,3 +12,4 @@
 #include "workbench/geometry/Soundness.h"
 #include "workbench/geometry/Splitting.h"
 #include "workbench/geometry/TangentArcs.h"
+#include "workbench/geometry/Transforms.h"
