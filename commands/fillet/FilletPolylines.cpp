@@ -98,7 +98,7 @@ bool joinKeptAllVertices(const JoinedPolylines& polylines) {
 // True when the polylines touch: then the joined one gets the identifier of the vertex that they share.
 bool shareVertex(const JoinedPolylines& polylines) {
     const unsigned int count = polylines.first.numVerts();
-    if (polylines.joined.numVerts() < count)
+    if (count == 0 || polylines.joined.numVerts() < count)
         return false;
     const YxGePoint3d firstEnd = holdfast::vertexPoint(polylines.first, count - 1);
     if (!firstEnd.isEqualTo(holdfast::vertexPoint(polylines.second, 0)))
@@ -280,9 +280,10 @@ void ConstraintFilletCmdCenter::setOnePolyLineDate(const YxDbPolyline* polyline)
 }
 
 void ConstraintFilletCmdCenter::setReversePolyLineConstraint(YxDbPolyline* polyline) {
-    if (polyline == nullptr || polyline->numVerts() < 2)
+    const unsigned int count = polyline != nullptr ? polyline->numVerts() : 0;
+    if (count < 2)
         return;
-    const holdfast::VertexLookup vertices(*polyline, polyline->numVerts() - 1);
+    const holdfast::VertexLookup vertices(*polyline, count - 1);
     for (const PolyInfo& record : m_firstPolyInfos) {
         if (!holdfast::isAlive(record))
             continue;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <set>
 #include <string>
 
 #include "host/model/Scene.h"
@@ -45,6 +46,55 @@ inline void sweepFaults(const std::string& text, const std::function<void(Scene&
         throwing.host().throwFromCall(nth);
         EXPECT_THROW(command(throwing), HostFailure);
         EXPECT_EQ(leftovers(throwing), "");
+    }
+}
+
+/// What is wrong with the network of a host that no longer fails.
+inline std::string networkFindings(Scene& scene) {
+    scene.host().clear();
+    std::string text;
+    for (const std::string& finding : auditNetwork(scene.process()))
+        text += finding + "\n";
+    return text;
+}
+
+/// The same as sweepFaults for a command that leaves every reactor, dependency, node and composite agreed with each
+/// other whatever fails. Besides, each operation that it calls fails every time: by an error status, and by a listing
+/// that begins with a null entry.
+inline void sweepSoundly(const std::string& text, const std::function<void(Scene&)>& command) {
+    sweepFaults(text, command);
+    std::set<std::string> operations;
+    int calls = 0;
+    {
+        Scene scene(text);
+        scene.process().journal().clear();
+        command(scene);
+        calls = scene.host().calls();
+        for (const JournalEntry& entry : scene.process().journal().entries())
+            operations.insert(entry.operation);
+    }
+    for (int nth = 1; nth <= 2 * calls; ++nth) {
+        SCOPED_TRACE(testing::Message() << "host call " << (nth + 1) / 2 << " of " << calls);
+        Scene scene(text);
+        nth % 2 == 0 ? scene.host().throwFromCall(nth / 2) : scene.host().refuseCall((nth + 1) / 2);
+        try {
+            command(scene);
+        } catch (const HostFailure&) {
+            // Passes through to the host, which asked for it.
+        }
+        EXPECT_EQ(networkFindings(scene), "");
+    }
+    for (const std::string& operation : operations) {
+        for (const bool nullEntry : {false, true}) {
+            SCOPED_TRACE(operation + (nullEntry ? " lists a null entry" : " answers an error"));
+            Scene scene(text);
+            if (nullEntry)
+                scene.host().answerNullEntry(operation);
+            else
+                scene.host().answerStatus(operation, Yxrt::eInvalidInput);
+            command(scene);
+            EXPECT_EQ(leftovers(scene) + networkFindings(scene), "");
+        }
     }
 }
 

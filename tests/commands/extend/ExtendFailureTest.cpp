@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <numbers>
+
 #include "tests/commands/extend/ExtendCommand.h"
 #include "tests/commands/extend/TestAccess.h"
 #include "tests/core/CheckedScene.h"
@@ -66,23 +68,62 @@ TEST(SetDeleteConstraint, TakesNoSnapshotOfASplineWithoutConstraints) {
 }
 
 TEST(ExtendUnderFaults, LeavesNothingOpenOnALine) {
-    sweepFaults(kLine + "; horizontal a.start a.end; composite { coincident a.start b.start; fixed a.start }",
-                [](Scene& scene) {
-                    ConstraintExtendCmdCenter centre;
-                    extendLine(scene, "a", centre, {15, 0, 0}, 2);
-                });
+    sweepSoundly(kLine + "; horizontal a.start a.end; composite { coincident a.start b.start; fixed a.start }",
+                 [](Scene& scene) {
+                     ConstraintExtendCmdCenter centre;
+                     extendLine(scene, "a", centre, {15, 0, 0}, 2);
+                 });
 }
 
 TEST(ExtendUnderFaults, LeavesNothingOpenOnAPolyline) {
-    sweepFaults("polyline p 0,0#31 10,0#7 20,0#22^0.5 30,0#5; fixed p[3].end; fixed p[3].start; fixed p[1]; corners p",
-                [](Scene& scene) {
-                    ConstraintExtendCmdCenter centre;
-                    extendPolyline(scene, "p", centre, {35, 5, 0}, 2);
-                });
+    sweepSoundly("polyline p 0,0#31 10,0#7 20,0#22^0.5 30,0#5; fixed p[3].end; fixed p[3].start; fixed p[1]; corners p",
+                 [](Scene& scene) {
+                     ConstraintExtendCmdCenter centre;
+                     extendPolyline(scene, "p", centre, {35, 5, 0}, 2);
+                 });
+}
+
+TEST(ExtendUnderFaults, LeavesNothingOpenOnAnArc) {
+    sweepSoundly("arc a centre 0,0 radius 5 from 0 to 90; line b 0,5 9,9; coincident a.end b.start; concentric a b.end",
+                 [](Scene& scene) {
+                     ConstraintExtendCmdCenter centre;
+                     centre.setDeleteConstraint(scene.id("a"), {-5, 0, 0}, 2);
+                     finishExtend<YxDbArc>(scene, "a", centre, [](YxDbArc& arc) {
+                         ArcData data = EntityAccess::arc(arc);
+                         data.endAngle = std::numbers::pi;
+                         EntityAccess::setArc(arc, data);
+                     });
+                 });
+}
+
+TEST(ExtendUnderFaults, LeavesNothingOpenOnARay) {
+    sweepSoundly("ray a 0,0 dir 1,0; line b 0,0 0,5; coincident a.start b.start; perpendicular a b", [](Scene& scene) {
+        ConstraintExtendCmdCenter centre;
+        centre.setDeleteConstraint(scene.id("a"), {-5, 0, 0}, 1);
+        finishExtend<YxDbRay>(scene, "a", centre, [](YxDbRay& ray) {
+            EntityAccess::setRay(ray, {-5, 0, 0}, {1, 0, 0});
+        });
+    });
+}
+
+TEST(ExtendUnderFaults, LeavesNothingOpenOnAnEllipse) {
+    for (const char* angles : {"", " from 0 to 90"}) {
+        sweepSoundly("ellipse a centre 0,0 major 4,0 ratio 0.5" + std::string(angles) +
+                         "; circle b centre 0,0 radius 1; concentric a.centre b.centre; fixed a.end",
+                     [](Scene& scene) {
+                         ConstraintExtendCmdCenter centre;
+                         centre.setDeleteConstraint(scene.id("a"), {-4, 0, 0}, 2);
+                         finishExtend<YxDbEllipse>(scene, "a", centre, [](YxDbEllipse& ellipse) {
+                             EllipseData data = EntityAccess::ellipse(ellipse);
+                             data.endAngle = std::numbers::pi;
+                             EntityAccess::setEllipse(ellipse, data);
+                         });
+                     });
+    }
 }
 
 TEST(ExtendUnderFaults, LeavesNothingOpenOnASpline) {
-    sweepFaults(
+    sweepSoundly(
         "spline t degree 3 at 3,1 4,2 5,1 6,0; spline s degree 3 at 0,0 1,1 2,0 3,1; smooth s.control3 t.control0; "
         "fixed s.control0",
         [](Scene& scene) {

@@ -40,13 +40,14 @@ TEST(ExtendPolyline, LosesNothingWhenTheSegmentAtTheEndCarriesNone) {
 }
 
 TEST(ExtendPolyline, TakesTheFirstDependencyAtTheEndThatHasGeometry) {
-    CheckedScene scene("polyline p 0,0#31 10,0#7; bare dependency p[1]; group other; c1: fixed p[1].start");
-    scene.host().refuse("openObject", &scene.group("other"));
+    // Two stand on the segment at the start; the first has no geometry.
+    CheckedScene scene("polyline p 0,0#31 10,0#7 20,0#9; bare dependency p[1]; c1: fixed p[2].start");
+    HostAccess::setPersistentId(*scene.dependency("p[2]"), HostAccess::makeEdgeId(31, 7));
     ConstraintExtendCmdCenter centre;
-    const auto dependencies = LvTestAccess::Dependencies();
-    LvTestAccess::judgePolyline(centre, &scene.group("other"), scene.dependenciesOn({"", "p[1]"}), scene.entity("p"),
+    LvTestAccess::judgePolyline(centre, &scene.group(), scene.dependenciesOn({"", "p[1]", "p[2]"}), scene.entity("p"),
                                 {-5, 0, 0}, 1);
-    EXPECT_EQ(scene.names(LvTestAccess::collected(centre)), dependencies.isEmpty() ? "" : "c1");
+    EXPECT_EQ(scene.names(LvTestAccess::collected(centre)), "c1");
+    HostAccess::setPersistentId(*scene.dependency("p[2]"), HostAccess::makeEdgeId(7, 9));
 }
 
 TEST(ExtendPolyline, KeepsConstraintsOnGeometryThatIsNeitherLineNorArc) {

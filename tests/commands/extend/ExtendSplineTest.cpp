@@ -44,6 +44,72 @@ TEST(ExtendSpline, LosesAJointAtTheMovedEndWithItsCoincidence) {
               "");
 }
 
+TEST(ExtendSpline, LosesWhatItHasThenAndNothingElse) {
+    // What was collected before the control points changed in number is dropped, also what is no longer on the spline.
+    TestScene scene(kSpline + "; d: fixed b");
+    ConstraintExtendCmdCenter centre;
+    centre.setDeleteConstraint(scene.id("a"), {5, -1, 0}, kEndMoves);
+    LvTestAccess::collected(centre).append(scene.constraint("d"));
+    const auto open = YxDbObjectIdImpl::openObject(scene.id("a"), YxDb::kForWrite, false);
+    SplineData data = EntityAccess::spline(*scene.entity<YxDbSpline>("a"));
+    data.control.push_back({5, -1, 0});
+    data.knots = {0, 0, 0, 1, 2, 3, 3, 3};
+    EntityAccess::setSpline(*scene.entity<YxDbSpline>("a"), data);
+    EXPECT_EQ(centre.deleteConstraint(scene.entity("a")), 4);
+    EXPECT_EQ(scene.constraints(), "fixed b");
+}
+
+TEST(ExtendSpline, KeepsTheDecisionForAnEntityOfAnotherClassOrNone) {
+    for (const char* edited : {"b", ""}) {
+        TestScene scene(kSpline);
+        ConstraintExtendCmdCenter centre;
+        centre.setDeleteConstraint(scene.id("a"), {5, -1, 0}, kEndMoves);
+        EXPECT_EQ(centre.deleteConstraint(scene.entity(edited)), 1) << edited;
+    }
+}
+
+TEST(ExtendSpline, NeedsGroupAndSpline) {
+    TestScene scene(kSpline);
+    ConstraintExtendCmdCenter centre;
+    YxArray<YxDbAssocGeomDependency*> dependencies;
+    dependencies.append(nullptr);
+    dependencies.append(scene.dependency("a"));
+    LvTestAccess::judgeSpline(centre, nullptr, dependencies, scene.entity("a"), {5, -1, 0}, kEndMoves);
+    LvTestAccess::judgeSpline(centre, &scene.group(), dependencies, nullptr, {5, -1, 0}, kEndMoves);
+    LvTestAccess::judgeSpline(centre, &scene.group(), dependencies, scene.entity("b"), {5, -1, 0}, kEndMoves);
+    EXPECT_TRUE(LvTestAccess::collected(centre).isEmpty());
+    for (int k = 0; k < 2; ++k)  // each once
+        LvTestAccess::judgeSpline(centre, &scene.group(), dependencies, scene.entity("a"), {5, -1, 0}, kEndMoves);
+    EXPECT_EQ(LvTestAccess::collected(centre).length(), 1);
+}
+
+TEST(ExtendedEnds, AreAppendedForAKnownEndOnly) {
+    const YxGePoint3d start(1, 0, 0);
+    const YxGePoint3d end(2, 0, 0);
+    const YxGePoint3d moved(3, 0, 0);
+    YxArray<YxGePoint3d> former;
+    former.append({9, 9, 9});
+    const auto ends = [&](int code) {
+        std::string text;
+        for (const YxGePoint3d& point : LvTestAccess::afterPoints(start, end, moved, code, former))
+            text += std::to_string(static_cast<int>(point.x));
+        return text;
+    };
+    EXPECT_EQ(ends(kStartMoves), "932");
+    EXPECT_EQ(ends(kEndMoves), "913");
+    EXPECT_EQ(ends(0), "9");
+    EXPECT_EQ(ends(3), "9");
+}
+
+TEST(ExtendCentre, KeepsTheCallOfItsBaseBesideItsOwn) {
+    TestScene scene(kSpline);
+    ConstraintExtendCmdCenter centre;
+    centre.setDeleteConstraint(scene.id("a"), {5, -1, 0}, kEndMoves);
+    LvEditDeleteConstraint& base = centre;
+    EXPECT_EQ(base.deleteConstraint(), 1);
+    EXPECT_EQ(centre.deleteConstraint(), 0);
+}
+
 TEST(ExtendCentre, SharesTheSnapshotWithItsCopy) {
     TestScene scene(kSpline);
     ConstraintExtendCmdCenter centre;

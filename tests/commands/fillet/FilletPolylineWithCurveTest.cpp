@@ -172,5 +172,14 @@ TEST(FilletReversedPolyline, NeverTakesTheLastVertex) {
     EXPECT_EQ(scene.process().journal().count("setSubentity"), 0);
 }
 
+TEST(FilletReversedPolyline, CountsTheVerticesOnce) {
+    WithCurve scene;
+    scene.centre().setOnePolyLineDate(scene.polyline());
+    scene.polyline()->reverseCurve();
+    scene.host().refuse("YxDbPolyline::numVerts", scene.polyline(), 2);
+    scene.centre().setReversePolyLineConstraint(scene.polyline());
+    EXPECT_EQ(scene.process().journal().count("setSubentity"), 3);
+}
+
 }  // namespace
 }  // namespace holdfast

@@ -71,15 +71,4 @@ void filletVertices(YxDbPolyline& polyline, const SelfFilletEdit& edit) {
         withArc(polyline, edit);
 }
 
-int selfFillet(Scene& scene, const std::string& name, ConstraintFilletCmdCenter& centre, const SelfFilletEdit& edit) {
-    const YxSmartPtr<YxDbObject> open = YxDbObjectIdImpl::openObject(scene.id(name), YxDb::kForWrite, false);
-    if (open.isNull())
-        return 0;
-    auto& polyline = static_cast<YxDbPolyline&>(*open);
-    centre.setSelfPolyLineDate(&polyline, edit.first, edit.second, edit.mode, edit.sharp);
-    filletVertices(polyline, edit);
-    centre.setSelfPolyLineConstraint(&polyline);
-    return centre.deleteConstraint();
-}
-
 }  // namespace holdfast

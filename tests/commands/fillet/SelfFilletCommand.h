@@ -31,6 +31,16 @@ inline const std::string kClosed =
 void filletVertices(YxDbPolyline& polyline, const SelfFilletEdit& edit);
 
 /// The whole FILLET within polyline `name`. Answers what deleteConstraint answered.
-int selfFillet(Scene& scene, const std::string& name, ConstraintFilletCmdCenter& centre, const SelfFilletEdit& edit);
+template <class Centre>
+int selfFillet(Scene& scene, const std::string& name, Centre& centre, const SelfFilletEdit& edit) {
+    const YxSmartPtr<YxDbObject> open = YxDbObjectIdImpl::openObject(scene.id(name), YxDb::kForWrite, false);
+    if (open.isNull())
+        return 0;
+    auto& polyline = static_cast<YxDbPolyline&>(*open);
+    centre.setSelfPolyLineDate(&polyline, edit.first, edit.second, edit.mode, edit.sharp);
+    filletVertices(polyline, edit);
+    centre.setSelfPolyLineConstraint(&polyline);
+    return centre.deleteConstraint();
+}
 
 }  // namespace holdfast
