@@ -110,8 +110,9 @@ std::string wholeName(const Figure& figure, int number) {
 
 }  // namespace
 
-std::optional<Flaw> findFlaw(const Figure& figure, const EquationSystem& system, std::span<const int> entities) {
-    const double least = kCollapsed * system.size;
+std::optional<Flaw> findFlaw(const Figure& figure, const EquationSystem& system, std::span<const int> entities,
+                             double margin) {
+    const double least = margin * kCollapsed * system.size;
     for (const int number : entities) {
         const Extent extent = extentOf(figure, number, system.values);
         if (!(extent.size >= least) && extentOf(figure, number, figure.reference).size >= least)

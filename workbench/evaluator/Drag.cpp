@@ -15,6 +15,9 @@ constexpr double kHandleEmphasis = 3e4;
 /// Handles closer to their goals than this part of the figure's size have reached them.
 constexpr double kReached = 1e-7;
 
+/// A miss below this part of the figure's size may be due to the handles' compliance alone.
+constexpr double kCompliance = 1e-3;
+
 /// Wider rings are worth it when they bring the handles nearer by this much.
 constexpr double kWorthwhile = 0.9;
 
@@ -26,6 +29,9 @@ constexpr double kFarFetched = 2.0;
 
 /// How much a hopeless miss has to grow before wider rings are tried again.
 constexpr double kPatience = 2.0;
+
+/// Strides that one step is worth at most.
+constexpr double kMostStrides = 2000.0;
 
 constexpr int kFirstRings = 2;
 
@@ -85,12 +91,33 @@ struct DragSession::State {
             workspace.wish(handles[i], goals[i], kHandleEmphasis);
     }
 
-    Attempt approach() { return workspace.trySettling(*region, region->read(), careful()); }
+    Attempt approach() {
+        Attempt attempt = workspace.trySettling(*region, region->read(), careful());
+        if (attempt.isSolved && !isMet() && miss() <= kCompliance * workspace.system().size)
+            attempt.iterations += overcomeCompliance();
+        return attempt;
+    }
 
-    /// Short strides, so that a long step of the drag does not lead over to another branch.
-    static IterationLimits careful() {
+    /// What is left of a miss when many others hold back a little each: the wishes are carried on by it, once.
+    int overcomeCompliance() {
+        const EquationSystem& system = workspace.system();
+        const std::vector<double> found = region->read();
+        const double missBefore = miss();
+        for (std::size_t i = 0; i < goals.size(); ++i)
+            workspace.wish(handles[i], 2 * goals[i] - system.values[at(handles[i])], kHandleEmphasis);
+        const Attempt carried = workspace.trySettling(*region, found, careful());
+        if (!carried.isSolved || miss() > missBefore)
+            region->write(found);
+        setGoals(std::vector<double>(goals));
+        return carried.iterations;
+    }
+
+    /// Short strides, so that a long step of the drag does not lead over to another branch; as many as the way takes.
+    IterationLimits careful() {
         IterationLimits limits;
         limits.stride = kStride;
+        const double strides = miss() / (kStride * workspace.system().size);
+        limits.sliding += static_cast<int>(std::min(2.0 * strides, kMostStrides));
         return limits;
     }
 

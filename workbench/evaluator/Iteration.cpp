@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <limits>
+#include <utility>
 
 #include "workbench/evaluator/DenseStep.h"
 
@@ -15,6 +18,8 @@ constexpr int kMostDense = 150;       // rows or columns up to which a dense dec
 constexpr int kSlow = 2;              // iterations without much progress before it is tried
 constexpr double kNear = 1e-4;        // residual, as a part of the figure's size, that counts as near a solution
 constexpr double kNearEnough = 10.0;  // movement, in tolerances, below which sliding ends
+constexpr double kContracts = 0.3;    // what remains of a whole movement, at most, while sliding by tangents alone
+constexpr double kExceeds = 1.2;      // the same for a shortened one, as a multiple of what was left out
 
 /// One region's vectors while it is iterated.
 class Stepper {
@@ -35,8 +40,19 @@ public:
         for (double& square : m_damping)
             square = damping * std::max(square, floor);
         m_isExact = damping <= kLeastDamping;
+        if (m_isCurved)
+            return m_region.curvature().factorise(m_weights, m_damping);
         return m_region.linearSolver().factorise(m_weights, m_region.jacobian(), m_damping);
     }
+
+    /// From now on steps know how the equations bend, under these multipliers, where they were linearised last.
+    void bend(std::span<const double> multiplier) {
+        m_isCurved = true;
+        m_region.curvature().update(multiplier);
+    }
+
+    /// Of the step before.
+    std::span<const double> multiplier() const { return m_multiplier; }
 
     /// The least step that cancels the residual of now.
     std::span<const double> restoringStep() {
@@ -73,7 +89,10 @@ private:
     std::span<const double> solve() {
         m_multiplier.resize(residual.size());
         std::transform(residual.begin(), residual.end(), m_multiplier.begin(), [](double f) { return -f; });
-        m_region.linearSolver().solve(m_step, m_multiplier, m_isExact);
+        if (m_isCurved)
+            m_region.curvature().solve(m_step, m_multiplier, m_isExact);
+        else
+            m_region.linearSolver().solve(m_step, m_multiplier, m_isExact);
         return m_step;
     }
 
@@ -86,6 +105,7 @@ private:
     std::span<const double> m_weights;
     std::vector<double> m_damping, m_step, m_multiplier;
     bool m_isExact = true;
+    bool m_isCurved = false;
 };
 
 std::vector<double> moved(std::span<const double> x, std::span<const double> step, double factor) {
@@ -209,7 +229,7 @@ public:
         m_stepper.evaluate(m_x);
         m_pullNow = pullOf(m_pull, m_x);
         m_residual = std::max(largest(m_stepper.residual), kSharp * m_system.aim);
-        m_isGuarded = m_limits.isSound && m_limits.isSound();
+        m_isGuarded = m_limits.isSound && m_limits.isSound(1.0);
     }
 
     double residual() {
@@ -219,34 +239,68 @@ public:
 
     enum class Outcome { moved, nearest, stuck };
 
+    /// Steps along the tangents first. Where they do not contract, the bends of the equations come in.
     Outcome advance() {
+        const bool wasCurved = m_isCurved;
+        const Outcome outcome = step();
+        if (outcome == Outcome::stuck && !wasCurved) {
+            m_isCurved = true;
+            return step();
+        }
+        return outcome;
+    }
+
+private:
+    Outcome step() {
         m_stepper.linearise(m_x);
         m_isStale = false;
+        if (m_isCurved && !m_multiplier.empty())
+            m_stepper.bend(m_multiplier);
         if (!m_stepper.factorise(kLeastDamping))
             return Outcome::stuck;
         m_wish.resize(m_x.size());
         std::transform(m_pull.targets.begin(), m_pull.targets.end(), m_x.begin(), m_wish.begin(), std::minus<>());
         const auto found = m_stepper.slidingStep(m_wish);
-        const std::vector<double> step(found.begin(), found.end());
-        const double reach = m_stepper.reach(step);
-        if (reach <= kNearEnough * m_system.tolerance)
+        m_multiplier.assign(m_stepper.multiplier().begin(), m_stepper.multiplier().end());
+        const std::vector<double> way(found.begin(), found.end());
+        const double reach = m_stepper.reach(way);
+        if (reach <= kNearEnough * m_system.tolerance || squared(way) <= kRounding * m_pullNow)
             return Outcome::nearest;
+        if (reach > m_expected && !m_isCurved) {
+            m_isCurved = true;
+            return step();
+        }
+        return follow(way, reach);
+    }
+
+    Outcome follow(std::span<const double> step, double reach) {
         constexpr int halvings = 7;
-        double factor = std::min(1.0, m_limits.stride * m_system.size / reach);
+        const double whole = std::min(1.0, m_limits.stride * m_system.size / reach);
+        double factor = whole;
         for (int i = 0; i < halvings; ++i, factor *= 0.5) {
-            if (accepts(moved(m_x, step, factor), i % 2 == 0))
-                return Outcome::moved;
+            if (!accepts(moved(m_x, step, factor), i % 2 == 0))
+                continue;
+            m_isCurved = m_isCurved || factor < whole;
+            m_expected = std::max(kContracts, kExceeds * (1.0 - factor)) * reach;
+            return Outcome::moved;
         }
         return Outcome::stuck;
     }
 
-private:
+    /// Length in the measure of the pull.
+    double squared(std::span<const double> way) const {
+        double sum = 0.0;
+        for (std::size_t j = 0; j < way.size(); ++j)
+            sum += m_pull.weights[j] * way[j] * way[j];
+        return sum;
+    }
+
     /// Brings the point back to the equations and takes it if it is nearer to the targets.
     bool accepts(std::vector<double> next, bool isWorthRestoring) {
         if (!returnsByPolishing(next) && !(isWorthRestoring && returnsByRestoring(next)))
             return false;
         const double then = pullOf(m_pull, next);
-        if (!(then < m_pullNow) || (m_isGuarded && !m_limits.isSound()))
+        if (!(then < m_pullNow) || (m_isGuarded && !m_limits.isSound(kMargin)))
             return false;
         m_pullNow = then;
         m_x = std::move(next);
@@ -272,7 +326,9 @@ private:
     }
 
     static constexpr int kMostRestoring = 10;
-    static constexpr double kSharp = 30.0;  // aims, that a residual may grow to on the way
+    static constexpr double kMargin = 2.0;
+    static constexpr double kRounding = 1e-14;  // of the pull: no step that promises less can be seen to help
+    static constexpr double kSharp = 30.0;      // aims, that a residual may grow to on the way
 
     Region& m_region;
     const EquationSystem& m_system;
@@ -280,10 +336,12 @@ private:
     std::vector<double>& m_x;
     const IterationLimits& m_limits;
     Stepper m_stepper;
-    std::vector<double> m_wish;
+    std::vector<double> m_wish, m_multiplier;
+    double m_expected = std::numeric_limits<double>::max();  ///< what the step before promised of the next one's reach
     double m_pullNow = 0.0;
     double m_residual = 0.0;
     bool m_isGuarded = false;
+    bool m_isCurved = false;
     bool m_isStale = false;  ///< the factors are no longer those of m_x
 };
 

@@ -15,8 +15,10 @@ struct Pull {
 struct IterationLimits {
     int restoring = 60;
     int sliding = 40;
-    double stride = 0.25;           ///< longest movement of one value in one iteration, as a part of the figure's size
-    std::function<bool()> isSound;  ///< asked at each point on the way while sliding: may it be passed?
+    double stride = 0.25;  ///< longest movement of one value in one iteration, as a part of the figure's size
+    /// Asked at each point on the way while sliding: may it be passed? The margin is 1 at the beginning and more on the
+    /// way, so that a way that ended at a border can be taken up again.
+    std::function<bool(double margin)> isSound;
 };
 
 struct IterationReport {

@@ -27,7 +27,8 @@ constexpr int kMostRefinements = 4;
 
 struct LinearSolver::Data {
     int columns = 0, rows = 0;
-    Matrix matrix;  // lower triangle: a column of J below each weight, then the damping
+    Matrix matrix;  // lower triangle: below each weight the curvature, then a column of J; last the damping
+    std::vector<int> curvatureCounts;  // per column
     Factors factors;
     Vector damping;
     Vector solution, residual, step;
@@ -72,21 +73,27 @@ LinearSolver::~LinearSolver() = default;
 LinearSolver::LinearSolver(LinearSolver&&) noexcept = default;
 LinearSolver& LinearSolver::operator=(LinearSolver&&) noexcept = default;
 
-void LinearSolver::analyse(const ColumnPattern& pattern) {
+void LinearSolver::analyse(const ColumnPattern& pattern, const ColumnPattern& curvature) {
     Data& d = *m_data;
     d.columns = pattern.columnCount();
     d.rows = pattern.rowCount;
     const int size = d.columns + d.rows;
     d.matrix.resize(size, size);
-    d.matrix.resizeNonZeros(static_cast<int>(pattern.rows.size()) + size);
+    d.matrix.resizeNonZeros(static_cast<int>(pattern.rows.size() + curvature.rows.size()) + size);
+    const bool isCurved = curvature.columnCount() == d.columns;
+    d.curvatureCounts.assign(static_cast<std::size_t>(d.columns), 0);
     int* outer = d.matrix.outerIndexPtr();
     int* inner = d.matrix.innerIndexPtr();
     int next = 0;
     for (int j = 0; j < d.columns; ++j) {
         outer[j] = next;
         inner[next++] = j;
-        for (int k = pattern.starts[static_cast<std::size_t>(j)]; k < pattern.starts[static_cast<std::size_t>(j) + 1];
-             ++k)
+        const auto column = static_cast<std::size_t>(j);
+        for (int k = isCurved ? curvature.starts[column] : 0; isCurved && k < curvature.starts[column + 1]; ++k) {
+            inner[next++] = curvature.rows[static_cast<std::size_t>(k)];
+            ++d.curvatureCounts[column];
+        }
+        for (int k = pattern.starts[column]; k < pattern.starts[column + 1]; ++k)
             inner[next++] = d.columns + pattern.rows[static_cast<std::size_t>(k)];
     }
     for (int i = 0; i < d.rows; ++i) {
@@ -100,15 +107,18 @@ void LinearSolver::analyse(const ColumnPattern& pattern) {
 }
 
 bool LinearSolver::factorise(std::span<const double> weights, std::span<const double> jacobian,
-                             std::span<const double> damping) {
+                             std::span<const double> damping, std::span<const double> curvature) {
     Data& d = *m_data;
     double* values = d.matrix.valuePtr();
     const int* outer = d.matrix.outerIndexPtr();
-    std::size_t next = 0;
+    std::size_t next = 0, nextCurvature = 0;
     for (int j = 0; j < d.columns; ++j) {
-        values[outer[j]] = weights[static_cast<std::size_t>(j)];
-        for (int k = outer[j] + 1; k < outer[j + 1]; ++k)
-            values[k] = jacobian[next++];
+        int k = outer[j];
+        values[k++] = weights[static_cast<std::size_t>(j)];
+        for (int i = 0; i < d.curvatureCounts[static_cast<std::size_t>(j)]; ++i)
+            values[k++] = curvature[nextCurvature++];
+        while (k < outer[j + 1])
+            values[k++] = jacobian[next++];
     }
     for (int i = 0; i < d.rows; ++i)
         values[outer[d.columns + i]] = -damping[static_cast<std::size_t>(i)];

@@ -20,9 +20,9 @@ struct ColumnPattern {
 ///     [ W   J^T ] [ step       ]   [ g ]
 ///     [ J  -D   ] [ multiplier ] = [ h ]
 ///
-/// for diagonal W > 0 and D > 0, by a factorisation that needs no pivoting because such a matrix is quasi-definite
-/// (R. J. Vanderbei, Symmetric quasidefinite matrices). D is tiny: it makes redundant equations harmless, and `solve`
-/// carries the multiplier on until the answer is that of D = 0.
+/// for positive definite W, diagonal unless a curvature is given, and diagonal D > 0, by a factorisation that needs no
+/// pivoting because such a matrix is quasi-definite (R. J. Vanderbei, Symmetric quasidefinite matrices). D is tiny: it
+/// makes redundant equations harmless, and `solve` carries the multiplier on until the answer is that of D = 0.
 class LinearSolver {
 public:
     LinearSolver();
@@ -30,11 +30,12 @@ public:
     LinearSolver(LinearSolver&&) noexcept;
     LinearSolver& operator=(LinearSolver&&) noexcept;
 
-    /// Orders the unknowns for a pattern of J; kept for all factorisations that follow.
-    void analyse(const ColumnPattern& pattern);
+    /// Orders the unknowns for a pattern of J, and of W below its diagonal; kept for all factorisations that follow.
+    void analyse(const ColumnPattern& pattern, const ColumnPattern& curvature = {});
 
-    /// False when a pivot is not a number.
-    bool factorise(std::span<const double> weights, std::span<const double> jacobian, std::span<const double> damping);
+    /// The diagonal of W, J, D, and W below its diagonal. False when a pivot is not a number.
+    bool factorise(std::span<const double> weights, std::span<const double> jacobian, std::span<const double> damping,
+                   std::span<const double> curvature = {});
 
     /// Overwrites g with the step and h with the multiplier. isExact: refined towards D = 0, else D as it stands.
     void solve(std::span<double> g, std::span<double> h, bool isExact);

@@ -22,6 +22,14 @@ Region::Region(EquationSystem& system, std::span<const int> unknowns)
     m_linear.analyse(m_pattern);
 }
 
+Region::~Region() = default;
+
+Curvature& Region::curvature() {
+    if (!m_curvature)
+        m_curvature = std::make_unique<Curvature>(*this);
+    return *m_curvature;
+}
+
 void Region::collectEquations() {
     for (const int u : m_unknowns) {
         const auto equations = m_system.equationsOfUnknown[u];
@@ -46,7 +54,6 @@ void Region::makePattern() {
     // Columns are counted first, then filled equation by equation, so that their rows ascend.
     std::vector<int> lastUse(m_unknowns.size(), -1);
     std::vector<int> count(m_unknowns.size() + 1, 0);
-    std::vector<int> slotColumns;
     for (std::size_t i = 0; i < m_equations.size(); ++i) {
         const Equation& equation = m_system.set.equations[at(m_equations[i])];
         const auto inputs = m_system.set.inputsOf(equation);
@@ -56,8 +63,7 @@ void Region::makePattern() {
             const auto column = link.unknown < 0 ? columnOf.end() : columnOf.find(link.unknown);
             if (column == columnOf.end())
                 continue;
-            m_slots.push_back({static_cast<int>(k), 0, link.sign});
-            slotColumns.push_back(column->second);
+            m_slots.push_back({static_cast<int>(k), 0, column->second, link.sign});
             if (std::exchange(lastUse[at(column->second)], static_cast<int>(i)) != static_cast<int>(i))
                 count[at(column->second) + 1] += equation.rows;
         }
@@ -74,7 +80,7 @@ void Region::makePattern() {
     for (std::size_t i = 0; i < m_equations.size(); ++i) {
         const int rows = m_system.set.equations[at(m_equations[i])].rows;
         for (int s = m_firstSlot[i]; s < m_firstSlot[i + 1]; ++s) {
-            const std::size_t column = at(slotColumns[at(s)]);
+            const std::size_t column = at(m_slots[at(s)].column);
             if (std::exchange(lastUse[column], static_cast<int>(i)) != static_cast<int>(i)) {
                 entryNow[column] = next[column];
                 for (int r = 0; r < rows; ++r)

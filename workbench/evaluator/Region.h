@@ -1,5 +1,6 @@
 #pragma once
 
+#include "workbench/evaluator/Curvature.h"
 #include "workbench/evaluator/EquationSystem.h"
 #include "workbench/evaluator/LinearSolver.h"
 
@@ -11,6 +12,7 @@ class Region {
 public:
     /// Cost: linear in the equations of the unknowns given.
     Region(EquationSystem& system, std::span<const int> unknowns);
+    ~Region();
 
     int columnCount() const { return static_cast<int>(m_unknowns.size()); }
     int rowCount() const { return m_pattern.rowCount; }
@@ -32,17 +34,28 @@ public:
     /// Squared length of each row's gradient when column j counts as long as 1 / weights[j].
     void rowSquares(std::span<const double> weights, std::vector<double>& squares) const;
 
-    LinearSolver& linearSolver() { return m_linear; }
-    EquationSystem& system() { return m_system; }
-
-private:
     /// One input of an equation that is free: where its slope goes.
     struct Slot {
-        int input;  ///< which input of the equation
-        int entry;  ///< of the equation's first row in the Jacobian; the next rows follow
+        int input;   ///< which input of the equation
+        int entry;   ///< of the equation's first row in the Jacobian; the next rows follow
+        int column;  ///< which unknown of the region
         double sign;
     };
 
+    /// The free inputs of one of the equations, and its first row.
+    std::span<const Slot> slotsOf(std::size_t equation) const {
+        const auto from = static_cast<std::size_t>(m_firstSlot[equation]);
+        return std::span(m_slots).subspan(from, static_cast<std::size_t>(m_firstSlot[equation + 1]) - from);
+    }
+    int firstRowOf(std::size_t equation) const { return m_firstRow[equation]; }
+
+    LinearSolver& linearSolver() { return m_linear; }
+
+    /// Made when it is first asked for, and kept.
+    Curvature& curvature();
+    EquationSystem& system() { return m_system; }
+
+private:
     void collectEquations();
     void makePattern();
 
@@ -56,6 +69,7 @@ private:
     std::vector<double> m_slopes;
     ColumnPattern m_pattern;
     LinearSolver m_linear;
+    std::unique_ptr<Curvature> m_curvature;
 };
 
 /// Largest absolute entry; not a number when one is not.

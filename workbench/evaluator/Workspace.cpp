@@ -125,8 +125,8 @@ std::vector<int> Workspace::entitiesOf(std::span<const int> unknowns) const {
     return entities;
 }
 
-std::optional<Flaw> Workspace::flawIn(std::span<const int> entities, std::span<const int> senses) const {
-    if (auto flaw = findFlaw(m_figure, m_system, entities))
+std::optional<Flaw> Workspace::flawIn(std::span<const int> entities, std::span<const int> senses, double margin) const {
+    if (auto flaw = findFlaw(m_figure, m_system, entities, margin))
         return flaw;
     return findTurnedTangency(m_figure, m_system, senses);
 }
@@ -146,7 +146,7 @@ std::optional<Flaw> Workspace::flawInPinned() const {
 Attempt Workspace::trySettling(Region& region, std::vector<double> x, IterationLimits limits) {
     const std::vector<int> entities = entitiesOf(region.unknowns());
     const std::vector<int> senses = sensesOf(m_system, region.equations());
-    limits.isSound = [&] { return !flawIn(entities, senses).has_value(); };
+    limits.isSound = [&](double margin) { return !flawIn(entities, senses, margin).has_value(); };
     const IterationReport report = settle(region, pullOf(region), x, limits);
     Attempt attempt{report.isSatisfied, report.isNearest, report.iterations, report.residual, std::nullopt};
     if (attempt.isSolved)

@@ -61,7 +61,7 @@ private:
         double target, emphasis;
     };
 
-    std::optional<Flaw> flawIn(std::span<const int> entities, std::span<const int> senses) const;
+    std::optional<Flaw> flawIn(std::span<const int> entities, std::span<const int> senses, double margin = 1.0) const;
     Attempt tryRegion(Region& region, bool isWhole);
     Attempt tryFromReference(Region& region);
     void putConstants();

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <sstream>
 
 #include "tests/workbench/evaluator/Sketch.h"
 
@@ -86,6 +87,101 @@ TEST(Drag, ReachesFartherWhenTheNeighbourhoodDoesNotSuffice) {
     EXPECT_LT(session.miss(), 1e-3);
     EXPECT_GT(session.freedom(), narrow);
     EXPECT_LT(sketch.worstMiss(), 1e-8);
+}
+
+/// Two links of 10 on a pin, folded at the knee.
+constexpr const char* kFoldedArm =
+    "fixed! point o 0,0; line a 0,0 8,6; line b 8,6 16,0; coincident a.start o; coincident a.end b.start;"
+    "distance a = 10; distance b = 10";
+
+/// A rectangle of fixed size, free to shift and turn, drawn by its corners counter-clockwise from 0,0.
+constexpr const char* kRigidRectangle =
+    "line a 0,0 30,0; line b 30,0 30,10; line c 30,10 0,10; line d 0,10 0,0; coincident a.end b.start;"
+    "coincident b.end c.start; coincident c.end d.start; coincident d.end a.start; distance a = 30; distance b = 10;"
+    "distance c = 30; distance d = 10; perpendicular a b";
+
+/// A strip of square cells with diagonals: no two points of it can come nearer or go farther.
+std::string rigidTruss(int cells) {
+    std::string text;
+    const auto line = [&](const std::string& id, int x1, int y1, int x2, int y2) {
+        const double length = std::hypot(x2 - x1, y2 - y1);
+        std::ostringstream statement;
+        statement.precision(17);
+        statement << "line " << id << " " << x1 << "," << y1 << " " << x2 << "," << y2 << "; distance " << id << " = "
+                  << length << ";";
+        text += statement.str();
+    };
+    for (int i = 0; i < cells; ++i) {
+        const std::string n = std::to_string(i), last = std::to_string(i - 1);
+        const int x = 10 * i;
+        line("s" + n, x, 0, x, 10);
+        line("l" + n, x, 0, x + 10, 0);
+        line("u" + n, x, 10, x + 10, 10);
+        line("d" + n, x, 0, x + 10, 10);
+        text += "coincident l" + n + ".start s" + n + ".start; coincident d" + n + ".start s" + n + ".start;";
+        text += "coincident u" + n + ".start s" + n + ".end; coincident d" + n + ".end u" + n + ".end;";
+        if (i > 0)
+            text += "coincident l" + last + ".end s" + n + ".start; coincident u" + last + ".end s" + n + ".end;";
+    }
+    return text;
+}
+
+void expectTakenAlong(Sketch sketch, std::string_view place, Reach reach, double step) {
+    const Vec2 start = sketch.at(place);
+    DragSession session = beginAt(sketch, place, reach);
+    for (int i = 1; i <= 20; ++i) {
+        const Vec2 goal{start.x + step * i, start.y + 0.5 * step * i};
+        ASSERT_TRUE(dragTo(session, goal).isSolved()) << i;
+        EXPECT_LT(distance(sketch.at(place), goal), 1e-6 * sketch.figure.size()) << i;
+        EXPECT_LT(sketch.worstMiss(), 1e-8) << i;
+    }
+}
+
+TEST(Drag, TakesARigidFigureAlongAsAWhole) {
+    for (const Reach reach : {Reach::rings, Reach::part}) {
+        for (const double step : {0.1, 3.0, 50.0}) {
+            expectTakenAlong(Sketch(kRigidRectangle), "b.end", reach, step);
+            expectTakenAlong(Sketch(rigidTruss(9)), "u8.end", reach, step);
+            expectTakenAlong(Sketch(rigidTruss(9)), "l4.start", reach, step);
+        }
+    }
+}
+
+TEST(Drag, YieldsToAConstraintAndComesAsNearAsItCan) {
+    for (const Reach reach : {Reach::rings, Reach::part}) {
+        Sketch sketch("fixed! point o 0,0; line a 0,0 10,0; coincident a.start o; distance a = 10");
+        DragSession session = beginAt(sketch, "a.end", reach);
+        for (int i = 1; i <= 40; ++i) {
+            const double angle = 0.15 * i, radius = 10.0 + i;
+            const Vec2 goal{radius * std::cos(angle), radius * std::sin(angle)};
+            ASSERT_TRUE(dragTo(session, goal).isSolved()) << i;
+            EXPECT_LT(distance(sketch.at("a.end"), {10 * std::cos(angle), 10 * std::sin(angle)}), 1e-5) << i;
+            EXPECT_LT(sketch.worstMiss(), 1e-9) << i;
+        }
+    }
+}
+
+TEST(Drag, StretchesAnArmTowardsAGoalOutOfItsReach) {
+    for (const Reach reach : {Reach::rings, Reach::part}) {
+        Sketch sketch(kFoldedArm);
+        DragSession session = beginAt(sketch, "b.end", reach);
+        for (int i = 1; i <= 40; ++i) {
+            ASSERT_TRUE(dragTo(session, {16.0 + i, 0.5 * i}).isSolved()) << i;
+            EXPECT_LT(sketch.worstMiss(), 1e-9) << i;
+        }
+        const double whole = std::hypot(56.0, 20.0);
+        EXPECT_LT(distance(sketch.at("b.end"), {20 * 56 / whole, 20 * 20 / whole}), 1e-3);
+    }
+}
+
+TEST(Drag, StretchesALongChainTowardsAGoalOutOfItsReach) {
+    Sketch sketch("fixed! point o 0,0;" + chainOfLinks(20) + "coincident l0.start o");
+    DragSession session = beginAt(sketch, "l19.end");
+    for (int i = 1; i <= 40; ++i) {
+        ASSERT_TRUE(dragTo(session, {160.0 + 5 * i, 0.0}).isSolved()) << i;
+        EXPECT_LT(sketch.worstMiss(), 1e-8) << i;
+    }
+    EXPECT_LT(distance(sketch.at("l19.end"), {200, 0}), 0.1);
 }
 
 TEST(Drag, StopsBeforeAnArcWouldCollapse) {

@@ -182,8 +182,9 @@ std::string dragged(Figure figure, DragFigures& figures) {
         const Figure before = figure;
         const Vec2 goal = path.at(step);
         const double goals[] = {goal.x, goal.y};
-        if (!session.step(goals).isSolved())
-            return "step " + std::to_string(step) + " was not solved";
+        const SolveResult result = session.step(goals);
+        if (!result.isSolved())
+            return "step " + std::to_string(step) + (result.flaw ? ": " + result.flaw->what : " was not solved");
         noteJump(before, figure, handle, figures);
         if (step % 10 == 0 && worstMiss(figure) > 1e-6 * start.size())
             return "constraints do not hold in step " + std::to_string(step);

@@ -1,0 +1,124 @@
+#include "workbench/evaluator/Curvature.h"
+
+#include <algorithm>
+
+#include "workbench/evaluator/Region.h"
+
+#define EIGEN_MPL2_ONLY
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion"
+#pragma GCC diagnostic ignored "-Wshadow"
+#endif
+#include <Eigen/Eigenvalues>
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
+
+namespace holdfast {
+
+namespace {
+
+/// Length of the differences, as a part of the figure's size.
+constexpr double kDifference = 1e-6;
+
+std::size_t at(int i) {
+    return static_cast<std::size_t>(i);
+}
+
+/// The same matrix with its negative eigenvalues set to none.
+Eigen::MatrixXd withoutNegative(const Eigen::MatrixXd& matrix) {
+    const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> found(0.5 * (matrix + matrix.transpose()));
+    return found.eigenvectors() * found.eigenvalues().cwiseMax(0.0).asDiagonal() * found.eigenvectors().transpose();
+}
+
+}  // namespace
+
+Curvature::Curvature(Region& region) : m_region(region) {
+    std::vector<std::pair<int, int>> pairs;
+    for (std::size_t e = 0; e < region.equations().size(); ++e) {
+        Block block;
+        for (const Region::Slot& slot : region.slotsOf(e))
+            block.columns.push_back(slot.column);
+        std::sort(block.columns.begin(), block.columns.end());
+        block.columns.erase(std::unique(block.columns.begin(), block.columns.end()), block.columns.end());
+        for (std::size_t i = 0; i < block.columns.size(); ++i) {
+            for (std::size_t j = 0; j < i; ++j)
+                pairs.emplace_back(block.columns[j], block.columns[i]);
+        }
+        m_blocks.push_back(std::move(block));
+    }
+    std::sort(pairs.begin(), pairs.end());
+    pairs.erase(std::unique(pairs.begin(), pairs.end()), pairs.end());
+    const ListTable table = tabulate(region.columnCount(), pairs);
+    m_pattern = {region.columnCount(), table.starts, table.items};
+    for (Block& block : m_blocks) {
+        for (std::size_t i = 0; i < block.columns.size(); ++i) {
+            for (std::size_t j = 0; j < i; ++j) {
+                const auto found =
+                    std::lower_bound(pairs.begin(), pairs.end(), std::pair(block.columns[j], block.columns[i]));
+                block.entries.push_back(static_cast<int>(found - pairs.begin()));
+            }
+        }
+    }
+    m_linear.analyse(region.pattern(), m_pattern);
+}
+
+void Curvature::update(std::span<const double> multiplier) {
+    m_diagonal.assign(at(m_region.columnCount()), 0.0);
+    m_values.assign(m_pattern.rows.size(), 0.0);
+    for (std::size_t e = 0; e < m_blocks.size(); ++e)
+        add(e, multiplier);
+}
+
+void Curvature::add(std::size_t number, std::span<const double> multiplier) {
+    EquationSystem& system = m_region.system();
+    const Equation& equation = system.set.equations[at(m_region.equations()[number])];
+    const auto rows = multiplier.subspan(at(m_region.firstRowOf(number)), equation.rows);
+    const auto slots = m_region.slotsOf(number);
+    const auto inputs = system.set.inputsOf(equation);
+    const Block& block = m_blocks[number];
+    const auto indexOf = [&](int column) {
+        return std::lower_bound(block.columns.begin(), block.columns.end(), column) - block.columns.begin();
+    };
+    const auto count = static_cast<Eigen::Index>(block.columns.size());
+    Eigen::MatrixXd bend = Eigen::MatrixXd::Zero(count, count);
+    std::vector<double> old;
+    for (const int v : inputs)
+        old.push_back(system.values[at(v)]);
+    for (Eigen::Index j = 0; j < count; ++j) {
+        const int unknown = m_region.unknowns()[at(block.columns[static_cast<std::size_t>(j)])];
+        const double h = kDifference * system.size / system.metric[at(system.valuesOfUnknown[unknown].front())];
+        for (const double side : {1.0, -1.0}) {
+            for (const Region::Slot& slot : slots) {
+                if (slot.column == block.columns[static_cast<std::size_t>(j)])
+                    system.values[at(inputs[at(slot.input)])] = old[at(slot.input)] + side * slot.sign * h;
+            }
+            linearise(system.set, equation, system.values, m_slopes);
+            for (const Region::Slot& slot : slots) {
+                for (std::size_t r = 0; r < equation.rows; ++r)
+                    bend(indexOf(slot.column), j) +=
+                        side * rows[r] * slot.sign * m_slopes[r * at(equation.inputCount) + at(slot.input)] / (2 * h);
+            }
+            for (std::size_t k = 0; k < old.size(); ++k)
+                system.values[at(inputs[k])] = old[k];
+        }
+    }
+    if (count == 0 || !bend.allFinite() || bend.isZero(0.0))
+        return;
+    bend = withoutNegative(bend);
+    auto entry = block.entries.begin();
+    for (Eigen::Index i = 0; i < count; ++i) {
+        m_diagonal[at(block.columns[static_cast<std::size_t>(i)])] += bend(i, i);
+        for (Eigen::Index j = 0; j < i; ++j)
+            m_values[at(*entry++)] += bend(i, j);
+    }
+}
+
+bool Curvature::factorise(std::span<const double> weights, std::span<const double> damping) {
+    m_weights.resize(weights.size());
+    std::transform(weights.begin(), weights.end(), m_diagonal.begin(), m_weights.begin(), std::plus<>());
+    return m_linear.factorise(m_weights, m_region.jacobian(), damping, m_values);
+}
+
+}  // namespace holdfast

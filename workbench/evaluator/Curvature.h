@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "workbench/evaluator/LinearSolver.h"
+
+namespace holdfast {
+
+class Region;
+
+/// How the equations of a region bend under their multipliers. Where the targets pull hard against the equations, the
+/// bend decides where the nearest point lies, and steps that know it get there in a few iterations instead of many.
+///
+/// Only the part that keeps a step stable is used: of each equation's second derivatives, times its multipliers, the
+/// nearest matrix without negative eigenvalues (J. Nocedal, S. Wright, Numerical Optimization, 3.4 and 18.4).
+class Curvature {
+public:
+    explicit Curvature(Region& region);
+
+    /// Second derivatives where the region's unknowns are, by central differences of the exact Jacobian. Cost: linear
+    /// in the equations.
+    void update(std::span<const double> multiplier);
+
+    /// Factorises with the curvature of the last update added to the weights; the Jacobian is the region's.
+    bool factorise(std::span<const double> weights, std::span<const double> damping);
+    void solve(std::span<double> g, std::span<double> h, bool isExact) { m_linear.solve(g, h, isExact); }
+
+private:
+    /// The distinct free unknowns of one equation, and where the pairs of them go in the pattern.
+    struct Block {
+        std::vector<int> columns;
+        std::vector<int> entries;  ///< of the pairs (i > j), row by row
+    };
+
+    void add(std::size_t equation, std::span<const double> multiplier);
+
+    Region& m_region;
+    std::vector<Block> m_blocks;  ///< per equation of the region
+    ColumnPattern m_pattern;
+    std::vector<double> m_diagonal, m_values, m_weights, m_slopes;
+    LinearSolver m_linear;
+};
+
+}  // namespace holdfast
