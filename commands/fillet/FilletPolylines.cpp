@@ -60,6 +60,8 @@ Role roleOf(unsigned int start, unsigned int firstVertex, unsigned int secondVer
 }
 
 // The arc's segment, inserted at the second vertex, moves the later segments up by one.
+// KEEP: from vertex 0 of a closed polyline to 1 as well, so that the last segment gets the name of the first
+// (SelfFilletSegments.AtVertexZeroOfAClosedPolylineGoOnNamingTheFirst).
 void countInsertedArc(PolyInfo& record, unsigned int secondVertex) {
     if (static_cast<unsigned int>(record.startIndex) < secondVertex)
         return;
@@ -165,6 +167,8 @@ void ConstraintFilletCmdCenter::setSelfPolyLineConstraint(const YxDbEntity* poly
     survey.expect(holdfast::dependenciesOf(m_firstPolyInfos));
     Collected collected(m_deleteConstraints);
     YxArray<PolyInfo> kept;
+    // KEEP: the points are read at the recorded indices, although vertices before them may have been removed
+    // (FilletAcrossAGap.ComparesTheSecondSegmentByTheIndicesItHadBeforeVerticesWereRemoved).
     for (const PolyInfo& record : m_firstPolyInfos) {
         if (record.dependency != nullptr && !holdfast::judgeSegment(survey, record.dependency, pointsBefore(record),
                                                                     pointsNow(record, *filleted), collected))
@@ -215,6 +219,8 @@ void ConstraintFilletCmdCenter::setTwoPolyLineConstraint(YxDbPolyline* joined, b
 
     const JoinedPolylines polylines{.joined = *joined, .first = *firstClone, .second = *secondClone};
     if (joinKeptAllVertices(polylines)) {
+        // KEEP: touching ends count as a gap when the first polyline carries no dependency
+        // (FilletTwoPolylines.CountTouchingEndsAsAGapWhenTheFirstCarriesNothing).
         const bool shared = !m_firstPolyInfos.isEmpty() && shareVertex(polylines);
         if (reverseFirst) {
             for (const PolyInfo& record : m_firstPolyInfos)
@@ -287,6 +293,8 @@ void ConstraintFilletCmdCenter::setReversePolyLineConstraint(YxDbPolyline* polyl
     for (const PolyInfo& record : m_firstPolyInfos) {
         if (!holdfast::isAlive(record))
             continue;
+        // KEEP: pointed at each vertex there in turn; the last one holds
+        // (FilletReversedPolyline.LetsTheLastVertexAtThePointWin).
         for (const unsigned int vertex : vertices.at(record.endPoint))
             holdfast::repoint(record, static_cast<int>(vertex) + 1);
     }

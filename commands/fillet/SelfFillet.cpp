@@ -32,6 +32,8 @@ void SelfFilletRemapping::corner() {
     if (keptBoth()) {
         const PolyInfo& second = m_kept[1];
         setIdentifier(m_kept[0].endIndex, m_kept[0].endVertexId);
+        // KEEP: the vertex behind the second segment is numbered anew, so that the next segment is told by its end
+        // alone (FilletCorner.PointsTheSecondSegmentBehindTheArc).
         setIdentifier(second.startIndex, 0);
         setIdentifier(second.endIndex, 0);
         repoint(second, second.endIndex);
@@ -87,6 +89,8 @@ void SelfFilletRemapping::setIdentifier(int index, int identifier) {
     m_polyline.setVertexIdentifierAt(static_cast<unsigned int>(index), identifier);
 }
 
+// KEEP: the corner that moved is collected already, and the coincidence at the segment's other end goes in its place
+// (FilletCorner.LosesTheCornerAndTheNextOneBecauseTheFirstIsCollected).
 void SelfFilletRemapping::loosenCornerOf(const PolyInfo& record) {
     deleteOnePointCoincidence(m_survey, m_group, record.dependency, m_collected);
 }

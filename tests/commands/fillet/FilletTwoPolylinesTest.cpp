@@ -119,5 +119,92 @@ TEST(FilletTwoPolylines, NeedsExactlyTwoClonesOfPolylines) {
     EXPECT_EQ(scene.dependencies(), "q[1]: q[1] 1-2; q[2]: q[2] 2-3; r[1]: r[1] 1-2; r[2]: r[2] 2-3");
 }
 
+const std::string kUntouched = "q[1]: q[1] 1-2; q[2]: q[2] 2-3; r[1]: r[1] 1-2; r[2]: r[2] 2-3";
+const PolylineData kTouching{.vertices = {at(0, 0, 1), at(5, 0, 2), at(10, 0), at(15, 0), at(15, 9)}, .closed = false};
+
+TEST(FilletTwoPolylines, NeedBothPolylinesWithVerticesAndRecords) {
+    TestScene scene(twoPolylines("10,0"));
+    Centre centre;
+    auto& q = *scene.entity<YxDbPolyline>("q");
+    auto& r = *scene.entity<YxDbPolyline>("r");
+    const auto single = EntityAccess::makePolyline({.vertices = {at(0, 0)}, .closed = false});
+    centre.setTwoPolyLineDate(&q, &r);
+    centre.setTwoPolyLineCloneDate(&q, &r);
+    centre.setTwoPolyLineConstraint(nullptr, true, &r, false);
+    centre.setTwoPolyLineConstraint(&q, true, nullptr, false);
+    centre.setTwoPolyLineConstraint(single.get(), true, &r, false);
+    LvTestAccess::firstInfos(centre).setLogicalLength(0);
+    LvTestAccess::secondInfos(centre).setLogicalLength(0);
+    centre.setTwoPolyLineConstraint(&q, true, &r, false);
+    EXPECT_EQ(scene.process().journal().count("reverseCurve"), 0);
+    EXPECT_EQ(scene.dependencies(), kUntouched);
+}
+
+TEST(FilletTwoPolylines, KeepNoClonesWithoutRecords) {
+    TestScene scene("polyline q 0,0 1,1; polyline r 2,2 3,3; polyline p 0,0 1,0 2,0; fixed p[1]");
+    Centre centre;
+    auto& q = *scene.entity<YxDbPolyline>("q");
+    centre.setTwoPolyLineDate(&q, scene.entity<YxDbPolyline>("r"));
+    centre.setTwoPolyLineCloneDate(&q, scene.entity<YxDbPolyline>("r"));
+    EXPECT_TRUE(LvTestAccess::clones(centre).isEmpty());
+    centre.setTwoPolyLineDate(&q, scene.entity<YxDbPolyline>("p"));
+    centre.setTwoPolyLineCloneDate(&q, scene.entity<YxDbPolyline>("r"));
+    EXPECT_EQ(LvTestAccess::clones(centre).length(), 2);
+}
+
+TEST(FilletTwoPolylines, CountTouchingEndsAsAGapWhenTheFirstCarriesNothing) {
+    TestScene scene("polyline q 0,0#1 5,0#2 10,0#3; polyline r 10,0#1 15,0#2 15,9#3; fixed r[1]; fixed r[2]");
+    Centre centre;
+    join(scene, centre, kTouching, false, true);
+    // One too far: the first of the second names what was its second, which has no segment left to name.
+    EXPECT_EQ(scene.dependencies(), "r[1]: q[4] 4-5; r[2]: q[?] 2-3");
+}
+
+TEST(FilletTwoPolylines, LeaveWhatWasRemovedWhereItIs) {
+    TestScene scene(twoPolylines("10,0"));
+    Centre centre;
+    for (const char* place : {"q[1]", "r[2]"})
+        HostAccess::setStatus(*scene.dependency(place), kSegmentRemovedAssocStatus);
+    join(scene, centre, kTouching, true, true);
+    EXPECT_EQ(scene.process().journal().text({"setSubentity", "detachFromObject"}),
+              "part of dependency q[2]: 2, 1; detach dependency r[1]; part of dependency r[1]: 2, 4");
+}
+
+TEST(FilletTwoPolylines, SkipADependencyThatDoesNotOpen) {
+    TestScene scene(twoPolylines("10,0"));
+    Centre centre;
+    scene.host().refuse("YxDbObjectIdImpl::openObject", scene.dependency("r[1]"), 3);
+    join(scene, centre, kTouching, false, true);
+    scene.host().clear();
+    EXPECT_EQ(scene.dependencies(), "q[1]: q[1] 1-2; q[2]: q[2] 2-3; r[1]: r[1] 1-2; r[2]: q[4] 4-5");
+}
+
+TEST(FilletTwoPolylines, AreRecordedAnewWhenTheFirstWasTurned) {
+    for (const bool groupOpens : {true, false}) {
+        TestScene scene(twoPolylines("10,0"));
+        Centre centre;
+        if (!groupOpens)
+            scene.refuseOpen("group");
+        join(scene, centre, kTouching, true, true);
+        EXPECT_EQ(LvTestAccess::firstInfos(centre).length(), groupOpens ? 4 : 2);
+        scene.host().clear();
+    }
+}
+
+TEST(FilletTwoPolylines, KeepARecordThatEndsAtNoVertexOfTheTurnedClone) {
+    TestScene scene(twoPolylines("10,0"));
+    Centre centre;
+    const auto& q = *scene.entity<YxDbPolyline>("q");
+    centre.setOnePolyLineDate(&q);
+    auto& infos = LvTestAccess::firstInfos(centre);
+    infos[0].endPoint = {99, 99, 0};
+    const auto clone = EntityAccess::makePolyline(EntityAccess::polyline(q));
+    LvTestAccess::reverseClone(centre, nullptr, infos);
+    LvTestAccess::reverseClone(centre, clone.get(), infos);
+    EXPECT_EQ(infos[0].startIndex, 0);
+    EXPECT_EQ(infos[0].endPoint.x, 99.0);
+    EXPECT_EQ(infos[1].startIndex, 0);
+}
+
 }  // namespace
 }  // namespace holdfast

@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include "tests/commands/fillet/PlainPolylineFillet.h"
+#include "tests/commands/fillet/PolylineFilletCommand.h"
+#include "tests/commands/fillet/RandomFillet.h"
+#include "tests/commands/fillet/SelfFilletCommand.h"
+#include "tests/commands/fillet/TestAccess.h"
+#include "tests/core/CheckedScene.h"
+
+namespace holdfast {
+namespace {
+
+const std::vector<std::string> kChanges = {"deleteConstraint",     "setIsImplied",     "setStatus",
+                                           "setSubentity",         "detachFromObject", "attachToObject",
+                                           "setVertexIdentifierAt"};
+
+/// Every change of what the drawing holds, with its arguments, in order. Copies do not belong to the drawing.
+std::string changes(Scene& scene) {
+    std::string text;
+    for (const JournalEntry& entry : scene.process().journal().entries()) {
+        const bool isCopy = namesOperation(entry.operation, "setVertexIdentifierAt") && !hasName(scene, entry.subject);
+        for (const std::string& change : kChanges) {
+            if (!isCopy && namesOperation(entry.operation, change))
+                text += entry.operation + " " + entry.subjectName + " (" + entry.arguments + ")\n";
+        }
+    }
+    return text;
+}
+
+/// What a fillet did and left.
+struct Outcome {
+    int deleted = 0;
+    std::string changes;
+    std::string text;
+    std::string dependencies;
+    bool operator==(const Outcome&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
+    return out << outcome.deleted << " deleted\n"
+               << outcome.changes << outcome.text << "\n"
+               << outcome.dependencies << "\n";
+}
+
+template <class Centre, class Command>
+Outcome outcomeOf(const RandomPolylines& random, const Command& command) {
+    CheckedScene scene(random.text);
+    random.prepare(scene);
+    scene.process().journal().clear();
+    Centre centre;
+    Outcome outcome;
+    outcome.deleted = command(scene, centre);
+    outcome.changes = changes(scene);
+    outcome.text = scene.text();
+    outcome.dependencies = scene.dependencies();
+    RC_ASSERT(isElsewhereUntouched(scene));
+    return outcome;
+}
+
+/// The centre and the plain steps change the same things in the same order.
+template <class Command>
+void expectPlainSteps(const RandomPolylines& random, const Command& command) {
+    const auto outcome = outcomeOf<ConstraintFilletCmdCenter>(random, command);
+    const auto expected = outcomeOf<plain::PlainPolylineFillet>(random, command);
+    RC_ASSERT(outcome == expected);
+}
+
+RC_GTEST_PROP(RandomSelfFillet, ChangesTheHostAsPlainStepsDoInTheSameOrder, ()) {
+    const RandomPolylines random = randomPolylines({"p"}, 4, true);
+    const SelfFilletEdit edit = randomSelfFillet(random.polylines[0]);
+    const bool swapped = *rc::gen::weightedElement<bool>({{7, false}, {1, true}});
+    expectPlainSteps(random, [&](Scene& scene, auto& centre) {
+        const auto open = YxDbObjectIdImpl::openObject(scene.id("p"), YxDb::kForWrite, false);
+        auto& polyline = static_cast<YxDbPolyline&>(*open);
+        centre.setSelfPolyLineDate(&polyline, swapped ? edit.second : edit.first, swapped ? edit.first : edit.second,
+                                   edit.mode, edit.sharp);
+        filletVertices(polyline, edit);
+        centre.setSelfPolyLineConstraint(&polyline);
+        return centre.deleteConstraint();
+    });
+}
+
+RC_GTEST_PROP(RandomFilletWithCurve, ChangesTheHostAsPlainStepsDoInTheSameOrder, (bool turnRound)) {
+    const RandomPolylines random = randomPolylines({"p"}, 2, false);
+    const PolylineCutBack cut = randomCutBack(random.polylines[0]);
+    expectPlainSteps(random,
+                     [&](Scene& scene, auto& centre) { return filletWithCurve(scene, "p", centre, cut, turnRound); });
+}
+
+RC_GTEST_PROP(RandomFilletOfTwo, ChangesTheHostAsPlainStepsDoInTheSameOrder, (bool touch)) {
+    const RandomPolylines random = randomPolylines({"q", "r"}, 2, false);
+    const PolylineCutBack first = randomCutBack(random.polylines[0]);
+    PolylineCutBack second = randomCutBack(random.polylines[1]);
+    if (touch)
+        second.point = first.point;
+    expectPlainSteps(random,
+                     [&](Scene& scene, auto& centre) { return filletTwoPolylines(scene, centre, first, second); });
+}
+
+}  // namespace
+}  // namespace holdfast
