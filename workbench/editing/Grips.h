@@ -1,0 +1,37 @@
+#pragma once
+
+#include <vector>
+
+#include "workbench/drawing/Document.h"
+
+namespace holdfast {
+
+// The points by which a user stretches or drags an entity, numbered as the evaluator knows them:
+//   line                                0 start, 1 end, 2 middle (both ends)
+//   arc                                 0 start, 1 end, 2 centre (all of it)
+//   circle, ellipse, elliptical arc     0 centre (all of it)
+//   point, text                         0 position
+//   ray, xline                          0 base, 1 the point one unit along it; xline also 2, one unit the other way
+//   polyline, spline                    the number of the vertex or control point
+
+struct Grip {
+    int number = 0;
+    Vec2 point;
+};
+
+/// The grips that a selection window catches, in the order of their numbers: not the middle of a line and the centre
+/// of an arc, which follow the ends.
+std::vector<Grip> windowGrips(const Shape& shape);
+
+/// The grips that a user drags who drags a place of the entity: of a segment its two vertices, of other places one.
+/// None where the entity has no grip.
+std::vector<int> gripsAt(const Shape& shape, const Place& place);
+
+/// All the numbers that belong to a stretch of these: an arc with both ends in it moves as a whole.
+std::vector<int> completed(const Shape& shape, std::vector<int> grips);
+
+/// The shape after its grips were moved. Of an arc the included angle stays, of a polyline every bulge; a ray or a
+/// construction line whose second point moves turns about its base. Splines keep knots and weights.
+Shape withGripsMoved(const Shape& shape, const std::vector<int>& grips, Vec2 by);
+
+}  // namespace holdfast

@@ -1,0 +1,56 @@
+#include <array>
+
+#include <yxbase/YxSmartPtr.h>
+#include <yxdb/YxDbCurve.h>
+
+#include "commands/lengthen/ConstraintLengthenCmdCenter.h"
+#include "workbench/editing/Evaluation.h"
+#include "workbench/editing/Lengthening.h"
+#include "workbench/editing/Moving.h"
+#include "workbench/editing/Verbs.h"
+#include "workbench/geometry/Lengths.h"
+#include "workbench/geometry/Soundness.h"
+
+namespace holdfast {
+
+namespace {
+
+CurveEnd takeEnd(EditText& text) {
+    static constexpr std::array<std::string_view, 2> ends{"start", "end"};
+    return text.oneOfWords(ends, "the end to move") == "start" ? CurveEnd::start : CurveEnd::end;
+}
+
+/// Records the curve as it is; false for those that the centre does not follow.
+bool record(const EditContext& context, const std::string& name, ConstraintLengthenCmdCenter& centre) {
+    const YxDbObjectId id = context.drawing.id(name);
+    const YxSmartPtr<YxDbObject> open = YxDbObjectIdImpl::openObject(id, YxDb::kForRead, false);
+    return open->isKindOf(YxDbCurve::desc()) && centre.addOriCurveInfo(static_cast<YxDbCurve*>(open.get()), id);
+}
+
+void runLengthen(EditText& text, EditContext& context) {
+    const std::string name = takeEntity(text, context);
+    const CurveEnd end = takeEnd(text);
+    static constexpr std::array<std::string_view, 2> ways{"by", "to"};
+    const bool isTotal = text.oneOfWords(ways, "how the length is given") == "to";
+    const double value = text.number(isTotal ? "the new length" : "the difference in length");
+    text.expectEnd();
+    refuseFixed(context, name);
+    const Shape before = context.drawing.shape(name);
+    const double by = isTotal && isCurve(before) ? value - lengthOf(before) : value;
+    const Shape after = lengthened(before, name, end, by);
+    context.edited.push_back(name);
+    ConstraintLengthenCmdCenter centre;
+    const bool recorded = record(context, name, centre);
+    writeEdited(context, name, after);
+    if (recorded && centre.addDataToWork())
+        evaluate(context);
+    else if (isConstrained(context, name))
+        followPlaced(context, {name});
+}
+
+}  // namespace
+
+const EditVerb kLengthenVerb{"lengthen", "lengthen ENTITY start|end by|to LENGTH", "lengthen g3 end by 4",
+                             "moves one end of a curve along it, by a length or to a total length", &runLengthen};
+
+}  // namespace holdfast

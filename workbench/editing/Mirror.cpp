@@ -1,0 +1,43 @@
+#include <array>
+
+#include "workbench/editing/Evaluation.h"
+#include "workbench/editing/Moving.h"
+#include "workbench/editing/Verbs.h"
+
+namespace holdfast {
+
+namespace {
+
+/// Copies are new geometry, which carries no constraints.
+void addMirrored(const EditContext& context, const std::vector<std::string>& names, const PlaneTransform& mirror) {
+    for (const std::string& name : names) {
+        Shape image = transformed(context.drawing.shape(name), mirror);
+        if (auto* polyline = std::get_if<PolylineShape>(&image))
+            polyline->ids.assign(polyline->vertices.size(), 0);
+        context.drawing.add(image, name);
+    }
+}
+
+void runMirror(EditText& text, EditContext& context) {
+    static constexpr std::array<std::string_view, 1> ends{"about"};
+    const std::vector<std::string> names = takeSelection(text, context, ends);
+    text.expect("about");
+    const Vec2 first = text.point("the first point of the mirror line");
+    const Vec2 second = text.point("the second point of the mirror line");
+    const bool keeps = text.accept("keep");
+    text.expectEnd();
+    const PlaneTransform mirror = reflection(first, second);
+    if (keeps)
+        return addMirrored(context, names, mirror);
+    context.edited = names;
+    for (const std::string& name : names)
+        moveEntity(context, name, mirror);
+    followPlaced(context, names);
+}
+
+}  // namespace
+
+const EditVerb kMirrorVerb{"mirror", "mirror ENTITY... about POINT POINT [keep]", "mirror g1 g2 about 0,0 0,1",
+                           "reflects entities in the line through two points, or adds their reflection", &runMirror};
+
+}  // namespace holdfast

@@ -1,0 +1,48 @@
+#include <array>
+#include <cmath>
+#include <numbers>
+
+#include "drag/CYxRotateReleaseConstraint.h"
+#include "workbench/editing/Evaluation.h"
+#include "workbench/editing/Moving.h"
+#include "workbench/editing/Verbs.h"
+
+namespace holdfast {
+
+namespace {
+
+/// Has the evaluator try the rotation out. True when constrained entities take part in it.
+bool tryRotation(const EditContext& context, const std::vector<std::string>& names, Vec2 base) {
+    bool ignored = false, result = false;
+    YxArray<YxDbObjectId> constrainedIds;
+    CYxRotateReleaseConstraint::analysisRotateBox(idsOf(context, names), {base.x, base.y, 0.0}, ignored, constrainedIds,
+                                                  result);
+    return !constrainedIds.isEmpty();
+}
+
+void runRotate(EditText& text, EditContext& context) {
+    static constexpr std::array<std::string_view, 1> ends{"about"};
+    const std::vector<std::string> names = takeSelection(text, context, ends);
+    text.expect("about");
+    const Vec2 base = text.point("the point to turn about");
+    text.expect("by");
+    const double degrees = text.number("the angle in degrees, counter-clockwise");
+    text.expectEnd();
+    context.edited = names;
+    const bool followed = tryRotation(context, constrainedFirst(context, names), base);
+    const PlaneTransform turn = rotation(base, std::remainder(degrees, 360.0) * (std::numbers::pi / 180.0));
+    for (const std::string& name : names)
+        moveEntity(context, name, turn);
+    if (followed) {
+        // The host has turned everything by the user's angle; what is tied to it follows.
+        markChanged(context);
+        evaluate(context);
+    }
+}
+
+}  // namespace
+
+const EditVerb kRotateVerb{"rotate", "rotate ENTITY... about POINT by DEGREES", "rotate g1 g2 about 0,0 by 30",
+                           "turns entities about a point, counter-clockwise for a positive angle", &runRotate};
+
+}  // namespace holdfast
