@@ -22,6 +22,11 @@ bool hasPolyline(const Place& place) {
     return place.kind >= PlaceKind::segment;
 }
 
+/// A mirrored arc has its ends exchanged.
+bool isEnd(const Place& place) {
+    return place.kind == PlaceKind::start || place.kind == PlaceKind::end;
+}
+
 bool carriesConstraints(const YxDbAssoc2dConstraintGroup& group, const YxDbObjectId& dependency) {
     const YxConstrainedGeometry* geometry = HostAccess::geometryOn(group, dependency);
     if (geometry == nullptr)
@@ -239,6 +244,15 @@ bool Drawing::isLost(const YxConstrainedGeometry& geometry) const {
     return isPolyline(resident) && partOf(*dependency, resident).index() == 0;
 }
 
+void Drawing::setMeasure(std::string_view id, double value) {
+    KnownConstraint& known = m_constraints[m_constraintIndex.at(std::string(id))];
+    known.original.value = value;
+    if (known.host != nullptr && !HostAccess::isDeleted(*known.host)) {
+        auto& dimension = static_cast<YxDimensionConstraint&>(*known.host);
+        HostAccess::setDimension(dimension, dimension.kind(), value, known.original.driving);
+    }
+}
+
 int Drawing::dropLostConstraints() {
     std::unordered_map<const void*, bool> lostOf;  // by geometry
     int dropped = 0;
@@ -265,7 +279,8 @@ std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& know
     const auto& geometries = HostAccess::geometries(*known.host);
     for (std::size_t i = 0; i < now.refs.size() && i < geometries.size(); ++i) {
         const Place place = placeOf(*geometries[i]);
-        if (place.entity != now.refs[i].entity || hasPolyline(place))
+        if (place.entity != now.refs[i].entity || hasPolyline(place) ||
+            (isEnd(place) && isEnd(now.refs[i])))
             now.refs[i] = place;
     }
     std::erase_if(now.members, [&](const std::string& member) { return !hasConstraint(member); });

@@ -6,6 +6,7 @@
 #include <yxdb/YxDbPolyline.h>
 
 #include "host/src/YxDbConstraints/EntityGeometry.h"
+#include "workbench/drawing/HostShapes.h"
 
 namespace holdfast {
 
@@ -91,6 +92,15 @@ PlaceKind curvePoint(YxDb::ImplicitPointType type) {
     return kinds[type];
 }
 
+/// The end of the counter-clockwise shape that one of the host's ends is.
+YxDb::ImplicitPointType seenFromAbove(const YxDbEntity& entity, YxDb::ImplicitPointType type) {
+    if (!isSeenFromBelow(entity))
+        return type;
+    if (type == YxDb::kStartImplicit)
+        return YxDb::kEndImplicit;
+    return type == YxDb::kEndImplicit ? YxDb::kStartImplicit : type;
+}
+
 PlaceKind segmentPoint(YxDb::ImplicitPointType type) {
     constexpr PlaceKind kinds[] = {PlaceKind::segmentStart, PlaceKind::segmentEnd, PlaceKind::segmentMid,
                                    PlaceKind::segmentCentre, PlaceKind::segment};
@@ -140,7 +150,7 @@ Place placeFrom(const std::string& name, const YxDbEntity& entity, const YxConst
     if (polyline)
         return {name, segmentPoint(point.pointType()), segment};
     const bool control = point.pointType() == YxDb::kControlImplicit;
-    return {name, curvePoint(point.pointType()), control ? point.pointIndex() : 0};
+    return {name, curvePoint(seenFromAbove(entity, point.pointType())), control ? point.pointIndex() : 0};
 }
 
 YxGeomConstraint& addHostConstraint(YxDbAssoc2dConstraintGroup& group, const Constraint& constraint,

@@ -31,6 +31,23 @@ EllipseData dataOf(const EllipseShape& s) {
     return {.centre = point3(s.centre), .majorAxis = vector3(s.majorAxis), .ratio = s.ratio};
 }
 
+/// The same arc in the terms of one that is seen from below: its start is the other end.
+ArcData fromBelow(ArcData arc) {
+    const double start = arc.startAngle;
+    arc.startAngle = std::numbers::pi - arc.endAngle;
+    arc.endAngle = std::numbers::pi - start;
+    arc.normal = -YxGeVector3d::kZAxis;
+    return arc;
+}
+
+EllipseData fromBelow(EllipseData ellipse) {
+    const double start = ellipse.startAngle;
+    ellipse.startAngle = -ellipse.endAngle;
+    ellipse.endAngle = -start;
+    ellipse.normal = -YxGeVector3d::kZAxis;
+    return ellipse;
+}
+
 EllipseData dataOf(const EllipticalArcShape& s) {
     return {.centre = point3(s.centre),
             .majorAxis = vector3(s.majorAxis),
@@ -90,17 +107,26 @@ T& as(YxDbEntity& entity) {
     return static_cast<T&>(entity);
 }
 
+template <class T>
+const T* is(const YxDbEntity& entity) {
+    return entity.isKindOf(T::desc()) ? static_cast<const T*>(&entity) : nullptr;
+}
+
 struct Writer {
     YxDbEntity& entity;
     void operator()(const LineShape& s) const {
         EntityAccess::setLine(as<YxDbLine>(entity), point3(s.start), point3(s.end));
     }
-    void operator()(const ArcShape& s) const { EntityAccess::setArc(as<YxDbArc>(entity), dataOf(s)); }
+    void operator()(const ArcShape& s) const {
+        EntityAccess::setArc(as<YxDbArc>(entity), isSeenFromBelow(entity) ? fromBelow(dataOf(s)) : dataOf(s));
+    }
     void operator()(const CircleShape& s) const {
         EntityAccess::setCircle(as<YxDbCircle>(entity), {.centre = point3(s.centre), .radius = s.radius});
     }
     void operator()(const EllipseShape& s) const { EntityAccess::setEllipse(as<YxDbEllipse>(entity), dataOf(s)); }
-    void operator()(const EllipticalArcShape& s) const { EntityAccess::setEllipse(as<YxDbEllipse>(entity), dataOf(s)); }
+    void operator()(const EllipticalArcShape& s) const {
+        EntityAccess::setEllipse(as<YxDbEllipse>(entity), isSeenFromBelow(entity) ? fromBelow(dataOf(s)) : dataOf(s));
+    }
     void operator()(const SplineShape& s) const { EntityAccess::setSpline(as<YxDbSpline>(entity), dataOf(s)); }
     void operator()(const PointShape& s) const { EntityAccess::setPoint(as<YxDbPoint>(entity), point3(s.position)); }
     void operator()(const XlineShape& s) const {
@@ -157,12 +183,14 @@ Shape shapeOf(const TextData& data, bool multiline) {
     return TextShape{flat(data.position), data.rotation, data.height, data.text, multiline};
 }
 
-template <class T>
-const T* is(const YxDbEntity& entity) {
-    return entity.isKindOf(T::desc()) ? static_cast<const T*>(&entity) : nullptr;
-}
-
 }  // namespace
+
+bool isSeenFromBelow(const YxDbEntity& entity) {
+    if (const auto* arc = is<YxDbArc>(entity))
+        return EntityAccess::arc(*arc).normal.z < 0.0;
+    const auto* ellipse = is<YxDbEllipse>(entity);
+    return ellipse != nullptr && EntityAccess::ellipse(*ellipse).normal.z < 0.0;
+}
 
 std::unique_ptr<YxDbEntity> makeEntity(const Shape& shape) {
     return std::visit(Maker(), shape);

@@ -6,12 +6,14 @@
 
 #include "workbench/drawing/Drawing.h"
 #include "workbench/editing/EditText.h"
+#include "workbench/evaluator/HostEvaluator.h"
 
 namespace holdfast {
 
 /// What an editing command works on, and what it tells about its work.
 struct EditContext {
     Drawing& drawing;
+    HostEvaluator& evaluator;
     std::vector<std::string> edited;  ///< the entities that the user edited, by name
 };
 

@@ -1,8 +1,18 @@
 #include "workbench/editing/Session.h"
 
+#include <algorithm>
+#include <unordered_set>
+
+#include <YxDbConstraints/YxDbAssocManager.h>
+
 #include "workbench/drawing/Drawing.h"
+#include "workbench/drawing/EntityIndex.h"
 #include "workbench/editing/EditContext.h"
+#include "workbench/editing/Refusal.h"
 #include "workbench/editing/Verbs.h"
+#include "workbench/evaluator/FigureFromDocument.h"
+#include "workbench/evaluator/HostEvaluator.h"
+#include "workbench/evaluator/Measure.h"
 #include "workbench/geometry/GeometryError.h"
 
 namespace holdfast {
@@ -14,8 +24,10 @@ Session::Session(Document document) : m_original(document), m_document(std::move
 Session::~Session() = default;
 
 void Session::openAgain() {
+    m_evaluator.reset();
     m_drawing.reset();  // the host process is one at a time
     m_drawing = std::make_unique<Drawing>(m_document);
+    m_evaluator = std::make_unique<HostEvaluator>(*m_drawing);
 }
 
 const EditResult& Session::apply(std::string_view edit) {
@@ -25,13 +37,18 @@ const EditResult& Session::apply(std::string_view edit) {
     try {
         run(edit);
     } catch (const std::runtime_error& error) {  // EditError and GeometryError alike
-        m_results.back().outcome.error = error.what();
+        m_results.back().outcome.error = errorOf(error);
         openAgain();
     } catch (const std::invalid_argument& error) {  // what the host's builders refuse
         m_results.back().outcome.error = error.what();
         openAgain();
     }
     return m_results.back();
+}
+
+/// When the evaluator has failed it knows better what was in the way than the command that gave up.
+std::string Session::errorOf(const std::exception& error) const {
+    return m_evaluator->last().solved ? error.what() : refusalOf(m_evaluator->last(), m_document);
 }
 
 void Session::run(std::string_view edit) {
@@ -41,17 +58,42 @@ void Session::run(std::string_view edit) {
         return undo();
     }
     const EditVerb& verb = takeVerb(text);
-    EditContext context{*m_drawing, {}};
+    EditContext context{*m_drawing, *m_evaluator, {}};
     verb.run(text, context);
-    finishCommand(*m_drawing);
+    finishCommand();
+    refreshMeasures(m_drawing->document());
     Document after = m_drawing->document();
     m_results.back().fates = fatesBetween(m_document, after, context.edited, m_results.size() - 1);
     m_undo.push_back(std::exchange(m_document, std::move(after)));
 }
 
-void Session::finishCommand(Drawing& drawing) {
-    drawing.dropLostConstraints();
-    drawing.process().endOfCommand();
+/// What the commands have not solved themselves is solved now.
+void Session::finishCommand() {
+    m_drawing->dropLostConstraints();
+    if (!YxDbAssocManager::evaluateTopLevelNetwork(&m_drawing->process().database(), nullptr, 0))
+        throw EditError("the constraints of the drawing do not allow this edit");
+    m_drawing->process().endOfCommand();
+    m_evaluator->endCommand();
+}
+
+/// Measured dimensions follow the entities that they measure.
+void Session::refreshMeasures(const Document& now) {
+    std::unordered_set<std::string_view> changed;
+    const EntityIndex before(m_document);
+    for (const Entity& entity : now.entities)
+        if (const Entity* was = before.find(entity.id); was == nullptr || !(was->shape == entity.shape))
+            changed.insert(entity.id);
+    const auto follows = [&](const Constraint& constraint) {
+        return !constraint.driving && constraint.active && constraint.value &&
+               std::any_of(constraint.refs.begin(), constraint.refs.end(),
+                           [&](const Place& place) { return changed.contains(place.entity); });
+    };
+    if (std::none_of(now.constraints.begin(), now.constraints.end(), follows))
+        return;
+    const Figure figure = figureFrom(now);
+    for (std::size_t i = 0; i < now.constraints.size(); ++i)
+        if (follows(now.constraints[i]))
+            m_drawing->setMeasure(now.constraints[i].id, measured(figure, static_cast<int>(i)));
 }
 
 void Session::undo() {

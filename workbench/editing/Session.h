@@ -10,6 +10,7 @@
 namespace holdfast {
 
 class Drawing;
+class HostEvaluator;
 
 /// What became of one edit.
 struct EditResult {
@@ -40,13 +41,16 @@ private:
     void run(std::string_view edit);
     void undo();
     void openAgain();
-    void finishCommand(Drawing& drawing);
+    std::string errorOf(const std::exception& error) const;
+    void finishCommand();
+    void refreshMeasures(const Document& now);
 
     Document m_original;
     Document m_document;
     std::vector<Document> m_undo;
     std::vector<EditResult> m_results;
     std::unique_ptr<Drawing> m_drawing;
+    std::unique_ptr<HostEvaluator> m_evaluator;
 };
 
 }  // namespace holdfast

@@ -136,10 +136,9 @@ FigureConstraint constraintFrom(const Constraint& constraint, const std::unorder
 
 /// True when the element stands where its shape in the drawing puts it.
 bool isUnmoved(const Figure& figure, int number, const Entity& entity) {
-    Figure fresh;
-    std::visit(Adder{fresh, entity.id}, entity.shape);
     const auto now = figure.valuesOf(number);
-    return std::equal(now.begin(), now.end(), fresh.values.begin(), fresh.values.end());
+    const std::vector<double> drawn = figureValues(entity.shape);
+    return std::equal(now.begin(), now.end(), drawn.begin(), drawn.end());
 }
 
 }  // namespace
@@ -161,12 +160,23 @@ void applyFigure(const Figure& figure, Document& document) {
     for (std::size_t i = 0; i < document.entities.size(); ++i) {
         const int number = static_cast<int>(i);
         if (!isUnmoved(figure, number, document.entities[i]))
-            std::visit(Writer{figure.valuesOf(number), figure.entities[i]}, document.entities[i].shape);
+            document.entities[i].shape = shapeFrom(figure, number, std::move(document.entities[i].shape));
     }
     for (std::size_t c = 0; c < document.constraints.size(); ++c) {
         if (!document.constraints[c].driving && document.constraints[c].value)
             document.constraints[c].value = measured(figure, static_cast<int>(c));
     }
+}
+
+std::vector<double> figureValues(const Shape& shape) {
+    Figure figure;
+    std::visit(Adder{figure, "the element"}, shape);
+    return std::move(figure.values);
+}
+
+Shape shapeFrom(const Figure& figure, int entity, Shape like) {
+    std::visit(Writer{figure.valuesOf(entity), figure.entities[static_cast<std::size_t>(entity)]}, like);
+    return like;
 }
 
 }  // namespace holdfast

@@ -12,4 +12,11 @@ Figure figureFrom(const Document& document);
 /// last bit, and measured dimensions at what they measure now.
 void applyFigure(const Figure& figure, Document& document);
 
+/// The values that an element of the shape has, in the layout of its kind. Throws FigureError for a shape that is none.
+std::vector<double> figureValues(const Shape& shape);
+
+/// The shape of an element as the figure has it; what a figure leaves out (vertex identifiers, knots, a text's words)
+/// comes from `like`, a shape of the same kind.
+Shape shapeFrom(const Figure& figure, int entity, Shape like);
+
 }  // namespace holdfast

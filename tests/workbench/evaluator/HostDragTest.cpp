@@ -1,0 +1,221 @@
+#include "workbench/evaluator/HostDrag.h"
+
+#include <gtest/gtest.h>
+
+#include "commands/stretch/ConstraintStretchCmdCenter.h"
+#include "drag/LvConstraintDropData.h"
+#include "tests/workbench/evaluator/Hosted.h"
+#include "workbench/drawing/HostShapes.h"
+
+namespace holdfast {
+namespace {
+
+using namespace holdfast::testing;
+
+YxGeMatrix3d translation(double x, double y) {
+    YxGeMatrix3d matrix;
+    matrix.setToTranslation({x, y, 0.0});
+    return matrix;
+}
+
+void dragTo(const YxGeMatrix3d& by) {
+    LvConstraintDropData::addDataToWork(by);
+    LvConstraintDropData::evaluate();
+}
+
+std::vector<Shape> previewsOf(const Hosted& hosted) {
+    std::vector<Shape> shapes;
+    for (const YxDbEntity* copy : hosted.header().entitiesToDraw)
+        shapes.push_back(readShape(*copy));
+    return shapes;
+}
+
+TEST(EvaluatedDrag, PreviewsWithoutTouchingTheDatabase) {
+    Hosted hosted(corner());
+    LvConstraintDropData::init(hosted.ids({"a"}));
+    dragTo(translation(1, 0));
+    dragTo(translation(2, 3));
+    EXPECT_EQ(hosted.drawing.document(), corner());
+    const std::vector<Shape> previews = previewsOf(hosted);
+    ASSERT_EQ(previews.size(), 2u);
+    EXPECT_TRUE(isNear(std::get<LineShape>(previews[0]).start, {2, 3}));
+    EXPECT_TRUE(isNear(std::get<LineShape>(previews[1]).start, {12, 3}));
+    LvConstraintDropData::cancel();
+}
+
+TEST(EvaluatedDrag, KeepsItsPreviewsFromStepToStep) {
+    Hosted hosted(corner());
+    LvConstraintDropData::init(hosted.ids({"a"}));
+    dragTo(translation(1, 0));
+    const auto copies = HostAccess::adopted(hosted.header()).size();
+    for (int step = 2; step < 10; ++step)
+        dragTo(translation(step, 0));
+    EXPECT_EQ(HostAccess::adopted(hosted.header()).size(), copies);
+    LvConstraintDropData::cancel();
+}
+
+TEST(EvaluatedDrag, IsWrittenWhenTheHostConfirms) {
+    Hosted hosted(corner());
+    LvConstraintDropData::init(hosted.ids({"a"}));
+    dragTo(translation(2, 3));
+    LvConstraintDropData::setFlag(1);
+    LvConstraintDropData::confirm();
+    hosted.markChanged();
+    EXPECT_TRUE(hosted.evaluate());
+    EXPECT_TRUE(isNear(hosted.line("a").start, {2, 3}));
+    EXPECT_TRUE(isNear(hosted.line("b").start, {12, 3}));
+    EXPECT_TRUE(hosted.header().entitiesToDraw.isEmpty());
+}
+
+TEST(EvaluatedDrag, IsWrittenOnce) {
+    Hosted hosted(corner());
+    LvConstraintDropData::init(hosted.ids({"a"}));
+    dragTo(translation(2, 3));
+    LvConstraintDropData::setFlag(1);
+    LvConstraintDropData::confirm();
+    hosted.markChanged();
+    hosted.evaluate();
+    hosted.markChanged();
+    EXPECT_TRUE(hosted.evaluate());
+    EXPECT_TRUE(isNear(hosted.line("a").start, {2, 3}));
+}
+
+TEST(EvaluatedDrag, LeavesNoTraceWhenItIsCancelled) {
+    Hosted hosted(corner());
+    LvConstraintDropData::init(hosted.ids({"a"}));
+    dragTo(translation(2, 3));
+    LvConstraintDropData::cancel();
+    EXPECT_EQ(hosted.drawing.document(), corner());
+    EXPECT_TRUE(hosted.header().entitiesToDraw.isEmpty());
+}
+
+TEST(EvaluatedDrag, StartsEachSessionFromTheDatabase) {
+    Hosted hosted(corner());
+    for (int session = 0; session < 2; ++session) {
+        LvConstraintDropData::init(hosted.ids({"a"}));
+        dragTo(translation(2, 3));
+        LvConstraintDropData::setFlag(1);
+        LvConstraintDropData::confirm();
+        hosted.markChanged();
+        hosted.evaluate();
+    }
+    EXPECT_TRUE(isNear(hosted.line("a").start, {4, 6}));
+}
+
+TEST(EvaluatedDrag, TakesTheHostsOwnFinalGeometry) {
+    Hosted hosted(corner());
+    LvConstraintDropData::init(hosted.ids({"a"}));
+    dragTo(translation(2, 3));
+    hosted.drawing.write("a", LineShape{{0, 0}, {12, 3}});
+    LvConstraintDropData::confirm();
+    EXPECT_TRUE(hosted.evaluate());
+    EXPECT_EQ(hosted.line("a"), (LineShape{{0, 0}, {12, 3}}));
+    EXPECT_TRUE(isNear(hosted.line("b").start, {12, 3}));
+}
+
+TEST(EvaluatedDrag, ComesAsNearAsAFixedPointLetsIt) {
+    Hosted hosted(corner({constraint("here", ConstraintType::fixed, {{"a", PlaceKind::start}}),
+                          constraint("ten", ConstraintType::distance, {{"a"}}, 10.0)}));
+    LvConstraintDropData::init(hosted.ids({"a"}));
+    dragTo(translation(0, 10));
+    LvConstraintDropData::setFlag(1);
+    LvConstraintDropData::confirm();
+    hosted.markChanged();
+    EXPECT_TRUE(hosted.evaluate());
+    EXPECT_TRUE(isNear(hosted.line("a").start, {0, 0}));
+    EXPECT_NEAR(std::hypot(hosted.line("a").end.x, hosted.line("a").end.y), 10, 1e-6);
+    EXPECT_GT(hosted.line("a").end.y, 1.0) << "it turns towards where it is dragged";
+    EXPECT_GT(hosted.evaluator.last().miss, 1.0);
+}
+
+/// A stretch of some entities; sources are where the host's own stretch would bring them.
+struct Stretch {
+    Hosted& hosted;
+    ConstraintStretchCmdCenter centre{};
+    YxArray<YxArray<int>> grips{};
+    std::vector<std::unique_ptr<YxDbEntity>> sources{};
+
+    void begin(std::initializer_list<const char*> names, std::initializer_list<std::initializer_list<int>> lists) {
+        centre.init(hosted.ids(names));
+        centre.setStartPnt({0, 0, 0});
+        for (const char* name : names)
+            sources.push_back(makeEntity(hosted.drawing.shape(name)));
+        for (const auto& list : lists) {
+            YxArray<int> indices;
+            for (const int index : list)
+                indices.append(index);
+            grips.append(indices);
+        }
+    }
+    bool step(double x, double y) {
+        YxArray<void*> pointers;
+        for (const auto& source : sources)
+            pointers.append(source.get());
+        centre.setSourceInfo({x, y, 0}, pointers, grips);
+        centre.addDataToWork();
+        return hosted.evaluate();
+    }
+};
+
+TEST(EvaluatedStretch, MovesTheListedGripsAndWhatHangsOnThem) {
+    Hosted hosted(corner());
+    Stretch stretch{hosted};
+    stretch.begin({"a"}, {{1}});
+    EXPECT_TRUE(stretch.step(2, 3));
+    EXPECT_EQ(hosted.line("a").start, (Vec2{0, 0}));
+    EXPECT_TRUE(isNear(hosted.line("a").end, {12, 3}));
+    EXPECT_TRUE(isNear(hosted.line("b").start, {12, 3}));
+}
+
+TEST(EvaluatedStretch, DoesNotAddUpItsSteps) {
+    Hosted hosted(corner());
+    Stretch stretch{hosted};
+    stretch.begin({"a"}, {{1}});
+    for (int i = 1; i <= 4; ++i)
+        EXPECT_TRUE(stretch.step(i, 0));
+    EXPECT_TRUE(isNear(hosted.line("a").end, {14, 0}));
+    EXPECT_TRUE(stretch.step(0, 0));
+    EXPECT_TRUE(isNear(hosted.line("a").end, {10, 0}));
+    EXPECT_TRUE(isNear(hosted.line("b").start, {10, 0}));
+}
+
+TEST(EvaluatedStretch, FindsTheListsOfConstrainedObjectsAmongFreeOnes) {
+    Document document = corner();
+    document.entities.push_back(entity("free", LineShape{{0, 9}, {5, 9}}));
+    Hosted hosted(document);
+    Stretch stretch{hosted};
+    stretch.begin({"free", "a"}, {{0}, {1}});
+    EXPECT_TRUE(stretch.step(2, 0));
+    EXPECT_EQ(hosted.line("a").start, (Vec2{0, 0}));
+    EXPECT_TRUE(isNear(hosted.line("a").end, {12, 0}));
+    EXPECT_EQ(hosted.line("free"), (LineShape{{0, 9}, {5, 9}})) << "free objects are the host's";
+}
+
+TEST(EvaluatedStretch, KeepsTheBulgesBesideAMovedVertex) {
+    Document document;
+    document.entities = {entity("p", PolylineShape{{{0, 0}, {10, 0}, {20, 0}}, {0.5, 0, 0}, {1, 2, 3}, false}),
+                         entity("l", LineShape{{20, 0}, {25, 5}})};
+    document.constraints = {
+        constraint("tie", ConstraintType::coincident, {{"p", PlaceKind::segmentEnd, 1}, {"l", PlaceKind::start}})};
+    Hosted hosted(document);
+    Stretch stretch{hosted};
+    stretch.begin({"p"}, {{1}});
+    EXPECT_TRUE(stretch.step(0, 4));
+    const auto polyline = hosted.as<PolylineShape>("p");
+    EXPECT_TRUE(isNear(polyline.vertices[1], {10, 4}));
+    EXPECT_NEAR(polyline.bulges[0], 0.5, 1e-9);
+    EXPECT_EQ(hosted.line("l").start, (Vec2{20, 0}));
+}
+
+TEST(EvaluatedStretch, LeavesObjectsWhereTheyAreInAStaticEvaluation) {
+    Hosted hosted(corner());
+    hosted.drawing.write("a", LineShape{{0, 0}, {12, 3}});
+    ConstraintStretchCmdCenter centre;
+    centre.init(hosted.ids({"a"}));
+    centre.addDataToStaticEvaluate();
+    EXPECT_EQ(hosted.line("a"), (LineShape{{0, 0}, {12, 3}}));
+    EXPECT_TRUE(isNear(hosted.line("b").start, {12, 3}));
+}
+
+}  // namespace
+}  // namespace holdfast

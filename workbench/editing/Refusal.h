@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "workbench/drawing/Document.h"
+#include "workbench/evaluator/HostEvaluator.h"
+
+namespace holdfast {
+
+/// Why an edit is refused that the constraints of the drawing do not allow: which ones stand in its way and what to do.
+std::string refusalOf(const Evaluation& evaluation, const Document& document);
+
+/// A constraint as people name it: "c7 (distance g1.start g2, 12.5)".
+std::string spokenConstraint(const Constraint& constraint);
+
+}  // namespace holdfast

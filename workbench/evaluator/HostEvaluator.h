@@ -1,0 +1,85 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "workbench/drawing/Drawing.h"
+#include "workbench/evaluator/ConverterFeed.h"
+#include "workbench/evaluator/EditDemand.h"
+#include "workbench/evaluator/HostFigure.h"
+
+class AssocConstraintHeader;
+
+namespace holdfast {
+
+class HostDrag;
+
+/// What the last evaluation of a drawing came to.
+struct Evaluation {
+    bool solved = true;
+    bool unchanged = true;                 ///< nothing had to move
+    std::vector<std::string> conflicting;  ///< ids of constraints that stand in the way, in drawing order
+    std::string complaint;                 ///< what else was wrong, in words; else empty
+    std::string worst;                     ///< id of the constraint that holds worst; empty: none
+    double residual = 0.0;                 ///< of that one, as a length
+    double miss = 0.0;                     ///< how far the edit stayed from what was asked; 0: it was met
+    int iterations = 0;
+    std::vector<std::pair<std::string, double>> movements;  ///< entities that moved, and how far
+};
+
+/// Solves a drawing's constraint group whenever the host evaluates its network. Stands behind
+/// YxDbAssocManager::evaluateTopLevelNetwork and LvEvaDataConverter::evaluate as long as it lives.
+///
+/// An edit is read from the group's header once: evaluated again without new data, the constraints are only made to
+/// hold. A failed evaluation changes nothing; where the command had changed the database already, its entities are put
+/// back to the copies that it left in the header.
+class HostEvaluator {
+public:
+    explicit HostEvaluator(Drawing& drawing);
+    ~HostEvaluator();
+    HostEvaluator(const HostEvaluator&) = delete;
+    HostEvaluator& operator=(const HostEvaluator&) = delete;
+
+    /// Makes the constraints hold again, whatever the group's status.
+    const Evaluation& resolve();
+
+    /// The evaluation that ran last in this command.
+    const Evaluation& last() const { return m_last; }
+    /// How often it ran in this command.
+    int runCount() const { return m_runCount; }
+
+    /// Constraints that would have to go for the rotation that was tried last, in drawing order.
+    const std::vector<std::string>& rotateReport() const { return m_rotateReport; }
+
+    /// The command is over: drags and trials are forgotten.
+    void endCommand();
+
+private:
+    bool evaluateGroup();
+    bool evaluate(AssocConstraintHeader& header);
+    bool evaluateStatic(LvEvaDataConverter& converter);
+    bool solveAndWrite(HostFigure& host, const EditDemand& demand);
+    bool feedAndSolve(AssocConstraintHeader& header, LvEditorType editor,
+                      EditDemand (*demandOf)(const Drawing&, HostFigure&, const AssocConstraintHeader&,
+                                             const ConverterFeed&));
+    bool stretch(AssocConstraintHeader& header);
+    bool rotate(AssocConstraintHeader& header);
+    bool drag(AssocConstraintHeader& header);
+    bool endDrag(AssocConstraintHeader& header);
+    void putBack(const AssocConstraintHeader& header);
+    void note(const HostFigure& host, const SolveResult& result, double miss);
+    void noteTrouble(const std::string& complaint);
+
+    Drawing& m_drawing;
+    Evaluation m_last;
+    int m_runCount = 0;
+    std::vector<std::string> m_rotateReport;
+    int m_trialPointCount = 0;  ///< base points in the header when a rotation was tried last
+    std::unique_ptr<HostDrag> m_drag;
+    std::unique_ptr<HostFigure> m_stretchStart;
+};
+
+}  // namespace holdfast

@@ -1,0 +1,91 @@
+#include "workbench/evaluator/HostFigure.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <unordered_set>
+
+#include <yxbase/YxGeTol.h>
+
+#include "workbench/drawing/HostShapes.h"
+#include "workbench/evaluator/FigureFromDocument.h"
+
+namespace holdfast {
+
+namespace {
+
+std::size_t at(int i) {
+    return static_cast<std::size_t>(i);
+}
+
+/// A constraint on a cut away segment or an erased entity waits for the end of the command to go.
+Document withoutLost(Document document) {
+    std::erase_if(document.constraints, [](const Constraint& constraint) {
+        return std::any_of(constraint.refs.begin(), constraint.refs.end(),
+                           [](const Place& place) { return place.entity.empty() || place.index < 0; });
+    });
+    return document;
+}
+
+}  // namespace
+
+HostFigure::HostFigure(const Drawing& drawing)
+    : document(withoutLost(drawing.document())), figure(figureFrom(document)), drawn(figure.values) {
+    for (std::size_t i = 0; i < document.entities.size(); ++i)
+        m_numbers.emplace(document.entities[i].id, static_cast<int>(i));
+}
+
+int HostFigure::numberOf(std::string_view name) const {
+    const auto found = m_numbers.find(std::string(name));
+    return found == m_numbers.end() ? -1 : found->second;
+}
+
+std::vector<int> HostFigure::numbersOf(const Drawing& drawing, const YxArray<YxDbObjectId>& ids) const {
+    std::vector<int> numbers;
+    std::unordered_set<int> seen;
+    for (const YxDbObjectId& id : ids)
+        if (const int number = numberOf(drawing.nameOf(id)); number >= 0 && seen.insert(number).second)
+            numbers.push_back(number);
+    return numbers;
+}
+
+void HostFigure::setReference(int entity, const Shape& before) {
+    const std::vector<double> values = figureValues(before);
+    const FigureEntity& element = figure.entities[at(entity)];
+    if (values.size() == at(element.valueCount))
+        std::copy(values.begin(), values.end(), figure.reference.begin() + element.firstValue);
+}
+
+Shape HostFigure::shapeOf(int entity) const {
+    return shapeFrom(figure, entity, document.entities[at(entity)].shape);
+}
+
+std::vector<int> HostFigure::moved() const {
+    std::vector<int> numbers;
+    for (std::size_t i = 0; i < figure.entities.size(); ++i) {
+        const FigureEntity& element = figure.entities[i];
+        for (std::size_t v = at(element.firstValue); v < at(element.firstValue + element.valueCount); ++v)
+            if (std::abs(figure.values[v] - drawn[v]) > YxGeContext::gTol.equalPoint()) {
+                numbers.push_back(static_cast<int>(i));
+                break;
+            }
+    }
+    return numbers;
+}
+
+void writeMoved(Drawing& drawing, const HostFigure& host) {
+    for (const int number : host.moved())
+        drawing.write(host.document.entities[at(number)].id, host.shapeOf(number));
+}
+
+Shape transformed(const Shape& shape, const YxGeMatrix3d& transform) {
+    const std::unique_ptr<YxDbEntity> entity = makeEntity(shape);
+    entity->transformBy(transform);
+    return readShape(*entity);
+}
+
+double nearestTurn(double angle, double other) {
+    return angle + 2 * std::numbers::pi * std::round((other - angle) / (2 * std::numbers::pi));
+}
+
+}  // namespace holdfast

@@ -1,0 +1,232 @@
+// What one step of a stretch asks of the figure as it was when the stretch began.
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "host/src/yxcore/DynamicEdits.h"
+#include "workbench/drawing/HostShapes.h"
+#include "workbench/evaluator/EditDemands.h"
+
+namespace holdfast {
+
+namespace {
+
+using Indices = YxArray<int>;
+
+std::size_t at(int i) {
+    return static_cast<std::size_t>(i);
+}
+
+/// The index list of each constrained object. Lists are given for free objects too; where there are any, the edit that
+/// the host runs tells which object each one belongs to.
+std::vector<const Indices*> listsOf(const AssocConstraintHeader& header, const YxArray<YxDbObjectId>& ids,
+                                    const YxArray<Indices>& lists) {
+    std::vector<const Indices*> found;
+    if (lists.length() == ids.length()) {
+        for (const Indices& list : lists)
+            found.push_back(&list);
+        return found;
+    }
+    const ConstraintDynamicEdit* edit = dynamicEditOf(header);
+    if (edit == nullptr)
+        return found;
+    const std::unordered_set<const void*> freeSources(header.unconstrainedEntities.begin(),
+                                                      header.unconstrainedEntities.end());
+    const YxArray<YxDbObjectId>& edited = HostAccess::editedIds(*edit);
+    const YxArray<void*>& sources = HostAccess::sourceEntities(*edit);
+    int next = 0;
+    for (int i = 0; i < edited.length() && next < lists.length(); ++i) {
+        const int constrained = static_cast<int>(found.size());
+        if (constrained < ids.length() && edited[i] == ids[constrained])
+            found.push_back(&lists[next++]);
+        else if (i < sources.length() && freeSources.contains(sources[i]))
+            ++next;
+    }
+    return found;
+}
+
+/// One element of the step: its grips, the vector, and its special records.
+struct Stretched {
+    EditDemand& demand;
+    const FigureEntity& element;
+    const std::vector<double>& values;  ///< of the figure
+    const Indices& grips;
+    YxGeVector3d by;
+    std::vector<const ConverterRecord*> specials{};
+    bool fromBelow = false;
+
+    bool has(int grip) const { return grips.contains(grip); }
+    double value(int index) const { return values[at(element.firstValue + index)]; }
+    void put(int index, double goal) { demand.targets.push_back({element.firstValue + index, goal}); }
+    void keep(int index, double goal) { demand.kept.push_back({element.firstValue + index, goal}); }
+    void move(int index, const YxGeVector3d& way) {
+        put(index, value(index) + way.x);
+        put(index + 1, value(index + 1) + way.y);
+    }
+    void carry(int index, const YxGeVector3d& way) {
+        keep(index, value(index) + way.x);
+        keep(index + 1, value(index + 1) + way.y);
+    }
+};
+
+YxGeVector3d translationOf(const YxGeMatrix3d& transform) {
+    const YxGePoint3d origin = transform * YxGePoint3d::kOrigin;
+    return {origin.x, origin.y, origin.z};
+}
+
+void askLine(Stretched& line) {
+    if (line.has(0) || line.has(2))
+        line.move(0, line.by);
+    if (line.has(1) || line.has(2))
+        line.move(2, line.by);
+}
+
+void askAxis(Stretched& axis) {
+    if (axis.has(0)) {
+        axis.move(0, axis.by);
+        axis.keep(2, axis.value(2));
+        return;
+    }
+    double turn = 0.0;
+    if (!axis.specials.empty()) {
+        YxGeVector3d x = YxGeVector3d::kXAxis;
+        x.transformBy(axis.specials.back()->transform);
+        turn = std::atan2(x.y, x.x);
+    } else {
+        // The second point lies one unit ahead and is what moves.
+        const double angle = axis.value(2);
+        turn = nearestTurn(std::atan2(std::sin(angle) + axis.by.y, std::cos(angle) + axis.by.x), angle) - angle;
+    }
+    axis.put(2, axis.value(2) + turn);
+    axis.carry(0, YxGeVector3d::kIdentity);
+}
+
+void askArc(Stretched& arc) {
+    const int start = arc.fromBelow ? 5 : 3, end = arc.fromBelow ? 3 : 5;
+    const bool isWhole = arc.has(0) && arc.has(1);
+    if (isWhole || arc.specials.empty()) {
+        if (isWhole || arc.has(2))
+            arc.move(0, arc.by);
+        if (isWhole || arc.has(0))
+            arc.move(start, arc.by);
+        if (isWhole || arc.has(1))
+            arc.move(end, arc.by);
+        arc.keep(2, arc.value(2));
+        return;
+    }
+    const YxGeVector3d ofCentre = translationOf(arc.specials.back()->transform);
+    const int listed = arc.has(0) ? start : arc.has(1) ? end : -1;
+    if (listed < 0) {
+        arc.move(0, ofCentre);
+        arc.carry(3, ofCentre);
+        arc.carry(5, ofCentre);
+    } else {
+        arc.move(listed, arc.by);
+        arc.carry(0, ofCentre);
+        arc.carry(listed == 3 ? 5 : 3, YxGeVector3d::kIdentity);
+    }
+    arc.keep(2, arc.specials.back()->value1);
+}
+
+/// tan(angle / 4) of an arc of a radius over a chord, on the side and the half of the old one.
+double bulgeFor(double chord, double radius, double old) {
+    if (!(chord <= 2.0 * radius))
+        return old;
+    const double half = std::asin(chord / (2.0 * radius));
+    const double bulge = std::tan((std::abs(old) <= 1.0 ? half : std::numbers::pi - half) / 2.0);
+    return std::copysign(bulge, old);
+}
+
+void keepBulge(Stretched& polyline, int segment) {
+    const FigureEntity& element = polyline.element;
+    if (segment < 0 || segment >= element.segmentCount() || element.bulgeValues[at(segment)] < 0)
+        return;
+    const int bulge = element.bulgeValues[at(segment)] - element.firstValue;
+    double goal = polyline.value(bulge);
+    for (const ConverterRecord* special : polyline.specials)
+        if (special->number == segment) {
+            const int p = segment, q = (segment + 1) % element.vertexCount;
+            const double x = polyline.value(2 * q) - polyline.value(2 * p) +
+                             polyline.by.x * (int(polyline.has(q)) - int(polyline.has(p)));
+            const double y = polyline.value(2 * q + 1) - polyline.value(2 * p + 1) +
+                             polyline.by.y * (int(polyline.has(q)) - int(polyline.has(p)));
+            goal = bulgeFor(std::hypot(x, y), special->value1, goal);
+        }
+    polyline.keep(bulge, goal);
+}
+
+void askPolyline(Stretched& polyline) {
+    const int count = polyline.element.vertexCount;
+    for (const int vertex : polyline.grips) {
+        if (vertex < 0 || vertex >= count)
+            continue;
+        polyline.move(2 * vertex, polyline.by);
+        keepBulge(polyline, vertex);
+        if (const int before = (vertex + count - 1) % count; !polyline.has(before))
+            keepBulge(polyline, before);
+    }
+}
+
+void askGrips(Stretched& stretched) {
+    switch (stretched.element.kind) {
+        case FigureKind::line:
+            return askLine(stretched);
+        case FigureKind::ray:
+        case FigureKind::xline:
+            return askAxis(stretched);
+        case FigureKind::arc:
+            return askArc(stretched);
+        case FigureKind::polyline:
+            return askPolyline(stretched);
+        case FigureKind::spline:
+            for (const int control : stretched.grips)
+                if (control >= 0 && 2 * control + 1 < stretched.element.valueCount)
+                    stretched.move(2 * control, stretched.by);
+            return;
+        case FigureKind::ellipticalArc:
+        case FigureKind::circle:
+        case FigureKind::ellipse:
+        case FigureKind::point:
+        case FigureKind::text:
+            stretched.move(0, stretched.by);
+            for (int value = 2; value < stretched.element.valueCount; ++value) {
+                const bool isEnd = stretched.element.kind == FigureKind::ellipticalArc && value >= 5;
+                const double way = !isEnd ? 0.0 : value % 2 == 1 ? stretched.by.x : stretched.by.y;
+                stretched.keep(value, stretched.value(value) + way);
+            }
+            return;
+    }
+}
+
+}  // namespace
+
+EditDemand stretchDemand(const Drawing& drawing, const HostFigure& host, const AssocConstraintHeader& header,
+                         const ConverterFeed& feed) {
+    const ConverterRecord* objects = feed.last("setObjectIds");
+    const ConverterRecord* grips = feed.last("resetData(lists)");
+    const ConverterRecord* way = feed.last("setTransform(vector)");
+    EditDemand demand;
+    demand.whenBarred = WhenBarred::yield;
+    if (objects == nullptr || grips == nullptr || way == nullptr)
+        return demand;
+    std::unordered_map<std::string, std::vector<const ConverterRecord*>> specials;
+    for (const ConverterRecord* special : feed.all("addSpecialInfo"))
+        specials[drawing.nameOf(special->id)].push_back(special);
+    const std::vector<const Indices*> lists = listsOf(header, objects->ids, grips->indexLists);
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        const std::string name = drawing.nameOf(objects->ids[static_cast<int>(i)]);
+        const int number = host.numberOf(name);
+        if (number < 0)
+            continue;
+        demand.edited.push_back(number);
+        Stretched stretched{
+            demand,         host.figure.entities[at(number)],     host.figure.values, *lists[i], way->vector,
+            specials[name], isSeenFromBelow(drawing.entity(name))};
+        askGrips(stretched);
+    }
+    return demand;
+}
+
+}  // namespace holdfast
