@@ -90,6 +90,9 @@ struct HostAccess {
     static unsigned int nodeId(const YxGraphNode& node) { return node.m_nodeId; }
     static unsigned int curveId(const YxConstrainedImplicitPoint& point) { return point.m_curveId; }
     static YxDb::ImplicitPointType pointType(const YxConstrainedImplicitPoint& point) { return point.m_pointType; }
+    static void setPointType(YxConstrainedImplicitPoint& point, YxDb::ImplicitPointType type) {
+        point.m_pointType = type;
+    }
     static int pointIndex(const YxConstrainedImplicitPoint& point) { return point.m_pointIndex; }
     static bool isPoint(const YxConstrainedImplicitPoint& point, YxDb::ImplicitPointType type, int pointIndex) {
         return point.m_pointType == type && point.m_pointIndex == pointIndex;

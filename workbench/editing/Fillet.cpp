@@ -1,5 +1,5 @@
-#include "commands/fillet/ConstraintFilletCmdCenter.h"
-#include "workbench/editing/FilletGeometry.h"
+#include "workbench/editing/FilletCurves.h"
+#include "workbench/editing/FilletPolyline.h"
 #include "workbench/editing/Verbs.h"
 #include "workbench/geometry/Parameters.h"
 
@@ -8,13 +8,11 @@ namespace holdfast {
 namespace {
 
 FilletSide takeSide(EditText& text, const EditContext& context) {
-    FilletSide side{takeEntity(text, context), {}};
+    FilletSide side{.name = takeEntity(text, context), .shape = {}};
     refuseFixed(context, side.name);
     side.shape = context.drawing.shape(side.name);
     if (std::holds_alternative<PointShape>(side.shape) || std::holds_alternative<TextShape>(side.shape))
         throw EditError(side.name + " is no curve; only curves can be filleted");
-    if (std::holds_alternative<PolylineShape>(side.shape))
-        throw EditError(side.name + " is a polyline, which cannot be filleted; choose single curves");
     return side;
 }
 
@@ -26,51 +24,78 @@ double takeRadius(EditText& text) {
     return radius;
 }
 
-/// A ray that gets a second end, or a construction line that gets one, becomes an entity of another kind. The host
-/// puts a new entity in its place; what held on the former one goes with it. True when that happened.
-bool replaceOtherKind(EditContext& context, const FilletSide& side, const Shape& shape) {
-    if (side.shape.index() == shape.index())
-        return false;
-    context.drawing.add(shape, side.name);
-    context.drawing.erase(side.name);
-    return true;
+void takePicks(EditText& text, FilletSide& a, FilletSide& b) {
+    if (!text.accept("at"))
+        return;
+    a.pick = pointAt(a.shape, paramOnCurve(a.shape, a.name, text.point("a point on the first curve")));
+    b.pick = pointAt(b.shape, paramOnCurve(b.shape, b.name, text.point("a point on the second curve")));
 }
 
-/// The host's half of a fillet of two curves. Entities that are replaced go first, as their constraints are not for
-/// the centre to judge.
-void applyFillet(EditContext& context, const FilletSide& a, const FilletSide& b, const CurveFillet& fillet) {
-    Drawing& drawing = context.drawing;
-    context.edited = {a.name, b.name};
-    const bool keepsA = !replaceOtherKind(context, a, fillet.first);
-    const bool keepsB = !replaceOtherKind(context, b, fillet.second);
-    ConstraintFilletCmdCenter centre;
-    centre.setEntityInfo(keepsA ? &drawing.entity(a.name) : nullptr, keepsB ? &drawing.entity(b.name) : nullptr);
-    if (keepsA)
-        drawing.write(a.name, fillet.first);
-    if (keepsB)
-        drawing.write(b.name, fillet.second);
-    if (fillet.arc)
-        drawing.add(*fillet.arc);
-    centre.deleteConstraint();
+const PolylineShape& polylineOf(const FilletSide& side) {
+    const auto* polyline = std::get_if<PolylineShape>(&side.shape);
+    if (polyline == nullptr)
+        throw EditError(side.name + " is no polyline; only polylines have corners and segments to fillet");
+    return *polyline;
+}
+
+PolylineSide openPolylineSide(const FilletSide& side) {
+    const PolylineShape& polyline = polylineOf(side);
+    if (polyline.closed)
+        throw EditError(side.name +
+                        " is closed and has no end to fillet; fillet one of its corners, or break it first");
+    return {side.name, polyline, side.pick};
+}
+
+void filletCorner(EditText& text, EditContext& context, const FilletSide& side) {
+    const PolylineShape& polyline = polylineOf(side);
+    const int corner = text.integer("the number of a corner, counted from 0");
+    const double radius = takeRadius(text);
+    text.expectEnd();
+    filletWithin(context, side.name, cornerFillet(side.name, polyline, corner, radius));
+}
+
+void filletSegments(EditText& text, EditContext& context, const FilletSide& side) {
+    const PolylineShape& polyline = polylineOf(side);
+    const int from = text.integer("the number of the segment that the arc leaves, counted from 0");
+    const int to = text.integer("the number of the segment to which the arc leads");
+    const double radius = takeRadius(text);
+    text.expectEnd();
+    filletWithin(context, side.name, segmentFillet(side.name, polyline, from, to, radius));
+}
+
+void filletPair(EditContext& context, const FilletSide& a, const FilletSide& b, double radius) {
+    const bool first = std::holds_alternative<PolylineShape>(a.shape);
+    const bool second = std::holds_alternative<PolylineShape>(b.shape);
+    if (a.name == b.name)
+        throw EditError(first ? "name two segments or a corner to fillet " + a.name + " with itself"
+                              : a.name + " cannot be filleted with itself; name two curves");
+    if (first && second)
+        filletPolylines(context, openPolylineSide(a), openPolylineSide(b), radius);
+    else if (first || second)
+        filletWithCurve(context, openPolylineSide(first ? a : b), first ? b : a, radius);
+    else
+        filletTwoCurves(context, a, b, radius);
 }
 
 void runFillet(EditText& text, EditContext& context) {
     FilletSide a = takeSide(text, context);
+    if (text.accept("corner"))
+        return filletCorner(text, context, a);
+    if (text.accept("segments"))
+        return filletSegments(text, context, a);
     FilletSide b = takeSide(text, context);
     const double radius = takeRadius(text);
-    if (text.accept("at")) {
-        a.pick = pointAt(a.shape, paramOnCurve(a.shape, a.name, text.point("a point on the first curve")));
-        b.pick = pointAt(b.shape, paramOnCurve(b.shape, b.name, text.point("a point on the second curve")));
-    }
+    takePicks(text, a, b);
     text.expectEnd();
-    if (a.name == b.name)
-        throw EditError(a.name + " cannot be filleted with itself; name two curves");
-    applyFillet(context, a, b, filletCurves(a, b, radius));
+    filletPair(context, a, b, radius);
 }
 
 }  // namespace
 
-const EditVerb kFilletVerb{"fillet", "fillet ENTITY ENTITY radius R [at POINT POINT]", "fillet g1 g2 radius 2",
-                           "joins two curves by an arc, or with radius 0 in a sharp corner", &runFillet};
+const EditVerb kFilletVerb{
+    "fillet",
+    "fillet ENTITY ENTITY radius R [at POINT POINT] | fillet POLYLINE corner I radius R | fillet POLYLINE segments I "
+    "J radius R",
+    "fillet g1 g2 radius 2", "joins two curves or segments by an arc, or with radius 0 in a sharp corner", &runFillet};
 
 }  // namespace holdfast

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "workbench/editing/EditContext.h"
+#include "workbench/editing/FilletGeometry.h"
+
+namespace holdfast {
+
+// The host's half of fillets of curves that are no polylines.
+
+/// A ray that gets a second end, or a construction line that gets one, becomes an entity of another kind. The host
+/// puts a new entity in its place; what held on the former one goes with it. True when that happened.
+bool replaceOtherKind(EditContext& context, const FilletSide& side, const Shape& shape);
+
+/// Fillets two curves; the arc becomes an entity of its own.
+void filletTwoCurves(EditContext& context, const FilletSide& a, const FilletSide& b, double radius);
+
+}  // namespace holdfast

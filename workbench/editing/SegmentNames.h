@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+#include "workbench/drawing/Drawing.h"
+
+namespace holdfast {
+
+// What the host does for the dependencies on a polyline when it has changed the order of its vertices.
+
+/// A dependency names its segment by the identifiers of both vertices. One of which only a single vertex is left names
+/// the segment that starts or ends there, and gets its whole name again; dependencies without constraints and those of
+/// removed segments stay as they are. Linear in the polyline and its dependencies.
+void renewSegmentNames(Drawing& drawing, const std::string& polyline);
+
+/// The same, and ties the corners between neighbouring constrained segments that have no tie yet.
+void settleSegments(Drawing& drawing, const std::string& polyline);
+
+/// On a polyline that was turned round, the starts of its segments are their ends.
+void swapSegmentEnds(Drawing& drawing, const std::string& polyline);
+
+}  // namespace holdfast
