@@ -6,41 +6,14 @@
 
 #include <yxdb/YxDbPolyline.h>
 
+#include "benchmarks/module/Drawings.h"
 #include "benchmarks/module/Growth.h"
 #include "commands/break/ConstraintBreakCmdCenter.h"
 #include "commands/break/ConstraintTrimCmdCenter.h"
-#include "host/model/HostBuilder.h"
-#include "host/model/HostProcess.h"
-#include "host/src/EntityAccess.h"
 
 namespace {
 
 using namespace holdfast;
-
-/// A group of about `nodes` nodes: a chain of lines, each tied to the next by a coincidence (line, start, end and
-/// coincidence make four nodes).
-struct Chain {
-    explicit Chain(int nodes) : builder(process.database()) {
-        process.watch(false);
-        group = builder.addGroup();
-        for (int i = 0; i < nodes / 4; ++i)
-            lines.push_back(builder.add(EntityAccess::makeLine({10.0 * i, 0, 0}, {10.0 * i + 10.0, 0, 0})));
-        for (std::size_t i = 0; i + 1 < lines.size(); ++i)
-            tie(lines[i], lines[i + 1]);
-    }
-    void tie(const YxDbObjectId& first, const YxDbObjectId& second) {
-        YxDbAssoc2dConstraintGroup& in = HostBuilder::group(group);
-        YxConstrainedGeometry& end =
-            builder.geometry(in, {.entity = first, .isPoint = true, .pointType = YxDb::kEndImplicit});
-        YxConstrainedGeometry& start = builder.geometry(in, {.entity = second, .isPoint = true});
-        builder.constrain<YxPointCoincidenceConstraint>(in, {&end, &start});
-    }
-
-    HostProcess process;
-    HostBuilder builder;
-    YxDbObjectId group;
-    std::vector<YxDbObjectId> lines;
-};
 
 /// The least that any clean-up needs: one look at every geometry of the group.
 void barePass(benchmark::State& state) {
@@ -99,13 +72,6 @@ void trimLine(benchmark::State& state) {
             pieces.append(static_cast<YxDbEntity*>(removed.get()));
             centre.setPtParam(&line, indices, pieces);
         });
-}
-
-PolylineData zigzag(int first, int last) {
-    PolylineData data;
-    for (int i = first; i <= last; ++i)
-        data.vertices.push_back({.point = {10.0 * i, i % 2 == 0 ? 0.0 : 5.0}});
-    return data;
 }
 
 /// A polyline of n segments, each with a dependency and a constraint, broken within two segments around its middle.
