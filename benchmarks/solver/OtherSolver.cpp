@@ -1,0 +1,194 @@
+#include "benchmarks/solver/OtherSolver.h"
+
+#ifdef HOLDFAST_WITH_SLVS
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <map>
+
+// Uses memset without declaring it.
+#include <slvs.h>
+
+namespace holdfast {
+
+namespace {
+
+constexpr Slvs_hGroup kBase = 1, kSketch = 2;
+constexpr Slvs_hEntity kOrigin = 1, kNormal = 2, kPlane = 3, kFirstEntity = 10;
+
+}  // namespace
+
+struct OtherSolver::Data {
+    std::vector<Slvs_Param> params;
+    std::vector<Slvs_Entity> entities;
+    std::vector<Slvs_Constraint> constraints;
+    std::vector<Slvs_hEntity> elements;                  ///< by number in the figure
+    std::map<int, Slvs_hParam> paramOfValue;             ///< by value of the figure
+    std::map<std::pair<int, int>, Slvs_hEntity> points;  ///< by element and place
+    std::vector<Slvs_hParam> dragged;
+
+    Slvs_hParam addParam(Slvs_hGroup group, double value) {
+        const auto handle = static_cast<Slvs_hParam>(params.size() + 1);
+        params.push_back(Slvs_MakeParam(handle, group, value));
+        return handle;
+    }
+
+    Slvs_hEntity nextEntity() const { return kFirstEntity + static_cast<Slvs_hEntity>(entities.size()); }
+
+    void addPlane() {
+        const Slvs_hParam x = addParam(kBase, 0.0), y = addParam(kBase, 0.0), z = addParam(kBase, 0.0);
+        entities.push_back(Slvs_MakePoint3d(kOrigin, kBase, x, y, z));
+        const Slvs_hParam w = addParam(kBase, 1.0), i = addParam(kBase, 0.0), j = addParam(kBase, 0.0),
+                          k = addParam(kBase, 0.0);
+        entities.push_back(Slvs_MakeNormal3d(kNormal, kBase, w, i, j, k));
+        entities.push_back(Slvs_MakeWorkplane(kPlane, kBase, kOrigin, kNormal));
+    }
+
+    Slvs_hEntity addPoint(const Figure& figure, int firstValue) {
+        const auto v = static_cast<std::size_t>(firstValue);
+        const Slvs_hParam x = addParam(kSketch, figure.values[v]), y = addParam(kSketch, figure.values[v + 1]);
+        paramOfValue[firstValue] = x;
+        paramOfValue[firstValue + 1] = y;
+        const Slvs_hEntity handle = nextEntity();
+        entities.push_back(Slvs_MakePoint2d(handle, kSketch, kPlane, x, y));
+        return handle;
+    }
+
+    void addElement(const Figure& figure, int number) {
+        const FigureEntity& entity = figure.entities[static_cast<std::size_t>(number)];
+        const bool isArc = entity.kind == FigureKind::arc;
+        const int ends = entity.firstValue + (isArc ? 3 : 0);
+        const Slvs_hEntity centre = isArc ? addPoint(figure, entity.firstValue) : 0;
+        const Slvs_hEntity start = addPoint(figure, ends), end = addPoint(figure, ends + 2);
+        points[{number, static_cast<int>(PlaceKind::start)}] = start;
+        points[{number, static_cast<int>(PlaceKind::end)}] = end;
+        const Slvs_hEntity handle = nextEntity();
+        entities.push_back(isArc ? Slvs_MakeArcOfCircle(handle, kSketch, kPlane, kNormal, centre, start, end)
+                                 : Slvs_MakeLineSegment(handle, kSketch, kPlane, start, end));
+        elements.push_back(handle);
+    }
+
+    void addConstraint(int type, Slvs_hEntity p, Slvs_hEntity q, Slvs_hEntity a, Slvs_hEntity b, int other = 0) {
+        const auto handle = static_cast<Slvs_hConstraint>(constraints.size() + 1);
+        constraints.push_back(Slvs_MakeConstraint(handle, kSketch, type, kPlane, 0.0, p, q, a, b));
+        constraints.back().other = other;
+    }
+
+    Slvs_hEntity element(const FigurePlace& place) const { return elements[static_cast<std::size_t>(place.entity)]; }
+    Slvs_hEntity point(const FigurePlace& place) const {
+        return points.at({place.entity, static_cast<int>(place.kind)});
+    }
+
+    void addConstraint(const Figure& figure, const FigureConstraint& constraint) {
+        const FigurePlace& a = constraint.refs.front();
+        const FigurePlace& b = constraint.refs.back();
+        const auto isArc = [&](const FigurePlace& place) {
+            return figure.entities[static_cast<std::size_t>(place.entity)].kind == FigureKind::arc;
+        };
+        switch (constraint.type) {
+            case ConstraintType::coincident:
+                return addConstraint(SLVS_C_POINTS_COINCIDENT, point(a), point(b), 0, 0);
+            case ConstraintType::horizontal:
+                return addConstraint(SLVS_C_HORIZONTAL, 0, 0, element(a), 0);
+            case ConstraintType::vertical:
+                return addConstraint(SLVS_C_VERTICAL, 0, 0, element(a), 0);
+            case ConstraintType::perpendicular:
+                return addConstraint(SLVS_C_PERPENDICULAR, 0, 0, element(a), element(b));
+            case ConstraintType::equal:
+                return addConstraint(isArc(a) ? SLVS_C_EQUAL_RADIUS : SLVS_C_EQUAL_LENGTH_LINES, 0, 0, element(a),
+                                     element(b));
+            case ConstraintType::tangent: {
+                const FigurePlace& arc = isArc(a) ? a : b;
+                const FigurePlace& line = isArc(a) ? b : a;
+                return addConstraint(SLVS_C_ARC_LINE_TANGENT, 0, 0, element(arc), element(line),
+                                     arc.kind == PlaceKind::end ? 1 : 0);
+            }
+            default:
+                throw FigureError("constraint " + constraint.id + ": it has no counterpart in the other solver");
+        }
+    }
+};
+
+bool OtherSolver::isThere() {
+    return true;
+}
+
+OtherSolver::OtherSolver(const Figure& figure) : m_data(std::make_unique<Data>()) {
+    m_data->addPlane();
+    for (std::size_t i = 0; i < figure.entities.size(); ++i)
+        m_data->addElement(figure, static_cast<int>(i));
+    for (const FigureConstraint& constraint : figure.constraints)
+        m_data->addConstraint(figure, constraint);
+}
+
+void OtherSolver::drag(int value, double goal) {
+    const Slvs_hParam param = m_data->paramOfValue.at(value);
+    m_data->params[param - 1].val = goal;
+    if (std::find(m_data->dragged.begin(), m_data->dragged.end(), param) == m_data->dragged.end())
+        m_data->dragged.push_back(param);
+}
+
+std::optional<const char*> OtherSolver::solve() {
+    Slvs_System system;
+    std::memset(&system, 0, sizeof(system));
+    system.param = m_data->params.data();
+    system.params = static_cast<int>(m_data->params.size());
+    system.entity = m_data->entities.data();
+    system.entities = static_cast<int>(m_data->entities.size());
+    system.constraint = m_data->constraints.data();
+    system.constraints = static_cast<int>(m_data->constraints.size());
+    for (std::size_t i = 0; i < m_data->dragged.size() && i < 4; ++i)
+        system.dragged[i] = m_data->dragged[i];
+    std::vector<Slvs_hConstraint> failed(m_data->constraints.size());
+    system.failed = failed.data();
+    system.faileds = static_cast<int>(failed.size());
+    Slvs_Solve(&system, kSketch);
+    switch (system.result) {
+        case SLVS_RESULT_OKAY:
+            return std::nullopt;
+        case SLVS_RESULT_INCONSISTENT:
+            return "inconsistent";
+        case SLVS_RESULT_TOO_MANY_UNKNOWNS:
+            return "full";
+        default:
+            return "diverged";
+    }
+}
+
+void OtherSolver::read(Figure& figure) const {
+    for (const auto& [value, param] : m_data->paramOfValue)
+        figure.values[static_cast<std::size_t>(value)] = m_data->params[param - 1].val;
+    for (const FigureEntity& entity : figure.entities) {
+        if (entity.kind != FigureKind::arc)
+            continue;
+        const auto v = static_cast<std::size_t>(entity.firstValue);
+        figure.values[v + 2] =
+            std::hypot(figure.values[v + 3] - figure.values[v], figure.values[v + 4] - figure.values[v + 1]);
+    }
+}
+
+}  // namespace holdfast
+
+#else
+
+namespace holdfast {
+
+struct OtherSolver::Data {};
+OtherSolver::OtherSolver(const Figure&) {}
+bool OtherSolver::isThere() {
+    return false;
+}
+void OtherSolver::drag(int, double) {}
+std::optional<const char*> OtherSolver::solve() {
+    return "missing";
+}
+void OtherSolver::read(Figure&) const {}
+
+}  // namespace holdfast
+
+#endif
+
+namespace holdfast {
+OtherSolver::~OtherSolver() = default;
+}  // namespace holdfast

@@ -1,0 +1,204 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+
+#include "benchmarks/solver/OtherSolver.h"
+#include "benchmarks/solver/Trials.h"
+
+// Compares the evaluator with another solver on the same figures, in one run, and says which bars hold:
+//
+//     benchmark_solver [most constraints]
+
+namespace holdfast {
+namespace {
+
+constexpr int kSizes[] = {50, 500, 5000, 10000, 50000};
+constexpr double kTooSlow = 3000.0;  // ms for one solve of the other: bigger figures are not tried with it
+
+struct Row {
+    int constraints = 0;
+    Times rings, part, other;
+};
+
+using Family = Workload (*)(int);
+struct NamedFamily {
+    const char* name;
+    Family make;
+};
+constexpr NamedFamily kFamilies[] = {
+    {"chain", chainOf}, {"grid", gridOf}, {"islands", islandsOf}, {"mechanism", mechanismOf}};
+
+bool solves(const Times& times) {
+    return times.trouble.empty() && times.solve >= 0.0;
+}
+
+void printTime(double ms) {
+    if (ms < 0.0)
+        std::printf("%11s", "-");
+    else
+        std::printf("%11.3f", ms);
+}
+
+void printRatio(double other, double own) {
+    if (other < 0.0 || own < 0.0)
+        std::printf("%8s", "-");
+    else
+        std::printf("%7.1fx", other / own);
+}
+
+void printHead() {
+    std::printf(
+        "ms; own: rings / whole part; other: libslvs; ratio: other against own in rings (drag: and whole part)\n");
+    std::printf("%-10s %7s |%11s%11s%8s |%11s%11s%11s%8s |%11s%11s%11s%8s%8s | worst residual\n", "figure", "constr.",
+                "solve own", "other", "ratio", "first ring", "part", "other", "ratio", "later ring", "part", "other",
+                "ratio", "ratio");
+}
+
+void print(const char* name, const Row& row) {
+    const Times other = solves(row.other) ? row.other : Times{};
+    std::printf("%-10s %7d |", name, row.constraints);
+    printTime(row.part.solve);
+    printTime(other.solve);
+    printRatio(other.solve, row.part.solve);
+    std::printf(" |");
+    printTime(row.rings.firstStep);
+    printTime(row.part.firstStep);
+    printTime(other.firstStep);
+    printRatio(other.firstStep, row.rings.firstStep);
+    std::printf(" |");
+    printTime(row.rings.laterStep);
+    printTime(row.part.laterStep);
+    printTime(other.laterStep);
+    printRatio(other.laterStep, row.rings.laterStep);
+    printRatio(other.laterStep, row.part.laterStep);
+    std::printf(" | own %.1e", std::max(row.rings.residual, row.part.residual));
+    if (solves(row.other))
+        std::printf(" other %.1e", row.other.residual);
+    else
+        std::printf(" other: %s", row.other.trouble.c_str());
+    for (const Times* own : {&row.rings, &row.part}) {
+        if (!own->trouble.empty())
+            std::printf(" OWN: %s", own->trouble.c_str());
+    }
+    std::printf("\n");
+    std::fflush(stdout);
+}
+
+Row measure(const Workload& work, const std::string& whyNotOther) {
+    Row row;
+    row.constraints = static_cast<int>(work.figure.constraints.size());
+    row.rings = timeOwn(work, Reach::rings);
+    row.part = timeOwn(work, Reach::part);
+    row.other.trouble = whyNotOther;
+    if (whyNotOther.empty())
+        row.other = timeOther(work);
+    return row;
+}
+
+std::vector<Row> measureFamily(const NamedFamily& family, int most) {
+    std::vector<Row> rows;
+    std::string whyNotOther = OtherSolver::isThere() ? "" : "not in this build";
+    for (const int size : kSizes) {
+        if (size > most)
+            break;
+        rows.push_back(measure(family.make(size), whyNotOther));
+        print(family.name, rows.back());
+        if (whyNotOther.empty() && !rows.back().other.trouble.empty())
+            whyNotOther = rows.back().other.trouble + " before";
+        else if (whyNotOther.empty() && rows.back().other.solve > kTooSlow)
+            whyNotOther = "too slow before";
+    }
+    return rows;
+}
+
+void say(bool holds, const std::string& bar, double found, const char* unit) {
+    std::printf("%-6s %-78s %9.3f %s\n", holds ? "holds" : "MISSED", bar.c_str(), found, unit);
+}
+
+/// The least of the other's times against ours, over all that both can do.
+double leastRatio(const Row& row) {
+    const auto of = [](const Times& own, const Times& other) {
+        return std::min({other.solve / own.solve, other.firstStep / own.firstStep, other.laterStep / own.laterStep});
+    };
+    return std::min(of(row.rings, row.other), of(row.part, row.other));
+}
+
+void judgeAgainstOther(const char* name, const std::vector<Row>& rows) {
+    double least = 1e300;
+    for (const Row& row : rows) {
+        if (!solves(row.other))
+            continue;
+        least = std::min(least, leastRatio(row));
+        const bool isCoupled = name == std::string("grid") || name == std::string("mechanism");
+        if (!isCoupled || row.constraints < 400 || row.constraints > 600)
+            continue;
+        const std::string at = std::string(name) + " of 500, at least 50 times faster: ";
+        say(row.other.solve >= 50 * row.part.solve, at + "solve", row.other.solve / row.part.solve, "x");
+        say(row.other.firstStep >= 50 * row.part.firstStep, at + "first step", row.other.firstStep / row.part.firstStep,
+            "x");
+        say(row.other.laterStep >= 50 * row.part.laterStep, at + "later step, whole part",
+            row.other.laterStep / row.part.laterStep, "x");
+        say(row.other.laterStep >= 50 * row.rings.laterStep, at + "later step, rings",
+            row.other.laterStep / row.rings.laterStep, "x");
+    }
+    if (least < 1e300)
+        say(least >= 1.0, std::string(name) + ": never slower where both solve; least ratio", least, "x");
+}
+
+void judgeFrames(const char* name, const std::vector<Row>& rows) {
+    for (const Row& row : rows) {
+        if (row.constraints < 9500 || row.constraints > 10500)
+            continue;
+        const std::string at = std::string(name) + " of 10,000, a drag step: ";
+        say(row.part.laterStep <= 16.0, at + "whole part within 16 ms", row.part.laterStep, "ms");
+        say(row.rings.laterStep <= 1.0, at + "rings within 1 ms", row.rings.laterStep, "ms");
+    }
+}
+
+/// Exponent of the growth between the two largest sizes; 1 is linear.
+void judgeGrowth(const char* name, const std::vector<Row>& rows) {
+    if (rows.size() < 4)
+        return;
+    const Row &small = rows[rows.size() - 3], &large = rows.back();
+    const double sizes = std::log(static_cast<double>(large.constraints) / small.constraints);
+    const auto exponent = [&](double from, double to) { return std::log(to / from) / sizes; };
+    const double solving = exponent(small.part.solve, large.part.solve);
+    const double dragging = exponent(small.part.laterStep, large.part.laterStep);
+    constexpr double closeToLinear = 1.25;
+    say(solving <= closeToLinear, std::string(name) + ": solving grows with constraints to the power", solving, "");
+    say(dragging <= closeToLinear, std::string(name) + ": a step of the whole part, to the power", dragging, "");
+}
+
+void judgeIslands() {
+    for (const NamedFamily& family : kFamilies) {
+        const auto [alone, crowded] = timeBesideOthers(family.make(500), 1000);
+        say(crowded < 1.1 * alone, std::string(family.name) + ": a step beside 1,000 other figures, below 1.1 times",
+            crowded / alone, "x");
+    }
+}
+
+int run(int most) {
+    if (!OtherSolver::isThere())
+        std::printf("libslvs was not found when this was built: only our own times are shown\n");
+    printHead();
+    std::map<const char*, std::vector<Row>> rows;
+    for (const NamedFamily& family : kFamilies)
+        rows[family.name] = measureFamily(family, most);
+    std::printf("\n");
+    for (const NamedFamily& family : kFamilies) {
+        judgeAgainstOther(family.name, rows[family.name]);
+        judgeFrames(family.name, rows[family.name]);
+        judgeGrowth(family.name, rows[family.name]);
+    }
+    judgeIslands();
+    return 0;
+}
+
+}  // namespace
+}  // namespace holdfast
+
+int main(int count, char** words) {
+    return holdfast::run(count > 1 ? std::atoi(words[1]) : 50000);
+}

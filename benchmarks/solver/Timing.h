@@ -1,0 +1,39 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <vector>
+
+namespace holdfast {
+
+/// Milliseconds that the work takes.
+template <class Work>
+double timed(Work work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+}
+
+inline double medianOf(std::vector<double> times) {
+    std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2), times.end());
+    return times[times.size() / 2];
+}
+
+/// The work's median time: as often as fits in about a second, five to a hundred times; only once when that is long.
+/// Before each run `prepare` is called, untimed.
+template <class Prepare, class Work>
+double medianTime(Prepare prepare, Work work) {
+    constexpr double enough = 1000.0;
+    std::vector<double> times;
+    double sum = 0.0;
+    while (times.size() < 5 || (sum < enough && times.size() < 100)) {
+        prepare();
+        times.push_back(timed(work));
+        sum += times.back();
+        if (sum > 2 * enough)
+            break;
+    }
+    return medianOf(times);
+}
+
+}  // namespace holdfast

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "workbench/evaluator/Figure.h"
+
+namespace holdfast {
+
+/// A figure of a chosen size that holds as it stands, and a point of it to drag.
+struct Workload {
+    std::string name;
+    Figure figure;
+    int handle = -1;  ///< first of two values
+};
+
+/// Families of figures, each with about as many constraints as asked for. Points that meet are separate points with a
+/// coincidence between them, as a host holds them.
+///
+/// chain: level and upright rectangles joined at their corners.
+/// grid: a net of lines; in every cell two neighbours are perpendicular or equally long, in turns.
+/// islands: triangles of their own, level at the bottom, two sides equal.
+/// mechanism: lines and arcs in turns, tangent where they meet, all radii equal.
+Workload chainOf(int constraints);
+Workload gridOf(int constraints);
+Workload islandsOf(int constraints);
+Workload mechanismOf(int constraints);
+
+/// Adds triangles like those of islandsOf beside the figure.
+void addIslands(Figure& figure, int count);
+
+/// Moves every free coordinate by up to the amount, always in the same way.
+void disturb(Figure& figure, double amount);
+
+}  // namespace holdfast
