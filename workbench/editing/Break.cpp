@@ -20,7 +20,8 @@ void runBreak(EditText& text, EditContext& context) {
     refuseFixed(context, name);
     openAtVertexZero(context, name);
     const Shape shape = context.drawing.shape(name);
-    const double firstParam = paramOnCurve(shape, name, from), lastParam = paramOnCurve(shape, name, to);
+    const double firstParam = ontoVertex(shape, paramOnCurve(shape, name, from));
+    const double lastParam = ontoVertex(shape, paramOnCurve(shape, name, to));
     const CutPieces pieces = cutOut(shape, name, firstParam, lastParam);
     ConstraintBreakCmdCenter centre;
     centre.setPtParam(&context.drawing.entity(name), point3(pointAt(shape, firstParam)),

@@ -1,6 +1,7 @@
 #include "workbench/editing/Cutting.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <yxdb/YxDbPolyline.h>
 
@@ -27,6 +28,15 @@ std::unique_ptr<YxDbEntity> pieceOf(const YxDbEntity& whole, const Shape& shape)
 }
 
 }  // namespace
+
+double ontoVertex(const Shape& shape, double param) {
+    // Geometry tells a vertex from a point next to it more finely than the module, which would then take a cut at the
+    // one for a cut at the other.
+    constexpr double kAtVertex = 1e-6;
+    const double vertex = std::round(param);
+    const bool isNear = std::abs(param - vertex) <= kAtVertex;
+    return isNear && std::holds_alternative<PolylineShape>(shape) ? vertex : param;
+}
 
 CutPieces cutOut(const Shape& shape, const std::string& name, double firstParam, double lastParam) {
     if (periodOf(shape) > 0.0) {

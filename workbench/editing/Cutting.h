@@ -13,6 +13,9 @@ struct CutPieces {
     std::optional<Shape> second;
 };
 
+/// Brings a parameter of a polyline that lies next to a vertex onto it, as the module reckons cuts; leaves others.
+double ontoVertex(const Shape& shape, double param);
+
 /// The pieces of a curve without what lies between two parameters; EditError when nothing would be left.
 CutPieces cutOut(const Shape& shape, const std::string& name, double firstParam, double lastParam);
 

@@ -19,7 +19,7 @@ std::vector<double> cutParams(const EditContext& context, const std::string& nam
     std::vector<double> params;
     for (const std::string& edge : edges)
         for (const Crossing& crossing : intersect(shape, context.drawing.shape(edge)))
-            params.push_back(crossing.paramA);
+            params.push_back(ontoVertex(shape, crossing.paramA));
     if (params.empty())
         throw EditError("no cutting edge meets " + name + "; choose edges that cross it, or extend them first");
     std::sort(params.begin(), params.end());

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "tests/workbench/editing/Shorthand.h"
+#include "tests/workbench/editing/PolylineShorthand.h"
 
 namespace holdfast {
 namespace {
@@ -67,6 +67,16 @@ TEST(BreakEdit, SendsPolylineDependenciesToTheRightPiece) {
     EXPECT_EQ(constraintIds(session.document()), "c0 c2 c3");
     EXPECT_EQ(session.document().constraints[1].refs[0], (Place{"p_2", segment, 0}));
     EXPECT_EQ(session.document().constraints[2].refs[0], (Place{"p_2", segment, 1}));
+}
+
+TEST(BreakEdit, NextToAVertexIsAtTheVertex) {
+    for (const char* edit : {"break p at 9.999995,0", "break p at 10,0", "break p at 10,0.000005"}) {
+        Session session(stair());
+        EXPECT_EQ(session.apply(edit).outcome.error, "") << edit;
+        EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0") << edit;
+        EXPECT_EQ(verticesOf(session, "p_2"), "10,0 10,10 20,10 20,20") << edit;
+        EXPECT_EQ(findings(session), "") << edit;
+    }
 }
 
 TEST(BreakEdit, RefusesWithAReasonAndChangesNothing) {
