@@ -7,12 +7,14 @@
 
 namespace holdfast {
 
-/// The text of one constraint on places drawn from a list such as "p[1]", "b".
-inline rc::Gen<std::string> randomConstraint(std::vector<std::string> curves) {
+/// The text of one constraint on places drawn from a list such as "p[1]", "b". Points are ends and middles of these,
+/// and the further ones.
+inline rc::Gen<std::string> randomConstraint(std::vector<std::string> curves, std::vector<std::string> points = {}) {
     const auto curve = rc::gen::elementOf(curves);
-    const auto point =
+    const rc::Gen<std::string> ends =
         rc::gen::map(rc::gen::pair(curve, rc::gen::element<std::string>(".start", ".end", ".start", ".end", ".mid")),
                      [](const auto& parts) { return parts.first + parts.second; });
+    const rc::Gen<std::string> point = points.empty() ? ends : rc::gen::oneOf(ends, rc::gen::elementOf(points));
     const auto two = [](const char* kind, const auto& a, const auto& b, const char* value = "") {
         return rc::gen::map(rc::gen::pair(a, b),
                             [kind = std::string(kind), value = std::string(value)](const auto& places) {

@@ -102,21 +102,4 @@ PolylineCutBack randomCutBack(const RandomPolylineShape& shape) {
             .point = randomPoint()};
 }
 
-bool isElsewhereUntouched(const Scene& scene) {
-    const std::string text = scene.text();
-    const std::string dependencies = scene.dependencies();
-    return text.find("line away 0,500 9,500") != std::string::npos &&
-           text.find("line far 0,600 9,600") != std::string::npos &&
-           scene.constraints().starts_with("parallel away far; fixed away.end") &&
-           dependencies.starts_with("away: away; far: far");
-}
-
-bool hasName(const Scene& scene, const YxRxObject* subject) {
-    for (const char* name : {"p", "q", "r"}) {
-        if (subject != nullptr && scene.entity(name) == subject)
-            return true;
-    }
-    return false;
-}
-
 }  // namespace holdfast

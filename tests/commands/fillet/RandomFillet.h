@@ -29,16 +29,10 @@ struct RandomPolylines {
     void prepare(Scene& scene) const;
 };
 
-/// True while the two lines elsewhere, their constraints and dependencies are as they were.
-bool isElsewhereUntouched(const Scene& scene);
-
 RandomPolylines randomPolylines(const std::vector<std::string>& names, int least, bool mayClose);
 
 /// A fillet in one of the five modes that the polyline allows, with its points on or beside the grid.
 SelfFilletEdit randomSelfFillet(const RandomPolylineShape& shape);
 PolylineCutBack randomCutBack(const RandomPolylineShape& shape);
-
-/// True for the polylines of the scene, false for copies of them.
-bool hasName(const Scene& scene, const YxRxObject* subject);
 
 }  // namespace holdfast
