@@ -29,8 +29,18 @@ struct RunOptions {
     std::string script;
     std::string report;
     bool json = false;
+    bool verbose = false;
 };
 int run(const RunOptions& options);
+
+struct SolveOptions {
+    std::string drawing;
+    std::string output;  ///< the solved drawing, or empty
+    std::string report;  ///< an HTML file, or empty
+    bool explain = false;
+    bool json = false;
+};
+int solveDrawing(const SolveOptions& options);
 
 struct ConvertOptions {
     std::string input;

@@ -1,3 +1,5 @@
+#include <nlohmann/json.hpp>
+
 #include <iostream>
 #include <map>
 
@@ -6,13 +8,43 @@
 #include "workbench/cli/Terminal.h"
 #include "workbench/drawing/FileIo.h"
 #include "workbench/drawing/Names.h"
+#include "workbench/editing/Refusal.h"
+#include "workbench/evaluator/Diagnose.h"
+#include "workbench/evaluator/FigureFromDocument.h"
+#include "workbench/evaluator/Measure.h"
 #include "workbench/report/Svg.h"
 
 namespace holdfast {
 
 namespace {
 
-void tellCounts(const char* title, const std::map<std::string, int>& counts) {
+using Counts = std::map<std::string, int>;
+
+/// Constraints farther than this part of the drawing's size from holding count as broken.
+constexpr double kBroken = 1e-6;
+
+struct Overview {
+    Counts entities, constraints;
+    int freedom = 0;
+    std::vector<std::pair<std::size_t, double>> broken;  ///< numbers of constraints, and by how much
+};
+
+Overview overviewOf(const Document& document) {
+    Overview overview;
+    for (const Entity& entity : document.entities)
+        ++overview.entities[std::string(typeName(entity.shape))];
+    for (const Constraint& constraint : document.constraints)
+        ++overview.constraints[std::string(typeName(constraint.type))];
+    const Figure figure = figureFrom(document);
+    const std::vector<double> misses = missesOf(figure);
+    for (std::size_t i = 0; i < document.constraints.size(); ++i)
+        if (misses[i] > kBroken * figure.size())
+            overview.broken.emplace_back(i, misses[i]);
+    overview.freedom = diagnose(figure).freedom;
+    return overview;
+}
+
+void tellCounts(const char* title, const Counts& counts) {
     int total = 0;
     for (const auto& [name, count] : counts)
         total += count;
@@ -21,20 +53,39 @@ void tellCounts(const char* title, const std::map<std::string, int>& counts) {
         std::cout << "  " << name << ": " << count << '\n';
 }
 
+void tell(const Document& document, const Overview& overview) {
+    std::cout << document.name << '\n';
+    tellCounts("entities", overview.entities);
+    tellCounts("constraints", overview.constraints);
+    std::cout << "degrees of freedom: " << overview.freedom << '\n';
+    std::cout << "broken constraints: " << overview.broken.size() << '\n';
+    for (const auto& [number, miss] : overview.broken)
+        std::cout << "  " << spokenConstraint(document.constraints[number]) << ", off by " << miss << '\n';
+}
+
+nlohmann::ordered_json jsonOf(const Document& document, const Overview& overview) {
+    nlohmann::ordered_json json;
+    json["drawing"] = document.name;
+    json["entities"] = overview.entities;
+    json["constraints"] = overview.constraints;
+    json["degrees_of_freedom"] = overview.freedom;
+    json["broken"] = nlohmann::ordered_json::array();
+    for (const auto& [number, miss] : overview.broken)
+        json["broken"].push_back({{"constraint", document.constraints[number].id}, {"off_by", miss}});
+    return json;
+}
+
 }  // namespace
 
 int show(const ShowOptions& options) {
     const Document document = readAnyDrawing(options.drawing);
     if (!options.output.empty())
         writeFile(options.output, writePicture(document));
-    std::map<std::string, int> entities, constraints;
-    for (const Entity& entity : document.entities)
-        ++entities[std::string(typeName(entity.shape))];
-    for (const Constraint& constraint : document.constraints)
-        ++constraints[std::string(typeName(constraint.type))];
-    std::cout << document.name << '\n';
-    tellCounts("entities", entities);
-    tellCounts("constraints", constraints);
+    const Overview overview = overviewOf(document);
+    if (options.json)
+        std::cout << jsonOf(document, overview).dump(2) << '\n';
+    else
+        tell(document, overview);
     return kExitDone;
 }
 

@@ -15,6 +15,10 @@ std::size_t terminalWidth() {
     return size.ws_col;
 }
 
+bool isErrorTerminal() {
+    return isatty(STDERR_FILENO) != 0;
+}
+
 bool wantsColours() {
     return isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr;
 }

@@ -8,10 +8,14 @@ namespace holdfast {
 
 // What the program's processes answer.
 inline constexpr int kExitDone = 0;
+inline constexpr int kExitUnsolved = 1;  ///< the constraints of a drawing cannot hold together; no output was written
 inline constexpr int kExitBadInput = 2;  ///< a file, an edit or an argument was refused; no output was written
 
 /// Columns of the terminal on standard output, 0 when that is no terminal.
 std::size_t terminalWidth();
+
+/// True when standard error is a terminal, where a line can be written over.
+bool isErrorTerminal();
 
 /// True when standard output is a terminal whose user wants colours (NO_COLOR is not set).
 bool wantsColours();

@@ -29,6 +29,7 @@ void addShow(CLI::App& app, ShowOptions& options, std::function<int()>& action) 
     CLI::App* command = app.add_subcommand("show", "tell what is in a drawing");
     command->add_option("DRAWING", options.drawing, "a .json or .dxf file")->required();
     command->add_option("-o,--output", options.output, "draw it into this .svg file");
+    command->add_flag("--json", options.json, "tell it as JSON");
     command->footer("Example:\n  holdfast show plate.json -o plate.svg");
     command->callback([&] { action = [&] { return show(options); }; });
 }
@@ -52,8 +53,26 @@ void addRun(CLI::App& app, RunOptions& options, std::function<int()>& action) {
         ->required();
     command->add_option("--report", options.report, "write the report as one HTML file");
     command->add_flag("--json", options.json, "tell the fates as JSON");
-    command->footer("Example:\n  holdfast run examples/break/bracket.edit --report bracket.html");
+    command->add_flag("-v,--verbose", options.verbose, "tell what stayed as it was, too");
+    command->footer(
+        "A script may open several drawings; then a table tells what became of each.\n\nExample:\n  holdfast "
+        "run examples/commands/break.edit --report cut.html");
     command->callback([&] { action = [&] { return run(options); }; });
+}
+
+void addSolve(CLI::App& app, SolveOptions& options, std::function<int()>& action) {
+    CLI::App* command = app.add_subcommand("solve", "make the constraints of a drawing hold again");
+    command->add_option("DRAWING", options.drawing, "a .json or .dxf file")->required();
+    command->add_option("-o,--output", options.output, "write the solved drawing (.json, .dxf, .svg)");
+    command->add_option("--report", options.report, "write what moved as one HTML file");
+    command->add_flag("--explain", options.explain,
+                      "tell the freedom of each part, and which constraints are redundant "
+                      "or cannot hold together");
+    command->add_flag("--json", options.json, "tell the findings as JSON");
+    command->footer(
+        "Example:\n  holdfast solve plate.json --explain -o solved.json\n\nExit codes: 0 done; 1 the "
+        "constraints cannot hold together and nothing was written; 2 a file or an argument was refused.");
+    command->callback([&] { action = [&] { return solveDrawing(options); }; });
 }
 
 void addConvert(CLI::App& app, ConvertOptions& options, std::function<int()>& action) {
@@ -85,10 +104,12 @@ int main(int argc, char** argv) {
     RunOptions runOptions;
     ConvertOptions convertOptions;
     InferCommandOptions inferOptions;
+    SolveOptions solveOptions;
     std::function<int()> action;
     addShow(app, showOptions, action);
     addEdit(app, editOptions, action);
     addRun(app, runOptions, action);
+    addSolve(app, solveOptions, action);
     addConvert(app, convertOptions, action);
     addInfer(app, inferOptions, action);
     try {

@@ -244,6 +244,12 @@ bool Drawing::isLost(const YxConstrainedGeometry& geometry) const {
     return isPolyline(resident) && partOf(*dependency, resident).index() == 0;
 }
 
+void Drawing::removeConstraint(std::string_view id) {
+    const KnownConstraint& known = m_constraints[m_constraintIndex.at(std::string(id))];
+    if (known.host != nullptr && !HostAccess::isDeleted(*known.host))
+        HostAccess::deleteConstraint(group(), HostAccess::topLevel(*known.host));
+}
+
 void Drawing::setMeasure(std::string_view id, double value) {
     KnownConstraint& known = m_constraints[m_constraintIndex.at(std::string(id))];
     known.original.value = value;
@@ -279,8 +285,7 @@ std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& know
     const auto& geometries = HostAccess::geometries(*known.host);
     for (std::size_t i = 0; i < now.refs.size() && i < geometries.size(); ++i) {
         const Place place = placeOf(*geometries[i]);
-        if (place.entity != now.refs[i].entity || hasPolyline(place) ||
-            (isEnd(place) && isEnd(now.refs[i])))
+        if (place.entity != now.refs[i].entity || hasPolyline(place) || (isEnd(place) && isEnd(now.refs[i])))
             now.refs[i] = place;
     }
     std::erase_if(now.members, [&](const std::string& member) { return !hasConstraint(member); });

@@ -54,6 +54,8 @@ public:
     /// Adds a constraint of the document's form; it gets a fresh id when it has none. Returns the id.
     std::string addConstraint(Constraint constraint);
     bool hasConstraint(std::string_view id) const;
+    /// Deletes a constraint of the document, with the composite that owns it.
+    void removeConstraint(std::string_view id);
     /// Gives a dimension another value; the id has to be that of one.
     void setMeasure(std::string_view id, double value);
     /// Deletes the constraints whose place is gone: their dependency has the status of a removed segment, or names a

@@ -1,6 +1,9 @@
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
+
+#include <YxDbConstraints/YxDbAssocManager.h>
 
 #include "drag/CYxRotateReleaseConstraint.h"
 #include "workbench/editing/Evaluation.h"
@@ -20,6 +23,27 @@ bool tryRotation(const EditContext& context, const std::vector<std::string>& nam
     return !constrainedIds.isEmpty();
 }
 
+/// What is tied to the turned entities follows. Of the constraints that the trial has named, those go that the user's
+/// angle makes false and that no other entity's move can mend: a level line that is level no longer.
+void followReleasing(const EditContext& context) {
+    const std::vector<std::string> doubtful = context.evaluator.rotateReport();
+    for (;;) {
+        markChanged(context);
+        if (YxDbAssocManager::evaluateTopLevelNetwork(&context.drawing.process().database(), nullptr, 0))
+            return;
+        bool released = false;
+        for (const std::string& id : context.evaluator.last().conflicting)
+            if (std::find(doubtful.begin(), doubtful.end(), id) != doubtful.end() &&
+                context.drawing.hasConstraint(id)) {
+                context.drawing.removeConstraint(id);
+                released = true;
+                break;
+            }
+        if (!released)
+            throw EditError("the constraints of the drawing do not allow this rotation");
+    }
+}
+
 void runRotate(EditText& text, EditContext& context) {
     static constexpr std::array<std::string_view, 1> ends{"about"};
     const std::vector<std::string> names = takeSelection(text, context, ends);
@@ -33,11 +57,8 @@ void runRotate(EditText& text, EditContext& context) {
     const PlaneTransform turn = rotation(base, std::remainder(degrees, 360.0) * (std::numbers::pi / 180.0));
     for (const std::string& name : names)
         moveEntity(context, name, turn);
-    if (followed) {
-        // The host has turned everything by the user's angle; what is tied to it follows.
-        markChanged(context);
-        evaluate(context);
-    }
+    if (followed)
+        followReleasing(context);
 }
 
 }  // namespace
