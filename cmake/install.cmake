@@ -1,9 +1,46 @@
-# What an installed Holdfast is: the module with its headers, the host model for developers without the platform, the
-# workbench program, and the files by which CMake and pkg-config find them.
+# What an installed Holdfast is, in components that can be installed one by one:
+#   module             the library that a host loads
+#   development        its headers, and the files by which CMake and pkg-config find it
+#   model              the in-memory host, where the module was built against it
+#   model_development  the platform's declarations and the model's own headers
+#   workbench          the program
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-set(module_headers
+set(include_folder "${CMAKE_INSTALL_INCLUDEDIR}/holdfast")
+set(cmake_folder "${CMAKE_INSTALL_LIBDIR}/cmake/Holdfast")
+set(pkgconfig_folder "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+
+# install_headers(component header.h ...): under their paths from the top folder, by which they include one another.
+function(install_headers component)
+  foreach(header IN LISTS ARGN)
+    get_filename_component(folder "${header}" DIRECTORY)
+    install(FILES "${PROJECT_SOURCE_DIR}/${header}" DESTINATION "${include_folder}/${folder}" COMPONENT ${component})
+  endforeach()
+endfunction()
+
+# install_library(target component development_component export)
+function(install_library target component development_component export)
+  install(TARGETS ${target} EXPORT ${export}
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT ${component} NAMELINK_COMPONENT ${development_component}
+    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT ${development_component}
+    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT ${component}
+    INCLUDES DESTINATION "${include_folder}")
+endfunction()
+
+# install_pkgconfig(name component)
+function(install_pkgconfig name component)
+  file(RELATIVE_PATH up "${CMAKE_INSTALL_PREFIX}/${pkgconfig_folder}" "${CMAKE_INSTALL_PREFIX}")
+  string(REGEX REPLACE "/$" "" HOLDFAST_PREFIX "\${pcfiledir}/${up}")
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/package/${name}.pc.in" "${PROJECT_BINARY_DIR}/package/${name}.pc" @ONLY)
+  install(FILES "${PROJECT_BINARY_DIR}/package/${name}.pc" DESTINATION "${pkgconfig_folder}" COMPONENT ${component})
+endfunction()
+
+# An installed library finds the one beside it wherever the whole was moved to.
+set_target_properties(holdfast PROPERTIES INSTALL_RPATH "$ORIGIN")
+
+install_library(holdfast module development HoldfastTargets)
+install_headers(development
   core/Export.h
   core/LvEditDeleteConstraint.h
   commands/break/ConstraintBreakCmdCenter.h
@@ -11,56 +48,61 @@ set(module_headers
   commands/extend/ConstraintExtendCmdCenter.h
   commands/fillet/ConstraintFilletCmdCenter.h
   evaluation/ConstraintStaticEditCmdCenter.h
+  evaluation/CopiesInWaiting.h
   commands/align/ConstraintAlignCmdCenter.h
   commands/mirror/ConstraintMirrorCmdCenter.h
   commands/properties/ConstraintPropertiesCmdCenter.h
+  commands/properties/PropertiesOriRecord.h
   commands/lengthen/ConstraintLengthenCmdCenter.h
   commands/join/ConstraintJoinCmdCenter.h
   commands/stretch/ConstraintStretchCmdCenter.h
   drag/LvConstraintDropData.h
   drag/CYxRotateReleaseConstraint.h)
-foreach(header IN LISTS module_headers)
-  get_filename_component(folder "${header}" DIRECTORY)
-  install(FILES "${PROJECT_SOURCE_DIR}/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/holdfast/${folder}"
-          COMPONENT development)
-endforeach()
 
-set(installed_targets holdfast host_api)
+set(HOLDFAST_PC_REQUIRES "")
 if(TARGET host_model)
-  list(APPEND installed_targets host_model)
-  install(DIRECTORY "${PROJECT_SOURCE_DIR}/host/include/" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/holdfast/host"
-          COMPONENT development FILES_MATCHING PATTERN "*.h")
-  foreach(folder IN ITEMS model src)
-    install(DIRECTORY "${PROJECT_SOURCE_DIR}/host/${folder}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/holdfast/host"
-            COMPONENT development FILES_MATCHING PATTERN "*.h")
-  endforeach()
-endif()
-install(TARGETS ${installed_targets} EXPORT HoldfastTargets
-        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime NAMELINK_COMPONENT development
-        ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development
-        RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
-if(TARGET holdfast_program)
-  install(TARGETS holdfast_program RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
+  set(HOLDFAST_PC_REQUIRES "holdfast-host-model = ${PROJECT_VERSION}")
+  install_library(host_model model model_development HoldfastModelTargets)
+  install(TARGETS host_api EXPORT HoldfastModelTargets)
+  install(EXPORT HoldfastModelTargets NAMESPACE Holdfast:: DESTINATION "${cmake_folder}" COMPONENT model_development)
+  install_pkgconfig(holdfast-host-model model_development)
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/host/include/" DESTINATION "${include_folder}/host"
+          COMPONENT model_development FILES_MATCHING PATTERN "*.h")
+  install_headers(model_development
+    host/model/HostAudit.h
+    host/model/HostBuilder.h
+    host/model/HostFaults.h
+    host/model/HostJournal.h
+    host/model/HostProcess.h
+    host/model/NetworkAudit.h
+    host/model/Scene.h
+    host/src/ConverterRecord.h
+    host/src/EntityAccess.h
+    host/src/HostAccess.h
+    host/src/HostCall.h)
+else()
+  install(TARGETS host_api EXPORT HoldfastTargets)
 endif()
 
-set(cmake_folder "${CMAKE_INSTALL_LIBDIR}/cmake/Holdfast")
 install(EXPORT HoldfastTargets NAMESPACE Holdfast:: DESTINATION "${cmake_folder}" COMPONENT development)
-configure_package_config_file(cmake/package/HoldfastConfig.cmake.in "${PROJECT_BINARY_DIR}/HoldfastConfig.cmake"
+configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/package/HoldfastConfig.cmake.in"
+                              "${PROJECT_BINARY_DIR}/package/HoldfastConfig.cmake"
                               INSTALL_DESTINATION "${cmake_folder}")
-write_basic_package_version_file("${PROJECT_BINARY_DIR}/HoldfastConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
-install(FILES "${PROJECT_BINARY_DIR}/HoldfastConfig.cmake" "${PROJECT_BINARY_DIR}/HoldfastConfigVersion.cmake"
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/package/HoldfastConfigVersion.cmake"
+                                 COMPATIBILITY SameMinorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/package/HoldfastConfig.cmake"
+              "${PROJECT_BINARY_DIR}/package/HoldfastConfigVersion.cmake"
         DESTINATION "${cmake_folder}" COMPONENT development)
+install_pkgconfig(holdfast development)
+install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+        DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT development)
 
-configure_file(cmake/package/holdfast.pc.in "${PROJECT_BINARY_DIR}/holdfast.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/holdfast.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
-        COMPONENT development)
-install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/README.md"
-        DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT runtime)
+if(TARGET holdfast_program)
+  file(RELATIVE_PATH libraries "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+  set_target_properties(holdfast_program PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
+  install(TARGETS holdfast_program RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT workbench)
+  install(FILES "${PROJECT_SOURCE_DIR}/scripts/completion/holdfast"
+          DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT workbench)
+endif()
 
-set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGE_CONTACT "Holdfast developers <holdfast@users.noreply.example>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
-include(CPack)
+include("${PROJECT_SOURCE_DIR}/cmake/debian.cmake")

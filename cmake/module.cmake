@@ -12,6 +12,7 @@ endforeach()
 
 add_library(holdfast SHARED $<TARGET_OBJECTS:holdfast_objects>)
 target_include_directories(holdfast PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+target_compile_features(holdfast INTERFACE cxx_std_20)
 target_link_libraries(holdfast PUBLIC host_api)
 if(TARGET host_model)
   target_link_libraries(holdfast PUBLIC host_model)
@@ -22,6 +23,10 @@ set_target_properties(holdfast PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION $
 # For tests only: the module's objects, with everything visible to the linker.
 add_library(holdfast_static STATIC $<TARGET_OBJECTS:holdfast_objects>)
 target_include_directories(holdfast_static PUBLIC "${PROJECT_SOURCE_DIR}")
+if(WIN32)
+  # The tests are part of the same program: they must not look for the classes in a DLL.
+  target_compile_definitions(holdfast_static INTERFACE HOLDFAST_BUILDING)
+endif()
 target_link_libraries(holdfast_static PUBLIC host_api)
 if(TARGET host_model)
   target_link_libraries(holdfast_static PUBLIC host_model)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <unordered_set>
 #include <vector>
@@ -13,7 +14,7 @@
 class YxDbStub {
 public:
     YxDbDatabase* database = nullptr;
-    unsigned long handle = 0;  ///< in the order in which objects were added
+    std::size_t handle = 0;  ///< in the order in which objects were added
     std::unique_ptr<YxDbObject> object;
 };
 

@@ -1,0 +1,41 @@
+# `cpack` makes Debian packages, one for each component of the installation.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_CONTACT "Holdfast developers <holdfast@users.noreply.example>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
+# Libraries of the other packages made here are found in the build; their packages are named below.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+
+# debian_package(component name section "what it is" [needed component ...])
+macro(debian_package component name section summary)
+  string(TOUPPER ${component} upper)
+  list(APPEND CPACK_COMPONENTS_ALL ${component})
+  set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${name})
+  set(CPACK_DEBIAN_${upper}_PACKAGE_SECTION ${section})
+  set(CPACK_COMPONENT_${upper}_DESCRIPTION "${summary}")
+  set(CPACK_COMPONENT_${upper}_DEPENDS ${ARGN})
+endmacro()
+
+set(abi ${PROJECT_VERSION_MAJOR})
+set(CPACK_COMPONENTS_ALL "")
+if(TARGET host_model)
+  debian_package(model libholdfast-host-model${abi} libs "In-memory CAD host for libholdfast")
+  debian_package(model_development libholdfast-host-model-dev libdevel
+                 "Declarations and headers of the in-memory CAD host" model)
+  debian_package(module libholdfast${abi} libs "Keeps 2-D constraint networks true while a CAD host edits" model)
+  debian_package(development libholdfast-dev libdevel "Headers and build files of libholdfast"
+                 module model_development)
+else()
+  debian_package(module libholdfast${abi} libs "Keeps 2-D constraint networks true while a CAD host edits")
+  debian_package(development libholdfast-dev libdevel "Headers and build files of libholdfast" module)
+endif()
+if(TARGET holdfast_program)
+  debian_package(workbench holdfast-workbench graphics "Edits constrained drawings and tells each constraint's fate"
+                 module)
+endif()
+include(CPack)
