@@ -86,6 +86,7 @@ void dragConstrained(const EditContext& context, const Hold& held, Vec2 by, int 
     }
     LvConstraintDropData::setFlag(1);
     LvConstraintDropData::confirm();
+    markChanged(context);
     evaluate(context);
 }
 

@@ -14,7 +14,9 @@ namespace holdfast {
 struct EditContext {
     Drawing& drawing;
     HostEvaluator& evaluator;
-    std::vector<std::string> edited;  ///< the entities that the user edited, by name
+    std::vector<std::string> edited{};  ///< the entities that the user edited, by name
+    /// The session is to open the drawing anew afterwards, in which arcs are seen from above again.
+    bool opensAgain = false;
 };
 
 /// Takes the name of an entity that the drawing has; for one that it has not, EditError with the nearest name.

@@ -50,4 +50,10 @@ void followPlaced(const EditContext& context, const std::vector<std::string>& na
     evaluate(context);
 }
 
+void putBack(const EditContext& context, const Document& before) {
+    for (const Entity& entity : before.entities)
+        if (!(context.drawing.shape(entity.id) == entity.shape))
+            context.drawing.write(entity.id, entity.shape);
+}
+
 }  // namespace holdfast

@@ -31,4 +31,7 @@ void evaluate(const EditContext& context);
 /// The evaluator learns this as it does of a mirror, which is such an edit. EditError as above.
 void followPlaced(const EditContext& context, const std::vector<std::string>& names);
 
+/// Puts every entity of an earlier state back to where it was; linear in the drawing.
+void putBack(const EditContext& context, const Document& before);
+
 }  // namespace holdfast

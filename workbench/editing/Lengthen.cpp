@@ -1,9 +1,11 @@
 #include <array>
+#include <cmath>
 
 #include <yxbase/YxSmartPtr.h>
 #include <yxdb/YxDbCurve.h>
 
 #include "commands/lengthen/ConstraintLengthenCmdCenter.h"
+#include "workbench/drawing/NumberText.h"
 #include "workbench/editing/Evaluation.h"
 #include "workbench/editing/Lengthening.h"
 #include "workbench/editing/Moving.h"
@@ -27,6 +29,22 @@ bool record(const EditContext& context, const std::string& name, ConstraintLengt
     return open->isKindOf(YxDbCurve::desc()) && centre.addOriCurveInfo(static_cast<YxDbCurve*>(open.get()), id);
 }
 
+/// The evaluator keeps the end where the user wants it and may move the other one. Where that costs the length, which
+/// is what the user asked for, the whole curve is to stay as it is.
+void followLengthened(const EditContext& context, const std::string& name, const Shape& wanted) {
+    const Document edited = context.drawing.document();
+    evaluate(context);
+    const double length = lengthOf(wanted);
+    if (std::abs(lengthOf(context.drawing.shape(name)) - length) <= 1e-9 * length)
+        return;
+    putBack(context, edited);
+    followPlaced(context, {name});
+    const double reached = lengthOf(context.drawing.shape(name));
+    if (std::abs(reached - length) > 1e-9 * length)
+        throw EditError("the constraints do not let " + name + " be " + numberText(length) + " long; it would become " +
+                        numberText(reached));
+}
+
 void runLengthen(EditText& text, EditContext& context) {
     const std::string name = takeEntity(text, context);
     const CurveEnd end = takeEnd(text);
@@ -43,7 +61,7 @@ void runLengthen(EditText& text, EditContext& context) {
     const bool recorded = record(context, name, centre);
     writeEdited(context, name, after);
     if (recorded && centre.addDataToWork())
-        evaluate(context);
+        followLengthened(context, name, after);
     else if (isConstrained(context, name))
         followPlaced(context, {name});
 }

@@ -30,6 +30,7 @@ void runMirror(EditText& text, EditContext& context) {
     if (keeps)
         return addMirrored(context, names, mirror);
     context.edited = names;
+    context.opensAgain = true;
     for (const std::string& name : names)
         moveEntity(context, name, mirror);
     followPlaced(context, names);

@@ -58,7 +58,7 @@ void writeEdited(const EditContext& context, const std::string& name, const Shap
 void refuseUnsound(const std::string& name, const Shape& shape) {
     if (const std::optional<Fault> fault = faultIn(shape))
         throw EditError("nothing proper would be left of " + name + ": its " + fault->place + " would be " +
-                        fault->found + " instead of " + fault->expected);
+                        fault->found + "; it takes " + fault->expected);
     if (!isCurve(shape))
         return;
     try {

@@ -65,6 +65,8 @@ void Session::run(std::string_view edit) {
     Document after = m_drawing->document();
     m_results.back().fates = fatesBetween(m_document, after, context.edited, m_results.size() - 1);
     m_undo.push_back(std::exchange(m_document, std::move(after)));
+    if (context.opensAgain)
+        openAgain();
 }
 
 /// What the commands have not solved themselves is solved now.

@@ -149,13 +149,6 @@ void refuseSlidingOff(const ConstraintPropertiesCmdCenter& centre, const YxDbObj
                         "point on its line, or delete the constraint");
 }
 
-/// Puts every entity back to where it was.
-void putBack(const EditContext& context, const Document& before) {
-    for (const Entity& entity : before.entities)
-        if (!(context.drawing.shape(entity.id) == entity.shape))
-            context.drawing.write(entity.id, entity.shape);
-}
-
 /// The evaluator moves the entity. Where it read the change in another sense than it was meant (a turn clockwise
 /// arrives as one the other way), the host writes the value itself and has the others follow.
 void setConstrained(const EditContext& context, const Change& change, const Shape& wanted) {

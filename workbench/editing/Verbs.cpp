@@ -6,7 +6,9 @@
 namespace holdfast {
 
 std::span<const EditVerb* const> editVerbs() {
-    static constexpr std::array verbs{&kBreakVerb, &kTrimVerb, &kExtendVerb, &kFilletVerb};
+    static constexpr std::array verbs{&kBreakVerb, &kTrimVerb,     &kExtendVerb,  &kFilletVerb,
+                                      &kJoinVerb,  &kLengthenVerb, &kStretchVerb, &kMirrorVerb,
+                                      &kAlignVerb, &kRotateVerb,   &kDragVerb,    &kSetVerb};
     return verbs;
 }
 

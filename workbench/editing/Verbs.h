@@ -27,5 +27,13 @@ extern const EditVerb kBreakVerb;
 extern const EditVerb kTrimVerb;
 extern const EditVerb kExtendVerb;
 extern const EditVerb kFilletVerb;
+extern const EditVerb kJoinVerb;
+extern const EditVerb kLengthenVerb;
+extern const EditVerb kStretchVerb;
+extern const EditVerb kMirrorVerb;
+extern const EditVerb kAlignVerb;
+extern const EditVerb kRotateVerb;
+extern const EditVerb kDragVerb;
+extern const EditVerb kSetVerb;
 
 }  // namespace holdfast

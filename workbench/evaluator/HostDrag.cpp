@@ -1,5 +1,8 @@
 #include "workbench/evaluator/HostDrag.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include <yxbase/YxGeTol.h>
 
 #include "workbench/drawing/HostShapes.h"
@@ -26,19 +29,87 @@ std::vector<int> valuesOf(const Figure& figure, const std::vector<int>& entities
     return values;
 }
 
+/// Where an element's points begin among its values.
+std::vector<int> pointValues(const FigureEntity& element) {
+    switch (element.kind) {
+        case FigureKind::line:
+            return {0, 2};
+        case FigureKind::arc:
+            return {0, 3, 5};
+        case FigureKind::ellipticalArc:
+            return {0, 5, 7};
+        case FigureKind::spline:
+        case FigureKind::polyline:
+            break;
+        default:
+            return {0};
+    }
+    std::vector<int> values;
+    const int count = element.kind == FigureKind::spline ? element.valueCount : 2 * element.vertexCount;
+    for (int v = 0; v < count; v += 2)
+        values.push_back(v);
+    return values;
+}
+
+bool isAmong(const YxArray<YxGePoint3d>& points, double x, double y) {
+    const double near = YxGeContext::gTol.equalPoint();
+    return std::any_of(points.begin(), points.end(),
+                       [=](const YxGePoint3d& point) { return std::hypot(point.x - x, point.y - y) <= near; });
+}
+
+std::vector<int> heldPoints(const Figure& figure, const std::vector<int>& entities,
+                            const YxArray<YxGePoint3d>& points) {
+    std::vector<int> held;
+    for (const int number : entities) {
+        const FigureEntity& element = figure.entities[at(number)];
+        for (const int offset : pointValues(element)) {
+            const int value = element.firstValue + offset;
+            if (isAmong(points, figure.values[at(value)], figure.values[at(value + 1)]))
+                held.push_back(value);
+        }
+    }
+    return held;
+}
+
+std::vector<int> handlesOf(const Figure& figure, const std::vector<int>& entities, const std::vector<int>& held) {
+    if (held.empty())
+        return valuesOf(figure, entities);
+    std::vector<int> handles;
+    for (const int value : held) {
+        handles.push_back(value);
+        handles.push_back(value + 1);
+    }
+    return handles;
+}
+
 }  // namespace
 
 HostDrag::HostDrag(const Drawing& drawing, const AssocConstraintHeader& header)
     : m_host(drawing),
       m_edited(m_host.numbersOf(drawing, header.editedObjectIds)),
-      m_handles(valuesOf(m_host.figure, m_edited)),
+      m_held(heldPoints(m_host.figure, m_edited, header.points)),
       m_dragged(m_host.figure),
-      m_session(std::make_unique<DragSession>(m_dragged, m_handles)) {}
+      m_session(std::make_unique<DragSession>(m_dragged, handlesOf(m_host.figure, m_edited, m_held))) {}
+
+/// Targets stand in the order of the handles.
+EditDemand HostDrag::demandFor(const YxGeMatrix3d& transform) const {
+    if (m_held.empty())
+        return transformDemand(m_host, m_edited, transform);
+    EditDemand demand;
+    demand.edited = m_edited;
+    demand.whenBarred = WhenBarred::yield;
+    for (const int value : m_held) {
+        const YxGePoint3d goal = transform * YxGePoint3d{m_host.drawn[at(value)], m_host.drawn[at(value + 1)], 0.0};
+        demand.targets.push_back({value, goal.x});
+        demand.targets.push_back({value + 1, goal.y});
+    }
+    return demand;
+}
 
 /// The drag session follows quickly where the constraints let everything through. Where they do not, the edited
 /// entities keep their sizes if they can, and else come as near as they can.
 SolveResult HostDrag::step(const YxGeMatrix3d& transform) {
-    const EditDemand demand = transformDemand(m_host, m_edited, transform);
+    const EditDemand demand = demandFor(transform);
     std::vector<double> goals;
     for (const Target& target : demand.targets)
         goals.push_back(target.goal);
@@ -55,6 +126,15 @@ SolveResult HostDrag::step(const YxGeMatrix3d& transform) {
     }
     take(m_dragged.values, m_session->miss());
     return followed;
+}
+
+void HostDrag::land(const YxGeMatrix3d& transform) {
+    const EditDemand demand = demandFor(transform);
+    if (m_miss > kFollowed * m_host.figure.size())
+        return;
+    Figure exact = m_host.figure;
+    if (solve(exact, {.targets = demand.targets, .edited = demand.edited, .namesConflicts = false}).isSolved())
+        take(exact.values, missOf(exact, demand));
 }
 
 void HostDrag::take(const std::vector<double>& values, double miss) {

@@ -10,7 +10,8 @@
 namespace holdfast {
 
 /// Edited entities that follow a transform step by step, from where they were when the drag began, and the previews of
-/// what moves with them.
+/// what moves with them. Where the header lists points, the user holds the edited entities at these only: the points
+/// follow the transform as far as the constraints let them, and the rest follows the points.
 class HostDrag {
 public:
     HostDrag(const Drawing& drawing, const AssocConstraintHeader& header);
@@ -19,6 +20,10 @@ public:
 
     /// Solves for the transform since the beginning. A failed step leaves the one before it in place.
     SolveResult step(const YxGeMatrix3d& transform);
+
+    /// Takes the little away by which a drag step gives way: where the constraints let the last step be met, it is met
+    /// to the last digit.
+    void land(const YxGeMatrix3d& transform);
 
     /// How far the last step stayed behind the transform, at worst.
     double miss() const { return m_miss; }
@@ -31,12 +36,13 @@ public:
     void preview(const Drawing& drawing, AssocConstraintHeader& header);
 
 private:
+    EditDemand demandFor(const YxGeMatrix3d& transform) const;
     void take(const std::vector<double>& values, double miss);
 
     HostFigure m_host;
     std::vector<int> m_edited;
-    std::vector<int> m_handles;
-    Figure m_dragged;  ///< what the session moves
+    std::vector<int> m_held;  ///< the first of each two coordinates of a held point; empty: all of the edited is held
+    Figure m_dragged;         ///< what the session moves
     std::unique_ptr<DragSession> m_session;
     std::unordered_map<int, YxDbEntity*> m_previews;
     double m_miss = 0.0;

@@ -182,6 +182,8 @@ bool HostEvaluator::drag(AssocConstraintHeader& header) {
         return solveAndWrite(host, {});
     }
     const SolveResult result = m_drag->step(header.dragTransform);
+    if (result.isSolved() && !header.dragActive)
+        m_drag->land(header.dragTransform);
     note(m_drag->host(), result, m_drag->miss());
     header.dropChanged = !result.isSolved();
     if (header.dragActive) {

@@ -208,7 +208,6 @@ EditDemand stretchDemand(const Drawing& drawing, const HostFigure& host, const A
     const ConverterRecord* grips = feed.last("resetData(lists)");
     const ConverterRecord* way = feed.last("setTransform(vector)");
     EditDemand demand;
-    demand.whenBarred = WhenBarred::yield;
     if (objects == nullptr || grips == nullptr || way == nullptr)
         return demand;
     std::unordered_map<std::string, std::vector<const ConverterRecord*>> specials;

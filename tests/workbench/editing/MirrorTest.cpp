@@ -1,0 +1,95 @@
+#include <gtest/gtest.h>
+
+#include "tests/workbench/editing/Shorthand.h"
+
+namespace holdfast {
+namespace {
+
+/// An arc with a line tied to either end, which lies free otherwise.
+Document bowDrawing() {
+    Document document;
+    document.name = "bow";
+    document.entities = {shapeEntity("bow", ArcShape{{5, 0}, 2, 0.0, 1.5707963267948966}),
+                         lineEntity("low", {7, 0}, {12, 0}), lineEntity("high", {5, 2}, {5, 9})};
+    document.constraints = {
+        constraintOf("c0", ConstraintType::coincident, {{"bow", PlaceKind::start}, {"low", PlaceKind::start}}),
+        constraintOf("c1", ConstraintType::coincident, {{"bow", PlaceKind::end}, {"high", PlaceKind::start}})};
+    return document;
+}
+
+TEST(MirrorEdit, ReflectsFreeEntitiesOfEveryKind) {
+    Document document;
+    document.name = "free";
+    document.entities = {lineEntity("g", {1, 0}, {4, 2}), shapeEntity("c", CircleShape{{3, 1}, 1}),
+                         shapeEntity("p", PointShape{{2, 2}}), shapeEntity("r", RayShape{{1, 1}, {1, 0}}),
+                         shapeEntity("x", XlineShape{{1, 1}, {0, 1}})};
+    Session session(document);
+    EXPECT_EQ(session.apply("mirror g c p r x about 0,0 0,1").outcome.error, "");
+    EXPECT_EQ(entityNamed(session.document(), "g").shape, Shape(LineShape{{-1, 0}, {-4, 2}}));
+    EXPECT_EQ(entityNamed(session.document(), "c").shape, Shape(CircleShape{{-3, 1}, 1}));
+    EXPECT_EQ(entityNamed(session.document(), "p").shape, Shape(PointShape{{-2, 2}}));
+    EXPECT_EQ(entityNamed(session.document(), "r").shape, Shape(RayShape{{-1, 1}, {-1, 0}}));
+    EXPECT_EQ(entityNamed(session.document(), "x").shape, Shape(XlineShape{{-1, 1}, {0, 1}}));
+}
+
+TEST(MirrorEdit, LeavesTheOriginalsWhenToldToKeepThem) {
+    Session session(frameDrawing());
+    EXPECT_EQ(session.apply("mirror base left about 0,-1 1,-1 keep").outcome.error, "");
+    ASSERT_EQ(session.document().entities.size(), 5u);
+    EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {10, 0}}));
+    EXPECT_EQ(session.document().entities[3].shape, Shape(LineShape{{0, -2}, {10, -2}}));
+    EXPECT_EQ(session.document().entities[4].shape, Shape(LineShape{{0, -2}, {0, -7}}));
+    EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2 c3");
+}
+
+TEST(MirrorEdit, OfOneEntityTakesItsNeighboursAlong) {
+    Session session(frameDrawing());
+    EXPECT_EQ(session.apply("mirror left about 3,0 3,1").outcome.error, "");
+    const Document& after = session.document();
+    EXPECT_EQ(entityNamed(after, "left").shape, Shape(LineShape{{6, 0}, {6, 5}}));
+    EXPECT_NEAR(std::get<LineShape>(entityNamed(after, "base").shape).start.x, 6.0, 1e-9);
+    EXPECT_EQ(entityNamed(after, "right").shape, Shape(LineShape{{10, 0}, {10, 5}}));
+    EXPECT_EQ(constraintIds(after), "c0 c1 c2 c3");
+}
+
+TEST(MirrorEdit, OfAnArcKeepsConstraintsAtTheSamePointsOfIt) {
+    Session session(bowDrawing());
+    EXPECT_EQ(session.apply("mirror bow low high about 0,0 0,1").outcome.error, "");
+    const Document& after = session.document();
+    const auto& bow = std::get<ArcShape>(entityNamed(after, "bow").shape);
+    EXPECT_NEAR(bow.centre.x, -5.0, 1e-9);
+    EXPECT_NEAR(bow.startAngle, 1.5707963267948966, 1e-9);
+    EXPECT_NEAR(bow.endAngle, 3.141592653589793, 1e-9);
+    // Counter-clockwise the arc starts where it ended before.
+    EXPECT_EQ(after.constraints[0].refs[0], (Place{"bow", PlaceKind::end}));
+    EXPECT_EQ(after.constraints[1].refs[0], (Place{"bow", PlaceKind::start}));
+    EXPECT_EQ(entityNamed(after, "low").shape, Shape(LineShape{{-7, 0}, {-12, 0}}));
+}
+
+TEST(MirrorEdit, LeavesAnArcThatFurtherEditsUnderstand) {
+    Session session(bowDrawing());
+    session.apply("mirror bow low high about 0,0 0,1");
+    EXPECT_EQ(session.apply("break bow at -6.414213562373095,1.414213562373095").outcome.error, "");
+    const auto& first = std::get<ArcShape>(entityNamed(session.document(), "bow").shape);
+    EXPECT_NEAR(first.endAngle, 2.356194490192345, 1e-9);
+    // The end that stayed keeps its constraint, the other one's goes.
+    EXPECT_EQ(constraintIds(session.document()), "c1");
+}
+
+TEST(MirrorEdit, IsUndoneToTheLastBit) {
+    Session session(bowDrawing());
+    session.apply("mirror bow about 0,0 0.3,1");
+    ASSERT_NE(session.document(), bowDrawing());
+    session.apply("undo");
+    EXPECT_EQ(session.document(), bowDrawing());
+}
+
+TEST(MirrorEdit, RefusesALineOfOnePoint) {
+    Session session(frameDrawing());
+    EXPECT_EQ(session.apply("mirror base about 1,1 1,1").outcome.error,
+              "the points of the mirror line are one point; give two different ones");
+    EXPECT_EQ(session.document(), frameDrawing());
+}
+
+}  // namespace
+}  // namespace holdfast

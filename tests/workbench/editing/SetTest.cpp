@@ -1,0 +1,178 @@
+#include <gtest/gtest.h>
+
+#include "tests/workbench/editing/Shorthand.h"
+#include "workbench/editing/Properties.h"
+
+namespace holdfast {
+namespace {
+
+/// A free entity of every kind, each named after its kind.
+Document kindsDrawing() {
+    Document document;
+    document.name = "kinds";
+    const SplineShape spline{2, false, {{0, 0}, {2, 4}, {6, 0}}, {0, 0, 0, 1, 1, 1}, {}};
+    document.entities = {lineEntity("line", {0, 0}, {4, 0}),
+                         shapeEntity("ray", RayShape{{0, 0}, {1, 0}}),
+                         shapeEntity("xline", XlineShape{{0, 0}, {1, 0}}),
+                         shapeEntity("circle", CircleShape{{0, 0}, 2}),
+                         shapeEntity("arc", ArcShape{{0, 0}, 2, 0.0, 1.0}),
+                         shapeEntity("ellipse", EllipseShape{{0, 0}, {4, 0}, 0.5}),
+                         shapeEntity("oval", EllipticalArcShape{{0, 0}, {4, 0}, 0.5, 0.0, 1.0}),
+                         shapeEntity("point", PointShape{{0, 0}}),
+                         shapeEntity("text", TextShape{{0, 0}, 0.0, 2.5, "one", false}),
+                         shapeEntity("mtext", TextShape{{0, 0}, 0.0, 2.5, "two", true}),
+                         shapeEntity("poly", PolylineShape{{{0, 0}, {4, 0}, {4, 4}}, {0, 0, 0}, {0, 0, 0}, false}),
+                         shapeEntity("spline", spline)};
+    return document;
+}
+
+/// The same with a point tied to each entity, and a line to each text that is parallel to it.
+Document heldDrawing() {
+    Document document = kindsDrawing();
+    const auto tie = [&](const std::string& id, Place place, Vec2 at) {
+        document.entities.push_back(shapeEntity("at_" + id, PointShape{at}));
+        document.constraints.push_back(constraintOf("c_" + id, ConstraintType::coincident, {place, {"at_" + id}}));
+    };
+    for (const char* id : {"line", "ray", "xline", "text", "mtext"})
+        tie(id, {id, PlaceKind::start}, {0, 0});
+    for (const char* id : {"circle", "arc", "ellipse", "oval"})
+        tie(id, {id, PlaceKind::centre}, {0, 0});
+    tie("point", {"point"}, {0, 0});
+    tie("poly", {"poly", PlaceKind::segmentStart, 1}, {4, 0});
+    tie("spline", {"spline", PlaceKind::control, 1}, {2, 4});
+    for (const char* id : {"text", "mtext"}) {
+        document.entities.push_back(lineEntity(std::string("along_") + id, {0, 20}, {9, 20}));
+        document.constraints.push_back(
+            constraintOf(std::string("d_") + id, ConstraintType::parallel, {{id}, {std::string("along_") + id}}));
+    }
+    return document;
+}
+
+struct Row {
+    const char* edit;
+    const char* entity;
+    Property property;
+    int index;
+    PropertyValue value;
+};
+
+constexpr double kDegree = 3.141592653589793 / 180.0;
+
+const Row kRows[] = {
+    {"set line start 1,2", "line", Property::start, 0, {.point = {1, 2}}},
+    {"set line end y 3", "line", Property::end, 0, {.point = {4, 3}}},
+    {"set ray start 1,2", "ray", Property::start, 0, {.point = {1, 2}}},
+    {"set ray angle -30", "ray", Property::direction, 0, {.number = -30 * kDegree}},
+    {"set ray angle 30", "ray", Property::direction, 0, {.number = 30 * kDegree}},
+    {"set xline angle -60", "xline", Property::direction, 0, {.number = -60 * kDegree}},
+    {"set xline start x 5", "xline", Property::start, 0, {.point = {5, 0}}},
+    {"set circle centre 3,4", "circle", Property::centre, 0, {.point = {3, 4}}},
+    {"set circle radius 5", "circle", Property::radius, 0, {.number = 5}},
+    {"set circle diameter 5", "circle", Property::diameter, 0, {.number = 5}},
+    {"set circle circumference 5", "circle", Property::circumference, 0, {.number = 5}},
+    {"set circle area 5", "circle", Property::area, 0, {.number = 5}},
+    {"set arc centre 3,4", "arc", Property::centre, 0, {.point = {3, 4}}},
+    {"set arc radius 5", "arc", Property::radius, 0, {.number = 5}},
+    {"set arc start_angle 20", "arc", Property::startAngle, 0, {.number = 20 * kDegree}},
+    {"set arc end_angle 120", "arc", Property::endAngle, 0, {.number = 120 * kDegree}},
+    {"set ellipse centre 3,4", "ellipse", Property::centre, 0, {.point = {3, 4}}},
+    {"set ellipse major_radius 5", "ellipse", Property::majorRadius, 0, {.number = 5}},
+    {"set ellipse minor_radius 1", "ellipse", Property::minorRadius, 0, {.number = 1}},
+    {"set ellipse ratio 0.75", "ellipse", Property::ratio, 0, {.number = 0.75}},
+    {"set oval centre 3,4", "oval", Property::centre, 0, {.point = {3, 4}}},
+    {"set oval major_radius 5", "oval", Property::majorRadius, 0, {.number = 5}},
+    {"set oval minor_radius 1", "oval", Property::minorRadius, 0, {.number = 1}},
+    {"set oval start_angle 20", "oval", Property::startAngle, 0, {.number = 20 * kDegree}},
+    {"set oval end_angle 120", "oval", Property::endAngle, 0, {.number = 120 * kDegree}},
+    {"set point position 3,4", "point", Property::position, 0, {.point = {3, 4}}},
+    {"set text position 3,4", "text", Property::position, 0, {.point = {3, 4}}},
+    {"set text rotation 30", "text", Property::rotation, 0, {.number = 30 * kDegree}},
+    {"set mtext position 3,4", "mtext", Property::position, 0, {.point = {3, 4}}},
+    {"set mtext rotation -30", "mtext", Property::rotation, 0, {.number = -30 * kDegree}},
+    {"set poly vertex 1 5,1", "poly", Property::vertex, 1, {.point = {5, 1}}},
+    {"set spline control 1 3,5", "spline", Property::control, 1, {.point = {3, 5}}},
+};
+
+/// What every row has to come to, whoever moves the entity.
+void expectValue(const Session& session, const Row& row) {
+    const PropertyValue now = propertyOf(entityNamed(session.document(), row.entity).shape, row.property, row.index);
+    if (row.value.number == 0.0) {
+        EXPECT_NEAR(now.point.x, row.value.point.x, 1e-9) << row.edit;
+        EXPECT_NEAR(now.point.y, row.value.point.y, 1e-9) << row.edit;
+    } else {
+        EXPECT_NEAR(now.number, row.value.number, 1e-9) << row.edit;
+    }
+}
+
+TEST(SetEdit, GivesAFreeEntityEveryProperty) {
+    for (const Row& row : kRows) {
+        Session session(kindsDrawing());
+        EXPECT_EQ(session.apply(row.edit).outcome.error, "") << row.edit;
+        expectValue(session, row);
+    }
+}
+
+TEST(SetEdit, GivesAConstrainedEntityEveryPropertyAndTakesWhatIsTiedToItAlong) {
+    for (const Row& row : kRows) {
+        Session session(heldDrawing());
+        EXPECT_EQ(session.apply(row.edit).outcome.error, "") << row.edit;
+        expectValue(session, row);
+        EXPECT_EQ(session.document().constraints, heldDrawing().constraints) << row.edit;
+    }
+}
+
+TEST(SetEdit, IsRefusedByTheConstraintsInItsWay) {
+    Document document = frameDrawing();
+    document.constraints.push_back(constraintOf("f0", ConstraintType::fixed, {{"left", PlaceKind::start}}));
+    Session session(document);
+    const std::string error = session.apply("set base end 12,3").outcome.error;
+    EXPECT_NE(error.find("c2 (horizontal base)"), std::string::npos) << error;
+    EXPECT_EQ(session.document(), document);
+}
+
+TEST(SetEdit, LetsAFixedLineSlideAlongItselfOnly) {
+    Document document = frameDrawing();
+    document.constraints.push_back(constraintOf("f0", ConstraintType::fixed, {{"base"}}));
+    Session session(document);
+    EXPECT_EQ(session.apply("set base end 12,1").outcome.error,
+              "base carries a fixed constraint, so its points can only slide along it; give a point on its line, or "
+              "delete the constraint");
+    EXPECT_EQ(session.apply("set base end 12,0").outcome.error, "");
+    EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {12, 0}}));
+}
+
+TEST(SetEdit, IsUndoneToTheLastBit) {
+    Session session(frameDrawing());
+    session.apply("set left end 1,7");
+    ASSERT_NE(session.document(), frameDrawing());
+    session.apply("undo");
+    EXPECT_EQ(session.document(), frameDrawing());
+}
+
+TEST(SetEdit, RefusesWithAReasonAndChangesNothing) {
+    struct Fault {
+        const char* edit;
+        const char* error;
+    };
+    const Fault faults[] = {
+        {"set circle radius -3",
+         "nothing proper would be left of circle: its radius would be -3.0; it takes a radius above 0"},
+        {"set line end 0,0", "nothing proper would be left of line: line: start and end are the same point; give two different ones"},
+        {"set circle radus 3",
+         "edit \"set circle radus 3\", column 12: expected a property of circle (centre, radius, diameter, "
+         "circumference or area); did you mean \"radius\"?, found \"radus\""},
+        {"set poly vertex 3 1,1",
+         "edit \"set poly vertex 3 1,1\", column 17: expected a number from 0 to 2, found \"3\""},
+        {"set line start 3",
+         "edit \"set line start 3\", column 16: expected the new point, a point such as 4,0.5 "
+         "without spaces, found \"3\""},
+    };
+    for (const Fault& fault : faults) {
+        Session session(kindsDrawing());
+        EXPECT_EQ(session.apply(fault.edit).outcome.error, fault.error);
+        EXPECT_EQ(session.document(), kindsDrawing()) << fault.edit;
+    }
+}
+
+}  // namespace
+}  // namespace holdfast
