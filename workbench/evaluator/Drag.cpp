@@ -49,7 +49,6 @@ struct DragSession::State {
     std::vector<int> seeds;
     std::vector<double> goals;
     std::unique_ptr<Region> region;
-    std::vector<int> entities;  ///< of the region
     int rings = kFirstRings;
     bool isWidest = false;
     double hopelessMiss = 0.0;  ///< the miss at which not even the whole part could help
@@ -72,7 +71,6 @@ struct DragSession::State {
                                                 : neighbourhood.around(seeds, rings);
         isWidest = around.isWhole;
         region = std::make_unique<Region>(workspace.system(), around.unknowns);
-        entities = workspace.entitiesOf(around.unknowns);
     }
 
     double miss() {
@@ -219,7 +217,7 @@ struct DragSession::State {
 
     void takeOver(SolveResult& result) {
         const EquationSystem& system = workspace.system();
-        for (const int number : entities) {
+        for (const int number : region->entities()) {
             const FigureEntity& entity = figure.entities[at(number)];
             double way = 0.0;
             for (std::size_t v = at(entity.firstValue); v < at(entity.firstValue + entity.valueCount); ++v) {

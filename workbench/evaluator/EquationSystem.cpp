@@ -68,6 +68,19 @@ double EquationSystem::residualOf(int equation) const {
     return worst;
 }
 
+std::vector<int> entitiesOf(const EquationSystem& system, std::span<const int> unknowns) {
+    std::vector<int> entities;
+    for (const int u : unknowns) {
+        for (const int v : system.valuesOfUnknown[u]) {
+            if (v < system.figureValueCount)
+                entities.push_back(system.entityOfValue[at(v)]);
+        }
+    }
+    std::sort(entities.begin(), entities.end());
+    entities.erase(std::unique(entities.begin(), entities.end()), entities.end());
+    return entities;
+}
+
 std::vector<int> bindingConstraints(const Figure& figure) {
     std::vector<int> result;
     for (std::size_t i = 0; i < figure.constraints.size(); ++i) {

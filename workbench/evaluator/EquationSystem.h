@@ -88,6 +88,9 @@ struct EquationSystem {
     double residualOf(int equation) const;
 };
 
+/// Elements that have a value merged in one of the unknowns, ascending.
+std::vector<int> entitiesOf(const EquationSystem& system, std::span<const int> unknowns);
+
 /// Elements whose intrinsic sizes (lengths, radii, bulges, swept angles) are to stay as they are at the reference.
 struct KeptSizes {
     std::vector<int> entities;

@@ -18,6 +18,7 @@ constexpr int kMostDense = 150;       // rows or columns up to which a dense dec
 constexpr int kSlow = 2;              // iterations without much progress before it is tried
 constexpr double kNear = 1e-4;        // residual, as a part of the figure's size, that counts as near a solution
 constexpr double kNearEnough = 10.0;  // movement, in tolerances, below which sliding ends
+constexpr double kSharp = 30.0;       // aims that a residual may grow to while sliding
 constexpr double kContracts = 0.3;    // what remains of a whole movement, at most, while sliding by tangents alone
 constexpr double kExceeds = 1.2;      // the same for a shortened one, as a multiple of what was left out
 
@@ -55,10 +56,10 @@ public:
     std::span<const double> multiplier() const { return m_multiplier; }
 
     /// The least step that cancels the residual of now.
-    std::span<const double> restoringStep() {
-        m_step.assign(static_cast<std::size_t>(m_region.columnCount()), 0.0);
-        return solve();
-    }
+    std::span<const double> restoringStep() { return restoringStep(m_isExact); }
+
+    /// The same for a residual that further steps will reduce anyway.
+    std::span<const double> roughRestoringStep() { return restoringStep(false); }
 
     /// The same from a dense decomposition of the Jacobian of now.
     std::span<const double> denseRestoringStep() {
@@ -74,31 +75,31 @@ public:
         m_step.resize(wish.size());
         for (std::size_t j = 0; j < wish.size(); ++j)
             m_step[j] = m_weights[j] * wish[j];
-        return solve();
+        return solve(m_isExact);
     }
 
     /// Longest movement of geometry in a step.
     double reach(std::span<const double> step) const {
         double most = 0.0;
         for (std::size_t j = 0; j < step.size(); ++j)
-            most = std::max(most, std::abs(step[j]) * metricOf(j));
+            most = std::max(most, std::abs(step[j]) * m_region.metric()[j]);
         return most;
     }
 
 private:
-    std::span<const double> solve() {
+    std::span<const double> restoringStep(bool isExact) {
+        m_step.assign(static_cast<std::size_t>(m_region.columnCount()), 0.0);
+        return solve(isExact);
+    }
+
+    std::span<const double> solve(bool isExact) {
         m_multiplier.resize(residual.size());
         std::transform(residual.begin(), residual.end(), m_multiplier.begin(), [](double f) { return -f; });
         if (m_isCurved)
-            m_region.curvature().solve(m_step, m_multiplier, m_isExact);
+            m_region.curvature().solve(m_step, m_multiplier, isExact);
         else
-            m_region.linearSolver().solve(m_step, m_multiplier, m_isExact);
+            m_region.linearSolver().solve(m_step, m_multiplier, isExact);
         return m_step;
-    }
-
-    double metricOf(std::size_t j) const {
-        const EquationSystem& system = m_region.system();
-        return system.metric[static_cast<std::size_t>(system.valuesOfUnknown[m_region.unknowns()[j]].front())];
     }
 
     Region& m_region;
@@ -140,12 +141,12 @@ bool shorten(Stepper& stepper, std::span<const double> step, double factor, std:
     return false;
 }
 
-/// A few steps with the factors at hand, which cost next to nothing, until the residual is down to rounding. True when
-/// it ends within the tolerance.
-bool polish(Stepper& stepper, const EquationSystem& system, std::vector<double>& x, int most) {
+/// A few steps with the factors at hand, which cost next to nothing, until the residual is down to the aim or to
+/// rounding. True when it ends within the tolerance.
+bool polish(Stepper& stepper, const EquationSystem& system, std::vector<double>& x, int most, double aim) {
     double before = largest(stepper.residual);
-    for (int i = 0; i < most && before > system.aim; ++i) {
-        const std::vector<double> next = moved(x, stepper.restoringStep(), 1.0);
+    for (int i = 0; i < most && before > aim; ++i) {
+        const std::vector<double> next = moved(x, stepper.roughRestoringStep(), 1.0);
         const std::vector<double> old = stepper.residual;
         stepper.evaluate(next);
         const double now = largest(stepper.residual);
@@ -210,7 +211,7 @@ IterationReport restore(Region& region, std::span<const double> weights, std::ve
         if (isDense ? !denselySolvedStep(stepper, most, x) : !dampedStep(stepper, most, damping, x))
             return report;
         if (!isDense && report.residual < kNear * system.size)
-            polish(stepper, system, x, 3);
+            polish(stepper, system, x, 3, system.aim);
     }
 }
 
@@ -282,7 +283,8 @@ private:
                 continue;
             m_isCurved = m_isCurved || factor < whole;
             m_expected = std::max(kContracts, kExceeds * (1.0 - factor)) * reach;
-            return Outcome::moved;
+            const double next = reach / std::exchange(m_whole, factor < 1.0 ? 0.0 : reach) * reach;
+            return next <= kNearEnough * m_system.tolerance ? Outcome::nearest : Outcome::moved;
         }
         return Outcome::stuck;
     }
@@ -314,7 +316,7 @@ private:
             m_isStale = false;
         }
         m_stepper.evaluate(next);
-        return polish(m_stepper, m_system, next, 6) && largest(m_stepper.residual) <= m_residual;
+        return polish(m_stepper, m_system, next, 6, 0.3 * m_residual) && largest(m_stepper.residual) <= m_residual;
     }
 
     /// A long step bends too far for the factors at hand: new ones bring it back.
@@ -328,7 +330,6 @@ private:
     static constexpr int kMostRestoring = 10;
     static constexpr double kMargin = 2.0;
     static constexpr double kRounding = 1e-14;  // of the pull: no step that promises less can be seen to help
-    static constexpr double kSharp = 30.0;      // aims, that a residual may grow to on the way
 
     Region& m_region;
     const EquationSystem& m_system;
@@ -337,6 +338,7 @@ private:
     const IterationLimits& m_limits;
     Stepper m_stepper;
     std::vector<double> m_wish, m_multiplier;
+    double m_whole = 0.0;  ///< reach of the step before if it was taken as a whole; steps shrink by about one factor
     double m_expected = std::numeric_limits<double>::max();  ///< what the step before promised of the next one's reach
     double m_pullNow = 0.0;
     double m_residual = 0.0;
@@ -361,6 +363,10 @@ IterationReport slide(Region& region, const Pull& pull, std::vector<double>& x, 
 }
 
 IterationReport settle(Region& region, const Pull& pull, std::vector<double>& x, const IterationLimits& limits) {
+    std::vector<double> residual;
+    region.evaluate(x, residual);
+    if (largest(residual) <= kSharp * region.system().aim)
+        return slide(region, pull, x, limits);
     const IterationReport restored = restore(region, pull.weights, x, limits);
     if (!restored.isSatisfied)
         return restored;

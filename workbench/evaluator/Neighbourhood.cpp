@@ -6,6 +6,12 @@ namespace holdfast {
 
 namespace {
 
+constexpr int kEverything = std::numeric_limits<int>::max();
+
+/// An unknown that more equations read than this, for each step, would make everything a neighbour of everything: a
+/// radius or a level that many elements share. It stays outside until the rings are wide enough for it.
+constexpr int kHub = 8;
+
 std::size_t at(int i) {
     return static_cast<std::size_t>(i);
 }
@@ -42,7 +48,13 @@ Neighbourhood::Rings Neighbourhood::around(std::span<const int> seeds, int steps
     ++m_call;
     Rings rings;
     std::vector<int> front, next;
+    const std::size_t most = steps < kEverything / kHub ? at(kHub * steps) : at(kEverything);
+    bool hasLeftOut = false;
     const auto take = [&](int unknown, std::vector<int>& list) {
+        if (&list == &next && m_system.equationsOfUnknown[unknown].size() > most) {
+            hasLeftOut = hasLeftOut || (m_seenAt[at(unknown)] != m_call && !m_isBlocked[at(unknown)]);
+            return;
+        }
         if (!visit(unknown))
             return;
         list.push_back(unknown);
@@ -67,12 +79,12 @@ Neighbourhood::Rings Neighbourhood::around(std::span<const int> seeds, int steps
         }
         front.swap(next);
     }
-    rings.isWhole = front.empty();
+    rings.isWhole = front.empty() && !hasLeftOut;
     return rings;
 }
 
 std::vector<int> Neighbourhood::partOf(std::span<const int> seeds) {
-    return around(seeds, std::numeric_limits<int>::max()).unknowns;
+    return around(seeds, kEverything).unknowns;
 }
 
 }  // namespace holdfast

@@ -16,10 +16,11 @@ public:
 
     struct Rings {
         std::vector<int> unknowns;  ///< the seeds first, then ring after ring; blocked ones left out
-        bool isWhole = false;       ///< the connected part has no more
+        bool isWhole = false;       ///< the connected part has no more, and no hub was left out
     };
 
-    /// The seeds and everything up to so many steps away. Blocked seeds spread, but are not among the result.
+    /// The seeds and everything up to so many steps away, without unknowns that very many equations read as long as
+    /// the steps are few. Blocked seeds spread, but are not among the result.
     Rings around(std::span<const int> seeds, int steps);
 
     /// The whole connected part around the seeds.

@@ -5,6 +5,8 @@
 #include <numeric>
 #include <unordered_map>
 
+#include "workbench/evaluator/Degenerate.h"
+
 namespace holdfast {
 
 namespace {
@@ -18,6 +20,10 @@ std::size_t at(int i) {
 Region::Region(EquationSystem& system, std::span<const int> unknowns)
     : m_system(system), m_unknowns(unknowns.begin(), unknowns.end()) {
     collectEquations();
+    m_entities = entitiesOf(m_system, m_unknowns);
+    m_senses = sensesOf(m_system, m_equations);
+    for (const int u : m_unknowns)
+        m_metric.push_back(m_system.metric[at(m_system.valuesOfUnknown[u].front())]);
     makePattern();
     m_linear.analyse(m_pattern);
 }

@@ -19,6 +19,13 @@ public:
     std::span<const int> unknowns() const { return m_unknowns; }
     std::span<const int> equations() const { return m_equations; }
 
+    /// How far geometry moves when an unknown changes by one.
+    std::span<const double> metric() const { return m_metric; }
+
+    /// Elements that have one of the unknowns, and the system's senses among the equations.
+    std::span<const int> entities() const { return m_entities; }
+    std::span<const int> senses() const { return m_senses; }
+
     /// What the unknowns are at the values of now: the mean of the merged values.
     std::vector<double> read() const;
     void write(std::span<const double> x);
@@ -62,6 +69,8 @@ private:
     EquationSystem& m_system;
     std::vector<int> m_unknowns;
     std::vector<int> m_equations;
+    std::vector<double> m_metric;
+    std::vector<int> m_entities, m_senses;
     std::vector<int> m_firstRow;   ///< per equation
     std::vector<int> m_firstSlot;  ///< per equation, one more at the end
     std::vector<Slot> m_slots;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "workbench/evaluator/Conflict.h"
 #include "workbench/evaluator/Workspace.h"
@@ -92,25 +93,27 @@ private:
     bool solveParts() {
         std::vector<int> seeds = m_workspace.violated();
         seeds.insert(seeds.end(), m_seeds.begin(), m_seeds.end());
-        std::vector<char> isDone(at(system().unknownCount), 0);
+        std::vector<char> isSeed(at(system().unknownCount), 0);
+        for (const int seed : seeds)
+            isSeed[at(seed)] = 1;
+        std::vector<int> mine;
         for (const int seed : seeds) {
-            if (isDone[at(seed)])
+            if (!isSeed[at(seed)])
                 continue;
             const std::vector<int> part = m_workspace.neighbourhood().partOf({&seed, 1});
-            for (const int u : part)
-                isDone[at(u)] = 1;
-            if (!solvePart(part, seeds))
+            mine.clear();
+            for (const int u : part) {
+                if (std::exchange(isSeed[at(u)], 0) != 0)
+                    mine.push_back(u);
+            }
+            if (!solvePart(part, mine))
                 return false;
         }
         return true;
     }
 
     bool solvePart(const std::vector<int>& part, const std::vector<int>& seeds) {
-        std::vector<int> own = part, mine;
-        std::sort(own.begin(), own.end());
-        std::copy_if(seeds.begin(), seeds.end(), std::back_inserter(mine),
-                     [&](int u) { return std::binary_search(own.begin(), own.end(), u); });
-        const Attempt attempt = m_workspace.solveAround(mine, m_request.reach);
+        const Attempt attempt = m_workspace.solveAround(seeds, m_request.reach);
         m_result.iterations += attempt.iterations;
         if (attempt.isSolved)
             return true;
@@ -141,7 +144,7 @@ private:
         }
     }
 
-    void suspectPart(std::span<const int> part) { suspectAround(m_workspace.entitiesOf(part)); }
+    void suspectPart(std::span<const int> part) { suspectAround(entitiesOf(system(), part)); }
 
     /// Ties leave no equations, so the walk goes by elements: constraints on them, the elements of those, and so on;
     /// fixed elements connect nothing.

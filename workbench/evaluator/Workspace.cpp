@@ -112,19 +112,6 @@ Pull Workspace::pullOf(const Region& region) const {
     return pull;
 }
 
-std::vector<int> Workspace::entitiesOf(std::span<const int> unknowns) const {
-    std::vector<int> entities;
-    for (const int u : unknowns) {
-        for (const int v : m_system.valuesOfUnknown[u]) {
-            if (v < m_system.figureValueCount)
-                entities.push_back(m_system.entityOfValue[at(v)]);
-        }
-    }
-    std::sort(entities.begin(), entities.end());
-    entities.erase(std::unique(entities.begin(), entities.end()), entities.end());
-    return entities;
-}
-
 std::optional<Flaw> Workspace::flawIn(std::span<const int> entities, std::span<const int> senses, double margin) const {
     if (auto flaw = findFlaw(m_figure, m_system, entities, margin))
         return flaw;
@@ -138,19 +125,17 @@ std::optional<Flaw> Workspace::flawInPinned() const {
         const auto reading = m_system.equationsOfUnknown[unknown];
         equations.insert(equations.end(), reading.begin(), reading.end());
     }
-    if (auto flaw = findFlaw(m_figure, m_system, entitiesOf(unknowns)))
+    if (auto flaw = findFlaw(m_figure, m_system, entitiesOf(m_system, unknowns)))
         return flaw;
     return findTurnedTangency(m_figure, m_system, sensesOf(m_system, equations));
 }
 
 Attempt Workspace::trySettling(Region& region, std::vector<double> x, IterationLimits limits) {
-    const std::vector<int> entities = entitiesOf(region.unknowns());
-    const std::vector<int> senses = sensesOf(m_system, region.equations());
-    limits.isSound = [&](double margin) { return !flawIn(entities, senses, margin).has_value(); };
+    limits.isSound = [&](double margin) { return !flawIn(region.entities(), region.senses(), margin).has_value(); };
     const IterationReport report = settle(region, pullOf(region), x, limits);
     Attempt attempt{report.isSatisfied, report.isNearest, report.iterations, report.residual, std::nullopt};
     if (attempt.isSolved)
-        attempt.flaw = flawIn(entities, senses);
+        attempt.flaw = flawIn(region.entities(), region.senses());
     attempt.isSolved = attempt.isSolved && !attempt.flaw.has_value();
     return attempt;
 }

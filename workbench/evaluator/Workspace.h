@@ -54,7 +54,6 @@ public:
 
     /// Unknowns that took part in solved regions, and pinned ones.
     std::span<const int> touched() const { return m_touched; }
-    std::vector<int> entitiesOf(std::span<const int> unknowns) const;
 
 private:
     struct Wish {
