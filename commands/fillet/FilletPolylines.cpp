@@ -18,7 +18,6 @@ using holdfast::Collected;
 using holdfast::GroupSurvey;
 using holdfast::openAs;
 using holdfast::Points;
-using holdfast::SegmentEnds;
 
 namespace {
 
