@@ -9,11 +9,11 @@ namespace holdfast {
 /// A. Walther, Evaluating Derivatives, chapter 3). Fixed size: no memory is fetched while equations are evaluated.
 template <int N>
 struct Dual {
-    double value = 0.0;
-    std::array<double, N> slope{};
+    double value;
+    std::array<double, N> slope;
 
-    Dual() = default;
-    Dual(double constant) : value(constant) {}  // NOLINT(google-explicit-constructor): constants mix with duals
+    Dual() : Dual(0.0) {}
+    Dual(double constant) : value(constant), slope{} {}  // NOLINT(google-explicit-constructor): mixes with duals
 
     static Dual variable(double x, int index) {
         Dual result(x);
@@ -39,7 +39,7 @@ struct Dual {
 
     /// f(x) from the values of f and of its derivative.
     Dual mapped(double f, double derivative) const {
-        Dual result(f);
+        Dual result(f, Unset{});
         for (std::size_t i = 0; i < N; ++i)
             result.slope[i] = derivative * slope[i];
         return result;
@@ -47,11 +47,17 @@ struct Dual {
 
     /// f(x, y) from the values of f and of its two partial derivatives.
     static Dual combined(double f, const Dual& x, double byX, const Dual& y, double byY) {
-        Dual result(f);
+        Dual result(f, Unset{});
         for (std::size_t i = 0; i < N; ++i)
             result.slope[i] = byX * x.slope[i] + byY * y.slope[i];
         return result;
     }
+
+private:
+    struct Unset {};
+
+    /// For results whose slopes are all set at once: setting them to 0 before would cost as much again.
+    Dual(double f, Unset) : value(f) {}  // NOLINT(cppcoreguidelines-pro-type-member-init)
 };
 
 inline double valueOf(double x) {

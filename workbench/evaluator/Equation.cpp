@@ -7,8 +7,6 @@ namespace holdfast {
 
 namespace {
 
-constexpr int kJetParts = 3;  // point, first and second derivative
-
 bool isSpline(OperandKind kind) {
     return kind == OperandKind::splinePoint || kind == OperandKind::splineJet;
 }
@@ -139,36 +137,6 @@ Rows lineariseWith(const LocalReader& reader, const double* locals, std::vector<
 
 }  // namespace
 
-int localCount(OperandKind kind) {
-    switch (kind) {
-        case OperandKind::none:
-            return 0;
-        case OperandKind::scalar:
-            return 1;
-        case OperandKind::point:
-        case OperandKind::splinePoint:
-            return 2;
-        case OperandKind::axis:
-        case OperandKind::circle:
-            return 3;
-        case OperandKind::middle:
-        case OperandKind::segment:
-            return 4;
-        case OperandKind::bulgeCentre:
-        case OperandKind::bulgeMiddle:
-        case OperandKind::bulgeCircle:
-        case OperandKind::ellipse:
-            return 5;
-        case OperandKind::ellipseAt:
-            return 6;
-        case OperandKind::splineJet:
-            return 2 * kJetParts;
-        case OperandKind::arcMiddle:
-            return 7;
-    }
-    return 0;
-}
-
 void EquationSet::add(Equation form, std::initializer_list<Operand> operands) {
     form.firstInput = static_cast<int>(inputs.size());
     std::size_t k = 0;
@@ -210,6 +178,8 @@ Rows linearise(const EquationSet& set, const Equation& equation, std::span<const
         return lineariseWith<4>(reader, locals.data(), slopes);
     if (equation.locals <= 8)
         return lineariseWith<8>(reader, locals.data(), slopes);
+    if (equation.locals <= 10)
+        return lineariseWith<10>(reader, locals.data(), slopes);
     if (equation.locals <= 12)
         return lineariseWith<12>(reader, locals.data(), slopes);
     return lineariseWith<EquationSet::kMaxLocals>(reader, locals.data(), slopes);
@@ -219,7 +189,7 @@ double senseOf(const EquationSet& set, const Equation& equation, std::span<const
     std::array<double, EquationSet::kMaxLocals> locals;
     LocalReader{set, equation, values}.read(locals.data());
     const kernels::Meeting<double> m = kernels::meeting(equation, locals.data());
-    return kernels::dot(m.first.direction, m.second.direction);
+    return kernels::dot(m.first.direction(m.point), m.second.direction(m.point));
 }
 
 }  // namespace holdfast

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <iterator>
 #include <span>
 #include <vector>
 
@@ -29,7 +30,11 @@ enum class OperandKind : std::uint8_t {
 };
 
 /// How many locals an operand has.
-int localCount(OperandKind kind);
+constexpr int localCount(OperandKind kind) {
+    constexpr int counts[] = {0, 1, 2, 4, 7, 5, 5, 4, 3, 3, 5, 5, 6, 2, 6};
+    static_assert(std::size(counts) == static_cast<std::size_t>(OperandKind::splineJet) + 1);
+    return counts[static_cast<std::size_t>(kind)];
+}
 
 /// The formulas that equations are made of. Operands in brackets; lengths unless said otherwise, each with a gradient
 /// of about one, so that one tolerance fits all.

@@ -220,22 +220,24 @@ namespace {
 /// The way along the equations from one point to the next.
 class Slider {
 public:
-    Slider(Region& region, const Pull& pull, std::vector<double>& x, const IterationLimits& limits)
+    /// x is written, and the residual there is known.
+    Slider(Region& region, const Pull& pull, std::vector<double>& x, const IterationLimits& limits, double residual)
         : m_region(region),
           m_system(region.system()),
           m_pull(pull),
           m_x(x),
           m_limits(limits),
-          m_stepper(region, pull.weights) {
-        m_stepper.evaluate(m_x);
-        m_pullNow = pullOf(m_pull, m_x);
-        m_residual = std::max(largest(m_stepper.residual), kSharp * m_system.aim);
+          m_stepper(region, pull.weights),
+          m_pullNow(pullOf(pull, x)),
+          m_residual(std::max(residual, kSharp * m_system.aim)),
+          m_residualNow(residual) {
         m_isGuarded = m_limits.isSound && m_limits.isSound(1.0);
     }
 
-    double residual() {
-        m_stepper.evaluate(m_x);
-        return largest(m_stepper.residual);
+    /// Writes the point that was reached; the residual there.
+    double finish() {
+        m_region.write(m_x);
+        return m_residualNow;
     }
 
     enum class Outcome { moved, nearest, stuck };
@@ -305,6 +307,7 @@ private:
         if (!(then < m_pullNow) || (m_isGuarded && !m_limits.isSound(kMargin)))
             return false;
         m_pullNow = then;
+        m_residualNow = m_residualOfNext;
         m_x = std::move(next);
         return true;
     }
@@ -316,7 +319,9 @@ private:
             m_isStale = false;
         }
         m_stepper.evaluate(next);
-        return polish(m_stepper, m_system, next, 6, 0.3 * m_residual) && largest(m_stepper.residual) <= m_residual;
+        const bool holds = polish(m_stepper, m_system, next, 6, 0.3 * m_residual);
+        m_residualOfNext = largest(m_stepper.residual);
+        return holds && m_residualOfNext <= m_residual;
     }
 
     /// A long step bends too far for the factors at hand: new ones bring it back.
@@ -324,7 +329,8 @@ private:
         IterationLimits limits;
         limits.restoring = kMostRestoring;
         m_isStale = true;
-        return restore(m_region, m_pull.weights, next, limits).residual <= m_residual;
+        m_residualOfNext = restore(m_region, m_pull.weights, next, limits).residual;
+        return m_residualOfNext <= m_residual;
     }
 
     static constexpr int kMostRestoring = 10;
@@ -340,8 +346,9 @@ private:
     std::vector<double> m_wish, m_multiplier;
     double m_whole = 0.0;  ///< reach of the step before if it was taken as a whole; steps shrink by about one factor
     double m_expected = std::numeric_limits<double>::max();  ///< what the step before promised of the next one's reach
-    double m_pullNow = 0.0;
-    double m_residual = 0.0;
+    double m_pullNow;
+    double m_residual;  ///< that a point may have
+    double m_residualNow, m_residualOfNext = 0.0;
     bool m_isGuarded = false;
     bool m_isCurved = false;
     bool m_isStale = false;  ///< the factors are no longer those of m_x
@@ -349,28 +356,35 @@ private:
 
 }  // namespace
 
-IterationReport slide(Region& region, const Pull& pull, std::vector<double>& x, const IterationLimits& limits) {
-    Slider slider(region, pull, x, limits);
+namespace {
+
+IterationReport slideFrom(Slider slider, int most) {
     IterationReport report;
     report.isSatisfied = true;
-    for (auto outcome = Slider::Outcome::moved; outcome == Slider::Outcome::moved && report.iterations < limits.sliding;
+    for (auto outcome = Slider::Outcome::moved; outcome == Slider::Outcome::moved && report.iterations < most;
          ++report.iterations) {
         outcome = slider.advance();
         report.isNearest = outcome == Slider::Outcome::nearest;
     }
-    report.residual = slider.residual();
+    report.residual = slider.finish();
     return report;
 }
 
+}  // namespace
+
 IterationReport settle(Region& region, const Pull& pull, std::vector<double>& x, const IterationLimits& limits) {
-    std::vector<double> residual;
-    region.evaluate(x, residual);
-    if (largest(residual) <= kSharp * region.system().aim)
-        return slide(region, pull, x, limits);
-    const IterationReport restored = restore(region, pull.weights, x, limits);
-    if (!restored.isSatisfied)
-        return restored;
-    IterationReport report = slide(region, pull, x, limits);
+    std::vector<double> rows;
+    region.evaluate(x, rows);
+    double residual = largest(rows);
+    IterationReport restored;
+    if (!(residual <= kSharp * region.system().aim)) {
+        restored = restore(region, pull.weights, x, limits);
+        if (!restored.isSatisfied)
+            return restored;
+        residual = restored.residual;
+        region.write(x);
+    }
+    IterationReport report = slideFrom({region, pull, x, limits, residual}, limits.sliding);
     report.iterations += restored.iterations;
     return report;
 }

@@ -34,11 +34,8 @@ struct IterationReport {
 IterationReport restore(Region& region, std::span<const double> weights, std::vector<double>& x,
                         const IterationLimits& limits);
 
-/// From x, where all equations hold, along them to the point nearest to the targets. Every point on the way holds the
-/// equations too, so it can stop at any time.
-IterationReport slide(Region& region, const Pull& pull, std::vector<double>& x, const IterationLimits& limits);
-
-/// Both, one after the other.
+/// Restores; then, from there, along the equations to the point nearest to the targets. Every point on the way holds
+/// the equations too, so it can stop at any time.
 IterationReport settle(Region& region, const Pull& pull, std::vector<double>& x, const IterationLimits& limits);
 
 }  // namespace holdfast

@@ -85,6 +85,8 @@ public:
 
     OperandKind kind() const { return m_equation.operands[m_index]; }
 
+    void skip() { m_next += localCount(m_equation.operands[m_index++]); }
+
     T scalar() {
         ++m_index;
         return *m_next++;
@@ -105,6 +107,15 @@ public:
             default:
                 return pair();
         }
+    }
+
+    /// Of a line, at length one.
+    Pair<T> direction() {
+        const Pair<T> base = pair();
+        if (m_equation.operands[m_index++] != OperandKind::axis)
+            return unit(pair() - base);
+        const T angle = *m_next++;
+        return {cos(angle), sin(angle)};
     }
 
     LineCurve<T> line() {
@@ -187,55 +198,51 @@ struct Course {
     T curvature{};
 };
 
+/// A curve of any kind, read from the locals when it is asked for.
 template <class T>
-struct AnyCurve {
-    OperandKind kind = OperandKind::none;
-    LineCurve<T> line;
-    CircleCurve<T> circle;
-    EllipseCurve<T> ellipse;
-    JetCurve<T> jet;
+class AnyCurve {
+public:
+    /// Takes the next operand from the reader.
+    explicit AnyCurve(Reader<T>& reader) : m_reader(reader) { reader.skip(); }
 
-    explicit AnyCurve(Reader<T>& reader) : kind(reader.kind()) {
-        switch (kind) {
+    LineCurve<T> line() const { return Reader<T>(m_reader).line(); }
+    CircleCurve<T> circle() const { return Reader<T>(m_reader).circle(); }
+    JetCurve<T> jet() const { return Reader<T>(m_reader).jet(); }
+
+    Pair<T> direction(const Pair<T>& p) const {
+        switch (m_reader.kind()) {
             case OperandKind::segment:
             case OperandKind::axis:
-                line = reader.line();
-                break;
+                return Reader<T>(m_reader).direction();
             case OperandKind::ellipse:
-                ellipse = reader.ellipse();
-                break;
+                return alongEllipse(p).direction;
             case OperandKind::splineJet:
             case OperandKind::ellipseAt:
-                jet = reader.jet();
-                break;
+                return unit(jet().first);
             default:
-                circle = reader.circle();
-                break;
+                return turned(unit(p - circle().centre));
         }
     }
 
-    bool needsPoint() const {
-        return kind == OperandKind::circle || kind == OperandKind::bulgeCircle || kind == OperandKind::ellipse;
-    }
-
     Course<T> at(const Pair<T>& p) const {
-        switch (kind) {
+        switch (m_reader.kind()) {
             case OperandKind::segment:
             case OperandKind::axis:
-                return {line.direction, T(0.0)};
+                return {direction(p), T(0.0)};
             case OperandKind::ellipse:
                 return alongEllipse(p);
             case OperandKind::splineJet:
             case OperandKind::ellipseAt:
                 return alongJet();
             default:
-                return {turned(unit(p - circle.centre)), T(1.0) / circle.radius};
+                return {direction(p), T(1.0) / circle().radius};
         }
     }
 
 private:
     /// From the gradient of (xi/a)^2 + (eta/b)^2; curvature of an implicit curve.
     Course<T> alongEllipse(const Pair<T>& p) const {
+        const EllipseCurve<T> ellipse = Reader<T>(m_reader).ellipse();
         const Pair<T> out = p - ellipse.centre;
         const T a2 = ellipse.a * ellipse.a, b2 = ellipse.b * ellipse.b;
         const T x = dot(out, ellipse.major) / a2, y = dot(out, ellipse.minor()) / b2;
@@ -245,9 +252,12 @@ private:
     }
 
     Course<T> alongJet() const {
-        const T speed = length(jet.first);
-        return {unit(jet.first), cross(jet.first, jet.second) / (speed * speed * speed)};
+        const JetCurve<T> curve = jet();
+        const T speed = length(curve.first);
+        return {unit(curve.first), cross(curve.first, curve.second) / (speed * speed * speed)};
     }
+
+    Reader<T> m_reader;  ///< at the curve's operand
 };
 
 }  // namespace holdfast::kernels

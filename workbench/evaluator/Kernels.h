@@ -7,18 +7,18 @@
 /// The formulas behind the kernels.
 namespace holdfast::kernels {
 
-/// Where two curves meet: both courses.
+/// Where two curves meet.
 template <class T>
 struct Meeting {
-    Course<T> first, second;
+    AnyCurve<T> first, second;
+    Pair<T> point;
 };
 
 template <class T>
 Meeting<T> meeting(const Equation& e, const T* locals) {
     Reader<T> reader(e, locals);
     const AnyCurve<T> one(reader), two(reader);
-    const Pair<T> p = e.operands[2] == OperandKind::none ? Pair<T>{} : reader.point();
-    return {one.at(p), two.at(p)};
+    return {one, two, e.operands[2] == OperandKind::none ? Pair<T>{} : reader.point()};
 }
 
 /// angle - value, taken to the nearest turn (or half turn).
@@ -80,7 +80,7 @@ void mirrored(const Equation& e, Reader<T>& reader, T* out) {
 
 template <class T>
 void mirroredDirections(const Equation& e, Reader<T>& reader, T* out) {
-    const Pair<T> a = reader.line().direction, b = reader.line().direction, axis = reader.line().direction;
+    const Pair<T> a = reader.direction(), b = reader.direction(), axis = reader.direction();
     const Pair<T> mirror = axis * (dot(a, axis) * 2.0) - a;
     out[0] = cross(mirror, b) * e.scale;
 }
@@ -100,17 +100,17 @@ void touches(const Equation& e, Reader<T>& reader, T* out) {
     const JetCurve<T> jet = reader.jet();
     const Pair<T> direction = unit(jet.first);
     if (e.kernel == Kernel::lineTouch) {
-        out[0] = distanceFrom(one.line, jet.point);
-        out[1] = cross(one.line.direction, direction) * e.scale;
+        out[0] = distanceFrom(one.line(), jet.point);
+        out[1] = cross(one.line().direction, direction) * e.scale;
     } else if (e.kernel == Kernel::circleTouch) {
-        const Pair<T> out1 = jet.point - one.circle.centre;
-        out[0] = length(out1) - one.circle.radius;
+        const Pair<T> out1 = jet.point - one.circle().centre;
+        out[0] = length(out1) - one.circle().radius;
         out[1] = dot(unit(out1), direction) * e.scale;
     } else {
-        const Pair<T> apart = one.jet.point - jet.point;
+        const Pair<T> apart = one.jet().point - jet.point;
         out[0] = apart.x;
         out[1] = apart.y;
-        out[2] = cross(unit(one.jet.first), direction) * e.scale;
+        out[2] = cross(unit(one.jet().first), direction) * e.scale;
     }
 }
 
@@ -231,9 +231,9 @@ template <class T>
 void evaluateCourses(const Equation& e, const T* locals, T* out) {
     const Meeting<T> m = meeting(e, locals);
     if (e.kernel == Kernel::directions)
-        out[0] = turnLeft(e, m.first.direction, m.second.direction);
+        out[0] = turnLeft(e, m.first.direction(m.point), m.second.direction(m.point));
     else
-        out[0] = (m.first.curvature - m.second.curvature * e.sign) * (e.scale * e.scale);
+        out[0] = (m.first.at(m.point).curvature - m.second.at(m.point).curvature * e.sign) * (e.scale * e.scale);
 }
 
 /// All rows of one equation.
@@ -261,7 +261,7 @@ void evaluate(const Equation& e, const T* locals, T* out) {
             evaluateCourses(e, locals, out);
             break;
         case Kernel::heading: {
-            const Pair<T> d = reader.line().direction;
+            const Pair<T> d = reader.direction();
             out[0] = angleLeft(atan2(d.y * e.sign, d.x * e.sign), e.value, 2 * std::numbers::pi) * e.scale;
             break;
         }
