@@ -2,6 +2,8 @@
 """Compares what the built module exports and what it asks of its host with the committed lists.
 
 Usage: symbols.py exports|imports LIBRARY LIST [--update]
+
+A library named *.dll is read with the tools of mingw-w64, from its tables of exported and imported names.
 """
 import re
 import subprocess
@@ -12,11 +14,30 @@ HOST = re.compile(r"^(?:Yx|yx|LvEva|AssocConstraintHeader|ConstraintDynamicEdit)
 NOISE = re.compile(r"^(?:(?:vtable|typeinfo|typeinfo name) for )?(?:std::|__gnu|__cxx|__asan|__ubsan|__odr|_init|_fini|operator (?:new|delete)|void std::|bool std::|guard variable)")
 
 
+def output(*command, text=None):
+    return subprocess.run(command, check=True, capture_output=True, text=True, input=text).stdout
+
+
+def shared_object_symbols(library, kind):
+    for line in output("nm", "-DC", f"--{kind}-only", library).splitlines():
+        yield line.split(maxsplit=2 if kind == "defined" else 1)[-1]
+
+
+def dll_symbols(library, kind):
+    dump = output("x86_64-w64-mingw32-objdump", "-p", library)
+    if kind == "defined":
+        table = dump.split("[Ordinal/Name Pointer] Table")[1].split("\n\n")[0]
+        # Type descriptions aside: a DLL exports those of the platform's classes that it casts or throws, too.
+        names = re.findall(r"^\t\[ *\d+\] (?!_ZT[IS])(\S+)", table, re.M)
+    else:
+        names = re.findall(r"^\t[0-9a-f]+\t *\d+  (_Z\S+)", dump, re.M)
+    return output("c++filt", text="\n".join(names)).splitlines()
+
+
 def symbols(library, kind):
-    out = subprocess.run(["nm", "-DC", f"--{kind}-only", library], check=True, capture_output=True, text=True).stdout
-    for line in out.splitlines():
-        fields = line.split(maxsplit=2 if kind == "defined" else 1)
-        yield re.sub(r"\[abi:\w+\]", "", fields[-1]).strip()
+    found = dll_symbols(library, kind) if library.endswith(".dll") else shared_object_symbols(library, kind)
+    for name in found:
+        yield re.sub(r"\[abi:\w+\]", "", name).strip()
 
 
 def exports(library):

@@ -8,8 +8,6 @@
 #include <type_traits>
 #include <vector>
 
-#include <dlfcn.h>
-
 #include "commands/align/ConstraintAlignCmdCenter.h"
 #include "commands/break/ConstraintBreakCmdCenter.h"
 #include "commands/break/ConstraintTrimCmdCenter.h"
@@ -22,6 +20,7 @@
 #include "commands/stretch/ConstraintStretchCmdCenter.h"
 #include "drag/CYxRotateReleaseConstraint.h"
 #include "drag/LvConstraintDropData.h"
+#include "tests/support/LoadedLibrary.h"
 
 namespace {
 
@@ -122,26 +121,9 @@ TEST(ExportedClasses, CanBeCopiedAndAssigned) {
     EXPECT_EQ(&(second = first), &second);
 }
 
-class ModuleLibrary {
-public:
-    ModuleLibrary() : m_library(dlopen(HOLDFAST_LIBRARY, RTLD_LAZY | RTLD_LOCAL)) {}
-    ~ModuleLibrary() {
-        if (m_library != nullptr)
-            dlclose(m_library);
-    }
-    ModuleLibrary(const ModuleLibrary&) = delete;
-    ModuleLibrary& operator=(const ModuleLibrary&) = delete;
-
-    bool isOpen() const { return m_library != nullptr; }
-    bool exports(const std::string& mangled) const { return dlsym(m_library, mangled.c_str()) != nullptr; }
-
-private:
-    void* m_library;
-};
-
 TEST(ExportedNames, AreSpeltAsHostsCallThem) {
-    const ModuleLibrary module;
-    ASSERT_TRUE(module.isOpen()) << dlerror();
+    const holdfast::LoadedLibrary module(HOLDFAST_LIBRARY);
+    ASSERT_TRUE(module.isOpen()) << holdfast::LoadedLibrary::whyNot();
     for (const char* name : {
              "_ZN24ConstraintAlignCmdCenter16seperateObjectesE7YxArrayI12YxDbObjectIdE",
              "_ZN26CYxRotateReleaseConstraint19addDataToBoxEvaluteE7YxArrayI12YxDbObjectIdE11YxGePoint3dRS2_",

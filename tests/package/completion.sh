@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Checks what the completion offers, with the program that was built.
+# Usage: completion.sh ROOT PROGRAM
+set -uo pipefail
+root=$1 program=$2 failed=0
+[ -x "$program" ] || { echo "skipped: $program was not built"; exit 77; }
+cd "$root" || exit 1
+. scripts/completion/holdfast
+
+# offers "what" word ... : completes the last word and compares the answers, joined by '|'.
+offers() {
+    local expected=$1
+    shift
+    COMP_WORDS=("$program" "$@") COMP_CWORD=$#
+    _holdfast "$program"
+    local offered
+    offered=$(IFS='|'; echo "${COMPREPLY[*]}")
+    [ "$offered" = "$expected" ] && return
+    echo "completing: holdfast $*"
+    echo "  expected: $expected"
+    echo "  offered:  $offered"
+    failed=1
+}
+
+drawing=examples/drawings/battery-clip.json
+offers "show" sh
+offers "edit" ed
+offers "--help|--help-all" --h
+offers "--report" edit --rep
+offers "--tolerance" convert --t
+offers "--output" show --out
+offers "$drawing" edit examples/drawings/bat
+offers "$drawing" show examples/drawings/bat
+offers "examples/drawings/acrylic-case-top.dxf" infer examples/drawings/acr
+offers "trim ENTITY at POINT by ENTITY...|trim ..." edit "$drawing" '"tri'
+offers "stretch|set" edit "$drawing" '"s'
+offers "break ENTITY at POINT [to POINT]|break ..." edit "$drawing" '"br'
+offers "undo" edit "$drawing" un
+offers "join g10 g2 |join g10 g20 |join g10 g21 |join g10 g22 |join g10 g23 |join g10 g24 |join g10 g25 \
+|join g10 g26 |join g10 g27 |join g10 g28 |join g10 g29 " edit "$drawing" '"join g10 g2'
+offers "trim g37 at 8,6 by g9 |trim g37 at 8,6 by g9 ..." edit "$drawing" '"trim g37 at 8,6 by g9'
+offers "break g0 |break g0 ..." edit -v -o out.json "$drawing" '"break g0'
+offers "" edit "$drawing" '"break nothing'
+offers "" infer --tolerance ''
+[ $failed -eq 0 ] && echo "the completion offers what it should"
+exit $failed

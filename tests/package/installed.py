@@ -1,0 +1,107 @@
+#!/usr/bin/env python3
+"""Installs what was built into a prefix of its own, moves that elsewhere, and uses it from there as others do.
+
+Usage: installed.py STEP ROOT BUILD WORK [COMPILER [FLAG ...]]
+Steps: install     the libraries, headers, CMake and pkg-config files, into WORK/prefix
+       headers     the installed headers compile with the installed tree alone: ours each by itself, the platform's,
+                   which are the very files of host/include, together
+       cmake       examples/consumer by find_package
+       pkgconfig   examples/consumer by one line for the compiler
+The last two compare what the program prints with examples/consumer/expected.txt.
+"""
+import concurrent.futures
+import difflib
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+
+COMPONENTS = ("module", "development", "model", "model_development")
+
+
+def run(*command, **options):
+    """Runs a command; where it fails, what it said is all that there is to say."""
+    result = subprocess.run([str(word) for word in command], capture_output=True, text=True, **options)
+    if result.returncode:
+        sys.exit(f"{' '.join(str(word) for word in command)}\n{result.stdout}{result.stderr}exit code {result.returncode}")
+    return result.stdout
+
+
+def install(root, build, work, *_):
+    moved, first = work / "prefix", work / "first-prefix"
+    for folder in (moved, first):
+        shutil.rmtree(folder, ignore_errors=True)
+    for component in COMPONENTS:
+        run("cmake", "--install", build, "--prefix", first, "--component", component)
+    first.rename(moved)
+    library = (moved / "lib/libholdfast.so").resolve(strict=True)
+    soname = re.search(r"SONAME.*\[(.*)\]", run("readelf", "-d", library)).group(1)
+    if (moved / "lib" / soname).resolve() != library or not re.fullmatch(r"libholdfast\.so\.\d+", soname):
+        sys.exit(f"{library.name} calls itself {soname}, and there is no such link beside it")
+    headers = {path.stem for path in (moved / "include").rglob("*.h")}
+    missing = [name for name in (root / "docs/exported-classes.txt").read_text().split() if name not in headers]
+    if missing:
+        sys.exit(f"exported classes without an installed header: {', '.join(missing)}; see cmake/install.cmake")
+    named = [path for path in moved.rglob("*.cmake") if str(first) in path.read_text() or str(root) in path.read_text()]
+    if named:
+        sys.exit(f"not relocatable, names a folder of this machine: {', '.join(str(path) for path in named)}")
+
+
+def headers(_root, _build, work, compiler, *flags):
+    include = work / "prefix/include/holdfast"
+
+    def compile_together(group):
+        named = [word for header in group for word in ("-include", header)]
+        command = [compiler, "-std=c++20", "-fsyntax-only", "-Wall", "-Wextra", *flags, f"-I{include}",
+                   f"-I{include / 'host'}", *named, "-x", "c++", os.devnull]
+        return group, subprocess.run(command, capture_output=True, text=True)
+
+    files, failed = sorted(include.rglob("*.h")), 0
+    platform = [path for path in files if path.relative_to(include).parts[:2] not in (("host", "model"), ("host", "src"))
+                and path.relative_to(include).parts[0] == "host"]
+    groups = [[path] for path in files if path not in platform] + [platform]
+    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+        for group, result in pool.map(compile_together, groups):
+            if result.returncode or result.stderr:
+                failed += 1
+                print(f"{group[0].relative_to(include)} does not compile:\n{result.stderr}")
+    print(f"{len(files)} installed headers: {failed} of {len(groups)} compilations failed")
+    sys.exit(1 if failed or len(groups) < 2 or not platform else 0)
+
+
+def compare(root, printed):
+    expected = (root / "examples/consumer/expected.txt").read_text()
+    if printed != expected:
+        lines = difflib.unified_diff(expected.splitlines(), printed.splitlines(), "expected.txt", "printed", lineterm="")
+        sys.exit("\n".join(lines))
+    print("prints what is expected")
+
+
+def cmake(root, _build, work, compiler, *flags):
+    build = work / "consumer-cmake"
+    shutil.rmtree(build, ignore_errors=True)
+    run("cmake", "-G", "Ninja", "-S", root / "examples/consumer", "-B", build,
+        f"-DCMAKE_PREFIX_PATH={work / 'prefix'}", f"-DCMAKE_CXX_COMPILER={compiler}",
+        f"-DCMAKE_CXX_FLAGS={' '.join(flags)}")
+    run("cmake", "--build", build)
+    compare(root, run(build / "host_command"))
+
+
+def pkgconfig(root, _build, work, compiler, *flags, prefix="prefix"):
+    # Debian's folders, too: what a package unpacks is used the same way.
+    libraries = work / prefix / "lib"
+    environment = {**os.environ, "PKG_CONFIG_PATH": str(libraries / "pkgconfig"), "LD_LIBRARY_PATH": str(libraries)}
+    environment.pop("PKG_CONFIG_LIBDIR", None)
+    found = run("pkg-config", "--cflags", "--libs", "holdfast", "holdfast-host-model", env=environment).split()
+    program = work / f"consumer-{prefix.replace('/', '-')}"
+    run(compiler, "-std=c++20", *flags, root / "examples/consumer/main.cpp", *found, "-o", program)
+    compare(root, run(program, env=environment))
+
+
+STEPS = {step.__name__: step for step in (install, headers, cmake, pkgconfig)}
+
+if __name__ == "__main__":
+    step, *folders = sys.argv[1:5]
+    STEPS[step](*(pathlib.Path(folder).resolve() for folder in folders), *sys.argv[5:])
