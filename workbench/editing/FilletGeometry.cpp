@@ -42,11 +42,21 @@ bool isOnCurve(const Shape& shape, double param) {
     return param >= range.first && param <= range.last;
 }
 
+std::optional<Vec2> pointOf(const Shape& shape, CurveEnd end) {
+    return end == CurveEnd::start ? startPoint(shape) : endPoint(shape);
+}
+
+/// The direction in which a curve leaves its end; the end exists.
+Vec2 outwards(const Shape& shape, CurveEnd end) {
+    const ParamRange range = paramRange(shape);
+    return end == CurveEnd::start ? -tangentAt(shape, range.first) : tangentAt(shape, range.last);
+}
+
 /// The ends that a fillet may move.
 std::vector<Vec2> movableEnds(const FilletSide& side) {
     std::vector<Vec2> ends;
     for (const CurveEnd end : {CurveEnd::start, CurveEnd::end}) {
-        const std::optional<Vec2> point = end == CurveEnd::start ? startPoint(side.shape) : endPoint(side.shape);
+        const std::optional<Vec2> point = pointOf(side.shape, end);
         if (point && side.moves.value_or(end) == end)
             ends.push_back(*point);
     }
@@ -118,6 +128,29 @@ std::vector<Joint> jointsOf(const FilletSide& a, const FilletSide& b, double rad
     return joints;
 }
 
+/// The ends of both curves lie on each other there, and the one curve goes on in the direction of the other.
+std::optional<Vec2> smoothJoint(const FilletSide& a, const FilletSide& b) {
+    constexpr double kSmooth = 1e-3;  // radians
+    for (const CurveEnd endA : {CurveEnd::start, CurveEnd::end})
+        for (const CurveEnd endB : {CurveEnd::start, CurveEnd::end}) {
+            const auto pointA = pointOf(a.shape, endA), pointB = pointOf(b.shape, endB);
+            if (!pointA || !pointB || distance(*pointA, *pointB) > 1e-6 * (1.0 + norm(*pointA)))
+                continue;
+            const Vec2 outA = outwards(a.shape, endA), outB = outwards(b.shape, endB);
+            if (std::abs(cross(outA, outB)) < kSmooth && dot(outA, outB) < 0.0)
+                return pointA;
+        }
+    return std::nullopt;
+}
+
+/// Curves that run smoothly into each other have no corner, whatever else a fillet of them comes to.
+[[noreturn]] void refuse(const FilletSide& a, const FilletSide& b, const std::string& reason) {
+    if (const std::optional<Vec2> joint = smoothJoint(a, b))
+        throw EditError(a.name + " and " + b.name + " run smoothly into each other in " + spoken(*joint) +
+                        "; there is no corner to fillet");
+    throw EditError(reason);
+}
+
 std::string noJoint(const FilletSide& a, const FilletSide& b, double radius) {
     return radius == 0.0 ? a.name + " and " + b.name + " do not meet even when prolonged; give a radius above 0"
                          : "no arc of radius " + spokenNumber(radius) + " touches both " + a.name + " and " + b.name +
@@ -127,50 +160,54 @@ std::string noJoint(const FilletSide& a, const FilletSide& b, double radius) {
 Joint bestJoint(const FilletSide& a, const FilletSide& b, double radius) {
     std::vector<Joint> joints = jointsOf(a, b, radius);
     if (joints.empty())
-        throw EditError(noJoint(a, b, radius));
+        refuse(a, b, noJoint(a, b, radius));
     std::erase_if(joints, [&](const Joint& joint) {
         return (!a.mayGrow && !isOnCurve(a.shape, joint.paramA)) || (!b.mayGrow && !isOnCurve(b.shape, joint.paramB));
     });
     if (joints.empty())
-        throw EditError("an arc of radius " + spokenNumber(radius) + " does not fit between " + a.name + " and " +
-                        b.name + "; choose a smaller radius");
+        refuse(a, b,
+               "an arc of radius " + spokenNumber(radius) + " does not fit between " + a.name + " and " + b.name +
+                   "; choose a smaller radius");
     return *std::min_element(joints.begin(), joints.end(), [&](const Joint& left, const Joint& right) {
         return farness(a, b, left) < farness(a, b, right);
     });
 }
 
-[[noreturn]] void refuseSwallowed(const std::string& name, double radius) {
-    if (radius == 0.0)
-        throw EditError("a sharp corner there would leave nothing of " + name + "; choose other curves or points");
-    throw EditError("a fillet of radius " + spokenNumber(radius) + " would leave nothing of " + name +
-                    "; choose a smaller radius");
+/// True when nothing is left of a curve whose end moves to a parameter.
+bool isSwallowed(const Shape& shape, double param, CurveEnd end) {
+    if (periodOf(shape) > 0.0)
+        return false;
+    const Vec2 point = pointAt(shape, param);
+    const auto still = pointOf(shape, end == CurveEnd::start ? CurveEnd::end : CurveEnd::start);
+    const double size = boundsOf(shape).diagonal();
+    if (still && distance(point, *still) <= (std::isfinite(size) ? 1e-9 * size : 0.0))
+        return true;
+    // An arc can always be led on to its own other end, which nobody means who picks a fillet beyond that end.
+    if (std::holds_alternative<ArcShape>(shape) || std::holds_alternative<EllipticalArcShape>(shape))
+        return !isOnCurve(shape, param) && distance(point, *still) < distance(point, *pointOf(shape, end));
+    return end == CurveEnd::start ? param >= paramRange(shape).last : param <= paramRange(shape).first;
 }
 
-/// The curve with the end that the fillet moves at a parameter.
-Shape endedAt(const FilletSide& side, double param, CurveEnd end, double radius) {
-    const ParamRange range = paramRange(side.shape);
-    if (periodOf(side.shape) > 0.0)
-        return side.shape;
-    const Vec2 point = pointAt(side.shape, param);
-    const auto still = end == CurveEnd::start ? endPoint(side.shape) : startPoint(side.shape);
-    const auto moving = end == CurveEnd::start ? startPoint(side.shape) : endPoint(side.shape);
-    const bool turns =
-        std::holds_alternative<ArcShape>(side.shape) || std::holds_alternative<EllipticalArcShape>(side.shape);
-    // An arc can always be led on to its own other end, which nobody means who picks a fillet beyond that end.
-    const bool beyond = turns ? !isOnCurve(side.shape, param) && distance(point, *still) < distance(point, *moving)
-                        : end == CurveEnd::start ? param >= range.last
-                                                 : param <= range.first;
-    if (beyond || (still && distance(point, *still) == 0.0))
-        refuseSwallowed(side.name, radius);
-    return withEndAt(side.shape, end, param);
+std::string swallowing(const std::string& name, double radius) {
+    return radius == 0.0 ? "a sharp corner there would leave nothing of " + name + "; choose other curves or points"
+                         : "a fillet of radius " + spokenNumber(radius) + " would leave nothing of " + name +
+                               "; choose a smaller radius";
+}
+
+Shape endedAt(const Shape& shape, double param, CurveEnd end) {
+    return periodOf(shape) > 0.0 ? shape : withEndAt(shape, end, param);
 }
 
 }  // namespace
 
 CurveFillet filletCurves(const FilletSide& a, const FilletSide& b, double radius) {
     const Joint joint = bestJoint(a, b, radius);
-    CurveFillet fillet{.first = endedAt(a, joint.paramA, joint.endA, radius),
-                       .second = endedAt(b, joint.paramB, joint.endB, radius),
+    if (isSwallowed(a.shape, joint.paramA, joint.endA))
+        refuse(a, b, swallowing(a.name, radius));
+    if (isSwallowed(b.shape, joint.paramB, joint.endB))
+        refuse(a, b, swallowing(b.name, radius));
+    CurveFillet fillet{.first = endedAt(a.shape, joint.paramA, joint.endA),
+                       .second = endedAt(b.shape, joint.paramB, joint.endB),
                        .firstEnd = joint.endA,
                        .secondEnd = joint.endB};
     if (joint.circle)

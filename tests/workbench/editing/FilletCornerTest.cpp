@@ -138,8 +138,7 @@ TEST(FilletCorner, RefusesWithAReasonAndChangesNothing) {
         {"fillet q corner 1 radius 1", "q has a single segment and no corner"},
         {"fillet r corner 0 radius 1", "vertex 0 is an end of r, not a corner; its only corner is 1"},
         {"fillet r corner 1 radius 1",
-         "no arc of radius 1 touches both segment 0 of r and segment 1 of r; choose another radius or curves that are "
-         "not parallel"},
+         "segment 0 of r and segment 1 of r run smoothly into each other in (9, 40); there is no corner to fillet"},
         {"fillet p corner 1 radius 11",
          "an arc of radius 11 does not fit between segment 0 of p and segment 1 of p; choose a smaller radius"},
         {"fillet p corner 1 radius 10",

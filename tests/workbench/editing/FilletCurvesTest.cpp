@@ -164,11 +164,13 @@ TEST(FilletCurves, WithoutACornerOrAnArcAreRefused) {
     Document document = pairOf(SplineShape{3, false, {{0, 0}, {2, 4}, {6, 4}, {8, 0}}, {0, 0, 0, 0, 1, 1, 1, 1}, {}},
                                LineShape{{30, 0}, {40, 0}});
     document.entities.push_back(shapeEntity("disc", CircleShape{{0, 30}, 5}));
+    document.entities.push_back(shapeEntity("bend", ArcShape{{40, 5}, 5, -1.5707963267948966, 0.0}));
     document.entities.push_back(shapeEntity("dot", PointShape{{0, 60}}));
     const RefusedEdit rows[] = {
         {"fillet a disc radius 0", "a and disc do not meet even when prolonged; give a radius above 0"},
         {"fillet a disc radius 1",
          "no arc of radius 1 touches both a and disc; choose another radius or curves that are not parallel"},
+        {"fillet b bend radius 1", "b and bend run smoothly into each other in (40, 0); there is no corner to fillet"},
         {"fillet b dot radius 1", "dot is no curve; only curves can be filleted"},
         {"fillet a b", "edit \"fillet a b\": expected \"radius\", but the edit ends there"},
         {"fillet a b radius 1 at 30,0 35,0", "the point (30, 0) is not on a; its nearest point is (8, 0)"},
