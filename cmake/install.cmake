@@ -10,6 +10,7 @@ include(CMakePackageConfigHelpers)
 set(include_folder "${CMAKE_INSTALL_INCLUDEDIR}/holdfast")
 set(cmake_folder "${CMAKE_INSTALL_LIBDIR}/cmake/Holdfast")
 set(pkgconfig_folder "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+set(doc_folder "${CMAKE_INSTALL_DATAROOTDIR}/doc/holdfast")
 
 # install_headers(component header.h ...): under their paths from the top folder, by which they include one another.
 function(install_headers component)
@@ -95,7 +96,10 @@ install(FILES "${PROJECT_BINARY_DIR}/package/HoldfastConfig.cmake"
         DESTINATION "${cmake_folder}" COMPONENT development)
 install_pkgconfig(holdfast development)
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
-        DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT development)
+              "${PROJECT_SOURCE_DIR}/docs/tutorial-host.md" "${PROJECT_SOURCE_DIR}/docs/host-operations.txt"
+        DESTINATION "${doc_folder}" COMPONENT development)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/consumer" DESTINATION "${doc_folder}/examples"
+        COMPONENT development)
 
 if(TARGET holdfast_program)
   file(RELATIVE_PATH libraries "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")

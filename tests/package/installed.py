@@ -29,6 +29,10 @@ def run(*command, **options):
     return result.stdout
 
 
+def libraries_in(prefix):
+    return next(prefix.rglob("libholdfast.so")).parent
+
+
 def install(root, build, work, *_):
     moved, first = work / "prefix", work / "first-prefix"
     for folder in (moved, first):
@@ -36,9 +40,9 @@ def install(root, build, work, *_):
     for component in COMPONENTS:
         run("cmake", "--install", build, "--prefix", first, "--component", component)
     first.rename(moved)
-    library = (moved / "lib/libholdfast.so").resolve(strict=True)
+    library = (libraries_in(moved) / "libholdfast.so").resolve(strict=True)
     soname = re.search(r"SONAME.*\[(.*)\]", run("readelf", "-d", library)).group(1)
-    if (moved / "lib" / soname).resolve() != library or not re.fullmatch(r"libholdfast\.so\.\d+", soname):
+    if (library.parent / soname).resolve() != library or not re.fullmatch(r"libholdfast\.so\.\d+", soname):
         sys.exit(f"{library.name} calls itself {soname}, and there is no such link beside it")
     headers = {path.stem for path in (moved / "include").rglob("*.h")}
     missing = [name for name in (root / "docs/exported-classes.txt").read_text().split() if name not in headers]
@@ -90,8 +94,7 @@ def cmake(root, _build, work, compiler, *flags):
 
 
 def pkgconfig(root, _build, work, compiler, *flags, prefix="prefix"):
-    # Debian's folders, too: what a package unpacks is used the same way.
-    libraries = work / prefix / "lib"
+    libraries = libraries_in(work / prefix)
     environment = {**os.environ, "PKG_CONFIG_PATH": str(libraries / "pkgconfig"), "LD_LIBRARY_PATH": str(libraries)}
     environment.pop("PKG_CONFIG_LIBDIR", None)
     found = run("pkg-config", "--cflags", "--libs", "holdfast", "holdfast-host-model", env=environment).split()
