@@ -1,6 +1,7 @@
 #include "workbench/evaluator/Curvature.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "workbench/evaluator/Region.h"
 
@@ -65,16 +66,21 @@ Curvature::Curvature(Region& region) : m_region(region) {
 }
 
 void Curvature::update(std::span<const double> multiplier) {
+    m_multiplier.assign(multiplier.begin(), multiplier.end());
+    compute(false);
+}
+
+void Curvature::compute(bool isProjected) {
     m_diagonal.assign(at(m_region.columnCount()), 0.0);
     m_values.assign(m_pattern.rows.size(), 0.0);
     for (std::size_t e = 0; e < m_blocks.size(); ++e)
-        add(e, multiplier);
+        add(e, isProjected);
 }
 
-void Curvature::add(std::size_t number, std::span<const double> multiplier) {
+void Curvature::add(std::size_t number, bool isProjected) {
     EquationSystem& system = m_region.system();
     const Equation& equation = system.set.equations[at(m_region.equations()[number])];
-    const auto rows = multiplier.subspan(at(m_region.firstRowOf(number)), equation.rows);
+    const auto rows = std::span(m_multiplier).subspan(at(m_region.firstRowOf(number)), equation.rows);
     const auto slots = m_region.slotsOf(number);
     const auto inputs = system.set.inputsOf(equation);
     const Block& block = m_blocks[number];
@@ -106,7 +112,8 @@ void Curvature::add(std::size_t number, std::span<const double> multiplier) {
     }
     if (count == 0 || !bend.allFinite() || bend.isZero(0.0))
         return;
-    bend = withoutNegative(bend);
+    if (isProjected)
+        bend = withoutNegative(bend);
     auto entry = block.entries.begin();
     for (Eigen::Index i = 0; i < count; ++i) {
         m_diagonal[at(block.columns[static_cast<std::size_t>(i)])] += bend(i, i);
@@ -116,6 +123,14 @@ void Curvature::add(std::size_t number, std::span<const double> multiplier) {
 }
 
 bool Curvature::factorise(std::span<const double> weights, std::span<const double> damping) {
+    // With one negative pivot for each equation the weights are positive along the equations: steps lead downhill.
+    if (factoriseOnce(weights, damping) && m_linear.negativePivots() == m_region.rowCount())
+        return true;
+    compute(true);
+    return factoriseOnce(weights, damping);
+}
+
+bool Curvature::factoriseOnce(std::span<const double> weights, std::span<const double> damping) {
     m_weights.resize(weights.size());
     std::transform(weights.begin(), weights.end(), m_diagonal.begin(), m_weights.begin(), std::plus<>());
     return m_linear.factorise(m_weights, m_region.jacobian(), damping, m_values);

@@ -13,8 +13,9 @@ class Region;
 /// How the equations of a region bend under their multipliers. Where the targets pull hard against the equations, the
 /// bend decides where the nearest point lies, and steps that know it get there in a few iterations instead of many.
 ///
-/// Only the part that keeps a step stable is used: of each equation's second derivatives, times its multipliers, the
-/// nearest matrix without negative eigenvalues (J. Nocedal, S. Wright, Numerical Optimization, 3.4 and 18.4).
+/// Where the second derivatives as they are would lead away from the nearest point, only a part of them is used: of
+/// each equation's, times its multipliers, the nearest matrix without negative eigenvalues (J. Nocedal, S. Wright,
+/// Numerical Optimization, 3.4 and 18.4).
 class Curvature {
 public:
     explicit Curvature(Region& region);
@@ -23,7 +24,8 @@ public:
     /// in the equations.
     void update(std::span<const double> multiplier);
 
-    /// Factorises with the curvature of the last update added to the weights; the Jacobian is the region's.
+    /// Factorises with the curvature of the last update added to the weights; the Jacobian is the region's, taken where
+    /// the unknowns are now.
     bool factorise(std::span<const double> weights, std::span<const double> damping);
     void solve(std::span<double> g, std::span<double> h, bool isExact) { m_linear.solve(g, h, isExact); }
 
@@ -34,11 +36,14 @@ private:
         std::vector<int> entries;  ///< of the pairs (i > j), row by row
     };
 
-    void add(std::size_t equation, std::span<const double> multiplier);
+    void compute(bool isProjected);
+    void add(std::size_t equation, bool isProjected);
+    bool factoriseOnce(std::span<const double> weights, std::span<const double> damping);
 
     Region& m_region;
     std::vector<Block> m_blocks;  ///< per equation of the region
     ColumnPattern m_pattern;
+    std::vector<double> m_multiplier;
     std::vector<double> m_diagonal, m_values, m_weights, m_slopes;
     LinearSolver m_linear;
 };

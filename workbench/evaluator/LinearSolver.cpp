@@ -126,6 +126,10 @@ bool LinearSolver::factorise(std::span<const double> weights, std::span<const do
     return d.factors.info() == Eigen::Success && d.factors.vectorD().allFinite();
 }
 
+int LinearSolver::negativePivots() const {
+    return static_cast<int>((m_data->factors.vectorD().array() < 0.0).count());
+}
+
 void LinearSolver::solve(std::span<double> g, std::span<double> h, bool isExact) {
     Data& d = *m_data;
     Vector right(d.columns + d.rows);

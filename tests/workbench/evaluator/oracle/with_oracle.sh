@@ -12,7 +12,7 @@ command -v node >/dev/null || { echo "skipped: node is not installed; scripts/se
 if [ ! -d "$folder/node_modules/${package%@*}" ]; then
   command -v npm >/dev/null || { echo "skipped: npm is not installed, so $package cannot be; scripts/setup installs it"; exit 77; }
   mkdir -p "$folder"
-  npm install --prefix "$folder" --no-audit --no-fund --fetch-retries=1 --silent "$package" >"$folder/install.log" 2>&1 ||
+  npm install --prefix "$folder" --no-audit --no-fund --fetch-retries=1 "$package" >"$folder/install.log" 2>&1 ||
     { echo "skipped: npm could not install $package:"; tail -n 5 "$folder/install.log"; exit 77; }
 fi
 # The solver writes progress of its own between our lines.
