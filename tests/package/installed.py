@@ -25,7 +25,8 @@ def run(*command, **options):
     """Runs a command; where it fails, what it said is all that there is to say."""
     result = subprocess.run([str(word) for word in command], capture_output=True, text=True, **options)
     if result.returncode:
-        sys.exit(f"{' '.join(str(word) for word in command)}\n{result.stdout}{result.stderr}exit code {result.returncode}")
+        line = " ".join(str(word) for word in command)
+        sys.exit(f"{line}\n{result.stdout}{result.stderr}exit code {result.returncode}")
     return result.stdout
 
 
@@ -63,8 +64,8 @@ def headers(_root, _build, work, compiler, *flags):
         return group, subprocess.run(command, capture_output=True, text=True)
 
     files, failed = sorted(include.rglob("*.h")), 0
-    platform = [path for path in files if path.relative_to(include).parts[:2] not in (("host", "model"), ("host", "src"))
-                and path.relative_to(include).parts[0] == "host"]
+    ours = ("core", "evaluation", "commands", "drag", "host/model", "host/src")
+    platform = [path for path in files if not str(path.relative_to(include)).startswith(ours)]
     groups = [[path] for path in files if path not in platform] + [platform]
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         for group, result in pool.map(compile_together, groups):
@@ -78,8 +79,8 @@ def headers(_root, _build, work, compiler, *flags):
 def compare(root, printed):
     expected = (root / "examples/consumer/expected.txt").read_text()
     if printed != expected:
-        lines = difflib.unified_diff(expected.splitlines(), printed.splitlines(), "expected.txt", "printed", lineterm="")
-        sys.exit("\n".join(lines))
+        sys.exit("\n".join(difflib.unified_diff(expected.splitlines(), printed.splitlines(), "expected.txt", "printed",
+                                                lineterm="")))
     print("prints what is expected")
 
 
