@@ -10,14 +10,13 @@
 #include "workbench/drawing/EntityIndex.h"
 #include "workbench/drawing/Names.h"
 #include "workbench/drawing/Places.h"
+#include "workbench/geometry/Nearest.h"
+#include "workbench/geometry/Parameters.h"
+#include "workbench/geometry/Vec.h"
 
 namespace holdfast {
 
 namespace {
-
-double distance(Vec2 a, Vec2 b) {
-    return std::hypot(a.x - b.x, a.y - b.y);
-}
 
 /// The points that define a shape, and its sizes as points on an axis of their own.
 std::vector<Vec2> definingPoints(const Shape& shape) {
@@ -78,6 +77,23 @@ bool namesPolylinePlace(const Place& place) {
     return place.kind >= PlaceKind::segment;
 }
 
+Vec2 middleOf(const PolylineShape& polyline, int segment) {
+    return holdfast::pointAt(Shape(polyline), segment + 0.5);
+}
+
+/// The same for a polyline whose vertices have other numbers now, so that only points tell which is which.
+std::string reasonOnRenumbered(const Place& place, const PolylineShape& was, const PolylineShape& is) {
+    if (place.kind != PlaceKind::segmentStart && place.kind != PlaceKind::segmentEnd) {
+        const Nearest nearest = nearestOn(Shape(is), middleOf(was, place.index));
+        const bool isThere = nearest.distance <= 1e-6 * boundsOf(Shape(was)).diagonal();
+        return isThere ? std::string() : spokenPlace(place) + " was cut away";
+    }
+    const Vec2 vertex = pointAt(Shape(was), place).value();
+    const bool isThere =
+        std::any_of(is.vertices.begin(), is.vertices.end(), [&](Vec2 other) { return distance(vertex, other) == 0.0; });
+    return isThere ? std::string() : "the vertex of " + place.entity + " at " + pointText(vertex) + " is gone";
+}
+
 /// Why a constraint that held at a place was lost, as far as that place tells; empty when it tells nothing.
 std::string reasonAt(const Place& place, const Entity* was, const Entity* is) {
     if (was == nullptr)
@@ -86,6 +102,11 @@ std::string reasonAt(const Place& place, const Entity* was, const Entity* is) {
         return place.entity + " was erased";
     if (was->shape.index() != is->shape.index())
         return place.entity + " was " + article(typeName(was->shape)) + " and became " + article(typeName(is->shape));
+    const auto *polylineWas = std::get_if<PolylineShape>(&was->shape),
+               *polylineIs = std::get_if<PolylineShape>(&is->shape);
+    if (polylineWas != nullptr && polylineIs != nullptr && namesPolylinePlace(place) &&
+        polylineWas->vertices.size() != polylineIs->vertices.size())
+        return reasonOnRenumbered(place, *polylineWas, *polylineIs);
     if (namesPolylinePlace(place) && !hasPlace(is->shape, place))
         return spokenPlace(place) + " was cut away";
     const std::optional<Vec2> from = pointAt(was->shape, place), to = pointAt(is->shape, place);

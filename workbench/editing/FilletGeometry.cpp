@@ -123,7 +123,9 @@ std::vector<Joint> jointsOf(const FilletSide& a, const FilletSide& b, double rad
             joints.push_back(cornerAt(a, b, crossing));
     else
         for (const TangentCircle& circle : tangentCircles(a.shape, b.shape, radius))
-            joints.push_back(arcAt(a, b, circle));
+            // Where the curves run smoothly into each other an arc has no length.
+            if (distance(circle.pointA, circle.pointB) > 1e-9 * (1.0 + radius))
+                joints.push_back(arcAt(a, b, circle));
     std::erase_if(joints, [&](const Joint& joint) { return !moves(a, joint.endA) || !moves(b, joint.endB); });
     return joints;
 }

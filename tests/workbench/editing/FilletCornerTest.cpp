@@ -56,8 +56,10 @@ TEST(FilletCorner, LosesWhatHeldAtTheCorner) {
     document.entities.push_back(lineEntity("post", {10, 0}, {15, -5}));
     document.constraints.push_back(constraintOf("c4", coincident, {{"p", segmentEnd, 0}, {"post", start}}));
     Session session(document);
-    EXPECT_EQ(session.apply("fillet p corner 1 radius 2").outcome.error, "");
+    const EditResult& result = session.apply("fillet p corner 1 radius 2");
     EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:2; c2 p.segment:3; c3 p.segment:4");
+    ASSERT_EQ(result.fates.constraints.size(), 4u);
+    EXPECT_EQ(result.fates.constraints.back().reason, "the vertex of p at (10, 0) is gone");
 }
 
 // The centre deletes one coincidence of the segment behind the arc that it has not collected. That of the corner itself

@@ -219,6 +219,26 @@ TEST(FilletTwoPolylines, TellsThatConstraintsWentToTheOtherPolyline) {
     EXPECT_EQ(result.fates.constraints[0].reason, "q.segment:0 is now p.segment:5");
 }
 
+// The segments of a turned polyline are found by the points at which they end, the first vertex there counting. The
+// second polyline comes back to a point of its own, so that a segment is taken for the one that ends there first.
+TEST(FilletTwoPolylines, PointsATurnedSegmentAtTheFirstVertexThatLiesWhereItEnded) {
+    Document document;
+    document.name = "loop";
+    document.entities = {shapeEntity("p", PolylineShape{{{0, 0}, {10, 0}}, {0, 0}, {0, 0}, false}),
+                         shapeEntity("q", PolylineShape{{{30, 9}, {20, 5}, {30, 2}, {20, 5}, {13, 5}, {13, 2}},
+                                                        {0, 0, 0, 0, 0, 0},
+                                                        {0, 0, 0, 0, 0, 0},
+                                                        false})};
+    document.constraints = {constraintOf("c0", fixed, {{"p", segment, 0}}),
+                            constraintOf("d0", fixed, {{"q", segment, 0}}),
+                            constraintOf("d2", fixed, {{"q", segment, 2}})};
+    Session session(document);
+    EXPECT_EQ(session.apply("fillet p q radius 1").outcome.error, "");
+    EXPECT_EQ(verticesOf(session, "p"), "0,0 12,0^0.414214 13,1 13,5 20,5 30,2 20,5 30,9");
+    // d0 held on the segment from 20,5 to 30,9, which is segment 6 now.
+    EXPECT_EQ(placesOf(session), "c0 p.segment:0; d0 p.segment:4; d2 p.segment:4");
+}
+
 TEST(FilletTwoPolylines, InASharpCornerAFirstWithoutConstraintsIsTakenInByTheSecond) {
     Document document = twoStairs(false, false);
     std::erase_if(document.constraints, [](const Constraint& constraint) { return constraint.id[0] == 'c'; });

@@ -54,6 +54,16 @@ TEST(FilletSegments, RoundsAwaySeveralSegmentsBetweenThem) {
     EXPECT_EQ(findings(session), "");
 }
 
+TEST(FilletSegments, TellThatTheSegmentBetweenThemWasCutAway) {
+    Session session(arch());
+    const EditResult& result = session.apply("fillet p segments 1 3 radius 0");
+    ASSERT_EQ(result.fates.constraints.size(), 3u);
+    EXPECT_EQ(result.fates.constraints[0].constraint, "c2");
+    EXPECT_EQ(result.fates.constraints[0].reason, "p.segment:2 was cut away");
+    EXPECT_EQ(result.fates.constraints[1].moves, (std::vector<PlaceMove>{{{"p", segment, 3}, {"p", segment, 2}}}));
+    EXPECT_EQ(result.fates.constraints[2].moves, (std::vector<PlaceMove>{{{"p", segment, 4}, {"p", segment, 3}}}));
+}
+
 TEST(FilletSegments, LeadsBothToASharpCornerWithRadiusZero) {
     Session session(arch());
     EXPECT_EQ(session.apply("fillet p segments 0 2 radius 0").outcome.error, "");

@@ -83,6 +83,23 @@ void expectSameCarrier(const EditedDrawing& drawing, const KeptConstraint& kept,
             << kept.is.id << " went from " << placeText(from) << " to " << placeText(to);
 }
 
+bool comesBack(const Document& document, const RealEdit& edit) {
+    const EntityIndex entities(document);
+    for (const std::string& name : edit.edited) {
+        const Entity* entity = entities.find(name);
+        const auto* polyline = entity == nullptr ? nullptr : std::get_if<PolylineShape>(&entity->shape);
+        if (polyline == nullptr)
+            continue;
+        std::vector<Vec2> points = polyline->vertices;
+        std::sort(points.begin(), points.end(), [](Vec2 a, Vec2 b) { return a.x < b.x; });
+        for (std::size_t i = 0; i < points.size(); ++i)
+            for (std::size_t j = i + 1; j < points.size() && points[j].x < points[i].x + 1e-9; ++j)
+                if (std::abs(points[j].y - points[i].y) < 1e-9)
+                    return true;
+    }
+    return false;
+}
+
 void expectKept(const EditedDrawing& drawing, const RealEdit& edit) {
     for (const Constraint& now : drawing.after.constraints) {
         const auto found = drawing.constraintsBefore.find(now.id);
@@ -181,7 +198,8 @@ void checkEdit(const Document& document, const RealEdit& edit, Tally& tally) {
     ++tally.done;
     const EditedDrawing edited(document, session.document());
     expectOthersUntouched(edited, edit);
-    expectKept(edited, edit);
+    if (!edit.mayTurn || !comesBack(session.document(), edit))
+        expectKept(edited, edit);
     expectLostOnlyWhatWasEdited(edited, edit);
     Drawing drawing(session.document());
     for (const std::string& finding : auditNetwork(drawing.process()))

@@ -22,6 +22,9 @@ struct RealEdit {
     std::vector<std::string> edited;  ///< the entities that it names
     /// A constraint that goes holds at such a place; empty: at any place on an edited entity.
     std::function<bool(const Place&)> mayLose{};
+    /// Polylines may be turned round, whose segments are then found by the points at which they end: nothing can be
+    /// said of one that comes back to a point of its own.
+    bool mayTurn = false;
 };
 
 /// How many edits were done, and for which reasons others were refused.

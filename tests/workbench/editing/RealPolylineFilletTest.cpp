@@ -129,8 +129,9 @@ std::vector<RealEdit> pairsOf(const ChainedDrawing& drawing) {
         for (const Entity& other : drawing.document.entities)
             if (count < 6 && other.id != polyline.name && isOpenToEdits(other) && periodOf(other.shape) == 0.0) {
                 for (const double each : {0.0, radius})
-                    edits.push_back({"fillet " + polyline.name + " " + other.id + " radius " + numberWord(each),
-                                     {polyline.name, other.id}});
+                    edits.push_back({.text = "fillet " + polyline.name + " " + other.id + " radius " + numberWord(each),
+                                     .edited = {polyline.name, other.id},
+                                     .mayTurn = true});
                 ++count;
             }
     }
