@@ -42,6 +42,7 @@ void runAlign(EditText& text, EditContext& context) {
     }
     centre.addDataToWork();
     evaluate(context);
+    refuseLess(context);
 }
 
 }  // namespace

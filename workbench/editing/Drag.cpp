@@ -63,7 +63,7 @@ private:
 void hold(const EditContext& context, const Hold& held) {
     if (held.grips.empty() || LvConstraintDropData::mpAssocHeader == nullptr)
         return;
-    const std::vector<Grip> grips = windowGrips(context.drawing.shape(held.names.front()));
+    const std::vector<Grip> grips = pointGrips(context.drawing.shape(held.names.front()));
     for (const int number : held.grips)
         for (const Grip& grip : grips)
             if (grip.number == number)

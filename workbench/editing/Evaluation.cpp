@@ -8,6 +8,7 @@
 #include <yxbase/YxSmartPtr.h>
 
 #include "commands/mirror/ConstraintMirrorCmdCenter.h"
+#include "workbench/drawing/PlaneCurves.h"
 
 namespace holdfast {
 
@@ -48,6 +49,14 @@ void followPlaced(const EditContext& context, const std::vector<std::string>& na
         return;
     markChanged(context);
     evaluate(context);
+}
+
+void refuseLess(const EditContext& context) {
+    constexpr double kMet = 1e-6;  // parts of the drawing's extent
+    if (context.evaluator.last().miss <= kMet * extentOf(context.drawing.document()))
+        return;
+    context.evaluator.refuseYielded();
+    throw EditError("the constraints of the drawing let the edit come only near to what was asked");
 }
 
 void putBack(const EditContext& context, const Document& before) {

@@ -31,6 +31,10 @@ void evaluate(const EditContext& context);
 /// The evaluator learns this as it does of a mirror, which is such an edit. EditError as above.
 void followPlaced(const EditContext& context, const std::vector<std::string>& names);
 
+/// For edits that are done as they were typed or not at all: EditError when the last evaluation came only near to what
+/// they asked for.
+void refuseLess(const EditContext& context);
+
 /// Puts every entity of an earlier state back to where it was; linear in the drawing.
 void putBack(const EditContext& context, const Document& before);
 

@@ -14,6 +14,8 @@ namespace holdfast {
 
 namespace {
 
+constexpr double kTurn = 6.283185307179586476925;
+
 std::vector<Grip> numbered(const std::vector<Vec2>& points) {
     std::vector<Grip> grips;
     for (const Vec2 point : points)
@@ -48,6 +50,19 @@ struct GripMover {
         const Vec2 start = s.centre + s.radius * polar(s.startAngle), end = s.centre + s.radius * polar(s.endAngle);
         return arcBetween(moved(start, startMoves), moved(end, endMoves), s);
     }
+    Shape operator()(EllipticalArcShape s) const {
+        if (has(grips, 0))
+            return whole(s);
+        if (has(grips, 1))
+            s.startParam = slid(s, s.startParam);
+        if (has(grips, 2))
+            s.endParam = slid(s, s.endParam);
+        if (s.endParam <= s.startParam)
+            s.endParam += kTurn;
+        if (s.endParam > s.startParam + kTurn)
+            s.endParam -= kTurn;
+        return s;
+    }
     Shape operator()(const XlineShape& s) const {
         return has(grips, 0) ? whole(s) : Shape(XlineShape{s.point, turned(s.direction)});
     }
@@ -67,6 +82,14 @@ struct GripMover {
         return whole(s);
     }
 
+    /// The eccentric angle of the direction in which an end goes, by half a turn at most.
+    double slid(const EllipticalArcShape& s, double param) const {
+        const Vec2 out = pointAt(Shape(s), param) + by - s.centre;
+        const Vec2 minor = s.ratio * leftOf(s.majorAxis);
+        const double angle =
+            std::atan2(dot(out, minor) / dot(minor, minor), dot(out, s.majorAxis) / dot(s.majorAxis, s.majorAxis));
+        return angle + kTurn * std::round((param - angle) / kTurn);
+    }
     void moveAll(std::vector<Vec2>& points) const {
         for (const int grip : grips)
             points[static_cast<std::size_t>(grip)] = points[static_cast<std::size_t>(grip)] + by;
@@ -77,10 +100,13 @@ struct GripMover {
     }
 };
 
-struct WindowGrips {
+struct PointGrips {
     std::vector<Grip> operator()(const LineShape& s) const { return numbered({s.start, s.end}); }
     std::vector<Grip> operator()(const ArcShape& s) const {
         return numbered({s.centre + s.radius * polar(s.startAngle), s.centre + s.radius * polar(s.endAngle)});
+    }
+    std::vector<Grip> operator()(const EllipticalArcShape& s) const {
+        return numbered({s.centre, pointAt(Shape(s), s.startParam), pointAt(Shape(s), s.endParam)});
     }
     std::vector<Grip> operator()(const PointShape& s) const { return numbered({s.position}); }
     std::vector<Grip> operator()(const TextShape& s) const { return numbered({s.position}); }
@@ -129,9 +155,9 @@ std::vector<int> plainGrips(const Shape& shape, PlaceKind kind) {
     const bool isEllipse = std::holds_alternative<EllipticalArcShape>(shape);
     switch (kind) {
         case PlaceKind::start:
-            return isEllipse ? std::vector<int>() : std::vector{0};
+            return {isEllipse ? 1 : 0};
         case PlaceKind::end:
-            return isEllipse ? std::vector<int>() : std::vector{1};
+            return {isEllipse ? 2 : 1};
         case PlaceKind::mid:
             return isLine ? std::vector{2} : std::vector<int>();
         case PlaceKind::centre:
@@ -143,8 +169,15 @@ std::vector<int> plainGrips(const Shape& shape, PlaceKind kind) {
 
 }  // namespace
 
+std::vector<Grip> pointGrips(const Shape& shape) {
+    return std::visit(PointGrips(), shape);
+}
+
 std::vector<Grip> windowGrips(const Shape& shape) {
-    return std::visit(WindowGrips(), shape);
+    std::vector<Grip> grips = pointGrips(shape);
+    if (std::holds_alternative<EllipticalArcShape>(shape))
+        grips.resize(1);
+    return grips;
 }
 
 std::vector<int> gripsAt(const Shape& shape, const Place& place) {

@@ -9,7 +9,8 @@ namespace holdfast {
 // The points by which a user stretches or drags an entity, numbered as the evaluator knows them:
 //   line                                0 start, 1 end, 2 middle (both ends)
 //   arc                                 0 start, 1 end, 2 centre (all of it)
-//   circle, ellipse, elliptical arc     0 centre (all of it)
+//   circle, ellipse                     0 centre (all of it)
+//   elliptical arc                      0 centre (all of it), 1 start, 2 end
 //   point, text                         0 position
 //   ray, xline                          0 base, 1 the point one unit along it; xline also 2, one unit the other way
 //   polyline, spline                    the number of the vertex or control point
@@ -19,8 +20,11 @@ struct Grip {
     Vec2 point;
 };
 
-/// The grips that a selection window catches, in the order of their numbers: not the middle of a line and the centre
-/// of an arc, which follow the ends.
+/// The grips that are points of their own, in the order of their numbers: not the middle of a line and the centre of an
+/// arc, which follow the ends.
+std::vector<Grip> pointGrips(const Shape& shape);
+
+/// Those of them that a selection window catches: an elliptical arc is stretched whole or not at all.
 std::vector<Grip> windowGrips(const Shape& shape);
 
 /// The grips that a user drags who drags a place of the entity: of a segment its two vertices, of other places one.
@@ -31,7 +35,8 @@ std::vector<int> gripsAt(const Shape& shape, const Place& place);
 std::vector<int> completed(const Shape& shape, std::vector<int> grips);
 
 /// The shape after its grips were moved. Of an arc the included angle stays, of a polyline every bulge; a ray or a
-/// construction line whose second point moves turns about its base. Splines keep knots and weights.
+/// construction line whose second point moves turns about its base. An end of an elliptical arc slides along the
+/// ellipse to where it is nearest in direction. Splines keep knots and weights.
 Shape withGripsMoved(const Shape& shape, const std::vector<int>& grips, Vec2 by);
 
 }  // namespace holdfast

@@ -39,6 +39,7 @@ void followLengthened(const EditContext& context, const std::string& name, const
         return;
     putBack(context, edited);
     followPlaced(context, {name});
+    refuseLess(context);
     const double reached = lengthOf(context.drawing.shape(name));
     if (std::abs(reached - length) > 1e-9 * length)
         throw EditError("the constraints do not let " + name + " be " + numberText(length) + " long; it would become " +

@@ -34,6 +34,7 @@ void runMirror(EditText& text, EditContext& context) {
     for (const std::string& name : names)
         moveEntity(context, name, mirror);
     followPlaced(context, names);
+    refuseLess(context);
 }
 
 }  // namespace

@@ -159,6 +159,7 @@ void setConstrained(const EditContext& context, const Change& change, const Shap
     putBack(context, before);
     context.drawing.write(change.name, wanted);
     followPlaced(context, {change.name});
+    refuseLess(context);
     const Shape now = context.drawing.shape(change.name);
     if (!isThere(now, change))
         throw EditError("the constraints do not let " + spokenProperty(change) + " be " +

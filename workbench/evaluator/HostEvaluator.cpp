@@ -42,6 +42,7 @@ void HostEvaluator::endCommand() {
     m_stretchStart.reset();
     m_trialPointCount = 0;
     m_rotateReport.clear();
+    m_yielded.reset();
     m_last = {};
     m_runCount = 0;
 }
@@ -102,11 +103,29 @@ const Evaluation& HostEvaluator::resolve() {
 }
 
 bool HostEvaluator::solveAndWrite(HostFigure& host, const EditDemand& demand) {
+    m_yielded.reset();
+    if (demand.whenBarred != WhenBarred::refuse && !demand.targets.empty())
+        m_yielded = Yielded{host.figure, demand};
     const SolveResult result = meet(host.figure, demand);
     note(host, result, result.isSolved() ? missOf(host.figure, demand) : 0.0);
+    if (m_last.miss == 0.0)
+        m_yielded.reset();
     if (result.isSolved())
         writeMoved(m_drawing, host);
     return result.isSolved();
+}
+
+const Evaluation& HostEvaluator::refuseYielded() {
+    if (!m_yielded)
+        return m_last;
+    m_yielded->demand.whenBarred = WhenBarred::refuse;
+    const SolveResult result = meet(m_yielded->figure, m_yielded->demand);
+    m_last.solved = result.isSolved();
+    m_last.conflicting = namesOf(m_yielded->figure, result.conflicting);
+    if (!result.isSolved() && result.flaw)
+        m_last.complaint = result.flaw->what;
+    m_yielded.reset();
+    return m_last;
 }
 
 bool HostEvaluator::feedAndSolve(AssocConstraintHeader& header, LvEditorType editor,

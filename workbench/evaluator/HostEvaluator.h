@@ -48,6 +48,9 @@ public:
 
     /// The evaluation that ran last in this command.
     const Evaluation& last() const { return m_last; }
+    /// For a command that does not take less than it asked for: when the last evaluation came only near to the edit, it
+    /// counts as failed from now on and names what stands in the way. The database is left to the command.
+    const Evaluation& refuseYielded();
     /// How often it ran in this command.
     int runCount() const { return m_runCount; }
 
@@ -73,8 +76,15 @@ private:
     void note(const HostFigure& host, const SolveResult& result, double miss);
     void noteTrouble(const std::string& complaint);
 
+    /// An edit that was met in part only, and the figure that it began with.
+    struct Yielded {
+        Figure figure;
+        EditDemand demand;
+    };
+
     Drawing& m_drawing;
     Evaluation m_last;
+    std::optional<Yielded> m_yielded;
     int m_runCount = 0;
     std::vector<std::string> m_rotateReport;
     int m_trialPointCount = 0;  ///< base points in the header when a rotation was tried last

@@ -47,6 +47,13 @@ TEST(AlignEdit, MovesFreeEntitiesAlongWithConstrainedOnes) {
     EXPECT_EQ(entityNamed(session.document(), "right").shape, Shape(LineShape{{11, 1}, {11, 6}}));
 }
 
+TEST(AlignEdit, IsRefusedWhenTheConstraintsLetItComeOnlyNear) {
+    Session session(frameDrawing());
+    const std::string error = session.apply("align base from 0,0 10,0 to 0,0 0,10").outcome.error;
+    EXPECT_NE(error.find("c2 (horizontal base)"), std::string::npos) << error;
+    EXPECT_EQ(session.document(), frameDrawing());
+}
+
 TEST(AlignEdit, RefusesWithAReasonAndChangesNothing) {
     Document document = frameDrawing();
     document.entities[1].fixed = true;

@@ -84,6 +84,13 @@ TEST(MirrorEdit, IsUndoneToTheLastBit) {
     EXPECT_EQ(session.document(), bowDrawing());
 }
 
+TEST(MirrorEdit, IsRefusedWhereAConstraintDoesNotHoldInTheReflection) {
+    Session session(frameDrawing());
+    const std::string error = session.apply("mirror base left right about 0,0 3,1").outcome.error;
+    EXPECT_NE(error.find("c2 (horizontal base)"), std::string::npos) << error;
+    EXPECT_EQ(session.document(), frameDrawing());
+}
+
 TEST(MirrorEdit, RefusesALineOfOnePoint) {
     Session session(frameDrawing());
     EXPECT_EQ(session.apply("mirror base about 1,1 1,1").outcome.error,
