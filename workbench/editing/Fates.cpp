@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <optional>
 #include <unordered_map>
 #include <unordered_set>
@@ -10,8 +9,7 @@
 #include "workbench/drawing/EntityIndex.h"
 #include "workbench/drawing/Names.h"
 #include "workbench/drawing/Places.h"
-#include "workbench/geometry/Nearest.h"
-#include "workbench/geometry/Parameters.h"
+#include "workbench/editing/LostVertices.h"
 #include "workbench/geometry/Vec.h"
 
 namespace holdfast {
@@ -44,16 +42,6 @@ std::vector<Vec2> definingPoints(const Shape& shape) {
     return std::visit(Visitor(), shape);
 }
 
-std::string numberText(double value) {
-    char text[40];
-    std::snprintf(text, sizeof text, "%.6g", value == 0.0 ? 0.0 : value);
-    return text;
-}
-
-std::string pointText(Vec2 p) {
-    return "(" + numberText(p.x) + ", " + numberText(p.y) + ")";
-}
-
 std::string placeWords(const Place& place) {
     switch (place.kind) {
         case PlaceKind::start:
@@ -77,25 +65,8 @@ bool namesPolylinePlace(const Place& place) {
     return place.kind >= PlaceKind::segment;
 }
 
-Vec2 middleOf(const PolylineShape& polyline, int segment) {
-    return holdfast::pointAt(Shape(polyline), segment + 0.5);
-}
-
-/// The same for a polyline whose vertices have other numbers now, so that only points tell which is which.
-std::string reasonOnRenumbered(const Place& place, const PolylineShape& was, const PolylineShape& is) {
-    if (place.kind != PlaceKind::segmentStart && place.kind != PlaceKind::segmentEnd) {
-        const Nearest nearest = nearestOn(Shape(is), middleOf(was, place.index));
-        const bool isThere = nearest.distance <= 1e-6 * boundsOf(Shape(was)).diagonal();
-        return isThere ? std::string() : spokenPlace(place) + " was cut away";
-    }
-    const Vec2 vertex = pointAt(Shape(was), place).value();
-    const bool isThere =
-        std::any_of(is.vertices.begin(), is.vertices.end(), [&](Vec2 other) { return distance(vertex, other) == 0.0; });
-    return isThere ? std::string() : "the vertex of " + place.entity + " at " + pointText(vertex) + " is gone";
-}
-
 /// Why a constraint that held at a place was lost, as far as that place tells; empty when it tells nothing.
-std::string reasonAt(const Place& place, const Entity* was, const Entity* is) {
+std::string reasonAt(const Place& place, const Entity* was, const Entity* is, LostVertices& lost) {
     if (was == nullptr)
         return {};
     if (is == nullptr)
@@ -106,7 +77,7 @@ std::string reasonAt(const Place& place, const Entity* was, const Entity* is) {
                *polylineIs = std::get_if<PolylineShape>(&is->shape);
     if (polylineWas != nullptr && polylineIs != nullptr && namesPolylinePlace(place) &&
         polylineWas->vertices.size() != polylineIs->vertices.size())
-        return reasonOnRenumbered(place, *polylineWas, *polylineIs);
+        return lost.reasonAt(place, *polylineWas, *polylineIs);
     if (namesPolylinePlace(place) && !hasPlace(is->shape, place))
         return spokenPlace(place) + " was cut away";
     const std::optional<Vec2> from = pointAt(was->shape, place), to = pointAt(is->shape, place);
@@ -115,9 +86,11 @@ std::string reasonAt(const Place& place, const Entity* was, const Entity* is) {
     return placeWords(place) + " moved from " + pointText(*from) + " to " + pointText(*to);
 }
 
-std::string reasonOfDeletion(const Constraint& constraint, const EntityIndex& before, const EntityIndex& after) {
+std::string reasonOfDeletion(const Constraint& constraint, const EntityIndex& before, const EntityIndex& after,
+                             LostVertices& lost) {
     for (const Place& place : constraint.refs)
-        if (std::string reason = reasonAt(place, before.find(place.entity), after.find(place.entity)); !reason.empty())
+        if (std::string reason = reasonAt(place, before.find(place.entity), after.find(place.entity), lost);
+            !reason.empty())
             return reason;
     for (const Place& place : constraint.refs) {
         const Entity* was = before.find(place.entity);
@@ -154,13 +127,14 @@ std::unordered_map<std::string_view, const Constraint*> constraintsById(const Do
 std::vector<ConstraintOutcome> constraintFates(const Document& before, const Document& after, std::size_t edit) {
     const EntityIndex entitiesBefore(before), entitiesAfter(after);
     const auto was = constraintsById(before), is = constraintsById(after);
+    LostVertices lost;
     std::vector<ConstraintOutcome> outcomes;
     for (const Constraint& constraint : before.constraints) {
         const auto now = is.find(constraint.id);
         if (now == is.end()) {
             outcomes.push_back({constraint.id,
                                 ConstraintFate::deleted,
-                                reasonOfDeletion(constraint, entitiesBefore, entitiesAfter),
+                                reasonOfDeletion(constraint, entitiesBefore, entitiesAfter, lost),
                                 {},
                                 edit});
         } else if (std::vector<PlaceMove> moves = movesBetween(constraint, *now->second); !moves.empty()) {

@@ -65,10 +65,10 @@ void renewSegmentNames(Drawing& drawing, const std::string& polyline) {
     const VertexNumbers numbers = numbersById(shape);
     for (YxDbAssocGeomDependency* dependency : dependenciesOn(drawing.entity(polyline))) {
         const YxDbAssocPersSubentId* name = HostAccess::persistentId(*dependency);
-        if (name == nullptr || !name->isKindOf(YxDbAssocEdgePersSubentId::desc()) || !isInUse(drawing, *dependency))
+        if (name == nullptr || !name->isKindOf(YxDbAssocEdgePersSubentId::desc()))
             continue;
         const int segment = segmentByOneVertex(shape, numbers, static_cast<const YxDbAssocEdgePersSubentId&>(*name));
-        if (segment == 0)
+        if (segment == 0 || !isInUse(drawing, *dependency))
             continue;
         const YxSmartPtr<YxDbAssocGeomDependency> open(
             YxDbObjectIdImpl::openObject(HostAccess::idOf(*dependency), YxDb::kForWrite, false));
