@@ -157,11 +157,11 @@ void judgeFrames(const char* name, const std::vector<Row>& rows) {
     }
 }
 
-/// Exponent of the growth between the two largest sizes; 1 is linear.
+/// Exponents of the growth from 500 constraints to the most; 1 is linear.
 void judgeGrowth(const char* name, const std::vector<Row>& rows) {
-    if (rows.size() < 4)
+    if (rows.size() < 3)
         return;
-    const Row &small = rows[rows.size() - 3], &large = rows.back();
+    const Row &small = rows[1], &large = rows.back();
     const double sizes = std::log(static_cast<double>(large.constraints) / small.constraints);
     const auto exponent = [&](double from, double to) { return std::log(to / from) / sizes; };
     const double solving = exponent(small.part.solve, large.part.solve);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "workbench/evaluator/Workspace.h"
 
@@ -11,6 +12,14 @@ namespace {
 
 /// Weight of a handle against other values: compliance 1e-9 in the squares.
 constexpr double kHandleEmphasis = 3e4;
+
+/// A handle that is held back pulls no harder than others that have moved by this many times the figure's size, and
+/// by a little more for each unknown. Without a limit everything would be flung about for a millionth of the way.
+constexpr double kForce = 1e3, kForceOfOne = 10.0;
+
+/// Pulls that differ by less than this factor are not tried one after the other.
+constexpr double kSamePull = 1.5;
+constexpr int kMostPulls = 6;
 
 /// Handles closer to their goals than this part of the figure's size have reached them.
 constexpr double kReached = 1e-7;
@@ -51,7 +60,8 @@ struct DragSession::State {
     std::unique_ptr<Region> region;
     int rings = kFirstRings;
     bool isWidest = false;
-    double hopelessMiss = 0.0;  ///< the miss at which not even the whole part could help
+    double emphasis = kHandleEmphasis;  ///< of the handles
+    double hopelessMiss = 0.0;          ///< the miss at which not even the whole part could help
 
     State(Figure& f, std::vector<int> h, Reach r)
         : figure(f), handles(std::move(h)), reach(r), workspace(figure, buildSystem(figure)) {
@@ -70,6 +80,8 @@ struct DragSession::State {
                                                 ? Neighbourhood::Rings{neighbourhood.partOf(seeds), true}
                                                 : neighbourhood.around(seeds, rings);
         isWidest = around.isWhole;
+        emphasis = kHandleEmphasis;
+        wishGoals();
         region = std::make_unique<Region>(workspace.system(), around.unknowns);
     }
 
@@ -85,14 +97,50 @@ struct DragSession::State {
 
     void setGoals(std::span<const double> wanted) {
         goals.assign(wanted.begin(), wanted.end());
+        wishGoals();
+    }
+
+    void wishGoals() {
         for (std::size_t i = 0; i < goals.size(); ++i)
-            workspace.wish(handles[i], goals[i], kHandleEmphasis);
+            workspace.wish(handles[i], goals[i], emphasis);
     }
 
     Attempt approach() {
-        Attempt attempt = workspace.trySettling(*region, region->read(), careful());
+        const std::vector<double> before = region->read();
+        Attempt attempt = workspace.trySettling(*region, before, careful());
+        for (int i = 0; i < kMostPulls && attempt.isSolved; ++i) {
+            const double wanted = wantedEmphasis(), ratio = wanted / emphasis;
+            if (ratio < kSamePull && ratio > 1.0 / kSamePull)
+                break;
+            attempt = pullAgain(attempt, wanted, ratio < 1.0 ? before : region->read());
+            if (emphasis != wanted)
+                break;
+        }
         if (attempt.isSolved && !isMet() && miss() <= kCompliance * workspace.system().size)
             attempt.iterations += overcomeCompliance();
+        return attempt;
+    }
+
+    /// Full while the handles arrive, else so that the pull is limited.
+    double wantedEmphasis() {
+        const double force = (kForce + kForceOfOne * region->columnCount()) * workspace.system().size;
+        const double full = force / (kHandleEmphasis * kHandleEmphasis);
+        const double missNow = miss();
+        constexpr double almost = 100.0;
+        return missNow < almost * full ? kHandleEmphasis : std::sqrt(force / missNow);
+    }
+
+    Attempt pullAgain(const Attempt& attempt, double wanted, const std::vector<double>& from) {
+        const std::vector<double> found = region->read();
+        const double old = std::exchange(emphasis, wanted);
+        wishGoals();
+        Attempt again = workspace.trySettling(*region, from, careful());
+        again.iterations += attempt.iterations;
+        if (again.isSolved)
+            return again;
+        emphasis = old;
+        wishGoals();
+        region->write(found);
         return attempt;
     }
 
@@ -102,11 +150,11 @@ struct DragSession::State {
         const std::vector<double> found = region->read();
         const double missBefore = miss();
         for (std::size_t i = 0; i < goals.size(); ++i)
-            workspace.wish(handles[i], 2 * goals[i] - system.values[at(handles[i])], kHandleEmphasis);
+            workspace.wish(handles[i], 2 * goals[i] - system.values[at(handles[i])], emphasis);
         const Attempt carried = workspace.trySettling(*region, found, careful());
         if (!carried.isSolved || miss() > missBefore)
             region->write(found);
-        setGoals(std::vector<double>(goals));
+        wishGoals();
         return carried.iterations;
     }
 

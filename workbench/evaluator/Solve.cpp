@@ -128,7 +128,7 @@ private:
     }
 
     bool leavesPinnedSound() {
-        m_result.flaw = m_workspace.flawInPinned();
+        m_result.flaw = m_workspace.flawInConstants();
         if (!m_result.flaw)
             return true;
         m_result.status = SolveStatus::ruined;

@@ -27,8 +27,11 @@ Workspace::Workspace(const Figure& figure, EquationSystem system)
 void Workspace::putConstants() {
     for (std::size_t v = 0; v < m_system.values.size(); ++v) {
         const ValueLink& link = m_system.links[v];
-        if (link.unknown < 0 && std::abs(m_system.values[v] - link.offset) * m_system.metric[v] > m_system.tolerance)
-            m_system.values[v] = link.offset;
+        if (link.unknown >= 0 || std::abs(m_system.values[v] - link.offset) * m_system.metric[v] <= m_system.tolerance)
+            continue;
+        m_system.values[v] = link.offset;
+        if (v < m_system.entityOfValue.size())
+            m_displaced.push_back(m_system.entityOfValue[v]);
     }
 }
 
@@ -118,7 +121,7 @@ std::optional<Flaw> Workspace::flawIn(std::span<const int> entities, std::span<c
     return findTurnedTangency(m_figure, m_system, senses);
 }
 
-std::optional<Flaw> Workspace::flawInPinned() const {
+std::optional<Flaw> Workspace::flawInConstants() const {
     std::vector<int> unknowns, equations;
     for (const auto& [unknown, goal] : m_pins) {
         unknowns.push_back(unknown);
@@ -126,6 +129,8 @@ std::optional<Flaw> Workspace::flawInPinned() const {
         equations.insert(equations.end(), reading.begin(), reading.end());
     }
     if (auto flaw = findFlaw(m_figure, m_system, entitiesOf(m_system, unknowns)))
+        return flaw;
+    if (auto flaw = findFlaw(m_figure, m_system, m_displaced))
         return flaw;
     return findTurnedTangency(m_figure, m_system, sensesOf(m_system, equations));
 }

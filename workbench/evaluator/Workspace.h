@@ -49,8 +49,8 @@ public:
     Pull pullOf(const Region& region) const;
     std::span<const double> startValues() const { return m_start; }
 
-    /// What the constants of the edit have ruined by themselves.
-    std::optional<Flaw> flawInPinned() const;
+    /// What the constants of the constraints and of the edit have ruined by themselves.
+    std::optional<Flaw> flawInConstants() const;
 
     /// Unknowns that took part in solved regions, and pinned ones.
     std::span<const int> touched() const { return m_touched; }
@@ -72,6 +72,7 @@ private:
     std::unordered_map<int, Wish> m_wishes;
     std::unordered_map<int, double> m_pins;  ///< by unknown
     std::vector<int> m_touched;
+    std::vector<int> m_displaced;  ///< elements of values that constraints made constants elsewhere
 };
 
 }  // namespace holdfast

@@ -8,6 +8,7 @@
 #include <functional>
 #include <iostream>
 #include <random>
+#include <set>
 
 #include "workbench/drawing/JsonReader.h"
 #include "workbench/evaluator/Diagnose.h"
@@ -135,58 +136,92 @@ TEST(RealDrawings, ComeBackFromADisturbanceOfAHundredthOfTheirSize) {
     expectAll("disturbed by 1 %", [](const Sample& sample) { return solvedBack(sample.figure, 0.01); });
 }
 
-/// Out along a bent path and back the same way, 50 steps each.
+/// A point of the drawing on its way out along a bent path and back the same way, 50 steps each.
 struct Path {
+    int handle = -1;  ///< first of two values
     Vec2 start, direction;
     double length = 0.0;
 
-    Vec2 at(int step) const {
-        const double part = (step <= 50 ? step : 100 - step) / 50.0;
+    /// Steps may be parts of one.
+    Vec2 at(double step) const {
+        const double part = (step <= 50.0 ? step : 100.0 - step) / 50.0;
         if (part == 0.0)
             return start;
         return {start.x + length * part * direction.x,
                 start.y + length * part * direction.y + 0.2 * length * std::sin(3.141592653589793 * part)};
     }
+
+    SolveResult take(DragSession& session, double step) const {
+        const Vec2 goal = at(step);
+        const double goals[] = {goal.x, goal.y};
+        return session.step(goals);
+    }
+
+    double stride(double from, double to) const {
+        const Vec2 a = at(from), b = at(to);
+        return std::hypot(b.x - a.x, b.y - a.y);
+    }
 };
 
-struct DragFigures {
-    double worstDrift = 0.0;  ///< as a part of the drawing's size
-    double worstJump = 0.0;   ///< of a step, against the way of the dragged end in that step
-    std::size_t moved = 0;
-};
-
-/// The dragged point's way in one step and the longest of all.
-void noteJump(const Figure& before, const Figure& after, int handle, DragFigures& figures) {
-    const auto v = static_cast<std::size_t>(handle);
-    const double way = std::hypot(after.values[v] - before.values[v], after.values[v + 1] - before.values[v + 1]);
-    if (way > 1e-3 * after.size())
-        figures.worstJump = std::max(figures.worstJump, farthest(before, after) / way);
-}
-
-std::string dragged(Figure figure, DragFigures& figures) {
+/// From the end of a random line in a random direction; a handle of -1 for a drawing without lines.
+Path randomPath(const Figure& figure) {
     std::vector<int> ends;
     for (const FigureEntity& entity : figure.entities) {
         if (entity.kind == FigureKind::line && !entity.fixed)
             ends.insert(ends.end(), {entity.firstValue, entity.firstValue + 2});
     }
     if (ends.empty())
-        return "";
+        return {};
     std::mt19937 random(1);
     const int handle = ends[random() % ends.size()];
     const double angle = std::uniform_real_distribution<double>(0.0, 6.28)(random);
-    const Figure start = figure;
     const auto v = static_cast<std::size_t>(handle);
-    const Path path{{start.values[v], start.values[v + 1]}, {std::cos(angle), std::sin(angle)}, 0.1 * start.size()};
-    DragSession session(figure, {handle, handle + 1});
+    return {handle, {figure.values[v], figure.values[v + 1]}, {std::cos(angle), std::sin(angle)}, 0.1 * figure.size()};
+}
+
+/// The same step in twenty parts. Where a drawing's leverage is large it moves far in a step, but step by step; a jump
+/// to another solution stays one jump however small the steps are.
+bool goesStepByStep(Figure figure, const Path& path, int step) {
+    DragSession session(figure, {path.handle, path.handle + 1});
+    for (int i = 1; i < step; ++i)
+        path.take(session, i);
+    const Figure before = figure;
+    double most = 0.0;
+    for (int part = 1; part <= 20; ++part) {
+        const Figure last = figure;
+        path.take(session, step - 1 + part / 20.0);
+        most = std::max(most, farthest(last, figure));
+    }
+    return most <= 0.6 * farthest(before, figure);
+}
+
+struct DragFigures {
+    double worstDrift = 0.0;     ///< as a part of the drawing's size
+    double worstLeverage = 0.0;  ///< movement of anything in a step, against the path's
+    std::size_t dragged = 0;
+    int unmetSteps = 0;              ///< whose goal the constraints forbid
+    std::vector<std::string> forks;  ///< where the nearest solution itself jumps, in a drawing and a step
+};
+
+std::string dragged(const std::string& name, Figure figure, DragFigures& figures) {
+    constexpr double muchLeverage = 5.0;
+    const Path path = randomPath(figure);
+    if (path.handle < 0)
+        return "";
+    ++figures.dragged;
+    const Figure start = figure;
+    DragSession session(figure, {path.handle, path.handle + 1});
     for (int step = 1; step <= 100; ++step) {
         const Figure before = figure;
-        const Vec2 goal = path.at(step);
-        const double goals[] = {goal.x, goal.y};
-        const SolveResult result = session.step(goals);
+        const SolveResult result = path.take(session, step);
         if (!result.isSolved())
             return "step " + std::to_string(step) + (result.flaw ? ": " + result.flaw->what : " was not solved");
-        noteJump(before, figure, handle, figures);
-        if (step % 10 == 0 && worstMiss(figure) > 1e-6 * start.size())
+        figures.unmetSteps += session.miss() > 1e-6 * start.size();
+        const double leverage = farthest(before, figure) / path.stride(step - 1, step);
+        figures.worstLeverage = std::max(figures.worstLeverage, leverage);
+        if (leverage > muchLeverage && !goesStepByStep(start, path, step))
+            figures.forks.push_back(name + ", step " + std::to_string(step));
+        if (step % 10 == 0 && worstMiss(figure) > 1e-8 * start.size())
             return "constraints do not hold in step " + std::to_string(step);
     }
     const double drift = farthest(figure, start) / start.size();
@@ -196,9 +231,18 @@ std::string dragged(Figure figure, DragFigures& figures) {
 
 TEST(RealDrawings, FollowADragAndComeBackWithIt) {
     DragFigures figures;
-    expectAll("dragged 50 steps out and back", [&](const Sample& sample) { return dragged(sample.figure, figures); });
-    std::cout << "worst drift " << figures.worstDrift << " of the size; largest leverage of a step "
-              << figures.worstJump << "\n";
+    expectAll("dragged 50 steps out and back",
+              [&](const Sample& sample) { return dragged(sample.name, sample.figure, figures); });
+    std::cout << figures.dragged << " have a line to drag, " << figures.unmetSteps
+              << " steps were held back by constraints; worst drift " << figures.worstDrift
+              << " of the size; largest leverage of a step " << figures.worstLeverage << "\n"
+              << figures.forks.size() << " steps jump because the nearest solution does\n";
+    std::set<std::string> drawings;
+    for (const std::string& fork : figures.forks) {
+        std::cout << "  " << fork << "\n";
+        drawings.insert(fork.substr(0, fork.find(',')));
+    }
+    EXPECT_LE(drawings.size(), figures.dragged / 200);
 }
 
 }  // namespace

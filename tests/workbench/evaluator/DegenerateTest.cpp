@@ -1,0 +1,80 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "tests/workbench/evaluator/Sketch.h"
+
+// Solutions that fulfil every equation by ruining an element are refused, and the figure stays as it was.
+
+namespace holdfast {
+namespace {
+
+using testing::Sketch;
+
+void expectRefused(Sketch sketch, const SolveRequest& request, const char* why) {
+    const std::vector<double> before = sketch.figure.values;
+    const SolveResult result = solve(sketch.figure, request);
+    EXPECT_EQ(result.status, SolveStatus::ruined);
+    ASSERT_TRUE(result.flaw.has_value());
+    EXPECT_EQ(result.flaw->what, why);
+    EXPECT_EQ(sketch.figure.values, before);
+}
+
+SolveRequest moving(const Sketch& sketch, std::string_view place, Vec2 to) {
+    const int v = sketch.valueOf(place);
+    SolveRequest request;
+    request.targets = {{v, to.x}, {v + 1, to.y}};
+    return request;
+}
+
+TEST(Degenerate, RefusesACircleOfNoRadius) {
+    expectRefused(Sketch("circle c 0,0 3; fixed! point o 0,0; coincident c.centre o; point p 3,0; coincident p o;"
+                         "point_on_curve p c"),
+                  {}, "circle c would have no radius");
+}
+
+TEST(Degenerate, RefusesALineThatConstantsPullTogether) {
+    expectRefused(Sketch("fixed! point o 0,0; line a 0,0 4,0; line b 4,0 2,3; coincident a.end b.start;"
+                         "coincident a.start o; coincident b.start o"),
+                  {}, "line a would have no length");
+}
+
+TEST(Degenerate, RefusesAPolylineSegmentOfNoLength) {
+    Sketch sketch("polyline p 0,0 4,0 4,4");
+    const int v = sketch.figure.vertexValue(sketch.numbers["p"], 1);
+    SolveRequest request;
+    request.targets = {{v, 0.0}, {v + 1, 0.0}};
+    expectRefused(sketch, request, "polyline p would have a segment of no length");
+}
+
+TEST(Degenerate, RefusesABulgeThatTurnsOver) {
+    Sketch sketch("polyline p 0,0:0.5 4,0 4,4");
+    const int number = sketch.numbers["p"];
+    SolveRequest request;
+    request.targets = {{sketch.figure.entities[static_cast<std::size_t>(number)].bulgeValues.front(), -0.5}};
+    expectRefused(sketch, request, "polyline p would turn inside out");
+}
+
+TEST(Degenerate, RefusesAnEllipticalArcTurnedInsideOut) {
+    Sketch sketch("ellipse_arc e 0,0 6,0 0.5 0 80; fixed e.centre; fixed! point p 6,0; coincident e.start p");
+    SolveRequest request = moving(sketch, "e.end", {6 * std::cos(-0.3), 3 * std::sin(-0.3)});
+    expectRefused(sketch, request, "elliptical arc e would turn inside out");
+}
+
+TEST(Degenerate, RefusesASplineDrawnIntoOnePoint) {
+    Sketch sketch("spline s 2 0,0 4,4 8,0");
+    const int first = sketch.figure.entities.front().firstValue;
+    SolveRequest request;
+    for (int v = first; v < first + 6; ++v)
+        request.targets.push_back({v, 1.0});
+    expectRefused(sketch, request, "spline s would have no length");
+}
+
+TEST(Degenerate, LetsAnElementStayThatWasCollapsedBefore) {
+    Sketch sketch("line a 5,5 5,5; line b 0,0 4,1; horizontal b");
+    EXPECT_EQ(solve(sketch.figure, {}).status, SolveStatus::solved);
+    EXPECT_LT(sketch.worstMiss(), 1e-12);
+}
+
+}  // namespace
+}  // namespace holdfast
