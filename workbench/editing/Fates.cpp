@@ -75,8 +75,9 @@ std::string reasonAt(const Place& place, const Entity* was, const Entity* is, Lo
         return place.entity + " was " + article(typeName(was->shape)) + " and became " + article(typeName(is->shape));
     const auto *polylineWas = std::get_if<PolylineShape>(&was->shape),
                *polylineIs = std::get_if<PolylineShape>(&is->shape);
+    const bool isEnd = place.kind == PlaceKind::segmentStart || place.kind == PlaceKind::segmentEnd;
     if (polylineWas != nullptr && polylineIs != nullptr && namesPolylinePlace(place) &&
-        polylineWas->vertices.size() != polylineIs->vertices.size())
+        (!isEnd || polylineWas->vertices.size() != polylineIs->vertices.size()))
         return lost.reasonAt(place, *polylineWas, *polylineIs);
     if (namesPolylinePlace(place) && !hasPlace(is->shape, place))
         return spokenPlace(place) + " was cut away";
@@ -101,11 +102,14 @@ std::string reasonOfDeletion(const Constraint& constraint, const EntityIndex& be
     return "an edited end no longer supports it";
 }
 
-std::string reasonOfMove(const std::vector<PlaceMove>& moves) {
-    std::string reason;
-    for (const PlaceMove& move : moves)
-        reason += (reason.empty() ? "" : ", ") + spokenPlace(move.from) + " is now " + spokenPlace(move.to);
-    return reason;
+/// Why places have other names; the names themselves are told by the moves.
+std::string reasonOfMove(const std::vector<PlaceMove>& moves, const EntityIndex& after) {
+    const PlaceMove& move = moves.front();
+    if (move.from.entity == move.to.entity)
+        return "the segments of " + move.from.entity + " are counted anew";
+    if (after.find(move.from.entity) == nullptr)
+        return move.from.entity + " became part of " + move.to.entity;
+    return "that part of " + move.from.entity + " is " + move.to.entity + " now";
 }
 
 std::vector<PlaceMove> movesBetween(const Constraint& was, const Constraint& is) {
@@ -138,7 +142,7 @@ std::vector<ConstraintOutcome> constraintFates(const Document& before, const Doc
                                 {},
                                 edit});
         } else if (std::vector<PlaceMove> moves = movesBetween(constraint, *now->second); !moves.empty()) {
-            std::string reason = reasonOfMove(moves);
+            std::string reason = reasonOfMove(moves, entitiesAfter);
             outcomes.push_back({constraint.id, ConstraintFate::rePointed, std::move(reason), std::move(moves), edit});
         }
     }

@@ -13,7 +13,8 @@ namespace holdfast {
 /// number. Entities are told apart by their address and must stay while it is asked.
 class LostVertices {
 public:
-    /// "p.segment:2 was cut away", or "the vertex of p at (10, 0) is gone"; empty when the place is still there.
+    /// "p.segment:2 was cut away", "the vertex of p at (10, 0) is gone", "an end of p.segment:2 moved"; empty when both
+    /// vertices of the segment are still there.
     std::string reasonAt(const Place& place, const PolylineShape& was, const PolylineShape& is);
 
 private:

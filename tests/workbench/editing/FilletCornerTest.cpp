@@ -23,6 +23,7 @@ TEST(FilletCorner, TellsFromWhichSegmentToWhichAConstraintWent) {
     EXPECT_EQ(result.fates.constraints[0].constraint, "c2");
     EXPECT_EQ(result.fates.constraints[0].fate, ConstraintFate::rePointed);
     EXPECT_EQ(result.fates.constraints[0].moves, (std::vector<PlaceMove>{{{"p", segment, 2}, {"p", segment, 3}}}));
+    EXPECT_EQ(result.fates.constraints[0].reason, "the segments of p are counted anew");
     EXPECT_EQ(result.fates.constraints[1].moves, (std::vector<PlaceMove>{{{"p", segment, 3}, {"p", segment, 4}}}));
 }
 
@@ -70,8 +71,9 @@ TEST(FilletCorner, LosesACoincidenceAtTheFarEndOfTheSegmentBehindIt) {
     document.constraints.insert(document.constraints.begin(),
                                 constraintOf("far", coincident, {{"p", segmentEnd, 1}, {"post", start}}));
     Session session(document);
-    EXPECT_EQ(session.apply("fillet p corner 1 radius 2").outcome.error, "");
+    const EditResult& result = session.apply("fillet p corner 1 radius 2");
     EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:2; c2 p.segment:3; c3 p.segment:4");
+    EXPECT_EQ(result.fates.constraints.front().reason, "the other end of p.segment:1 moved");
 }
 
 TEST(FilletCorner, KeepsADimensionAwayFromTheCorner) {

@@ -216,7 +216,7 @@ TEST(FilletTwoPolylines, TellsThatConstraintsWentToTheOtherPolyline) {
     const EditResult& result = session.apply("fillet p q radius 2");
     ASSERT_EQ(result.fates.constraints.size(), 3u);
     EXPECT_EQ(result.fates.constraints[0].moves, (std::vector<PlaceMove>{{{"q", segment, 0}, {"p", segment, 5}}}));
-    EXPECT_EQ(result.fates.constraints[0].reason, "q.segment:0 is now p.segment:5");
+    EXPECT_EQ(result.fates.constraints[0].reason, "q became part of p");
 }
 
 // The segments of a turned polyline are found by the points at which they end, the first vertex there counting. The

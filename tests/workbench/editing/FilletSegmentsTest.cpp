@@ -54,6 +54,13 @@ TEST(FilletSegments, RoundsAwaySeveralSegmentsBetweenThem) {
     EXPECT_EQ(findings(session), "");
 }
 
+TEST(FilletSegments, TellThatTheSegmentThatTheArcReplacesWasCutAway) {
+    Session session(arch());
+    const EditResult& result = session.apply("fillet p segments 0 2 radius 1");
+    ASSERT_EQ(result.fates.constraints.size(), 1u);
+    EXPECT_EQ(result.fates.constraints[0].reason, "p.segment:1 was cut away");
+}
+
 TEST(FilletSegments, TellThatTheSegmentBetweenThemWasCutAway) {
     Session session(arch());
     const EditResult& result = session.apply("fillet p segments 1 3 radius 0");

@@ -1,0 +1,13 @@
+# Every script below FOLDER stands in EXAMPLES, without its ending, between commas.
+cmake_minimum_required(VERSION 3.20)
+string(REPLACE "," ";" EXAMPLES "${EXAMPLES}")
+file(GLOB_RECURSE scripts RELATIVE "${FOLDER}" "${FOLDER}/*.edit")
+if(NOT scripts)
+  message(FATAL_ERROR "there is no example in ${FOLDER}")
+endif()
+foreach(script IN LISTS scripts)
+  string(REGEX REPLACE "\\.edit$" "" name "${script}")
+  if(NOT name IN_LIST EXAMPLES)
+    message(FATAL_ERROR "${script} does not run: add ${name} to tests/examples/CMakeLists.txt")
+  endif()
+endforeach()
