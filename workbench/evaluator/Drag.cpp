@@ -28,7 +28,7 @@ constexpr double kReached = 1e-7;
 constexpr double kCompliance = 1e-3;
 
 /// Wider rings are worth it when they bring the handles nearer by this much.
-constexpr double kWorthwhile = 0.9;
+constexpr double kWorthwhile = 0.99;
 
 /// Longest movement in one iteration, as a part of the figure's size.
 constexpr double kStride = 0.02;
@@ -36,8 +36,8 @@ constexpr double kStride = 0.02;
 /// Others that moved this much farther than the handles may be on another branch.
 constexpr double kFarFetched = 2.0;
 
-/// How much a hopeless miss has to grow before wider rings are tried again.
-constexpr double kPatience = 2.0;
+/// How much a hopeless miss has to grow, or its goal to move in parts of it, before wider rings are tried again.
+constexpr double kPatience = 2.0, kPatienceSideways = 0.25;
 
 /// Strides that one step is worth at most.
 constexpr double kMostStrides = 2000.0;
@@ -62,6 +62,7 @@ struct DragSession::State {
     bool isWidest = false;
     double emphasis = kHandleEmphasis;  ///< of the handles
     double hopelessMiss = 0.0;          ///< the miss at which not even the whole part could help
+    std::vector<double> hopelessGoals;
 
     State(Figure& f, std::vector<int> h, Reach r)
         : figure(f), handles(std::move(h)), reach(r), workspace(figure, buildSystem(figure)) {
@@ -167,6 +168,16 @@ struct DragSession::State {
         return limits;
     }
 
+    /// The whole part could not help against about the same miss of about the same goal.
+    bool isHopeless(double missNow) const {
+        if (missNow >= kPatience * hopelessMiss)
+            return false;
+        double way = 0.0;
+        for (std::size_t i = 0; i < goals.size(); ++i)
+            way = std::max(way, std::abs(goals[i] - hopelessGoals[i]) * workspace.system().metric[at(handles[i])]);
+        return way < kPatienceSideways * hopelessMiss;
+    }
+
     bool isMet() { return miss() <= kReached * workspace.system().size; }
 
     /// Tries wider and wider regions until the handles are there. When not even the whole part brings them nearer,
@@ -175,7 +186,7 @@ struct DragSession::State {
         const std::vector<double> before = region->read();
         const Attempt first = approach();
         const double missFirst = miss();
-        if (isWidest || (first.isSolved && (isMet() || missFirst < kPatience * hopelessMiss)))
+        if (isWidest || (first.isSolved && (isMet() || isHopeless(missFirst))))
             return first;
         Attempt attempt = first;
         const std::vector<double> found = region->read();
@@ -195,6 +206,7 @@ struct DragSession::State {
             undo();
             rings = narrowRings;
             hopelessMiss = missFirst;
+            hopelessGoals = goals;
             makeRegion();
             region->write(found);
             attempt = first;

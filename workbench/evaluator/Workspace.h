@@ -24,6 +24,7 @@ public:
     Workspace(const Figure& figure, EquationSystem system);
 
     EquationSystem& system() { return m_system; }
+    const EquationSystem& system() const { return m_system; }
     const Figure& figure() const { return m_figure; }
     Neighbourhood& neighbourhood() { return m_neighbourhood; }
 

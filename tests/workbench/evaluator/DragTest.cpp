@@ -184,6 +184,21 @@ TEST(Drag, StretchesALongChainTowardsAGoalOutOfItsReach) {
     EXPECT_LT(distance(sketch.at("l19.end"), {200, 0}), 0.1);
 }
 
+TEST(Drag, FollowsAGoalOutOfReachSideways) {
+    for (const Reach reach : {Reach::rings, Reach::part}) {
+        Sketch sketch("fixed! point o 0,0;" + chainOfLinks(30) + "coincident l0.start o");
+        DragSession session = beginAt(sketch, "l29.end", reach);
+        for (int i = 0; i <= 60; ++i) {
+            const double angle = 0.025 * i, radius = 240.0 + 10.0 * std::min(i, 20);
+            ASSERT_TRUE(dragTo(session, {radius * std::cos(angle), radius * std::sin(angle)}).isSolved()) << i;
+            EXPECT_LT(sketch.worstMiss(), 1e-8) << i;
+            if (i >= 10) {
+                EXPECT_LT(distance(sketch.at("l29.end"), {300 * std::cos(angle), 300 * std::sin(angle)}), 1.0) << i;
+            }
+        }
+    }
+}
+
 TEST(Drag, StopsBeforeAnArcWouldCollapse) {
     Sketch sketch(
         "line a 0,0 20,0; arc k 20,5 5 270 360; fixed! xline y 0,0 0; tangent a.end k.start;"
