@@ -5,8 +5,26 @@
 #include <YxDbConstraints/YxDbAssoc2dConstraintGroup.h>
 #include <yxdb/YxDbEntity.h>
 
+#include <algorithm>
+
 namespace holdfast {
 namespace {
+
+// The constraint as the rules take it: a composite in place of its member. Null for an internal one.
+YxGeomConstraint* topLevel(YxGeomConstraint* constraint) {
+    if (constraint == nullptr)
+        return nullptr;
+    YxCompositeConstraint* owner = constraint->getOwningCompositeConstraint();
+    YxGeomConstraint* top = owner != nullptr ? owner : constraint;
+    return top->isInternal() ? nullptr : top;
+}
+
+bool isNamed(const YxConstrainedGeometry& geometry) {
+    YxArray<YxGeomConstraint*> connected;
+    geometry.getConnectedConstraints(connected);
+    return std::any_of(connected.begin(), connected.end(),
+                       [](YxGeomConstraint* constraint) { return topLevel(constraint) != nullptr; });
+}
 
 // The constraints that name each geometry, in order.
 void addConnected(const YxArray<YxConstrainedGeometry*>& geometries, YxArray<YxGeomConstraint*>& constraints) {
@@ -15,11 +33,7 @@ void addConnected(const YxArray<YxConstrainedGeometry*>& geometries, YxArray<YxG
     for (const YxConstrainedGeometry* geometry : geometries) {
         geometry->getConnectedConstraints(connected);
         for (YxGeomConstraint* constraint : connected) {
-            if (constraint == nullptr)
-                continue;
-            YxCompositeConstraint* owner = constraint->getOwningCompositeConstraint();
-            YxGeomConstraint* top = owner != nullptr ? owner : constraint;
-            if (!top->isInternal())
+            if (YxGeomConstraint* top = topLevel(constraint))
                 once.add(top);
         }
     }
@@ -73,27 +87,44 @@ void GroupSurvey::constraintsOn(const YxDbAssocGeomDependency* dependency, YxArr
     addConnected(geometries, constraints);
 }
 
-void GroupSurvey::addConstraintsOnEntity(const YxDbObjectId& entityId, YxArray<YxGeomConstraint*>& constraints) {
+YxArray<YxConstrainedGeometry*> GroupSurvey::geometriesOnEntity(const YxDbObjectId& entityId) const {
+    YxArray<YxConstrainedGeometry*> standing;
     const auto entity = openAs<YxDbEntity>(entityId);
     if (entity.isNull())
-        return;
+        return standing;
     YxArray<YxDbObjectId> dependencyIds;
     YxDbAssocDependency::getDependenciesOnObject(entity.get(), true, true, dependencyIds);
-
-    YxArray<YxConstrainedGeometry*> standing;
     for (const YxDbObjectId& id : dependencyIds) {
         const auto dependency = openAs<YxDbAssocGeomDependency>(id);
-        YxConstrainedGeometry* geometry = dependency ? geometryOn(dependency.get()) : nullptr;
-        if (geometry == nullptr)
-            continue;
-        appendGrowing(standing, geometry);
-        m_points.expect(geometry->nodeId());
+        if (YxConstrainedGeometry* geometry = dependency ? geometryOn(dependency.get()) : nullptr)
+            appendGrowing(standing, geometry);
     }
+    return standing;
+}
+
+void GroupSurvey::addConstraintsOnEntity(const YxDbObjectId& entityId, YxArray<YxGeomConstraint*>& constraints) {
+    const YxArray<YxConstrainedGeometry*> standing = geometriesOnEntity(entityId);
+    for (const YxConstrainedGeometry* geometry : standing)
+        m_points.expect(geometry->nodeId());
     YxArray<YxConstrainedGeometry*> geometries;
     GeometryList once(geometries);
     for (YxConstrainedGeometry* geometry : standing)
         addWithPoints(*geometry, once);
     addConnected(geometries, constraints);
+}
+
+// Curves first: only when none of them is named, the group is walked for their points.
+bool GroupSurvey::hasConstraintsOnEntity(const YxDbObjectId& entityId) {
+    const YxArray<YxConstrainedGeometry*> standing = geometriesOnEntity(entityId);
+    for (const YxConstrainedGeometry* geometry : standing) {
+        if (isNamed(*geometry))
+            return true;
+        m_points.expect(geometry->nodeId());
+    }
+    return std::any_of(standing.begin(), standing.end(), [&](const YxConstrainedGeometry* geometry) {
+        const auto points = pointsOf(*geometry);
+        return std::any_of(points.begin(), points.end(), [](const auto* point) { return isNamed(*point); });
+    });
 }
 
 void GroupSurvey::implicitPointsOn(const YxDbAssocGeomDependency& dependency, const YxGeomConstraint& constraint,

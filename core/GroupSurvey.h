@@ -36,6 +36,8 @@ public:
     void constraintsOn(const YxDbAssocGeomDependency* dependency, YxArray<YxGeomConstraint*>& constraints);
     /// Adds the constraints on all of an entity's dependencies, each once.
     void addConstraintsOnEntity(const YxDbObjectId& entityId, YxArray<YxGeomConstraint*>& constraints);
+    /// True when there is any of these. Lists none, and as a rule has its answer from the first curve.
+    bool hasConstraintsOnEntity(const YxDbObjectId& entityId);
 
     /// The points of the dependency's curve at which the constraint holds; of a composite, those of its first owned
     /// coincidence. None: the constraint holds on the curve as a whole.
@@ -46,6 +48,8 @@ public:
 
 private:
     using GeometryList = OnceList<YxConstrainedGeometry>;
+    /// What stands on the entity's dependencies, one for each that has geometry.
+    YxArray<YxConstrainedGeometry*> geometriesOnEntity(const YxDbObjectId& entityId) const;
     void addWithPoints(YxConstrainedGeometry& geometry, GeometryList& geometries);
     const YxGeomConstraint* pointHolder(const YxGeomConstraint& constraint);
 

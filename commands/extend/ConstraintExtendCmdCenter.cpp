@@ -28,7 +28,6 @@ namespace {
 struct Extension {
     GroupSurvey& survey;
     const holdfast::Dependencies& dependencies;
-    const YxArray<YxGeomConstraint*>& allConstraints;  ///< on the entity
     ExtendedEnd moved;
     YxArray<YxGeomConstraint*>& collected;
 };
@@ -69,8 +68,11 @@ void extendClosedEllipse(const Extension& edit, const YxDbEllipse& ellipse) {
     if (code != ExtendedEnd::kStart && code != ExtendedEnd::kEnd)
         return;
     const YxGePoint3d& opposite = code == ExtendedEnd::kStart ? ends[1] : ends[0];
-    if (!edit.moved.newPoint.isEqualTo(opposite))
-        edit.collected.append(edit.allConstraints);
+    if (edit.moved.newPoint.isEqualTo(opposite))
+        return;
+    YxArray<YxGeomConstraint*> all;
+    edit.survey.addConstraintsOnEntity(ellipse.objectId(), all);
+    edit.collected.append(all);
 }
 
 void extendEllipse(const Extension& edit, const YxDbEntity& entity) {
@@ -143,15 +145,12 @@ void ConstraintExtendCmdCenter::setDeleteConstraint(const YxDbObjectId& entityId
     if (dependencies.isEmpty())
         return;
     GroupSurvey survey(*group);
-    YxArray<YxGeomConstraint*> all;
-    survey.addConstraintsOnEntity(entityId, all);
-    if (all.isEmpty())
+    if (!survey.hasConstraintsOnEntity(entityId))
         return;
     keepSnapshot(*entity);
     if (const ClassRule* rule = ruleOf(*entity))
         rule->judge({.survey = survey,
                      .dependencies = dependencies,
-                     .allConstraints = all,
                      .moved = {.newPoint = newEndPoint, .code = extendedEnd},
                      .collected = m_deleteConstraints},
                     *entity);

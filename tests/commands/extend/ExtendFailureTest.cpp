@@ -60,11 +60,22 @@ TEST(SetDeleteConstraint, StopsWithoutDependenciesOrConstraints) {
     EXPECT_EQ(unreached.process().journal().count("getDependenciesOnObject"), 0);
 }
 
-TEST(SetDeleteConstraint, TakesNoSnapshotOfASplineWithoutConstraints) {
-    CheckedScene scene("spline a degree 3 at 0,0 1,1 2,0 3,1; dependency a");
-    ConstraintExtendCmdCenter centre;
-    centre.setDeleteConstraint(scene.id("a"), {4, 2, 0}, 2);
-    EXPECT_EQ(LvTestAccess::snapshot(centre), nullptr);
+TEST(SetDeleteConstraint, TakesNoSnapshotOfASplineWithoutConstraintsOfItsOwn) {
+    for (const char* constraint : {"dependency a", "internal fixed a; internal fixed a.control3"}) {
+        CheckedScene scene("spline a degree 3 at 0,0 1,1 2,0 3,1; " + std::string(constraint));
+        ConstraintExtendCmdCenter centre;
+        centre.setDeleteConstraint(scene.id("a"), {4, 2, 0}, 2);
+        EXPECT_EQ(LvTestAccess::snapshot(centre), nullptr) << constraint;
+    }
+}
+
+TEST(SetDeleteConstraint, SeesConstraintsOnTheCurveOnItsPointsAndInComposites) {
+    for (const char* constraint : {"fixed a", "fixed a.control2", "composite { fixed a; fixed a.control1 }"}) {
+        CheckedScene scene("spline a degree 3 at 0,0 1,1 2,0 3,1; " + std::string(constraint));
+        ConstraintExtendCmdCenter centre;
+        centre.setDeleteConstraint(scene.id("a"), {4, 2, 0}, 2);
+        EXPECT_NE(LvTestAccess::snapshot(centre), nullptr) << constraint;
+    }
 }
 
 TEST(ExtendUnderFaults, LeavesNothingOpenOnALine) {
