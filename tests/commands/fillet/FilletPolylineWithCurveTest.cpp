@@ -181,5 +181,15 @@ TEST(FilletReversedPolyline, CountsTheVerticesOnce) {
     EXPECT_EQ(scene.process().journal().count("setSubentity"), 3);
 }
 
+TEST(FilletReversedPolyline, SkipsADependencyOfAnotherClass) {
+    WithCurve scene;
+    scene.centre().setOnePolyLineDate(scene.polyline());
+    scene.polyline()->reverseCurve();
+    scene.host().answerOther("openObject", &scene.group(), scene.dependency("p[2]"));
+    scene.centre().setReversePolyLineConstraint(scene.polyline());
+    EXPECT_EQ(scene.process().journal().text({"setSubentity"}),
+              "part of dependency p[1]: 2, 3; part of dependency p[3]: 2, 1");
+}
+
 }  // namespace
 }  // namespace holdfast

@@ -154,6 +154,16 @@ TEST(FilletThatCloses, LeavesADependencyThatIsMarkedAlready) {
     EXPECT_EQ(scene.process().journal().count("setSubentity"), 0);
 }
 
+TEST(FilletThatCloses, SkipsADependencyThatOpensAsAnotherClass) {
+    CheckedScene scene(kHorseshoe);
+    Centre centre;
+    centre.setSelfPolyLineDate(scene.entity("p"), 0, 3, Centre::kClosing, true);
+    scene.host().answerOther("openObject", &scene.group(), scene.dependency("p[4]"));
+    const auto open = YxDbObjectIdImpl::openObject(scene.id("p"), YxDb::kForWrite, false);
+    centre.setSelfPolyLineConstraint(scene.entity("p"));
+    EXPECT_EQ(scene.process().journal().count("setSubentity"), 0);
+}
+
 // Three kept records: two dependencies stand on the first segment.
 TEST(FilletWithThreeRecords, RemapsOnlyTheLastAndOnlyWhenItCloses) {
     const std::string text = "polyline p 0,0#31 10,0#7 10,10#22 0,10#5 0,2#40; fixed p[1]; fixed p[2]; fixed p[4]";
