@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Builds and installs the module against a platform's own headers, and checks that no model comes along.
+"""Builds and installs the module against a platform, and checks that it needs nothing but the public declarations and
+that no model comes along.
 
-The platform is the declarations of the in-memory host, copied to a place of their own, and no library: what a module
-leaves undefined is the loader's business.
+The platform is a bare second set of the declarations, with other private data and no inline bodies, and no library:
+what a module leaves undefined is the loader's business.
 
 Usage: platform.py ROOT WORK COMPILER
 """
@@ -11,6 +12,7 @@ import shutil
 import subprocess
 import sys
 
+from bare_platform import write_bare_set
 from installed import run
 
 OPTIONS = ("-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DHOLDFAST_WORKBENCH=OFF", "-DBUILD_TESTING=OFF")
@@ -39,29 +41,32 @@ def configure_user(work, prefix, components, *options):
 
 
 def main(root, work, compiler):
-    build, prefix, platform = work / "platform-build", work / "platform-prefix", work / "platform"
-    for folder in (prefix, platform, work / "platform-moved"):
+    build, prefix, platform, elsewhere = (work / f"platform{name}" for name in ("-build", "-prefix", "", "-elsewhere"))
+    for folder in (prefix, elsewhere):
         shutil.rmtree(folder, ignore_errors=True)
-    shutil.copytree(root / "host/include", platform)
+    write_bare_set(root / "host/include", platform)
     run("cmake", "-G", "Ninja", "-S", root, "-B", build, f"-DCMAKE_CXX_COMPILER={compiler}", *OPTIONS,
         f"-DHOLDFAST_HOST_HEADERS={platform}")
     run("cmake", "--build", build)
     run("cmake", "--install", build, "--prefix", prefix)
-    model = [path for path in prefix.rglob("*") if "host" in path.parts[len(prefix.parts):] or "model" in path.name.lower()]
-    if model:
-        sys.exit("installed, although the platform is real: " + ", ".join(str(path) for path in model))
+    names = [path.relative_to(prefix) for path in prefix.rglob("*")]
+    if model := [str(name) for name in names if "host" in name.parts or "model" in name.name.lower()]:
+        sys.exit("installed, although the platform is real: " + ", ".join(model))
 
     without = configure_user(work, prefix, "host_model")
     if without.returncode == 0 or "host_model" not in without.stderr:
         sys.exit(f"find_package finds a host model that is not there\n{without.stdout}{without.stderr}")
-    # The platform of the machine that uses the module lies elsewhere.
-    platform.rename(work / "platform-moved")
+    # On the machine that uses the module, the platform may lie elsewhere.
+    shutil.copytree(platform, elsewhere)
     found = configure_user(work, prefix, "holdfast", f"-DCMAKE_CXX_COMPILER={compiler}",
-                           f"-DHOLDFAST_HOST_HEADERS={work / 'platform-moved'}")
+                           f"-DHOLDFAST_HOST_HEADERS={elsewhere}")
     if found.returncode:
         sys.exit(found.stdout + found.stderr)
+    commands = run("ninja", "-C", work / "platform-user/build", "-t", "commands")
+    if str(elsewhere) not in commands or f"{platform} " in commands:
+        sys.exit(f"the platform's headers are not looked for in {elsewhere}:\n{commands}")
     run("cmake", "--build", work / "platform-user/build")
-    print("the module is built against the platform's headers, and no model comes along")
+    print("the module needs only the public declarations, and no model comes along")
 
 
 if __name__ == "__main__":
