@@ -110,6 +110,22 @@ TEST(FilletSegments, InASharpCornerLoseACoincidenceAtTheFarEndOfTheSecond) {
     EXPECT_EQ(placesOf(sharp), "c0 p.segment:0; c2 p.segment:1; c3 p.segment:2; c4 p.segment:3");
 }
 
+// Numbers beyond the vertices that are left read as the origin, so that a segment which started there passes for still.
+TEST(FilletSegments, InASharpCornerKeepACoincidenceThatHeldInTheOrigin) {
+    Document document;
+    document.name = "origin";
+    document.entities = {
+        shapeEntity(
+            "p",
+            PolylineShape{{{-10, -10}, {-10, 5}, {-5, 8}, {0, 0}, {10, 0}}, {0, 0, 0, 0, 0}, {0, 0, 0, 0, 0}, false}),
+        lineEntity("post", {0, 0}, {5, -9})};
+    document.constraints = {constraintOf("c0", coincident, {{"p", segmentStart, 3}, {"post", start}})};
+    Session session(document);
+    EXPECT_EQ(session.apply("fillet p segments 0 3 radius 0").outcome.error, "");
+    EXPECT_EQ(verticesOf(session, "p"), "-10,-10 -10,0 10,0");
+    EXPECT_EQ(placesOf(session), "c0 p.segment:1.start post.start");
+}
+
 TEST(FilletSegments, FromTheLastToTheFirstCloseThePolyline) {
     Session session(arch());
     EXPECT_EQ(session.apply("fillet p segments 4 0 radius 1").outcome.error, "");
