@@ -1,9 +1,6 @@
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
-
-#include <YxDbConstraints/YxDbAssocManager.h>
 
 #include "drag/CYxRotateReleaseConstraint.h"
 #include "workbench/editing/Evaluation.h"
@@ -26,22 +23,10 @@ bool tryRotation(const EditContext& context, const std::vector<std::string>& nam
 /// What is tied to the turned entities follows. Of the constraints that the trial has named, those go that the user's
 /// angle makes false and that no other entity's move can mend: a level line that is level no longer.
 void followReleasing(const EditContext& context) {
-    const std::vector<std::string> doubtful = context.evaluator.rotateReport();
-    for (;;) {
-        markChanged(context);
-        if (YxDbAssocManager::evaluateTopLevelNetwork(&context.drawing.process().database(), nullptr, 0))
-            return;
-        bool released = false;
-        for (const std::string& id : context.evaluator.last().conflicting)
-            if (std::find(doubtful.begin(), doubtful.end(), id) != doubtful.end() &&
-                context.drawing.hasConstraint(id)) {
-                context.drawing.removeConstraint(id);
-                released = true;
-                break;
-            }
-        if (!released)
-            throw EditError("the constraints of the drawing do not allow this rotation");
-    }
+    for (const std::string& id : context.evaluator.againstPlaced(context.edited, context.evaluator.rotateReport()))
+        context.drawing.removeConstraint(id);
+    markChanged(context);
+    evaluate(context);
 }
 
 void runRotate(EditText& text, EditContext& context) {

@@ -27,6 +27,8 @@ public:
     Session& operator=(const Session&) = delete;
 
     const Document& document() const { return m_document; }
+    /// The drawing as the host holds it, for looking into.
+    Drawing& drawing() { return *m_drawing; }
     const Document& original() const { return m_original; }
     const std::vector<EditResult>& results() const { return m_results; }
 

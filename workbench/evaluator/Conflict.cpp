@@ -1,6 +1,7 @@
 #include "workbench/evaluator/Conflict.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "workbench/evaluator/Extract.h"
 #include "workbench/evaluator/Workspace.h"
@@ -9,7 +10,10 @@ namespace holdfast {
 
 namespace {
 
-constexpr int kMostQuestions = 600;
+constexpr int kMostQuestions = 200;
+
+/// How many of the constraints nearest to the targets are suspected first; each time they are cleared, twice as many.
+constexpr std::size_t kFirstSuspects = 16;
 
 /// Can these hold together? Answered by trying to make them.
 bool canHold(const Figure& figure, std::span<const int> constraints, std::span<const Target> targets) {
@@ -95,9 +99,53 @@ private:
     int m_questions = 0;
 };
 
+int entityOfValue(const Figure& figure, int value) {
+    const auto after = std::upper_bound(figure.entities.begin(), figure.entities.end(), value,
+                                        [](int v, const FigureEntity& entity) { return v < entity.firstValue; });
+    return static_cast<int>(after - figure.entities.begin()) - 1;
+}
+
+/// The constraints in the order in which a walk from the targets' elements meets them; what it does not meet comes
+/// last. Fixed elements lead nowhere.
+std::vector<int> nearestFirst(const Figure& figure, std::span<const int> constraints, std::span<const Target> targets) {
+    std::vector<std::pair<int, int>> uses;
+    for (std::size_t i = 0; i < constraints.size(); ++i)
+        for (const FigurePlace& place : figure.constraints[static_cast<std::size_t>(constraints[i])].refs)
+            uses.emplace_back(place.entity, static_cast<int>(i));
+    const ListTable usesOf = tabulate(static_cast<int>(figure.entities.size()), uses);
+    std::vector<int> entities, ordered;
+    for (const Target& target : targets)
+        entities.push_back(entityOfValue(figure, target.value));
+    std::vector<char> isSeen(figure.entities.size(), 0), isTaken(constraints.size(), 0);
+    const auto take = [&](int use) {
+        if (std::exchange(isTaken[static_cast<std::size_t>(use)], 1))
+            return;
+        ordered.push_back(constraints[static_cast<std::size_t>(use)]);
+        for (const FigurePlace& place : figure.constraints[static_cast<std::size_t>(ordered.back())].refs)
+            entities.push_back(place.entity);
+    };
+    for (std::size_t head = 0; head < entities.size(); ++head) {
+        const auto entity = static_cast<std::size_t>(entities[head]);
+        if (std::exchange(isSeen[entity], 1) || figure.entities[entity].fixed)
+            continue;
+        for (const int use : usesOf[entities[head]])
+            take(use);
+    }
+    for (std::size_t i = 0; i < constraints.size(); ++i)
+        take(static_cast<int>(i));
+    return ordered;
+}
+
 }  // namespace
 
 ConflictSet findConflict(const Figure& figure, std::span<const int> constraints, std::span<const Target> targets) {
+    const std::vector<int> ordered = nearestFirst(figure, constraints, targets);
+    for (std::size_t count = targets.empty() ? ordered.size() : kFirstSuspects; count < ordered.size(); count *= 2) {
+        std::vector<int> suspects(ordered.begin(), ordered.begin() + static_cast<std::ptrdiff_t>(count));
+        std::sort(suspects.begin(), suspects.end());
+        if (ConflictSet set = Search(figure, suspects, targets).run(); !set.constraints.empty() || !set.targets.empty())
+            return set;
+    }
     return Search(figure, constraints, targets).run();
 }
 

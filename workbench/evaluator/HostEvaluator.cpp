@@ -1,5 +1,6 @@
 #include "workbench/evaluator/HostEvaluator.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <yxbase/YxGeTol.h>
@@ -186,8 +187,23 @@ bool HostEvaluator::rotate(AssocConstraintHeader& header) {
         return solveAndWrite(host, demand);
     }
     m_trialPointCount = header.points.length();
-    m_rotateReport = namesOf(host.figure, constraintsAgainst(host, edited, header.staticTransform));
+    const EditDemand demand = transformDemand(host, edited, header.staticTransform);
+    m_rotateReport =
+        namesOf(host.figure, constraintsAgainst(host.figure, demand, constraintsTouching(host.figure, edited)));
     return true;
+}
+
+std::vector<std::string> HostEvaluator::againstPlaced(const std::vector<std::string>& entities,
+                                                      const std::vector<std::string>& mayGo) const {
+    const HostFigure host(m_drawing);
+    std::vector<int> edited, constraints;
+    for (const std::string& name : entities)
+        if (const int number = host.numberOf(name); number >= 0)
+            edited.push_back(number);
+    for (const int c : constraintsTouching(host.figure, edited))
+        if (std::find(mayGo.begin(), mayGo.end(), host.figure.constraints[at(c)].id) != mayGo.end())
+            constraints.push_back(c);
+    return namesOf(host.figure, constraintsAgainst(host.figure, placedDemand(host, edited), constraints));
 }
 
 bool HostEvaluator::drag(AssocConstraintHeader& header) {

@@ -57,6 +57,10 @@ public:
     /// Constraints that would have to go for the rotation that was tried last, in drawing order.
     const std::vector<std::string>& rotateReport() const { return m_rotateReport; }
 
+    /// Of some constraints, those that have to go for entities to stay where they are now, in drawing order.
+    std::vector<std::string> againstPlaced(const std::vector<std::string>& entities,
+                                           const std::vector<std::string>& mayGo) const;
+
     /// The command is over: drags and trials are forgotten.
     void endCommand();
 

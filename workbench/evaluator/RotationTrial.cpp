@@ -2,49 +2,41 @@
 
 #include <algorithm>
 
-#include "workbench/evaluator/EditDemands.h"
+#include "workbench/evaluator/EquationSystem.h"
 
 namespace holdfast {
 
-namespace {
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
-
-bool touches(const FigureConstraint& constraint, const std::vector<int>& edited) {
-    return std::any_of(constraint.refs.begin(), constraint.refs.end(), [&](const FigurePlace& place) {
-        return std::find(edited.begin(), edited.end(), place.entity) != edited.end();
-    });
-}
-
-/// Of constraints that cannot hold together with the edit, the one to give up: the latest that touches what is edited.
-int culpritOf(const Figure& figure, const std::vector<int>& conflicting, const std::vector<int>& edited) {
-    for (auto c = conflicting.rbegin(); c != conflicting.rend(); ++c)
-        if (touches(figure.constraints[at(*c)], edited))
-            return *c;
-    return conflicting.empty() ? -1 : conflicting.back();
-}
-
-}  // namespace
-
-std::vector<int> constraintsAgainst(const HostFigure& host, const std::vector<int>& edited,
-                                    const YxGeMatrix3d& transform) {
-    EditDemand demand = transformDemand(host, edited, transform);
-    demand.whenBarred = WhenBarred::refuse;
-    Figure figure = host.figure;
-    std::vector<int> against;
-    // Each round gives up one constraint.
-    for (;;) {
-        Figure trial = figure;
-        const SolveResult result = meet(trial, demand);
-        const int culprit = result.isSolved() ? -1 : culpritOf(figure, result.conflicting, edited);
-        if (culprit < 0)
-            break;
-        figure.constraints[at(culprit)].active = false;
-        against.push_back(culprit);
+std::vector<int> constraintsTouching(const Figure& figure, const std::vector<int>& edited) {
+    std::vector<char> isEdited(figure.entities.size(), 0);
+    for (const int number : edited)
+        isEdited[static_cast<std::size_t>(number)] = 1;
+    std::vector<int> touching;
+    for (const int c : bindingConstraints(figure)) {
+        const auto& refs = figure.constraints[static_cast<std::size_t>(c)].refs;
+        if (std::any_of(refs.begin(), refs.end(), [&](const FigurePlace& place) {
+                return isEdited[static_cast<std::size_t>(place.entity)] != 0;
+            }))
+            touching.push_back(c);
     }
-    std::sort(against.begin(), against.end());
+    return touching;
+}
+
+std::vector<int> constraintsAgainst(const Figure& figure, const EditDemand& demand, const std::vector<int>& mayGo) {
+    SolveRequest request{.targets = demand.targets, .edited = demand.edited, .namesConflicts = false};
+    Figure held = figure;
+    for (const int c : mayGo)
+        held.constraints[static_cast<std::size_t>(c)].active = false;
+    if (!solve(held, request).isSolved())
+        return {};  // what may not go is against it already
+    std::vector<int> against;
+    for (const int c : mayGo) {
+        bool& active = held.constraints[static_cast<std::size_t>(c)].active;
+        active = true;
+        if (solve(held, request).isSolved())
+            continue;
+        active = false;
+        against.push_back(c);
+    }
     return against;
 }
 

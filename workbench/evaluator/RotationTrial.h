@@ -1,12 +1,15 @@
 #pragma once
 
-#include "workbench/evaluator/HostFigure.h"
+#include "workbench/evaluator/EditDemand.h"
 
 namespace holdfast {
 
-/// The constraints that no choice of the other elements can satisfy when some elements are transformed as they are.
-/// In drawing order; nothing is moved.
-std::vector<int> constraintsAgainst(const HostFigure& host, const std::vector<int>& edited,
-                                    const YxGeMatrix3d& transform);
+/// The constraints on edited elements that have to go for the demand to be met, of those that may go. Earlier drawn
+/// ones are kept as long as they can be: each is added to those that hold already, and stays when all of them can hold
+/// together. Ascending; the figure is only read. Costs one solve for each constraint that may go.
+std::vector<int> constraintsAgainst(const Figure& figure, const EditDemand& demand, const std::vector<int>& mayGo);
+
+/// The binding constraints that have one of these elements, ascending.
+std::vector<int> constraintsTouching(const Figure& figure, const std::vector<int>& edited);
 
 }  // namespace holdfast
