@@ -18,6 +18,7 @@ constexpr double kTurn = 6.283185307179586476925;
 
 std::vector<Grip> numbered(const std::vector<Vec2>& points) {
     std::vector<Grip> grips;
+    grips.reserve(points.size());
     for (const Vec2 point : points)
         grips.push_back({static_cast<int>(grips.size()), point});
     return grips;

@@ -72,6 +72,7 @@ void runJoin(EditText& text, EditContext& context) {
     if (names.size() < 2)
         throw EditError("it takes two entities to join; name the ones that " + names.front() + " is joined with");
     std::vector<ChainPiece> pieces;
+    pieces.reserve(names.size());
     for (const std::string& name : names)
         pieces.push_back(chainPiece(name, context.drawing.shape(name)));
     context.edited = names;
