@@ -1,0 +1,159 @@
+// Long edit sessions on real drawings, with what has to hold after every edit. HOLDFAST_SESSION_EDITS says how many
+// edits each drawing gets, HOLDFAST_SEED where the dice begin.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+#include <map>
+#include <unordered_set>
+
+#include "host/model/HostAudit.h"
+#include "tests/workbench/editing/DrawingFolder.h"
+#include "tests/workbench/editing/RandomEdits.h"
+#include "workbench/drawing/DocumentCheck.h"
+#include "workbench/drawing/Drawing.h"
+#include "workbench/drawing/FileIo.h"
+#include "workbench/editing/Refusal.h"
+#include "workbench/editing/Session.h"
+#include "workbench/evaluator/FigureFromDocument.h"
+#include "workbench/evaluator/Measure.h"
+
+namespace holdfast {
+namespace {
+
+using testing::RandomEdits;
+
+/// Parts of a drawing's size within which a constraint holds, before an edit and after it.
+constexpr double kHeld = 1e-7, kHolds = 1e-5;
+
+/// A verb that was refused so often is never done at all.
+constexpr int kManyTries = 50;
+
+int numberFrom(const char* variable, int otherwise) {
+    const char* text = std::getenv(variable);
+    return text == nullptr ? otherwise : std::atoi(text);
+}
+
+/// What is wrong after an edit that was done; empty when all is well.
+std::string faultAfter(const Document& before, const Document& after) {
+    try {
+        checkDocument(after, "after the edit");
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+    const Figure was = figureFrom(before), is = figureFrom(after);
+    const std::vector<double> missesBefore = missesOf(was), missesAfter = missesOf(is);
+    std::unordered_set<std::string_view> held;
+    for (std::size_t i = 0; i < before.constraints.size(); ++i)
+        if (missesBefore[i] <= kHeld * was.size())
+            held.insert(before.constraints[i].id);
+    for (std::size_t i = 0; i < after.constraints.size(); ++i)
+        if (held.contains(after.constraints[i].id) && !(missesAfter[i] <= kHolds * is.size()))
+            return spokenConstraint(after.constraints[i]) + " was kept and is off by " + std::to_string(missesAfter[i]);
+    return {};
+}
+
+/// A session with its checks. Knows what every undo has to bring back.
+class CheckedSession {
+public:
+    explicit CheckedSession(const Document& document) : m_session(document) {}
+
+    const Document& document() const { return m_session.document(); }
+    bool wasDone() const { return m_session.results().back().outcome.done(); }
+
+    /// What is wrong after one more edit; empty when all is well.
+    std::string apply(const std::string& edit) {
+        const Document before = document();
+        const EditResult& result = m_session.apply(edit);
+        if (!result.outcome.done())
+            return document() == before ? "" : "a refused edit changed the drawing";
+        if (edit == "undo") {
+            const bool isBack = document() == m_states.back();
+            m_states.pop_back();
+            return isBack ? "" : "undo did not bring the drawing back";
+        }
+        m_states.push_back(before);
+        for (const std::string& finding : auditHost(m_session.drawing().process()))
+            return finding;
+        return faultAfter(before, document());
+    }
+
+private:
+    Session m_session;
+    std::vector<Document> m_states;
+};
+
+/// The fault that a script of edits runs into, or an empty text.
+std::string faultOf(const Document& document, const std::vector<std::string>& edits) {
+    CheckedSession session(document);
+    for (const std::string& edit : edits)
+        if (std::string fault = session.apply(edit); !fault.empty())
+            return fault;
+    return {};
+}
+
+/// A script with as few edits as it takes to run into a fault: leaves out ever smaller runs of edits.
+std::vector<std::string> shrunk(const Document& document, std::vector<std::string> edits) {
+    for (std::size_t length = std::max<std::size_t>(1, edits.size() / 2); length > 0; length /= 2)
+        for (std::size_t at = 0; at + length <= edits.size() && edits.size() > length;) {
+            std::vector<std::string> fewer = edits;
+            fewer.erase(fewer.begin() + static_cast<std::ptrdiff_t>(at),
+                        fewer.begin() + static_cast<std::ptrdiff_t>(at + length));
+            if (faultOf(document, fewer).empty())
+                at += length;
+            else
+                edits = std::move(fewer);
+        }
+    return edits;
+}
+
+struct Tally {
+    std::map<std::string, std::pair<int, int>> byVerb;  ///< done, refused
+
+    void count(const std::string& edit, bool done) {
+        auto& [ofDone, ofRefused] = byVerb[edit.substr(0, edit.find(' '))];
+        ++(done ? ofDone : ofRefused);
+    }
+};
+
+void runSession(const std::filesystem::path& file, unsigned seed, int editCount, Tally& tally) {
+    const Document document = readDrawing(file);
+    if (document.entities.empty())
+        return;
+    RandomEdits edits(seed);
+    CheckedSession session(document);
+    std::vector<std::string> script;
+    for (int i = 0; i < editCount && !session.document().entities.empty(); ++i) {
+        const std::string edit = edits.next(session.document());
+        script.push_back(edit);
+        const std::string fault = session.apply(edit);
+        tally.count(edit, session.wasDone());
+        if (!session.wasDone())
+            script.pop_back();
+        if (fault.empty())
+            continue;
+        std::string text = "open " + file.filename().string() + "\n";
+        for (const std::string& line : shrunk(document, script))
+            text += line + "\n";
+        ADD_FAILURE() << fault << "\nwith the script\n" << text;
+        return;
+    }
+}
+
+TEST(RandomSessions, KeepTheNetworkTrueEditByEdit) {
+    const int editCount = numberFrom("HOLDFAST_SESSION_EDITS", 12);
+    const auto seed = static_cast<unsigned>(numberFrom("HOLDFAST_SEED", 1));
+    Tally tally;
+    unsigned number = 0;
+    for (const std::filesystem::path& file : testing::drawingFiles())
+        runSession(file, seed * 100003 + number++, editCount, tally);
+    for (const auto& [verb, counts] : tally.byVerb) {
+        std::cout << verb << ": " << counts.first << " done, " << counts.second << " refused\n";
+        EXPECT_TRUE(counts.first > 0 || counts.second < kManyTries) << verb << " was never done";
+    }
+}
+
+}  // namespace
+}  // namespace holdfast
