@@ -180,8 +180,10 @@ Workload mechanismOf(int constraints) {
 
 void addIslands(Figure& figure, int count) {
     const int perRow = std::max(1, static_cast<int>(std::sqrt(count)));
-    for (int i = 0; i < count; ++i)
-        addTriangle(figure, 1.5 * kLength * (i % perRow), -1.5 * kLength * (1 + i / perRow));
+    for (int i = 0; i < count; ++i) {
+        const int row = 1 + i / perRow;
+        addTriangle(figure, 1.5 * kLength * (i % perRow), -1.5 * kLength * row);
+    }
 }
 
 void disturb(Figure& figure, double amount) {

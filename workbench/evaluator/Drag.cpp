@@ -184,7 +184,7 @@ struct DragSession::State {
     /// the first region's solution is taken, and wider ones are not tried again before the miss has grown.
     Attempt solve() {
         const std::vector<double> before = region->read();
-        const Attempt first = approach();
+        Attempt first = approach();
         const double missFirst = miss();
         if (isWidest || (first.isSolved && (isMet() || isHopeless(missFirst))))
             return first;

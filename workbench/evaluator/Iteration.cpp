@@ -78,6 +78,21 @@ public:
         return solve(m_isExact);
     }
 
+    /// The same with the factors of an earlier point, which differ little: the gradient is the one of now, the
+    /// multiplier the last one, and the step's own multiplier is what it changes by.
+    std::span<const double> chordStep(std::span<const double> wish, std::span<const double> lastMultiplier) {
+        const ColumnPattern& pattern = m_region.pattern();
+        const std::span<const double> jacobian = m_region.jacobian();
+        m_step.resize(wish.size());
+        for (std::size_t j = 0; j < wish.size(); ++j) {
+            m_step[j] = m_weights[j] * wish[j];
+            for (auto k = static_cast<std::size_t>(pattern.starts[j]);
+                 k < static_cast<std::size_t>(pattern.starts[j + 1]); ++k)
+                m_step[j] -= jacobian[k] * lastMultiplier[static_cast<std::size_t>(pattern.rows[k])];
+        }
+        return solve(false);
+    }
+
     /// Longest movement of geometry in a step.
     double reach(std::span<const double> step) const {
         double most = 0.0;
@@ -256,24 +271,45 @@ public:
 private:
     Outcome step() {
         m_stepper.linearise(m_x);
+        m_wish.resize(m_x.size());
+        std::transform(m_pull.targets.begin(), m_pull.targets.end(), m_x.begin(), m_wish.begin(), std::minus<>());
+        if (std::vector<double> way = chord(); !way.empty())
+            return followed(way, m_stepper.reach(way));
         m_isStale = false;
         if (m_isCurved && !m_multiplier.empty())
             m_stepper.bend(m_multiplier);
         if (!m_stepper.factorise(kLeastDamping))
             return Outcome::stuck;
-        m_wish.resize(m_x.size());
-        std::transform(m_pull.targets.begin(), m_pull.targets.end(), m_x.begin(), m_wish.begin(), std::minus<>());
         const auto found = m_stepper.slidingStep(m_wish);
         m_multiplier.assign(m_stepper.multiplier().begin(), m_stepper.multiplier().end());
         const std::vector<double> way(found.begin(), found.end());
         const double reach = m_stepper.reach(way);
-        if (reach <= kNearEnough * m_system.tolerance || squared(way) <= kRounding * m_pullNow)
-            return Outcome::nearest;
-        if (reach > m_expected && !m_isCurved) {
+        if (reach > m_expected && !m_isCurved && !hasArrived(way, reach)) {
             m_isCurved = true;
             return step();
         }
-        return follow(way, reach);
+        return followed(way, reach);
+    }
+
+    bool hasArrived(std::span<const double> way, double reach) const {
+        return reach <= kNearEnough * m_system.tolerance || squared(way) <= kRounding * m_pullNow;
+    }
+
+    Outcome followed(std::span<const double> way, double reach) {
+        return hasArrived(way, reach) ? Outcome::nearest : follow(way, reach);
+    }
+
+    /// A step with the factors at hand; none where the last step was not taken as a whole or this one is longer than
+    /// new factors would be expected to make it.
+    std::vector<double> chord() {
+        if (m_isStale || m_isCurved || m_whole <= 0.0)
+            return {};
+        const auto found = m_stepper.chordStep(m_wish, m_multiplier);
+        if (!(m_stepper.reach(found) <= kContracts * m_whole))
+            return {};
+        for (std::size_t i = 0; i < m_multiplier.size(); ++i)
+            m_multiplier[i] += m_stepper.multiplier()[i];
+        return {found.begin(), found.end()};
     }
 
     Outcome follow(std::span<const double> step, double reach) {

@@ -22,8 +22,12 @@ Region::Region(EquationSystem& system, std::span<const int> unknowns)
     collectEquations();
     m_entities = entitiesOf(m_system, m_unknowns);
     m_senses = sensesOf(m_system, m_equations);
-    for (const int u : m_unknowns)
+    for (const int u : m_unknowns) {
+        const int column = static_cast<int>(m_metric.size());
         m_metric.push_back(m_system.metric[at(m_system.valuesOfUnknown[u].front())]);
+        for (const int v : m_system.valuesOfUnknown[u])
+            m_members.push_back({v, column, m_system.links[at(v)].sign, m_system.links[at(v)].offset});
+    }
     makePattern();
     m_linear.analyse(m_pattern);
 }
@@ -106,8 +110,8 @@ std::vector<double> Region::read() const {
 }
 
 void Region::write(std::span<const double> x) {
-    for (std::size_t j = 0; j < m_unknowns.size(); ++j)
-        m_system.assign(m_unknowns[j], x[j]);
+    for (const Member& member : m_members)
+        m_system.values[at(member.value)] = member.sign * x[at(member.column)] + member.offset;
 }
 
 void Region::evaluate(std::span<const double> x, std::vector<double>& residual) {

@@ -63,6 +63,12 @@ public:
     EquationSystem& system() { return m_system; }
 
 private:
+    /// One value that hangs on an unknown, close together because all are written in every iteration.
+    struct Member {
+        int value, column;
+        double sign, offset;
+    };
+
     void collectEquations();
     void makePattern();
 
@@ -70,6 +76,7 @@ private:
     std::vector<int> m_unknowns;
     std::vector<int> m_equations;
     std::vector<double> m_metric;
+    std::vector<Member> m_members;
     std::vector<int> m_entities, m_senses;
     std::vector<int> m_firstRow;   ///< per equation
     std::vector<int> m_firstSlot;  ///< per equation, one more at the end
