@@ -44,17 +44,18 @@ std::vector<Sample> readSamples() {
     }
     std::sort(files.begin(), files.end());
     std::vector<Sample> samples;
-    std::size_t unsound = 0;
+    std::string unsound;
     for (const fs::path& file : files) {
         std::ifstream in(file);
         Figure figure = figureFrom(readJson(in, file.filename().string()));
         constexpr double heldByItsAuthor = 1e-4;
         if (worstMiss(figure) > heldByItsAuthor)
-            ++unsound;
+            unsound += " " + file.stem().string();
         else
             samples.push_back({file.stem().string(), std::move(figure)});
     }
-    std::cout << samples.size() << " drawings; " << unsound << " more do not hold as they are stored\n";
+    std::cout << samples.size() << " drawings; not holding as they are stored:" << (unsound.empty() ? " none" : unsound)
+              << "\n";
     return samples;
 }
 
