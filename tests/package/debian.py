@@ -72,9 +72,7 @@ def look_at(debs, components, root):
 
 
 def main(root, build, work, program, compiler, *flags):
-    if not shutil.which("dpkg-deb"):
-        print("skipped: dpkg-deb is missing (Debian's package dpkg), so no packages can be made and read")
-        return 77
+    installed.need("dpkg-deb", "file", "pkg-config")
     components = [name for name in PACKAGES if name != "workbench" or program.exists()]
     debs = make(build, work / "debs", components)
     if faults := look_at(debs, components, root):
@@ -87,8 +85,7 @@ def main(root, build, work, program, compiler, *flags):
     if program.exists():
         installed.run(unpacked / "usr/bin/holdfast", "--help")
     print(f"{len(debs)} packages hold what they should")
-    return 0
 
 
 if __name__ == "__main__":
-    sys.exit(main(*(pathlib.Path(path).resolve() for path in sys.argv[1:5]), *sys.argv[5:]))
+    main(*(pathlib.Path(path).resolve() for path in sys.argv[1:5]), *sys.argv[5:])

@@ -19,6 +19,15 @@ import subprocess
 import sys
 
 COMPONENTS = ("module", "development", "model", "model_development")
+SKIPPED = 77  # what CMakeLists.txt tells ctest
+
+
+def need(*programs):
+    """Ends as skipped where a program is missing that not every system has."""
+    for program in programs:
+        if not shutil.which(program):
+            print(f"skipped: {program} is missing")
+            sys.exit(SKIPPED)
 
 
 def run(*command, **options):
@@ -95,6 +104,7 @@ def cmake(root, _build, work, compiler, *flags):
 
 
 def pkgconfig(root, _build, work, compiler, *flags, prefix="prefix"):
+    need("pkg-config")
     libraries = libraries_in(work / prefix)
     environment = {**os.environ, "PKG_CONFIG_PATH": str(libraries / "pkgconfig"), "LD_LIBRARY_PATH": str(libraries)}
     environment.pop("PKG_CONFIG_LIBDIR", None)
