@@ -47,6 +47,14 @@ double near(double angle, double other) {
     return angle + 2 * std::numbers::pi * std::round((other - angle) / (2 * std::numbers::pi));
 }
 
+/// The same for the end of an arc, which lies behind its start by a turn at most.
+double endNear(double angle, double other, double start) {
+    const double end = near(angle, other), turn = 2 * std::numbers::pi;
+    if (end <= start)
+        return end + turn;
+    return end - start > turn ? end - turn : end;
+}
+
 /// Writes the values of one entity into its shape.
 struct Writer {
     std::span<const double> v;
@@ -63,7 +71,7 @@ struct Writer {
         s.radius = v[2];
         const double sweep = s.endAngle - s.startAngle;
         s.startAngle = near(std::atan2(v[4] - v[1], v[3] - v[0]), s.startAngle);
-        s.endAngle = near(std::atan2(v[6] - v[1], v[5] - v[0]), s.startAngle + sweep);
+        s.endAngle = endNear(std::atan2(v[6] - v[1], v[5] - v[0]), s.startAngle + sweep, s.startAngle);
     }
     void operator()(CircleShape& s) const {
         s.centre = pair(0);
@@ -80,7 +88,7 @@ struct Writer {
         s.ratio = v[4] / std::hypot(v[2], v[3]);
         const double sweep = s.endParam - s.startParam;
         s.startParam = near(eccentric(5), s.startParam);
-        s.endParam = near(eccentric(7), s.startParam + sweep);
+        s.endParam = endNear(eccentric(7), s.startParam + sweep, s.startParam);
     }
     double eccentric(std::size_t point) const {
         const double a = std::hypot(v[2], v[3]), x = v[point] - v[0], y = v[point + 1] - v[1];

@@ -66,18 +66,22 @@ TEST(LengthenEdit, MovesWhatIsTiedToTheEndAndKeepsEqualLengths) {
     EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2 c3");
 }
 
-TEST(LengthenEdit, OfAConstrainedSplineTakesItsEndAlong) {
-    Document document = curvesDrawing();
-    document.entities.push_back(lineEntity("tail", {6, 1}, {9, 1}));
-    document.constraints = {
-        constraintOf("c0", ConstraintType::coincident, {{"spline", PlaceKind::end}, {"tail", PlaceKind::start}})};
-    Session session(document);
-    EXPECT_EQ(session.apply("lengthen spline end by 1").outcome.error, "");
-    const Shape& spline = entityNamed(session.document(), "spline").shape;
-    EXPECT_NEAR(lengthOf(spline), lengthOf(document.entities[3].shape) + 1.0, 1e-9);
-    const auto& tail = std::get<LineShape>(entityNamed(session.document(), "tail").shape);
-    EXPECT_NEAR(tail.start.x, endPoint(spline)->x, 1e-9);
-    EXPECT_NEAR(tail.start.y, endPoint(spline)->y, 1e-9);
+TEST(LengthenEdit, OfEveryConstrainedCurveTakesWhatIsTiedToItsEndAlong) {
+    for (const char* id : {"line", "arc", "oval", "spline"}) {
+        Document document = curvesDrawing();
+        const Shape before = entityNamed(document, id).shape;
+        const Vec2 end = *endPoint(before);
+        document.entities.push_back(lineEntity("tail", end, {end.x + 10, end.y + 3}));
+        document.constraints = {
+            constraintOf("c0", ConstraintType::coincident, {{id, PlaceKind::end}, {"tail", PlaceKind::start}})};
+        Session session(document);
+        EXPECT_EQ(session.apply("lengthen " + std::string(id) + " end by 0.5").outcome.error, "") << id;
+        const Shape& after = entityNamed(session.document(), id).shape;
+        EXPECT_NEAR(lengthOf(after), lengthOf(before) + 0.5, 1e-8) << id;
+        const auto& tail = std::get<LineShape>(entityNamed(session.document(), "tail").shape);
+        EXPECT_NEAR(std::hypot(tail.start.x - endPoint(after)->x, tail.start.y - endPoint(after)->y), 0.0, 1e-8) << id;
+        EXPECT_EQ(tail.end, (Vec2{end.x + 10, end.y + 3})) << id;
+    }
 }
 
 TEST(LengthenEdit, OfAConstrainedPolylineMovesItsLastVertex) {

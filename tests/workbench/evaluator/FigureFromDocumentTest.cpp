@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <numbers>
 
 #include "workbench/evaluator/Solve.h"
@@ -45,6 +46,18 @@ TEST(FigureFromDocument, ChangesNothingInADrawingThatDidNotMove) {
     const Document before = document;
     applyFigure(figureFrom(document), document);
     EXPECT_EQ(document, before);
+}
+
+TEST(FigureFromDocument, KeepsTheEndOfAnArcBehindItsStart) {
+    // The end goes half a turn, nearly, ahead of where it was: three quarters of a turn instead of one.
+    Document document;
+    document.entities = {{"arc", ArcShape{{0, 0}, 1, 0.0, std::numbers::pi / 2}}};
+    Figure figure = figureFrom(document);
+    const double end = -std::numbers::pi / 2 + 1e-3;
+    figure.values[5] = std::cos(end);
+    figure.values[6] = std::sin(end);
+    applyFigure(figure, document);
+    EXPECT_NEAR(std::get<ArcShape>(document.entities[0].shape).endAngle, end + 2 * std::numbers::pi, 1e-12);
 }
 
 TEST(FigureFromDocument, WritesEveryShapeBack) {
