@@ -79,6 +79,37 @@ TEST(Drag, MovesOnlyTheNeighbourhoodThatTheDragNeeds) {
     EXPECT_EQ(sketch.value("l199", 2), 1600.0);
 }
 
+TEST(Drag, DoesNotSpreadThroughARadiusThatManyShare) {
+    std::string text = "circle c0 0,0 2; point p0 2,0; point_on_curve p0 c0;";
+    for (int i = 1; i < 40; ++i) {
+        const std::string n = std::to_string(i), x = std::to_string(10 * i);
+        text += "circle c" + n + " " + x + ",0 2; point p" + n + " " + std::to_string(10 * i + 2) + ",0;";
+        text += "point_on_curve p" + n + " c" + n + "; equal c" + n + " c0;";
+    }
+    Sketch sketch(text);
+    DragSession session = beginAt(sketch, "p7");
+    const SolveResult result = dragTo(session, {75, 1});
+    ASSERT_TRUE(result.isSolved());
+    EXPECT_LT(session.miss(), 1e-5);
+    EXPECT_EQ(result.movements.size(), 2u);
+    EXPECT_EQ(sketch.value("c20", 2), 2.0);
+}
+
+TEST(Drag, OpensASharedRadiusWhenNothingElseHelps) {
+    std::string text =
+        "fixed! point o 0,0; circle c0 0,0 2; coincident c0.centre o; point p0 2,0; point_on_curve p0 c0;";
+    for (int i = 1; i < 40; ++i) {
+        const std::string n = std::to_string(i);
+        text += "circle c" + n + " " + std::to_string(10 * i) + ",0 2; equal c" + n + " c0;";
+        text += "point p" + n + " " + std::to_string(10 * i + 2) + ",0; point_on_curve p" + n + " c" + n + ";";
+    }
+    Sketch sketch(text);
+    DragSession session = beginAt(sketch, "p0");
+    ASSERT_TRUE(dragTo(session, {3, 0}).isSolved());
+    EXPECT_LT(session.miss(), 1e-5);
+    EXPECT_NEAR(sketch.value("c20", 2), 3.0, 1e-5);
+}
+
 TEST(Drag, ReachesFartherWhenTheNeighbourhoodDoesNotSuffice) {
     Sketch sketch(chainOfLinks(40));
     DragSession session = beginAt(sketch, "l39.end");

@@ -59,5 +59,30 @@ TEST(LinearSolver, ProjectsAWishOntoTheEquations) {
     EXPECT_THAT(system.step({1, 1}, {5, 7}, {0}), Pointwise(DoubleNear(1e-11), {5.0, 0.0}));
 }
 
+/// W = [2 c; c 2] with x + y = 2 for c below the diagonal.
+int negativePivotsWith(double c, std::vector<double>& step) {
+    const System system({{1.0, 1.0}});
+    const ColumnPattern curvature{2, {0, 1, 1}, {1}};
+    LinearSolver solver;
+    solver.analyse(system.pattern, curvature);
+    EXPECT_TRUE(solver.factorise(std::vector{2.0, 2.0}, system.jacobian, std::vector{kDamping}, std::vector{c}));
+    std::vector<double> multiplier{2.0};
+    solver.solve(step, multiplier, true);
+    return solver.negativePivots();
+}
+
+TEST(LinearSolver, TakesWeightsThatTieUnknownsTogether) {
+    std::vector<double> step{1.0, 0.0};
+    EXPECT_EQ(negativePivotsWith(1.0, step), 1);
+    // 2 x + y + m = 1, x + 2 y + m = 0, x + y = 2
+    EXPECT_THAT(step, Pointwise(DoubleNear(1e-11), {1.5, 0.5}));
+}
+
+TEST(LinearSolver, TellsByPivotsWhetherAStepLeadsDownhill) {
+    std::vector<double> step{0.0, 0.0};
+    EXPECT_EQ(negativePivotsWith(1.9, step), 1);
+    EXPECT_EQ(negativePivotsWith(2.5, step), 2) << "along x + y = 0 the weights are negative";
+}
+
 }  // namespace
 }  // namespace holdfast
