@@ -223,17 +223,36 @@ const YxDbAssocGeomDependency* Drawing::dependencyOf(const YxConstrainedGeometry
     return HostAccess::isErased(id) ? nullptr : static_cast<const YxDbAssocGeomDependency*>(HostAccess::peek(id));
 }
 
+/// Segments of polylines by their persistent names, found once for each polyline while nothing changes.
+class Drawing::Segments {
+public:
+    /// Counted from 0; -1 for a dependency whose segment is gone.
+    int segmentOf(const YxDbAssocGeomDependency& dependency, const YxDbPolyline& polyline) {
+        return m_names.try_emplace(&polyline, polyline).first->second.segmentOf(dependency);
+    }
+
+private:
+    std::unordered_map<const YxDbPolyline*, SegmentNames> m_names;
+};
+
 Place Drawing::placeOf(const YxConstrainedGeometry& geometry) const {
+    Segments segments;
+    return placeOf(geometry, segments);
+}
+
+Place Drawing::placeOf(const YxConstrainedGeometry& geometry, Segments& segments) const {
     const YxDbAssocGeomDependency* dependency = dependencyOf(geometry);
     const YxDbObjectId object = dependency == nullptr ? YxDbObjectId() : HostAccess::objectOf(*dependency);
     const std::string name = nameOf(object);
     if (name.empty())
         return {};
     const auto& resident = static_cast<const YxDbEntity&>(*HostAccess::peek(object));
-    return placeFrom(name, resident, geometry, isPolyline(resident) ? partOf(*dependency, resident).index() - 1 : 0);
+    const int segment =
+        isPolyline(resident) ? segments.segmentOf(*dependency, static_cast<const YxDbPolyline&>(resident)) : 0;
+    return placeFrom(name, resident, geometry, segment);
 }
 
-bool Drawing::isLost(const YxConstrainedGeometry& geometry) const {
+bool Drawing::isLost(const YxConstrainedGeometry& geometry, Segments& segments) const {
     const YxDbAssocGeomDependency* dependency = dependencyOf(geometry);
     if (dependency == nullptr || HostAccess::status(*dependency) == kSegmentRemovedAssocStatus)
         return true;
@@ -241,7 +260,7 @@ bool Drawing::isLost(const YxConstrainedGeometry& geometry) const {
     if (HostAccess::isErased(object))
         return true;
     const auto& resident = static_cast<const YxDbEntity&>(*HostAccess::peek(object));
-    return isPolyline(resident) && partOf(*dependency, resident).index() == 0;
+    return isPolyline(resident) && segments.segmentOf(*dependency, static_cast<const YxDbPolyline&>(resident)) < 0;
 }
 
 void Drawing::removeConstraint(std::string_view id) {
@@ -261,13 +280,14 @@ void Drawing::setMeasure(std::string_view id, double value) {
 
 int Drawing::dropLostConstraints() {
     std::unordered_map<const void*, bool> lostOf;  // by geometry
+    Segments segments;
     int dropped = 0;
     for (YxGeomConstraint* constraint : HostAccess::constraints(group())) {
         const auto& geometries = HostAccess::geometries(*constraint);
         const bool lost = std::any_of(geometries.begin(), geometries.end(), [&](const YxConstrainedGeometry* geometry) {
             const auto [known, isNew] = lostOf.try_emplace(geometry, false);
             if (isNew)
-                known->second = isLost(*geometry);
+                known->second = isLost(*geometry, segments);
             return known->second;
         });
         if (lost && HostAccess::deleteConstraint(group(), HostAccess::topLevel(*constraint)) == Yxrt::eOk)
@@ -276,7 +296,7 @@ int Drawing::dropLostConstraints() {
     return dropped;
 }
 
-std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& known) const {
+std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& known, Segments& segments) const {
     if (known.host == nullptr)
         return known.original;
     if (HostAccess::isDeleted(*known.host))
@@ -284,7 +304,7 @@ std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& know
     Constraint now = known.original;
     const auto& geometries = HostAccess::geometries(*known.host);
     for (std::size_t i = 0; i < now.refs.size() && i < geometries.size(); ++i) {
-        const Place place = placeOf(*geometries[i]);
+        const Place place = placeOf(*geometries[i], segments);
         if (place.entity != now.refs[i].entity || hasPolyline(place) || (isEnd(place) && isEnd(now.refs[i])))
             now.refs[i] = place;
     }
@@ -301,8 +321,9 @@ Document Drawing::document() const {
         entity.shape = shape(name);
         document.entities.push_back(std::move(entity));
     }
+    Segments segments;
     for (const KnownConstraint& known : m_constraints)
-        if (std::optional<Constraint> now = currentConstraint(known))
+        if (std::optional<Constraint> now = currentConstraint(known, segments))
             document.constraints.push_back(std::move(*now));
     return document;
 }

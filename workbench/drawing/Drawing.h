@@ -83,8 +83,11 @@ private:
     void addEntity(const Entity& entity);
     YxGeomConstraint* build(const Constraint& constraint);
     BuiltPlace builtPlace(const Place& place, const Constraint& constraint, std::size_t index) const;
-    std::optional<Constraint> currentConstraint(const KnownConstraint& known) const;
-    bool isLost(const YxConstrainedGeometry& geometry) const;
+    class Segments;
+
+    std::optional<Constraint> currentConstraint(const KnownConstraint& known, Segments& segments) const;
+    Place placeOf(const YxConstrainedGeometry& geometry, Segments& segments) const;
+    bool isLost(const YxConstrainedGeometry& geometry, Segments& segments) const;
     const YxDbAssocGeomDependency* dependencyOf(const YxConstrainedGeometry& geometry) const;
     std::string freshName(std::string base) const;
 
