@@ -41,7 +41,7 @@ void moveEnds(ConstraintFilletCmdCenter& centre, Drawing& drawing, const JoinSid
 
 /// The polyline in the joined direction; the places at the ends of its segments are turned with it.
 PolylineShape inJoinedDirection(Drawing& drawing, const JoinSide& side) {
-    const PolylineShape shape = polylineShape(drawing, side.name);
+    PolylineShape shape = polylineShape(drawing, side.name);
     if (!side.turned)
         return shape;
     swapSegmentEnds(drawing, side.name);

@@ -102,13 +102,26 @@ TEST(FilletPolylineWithCurve, LeavesACircleWholeAndBendsAnArcSegment) {
     EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:0 p.segment:1");
 }
 
-TEST(FilletPolylineWithCurve, TurnsARayIntoALineOfItsOwn) {
+TEST(FilletPolylineWithCurve, MovesTheBaseOfARay) {
     Document document = stair();
     document.entities.push_back(shapeEntity("beam", RayShape{{21, 22}, {1, 0}}));
+    document.constraints.push_back(constraintOf("level", horizontal, {{"beam"}}));
     Session session(document);
     EXPECT_EQ(session.apply("fillet p beam radius 2").outcome.error, "");
     EXPECT_EQ(entityNamed(session.document(), "beam").shape, Shape(RayShape{{22, 22}, {1, 0}}));
+    EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:1; c2 p.segment:2; c3 p.segment:3; level beam");
+}
+
+TEST(FilletPolylineWithCurve, ReplacesARayThatGetsASecondEnd) {
+    Document document = stair();
+    document.entities.push_back(shapeEntity("beam", RayShape{{0, 22}, {1, 0}}));
+    document.constraints.push_back(constraintOf("level", horizontal, {{"beam"}}));
+    Session session(document);
+    EXPECT_EQ(session.apply("fillet p beam radius 2 at 20,15 5,22").outcome.error, "");
+    EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0 10,10 20,10 20,20");
+    EXPECT_EQ(entityNamed(session.document(), "beam_2").shape, Shape(LineShape{{0, 22}, {18, 22}}));
     EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:1; c2 p.segment:2; c3 p.segment:3");
+    EXPECT_EQ(findings(session), "");
 }
 
 TEST(FilletPolylineWithCurve, RefusesWithAReasonAndChangesNothing) {
