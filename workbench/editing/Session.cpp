@@ -1,18 +1,13 @@
 #include "workbench/editing/Session.h"
 
-#include <algorithm>
-#include <unordered_set>
-
 #include <YxDbConstraints/YxDbAssocManager.h>
 
 #include "workbench/drawing/Drawing.h"
-#include "workbench/drawing/EntityIndex.h"
+#include "workbench/editing/Aftermath.h"
 #include "workbench/editing/EditContext.h"
 #include "workbench/editing/Refusal.h"
 #include "workbench/editing/Verbs.h"
-#include "workbench/evaluator/FigureFromDocument.h"
 #include "workbench/evaluator/HostEvaluator.h"
-#include "workbench/evaluator/Measure.h"
 #include "workbench/geometry/GeometryError.h"
 
 namespace holdfast {
@@ -61,7 +56,8 @@ void Session::run(std::string_view edit) {
     EditContext context{*m_drawing, *m_evaluator, {}};
     verb.run(text, context);
     finishCommand();
-    refreshMeasures(m_drawing->document());
+    dropFalseOwnConstraints(*m_drawing, m_document);
+    refreshMeasures(*m_drawing, m_document);
     Document after = m_drawing->document();
     m_results.back().fates = fatesBetween(m_document, after, context.edited, m_results.size() - 1);
     m_undo.push_back(std::exchange(m_document, std::move(after)));
@@ -76,26 +72,6 @@ void Session::finishCommand() {
         throw EditError("the constraints of the drawing do not allow this edit");
     m_drawing->process().endOfCommand();
     m_evaluator->endCommand();
-}
-
-/// Measured dimensions follow the entities that they measure.
-void Session::refreshMeasures(const Document& now) {
-    std::unordered_set<std::string_view> changed;
-    const EntityIndex before(m_document);
-    for (const Entity& entity : now.entities)
-        if (const Entity* was = before.find(entity.id); was == nullptr || !(was->shape == entity.shape))
-            changed.insert(entity.id);
-    const auto follows = [&](const Constraint& constraint) {
-        return !constraint.driving && constraint.active && constraint.value &&
-               std::any_of(constraint.refs.begin(), constraint.refs.end(),
-                           [&](const Place& place) { return changed.contains(place.entity); });
-    };
-    if (std::none_of(now.constraints.begin(), now.constraints.end(), follows))
-        return;
-    const Figure figure = figureFrom(now);
-    for (std::size_t i = 0; i < now.constraints.size(); ++i)
-        if (follows(now.constraints[i]))
-            m_drawing->setMeasure(now.constraints[i].id, measured(figure, static_cast<int>(i)));
 }
 
 void Session::undo() {

@@ -45,7 +45,6 @@ private:
     void openAgain();
     std::string errorOf(const std::exception& error) const;
     void finishCommand();
-    void refreshMeasures(const Document& now);
 
     Document m_original;
     Document m_document;

@@ -1,0 +1,52 @@
+#include <gtest/gtest.h>
+
+#include "tests/workbench/editing/Shorthand.h"
+
+namespace holdfast {
+namespace {
+
+Constraint dimension(std::string id, ConstraintType type, std::vector<Place> refs, double value, bool driving = true) {
+    Constraint made = constraintOf(std::move(id), type, std::move(refs));
+    made.value = value;
+    made.driving = driving;
+    return made;
+}
+
+TEST(DimensionAfterBreak, GoesWhenTheLineIsShorterThanItSays) {
+    Document document = frameDrawing();
+    document.constraints.push_back(dimension("ten", ConstraintType::distance, {{"base"}}, 10.0));
+    document.constraints.push_back(dimension("five", ConstraintType::distance, {{"left"}}, 5.0));
+    Session session(document);
+    EXPECT_EQ(session.apply("break base at 4,0").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "c0 c2 c3 five");
+}
+
+TEST(DimensionAfterBreak, StaysWhereItStillHolds) {
+    Document document = frameDrawing();
+    document.constraints.push_back(
+        dimension("across", ConstraintType::distance, {{"base", PlaceKind::start}, {"left", PlaceKind::end}}, 5.0));
+    Session session(document);
+    EXPECT_EQ(session.apply("break base at 4,0").outcome.error, "");
+    EXPECT_NE(constraintIds(session.document()).find("across"), std::string::npos);
+}
+
+TEST(DimensionAfterBreak, FollowsWhenItOnlyMeasures) {
+    Document document = frameDrawing();
+    document.constraints.push_back(dimension("length", ConstraintType::distance, {{"base"}}, 10.0, false));
+    Session session(document);
+    EXPECT_EQ(session.apply("break base at 4,0").outcome.error, "");
+    EXPECT_DOUBLE_EQ(*session.document().constraints.back().value, 4.0);
+}
+
+TEST(MidpointAfterBreak, GoesWithTheMiddleThatItMarked) {
+    Document document = frameDrawing();
+    document.entities.push_back(lineEntity("post", {5, 0}, {5, 9}));
+    document.constraints.push_back(
+        constraintOf("middle", ConstraintType::midpoint, {{"post", PlaceKind::start}, {"base"}}));
+    Session session(document);
+    EXPECT_EQ(session.apply("break base at 8,0").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()).find("middle"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace holdfast

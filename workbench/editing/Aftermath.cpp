@@ -1,0 +1,85 @@
+#include "workbench/editing/Aftermath.h"
+
+#include <algorithm>
+#include <limits>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "workbench/drawing/EntityIndex.h"
+#include "workbench/drawing/Names.h"
+#include "workbench/evaluator/Extract.h"
+#include "workbench/evaluator/FigureFromDocument.h"
+#include "workbench/evaluator/Measure.h"
+
+namespace holdfast {
+
+namespace {
+
+/// Parts of the drawing's size within which a constraint holds.
+constexpr double kHolds = 1e-6;
+
+bool isHostsOwn(ConstraintType type) {
+    return isDimension(type) || type == ConstraintType::midpoint || type == ConstraintType::internal;
+}
+
+/// Numbers of the constraints with an entity that differs from before, of those that a test picks.
+template <class Test>
+std::vector<int> constraintsOnChanged(const Document& before, const Document& now, const Test& test) {
+    std::unordered_set<std::string_view> changed;
+    const EntityIndex was(before);
+    for (const Entity& entity : now.entities)
+        if (const Entity* known = was.find(entity.id); known == nullptr || !(known->shape == entity.shape))
+            changed.insert(entity.id);
+    std::vector<int> numbers;
+    for (std::size_t i = 0; i < now.constraints.size(); ++i) {
+        const Constraint& constraint = now.constraints[i];
+        if (constraint.active && test(constraint) &&
+            std::any_of(constraint.refs.begin(), constraint.refs.end(),
+                        [&](const Place& place) { return changed.contains(place.entity); }))
+            numbers.push_back(static_cast<int>(i));
+    }
+    return numbers;
+}
+
+/// How far one constraint is from holding; infinitely when its elements cannot have it any more.
+double missOf(const Figure& figure, int constraint) {
+    try {
+        return missesOf(Extract(figure, {&constraint, 1}).figure()).front();
+    } catch (const FigureError&) {
+        return std::numeric_limits<double>::infinity();
+    }
+}
+
+}  // namespace
+
+void dropFalseOwnConstraints(Drawing& drawing, const Document& before) {
+    const Document now = drawing.document();
+    const std::vector<int> doubtful = constraintsOnChanged(
+        before, now, [](const Constraint& constraint) { return constraint.driving && isHostsOwn(constraint.type); });
+    if (doubtful.empty())
+        return;
+    std::unordered_map<std::string_view, int> numberBefore;
+    for (std::size_t i = 0; i < before.constraints.size(); ++i)
+        numberBefore.emplace(before.constraints[i].id, static_cast<int>(i));
+    const Figure was = figureFrom(before), is = figureFrom(now);
+    for (const int number : doubtful) {
+        const std::string& id = now.constraints[static_cast<std::size_t>(number)].id;
+        const auto known = numberBefore.find(id);
+        if (known != numberBefore.end() && missOf(was, known->second) <= kHolds * was.size() &&
+            missOf(is, number) > kHolds * is.size())
+            drawing.removeConstraint(id);
+    }
+}
+
+void refreshMeasures(Drawing& drawing, const Document& before) {
+    const Document now = drawing.document();
+    const std::vector<int> followers = constraintsOnChanged(
+        before, now, [](const Constraint& constraint) { return !constraint.driving && constraint.value.has_value(); });
+    if (followers.empty())
+        return;
+    const Figure figure = figureFrom(now);
+    for (const int number : followers)
+        drawing.setMeasure(now.constraints[static_cast<std::size_t>(number)].id, measured(figure, number));
+}
+
+}  // namespace holdfast

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "workbench/drawing/Drawing.h"
+
+namespace holdfast {
+
+// What the host does with its own kinds of constraints when a command has ended. The module judges the geometric ones;
+// dimensions, midpoints and what ties helper lines to an ellipse are the host's.
+
+/// Deletes the driving ones of them that held before the command and that its geometry has made false.
+void dropFalseOwnConstraints(Drawing& drawing, const Document& before);
+
+/// Gives measured dimensions of changed entities what they measure now.
+void refreshMeasures(Drawing& drawing, const Document& before);
+
+}  // namespace holdfast
