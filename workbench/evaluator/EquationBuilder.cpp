@@ -193,8 +193,10 @@ void EquationBuilder::addWish(Equation form, std::initializer_list<Operand> oper
 
 void EquationBuilder::addTangency(Equation form, std::initializer_list<Operand> operands, bool isHeld) {
     constexpr double clearly = 0.5;
-    if (isHeld)
-        form.value = residualAt(When::now, form, operands) / form.scale;
+    // A distance that is off by t tells of a direction off by the root of 2 t / r at most; more has been turned away.
+    if (const double turn = residualAt(When::now, form, operands) / form.scale;
+        isHeld && std::abs(turn) <= 4.0 * std::sqrt(m_system.tolerance / form.scale))
+        form.value = turn;
     add(form, operands);
     const double sense = senseOf(m_system.set, m_system.set.equations.back(), m_reference);
     if (std::abs(sense) > clearly)

@@ -84,6 +84,23 @@ TEST(LengthenEdit, OfEveryConstrainedCurveTakesWhatIsTiedToItsEndAlong) {
     }
 }
 
+TEST(LengthenEdit, OfAnArcTurnsTheLineThatTouchesItsEnd) {
+    Document document;
+    document.name = "crook";
+    document.entities = {shapeEntity("bow", ArcShape{{0, 0}, 2, 0.0, 1.5707963267948966}),
+                         lineEntity("stem", {0, 2}, {-8, 2})};
+    document.constraints = {
+        constraintOf("c0", ConstraintType::coincident, {{"bow", PlaceKind::end}, {"stem", PlaceKind::start}}),
+        constraintOf("c1", ConstraintType::tangent, {{"bow"}, {"stem"}})};
+    Session session(document);
+    EXPECT_EQ(session.apply("lengthen bow end by 1").outcome.error, "");
+    const auto& bow = std::get<ArcShape>(entityNamed(session.document(), "bow").shape);
+    EXPECT_NEAR(bow.endAngle, 2.0707963267948966, 1e-9);
+    const auto& stem = std::get<LineShape>(entityNamed(session.document(), "stem").shape);
+    EXPECT_NEAR(std::atan2(stem.end.y - stem.start.y, stem.end.x - stem.start.x),
+                bow.endAngle + 1.5707963267948966 - 6.283185307179586, 1e-8);
+}
+
 TEST(LengthenEdit, OfAConstrainedPolylineMovesItsLastVertex) {
     Document document = curvesDrawing();
     document.entities[4] = shapeEntity("poly", PolylineShape{{{0, 0}, {4, 0}, {4, 3}}, {0, 0, 0}, {1, 2, 3}, false});
