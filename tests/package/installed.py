@@ -7,7 +7,7 @@ Steps: install     the libraries, headers, CMake and pkg-config files, into WORK
                    which are the very files of host/include, together
        cmake       examples/consumer by find_package
        pkgconfig   examples/consumer by one line for the compiler
-The last two compare what the program prints with examples/consumer/expected.txt.
+The last two compare what the programs print with examples/consumer/expected*.txt.
 """
 import concurrent.futures
 import difflib
@@ -85,12 +85,12 @@ def headers(_root, _build, work, compiler, *flags):
     sys.exit(1 if failed or len(groups) < 2 or not platform else 0)
 
 
-def compare(root, printed):
-    expected = (root / "examples/consumer/expected.txt").read_text()
+def compare(root, printed, file="expected.txt"):
+    expected = (root / "examples/consumer" / file).read_text()
     if printed != expected:
-        sys.exit("\n".join(difflib.unified_diff(expected.splitlines(), printed.splitlines(), "expected.txt", "printed",
+        sys.exit("\n".join(difflib.unified_diff(expected.splitlines(), printed.splitlines(), file, "printed",
                                                 lineterm="")))
-    print("prints what is expected")
+    print(f"prints {file}")
 
 
 def cmake(root, _build, work, compiler, *flags):
@@ -101,6 +101,7 @@ def cmake(root, _build, work, compiler, *flags):
         f"-DCMAKE_CXX_FLAGS={' '.join(flags)}")
     run("cmake", "--build", build)
     compare(root, run(build / "host_command"))
+    compare(root, run(build / "host_command_polyline"), "expected-polyline.txt")
 
 
 def pkgconfig(root, _build, work, compiler, *flags, prefix="prefix"):

@@ -29,15 +29,17 @@ def rows_of_calls(tutorial):
 def main(root):
     tutorial = (root / "docs/tutorial-host.md").read_text()
     consumer = root / "examples/consumer"
-    sources = {"cpp": (consumer / "main.cpp").read_text(), "cmake": (consumer / "CMakeLists.txt").read_text()}
+    programs = "".join((consumer / name).read_text() for name in ("main.cpp", "polyline.cpp"))
+    sources = {"cpp": programs, "cmake": (consumer / "CMakeLists.txt").read_text()}
     faults, shown = [], 0
     for language, text in blocks(tutorial):
         if language in sources:
             shown += 1
             if text not in sources[language]:
                 faults.append(f"shown, but not in examples/consumer:\n{text}")
-    if (consumer / "expected.txt").read_text() not in [text for _, text in blocks(tutorial)]:
-        faults.append("the output shown is not examples/consumer/expected.txt")
+    texts = [text for _, text in blocks(tutorial)]
+    faults += [f"not shown as it is: {file}" for file in consumer.glob("expected*.txt")
+               if file.read_text() not in texts]
 
     headers = {path.stem: path.read_text() for folder in ("core", "commands", "drag", "evaluation")
                for path in (root / folder).rglob("*.h")}
