@@ -32,6 +32,18 @@ Figure disturbed(const Workload& work) {
     return figure;
 }
 
+/// Fixed points that make a figure as large as another one: tolerances go by the size.
+void stretchTo(Figure& figure, const Figure& other) {
+    Vec2 low{1e300, 1e300}, high{-1e300, -1e300};
+    for (const FigureEntity& entity : other.entities) {
+        const auto v = static_cast<std::size_t>(entity.firstValue);
+        low = {std::min(low.x, other.values[v]), std::min(low.y, other.values[v + 1])};
+        high = {std::max(high.x, other.values[v]), std::max(high.y, other.values[v + 1])};
+    }
+    for (const Vec2& corner : {low, high})
+        figure.entities[static_cast<std::size_t>(figure.addPoint("corner", corner))].fixed = true;
+}
+
 /// Step after step until the time is up; the median.
 template <class Step>
 double timeSteps(Step step) {
@@ -116,6 +128,7 @@ Times timeOther(const Workload& work) {
 std::pair<double, double> timeBesideOthers(const Workload& work, int others) {
     Figure alone = work.figure, crowded = work.figure;
     addIslands(crowded, others);
+    stretchTo(alone, crowded);
     const std::vector<int> handles{work.handle, work.handle + 1};
     DragSession first(alone, handles, Reach::part), second(crowded, handles, Reach::part);
     std::vector<double> aloneTimes, crowdedTimes;
