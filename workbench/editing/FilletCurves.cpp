@@ -1,15 +1,30 @@
 #include "workbench/editing/FilletCurves.h"
 
+#include <algorithm>
+
 #include "commands/fillet/ConstraintFilletCmdCenter.h"
 
 namespace holdfast {
 
-bool replaceOtherKind(EditContext& context, const FilletSide& side, const Shape& shape) {
+namespace {
+
+bool isHelper(const Document& document, const std::string& name) {
+    return std::any_of(document.entities.begin(), document.entities.end(),
+                       [&](const Entity& entity) { return entity.id == name && entity.construction; });
+}
+
+}  // namespace
+
+void addFilletArc(EditContext& context, const ArcShape& arc, const std::string& first, const std::string& second) {
+    context.drawing.add(arc, isHelper(context.drawing.document(), first) ? second : first);
+}
+
+std::string replaceOtherKind(EditContext& context, const FilletSide& side, const Shape& shape) {
     if (side.shape.index() == shape.index())
-        return false;
-    context.drawing.add(shape, side.name);
+        return side.name;
+    const std::string successor = context.drawing.add(shape, side.name);
     context.drawing.erase(side.name);
-    return true;
+    return successor;
 }
 
 // Entities that are replaced go first, as their constraints are not for the centre to judge.
@@ -17,8 +32,9 @@ void filletTwoCurves(EditContext& context, const FilletSide& a, const FilletSide
     const CurveFillet fillet = filletCurves(a, b, radius);
     Drawing& drawing = context.drawing;
     context.edited = {a.name, b.name};
-    const bool keepsA = !replaceOtherKind(context, a, fillet.first);
-    const bool keepsB = !replaceOtherKind(context, b, fillet.second);
+    const std::string nameA = replaceOtherKind(context, a, fillet.first);
+    const std::string nameB = replaceOtherKind(context, b, fillet.second);
+    const bool keepsA = nameA == a.name, keepsB = nameB == b.name;
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(keepsA ? &drawing.entity(a.name) : nullptr, keepsB ? &drawing.entity(b.name) : nullptr);
     if (keepsA)
@@ -26,7 +42,7 @@ void filletTwoCurves(EditContext& context, const FilletSide& a, const FilletSide
     if (keepsB)
         drawing.write(b.name, fillet.second);
     if (fillet.arc)
-        drawing.add(*fillet.arc);
+        addFilletArc(context, *fillet.arc, nameA, nameB);
     centre.deleteConstraint();
 }
 

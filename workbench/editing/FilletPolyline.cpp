@@ -53,7 +53,8 @@ void filletWithCurve(EditContext& context, const PolylineSide& polyline, const F
               cutSegment(segment.side.name, polyline.shape, segment.segment, fillet.first, fillet.firstEnd));
     Drawing& drawing = context.drawing;
     context.edited = {polyline.name, curve.name};
-    const bool keepsCurve = !replaceOtherKind(context, curve, fillet.second);
+    const std::string curveName = replaceOtherKind(context, curve, fillet.second);
+    const bool keepsCurve = curveName == curve.name;
     {
         const OpenPolyline open(drawing, polyline.name);
         ConstraintFilletCmdCenter centre;
@@ -70,7 +71,7 @@ void filletWithCurve(EditContext& context, const PolylineSide& polyline, const F
         centre.deleteConstraint();
     }
     if (fillet.arc)
-        drawing.add(*fillet.arc);
+        addFilletArc(context, *fillet.arc, curveName, polyline.name);
     settleSegments(drawing, polyline.name);
 }
 

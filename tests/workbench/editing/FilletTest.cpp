@@ -50,6 +50,18 @@ TEST(FilletEdit, LeavesACircleWhole) {
     EXPECT_EQ(entityNamed(session.document(), "disc").shape, Shape(CircleShape{{0, 5}, 5}));
 }
 
+TEST(FilletEdit, MakesAHelperArcOnlyBetweenHelpers) {
+    for (int helpers = 0; helpers < 4; ++helpers) {
+        Document document = frameDrawing();
+        document.entities[0].construction = (helpers & 1) != 0;
+        document.entities[1].construction = (helpers & 2) != 0;
+        Session session(document);
+        session.apply("fillet base left radius 2");
+        ASSERT_EQ(session.document().entities.size(), 4u);
+        EXPECT_EQ(session.document().entities.back().construction, helpers == 3) << helpers;
+    }
+}
+
 TEST(FilletEdit, RefusesWithAReasonAndChangesNothing) {
     const Document document = frameDrawing();
     struct Row {
