@@ -158,7 +158,7 @@ TEST(RealPolylines, StaySoundWhenFilletedWithOtherCurves) {
 std::string segmentConstraints(const Document& document) {
     std::string found;
     for (const Constraint& constraint : document.constraints)
-        if (constraint.type != ConstraintType::equal &&
+        if (constraint.type != ConstraintType::equal && !constraint.value &&
             std::all_of(constraint.refs.begin(), constraint.refs.end(),
                         [](const Place& place) { return place.kind == PlaceKind::segment; }))
             found += constraint.id + " ";
