@@ -22,7 +22,8 @@ public:
     DragSession& operator=(DragSession&&) noexcept;
 
     /// Moves each handle to its goal, or as near to it as the constraints let it come. The result's movements are
-    /// those since the step before. When the constraints cannot be kept the figure stays as it is.
+    /// those since the step before. When the constraints cannot be kept the figure stays as it is. A drag that would
+    /// make an element collapse or turn inside out stops there, even where elements farther away could give way.
     SolveResult step(std::span<const double> goals);
 
     /// How far the handles are from the goals of the last step, at worst.
