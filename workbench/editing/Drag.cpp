@@ -59,6 +59,15 @@ private:
     bool draw(const YxDbEntity*) override { return true; }
 };
 
+/// The second point of a ray or a construction line is none that constraints know.
+void refuseTurning(const EditContext& context, const Hold& held) {
+    const Shape shape = context.drawing.shape(held.names.front());
+    const bool isAxis = std::holds_alternative<RayShape>(shape) || std::holds_alternative<XlineShape>(shape);
+    if (isAxis && !held.grips.empty())
+        throw EditError(held.names.front() + " is constrained and cannot be turned by a drag; use \"set " +
+                        held.names.front() + " through\" with a point that it is to pass");
+}
+
 /// Tells the evaluator that only some points of the dragged entity are held; a whole entity has none of them.
 void hold(const EditContext& context, const Hold& held) {
     if (held.grips.empty() || LvConstraintDropData::mpAssocHeader == nullptr)
@@ -109,8 +118,10 @@ void runDrag(EditText& text, EditContext& context) {
         text.fail("a drag takes 1 to 1000 steps");
     text.expectEnd();
     context.edited = held.names;
-    if (isConstrained(context, constrainedFirst(context, held.names).front()))
+    if (isConstrained(context, constrainedFirst(context, held.names).front())) {
+        refuseTurning(context, held);
         dragConstrained(context, held, by, steps);
+    }
     dragFree(context, held, by);
 }
 

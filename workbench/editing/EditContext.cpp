@@ -42,6 +42,12 @@ std::string spoken(Vec2 point) {
     return text;
 }
 
+std::string spoken(double number) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%.6g", number + 0.0);
+    return text;
+}
+
 double paramOnCurve(const Shape& shape, std::string_view name, Vec2 point) {
     // What a user reads off a picture is good to about a thousandth of the curve.
     const Nearest nearest = nearestOn(shape, point);

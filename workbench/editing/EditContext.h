@@ -26,8 +26,9 @@ std::string takeEntity(EditText& text, const EditContext& context, std::string_v
 std::vector<std::string> takeEntities(EditText& text, const EditContext& context, std::string_view what,
                                       std::span<const std::string_view> ends);
 
-/// "(4, 0.5)" with as many digits as a message bears.
+/// "(4, 0.5)", or "4.25", with as many digits as a message bears.
 std::string spoken(Vec2 point);
+std::string spoken(double number);
 
 /// The parameter of a point that the user says lies on a curve; EditError with the nearest point when it does not.
 double paramOnCurve(const Shape& shape, std::string_view name, Vec2 point);

@@ -5,7 +5,6 @@
 #include <yxdb/YxDbCurve.h>
 
 #include "commands/lengthen/ConstraintLengthenCmdCenter.h"
-#include "workbench/drawing/NumberText.h"
 #include "workbench/editing/Evaluation.h"
 #include "workbench/editing/Lengthening.h"
 #include "workbench/editing/Moving.h"
@@ -16,6 +15,8 @@
 namespace holdfast {
 
 namespace {
+
+constexpr double kSameLength = 1e-9;  // parts of the length
 
 CurveEnd takeEnd(EditText& text) {
     static constexpr std::array<std::string_view, 2> ends{"start", "end"};
@@ -29,21 +30,26 @@ bool record(const EditContext& context, const std::string& name, ConstraintLengt
     return open->isKindOf(YxDbCurve::desc()) && centre.addOriCurveInfo(static_cast<YxDbCurve*>(open.get()), id);
 }
 
+/// The whole curve stays as the user wants it, and what is tied to it follows.
+void followWhole(const EditContext& context, const std::string& name, const Shape& wanted) {
+    followPlaced(context, {name});
+    refuseLess(context);
+    const double length = lengthOf(wanted), reached = lengthOf(context.drawing.shape(name));
+    if (std::abs(reached - length) > kSameLength * length)
+        throw EditError("the constraints do not let " + name + " be " + spoken(length) + " long; it would become " +
+                        spoken(reached));
+}
+
 /// The evaluator keeps the end where the user wants it and may move the other one. Where that costs the length, which
 /// is what the user asked for, the whole curve is to stay as it is.
 void followLengthened(const EditContext& context, const std::string& name, const Shape& wanted) {
     const Document edited = context.drawing.document();
     evaluate(context);
     const double length = lengthOf(wanted);
-    if (std::abs(lengthOf(context.drawing.shape(name)) - length) <= 1e-9 * length)
+    if (std::abs(lengthOf(context.drawing.shape(name)) - length) <= kSameLength * length)
         return;
     putBack(context, edited);
-    followPlaced(context, {name});
-    refuseLess(context);
-    const double reached = lengthOf(context.drawing.shape(name));
-    if (std::abs(reached - length) > 1e-9 * length)
-        throw EditError("the constraints do not let " + name + " be " + numberText(length) + " long; it would become " +
-                        numberText(reached));
+    followWhole(context, name, wanted);
 }
 
 void runLengthen(EditText& text, EditContext& context) {
@@ -64,7 +70,7 @@ void runLengthen(EditText& text, EditContext& context) {
     if (recorded && centre.addDataToWork())
         followLengthened(context, name, after);
     else if (isConstrained(context, name))
-        followPlaced(context, {name});
+        followWhole(context, name, after);
 }
 
 }  // namespace

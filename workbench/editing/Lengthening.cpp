@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "workbench/drawing/NumberText.h"
-#include "workbench/editing/EditText.h"
+#include "workbench/editing/EditContext.h"
 #include "workbench/geometry/Extending.h"
 #include "workbench/geometry/GeometryError.h"
 #include "workbench/geometry/Lengths.h"
@@ -32,7 +31,7 @@ double polylineParam(const PolylineShape& polyline, const std::string& name, Cur
     const double from = endParam(polyline, end);
     const double segment = std::abs(lengthBetween(polyline, from - outward(end), from));
     if (by <= -segment)
-        throw EditError("the outermost segment of " + name + " is only " + numberText(segment) +
+        throw EditError("the outermost segment of " + name + " is only " + spoken(segment) +
                         " long; trim it to take more away");
     return from + outward(end) * by / segment;
 }
@@ -83,13 +82,13 @@ Shape lengthened(const Shape& curve, const std::string& name, CurveEnd end, doub
     refuseWithoutEnds(curve, name);
     const double length = lengthOf(curve);
     if (!(length + by > 1e-9 * length))
-        throw EditError("nothing of " + name + " would be left, it is only " + numberText(length) + " long");
+        throw EditError("nothing of " + name + " would be left, it is only " + spoken(length) + " long");
     try {
         const double param = paramOfEnd(curve, name, end, by);
         refuseFullTurn(curve, name, end, param);
         return withEndAt(curve, end, param);
     } catch (const GeometryError& error) {
-        throw EditError(name + " cannot be lengthened by " + numberText(by) + ": " + error.what());
+        throw EditError(name + " cannot be lengthened by " + spoken(by) + ": " + error.what());
     }
 }
 

@@ -3,7 +3,6 @@
 #include <vector>
 
 #include "commands/properties/ConstraintPropertiesCmdCenter.h"
-#include "workbench/drawing/NumberText.h"
 #include "workbench/editing/Evaluation.h"
 #include "workbench/editing/Moving.h"
 #include "workbench/editing/Properties.h"
@@ -128,7 +127,7 @@ std::string spokenValue(const Change& change, const PropertyValue& value) {
     if (change.row.valueKind == ValueKind::point)
         return spoken(value.point);
     const bool isAngle = change.row.valueKind == ValueKind::angle;
-    return numberText(isAngle ? value.number * (180.0 / std::numbers::pi) : value.number);
+    return spoken(isAngle ? value.number * (180.0 / std::numbers::pi) : value.number);
 }
 
 std::string spokenProperty(const Change& change) {

@@ -139,7 +139,10 @@ TEST(DragEdit, IsUndoneToTheLastBit) {
 }
 
 TEST(DragEdit, RefusesWithAReasonAndChangesNothing) {
-    const Document document = frameDrawing();
+    Document document = frameDrawing();
+    document.entities.push_back(shapeEntity("beam", RayShape{{10, 5}, {1, 0}}));
+    document.constraints.push_back(
+        constraintOf("c4", ConstraintType::coincident, {{"beam", PlaceKind::start}, {"right", PlaceKind::end}}));
     struct Row {
         const char* edit;
         const char* error;
@@ -149,6 +152,9 @@ TEST(DragEdit, RefusesWithAReasonAndChangesNothing) {
          "base.centre has no grip to drag; base has the places whole, start, end or mid, and it can be dragged whole"},
         {"drag basis.end by 1,1",
          "edit \"drag basis.end by 1,1\", column 6: the drawing has no entity basis, found \"basis.end\""},
+        {"drag beam.end by 1,1",
+         "beam is constrained and cannot be turned by a drag; use \"set beam through\" with a point that it is to "
+         "pass"},
         {"drag base by 1,1 steps 0",
          "edit \"drag base by 1,1 steps 0\", column 24: a drag takes 1 to 1000 steps, found \"0\""},
     };

@@ -137,8 +137,8 @@ TEST(LengthenEdit, RefusesWithAReasonAndChangesNothing) {
         const char* error;
     };
     const Row rows[] = {
-        {"lengthen line end by -5", "nothing of line would be left, it is only 5.0 long"},
-        {"lengthen poly end by -3", "the outermost segment of poly is only 3.0 long; trim it to take more away"},
+        {"lengthen line end by -5", "nothing of line would be left, it is only 5 long"},
+        {"lengthen poly end by -3", "the outermost segment of poly is only 3 long; trim it to take more away"},
         {"lengthen arc end by 12", "arc would become a full turn or more; lengthen it by less"},
         {"lengthen disc end by 1", "disc is closed and has no end to move; break it first"},
         {"lengthen beam start by 1", "beam has no length, as it is unbounded; break it first"},
