@@ -58,6 +58,21 @@ TEST(JoinEdit, LetsAConstrainedPolylineTakeUpAFreeOneInWhateverOrder) {
     EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2");
 }
 
+TEST(JoinEdit, OfTwoConstrainedPolylinesKeepsTheConstraintsOfTheFirst) {
+    Document document = stepDrawing();
+    document.entities.push_back(
+        shapeEntity("q", PolylineShape{{{10, 10}, {20, 10}, {20, 30}}, {0, 0, 0}, {5, 6, 7}, false}));
+    document.constraints.push_back(constraintOf("c3", ConstraintType::horizontal, {{"q", segment, 0}}));
+    document.constraints.push_back(
+        constraintOf("c4", ConstraintType::perpendicular, {{"p", segment, 0}, {"q", segment, 1}}));
+    Session session(document);
+    EXPECT_EQ(session.apply("join p q").outcome.error, "");
+    EXPECT_EQ(polylineNamed(session, "p").vertices.size(), 5u);
+    EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2");
+    EXPECT_EQ(session.apply("set p vertex 2 12,12").outcome.error, "");
+    EXPECT_EQ(polylineNamed(session, "p").vertices[2], (Vec2{12, 12}));
+}
+
 TEST(JoinEdit, ClosesARingOfPieces) {
     Document document = stepDrawing();
     document.entities[2] = lineEntity("behind", {10, 10}, {-5, 10});

@@ -61,6 +61,21 @@ TEST(StretchEdit, TakesConstrainedNeighboursOutsideTheWindowAlong) {
     EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2 c3");
 }
 
+TEST(StretchEdit, TellsFreeAndConstrainedEntitiesApart) {
+    Document document = frameDrawing();
+    // Between the constrained ones, with other grips in the window than those.
+    document.entities.insert(document.entities.begin() + 1, lineEntity("loose", {10, 1}, {30, 1}));
+    document.entities.push_back(shapeEntity("dot", PointShape{{10, 2}}));
+    Session session(document);
+    EXPECT_EQ(session.apply("stretch window 9,-1 11,3 by 4,-1").outcome.error, "");
+    const Document& after = session.document();
+    EXPECT_EQ(entityNamed(after, "loose").shape, Shape(LineShape{{14, 0}, {30, 1}}));
+    EXPECT_EQ(entityNamed(after, "dot").shape, Shape(PointShape{{14, 1}}));
+    EXPECT_EQ(std::get<LineShape>(entityNamed(after, "base").shape).end, (Vec2{14, -1}));
+    EXPECT_EQ(std::get<LineShape>(entityNamed(after, "right").shape).start, (Vec2{14, -1}));
+    EXPECT_EQ(constraintIds(after), "c0 c1 c2 c3");
+}
+
 TEST(StretchEdit, PutsAConstrainedPolylineVertexWhereItIsToldAndKeepsTheRest) {
     Document document;
     document.name = "step";
