@@ -18,8 +18,9 @@ int show(const ShowOptions& options);
 struct EditOptions {
     std::string drawing;
     std::vector<std::string> edits;
-    std::string output;  ///< the edited drawing, or empty
-    std::string report;  ///< an HTML file, or empty
+    std::string output;   ///< the edited drawing, or empty
+    std::string report;   ///< an HTML file, or empty
+    std::string picture;  ///< an SVG file with before and after, or empty
     bool json = false;
     bool verbose = false;
 };
@@ -28,6 +29,7 @@ int edit(const EditOptions& options);
 struct RunOptions {
     std::string script;
     std::string report;
+    std::string picture;
     bool json = false;
     bool verbose = false;
 };

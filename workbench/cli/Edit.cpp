@@ -9,6 +9,7 @@
 #include "workbench/editing/EditText.h"
 #include "workbench/evaluator/Diagnose.h"
 #include "workbench/evaluator/FigureFromDocument.h"
+#include "workbench/report/BeforeAfter.h"
 #include "workbench/report/FateTable.h"
 #include "workbench/report/HtmlReport.h"
 #include "workbench/report/ReportJson.h"
@@ -54,6 +55,8 @@ int edit(const EditOptions& options) {
         writeAnyDrawing(session.document(), options.output);
     if (!options.report.empty())
         writeFile(options.report, writeHtmlReport(report));
+    if (!options.picture.empty())
+        writeFile(options.picture, writeBeforeAfter(report));
     tell(report, options.json, options.verbose);
     return kExitDone;
 }

@@ -92,11 +92,12 @@ int run(const RunOptions& options) {
                      .edits = parts.front().edits,
                      .output = parts.front().output,
                      .report = options.report,
+                     .picture = options.picture,
                      .json = options.json,
                      .verbose = options.verbose});
-    if (options.json || !options.report.empty())
+    if (options.json || !options.report.empty() || !options.picture.empty())
         throw EditError(options.script + " opens " + std::to_string(parts.size()) +
-                        " drawings; --report and --json tell of one drawing, so give each its own script");
+                        " drawings; --report, --picture and --json tell of one drawing, so give each its own script");
     return runSeveral(parts);
 }
 

@@ -40,6 +40,7 @@ void addEdit(CLI::App& app, EditOptions& options, std::function<int()>& action) 
     command->add_option("EDIT", options.edits, "edits, each one argument")->required();
     command->add_option("-o,--output", options.output, "write the edited drawing (.json, .dxf, .svg)");
     command->add_option("--report", options.report, "write the report as one HTML file");
+    command->add_option("--picture", options.picture, "draw before and after into this .svg file");
     command->add_flag("--json", options.json, "tell the fates as JSON");
     command->add_flag("-v,--verbose", options.verbose, "tell what stayed as it was, too");
     command->footer(editHelp());
@@ -52,6 +53,7 @@ void addRun(CLI::App& app, RunOptions& options, std::function<int()>& action) {
         ->add_option("SCRIPT", options.script, "\"open DRAWING\", then one edit a line, then perhaps \"save DRAWING\"")
         ->required();
     command->add_option("--report", options.report, "write the report as one HTML file");
+    command->add_option("--picture", options.picture, "draw before and after into this .svg file");
     command->add_flag("--json", options.json, "tell the fates as JSON");
     command->add_flag("-v,--verbose", options.verbose, "tell what stayed as it was, too");
     command->footer(

@@ -87,6 +87,20 @@ std::string reasonAt(const Place& place, const Entity* was, const Entity* is, Lo
     return placeWords(place) + " moved from " + pointText(*from) + " to " + pointText(*to);
 }
 
+/// What a line has lost that a constraint on the whole of it asks for; empty for what it still has.
+std::string lossOf(const Constraint& constraint, const LineShape& is) {
+    const double dx = std::abs(is.end.x - is.start.x), dy = std::abs(is.end.y - is.start.y),
+                 length = std::hypot(dx, dy);
+    constexpr double kLevel = 1e-9;  // parts of the length
+    if (constraint.type == ConstraintType::horizontal && dy > kLevel * length)
+        return " is no longer horizontal";
+    if (constraint.type == ConstraintType::vertical && dx > kLevel * length)
+        return " is no longer vertical";
+    if (constraint.type == ConstraintType::distance && constraint.refs.size() == 1)
+        return " is no longer as long";
+    return {};
+}
+
 std::string reasonOfDeletion(const Constraint& constraint, const EntityIndex& before, const EntityIndex& after,
                              LostVertices& lost) {
     for (const Place& place : constraint.refs)
@@ -96,8 +110,11 @@ std::string reasonOfDeletion(const Constraint& constraint, const EntityIndex& be
     for (const Place& place : constraint.refs) {
         const Entity* was = before.find(place.entity);
         const Entity* is = after.find(place.entity);
-        if (was != nullptr && is != nullptr && !(was->shape == is->shape))
-            return place.entity + " is no longer the curve that it was";
+        if (was == nullptr || is == nullptr || was->shape == is->shape)
+            continue;
+        const auto* line = std::get_if<LineShape>(&is->shape);
+        const std::string loss = line == nullptr ? std::string() : lossOf(constraint, *line);
+        return place.entity + (loss.empty() ? " is no longer the curve that it was" : loss);
     }
     return "an edited end no longer supports it";
 }

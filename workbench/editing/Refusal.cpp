@@ -1,9 +1,9 @@
 #include "workbench/editing/Refusal.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "workbench/drawing/Names.h"
+#include "workbench/editing/EditContext.h"
 
 namespace holdfast {
 
@@ -15,13 +15,6 @@ const Constraint* find(const Document& document, const std::string& id) {
     const auto found = std::find_if(document.constraints.begin(), document.constraints.end(),
                                     [&](const Constraint& constraint) { return constraint.id == id; });
     return found == document.constraints.end() ? nullptr : &*found;
-}
-
-/// With as many digits as a message bears.
-std::string shortValue(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.6g", value);
-    return text;
 }
 
 std::string listOf(const std::vector<std::string>& ids, const Document& document) {
@@ -42,7 +35,7 @@ std::string spokenConstraint(const Constraint& constraint) {
     for (const Place& place : constraint.refs)
         words += " " + spokenPlace(place);
     if (constraint.value)
-        words += ", " + shortValue(*constraint.value);
+        words += ", " + spoken(*constraint.value);
     return words + ")";
 }
 
