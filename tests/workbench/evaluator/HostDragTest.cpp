@@ -128,6 +128,32 @@ TEST(EvaluatedDrag, ComesAsNearAsAFixedPointLetsIt) {
     EXPECT_GT(hosted.evaluator.last().miss, 1.0);
 }
 
+TEST(EvaluatedDrag, LandsToTheLastDigitWhereNothingHoldsItBack) {
+    Hosted hosted(corner());
+    LvConstraintDropData::init(hosted.ids({"a"}));
+    dragTo(translation(2, 3));
+    LvConstraintDropData::setFlag(1);
+    LvConstraintDropData::confirm();
+    hosted.markChanged();
+    hosted.evaluate();
+    EXPECT_EQ(hosted.line("a"), (LineShape{{2, 3}, {12, 3}}));
+}
+
+TEST(EvaluatedDrag, HoldsAnEntityAtThePointsOfTheHeaderOnly) {
+    Hosted hosted(corner({constraint("level", ConstraintType::horizontal, {{"a"}}),
+                          constraint("here", ConstraintType::fixed, {{"b", PlaceKind::end}})}));
+    LvConstraintDropData::init(hosted.ids({"a"}));
+    hosted.header().points.append({10, 0, 0});
+    dragTo(translation(3, 2));
+    LvConstraintDropData::setFlag(1);
+    LvConstraintDropData::confirm();
+    hosted.markChanged();
+    EXPECT_TRUE(hosted.evaluate());
+    EXPECT_TRUE(isNear(hosted.line("a").end, {13, 2}));
+    EXPECT_TRUE(isNear(hosted.line("a").start, {0, 2})) << "it follows by what the constraint asks";
+    EXPECT_EQ(hosted.line("b").end, (Vec2{10, 5}));
+}
+
 /// A stretch of some entities; sources are where the host's own stretch would bring them.
 struct Stretch {
     Hosted& hosted;
@@ -189,6 +215,16 @@ TEST(EvaluatedStretch, FindsTheListsOfConstrainedObjectsAmongFreeOnes) {
     EXPECT_EQ(hosted.line("a").start, (Vec2{0, 0}));
     EXPECT_TRUE(isNear(hosted.line("a").end, {12, 0}));
     EXPECT_EQ(hosted.line("free"), (LineShape{{0, 9}, {5, 9}})) << "free objects are the host's";
+}
+
+TEST(EvaluatedStretch, IsRefusedWhereAGripCannotGo) {
+    Hosted hosted(corner({constraint("here", ConstraintType::fixed, {{"a", PlaceKind::start}}),
+                          constraint("ten", ConstraintType::distance, {{"a"}}, 10.0)}));
+    Stretch stretch{hosted};
+    stretch.begin({"a"}, {{1}});
+    EXPECT_FALSE(stretch.step(2, 0));
+    EXPECT_EQ(hosted.evaluator.last().conflicting, (std::vector<std::string>{"here", "ten"}));
+    EXPECT_EQ(hosted.line("a"), (LineShape{{0, 0}, {10, 0}}));
 }
 
 TEST(EvaluatedStretch, KeepsTheBulgesBesideAMovedVertex) {

@@ -86,6 +86,22 @@ TEST(EvaluatedAlign, KeepsAHorizontalLineHorizontalAndLong) {
     EXPECT_GT(hosted.evaluator.last().miss, 1.0);
 }
 
+TEST(EvaluatedAlign, NamesWhatItYieldedToForACommandThatRefusesLess) {
+    Hosted hosted(corner({constraint("level", ConstraintType::horizontal, {{"a"}})}));
+    align(hosted, {"a"}, turn(90, {0, 0}));
+    hosted.evaluate();
+    const Evaluation& refused = hosted.evaluator.refuseYielded();
+    EXPECT_FALSE(refused.solved);
+    EXPECT_EQ(refused.conflicting, std::vector<std::string>{"level"});
+}
+
+TEST(EvaluatedAlign, HasNothingToNameWhereItWasMet) {
+    Hosted hosted(corner());
+    align(hosted, {"a"}, turn(90, {0, 0}));
+    hosted.evaluate();
+    EXPECT_TRUE(hosted.evaluator.refuseYielded().solved);
+}
+
 TEST(EvaluatedAlign, LeavesWhatIsNotConnectedToTheLastBit) {
     Document document = corner();
     document.entities.push_back(entity("far", LineShape{{0.1, 0.7}, {0.3, 1.0 / 3.0}}));
