@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "benchmarks/solver/OtherSolver.h"
-#include "benchmarks/solver/Timing.h"
+#include "benchmarks/Timing.h"
 #include "workbench/evaluator/Drag.h"
 #include "workbench/evaluator/Measure.h"
 
