@@ -48,6 +48,7 @@ struct ConvertOptions {
     std::string input;
     std::string output;
     double tolerance = 0.01;
+    bool polylines = false;  ///< chains of lines and arcs become polylines
 };
 int convert(const ConvertOptions& options);
 
@@ -55,6 +56,7 @@ struct InferCommandOptions {
     std::string input;
     std::string output;
     double length = 0.0;
+    bool polylines = false;  ///< chains of lines and arcs become polylines
 };
 int infer(const InferCommandOptions& options);
 

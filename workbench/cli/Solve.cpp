@@ -122,9 +122,10 @@ nlohmann::ordered_json jsonOf(const Findings& found) {
     json["movements"] = nlohmann::ordered_json::array();
     for (const Movement& movement : found.result.movements)
         json["movements"].push_back({{"entity", found.entity(movement.entity)}, {"distance", movement.distance}});
-    json["redundant"] = nlohmann::ordered_json::array();
+    json["redundant"] = json["redundant_in_part"] = nlohmann::ordered_json::array();
     for (const Redundancy& redundancy : found.diagnosis.redundant)
-        json["redundant"].push_back(found.constraint(redundancy.constraint).id);
+        json[redundancy.isWhole ? "redundant" : "redundant_in_part"].push_back(
+            found.constraint(redundancy.constraint).id);
     json["conflicts"] = nlohmann::ordered_json::array();
     for (const std::vector<int>& conflict : found.diagnosis.conflicts)
         json["conflicts"].push_back(found.ids(conflict));

@@ -82,6 +82,7 @@ void addConvert(CLI::App& app, ConvertOptions& options, std::function<int()>& ac
     command->add_option("IN", options.input, "a .json or .dxf file")->required();
     command->add_option("OUT", options.output, "a .json, .dxf or .svg file")->required();
     command->add_option("--tolerance", options.tolerance, "of curves that a .dxf file cannot hold");
+    command->add_flag("--polylines", options.polylines, "make polylines of joined lines and arcs");
     command->footer("Example:\n  holdfast convert plate.json plate.dxf");
     command->callback([&] { action = [&] { return convert(options); }; });
 }
@@ -91,6 +92,7 @@ void addInfer(CLI::App& app, InferCommandOptions& options, std::function<int()>&
     command->add_option("DRAWING", options.input, "a .dxf or .json file")->required();
     command->add_option("-o,--output", options.output, "write the constrained drawing");
     command->add_option("--tolerance", options.length, "how far points may be apart; 0: a millionth of the drawing");
+    command->add_flag("--polylines", options.polylines, "make polylines of joined lines and arcs");
     command->footer("Example:\n  holdfast infer plate.dxf -o plate.json");
     command->callback([&] { action = [&] { return infer(options); }; });
 }

@@ -4,6 +4,7 @@
 Usage: cli_test.py PROGRAM FOLDER_OF_DRAWINGS
 """
 import json
+import os
 import pathlib
 import subprocess
 import sys
@@ -126,6 +127,33 @@ class Program(unittest.TestCase):
         self.assertEqual(rows[2][:2], ["two.json", "0/1"])
         self.assertIn("refused: break a at 4,9", result.stdout)
         self.assertTrue((self.path / "one-cut.json").exists())
+
+    def test_a_real_plain_drawing_is_inferred_solved_and_edited(self):
+        folder = os.environ.get("HOLDFAST_DRAWINGS")
+        plain = sorted(DRAWINGS.glob("*.dxf"))
+        plain += sorted((pathlib.Path(folder).parent / "dxf").glob("*.dxf")) if folder else []
+        self.assertGreater(len(plain), 0)
+        for path in plain:
+            with self.subTest(drawing=path.name):
+                inferred, solved = self.path / "inferred.json", self.path / "solved.json"
+                self.assertEqual(self.run_program("infer", path, "-o", inferred).returncode, DONE)
+                result = self.run_program("solve", inferred, "-o", solved, "--json")
+                self.assertEqual(result.returncode, DONE, result.stderr)
+                found = json.loads(result.stdout)
+                self.assertEqual((found["redundant"], found["conflicts"]), ([], []))
+                name = next(entity["id"] for entity in json.loads(solved.read_text())["entities"]
+                            if entity.get("start") != entity.get("end", 0))  # some have lines of no length
+                edited = self.run_program("edit", solved, f"drag {name} by 0.5,0.25", "-o", self.path / "edited.json")
+                self.assertEqual(edited.returncode, DONE, edited.stderr)
+                again = json.loads(self.run_program("solve", self.path / "edited.json", "--json").stdout)
+                self.assertIn(again["status"], ("unchanged", "solved"))
+                self.assertLess(sum(move["distance"] for move in again["movements"]), 1e-6)
+
+    def test_chains_become_polylines_on_request(self):
+        out = self.path / "poly.json"
+        self.assertEqual(self.run_program("convert", self.file("corner.json", CORNER), out, "--polylines").returncode,
+                         DONE)
+        self.assertEqual([entity["type"] for entity in json.loads(out.read_text())["entities"]], ["polyline"])
 
     def test_every_command_has_help_with_an_example(self):
         for command in ("show", "edit", "run", "solve", "convert", "infer"):
