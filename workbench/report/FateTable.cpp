@@ -89,7 +89,10 @@ public:
     std::string text() const {
         const auto widths = columnWidths();
         std::string text;
-        for (std::size_t i = 0; i < m_rows.size(); ++i)
+        // Sums alone need no headline.
+        const bool hasCells =
+            std::any_of(m_rows.begin() + 1, m_rows.end(), [](const Row& row) { return !row.running; });
+        for (std::size_t i = hasCells ? 0 : 1; i < m_rows.size(); ++i)
             text += line(m_rows[i], widths, i == 0);
         return text;
     }
