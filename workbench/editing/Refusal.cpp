@@ -17,7 +17,18 @@ const Constraint* find(const Document& document, const std::string& id) {
     return found == document.constraints.end() ? nullptr : &*found;
 }
 
-std::string listOf(const std::vector<std::string>& ids, const Document& document) {
+bool touches(const Constraint& constraint, const std::vector<std::string>& edited) {
+    return std::any_of(constraint.refs.begin(), constraint.refs.end(), [&](const Place& place) {
+        return std::find(edited.begin(), edited.end(), place.entity) != edited.end();
+    });
+}
+
+std::string listOf(std::vector<std::string> ids, const Document& document, const std::vector<std::string>& edited) {
+    if (ids.size() > kNamedConstraints)
+        std::stable_partition(ids.begin(), ids.end(), [&](const std::string& id) {
+            const Constraint* constraint = find(document, id);
+            return constraint != nullptr && touches(*constraint, edited);
+        });
     std::string list;
     for (std::size_t i = 0; i < std::min(ids.size(), kNamedConstraints); ++i) {
         const Constraint* constraint = find(document, ids[i]);
@@ -39,9 +50,9 @@ std::string spokenConstraint(const Constraint& constraint) {
     return words + ")";
 }
 
-std::string refusalOf(const Evaluation& evaluation, const Document& document) {
+std::string refusalOf(const Evaluation& evaluation, const Document& document, const std::vector<std::string>& edited) {
     if (!evaluation.conflicting.empty())
-        return "the constraints do not allow it: " + listOf(evaluation.conflicting, document) +
+        return "the constraints do not allow it: " + listOf(evaluation.conflicting, document, edited) +
                (evaluation.conflicting.size() == 1 ? " stands" : " stand") +
                " in the way; delete one of them or choose another value";
     if (!evaluation.complaint.empty())

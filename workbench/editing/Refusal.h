@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "workbench/drawing/Document.h"
 #include "workbench/evaluator/HostEvaluator.h"
@@ -8,7 +9,8 @@
 namespace holdfast {
 
 /// Why an edit is refused that the constraints of the drawing do not allow: which ones stand in its way and what to do.
-std::string refusalOf(const Evaluation& evaluation, const Document& document);
+/// Of many, those on the edited entities are named first.
+std::string refusalOf(const Evaluation& evaluation, const Document& document, const std::vector<std::string>& edited);
 
 /// A constraint as people name it: "c7 (distance g1.start g2, 12.5)".
 std::string spokenConstraint(const Constraint& constraint);

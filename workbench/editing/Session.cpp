@@ -29,10 +29,11 @@ const EditResult& Session::apply(std::string_view edit) {
     EditResult result;
     result.outcome.text = edit;
     m_results.push_back(result);
+    EditContext context{*m_drawing, *m_evaluator};
     try {
-        run(edit);
+        run(edit, context);
     } catch (const std::runtime_error& error) {  // EditError and GeometryError alike
-        m_results.back().outcome.error = errorOf(error);
+        m_results.back().outcome.error = errorOf(error, context.edited);
         openAgain();
     } catch (const std::invalid_argument& error) {  // what the host's builders refuse
         m_results.back().outcome.error = error.what();
@@ -42,18 +43,17 @@ const EditResult& Session::apply(std::string_view edit) {
 }
 
 /// When the evaluator has failed it knows better what was in the way than the command that gave up.
-std::string Session::errorOf(const std::exception& error) const {
-    return m_evaluator->last().solved ? error.what() : refusalOf(m_evaluator->last(), m_document);
+std::string Session::errorOf(const std::exception& error, const std::vector<std::string>& edited) const {
+    return m_evaluator->last().solved ? error.what() : refusalOf(m_evaluator->last(), m_document, edited);
 }
 
-void Session::run(std::string_view edit) {
+void Session::run(std::string_view edit, EditContext& context) {
     EditText text(edit);
     if (text.accept("undo")) {
         text.expectEnd();
         return undo();
     }
     const EditVerb& verb = takeVerb(text);
-    EditContext context{*m_drawing, *m_evaluator, {}};
     verb.run(text, context);
     finishCommand();
     dropFalseOwnConstraints(*m_drawing, m_document);

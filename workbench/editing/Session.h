@@ -11,6 +11,7 @@ namespace holdfast {
 
 class Drawing;
 class HostEvaluator;
+struct EditContext;
 
 /// What became of one edit.
 struct EditResult {
@@ -40,10 +41,10 @@ public:
     FateReport report() const;
 
 private:
-    void run(std::string_view edit);
+    void run(std::string_view edit, EditContext& context);
     void undo();
     void openAgain();
-    std::string errorOf(const std::exception& error) const;
+    std::string errorOf(const std::exception& error, const std::vector<std::string>& edited) const;
     void finishCommand();
 
     Document m_original;

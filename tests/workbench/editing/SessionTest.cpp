@@ -37,6 +37,26 @@ TEST(Session, ReportsTheWholeRun) {
     EXPECT_EQ(report.before, frameDrawing());
 }
 
+TEST(Session, NamesTheConstraintsOnTheEditedEntityFirst) {
+    Document document;
+    document.name = "chain";
+    for (int i = 0; i < 9; ++i)
+        document.entities.push_back(lineEntity("l" + std::to_string(i), {1.0 * i, 0}, {1.0 * i + 1, 0}));
+    document.constraints.push_back(constraintOf("begin", ConstraintType::fixed, {{"l0", PlaceKind::start}}));
+    for (int i = 0; i < 9; ++i) {
+        const std::string name = "l" + std::to_string(i);
+        document.constraints.push_back(constraintOf("v" + name, ConstraintType::horizontal, {{name}}));
+        if (i > 0)
+            document.constraints.push_back(
+                constraintOf("t" + name, ConstraintType::coincident,
+                             {{"l" + std::to_string(i - 1), PlaceKind::end}, {name, PlaceKind::start}}));
+    }
+    Session session(document);
+    const std::string error = session.apply("set l8 end 9,1").outcome.error;
+    EXPECT_NE(error.find("do not allow it: vl8 (horizontal l8)"), std::string::npos) << error;
+    EXPECT_NE(error.find("more stand in the way"), std::string::npos) << error;
+}
+
 TEST(Session, KnowsAMisspeltCommand) {
     Session session(frameDrawing());
     EXPECT_NE(session.apply("brek base at 4,0").outcome.error.find("did you mean \"break\"?"), std::string::npos);
