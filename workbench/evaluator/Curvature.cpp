@@ -5,16 +5,7 @@
 
 #include "workbench/evaluator/Region.h"
 
-#define EIGEN_MPL2_ONLY
-#if defined(__GNUC__)
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wconversion"
-#pragma GCC diagnostic ignored "-Wshadow"
-#endif
 #include <Eigen/Eigenvalues>
-#if defined(__GNUC__)
-#pragma GCC diagnostic pop
-#endif
 
 namespace holdfast {
 

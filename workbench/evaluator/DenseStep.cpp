@@ -1,15 +1,6 @@
 #include "workbench/evaluator/DenseStep.h"
 
-#define EIGEN_MPL2_ONLY
-#if defined(__GNUC__)
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wconversion"
-#pragma GCC diagnostic ignored "-Wshadow"
-#endif
 #include <Eigen/Dense>
-#if defined(__GNUC__)
-#pragma GCC diagnostic pop
-#endif
 
 namespace holdfast {
 

@@ -2,16 +2,7 @@
 
 #include <cmath>
 
-#define EIGEN_MPL2_ONLY
-#if defined(__GNUC__)
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wconversion"
-#pragma GCC diagnostic ignored "-Wshadow"
-#endif
 #include <Eigen/SparseCholesky>
-#if defined(__GNUC__)
-#pragma GCC diagnostic pop
-#endif
 
 namespace holdfast {
 
