@@ -45,7 +45,19 @@ void HostEvaluator::endCommand() {
     m_rotateReport.clear();
     m_yielded.reset();
     m_last = {};
-    m_runCount = 0;
+}
+
+/// A constraint that its entities cannot have fails the evaluation, with its name.
+template <class Work>
+void HostEvaluator::run(const Work& work) {
+    m_last = {};
+    try {
+        work();
+    } catch (const FigureError& error) {
+        m_last = {};
+        m_last.solved = false;
+        m_last.complaint = error.what();
+    }
 }
 
 bool HostEvaluator::evaluateGroup() {
@@ -55,13 +67,7 @@ bool HostEvaluator::evaluateGroup() {
     const bool endsDrag = header.editKind == static_cast<int>(EditKind::dragEnd);
     if (HostAccess::status(group) != kChangedAssocStatus && !endsDrag)
         return true;
-    ++m_runCount;
-    m_last = {};
-    try {
-        evaluate(header);
-    } catch (const FigureError& error) {
-        noteTrouble(error.what());
-    }
+    run([&] { evaluate(header); });
     HostAccess::setStatus(group, kUpToDateAssocStatus);
     return m_last.solved;
 }
@@ -89,18 +95,6 @@ bool HostEvaluator::evaluate(AssocConstraintHeader& header) {
     }
     HostFigure host(m_drawing);
     return solveAndWrite(host, {});
-}
-
-const Evaluation& HostEvaluator::resolve() {
-    m_last = {};
-    ++m_runCount;
-    try {
-        HostFigure host(m_drawing);
-        solveAndWrite(host, {});
-    } catch (const FigureError& error) {
-        noteTrouble(error.what());
-    }
-    return m_last;
 }
 
 bool HostEvaluator::solveAndWrite(HostFigure& host, const EditDemand& demand) {
@@ -254,21 +248,16 @@ bool HostEvaluator::endDrag(AssocConstraintHeader& header) {
 }
 
 /// Objects that the host has placed itself: they stay where they are, the others follow.
-bool HostEvaluator::evaluateStatic(LvEvaDataConverter& converter) {
-    m_last = {};
-    ++m_runCount;
-    try {
+void HostEvaluator::evaluateStatic(LvEvaDataConverter& converter) {
+    run([&] {
         HostFigure host(m_drawing);
         YxArray<YxDbObjectId> ids;
         for (const ConverterRecord* record :
              ConverterFeed(&converter, kStaticEvaluateEditor).all("addObjectOffset(id)"))
             ids.append(record->id);
         solveAndWrite(host, placedDemand(host, host.numbersOf(m_drawing, ids)));
-    } catch (const FigureError& error) {
-        noteTrouble(error.what());
-    }
+    });
     ConverterFeed::consume(&converter);
-    return m_last.solved;
 }
 
 void HostEvaluator::note(const HostFigure& host, const SolveResult& result, double miss) {
@@ -284,12 +273,6 @@ void HostEvaluator::note(const HostFigure& host, const SolveResult& result, doub
         m_last.complaint = result.flaw->what;
     for (const Movement& movement : result.movements)
         m_last.movements.emplace_back(host.document.entities[at(movement.entity)].id, movement.distance);
-}
-
-void HostEvaluator::noteTrouble(const std::string& complaint) {
-    m_last.solved = false;
-    m_last.unchanged = true;
-    m_last.complaint = complaint;
 }
 
 }  // namespace holdfast

@@ -43,16 +43,11 @@ public:
     HostEvaluator(const HostEvaluator&) = delete;
     HostEvaluator& operator=(const HostEvaluator&) = delete;
 
-    /// Makes the constraints hold again, whatever the group's status.
-    const Evaluation& resolve();
-
     /// The evaluation that ran last in this command.
     const Evaluation& last() const { return m_last; }
     /// For a command that does not take less than it asked for: when the last evaluation came only near to the edit, it
     /// counts as failed from now on and names what stands in the way. The database is left to the command.
     const Evaluation& refuseYielded();
-    /// How often it ran in this command.
-    int runCount() const { return m_runCount; }
 
     /// Constraints that would have to go for the rotation that was tried last, in drawing order.
     const std::vector<std::string>& rotateReport() const { return m_rotateReport; }
@@ -65,9 +60,11 @@ public:
     void endCommand();
 
 private:
+    template <class Work>
+    void run(const Work& work);
     bool evaluateGroup();
     bool evaluate(AssocConstraintHeader& header);
-    bool evaluateStatic(LvEvaDataConverter& converter);
+    void evaluateStatic(LvEvaDataConverter& converter);
     bool solveAndWrite(HostFigure& host, const EditDemand& demand);
     bool feedAndSolve(AssocConstraintHeader& header, LvEditorType editor,
                       EditDemand (*demandOf)(const Drawing&, HostFigure&, const AssocConstraintHeader&,
@@ -78,7 +75,6 @@ private:
     bool endDrag(AssocConstraintHeader& header);
     void putBack(const AssocConstraintHeader& header);
     void note(const HostFigure& host, const SolveResult& result, double miss);
-    void noteTrouble(const std::string& complaint);
 
     /// An edit that was met in part only, and the figure that it began with.
     struct Yielded {
@@ -89,7 +85,6 @@ private:
     Drawing& m_drawing;
     Evaluation m_last;
     std::optional<Yielded> m_yielded;
-    int m_runCount = 0;
     std::vector<std::string> m_rotateReport;
     int m_trialPointCount = 0;  ///< base points in the header when a rotation was tried last
     std::unique_ptr<HostDrag> m_drag;
