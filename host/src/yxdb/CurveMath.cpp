@@ -61,7 +61,7 @@ double atEndWithin(double param, double first, double last) {
 double remainderOf(double value, double period) {
     const double rest = std::fmod(value, period);
     const double positive = rest < 0.0 ? rest + period : rest;
-    return positive < period ? positive : 0.0;
+    return positive >= period ? 0.0 : positive;
 }
 
 double withinTurn(double angle) {

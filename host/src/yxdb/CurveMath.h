@@ -28,7 +28,7 @@ std::optional<double> inRange(double param, double first, double last);
 /// The parameter, or exactly the end of the range from which it is no farther away than equal points are.
 double atEndWithin(double param, double first, double last);
 
-/// The value in [0, period) that differs from this one by whole periods.
+/// The value in [0, period) that differs from this one by whole periods; NaN for what is not finite.
 double remainderOf(double value, double period);
 
 /// The part of a circle or an ellipse from one angle on to another, counter-clockwise.
@@ -53,7 +53,7 @@ private:
     double m_sweep;
 };
 
-/// The same angle in [0, 2 pi).
+/// The same angle in [0, 2 pi); NaN for what is not finite.
 double withinTurn(double angle);
 
 /// The sum in [0, 2 pi), but the angle itself, to the last digit, when nothing is added.

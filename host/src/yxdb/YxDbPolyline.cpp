@@ -71,7 +71,10 @@ Yxrt::ErrorStatus YxDbPolyline::getArcSegAt(unsigned int index, YxGeCircArc3d& a
     const BulgeSegment segment = segmentAt(index);
     if (!segment.isArc())
         return Yxrt::eNotApplicable;
-    arc = segment.arc();
+    const YxGeCircArc3d found = segment.arc();
+    if (!holdfast::isFinite(found.center()) || !std::isfinite(found.radius()))
+        return Yxrt::eInvalidInput;
+    arc = found;
     return Yxrt::eOk;
 }
 

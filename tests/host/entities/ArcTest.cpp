@@ -54,6 +54,12 @@ TEST(ArcEntity, HasNoPointOutsideItsAngles) {
     EXPECT_POINT(point, kUntouchedPoint);
 }
 
+TEST(ArcEntity, HasNoPointAtAParameterThatIsNoNumber) {
+    const auto arc = EntityAccess::makeArc({.startAngle = 0, .endAngle = kPi / 2});
+    EXPECT_POINT(pointAt(*arc, std::nan("")), kUntouchedPoint);
+    EXPECT_POINT(pointAt(*arc, HUGE_VAL), kUntouchedPoint);
+}
+
 TEST(ArcEntity, OfEqualAnglesIsAFullTurn) {
     const auto arc = EntityAccess::makeArc({.startAngle = 0.5, .endAngle = 0.5});
     EXPECT_POINT(pointAt(*arc, 0.5 + kPi), {-std::cos(0.5), -std::sin(0.5), 0});

@@ -80,6 +80,13 @@ TEST(PolylineArcSegment, LeavesTheArgumentAloneOnAnythingElse) {
     EXPECT_EQ(arc.radius(), 3.0);
 }
 
+TEST(PolylineArcSegment, TooLargeForItsNumbersLeavesTheArgumentAlone) {
+    YxGeCircArc3d arc({7, 7, 7}, YxGeVector3d::kZAxis, YxGeVector3d::kXAxis, 3, 0, 1);
+    EXPECT_EQ(polyline({{{0, 0}, 1e308, 0}, {{100, 0}}})->getArcSegAt(0, arc), Yxrt::eInvalidInput);
+    EXPECT_EQ(polyline({{{-1e308, 0}, 1, 0}, {{1e308, 0}}})->getArcSegAt(0, arc), Yxrt::eInvalidInput);
+    EXPECT_POINT(arc.center(), {7, 7, 7});
+}
+
 TEST(PolylineArcSegment, KeepsItsDigitsWhenItsCentreIsFarAway) {
     const auto flat = polyline({{{0, 0}, 1e-9, 0}, {{10, 0}}});
     EXPECT_NEAR(pointAt(*flat, 0.5).y, -5e-9, 1e-20);

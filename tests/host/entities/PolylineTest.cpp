@@ -71,6 +71,11 @@ TEST(PolylineParameter, OfAnOpenPolylineEndsAtTheLastVertex) {
     EXPECT_POINT(pointAt(*line, std::nan("")), kUntouchedPoint);
 }
 
+TEST(PolylineParameter, ThatIsNoNumberIsNotOnAClosedPolylineEither) {
+    EXPECT_POINT(pointAt(*slot(true), std::nan("")), kUntouchedPoint);
+    EXPECT_POINT(pointAt(*slot(true), -HUGE_VAL), kUntouchedPoint);
+}
+
 TEST(PolylineEnds, MeetWhenThePolylineIsClosed) {
     EXPECT_POINT(endOf(*slot()), {0, 10, 0});
     EXPECT_POINT(endOf(*slot(true)), {0, 0, 0});
