@@ -1,12 +1,11 @@
 #include "host/model/GeometryMaking.h"
 
-#include <cmath>
-#include <numbers>
 #include <stdexcept>
 #include <string>
 
 #include "host/src/EntityAccess.h"
 #include "host/src/HostAccess.h"
+#include "host/src/yxdb/CurveMath.h"
 
 namespace holdfast {
 
@@ -26,9 +25,8 @@ AddGeometry adderOf(const YxDbPolyline& polyline, int segment) {
 
 AddGeometry adderOf(const YxDbEllipse& ellipse) {
     const EllipseData data = EntityAccess::ellipse(ellipse);
-    const double span = std::abs(data.endAngle - data.startAngle);
-    const bool isFull = span == 0.0 || span >= 2.0 * std::numbers::pi - 1e-12;
-    return isFull ? &addAs<YxConstrainedEllipse> : &addAs<YxConstrainedBoundedEllipse>;
+    return AngleRange(data.startAngle, data.endAngle).isFullTurn() ? &addAs<YxConstrainedEllipse>
+                                                                   : &addAs<YxConstrainedBoundedEllipse>;
 }
 
 AddGeometry adderOf(const YxDbEntity& entity, int segment) {

@@ -56,8 +56,11 @@ void AssocConstraintHeader::uninit() {
 void AssocConstraintHeader::adopt(YxDbEntity* copy) {
     if (copy == nullptr)
         return;
-    m_ledger->copies.insert(copy);
-    holdfast::HostAccess::data(*copy).ledger = &m_ledger->copies;
+    auto*& ledger = holdfast::HostAccess::data(*copy).ledger;
+    if (ledger != nullptr)  // of another header perhaps, which frees it no more
+        ledger->erase(copy);
+    ledger = &m_ledger->copies;
+    ledger->insert(copy);
 }
 
 const std::unordered_set<YxDbEntity*>& holdfast::HostAccess::adopted(const AssocConstraintHeader& header) {

@@ -37,8 +37,8 @@ std::vector<YxConstrainedGeometry*> geometriesOf(const YxDbEntity& entity) {
         const YxDbObject* candidate = HostAccess::peek(reactor);
         if (candidate == nullptr || !candidate->isKindOf(YxDbAssocGeomDependency::desc()))
             continue;
-        const YxDbObject* group =
-            HostAccess::peek(HostAccess::actionOf(static_cast<const YxDbAssocGeomDependency&>(*candidate)));
+        const YxDbObjectId action = HostAccess::actionOf(static_cast<const YxDbAssocGeomDependency&>(*candidate));
+        const YxDbObject* group = HostAccess::isErased(action) ? nullptr : HostAccess::peek(action);
         if (group == nullptr || !group->isKindOf(YxDbAssoc2dConstraintGroup::desc()))
             continue;
         const YxDbConstraintGroupData& nodes = HostAccess::data(static_cast<const YxDbAssoc2dConstraintGroup&>(*group));

@@ -1,7 +1,6 @@
 #include "host/src/YxDbConstraints/Provider.h"
 
 #include <algorithm>
-#include <unordered_map>
 
 #include <YxDbConstraints/YxDbAssoc2dConstraintGroup.h>
 #include <YxDbConstraints/YxDbConstraintDataProviderLv.h>
@@ -11,6 +10,7 @@
 #include "host/src/HostAccess.h"
 #include "host/src/HostAnswers.h"
 #include "host/src/YxDbConstraints/GroupData.h"
+#include "host/src/YxDbConstraints/Subentities.h"
 
 using holdfast::HostAccess;
 using holdfast::hostCall;
@@ -54,18 +54,13 @@ YxDbObjectId groupOf(const YxDbObjectId& entity) {
 }
 
 std::vector<int> constrainedVertices(const YxDbPolyline& polyline) {
-    std::unordered_map<int, int> vertexOf;
+    const SegmentNames names(polyline);
     const auto count = static_cast<int>(EntityAccess::vertexCount(polyline));
-    for (int i = count - 1; i >= 0; --i)
-        vertexOf[EntityAccess::vertex(polyline, static_cast<std::size_t>(i)).identifier] = i;
     std::vector<int> vertices;
     eachConstrainedPart(polyline, [&](const YxDbAssocGeomDependency& dependency, const auto&) {
-        const YxDbAssocPersSubentId* name = HostAccess::persistentId(dependency);
-        if (name != nullptr && name->isKindOf(YxDbAssocEdgePersSubentId::desc())) {
-            const auto* edge = static_cast<const YxDbAssocEdgePersSubentId*>(name);
-            for (const int identifier : {HostAccess::startVertexId(*edge), HostAccess::endVertexId(*edge)})
-                if (const auto found = vertexOf.find(identifier); found != vertexOf.end())
-                    vertices.push_back(found->second);
+        if (const int segment = names.segmentOf(dependency); segment >= 0) {
+            vertices.push_back(segment);
+            vertices.push_back((segment + 1) % count);
         }
         return true;
     });

@@ -68,7 +68,7 @@ Yxrt::ErrorStatus YxDbAssocDependency::getDependenciesOnObject(const YxDbObject*
                                                                YxArray<YxDbObjectId>& dependencies) {
     const auto fault = hostCall("YxDbAssocDependency::getDependenciesOnObject", object, reading, writing);
     std::vector<YxDbObjectId> found;
-    if (object != nullptr)
+    if (object != nullptr && (reading || writing))  // each of them does both
         found = HostAccess::reactors(*object);
     std::erase_if(found, [](const YxDbObjectId& reactor) {
         const YxDbObject* candidate = HostAccess::peek(reactor);

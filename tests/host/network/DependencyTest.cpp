@@ -105,6 +105,17 @@ TEST(DependenciesOnObject, AreItsReactorsThatAreDependencies) {
     EXPECT_THAT(listed(found), IsEmpty());
 }
 
+TEST(DependenciesOnObject, AreNoneThatNeitherReadNorWrite) {
+    SmallHost host;
+    const YxDbObjectId id = host.line();
+    const YxDbObjectId dependency = host.dependency(id).objectId();
+    YxArray<YxDbObjectId> found;
+    EXPECT_EQ(YxDbAssocDependency::getDependenciesOnObject(HostAccess::peek(id), false, false, found), Yxrt::eOk);
+    EXPECT_THAT(listed(found), IsEmpty());
+    EXPECT_EQ(YxDbAssocDependency::getDependenciesOnObject(HostAccess::peek(id), true, false, found), Yxrt::eOk);
+    EXPECT_THAT(listed(found), ElementsAre(dependency));
+}
+
 TEST(Reactors, LeaveOnlyAnObjectThatIsOpenForWrite) {
     SmallHost host;
     const YxDbObjectId id = host.line();

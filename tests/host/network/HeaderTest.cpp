@@ -77,6 +77,19 @@ TEST(EvaluationLedger, FreesACopyOnceThatWasHandedOverTwice) {
     EXPECT_THAT(hostState().copies, IsEmpty());
 }
 
+TEST(EvaluationLedger, PassesACopyOnToTheHeaderThatAdoptsItLast) {
+    SmallHost host;
+    AssocConstraintHeader first;
+    AssocConstraintHeader second;
+    YxDbLine* copy = EntityAccess::makeLine({0, 0, 0}, {1, 0, 0}).release();  // the first header's from here on
+    first.adopt(copy);
+    second.adopt(copy);
+    EXPECT_THAT(HostAccess::adopted(first), IsEmpty());
+    EXPECT_THAT(HostAccess::adopted(second), ElementsAre(copy));
+    first.uninit();
+    EXPECT_TRUE(hostState().copies.contains(copy));
+}
+
 TEST(EvaluationLedger, EndsWithItsHeader) {
     SmallHost host;
     {

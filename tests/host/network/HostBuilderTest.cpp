@@ -74,6 +74,16 @@ TEST(HostBuilder, KeepsATextsPositionApartFromItsDirection) {
     EXPECT_EQ(&host.builder.geometry(host.group, {.entity = t, .isPosition = true}), &position);
 }
 
+TEST(HostBuilder, TakesAnEllipseForFullExactlyWhenItIsClosed) {
+    SmallHost host;
+    constexpr double kTurn = 2.0 * std::numbers::pi;
+    for (const double end : {kTurn, kTurn - 1e-11, 2.0 * kTurn, 1.0, 2.5 * kTurn}) {
+        const YxDbObjectId e = host.builder.add(EntityAccess::makeEllipse({.ratio = 0.5, .endAngle = end}));
+        const bool isClosed = static_cast<const YxDbEllipse&>(*HostAccess::peek(e)).isClosed();
+        EXPECT_EQ(host.curve(e)->isA() == YxConstrainedEllipse::desc(), isClosed) << end;
+    }
+}
+
 TEST(HostBuilder, TakesAPointEntityForItsPoint) {
     SmallHost host;
     const YxDbObjectId q = host.builder.add(EntityAccess::makePoint({1, 1, 0}));

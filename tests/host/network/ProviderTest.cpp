@@ -107,6 +107,19 @@ TEST(PolylineIndices, NameASharedVertexOnce) {
     EXPECT_THAT(listed(indices), ElementsAre(1, 2, 3));
 }
 
+TEST(PolylineIndices, LeaveOutASegmentThatIsGone) {
+    SmallHost host;
+    const YxDbObjectId p = host.polyline({10, 20, 30, 40});
+    host.curve(p, 1);
+    host.curve(p, 3);
+    auto& line = static_cast<YxDbPolyline&>(*HostAccess::peek(p));
+    const auto open = openedForWrite(p);
+    EntityAccess::removeVertex(line, 3);
+    YxArray<int> indices;
+    EXPECT_TRUE(LvEvaDataConverter::polyLineHasAssocConstraintIndex(p, indices));
+    EXPECT_THAT(listed(indices), ElementsAre(1, 2));
+}
+
 TEST(PolylineIndices, AreEmptyWithoutConstraints) {
     SmallHost host;
     YxArray<int> indices;
@@ -141,6 +154,17 @@ TEST(ModelHelp, DeletesACompositeForItsMember) {
     entities.append(a);
     EXPECT_EQ(YxConstraintModelHelp().deleteConstraints(entities), 1);
     EXPECT_THAT(HostAccess::constraints(host.group), IsEmpty());
+}
+
+TEST(ModelHelp, KnowsNothingOfAnErasedGroup) {
+    SmallHost host;
+    const YxDbObjectId a = host.line();
+    host.constrain<YxFixedConstraint>({host.curve(a)});
+    HostAccess::erase(host.groupId);
+    YxArray<YxDbObjectId> entities;
+    entities.append(a);
+    EXPECT_EQ(YxConstraintModelHelp().deleteConstraints(entities), 0);
+    EXPECT_FALSE(LvEvaDataConverter::hasAssocConstraint(a));
 }
 
 TEST(ModelHelp, TellsTheKindsOfAnEntitysGeometry) {
