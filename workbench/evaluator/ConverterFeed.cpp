@@ -10,7 +10,8 @@ constexpr std::string_view kEvaluated = "evaluated";
 }  // namespace
 
 ConverterFeed::ConverterFeed(LvEvaDataConverter* converter, LvEditorType editor) {
-    if (converter == nullptr || HostAccess::records(*converter).editorType != editor)
+    m_isForeign = converter != nullptr && HostAccess::records(*converter).editorType != editor;
+    if (converter == nullptr || m_isForeign)
         return;
     for (const ConverterRecord& call : HostAccess::records(*converter).calls) {
         if (call.operation == kEvaluated)

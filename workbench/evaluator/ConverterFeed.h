@@ -15,6 +15,8 @@ public:
     ConverterFeed(LvEvaDataConverter* converter, LvEditorType editor);
 
     bool isNew() const { return !m_calls.empty(); }
+    /// The converter was made for another command: what this one has done can only be seen in the database.
+    bool isForeign() const { return m_isForeign; }
     /// No evaluation has read this converter yet: it begins an edit.
     bool isFirst() const { return m_isFirst; }
 
@@ -28,6 +30,7 @@ public:
 private:
     std::vector<const ConverterRecord*> m_calls;
     bool m_isFirst = true;
+    bool m_isForeign = false;
 };
 
 }  // namespace holdfast

@@ -1,7 +1,8 @@
 #include "workbench/evaluator/EditDemands.h"
 
-#include <algorithm>
 #include <map>
+#include <set>
+#include <unordered_set>
 
 #include "workbench/drawing/HostShapes.h"
 #include "workbench/evaluator/FigureFromDocument.h"
@@ -81,18 +82,18 @@ EditDemand alignDemand(const Drawing& drawing, HostFigure& host, const AssocCons
 
 EditDemand lengthenDemand(const Drawing& drawing, HostFigure& host, const AssocConstraintHeader& header,
                           const ConverterFeed& feed) {
-    std::map<std::pair<int, bool>, bool> movedEnds;  // the last word on an end counts
-    const std::vector<int> edited = host.numbersOf(drawing, header.editedObjectIds);
+    std::set<std::pair<int, bool>> movedEnds;  // element, is its start
+    const std::vector<int> listed = host.numbersOf(drawing, header.editedObjectIds);
+    const std::unordered_set<int> edited(listed.begin(), listed.end());
     for (const ConverterRecord* record : feed.all("collectAndUpdateInfo")) {
         const int number = host.numberOf(drawing.nameOf(record->id));
-        if (std::find(edited.begin(), edited.end(), number) == edited.end())
+        if (!edited.contains(number))
             continue;
         const bool isStart = record->isStart != isSeenFromBelow(drawing.entity(nameOf(host, number)));
-        movedEnds[{number, isStart}] = true;
+        movedEnds.emplace(number, isStart);
     }
     EditDemand demand;
-    for (const auto& [end, moved] : movedEnds) {
-        const auto [number, isStart] = end;
+    for (const auto& [number, isStart] : movedEnds) {
         const int value = valueOfEnd(host.figure.entities[at(number)], isStart);
         if (value < 0)
             continue;

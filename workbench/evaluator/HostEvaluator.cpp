@@ -1,9 +1,12 @@
 #include "workbench/evaluator/HostEvaluator.h"
 
-#include <algorithm>
 #include <cmath>
+#include <map>
+#include <string_view>
+#include <unordered_set>
 
 #include <yxbase/YxGeTol.h>
+#include <yxbase/YxSmartPtr.h>
 
 #include "evaluation/EvaluationHeader.h"
 #include "workbench/drawing/HostShapes.h"
@@ -24,6 +27,17 @@ std::vector<std::string> namesOf(const Figure& figure, const std::vector<int>& c
     for (const int c : constraints)
         names.push_back(figure.constraints[at(c)].id);
     return names;
+}
+
+/// True when the drawing plane is turned over.
+bool reflects(const YxGeMatrix3d& m) {
+    return m(0, 0) * m(1, 1) - m(0, 1) * m(1, 0) < 0.0;
+}
+
+void transformInPlace(const Drawing& drawing, const std::string& name, const YxGeMatrix3d& transform) {
+    const YxSmartPtr<YxDbEntity> open(YxDbObjectIdImpl::openObject(drawing.id(name), YxDb::kForWrite, false));
+    if (!open.isNull())
+        open->transformBy(transform);
 }
 
 }  // namespace
@@ -51,6 +65,7 @@ void HostEvaluator::endCommand() {
 template <class Work>
 void HostEvaluator::run(const Work& work) {
     m_last = {};
+    m_yielded.reset();
     try {
         work();
     } catch (const FigureError& error) {
@@ -73,13 +88,16 @@ bool HostEvaluator::evaluateGroup() {
 }
 
 bool HostEvaluator::evaluate(AssocConstraintHeader& header) {
+    // Another edit has come in between: the next rotation begins with a trial, however many base points there are.
+    if (header.editKind != static_cast<int>(EditKind::rotate))
+        m_trialPointCount = 0;
     switch (static_cast<EditKind>(header.editKind)) {
         case EditKind::align:
-            return feedAndSolve(header, kAlignEditor, &alignDemand);
+            return align(header);
         case EditKind::lengthen:
-            return feedAndSolve(header, kLengthenEditor, &lengthenDemand) || (putBack(header), false);
+            return feedAndSolve(header, kLengthenEditor, &lengthenDemand);
         case EditKind::properties:
-            return feedAndSolve(header, kPropertiesEditor, &propertiesDemand) || (putBack(header), false);
+            return feedAndSolve(header, kPropertiesEditor, &propertiesDemand);
         case EditKind::mirror: {
             HostFigure host(m_drawing);
             return solveAndWrite(host, placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds)));
@@ -98,7 +116,6 @@ bool HostEvaluator::evaluate(AssocConstraintHeader& header) {
 }
 
 bool HostEvaluator::solveAndWrite(HostFigure& host, const EditDemand& demand) {
-    m_yielded.reset();
     if (demand.whenBarred != WhenBarred::refuse && !demand.targets.empty())
         m_yielded = Yielded{host.figure, demand};
     const SolveResult result = meet(host.figure, demand);
@@ -123,15 +140,51 @@ const Evaluation& HostEvaluator::refuseYielded() {
     return m_last;
 }
 
-bool HostEvaluator::feedAndSolve(AssocConstraintHeader& header, LvEditorType editor,
-                                 EditDemand (*demandOf)(const Drawing&, HostFigure&, const AssocConstraintHeader&,
-                                                        const ConverterFeed&)) {
-    HostFigure host(m_drawing);
+/// A failed edit is over like one that was met: what the command has done goes back, and it is not tried again.
+bool HostEvaluator::feedAndSolve(AssocConstraintHeader& header, LvEditorType editor, DemandOf demandOf) {
     const ConverterFeed feed(header.converter, editor);
-    const EditDemand demand = feed.isNew() ? demandOf(m_drawing, host, header, feed) : EditDemand();
-    const bool solved = solveAndWrite(host, demand);
+    run([&] {
+        HostFigure host(m_drawing);
+        EditDemand demand;
+        if (feed.isForeign())
+            demand = placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds));
+        else if (feed.isNew())
+            demand = demandOf(m_drawing, host, header, feed);
+        solveAndWrite(host, demand);
+    });
+    if (!m_last.solved && (feed.isNew() || feed.isForeign()))
+        putBack(header);
     ConverterFeed::consume(header.converter);
-    return solved;
+    return m_last.solved;
+}
+
+bool HostEvaluator::align(AssocConstraintHeader& header) {
+    const ConverterFeed feed(header.converter, kAlignEditor);
+    const ConverterRecord* const told = feed.last("setTransform(matrix)");
+    if (told != nullptr && reflects(told->transform))
+        return reflect(header, told->transform);
+    return feedAndSolve(header, kAlignEditor, &alignDemand);
+}
+
+/// Constraints know the ends of an arc by their names, which change places in the plane. So the entities are reflected
+/// where they live, as MIRROR does it, and the others follow. A second reflection puts them back.
+bool HostEvaluator::reflect(AssocConstraintHeader& header, const YxGeMatrix3d& reflection) {
+    std::map<std::string, Shape> before;
+    for (const YxDbObjectId& id : header.editedObjectIds)
+        if (const std::string name = m_drawing.nameOf(id); !name.empty())
+            before.emplace(name, m_drawing.shape(name));
+    for (const auto& [name, shape] : before)
+        transformInPlace(m_drawing, name, reflection);
+    run([&] {
+        HostFigure host(m_drawing);
+        solveAndWrite(host, placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds)));
+    });
+    for (const auto& [name, shape] : m_last.solved ? std::map<std::string, Shape>() : before) {
+        transformInPlace(m_drawing, name, reflection);
+        m_drawing.write(name, shape);
+    }
+    ConverterFeed::consume(header.converter);
+    return m_last.solved;
 }
 
 /// Entities that the command had changed already go back to the header's copies of them.
@@ -150,21 +203,18 @@ void HostEvaluator::putBack(const AssocConstraintHeader& header) {
 /// does not goes back.
 bool HostEvaluator::stretch(AssocConstraintHeader& header) {
     const ConverterFeed feed(header.converter, kStretchEditor);
-    if (feed.isFirst() || m_stretchStart == nullptr)
-        m_stretchStart = std::make_unique<HostFigure>(m_drawing);
-    HostFigure host = *m_stretchStart;
-    const bool isNew = feed.isNew();
-    const EditDemand demand = isNew ? stretchDemand(m_drawing, host, header, feed) : EditDemand();
-    ConverterFeed::consume(header.converter);
-    if (!isNew) {
-        HostFigure now(m_drawing);
+    HostFigure now(m_drawing);
+    if (!feed.isNew())
         return solveAndWrite(now, {});
-    }
+    if (feed.isFirst() || m_stretchStart == nullptr || m_stretchStart->drawn.size() != now.drawn.size())
+        m_stretchStart = std::make_unique<HostFigure>(now);
+    HostFigure host = *m_stretchStart;
+    const EditDemand demand = stretchDemand(m_drawing, host, header, feed);
+    ConverterFeed::consume(header.converter);
     const SolveResult result = meet(host.figure, demand);
     note(host, result, result.isSolved() ? missOf(host.figure, demand) : 0.0);
     if (!result.isSolved())
         return false;
-    HostFigure now(m_drawing);
     now.figure.values = host.figure.values;
     writeMoved(m_drawing, now);
     return true;
@@ -190,12 +240,13 @@ bool HostEvaluator::rotate(AssocConstraintHeader& header) {
 std::vector<std::string> HostEvaluator::againstPlaced(const std::vector<std::string>& entities,
                                                       const std::vector<std::string>& mayGo) const {
     const HostFigure host(m_drawing);
+    const std::unordered_set<std::string_view> released(mayGo.begin(), mayGo.end());
     std::vector<int> edited, constraints;
     for (const std::string& name : entities)
         if (const int number = host.numberOf(name); number >= 0)
             edited.push_back(number);
     for (const int c : constraintsTouching(host.figure, edited))
-        if (std::find(mayGo.begin(), mayGo.end(), host.figure.constraints[at(c)].id) != mayGo.end())
+        if (released.contains(host.figure.constraints[at(c)].id))
             constraints.push_back(c);
     return namesOf(host.figure, constraintsAgainst(host.figure, placedDemand(host, edited), constraints));
 }
@@ -230,7 +281,9 @@ bool HostEvaluator::drag(AssocConstraintHeader& header) {
 /// where the user wants them: what differs from the beginning of the drag is meant, the rest follows.
 bool HostEvaluator::endDrag(AssocConstraintHeader& header) {
     header.entitiesToDraw.setLogicalLength(0);
-    const std::unique_ptr<HostDrag> drag = std::move(m_drag);
+    std::unique_ptr<HostDrag> drag = std::move(m_drag);
+    if (header.collectNeeded || header.dropCollected)
+        drag.reset();  // it belongs to a session before this one, which has not been evaluated yet
     HostFigure host(m_drawing);
     EditDemand demand;
     demand.whenBarred = WhenBarred::yield;

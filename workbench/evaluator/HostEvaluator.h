@@ -66,9 +66,10 @@ private:
     bool evaluate(AssocConstraintHeader& header);
     void evaluateStatic(LvEvaDataConverter& converter);
     bool solveAndWrite(HostFigure& host, const EditDemand& demand);
-    bool feedAndSolve(AssocConstraintHeader& header, LvEditorType editor,
-                      EditDemand (*demandOf)(const Drawing&, HostFigure&, const AssocConstraintHeader&,
-                                             const ConverterFeed&));
+    using DemandOf = EditDemand (*)(const Drawing&, HostFigure&, const AssocConstraintHeader&, const ConverterFeed&);
+    bool feedAndSolve(AssocConstraintHeader& header, LvEditorType editor, DemandOf demandOf);
+    bool align(AssocConstraintHeader& header);
+    bool reflect(AssocConstraintHeader& header, const YxGeMatrix3d& reflection);
     bool stretch(AssocConstraintHeader& header);
     bool rotate(AssocConstraintHeader& header);
     bool drag(AssocConstraintHeader& header);

@@ -95,9 +95,10 @@ void askAxis(Stretched& axis) {
         x.transformBy(axis.specials.back()->transform);
         turn = std::atan2(x.y, x.x);
     } else {
-        // The second point lies one unit ahead and is what moves.
-        const double angle = axis.value(2);
-        turn = nearestTurn(std::atan2(std::sin(angle) + axis.by.y, std::cos(angle) + axis.by.x), angle) - angle;
+        // The second point lies one unit ahead and is what moves; a construction line has another one behind.
+        const double angle = axis.value(2), way = axis.has(1) ? 1.0 : -1.0;
+        const double x = std::cos(angle) + way * axis.by.x, y = std::sin(angle) + way * axis.by.y;
+        turn = nearestTurn(std::atan2(y, x), angle) - angle;
     }
     axis.put(2, axis.value(2) + turn);
     axis.carry(0, YxGeVector3d::kIdentity);
@@ -139,35 +140,54 @@ double bulgeFor(double chord, double radius, double old) {
     return std::copysign(bulge, old);
 }
 
-void keepBulge(Stretched& polyline, int segment) {
-    const FigureEntity& element = polyline.element;
-    if (segment < 0 || segment >= element.segmentCount() || element.bulgeValues[at(segment)] < 0)
-        return;
-    const int bulge = element.bulgeValues[at(segment)] - element.firstValue;
-    double goal = polyline.value(bulge);
-    for (const ConverterRecord* special : polyline.specials)
-        if (special->number == segment) {
-            const int p = segment, q = (segment + 1) % element.vertexCount;
-            const double x = polyline.value(2 * q) - polyline.value(2 * p) +
-                             polyline.by.x * (int(polyline.has(q)) - int(polyline.has(p)));
-            const double y = polyline.value(2 * q + 1) - polyline.value(2 * p + 1) +
-                             polyline.by.y * (int(polyline.has(q)) - int(polyline.has(p)));
-            goal = bulgeFor(std::hypot(x, y), special->value1, goal);
-        }
-    polyline.keep(bulge, goal);
-}
-
-void askPolyline(Stretched& polyline) {
-    const int count = polyline.element.vertexCount;
-    for (const int vertex : polyline.grips) {
-        if (vertex < 0 || vertex >= count)
-            continue;
-        polyline.move(2 * vertex, polyline.by);
-        keepBulge(polyline, vertex);
-        if (const int before = (vertex + count - 1) % count; !polyline.has(before))
-            keepBulge(polyline, before);
+/// What becomes of the vertices and segments of a stretched polyline.
+class StretchedVertices {
+public:
+    explicit StretchedVertices(Stretched& polyline)
+        : m_polyline(polyline), m_count(polyline.element.vertexCount), m_moves(at(m_count), 0) {
+        for (const int vertex : polyline.grips)
+            if (vertex >= 0 && vertex < m_count)
+                m_moves[at(vertex)] = 1;
+        for (const ConverterRecord* special : polyline.specials)
+            m_radii[special->number] = special->value1;
     }
-}
+
+    void ask() {
+        for (int vertex = 0; vertex < m_count; ++vertex)
+            if (moves(vertex))
+                m_polyline.move(2 * vertex, m_polyline.by);
+        for (int segment = 0; segment < m_polyline.element.segmentCount(); ++segment)
+            if (moves(segment) || moves((segment + 1) % m_count))
+                keepBulge(segment);
+    }
+
+private:
+    bool moves(int vertex) const { return m_moves[at(vertex)] != 0; }
+
+    /// The host's source tells the radius that the segment is to have; without one its bulge stays.
+    void keepBulge(int segment) {
+        if (m_polyline.element.bulgeValues[at(segment)] < 0)
+            return;
+        const int bulge = m_polyline.element.bulgeValues[at(segment)] - m_polyline.element.firstValue;
+        double goal = m_polyline.value(bulge);
+        if (const auto radius = m_radii.find(segment); radius != m_radii.end())
+            goal = bulgeFor(chordOf(segment), radius->second, goal);
+        m_polyline.keep(bulge, goal);
+    }
+
+    /// After the step.
+    double chordOf(int segment) const {
+        const int p = segment, q = (segment + 1) % m_count;
+        const double steps = double(moves(q)) - double(moves(p));
+        return std::hypot(m_polyline.value(2 * q) - m_polyline.value(2 * p) + steps * m_polyline.by.x,
+                          m_polyline.value(2 * q + 1) - m_polyline.value(2 * p + 1) + steps * m_polyline.by.y);
+    }
+
+    Stretched& m_polyline;
+    int m_count;
+    std::vector<char> m_moves;
+    std::unordered_map<int, double> m_radii;  ///< by segment, as the special records tell them
+};
 
 void askGrips(Stretched& stretched) {
     switch (stretched.element.kind) {
@@ -179,7 +199,7 @@ void askGrips(Stretched& stretched) {
         case FigureKind::arc:
             return askArc(stretched);
         case FigureKind::polyline:
-            return askPolyline(stretched);
+            return StretchedVertices(stretched).ask();
         case FigureKind::spline:
             for (const int control : stretched.grips)
                 if (control >= 0 && 2 * control + 1 < stretched.element.valueCount)

@@ -154,6 +154,21 @@ TEST(EvaluatedDrag, HoldsAnEntityAtThePointsOfTheHeaderOnly) {
     EXPECT_EQ(hosted.line("b").end, (Vec2{10, 5}));
 }
 
+TEST(EvaluatedDrag, ChoosesSidesAnewAfterASessionThatWasDropped) {
+    Document document;
+    document.entities = {entity("c", CircleShape{{0, 4}, 4}), entity("l", LineShape{{-9, 0}, {9, 0}})};
+    document.constraints = {constraint("touch", ConstraintType::tangent, {{"l"}, {"c"}})};
+    Hosted hosted(document);
+    LvConstraintDropData::init(hosted.ids({"c"}));
+    dragTo(translation(1, 0));
+    LvConstraintDropData::reset();
+    hosted.drawing.write("c", CircleShape{{0, -4}, 4});
+    LvConstraintDropData::init(hosted.ids({"c"}));
+    LvConstraintDropData::cancel();
+    EXPECT_EQ(hosted.as<CircleShape>("c"), (CircleShape{{0, -4}, 4}));
+    EXPECT_EQ(hosted.line("l"), (LineShape{{-9, 0}, {9, 0}}));
+}
+
 /// A stretch of some entities; sources are where the host's own stretch would bring them.
 struct Stretch {
     Hosted& hosted;
@@ -241,6 +256,62 @@ TEST(EvaluatedStretch, KeepsTheBulgesBesideAMovedVertex) {
     EXPECT_TRUE(isNear(polyline.vertices[1], {10, 4}));
     EXPECT_NEAR(polyline.bulges[0], 0.5, 1e-9);
     EXPECT_EQ(hosted.line("l").start, (Vec2{20, 0}));
+}
+
+TEST(EvaluatedStretch, KeepsTheBulgesOfAClosedPolylineOfWhichManyVerticesMove) {
+    const PolylineShape ring{{{0, 0}, {10, 0}, {10, 10}, {0, 10}}, {0.5, 0.25, 0.5, 0.125}, {1, 2, 3, 4}, true};
+    Document document;
+    document.entities = {entity("p", ring), entity("l", LineShape{{10, 0}, {25, 5}})};
+    document.constraints = {
+        constraint("tie", ConstraintType::coincident, {{"p", PlaceKind::segmentEnd, 0}, {"l", PlaceKind::start}})};
+    Hosted hosted(document);
+    Stretch stretch{hosted};
+    stretch.begin({"p"}, {{0, 1, 3}});
+    EXPECT_TRUE(stretch.step(2, 0));
+    const auto polyline = hosted.as<PolylineShape>("p");
+    EXPECT_TRUE(isNear(polyline.vertices[3], {2, 10}));
+    EXPECT_TRUE(isNear(polyline.vertices[2], {10, 10}));
+    EXPECT_NEAR(polyline.bulges[0], 0.5, 1e-9) << "both vertices moved";
+    EXPECT_NEAR(polyline.bulges[3], 0.125, 1e-9) << "both vertices moved";
+    EXPECT_TRUE(isNear(hosted.line("l").start, {12, 0}));
+}
+
+TEST(EvaluatedStretch, TurnsAConstructionLineByItsRearPointTheOtherWay) {
+    Document document = corner();
+    document.entities.push_back(entity("x", XlineShape{{0, 0}, {1, 0}}));
+    document.constraints.push_back(
+        constraint("at", ConstraintType::coincident, {{"a", PlaceKind::start}, {"x", PlaceKind::start}}));
+    Hosted hosted(document);
+    Stretch stretch{hosted};
+    stretch.begin({"b", "x"}, {{}, {2}});  // an object without grips ends the search for special ones
+    EXPECT_TRUE(stretch.step(0, 1));
+    const Vec2 direction = hosted.as<XlineShape>("x").direction;
+    EXPECT_NEAR(direction.x, std::sqrt(0.5), 1e-9);
+    EXPECT_NEAR(direction.y, -std::sqrt(0.5), 1e-9);
+}
+
+TEST(EvaluatedStretch, BeginsWhereASecondStretchFindsTheDrawing) {
+    Hosted hosted(corner());
+    Stretch first{hosted};
+    first.begin({"a"}, {{1}});
+    EXPECT_TRUE(first.step(2, 0));
+    Stretch second{hosted};
+    second.begin({"a"}, {{1}});
+    EXPECT_TRUE(second.step(1, 0));
+    EXPECT_TRUE(isNear(hosted.line("a").end, {13, 0}));
+}
+
+TEST(EvaluatedStretch, GoesOnWithoutAnEntityThatIsErasedBetweenItsSteps) {
+    Document document = corner();
+    document.entities.insert(document.entities.begin(), entity("gone", CircleShape{{0, 9}, 1}));
+    Hosted hosted(document);
+    Stretch stretch{hosted};
+    stretch.begin({"a"}, {{1}});
+    EXPECT_TRUE(stretch.step(2, 0));
+    hosted.drawing.erase("gone");
+    EXPECT_TRUE(stretch.step(3, 0));
+    EXPECT_EQ(hosted.line("a").start, (Vec2{0, 0}));
+    EXPECT_TRUE(isNear(hosted.line("b").end, {10, 5}));
 }
 
 TEST(EvaluatedStretch, LeavesObjectsWhereTheyAreInAStaticEvaluation) {

@@ -112,6 +112,46 @@ TEST(EvaluatedAlign, LeavesWhatIsNotConnectedToTheLastBit) {
     EXPECT_EQ(hosted.line("far"), (LineShape{{0.1, 0.7}, {0.3, 1.0 / 3.0}}));
 }
 
+TEST(EvaluatedAlign, ReflectsAnArcTogetherWithWhatIsTiedToItsStart) {
+    Document document;
+    document.entities = {entity("arc", ArcShape{{0, 0}, 5, 0, 1}), entity("l", LineShape{{5, 0}, {9, 1}})};
+    document.constraints = {
+        constraint("tie", ConstraintType::coincident, {{"arc", PlaceKind::start}, {"l", PlaceKind::start}})};
+    Hosted hosted(document);
+    align(hosted, {"arc", "l"}, mirrorAtY());
+    EXPECT_TRUE(hosted.evaluate());
+    EXPECT_TRUE(isNear(hosted.line("l").start, {-5, 0}));
+    EXPECT_TRUE(isNear(hosted.line("l").end, {-9, 1}));
+    const auto arc = hosted.as<ArcShape>("arc");
+    EXPECT_NEAR(arc.startAngle, std::numbers::pi - 1, 1e-9);
+    EXPECT_NEAR(arc.endAngle, std::numbers::pi, 1e-9);
+}
+
+TEST(EvaluatedAlign, ReflectsALineTogetherWithTheCircleThatTouchesIt) {
+    Document document;
+    document.entities = {entity("c", CircleShape{{3, 4}, 4}), entity("l", LineShape{{0, 0}, {9, 0}})};
+    document.constraints = {constraint("touch", ConstraintType::tangent, {{"l"}, {"c"}})};
+    Hosted hosted(document);
+    align(hosted, {"c", "l"}, mirrorAtY());
+    EXPECT_TRUE(hosted.evaluate());
+    EXPECT_EQ(hosted.evaluator.last().miss, 0.0);
+    EXPECT_TRUE(isNear(hosted.as<CircleShape>("c").centre, {-3, 4}));
+    EXPECT_TRUE(isNear(hosted.line("l").end, {-9, 0}));
+}
+
+TEST(EvaluatedAlign, ThatReflectsGoesBackToTheLastBitWhereItCannotBe) {
+    Document document;
+    document.entities = {entity("arc", ArcShape{{0.1, 0.2}, 5, 0, 1}), entity("post", PointShape{{5.1, 0.2}})};
+    document.entities[1].fixed = true;
+    document.constraints = {constraint("tie", ConstraintType::coincident, {{"arc", PlaceKind::start}, {"post"}}),
+                            constraint("here", ConstraintType::fixed, {{"arc"}}),
+                            constraint("r", ConstraintType::radius, {{"arc"}}, 5.0)};
+    Hosted hosted(document);
+    align(hosted, {"arc"}, mirrorAtY());
+    EXPECT_FALSE(hosted.evaluate());
+    EXPECT_EQ(hosted.drawing.document(), document);
+}
+
 bool lengthen(Hosted& hosted, const char* name, const Shape& to) {
     ConstraintLengthenCmdCenter centre;
     centre.addOriCurveInfo(static_cast<const YxDbCurve*>(&hosted.drawing.entity(name)), hosted.drawing.id(name));
@@ -145,6 +185,61 @@ TEST(EvaluatedLengthen, GoesBackWhenADimensionHoldsTheLength) {
     EXPECT_EQ(hosted.line("a"), (LineShape{{0, 0}, {10, 0}}));
     EXPECT_EQ(hosted.line("b").start, (Vec2{10, 0}));
     EXPECT_EQ(hosted.evaluator.last().conflicting, (std::vector<std::string>{"ten", "here"}));
+}
+
+TEST(EvaluatedLengthen, StaysWhenOnlyALaterEvaluationFails) {
+    Hosted hosted(corner());
+    EXPECT_TRUE(lengthen(hosted, "a", LineShape{{0, 0}, {14, 0}}));
+    hosted.drawing.addConstraint(constraint("five", ConstraintType::distance, {{"a"}}, 5.0));
+    hosted.drawing.addConstraint(constraint("six", ConstraintType::distance, {{"a"}}, 6.0));
+    hosted.markChanged();
+    EXPECT_FALSE(hosted.evaluate());
+    EXPECT_EQ(hosted.line("a"), (LineShape{{0, 0}, {14, 0}}));
+}
+
+TEST(EvaluatedLengthen, GoesBackWhenAConstraintMakesNoSense) {
+    Hosted hosted(corner({constraint("odd", ConstraintType::radius, {{"b"}}, 3.0)}));
+    EXPECT_FALSE(lengthen(hosted, "a", LineShape{{0, 0}, {14, 0}}));
+    EXPECT_EQ(hosted.line("a"), (LineShape{{0, 0}, {10, 0}}));
+    EXPECT_NE(hosted.evaluator.last().complaint.find("odd"), std::string::npos);
+}
+
+TEST(EvaluatedLengthen, KeepsTheWholeCurveWhenTheConverterOfAnotherCommandTellsNothing) {
+    Hosted hosted(corner());
+    align(hosted, {"a"}, translation(0, 0));
+    hosted.evaluate();
+    EXPECT_TRUE(lengthen(hosted, "a", LineShape{{0, 0}, {14, 0}}));
+    EXPECT_EQ(hosted.line("a"), (LineShape{{0, 0}, {14, 0}}));
+    EXPECT_TRUE(isNear(hosted.line("b").start, {14, 0}));
+    EXPECT_EQ(hosted.line("b").end, (Vec2{10, 5}));
+}
+
+TEST(EvaluatedLengthen, HoldsTheEndThatMovedOfAnArcSeenFromBelow) {
+    Document document;
+    document.entities = {entity("arc", ArcShape{{0, 0}, 5, 2, 3}),
+                         entity("l", LineShape{{5 * std::cos(3), 5 * std::sin(3)}, {-9, 1}})};
+    Hosted hosted(document);
+    mirrorInHost(hosted, "arc");
+    hosted.drawing.write("arc", ArcShape{{0, 0}, 5, 2, 3});
+    hosted.drawing.addConstraint(
+        constraint("tie", ConstraintType::coincident, {{"arc", PlaceKind::start}, {"l", PlaceKind::start}}));
+    EXPECT_TRUE(lengthen(hosted, "arc", ArcShape{{0, 0}, 5, 2, 4}));
+    EXPECT_TRUE(isNear(hosted.line("l").start, {5 * std::cos(4), 5 * std::sin(4)}));
+    EXPECT_NEAR(hosted.as<ArcShape>("arc").endAngle, 4, 1e-9);
+}
+
+TEST(EvaluatedMirror, SkipsNullAndErasedEntities) {
+    Document document = corner();
+    document.entities.push_back(entity("gone", LineShape{{0, 9}, {5, 9}}));
+    Hosted hosted(document);
+    YxArray<YxDbObjectId> ids = hosted.ids({"a", "gone"});
+    ids.append(YxDbObjectId());
+    hosted.drawing.write("a", LineShape{{0, 0}, {-10, 0}});
+    ConstraintMirrorCmdCenter().addDataToWork(ids);
+    hosted.drawing.erase("gone");
+    hosted.markChanged();
+    EXPECT_TRUE(hosted.evaluate());
+    EXPECT_TRUE(isNear(hosted.line("b").start, {-10, 0}));
 }
 
 TEST(EvaluatedMirror, LetsTheOthersFollowWhatTheHostHasMirrored) {
@@ -204,6 +299,34 @@ TEST(EvaluatedRotation, LetsNeighboursFollowTheRealOne) {
     EXPECT_TRUE(hosted.evaluate());
     EXPECT_EQ(hosted.line("a"), (LineShape{{0, 0}, {0, 10}}));
     EXPECT_TRUE(isNear(hosted.line("b").start, {0, 10}));
+}
+
+TEST(EvaluatedRotation, NamesWhatItsNeighboursCannotFollowToo) {
+    // b cannot follow the end of a: it is level and its other end is held.
+    Document document = corner({constraint("level", ConstraintType::horizontal, {{"b"}}),
+                                constraint("upright", ConstraintType::vertical, {{"a"}}),
+                                constraint("long", ConstraintType::distance, {{"a"}}, 10.0),
+                                constraint("here", ConstraintType::fixed, {{"b", PlaceKind::end}})});
+    document.entities[0].shape = LineShape{{10, -10}, {10, 0}};
+    document.entities[1].shape = LineShape{{10, 0}, {15, 0}};
+    Hosted hosted(document);
+    bool ignored = false, result = false;
+    YxArray<YxDbObjectId> constrained;
+    CYxRotateReleaseConstraint::analysisRotateBox(hosted.ids({"a"}), {0, 0, 0}, ignored, constrained, result);
+    EXPECT_EQ(hosted.evaluator.rotateReport(), (std::vector<std::string>{"tie", "upright"}));
+}
+
+TEST(EvaluatedRotation, IsTriedAnewWhenAnotherEditHasTakenItsBasePointAway) {
+    Hosted hosted(corner({constraint("level", ConstraintType::horizontal, {{"a"}})}));
+    bool ignored = false, result = false;
+    YxArray<YxDbObjectId> constrained;
+    CYxRotateReleaseConstraint::analysisRotateBox(hosted.ids({"b"}), {0, 0, 0}, ignored, constrained, result);
+    EXPECT_TRUE(hosted.evaluator.rotateReport().empty());
+    hosted.header().uninit();
+    align(hosted, {"b"}, translation(0, 0));
+    hosted.evaluate();
+    CYxRotateReleaseConstraint::analysisRotateBox(hosted.ids({"a"}), {0, 0, 0}, ignored, constrained, result);
+    EXPECT_EQ(hosted.evaluator.rotateReport(), std::vector<std::string>{"level"});
 }
 
 TEST(EvaluatedNetwork, SolvesAGroupThatIsMarkedWithoutAnEdit) {
