@@ -148,12 +148,24 @@ void refuseSlidingOff(const ConstraintPropertiesCmdCenter& centre, const YxDbObj
                         "point on its line, or delete the constraint");
 }
 
+/// True when the evaluator has moved the entity. A turn may have reached it in the other sense, so that its failure
+/// says nothing about what the user has typed.
+bool isSolved(const EditContext& context, const Change& change) {
+    try {
+        evaluate(context);
+        return true;
+    } catch (const EditError&) {
+        if (change.row.property != Property::direction && change.row.property != Property::through)
+            throw;
+        return false;
+    }
+}
+
 /// The evaluator moves the entity. Where it read the change in another sense than it was meant (a turn clockwise
 /// arrives as one the other way), the host writes the value itself and has the others follow.
 void setConstrained(const EditContext& context, const Change& change, const Shape& wanted) {
     const Document before = context.drawing.document();
-    evaluate(context);
-    if (isThere(context.drawing.shape(change.name), change))
+    if (isSolved(context, change) && isThere(context.drawing.shape(change.name), change))
         return;
     putBack(context, before);
     context.drawing.write(change.name, wanted);

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <numbers>
+
 #include "tests/workbench/editing/EveryKind.h"
 #include "workbench/editing/Properties.h"
 
@@ -99,6 +102,26 @@ TEST(SetEdit, LetsAFixedLineSlideAlongItselfOnly) {
               "delete the constraint");
     EXPECT_EQ(session.apply("set base end 12,0").outcome.error, "");
     EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {12, 0}}));
+}
+
+TEST(SetEdit, TurnsARayClockwiseWhereItCannotTurnTheOtherWay) {
+    // The ray from the origin passes through p, which is 4 away from a fixed point below it.
+    Document document;
+    document.name = "crank";
+    document.entities = {shapeEntity("r", RayShape{{0, 0}, {10, -2}}), shapeEntity("p", PointShape{{10, -2}}),
+                         shapeEntity("hub", PointShape{{10, -6}})};
+    Constraint arm = constraintOf("arm", ConstraintType::distance, {{"p"}, {"hub"}});
+    arm.value = 4.0;
+    document.constraints = {constraintOf("on", ConstraintType::pointOnCurve, {{"p"}, {"r"}}),
+                            constraintOf("base", ConstraintType::fixed, {{"r", PlaceKind::start}}),
+                            constraintOf("still", ConstraintType::fixed, {{"hub"}}), arm};
+    Session session(document);
+    EXPECT_EQ(session.apply("set r angle -45").outcome.error, "");
+    const auto& ray = std::get<RayShape>(entityNamed(session.document(), "r").shape);
+    EXPECT_NEAR(std::atan2(ray.direction.y, ray.direction.x), -std::numbers::pi / 4, 1e-9);
+    const Vec2 p = std::get<PointShape>(entityNamed(session.document(), "p").shape).position;
+    EXPECT_NEAR(p.x + p.y, 0.0, 1e-7);
+    EXPECT_NEAR(std::hypot(p.x - 10, p.y + 6), 4.0, 1e-7);
 }
 
 TEST(SetEdit, IsUndoneToTheLastBit) {
