@@ -22,6 +22,14 @@ bool isHostsOwn(ConstraintType type) {
     return isDimension(type) || type == ConstraintType::midpoint || type == ConstraintType::internal;
 }
 
+/// The module judges a spline by its control points; what holds on the whole of one it leaves alone.
+bool isOnWholeSpline(const Constraint& constraint, const EntityIndex& entities) {
+    return std::any_of(constraint.refs.begin(), constraint.refs.end(), [&](const Place& place) {
+        const Entity* entity = place.kind == PlaceKind::whole ? entities.find(place.entity) : nullptr;
+        return entity != nullptr && std::holds_alternative<SplineShape>(entity->shape);
+    });
+}
+
 /// Numbers of the constraints with an entity that differs from before, of those that a test picks.
 template <class Test>
 std::vector<int> constraintsOnChanged(const Document& before, const Document& now, const Test& test) {
@@ -54,8 +62,10 @@ double missOf(const Figure& figure, int constraint) {
 
 void dropFalseOwnConstraints(Drawing& drawing, const Document& before) {
     const Document now = drawing.document();
-    const std::vector<int> doubtful = constraintsOnChanged(
-        before, now, [](const Constraint& constraint) { return constraint.driving && isHostsOwn(constraint.type); });
+    const EntityIndex entities(now);
+    const std::vector<int> doubtful = constraintsOnChanged(before, now, [&](const Constraint& constraint) {
+        return constraint.driving && (isHostsOwn(constraint.type) || isOnWholeSpline(constraint, entities));
+    });
     if (doubtful.empty())
         return;
     std::unordered_map<std::string_view, int> numberBefore;

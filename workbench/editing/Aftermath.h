@@ -5,7 +5,8 @@
 namespace holdfast {
 
 // What the host does with its own kinds of constraints when a command has ended. The module judges the geometric ones;
-// dimensions, midpoints and what ties helper lines to an ellipse are the host's.
+// dimensions, midpoints and what ties helper lines to an ellipse are the host's, and so is what holds on the whole of a
+// spline, which the module judges by its control points.
 
 /// Deletes the driving ones of them that held before the command and that its geometry has made false.
 void dropFalseOwnConstraints(Drawing& drawing, const Document& before);

@@ -48,5 +48,18 @@ TEST(MidpointAfterBreak, GoesWithTheMiddleThatItMarked) {
     EXPECT_EQ(constraintIds(session.document()).find("middle"), std::string::npos);
 }
 
+TEST(PointOnSplineAfterBreak, GoesWithThePartOfTheSplineThatItLayOn) {
+    const SplineShape curve{2, false, {{0, 0}, {5, 8}, {10, 0}}, {0, 0, 0, 1, 1, 1}, {}};
+    for (const auto& [point, left] : {std::pair{Vec2{7.5, 3}, ""}, std::pair{Vec2{2.5, 3}, "on"}}) {
+        Document document;
+        document.name = "bow";
+        document.entities = {shapeEntity("bow", curve), shapeEntity("pin", PointShape{point})};
+        document.constraints = {constraintOf("on", ConstraintType::pointOnCurve, {{"pin"}, {"bow"}})};
+        Session session(document);
+        EXPECT_EQ(session.apply("break bow at 5,4").outcome.error, "");
+        EXPECT_EQ(constraintIds(session.document()), left);
+    }
+}
+
 }  // namespace
 }  // namespace holdfast
