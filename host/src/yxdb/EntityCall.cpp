@@ -3,8 +3,14 @@
 #include <string>
 
 #include "host/src/HostAccess.h"
+#include "host/src/yxdb/ObjectData.h"
 
 namespace holdfast {
+
+void reportUseAfterRelease(const YxDbEntity& entity, const char* operation) {
+    if (HostAccess::data(entity).givenBack)
+        reportMisuse(std::string(operation) + " on an entity that was released");
+}
 
 Yxrt::ErrorStatus openForWriteStatus(const YxDbEntity& entity, const char* operation) {
     if (HostAccess::isWritable(entity))

@@ -25,6 +25,7 @@ struct YxDbObjectData {
     bool erased = false;
     std::vector<char> openModes;  ///< one entry for each reference, the latest last
     int writeOpens = 0;
+    bool givenBack = false;                             ///< was open, and is no more
     std::unordered_set<YxDbEntity*>* ledger = nullptr;  ///< of the header that adopted the copy
 };
 

@@ -69,7 +69,7 @@ Yxrt::ErrorStatus YxDbCircle::getPointAtParam(double param, YxGePoint3d& point) 
 }
 
 bool YxDbCircle::isClosed() const {
-    return !holdfast::hostCall("YxDbCurve::isClosed", this);
+    return !holdfast::entityCall(*this, "YxDbCurve::isClosed");
 }
 
 Yxrt::ErrorStatus YxDbCircle::reverseCurve() {

@@ -95,7 +95,7 @@ Yxrt::ErrorStatus YxDbEllipse::getPointAtParam(double param, YxGePoint3d& point)
 }
 
 bool YxDbEllipse::isClosed() const {
-    return !holdfast::hostCall("YxDbCurve::isClosed", this) && AngleRange(m_startAngle, m_endAngle).isFullTurn();
+    return !holdfast::entityCall(*this, "YxDbCurve::isClosed") && AngleRange(m_startAngle, m_endAngle).isFullTurn();
 }
 
 Yxrt::ErrorStatus YxDbEllipse::reverseCurve() {

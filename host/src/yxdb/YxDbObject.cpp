@@ -74,6 +74,7 @@ void YxDbObject::referenceReleased() const {
     }
     m_data->writeOpens -= m_data->openModes.back();
     m_data->openModes.pop_back();
+    m_data->givenBack = m_data->openModes.empty();
     hostCall("release", this);
 }
 
@@ -97,6 +98,7 @@ Yxrt::ErrorStatus open(const char* operation, const YxDbObjectId& id, int mode, 
     YxDbObjectData& data = HostAccess::data(*object);
     data.openModes.push_back(mode == YxDb::kForWrite ? 1 : 0);
     data.writeOpens += data.openModes.back();
+    data.givenBack = false;
     return Yxrt::eOk;
 }
 

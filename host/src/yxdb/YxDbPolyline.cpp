@@ -33,7 +33,7 @@ double flipped(double bulge) {
 YX_IMPLEMENT_CLASS(YxDbPolyline, YxDbCurve)
 
 unsigned int YxDbPolyline::numVerts() const {
-    return holdfast::hostCall("YxDbPolyline::numVerts", this) ? 0U : static_cast<unsigned int>(m_vertices.size());
+    return holdfast::entityCall(*this, "YxDbPolyline::numVerts") ? 0U : static_cast<unsigned int>(m_vertices.size());
 }
 
 Yxrt::ErrorStatus YxDbPolyline::getPointAt(unsigned int index, YxGePoint3d& point) const {
@@ -55,7 +55,7 @@ Yxrt::ErrorStatus YxDbPolyline::getPointAt(unsigned int index, YxGePoint2d& poin
 }
 
 YxDbPolyline::SegType YxDbPolyline::segType(unsigned int index) const {
-    if (holdfast::hostCall("YxDbPolyline::segType", this, index) || index >= segmentCount())
+    if (holdfast::entityCall(*this, "YxDbPolyline::segType", index) || index >= segmentCount())
         return kNone;
     const BulgeSegment segment = segmentAt(index);
     if (segment.isDegenerate())
@@ -161,7 +161,7 @@ Yxrt::ErrorStatus YxDbPolyline::getPointAtParam(double param, YxGePoint3d& point
 }
 
 bool YxDbPolyline::isClosed() const {
-    return !holdfast::hostCall("YxDbCurve::isClosed", this) && m_closed;
+    return !holdfast::entityCall(*this, "YxDbCurve::isClosed") && m_closed;
 }
 
 Yxrt::ErrorStatus YxDbPolyline::reverseCurve() {

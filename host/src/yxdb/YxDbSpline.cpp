@@ -15,7 +15,7 @@ using holdfast::SplineView;
 YX_IMPLEMENT_CLASS(YxDbSpline, YxDbCurve)
 
 int YxDbSpline::numControlPoints() const {
-    return holdfast::hostCall("YxDbSpline::numControlPoints", this) ? 0 : static_cast<int>(m_controlPoints.size());
+    return holdfast::entityCall(*this, "YxDbSpline::numControlPoints") ? 0 : static_cast<int>(m_controlPoints.size());
 }
 
 Yxrt::ErrorStatus YxDbSpline::getControlPointAt(int index, YxGePoint3d& point) const {
@@ -81,7 +81,7 @@ Yxrt::ErrorStatus YxDbSpline::getPointAtParam(double param, YxGePoint3d& point) 
 }
 
 bool YxDbSpline::isClosed() const {
-    return !holdfast::hostCall("YxDbCurve::isClosed", this) && (m_periodic || firstPoint().isEqualTo(lastPoint()));
+    return !holdfast::entityCall(*this, "YxDbCurve::isClosed") && (m_periodic || firstPoint().isEqualTo(lastPoint()));
 }
 
 Yxrt::ErrorStatus YxDbSpline::reverseCurve() {

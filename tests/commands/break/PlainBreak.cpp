@@ -39,7 +39,8 @@ void PlainPolylineBreak::setFirstCurve(const YxDbObjectId& uncutId, const YxDbEn
     if (!groupId.isValid())
         return;
     m_group = static_cast<YxDbAssoc2dConstraintGroup*>(HostAccess::peek(groupId));
-    const auto& uncut = static_cast<const YxDbPolyline&>(*HostAccess::peek(uncutId));
+    const YxSmartPtr<YxDbPolyline> open = YxDbObjectIdImpl::openObject(uncutId, YxDb::kForRead, false);
+    const YxDbPolyline& uncut = *open;
     if (constraintsOnEntity(*m_group, uncut).empty())
         return;
     takeGeomDependenciesOff(piece);

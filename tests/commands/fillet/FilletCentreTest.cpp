@@ -3,8 +3,8 @@
 #include <type_traits>
 
 #include "host/src/EntityAccess.h"
+#include "tests/commands/fillet/OpenScene.h"
 #include "tests/commands/fillet/TestAccess.h"
-#include "tests/core/CheckedScene.h"
 
 namespace holdfast {
 namespace {
@@ -12,7 +12,7 @@ namespace {
 const std::string kLines = "line a 0,0 10,0; line b 10,0 10,10; c1: coincident a.end b.start; c2: fixed b.end";
 
 TEST(FilletCentre, ForgetsTheFilletButNotTheGroupNorTheCollection) {
-    CheckedScene scene(kLines + "; polyline p 0,0#3 5,0#4 9,0#5; fixed p[1]; fixed p[2]");
+    OpenScene scene(kLines + "; polyline p 0,0#3 5,0#4 9,0#5; fixed p[1]; fixed p[2]");
     ConstraintFilletCmdCenter centre;
     centre.setSelfPolyLineDate(scene.entity("p"), 0, 1, ConstraintFilletCmdCenter::kBetween, true);
     centre.setEntityInfo(scene.entity("a"), scene.entity("b"));
@@ -34,7 +34,7 @@ TEST(FilletCentre, ForgetsTheFilletButNotTheGroupNorTheCollection) {
 }
 
 TEST(FilletCentre, ServesAFurtherFilletAfterTheFirst) {
-    CheckedScene scene(kLines);
+    OpenScene scene(kLines);
     ConstraintFilletCmdCenter centre;
     for (const double end : {8.0, 7.0}) {
         centre.setEntityInfo(scene.entity("a"), scene.entity("b"));
@@ -46,7 +46,7 @@ TEST(FilletCentre, ServesAFurtherFilletAfterTheFirst) {
 }
 
 TEST(FilletCentre, FreesItsClonesWhenItEnds) {
-    CheckedScene scene(kLines);
+    OpenScene scene(kLines);
     {
         ConstraintFilletCmdCenter centre;
         centre.setEntityInfo(scene.entity("a"), scene.entity("b"));
@@ -56,7 +56,7 @@ TEST(FilletCentre, FreesItsClonesWhenItEnds) {
 }
 
 TEST(FilletCentre, SharesItsClonesWithItsCopy) {
-    CheckedScene scene(kLines);
+    OpenScene scene(kLines);
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("a"), scene.entity("b"));
     ConstraintFilletCmdCenter copy(centre);
@@ -71,7 +71,7 @@ TEST(FilletCentre, SharesItsClonesWithItsCopy) {
 }
 
 TEST(FilletCentre, ResetsAlsoWhenNothingCouldBeDeleted) {
-    CheckedScene scene(kLines);
+    OpenScene scene(kLines);
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("a"), scene.entity("b"));
     scene.refuseOpen("group");
@@ -89,7 +89,7 @@ TEST(FilletCentre, IsSpeltAsHostsCallIt) {
 }
 
 TEST(FilletCoincidence, LosesOneAtMostAndNoneThatIsCollected) {
-    CheckedScene scene(
+    OpenScene scene(
         "line b 0,0 9,0; polyline p 9,0#3 5,0#4 0,0#5; c1: coincident p[1].start b.end; "
         "c2: implied coincident p[1].end p[2].start");
     ConstraintFilletCmdCenter centre;
@@ -101,7 +101,7 @@ TEST(FilletCoincidence, LosesOneAtMostAndNoneThatIsCollected) {
 }
 
 TEST(FilletCoincidence, NeedsGroupDependencyAndGeometry) {
-    CheckedScene scene("line a 0,0 1,0; line b 0,0 9,0; coincident a.start b.start; line c 0,0 1,1; bare dependency c");
+    OpenScene scene("line a 0,0 1,0; line b 0,0 9,0; coincident a.start b.start; line c 0,0 1,1; bare dependency c");
     ConstraintFilletCmdCenter centre;
     LvTestAccess::deleteCoincidence(centre, nullptr, scene.dependency("a"));
     LvTestAccess::deleteCoincidence(centre, &scene.group(), nullptr);

@@ -4,20 +4,20 @@
 #include <numbers>
 
 #include "host/src/EntityAccess.h"
+#include "tests/commands/fillet/OpenScene.h"
 #include "tests/commands/fillet/TestAccess.h"
-#include "tests/core/CheckedScene.h"
 
 namespace holdfast {
 namespace {
 
 /// Edits a resident entity in place, as the host does.
 template <class T>
-void edit(CheckedScene& scene, const char* name, const std::function<void(T&)>& change) {
+void edit(OpenScene& scene, const char* name, const std::function<void(T&)>& change) {
     const auto open = YxDbObjectIdImpl::openObject(scene.id(name), YxDb::kForWrite, false);
     change(static_cast<T&>(*open));
 }
 
-void setLine(CheckedScene& scene, const char* name, const YxGePoint3d& start, const YxGePoint3d& end) {
+void setLine(OpenScene& scene, const char* name, const YxGePoint3d& start, const YxGePoint3d& end) {
     edit<YxDbLine>(scene, name, [&](YxDbLine& line) { EntityAccess::setLine(line, start, end); });
 }
 
@@ -26,7 +26,7 @@ const std::string kCorner =
     "c4: equal a b; c5: fixed b.end";
 
 TEST(FilletLines, LoseWhatHeldAtTheCornerAndKeepTheRest) {
-    CheckedScene scene(kCorner);
+    OpenScene scene(kCorner);
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("a"), scene.entity("b"));
     setLine(scene, "a", {0, 0, 0}, {8, 0, 0});
@@ -36,14 +36,14 @@ TEST(FilletLines, LoseWhatHeldAtTheCornerAndKeepTheRest) {
 }
 
 TEST(FilletLines, KeepEverythingWhenNothingMoved) {
-    CheckedScene scene(kCorner);
+    OpenScene scene(kCorner);
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("a"), scene.entity("b"));
     EXPECT_EQ(centre.deleteConstraint(), 0);
 }
 
 TEST(FilletLines, WalkTheGroupOnceForBoth) {
-    CheckedScene scene(kCorner);
+    OpenScene scene(kCorner);
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("a"), scene.entity("b"));
     setLine(scene, "a", {0, 0, 0}, {8, 0, 0});
@@ -52,7 +52,7 @@ TEST(FilletLines, WalkTheGroupOnceForBoth) {
 }
 
 TEST(SetEntityInfo, RecordsNothingBesideAPolyline) {
-    CheckedScene scene("line a 0,0 10,0; polyline p 0,0 1,1; fixed a; fixed p[1]");
+    OpenScene scene("line a 0,0 10,0; polyline p 0,0 1,1; fixed a; fixed p[1]");
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("a"), scene.entity("p"));
     centre.setEntityInfo(scene.entity("p"), scene.entity("a"));
@@ -62,7 +62,7 @@ TEST(SetEntityInfo, RecordsNothingBesideAPolyline) {
 }
 
 TEST(SetEntityInfo, RecordsOnlyTheConstrainedOneAndTakesItsGroup) {
-    CheckedScene scene("line a 0,0 10,0; line b 10,0 10,10; fixed b.start");
+    OpenScene scene("line a 0,0 10,0; line b 10,0 10,10; fixed b.start");
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("a"), scene.entity("b"));
     ASSERT_EQ(LvTestAccess::entities(centre).length(), 1);
@@ -71,7 +71,7 @@ TEST(SetEntityInfo, RecordsOnlyTheConstrainedOneAndTakesItsGroup) {
 }
 
 TEST(SetEntityInfo, SkipsNullAndKeepsTheOther) {
-    CheckedScene scene("line b 10,0 10,10; fixed b.start");
+    OpenScene scene("line b 10,0 10,10; fixed b.start");
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(nullptr, scene.entity("b"));
     centre.setEntityInfo(nullptr, nullptr);
@@ -80,14 +80,14 @@ TEST(SetEntityInfo, SkipsNullAndKeepsTheOther) {
 }
 
 TEST(SetEntityInfo, StopsAtAnEntityWithoutAGroup) {
-    CheckedScene scene("line a 0,0 10,0; line b 10,0 10,10; bare dependency a; fixed b.start");
+    OpenScene scene("line a 0,0 10,0; line b 10,0 10,10; bare dependency a; fixed b.start");
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("a"), scene.entity("b"));
     EXPECT_TRUE(LvTestAccess::entities(centre).isEmpty());
 }
 
 TEST(SetEntityInfo, StopsWithoutAProvider) {
-    CheckedScene scene(kCorner);
+    OpenScene scene(kCorner);
     scene.serviceDown();
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("a"), scene.entity("b"));
@@ -95,7 +95,7 @@ TEST(SetEntityInfo, StopsWithoutAProvider) {
 }
 
 TEST(SetEntityInfo, AsksTheProviderOnlyForTheFirstGroup) {
-    CheckedScene scene(kCorner);
+    OpenScene scene(kCorner);
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("a"), scene.entity("b"));
     EXPECT_EQ(scene.process().journal().count("getAssocCons2DGroup"), 1);
@@ -104,7 +104,7 @@ TEST(SetEntityInfo, AsksTheProviderOnlyForTheFirstGroup) {
 
 /// What goes when a clone of another shape stood before entity a.
 std::string collected(const std::string& text, std::unique_ptr<YxDbEntity> before) {
-    CheckedScene scene(text);
+    OpenScene scene(text);
     ConstraintFilletCmdCenter centre;
     LvTestAccess::entities(centre).append(scene.entity("a"));
     LvTestAccess::clones(centre).append(before.release());  // the centre's
@@ -173,7 +173,7 @@ TEST(FilletCurve, KeepsEverythingOfAnyOtherClass) {
 }
 
 TEST(FilletCurve, AppendsTheWholeListBesideItself) {
-    CheckedScene scene(kLine);
+    OpenScene scene(kLine);
     ConstraintFilletCmdCenter centre;
     LvTestAccess::collected(centre).append(scene.constraint("c1"));
     LvTestAccess::entities(centre).append(scene.entity("a"));
@@ -183,7 +183,7 @@ TEST(FilletCurve, AppendsTheWholeListBesideItself) {
 }
 
 TEST(SetDeleteConstraint, NeedsAsManyClonesAsEntities) {
-    CheckedScene scene(kLine);
+    OpenScene scene(kLine);
     ConstraintFilletCmdCenter centre;
     LvTestAccess::entities(centre).append(scene.entity("a"));
     LvTestAccess::compare(centre);
@@ -192,7 +192,7 @@ TEST(SetDeleteConstraint, NeedsAsManyClonesAsEntities) {
 }
 
 TEST(SetDeleteConstraint, TakesTheGroupOfTheFirstEntryEvenIfThatIsNull) {
-    CheckedScene scene(kLine);
+    OpenScene scene(kLine);
     ConstraintFilletCmdCenter centre;
     LvTestAccess::groupId(centre) = scene.groupId();
     LvTestAccess::entities(centre).append(nullptr);
@@ -205,7 +205,7 @@ TEST(SetDeleteConstraint, TakesTheGroupOfTheFirstEntryEvenIfThatIsNull) {
 }
 
 TEST(SetDeleteConstraint, SkipsAnEntityWithoutAClone) {
-    CheckedScene scene(kCorner);
+    OpenScene scene(kCorner);
     ConstraintFilletCmdCenter centre;
     LvTestAccess::entities(centre).append(scene.entity("a"));
     LvTestAccess::entities(centre).append(scene.entity("b"));
@@ -216,7 +216,7 @@ TEST(SetDeleteConstraint, SkipsAnEntityWithoutAClone) {
 }
 
 TEST(SetDeleteConstraint, KeepsTheGroupWhileTheServiceIsDown) {
-    CheckedScene scene(kCorner);
+    OpenScene scene(kCorner);
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("a"), scene.entity("b"));
     setLine(scene, "a", {0, 0, 0}, {8, 0, 0});

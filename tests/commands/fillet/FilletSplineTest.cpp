@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "host/src/EntityAccess.h"
+#include "tests/commands/fillet/OpenScene.h"
 #include "tests/commands/fillet/TestAccess.h"
-#include "tests/core/CheckedScene.h"
 
 namespace holdfast {
 namespace {
@@ -11,7 +11,7 @@ const std::string kSpline =
     "line b 0,0 0,5; spline s degree 3 at 0,0 1,1 2,0 3,1; c1: fixed s.control0; c2: coincident s.control3 b.start; "
     "c3: tangent s b; c4: distance s.control0 s.control2 = 1";
 
-void setSpline(CheckedScene& scene, const std::vector<YxGePoint3d>& control) {
+void setSpline(OpenScene& scene, const std::vector<YxGePoint3d>& control) {
     const auto open = YxDbObjectIdImpl::openObject(scene.id("s"), YxDb::kForWrite, false);
     std::vector<double> knots(4, 0.0);
     for (std::size_t k = 4; k < control.size(); ++k)
@@ -22,7 +22,7 @@ void setSpline(CheckedScene& scene, const std::vector<YxGePoint3d>& control) {
 }
 
 TEST(FilletSpline, LosesOnlyWhatHeldAtControlPointsThatMoved) {
-    CheckedScene scene(kSpline);
+    OpenScene scene(kSpline);
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("s"), nullptr);
     setSpline(scene, {{0, 0, 0}, {1, 1, 0}, {2, 0, 0}, {2.5, 1, 0}});
@@ -31,7 +31,7 @@ TEST(FilletSpline, LosesOnlyWhatHeldAtControlPointsThatMoved) {
 }
 
 TEST(FilletSpline, LosesEverythingWhenItsControlPointsAreAnotherNumber) {
-    CheckedScene scene(kSpline);
+    OpenScene scene(kSpline);
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("s"), nullptr);
     setSpline(scene, {{0, 0, 0}, {1, 1, 0}, {2, 0, 0}, {3, 1, 0}, {4, 0, 0}});
@@ -40,7 +40,7 @@ TEST(FilletSpline, LosesEverythingWhenItsControlPointsAreAnotherNumber) {
 }
 
 TEST(FilletSpline, LosesEverythingWhenItsConstraintsAreAnotherNumber) {
-    CheckedScene scene(kSpline);
+    OpenScene scene(kSpline);
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("s"), nullptr);
     {
@@ -51,7 +51,7 @@ TEST(FilletSpline, LosesEverythingWhenItsConstraintsAreAnotherNumber) {
 }
 
 TEST(FilletSpline, LosesEverythingWithoutARecord) {
-    CheckedScene scene(kSpline);
+    OpenScene scene(kSpline);
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("s"), nullptr);
     LvTestAccess::splines(centre).setLogicalLength(0);
@@ -59,7 +59,7 @@ TEST(FilletSpline, LosesEverythingWithoutARecord) {
 }
 
 TEST(FilletSpline, TakesTheLastOfSeveralRecords) {
-    CheckedScene scene(kSpline);
+    OpenScene scene(kSpline);
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("s"), nullptr);
     LvTestAccess::splines(centre).append(LvTestAccess::splines(centre)[0]);
@@ -68,7 +68,7 @@ TEST(FilletSpline, TakesTheLastOfSeveralRecords) {
 }
 
 TEST(FilletSpline, IsRecordedConstraintByConstraint) {
-    CheckedScene scene(kSpline);
+    OpenScene scene(kSpline);
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("s"), nullptr);
     ASSERT_EQ(LvTestAccess::splines(centre).length(), 1);
@@ -85,7 +85,7 @@ TEST(FilletSpline, IsRecordedConstraintByConstraint) {
 }
 
 TEST(FilletSpline, PairsConstraintsWithTheRecordByPositionOnly) {
-    CheckedScene scene(kSpline);
+    OpenScene scene(kSpline);
     ConstraintFilletCmdCenter centre;
     centre.setEntityInfo(scene.entity("s"), nullptr);
     auto record = LvTestAccess::splines(centre)[0];
@@ -98,7 +98,7 @@ TEST(FilletSpline, PairsConstraintsWithTheRecordByPositionOnly) {
 }
 
 TEST(FilletSpline, LosesAConstraintWhoseRecordDoesNotFitItself) {
-    CheckedScene scene(kSpline);
+    OpenScene scene(kSpline);
     ConstraintFilletCmdCenter centre;
     ConstraintFilletCmdCenter::SplineConstraint record{.spline = scene.entity("s"), .controlPointCount = 4};
     YxArray<int> one;
@@ -113,7 +113,7 @@ TEST(FilletSpline, LosesAConstraintWhoseRecordDoesNotFitItself) {
 }
 
 TEST(FilletSpline, AppendsTheWholeListToWhatIsNoSpline) {
-    CheckedScene scene(kSpline);
+    OpenScene scene(kSpline);
     ConstraintFilletCmdCenter centre;
     YxArray<YxGeomConstraint*> constraints;
     constraints.append(scene.constraint("c1"));
@@ -123,7 +123,7 @@ TEST(FilletSpline, AppendsTheWholeListToWhatIsNoSpline) {
 }
 
 TEST(FilletSpline, IsNotJudgedWithoutGroupSplineOrConstraints) {
-    CheckedScene scene(kSpline);
+    OpenScene scene(kSpline);
     ConstraintFilletCmdCenter centre;
     YxArray<YxGeomConstraint*> constraints;
     LvTestAccess::judgeSpline(centre, &scene.group(), {}, scene.entity("s"), constraints);
@@ -134,7 +134,7 @@ TEST(FilletSpline, IsNotJudgedWithoutGroupSplineOrConstraints) {
 }
 
 TEST(FilletSpline, IsNotRecordedWithoutGroupDependenciesOrClass) {
-    CheckedScene scene(kSpline + "; spline t degree 3 at 0,0 1,1 2,0 3,1");
+    OpenScene scene(kSpline + "; spline t degree 3 at 0,0 1,1 2,0 3,1");
     ConstraintFilletCmdCenter centre;
     LvTestAccess::recordSpline(centre, scene.entity("s"));
     LvTestAccess::groupId(centre) = scene.groupId();

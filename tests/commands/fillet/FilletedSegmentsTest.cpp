@@ -5,9 +5,9 @@
 #include <cmath>
 #include <numbers>
 
+#include "tests/commands/fillet/OpenScene.h"
 #include "tests/commands/fillet/PolylineFilletCommand.h"
 #include "tests/commands/fillet/TestAccess.h"
-#include "tests/core/CheckedScene.h"
 #include "tests/core/PlainSteps.h"
 
 namespace holdfast {
@@ -40,7 +40,7 @@ int segmentNamed(const YxDbAssocGeomDependency& dependency, const YxDbPolyline& 
 RC_GTEST_PROP(FilletedSegments, OfAPolylineWithACurveAreNamedAsTheUserSeesThem, (bool dropBefore, bool turnRound)) {
     const int count = *rc::gen::inRange(2, 9);
     const int cut = *rc::gen::inRange(0, count - 1);
-    CheckedScene scene(constrainedArc("p", count, 50));
+    OpenScene scene(constrainedArc("p", count, 50));
     Centre centre;
     filletWithCurve(scene, "p", centre,
                     {.segment = static_cast<unsigned int>(cut), .dropBefore = dropBefore, .point = {1, 1}}, turnRound);
@@ -61,7 +61,7 @@ RC_GTEST_PROP(FilletedSegments, OfTwoPolylinesAreNamedAsTheUserSeesThem,
               (bool turnFirst, bool turnSecond, bool touch)) {
     const int firstCount = *rc::gen::inRange(2, 9);
     const int secondCount = *rc::gen::inRange(2, 9);
-    CheckedScene scene(constrainedArc("q", firstCount, 50) + "; " + constrainedArc("r", secondCount, 90));
+    OpenScene scene(constrainedArc("q", firstCount, 50) + "; " + constrainedArc("r", secondCount, 90));
     Centre centre;
     filletTwoPolylines(scene, centre,
                        {.segment = turnFirst ? 0U : static_cast<unsigned int>(firstCount - 2),

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <numbers>
 
+#include "tests/commands/fillet/OpenScene.h"
 #include "tests/commands/fillet/RandomFillet.h"
 #include "tests/commands/fillet/SelfFilletCommand.h"
-#include "tests/core/CheckedScene.h"
 #include "tests/core/PlainSteps.h"
 
 namespace holdfast {
@@ -65,7 +65,7 @@ RC_GTEST_PROP(SelfFilletSegments, AreNamedByTheirDependenciesAsTheUserSeesThem, 
     const SelfFilletEdit edit = randomEdit(shape);
     // The corner before the last segment of a closed polyline has a test of its own, below.
     RC_PRE(!(closed && edit.mode == Centre::kCorner && static_cast<int>(edit.second) == shape.count - 1));
-    CheckedScene scene(constrainedOnEverySegment(shape));
+    OpenScene scene(constrainedOnEverySegment(shape));
     Centre centre;
     selfFillet(scene, "p", centre, edit);
     const auto& polyline = *scene.entity<YxDbPolyline>("p");
@@ -86,7 +86,7 @@ RC_GTEST_PROP(SelfFilletSegments, AreNamedByTheirDependenciesAsTheUserSeesThem, 
 
 TEST(SelfFilletSegments, AtVertexZeroOfAClosedPolylineGoOnNamingTheFirst) {
     // The record of the last segment is moved up with its end: from vertex 0 to 1.
-    CheckedScene scene("polyline p 0,0#31 10,0#7 10,10#22 0,10#5 closed; fixed p[1]; fixed p[3]; fixed p[4]");
+    OpenScene scene("polyline p 0,0#31 10,0#7 10,10#22 0,10#5 closed; fixed p[1]; fixed p[3]; fixed p[4]");
     Centre centre;
     selfFillet(scene, "p", centre,
                {.first = 2, .second = 3, .mode = Centre::kCorner, .onFirst = {2, 10}, .onSecond = {0, 8}});

@@ -17,6 +17,7 @@ public:
 
     /// An object with a source copy, moved, and its stretched grips.
     Stretch& object(const char* name, std::initializer_list<int> indices, double dx = 0.0, double dy = 0.0) {
+        const Unwatched unwatched;  // the host's own copying is no call of the centre
         std::unique_ptr<YxDbEntity> source(static_cast<YxDbEntity*>(m_scene.pointer(name)->clone()));
         if (source)
             source->transformBy(translation(dx, dy));

@@ -94,6 +94,34 @@ TEST(Opening, ReleasingWhatIsNotOpenIsMisuse) {
     EXPECT_THAT(host.process.misuses(), ElementsAre("a reference is given back on an object that is not open"));
 }
 
+TEST(Opening, UsingAnEntityAfterItsLastReleaseIsMisuse) {
+    SmallHost host;
+    const YxDbObjectId id = host.line();
+    const auto& line = static_cast<const YxDbLine&>(*HostAccess::peek(id));
+    auto first = openedForRead(id);
+    auto second = first;
+    first.release();
+    line.startPoint();
+    EXPECT_THAT(host.process.misuses(), IsEmpty());
+    second.release();
+    YxGePoint3d end;
+    EXPECT_EQ(line.getEndPoint(end), Yxrt::eOk);
+    EXPECT_FALSE(line.isClosed());
+    EXPECT_THAT(host.process.misuses(), ElementsAre("YxDbCurve::getEndPoint on an entity that was released",
+                                                    "YxDbCurve::isClosed on an entity that was released"));
+}
+
+TEST(Opening, AgainAllowsTheUseOfWhatWasReleased) {
+    SmallHost host;
+    const YxDbObjectId id = host.polyline({1, 2});
+    const auto& line = static_cast<const YxDbPolyline&>(*HostAccess::peek(id));
+    EXPECT_EQ(line.numVerts(), 2U);  // never opened: the host's own
+    openedForRead(id).release();
+    const auto open = openedForRead(id);
+    EXPECT_EQ(line.segType(0), YxDbPolyline::kLine);
+    EXPECT_THAT(host.process.misuses(), IsEmpty());
+}
+
 TEST(Opening, TakingAReferenceOnWhatIsNotOpenIsMisuse) {
     SmallHost host;
     yxrxAddRef(HostAccess::peek(host.line()));
