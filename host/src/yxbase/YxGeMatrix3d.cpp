@@ -4,6 +4,10 @@
 #include <cmath>
 #include <iterator>
 
+#include "host/src/yxbase/SumOfProducts.h"
+
+using holdfast::Product;
+
 namespace {
 
 YxGeVector3d column(const YxGeMatrix3d& m, int index) {
@@ -76,7 +80,9 @@ YxGeMatrix3d& YxGeMatrix3d::preMultBy(const YxGeMatrix3d& left) {
             double sum = 0.0;
             for (int k = 0; k < 4; ++k)
                 sum += left.entry[row][k] * entry[k][col];
-            product.entry[row][col] = sum;
+            product.entry[row][col] = holdfast::orSumOfProducts(
+                sum, Product{left(row, 0), entry[0][col]}, Product{left(row, 1), entry[1][col]},
+                Product{left(row, 2), entry[2][col]}, Product{left(row, 3), entry[3][col]});
         }
     return *this = product;
 }
@@ -102,7 +108,15 @@ bool YxGeMatrix3d::isUniScaledOrtho(const YxGeTol& tol) const {
 }
 
 double YxGeMatrix3d::det() const {
-    return tripleProduct(column(*this, 0), column(*this, 1), column(*this, 2));
+    const YxGeVector3d x = column(*this, 0);
+    const YxGeVector3d y = column(*this, 1);
+    const YxGeVector3d z = column(*this, 2);
+    const double plain = tripleProduct(x, y, z);
+    if (!std::isnan(plain))
+        return plain;
+    // Too large on the way: the volume of the unit columns tells at least zero and the sign.
+    const double ofUnits = tripleProduct(x.normal(), y.normal(), z.normal());
+    return ofUnits == 0.0 ? 0.0 : ofUnits * x.length() * y.length() * z.length();
 }
 
 bool YxGeMatrix3d::isEqualTo(const YxGeMatrix3d& other, const YxGeTol& tol) const {
@@ -116,12 +130,15 @@ bool YxGeMatrix3d::isEqualTo(const YxGeMatrix3d& other, const YxGeTol& tol) cons
 }
 
 YxGePoint3d operator*(const YxGeMatrix3d& m, const YxGePoint3d& p) {
-    return {m(0, 0) * p.x + m(0, 1) * p.y + m(0, 2) * p.z + m(0, 3),
-            m(1, 0) * p.x + m(1, 1) * p.y + m(1, 2) * p.z + m(1, 3),
-            m(2, 0) * p.x + m(2, 1) * p.y + m(2, 2) * p.z + m(2, 3)};
+    const auto image = [&](int row) {
+        const double plain = m(row, 0) * p.x + m(row, 1) * p.y + m(row, 2) * p.z + m(row, 3);
+        return holdfast::orSumOfProducts(plain, Product{m(row, 0), p.x}, Product{m(row, 1), p.y},
+                                         Product{m(row, 2), p.z}, Product{m(row, 3), 1.0});
+    };
+    return {image(0), image(1), image(2)};
 }
 
 YxGeVector3d operator*(const YxGeMatrix3d& m, const YxGeVector3d& v) {
-    return {m(0, 0) * v.x + m(0, 1) * v.y + m(0, 2) * v.z, m(1, 0) * v.x + m(1, 1) * v.y + m(1, 2) * v.z,
-            m(2, 0) * v.x + m(2, 1) * v.y + m(2, 2) * v.z};
+    const auto image = [&](int row) { return YxGeVector3d(m(row, 0), m(row, 1), m(row, 2)).dotProduct(v); };
+    return {image(0), image(1), image(2)};
 }

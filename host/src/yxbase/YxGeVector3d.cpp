@@ -5,6 +5,10 @@
 
 #include <yxbase/YxGeMatrix3d.h>
 
+#include "host/src/yxbase/SumOfProducts.h"
+
+using holdfast::Product;
+
 constinit const YxGeVector3d YxGeVector3d::kIdentity{};
 constinit const YxGeVector3d YxGeVector3d::kXAxis{1.0, 0.0, 0.0};
 constinit const YxGeVector3d YxGeVector3d::kYAxis{0.0, 1.0, 0.0};
@@ -19,6 +23,11 @@ bool keepsItsDigits(double squaredLength) {
 
 double squaredLength(const YxGeVector3d& v) {
     return v.x * v.x + v.y * v.y + v.z * v.z;
+}
+
+/// a b - c d.
+double minor(double a, double b, double c, double d) {
+    return holdfast::orSumOfProducts(a * b - c * d, Product{a, b}, Product{-c, d});
 }
 
 double largestComponent(const YxGeVector3d& v) {
@@ -52,11 +61,12 @@ YxGeVector3d YxGeVector3d::normal() const {
 }
 
 double YxGeVector3d::dotProduct(const YxGeVector3d& other) const {
-    return x * other.x + y * other.y + z * other.z;
+    const double plain = x * other.x + y * other.y + z * other.z;
+    return holdfast::orSumOfProducts(plain, Product{x, other.x}, Product{y, other.y}, Product{z, other.z});
 }
 
 YxGeVector3d YxGeVector3d::crossProduct(const YxGeVector3d& other) const {
-    return {y * other.z - z * other.y, z * other.x - x * other.z, x * other.y - y * other.x};
+    return {minor(y, other.z, z, other.y), minor(z, other.x, x, other.z), minor(x, other.y, y, other.x)};
 }
 
 double YxGeVector3d::angleTo(const YxGeVector3d& other) const {

@@ -69,6 +69,27 @@ TEST(MatrixProduct, TakesItselfAsTheLeftFactor) {
     EXPECT_TRUE((matrix * YxGePoint3d::kOrigin).isEqualTo({2, 4, 6}));
 }
 
+TEST(MatrixProduct, OfTheLargestNumbersIsANumber) {
+    YxGeMatrix3d matrix;
+    matrix(0, 0) = 1e200;
+    matrix(0, 1) = -1e200;
+    EXPECT_EQ((matrix * YxGePoint3d(1e200, 1e200, 0)).x, 0.0);
+    EXPECT_EQ((matrix * YxGeVector3d(1e200, 1e200, 0)).x, 0.0);
+    YxGeMatrix3d product = matrix;
+    product(1, 0) = 1e200;
+    product.preMultBy(matrix);
+    EXPECT_FALSE(std::isnan(product(0, 0)));
+    EXPECT_EQ(product(0, 1), -HUGE_VAL);
+}
+
+TEST(MatrixVolume, OfTheLargestColumnsIsANumber) {
+    YxGeMatrix3d flat;
+    for (int row = 0; row < 3; ++row)
+        flat(row, 0) = flat(row, 1) = 1e200;
+    EXPECT_EQ(flat.det(), 0.0);
+    EXPECT_EQ(scaled(1e150, 1e150, -1e150).det(), -HUGE_VAL);
+}
+
 TEST(SingularMatrix, FlattensSpaceWhateverItsScale) {
     EXPECT_TRUE(scaled(1, 0, 1).isSingular());
     EXPECT_FALSE(scaled(1e-4, 1e-4, 1e-4).isSingular());

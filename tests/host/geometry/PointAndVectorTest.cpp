@@ -82,6 +82,20 @@ TEST(VectorProducts, FollowTheRightHand) {
     EXPECT_EQ(YxGeVector3d(1, 2, 3).dotProduct({4, 5, 6}), 32.0);
 }
 
+TEST(VectorProducts, OfTheLongestVectorsAreNumbers) {
+    EXPECT_EQ(YxGeVector3d(1e200, 1e200, 3).dotProduct({1e200, -1e200, 0}), 0.0);
+    EXPECT_EQ(YxGeVector3d(1e200, -1e200, 0).dotProduct({1e200, 2e199, 0}), HUGE_VAL);
+    const YxGeVector3d product = YxGeVector3d(1e200, 2e200, 0).crossProduct({1e200, 2e200, 1});
+    EXPECT_EQ(product.x, 2e200);
+    EXPECT_EQ(product.y, -1e200);
+    EXPECT_EQ(product.z, 0.0);
+}
+
+TEST(VectorProducts, OfWhatIsNoNumberAreNone) {
+    EXPECT_TRUE(std::isnan(YxGeVector3d(std::nan(""), 0, 0).dotProduct({1, 0, 0})));
+    EXPECT_FALSE(std::isfinite(YxGeVector3d(HUGE_VAL, 0, 0).dotProduct({0, 1, 0})));
+}
+
 TEST(VectorAngle, RunsFromZeroToPi) {
     EXPECT_EQ(YxGeVector3d::kXAxis.angleTo({0, -3, 0}), kPi / 2);
     EXPECT_EQ(YxGeVector3d::kXAxis.angleTo({-5, 0, 0}), kPi);
