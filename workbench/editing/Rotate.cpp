@@ -20,8 +20,8 @@ bool tryRotation(const EditContext& context, const std::vector<std::string>& nam
     return !constrainedIds.isEmpty();
 }
 
-/// What is tied to the turned entities follows. Of the constraints that the trial has named, those go that the user's
-/// angle makes false and that no other entity's move can mend: a level line that is level no longer.
+/// What is tied to the turned entities follows. Constraints go that the user's angle makes false and that no other
+/// entity's move can mend: a level line that is level no longer. The trial, at its own angle, has named the likeliest.
 void followReleasing(const EditContext& context) {
     for (const std::string& id : context.evaluator.againstPlaced(context.edited, context.evaluator.rotateReport()))
         context.drawing.removeConstraint(id);

@@ -232,23 +232,28 @@ bool HostEvaluator::rotate(AssocConstraintHeader& header) {
     }
     m_trialPointCount = header.points.length();
     const EditDemand demand = transformDemand(host, edited, header.staticTransform);
-    m_rotateReport =
-        namesOf(host.figure, constraintsAgainst(host.figure, demand, constraintsTouching(host.figure, edited)));
+    const auto against = constraintsAgainst(host.figure, demand, constraintsTouching(host.figure, edited));
+    m_rotateReport = namesOf(host.figure, against.value_or(std::vector<int>()));
     return true;
 }
 
 std::vector<std::string> HostEvaluator::againstPlaced(const std::vector<std::string>& entities,
-                                                      const std::vector<std::string>& mayGo) const {
+                                                      const std::vector<std::string>& first) const {
     const HostFigure host(m_drawing);
-    const std::unordered_set<std::string_view> released(mayGo.begin(), mayGo.end());
-    std::vector<int> edited, constraints;
+    const std::unordered_set<std::string_view> named(first.begin(), first.end());
+    std::vector<int> edited, suspects;
     for (const std::string& name : entities)
         if (const int number = host.numberOf(name); number >= 0)
             edited.push_back(number);
-    for (const int c : constraintsTouching(host.figure, edited))
-        if (released.contains(host.figure.constraints[at(c)].id))
-            constraints.push_back(c);
-    return namesOf(host.figure, constraintsAgainst(host.figure, placedDemand(host, edited), constraints));
+    const std::vector<int> touching = constraintsTouching(host.figure, edited);
+    for (const int c : touching)
+        if (named.contains(host.figure.constraints[at(c)].id))
+            suspects.push_back(c);
+    const EditDemand demand = placedDemand(host, edited);
+    std::optional<std::vector<int>> against = constraintsAgainst(host.figure, demand, suspects);
+    if (!against)
+        against = constraintsAgainst(host.figure, demand, touching);
+    return namesOf(host.figure, against.value_or(std::vector<int>()));
 }
 
 bool HostEvaluator::drag(AssocConstraintHeader& header) {

@@ -52,9 +52,10 @@ public:
     /// Constraints that would have to go for the rotation that was tried last, in drawing order.
     const std::vector<std::string>& rotateReport() const { return m_rotateReport; }
 
-    /// Of some constraints, those that have to go for entities to stay where they are now, in drawing order.
+    /// The constraints that have to go for entities to stay where they are now, in drawing order. They are looked for
+    /// among some first; the others on these entities are only given up when it cannot be without.
     std::vector<std::string> againstPlaced(const std::vector<std::string>& entities,
-                                           const std::vector<std::string>& mayGo) const;
+                                           const std::vector<std::string>& first) const;
 
     /// The command is over: drags and trials are forgotten.
     void endCommand();

@@ -93,12 +93,13 @@ std::vector<int> constraintsTouching(const Figure& figure, const std::vector<int
     return touching;
 }
 
-std::vector<int> constraintsAgainst(const Figure& figure, const EditDemand& demand, const std::vector<int>& mayGo) {
+std::optional<std::vector<int>> constraintsAgainst(const Figure& figure, const EditDemand& demand,
+                                                   const std::vector<int>& mayGo) {
     const SolveRequest request{.targets = demand.targets, .edited = demand.edited, .namesConflicts = false};
     Figure held = figure;
     setActive(held, mayGo, false);
     if (!solve(held, request).isSolved())
-        return {};  // what may not go is against it already
+        return std::nullopt;
     std::vector<int> against = brokenByTargets(held, demand, mayGo), doubtful;
     std::set_difference(mayGo.begin(), mayGo.end(), against.begin(), against.end(), std::back_inserter(doubtful));
     admit(held, request, doubtful, against);

@@ -1,14 +1,19 @@
 #pragma once
 
+#include <optional>
+#include <vector>
+
 #include "workbench/evaluator/EditDemand.h"
 
 namespace holdfast {
 
 /// The constraints on edited elements that have to go for the demand to be met, of those that may go. Earlier drawn
 /// ones are kept as long as they can be: each is added to those that hold already, and stays when all of them can hold
-/// together. Ascending; the figure is only read. What lies on edited elements alone is judged as it stands; the others
-/// cost one solve when all of them hold, else about one for each that does not, times the logarithm of their number.
-std::vector<int> constraintsAgainst(const Figure& figure, const EditDemand& demand, const std::vector<int>& mayGo);
+/// together. Ascending; nothing when those that may not go are against it already. The figure is only read. What lies
+/// on edited elements alone is judged as it stands; the others cost one solve when all of them hold, else about one for
+/// each that does not, times the logarithm of their number.
+std::optional<std::vector<int>> constraintsAgainst(const Figure& figure, const EditDemand& demand,
+                                                   const std::vector<int>& mayGo);
 
 /// The binding constraints that have one of these elements, ascending.
 std::vector<int> constraintsTouching(const Figure& figure, const std::vector<int>& edited);

@@ -62,6 +62,27 @@ TEST(RotateEdit, LetsGoOfNeighboursThatCannotFollow) {
     EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {10, 0}}));
 }
 
+TEST(RotateEdit, LetsGoOfALinkageThatReachesToOtherAnglesOnly) {
+    Document document;
+    document.name = "linkage";
+    document.entities = {lineEntity("crank", {0, 0}, {0, 5}), lineEntity("rod", {0, 5}, {-3, 9}),
+                         lineEntity("arm", {-3, 9}, {-6, 5})};
+    const auto five = [](const std::string& id, const std::string& name) {
+        Constraint length = constraintOf(id, ConstraintType::distance, {{name}});
+        length.value = 5.0;
+        return length;
+    };
+    document.constraints = {
+        constraintOf("tie", ConstraintType::coincident, {{"crank", PlaceKind::end}, {"rod", PlaceKind::start}}),
+        constraintOf("knee", ConstraintType::coincident, {{"rod", PlaceKind::end}, {"arm", PlaceKind::start}}),
+        constraintOf("pin", ConstraintType::fixed, {{"arm", PlaceKind::end}}), five("r5", "rod"), five("a5", "arm")};
+    Session session(document);
+    EXPECT_EQ(session.apply("rotate crank about 0,0 by 60").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "tie knee pin r5 a5");
+    EXPECT_EQ(session.apply("rotate crank about 0,0 by -180").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "knee pin r5 a5");
+}
+
 TEST(RotateEdit, ByAFullTurnLeavesEverythingInPlace) {
     Session session(frameDrawing());
     EXPECT_EQ(session.apply("rotate base left right about 3,7 by 360").outcome.error, "");
