@@ -36,6 +36,17 @@ std::vector<const ConverterRecord*> ConverterFeed::all(std::string_view operatio
     return found;
 }
 
+std::vector<const ConverterRecord*> ConverterFeed::allSince(std::string_view start, std::string_view operation) const {
+    std::vector<const ConverterRecord*> found;
+    for (const ConverterRecord* call : m_calls) {
+        if (call->operation == start)
+            found.clear();
+        else if (call->operation == operation)
+            found.push_back(call);
+    }
+    return found;
+}
+
 void ConverterFeed::consume(LvEvaDataConverter* converter) {
     if (converter == nullptr)
         return;

@@ -24,6 +24,8 @@ public:
     const ConverterRecord* last(std::string_view operation) const;
     /// All calls of an operation, in order.
     std::vector<const ConverterRecord*> all(std::string_view operation) const;
+    /// Those of them that came after the last call of another operation.
+    std::vector<const ConverterRecord*> allSince(std::string_view start, std::string_view operation) const;
 
     static void consume(LvEvaDataConverter* converter);
 

@@ -210,6 +210,8 @@ void askGrips(Stretched& stretched) {
         case FigureKind::ellipse:
         case FigureKind::point:
         case FigureKind::text:
+            if (!stretched.has(0))
+                return;
             stretched.move(0, stretched.by);
             for (int value = 2; value < stretched.element.valueCount; ++value) {
                 const bool isEnd = stretched.element.kind == FigureKind::ellipticalArc && value >= 5;
@@ -231,7 +233,7 @@ EditDemand stretchDemand(const Drawing& drawing, const HostFigure& host, const A
     if (objects == nullptr || grips == nullptr || way == nullptr)
         return demand;
     std::unordered_map<std::string, std::vector<const ConverterRecord*>> specials;
-    for (const ConverterRecord* special : feed.all("addSpecialInfo"))
+    for (const ConverterRecord* special : feed.allSince("beginStep", "addSpecialInfo"))
         specials[drawing.nameOf(special->id)].push_back(special);
     const std::vector<const Indices*> lists = listsOf(header, objects->ids, grips->indexLists);
     for (std::size_t i = 0; i < lists.size(); ++i) {

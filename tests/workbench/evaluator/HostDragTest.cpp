@@ -188,12 +188,15 @@ struct Stretch {
             grips.append(indices);
         }
     }
-    bool step(double x, double y) {
+    void feed(double x, double y) {
         YxArray<void*> pointers;
         for (const auto& source : sources)
             pointers.append(source.get());
         centre.setSourceInfo({x, y, 0}, pointers, grips);
         centre.addDataToWork();
+    }
+    bool step(double x, double y) {
+        feed(x, y);
         return hosted.evaluate();
     }
 };
@@ -288,6 +291,39 @@ TEST(EvaluatedStretch, TurnsAConstructionLineByItsRearPointTheOtherWay) {
     const Vec2 direction = hosted.as<XlineShape>("x").direction;
     EXPECT_NEAR(direction.x, std::sqrt(0.5), 1e-9);
     EXPECT_NEAR(direction.y, -std::sqrt(0.5), 1e-9);
+}
+
+TEST(EvaluatedStretch, MovesACircleByItsCentreOnly) {
+    Document document = corner();
+    document.entities.push_back(entity("c", CircleShape{{10, 0}, 2}));
+    document.constraints.push_back(
+        constraint("with", ConstraintType::concentric, {{"c", PlaceKind::centre}, {"c2", PlaceKind::centre}}));
+    document.entities.push_back(entity("c2", CircleShape{{10, 0}, 3}));
+    Hosted hosted(document);
+    Stretch stretch{hosted};
+    stretch.begin({"a", "c"}, {{0}, {4}});
+    EXPECT_TRUE(stretch.step(0, 2));
+    EXPECT_EQ(hosted.as<CircleShape>("c"), (CircleShape{{10, 0}, 2}));
+    EXPECT_TRUE(isNear(hosted.line("a").start, {0, 2}));
+}
+
+TEST(EvaluatedStretch, ForgetsTheSpecialRecordsOfAStepThatWasNotEvaluated) {
+    PolylineShape bent{{{0, 0}, {10, 0}, {20, 0}}, {0.5, 0, 0}, {1, 2, 3}, false};
+    Document document;
+    document.entities = {entity("p", bent), entity("l", LineShape{{20, 0}, {25, 5}})};
+    document.constraints = {
+        constraint("tie", ConstraintType::coincident, {{"p", PlaceKind::segmentEnd, 1}, {"l", PlaceKind::start}})};
+    Hosted hosted(document);
+    Stretch stretch{hosted};
+    stretch.begin({"p"}, {{0}});
+    bent.bulges[0] = 1.0;
+    stretch.sources[0] = makeEntity(bent);
+    stretch.feed(0, 4);
+    stretch.grips[0][0] = 1;  // the straight segment behind this vertex needs no record
+    EXPECT_TRUE(stretch.step(0, 4));
+    const auto polyline = hosted.as<PolylineShape>("p");
+    EXPECT_TRUE(isNear(polyline.vertices[1], {10, 4}));
+    EXPECT_NEAR(polyline.bulges[0], 0.5, 1e-9);
 }
 
 TEST(EvaluatedStretch, BeginsWhereASecondStretchFindsTheDrawing) {
