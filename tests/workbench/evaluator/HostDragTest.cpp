@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
+#include <yxbase/YxSmartPtr.h>
+
 #include "commands/stretch/ConstraintStretchCmdCenter.h"
 #include "drag/LvConstraintDropData.h"
 #include "tests/workbench/evaluator/Hosted.h"
@@ -291,6 +295,27 @@ TEST(EvaluatedStretch, TurnsAConstructionLineByItsRearPointTheOtherWay) {
     const Vec2 direction = hosted.as<XlineShape>("x").direction;
     EXPECT_NEAR(direction.x, std::sqrt(0.5), 1e-9);
     EXPECT_NEAR(direction.y, -std::sqrt(0.5), 1e-9);
+}
+
+TEST(EvaluatedStretch, MovesTheStartOfAnArcSeenFromBelowWhereTheHostHasIt) {
+    Document document;
+    document.entities = {entity("arc", ArcShape{{0, 0}, 5, 0, 1.5}), entity("l", LineShape{{5, 0}, {9, 1}})};
+    document.constraints = {
+        constraint("tie", ConstraintType::coincident, {{"arc", PlaceKind::start}, {"l", PlaceKind::start}})};
+    Hosted hosted(document);
+    YxGeMatrix3d mirror;
+    mirror.entry[0][0] = -1.0;
+    YxSmartPtr<YxDbEntity>(YxDbObjectIdImpl::openObject(hosted.drawing.id("arc"), YxDb::kForWrite, false))
+        ->transformBy(mirror);
+    hosted.drawing.write("l", LineShape{{-5, 0}, {-9, 1}});
+    Stretch stretch{hosted};
+    stretch.begin({"arc"}, {{0}});
+    EXPECT_TRUE(stretch.step(-1, 0));
+    EXPECT_TRUE(isNear(hosted.line("l").start, {-6, 0}));
+    const auto arc = hosted.as<ArcShape>("arc");
+    EXPECT_TRUE(
+        isNear({arc.centre.x + arc.radius * std::cos(arc.endAngle), arc.centre.y + arc.radius * std::sin(arc.endAngle)},
+               {-6, 0}));
 }
 
 TEST(EvaluatedStretch, MovesACircleByItsCentreOnly) {

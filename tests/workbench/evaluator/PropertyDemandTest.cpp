@@ -2,6 +2,8 @@
 
 #include <numbers>
 
+#include <yxbase/YxSmartPtr.h>
+
 #include "evaluation/EvaluationHeader.h"
 #include "tests/workbench/evaluator/Hosted.h"
 #include "workbench/evaluator/FigureFromDocument.h"
@@ -113,6 +115,21 @@ TEST(EvaluatedProperty, IsTheUsersAndLeavesTheRestOfAFreeEntity) {
         for (std::size_t i = 0; i < is.size(); ++i)
             EXPECT_NEAR(is[i], wanted[i], 1e-8) << row.what << ", value " << i;
     }
+}
+
+TEST(EvaluatedProperty, MovesTheStartOfAnArcSeenFromBelowWhereTheHostHasIt) {
+    Document document;
+    document.entities = {entity("arc", ArcShape{{0, 0}, 5, 0, kRight})};
+    Hosted hosted(document);
+    YxGeMatrix3d mirror;
+    mirror.entry[0][0] = -1.0;
+    YxSmartPtr<YxDbEntity>(YxDbObjectIdImpl::openObject(hosted.drawing.id("arc"), YxDb::kForWrite, false))
+        ->transformBy(mirror);
+    EXPECT_TRUE(change(hosted, "arc", {EntType::kArc, 1, {5, -5, 0}}));  // from (-5, 0) to (0, -5)
+    const auto arc = hosted.as<ArcShape>("arc");
+    EXPECT_TRUE(isNear(arc.centre, {0, 0}));
+    EXPECT_NEAR(arc.startAngle, kRight, 1e-9);
+    EXPECT_NEAR(arc.endAngle, 3 * kRight, 1e-9);
 }
 
 TEST(EvaluatedProperty, MovesATangentLineWithTheCircle) {
