@@ -152,10 +152,12 @@ void HostDrag::preview(const Drawing& drawing, AssocConstraintHeader& header) {
             shown.push_back(number);
     header.entitiesToDraw.setLogicalLength(0);
     for (const int number : shown) {
+        const std::string& name = m_host.document.entities[at(number)].id;
+        if (drawing.id(name).isNull())
+            continue;  // erased during the drag
         YxDbEntity*& copy = m_previews[number];
         if (copy == nullptr) {
-            const YxDbEntity& resident = drawing.entity(m_host.document.entities[at(number)].id);
-            copy = static_cast<YxDbEntity*>(resident.clone());
+            copy = static_cast<YxDbEntity*>(drawing.entity(name).clone());
             header.adopt(copy);
         }
         writeShape(*copy, m_host.shapeOf(number));

@@ -75,7 +75,8 @@ std::vector<int> HostFigure::moved() const {
 
 void writeMoved(Drawing& drawing, const HostFigure& host) {
     for (const int number : host.moved())
-        drawing.write(host.document.entities[at(number)].id, host.shapeOf(number));
+        if (const std::string& name = host.document.entities[at(number)].id; drawing.id(name).isValid())
+            drawing.write(name, host.shapeOf(number));
 }
 
 Shape transformed(const Shape& shape, const YxGeMatrix3d& transform) {

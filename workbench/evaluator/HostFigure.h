@@ -39,7 +39,8 @@ private:
     std::unordered_map<std::string, int> m_numbers;
 };
 
-/// Writes every element that moved into the database; nothing else is touched.
+/// Writes every element that moved into the database; nothing else is touched. One that was erased since the figure was
+/// read is skipped.
 void writeMoved(Drawing& drawing, const HostFigure& host);
 
 /// A shape after one of the host's transforms.

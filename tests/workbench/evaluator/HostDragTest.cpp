@@ -158,6 +158,20 @@ TEST(EvaluatedDrag, HoldsAnEntityAtThePointsOfTheHeaderOnly) {
     EXPECT_EQ(hosted.line("b").end, (Vec2{10, 5}));
 }
 
+TEST(EvaluatedDrag, SkipsAnEntityThatIsErasedWhileItFollows) {
+    Hosted hosted(corner());
+    LvConstraintDropData::init(hosted.ids({"a"}));
+    dragTo(translation(1, 0));
+    hosted.drawing.erase("b");
+    dragTo(translation(2, 3));
+    EXPECT_EQ(previewsOf(hosted).size(), 1u);
+    LvConstraintDropData::setFlag(1);
+    LvConstraintDropData::confirm();
+    hosted.markChanged();
+    EXPECT_TRUE(hosted.evaluate());
+    EXPECT_TRUE(isNear(hosted.line("a").start, {2, 3}));
+}
+
 TEST(EvaluatedDrag, ChoosesSidesAnewAfterASessionThatWasDropped) {
     Document document;
     document.entities = {entity("c", CircleShape{{0, 4}, 4}), entity("l", LineShape{{-9, 0}, {9, 0}})};
