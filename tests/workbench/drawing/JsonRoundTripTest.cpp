@@ -37,7 +37,7 @@ int expectSameBytes(const fs::path& folder) {
 }
 
 TEST(JsonRoundTrip, KeepsEveryByteOfTheExampleDrawings) {
-    EXPECT_EQ(expectSameBytes("examples/drawings"), 6);
+    EXPECT_EQ(expectSameBytes("examples/drawings"), 7);
 }
 
 TEST(JsonRoundTrip, KeepsEveryByteOfTheDrawingsInANamedFolder) {

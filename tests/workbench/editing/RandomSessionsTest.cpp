@@ -10,7 +10,7 @@
 #include <unordered_set>
 
 #include "host/model/HostAudit.h"
-#include "tests/workbench/editing/DrawingFolder.h"
+#include "tests/workbench/DrawingFolder.h"
 #include "tests/workbench/editing/RandomEdits.h"
 #include "workbench/drawing/DocumentCheck.h"
 #include "workbench/drawing/Drawing.h"

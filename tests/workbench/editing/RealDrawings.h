@@ -1,20 +1,18 @@
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "tests/workbench/DrawingFolder.h"
 #include "workbench/drawing/Document.h"
 
 // Edits real drawings and checks what has to hold after any edit.
 
 namespace holdfast {
 
-/// The drawings that come with the project, and those of the folder in HOLDFAST_DRAWINGS: all of them or
-/// (HOLDFAST_HALF=0 or 1) every other one.
-std::vector<std::filesystem::path> drawingFiles();
+using testing::drawingFiles;
 
 /// An edit, and what it may change.
 struct RealEdit {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -10,6 +9,7 @@
 #include <random>
 #include <set>
 
+#include "tests/workbench/DrawingFolder.h"
 #include "workbench/drawing/JsonReader.h"
 #include "workbench/evaluator/Diagnose.h"
 #include "workbench/evaluator/Drag.h"
@@ -17,7 +17,7 @@
 #include "workbench/evaluator/Measure.h"
 #include "workbench/evaluator/Solve.h"
 
-// Drawings that people made for their own work: those of the folder that HOLDFAST_DRAWINGS names, else the examples.
+// Drawings that people made for their own work: the examples, and those of the folder that HOLDFAST_DRAWINGS names.
 // A drawing that does not hold as it is stored is left out, and counted.
 
 namespace holdfast {
@@ -36,16 +36,9 @@ double worstMiss(const Figure& figure) {
 }
 
 std::vector<Sample> readSamples() {
-    const char* named = std::getenv("HOLDFAST_DRAWINGS");
-    std::vector<fs::path> files;
-    for (const auto& entry : fs::directory_iterator(named != nullptr ? named : "examples/drawings")) {
-        if (entry.path().extension() == ".json")
-            files.push_back(entry.path());
-    }
-    std::sort(files.begin(), files.end());
     std::vector<Sample> samples;
     std::string unsound;
-    for (const fs::path& file : files) {
+    for (const fs::path& file : testing::drawingFiles()) {
         std::ifstream in(file);
         Figure figure = figureFrom(readJson(in, file.filename().string()));
         constexpr double heldByItsAuthor = 1e-4;
@@ -243,7 +236,7 @@ TEST(RealDrawings, FollowADragAndComeBackWithIt) {
         std::cout << "  " << fork << "\n";
         drawings.insert(fork.substr(0, fork.find(',')));
     }
-    EXPECT_LE(drawings.size(), figures.dragged / 200);
+    EXPECT_LE(drawings.size(), (figures.dragged + 199) / 200);
 }
 
 }  // namespace
