@@ -24,6 +24,7 @@ std::size_t at(int i) {
 
 std::vector<std::string> namesOf(const Figure& figure, const std::vector<int>& constraints) {
     std::vector<std::string> names;
+    names.reserve(constraints.size());
     for (const int c : constraints)
         names.push_back(figure.constraints[at(c)].id);
     return names;

@@ -47,7 +47,8 @@ std::vector<int> brokenByTargets(const Figure& figure, const EditDemand& demand,
     std::vector<int> decided, broken;
     for (const int c : constraints) {
         const auto& refs = figure.constraints[at(c)].refs;
-        if (std::all_of(refs.begin(), refs.end(), [&](const FigurePlace& place) { return isPlaced[at(place.entity)]; }))
+        if (std::all_of(refs.begin(), refs.end(),
+                        [&](const FigurePlace& place) { return isPlaced[at(place.entity)] != 0; }))
             decided.push_back(c);
     }
     if (decided.empty())
