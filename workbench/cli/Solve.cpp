@@ -37,6 +37,7 @@ struct Findings {
 
     std::vector<std::string> ids(const std::vector<int>& constraints) const {
         std::vector<std::string> found;
+        found.reserve(constraints.size());
         for (const int number : constraints)
             found.push_back(constraint(number).id);
         return found;

@@ -73,9 +73,9 @@ void Drawing::addEntity(const Entity& entity) {
     const YxDbObject* object = made.get();
     const Shape read = readShape(*made);
     const YxDbObjectId id = m_builder.add(std::move(made));
-    m_entities.emplace(entity.id, KnownEntity{entity, read, id});
+    m_entities.emplace(entity.id, KnownEntity{entity, read, id, m_nextOrder});
     m_names.emplace(object, entity.id);
-    m_order.push_back(entity.id);
+    m_order.emplace(m_nextOrder++, entity.id);
     if (entity.fixed) {
         YxConstrainedGeometry& geometry = m_builder.geometry(group(), wholeOf(id, entity.shape));
         HostAccess::setInternal(m_builder.constrain<YxFixedConstraint>(group(), {&geometry}), true);
@@ -93,7 +93,11 @@ std::string Drawing::nameOf(const YxDbObjectId& id) const {
 }
 
 std::vector<std::string> Drawing::names() const {
-    return m_order;
+    std::vector<std::string> names;
+    names.reserve(m_order.size());
+    for (const auto& [order, name] : m_order)
+        names.push_back(name);
+    return names;
 }
 
 YxDbEntity& Drawing::entity(std::string_view name) const {
@@ -163,7 +167,7 @@ void Drawing::erase(std::string_view name) {
         HostAccess::eraseDependency(reactor);
     HostAccess::erase(found->second.id);
     m_names.erase(resident);
-    m_order.erase(std::find(m_order.begin(), m_order.end(), name));
+    m_order.erase(found->second.order);
     m_entities.erase(found);
 }
 
@@ -316,7 +320,7 @@ std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& know
 
 Document Drawing::document() const {
     Document document = m_notes;
-    for (const std::string& name : m_order) {
+    for (const auto& [order, name] : m_order) {
         Entity entity = m_entities.at(name).original;
         entity.shape = shape(name);
         document.entities.push_back(std::move(entity));

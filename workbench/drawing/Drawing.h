@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -74,6 +75,7 @@ private:
         Entity original;     // as read or last written: attributes, and the shape to the last digit
         Shape originalRead;  // what the host made of that shape
         YxDbObjectId id;
+        std::size_t order = 0;  // key in m_order
     };
     struct KnownConstraint {
         Constraint original;
@@ -94,8 +96,9 @@ private:
     HostProcess m_process;
     HostBuilder m_builder;
     YxDbObjectId m_group;
-    Document m_notes;  // name, source, licence, units, plane; no entities, no constraints
-    std::vector<std::string> m_order;
+    Document m_notes;                            // name, source, licence, units, plane; no entities, no constraints
+    std::map<std::size_t, std::string> m_order;  // names, as they were drawn
+    std::size_t m_nextOrder = 0;
     std::unordered_map<std::string, KnownEntity> m_entities;
     std::unordered_map<const YxDbObject*, std::string> m_names;
     std::vector<KnownConstraint> m_constraints;

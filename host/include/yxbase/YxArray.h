@@ -111,8 +111,8 @@ private:
     /// The host's rule: the larger of the grow length and the current length, the latter up to 64 KiB of elements.
     int growStep() const {
         constexpr std::size_t kLargeStepBytes = 65536;
-        const std::size_t bytes = static_cast<std::size_t>(m_length) * sizeof(T);
-        const int step = bytes < kLargeStepBytes ? m_length : static_cast<int>(kLargeStepBytes / sizeof(T));
+        const std::size_t bytes = static_cast<std::size_t>(m_length) * sizeof(T);  // NOLINT(bugprone-sizeof-expression)
+        const int step = bytes < kLargeStepBytes ? m_length : static_cast<int>(kLargeStepBytes / sizeof(T));  // NOLINT
         return std::max(m_growLength, step);
     }
     void growFor(int count) {
