@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "benchmarks/solver/OtherSolver.h"
 #include "benchmarks/Timing.h"
+#include "benchmarks/solver/OtherSolver.h"
 #include "workbench/evaluator/Drag.h"
 #include "workbench/evaluator/Measure.h"
 

@@ -5,7 +5,7 @@
 namespace holdfast {
 struct HostAccess;    ///< builds and inspects platform objects from outside; no platform operation
 struct EntityAccess;  ///< the same for entities
-}
+}  // namespace holdfast
 
 /// The root of all platform classes that know their own class at run time.
 class YxRxObject {
