@@ -9,6 +9,7 @@
 #include "host/src/yxdb/ObjectData.h"
 #include "workbench/drawing/HostConstraints.h"
 #include "workbench/drawing/HostShapes.h"
+#include "workbench/drawing/Places.h"
 
 namespace holdfast {
 
@@ -300,9 +301,15 @@ int Drawing::dropLostConstraints() {
     return dropped;
 }
 
+bool Drawing::hasPlaces(const Constraint& constraint) const {
+    return std::all_of(constraint.refs.begin(), constraint.refs.end(), [&](const Place& place) {
+        return m_entities.contains(place.entity) && hasPlace(shape(place.entity), place);
+    });
+}
+
 std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& known, Segments& segments) const {
-    if (known.host == nullptr)
-        return known.original;
+    if (known.host == nullptr)  // switched off: the host does not know it
+        return hasPlaces(known.original) ? std::optional(known.original) : std::nullopt;
     if (HostAccess::isDeleted(*known.host))
         return std::nullopt;
     Constraint now = known.original;

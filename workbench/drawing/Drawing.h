@@ -89,6 +89,7 @@ private:
 
     std::optional<Constraint> currentConstraint(const KnownConstraint& known, Segments& segments) const;
     Place placeOf(const YxConstrainedGeometry& geometry, Segments& segments) const;
+    bool hasPlaces(const Constraint& constraint) const;
     bool isLost(const YxConstrainedGeometry& geometry, Segments& segments) const;
     const YxDbAssocGeomDependency* dependencyOf(const YxConstrainedGeometry& geometry) const;
     std::string freshName(std::string base) const;

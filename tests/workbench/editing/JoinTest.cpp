@@ -147,5 +147,17 @@ TEST(JoinEdit, RefusesWithAReasonAndChangesNothing) {
     }
 }
 
+TEST(JoinEdit, TakesSwitchedOffConstraintsOnErasedEntitiesAlong) {
+    Document document = frameDrawing();
+    document.constraints[2].active = false;  // base horizontal
+    document.constraints[3].active = false;  // left and right equal
+    Session session(document);
+    EXPECT_EQ(session.apply("join left base").outcome.error, "");
+    for (const Constraint& constraint : session.document().constraints)
+        for (const Place& place : constraint.refs)
+            EXPECT_EQ(entityNamed(session.document(), place.entity).id, place.entity) << constraint.id;
+    EXPECT_EQ(constraintIds(session.document()).find("c2"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace holdfast
