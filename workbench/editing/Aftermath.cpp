@@ -58,10 +58,7 @@ double missOf(const Figure& figure, int constraint) {
     }
 }
 
-}  // namespace
-
-void dropFalseOwnConstraints(Drawing& drawing, const Document& before) {
-    const Document now = drawing.document();
+void dropFalse(Drawing& drawing, const Document& before, const Document& now) {
     const EntityIndex entities(now);
     const std::vector<int> doubtful = constraintsOnChanged(before, now, [&](const Constraint& constraint) {
         return constraint.driving && (isHostsOwn(constraint.type) || isOnWholeSpline(constraint, entities));
@@ -81,8 +78,7 @@ void dropFalseOwnConstraints(Drawing& drawing, const Document& before) {
     }
 }
 
-void refreshMeasures(Drawing& drawing, const Document& before) {
-    const Document now = drawing.document();
+void refreshMeasures(Drawing& drawing, const Document& before, const Document& now) {
     const std::vector<int> followers = constraintsOnChanged(
         before, now, [](const Constraint& constraint) { return !constraint.driving && constraint.value.has_value(); });
     if (followers.empty())
@@ -90,6 +86,14 @@ void refreshMeasures(Drawing& drawing, const Document& before) {
     const Figure figure = figureFrom(now);
     for (const int number : followers)
         drawing.setMeasure(now.constraints[static_cast<std::size_t>(number)].id, measured(figure, number));
+}
+
+}  // namespace
+
+void settleOwnConstraints(Drawing& drawing, const Document& before) {
+    const Document now = drawing.document();
+    dropFalse(drawing, before, now);
+    refreshMeasures(drawing, before, now);
 }
 
 }  // namespace holdfast

@@ -8,10 +8,8 @@ namespace holdfast {
 // dimensions, midpoints and what ties helper lines to an ellipse are the host's, and so is what holds on the whole of a
 // spline, which the module judges by its control points.
 
-/// Deletes the driving ones of them that held before the command and that its geometry has made false.
-void dropFalseOwnConstraints(Drawing& drawing, const Document& before);
-
-/// Gives measured dimensions of changed entities what they measure now.
-void refreshMeasures(Drawing& drawing, const Document& before);
+/// Deletes the driving ones of them that held before the command and that its geometry has made false, and gives
+/// measured dimensions of changed entities what they measure now. Linear in both states of the drawing.
+void settleOwnConstraints(Drawing& drawing, const Document& before);
 
 }  // namespace holdfast

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 #include "workbench/editing/EditContext.h"
@@ -21,12 +20,6 @@ struct Joint {
     CurveEnd endB = CurveEnd::end;
     std::optional<TangentCircle> circle{};
 };
-
-std::string spokenNumber(double value) {
-    char text[40];
-    std::snprintf(text, sizeof text, "%.6g", value);
-    return text;
-}
 
 Vec2 middleOf(const Shape& shape) {
     const ParamRange range = paramRange(shape);
@@ -155,7 +148,7 @@ std::optional<Vec2> smoothJoint(const FilletSide& a, const FilletSide& b) {
 
 std::string noJoint(const FilletSide& a, const FilletSide& b, double radius) {
     return radius == 0.0 ? a.name + " and " + b.name + " do not meet even when prolonged; give a radius above 0"
-                         : "no arc of radius " + spokenNumber(radius) + " touches both " + a.name + " and " + b.name +
+                         : "no arc of radius " + spoken(radius) + " touches both " + a.name + " and " + b.name +
                                "; choose another radius or curves that are not parallel";
 }
 
@@ -168,7 +161,7 @@ Joint bestJoint(const FilletSide& a, const FilletSide& b, double radius) {
     });
     if (joints.empty())
         refuse(a, b,
-               "an arc of radius " + spokenNumber(radius) + " does not fit between " + a.name + " and " + b.name +
+               "an arc of radius " + spoken(radius) + " does not fit between " + a.name + " and " + b.name +
                    "; choose a smaller radius");
     return *std::min_element(joints.begin(), joints.end(), [&](const Joint& left, const Joint& right) {
         return farness(a, b, left) < farness(a, b, right);
@@ -192,7 +185,7 @@ bool isSwallowed(const Shape& shape, double param, CurveEnd end) {
 
 std::string swallowing(const std::string& name, double radius) {
     return radius == 0.0 ? "a sharp corner there would leave nothing of " + name + "; choose other curves or points"
-                         : "a fillet of radius " + spokenNumber(radius) + " would leave nothing of " + name +
+                         : "a fillet of radius " + spoken(radius) + " would leave nothing of " + name +
                                "; choose a smaller radius";
 }
 

@@ -1,10 +1,8 @@
 #include "workbench/editing/Session.h"
 
-#include <YxDbConstraints/YxDbAssocManager.h>
-
 #include "workbench/drawing/Drawing.h"
 #include "workbench/editing/Aftermath.h"
-#include "workbench/editing/EditContext.h"
+#include "workbench/editing/Evaluation.h"
 #include "workbench/editing/Refusal.h"
 #include "workbench/editing/Verbs.h"
 #include "workbench/evaluator/HostEvaluator.h"
@@ -55,9 +53,8 @@ void Session::run(std::string_view edit, EditContext& context) {
     }
     const EditVerb& verb = takeVerb(text);
     verb.run(text, context);
-    finishCommand();
-    dropFalseOwnConstraints(*m_drawing, m_document);
-    refreshMeasures(*m_drawing, m_document);
+    finishCommand(context);
+    settleOwnConstraints(*m_drawing, m_document);
     Document after = m_drawing->document();
     m_results.back().fates = fatesBetween(m_document, after, context.edited, m_results.size() - 1);
     m_undo.push_back(std::exchange(m_document, std::move(after)));
@@ -66,10 +63,9 @@ void Session::run(std::string_view edit, EditContext& context) {
 }
 
 /// What the commands have not solved themselves is solved now.
-void Session::finishCommand() {
+void Session::finishCommand(const EditContext& context) {
     m_drawing->dropLostConstraints();
-    if (!YxDbAssocManager::evaluateTopLevelNetwork(&m_drawing->process().database(), nullptr, 0))
-        throw EditError("the constraints of the drawing do not allow this edit");
+    evaluate(context);
     m_drawing->process().endOfCommand();
     m_evaluator->endCommand();
 }

@@ -45,7 +45,7 @@ private:
     void undo();
     void openAgain();
     std::string errorOf(const std::exception& error, const std::vector<std::string>& edited) const;
-    void finishCommand();
+    void finishCommand(const EditContext& context);
 
     Document m_original;
     Document m_document;

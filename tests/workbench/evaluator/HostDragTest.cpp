@@ -16,12 +16,6 @@ namespace {
 
 using namespace holdfast::testing;
 
-YxGeMatrix3d translation(double x, double y) {
-    YxGeMatrix3d matrix;
-    matrix.setToTranslation({x, y, 0.0});
-    return matrix;
-}
-
 void dragTo(const YxGeMatrix3d& by) {
     LvConstraintDropData::addDataToWork(by);
     LvConstraintDropData::evaluate();

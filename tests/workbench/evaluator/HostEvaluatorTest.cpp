@@ -17,12 +17,6 @@ namespace {
 
 using namespace holdfast::testing;
 
-YxGeMatrix3d translation(double x, double y) {
-    YxGeMatrix3d matrix;
-    matrix.setToTranslation({x, y, 0.0});
-    return matrix;
-}
-
 YxGeMatrix3d turn(double degrees, Vec2 about) {
     YxGeMatrix3d matrix;
     matrix.setToRotation(degrees * std::numbers::pi / 180.0, YxGeVector3d::kZAxis, {about.x, about.y, 0.0});

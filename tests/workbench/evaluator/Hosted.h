@@ -38,6 +38,12 @@ struct Hosted {
     }
 };
 
+inline YxGeMatrix3d translation(double x, double y) {
+    YxGeMatrix3d matrix;
+    matrix.setToTranslation({x, y, 0.0});
+    return matrix;
+}
+
 inline Entity entity(std::string id, Shape shape) {
     Entity made;
     made.id = std::move(id);
