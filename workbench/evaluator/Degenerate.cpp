@@ -104,6 +104,18 @@ bool isInsideOut(const Figure& figure, int number, Values now) {
                        [&](int bulge) { return bulge >= 0 && now[at(bulge)] * before[at(bulge)] <= 0.0; });
 }
 
+bool hasLongerMinorAxis(Values v, int first) {
+    constexpr double rounding = 1e-9;
+    return v[at(first + 4)] > (1.0 + rounding) * std::hypot(v[at(first + 2)], v[at(first + 3)]);
+}
+
+bool hasExchangedAxes(const Figure& figure, int number, Values now) {
+    const FigureEntity& entity = figure.entities[at(number)];
+    const bool hasAxes = entity.kind == FigureKind::ellipse || entity.kind == FigureKind::ellipticalArc;
+    return hasAxes && hasLongerMinorAxis(now, entity.firstValue) &&
+           !hasLongerMinorAxis(figure.reference, entity.firstValue);
+}
+
 std::string wholeName(const Figure& figure, int number) {
     return nameOf(figure, {number, PlaceKind::whole, 0});
 }
@@ -119,6 +131,8 @@ std::optional<Flaw> findFlaw(const Figure& figure, const EquationSystem& system,
             return Flaw{number, -1, wholeName(figure, number) + " would have " + extent.name};
         if (isInsideOut(figure, number, system.values))
             return Flaw{number, -1, wholeName(figure, number) + " would turn inside out"};
+        if (hasExchangedAxes(figure, number, system.values))
+            return Flaw{number, -1, wholeName(figure, number) + " would have a minor axis longer than its major one"};
     }
     return std::nullopt;
 }

@@ -14,9 +14,9 @@ struct Flaw {
 };
 
 /// The first of the elements that has collapsed (no length, no radius: below 1e-6 of the figure's size) or turned
-/// inside out (an arc's sweep that passed through none or a full turn, a bulge that changed sign), judged against the
-/// figure's reference. An element that was so at the reference is not held against the solution. A margin above 1 calls
-/// bigger elements collapsed too, by that factor.
+/// inside out (an arc's sweep that passed through none or a full turn, a bulge that changed sign, an ellipse whose
+/// minor axis has become the longer one), judged against the figure's reference. An element that was so at the
+/// reference is not held against the solution. A margin above 1 calls bigger elements collapsed too, by that factor.
 std::optional<Flaw> findFlaw(const Figure& figure, const EquationSystem& system, std::span<const int> entities,
                              double margin = 1.0);
 

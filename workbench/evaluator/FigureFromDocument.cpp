@@ -1,5 +1,6 @@
 #include "workbench/evaluator/FigureFromDocument.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <unordered_map>
@@ -80,16 +81,17 @@ struct Writer {
     void operator()(EllipseShape& s) const {
         s.centre = pair(0);
         s.majorAxis = pair(2);
-        s.ratio = v[4] / std::hypot(v[2], v[3]);
+        s.ratio = ratio();
     }
     void operator()(EllipticalArcShape& s) const {
         s.centre = pair(0);
         s.majorAxis = pair(2);
-        s.ratio = v[4] / std::hypot(v[2], v[3]);
+        s.ratio = ratio();
         const double sweep = s.endParam - s.startParam;
         s.startParam = near(eccentric(5), s.startParam);
         s.endParam = endNear(eccentric(7), s.startParam + sweep, s.startParam);
     }
+    double ratio() const { return std::min(1.0, v[4] / std::hypot(v[2], v[3])); }
     double eccentric(std::size_t point) const {
         const double a = std::hypot(v[2], v[3]), x = v[point] - v[0], y = v[point + 1] - v[1];
         return std::atan2((y * v[2] - x * v[3]) / (a * v[4]), (x * v[2] + y * v[3]) / (a * a));

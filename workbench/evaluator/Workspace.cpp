@@ -172,26 +172,32 @@ Attempt Workspace::tryFromReference(Region& region) {
     return attempt;
 }
 
+/// In short strides, then on the way from the reference.
+Attempt Workspace::tryCarefully(Region& region, const std::vector<double>& x) {
+    IterationLimits careful;
+    careful.stride = 0.01;
+    careful.restoring = 150;
+    const Attempt inStrides = trySettling(region, x, careful);
+    if (inStrides.isSolved)
+        return inStrides;
+    Attempt onTheWay = tryFromReference(region);
+    onTheWay.iterations += inStrides.iterations;
+    return onTheWay;
+}
+
 Attempt Workspace::tryRegion(Region& region, bool isWhole) {
     const std::vector<double> x = region.read();
     Attempt attempt = trySettling(region, x, {});
     if (attempt.isSolved || !isWhole)
         return attempt;
-    IterationLimits careful;
-    careful.stride = 0.01;
-    careful.restoring = 150;
-    Attempt second = trySettling(region, x, careful);
-    second.iterations += attempt.iterations;
-    if (second.isSolved)
-        return second;
-    Attempt third = tryFromReference(region);
-    third.iterations += second.iterations;
-    if (third.isSolved)
-        return third;
     // What the first try left says best what stands in the way.
-    IterationLimits again;
-    const Attempt last = trySettling(region, x, again);
-    attempt.iterations = third.iterations + last.iterations;
+    const std::vector<double> left = m_system.values;
+    Attempt careful = tryCarefully(region, x);
+    careful.iterations += attempt.iterations;
+    if (careful.isSolved)
+        return careful;
+    m_system.values = left;
+    attempt.iterations = careful.iterations;
     return attempt;
 }
 

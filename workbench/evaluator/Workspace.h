@@ -63,6 +63,7 @@ private:
 
     std::optional<Flaw> flawIn(std::span<const int> entities, std::span<const int> senses, double margin = 1.0) const;
     Attempt tryRegion(Region& region, bool isWhole);
+    Attempt tryCarefully(Region& region, const std::vector<double>& x);
     Attempt tryFromReference(Region& region);
     void putConstants();
 

@@ -61,6 +61,21 @@ TEST(Degenerate, RefusesAnEllipticalArcTurnedInsideOut) {
     expectRefused(sketch, request, "elliptical arc e would turn inside out");
 }
 
+TEST(Degenerate, RefusesAnEllipseWhoseMinorAxisBecomesTheLongerOne) {
+    Sketch sketch("ellipse e 0,0 6,0 0.5; fixed! point p 0,7; point_on_curve p e; fixed e.centre");
+    SolveRequest request;
+    const int first = sketch.figure.entities[static_cast<std::size_t>(sketch.numbers["e"])].firstValue;
+    request.targets = {{first + 2, 6.0}, {first + 3, 0.0}};
+    expectRefused(sketch, request, "ellipse e would have a minor axis longer than its major one");
+}
+
+TEST(Degenerate, LetsTheAxesOfAnEllipseBecomeEqual) {
+    Sketch sketch("ellipse e 0,0 6,0 0.5");
+    SolveRequest request;
+    request.targets = {{sketch.figure.entities.front().firstValue + 4, 6.0}};
+    EXPECT_EQ(solve(sketch.figure, request).status, SolveStatus::solved);
+}
+
 TEST(Degenerate, RefusesASplineDrawnIntoOnePoint) {
     Sketch sketch("spline s 2 0,0 4,4 8,0");
     const int first = sketch.figure.entities.front().firstValue;
