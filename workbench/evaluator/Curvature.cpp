@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "workbench/evaluator/Index.h"
 #include "workbench/evaluator/Region.h"
 
 #include <Eigen/Eigenvalues>
@@ -13,10 +14,6 @@ namespace {
 
 /// Length of the differences, as a part of the figure's size.
 constexpr double kDifference = 1e-6;
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 /// The same matrix with its negative eigenvalues set to none.
 Eigen::MatrixXd withoutNegative(const Eigen::MatrixXd& matrix) {

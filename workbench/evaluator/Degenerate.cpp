@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "workbench/evaluator/Index.h"
 #include "workbench/evaluator/Operands.h"
 
 namespace holdfast {
@@ -13,10 +14,6 @@ namespace {
 constexpr double kCollapsed = 1e-6;
 
 using Values = std::span<const double>;
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 double distance(Values v, int a, int b) {
     return std::hypot(v[at(b)] - v[at(a)], v[at(b + 1)] - v[at(a + 1)]);

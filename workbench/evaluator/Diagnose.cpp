@@ -7,6 +7,7 @@
 
 #include "workbench/evaluator/Elimination.h"
 #include "workbench/evaluator/EquationSystem.h"
+#include "workbench/evaluator/Index.h"
 #include "workbench/evaluator/Measure.h"
 #include "workbench/evaluator/Solve.h"
 
@@ -16,10 +17,6 @@ namespace {
 
 /// Most conflicts that are searched for: each costs many solves.
 constexpr int kMostConflicts = 8;
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 /// Elements joined into parts: the root of an element is the smallest number of its part.
 class Parts {

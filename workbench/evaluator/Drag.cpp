@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "workbench/evaluator/Index.h"
 #include "workbench/evaluator/Workspace.h"
 
 namespace holdfast {
@@ -43,10 +44,6 @@ constexpr double kPatience = 2.0, kPatienceSideways = 0.25;
 constexpr double kMostStrides = 2000.0;
 
 constexpr int kFirstRings = 2;
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 }  // namespace
 

@@ -6,14 +6,11 @@
 #include "workbench/evaluator/Drag.h"
 #include "workbench/evaluator/FigureFromDocument.h"
 #include "workbench/evaluator/HostFigure.h"
+#include "workbench/evaluator/Index.h"
 
 namespace holdfast {
 
 namespace {
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 /// The third value of these kinds is a direction, which has many equals.
 bool hasDirection(FigureKind kind) {

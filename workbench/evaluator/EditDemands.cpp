@@ -6,14 +6,11 @@
 
 #include "workbench/drawing/HostShapes.h"
 #include "workbench/evaluator/FigureFromDocument.h"
+#include "workbench/evaluator/Index.h"
 
 namespace holdfast {
 
 namespace {
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 const std::string& nameOf(const HostFigure& host, int number) {
     return host.document.entities[at(number)].id;

@@ -4,16 +4,14 @@
 #include <cmath>
 #include <functional>
 
+#include "workbench/evaluator/Index.h"
+
 namespace holdfast {
 
 namespace {
 
 /// A pivot has to be at least this part of the largest entry; among those the least used column is taken.
 constexpr double kPivotThreshold = 0.1;
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 }  // namespace
 

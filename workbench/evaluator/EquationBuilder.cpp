@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "workbench/evaluator/Index.h"
+
 namespace holdfast {
 
 namespace {
@@ -11,10 +13,6 @@ constexpr int kMostFoldPasses = 16;
 
 /// Values that agree to this part of the figure's size count as the same when ties meet.
 constexpr double kTieTolerance = 1e-9;
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 /// How far geometry moves when a direction turns by one, or a bulge grows by one.
 void setMetric(const Figure& figure, const FigureEntity& entity, double size, std::vector<double>& metric) {

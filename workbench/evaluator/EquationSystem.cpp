@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "workbench/evaluator/EquationBuilder.h"
+#include "workbench/evaluator/Index.h"
 
 namespace holdfast {
 
@@ -11,10 +12,6 @@ namespace {
 
 constexpr double kRelativeTolerance = 1e-10;
 constexpr double kRelativeAim = 1e-13;
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 }  // namespace
 

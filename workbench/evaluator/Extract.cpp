@@ -2,15 +2,9 @@
 
 #include <algorithm>
 
+#include "workbench/evaluator/Index.h"
+
 namespace holdfast {
-
-namespace {
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
-
-}  // namespace
 
 Extract::Extract(const Figure& figure, std::span<const int> constraints, std::span<const Target> targets)
     : m_source(figure) {

@@ -7,6 +7,7 @@
 
 #include "workbench/drawing/HostShapes.h"
 #include "workbench/evaluator/EditDemands.h"
+#include "workbench/evaluator/Index.h"
 
 namespace holdfast {
 
@@ -14,10 +15,6 @@ namespace {
 
 /// Parts of the figure's size within which a step has followed its transform.
 constexpr double kFollowed = 1e-6;
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 std::vector<int> valuesOf(const Figure& figure, const std::vector<int>& entities) {
     std::vector<int> values;

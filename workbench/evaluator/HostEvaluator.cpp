@@ -12,15 +12,12 @@
 #include "workbench/drawing/HostShapes.h"
 #include "workbench/evaluator/EditDemands.h"
 #include "workbench/evaluator/HostDrag.h"
+#include "workbench/evaluator/Index.h"
 #include "workbench/evaluator/RotationTrial.h"
 
 namespace holdfast {
 
 namespace {
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 std::vector<std::string> namesOf(const Figure& figure, const std::vector<int>& constraints) {
     std::vector<std::string> names;

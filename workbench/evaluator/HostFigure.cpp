@@ -9,14 +9,11 @@
 
 #include "workbench/drawing/HostShapes.h"
 #include "workbench/evaluator/FigureFromDocument.h"
+#include "workbench/evaluator/Index.h"
 
 namespace holdfast {
 
 namespace {
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 /// A constraint on a cut away segment or an erased entity waits for the end of the command to go.
 Document withoutLost(Document document) {

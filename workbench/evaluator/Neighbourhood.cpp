@@ -2,6 +2,8 @@
 
 #include <limits>
 
+#include "workbench/evaluator/Index.h"
+
 namespace holdfast {
 
 namespace {
@@ -11,10 +13,6 @@ constexpr int kEverything = std::numeric_limits<int>::max();
 /// An unknown that more equations read than this, for each step, would make everything a neighbour of everything: a
 /// radius or a level that many elements share. It stays outside until the rings are wide enough for it.
 constexpr int kHub = 8;
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 }  // namespace
 

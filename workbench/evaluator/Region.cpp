@@ -6,16 +6,9 @@
 #include <unordered_map>
 
 #include "workbench/evaluator/Degenerate.h"
+#include "workbench/evaluator/Index.h"
 
 namespace holdfast {
-
-namespace {
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
-
-}  // namespace
 
 Region::Region(EquationSystem& system, std::span<const int> unknowns)
     : m_system(system), m_unknowns(unknowns.begin(), unknowns.end()) {

@@ -6,6 +6,7 @@
 
 #include "workbench/evaluator/EquationSystem.h"
 #include "workbench/evaluator/Extract.h"
+#include "workbench/evaluator/Index.h"
 #include "workbench/evaluator/Measure.h"
 
 namespace holdfast {
@@ -14,10 +15,6 @@ namespace {
 
 /// Parts of the figure's size; what misses by more than this does not hold.
 constexpr double kMisses = 1e-6;
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 void setActive(Figure& figure, std::span<const int> constraints, bool active) {
     for (const int c : constraints)

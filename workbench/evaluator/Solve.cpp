@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "workbench/evaluator/Conflict.h"
+#include "workbench/evaluator/Index.h"
 #include "workbench/evaluator/Workspace.h"
 
 namespace holdfast {
@@ -16,10 +17,6 @@ namespace {
 constexpr double kEditedEmphasis = 10.0;
 constexpr double kTargetEmphasis = 1e3;
 constexpr double kSizeWeight = 1e2;
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 /// One solve of a figure in one tier.
 class Run {

@@ -3,15 +3,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "workbench/evaluator/Index.h"
+
 namespace holdfast {
 
 namespace {
 
 using Table = std::array<std::array<double, SplineBasis::kMaxDegree + 1>, SplineBasis::kMaxDegree + 1>;
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 double inRange(const FigureSpline& spline, double param) {
     if (!spline.periodic)

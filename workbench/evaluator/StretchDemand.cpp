@@ -8,16 +8,13 @@
 #include "host/src/yxcore/DynamicEdits.h"
 #include "workbench/drawing/HostShapes.h"
 #include "workbench/evaluator/EditDemands.h"
+#include "workbench/evaluator/Index.h"
 
 namespace holdfast {
 
 namespace {
 
 using Indices = YxArray<int>;
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 /// The index list of each constrained object. Lists are given for free objects too; where there are any, the edit that
 /// the host runs tells which object each one belongs to.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "workbench/evaluator/Index.h"
+
 namespace holdfast {
 
 namespace {
@@ -11,10 +13,6 @@ constexpr int kFirstRings = 2;
 
 /// What differs by less than this many tolerances is the same.
 constexpr double kSame = 10.0;
-
-std::size_t at(int i) {
-    return static_cast<std::size_t>(i);
-}
 
 }  // namespace
 
