@@ -5,16 +5,20 @@
 
 namespace holdfast {
 
+EndPoints endPoints(const YxDbCurve& curve) {
+    EndPoints ends;
+    curve.getStartPoint(ends.start);
+    curve.getEndPoint(ends.end);
+    return ends;
+}
+
 YxArray<YxGePoint3d> lineEnds(const YxDbLine& line) {
     return endPair(line.startPoint(), line.endPoint());
 }
 
 YxArray<YxGePoint3d> curveEnds(const YxDbCurve& curve) {
-    YxGePoint3d start;
-    YxGePoint3d end;
-    curve.getStartPoint(start);
-    curve.getEndPoint(end);
-    return endPair(start, end);
+    const EndPoints ends = endPoints(curve);
+    return endPair(ends.start, ends.end);
 }
 
 YxArray<YxGePoint3d> segmentEnds(const YxDbPolyline& polyline, unsigned int startIndex, unsigned int endIndex) {

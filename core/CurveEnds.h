@@ -11,6 +11,13 @@ namespace holdfast {
 
 // The start and end of a curve, as the rules take them. A point that cannot be read is the origin.
 
+struct EndPoints {
+    YxGePoint3d start;
+    YxGePoint3d end;
+};
+
+EndPoints endPoints(const YxDbCurve& curve);
+
 YxArray<YxGePoint3d> lineEnds(const YxDbLine& line);
 YxArray<YxGePoint3d> curveEnds(const YxDbCurve& curve);
 /// Two vertices of a polyline.

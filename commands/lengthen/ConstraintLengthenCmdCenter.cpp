@@ -1,5 +1,6 @@
 #include "commands/lengthen/ConstraintLengthenCmdCenter.h"
 
+#include "core/CurveEnds.h"
 #include "core/OnceList.h"
 #include "core/OpenAs.h"
 #include "evaluation/EntityOpening.h"
@@ -36,19 +37,6 @@ const LengthenedKind* kindOf(const YxDbCurve& curve) {
     return nullptr;
 }
 
-struct Ends {
-    YxGePoint3d start;
-    YxGePoint3d end;
-};
-
-/// The origin stands for an end that the curve cannot give.
-Ends endsOf(const YxDbCurve& curve) {
-    Ends ends;
-    curve.getStartPoint(ends.start);
-    curve.getEndPoint(ends.end);
-    return ends;
-}
-
 void reportIfMoved(LvEvaDataConverterLengthenEdit& converter, const YxDbObjectId& id, EntType entType, bool isStart,
                    const YxGeVector3d& offset) {
     if (!offset.isZeroLength(YxGeContext::gTol))
@@ -57,7 +45,7 @@ void reportIfMoved(LvEvaDataConverterLengthenEdit& converter, const YxDbObjectId
 
 /// A converter that was made for another command takes no report.
 void reportMovedEnds(const AssocConstraintHeader& header, const YxDbObjectId& id, const OriCurveInfo& original,
-                     const Ends& now) {
+                     const EndPoints& now) {
     auto* converter = dynamic_cast<LvEvaDataConverterLengthenEdit*>(header.converter);
     if (converter == nullptr)
         return;
@@ -76,7 +64,7 @@ bool ConstraintLengthenCmdCenter::addOriCurveInfo(const YxDbCurve* curve, const 
     const LengthenedKind* kind = kindOf(*curve);
     if (kind == nullptr)
         return false;
-    const Ends ends = endsOf(*curve);
+    const EndPoints ends = endPoints(*curve);
     YxDbEntity* copy = copyOf(*curve);
     if (copy == nullptr)
         return false;
@@ -117,5 +105,5 @@ void ConstraintLengthenCmdCenter::handOver(AssocConstraintHeader& header, const 
     auto* copy = static_cast<YxDbEntity*>(original.pOriEntity);
     header.preEditEntities[id] = copy;
     m_copies.handOver(copy, header);
-    reportMovedEnds(header, id, original, endsOf(*curve));
+    reportMovedEnds(header, id, original, endPoints(*curve));
 }

@@ -1,5 +1,7 @@
 #include "commands/properties/RoundRecords.h"
 
+#include "core/CurveEnds.h"
+
 #include <cmath>
 #include <numbers>
 
@@ -16,18 +18,6 @@ namespace {
 using EntType = LvEvaDataConverterGripEdit::EntType;
 
 constexpr double kSmallestRatio = 1e-7;  // of an ellipse's minor to its major radius, exclusive
-
-struct Ends {
-    YxGePoint3d start;
-    YxGePoint3d end;
-};
-
-Ends endsOf(const YxDbCurve& curve) {
-    Ends ends;
-    curve.getStartPoint(ends.start);
-    curve.getEndPoint(ends.end);
-    return ends;
-}
 
 double radiusFrom(Edited edited, double value) {
     switch (edited) {
@@ -98,10 +88,10 @@ std::optional<PropertiesOriRecord> arcRecord(const YxDbArc& arc, const PropertyC
             record.delta = change.newPoint(arc.center()) - arc.center();
             return record;
         case Edited::startAngle:
-            record.delta = withAngles(arc, change.value, arc.endAngle()).startPoint() - endsOf(arc).start;
+            record.delta = withAngles(arc, change.value, arc.endAngle()).startPoint() - endPoints(arc).start;
             return record;
         case Edited::endAngle:
-            record.delta = withAngles(arc, arc.startAngle(), change.value).endPoint() - endsOf(arc).end;
+            record.delta = withAngles(arc, arc.startAngle(), change.value).endPoint() - endPoints(arc).end;
             return record;
         default:
             record.value1 = change.value;
@@ -119,10 +109,11 @@ std::optional<PropertiesOriRecord> ellipseRecord(const YxDbEllipse& ellipse, con
             record.delta = change.newPoint(ellipse.center()) - ellipse.center();
             return record;
         case Edited::startAngle:
-            record.delta = withAngles(ellipse, change.value, ellipse.endAngle()).startPoint() - endsOf(ellipse).start;
+            record.delta =
+                withAngles(ellipse, change.value, ellipse.endAngle()).startPoint() - endPoints(ellipse).start;
             return record;
         case Edited::endAngle:
-            record.delta = withAngles(ellipse, ellipse.startAngle(), change.value).endPoint() - endsOf(ellipse).end;
+            record.delta = withAngles(ellipse, ellipse.startAngle(), change.value).endPoint() - endPoints(ellipse).end;
             return record;
         default:
             return setSize(record, ellipse, property->edited, change.value) ? std::optional(record) : std::nullopt;

@@ -228,4 +228,22 @@ void deleteOneCoincidence(YxDbAssoc2dConstraintGroup& group, const YxDbAssocGeom
     }
 }
 
+YxSmartPtr<YxDbAssocGeomDependency> openForWrite(const YxDbAssocGeomDependency& dependency) {
+    return YxDbObjectIdImpl::openObject(dependency.objectId(), YxDb::kForWrite, false);
+}
+
+void setIdentifier(YxDbPolyline& polyline, int index, int identifier) {
+    polyline.setVertexIdentifierAt(static_cast<unsigned int>(index), identifier);
+}
+
+int deleteCollected(YxDbAssoc2dConstraintGroup* group, const Constraints& collected) {
+    if (collected.empty())
+        return 0;
+    const YxSmartPtr<YxDbAssoc2dConstraintGroup> open =
+        YxDbObjectIdImpl::openObject(group->objectId(), YxDb::kForWrite, false);
+    for (YxGeomConstraint* constraint : collected)
+        open->deleteConstraint(constraint);
+    return static_cast<int>(collected.size());
+}
+
 }  // namespace holdfast::plain

@@ -44,4 +44,10 @@ YxGePoint3d pointAt(const YxDbPolyline& polyline, int index);
 void deleteOneCoincidence(YxDbAssoc2dConstraintGroup& group, const YxDbAssocGeomDependency& dependency,
                           const Constraints& collected);
 
+YxSmartPtr<YxDbAssocGeomDependency> openForWrite(const YxDbAssocGeomDependency& dependency);
+void setIdentifier(YxDbPolyline& polyline, int index, int identifier);
+
+/// The end of a command: deletes what was collected and says how many that were.
+int deleteCollected(YxDbAssoc2dConstraintGroup* group, const Constraints& collected);
+
 }  // namespace holdfast::plain

@@ -13,14 +13,6 @@ void takeGeomDependenciesOff(const YxDbEntity* piece) {
         const_cast<YxDbEntity*>(piece)->removePersistentReactor(dependency->objectId());
 }
 
-YxSmartPtr<YxDbAssocGeomDependency> openForWrite(const YxDbAssocGeomDependency& dependency) {
-    return YxDbObjectIdImpl::openObject(dependency.objectId(), YxDb::kForWrite, false);
-}
-
-void setIdentifier(YxDbPolyline& polyline, int index, int identifier) {
-    polyline.setVertexIdentifierAt(static_cast<unsigned int>(index), identifier);
-}
-
 int caseOf(double p1, double p2) {
     const double i1 = std::trunc(p1);
     const double i2 = std::trunc(p2);
@@ -138,13 +130,7 @@ void PlainPolylineBreak::loosen(const YxDbAssocGeomDependency& dependency, const
 }
 
 int PlainPolylineBreak::deleteConstraint() {
-    if (m_collected.empty())
-        return 0;
-    const YxSmartPtr<YxDbAssoc2dConstraintGroup> open =
-        YxDbObjectIdImpl::openObject(m_group->objectId(), YxDb::kForWrite, false);
-    for (YxGeomConstraint* constraint : m_collected)
-        open->deleteConstraint(constraint);
-    return static_cast<int>(m_collected.size());
+    return deleteCollected(m_group, m_collected);
 }
 
 }  // namespace holdfast::plain

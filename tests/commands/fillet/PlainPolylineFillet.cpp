@@ -10,10 +10,6 @@ namespace {
 
 constexpr int kRemoved = 5;
 
-YxSmartPtr<YxDbAssocGeomDependency> openForWrite(const YxDbAssocGeomDependency& dependency) {
-    return YxDbObjectIdImpl::openObject(dependency.objectId(), YxDb::kForWrite, false);
-}
-
 void markRemoved(const YxDbAssocGeomDependency& dependency) {
     openForWrite(dependency)->setStatus(static_cast<YxDbAssocStatus>(kRemoved), true);
 }
@@ -25,10 +21,6 @@ bool isRemoved(const YxDbAssocGeomDependency& dependency) {
 void pointAtPart(const YxDbAssocGeomDependency& dependency, int index) {
     if (!isRemoved(dependency))
         openForWrite(dependency)->setSubentity(YxDbSubentId(dependency.subentType(), index));
-}
-
-void setIdentifier(YxDbPolyline& polyline, int index, int identifier) {
-    polyline.setVertexIdentifierAt(static_cast<unsigned int>(index), identifier);
 }
 
 YxDbPolyline& writable(const YxDbEntity* polyline) {
@@ -217,13 +209,7 @@ void PlainPolylineFillet::setTwoPolyLineConstraint(YxDbPolyline* joined, bool re
 }
 
 int PlainPolylineFillet::deleteConstraint() {
-    if (m_collected.empty())
-        return 0;
-    const YxSmartPtr<YxDbAssoc2dConstraintGroup> open =
-        YxDbObjectIdImpl::openObject(m_group->objectId(), YxDb::kForWrite, false);
-    for (YxGeomConstraint* constraint : m_collected)
-        open->deleteConstraint(constraint);
-    return static_cast<int>(m_collected.size());
+    return deleteCollected(m_group, m_collected);
 }
 
 }  // namespace holdfast::plain
