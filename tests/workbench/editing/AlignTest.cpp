@@ -57,11 +57,7 @@ TEST(AlignEdit, IsRefusedWhenTheConstraintsLetItComeOnlyNear) {
 TEST(AlignEdit, RefusesWithAReasonAndChangesNothing) {
     Document document = frameDrawing();
     document.entities[1].fixed = true;
-    struct Row {
-        const char* edit;
-        const char* error;
-    };
-    const Row rows[] = {
+    const RefusedEdit rows[] = {
         {"align base base from 0,0 to 1,1", "base is named twice; name each entity once"},
         {"align left from 0,0 to 1,1",
          "left is reference geometry that the drawing may not change; edit another entity"},
@@ -69,11 +65,7 @@ TEST(AlignEdit, RefusesWithAReasonAndChangesNothing) {
         {"align right from 0,0 1,0 to 1,1",
          "edit \"align right from 0,0 1,0 to 1,1\": expected the second destination point, but the edit ends there"},
     };
-    for (const Row& row : rows) {
-        Session session(document);
-        EXPECT_EQ(session.apply(row.edit).outcome.error, row.error);
-        EXPECT_EQ(session.document(), document) << row.edit;
-    }
+    expectRefused(document, rows);
 }
 
 }  // namespace

@@ -80,24 +80,13 @@ TEST(BreakEdit, NextToAVertexIsAtTheVertex) {
 }
 
 TEST(BreakEdit, RefusesWithAReasonAndChangesNothing) {
-    struct Row {
-        const char* description;
-        const char* edit;
-        const char* error;
-    };
-    const Row rows[] = {
-        {"a point beside the curve", "break base at 4,3",
-         "the point (4, 3) is not on base; its nearest point is (4, 0)"},
-        {"all of the curve", "break base at 0,0 to 10,0",
-         "nothing of base would be left; erase it instead, or cut less"},
-        {"an unknown entity", "break bse at 4,0",
+    const RefusedEdit rows[] = {
+        {"break base at 4,3", "the point (4, 3) is not on base; its nearest point is (4, 0)"},
+        {"break base at 0,0 to 10,0", "nothing of base would be left; erase it instead, or cut less"},
+        {"break bse at 4,0",
          "edit \"break bse at 4,0\", column 7: the drawing has no entity bse; did you mean \"base\"?, found \"bse\""},
     };
-    for (const Row& row : rows) {
-        Session session(frameDrawing());
-        EXPECT_EQ(session.apply(row.edit).outcome.error, row.error) << row.description;
-        EXPECT_EQ(session.document(), frameDrawing()) << row.description;
-    }
+    expectRefused(frameDrawing(), rows);
 }
 
 }  // namespace

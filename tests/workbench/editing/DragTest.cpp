@@ -143,11 +143,7 @@ TEST(DragEdit, RefusesWithAReasonAndChangesNothing) {
     document.entities.push_back(shapeEntity("beam", RayShape{{10, 5}, {1, 0}}));
     document.constraints.push_back(
         constraintOf("c4", ConstraintType::coincident, {{"beam", PlaceKind::start}, {"right", PlaceKind::end}}));
-    struct Row {
-        const char* edit;
-        const char* error;
-    };
-    const Row rows[] = {
+    const RefusedEdit rows[] = {
         {"drag base.centre by 1,1",
          "base.centre has no grip to drag; base has the places whole, start, end or mid, and it can be dragged whole"},
         {"drag basis.end by 1,1",
@@ -158,11 +154,7 @@ TEST(DragEdit, RefusesWithAReasonAndChangesNothing) {
         {"drag base by 1,1 steps 0",
          "edit \"drag base by 1,1 steps 0\", column 24: a drag takes 1 to 1000 steps, found \"0\""},
     };
-    for (const Row& row : rows) {
-        Session session(document);
-        EXPECT_EQ(session.apply(row.edit).outcome.error, row.error);
-        EXPECT_EQ(session.document(), document) << row.edit;
-    }
+    expectRefused(document, rows);
 }
 
 }  // namespace

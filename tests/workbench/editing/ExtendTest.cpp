@@ -61,11 +61,7 @@ TEST(ExtendEdit, RefusesWithAReasonAndChangesNothing) {
     Document document = frameBesideWalls();
     document.entities.push_back(shapeEntity("disc", CircleShape{{50, 0}, 1}));
     document.entities.push_back(shapeEntity("beam", RayShape{{0, 50}, {0, 1}}));
-    struct Row {
-        const char* edit;
-        const char* error;
-    };
-    const Row rows[] = {
+    const RefusedEdit rows[] = {
         {"extend left end to far",
          "the end of left does not meet far however far it is extended; choose another boundary"},
         {"extend base start to far near",
@@ -74,11 +70,7 @@ TEST(ExtendEdit, RefusesWithAReasonAndChangesNothing) {
         {"extend beam end to far", "the end of beam is at infinity already; extend another end"},
         {"extend base end to base", "base cannot be its own boundary"},
     };
-    for (const Row& row : rows) {
-        Session session(document);
-        EXPECT_EQ(session.apply(row.edit).outcome.error, row.error);
-        EXPECT_EQ(session.document(), document) << row.edit;
-    }
+    expectRefused(document, rows);
 }
 
 }  // namespace

@@ -64,11 +64,7 @@ TEST(FilletEdit, MakesAHelperArcOnlyBetweenHelpers) {
 
 TEST(FilletEdit, RefusesWithAReasonAndChangesNothing) {
     const Document document = frameDrawing();
-    struct Row {
-        const char* edit;
-        const char* error;
-    };
-    const Row rows[] = {
+    const RefusedEdit rows[] = {
         {"fillet left right radius 2",
          "no arc of radius 2 touches both left and right; choose another radius or curves that are not parallel"},
         {"fillet left right radius 0", "left and right do not meet even when prolonged; give a radius above 0"},
@@ -76,11 +72,7 @@ TEST(FilletEdit, RefusesWithAReasonAndChangesNothing) {
          "a fillet of radius 50 would leave nothing of base; choose a smaller radius"},
         {"fillet base base radius 1", "base cannot be filleted with itself; name two curves"},
     };
-    for (const Row& row : rows) {
-        Session session(document);
-        EXPECT_EQ(session.apply(row.edit).outcome.error, row.error);
-        EXPECT_EQ(session.document(), document) << row.edit;
-    }
+    expectRefused(document, rows);
 }
 
 }  // namespace

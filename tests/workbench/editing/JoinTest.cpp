@@ -128,11 +128,7 @@ TEST(JoinEdit, RefusesWithAReasonAndChangesNothing) {
     document.entities.push_back(shapeEntity("disc", CircleShape{{0, 0}, 1}));
     document.entities.push_back(
         shapeEntity("ring", PolylineShape{{{0, 0}, {1, 0}, {1, 1}}, {0, 0, 0}, {0, 0, 0}, true}));
-    struct Row {
-        const char* edit;
-        const char* error;
-    };
-    const Row rows[] = {
+    const RefusedEdit rows[] = {
         {"join p", "it takes two entities to join; name the ones that p is joined with"},
         {"join p far",
          "neither (50, 50) nor (60, 60), the ends of far, is an open end of what is joined; extend or drag it there "
@@ -140,11 +136,7 @@ TEST(JoinEdit, RefusesWithAReasonAndChangesNothing) {
         {"join p disc", "disc is no line, arc or polyline; only these can be joined"},
         {"join p ring", "ring is closed already; break it first"},
     };
-    for (const Row& row : rows) {
-        Session session(document);
-        EXPECT_EQ(session.apply(row.edit).outcome.error, row.error);
-        EXPECT_EQ(session.document(), document) << row.edit;
-    }
+    expectRefused(document, rows);
 }
 
 TEST(JoinEdit, TakesSwitchedOffConstraintsOnErasedEntitiesAlong) {

@@ -132,11 +132,7 @@ TEST(LengthenEdit, RefusesWithAReasonAndChangesNothing) {
     document.entities.push_back(shapeEntity("disc", CircleShape{{0, 0}, 1}));
     document.entities.push_back(shapeEntity("beam", RayShape{{0, 0}, {1, 0}}));
     document.entities.push_back(shapeEntity("dot", PointShape{{0, 0}}));
-    struct Row {
-        const char* edit;
-        const char* error;
-    };
-    const Row rows[] = {
+    const RefusedEdit rows[] = {
         {"lengthen line end by -5", "nothing of line would be left, it is only 5 long"},
         {"lengthen poly end by -3", "the outermost segment of poly is only 3 long; trim it to take more away"},
         {"lengthen arc end by 12", "arc would become a full turn or more; lengthen it by less"},
@@ -146,11 +142,7 @@ TEST(LengthenEdit, RefusesWithAReasonAndChangesNothing) {
         {"lengthen line middle by 1",
          "edit \"lengthen line middle by 1\", column 15: expected the end to move (start or end), found \"middle\""},
     };
-    for (const Row& row : rows) {
-        Session session(document);
-        EXPECT_EQ(session.apply(row.edit).outcome.error, row.error);
-        EXPECT_EQ(session.document(), document) << row.edit;
-    }
+    expectRefused(document, rows);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <cstdio>
-#include <span>
 
 #include "host/model/HostAudit.h"
 #include "tests/workbench/editing/Shorthand.h"
@@ -92,20 +91,6 @@ inline void expectSmooth(const PolylineShape& polyline, std::size_t segment) {
 
 inline double radiusOfSegment(const PolylineShape& polyline, std::size_t segment) {
     return std::get<ArcShape>(segmentCurve(polyline, segment)).radius;
-}
-
-struct RefusedEdit {
-    const char* edit;
-    const char* error;
-};
-
-/// Every edit is refused with its reason, and leaves the drawing as it is.
-inline void expectRefused(const Document& document, std::span<const RefusedEdit> rows) {
-    for (const RefusedEdit& row : rows) {
-        Session session(document);
-        EXPECT_EQ(session.apply(row.edit).outcome.error, row.error);
-        EXPECT_EQ(session.document(), document) << row.edit;
-    }
 }
 
 }  // namespace holdfast

@@ -133,11 +133,7 @@ TEST(SetEdit, IsUndoneToTheLastBit) {
 }
 
 TEST(SetEdit, RefusesWithAReasonAndChangesNothing) {
-    struct Fault {
-        const char* edit;
-        const char* error;
-    };
-    const Fault faults[] = {
+    const RefusedEdit rows[] = {
         {"set circle radius -3",
          "nothing proper would be left of circle: its radius would be -3.0; it takes a radius above 0"},
         {"set line end 0,0",
@@ -151,11 +147,7 @@ TEST(SetEdit, RefusesWithAReasonAndChangesNothing) {
          "edit \"set line start 3\", column 16: expected the new point, a point such as 4,0.5 "
          "without spaces, found \"3\""},
     };
-    for (const Fault& fault : faults) {
-        Session session(kindsDrawing());
-        EXPECT_EQ(session.apply(fault.edit).outcome.error, fault.error);
-        EXPECT_EQ(session.document(), kindsDrawing()) << fault.edit;
-    }
+    expectRefused(kindsDrawing(), rows);
 }
 
 }  // namespace

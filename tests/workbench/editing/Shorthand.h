@@ -1,5 +1,8 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <span>
 #include <string>
 #include <vector>
 
@@ -58,6 +61,20 @@ inline Document frameDrawing() {
         constraintOf("c2", ConstraintType::horizontal, {{"base"}}),
         constraintOf("c3", ConstraintType::equal, {{"left"}, {"right"}})};
     return document;
+}
+
+struct RefusedEdit {
+    const char* edit;
+    const char* error;
+};
+
+/// Every edit is refused with its reason, and leaves the drawing as it is.
+inline void expectRefused(const Document& document, std::span<const RefusedEdit> rows) {
+    for (const RefusedEdit& row : rows) {
+        Session session(document);
+        EXPECT_EQ(session.apply(row.edit).outcome.error, row.error);
+        EXPECT_EQ(session.document(), document) << row.edit;
+    }
 }
 
 }  // namespace holdfast

@@ -41,23 +41,12 @@ TEST(TrimEdit, TakesAClosedPolylineOverItsVertexZero) {
 }
 
 TEST(TrimEdit, RefusesWithAReasonAndChangesNothing) {
-    struct Row {
-        const char* description;
-        const char* edit;
-        const char* error;
+    const RefusedEdit rows[] = {
+        {"trim left at 0,4 by cut", "no cutting edge meets left; choose edges that cross it, or extend them first"},
+        {"trim base at 9,0 by base", "base cannot be its own cutting edge"},
+        {"trim base at 5,0 by left right", "the cutting edges only touch the ends of base; nothing is cut"},
     };
-    const Row rows[] = {
-        {"an edge that does not meet", "trim left at 0,4 by cut",
-         "no cutting edge meets left; choose edges that cross it, or extend them first"},
-        {"itself as edge", "trim base at 9,0 by base", "base cannot be its own cutting edge"},
-        {"edges at the ends only", "trim base at 5,0 by left right",
-         "the cutting edges only touch the ends of base; nothing is cut"},
-    };
-    for (const Row& row : rows) {
-        Session session(crossedFrame());
-        EXPECT_EQ(session.apply(row.edit).outcome.error, row.error) << row.description;
-        EXPECT_EQ(session.document(), crossedFrame()) << row.description;
-    }
+    expectRefused(crossedFrame(), rows);
 }
 
 }  // namespace
