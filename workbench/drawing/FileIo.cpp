@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <memory>
 #include <system_error>
 #include <vector>
 
@@ -109,8 +110,8 @@ void flushFolder(const fs::path& target) {
         ::fsync(directory.number());
 }
 
-void refuseMissingFolder(const fs::path& path) {
-    const fs::path folder = path.parent_path();
+void refuseMissingFolder(const fs::path& path, const fs::path& target) {
+    const fs::path folder = target.parent_path();
     std::error_code error;
     if (folder.empty() || fs::is_directory(folder, error))
         return;
@@ -119,17 +120,18 @@ void refuseMissingFolder(const fs::path& path) {
          "a folder that exists; create it first");
 }
 
-void writeBeside(const fs::path& path, const fs::path& target, std::string_view text) {
-    FileBeside beside(target);
-    if (!beside.file().isOpen())
-        fail(path, reasonOf(errno), "a folder in which files may be made");
-    const int file = beside.file().number();
-    const bool written = writeAll(file, text) && ::fchmod(file, permissionsFor(target)) == 0 && ::fsync(file) == 0;
-    if (!written)
-        fail(path, reasonOf(errno), "room for " + std::to_string(text.size()) + " bytes; the file is as it was");
-    if (!beside.replace(target))
-        fail(path, reasonOf(errno), "a name that may be replaced; the file is as it was");
-    flushFolder(target);
+/// Where a name leads when the symbolic links in its place are followed, also when nothing stands there yet.
+fs::path behindLinks(const fs::path& path) {
+    constexpr int longestChain = 40;  // as long as the system itself follows
+    std::error_code error;
+    fs::path target = path;
+    for (int links = 0; fs::is_symlink(fs::symlink_status(target, error)); ++links) {
+        if (links == longestChain)
+            fail(path, "a symbolic link that leads in a circle", "the name of a file");
+        const fs::path next = fs::read_symlink(target, error);
+        target = next.is_absolute() ? next : target.parent_path() / next;
+    }
+    return target;
 }
 
 void writeThrough(const fs::path& path, std::string_view text) {
@@ -137,6 +139,51 @@ void writeThrough(const fs::path& path, std::string_view text) {
     if (!file.isOpen() || !writeAll(file.number(), text))
         fail(path, reasonOf(errno), "a place that takes " + std::to_string(text.size()) + " bytes");
 }
+
+/// One file on its way to its place.
+class Arrival {
+public:
+    explicit Arrival(const NamedText& file) : m_path(file.path), m_target(file.path) {
+        if (m_path.empty())
+            fail("(no name)", "an empty file name", "the name of a file");
+        m_target = behindLinks(m_path);
+        refuseMissingFolder(m_path, m_target);
+        std::error_code error;
+        const fs::file_status status = fs::status(m_target, error);
+        if (fs::is_directory(status))
+            fail(m_path, "a folder", "the name of a file");
+        if (fs::exists(status) && !fs::is_regular_file(status)) {
+            writeThrough(m_path, file.text);
+            return;
+        }
+        if (fs::exists(status) && ::faccessat(AT_FDCWD, m_target.c_str(), W_OK, AT_EACCESS) != 0)
+            fail(m_path, reasonOf(errno), "a file that may be written");
+        m_beside = std::make_unique<FileBeside>(m_target);
+        fill(file.text);
+    }
+
+    void arrive() {
+        if (m_beside == nullptr)
+            return;
+        if (!m_beside->replace(m_target))
+            fail(m_path, reasonOf(errno), "a name that may be replaced; the file is as it was");
+        flushFolder(m_target);
+    }
+
+private:
+    void fill(std::string_view text) {
+        if (!m_beside->file().isOpen())
+            fail(m_path, reasonOf(errno), "a folder in which files may be made");
+        const int file = m_beside->file().number();
+        const bool written =
+            writeAll(file, text) && ::fchmod(file, permissionsFor(m_target)) == 0 && ::fsync(file) == 0;
+        if (!written)
+            fail(m_path, reasonOf(errno), "room for " + std::to_string(text.size()) + " bytes; the file is as it was");
+    }
+
+    fs::path m_path, m_target;
+    std::unique_ptr<FileBeside> m_beside;  // null: written already, to what cannot be replaced
+};
 
 }  // namespace
 
@@ -162,18 +209,18 @@ std::string readFile(const fs::path& path) {
     }
 }
 
+void writeFiles(std::span<const NamedText> files) {
+    std::vector<Arrival> arrivals;
+    arrivals.reserve(files.size());
+    for (const NamedText& file : files)
+        arrivals.emplace_back(file);
+    for (Arrival& arrival : arrivals)
+        arrival.arrive();
+}
+
 void writeFile(const fs::path& path, std::string_view text) {
-    if (path.empty())
-        fail("(no name)", "an empty file name", "the name of a file");
-    refuseMissingFolder(path);
-    std::error_code error;
-    const fs::file_status status = fs::status(path, error);
-    if (fs::is_directory(status))
-        fail(path, "a folder", "the name of a file");
-    if (fs::exists(status) && !fs::is_regular_file(status))
-        return writeThrough(path, text);
-    const bool isLink = fs::is_symlink(fs::symlink_status(path, error));
-    writeBeside(path, isLink ? fs::weakly_canonical(path, error) : path, text);
+    const NamedText file{path, std::string(text)};
+    writeFiles({&file, 1});
 }
 
 Document readDrawing(const fs::path& path) {

@@ -180,6 +180,43 @@ TEST_F(Files, BehindASymbolicLinkAreReplacedAndTheLinkStays) {
     EXPECT_EQ(got("real.json"), "new");
 }
 
+TEST_F(Files, BehindASymbolicLinkAreMadeWhereItLeads) {
+    fs::create_directory(folder / "out");
+    fs::create_symlink("out/real.json", folder / "link.json");
+    writeFile(folder / "link.json", "new");
+    EXPECT_TRUE(fs::is_symlink(folder / "link.json"));
+    EXPECT_EQ(got("out/real.json"), "new");
+    fs::create_symlink("nowhere/real.json", folder / "lost.json");
+    EXPECT_THAT(messageOf([&] { writeFile(folder / "lost.json", "x"); }), testing::HasSubstr("found no folder"));
+    fs::create_symlink("circle.json", folder / "circle.json");
+    EXPECT_THAT(messageOf([&] { writeFile(folder / "circle.json", "x"); }), testing::HasSubstr("leads in a circle"));
+    EXPECT_TRUE(fs::is_symlink(folder / "circle.json"));
+}
+
+TEST_F(Files, ThatMayNotBeWrittenAreNotReplaced) {
+    put("a.json", "old");
+    fs::permissions(folder, fs::perms::all);
+    fs::permissions(folder / "a.json", fs::perms::owner_read | fs::perms::others_read);
+    std::string message;
+    {
+        const OrdinaryUser user;
+        message = messageOf([&] { writeFile(folder / "a.json", "new"); });
+    }
+    EXPECT_THAT(message, testing::HasSubstr("found Permission denied; expected a file that may be written"));
+    EXPECT_EQ(got("a.json"), "old");
+}
+
+TEST_F(Files, ThatBelongTogetherAreWrittenAllOrNone) {
+    put("a.json", "old");
+    const std::vector<NamedText> files = {{folder / "a.json", "new"}, {folder / "nowhere" / "a.html", "page"}};
+    EXPECT_THAT(messageOf([&] { writeFiles(files); }), testing::HasSubstr("found no folder"));
+    EXPECT_EQ(got("a.json"), "old");
+    EXPECT_EQ(fileCount(), 1);
+    writeFiles(std::vector<NamedText>{{folder / "a.json", "new"}, {folder / "a.html", "page"}});
+    EXPECT_EQ(got("a.json") + got("a.html"), "newpage");
+    EXPECT_EQ(fileCount(), 2);
+}
+
 TEST_F(Files, ThatAreDevicesAreWrittenToDirectly) {
     EXPECT_EQ(messageOf([] { writeFile("/dev/null", "text"); }), "no error");
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
