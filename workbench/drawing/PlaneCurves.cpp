@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numbers>
 #include <utility>
 
 #include "workbench/drawing/Places.h"
@@ -168,7 +169,7 @@ private:
     std::size_t m_position = 0;
 };
 
-/// A box that grows with the points that entities are given by; round curves count with their square.
+/// A box that grows with the points that entities are given by, and with those of round curves.
 class Box {
 public:
     void add(Vec2 p, double around = 0.0) {
@@ -183,21 +184,42 @@ public:
         add(line.start);
         add(line.end);
     }
-    void operator()(const ArcShape& arc) { add(arc.centre, arc.radius); }
+    void operator()(const ArcShape& arc) { addTurn(arc.centre, {arc.radius, 0.0}, 1.0, arc.startAngle, arc.endAngle); }
     void operator()(const CircleShape& circle) { add(circle.centre, circle.radius); }
     void operator()(const EllipseShape& e) { add(e.centre, std::hypot(e.majorAxis.x, e.majorAxis.y)); }
-    void operator()(const EllipticalArcShape& e) { add(e.centre, std::hypot(e.majorAxis.x, e.majorAxis.y)); }
+    void operator()(const EllipticalArcShape& e) { addTurn(e.centre, e.majorAxis, e.ratio, e.startParam, e.endParam); }
     void operator()(const SplineShape& spline) { addAll(spline.control); }
     void operator()(const PointShape& point) { add(point.position); }
     void operator()(const XlineShape&) {}
     void operator()(const RayShape& ray) { add(ray.point); }
-    void operator()(const PolylineShape& polyline) { addAll(polyline.vertices); }
+    void operator()(const PolylineShape& polyline) {
+        addAll(polyline.vertices);
+        for (std::size_t i = 0; i < segmentCount(polyline); ++i)
+            if (polyline.bulges[i] != 0.0)
+                (*this)(arcOfBulge(polyline.vertices[i], polyline.vertices[segmentEndVertex(polyline, i)],
+                                   polyline.bulges[i]));
+    }
     void operator()(const TextShape& text) { add(text.position); }
 
 private:
     void addAll(const std::vector<Vec2>& points) {
         for (const Vec2 point : points)
             add(point);
+    }
+
+    /// A part of an ellipse counts with its ends and with the ends of the axes that lie on it: a flat arc of a huge
+    /// radius is no huge drawing.
+    void addTurn(Vec2 centre, Vec2 major, double ratio, double from, double to) {
+        const auto addAt = [&](double param) {
+            const double c = std::cos(param), s = ratio * std::sin(param);
+            add({centre.x + c * major.x - s * major.y, centre.y + c * major.y + s * major.x});
+        };
+        constexpr double quarter = std::numbers::pi / 2;
+        addAt(from);
+        addAt(to);
+        const double first = std::ceil(from / quarter);
+        for (int i = 0; i < 4 && (first + i) * quarter < to; ++i)
+            addAt((first + i) * quarter);
     }
 
     static constexpr double kFar = std::numeric_limits<double>::infinity();

@@ -208,6 +208,19 @@ TEST(Infer, TakesAMillionthOfTheDrawingAsToleranceUnlessOneIsGiven) {
     EXPECT_EQ(inferConstraints(Document()).added, 0U);
 }
 
+TEST(Infer, TakesAFlatArcForAsLongAsItIs) {
+    const double half = std::asin(0.5e-6);  // a chord of 100 on a radius of 1e8
+    const double up = std::numbers::pi / 2;
+    const Document flat = documentOf({ArcShape{{50, -1e8}, 1e8, up - half, up + half}});
+    EXPECT_NEAR(inferConstraints(flat).length, 1e-4, 1e-9);
+    const Document round = documentOf({ArcShape{{0, 0}, 50, 0, std::numbers::pi}});
+    const Document bulged = documentOf({PolylineShape{{{50, 0}, {-50, 0}}, {1, 0}, {0, 0}, false}});
+    const Document upright = documentOf({PolylineShape{{{0, 50}, {0, -50}}, {2, 0}, {0, 0}, false}});
+    EXPECT_DOUBLE_EQ(inferConstraints(round).length, 1e-4);
+    EXPECT_DOUBLE_EQ(inferConstraints(bulged).length, 1e-4);
+    EXPECT_DOUBLE_EQ(inferConstraints(upright).length, 125e-6);
+}
+
 /// The example drawings without their constraints, and the DXF ones.
 std::vector<Document> plainDrawings() {
     std::vector<Document> drawings;
