@@ -55,8 +55,10 @@ int convert(const ConvertOptions& options);
 struct InferCommandOptions {
     std::string input;
     std::string output;
-    double length = 0.0;
+    double length = 0.0;     ///< 0: a millionth of the drawing
+    double angle = 0.0;      ///< degrees; 0: those of InferOptions
     bool polylines = false;  ///< chains of lines and arcs become polylines
+    bool json = false;
 };
 int infer(const InferCommandOptions& options);
 

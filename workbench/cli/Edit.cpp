@@ -3,9 +3,9 @@
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/DrawingFiles.h"
 #include "workbench/cli/EditRun.h"
+#include "workbench/cli/OutputFiles.h"
 #include "workbench/cli/Progress.h"
 #include "workbench/cli/Terminal.h"
-#include "workbench/drawing/FileIo.h"
 #include "workbench/editing/EditText.h"
 #include "workbench/evaluator/Diagnose.h"
 #include "workbench/evaluator/FigureFromDocument.h"
@@ -48,15 +48,16 @@ FateReport reportOf(const Session& session) {
 }
 
 int edit(const EditOptions& options) {
+    OutputFiles outputs{drawingNamed(options.output), reportNamed(options.report), pictureNamed(options.picture)};
     Session session(readAnyDrawing(options.drawing));
     applyAll(session, options.edits);
     const FateReport report = reportOf(session);
-    if (!options.output.empty())
-        writeAnyDrawing(session.document(), options.output);
+    outputs.addDrawing(options.output, session.document());
     if (!options.report.empty())
-        writeFile(options.report, writeHtmlReport(report));
+        outputs.add(options.report, writeHtmlReport(report));
     if (!options.picture.empty())
-        writeFile(options.picture, writeBeforeAfter(report));
+        outputs.add(options.picture, writeBeforeAfter(report));
+    outputs.write();
     tell(report, options.json, options.verbose);
     return kExitDone;
 }

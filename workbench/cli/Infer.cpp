@@ -1,59 +1,152 @@
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
+#include <cmath>
 #include <iostream>
+#include <map>
+#include <numbers>
 #include <unordered_set>
 
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/DrawingFiles.h"
+#include "workbench/cli/OutputFiles.h"
 #include "workbench/cli/Progress.h"
 #include "workbench/cli/Terminal.h"
+#include "workbench/drawing/DrawingError.h"
 #include "workbench/drawing/Infer.h"
+#include "workbench/drawing/Names.h"
 #include "workbench/drawing/Polylines.h"
 #include "workbench/evaluator/Diagnose.h"
 #include "workbench/evaluator/FigureFromDocument.h"
 #include "workbench/evaluator/Solve.h"
+#include "workbench/report/Wording.h"
 
 namespace holdfast {
 
 namespace {
 
+/// A drawing with its new constraints, which stand behind those that it had.
+struct Inferred {
+    Document document;
+    std::size_t firstNew = 0;
+    std::size_t implied = 0;  ///< constraints that were found and left out again, because the others imply them
+    double length = 0.0;      ///< the tolerance that was used
+    bool holds = true;        ///< the constraints can hold together
+};
+
 /// Takes out the new constraints that the others imply altogether, so that the drawing is not over-constrained. What a
-/// constraint implies only together with one that goes is found in the next round. Returns how many went.
-std::size_t dropImplied(Document& document, std::size_t firstNew) {
-    std::size_t dropped = 0;
+/// constraint implies only together with one that goes is found in the next round.
+void dropImplied(Inferred& inferred) {
+    Document& document = inferred.document;
     for (;;) {
         // Within the tolerance the constraints hold only nearly, and seem to say more than they do.
         Figure figure = figureFrom(document);
-        solve(figure, {.namesConflicts = false});
+        inferred.holds = solve(figure, {.namesConflicts = false}).isSolved();
         std::unordered_set<std::string> implied;
         for (const Redundancy& redundancy : diagnose(figure).redundant)
-            if (redundancy.isWhole && static_cast<std::size_t>(redundancy.constraint) >= firstNew)
+            if (redundancy.isWhole && static_cast<std::size_t>(redundancy.constraint) >= inferred.firstNew)
                 implied.insert(document.constraints[static_cast<std::size_t>(redundancy.constraint)].id);
         if (implied.empty())
-            return dropped;
-        dropped += std::erase_if(document.constraints,
-                                 [&](const Constraint& constraint) { return implied.contains(constraint.id); });
+            return;
+        inferred.implied += std::erase_if(
+            document.constraints, [&](const Constraint& constraint) { return implied.contains(constraint.id); });
     }
+}
+
+/// Joined lines and arcs made polylines. A joint needs no constraint then, so the drawing is left with those it had.
+/// The tolerance that was used for it is that of all that follows.
+Document withPolylines(const Document& plain, InferOptions& options) {
+    InferOptions joints = options;
+    joints.kinds = {ConstraintType::coincident};
+    const std::size_t given = plain.constraints.size();
+    const Inference joined = inferConstraints(plain, joints);
+    options.length = joined.length;
+    std::unordered_set<std::string> added;
+    for (std::size_t i = given; i < joined.document.constraints.size(); ++i)
+        added.insert(joined.document.constraints[i].id);
+    Document chained = chainsToPolylines(joined.document, joined.length).document;
+    std::erase_if(chained.constraints, [&](const Constraint& constraint) { return added.contains(constraint.id); });
+    return chained;
+}
+
+Inferred inferred(const Document& plain, const InferOptions& options) {
+    Inference inference = inferConstraints(plain, options);
+    Inferred result{.document = std::move(inference.document), .firstNew = plain.constraints.size()};
+    result.length = inference.length;
+    dropImplied(result);
+    return result;
+}
+
+std::map<std::string_view, std::size_t> countsOf(const Inferred& found) {
+    std::map<std::string_view, std::size_t> counts;
+    for (std::size_t i = found.firstNew; i < found.document.constraints.size(); ++i)
+        ++counts[typeName(found.document.constraints[i].type)];
+    return counts;
+}
+
+double degrees(double radians) {
+    return radians * 180.0 / std::numbers::pi;
+}
+
+void tell(const Inferred& found, const InferOptions& options) {
+    const Document& document = found.document;
+    std::cout << picture::counted(document.constraints.size() - found.firstNew, "constraint") << " put on "
+              << picture::counted(document.entities.size(), "entity") << '\n';
+    for (const auto& [name, count] : countsOf(found))
+        std::cout << "  " << name << ": " << count << '\n';
+    std::cout << "tolerances: " << shortNumber(found.length) << ' ' << document.lengthUnit << ", "
+              << shortNumber(degrees(options.angle)) << " degrees\n";
+    if (found.implied > 0)
+        std::cout << "left out, because these imply them: " << found.implied << '\n';
+}
+
+nlohmann::ordered_json jsonOf(const Inferred& found, const InferOptions& options) {
+    nlohmann::ordered_json json;
+    json["drawing"] = found.document.name;
+    json["entities"] = found.document.entities.size();
+    json["added"] = nlohmann::ordered_json::object();
+    for (const auto& [name, count] : countsOf(found))
+        json["added"][std::string(name)] = count;
+    json["implied"] = found.implied;
+    json["length_tolerance"] = found.length;
+    json["angle_tolerance_degrees"] = degrees(options.angle);
+    return json;
+}
+
+InferOptions optionsOf(const InferCommandOptions& command) {
+    const auto fits = [](double tolerance) { return tolerance >= 0.0 && std::isfinite(tolerance); };
+    if (!fits(command.length))
+        throw DrawingError("--tolerance", {"", shortNumber(command.length), "a length above 0, such as 0.01"});
+    if (!fits(command.angle) || command.angle > 45.0)
+        throw DrawingError("--angle",
+                           {"", shortNumber(command.angle), "degrees above 0 and not above 45, such as 0.1"});
+    InferOptions options{.length = command.length};
+    if (command.angle > 0.0)
+        options.angle = command.angle / degrees(1.0);
+    return options;
 }
 
 }  // namespace
 
-int infer(const InferCommandOptions& options) {
-    Document plain = readAnyDrawing(options.input);
-    const std::size_t given = plain.constraints.size();
+int infer(const InferCommandOptions& command) {
+    OutputFiles outputs{drawingNamed(command.output)};
+    InferOptions options = optionsOf(command);
+    Document plain = readAnyDrawing(command.input);
     const Progress progress("inferring constraints of " + plain.name);
-    Inference inference = inferConstraints(plain, {.length = options.length});
-    const std::size_t implied = dropImplied(inference.document, given);
-    Document& document = inference.document;
-    const std::size_t added = document.constraints.size() - given;
-    if (options.polylines)
-        document = chainsToPolylines(document).document;
-    if (!options.output.empty())
-        writeAnyDrawing(document, options.output);
-    std::cout << added << " constraints put on " << document.entities.size() << " entities, tolerance "
-              << inference.length << ' ' << document.lengthUnit;
-    if (implied > 0)
-        std::cout << "; " << implied << " more left out, which these imply";
-    std::cout << '\n';
+    if (command.polylines)
+        plain = withPolylines(plain, options);
+    const Inferred found = inferred(plain, options);
+    if (!found.holds) {
+        complain(plain.name + ": what holds within " + shortNumber(found.length) + " " + plain.lengthUnit +
+                 " cannot hold exactly; choose a smaller --tolerance");
+        return kExitUnsolved;
+    }
+    outputs.addDrawing(command.output, found.document);
+    outputs.write();
+    if (command.json)
+        std::cout << jsonOf(found, options).dump(2) << '\n';
+    else
+        tell(found, options);
     return kExitDone;
 }
 

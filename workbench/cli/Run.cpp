@@ -5,6 +5,7 @@
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/DrawingFiles.h"
 #include "workbench/cli/EditRun.h"
+#include "workbench/cli/OutputFiles.h"
 #include "workbench/cli/Progress.h"
 #include "workbench/cli/Script.h"
 #include "workbench/cli/Terminal.h"
@@ -38,8 +39,11 @@ Line runPart(const ScriptPart& part) {
             ++line.done;
         }
         line.report = reportOf(session);
-        if (line.error.empty() && !part.output.empty())
-            writeAnyDrawing(session.document(), part.output);
+        if (line.error.empty()) {
+            OutputFiles outputs{drawingNamed(part.output)};
+            outputs.addDrawing(part.output, session.document());
+            outputs.write();
+        }
     } catch (const std::exception& error) {
         line.error = error.what();
     }

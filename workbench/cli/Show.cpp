@@ -5,8 +5,8 @@
 
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/DrawingFiles.h"
+#include "workbench/cli/OutputFiles.h"
 #include "workbench/cli/Terminal.h"
-#include "workbench/drawing/FileIo.h"
 #include "workbench/drawing/Names.h"
 #include "workbench/editing/Refusal.h"
 #include "workbench/evaluator/Diagnose.h"
@@ -78,10 +78,12 @@ nlohmann::ordered_json jsonOf(const Document& document, const Overview& overview
 }  // namespace
 
 int show(const ShowOptions& options) {
+    OutputFiles outputs{pictureNamed(options.output)};
     const Document document = readAnyDrawing(options.drawing);
-    if (!options.output.empty())
-        writeFile(options.output, writePicture(document));
     const Overview overview = overviewOf(document);
+    if (!options.output.empty())
+        outputs.add(options.output, writePicture(document));
+    outputs.write();
     if (options.json)
         std::cout << jsonOf(document, overview).dump(2) << '\n';
     else

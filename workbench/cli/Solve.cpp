@@ -1,13 +1,12 @@
 #include <nlohmann/json.hpp>
 
-#include <cstdio>
 #include <iostream>
 
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/DrawingFiles.h"
+#include "workbench/cli/OutputFiles.h"
 #include "workbench/cli/Progress.h"
 #include "workbench/cli/Terminal.h"
-#include "workbench/drawing/FileIo.h"
 #include "workbench/editing/Fates.h"
 #include "workbench/editing/Refusal.h"
 #include "workbench/evaluator/Diagnose.h"
@@ -18,12 +17,6 @@
 namespace holdfast {
 
 namespace {
-
-std::string shortNumber(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.4g", value == 0.0 ? 0.0 : value);
-    return text;
-}
 
 /// A figure with its drawing, to tell its findings in the drawing's names.
 struct Findings {
@@ -135,17 +128,31 @@ nlohmann::ordered_json jsonOf(const Findings& found) {
     return json;
 }
 
+void writeResults(const SolveOptions& options, const Findings& found, const Figure& figure, OutputFiles& outputs) {
+    Document after = found.document;
+    if (found.result.status == SolveStatus::solved)
+        applyFigure(figure, after);
+    outputs.addDrawing(options.output, after);
+    if (!options.report.empty()) {
+        Fates fates = fatesBetween(found.document, after, {}, 0);
+        FateReport report = runReport(found.document, after, {EditOutcome{"solve", {}}}, {fates});
+        report.solver = {found.diagnosis.freedom, found.result.iterations, found.result.residual};
+        outputs.add(options.report, writeHtmlReport(report));
+    }
+    outputs.write();
+}
+
 }  // namespace
 
 int solveDrawing(const SolveOptions& options) {
+    OutputFiles outputs{drawingNamed(options.output), reportNamed(options.report)};
     const Document before = readAnyDrawing(options.drawing);
     const Progress progress("solving " + before.name);
     Figure figure = figureFrom(before);
     SolveResult result = solve(figure, {});
     const Findings found{before, figure, diagnose(figure), std::move(result)};
-    Document after = before;
-    if (found.result.status == SolveStatus::solved)
-        applyFigure(figure, after);
+    if (found.result.isSolved())
+        writeResults(options, found, figure, outputs);
     if (options.json) {
         std::cout << jsonOf(found).dump(2) << '\n';
     } else {
@@ -156,17 +163,7 @@ int solveDrawing(const SolveOptions& options) {
             tellRedundant(found);
         }
     }
-    if (!found.result.isSolved())
-        return kExitUnsolved;
-    if (!options.output.empty())
-        writeAnyDrawing(after, options.output);
-    if (!options.report.empty()) {
-        Fates fates = fatesBetween(before, after, {}, 0);
-        FateReport report = runReport(before, after, {EditOutcome{"solve", {}}}, {fates});
-        report.solver = {found.diagnosis.freedom, found.result.iterations, found.result.residual};
-        writeFile(options.report, writeHtmlReport(report));
-    }
-    return kExitDone;
+    return found.result.isSolved() ? kExitDone : kExitUnsolved;
 }
 
 }  // namespace holdfast

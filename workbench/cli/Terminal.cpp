@@ -1,5 +1,6 @@
 #include "workbench/cli/Terminal.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 
@@ -21,6 +22,12 @@ bool isErrorTerminal() {
 
 bool wantsColours() {
     return isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr;
+}
+
+std::string shortNumber(double value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.4g", value == 0.0 ? 0.0 : value);
+    return text;
 }
 
 void complain(std::string_view message) {

@@ -4,15 +4,20 @@
 
 #include <exception>
 #include <functional>
+#include <iostream>
 #include <string>
 
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/Terminal.h"
+#include "workbench/cli/Usage.h"
 #include "workbench/editing/Verbs.h"
 
 namespace {
 
 using namespace holdfast;
+
+constexpr std::string_view kRefusals =
+    "Exit codes: 0 done; 2 a file or an argument was refused and nothing was written.";
 
 std::string editHelp() {
     std::string help = "Edits:\n";
@@ -20,17 +25,19 @@ std::string editHelp() {
         help += "  " + std::string(verb->usage) + "\n      " + std::string(verb->purpose) + ": " +
                 std::string(verb->example) + "\n";
     return help +
-           "  undo\n      takes the last edit back\n\nExample:\n  holdfast edit plate.json \"break g3 at 4,0 to 6,0\" "
-           "-o cut.json --report cut.html\n\nExit codes: 0 done; 2 a file, an edit or an argument was refused "
-           "and nothing was written.";
+           "  undo\n      takes the last edit back\n\nExample:\n  holdfast edit "
+           "examples/drawings/mounting-bracket.json "
+           "\"lengthen base end by 12\" -o longer.json --report longer.html\n\nExit codes: 0 done; 2 a file, an edit "
+           "or an argument was refused and nothing was written.";
 }
 
 void addShow(CLI::App& app, ShowOptions& options, std::function<int()>& action) {
     CLI::App* command = app.add_subcommand("show", "tell what is in a drawing");
     command->add_option("DRAWING", options.drawing, "a .json or .dxf file")->required();
-    command->add_option("-o,--output", options.output, "draw it into this .svg file");
+    command->add_option("-o,--output", options.output, "draw it with its constraints into this .svg file");
     command->add_flag("--json", options.json, "tell it as JSON");
-    command->footer("Example:\n  holdfast show plate.json -o plate.svg");
+    command->footer("Example:\n  holdfast show examples/drawings/mounting-bracket.json -o bracket.svg\n\n" +
+                    std::string(kRefusals));
     command->callback([&] { action = [&] { return show(options); }; });
 }
 
@@ -39,7 +46,7 @@ void addEdit(CLI::App& app, EditOptions& options, std::function<int()>& action) 
     command->add_option("DRAWING", options.drawing, "a .json or .dxf file")->required();
     command->add_option("EDIT", options.edits, "edits, each one argument")->required();
     command->add_option("-o,--output", options.output, "write the edited drawing (.json, .dxf, .svg)");
-    command->add_option("--report", options.report, "write the report as one HTML file");
+    command->add_option("--report", options.report, "write the report as one .html file");
     command->add_option("--picture", options.picture, "draw before and after into this .svg file");
     command->add_flag("--json", options.json, "tell the fates as JSON");
     command->add_flag("-v,--verbose", options.verbose, "tell what stayed as it was, too");
@@ -52,13 +59,16 @@ void addRun(CLI::App& app, RunOptions& options, std::function<int()>& action) {
     command
         ->add_option("SCRIPT", options.script, "\"open DRAWING\", then one edit a line, then perhaps \"save DRAWING\"")
         ->required();
-    command->add_option("--report", options.report, "write the report as one HTML file");
+    command->add_option("--report", options.report, "write the report as one .html file");
     command->add_option("--picture", options.picture, "draw before and after into this .svg file");
     command->add_flag("--json", options.json, "tell the fates as JSON");
     command->add_flag("-v,--verbose", options.verbose, "tell what stayed as it was, too");
     command->footer(
-        "A script may open several drawings; then a table tells what became of each.\n\nExample:\n  holdfast "
-        "run examples/commands/break.edit --report cut.html");
+        "Names in a script are relative to it and may hold spaces; what follows a # after a space does not count.\nA "
+        "script may open several drawings; then a table tells what became of each.\n\nExample:\n  holdfast run "
+        "examples/commands/break-line.edit --report cut.html\n\nExit codes: 0 done; 2 a file, an edit or an argument "
+        "was "
+        "refused. A drawing with a refused edit is\nnot written; the script's other drawings are.");
     command->callback([&] { action = [&] { return run(options); }; });
 }
 
@@ -66,14 +76,16 @@ void addSolve(CLI::App& app, SolveOptions& options, std::function<int()>& action
     CLI::App* command = app.add_subcommand("solve", "make the constraints of a drawing hold again");
     command->add_option("DRAWING", options.drawing, "a .json or .dxf file")->required();
     command->add_option("-o,--output", options.output, "write the solved drawing (.json, .dxf, .svg)");
-    command->add_option("--report", options.report, "write what moved as one HTML file");
+    command->add_option("--report", options.report, "write what moved as one .html file");
     command->add_flag("--explain", options.explain,
                       "tell the freedom of each part, and which constraints are redundant "
                       "or cannot hold together");
     command->add_flag("--json", options.json, "tell the findings as JSON");
     command->footer(
-        "Example:\n  holdfast solve plate.json --explain -o solved.json\n\nExit codes: 0 done; 1 the "
-        "constraints cannot hold together and nothing was written; 2 a file or an argument was refused.");
+        "Example:\n  holdfast solve examples/drawings/mounting-bracket.json --explain -o solved.json\n\nExit codes: 0 "
+        "done; 1 the "
+        "constraints cannot hold together and nothing was written; 2 a file or an argument was refused and "
+        "nothing was written.");
     command->callback([&] { action = [&] { return solveDrawing(options); }; });
 }
 
@@ -81,9 +93,15 @@ void addConvert(CLI::App& app, ConvertOptions& options, std::function<int()>& ac
     CLI::App* command = app.add_subcommand("convert", "turn a drawing into another form");
     command->add_option("IN", options.input, "a .json or .dxf file")->required();
     command->add_option("OUT", options.output, "a .json, .dxf or .svg file")->required();
-    command->add_option("--tolerance", options.tolerance, "of curves that a .dxf file cannot hold");
-    command->add_flag("--polylines", options.polylines, "make polylines of joined lines and arcs");
-    command->footer("Example:\n  holdfast convert plate.json plate.dxf");
+    command->add_option(
+        "--tolerance", options.tolerance,
+        "how far polylines deviate from ellipses and splines, which a .dxf file cannot hold; 0.01 unless "
+        "given");
+    command->add_flag("--polylines", options.polylines, "make polylines of lines and arcs with coincident ends");
+    command->footer(
+        "Example:\n  holdfast convert examples/drawings/mounting-bracket.json bracket.dxf\n\n.dxf files go out in the "
+        "old form that every program reads, without constraints; .svg files in true size.\n\n" +
+        std::string(kRefusals));
     command->callback([&] { action = [&] { return convert(options); }; });
 }
 
@@ -91,10 +109,27 @@ void addInfer(CLI::App& app, InferCommandOptions& options, std::function<int()>&
     CLI::App* command = app.add_subcommand("infer", "put constraints on a plain drawing");
     command->add_option("DRAWING", options.input, "a .dxf or .json file")->required();
     command->add_option("-o,--output", options.output, "write the constrained drawing");
-    command->add_option("--tolerance", options.length, "how far points may be apart; 0: a millionth of the drawing");
+    command->add_option("--tolerance", options.length,
+                        "how far points may be apart and lengths differ; 0: a millionth of the drawing");
+    command->add_option("--angle", options.angle, "how many degrees directions may differ; 0: 0.00573");
     command->add_flag("--polylines", options.polylines, "make polylines of joined lines and arcs");
-    command->footer("Example:\n  holdfast infer plate.dxf -o plate.json");
+    command->add_flag("--json", options.json, "tell the findings as JSON");
+    command->footer(
+        "Example:\n  holdfast infer examples/drawings/split-keyboard-plate.dxf -o plate.json\n\nFound are coincident "
+        "ends, concentric circles, horizontal, vertical, collinear, parallel and perpendicular lines,\ntangent ends, "
+        "equal radii and lengths; what others imply is left out.\n\nExit codes: 0 done; 1 what holds within the "
+        "tolerances cannot hold exactly and nothing was written; 2 a file or an\nargument was refused and nothing was "
+        "written.");
     command->callback([&] { action = [&] { return infer(options); }; });
+}
+
+/// The exit code of a run, unless what it told could not be written to its end.
+int whenTold(int code) {
+    std::cout.flush();
+    if (std::cout)
+        return code;
+    complain("standard output did not take all that was told");
+    return kExitBadInput;
 }
 
 }  // namespace
@@ -103,6 +138,8 @@ int main(int argc, char** argv) {
     CLI::App app("holdfast keeps the constraints of a drawing true while it is edited", "holdfast");
     app.require_subcommand(1);
     app.set_help_all_flag("--help-all", "help on everything");
+    app.set_version_flag("--version", "holdfast " HOLDFAST_VERSION);
+    app.footer("\"holdfast COMMAND --help\" shows a command's options with an example.");
     ShowOptions showOptions;
     EditOptions editOptions;
     RunOptions runOptions;
@@ -118,11 +155,13 @@ int main(int argc, char** argv) {
     addInfer(app, inferOptions, action);
     try {
         app.parse(argc, argv);
-        return action();
+        return whenTold(action());
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kExitDone : kExitBadInput;
+        if (error.get_exit_code() == 0)
+            return whenTold(app.exit(error));
+        complain(usageFault(app, error, {argv + 1, argv + argc}));
     } catch (const std::exception& error) {
         complain(error.what());
-        return kExitBadInput;
     }
+    return kExitBadInput;
 }

@@ -6,6 +6,8 @@ Usage: cli_test.py PROGRAM FOLDER_OF_DRAWINGS
 import json
 import os
 import pathlib
+import re
+import shlex
 import subprocess
 import sys
 import tempfile
@@ -110,6 +112,61 @@ class Program(unittest.TestCase):
         many = self.run_program("edit", DRAWINGS / "battery-clip.json", "break g333 at 1,0")
         self.assertIn("did you mean", many.stderr)
 
+    def test_pictures_and_reports_never_take_a_drawings_place(self):
+        path = self.file("corner.json", CORNER)
+        before = path.read_bytes()
+        for arguments in (("show", path, "-o", path), ("edit", path, "break a at 4,0", "--report", path),
+                          ("edit", path, "break a at 4,0", "--picture", path), ("solve", path, "--report", path)):
+            result = self.run_program(*arguments)
+            self.assertEqual(result.returncode, REFUSED, arguments)
+            self.assertIn("a name that ends in .json; expected a name that ends in", result.stderr)
+            self.assertEqual(path.read_bytes(), before)
+
+    def test_files_that_belong_together_are_written_all_or_none(self):
+        path, out = self.file("corner.json", CORNER), self.path / "out.json"
+        for report in (self.path / "nowhere" / "out.html", self.path / "out.txt", "/dev/full"):
+            result = self.run_program("edit", path, "break a at 4,0", "-o", out, "--report", report)
+            self.assertEqual(result.returncode, REFUSED, result.stderr)
+            self.assertEqual(sorted(file.name for file in self.path.iterdir()), ["corner.json"])
+        twice = self.run_program("edit", path, "break a at 4,0", "-o", self.path / "a.svg", "--picture",
+                                 self.path / "." / "a.svg")
+        self.assertIn("one name for two files", twice.stderr)
+
+    def test_endings_are_read_in_capital_letters_too(self):
+        path = self.file("corner.json", CORNER)
+        for name in ("UP.DXF", "UP.JSON", "UP.SVG"):
+            self.assertEqual(self.run_program("convert", path, self.path / name).returncode, DONE)
+        for name in ("UP.DXF", "UP.JSON"):
+            self.assertIn("entities: 2", self.run_program("show", self.path / name).stdout)
+
+    def test_what_a_dxf_file_cannot_hold_is_named_with_its_tolerance(self):
+        oval = {"id": "o", "type": "ellipse", "centre": [0, 0], "major_axis": [2, 0], "ratio": 0.5}
+        path = self.file("oval.json", dict(drawing([oval, line("a", (0, 0), (1, 1))], [
+            constraint("up", "vertical", ("a", "whole"))]), units={"length": "in", "angle": "rad"}))
+        result = self.run_program("convert", path, self.path / "oval.dxf", "--tolerance", "0.5")
+        self.assertIn("o went out as a polyline of 8 segments, within 0.5 in", result.stderr)
+        self.assertIn("1 constraint was left out", result.stderr)
+        self.assertIn("numbers are in the unit \"in\", which the file does not say", result.stderr)
+
+    def test_infer_states_its_tolerances_and_makes_no_polylines_redundant(self):
+        inferred = self.path / "inferred.json"
+        plain = DRAWINGS / "split-keyboard-plate.dxf"
+        result = self.run_program("infer", plain, "--polylines", "--tolerance", "0.001", "--angle", "0.01", "-o", inferred)
+        self.assertIn("tolerances: 0.001 mm, 0.01 degrees", result.stdout)
+        kinds = {entity["type"] for entity in json.loads(inferred.read_text())["entities"]}
+        self.assertEqual(kinds, {"polyline"})
+        found = json.loads(self.run_program("solve", inferred, "--json").stdout)
+        self.assertEqual((found["redundant"], found["redundant_in_part"], found["conflicts"]), ([], [], []))
+        told = json.loads(self.run_program("infer", plain, "--json").stdout)
+        self.assertEqual(sum(told["added"].values()), 1137)
+
+    def test_infer_refuses_tolerances_without_a_meaning(self):
+        path = self.file("corner.json", CORNER)
+        for option, value in (("--tolerance", "-1"), ("--tolerance", "nan"), ("--angle", "-1"), ("--angle", "60")):
+            result = self.run_program("infer", path, option, value)
+            self.assertEqual(result.returncode, REFUSED, (option, value))
+            self.assertIn(option, result.stderr)
+
     def test_a_missing_file_is_refused_by_name(self):
         result = self.run_program("show", self.path / "none.json")
         self.assertEqual(result.returncode, REFUSED)
@@ -155,11 +212,37 @@ class Program(unittest.TestCase):
                          DONE)
         self.assertEqual([entity["type"] for entity in json.loads(out.read_text())["entities"]], ["polyline"])
 
-    def test_every_command_has_help_with_an_example(self):
+    def test_every_command_has_help_with_an_example_that_runs(self):
+        os.symlink(DRAWINGS.parent.resolve(), self.path / "examples")
         for command in ("show", "edit", "run", "solve", "convert", "infer"):
             result = self.run_program(command, "--help")
             self.assertEqual(result.returncode, DONE)
-            self.assertIn("Example:", result.stdout, command)
+            self.assertIn("Exit codes: 0 done", result.stdout)
+            example = re.search(r"Example:\n  holdfast (.*)", result.stdout)[1]
+            ran = subprocess.run([PROGRAM, *shlex.split(example)], cwd=self.path, capture_output=True, check=False)
+            self.assertEqual((ran.returncode, ran.stderr.decode().count("found")), (DONE, 0), example)
+
+    def test_misspelt_commands_and_options_are_answered_with_the_nearest(self):
+        for arguments, meant in ((["shwo"], "show"), (["solv", "x"], "solve"), (["edit", "x", "undo", "--repot", "y"], "--report"),
+                                 (["infer", "x", "--tolerence", "1"], "--tolerance")):
+            result = self.run_program(*arguments)
+            self.assertEqual(result.returncode, REFUSED)
+            self.assertIn(f'did you mean "{meant}"?', result.stderr)
+            self.assertTrue(result.stderr.startswith("holdfast: "), result.stderr)
+            self.assertEqual(result.stderr.count("\n"), 1)
+
+    def test_arguments_that_miss_or_are_too_many_are_named(self):
+        self.assertIn("expected a command (show, edit,", self.run_program().stderr)
+        self.assertIn("edit: EDIT is required", self.run_program("edit", "x.json").stderr)
+        self.assertIn('found "b.json"; nothing more was expected', self.run_program("show", "a.json", "b.json").stderr)
+
+    def test_a_full_standard_output_is_no_success(self):
+        path = self.file("corner.json", CORNER)
+        for arguments in (("show", path), ("edit", path, "break a at 4,0", "--json"), ("edit", "--help")):
+            with open("/dev/full", "w") as full:
+                result = subprocess.run([PROGRAM, *arguments], stdout=full, stderr=subprocess.PIPE, check=False)
+            self.assertEqual(result.returncode, REFUSED, arguments)
+            self.assertIn(b"standard output", result.stderr)
 
 
 if __name__ == "__main__":
