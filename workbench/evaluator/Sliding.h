@@ -1,0 +1,15 @@
+#pragma once
+
+#include "workbench/evaluator/Iteration.h"
+
+namespace holdfast {
+
+/// Aims that a residual may grow to while sliding.
+constexpr double kSharp = 30.0;
+
+/// From x, where the equations hold to the residual given, along them to the point nearest to the targets. Every point
+/// on the way holds them too.
+IterationReport slide(Region& region, const Pull& pull, std::vector<double>& x, const IterationLimits& limits,
+                      double residual);
+
+}  // namespace holdfast
