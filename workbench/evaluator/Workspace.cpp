@@ -175,7 +175,7 @@ Attempt Workspace::tryCarefully(Region& region, const std::vector<double>& x) {
     IterationLimits careful;
     careful.stride = 0.01;
     careful.restoring = 150;
-    const Attempt inStrides = trySettling(region, x, careful);
+    Attempt inStrides = trySettling(region, x, careful);
     if (inStrides.isSolved)
         return inStrides;
     Attempt onTheWay = tryFromReference(region);
