@@ -6,6 +6,7 @@
 #include <yxdb/YxDbPolyline.h>
 
 #include "workbench/drawing/HostShapes.h"
+#include "workbench/editing/SegmentNames.h"
 #include "workbench/geometry/Parameters.h"
 #include "workbench/geometry/Splitting.h"
 
@@ -27,6 +28,14 @@ std::unique_ptr<YxDbEntity> pieceOf(const YxDbEntity& whole, const Shape& shape)
     return piece;
 }
 
+/// The centre takes all dependencies off a second piece and puts those of its segments back. Where that is the entity
+/// itself, the others still depend on it: they are for the host to clear away.
+void giveBack(YxDbEntity& entity, const std::vector<YxDbObjectId>& reactors) {
+    for (const YxDbObjectId& reactor : reactors)
+        if (HostAccess::reactorCount(entity, reactor) == 0)
+            HostAccess::addReactor(entity, reactor);
+}
+
 }  // namespace
 
 double ontoVertex(const Shape& shape, double param) {
@@ -45,28 +54,43 @@ CutPieces cutOut(const Shape& shape, const std::string& name, double firstParam,
         return {partOf(shape, lastParam, firstParam), std::nullopt};
     }
     const Remainder rest = split(shape, std::min(firstParam, lastParam), std::max(firstParam, lastParam));
+    if (firstParam == lastParam && !(rest.before && rest.after))
+        throw EditError("nothing is cut at " + spoken(pointAt(shape, firstParam)) + ", an end of " + name +
+                        "; give a point between its ends");
     if (!rest.before && !rest.after)
         throw EditError("nothing of " + name + " would be left; erase it instead, or cut less");
     return {rest.before, rest.after};
 }
 
-void openAtVertexZero(EditContext& context, const std::string& name) {
-    Shape shape = context.drawing.shape(name);
-    auto* polyline = std::get_if<PolylineShape>(&shape);
-    if (polyline == nullptr || !polyline->closed)
+CutCurve::CutCurve(const EditContext& context, const std::string& name, double firstParam, double lastParam)
+    : m_entity(context.drawing.entity(name)), m_shape(context.drawing.shape(name)) {
+    const auto* polyline = std::get_if<PolylineShape>(&m_shape);
+    if (polyline == nullptr || (tells(firstParam) && tells(lastParam)))
         return;
-    // The last segment keeps its name, which ends at the identifier of vertex 0.
-    polyline->vertices.push_back(polyline->vertices.front());
-    polyline->bulges.push_back(0.0);
-    polyline->ids.push_back(polyline->ids.front());
-    polyline->closed = false;
-    context.drawing.write(name, shape);
+    PolylineShape stretched = *polyline;
+    stretched.bulges.assign(stretched.vertices.size(), 0.0);
+    for (std::size_t i = 0; i < stretched.vertices.size(); ++i)
+        stretched.vertices[i] = {static_cast<double>(i), 0.0};
+    m_shape = stretched;
+    m_stretched = makeEntity(m_shape);
+}
+
+YxGePoint3d CutCurve::pointAt(double param) const {
+    const Vec2 point = holdfast::pointAt(m_shape, param);
+    return {point.x, point.y, 0.0};
+}
+
+/// The centre reads a parameter a little below a vertex as one inside the segment before it.
+bool CutCurve::tells(double param) const {
+    double found = 0.0;
+    static_cast<const YxDbCurve&>(m_entity).getParamAtPoint(pointAt(param), found);
+    return std::abs(found - param) <= 1e-9 && std::trunc(found) == std::trunc(param);
 }
 
 std::string applyCut(EditContext& context, const std::string& name, const CutPieces& pieces,
                      ConstraintBreakCmdCenter& centre) {
     Drawing& drawing = context.drawing;
-    context.edited.push_back(name);
+    context.edited = {name};
     const YxDbObjectId id = drawing.id(name);
     const bool keepsStart = pieces.first.has_value();
     const std::unique_ptr<YxDbEntity> first =
@@ -80,10 +104,16 @@ std::string applyCut(EditContext& context, const std::string& name, const CutPie
     // take the dependencies away, which still hold on the entity.
     const bool isPolyline = first->isKindOf(YxDbPolyline::desc());
     const YxDbObjectId behind = keepsStart ? drawing.id(created) : isPolyline ? id : YxDbObjectId();
+    const std::vector<YxDbObjectId> reactors = HostAccess::reactors(drawing.entity(name));
     if (const YxSmartPtr<YxDbObject> second = YxDbObjectIdImpl::openObject(behind, YxDb::kForWrite, false);
         !second.isNull())
         centre.setSecondCurve(static_cast<YxDbEntity*>(second.get()));
+    if (behind == id)
+        giveBack(drawing.entity(name), reactors);
     centre.deleteConstraint();
+    for (const std::string& piece : {name, created})
+        if (isPolyline && !piece.empty())
+            renewSegmentNames(drawing, piece);
     return created;
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <memory>
 #include <optional>
+#include <string>
 
 #include "commands/break/ConstraintBreakCmdCenter.h"
 #include "workbench/editing/EditContext.h"
@@ -16,11 +18,26 @@ struct CutPieces {
 /// Brings a parameter of a polyline that lies next to a vertex onto it, as the module reckons cuts; leaves others.
 double ontoVertex(const Shape& shape, double param);
 
-/// The pieces of a curve without what lies between two parameters; EditError when nothing would be left.
+/// The pieces of a curve without what lies between two parameters; EditError when nothing would be left, or gone.
 CutPieces cutOut(const Shape& shape, const std::string& name, double firstParam, double lastParam);
 
-/// Makes a closed polyline an open one that starts and ends at its vertex 0; leaves anything else as it is.
-void openAtVertexZero(EditContext& context, const std::string& name);
+/// The curve on which a centre looks up where a cut begins and ends: the entity. A polyline that passes through one of
+/// these points more than once, as one with both ends in one point, is stretched out for that to as many straight
+/// segments in a row.
+class CutCurve {
+public:
+    CutCurve(const EditContext& context, const std::string& name, double firstParam, double lastParam);
+    const YxDbEntity& entity() const { return m_stretched ? *m_stretched : m_entity; }
+    const Shape& shape() const { return m_shape; }
+    YxGePoint3d pointAt(double param) const;
+
+private:
+    bool tells(double param) const;
+
+    const YxDbEntity& m_entity;
+    Shape m_shape;
+    std::unique_ptr<YxDbEntity> m_stretched;
+};
 
 /// The host's half of break and trim: drives a centre whose parameters are set through the cut. The entity keeps the
 /// first piece; the second becomes a new entity. Returns the new entity's name, or an empty string.

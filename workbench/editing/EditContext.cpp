@@ -7,6 +7,7 @@
 #include "workbench/drawing/Suggest.h"
 #include "workbench/geometry/Nearest.h"
 #include "workbench/geometry/Parameters.h"
+#include "workbench/geometry/Soundness.h"
 
 namespace holdfast {
 
@@ -57,6 +58,11 @@ double paramOnCurve(const Shape& shape, std::string_view name, Vec2 point) {
         throw EditError("the point " + spoken(point) + " is not on " + std::string(name) + "; its nearest point is " +
                         spoken(nearest.point));
     return nearest.param;
+}
+
+void refuseNoCurve(const std::string& name, const Shape& shape, std::string_view done) {
+    if (!isCurve(shape))
+        throw EditError(name + " is no curve; only curves can be " + std::string(done));
 }
 
 void refuseFixed(const EditContext& context, const std::string& name) {

@@ -33,6 +33,9 @@ std::string spoken(double number);
 /// The parameter of a point that the user says lies on a curve; EditError with the nearest point when it does not.
 double paramOnCurve(const Shape& shape, std::string_view name, Vec2 point);
 
+/// EditError for points and texts: "p is no curve; only curves can be broken".
+void refuseNoCurve(const std::string& name, const Shape& shape, std::string_view done);
+
 /// Refuses what the drawing may not move.
 void refuseFixed(const EditContext& context, const std::string& name);
 

@@ -20,8 +20,7 @@ CurveEnd takeEnd(EditText& text) {
 }
 
 void refuseWithoutEnd(const Shape& shape, const std::string& name, CurveEnd end) {
-    if (std::holds_alternative<PointShape>(shape) || std::holds_alternative<TextShape>(shape))
-        throw EditError(name + " is no curve; only curves can be extended");
+    refuseNoCurve(name, shape, "extended");
     if (periodOf(shape) > 0.0)
         throw EditError(name + " is closed and has no end to extend; break it first");
     if (!(end == CurveEnd::start ? startPoint(shape) : endPoint(shape)))
@@ -74,9 +73,11 @@ void runExtend(EditText& text, EditContext& context) {
     const std::vector<std::string> boundaries = takeEntities(text, context, "a boundary", {});
     text.expectEnd();
     refuseFixed(context, name);
-    for (const std::string& boundary : boundaries)
+    for (const std::string& boundary : boundaries) {
+        refuseNoCurve(boundary, context.drawing.shape(boundary), "boundaries");
         if (boundary == name)
             throw EditError(name + " cannot be its own boundary");
+    }
     refuseWithoutEnd(context.drawing.shape(name), name, end);
     moveEnd(context, name, end, firstMeeting(context, name, end, boundaries));
 }

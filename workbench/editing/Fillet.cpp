@@ -11,8 +11,7 @@ FilletSide takeSide(EditText& text, const EditContext& context) {
     FilletSide side{.name = takeEntity(text, context), .shape = {}};
     refuseFixed(context, side.name);
     side.shape = context.drawing.shape(side.name);
-    if (std::holds_alternative<PointShape>(side.shape) || std::holds_alternative<TextShape>(side.shape))
-        throw EditError(side.name + " is no curve; only curves can be filleted");
+    refuseNoCurve(side.name, side.shape, "filleted");
     return side;
 }
 

@@ -68,8 +68,7 @@ void refuseFullTurn(const Shape& curve, const std::string& name, CurveEnd end, d
 }
 
 void refuseWithoutEnds(const Shape& curve, const std::string& name) {
-    if (!isCurve(curve))
-        throw EditError(name + " is no curve; only curves can be lengthened");
+    refuseNoCurve(name, curve, "lengthened");
     if (periodOf(curve) > 0.0)
         throw EditError(name + " is closed and has no end to move; break it first");
     if (!std::isfinite(lengthOf(curve)))

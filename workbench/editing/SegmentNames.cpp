@@ -7,6 +7,7 @@
 #include <YxDbConstraints/YxDbAssocPersSubentId.h>
 
 #include "host/src/YxDbConstraints/GroupData.h"
+#include "workbench/geometry/Polylines.h"
 
 namespace holdfast {
 
@@ -34,6 +35,38 @@ bool isInUse(const Drawing& drawing, const YxDbAssocGeomDependency& dependency) 
     return !HostAccess::connected(*geometry).empty() ||
            std::any_of(points.begin(), points.end(),
                        [](const auto* point) { return !HostAccess::connected(*point).empty(); });
+}
+
+/// The corner behind a segment is none any more.
+void loosenEnd(Drawing& drawing, const YxDbAssocGeomDependency& dependency) {
+    const YxConstrainedGeometry* geometry = HostAccess::geometryOn(drawing.group(), HostAccess::idOf(dependency));
+    if (geometry == nullptr)
+        return;
+    for (const YxConstrainedImplicitPoint* point : pointsOn(drawing, *geometry)) {
+        const auto constraints = HostAccess::connected(*point);  // a copy, as it shrinks
+        for (YxGeomConstraint* constraint : constraints)
+            if (HostAccess::pointType(*point) == YxDb::kEndImplicit && constraint->isImplied())
+                HostAccess::deleteConstraint(drawing.group(), HostAccess::topLevel(*constraint));
+    }
+}
+
+std::vector<YxDbAssocGeomDependency*> dependenciesOnSegment(const YxDbEntity& entity, int startId, int endId) {
+    std::vector<YxDbAssocGeomDependency*> found;
+    for (YxDbAssocGeomDependency* dependency : dependenciesOn(entity)) {
+        const YxDbAssocPersSubentId* name = HostAccess::persistentId(*dependency);
+        if (name == nullptr || !name->isKindOf(YxDbAssocEdgePersSubentId::desc()))
+            continue;
+        const auto& edge = static_cast<const YxDbAssocEdgePersSubentId&>(*name);
+        if (HostAccess::startVertexId(edge) == startId && HostAccess::endVertexId(edge) == endId)
+            found.push_back(dependency);
+    }
+    return found;
+}
+
+void nameSegment(const YxDbAssocGeomDependency& dependency, int segment) {
+    const YxSmartPtr<YxDbAssocGeomDependency> open(
+        YxDbObjectIdImpl::openObject(HostAccess::idOf(dependency), YxDb::kForWrite, false));
+    open->setSubentity(YxDbSubentId(open->subentType(), segment));
 }
 
 using VertexNumbers = std::unordered_map<int, std::size_t>;
@@ -70,9 +103,18 @@ void renewSegmentNames(Drawing& drawing, const std::string& polyline) {
         const int segment = segmentByOneVertex(shape, numbers, static_cast<const YxDbAssocEdgePersSubentId&>(*name));
         if (segment == 0 || !isInUse(drawing, *dependency))
             continue;
-        const YxSmartPtr<YxDbAssocGeomDependency> open(
-            YxDbObjectIdImpl::openObject(HostAccess::idOf(*dependency), YxDb::kForWrite, false));
-        open->setSubentity(YxDbSubentId(open->subentType(), segment));
+        nameSegment(*dependency, segment);
+    }
+}
+
+void openSeam(Drawing& drawing, const std::string& polyline) {
+    const auto closed = std::get<PolylineShape>(drawing.shape(polyline));
+    const std::vector<YxDbAssocGeomDependency*> closing =
+        dependenciesOnSegment(drawing.entity(polyline), closed.ids.back(), closed.ids.front());
+    drawing.write(polyline, openedPolyline(closed));
+    for (const YxDbAssocGeomDependency* dependency : closing) {
+        loosenEnd(drawing, *dependency);
+        nameSegment(*dependency, static_cast<int>(closed.vertices.size()));
     }
 }
 

@@ -16,6 +16,10 @@ void renewSegmentNames(Drawing& drawing, const std::string& polyline);
 /// The same, and ties the corners between neighbouring constrained segments that have no tie yet.
 void settleSegments(Drawing& drawing, const std::string& polyline);
 
+/// Opens a closed polyline at vertex 0, which then stands at both ends, the second time with an identifier of its own.
+/// The ends are not tied to each other. Linear as above.
+void openSeam(Drawing& drawing, const std::string& polyline);
+
 /// On a polyline that was turned round, the starts of its segments are their ends.
 void swapSegmentEnds(Drawing& drawing, const std::string& polyline);
 

@@ -1,8 +1,10 @@
 #include <algorithm>
+#include <cmath>
 
 #include "commands/break/ConstraintTrimCmdCenter.h"
 #include "workbench/drawing/HostShapes.h"
 #include "workbench/editing/Cutting.h"
+#include "workbench/editing/RingCutting.h"
 #include "workbench/editing/Verbs.h"
 #include "workbench/geometry/Intersections.h"
 #include "workbench/geometry/Parameters.h"
@@ -19,10 +21,13 @@ std::vector<double> cutParams(const EditContext& context, const std::string& nam
     std::vector<double> params;
     for (const std::string& edge : edges)
         for (const Crossing& crossing : intersect(shape, context.drawing.shape(edge)))
-            params.push_back(ontoVertex(shape, crossing.paramA));
+            params.push_back(normalised(shape, ontoVertex(shape, crossing.paramA)));
     if (params.empty())
         throw EditError("no cutting edge meets " + name + "; choose edges that cross it, or extend them first");
     std::sort(params.begin(), params.end());
+    // Edges that meet the curve in one point cut it in one place.
+    const auto same = [](double a, double b) { return b - a <= 1e-9 * (1.0 + std::abs(a)); };
+    params.erase(std::unique(params.begin(), params.end(), same), params.end());
     return params;
 }
 
@@ -48,20 +53,20 @@ Part partAround(const Shape& shape, const std::string& name, const std::vector<d
 }
 
 /// Tells the centre the part to remove as the host does: all pieces, and the index of the one that goes.
-void setRemovedPart(ConstraintTrimCmdCenter& centre, const EditContext& context, const std::string& name,
-                    const Part& part) {
-    const std::unique_ptr<YxDbEntity> removed = makeEntity(partOf(context.drawing.shape(name), part.first, part.last));
+void setRemovedPart(ConstraintTrimCmdCenter& centre, const CutCurve& curve, double firstParam, double lastParam) {
+    const std::unique_ptr<YxDbEntity> removed = makeEntity(partOf(curve.shape(), firstParam, lastParam));
     YxArray<void*> pieces;
     pieces.append(removed.get());
     YxArray<int> indices;
     indices.append(0);
-    centre.setPtParam(&context.drawing.entity(name), indices, pieces);
+    centre.setPtParam(&curve.entity(), indices, pieces);
 }
 
-void removePart(EditContext& context, const std::string& name, const Part& part) {
-    const CutPieces pieces = cutOut(context.drawing.shape(name), name, part.first, part.last);
+void removePart(EditContext& context, const std::string& name, double firstParam, double lastParam) {
+    const CutPieces pieces = cutOut(context.drawing.shape(name), name, firstParam, lastParam);
+    const CutCurve curve(context, name, firstParam, lastParam);
     ConstraintTrimCmdCenter centre;
-    setRemovedPart(centre, context, name, part);
+    setRemovedPart(centre, curve, firstParam, lastParam);
     applyCut(context, name, pieces, centre);
 }
 
@@ -73,21 +78,18 @@ void runTrim(EditText& text, EditContext& context) {
     const std::vector<std::string> edges = takeEntities(text, context, "a cutting edge", {});
     text.expectEnd();
     refuseFixed(context, name);
-    if (std::find(edges.begin(), edges.end(), name) != edges.end())
-        throw EditError(name + " cannot be its own cutting edge");
-    const Shape whole = context.drawing.shape(name);
-    const Part part = partAround(whole, name, cutParams(context, name, edges), paramOnCurve(whole, name, pick));
-    const auto* polyline = std::get_if<PolylineShape>(&whole);
-    const bool overTheSeam = polyline != nullptr && polyline->closed && part.first >= part.last;
-    openAtVertexZero(context, name);
-    if (!overTheSeam)
-        return removePart(context, name, part);
-    // Opened at vertex 0, a part that leads over it is one piece at each end.
-    const double last = paramRange(context.drawing.shape(name)).last;
-    if (part.first < last)
-        removePart(context, name, {part.first, last});
-    if (part.last > 0.0)
-        removePart(context, name, {0.0, part.last});
+    const Shape shape = context.drawing.shape(name);
+    refuseNoCurve(name, shape, "trimmed");
+    for (const std::string& edge : edges) {
+        refuseNoCurve(edge, context.drawing.shape(edge), "cutting edges");
+        if (edge == name)
+            throw EditError(name + " cannot be its own cutting edge");
+    }
+    const Part part = partAround(shape, name, cutParams(context, name, edges), paramOnCurve(shape, name, pick));
+    if (const auto* polyline = std::get_if<PolylineShape>(&shape); polyline == nullptr || !polyline->closed)
+        return removePart(context, name, part.first, part.last);
+    cutRing(context, name, part.first, part.last,
+            [&](double first, double last) { removePart(context, name, first, last); });
 }
 
 }  // namespace

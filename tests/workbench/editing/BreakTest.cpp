@@ -69,6 +69,22 @@ TEST(BreakEdit, SendsPolylineDependenciesToTheRightPiece) {
     EXPECT_EQ(session.document().constraints[2].refs[0], (Place{"p_2", segment, 1}));
 }
 
+TEST(BreakEdit, AtAVertexKeepsTheSegmentsOnBothSides) {
+    Session session(stair());
+    EXPECT_EQ(session.apply("break p at 10,10").outcome.error, "");
+    EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:1; c2 p_2.segment:0; c3 p_2.segment:1");
+    EXPECT_EQ(findings(session) + liveFindings(session), "");
+    session.apply("drag p_2.segment:0.start by 3,0");
+    EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0 10,10");
+}
+
+TEST(BreakEdit, FromTheStartOfAPolylineLeavesTheNetworkSound) {
+    Session session(stair());
+    EXPECT_EQ(session.apply("break p at 0,0 to 10,5").outcome.error, "");
+    EXPECT_EQ(placesOf(session), "c1 p.segment:0; c2 p.segment:1; c3 p.segment:2");
+    EXPECT_EQ(findings(session) + liveFindings(session), "");
+}
+
 TEST(BreakEdit, NextToAVertexIsAtTheVertex) {
     for (const char* edit : {"break p at 9.999995,0", "break p at 10,0", "break p at 10,0.000005"}) {
         Session session(stair());
@@ -85,8 +101,12 @@ TEST(BreakEdit, RefusesWithAReasonAndChangesNothing) {
         {"break base at 0,0 to 10,0", "nothing of base would be left; erase it instead, or cut less"},
         {"break bse at 4,0",
          "edit \"break bse at 4,0\", column 7: the drawing has no entity bse; did you mean \"base\"?, found \"bse\""},
+        {"break base at 10,0", "nothing is cut at (10, 0), an end of base; give a point between its ends"},
+        {"break dot at 0,0", "dot is no curve; only curves can be broken"},
     };
-    expectRefused(frameDrawing(), rows);
+    Document document = frameDrawing();
+    document.entities.push_back(shapeEntity("dot", PointShape{{0, 0}}));
+    expectRefused(document, rows);
 }
 
 }  // namespace

@@ -61,6 +61,7 @@ TEST(ExtendEdit, RefusesWithAReasonAndChangesNothing) {
     Document document = frameBesideWalls();
     document.entities.push_back(shapeEntity("disc", CircleShape{{50, 0}, 1}));
     document.entities.push_back(shapeEntity("beam", RayShape{{0, 50}, {0, 1}}));
+    document.entities.push_back(shapeEntity("dot", PointShape{{20, 0}}));
     const RefusedEdit rows[] = {
         {"extend left end to far",
          "the end of left does not meet far however far it is extended; choose another boundary"},
@@ -69,6 +70,7 @@ TEST(ExtendEdit, RefusesWithAReasonAndChangesNothing) {
         {"extend disc end to far", "disc is closed and has no end to extend; break it first"},
         {"extend beam end to far", "the end of beam is at infinity already; extend another end"},
         {"extend base end to base", "base cannot be its own boundary"},
+        {"extend base end to dot", "dot is no curve; only curves can be boundaries"},
     };
     expectRefused(document, rows);
 }

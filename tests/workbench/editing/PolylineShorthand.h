@@ -79,6 +79,14 @@ inline std::string findings(const Session& session) {
     return text;
 }
 
+/// What is wrong with the network of the drawing as it is being edited.
+inline std::string liveFindings(Session& session) {
+    std::string text;
+    for (const std::string& finding : auditHost(session.drawing().process()))
+        text += finding + "; ";
+    return text;
+}
+
 /// The segment leaves the one before it and runs into the one behind it without a corner.
 inline void expectSmooth(const PolylineShape& polyline, std::size_t segment) {
     const auto direction = [&](double param) { return tangentAt(polyline, param); };

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "tests/workbench/editing/Shorthand.h"
+#include "tests/workbench/editing/PolylineShorthand.h"
 
 namespace holdfast {
 namespace {
@@ -40,13 +40,34 @@ TEST(TrimEdit, TakesAClosedPolylineOverItsVertexZero) {
     EXPECT_FALSE(rest.closed);
 }
 
+TEST(TrimEdit, OfARingThatIsNotClosedTakesItsEndForNoStart) {
+    Document document = stair();
+    document.entities = {
+        shapeEntity("p", PolylineShape{{{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}}, {0, 0, 0, 0, 0}, {}, false}),
+        lineEntity("cut", {-5, 4}, {5, 4})};
+    std::get<PolylineShape>(document.entities[0].shape).ids.assign(5, 0);
+    Session session(document);
+    EXPECT_EQ(session.apply("trim p at 0,2 by cut").outcome.error, "");
+    EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0 10,10 0,10 0,4");
+    EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:1; c2 p.segment:2; c3 p.segment:3");
+}
+
 TEST(TrimEdit, RefusesWithAReasonAndChangesNothing) {
     const RefusedEdit rows[] = {
         {"trim left at 0,4 by cut", "no cutting edge meets left; choose edges that cross it, or extend them first"},
         {"trim base at 9,0 by base", "base cannot be its own cutting edge"},
         {"trim base at 5,0 by left right", "the cutting edges only touch the ends of base; nothing is cut"},
+        {"trim disc at 50,5 by stem twig",
+         "disc is closed and the cutting edges meet it only once; it takes two places to trim it"},
+        {"trim base at 5,0 by dot", "dot is no curve; only curves can be cutting edges"},
+        {"trim dot at 7,0 by cut", "dot is no curve; only curves can be trimmed"},
     };
-    expectRefused(crossedFrame(), rows);
+    Document document = crossedFrame();
+    document.entities.push_back(shapeEntity("disc", CircleShape{{50, 0}, 5}));
+    document.entities.push_back(lineEntity("stem", {55, 0}, {60, 0}));
+    document.entities.push_back(lineEntity("twig", {55, 0}, {60, 5}));
+    document.entities.push_back(shapeEntity("dot", PointShape{{7, 0}}));
+    expectRefused(document, rows);
 }
 
 }  // namespace
