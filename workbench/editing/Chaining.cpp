@@ -1,6 +1,7 @@
 #include "workbench/editing/Chaining.h"
 
 #include <algorithm>
+#include <numbers>
 #include <optional>
 #include <unordered_map>
 
@@ -17,6 +18,16 @@ namespace {
 
 PolylineShape singleSegment(Vec2 start, Vec2 end, double bulge) {
     return {{start, end}, {bulge, 0.0}, {0, 0}, false};
+}
+
+/// Radii between the ends of an arc of more than half a turn that leave no room for a bulge.
+constexpr double kFullTurn = 1e-6;
+
+PolylineShape arcSegment(const std::string& name, const ArcShape& arc) {
+    const Vec2 start = startPoint(arc).value(), end = endPoint(arc).value();
+    if (arc.endAngle - arc.startAngle > std::numbers::pi && distance(start, end) <= kFullTurn * arc.radius)
+        throw EditError(name + " goes all the way round, which no segment of a polyline can; break it first");
+    return singleSegment(start, end, bulgeOfAngle(arc.endAngle - arc.startAngle));
 }
 
 double toleranceFor(const std::vector<ChainPiece>& pieces) {
@@ -110,9 +121,7 @@ ChainPiece chainPiece(const std::string& name, const Shape& shape) {
     if (const auto* line = std::get_if<LineShape>(&shape))
         return {name, false, singleSegment(line->start, line->end, 0.0)};
     if (const auto* arc = std::get_if<ArcShape>(&shape))
-        return {name, false,
-                singleSegment(startPoint(shape).value(), endPoint(shape).value(),
-                              bulgeOfAngle(arc->endAngle - arc->startAngle))};
+        return {name, false, arcSegment(name, *arc)};
     const auto* polyline = std::get_if<PolylineShape>(&shape);
     if (polyline == nullptr)
         throw EditError(name + " is no line, arc or polyline; only these can be joined");

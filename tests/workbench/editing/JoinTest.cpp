@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <numbers>
+
 #include "tests/workbench/editing/Shorthand.h"
 
 namespace holdfast {
@@ -128,7 +130,9 @@ TEST(JoinEdit, RefusesWithAReasonAndChangesNothing) {
     document.entities.push_back(shapeEntity("disc", CircleShape{{0, 0}, 1}));
     document.entities.push_back(
         shapeEntity("ring", PolylineShape{{{0, 0}, {1, 0}, {1, 1}}, {0, 0, 0}, {0, 0, 0}, true}));
+    document.entities.push_back(shapeEntity("round", ArcShape{{1, 0}, 1, 0, 2 * std::numbers::pi}));
     const RefusedEdit rows[] = {
+        {"join p round", "round goes all the way round, which no segment of a polyline can; break it first"},
         {"join p", "it takes two entities to join; name the ones that p is joined with"},
         {"join p far",
          "neither (50, 50) nor (60, 60), the ends of far, is an open end of what is joined; extend or drag it there "

@@ -6,6 +6,9 @@
 #include "workbench/drawing/EntityIndex.h"
 #include "workbench/drawing/Places.h"
 #include "workbench/editing/Properties.h"
+#include "workbench/geometry/Extending.h"
+#include "workbench/geometry/GeometryError.h"
+#include "workbench/geometry/Intersections.h"
 #include "workbench/geometry/Parameters.h"
 
 namespace holdfast::testing {
@@ -23,6 +26,36 @@ double sizeOf(const Shape& shape) {
     const Box box = boundsOf(shape);
     const double size = box.isBounded() ? box.diagonal() : 10.0;
     return size > 0.0 ? size : 1.0;
+}
+
+/// Geometry refuses unsound curves and those without ends: they fulfil no condition.
+template <typename Condition>
+bool holds(Condition condition) {
+    try {
+        return condition();
+    } catch (const GeometryError&) {
+        return false;
+    }
+}
+
+bool cross(const Shape& a, const Shape& b) {
+    return holds([&] { return !intersect(a, b).empty(); });
+}
+
+bool reaches(const Shape& curve, CurveEnd end, const Shape& boundary) {
+    return holds([&] { return extensionTo(curve, end, boundary).has_value(); });
+}
+
+/// Has one of them an end where the other has one?
+bool meet(const Shape& a, const Shape& b) {
+    return holds([&] {
+        const ParamRange rangeA = paramRange(a), rangeB = paramRange(b);
+        for (const double p : {rangeA.first, rangeA.last})
+            for (const double q : {rangeB.first, rangeB.last})
+                if (distance(pointAt(a, p), pointAt(b, q)) <= 1e-9 * sizeOf(a))
+                    return true;
+        return false;
+    });
 }
 
 }  // namespace
@@ -65,6 +98,14 @@ const Entity* RandomEdits::anyCurve(const Document& document) {
     return nullptr;
 }
 
+const Entity* RandomEdits::otherCurve(const Document& document, const Entity& entity,
+                                      const std::function<bool(const Shape&)>& suits) {
+    for (int tries = 0; tries < 20; ++tries)
+        if (const Entity& other = anyEntity(document); other.id != entity.id && isCurve(other) && suits(other.shape))
+            return &other;
+    return nullptr;
+}
+
 Vec2 RandomEdits::anyPointOn(const Shape& shape) {
     ParamRange range = paramRange(shape);
     range.first = std::max(range.first, -100.0);
@@ -101,8 +142,8 @@ std::string RandomEdits::trimEdit(const Document& document) {
         return "";
     std::string edit = "trim " + curve->id + " at " + point(anyPointOn(curve->shape)) + " by";
     for (int edges = 0; edges < 2; ++edges)
-        if (const Entity& edge = partnerOf(document, *curve); isCurve(edge) && edge.id != curve->id)
-            edit += " " + edge.id;
+        if (const Entity* edge = otherCurve(document, *curve, [&](const Shape& s) { return cross(curve->shape, s); }))
+            edit += " " + edge->id;
     return edit;
 }
 
@@ -110,7 +151,11 @@ std::string RandomEdits::extendEdit(const Document& document) {
     const Entity* curve = anyCurve(document);
     if (curve == nullptr)
         return "";
-    return "extend " + curve->id + (chance(0.5) ? " start" : " end") + " to " + anyEntity(document).id;
+    const CurveEnd end = chance(0.5) ? CurveEnd::start : CurveEnd::end;
+    const Entity* boundary =
+        otherCurve(document, *curve, [&](const Shape& shape) { return reaches(curve->shape, end, shape); });
+    return "extend " + curve->id + (end == CurveEnd::start ? " start" : " end") + " to " +
+           (boundary != nullptr ? *boundary : anyEntity(document)).id;
 }
 
 std::string RandomEdits::filletEdit(const Document& document) {
@@ -118,15 +163,20 @@ std::string RandomEdits::filletEdit(const Document& document) {
     if (curve == nullptr)
         return "";
     const double radius = chance(0.2) ? 0.0 : sizeOf(curve->shape) * between(0.01, 0.3);
-    if (const auto* polyline = std::get_if<PolylineShape>(&curve->shape); polyline != nullptr && chance(0.7))
-        return "fillet " + curve->id + " corner " + std::to_string(below(polyline->vertices.size())) + " radius " +
-               number(radius);
+    if (const auto* polyline = std::get_if<PolylineShape>(&curve->shape); polyline != nullptr && chance(0.7)) {
+        const auto any = [&] { return std::to_string(below(polyline->vertices.size())); };
+        return "fillet " + curve->id + (chance(0.5) ? " corner " + any() : " segments " + any() + " " + any()) +
+               " radius " + number(radius);
+    }
     return "fillet " + curve->id + " " + partnerOf(document, *curve).id + " radius " + number(radius);
 }
 
 std::string RandomEdits::joinEdit(const Document& document) {
     const Entity* curve = anyCurve(document);
-    return curve == nullptr ? "" : "join " + curve->id + " " + partnerOf(document, *curve).id;
+    if (curve == nullptr)
+        return "";
+    const Entity* next = otherCurve(document, *curve, [&](const Shape& shape) { return meet(curve->shape, shape); });
+    return "join " + curve->id + " " + (next != nullptr ? *next : partnerOf(document, *curve)).id;
 }
 
 std::string RandomEdits::lengthenEdit(const Document& document) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <random>
 #include <string>
 
@@ -37,6 +38,9 @@ private:
     /// A curve that may be moved, or null when a few tries find none.
     const Entity* anyCurve(const Document& document);
     Vec2 anyPointOn(const Shape& shape);
+    /// A curve other than this one that fulfils a condition, or null when a few tries find none.
+    const Entity* otherCurve(const Document& document, const Entity& entity,
+                             const std::function<bool(const Shape&)>& suits);
     /// Another curve that a constraint ties to this one, else any.
     const Entity& partnerOf(const Document& document, const Entity& entity);
     std::string number(double value);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <iostream>
 #include <map>
@@ -55,6 +56,16 @@ std::string faultAfter(const Document& before, const Document& after) {
     return {};
 }
 
+/// A refusal speaks of the edit and its entities, not of a shape without a name, as the checks of shapes do.
+std::string faultOfRefusal(const std::string& error) {
+    static constexpr std::array<std::string_view, 8> kinds{"line",           "arc",    "circle",   "ellipse",
+                                                           "elliptical arc", "spline", "polyline", "point"};
+    for (const std::string_view kind : kinds)
+        if (error.starts_with(std::string(kind) + ": "))
+            return "it was refused with \"" + error + "\", which names no entity";
+    return {};
+}
+
 /// A session with its checks. Knows what every undo has to bring back.
 class CheckedSession {
 public:
@@ -68,7 +79,7 @@ public:
         const Document before = document();
         const EditResult& result = m_session.apply(edit);
         if (!result.outcome.done())
-            return document() == before ? "" : "a refused edit changed the drawing";
+            return document() == before ? faultOfRefusal(result.outcome.error) : "a refused edit changed the drawing";
         if (edit == "undo") {
             const bool isBack = document() == m_states.back();
             m_states.pop_back();
@@ -130,10 +141,11 @@ void runSession(const std::filesystem::path& file, unsigned seed, int editCount,
         script.push_back(edit);
         const std::string fault = session.apply(edit);
         tally.count(edit, session.wasDone());
-        if (!session.wasDone())
-            script.pop_back();
-        if (fault.empty())
+        if (fault.empty()) {
+            if (!session.wasDone())
+                script.pop_back();
             continue;
+        }
         std::string text = "open " + file.filename().string() + "\n";
         for (const std::string& line : shrunk(document, script))
             text += line + "\n";
