@@ -60,7 +60,14 @@ std::string inQuotes(std::string_view text) {
     constexpr std::size_t longest = 60;
     if (text.size() <= longest)
         return '"' + std::string(text) + '"';
-    return '"' + std::string(text.substr(0, 40)) + "..." + std::string(text.substr(text.size() - 12)) + '"';
+    // Characters of several bytes stay whole; a byte 10xxxxxx continues one.
+    const auto continues = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U; };
+    std::size_t end = 40, begin = text.size() - 12;
+    while (end > 36 && continues(end))
+        --end;
+    while (begin < text.size() - 8 && continues(begin))
+        ++begin;
+    return '"' + std::string(text.substr(0, end)) + "..." + std::string(text.substr(begin)) + '"';
 }
 
 std::string oneOf(std::span<const std::string_view> words) {

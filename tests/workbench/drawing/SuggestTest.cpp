@@ -28,6 +28,15 @@ TEST(Suggest, ListsAlternativesAsASentenceDoes) {
     EXPECT_EQ(oneOf(std::span(kWords).first(1)), "parallel");
 }
 
+TEST(Suggest, CutsNoCharacterOfALongText) {
+    std::string umlauts = "a";
+    for (int i = 0; i < 40; ++i)
+        umlauts += "\xC3\xBC";
+    const std::string quoted = inQuotes(umlauts);
+    EXPECT_EQ(quoted.size(), 1 + 39 + 3 + 12 + 1U);
+    EXPECT_EQ(quoted.substr(38, 7), "\xC3\xBC...\xC3\xBC");
+}
+
 TEST(Suggest, ShortensLongTextsInTheMiddle) {
     EXPECT_EQ(inQuotes("short"), "\"short\"");
     EXPECT_EQ(inQuotes(std::string(50, 'a') + std::string(50, 'b')),
