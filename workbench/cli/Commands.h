@@ -18,9 +18,10 @@ int show(const ShowOptions& options);
 struct EditOptions {
     std::string drawing;
     std::vector<std::string> edits;
-    std::string output;   ///< the edited drawing, or empty
-    std::string report;   ///< an HTML file, or empty
-    std::string picture;  ///< an SVG file with before and after, or empty
+    std::vector<std::string> places = {};  ///< of the edits in a script, to begin an error with; empty: no script
+    std::string output;                    ///< the edited drawing, or empty
+    std::string report;                    ///< an HTML file, or empty
+    std::string picture;                   ///< an SVG file with before and after, or empty
     bool json = false;
     bool verbose = false;
 };

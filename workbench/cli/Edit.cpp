@@ -18,11 +18,18 @@ namespace holdfast {
 
 namespace {
 
-void applyAll(Session& session, const std::vector<std::string>& edits) {
-    Progress progress("edits", edits.size());
-    for (const std::string& edit : edits) {
-        if (const EditResult& result = session.apply(edit); !result.outcome.done())
-            throw EditError(edits.size() == 1 ? result.outcome.error : edit + ": " + result.outcome.error);
+/// An error that does not name its edit gets it in front, where there are several.
+std::string refusalOf(const EditOptions& options, std::size_t edit, const std::string& error) {
+    if (!options.places.empty())
+        return options.places[edit] + error;
+    return options.edits.size() == 1 || error.starts_with("edit \"") ? error : options.edits[edit] + ": " + error;
+}
+
+void applyAll(Session& session, const EditOptions& options) {
+    Progress progress("edits", options.edits.size());
+    for (std::size_t i = 0; i < options.edits.size(); ++i) {
+        if (const EditResult& result = session.apply(options.edits[i]); !result.outcome.done())
+            throw EditError(refusalOf(options, i, result.outcome.error));
         progress.step();
     }
 }
@@ -50,7 +57,7 @@ FateReport reportOf(const Session& session) {
 int edit(const EditOptions& options) {
     OutputFiles outputs{drawingNamed(options.output), reportNamed(options.report), pictureNamed(options.picture)};
     Session session(readAnyDrawing(options.drawing));
-    applyAll(session, options.edits);
+    applyAll(session, options);
     const FateReport report = reportOf(session);
     outputs.addDrawing(options.output, session.document());
     if (!options.report.empty())

@@ -1,7 +1,6 @@
 #include "workbench/cli/Progress.h"
 
 #include <chrono>
-#include <iostream>
 
 #include "workbench/cli/Terminal.h"
 
@@ -30,16 +29,13 @@ void Progress::step() {
 
 void Progress::tell() {
     std::unique_lock lock(m_mutex);
-    bool hasTold = false;
     for (int seconds = 1; !m_wake.wait_for(lock, std::chrono::seconds(1), [this] { return m_isOver; }); ++seconds) {
-        std::cerr << "\r\x1b[K" << m_what;
+        std::string line = m_what;
         if (m_steps > 0)
-            std::cerr << ", " << m_done << " of " << m_steps;
-        std::cerr << ", " << seconds << " s" << std::flush;
-        hasTold = true;
+            line += ", " + std::to_string(m_done) + " of " + std::to_string(m_steps);
+        showPassingLine(line + ", " + std::to_string(seconds) + " s");
     }
-    if (hasTold)
-        std::cerr << "\r\x1b[K" << std::flush;
+    wipePassingLine();
 }
 
 }  // namespace holdfast

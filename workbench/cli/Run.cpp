@@ -1,4 +1,7 @@
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
+#include <array>
 #include <iomanip>
 #include <iostream>
 
@@ -11,6 +14,8 @@
 #include "workbench/cli/Terminal.h"
 #include "workbench/editing/EditText.h"
 #include "workbench/editing/Session.h"
+#include "workbench/report/Markup.h"
+#include "workbench/report/Wording.h"
 
 namespace holdfast {
 
@@ -29,18 +34,18 @@ Line runPart(const ScriptPart& part) {
     line.drawing = part.drawing.substr(part.drawing.find_last_of('/') + 1);
     line.edits = part.edits.size();
     try {
+        OutputFiles outputs{drawingNamed(part.output)};
         Session session(readAnyDrawing(part.drawing));
-        for (const std::string& edit : part.edits) {
-            const EditResult& result = session.apply(edit);
-            if (!result.outcome.done()) {
-                line.error = edit + ": " + result.outcome.error;
-                break;
-            }
-            ++line.done;
+        for (; line.done < part.edits.size() && line.error.empty(); ++line.done) {
+            const EditResult& result = session.apply(part.edits[line.done]);
+            if (result.outcome.done())
+                continue;
+            line.error = "line " + std::to_string(part.lines[line.done]) + ", " + part.edits[line.done] + ": " +
+                         result.outcome.error;
+            break;
         }
-        line.report = reportOf(session);
+        line.report = completed(reportOf(session));
         if (line.error.empty()) {
-            OutputFiles outputs{drawingNamed(part.output)};
             outputs.addDrawing(part.output, session.document());
             outputs.write();
         }
@@ -50,30 +55,80 @@ Line runPart(const ScriptPart& part) {
     return line;
 }
 
-void tellSummary(const std::vector<Line>& lines) {
-    std::size_t width = 7;
-    for (const Line& line : lines)
-        width = std::max(width, line.drawing.size());
-    const int name = static_cast<int>(width) + 2;
-    std::cout << std::left << std::setw(name) << "drawing" << std::right << std::setw(8) << "edits" << std::setw(9)
-              << "deleted" << std::setw(12) << "re-pointed" << std::setw(7) << "kept" << std::setw(10) << "followed"
+/// What the table and the JSON tell of one drawing, or of all.
+struct Totals {
+    std::size_t done = 0, edits = 0;
+    std::array<std::size_t, 4> constraints{};
+    std::array<std::size_t, 5> entities{};
+
+    void add(const Line& line) {
+        done += line.done;
+        edits += line.edits;
+        const auto moreConstraints = countFates(line.report.constraints);
+        const auto moreEntities = countFates(line.report.entities);
+        for (std::size_t i = 0; i < constraints.size(); ++i)
+            constraints[i] += moreConstraints[i];
+        for (std::size_t i = 0; i < entities.size(); ++i)
+            entities[i] += moreEntities[i];
+    }
+    std::size_t of(ConstraintFate fate) const { return constraints[static_cast<std::size_t>(fate)]; }
+    std::size_t of(EntityFate fate) const { return entities[static_cast<std::size_t>(fate)]; }
+};
+
+void tellRow(const std::string& name, int width, const Totals& totals) {
+    std::cout << std::left << std::setw(width) << name << std::right << std::setw(8)
+              << std::to_string(totals.done) + "/" + std::to_string(totals.edits) << std::setw(9)
+              << totals.of(ConstraintFate::deleted) << std::setw(12) << totals.of(ConstraintFate::rePointed)
+              << std::setw(7) << totals.of(ConstraintFate::kept) << std::setw(10) << totals.of(EntityFate::followed)
               << '\n';
+}
+
+void tellSummary(const std::vector<Line>& lines) {
+    const std::string all = picture::counted(lines.size(), "drawing");
+    std::size_t width = all.size();
+    for (const Line& line : lines)
+        width = std::max(width, picture::textLength(line.drawing));
+    std::cout << std::left << std::setw(static_cast<int>(width) + 2) << "drawing" << std::right << std::setw(8)
+              << "edits" << std::setw(9) << "deleted" << std::setw(12) << "re-pointed" << std::setw(7) << "kept"
+              << std::setw(10) << "followed" << '\n';
+    Totals sum;
     for (const Line& line : lines) {
-        const FateReport whole = completed(line.report);
-        const auto constraints = countFates(whole.constraints);
-        const auto entities = countFates(whole.entities);
-        const auto of = [](const auto& counts, auto fate) { return counts[static_cast<std::size_t>(fate)]; };
-        std::cout << std::left << std::setw(name) << line.drawing << std::right << std::setw(8)
-                  << std::to_string(line.done) + "/" + std::to_string(line.edits) << std::setw(9)
-                  << of(constraints, ConstraintFate::deleted) << std::setw(12)
-                  << of(constraints, ConstraintFate::rePointed) << std::setw(7) << of(constraints, ConstraintFate::kept)
-                  << std::setw(10) << of(entities, EntityFate::followed) << '\n';
+        Totals own;
+        own.add(line);
+        sum.add(line);
+        // setw counts bytes; the columns count characters.
+        const std::size_t bytes = width + 2 + line.drawing.size() - picture::textLength(line.drawing);
+        tellRow(line.drawing, static_cast<int>(bytes), own);
         if (!line.error.empty())
             std::cout << "  refused: " << line.error << '\n';
     }
+    tellRow(all, static_cast<int>(width) + 2, sum);
 }
 
-int runSeveral(const std::vector<ScriptPart>& parts) {
+template <typename Fates>
+nlohmann::ordered_json countsJson(const Fates& fates, const Totals& totals) {
+    nlohmann::ordered_json json = nlohmann::ordered_json::object();
+    for (const auto fate : fates)
+        json[std::string(fateName(fate))] = totals.of(fate);
+    return json;
+}
+
+void tellJson(const std::vector<Line>& lines) {
+    nlohmann::ordered_json json{{"drawings", nlohmann::ordered_json::array()}};
+    for (const Line& line : lines) {
+        Totals totals;
+        totals.add(line);
+        nlohmann::ordered_json own{{"drawing", line.drawing}, {"done", line.done}, {"edits", line.edits}};
+        if (!line.error.empty())
+            own["error"] = line.error;
+        own["totals"] = {{"constraints", countsJson(kConstraintFates, totals)},
+                         {"entities", countsJson(kEntityFates, totals)}};
+        json["drawings"].push_back(std::move(own));
+    }
+    std::cout << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+}
+
+int runSeveral(const std::vector<ScriptPart>& parts, bool json) {
     std::vector<Line> lines;
     {
         Progress progress("drawings", parts.size());
@@ -82,7 +137,10 @@ int runSeveral(const std::vector<ScriptPart>& parts) {
             progress.step();
         }
     }
-    tellSummary(lines);
+    if (json)
+        tellJson(lines);
+    else
+        tellSummary(lines);
     const bool isWhole = std::all_of(lines.begin(), lines.end(), [](const Line& line) { return line.error.empty(); });
     return isWhole ? kExitDone : kExitBadInput;
 }
@@ -91,18 +149,23 @@ int runSeveral(const std::vector<ScriptPart>& parts) {
 
 int run(const RunOptions& options) {
     const std::vector<ScriptPart> parts = readScript(options.script);
-    if (parts.size() == 1)
-        return edit({.drawing = parts.front().drawing,
-                     .edits = parts.front().edits,
-                     .output = parts.front().output,
-                     .report = options.report,
-                     .picture = options.picture,
-                     .json = options.json,
-                     .verbose = options.verbose});
-    if (options.json || !options.report.empty() || !options.picture.empty())
+    if (parts.size() > 1) {
+        if (options.report.empty() && options.picture.empty())
+            return runSeveral(parts, options.json);
         throw EditError(options.script + " opens " + std::to_string(parts.size()) +
-                        " drawings; --report, --picture and --json tell of one drawing, so give each its own script");
-    return runSeveral(parts);
+                        " drawings; --report and --picture show one drawing, so give each its own script");
+    }
+    const ScriptPart& part = parts.front();
+    EditOptions edits{.drawing = part.drawing,
+                      .edits = part.edits,
+                      .output = part.output,
+                      .report = options.report,
+                      .picture = options.picture,
+                      .json = options.json,
+                      .verbose = options.verbose};
+    for (const int line : part.lines)
+        edits.places.push_back(scriptPlace(options.script, line));
+    return edit(edits);
 }
 
 }  // namespace holdfast

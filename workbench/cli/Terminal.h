@@ -18,8 +18,14 @@ std::size_t terminalWidth();
 /// True when standard error is a terminal, where a line can be written over.
 bool isErrorTerminal();
 
-/// True when standard output is a terminal whose user wants colours (NO_COLOR is not set).
+/// True when standard output is a terminal that knows colours and whose user wants them (NO_COLOR is unset or empty).
 bool wantsColours();
+
+/// Puts a line on standard error that the next such line or message takes the place of. No longer than the terminal is
+/// wide. The caller sees to it that there is a terminal.
+void showPassingLine(std::string_view line);
+/// Wipes the passing line, if there is one.
+void wipePassingLine();
 
 /// A number in four digits at most.
 std::string shortNumber(double value);

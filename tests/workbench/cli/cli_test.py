@@ -6,6 +6,7 @@ Usage: cli_test.py PROGRAM FOLDER_OF_DRAWINGS
 import json
 import os
 import pathlib
+import pty
 import re
 import shlex
 import subprocess
@@ -53,6 +54,23 @@ class Program(unittest.TestCase):
                                 check=False)
         self.assertNotIn("\x1b", result.stdout, "colours only on a terminal")
         return result
+
+    def on_terminal(self, environment, *arguments, watch=lambda told: None):
+        """All that the program tells on a terminal of its own, which watch sees grow."""
+        child, terminal = pty.fork()
+        if child == 0:
+            plain = {name: value for name, value in os.environ.items() if name not in ("NO_COLOR", "TERM")}
+            os.execve(PROGRAM, [PROGRAM, *map(str, arguments)], {**plain, "TERM": "xterm", **environment})
+        told = b""
+        try:
+            while piece := os.read(terminal, 4096):
+                told += piece
+                watch(told.decode(errors="replace"))
+        except OSError:
+            pass  # the program has ended, and its terminal with it
+        os.close(terminal)
+        self.assertEqual(os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), DONE)
+        return told.decode()
 
     def test_solve_mends_a_broken_drawing_and_writes_it(self):
         broken = json.loads(json.dumps(CORNER))
@@ -172,6 +190,78 @@ class Program(unittest.TestCase):
         self.assertEqual(result.returncode, REFUSED)
         self.assertIn("none.json", result.stderr)
 
+    def test_a_script_is_read_as_editors_on_other_systems_write_it(self):
+        self.file("my plate.json", CORNER)
+        script = self.path / "cut.edit"
+        script.write_bytes(b"\xef\xbb\xbf# a cut\r\nopen my plate.json\t# with a blank\r\n\r\n\tbreak\ta at 4,0\t# here\r\n"
+                           b"save \"my cut.json\"\r\n")
+        result = self.run_program("run", script, "--json")
+        self.assertEqual(result.returncode, DONE, result.stderr)
+        self.assertEqual([edit["text"] for edit in json.loads(result.stdout)["edits"]], ["break\ta at 4,0"])
+        self.assertTrue((self.path / "my cut.json").exists())
+
+    def test_a_script_may_name_drawings_anywhere(self):
+        path = self.file("corner.json", CORNER)
+        (self.path / "scripts").mkdir()
+        script = self.file("scripts/cut.edit", f"open {path}\nbreak a at 4,0\nsave ../cut.json\n")
+        self.assertEqual(self.run_program("run", script).returncode, DONE)
+        self.assertTrue((self.path / "cut.json").exists())
+
+    def test_errors_of_a_script_name_its_line(self):
+        self.file("one.json", CORNER)
+        for text, line, said in (("opn one.json\n", 1, 'did you mean "open"?'), ("\nbreak a at 4,0\n", 2, "open DRAWING"),
+                                 ("open one.json\n\nudno\n", 3, 'did you mean "undo"?'), ("open\n", 1, "expected the name"),
+                                 ("open one.json\nsave x.json\nundo\n", 3, "saved already"),
+                                 ("open one.json\nsave x.json\nsave y.json\n", 3, "saved already"),
+                                 ("open one.json\nbreak a at 4,0\n# c\nbreak q at 4,0\n", 4, "no entity q"),
+                                 ("open one.json\nbreak a at 4,9\n", 2, "is not on a")):
+            script = self.file("bad.edit", text)
+            result = self.run_program("run", script)
+            self.assertEqual(result.returncode, REFUSED, text)
+            self.assertTrue(result.stderr.startswith(f"holdfast: {script}, line {line}: "), result.stderr)
+            self.assertIn(said, result.stderr)
+            self.assertEqual(sorted(file.name for file in self.path.iterdir()), ["bad.edit", "one.json"])
+
+    def test_a_refused_edit_among_several_is_named_once(self):
+        result = self.run_program("edit", self.file("corner.json", CORNER), "break a at 4,0", "break q at 1,0")
+        self.assertEqual(result.stderr.count("break q at 1,0"), 1)
+        result = self.run_program("edit", self.file("corner.json", CORNER), "break a at 4,0", "break b at 1,0")
+        self.assertIn("holdfast: break b at 1,0: ", result.stderr)
+
+    def test_several_drawings_are_told_as_json_too(self):
+        self.file("one.json", CORNER)
+        script = self.file("both.edit", "open one.json\nbreak a at 4,0 to 6,0\nopen one.json\nbreak a at 4,9\n")
+        result = self.run_program("run", script, "--json")
+        self.assertEqual(result.returncode, REFUSED)
+        one, two = json.loads(result.stdout)["drawings"]
+        self.assertEqual((one["done"], one["edits"], one["totals"]["constraints"]["deleted"]), (1, 1, 1))
+        self.assertEqual((two["done"], two["edits"]), (0, 1))
+        self.assertTrue(two["error"].startswith("line 4, break a at 4,9: "), two["error"])
+
+    def test_colours_are_for_terminals_that_have_them(self):
+        path = self.file("corner.json", CORNER)
+        for environment, coloured in (({}, True), ({"NO_COLOR": "1"}, False), ({"NO_COLOR": ""}, True),
+                                      ({"TERM": "dumb"}, False)):
+            told = self.on_terminal(environment, "edit", path, "break a at 4,0")
+            self.assertEqual("\x1b[" in told, coloured, environment)
+            self.assertIn("1 deleted", told)
+
+    def test_progress_makes_room_for_messages(self):
+        self.file("rest.dxf", "0\nSECTION\n2\nENTITIES\n0\nSOLID\n0\nENDSEC\n0\nEOF\n")
+        os.mkfifo(self.path / "slow.json")
+        script = self.file("slow.edit", "open slow.json\nopen rest.dxf\n")
+        wiped = "\r\x1b[K"
+
+        def feed(told):  # the program waits for its first drawing until it has told that it is at work
+            if "drawings, 0 of 2, 1 s" in told and (self.path / "slow.json").is_fifo():
+                (self.path / "slow.json").write_text(json.dumps(CORNER))
+                (self.path / "slow.json").unlink()
+
+        told = self.on_terminal({}, "run", script, watch=feed)
+        self.assertIn("s" + wiped + "holdfast: ", told)
+        self.assertIn("not understood and left out: SOLID\r\n", told)
+        self.assertNotIn(" s", told.split("SOLID\r\n")[1].split("drawing ")[0])
+
     def test_a_script_over_several_drawings_ends_in_a_table(self):
         self.file("one.json", CORNER)
         self.file("two.json", CORNER)
@@ -182,7 +272,8 @@ class Program(unittest.TestCase):
         rows = [row.split() for row in result.stdout.splitlines()]
         self.assertEqual(rows[1][:3], ["one.json", "1/1", "1"])
         self.assertEqual(rows[2][:2], ["two.json", "0/1"])
-        self.assertIn("refused: break a at 4,9", result.stdout)
+        self.assertEqual(rows[-1][:4], ["2", "drawings", "1/2", "1"])
+        self.assertIn("refused: line 5, break a at 4,9: ", result.stdout)
         self.assertTrue((self.path / "one-cut.json").exists())
 
     def test_a_real_plain_drawing_is_inferred_solved_and_edited(self):
