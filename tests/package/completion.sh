@@ -26,6 +26,7 @@ drawing=examples/drawings/battery-clip.json
 offers "show" sh
 offers "edit" ed
 offers "--help|--help-all" --h
+offers "--version" --v
 offers "--report" edit --rep
 offers "--tolerance" convert --t
 offers "--output" show --out
@@ -41,6 +42,12 @@ offers "join g10 g2 |join g10 g20 |join g10 g21 |join g10 g22 |join g10 g23 |joi
 offers "trim g37 at 8,6 by g9 |trim g37 at 8,6 by g9 ..." edit "$drawing" '"trim g37 at 8,6 by g9'
 offers "break g0 |break g0 ..." edit -v -o out.json "$drawing" '"break g0'
 offers "" edit "$drawing" '"break nothing'
+offers "break g0 |break g0 ..." edit --report out.html --picture out.svg "$drawing" '"break g0'
 offers "" infer --tolerance ''
+offers "" infer --angle ''
+offers "--angle" infer --an
+offers "docs/gallery/break-line.svg" edit --picture docs/gallery/break-
+offers "examples/commands" run examples/comm
+offers "docs/gallery/break-line.svg" show -o docs/gallery/break-
 [ $failed -eq 0 ] && echo "the completion offers what it should"
 exit $failed
