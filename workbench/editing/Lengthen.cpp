@@ -5,6 +5,7 @@
 #include <yxdb/YxDbCurve.h>
 
 #include "commands/lengthen/ConstraintLengthenCmdCenter.h"
+#include "workbench/drawing/PlaneCurves.h"
 #include "workbench/editing/Evaluation.h"
 #include "workbench/editing/Lengthening.h"
 #include "workbench/editing/Moving.h"
@@ -17,6 +18,7 @@ namespace holdfast {
 namespace {
 
 constexpr double kSameLength = 1e-9;  // parts of the length
+constexpr double kMet = 1e-6;         // parts of the drawing's extent, within which a placed curve is where it was put
 
 CurveEnd takeEnd(EditText& text) {
     static constexpr std::array<std::string_view, 2> ends{"start", "end"};
@@ -35,7 +37,7 @@ void followWhole(const EditContext& context, const std::string& name, const Shap
     followPlaced(context, {name});
     refuseLess(context);
     const double length = lengthOf(wanted), reached = lengthOf(context.drawing.shape(name));
-    if (std::abs(reached - length) > kSameLength * length)
+    if (std::abs(reached - length) > kMet * extentOf(context.drawing.document()))
         throw EditError("the constraints do not let " + name + " be " + spoken(length) + " long; it would become " +
                         spoken(reached));
 }
