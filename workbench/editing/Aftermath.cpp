@@ -22,10 +22,12 @@ bool isHostsOwn(ConstraintType type) {
     return isDimension(type) || type == ConstraintType::midpoint || type == ConstraintType::internal;
 }
 
-/// The module judges a spline by its control points; what holds on the whole of one it leaves alone.
-bool isOnWholeSpline(const Constraint& constraint, const EntityIndex& entities) {
+/// The module judges a spline by its ends, and where it is cut by its control points. What holds on the whole of one it
+/// leaves alone, and all control points of an outermost span move when the spline is led on.
+bool isOnSpline(const Constraint& constraint, const EntityIndex& entities) {
     return std::any_of(constraint.refs.begin(), constraint.refs.end(), [&](const Place& place) {
-        const Entity* entity = place.kind == PlaceKind::whole ? entities.find(place.entity) : nullptr;
+        const bool mayBeFalse = place.kind == PlaceKind::whole || place.kind == PlaceKind::control;
+        const Entity* entity = mayBeFalse ? entities.find(place.entity) : nullptr;
         return entity != nullptr && std::holds_alternative<SplineShape>(entity->shape);
     });
 }
@@ -61,7 +63,7 @@ double missOf(const Figure& figure, int constraint) {
 void dropFalse(Drawing& drawing, const Document& before, const Document& now) {
     const EntityIndex entities(now);
     const std::vector<int> doubtful = constraintsOnChanged(before, now, [&](const Constraint& constraint) {
-        return constraint.driving && (isHostsOwn(constraint.type) || isOnWholeSpline(constraint, entities));
+        return constraint.driving && (isHostsOwn(constraint.type) || isOnSpline(constraint, entities));
     });
     if (doubtful.empty())
         return;

@@ -151,8 +151,11 @@ std::optional<Extension> arcExtension(const Shape& curve, CurveEnd end, const Sh
 std::optional<Extension> polylineExtension(const PolylineShape& polyline, CurveEnd end, const Shape& boundary,
                                            Extent extent) {
     const PolylineShape segment = segmentOutwards(polyline, end);
-    auto found = nearestAhead(intersect(segment, boundary, Extent::carrier, extent), kAtEnd,
-                              [](double param) { return param - 1.0; });
+    const double angle = std::abs(angleOfBulge(segment.bulges.front()));
+    // Once round an arc segment would come to its own other end.
+    auto found = nearestAhead(intersect(segment, boundary, Extent::carrier, extent), kAtEnd, [angle](double param) {
+        return param * angle < (1.0 - kAtEnd) * kTurn ? param - 1.0 : 0.0;
+    });
     if (found) {
         found->param = fromSegmentOutwards(polyline, end, found->param);
     }

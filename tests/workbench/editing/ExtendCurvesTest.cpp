@@ -34,13 +34,17 @@ Vec2 endOf(const Session& session, CurveEnd which) {
 const SplineShape kSpline{3, false, {{0, 0}, {2, 4}, {6, 4}, {8, 0}}, {0, 0, 0, 0, 1, 1, 1, 1}, {}};
 
 TEST(ExtendSpline, KeepsTheControlPointsThatStayedAndTheirConstraints) {
-    Document document = curveAndWall(kSpline, {9, -20}, {9, 20});
+    const SplineShape longer{
+        3, false, {{0, 0}, {2, 4}, {6, 4}, {8, 0}, {12, 0}, {14, 4}}, {0, 0, 0, 0, 1, 2, 3, 3, 3, 3}, {}};
+    Document document = curveAndWall(longer, {15, -20}, {15, 20});
     document.entities.push_back(lineEntity("m", {2, 4}, {2, 9}));
+    document.entities.push_back(lineEntity("n", {12, 0}, {12, -9}));
     document.constraints.push_back(constraintOf("atControl", coincident, {{"c", control, 1}, {"m", start}}));
+    document.constraints.push_back(constraintOf("inLastSpan", coincident, {{"c", control, 4}, {"n", start}}));
     Session session(document);
     EXPECT_EQ(session.apply("extend c end to wall").outcome.error, "");
-    EXPECT_EQ(std::get<SplineShape>(entityNamed(session.document(), "c").shape).control.size(), 4u);
-    EXPECT_NEAR(endOf(session, CurveEnd::end).x, 9.0, 1e-9);
+    EXPECT_EQ(std::get<SplineShape>(entityNamed(session.document(), "c").shape).control.size(), 6u);
+    EXPECT_NEAR(endOf(session, CurveEnd::end).x, 15.0, 1e-9);
     EXPECT_EQ(endOf(session, CurveEnd::start), (Vec2{0, 0}));
     EXPECT_EQ(constraintIds(session.document()), "atStart atControl");
 }
@@ -143,6 +147,17 @@ TEST(ExtendPolyline, BendsAnArcSegmentOnAlongItsCircle) {
     EXPECT_EQ(session.apply("extend p end to roof").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0^1 10,10");
     EXPECT_EQ(constraintIds(session.document()), "c0");
+}
+
+TEST(ExtendPolyline, DoesNotMeetABoundaryAtTheOtherEndOfItsArcSegment) {
+    Document document;
+    document.name = "hook";
+    document.entities = {shapeEntity("p", PolylineShape{{{10, 5}, {5, 5}}, {1, 0}, {0, 0}, false}),
+                         lineEntity("post", {10, 0}, {10, 5})};
+    const RefusedEdit rows[] = {
+        {"extend p end to post",
+         "the end of p does not meet post however far it is extended; choose another boundary"}};
+    expectRefused(document, rows);
 }
 
 TEST(ExtendPolyline, ThatIsClosedHasNoEnd) {
