@@ -5,6 +5,7 @@
 
 #include "workbench/drawing/Places.h"
 #include "workbench/report/SplinePieces.h"
+#include "workbench/report/TextElement.h"
 
 namespace holdfast::picture {
 
@@ -199,12 +200,6 @@ Box boundsOfPoints(const std::vector<Vec2>& points) {
     for (const Vec2& point : points)
         box.add(point);
     return box;
-}
-
-Box textBounds(const TextShape& text) {
-    const Vec2 along = polar(text.height * 0.6 * static_cast<double>(text.text.size()), text.rotation);
-    const Vec2 up = polar(text.height, text.rotation + kPi / 2);
-    return boundsOfPoints({text.position, text.position + along, text.position + up, text.position + along + up});
 }
 
 struct BoundsMaker {

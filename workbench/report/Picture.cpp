@@ -7,6 +7,7 @@
 #include "workbench/report/MarkDrawing.h"
 #include "workbench/report/Marks.h"
 #include "workbench/report/Markup.h"
+#include "workbench/report/TextElement.h"
 
 namespace holdfast::picture {
 
@@ -47,21 +48,6 @@ std::string pointElement(Vec2 at, const std::string& classes, const std::string&
     return "<g" + attribute("class", classes + " point") + attribute("data-e", idToken(id)) +
            " transform=\"translate(" + decimal(at.x, kPlaces) + " " + decimal(at.y, kPlaces) +
            ")\"><path class=\"z\" d=\"" + (fixed ? "M-4.5 0H4.5M0 -4.5V4.5" : "M-3 -3L3 3M-3 3L3 -3") + "\"/></g>\n";
-}
-
-std::string textElement(const TextShape& text, const Frame& frame, const std::string& classes, const std::string& id) {
-    const Vec2 at = frame.toPicture(text.position);
-    std::string element = "<text" + attribute("class", classes + " text") + attribute("data-e", idToken(id)) +
-                          " transform=\"translate(" + decimal(at.x, kPlaces) + " " + decimal(at.y, kPlaces) +
-                          ") rotate(" + decimal(-text.rotation * 180.0 / kPi, 3) + ")\" font-size=\"" +
-                          decimal(text.height * frame.scale * 1.38, kPlaces) + "\">";
-    std::string_view rest = text.text;
-    for (int row = 0; !rest.empty(); ++row) {
-        const std::string_view line = rest.substr(0, rest.find('\n'));
-        element += "<tspan x=\"0\" dy=\"" + std::string(row == 0 ? "0" : "1.2em") + "\">" + escaped(line) + "</tspan>";
-        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
-    }
-    return element + "</text>\n";
 }
 
 class BodyWriter {
@@ -117,7 +103,9 @@ private:
             return pointElement(m_frame.toPicture(point->position), classes, entity.id, entity.fixed);
         }
         if (const auto* text = std::get_if<TextShape>(&entity.shape))
-            return textElement(*text, m_frame, classes, entity.id);
+            return textElement(*text, m_frame,
+                               attribute("class", classes + " text") + attribute("data-e", idToken(entity.id)),
+                               kPlaces);
         const Outline outline = outlineOf(entity.shape, m_reach, m_tolerance);
         addInk(outline);
         return "<path" + attribute("class", classes) + attribute("data-e", idToken(entity.id)) +

@@ -1,10 +1,15 @@
 #include "workbench/report/Svg.h"
 
+#include <algorithm>
+#include <array>
+#include <cmath>
+
 #include "workbench/report/Assets.h"
 #include "workbench/report/Frame.h"
 #include "workbench/report/Glyphs.h"
 #include "workbench/report/Markup.h"
 #include "workbench/report/Picture.h"
+#include "workbench/report/TextElement.h"
 
 namespace holdfast {
 
@@ -34,43 +39,98 @@ std::string writePicture(const Document& document, const PictureNotes& notes, co
 
 namespace {
 
-std::string trueSizePath(const Entity& entity, const picture::Frame& frame, double lineWidth) {
-    const picture::Outline outline = picture::outlineOf(entity.shape, frame.window, frame.window.diagonal() / 1e5);
-    if (outline.strokes.empty())
-        return {};
-    std::string path = "<path" + attribute("id", entity.id) + attribute("d", picture::pathData(outline, frame, 6));
-    if (entity.construction || entity.fixed)
-        path += attribute("stroke", "#888888") +
-                attribute("stroke-dasharray", decimal(lineWidth * 6, 6) + " " + decimal(lineWidth * 4, 6));
-    return path + "/>\n";
+/// Decimals that keep a ten-millionth of a drawing of this size.
+int placesFor(double size) {
+    return std::clamp(static_cast<int>(std::ceil(7.0 - std::log10(size))), 6, 300);
 }
 
-/// SVG's own names for the units in which drawings are measured; empty for one that it does not have.
-std::string_view svgUnit(std::string_view unit) {
-    for (const std::string_view known : {"mm", "cm", "in"})
-        if (unit == known)
-            return known;
-    return {};
-}
+class TrueSize {
+public:
+    explicit TrueSize(const Document& document) : m_document(document), m_frame(frameOf(document)) {
+        const double size = m_frame.window.diagonal();
+        m_lineWidth = size / 1000.0;
+        m_places = placesFor(size);
+    }
+
+    std::string text() const {
+        const std::string width = shown(m_frame.width), height = shown(m_frame.height);
+        std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\"" + attribute("width", length(m_frame.width)) +
+                          attribute("height", length(m_frame.height)) +
+                          attribute("viewBox", "0 0 " + width + " " + height) + ">\n<title>" +
+                          picture::escaped(m_document.name) + "</title>\n<g fill=\"none\" stroke=\"#000000\"" +
+                          attribute("stroke-width", shown(m_lineWidth)) + ">\n";
+        for (const Entity& entity : m_document.entities)
+            svg += element(entity);
+        return svg + "</g>\n</svg>\n";
+    }
+
+private:
+    static picture::Frame frameOf(const Document& document) {
+        picture::Box window = picture::windowOf(document);
+        if (window.empty())
+            window.add(Vec2{});
+        const double size = window.diagonal();
+        window = window.grown(size > 0.0 ? size / 450.0 : 0.5);
+        return {window, 1.0, window.width(), window.height()};
+    }
+
+    std::string shown(double value) const { return decimal(value, m_places); }
+
+    /// A measure in a unit that SVG has; the others are told in one of those.
+    std::string length(double value) const {
+        struct Unit {
+            std::string_view ours, svg;
+            double factor;
+        };
+        static constexpr std::array<Unit, 6> units{{{"mm", "mm", 1.0},
+                                                    {"cm", "cm", 1.0},
+                                                    {"in", "in", 1.0},
+                                                    {"um", "mm", 0.001},
+                                                    {"m", "mm", 1000.0},
+                                                    {"ft", "in", 12.0}}};
+        for (const Unit& unit : units)
+            if (unit.ours == m_document.lengthUnit)
+                return decimal(value * unit.factor, placesFor(m_frame.window.diagonal() * unit.factor)) +
+                       std::string(unit.svg);
+        return shown(value);
+    }
+
+    std::string element(const Entity& entity) const {
+        if (const auto* text = std::get_if<TextShape>(&entity.shape))
+            return picture::textElement(
+                *text, m_frame,
+                attribute("id", entity.id) + " fill=\"#000000\" stroke=\"none\"" + " font-family=\"sans-serif\"",
+                m_places);
+        if (const auto* point = std::get_if<PointShape>(&entity.shape))
+            return dot(m_frame.toPicture(point->position), entity.id);
+        const picture::Outline outline =
+            picture::outlineOf(entity.shape, m_frame.window, m_frame.window.diagonal() / 1e5);
+        if (outline.strokes.empty())
+            return {};
+        std::string path =
+            "<path" + attribute("id", entity.id) + attribute("d", picture::pathData(outline, m_frame, m_places));
+        if (entity.construction || entity.fixed)
+            path += attribute("stroke", "#888888") +
+                    attribute("stroke-dasharray", shown(m_lineWidth * 6) + " " + shown(m_lineWidth * 4));
+        return path + "/>\n";
+    }
+
+    /// A line without length shows as a dot where its caps are round, and is nothing to cut.
+    std::string dot(Vec2 at, const std::string& id) const {
+        return "<path" + attribute("id", id) + attribute("d", "M" + shown(at.x) + " " + shown(at.y) + "h0") +
+               " stroke-linecap=\"round\"" + attribute("stroke-width", shown(m_lineWidth * 4)) + "/>\n";
+    }
+
+    const Document& m_document;
+    picture::Frame m_frame;
+    double m_lineWidth = 0.0;
+    int m_places = 6;
+};
 
 }  // namespace
 
 std::string writeTrueSizeSvg(const Document& document) {
-    picture::Box window = picture::windowOf(document);
-    if (window.empty())
-        window = {{0.0, 0.0}, {1.0, 1.0}};
-    const double lineWidth = std::max(window.diagonal() / 1000.0, 1e-6);
-    window = window.grown(lineWidth * 2);
-    const picture::Frame frame{window, 1.0, window.width(), window.height()};
-    const std::string width = decimal(frame.width, 6), height = decimal(frame.height, 6);
-    const std::string unit(svgUnit(document.lengthUnit));
-    std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\"" + attribute("width", width + unit) +
-                      attribute("height", height + unit) + attribute("viewBox", "0 0 " + width + " " + height) +
-                      ">\n<title>" + picture::escaped(document.name) + "</title>\n<g fill=\"none\" stroke=\"#000000\"" +
-                      attribute("stroke-width", decimal(lineWidth, 6)) + ">\n";
-    for (const Entity& entity : document.entities)
-        svg += trueSizePath(entity, frame, lineWidth);
-    return svg + "</g>\n</svg>\n";
+    return TrueSize(document).text();
 }
 
 }  // namespace holdfast

@@ -41,7 +41,8 @@ struct PictureOptions {
 std::string writePicture(const Document& document, const PictureNotes& notes = {}, const PictureOptions& options = {});
 
 /// The geometry alone in true size: one picture unit is one drawing unit and width and height carry the drawing's
-/// length unit, so that cutters and drawing programs take it at its measure. Unbounded lines end at the drawing's box.
+/// length unit (or the nearest that SVG has), so that cutters and drawing programs take it at its measure. Unbounded
+/// lines end at the drawing's box, points are dots, texts are in the reader's type.
 std::string writeTrueSizeSvg(const Document& document);
 
 }  // namespace holdfast

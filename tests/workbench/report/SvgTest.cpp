@@ -5,9 +5,11 @@
 
 #include <cmath>
 #include <set>
+#include <tuple>
 
 #include "tests/workbench/report/Samples.h"
 #include "tests/workbench/report/XmlTree.h"
+#include "workbench/report/Outline.h"
 
 namespace holdfast {
 
@@ -152,6 +154,56 @@ TEST(TrueSizeSvg, MeasuresInTheDrawingsUnit) {
     const std::string path = (*picture.all("path").at(0))["d"];
     const std::size_t line = path.find('L');
     EXPECT_NEAR(std::stod(path.substr(line + 1)) - std::stod(path.substr(1)), 100.0, 1e-6);
+}
+
+TEST(TrueSizeSvg, ShowsEveryKindOfEntity) {
+    const Document drawing = test::everyShape();
+    const XmlNode picture = parseXml(writeTrueSizeSvg(drawing));
+    std::set<std::string> shown;
+    for (const char* kind : {"path", "text"})
+        for (const XmlNode* node : picture.all(kind))
+            shown.insert((*node)["id"]);
+    for (const Entity& entity : drawing.entities)
+        EXPECT_TRUE(shown.contains(entity.id)) << entity.id;
+}
+
+TEST(TrueSizeSvg, TellsEveryUnitInOneThatBrowsersHave) {
+    Document drawing;
+    drawing.entities = {test::line("a", {0, 0}, {9, 0}), test::line("b", {0, 0}, {0, 12})};  // 15 from corner to corner
+    const double side = 9 + 15 / 225.0;
+    for (const auto& [unit, factor, shown] : {std::tuple{"m", 1000.0, "mm"}, {"um", 0.001, "mm"}, {"ft", 12.0, "in"}}) {
+        drawing.lengthUnit = unit;
+        const std::string width = parseXml(writeTrueSizeSvg(drawing))["width"];
+        EXPECT_NEAR(std::stod(width), side * factor, 1e-5 * factor) << unit;
+        EXPECT_THAT(width, ::testing::EndsWith(shown));
+    }
+}
+
+TEST(TrueSizeSvg, KeepsTheShapeOfTinyDrawingsAndOfSinglePoints) {
+    Document drawing;
+    drawing.entities = {test::line("a", {0, 0}, {1e-5, 0}), test::line("b", {0, 0}, {0, 5e-6})};
+    const XmlNode picture = parseXml(writeTrueSizeSvg(drawing));
+    EXPECT_NEAR(std::stod(picture["width"]) / std::stod(picture["height"]), 2.0, 0.02);
+    const std::string path = (*picture.all("path").at(0))["d"];
+    EXPECT_NEAR(std::stod(path.substr(path.find('L') + 1)) - std::stod(path.substr(1)), 1e-5, 1e-11);
+    drawing.entities = {{"p", PointShape{{3, 4}}}};
+    EXPECT_EQ(std::stod(parseXml(writeTrueSizeSvg(drawing))["width"]), 1.0);
+}
+
+TEST(Picture, HangsParagraphsFromTheirPosition) {
+    Document drawing;
+    drawing.entities = {test::line("a", {0, 0}, {10, 0}),
+                        {"t", TextShape{{0, 0}, 0, 1, "one\ntwo", true}},
+                        {"s", TextShape{{0, 0}, 0, 1, "one", false}}};
+    const XmlNode picture = parseXml(writePicture(drawing));
+    const auto rows = entityNode(picture, "t")->all("tspan");
+    const double first = std::stod((*rows.at(0))["dy"]), second = std::stod((*rows.at(1))["dy"]);
+    EXPECT_GT(first, 10.0);
+    EXPECT_NEAR(second, first * 5 / 3, 0.02);
+    EXPECT_EQ((*entityNode(picture, "s")->all("tspan").at(0))["dy"], "0");
+    const picture::Box box = picture::boundsOf(drawing.entities[1].shape);
+    EXPECT_NEAR(box.low.y, -1 - 5.0 / 3, 1e-9);
+    EXPECT_NEAR(box.high.y, 0, 1e-9);
 }
 
 }  // namespace
