@@ -25,6 +25,9 @@ void count(std::vector<DxfNotice>& notices, const std::string& what) {
 constexpr std::array<std::pair<int, const char*>, 6> kUnits = {
     {{1, "in"}, {2, "ft"}, {4, "mm"}, {5, "cm"}, {6, "m"}, {13, "um"}}};
 
+constexpr std::array<std::string_view, 5> kSilentSections = {"CLASSES", "TABLES", "BLOCKS", "OBJECTS",
+                                                             "THUMBNAILIMAGE"};
+
 /// Every layout of the file has a block of its own; the others are definitions that INSERT entities use.
 bool isLayout(std::string_view blockName) {
     std::string name(blockName);
@@ -42,6 +45,10 @@ public:
     DxfDrawing read() {
         while (!atName("EOF"))
             readSection();
+        // Sections without a place in a drawing are passed over in silence, unless the entities may stand in one.
+        if (!m_hasEntities)
+            for (const std::string& name : m_otherSections)
+                count(m_drawing.notUnderstood, "section " + inQuotes(name) + " instead of \"ENTITIES\"");
         return std::move(m_drawing);
     }
 
@@ -61,12 +68,16 @@ private:
         const DxfGroup name = m_groups.take("the name of a section");
         if (name.code != 2)
             m_groups.fail(name.line, "group " + std::to_string(name.code), "the name of a section in group 2");
-        if (name.value == "ENTITIES")
+        if (name.value == "ENTITIES") {
+            m_hasEntities = true;
             readEntities();
-        else if (name.value == "HEADER")
+        } else if (name.value == "HEADER") {
             readHeader();
-        else
+        } else {
+            if (std::find(kSilentSections.begin(), kSilentSections.end(), name.value) == kSilentSections.end())
+                m_otherSections.emplace_back(name.value);
             readOther(name.value == "BLOCKS");
+        }
         m_groups.take("ENDSEC");
     }
 
@@ -145,6 +156,8 @@ private:
 
     DxfGroups m_groups;
     DxfDrawing m_drawing;
+    bool m_hasEntities = false;
+    std::vector<std::string> m_otherSections;
 };
 
 }  // namespace

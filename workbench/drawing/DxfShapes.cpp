@@ -223,8 +223,12 @@ DxfReading readParagraph(const DxfEntity& entity) {
     double rotation = radians(entity.number(50, 0.0));
     if (entity.find(11) != nullptr)
         rotation = std::atan2(entity.required(21), entity.required(11));
-    return of(
+    DxfReading reading = of(
         TextShape{pointOf(entity, 10), rotation, entity.number(40, 2.5), shownParagraph(decodedDxfText(text)), true});
+    constexpr int topLeft = 1;
+    if (entity.integer(71, topLeft) != topLeft)
+        reading.dropped.push_back("attachment of an MTEXT elsewhere than at its top left corner");
+    return reading;
 }
 
 /// How the coordinates of an entity are meant.

@@ -9,8 +9,8 @@ namespace holdfast::picture {
 
 namespace {
 
-constexpr double kFontSize = 1.38;                               // over the height of a capital letter
-constexpr double kLetterWidth = 0.6, kLineDistance = 5.0 / 3.0;  // over the height
+constexpr double kFontSize = 1.38;                                // over the height of a capital letter
+constexpr double kLetterWidth = 0.85, kLineDistance = 5.0 / 3.0;  // over the height
 
 std::vector<std::string_view> linesOf(std::string_view text) {
     std::vector<std::string_view> lines;

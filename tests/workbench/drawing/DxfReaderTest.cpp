@@ -118,6 +118,23 @@ TEST(DxfReader, NamesPropertiesThatEntitiesLose) {
                                      DxfNotice{"thickness of a LINE", 1}, DxfNotice{"width of a LWPOLYLINE", 1}));
 }
 
+TEST(DxfReader, NamesAnAttachmentThatAParagraphLoses) {
+    const DxfDrawing drawing =
+        read("0 MTEXT\n10 1\n20 2\n40 2\n71 5\n1 middle\n0 MTEXT\n10 1\n20 2\n40 2\n71 1\n1 corner");
+    EXPECT_EQ(drawing.document.entities.size(), 2U);
+    EXPECT_THAT(drawing.dropped,
+                testing::ElementsAre(DxfNotice{"attachment of an MTEXT elsewhere than at its top left corner", 1}));
+}
+
+TEST(DxfReader, NamesAStrangeSectionWhereTheEntitiesAreMissing) {
+    const std::string strange = "0 SECTION\n2 ENTITES\n0 POINT\n10 0\n20 0\n0 ENDSEC\n";
+    const std::string tables = "0 SECTION\n2 TABLES\n0 ENDSEC\n";
+    EXPECT_THAT(readDxf(dxfLines(tables + strange + "0 EOF\n"), "test.dxf").notUnderstood,
+                testing::ElementsAre(DxfNotice{"section \"ENTITES\" instead of \"ENTITIES\"", 1}));
+    const std::string entities = "0 SECTION\n2 ENTITIES\n0 ENDSEC\n";
+    EXPECT_THAT(readDxf(dxfLines(strange + entities + "0 EOF\n"), "test.dxf").notUnderstood, testing::IsEmpty());
+}
+
 TEST(DxfReader, CountsBlockDefinitionsButNotLayouts) {
     const std::string text = dxfLines(
         "0 SECTION\n2 BLOCKS\n0 BLOCK\n2 *Model_Space\n0 ENDBLK\n0 BLOCK\n2 PART\n0 LINE\n10 0\n20 0\n11 1\n21 1\n"
