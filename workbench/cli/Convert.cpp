@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/DrawingFiles.h"
 #include "workbench/cli/OutputFiles.h"
@@ -9,8 +11,14 @@ namespace holdfast {
 int convert(const ConvertOptions& options) {
     OutputFiles outputs{drawingNamed(options.output)};
     Document document = readAnyDrawing(options.input);
-    if (options.polylines)
-        document = chainsToPolylines(document).document;
+    if (options.polylines) {
+        PolylineConversion conversion = chainsToPolylines(document);
+        if (conversion.chains.empty())
+            complain(options.input +
+                     ": no lines or arcs have coincident ends, so there is no polyline to make; in a plain drawing "
+                     "\"holdfast infer --polylines\" finds where they meet");
+        document = std::move(conversion.document);
+    }
     outputs.addDrawing(options.output, document, options.tolerance);
     outputs.write();
     return kExitDone;

@@ -33,6 +33,26 @@ def drawing(entities, constraints):
     return {"name": "corner", "license": "", "units": {"length": "mm", "angle": "rad"}, "entities": entities, "constraints": constraints}
 
 
+COUNTS = {"entities", "constraints", "added", "totals.constraints", "totals.entities",
+          "drawings[].totals.constraints", "drawings[].totals.entities"}  # objects with a number for each kind or fate
+
+
+def keys(told, before=""):
+    """The keys of an object and of all below it, as docs/json-output.md writes them."""
+    found = set()
+    for key, value in told.items():
+        name = before + key
+        below = value if isinstance(value, list) else [value]
+        if not isinstance(value, dict) or name in COUNTS:
+            found.add(name)
+        if name in COUNTS and isinstance(value, dict):
+            continue
+        for each in below:
+            if isinstance(each, dict):
+                found |= keys(each, name + ("[]." if isinstance(value, list) else "."))
+    return found
+
+
 CORNER = drawing([line("a", (0, 0), (10, 0)), line("b", (10, 0), (10, 5))],
                  [constraint("tie", "coincident", ("a", "end"), ("b", "start")),
                   constraint("level", "horizontal", ("a", "whole"))])
@@ -302,6 +322,30 @@ class Program(unittest.TestCase):
         self.assertEqual(self.run_program("convert", self.file("corner.json", CORNER), out, "--polylines").returncode,
                          DONE)
         self.assertEqual([entity["type"] for entity in json.loads(out.read_text())["entities"]], ["polyline"])
+
+    def test_a_plain_drawing_is_led_to_where_its_joints_are_found(self):
+        plain = drawing(CORNER["entities"], [])
+        result = self.run_program("convert", self.file("plain.json", plain), self.path / "poly.json", "--polylines")
+        self.assertEqual(result.returncode, DONE)
+        self.assertIn("holdfast infer --polylines", result.stderr)
+
+    def test_every_key_of_the_json_is_written_down(self):
+        self.file("one.json", CORNER)
+        several = self.file("both.edit", "open one.json\nbreak a at 4,9\nopen one.json\n")
+        broken = json.loads(json.dumps(CORNER))
+        broken["entities"][1]["start"] = [10, 1]
+        mend, cut = self.file("broken.json", broken), DRAWINGS.parent / "commands" / "fillet-corner.edit"
+        calls = {"show": [("show", mend)], "solve": [("solve", mend)], "infer": [("infer", DRAWINGS / "acrylic-case-top.dxf")],
+                 "edit": [("edit", self.path / "one.json", "lengthen a end by 2", "break a at 4,0"), ("run", cut)],
+                 "run": [("run", several)]}
+        page = (DRAWINGS.parent.parent / "docs/json-output.md").read_text()
+        for section in re.split(r"^## ", page, flags=re.M)[1:]:
+            command = section.split("\n", 1)[0]
+            written = set(re.findall(r"^\| `([^`]*)`", section, flags=re.M))
+            found = set()
+            for call in calls[command]:
+                found |= keys(json.loads(self.run_program(*call, "--json").stdout))
+            self.assertEqual(found, written, command)
 
     def test_every_command_has_help_with_an_example_that_runs(self):
         os.symlink(DRAWINGS.parent.resolve(), self.path / "examples")
