@@ -122,6 +122,8 @@ std::string reasonOfDeletion(const Constraint& constraint, const EntityIndex& be
 /// Why places have other names; the names themselves are told by the moves.
 std::string reasonOfMove(const std::vector<PlaceMove>& moves, const EntityIndex& after) {
     const PlaceMove& move = moves.front();
+    if (move.from.entity == move.to.entity && (move.to.kind == PlaceKind::start || move.to.kind == PlaceKind::end))
+        return "start and end of " + move.from.entity + " have changed places";
     if (move.from.entity == move.to.entity)
         return "the segments of " + move.from.entity + " are counted anew";
     if (after.find(move.from.entity) == nullptr)
@@ -169,6 +171,14 @@ std::vector<ConstraintOutcome> constraintFates(const Document& before, const Doc
     return outcomes;
 }
 
+/// Vertex identifiers are the host's own affair: they come with the first constraint on a segment.
+bool isDrawnAlike(const Shape& was, const Shape& is) {
+    const auto *before = std::get_if<PolylineShape>(&was), *after = std::get_if<PolylineShape>(&is);
+    if (before == nullptr || after == nullptr)
+        return was == is;
+    return before->vertices == after->vertices && before->bulges == after->bulges && before->closed == after->closed;
+}
+
 std::vector<EntityOutcome> entityFates(const Document& before, const Document& after,
                                        const std::vector<std::string>& edited) {
     const EntityIndex was(before), is(after);
@@ -178,7 +188,7 @@ std::vector<EntityOutcome> entityFates(const Document& before, const Document& a
         const Entity* now = is.find(entity.id);
         if (now == nullptr)
             outcomes.push_back({entity.id, EntityFate::erased, 0.0});
-        else if (!(now->shape == entity.shape))
+        else if (!isDrawnAlike(entity.shape, now->shape))
             outcomes.push_back({entity.id, byUser.count(entity.id) > 0 ? EntityFate::edited : EntityFate::followed,
                                 movement(entity.shape, now->shape)});
     }

@@ -1,6 +1,7 @@
 #include <array>
 
 #include "workbench/editing/Evaluation.h"
+#include "workbench/editing/MirroredConstraints.h"
 #include "workbench/editing/Moving.h"
 #include "workbench/editing/Verbs.h"
 
@@ -8,14 +9,19 @@ namespace holdfast {
 
 namespace {
 
-/// Copies are new geometry, which carries no constraints.
+/// Copies are new geometry with the constraints that hold among the originals.
 void addMirrored(const EditContext& context, const std::vector<std::string>& names, const PlaneTransform& mirror) {
+    std::unordered_map<std::string, std::string> copies;
     for (const std::string& name : names) {
         Shape image = transformed(context.drawing.shape(name), mirror);
         if (auto* polyline = std::get_if<PolylineShape>(&image))
             polyline->ids.assign(polyline->vertices.size(), 0);
-        context.drawing.add(image, name);
+        copies.emplace(name, context.drawing.add(image, name));
     }
+    copyConstraints(context.drawing, copies, mirror);
+    for (const auto& [name, copy] : copies)
+        if (std::holds_alternative<PolylineShape>(context.drawing.shape(copy)))
+            context.drawing.tieCorners(copy);
 }
 
 void runMirror(EditText& text, EditContext& context) {
@@ -31,6 +37,7 @@ void runMirror(EditText& text, EditContext& context) {
         return addMirrored(context, names, mirror);
     context.edited = names;
     context.opensAgain = true;
+    reflectMeasures(context.drawing, names, mirror);
     for (const std::string& name : names)
         moveEntity(context, name, mirror);
     followPlaced(context, names);
@@ -39,7 +46,8 @@ void runMirror(EditText& text, EditContext& context) {
 
 }  // namespace
 
-const EditVerb kMirrorVerb{"mirror", "mirror ENTITY... about POINT POINT [keep]", "mirror g1 g2 about 0,0 0,1",
-                           "reflects entities in the line through two points, or adds their reflection", &runMirror};
+const EditVerb kMirrorVerb{
+    "mirror", "mirror ENTITY... about POINT POINT [keep]", "mirror g1 g2 about 0,0 0,1",
+    "reflects entities in the line through two points, or adds their reflection with its constraints", &runMirror};
 
 }  // namespace holdfast

@@ -95,6 +95,15 @@ TEST(BreakEdit, NextToAVertexIsAtTheVertex) {
     }
 }
 
+TEST(BreakEdit, LeavesAPolylineUntouchedWhoseVerticesOnlyGetIdentifiers) {
+    Document document = stair();
+    document.entities.push_back(lineEntity("far", {50, 0}, {60, 0}));
+    Session session(document);
+    const Fates& fates = session.apply("break far at 55,0").fates;
+    ASSERT_EQ(fates.entities.size(), 2u);
+    EXPECT_EQ(fates.entities[0].entity + " " + fates.entities[1].entity, "far far_2");
+}
+
 TEST(BreakEdit, RefusesWithAReasonAndChangesNothing) {
     const RefusedEdit rows[] = {
         {"break base at 4,3", "the point (4, 3) is not on base; its nearest point is (4, 0)"},

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "tests/workbench/editing/Shorthand.h"
+#include <numbers>
+
+#include "tests/workbench/editing/PolylineShorthand.h"
 
 namespace holdfast {
 namespace {
@@ -15,6 +17,11 @@ Document bowDrawing() {
         constraintOf("c0", ConstraintType::coincident, {{"bow", PlaceKind::start}, {"low", PlaceKind::start}}),
         constraintOf("c1", ConstraintType::coincident, {{"bow", PlaceKind::end}, {"high", PlaceKind::start}})};
     return document;
+}
+
+Constraint valued(Constraint constraint, double value) {
+    constraint.value = value;
+    return constraint;
 }
 
 TEST(MirrorEdit, ReflectsFreeEntitiesOfEveryKind) {
@@ -39,7 +46,79 @@ TEST(MirrorEdit, LeavesTheOriginalsWhenToldToKeepThem) {
     EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {10, 0}}));
     EXPECT_EQ(session.document().entities[3].shape, Shape(LineShape{{0, -2}, {10, -2}}));
     EXPECT_EQ(session.document().entities[4].shape, Shape(LineShape{{0, -2}, {0, -7}}));
-    EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2 c3");
+}
+
+TEST(MirrorCopy, CarriesTheConstraintsThatHoldAmongTheOriginals) {
+    Session session(frameDrawing());
+    session.apply("mirror base left about 0,-1 1,-1 keep");
+    EXPECT_EQ(placesOf(session),
+              "c0 base.start left.start; c1 base.end right.start; c2 base; c3 left right; "
+              "k5 base_2.start left_2.start; k6 base_2");
+    session.apply("drag base_2 by 0,-3");
+    EXPECT_EQ(entityNamed(session.document(), "left_2").shape, Shape(LineShape{{0, -5}, {0, -7}}));
+}
+
+TEST(MirrorCopy, OfALevelLineIsUprightOrNeither) {
+    struct Row {
+        const char* edit;
+        const char* constraints;
+    };
+    const Row rows[] = {{"mirror base about 0,0 0,1 keep", "c0 c1 c2 c3 k5 horizontal"},
+                        {"mirror base about 0,0 1,1 keep", "c0 c1 c2 c3 k5 vertical"},
+                        {"mirror base about 0,0 3,1 keep", "c0 c1 c2 c3"}};
+    for (const Row& row : rows) {
+        Session session(frameDrawing());
+        EXPECT_EQ(session.apply(row.edit).outcome.error, "");
+        const Constraint& last = session.document().constraints.back();
+        const std::string type = last.id == "k5" ? " " + std::string(typeName(last.type)) : "";
+        EXPECT_EQ(constraintIds(session.document()) + type, row.constraints) << row.edit;
+    }
+}
+
+TEST(MirrorCopy, StartsWhereItsArcEnds) {
+    Session session(bowDrawing());
+    session.apply("mirror bow low high about 0,0 0,1 keep");
+    EXPECT_EQ(placesOf(session),
+              "c0 bow.start low.start; c1 bow.end high.start; k3 bow_2.end low_2.start; k4 bow_2.start high_2.start");
+}
+
+TEST(MirrorCopy, TakesSignedMeasuresTheOtherWayRound) {
+    Document document = frameDrawing();
+    using enum ConstraintType;
+    document.constraints = {
+        valued(constraintOf("x", distanceX, {{"base", PlaceKind::start}, {"base", PlaceKind::end}}), 10),
+        valued(constraintOf("a", angle, {{"base"}, {"left"}}), std::numbers::pi / 2),
+        valued(constraintOf("d", angle, {{"base"}}), 0), constraintOf("held", fixed, {{"base"}})};
+    Session session(document);
+    EXPECT_EQ(session.apply("mirror base left about 0,0 0,1 keep").outcome.error, "");
+    EXPECT_EQ(placesOf(session),
+              "x base.start base.end; a base left; d base; held base; "
+              "k5 base_2.end base_2.start; k6 left_2 base_2; k7 base_2");
+    EXPECT_EQ(session.document().constraints[4].value, 10.0);
+    EXPECT_NEAR(std::abs(session.document().constraints[6].value.value()), std::numbers::pi, 1e-12);
+}
+
+TEST(MirrorEdit, TurnsTheSignsOfMeasuresAmongTheReflected) {
+    Document document = frameDrawing();
+    using enum ConstraintType;
+    document.constraints.push_back(
+        valued(constraintOf("x", distanceX, {{"left", PlaceKind::start}, {"right", PlaceKind::end}}), 10));
+    document.constraints.push_back(valued(constraintOf("a", angle, {{"base"}, {"left"}}), std::numbers::pi / 2));
+    document.constraints.push_back(valued(constraintOf("d", angle, {{"left"}}), std::numbers::pi / 2));
+    Session session(document);
+    EXPECT_EQ(session.apply("mirror base left right about 0,0 0,1").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2 c3 x a d");
+    EXPECT_EQ(session.document().constraints[4].value, -10.0);
+    EXPECT_EQ(session.document().constraints[5].value, -std::numbers::pi / 2);
+    EXPECT_NEAR(session.document().constraints[6].value.value(), std::numbers::pi / 2, 1e-12);
+    EXPECT_EQ(entityNamed(session.document(), "right").shape, Shape(LineShape{{-10, 0}, {-10, 5}}));
+}
+
+TEST(MirrorEdit, TellsThatTheEndsOfAnArcHaveChangedPlaces) {
+    Session session(bowDrawing());
+    const EditResult& result = session.apply("mirror bow low high about 0,0 0,1");
+    ASSERT_EQ(result.fates.constraints.size(), 2u);
+    EXPECT_EQ(result.fates.constraints[0].reason, "start and end of bow have changed places");
 }
 
 TEST(MirrorEdit, OfOneEntityTakesItsNeighboursAlong) {

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+
+#include "workbench/drawing/Drawing.h"
+#include "workbench/geometry/Transforms.h"
+
+namespace holdfast {
+
+// What a reflection makes of constraints all of whose entities are reflected.
+
+/// Gives the copies, each named by its original, the constraints that hold among the originals: a level line may become
+/// an upright one, signed dimensions and angles are taken the other way round. Those that say where something lies or
+/// leads, and do not hold of the copies, are left out; so are fixed ones, switched-off ones and the bounds of
+/// composites, whose members come one by one. Linear in the drawing.
+void copyConstraints(Drawing& drawing, const std::unordered_map<std::string, std::string>& copies,
+                     const PlaneTransform& mirror);
+
+/// For entities that are reflected themselves: gives the signed dimensions and angles among them the values that they
+/// have afterwards. Linear in the constraints.
+void reflectMeasures(Drawing& drawing, const std::vector<std::string>& names, const PlaneTransform& mirror);
+
+}  // namespace holdfast
