@@ -29,8 +29,15 @@
     if (text.getBBox().width > plate.getBBox().width + 3) found.tooWide.push(text.textContent);
   });
 
+  found.placesShown = Array.from(document.querySelectorAll('.constraints > tbody > .row.deleted > .on')).map(
+    function (cell) { return cell.getClientRects().length; });
+
   const row = document.querySelector('.row.deleted, .row.pointed');
   if (row) {
+    row.focus();
+    found.focusHot = hotIn(document, '.m');
+    row.blur();
+    found.focusCooled = hotIn(document, '.m');
     fire(row, 'pointerover', PointerEvent, {});
     found.rowHot = { row: row.classList.contains('hot'), marks: hotIn(document, '.m'), entities: hotIn(document, '.e'),
                      focus: first.classList.contains('focus') };

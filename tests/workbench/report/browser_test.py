@@ -38,12 +38,12 @@ def browser(*arguments, url):
     return run.stdout.decode(errors="replace"), console
 
 
-def probed(page):
+def probed(page, width=1440):
     """What the probe found in a page."""
     copy = page.with_suffix(".probe.html")
     script = "<script>" + (HERE / "browser_probe.js").read_text() + "</script></body>"
     copy.write_text(page.read_text().replace("</body>", script))
-    dom, console = browser("--dump-dom", "--window-size=1440,1000", url=copy)
+    dom, console = browser("--dump-dom", f"--window-size={width},1000", url=copy)
     check(not console, f"{page.name}: the console is silent: {console}")
     result = re.search(r'<pre id="probe">(.*?)</pre>', dom, re.S)
     check(result, f"{page.name}: the probe ran to its end")
@@ -126,6 +126,7 @@ def check_interaction(page, deletions=True):
         check(found["rowHot"]["row"] and found["rowHot"]["marks"] and found["rowHot"]["entities"] and
               found["rowHot"]["focus"], f"{name}: a row lights up its mark and entities: {found['rowHot']}")
         check(found["cooled"] == 0, f"{name}: and they go out again")
+        check(found["focusHot"] > 0 and found["focusCooled"] == 0, f"{name}: the keyboard's row lights up while it is there")
         check(found["markHot"]["rows"] >= 1 and found["markHot"]["tipShown"] and "deleted" in found["markHot"]["tip"],
               f"{name}: a mark lights up its row and tells its fate: {found['markHot']}")
         check(found["entityHot"] >= 1, f"{name}: an entity lights up in the pictures")
@@ -134,6 +135,16 @@ def check_interaction(page, deletions=True):
         check(found["filtered"]["deleted"] == 0 and found["filtered"]["all"] > 0 and found["filtered"]["kept"] > 0,
               f"{name}: the filter hides one fate only: {found['filtered']}")
         check(found["unfiltered"] > 0, f"{name}: and shows it again")
+
+
+def check_narrow(page):
+    """Beside a CAD program a report gets half the screen."""
+    for width in (800, 500):
+        found = probed(page, width)
+        if found is None:
+            return
+        check(not found["wide"], f"{page.name}, {width} wide: nothing sticks out sideways")
+        check(found["placesShown"] and 0 not in found["placesShown"], f"{page.name}, {width} wide: rows tell their places")
 
 
 def check_looks(page):
@@ -177,6 +188,7 @@ check_interaction(FOLDER / "plate.html")
 check_interaction(FOLDER / "shapes.html", deletions=False)
 for each in sys.argv[3:]:
     check_interaction(FOLDER / (pathlib.Path(each).stem + ".html"))
+check_narrow(FOLDER / "plate.html")
 check_looks(FOLDER / "plate.html")
 check_without_scripts(FOLDER / "plate.html")
 check_print(FOLDER / "plate.html")

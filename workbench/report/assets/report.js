@@ -255,6 +255,7 @@
     const subject = subjectOf(event.target);
     if (subject) highlightSubject(subject);
   });
+  document.addEventListener('focusout', function () { highlightSubject(pinned); });
   document.addEventListener('click', function (event) {
     const subject = subjectOf(event.target);
     if (!subject) {
