@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numbers>
+#include <utility>
 
 #include "workbench/editing/EditContext.h"
 #include "workbench/geometry/Geometry.h"
@@ -18,7 +20,7 @@ struct Joint {
     double paramB = 0.0;
     CurveEnd endA = CurveEnd::end;
     CurveEnd endB = CurveEnd::end;
-    std::optional<TangentCircle> circle{};
+    std::optional<ArcShape> arc{};
 };
 
 Vec2 middleOf(const Shape& shape) {
@@ -102,7 +104,58 @@ Joint cornerAt(const FilletSide& a, const FilletSide& b, const Crossing& crossin
 Joint arcAt(const FilletSide& a, const FilletSide& b, const TangentCircle& circle) {
     const Vec2 across = circle.pointB - circle.pointA;
     return {circle.paramA, circle.paramB, endTowards(a.shape, circle.paramA, across),
-            endTowards(b.shape, circle.paramB, -across), circle};
+            endTowards(b.shape, circle.paramB, -across), filletArc(circle)};
+}
+
+bool isStraight(const Shape& shape) {
+    return std::holds_alternative<LineShape>(shape) || std::holds_alternative<RayShape>(shape) ||
+           std::holds_alternative<XlineShape>(shape);
+}
+
+/// How far apart two parallel lines lie, whose directions differ by next to nothing.
+std::optional<double> gapOfParallels(const Shape& a, const Shape& b) {
+    if (!isStraight(a) || !isStraight(b))
+        return std::nullopt;
+    const Vec2 along = tangentAt(a, 0.0);
+    const double gap = std::abs(cross(along, pointAt(b, 0.0) - pointAt(a, 0.0)));
+    const bool isParallel = std::abs(cross(along, tangentAt(b, 0.0))) <= 1e-9;
+    return isParallel && gap > 1e-9 * (1.0 + norm(pointAt(a, 0.0))) ? std::optional(gap) : std::nullopt;
+}
+
+bool hasEnd(const Shape& shape) {
+    return pointOf(shape, CurveEnd::start) || pointOf(shape, CurveEnd::end);
+}
+
+/// The half circle beyond one end of a line, which stays where it is; the other line comes to lie beside it.
+Joint halfCircleAt(const Shape& a, const Shape& b, CurveEnd end) {
+    const Vec2 point = *pointOf(a, end), out = outwards(a, end);
+    const double paramB = dot(tangentAt(b, 0.0), point - pointAt(b, 0.0));
+    const Vec2 across = pointAt(b, paramB) - point;
+    const double middle = std::atan2(out.y, out.x), quarter = 0.5 * std::numbers::pi;
+    const ParamRange range = paramRange(a);
+    return {end == CurveEnd::start ? range.first : range.last, paramB, end, endTowards(b, paramB, out),
+            ArcShape{point + 0.5 * across, 0.5 * norm(across), middle - quarter, middle + quarter}};
+}
+
+/// Joins parallel lines, at the ends of the first that has any, when the radius is half their distance, as far as
+/// people write numbers.
+std::vector<Joint> halfCircles(const Shape& a, const Shape& b, double radius) {
+    const std::optional<double> gap = gapOfParallels(a, b);
+    std::vector<Joint> joints;
+    if (!gap || std::abs(*gap - 2.0 * radius) > 1e-6 * *gap)
+        return joints;
+    const bool atFirst = hasEnd(a);
+    for (const CurveEnd end : {CurveEnd::start, CurveEnd::end}) {
+        if (!pointOf(atFirst ? a : b, end))
+            continue;
+        Joint joint = atFirst ? halfCircleAt(a, b, end) : halfCircleAt(b, a, end);
+        if (!atFirst) {
+            std::swap(joint.paramA, joint.paramB);
+            std::swap(joint.endA, joint.endB);
+        }
+        joints.push_back(joint);
+    }
+    return joints;
 }
 
 bool moves(const FilletSide& side, CurveEnd end) {
@@ -110,7 +163,7 @@ bool moves(const FilletSide& side, CurveEnd end) {
 }
 
 std::vector<Joint> jointsOf(const FilletSide& a, const FilletSide& b, double radius) {
-    std::vector<Joint> joints;
+    std::vector<Joint> joints = halfCircles(a.shape, b.shape, radius);
     if (radius == 0.0)
         for (const Crossing& crossing : intersect(a.shape, b.shape, Extent::carrier, Extent::carrier))
             joints.push_back(cornerAt(a, b, crossing));
@@ -147,6 +200,10 @@ std::optional<Vec2> smoothJoint(const FilletSide& a, const FilletSide& b) {
 }
 
 std::string noJoint(const FilletSide& a, const FilletSide& b, double radius) {
+    const std::optional<double> gap = gapOfParallels(a.shape, b.shape);
+    if (gap && (hasEnd(a.shape) || hasEnd(b.shape)))
+        return a.name + " and " + b.name + " are parallel; only a half circle joins them, with radius " +
+               spoken(0.5 * *gap);
     return radius == 0.0 ? a.name + " and " + b.name + " do not meet even when prolonged; give a radius above 0"
                          : "no arc of radius " + spoken(radius) + " touches both " + a.name + " and " + b.name +
                                "; choose another radius or curves that are not parallel";
@@ -205,8 +262,7 @@ CurveFillet filletCurves(const FilletSide& a, const FilletSide& b, double radius
                        .second = endedAt(b.shape, joint.paramB, joint.endB),
                        .firstEnd = joint.endA,
                        .secondEnd = joint.endB};
-    if (joint.circle)
-        fillet.arc = filletArc(*joint.circle);
+    fillet.arc = joint.arc;
     return fillet;
 }
 

@@ -28,7 +28,8 @@ struct CurveFillet {
 
 /// Joins two curves by an arc, or with radius 0 in a corner: where they touch it, nearest to the picks. Without picks:
 /// on the curves as drawn, nearest to where their ends are closest, else nearest to their middles. Closed curves stay
-/// whole. EditError where the curves have no such arc or corner, or where nothing of a curve would be left.
+/// whole. Parallel lines are joined by a half circle, of the only radius that fits. EditError where the curves have no
+/// such arc or corner, or where nothing of a curve would be left.
 CurveFillet filletCurves(const FilletSide& a, const FilletSide& b, double radius);
 
 }  // namespace holdfast

@@ -131,8 +131,7 @@ TEST(FilletPolylineWithCurve, RefusesWithAReasonAndChangesNothing) {
         {"fillet q beam radius 1",
          "q is closed and has no end to fillet; fillet one of its corners, or break it first"},
         {"fillet p post radius 1",
-         "no arc of radius 1 touches both segment 3 of p and post; choose another radius or curves that are not "
-         "parallel"},
+         "segment 3 of p and post are parallel; only a half circle joins them, with radius 10"},
         {"fillet p beam radius 30",
          "a fillet of radius 30 would leave nothing of segment 3 of p; choose a smaller radius"},
         {"fillet p beam radius 15",
@@ -216,8 +215,7 @@ TEST(FilletTwoPolylines, KeepsPlacesAtTheEndsOfTurnedSegmentsWhereTheyWere) {
 TEST(FilletTwoPolylines, RemovesTheVerticesBeyondPickedSegments) {
     Session session(twoStairs(false, false));
     EXPECT_EQ(session.apply("fillet p q radius 2 at 10,5 30,30").outcome.error,
-              "no arc of radius 2 touches both segment 1 of p and segment 1 of q; choose another radius or curves that "
-              "are not parallel");
+              "segment 1 of p and segment 1 of q are parallel; only a half circle joins them, with radius 10");
     EXPECT_EQ(session.apply("fillet p q radius 2 at 10,5 39,34").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0 10,32^-0.414214 12,34 40,34");
     EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:1; d2 p.segment:3");

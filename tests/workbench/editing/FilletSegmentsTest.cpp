@@ -207,10 +207,9 @@ TEST(FilletSegments, RefuseWithAReasonAndChangeNothing) {
         {"fillet q segments 1 0 radius 1", "q has no segment 1; its only segment is 0"},
         {"fillet p segments 1 1 radius 1", "a segment cannot be filleted with itself; name two segments of p"},
         {"fillet u segments 0 2 radius 0",
-         "segment 0 of u and segment 2 of u do not meet even when prolonged; give a radius above 0"},
+         "segment 0 of u and segment 2 of u are parallel; only a half circle joins them, with radius 4.5"},
         {"fillet u segments 0 2 radius 3",
-         "no arc of radius 3 touches both segment 0 of u and segment 2 of u; choose another radius or curves that are "
-         "not parallel"},
+         "segment 0 of u and segment 2 of u are parallel; only a half circle joins them, with radius 4.5"},
         {"fillet h segments 4 1 radius 200",
          "a fillet of radius 200 would leave nothing of segment 4 of h; choose a smaller radius"},
         {"fillet p segments 0 4 radius 0",

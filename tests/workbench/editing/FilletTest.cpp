@@ -65,9 +65,8 @@ TEST(FilletEdit, MakesAHelperArcOnlyBetweenHelpers) {
 TEST(FilletEdit, RefusesWithAReasonAndChangesNothing) {
     const Document document = frameDrawing();
     const RefusedEdit rows[] = {
-        {"fillet left right radius 2",
-         "no arc of radius 2 touches both left and right; choose another radius or curves that are not parallel"},
-        {"fillet left right radius 0", "left and right do not meet even when prolonged; give a radius above 0"},
+        {"fillet left right radius 2", "left and right are parallel; only a half circle joins them, with radius 5"},
+        {"fillet left right radius 0", "left and right are parallel; only a half circle joins them, with radius 5"},
         {"fillet base left radius 50 at 9,0 0,4",
          "a fillet of radius 50 would leave nothing of base; choose a smaller radius"},
         {"fillet base base radius 1", "base cannot be filleted with itself; name two curves"},
