@@ -1,6 +1,5 @@
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
 #include <cmath>
 #include <iostream>
 #include <map>
@@ -9,6 +8,7 @@
 
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/DrawingFiles.h"
+#include "workbench/cli/ImpliedConstraints.h"
 #include "workbench/cli/OutputFiles.h"
 #include "workbench/cli/Progress.h"
 #include "workbench/cli/Terminal.h"
@@ -16,9 +16,6 @@
 #include "workbench/drawing/Infer.h"
 #include "workbench/drawing/Names.h"
 #include "workbench/drawing/Polylines.h"
-#include "workbench/evaluator/Diagnose.h"
-#include "workbench/evaluator/FigureFromDocument.h"
-#include "workbench/evaluator/Solve.h"
 #include "workbench/report/Wording.h"
 
 namespace holdfast {
@@ -29,29 +26,9 @@ namespace {
 struct Inferred {
     Document document;
     std::size_t firstNew = 0;
-    std::size_t implied = 0;  ///< constraints that were found and left out again, because the others imply them
-    double length = 0.0;      ///< the tolerance that was used
-    bool holds = true;        ///< the constraints can hold together
+    double length = 0.0;  ///< the tolerance that was used
+    Thinning thinning;
 };
-
-/// Takes out the new constraints that the others imply altogether, so that the drawing is not over-constrained. What a
-/// constraint implies only together with one that goes is found in the next round.
-void dropImplied(Inferred& inferred) {
-    Document& document = inferred.document;
-    for (;;) {
-        // Within the tolerance the constraints hold only nearly, and seem to say more than they do.
-        Figure figure = figureFrom(document);
-        inferred.holds = solve(figure, {.namesConflicts = false}).isSolved();
-        std::unordered_set<std::string> implied;
-        for (const Redundancy& redundancy : diagnose(figure).redundant)
-            if (redundancy.isWhole && static_cast<std::size_t>(redundancy.constraint) >= inferred.firstNew)
-                implied.insert(document.constraints[static_cast<std::size_t>(redundancy.constraint)].id);
-        if (implied.empty())
-            return;
-        inferred.implied += std::erase_if(
-            document.constraints, [&](const Constraint& constraint) { return implied.contains(constraint.id); });
-    }
-}
 
 /// Joined lines and arcs made polylines. A joint needs no constraint then, so the drawing is left with those it had.
 /// The tolerance that was used for it is that of all that follows.
@@ -71,10 +48,9 @@ Document withPolylines(const Document& plain, InferOptions& options) {
 
 Inferred inferred(const Document& plain, const InferOptions& options) {
     Inference inference = inferConstraints(plain, options);
-    Inferred result{.document = std::move(inference.document), .firstNew = plain.constraints.size()};
-    result.length = inference.length;
-    dropImplied(result);
-    return result;
+    Inferred found{std::move(inference.document), plain.constraints.size(), inference.length, {}};
+    found.thinning = thinOut(found.document, found.firstNew);
+    return found;
 }
 
 std::map<std::string_view, std::size_t> countsOf(const Inferred& found) {
@@ -96,8 +72,8 @@ void tell(const Inferred& found, const InferOptions& options) {
         std::cout << "  " << name << ": " << count << '\n';
     std::cout << "tolerances: " << shortNumber(found.length) << ' ' << document.lengthUnit << ", "
               << shortNumber(degrees(options.angle)) << " degrees\n";
-    if (found.implied > 0)
-        std::cout << "left out, because these imply them: " << found.implied << '\n';
+    if (found.thinning.implied > 0)
+        std::cout << "left out, because these imply them: " << found.thinning.implied << '\n';
 }
 
 nlohmann::ordered_json jsonOf(const Inferred& found, const InferOptions& options) {
@@ -107,7 +83,7 @@ nlohmann::ordered_json jsonOf(const Inferred& found, const InferOptions& options
     json["added"] = nlohmann::ordered_json::object();
     for (const auto& [name, count] : countsOf(found))
         json["added"][std::string(name)] = count;
-    json["implied"] = found.implied;
+    json["implied"] = found.thinning.implied;
     json["length_tolerance"] = found.length;
     json["angle_tolerance_degrees"] = degrees(options.angle);
     return json;
@@ -136,7 +112,7 @@ int infer(const InferCommandOptions& command) {
     if (command.polylines)
         plain = withPolylines(plain, options);
     const Inferred found = inferred(plain, options);
-    if (!found.holds) {
+    if (!found.thinning.holds) {
         complain(plain.name + ": what holds within " + shortNumber(found.length) + " " + plain.lengthUnit +
                  " cannot hold exactly; choose a smaller --tolerance");
         return kExitUnsolved;

@@ -198,6 +198,28 @@ class Program(unittest.TestCase):
         told = json.loads(self.run_program("infer", plain, "--json").stdout)
         self.assertEqual(sum(told["added"].values()), 1137)
 
+    def test_infer_says_no_half_of_a_constraint_twice(self):
+        grille = json.loads((DRAWINGS / "honeycomb-grille.json").read_text())
+        plain, inferred = self.file("plain.json", {**grille, "constraints": []}), self.path / "inferred.json"
+        told = json.loads(self.run_program("infer", plain, "-o", inferred, "--json").stdout)
+        # Rows of slanted edges that are known to be parallel need a common point only.
+        self.assertEqual((told["added"]["collinear"], told["added"]["point_on_curve"]), (43, 10))
+        found = json.loads(self.run_program("solve", inferred, "--json").stdout)
+        self.assertEqual((found["redundant"], found["redundant_in_part"], found["conflicts"]), ([], [], []))
+        self.assertEqual(found["degrees_of_freedom"], 45)
+
+    def test_infer_makes_nothing_that_cannot_hold(self):
+        # Two lines of one direction within a coarse tolerance, between points that are fixed elsewhere.
+        nearly = drawing([line("a", (0, 0), (100, 0)), line("b", (100, 0), (100, 60)), line("c", (100, 60), (0, 60.03)),
+                          line("d", (0, 60.03), (0, 0))],
+                         [constraint(n + at, "fixed", (n, at))
+                          for n in "ac" for at in ("start", "end")])
+        out = self.path / "out.json"
+        result = self.run_program("infer", self.file("nearly.json", nearly), "--tolerance", "0.05", "--angle", "1", "-o", out)
+        self.assertEqual(result.returncode, UNSOLVED, result.stdout)
+        self.assertIn("choose a smaller --tolerance", result.stderr)
+        self.assertFalse(out.exists())
+
     def test_infer_refuses_tolerances_without_a_meaning(self):
         path = self.file("corner.json", CORNER)
         for option, value in (("--tolerance", "-1"), ("--tolerance", "nan"), ("--angle", "-1"), ("--angle", "60")):

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+
+#include "workbench/drawing/Document.h"
+
+namespace holdfast {
+
+/// What became of new constraints beside those that they stand with.
+struct Thinning {
+    std::size_t implied = 0;  ///< taken out, because the others imply them
+    bool holds = true;        ///< all that are left can hold together
+};
+
+/// Takes the new constraints, which are those from firstNew on, down to what the others do not imply. A collinearity or
+/// a common point of which the others imply one half becomes the other half: a point on a line or a parallel, a
+/// horizontal or a vertical. Cost: a few diagnoses of the drawing.
+Thinning thinOut(Document& document, std::size_t firstNew);
+
+}  // namespace holdfast
