@@ -6,6 +6,7 @@
 #include "drag/LvConstraintDropData.h"
 #include "workbench/drawing/Names.h"
 #include "workbench/drawing/Places.h"
+#include "workbench/drawing/Suggest.h"
 #include "workbench/editing/Evaluation.h"
 #include "workbench/editing/Grips.h"
 #include "workbench/editing/Moving.h"
@@ -28,16 +29,32 @@ bool movesWhole(const Shape& shape, const std::vector<int>& grips) {
     return withGripsMoved(shape, grips, by) == transformed(shape, translation(by));
 }
 
+/// "whole, start or end"
+std::string gripsInWords(const Shape& shape) {
+    const auto* spline = std::get_if<SplineShape>(&shape);
+    if (std::holds_alternative<PolylineShape>(shape) || spline != nullptr)
+        return placesOf(shape);
+    std::vector<std::string_view> words{"whole"};
+    using Row = std::pair<PlaceKind, std::string_view>;
+    for (const auto& [kind, word] : {Row{PlaceKind::start, "start"}, Row{PlaceKind::end, "end"},
+                                     Row{PlaceKind::mid, "mid"}, Row{PlaceKind::centre, "centre"}})
+        if (!gripsAt(shape, {{}, kind}).empty())
+            words.push_back(word);
+    return oneOf(words);
+}
+
 Hold takeGrip(EditText& text, const EditContext& context) {
     const Place place = text.place("a place to drag");
     if (context.drawing.id(place.entity).isNull())
         text.fail("the drawing has no entity " + place.entity);
     refuseFixed(context, place.entity);
     const Shape shape = context.drawing.shape(place.entity);
+    if (place.kind == PlaceKind::whole)
+        return {{place.entity}, {}};
     const std::vector<int> grips = gripsAt(shape, place);
     if (grips.empty())
-        throw EditError(spokenPlace(place) + " has no grip to drag; " + place.entity + " has the places " +
-                        placesOf(shape) + ", and it can be dragged whole");
+        throw EditError(spokenPlace(place) + " has no grip to drag; " + place.entity + " can be dragged " +
+                        gripsInWords(shape));
     return {{place.entity}, movesWhole(shape, grips) ? std::vector<int>() : grips};
 }
 

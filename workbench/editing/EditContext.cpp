@@ -38,8 +38,11 @@ std::vector<std::string> takeEntities(EditText& text, const EditContext& context
 }
 
 std::string spoken(Vec2 point) {
+    // What is left of a difference of large numbers is no coordinate.
+    const double least = 1e-9 * (std::abs(point.x) + std::abs(point.y));
+    const auto shown = [least](double value) { return std::abs(value) < least ? 0.0 : value + 0.0; };
     char text[80];
-    std::snprintf(text, sizeof text, "(%.6g, %.6g)", point.x + 0.0, point.y + 0.0);
+    std::snprintf(text, sizeof text, "(%.6g, %.6g)", shown(point.x), shown(point.y));
     return text;
 }
 

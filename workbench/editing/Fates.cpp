@@ -9,6 +9,7 @@
 #include "workbench/drawing/EntityIndex.h"
 #include "workbench/drawing/Names.h"
 #include "workbench/drawing/Places.h"
+#include "workbench/editing/EditContext.h"
 #include "workbench/editing/LostVertices.h"
 #include "workbench/geometry/Vec.h"
 
@@ -84,7 +85,7 @@ std::string reasonAt(const Place& place, const Entity* was, const Entity* is, Lo
     const std::optional<Vec2> from = pointAt(was->shape, place), to = pointAt(is->shape, place);
     if (!from || !to || distance(*from, *to) == 0.0)
         return {};
-    return placeWords(place) + " moved from " + pointText(*from) + " to " + pointText(*to);
+    return placeWords(place) + " moved from " + spoken(*from) + " to " + spoken(*to);
 }
 
 /// What a line has lost that a constraint on the whole of it asks for; empty for what it still has.

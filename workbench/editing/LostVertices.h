@@ -24,7 +24,4 @@ private:
     std::unordered_map<const PolylineShape*, Points> m_points;
 };
 
-/// "(10, 0)" with as many digits as a report bears.
-std::string pointText(Vec2 point);
-
 }  // namespace holdfast

@@ -48,8 +48,10 @@ constexpr PropertyRow kRows[] = {
     {"point",            "position",      Property::position,      ValueKind::point,  1},
     {"text",             "position",      Property::position,      ValueKind::point,  11},
     {"text",             "rotation",      Property::rotation,      ValueKind::angle,  7},
+    {"text",             "height",        Property::height,        ValueKind::length, 0},
     {"mtext",            "position",      Property::position,      ValueKind::point,  8},
     {"mtext",            "rotation",      Property::rotation,      ValueKind::angle,  7},
+    {"mtext",            "height",        Property::height,        ValueKind::length, 0},
     {"polyline",         "vertex",        Property::vertex,        ValueKind::point,  1},
     {"spline",           "control",       Property::control,       ValueKind::point,  2},
 };
@@ -166,7 +168,7 @@ struct Setter {
         if (property == Property::position)
             s.position = value.point;
         else
-            s.rotation = value.number;
+            (property == Property::height ? s.height : s.rotation) = value.number;
         return s;
     }
 
@@ -211,7 +213,9 @@ struct Getter {
     PropertyValue operator()(const SplineShape& s) const { return at(s.control[static_cast<std::size_t>(index)]); }
     PropertyValue operator()(const PolylineShape& s) const { return at(s.vertices[static_cast<std::size_t>(index)]); }
     PropertyValue operator()(const PointShape& s) const { return at(s.position); }
-    PropertyValue operator()(const TextShape& s) const { return {.point = s.position, .number = s.rotation}; }
+    PropertyValue operator()(const TextShape& s) const {
+        return {.point = s.position, .number = property == Property::height ? s.height : s.rotation};
+    }
 
     template <class Directed>
     PropertyValue directed(const Directed& s) const {

@@ -26,6 +26,7 @@ enum class Property {
     minorRadius,
     ratio,
     rotation,
+    height,  ///< of a text's letters
     vertex,
     control
 };
@@ -39,7 +40,7 @@ struct PropertyRow {
     std::string_view word;        ///< as users call the property
     Property property;
     ValueKind valueKind;
-    int hostNumber;  ///< the number that the host's properties palette gives it
+    int hostNumber;  ///< the number that the host's properties palette gives it; 0 for what no constraint can hold
 };
 
 /// The properties of a shape, in the order of their table.

@@ -189,7 +189,7 @@ void runSet(EditText& text, EditContext& context) {
     const Shape wanted = withProperty(before, change.row.property, change.value);
     refuseUnsound(change.name, wanted);
     context.edited.push_back(change.name);
-    if (!isConstrained(context, change.name))
+    if (change.row.hostNumber == 0 || !isConstrained(context, change.name))
         return context.drawing.write(change.name, wanted);
     const YxDbObjectId id = context.drawing.id(change.name);
     const Change told = asReported(change, before);

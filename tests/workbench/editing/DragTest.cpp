@@ -138,14 +138,23 @@ TEST(DragEdit, IsUndoneToTheLastBit) {
     EXPECT_EQ(session.document(), crankDrawing());
 }
 
+TEST(DragEdit, TakesTheWholeEntityAlsoByThatWord) {
+    Session session(frameDrawing());
+    EXPECT_EQ(session.apply("drag base.whole by 0,2").outcome.error, "");
+    EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 2}, {10, 2}}));
+}
+
 TEST(DragEdit, RefusesWithAReasonAndChangesNothing) {
     Document document = frameDrawing();
     document.entities.push_back(shapeEntity("beam", RayShape{{10, 5}, {1, 0}}));
     document.constraints.push_back(
         constraintOf("c4", ConstraintType::coincident, {{"beam", PlaceKind::start}, {"right", PlaceKind::end}}));
+    document.entities.push_back(shapeEntity("bow", ArcShape{{0, 0}, 2, 0.0, 1.0}));
+    document.entities.push_back(shapeEntity("dot", PointShape{{3, 3}}));
     const RefusedEdit rows[] = {
-        {"drag base.centre by 1,1",
-         "base.centre has no grip to drag; base has the places whole, start, end or mid, and it can be dragged whole"},
+        {"drag base.centre by 1,1", "base.centre has no grip to drag; base can be dragged whole, start, end or mid"},
+        {"drag bow.mid by 1,1", "bow.mid has no grip to drag; bow can be dragged whole, start, end or centre"},
+        {"drag dot.start by 1,1", "dot.start has no grip to drag; dot can be dragged whole"},
         {"drag basis.end by 1,1",
          "edit \"drag basis.end by 1,1\", column 6: the drawing has no entity basis, found \"basis.end\""},
         {"drag beam.end by 1,1",

@@ -50,6 +50,8 @@ const Row kRows[] = {
     {"set point position 3,4", "point", Property::position, 0, {.point = {3, 4}}},
     {"set text position 3,4", "text", Property::position, 0, {.point = {3, 4}}},
     {"set text rotation 30", "text", Property::rotation, 0, {.number = 30 * kDegree}},
+    {"set text height 5", "text", Property::height, 0, {.number = 5}},
+    {"set mtext height 0.5", "mtext", Property::height, 0, {.number = 0.5}},
     {"set mtext position 3,4", "mtext", Property::position, 0, {.point = {3, 4}}},
     {"set mtext rotation -30", "mtext", Property::rotation, 0, {.number = -30 * kDegree}},
     {"set poly vertex 1 5,1", "poly", Property::vertex, 1, {.point = {5, 1}}},
@@ -138,6 +140,8 @@ TEST(SetEdit, RefusesWithAReasonAndChangesNothing) {
          "nothing proper would be left of circle: its radius would be -3.0; it takes a radius above 0"},
         {"set line end 0,0",
          "nothing proper would be left of line: line: start and end are the same point; give two different ones"},
+        {"set text height 0",
+         "nothing proper would be left of text: its height would be 0.0; it takes a height above 0"},
         {"set circle radus 3",
          "edit \"set circle radus 3\", column 12: expected a property of circle (centre, radius, diameter, "
          "circumference or area); did you mean \"radius\"?, found \"radus\""},
