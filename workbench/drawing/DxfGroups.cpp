@@ -41,6 +41,8 @@ DxfGroups::DxfGroups(std::string_view text, const std::string& fileName) : m_res
         throw DrawingError(fileName, {"", "binary data", "a DXF file in text form; save it as an ASCII DXF"});
     if (trimmed(text.substr(0, text.find('\n'))).empty() && text.find_first_not_of(" \t\r\n") == std::string_view::npos)
         throw DrawingError(fileName, {"", "an empty file", "a DXF file"});
+    if (constexpr std::string_view mark = "\xEF\xBB\xBF"; m_rest.starts_with(mark))
+        m_rest.remove_prefix(mark.size());  // some editors put it before UTF-8
     advance();
 }
 

@@ -165,6 +165,12 @@ TEST(DxfReader, PassesOverCommentsForeignDataAndOtherLineEnds) {
     EXPECT_EQ(std::get<PointShape>(document.entities.at(0).shape).position, (Vec2{1.5, 2}));
 }
 
+TEST(DxfReader, PassesOverTheMarkBeforeUtf8) {
+    const std::string text = "\xEF\xBB\xBF" + dxfFile("0 TEXT\n10 0\n20 0\n40 1\n1 \xC3\xBC");
+    const Document document = readDxf(text, "test.dxf").document;
+    EXPECT_EQ(std::get<TextShape>(document.entities.at(0).shape).text, "\xC3\xBC");
+}
+
 TEST(DxfReader, RefusesWhatIsNoWholeDxfFile) {
     const struct {
         const char* description;
