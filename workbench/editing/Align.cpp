@@ -2,6 +2,7 @@
 
 #include "commands/align/ConstraintAlignCmdCenter.h"
 #include "workbench/editing/Evaluation.h"
+#include "workbench/editing/MirroredConstraints.h"
 #include "workbench/editing/Moving.h"
 #include "workbench/editing/Verbs.h"
 
@@ -40,6 +41,7 @@ void runAlign(EditText& text, EditContext& context) {
             moveEntity(context, name, transform);
         return;
     }
+    turnMeasures(context.drawing, names, transform);
     centre.addDataToWork();
     evaluate(context);
     refuseLess(context);

@@ -37,7 +37,7 @@ void runMirror(EditText& text, EditContext& context) {
         return addMirrored(context, names, mirror);
     context.edited = names;
     context.opensAgain = true;
-    reflectMeasures(context.drawing, names, mirror);
+    turnMeasures(context.drawing, names, mirror);
     for (const std::string& name : names)
         moveEntity(context, name, mirror);
     followPlaced(context, names);

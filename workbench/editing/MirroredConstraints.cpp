@@ -17,9 +17,9 @@ namespace {
 constexpr double kHolds = 1e-6;
 constexpr double kAlongAxis = 1e-9;
 
-/// Where a reflection sends the directions of the axes.
+/// Where a transform sends the directions of the axes.
 struct AxisImages {
-    bool stay, change;  ///< each stays along its axis, or along the other one; neither about a slanted line
+    bool stay, change;  ///< each stays along its axis, or along the other one; neither for a slanted one
     double x, y;        ///< 1, or -1 where the sense turns round
 };
 
@@ -62,17 +62,17 @@ double directionAfter(const Constraint& constraint, const PlaneTransform& mirror
     return std::remainder(mirror.angleAfter(constraint.value.value()), 2.0 * std::numbers::pi);
 }
 
-/// The value of a signed dimension on the same places; nothing for what the reflection leaves, or cannot express so.
-std::optional<double> valueAfter(const Constraint& constraint, const PlaneTransform& mirror,
+/// The value of a signed dimension on the same places; nothing for what the transform leaves, or cannot express so.
+std::optional<double> valueAfter(const Constraint& constraint, const PlaneTransform& transform,
                                  const EntityIndex& entities) {
-    const AxisImages images = axisImages(mirror);
+    const AxisImages images = axisImages(transform);
     if (constraint.type == ConstraintType::distanceX && images.stay)
         return images.x * constraint.value.value();
     if (constraint.type == ConstraintType::distanceY && images.stay)
         return images.y * constraint.value.value();
     if (isDirection(constraint, entities))
-        return directionAfter(constraint, mirror);
-    if (constraint.type == ConstraintType::angle && constraint.refs.size() > 1)
+        return directionAfter(constraint, transform);
+    if (transform.mirrors && constraint.type == ConstraintType::angle && constraint.refs.size() > 1)
         return -constraint.value.value();
     return std::nullopt;
 }
@@ -139,14 +139,18 @@ void copyConstraints(Drawing& drawing, const std::unordered_map<std::string, std
             drawing.addConstraint(document.constraints[i]);
 }
 
-void reflectMeasures(Drawing& drawing, const std::vector<std::string>& names, const PlaneTransform& mirror) {
-    const std::unordered_set<std::string_view> reflected(names.begin(), names.end());
+void turnMeasures(Drawing& drawing, const std::vector<std::string>& names, const PlaneTransform& transform) {
+    const AxisImages images = axisImages(transform);
+    const bool isHalfTurn = !transform.mirrors && images.stay && images.x < 0.0;
+    if (transform.scale != 1.0 || (!transform.mirrors && !isHalfTurn))
+        return;
+    const std::unordered_set<std::string_view> moved(names.begin(), names.end());
     const Document document = drawing.document();
     const EntityIndex entities(document);
     for (const Constraint& constraint : document.constraints)
         if (std::all_of(constraint.refs.begin(), constraint.refs.end(),
-                        [&](const Place& place) { return reflected.contains(place.entity); }))
-            if (const std::optional<double> value = valueAfter(constraint, mirror, entities))
+                        [&](const Place& place) { return moved.contains(place.entity); }))
+            if (const std::optional<double> value = valueAfter(constraint, transform, entities))
                 drawing.setMeasure(constraint.id, *value);
 }
 

@@ -17,8 +17,8 @@ namespace holdfast {
 void copyConstraints(Drawing& drawing, const std::unordered_map<std::string, std::string>& copies,
                      const PlaneTransform& mirror);
 
-/// For entities that are reflected themselves: gives the signed dimensions and angles among them the values that they
-/// have afterwards. Linear in the constraints.
-void reflectMeasures(Drawing& drawing, const std::vector<std::string>& names, const PlaneTransform& mirror);
+/// For entities that are moved themselves: gives the signed distances and angles among them the sense that a reflection
+/// or a half turn gives them; other transforms leave them. Linear in the constraints.
+void turnMeasures(Drawing& drawing, const std::vector<std::string>& names, const PlaneTransform& transform);
 
 }  // namespace holdfast

@@ -4,6 +4,7 @@
 
 #include "drag/CYxRotateReleaseConstraint.h"
 #include "workbench/editing/Evaluation.h"
+#include "workbench/editing/MirroredConstraints.h"
 #include "workbench/editing/Moving.h"
 #include "workbench/editing/Verbs.h"
 
@@ -40,6 +41,7 @@ void runRotate(EditText& text, EditContext& context) {
     context.edited = names;
     const bool followed = tryRotation(context, constrainedFirst(context, names), base);
     const PlaneTransform turn = rotation(base, std::remainder(degrees, 360.0) * (std::numbers::pi / 180.0));
+    turnMeasures(context.drawing, names, turn);
     for (const std::string& name : names)
         moveEntity(context, name, turn);
     if (followed)

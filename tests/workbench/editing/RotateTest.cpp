@@ -83,6 +83,24 @@ TEST(RotateEdit, LetsGoOfALinkageThatReachesToOtherAnglesOnly) {
     EXPECT_EQ(constraintIds(session.document()), "knee pin r5 a5");
 }
 
+TEST(HalfTurn, KeepsSignedMeasuresAmongTheTurned) {
+    for (const char* edit : {"rotate base left about 0,0 by 180", "align base left from 0,0 1,0 to 0,0 -1,0"}) {
+        Document document = frameDrawing();
+        Constraint across =
+            constraintOf("x", ConstraintType::distanceX, {{"left", PlaceKind::end}, {"base", PlaceKind::end}});
+        across.value = 10.0;
+        Constraint upright = constraintOf("d", ConstraintType::angle, {{"left"}});
+        upright.value = 1.5707963267948966;
+        document.constraints = {across, upright, document.constraints[0]};
+        Session session(document);
+        EXPECT_EQ(session.apply(edit).outcome.error, "") << edit;
+        EXPECT_EQ(constraintIds(session.document()), "x d c0") << edit;
+        EXPECT_EQ(session.document().constraints[0].value, -10.0) << edit;
+        EXPECT_NEAR(session.document().constraints[1].value.value(), -1.5707963267948966, 1e-12) << edit;
+        EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {-10, 0}})) << edit;
+    }
+}
+
 TEST(RotateEdit, ByAFullTurnLeavesEverythingInPlace) {
     Session session(frameDrawing());
     EXPECT_EQ(session.apply("rotate base left right about 3,7 by 360").outcome.error, "");
