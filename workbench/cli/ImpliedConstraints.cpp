@@ -1,9 +1,12 @@
 #include "workbench/cli/ImpliedConstraints.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 #include "workbench/evaluator/Diagnose.h"
 #include "workbench/evaluator/FigureFromDocument.h"
@@ -12,6 +15,9 @@
 namespace holdfast {
 
 namespace {
+
+/// A drawing with more constraints in the way than this has another fault: its tolerance is too coarse.
+constexpr std::size_t kMostContrary = 20;
 
 /// The start of a line or of a polyline's segment.
 Place startOf(const Place& line) {
@@ -42,7 +48,7 @@ public:
     Thinner(Document& document, std::size_t firstNew) : m_document(document), m_firstNew(firstNew) {}
 
     Thinning run() {
-        while (changed()) {
+        while (thinned() || freed()) {
         }
         return m_result;
     }
@@ -53,7 +59,7 @@ private:
     }
 
     /// One round: what a constraint implies only together with one that goes is found in the next.
-    bool changed() {
+    bool thinned() {
         // Within the tolerance the constraints hold only nearly, and seem to say more than they do.
         Figure figure = figureFrom(m_document);
         m_result.holds = solve(figure, {.namesConflicts = false}).isSolved();
@@ -70,6 +76,44 @@ private:
         m_result.implied +=
             std::erase_if(m_document.constraints, [&](const Constraint& each) { return implied.contains(each.id); });
         return halved || !implied.empty();
+    }
+
+    /// Takes out one new constraint that stands in the way of the others.
+    bool freed() {
+        if (m_result.holds || m_result.contrary == kMostContrary)
+            return false;
+        const std::optional<std::size_t> culprit = inTheWay();
+        m_result.ownHold = culprit.has_value();
+        if (!culprit)
+            return false;
+        m_document.constraints.erase(m_document.constraints.begin() + static_cast<std::ptrdiff_t>(*culprit));
+        ++m_result.contrary;
+        return true;
+    }
+
+    /// The latest new constraint of a conflict; where none is named, the first with which the drawing cannot be solved.
+    std::optional<std::size_t> inTheWay() const {
+        Figure figure = figureFrom(m_document);
+        const std::vector<int> conflict = solve(figure, {}).conflicting;
+        if (!conflict.empty()) {
+            const auto last = static_cast<std::size_t>(*std::max_element(conflict.begin(), conflict.end()));
+            return last < m_firstNew ? std::nullopt : std::optional(last);
+        }
+        std::size_t good = m_firstNew, bad = m_document.constraints.size();
+        if (!isSolvable(good))
+            return {};
+        while (bad - good > 1) {
+            const std::size_t middle = good + (bad - good) / 2;
+            (isSolvable(middle) ? good : bad) = middle;
+        }
+        return good;
+    }
+
+    bool isSolvable(std::size_t count) const {
+        Document part = m_document;
+        part.constraints.resize(count);
+        Figure figure = figureFrom(part);
+        return solve(figure, {.namesConflicts = false}).isSolved();
     }
 
     /// A constraint that is implied in part becomes its first half, and that half, if it is implied, the second one.

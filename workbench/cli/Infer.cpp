@@ -74,6 +74,8 @@ void tell(const Inferred& found, const InferOptions& options) {
               << shortNumber(degrees(options.angle)) << " degrees\n";
     if (found.thinning.implied > 0)
         std::cout << "left out, because these imply them: " << found.thinning.implied << '\n';
+    if (found.thinning.contrary > 0)
+        std::cout << "left out, because they cannot hold exactly beside these: " << found.thinning.contrary << '\n';
 }
 
 nlohmann::ordered_json jsonOf(const Inferred& found, const InferOptions& options) {
@@ -84,6 +86,7 @@ nlohmann::ordered_json jsonOf(const Inferred& found, const InferOptions& options
     for (const auto& [name, count] : countsOf(found))
         json["added"][std::string(name)] = count;
     json["implied"] = found.thinning.implied;
+    json["contrary"] = found.thinning.contrary;
     json["length_tolerance"] = found.length;
     json["angle_tolerance_degrees"] = degrees(options.angle);
     return json;
@@ -113,8 +116,11 @@ int infer(const InferCommandOptions& command) {
         plain = withPolylines(plain, options);
     const Inferred found = inferred(plain, options);
     if (!found.thinning.holds) {
-        complain(plain.name + ": what holds within " + shortNumber(found.length) + " " + plain.lengthUnit +
-                 " cannot hold exactly; choose a smaller --tolerance");
+        complain(!found.thinning.ownHold
+                     ? plain.name +
+                           ": its own constraints cannot hold together; \"holdfast solve --explain\" names them"
+                     : plain.name + ": what holds within " + shortNumber(found.length) + " " + plain.lengthUnit +
+                           " cannot hold exactly; choose a smaller --tolerance");
         return kExitUnsolved;
     }
     outputs.addDrawing(command.output, found.document);

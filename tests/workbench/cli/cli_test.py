@@ -209,15 +209,26 @@ class Program(unittest.TestCase):
         self.assertEqual(found["degrees_of_freedom"], 45)
 
     def test_infer_makes_nothing_that_cannot_hold(self):
-        # Two lines of one direction within a coarse tolerance, between points that are fixed elsewhere.
+        # Within this tolerance the upper line is level, but its ends are fixed at two heights.
         nearly = drawing([line("a", (0, 0), (100, 0)), line("b", (100, 0), (100, 60)), line("c", (100, 60), (0, 60.03)),
                           line("d", (0, 60.03), (0, 0))],
                          [constraint(n + at, "fixed", (n, at))
                           for n in "ac" for at in ("start", "end")])
         out = self.path / "out.json"
         result = self.run_program("infer", self.file("nearly.json", nearly), "--tolerance", "0.05", "--angle", "1", "-o", out)
-        self.assertEqual(result.returncode, UNSOLVED, result.stdout)
-        self.assertIn("choose a smaller --tolerance", result.stderr)
+        self.assertEqual(result.returncode, DONE, result.stderr)
+        self.assertIn("cannot hold exactly beside these: 1", result.stdout)
+        found = json.loads(self.run_program("solve", out, "--json").stdout)
+        self.assertEqual((found["status"], found["redundant"]), ("unchanged", []))
+
+    def test_infer_adds_nothing_to_a_contradiction(self):
+        contrary = json.loads(json.dumps(CORNER))
+        contrary["constraints"] += [constraint("ten", "distance", ("a", "whole"), value=10),
+                                    constraint("nine", "distance", ("a", "whole"), value=9)]
+        out = self.path / "out.json"
+        result = self.run_program("infer", self.file("contrary.json", contrary), "-o", out)
+        self.assertEqual(result.returncode, UNSOLVED)
+        self.assertIn("its own constraints cannot hold together", result.stderr)
         self.assertFalse(out.exists())
 
     def test_infer_refuses_tolerances_without_a_meaning(self):
