@@ -28,7 +28,7 @@ void checkEnding(const OutputName& name) {
     const std::string ending = endingOf(name.path);
     const bool fits = std::find(name.endings.begin(), name.endings.end(), ending) != name.endings.end();
     // A device has no ending; what it is to take is plain where there is one form only.
-    if (fits || (name.endings.size() == 1 && isDevice(name.path)))
+    if (fits || (name.isOneForm && isDevice(name.path)))
         return;
     throw DrawingError(name.path, {"", ending.empty() ? "a name without an ending" : "a name that ends in " + ending,
                                    "a name that ends in " + oneOf(name.endings)});
@@ -54,11 +54,11 @@ OutputName drawingNamed(const std::string& path) {
 }
 
 OutputName pictureNamed(const std::string& path) {
-    return {path, {".svg"}};
+    return {path, {".svg"}, true};
 }
 
 OutputName reportNamed(const std::string& path) {
-    return {path, {".html"}};
+    return {path, {".html", ".htm"}, true};
 }
 
 std::string endingOf(const fs::path& path) {

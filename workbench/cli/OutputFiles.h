@@ -18,6 +18,7 @@ inline constexpr double kFlattening = 0.01;
 struct OutputName {
     std::string path;  ///< empty: the user wants none
     std::vector<std::string_view> endings;
+    bool isOneForm = false;  ///< the ending does not choose what is written
 };
 
 /// A drawing, which goes out in the form that its ending names; a picture; a report page.

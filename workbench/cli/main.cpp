@@ -115,11 +115,12 @@ void addInfer(CLI::App& app, InferCommandOptions& options, std::function<int()>&
     command->add_flag("--polylines", options.polylines, "make polylines of joined lines and arcs");
     command->add_flag("--json", options.json, "tell the findings as JSON");
     command->footer(
-        "Example:\n  holdfast infer examples/drawings/split-keyboard-plate.dxf -o plate.json\n\nFound are coincident "
-        "ends, concentric circles, horizontal, vertical, collinear, parallel and perpendicular lines,\ntangent ends, "
-        "equal radii and lengths; what others imply is left out.\n\nExit codes: 0 done; 1 what holds within the "
-        "tolerances cannot hold exactly and nothing was written; 2 a file or an\nargument was refused and nothing was "
-        "written.");
+        "Example:\n  holdfast infer examples/drawings/split-keyboard-plate.dxf -o plate.json\n\n"
+        "Found are coincident ends, concentric circles, horizontal, vertical, collinear, parallel and\n"
+        "perpendicular lines, tangent ends, equal radii and lengths. What others imply is left out, and\n"
+        "so is what holds within the tolerances but cannot hold exactly.\n\n"
+        "Exit codes: 0 done; 1 the constraints cannot hold together and nothing was written; 2 a file or\n"
+        "an argument was refused and nothing was written.");
     command->callback([&] { action = [&] { return infer(options); }; });
 }
 
