@@ -350,6 +350,21 @@ class Program(unittest.TestCase):
                 self.assertIn(again["status"], ("unchanged", "solved"))
                 self.assertLess(sum(move["distance"] for move in again["movements"]), 1e-6)
 
+    def test_a_real_drawing_without_its_constraints_gets_new_ones_that_hold(self):
+        paths, folder = sorted(DRAWINGS.glob("*.json")), os.environ.get("HOLDFAST_DRAWINGS")
+        if folder:
+            paths += sorted(pathlib.Path(folder).glob("*.json"))[::int(os.environ.get("HOLDFAST_STRIDE", "1"))]
+        for path in paths:
+            plain = self.file("plain.json", {**json.loads(path.read_text()), "constraints": []})
+            for options in ([], ["--polylines", "--tolerance", "0.05"]):
+                with self.subTest(drawing=path.name, options=options):
+                    inferred = self.path / "inferred.json"
+                    result = self.run_program("infer", plain, *options, "-o", inferred)
+                    self.assertEqual(result.returncode, DONE, result.stderr)
+                    found = json.loads(self.run_program("solve", inferred, "--json").stdout)
+                    self.assertIn(found["status"], ("unchanged", "solved"))
+                    self.assertEqual((found["redundant"], found["redundant_in_part"]), ([], []))
+
     def test_chains_become_polylines_on_request(self):
         out = self.path / "poly.json"
         self.assertEqual(self.run_program("convert", self.file("corner.json", CORNER), out, "--polylines").returncode,
