@@ -4,7 +4,9 @@
 #include "commands/extend/ConstraintExtendCmdCenter.h"
 #include "workbench/editing/Verbs.h"
 #include "workbench/geometry/Extending.h"
+#include "workbench/geometry/Nearest.h"
 #include "workbench/geometry/Parameters.h"
+#include "workbench/geometry/Vec.h"
 
 namespace holdfast {
 
@@ -36,6 +38,17 @@ double wayTo(const Shape& shape, CurveEnd end, double param) {
     return turns ? way - fullTurn * std::floor(way / fullTurn) : way;
 }
 
+/// A boundary on which the end lies as it is.
+void refuseThereAlready(const EditContext& context, const std::string& name, CurveEnd end,
+                        const std::vector<std::string>& boundaries) {
+    const Shape shape = context.drawing.shape(name);
+    const std::optional<Vec2> point = end == CurveEnd::start ? startPoint(shape) : endPoint(shape);
+    for (const std::string& boundary : boundaries)
+        if (nearestOn(context.drawing.shape(boundary), *point).distance <= 1e-9 * (1.0 + norm(*point)))
+            throw EditError("the " + wordOf(end) + " of " + name + " lies on " + boundary +
+                            " already; choose a boundary ahead of it");
+}
+
 /// Where the prolonged end first meets one of the boundaries.
 Extension firstMeeting(const EditContext& context, const std::string& name, CurveEnd end,
                        const std::vector<std::string>& boundaries) {
@@ -46,6 +59,8 @@ Extension firstMeeting(const EditContext& context, const std::string& name, Curv
         if (found && (!nearest || wayTo(shape, end, found->param) < wayTo(shape, end, nearest->param)))
             nearest = found;
     }
+    if (!nearest)
+        refuseThereAlready(context, name, end, boundaries);
     if (!nearest)
         throw EditError("the " + wordOf(end) + " of " + name + " does not meet " +
                         (boundaries.size() == 1 ? boundaries.front() : std::string("any of the boundaries")) +

@@ -69,6 +69,7 @@ TEST(ExtendEdit, RefusesWithAReasonAndChangesNothing) {
          "the start of base does not meet any of the boundaries however far it is extended; choose another boundary"},
         {"extend disc end to far", "disc is closed and has no end to extend; break it first"},
         {"extend beam end to far", "the end of beam is at infinity already; extend another end"},
+        {"extend base end to right", "the end of base lies on right already; choose a boundary ahead of it"},
         {"extend base end to base", "base cannot be its own boundary"},
         {"extend base end to dot", "dot is no curve; only curves can be boundaries"},
     };
