@@ -40,4 +40,8 @@ Document readAnyDrawing(const std::string& path) {
     throw DrawingError(path, {"", "a name that ends in " + ending, "a drawing whose name ends in .json or .dxf"});
 }
 
+std::string spokenName(const Document& document, const std::string& path) {
+    return document.name.empty() ? std::filesystem::path(path).stem().string() : document.name;
+}
+
 }  // namespace holdfast

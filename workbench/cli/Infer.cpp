@@ -24,6 +24,7 @@ namespace {
 
 /// A drawing with its new constraints, which stand behind those that it had.
 struct Inferred {
+    std::string name;
     Document document;
     std::size_t firstNew = 0;
     double length = 0.0;  ///< the tolerance that was used
@@ -46,9 +47,9 @@ Document withPolylines(const Document& plain, InferOptions& options) {
     return chained;
 }
 
-Inferred inferred(const Document& plain, const InferOptions& options) {
+Inferred inferred(const std::string& name, const Document& plain, const InferOptions& options) {
     Inference inference = inferConstraints(plain, options);
-    Inferred found{std::move(inference.document), plain.constraints.size(), inference.length, {}};
+    Inferred found{name, std::move(inference.document), plain.constraints.size(), inference.length, {}};
     found.thinning = thinOut(found.document, found.firstNew);
     return found;
 }
@@ -80,7 +81,7 @@ void tell(const Inferred& found, const InferOptions& options) {
 
 nlohmann::ordered_json jsonOf(const Inferred& found, const InferOptions& options) {
     nlohmann::ordered_json json;
-    json["drawing"] = found.document.name;
+    json["drawing"] = found.name;
     json["entities"] = found.document.entities.size();
     json["added"] = nlohmann::ordered_json::object();
     for (const auto& [name, count] : countsOf(found))
@@ -111,15 +112,16 @@ int infer(const InferCommandOptions& command) {
     OutputFiles outputs{drawingNamed(command.output)};
     InferOptions options = optionsOf(command);
     Document plain = readAnyDrawing(command.input);
-    const Progress progress("inferring constraints of " + plain.name);
+    const std::string name = spokenName(plain, command.input);
+    const Progress progress("inferring constraints of " + name);
     if (command.polylines)
         plain = withPolylines(plain, options);
-    const Inferred found = inferred(plain, options);
+    const Inferred found = inferred(name, plain, options);
     if (!found.thinning.holds) {
         complain(!found.thinning.ownHold
                      ? plain.name +
                            ": its own constraints cannot hold together; \"holdfast solve --explain\" names them"
-                     : plain.name + ": what holds within " + shortNumber(found.length) + " " + plain.lengthUnit +
+                     : name + ": what holds within " + shortNumber(found.length) + " " + plain.lengthUnit +
                            " cannot hold exactly; choose a smaller --tolerance");
         return kExitUnsolved;
     }

@@ -53,8 +53,8 @@ void tellCounts(const char* title, const Counts& counts) {
         std::cout << "  " << name << ": " << count << '\n';
 }
 
-void tell(const Document& document, const Overview& overview) {
-    std::cout << document.name << '\n';
+void tell(const std::string& name, const Document& document, const Overview& overview) {
+    std::cout << name << '\n';
     tellCounts("entities", overview.entities);
     tellCounts("constraints", overview.constraints);
     std::cout << "degrees of freedom: " << overview.freedom << '\n';
@@ -63,9 +63,9 @@ void tell(const Document& document, const Overview& overview) {
         std::cout << "  " << spokenConstraint(document.constraints[number]) << ", off by " << miss << '\n';
 }
 
-nlohmann::ordered_json jsonOf(const Document& document, const Overview& overview) {
+nlohmann::ordered_json jsonOf(const std::string& name, const Document& document, const Overview& overview) {
     nlohmann::ordered_json json;
-    json["drawing"] = document.name;
+    json["drawing"] = name;
     json["entities"] = overview.entities;
     json["constraints"] = overview.constraints;
     json["degrees_of_freedom"] = overview.freedom;
@@ -84,10 +84,11 @@ int show(const ShowOptions& options) {
     if (!options.output.empty())
         outputs.add(options.output, writePicture(document));
     outputs.write();
+    const std::string name = spokenName(document, options.drawing);
     if (options.json)
-        std::cout << jsonOf(document, overview).dump(2) << '\n';
+        std::cout << jsonOf(name, document, overview).dump(2) << '\n';
     else
-        tell(document, overview);
+        tell(name, document, overview);
     return kExitDone;
 }
 

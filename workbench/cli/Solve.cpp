@@ -20,6 +20,7 @@ namespace {
 
 /// A figure with its drawing, to tell its findings in the drawing's names.
 struct Findings {
+    std::string name;
     const Document& document;
     const Figure& figure;
     Diagnosis diagnosis;
@@ -108,7 +109,7 @@ const char* statusWord(SolveStatus status) {
 
 nlohmann::ordered_json jsonOf(const Findings& found) {
     nlohmann::ordered_json json;
-    json["drawing"] = found.document.name;
+    json["drawing"] = found.name;
     json["status"] = statusWord(found.result.status);
     json["degrees_of_freedom"] = found.diagnosis.freedom;
     json["iterations"] = found.result.iterations;
@@ -147,10 +148,11 @@ void writeResults(const SolveOptions& options, const Findings& found, const Figu
 int solveDrawing(const SolveOptions& options) {
     OutputFiles outputs{drawingNamed(options.output), reportNamed(options.report)};
     const Document before = readAnyDrawing(options.drawing);
-    const Progress progress("solving " + before.name);
+    const std::string name = spokenName(before, options.drawing);
+    const Progress progress("solving " + name);
     Figure figure = figureFrom(before);
     SolveResult result = solve(figure, {});
-    const Findings found{before, figure, diagnose(figure), std::move(result)};
+    const Findings found{name, before, figure, diagnose(figure), std::move(result)};
     if (found.result.isSolved())
         writeResults(options, found, figure, outputs);
     if (options.json) {

@@ -238,6 +238,12 @@ class Program(unittest.TestCase):
             self.assertEqual(result.returncode, REFUSED, (option, value))
             self.assertIn(option, result.stderr)
 
+    def test_a_drawing_without_a_name_is_called_by_its_file(self):
+        path = self.file("corner.json", {**CORNER, "name": ""})
+        self.assertTrue(self.run_program("show", path).stdout.startswith("corner\n"))
+        for command in ("show", "solve", "infer"):
+            self.assertEqual(json.loads(self.run_program(command, path, "--json").stdout)["drawing"], "corner")
+
     def test_a_missing_file_is_refused_by_name(self):
         result = self.run_program("show", self.path / "none.json")
         self.assertEqual(result.returncode, REFUSED)
