@@ -28,21 +28,28 @@ const EditResult& Session::apply(std::string_view edit) {
     result.outcome.text = edit;
     m_results.push_back(result);
     EditContext context{*m_drawing, *m_evaluator};
+    std::string& error = m_results.back().outcome.error;
+    // Geometry and the host's builders speak of shapes without names: the edit gives them one.
+    const auto named = [&](const std::exception& refusal) {
+        return "\"" + std::string(edit) + "\" is not possible: " + refusal.what();
+    };
     try {
         run(edit, context);
-    } catch (const std::runtime_error& error) {  // EditError and GeometryError alike
-        m_results.back().outcome.error = errorOf(error, context.edited);
-        openAgain();
-    } catch (const std::invalid_argument& error) {  // what the host's builders refuse
-        m_results.back().outcome.error = error.what();
-        openAgain();
+        return m_results.back();
+    } catch (const GeometryError& refusal) {
+        error = errorOf(named(refusal), context.edited);
+    } catch (const std::invalid_argument& refusal) {
+        error = errorOf(named(refusal), context.edited);
+    } catch (const std::runtime_error& refusal) {
+        error = errorOf(refusal.what(), context.edited);
     }
+    openAgain();
     return m_results.back();
 }
 
 /// When the evaluator has failed it knows better what was in the way than the command that gave up.
-std::string Session::errorOf(const std::exception& error, const std::vector<std::string>& edited) const {
-    return m_evaluator->last().solved ? error.what() : refusalOf(m_evaluator->last(), m_document, edited);
+std::string Session::errorOf(const std::string& reason, const std::vector<std::string>& edited) const {
+    return m_evaluator->last().solved ? reason : refusalOf(m_evaluator->last(), m_document, edited);
 }
 
 void Session::run(std::string_view edit, EditContext& context) {

@@ -44,7 +44,7 @@ private:
     void run(std::string_view edit, EditContext& context);
     void undo();
     void openAgain();
-    std::string errorOf(const std::exception& error, const std::vector<std::string>& edited) const;
+    std::string errorOf(const std::string& reason, const std::vector<std::string>& edited) const;
     void finishCommand(const EditContext& context);
 
     Document m_original;

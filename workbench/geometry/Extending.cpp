@@ -77,7 +77,7 @@ PolylineShape withLastVertexAt(PolylineShape polyline, double param) {
     }
     const std::size_t last = polyline.vertices.size() - 1;
     const double angle = angleOfBulge(polyline.bulges[last - 1]) * (param - count + 1.0);
-    if (!(std::abs(angle) < kTurn)) {
+    if (!(std::abs(angle) < kTurn * (1.0 - kAtEnd))) {
         refuse(polyline, "an arc segment would become a full turn or more");
     }
     const Vec2 point = pointAt(polyline, param);

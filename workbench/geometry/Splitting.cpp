@@ -20,6 +20,9 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 /// What is shorter than this part of the whole curve (of one segment, for polylines) is nothing.
 constexpr double kNothing = 1e-9;
 
+/// The same for splines, in knots: the geometry library takes those for one that differ by less than 1e-9.
+constexpr double kLeastKnotRange = 1e-8;
+
 /// A parameter range cut out of a shape, already checked: first < last, within the curve or over its seam.
 struct Range {
     double first, last;
@@ -31,7 +34,8 @@ double slackOf(const Shape& shape) {
     const double width = range.last - range.first;
     const bool isUnit = !std::isfinite(width) || std::holds_alternative<PolylineShape>(shape);
     const double rounding = std::isfinite(width) ? 1e-15 * std::max(std::abs(range.first), std::abs(range.last)) : 0.0;
-    return std::max(kNothing * (isUnit ? 1.0 : width), rounding);
+    const double least = std::holds_alternative<SplineShape>(shape) ? kLeastKnotRange : 0.0;
+    return std::max({kNothing * (isUnit ? 1.0 : width), rounding, least});
 }
 
 [[noreturn]] void refuseRange(const Shape& shape, double first, double last, const char* why) {
@@ -127,6 +131,9 @@ Shape part(const EllipseShape& ellipse, const ParamRange&, Range range) {
 
 Shape part(const SplineShape& spline, const ParamRange& whole, Range range) {
     const bool isAll = range.first == whole.first && range.last == whole.last && !spline.periodic;
+    if (!isAll && range.last - range.first <= kLeastKnotRange) {
+        throw GeometryError("spline: nothing would be left of it");
+    }
     return isAll ? spline : splinePart(spline, range.first, range.last);
 }
 

@@ -61,7 +61,9 @@ TEST(AlignEdit, RefusesWithAReasonAndChangesNothing) {
         {"align base base from 0,0 to 1,1", "base is named twice; name each entity once"},
         {"align left from 0,0 to 1,1",
          "left is reference geometry that the drawing may not change; edit another entity"},
-        {"align right from 0,0 0,0 to 1,1 2,2", "the two source points are one point; give two different ones"},
+        {"align right from 0,0 0,0 to 1,1 2,2",
+         "\"align right from 0,0 0,0 to 1,1 2,2\" is not possible: the two source points are one point; give two "
+         "different ones"},
         {"align right from 0,0 1,0 to 1,1",
          "edit \"align right from 0,0 1,0 to 1,1\": expected the second destination point, but the edit ends there"},
     };

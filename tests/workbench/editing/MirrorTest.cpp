@@ -173,7 +173,8 @@ TEST(MirrorEdit, IsRefusedWhereAConstraintDoesNotHoldInTheReflection) {
 TEST(MirrorEdit, RefusesALineOfOnePoint) {
     Session session(frameDrawing());
     EXPECT_EQ(session.apply("mirror base about 1,1 1,1").outcome.error,
-              "the points of the mirror line are one point; give two different ones");
+              "\"mirror base about 1,1 1,1\" is not possible: the points of the mirror line are one point; give two "
+              "different ones");
     EXPECT_EQ(session.document(), frameDrawing());
 }
 

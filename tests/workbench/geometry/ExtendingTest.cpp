@@ -83,6 +83,7 @@ TEST(WithEndAt, ShortensAPolylineByWholeSegments) {
 
 TEST(WithEndAt, RefusesToBendAPolylineRoundAFullTurn) {
     EXPECT_THROW(withEndAt(polyline({{0, 0}, {2, 0}}, {1}), CurveEnd::end, 2.0), GeometryError);
+    EXPECT_THROW(withEndAt(polyline({{0, 0}, {2, 0}}, {1}), CurveEnd::end, 2.0 - 1e-12), GeometryError);
     EXPECT_THROW(withEndAt(square(1), CurveEnd::end, 2.0), GeometryError);
 }
 

@@ -142,6 +142,13 @@ TEST(Split, LeavesNothingBesideACutAtAnEnd) {
     EXPECT_FALSE(all.before || all.after);
 }
 
+TEST(Split, LeavesNothingOfASplineWhoseKnotsWouldBeOne) {
+    const SplineShape spline = bezier({{0, 0}, {5, 10}, {10, 0}});
+    EXPECT_EQ(split(spline, 5e-9, 0.5).before, std::nullopt);
+    EXPECT_EQ(split(spline, 0.5, 1.0 - 5e-9).after, std::nullopt);
+    EXPECT_THROW(partOf(spline, 0.5, 0.5 + 5e-9), GeometryError);
+}
+
 TEST(Split, OfAClosedCurveLeavesOnePartRoundTheSeam) {
     const Remainder circle = split(CircleShape{{0, 0}, 1}, 1, 2);
     EXPECT_EQ(circle.before, std::nullopt);
