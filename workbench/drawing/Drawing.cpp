@@ -200,7 +200,7 @@ std::string Drawing::addConstraint(Constraint constraint) {
     for (std::size_t number = m_constraints.size() + 1; constraint.id.empty(); ++number)
         if (std::string id = "k" + std::to_string(number); !m_constraintIndex.contains(id))
             constraint.id = id;
-    m_constraintIndex.emplace(constraint.id, m_constraints.size());
+    m_constraintIndex.insert_or_assign(constraint.id, m_constraints.size());
     m_constraints.push_back({constraint, build(constraint)});
     return constraint.id;
 }

@@ -52,7 +52,8 @@ public:
     /// Erases an entity with its dependencies and the constraints on it.
     void erase(std::string_view name);
 
-    /// Adds a constraint of the document's form; it gets a fresh id when it has none. Returns the id.
+    /// Adds a constraint of the document's form; it gets a fresh id when it has none, and may have that of one that was
+    /// deleted. Returns the id.
     std::string addConstraint(Constraint constraint);
     bool hasConstraint(std::string_view id) const;
     /// Deletes a constraint of the document, with the composite that owns it.

@@ -6,6 +6,7 @@
 #include "commands/join/ConstraintJoinCmdCenter.h"
 #include "workbench/editing/Chaining.h"
 #include "workbench/editing/Evaluation.h"
+#include "workbench/editing/JoinedConstraints.h"
 #include "workbench/editing/Moving.h"
 #include "workbench/editing/Verbs.h"
 
@@ -51,8 +52,10 @@ void closeRing(const EditContext& context, const std::string& name) {
 /// the result has its final ones.
 void applyJoin(const EditContext& context, const std::vector<ChainPiece>& pieces, std::size_t main) {
     const bool isNew = main == pieces.size();
-    const Chain chain = chainOf(pieces, isNew ? 0 : main);
+    const std::size_t middle = isNew ? 0 : main;
+    const Chain chain = chainOf(pieces, middle);
     Drawing& drawing = context.drawing;
+    const Document before = drawing.document();
     const std::string name = isNew ? drawing.add(chain.shape, pieces.front().name) : pieces[main].name;
     ConstraintJoinCmdCenter centre;
     centre.joinMainPolyline(drawing.id(name));
@@ -65,6 +68,7 @@ void applyJoin(const EditContext& context, const std::vector<ChainPiece>& pieces
             drawing.erase(piece.name);
     if (chain.isRing)
         closeRing(context, name);
+    carryOver(drawing, before, name, segmentsOf(pieces, middle, chain));
 }
 
 void runJoin(EditText& text, EditContext& context) {

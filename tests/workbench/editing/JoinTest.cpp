@@ -2,7 +2,7 @@
 
 #include <numbers>
 
-#include "tests/workbench/editing/Shorthand.h"
+#include "tests/workbench/editing/PolylineShorthand.h"
 
 namespace holdfast {
 namespace {
@@ -60,7 +60,7 @@ TEST(JoinEdit, LetsAConstrainedPolylineTakeUpAFreeOneInWhateverOrder) {
     EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2");
 }
 
-TEST(JoinEdit, OfTwoConstrainedPolylinesKeepsTheConstraintsOfTheFirst) {
+TEST(JoinEdit, OfTwoConstrainedPolylinesKeepsTheConstraintsOfBoth) {
     Document document = stepDrawing();
     document.entities.push_back(
         shapeEntity("q", PolylineShape{{{10, 10}, {20, 10}, {20, 30}}, {0, 0, 0}, {5, 6, 7}, false}));
@@ -70,9 +70,47 @@ TEST(JoinEdit, OfTwoConstrainedPolylinesKeepsTheConstraintsOfTheFirst) {
     Session session(document);
     EXPECT_EQ(session.apply("join p q").outcome.error, "");
     EXPECT_EQ(polylineNamed(session, "p").vertices.size(), 5u);
-    EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2");
+    EXPECT_EQ(
+        placesOf(session),
+        "c0 p.segment:0; c1 p.segment:1; c2 p.segment:0.start before.end; c3 p.segment:2; c4 p.segment:0 p.segment:3");
     EXPECT_EQ(session.apply("set p vertex 2 12,12").outcome.error, "");
-    EXPECT_EQ(polylineNamed(session, "p").vertices[2], (Vec2{12, 12}));
+    EXPECT_EQ(verticesOf(session, "p"), "0,0 12,0 12,12 20,12 20,30");
+    EXPECT_EQ(findings(session), "");
+}
+
+TEST(JoinEdit, CarriesConstraintsOverToSegmentsThatRunTheOtherWay) {
+    Document document;
+    document.name = "hook";
+    document.entities = {lineEntity("a", {0, 0}, {10, 0}), lineEntity("b", {10, 8}, {10, 0}),
+                         shapeEntity("arc", ArcShape{{13, 8}, 3, 0.0, 3.141592653589793}),
+                         shapeEntity("low", PointShape{{0, 0}}), shapeEntity("pin", PointShape{{16, 8}})};
+    document.constraints = {constraintOf("c0", ConstraintType::coincident, {{"a", end}, {"b", end}}),
+                            constraintOf("c1", ConstraintType::vertical, {{"b"}}),
+                            constraintOf("c2", ConstraintType::coincident, {{"arc", start}, {"pin"}}),
+                            constraintOf("c3", ConstraintType::coincident, {{"low"}, {"a", start}}),
+                            constraintOf("c4", ConstraintType::tangent, {{"b", start}, {"arc", end}}),
+                            constraintOf("c5", ConstraintType::angle, {{"b"}})};
+    document.constraints.back().value = -1.5707963267948966;
+    Session session(document);
+    EXPECT_EQ(session.apply("join a b arc").outcome.error, "");
+    EXPECT_EQ(placesOf(session),
+              "c1 a_2.segment:1; c2 a_2.segment:2.end pin; c3 low a_2.segment:0.start; "
+              "c4 a_2.segment:1.end a_2.segment:2.start; c5 a_2.segment:1.end");
+    EXPECT_EQ(liveFindings(session) + findings(session), "");
+}
+
+TEST(JoinEdit, CountsTheSegmentsBehindThoseThatCameBefore) {
+    Document document = stepDrawing();
+    document.entities.push_back(
+        shapeEntity("q", PolylineShape{{{-5, 0}, {-9, 4}, {-9, 9}}, {0, 0, 0}, {0, 0, 0}, false}));
+    document.constraints.push_back(constraintOf("c3", ConstraintType::vertical, {{"q", segment, 1}}));
+    document.constraints.push_back(constraintOf("c4", ConstraintType::horizontal, {{"before"}}));
+    document.constraints.push_back(constraintOf("c5", ConstraintType::parallel, {{"before"}, {"p", segment, 0}}));
+    Session session(document);
+    EXPECT_EQ(session.apply("join p before q").outcome.error, "");
+    EXPECT_EQ(verticesOf(session, "p"), "-9,9 -9,4 -5,0 0,0 10,0 10,10");
+    EXPECT_EQ(placesOf(session),
+              "c0 p.segment:3; c1 p.segment:4; c3 p.segment:0; c4 p.segment:2; c5 p.segment:2 p.segment:3");
 }
 
 TEST(JoinEdit, ClosesARingOfPieces) {

@@ -70,7 +70,8 @@ inline std::string placesOf(const Session& session) {
     return text;
 }
 
-/// What is wrong with the network when the edited drawing is opened afresh; empty when nothing is.
+/// What is wrong with the network when the edited drawing is opened afresh; empty when nothing is. Ends the session:
+/// the host process is one at a time.
 inline std::string findings(const Session& session) {
     Drawing drawing(session.document());
     std::string text;

@@ -11,7 +11,7 @@ namespace {
 std::string afterEdit(const std::string& edit, Document document = rectangle()) {
     Session session(std::move(document));
     EXPECT_EQ(session.apply(edit).outcome.error, "") << edit;
-    EXPECT_EQ(findings(session) + liveFindings(session), "") << edit;
+    EXPECT_EQ(liveFindings(session) + findings(session), "") << edit;
     EXPECT_FALSE(polylineOf(session, "p").closed) << edit;
     return verticesOf(session, "p") + " / " + placesOf(session);
 }
