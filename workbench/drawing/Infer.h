@@ -11,7 +11,7 @@ namespace holdfast {
 /// What counts as the same, and which kinds of constraints are looked for.
 struct InferOptions {
     /// How far points may be apart, sizes differ, and ends deviate from a common line, in the drawing's unit.
-    /// 0: a millionth of the larger side of the drawing.
+    /// 0: a millionth of the larger side of what is drawn and may move.
     double length = 0.0;
     /// How far directions may differ, in radians.
     double angle = 1e-4;

@@ -24,7 +24,7 @@ std::string keyOf(ConstraintType type, const std::vector<Place>& refs) {
 
 double toleranceFor(const Document& document, const InferOptions& options) {
     constexpr double millionth = 1e-6, smallest = 1e-12;
-    return options.length > 0.0 ? options.length : std::max(extentOf(document) * millionth, smallest);
+    return options.length > 0.0 ? options.length : std::max(drawnSizeOf(document) * millionth, smallest);
 }
 
 std::size_t countOf(const std::vector<std::size_t>& clusters) {

@@ -169,7 +169,7 @@ private:
     std::size_t m_position = 0;
 };
 
-/// A box that grows with the points that entities are given by, and with those of round curves.
+/// A box that grows with the points that entities are given by; round curves count with their square.
 class Box {
 public:
     void add(Vec2 p, double around = 0.0) {
@@ -184,21 +184,15 @@ public:
         add(line.start);
         add(line.end);
     }
-    void operator()(const ArcShape& arc) { addTurn(arc.centre, {arc.radius, 0.0}, 1.0, arc.startAngle, arc.endAngle); }
+    void operator()(const ArcShape& arc) { add(arc.centre, arc.radius); }
     void operator()(const CircleShape& circle) { add(circle.centre, circle.radius); }
     void operator()(const EllipseShape& e) { add(e.centre, std::hypot(e.majorAxis.x, e.majorAxis.y)); }
-    void operator()(const EllipticalArcShape& e) { addTurn(e.centre, e.majorAxis, e.ratio, e.startParam, e.endParam); }
+    void operator()(const EllipticalArcShape& e) { add(e.centre, std::hypot(e.majorAxis.x, e.majorAxis.y)); }
     void operator()(const SplineShape& spline) { addAll(spline.control); }
     void operator()(const PointShape& point) { add(point.position); }
     void operator()(const XlineShape&) {}
     void operator()(const RayShape& ray) { add(ray.point); }
-    void operator()(const PolylineShape& polyline) {
-        addAll(polyline.vertices);
-        for (std::size_t i = 0; i < segmentCount(polyline); ++i)
-            if (polyline.bulges[i] != 0.0)
-                (*this)(arcOfBulge(polyline.vertices[i], polyline.vertices[segmentEndVertex(polyline, i)],
-                                   polyline.bulges[i]));
-    }
+    void operator()(const PolylineShape& polyline) { addAll(polyline.vertices); }
     void operator()(const TextShape& text) { add(text.position); }
 
 private:
@@ -207,8 +201,26 @@ private:
             add(point);
     }
 
-    /// A part of an ellipse counts with its ends and with the ends of the axes that lie on it: a flat arc of a huge
-    /// radius is no huge drawing.
+    static constexpr double kFar = std::numeric_limits<double>::infinity();
+    double m_left = kFar, m_right = -kFar, m_bottom = kFar, m_top = -kFar;
+};
+
+/// The same for what is drawn of round curves: a part of an ellipse counts with its ends and with the ends of the axes
+/// that lie on it. A flat arc of a huge radius is no huge drawing.
+class DrawnBox : public Box {
+public:
+    using Box::operator();
+    void operator()(const ArcShape& arc) { addTurn(arc.centre, {arc.radius, 0.0}, 1.0, arc.startAngle, arc.endAngle); }
+    void operator()(const EllipticalArcShape& e) { addTurn(e.centre, e.majorAxis, e.ratio, e.startParam, e.endParam); }
+    void operator()(const PolylineShape& polyline) {
+        Box::operator()(polyline);
+        for (std::size_t i = 0; i < segmentCount(polyline); ++i)
+            if (polyline.bulges[i] != 0.0)
+                (*this)(arcOfBulge(polyline.vertices[i], polyline.vertices[segmentEndVertex(polyline, i)],
+                                   polyline.bulges[i]));
+    }
+
+private:
     void addTurn(Vec2 centre, Vec2 major, double ratio, double from, double to) {
         const auto addAt = [&](double param) {
             const double c = std::cos(param), s = ratio * std::sin(param);
@@ -221,9 +233,6 @@ private:
         for (int i = 0; i < 4 && (first + i) * quarter < to; ++i)
             addAt((first + i) * quarter);
     }
-
-    static constexpr double kFar = std::numeric_limits<double>::infinity();
-    double m_left = kFar, m_right = -kFar, m_bottom = kFar, m_top = -kFar;
 };
 
 }  // namespace
@@ -241,6 +250,13 @@ double extentOf(const Document& document) {
     for (const Entity& entity : document.entities)
         std::visit(box, entity.shape);
     return box.side();
+}
+
+double drawnSizeOf(const Document& document) {
+    DrawnBox own, references;
+    for (const Entity& entity : document.entities)
+        std::visit(entity.fixed ? references : own, entity.shape);
+    return own.side() > 0.0 ? own.side() : references.side();
 }
 
 }  // namespace holdfast

@@ -221,6 +221,14 @@ TEST(Infer, TakesAFlatArcForAsLongAsItIs) {
     EXPECT_DOUBLE_EQ(inferConstraints(upright).length, 125e-6);
 }
 
+TEST(Infer, TakesNoReferenceFarAwayForAPartOfTheDrawing) {
+    Document document = documentOf({LineShape{{0, 0}, {10, 0}}, PointShape{{1e9, 0}}, PointShape{{-1e9, 0}}});
+    document.entities[1].fixed = document.entities[2].fixed = true;
+    EXPECT_DOUBLE_EQ(inferConstraints(document).length, 1e-5);
+    document.entities.erase(document.entities.begin());
+    EXPECT_DOUBLE_EQ(inferConstraints(document).length, 2e3);
+}
+
 /// The example drawings without their constraints, and the DXF ones.
 std::vector<Document> plainDrawings() {
     std::vector<Document> drawings;
