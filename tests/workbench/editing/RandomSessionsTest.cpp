@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <map>
+#include <set>
 #include <unordered_set>
 
 #include "host/model/HostAudit.h"
@@ -16,10 +17,13 @@
 #include "workbench/drawing/DocumentCheck.h"
 #include "workbench/drawing/Drawing.h"
 #include "workbench/drawing/FileIo.h"
+#include "workbench/drawing/Polylines.h"
 #include "workbench/editing/Refusal.h"
 #include "workbench/editing/Session.h"
 #include "workbench/evaluator/FigureFromDocument.h"
 #include "workbench/evaluator/Measure.h"
+#include "workbench/geometry/GeometryError.h"
+#include "workbench/geometry/Soundness.h"
 
 namespace holdfast {
 namespace {
@@ -37,6 +41,19 @@ int numberFrom(const char* variable, int otherwise) {
     return text == nullptr ? otherwise : std::atoi(text);
 }
 
+/// The curves with which one cannot reckon: real drawings have lines without length, too.
+std::set<std::string> unsoundCurves(const Document& document) {
+    std::set<std::string> names;
+    for (const Entity& entity : document.entities)
+        try {
+            if (isCurve(entity.shape))
+                requireSound(entity.shape);
+        } catch (const GeometryError&) {
+            names.insert(entity.id);
+        }
+    return names;
+}
+
 /// What is wrong after an edit that was done; empty when all is well.
 std::string faultAfter(const Document& before, const Document& after) {
     try {
@@ -44,6 +61,10 @@ std::string faultAfter(const Document& before, const Document& after) {
     } catch (const std::exception& error) {
         return error.what();
     }
+    const std::set<std::string> unsound = unsoundCurves(before);
+    for (const std::string& name : unsoundCurves(after))
+        if (!unsound.contains(name))
+            return name + " is no proper curve any more";
     const Figure was = figureFrom(before), is = figureFrom(after);
     const std::vector<double> missesBefore = missesOf(was), missesAfter = missesOf(is);
     std::unordered_set<std::string_view> held;
@@ -129,8 +150,8 @@ struct Tally {
     }
 };
 
-void runSession(const std::filesystem::path& file, unsigned seed, int editCount, Tally& tally) {
-    const Document document = readDrawing(file);
+/// `opening` is the first line of the script that a fault is told with.
+void runSession(const Document& document, const std::string& opening, unsigned seed, int editCount, Tally& tally) {
     if (document.entities.empty())
         return;
     RandomEdits edits(seed);
@@ -146,7 +167,7 @@ void runSession(const std::filesystem::path& file, unsigned seed, int editCount,
                 script.pop_back();
             continue;
         }
-        std::string text = "open " + file.filename().string() + "\n";
+        std::string text = opening + "\n";
         for (const std::string& line : shrunk(document, script))
             text += line + "\n";
         ADD_FAILURE() << fault << "\nwith the script\n" << text;
@@ -154,17 +175,29 @@ void runSession(const std::filesystem::path& file, unsigned seed, int editCount,
     }
 }
 
-TEST(RandomSessions, KeepTheNetworkTrueEditByEdit) {
+/// Sessions on every n-th drawing, as it comes from a reader.
+template <class Reader>
+void runSessions(std::size_t stride, const std::string& opening, const Reader& read) {
     const int editCount = numberFrom("HOLDFAST_SESSION_EDITS", 12);
     const auto seed = static_cast<unsigned>(numberFrom("HOLDFAST_SEED", 1));
     Tally tally;
-    unsigned number = 0;
-    for (const std::filesystem::path& file : testing::drawingFiles())
-        runSession(file, seed * 100003 + number++, editCount, tally);
+    const std::vector<std::filesystem::path> files = testing::drawingFiles();
+    for (std::size_t i = 0; i < files.size(); i += stride)
+        runSession(read(files[i]), opening + files[i].filename().string(), seed * 100003 + static_cast<unsigned>(i),
+                   editCount, tally);
     for (const auto& [verb, counts] : tally.byVerb) {
         std::cout << verb << ": " << counts.first << " done, " << counts.second << " refused\n";
         EXPECT_TRUE(counts.first > 0 || counts.second < kManyTries) << verb << " was never done";
     }
+}
+
+TEST(RandomSessions, KeepTheNetworkTrueEditByEdit) {
+    runSessions(1, "open ", [](const std::filesystem::path& file) { return readDrawing(file); });
+}
+
+TEST(RandomSessions, KeepTheNetworkTrueOnChainsThatBecamePolylines) {
+    runSessions(3, "convert --polylines ",
+                [](const std::filesystem::path& file) { return chainsToPolylines(readDrawing(file)).document; });
 }
 
 }  // namespace

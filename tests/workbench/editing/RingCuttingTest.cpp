@@ -56,6 +56,17 @@ TEST(RingBreak, InsideAnArcSegmentKeepsItsCircle) {
               "15,5^0.414214 10,10 0,10 0,0 10,0^0.414214 15,5 / c0 p.segment:3 p.segment:1");
 }
 
+TEST(RingBreak, OfTwoArcsLeavesThePartsOfBoth) {
+    Document document;
+    document.name = "disc";
+    document.entities = {shapeEntity("p", PolylineShape{{{0, 0}, {10, 0}}, {1, 1}, {0, 0}, true})};
+    document.constraints = {
+        constraintOf("c0", ConstraintType::equal, {{"p", PlaceKind::segment, 0}, {"p", PlaceKind::segment, 1}})};
+    EXPECT_EQ(afterEdit("break p at 5,-5 to 5,5", document),
+              "5,5^0.414214 0,0^0.414214 5,-5 / c0 p.segment:1 p.segment:0");
+    EXPECT_EQ(afterEdit("break p at 10,0", document), "10,0^1 0,0^1 10,0 / c0 p.segment:1 p.segment:0");
+}
+
 TEST(RingBreak, LetsTheEndsGoApart) {
     for (const char* edit : {"break p at 0,0", "break p at 0,5"}) {
         Session session(rectangle());
