@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <csignal>
 #include <exception>
 #include <functional>
 #include <iostream>
@@ -136,6 +137,7 @@ int whenTold(int code) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    std::signal(SIGXFSZ, SIG_IGN);  // a limit of file sizes is an error like a full disk, not the end
     CLI::App app("holdfast keeps the constraints of a drawing true while it is edited", "holdfast");
     app.require_subcommand(1);
     app.set_help_all_flag("--help-all", "help on everything");

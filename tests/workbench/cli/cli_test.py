@@ -8,6 +8,7 @@ import os
 import pathlib
 import pty
 import re
+import resource
 import shlex
 import subprocess
 import sys
@@ -169,6 +170,14 @@ class Program(unittest.TestCase):
         twice = self.run_program("edit", path, "break a at 4,0", "-o", self.path / "a.svg", "--picture",
                                  self.path / "." / "a.svg")
         self.assertIn("one name for two files", twice.stderr)
+
+    def test_a_full_disk_leaves_nothing_behind(self):
+        path = self.file("corner.json", CORNER)
+        limited = subprocess.run([PROGRAM, "show", path, "-o", self.path / "corner.svg"], capture_output=True, check=False,
+                                 preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (2000, 2000)))
+        self.assertEqual(limited.returncode, REFUSED, limited.stderr)
+        self.assertIn(b"the file is as it was", limited.stderr)
+        self.assertEqual([file.name for file in self.path.iterdir()], ["corner.json"])
 
     def test_endings_are_read_in_capital_letters_too(self):
         path = self.file("corner.json", CORNER)
