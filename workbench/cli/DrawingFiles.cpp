@@ -7,6 +7,7 @@
 #include "workbench/cli/Terminal.h"
 #include "workbench/drawing/DrawingError.h"
 #include "workbench/drawing/DxfReader.h"
+#include "workbench/drawing/DxfText.h"
 #include "workbench/drawing/FileIo.h"
 
 namespace holdfast {
@@ -41,7 +42,7 @@ Document readAnyDrawing(const std::string& path) {
 }
 
 std::string spokenName(const Document& document, const std::string& path) {
-    return document.name.empty() ? std::filesystem::path(path).stem().string() : document.name;
+    return document.name.empty() ? utf8Of(std::filesystem::path(path).stem().string()) : document.name;
 }
 
 }  // namespace holdfast

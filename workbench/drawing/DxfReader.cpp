@@ -8,6 +8,7 @@
 
 #include "workbench/drawing/DxfGroups.h"
 #include "workbench/drawing/DxfShapes.h"
+#include "workbench/drawing/DxfText.h"
 #include "workbench/drawing/Suggest.h"
 
 namespace holdfast {
@@ -39,7 +40,7 @@ bool isLayout(std::string_view blockName) {
 class Reader {
 public:
     Reader(std::string_view text, const std::string& fileName) : m_groups(text, fileName) {
-        m_drawing.document.name = std::filesystem::path(fileName).stem().string();
+        m_drawing.document.name = utf8Of(std::filesystem::path(fileName).stem().string());
     }
 
     DxfDrawing read() {

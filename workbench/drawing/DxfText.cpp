@@ -22,15 +22,6 @@ char32_t fromWindows1252(char c) {
     return byte >= 0x80 && byte < 0xA0 ? char32_t{kWindows1252[byte - 0x80U]} : char32_t{byte};
 }
 
-std::string utf8Of(std::string_view value) {
-    if (isUtf8(value))
-        return std::string(value);
-    std::string text;
-    for (const char c : value)
-        appendUtf8(text, fromWindows1252(c));
-    return text;
-}
-
 /// The four hexadecimal digits of \U+XXXX at a position, as a UTF-16 unit.
 std::optional<char32_t> escapeAt(std::string_view text, std::size_t at) {
     if (at + 7 > text.size() || (text.substr(at, 3) != "\\U+" && text.substr(at, 3) != "\\u+"))
@@ -168,6 +159,15 @@ void appendUtf16(std::string& out, char32_t code) {
 }
 
 }  // namespace
+
+std::string utf8Of(std::string_view value) {
+    if (isUtf8(value))
+        return std::string(value);
+    std::string text;
+    for (const char c : value)
+        appendUtf8(text, fromWindows1252(c));
+    return text;
+}
 
 std::string decodedDxfText(std::string_view value) {
     const std::string text = utf8Of(value);

@@ -5,6 +5,9 @@
 
 namespace holdfast {
 
+/// A text in UTF-8; one that is none is taken as Windows-1252.
+std::string utf8Of(std::string_view value);
+
 /// The value of a DXF text group in UTF-8: bytes that are not UTF-8 are taken as Windows-1252, \U+XXXX becomes its
 /// character, ^I and ^J a tab and a line feed.
 std::string decodedDxfText(std::string_view value);

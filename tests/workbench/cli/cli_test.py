@@ -253,6 +253,16 @@ class Program(unittest.TestCase):
         for command in ("show", "solve", "infer"):
             self.assertEqual(json.loads(self.run_program(command, path, "--json").stdout)["drawing"], "corner")
 
+    def test_a_file_named_in_another_encoding_gives_a_readable_drawing(self):
+        plain = os.path.join(os.fsencode(self.path), b"B\xfcgel.dxf")
+        with open(plain, "w") as file:
+            file.write("0\nSECTION\n2\nENTITIES\n0\nPOINT\n10\n1\n20\n2\n0\nENDSEC\n0\nEOF\n")
+        out = self.path / "out.json"
+        for command in (["show", plain, "--json"], ["infer", plain, "--json", "-o", str(out)]):
+            result = subprocess.run([PROGRAM, *command], capture_output=True, check=False)
+            self.assertEqual(json.loads(result.stdout)["drawing"], "B\u00fcgel", result.stderr)
+        self.assertEqual(json.loads(out.read_text())["name"], "B\u00fcgel")
+
     def test_a_missing_file_is_refused_by_name(self):
         result = self.run_program("show", self.path / "none.json")
         self.assertEqual(result.returncode, REFUSED)
