@@ -48,8 +48,8 @@ int solveDrawing(const SolveOptions& options);
 struct ConvertOptions {
     std::string input;
     std::string output;
-    double tolerance = 0.01;
-    bool polylines = false;  ///< chains of lines and arcs become polylines
+    double tolerance = 0.01;  ///< of curves that a DXF file cannot hold
+    bool polylines = false;   ///< chains of lines and arcs become polylines
 };
 int convert(const ConvertOptions& options);
 

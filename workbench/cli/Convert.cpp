@@ -1,14 +1,18 @@
+#include <cmath>
 #include <utility>
 
 #include "workbench/cli/Commands.h"
 #include "workbench/cli/DrawingFiles.h"
 #include "workbench/cli/OutputFiles.h"
 #include "workbench/cli/Terminal.h"
+#include "workbench/drawing/DrawingError.h"
 #include "workbench/drawing/Polylines.h"
 
 namespace holdfast {
 
 int convert(const ConvertOptions& options) {
+    if (!(options.tolerance > 0.0) || !std::isfinite(options.tolerance))
+        throw DrawingError("--tolerance", {"", shortNumber(options.tolerance), "a length above 0, such as 0.01"});
     OutputFiles outputs{drawingNamed(options.output)};
     Document document = readAnyDrawing(options.input);
     if (options.polylines) {

@@ -240,12 +240,16 @@ class Program(unittest.TestCase):
         self.assertIn("its own constraints cannot hold together", result.stderr)
         self.assertFalse(out.exists())
 
-    def test_infer_refuses_tolerances_without_a_meaning(self):
-        path = self.file("corner.json", CORNER)
+    def test_tolerances_without_a_meaning_are_refused(self):
+        path, out = self.file("corner.json", CORNER), self.path / "out.dxf"
         for option, value in (("--tolerance", "-1"), ("--tolerance", "nan"), ("--angle", "-1"), ("--angle", "60")):
             result = self.run_program("infer", path, option, value)
             self.assertEqual(result.returncode, REFUSED, (option, value))
             self.assertIn(option, result.stderr)
+        for value in ("0", "-1", "inf"):
+            result = self.run_program("convert", path, out, "--tolerance", value)
+            self.assertEqual((result.returncode, out.exists()), (REFUSED, False), value)
+            self.assertIn(f"--tolerance: found {value}; expected a length", result.stderr)
 
     def test_a_drawing_without_a_name_is_called_by_its_file(self):
         path = self.file("corner.json", {**CORNER, "name": ""})
