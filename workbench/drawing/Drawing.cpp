@@ -182,8 +182,10 @@ BuiltPlace Drawing::builtPlace(const Place& place, const Constraint& constraint,
         throw std::invalid_argument("constraint " + constraint.id + " names the unknown entity " + place.entity);
     // In an angle the end of a line only says which way its direction runs.
     const bool directionOnly = constraint.type == ConstraintType::angle && index < 2 && !hasPolyline(place);
-    return directionOnly ? wholeOf(found->second.id, found->second.original.shape)
-                         : placeIn(found->second.id, shape(place.entity), place);
+    // Of the shape only its kind counts, which is the one last written: reading a long polyline for each of its
+    // constraints would take the square of its length.
+    const KnownEntity& known = found->second;
+    return directionOnly ? wholeOf(known.id, known.original.shape) : placeIn(known.id, known.original.shape, place);
 }
 
 YxGeomConstraint* Drawing::build(const Constraint& constraint) {
