@@ -29,17 +29,21 @@ void YxDbConstraintGroupData::removeGeometryOn(const YxDbObjectId& dependency) {
     if (geometry == nullptr)
         return;
     const unsigned int nodeId = HostAccess::nodeId(*geometry);
-    const auto isGone = [&](const YxConstrainedGeometry* other) {
-        return other == geometry ||
-               (other->isKindOf(YxConstrainedImplicitPoint::desc()) &&
-                HostAccess::curveId(static_cast<const YxConstrainedImplicitPoint&>(*other)) == nodeId);
-    };
-    for (const YxConstrainedGeometry* other : m_geometries)
-        if (isGone(other))
-            m_nodes[HostAccess::nodeId(*other) - kFirstNodeId].live = false;
-    std::erase_if(m_geometries, isGone);
+    m_nodes[nodeId - kFirstNodeId].live = false;
+    for (const YxConstrainedImplicitPoint* point : pointsOf(nodeId))
+        m_nodes[HostAccess::nodeId(*point) - kFirstNodeId].live = false;
+    m_someAreGone = true;
     m_pointsByCurve.erase(nodeId);
     m_byDependency.erase(HostAccess::stub(dependency));
+}
+
+const std::vector<YxConstrainedGeometry*>& YxDbConstraintGroupData::geometries() const {
+    if (m_someAreGone)
+        std::erase_if(m_geometries, [&](const YxConstrainedGeometry* geometry) {
+            return !m_nodes[HostAccess::nodeId(*geometry) - kFirstNodeId].live;
+        });
+    m_someAreGone = false;
+    return m_geometries;
 }
 
 YxGraphNode* YxDbConstraintGroupData::node(unsigned int nodeId) const {

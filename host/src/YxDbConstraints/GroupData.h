@@ -14,7 +14,7 @@ struct YxDbConstraintGroupData {
     void add(std::unique_ptr<YxConstrainedGeometry> geometry);
     void add(std::unique_ptr<YxGeomConstraint> constraint);
 
-    /// Takes the geometry on a dependency out of the group, with its implicit points; linear in the group.
+    /// Takes the geometry on a dependency out of the group, with its implicit points.
     void removeGeometryOn(const YxDbObjectId& dependency);
 
     YxGraphNode* node(unsigned int nodeId) const;
@@ -24,7 +24,7 @@ struct YxDbConstraintGroupData {
     /// A curve's implicit points, in no particular order.
     std::vector<YxConstrainedImplicitPoint*> pointsOf(unsigned int curveId) const;
     /// In the order in which they were added.
-    const std::vector<YxConstrainedGeometry*>& geometries() const { return m_geometries; }
+    const std::vector<YxConstrainedGeometry*>& geometries() const;
     std::vector<YxGeomConstraint*> liveConstraints() const;
     void forget(const YxGeomConstraint& constraint);
 
@@ -39,7 +39,8 @@ private:
     };
 
     std::vector<Node> m_nodes;
-    std::vector<YxConstrainedGeometry*> m_geometries;
+    mutable std::vector<YxConstrainedGeometry*> m_geometries;  // those that are gone leave it when it is read
+    mutable bool m_someAreGone = false;
     std::unordered_map<const void*, YxConstrainedGeometry*> m_byDependency;
     std::unordered_multimap<unsigned int, YxConstrainedImplicitPoint*> m_pointsByCurve;
 };
