@@ -37,8 +37,9 @@ Overview overviewOf(const Document& document) {
         ++overview.constraints[std::string(typeName(constraint.type))];
     const Figure figure = figureFrom(document);
     const std::vector<double> misses = missesOf(figure);
+    const double broken = kBroken * figure.size();
     for (std::size_t i = 0; i < document.constraints.size(); ++i)
-        if (misses[i] > kBroken * figure.size())
+        if (misses[i] > broken)
             overview.broken.emplace_back(i, misses[i]);
     overview.freedom = diagnose(figure).freedom;
     return overview;

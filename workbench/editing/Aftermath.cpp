@@ -71,11 +71,11 @@ void dropFalse(Drawing& drawing, const Document& before, const Document& now) {
     for (std::size_t i = 0; i < before.constraints.size(); ++i)
         numberBefore.emplace(before.constraints[i].id, static_cast<int>(i));
     const Figure was = figureFrom(before), is = figureFrom(now);
+    const double heldWithin = kHolds * was.size(), holdsWithin = kHolds * is.size();
     for (const int number : doubtful) {
         const std::string& id = now.constraints[static_cast<std::size_t>(number)].id;
         const auto known = numberBefore.find(id);
-        if (known != numberBefore.end() && missOf(was, known->second) <= kHolds * was.size() &&
-            missOf(is, number) > kHolds * is.size())
+        if (known != numberBefore.end() && missOf(was, known->second) <= heldWithin && missOf(is, number) > holdsWithin)
             drawing.removeConstraint(id);
     }
 }

@@ -140,8 +140,9 @@ void carryOver(Drawing& drawing, const Document& before, const std::string& poly
     }
     const Figure figure = figureFrom(document);
     const std::vector<double> misses = missesOf(figure);
+    const double holds = kHolds * figure.size();
     for (std::size_t i = count; i < document.constraints.size(); ++i)
-        if (misses[i] <= kHolds * figure.size())
+        if (misses[i] <= holds)
             drawing.addConstraint(document.constraints[i]);
     drawing.tieCorners(polyline);
 }

@@ -134,8 +134,9 @@ void copyConstraints(Drawing& drawing, const std::unordered_map<std::string, std
     }
     const Figure figure = figureFrom(document);
     const std::vector<double> misses = missesOf(figure);
+    const double holds = kHolds * figure.size();
     for (std::size_t i = count; i < document.constraints.size(); ++i)
-        if (misses[i] <= kHolds * figure.size())
+        if (misses[i] <= holds)
             drawing.addConstraint(document.constraints[i]);
 }
 
