@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <optional>
 
 #include "workbench/drawing/Places.h"
+#include "workbench/geometry/GeometryError.h"
 #include "workbench/geometry/Parameters.h"
 #include "workbench/geometry/Polylines.h"
 #include "workbench/geometry/Transforms.h"
@@ -30,6 +32,9 @@ bool has(const std::vector<int>& grips, int number) {
 
 /// The arc between two points with the included angle of another.
 ArcShape arcBetween(Vec2 start, Vec2 end, const ArcShape& like) {
+    constexpr double nearlyTurn = 2.0 * std::numbers::pi - 1e-6;
+    if (like.endAngle - like.startAngle > nearlyTurn)
+        throw GeometryError("arc: goes all the way round, so that its ends cannot be moved apart; shorten it first");
     return arcOfBulge(start, end, bulgeOfAngle(like.endAngle - like.startAngle));
 }
 

@@ -138,9 +138,11 @@ std::optional<Extension> lineExtension(const Shape& curve, CurveEnd end, const S
 
 std::optional<Extension> arcExtension(const Shape& curve, CurveEnd end, const Shape& boundary, Extent extent) {
     const ParamRange range = paramRange(curve);
+    // Once round it would come to its own other end.
     auto found = nearestAhead(intersect(curve, boundary, Extent::carrier, extent), kAtEnd, [&](double param) {
         const double turned = arcEndParam(range, end, param);
-        return end == CurveEnd::end ? turned - range.last : range.first - turned;
+        const double reach = end == CurveEnd::end ? turned - range.last : range.first - turned;
+        return range.last - range.first + reach < (1.0 - kAtEnd) * kTurn ? reach : 0.0;
     });
     if (found) {
         found->param = arcEndParam(range, end, found->param);
@@ -152,7 +154,6 @@ std::optional<Extension> polylineExtension(const PolylineShape& polyline, CurveE
                                            Extent extent) {
     const PolylineShape segment = segmentOutwards(polyline, end);
     const double angle = std::abs(angleOfBulge(segment.bulges.front()));
-    // Once round an arc segment would come to its own other end.
     auto found = nearestAhead(intersect(segment, boundary, Extent::carrier, extent), kAtEnd, [angle](double param) {
         return param * angle < (1.0 - kAtEnd) * kTurn ? param - 1.0 : 0.0;
     });

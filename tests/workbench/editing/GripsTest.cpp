@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <numbers>
+
+#include "workbench/geometry/GeometryError.h"
 #include "workbench/geometry/Transforms.h"
 
 namespace holdfast {
@@ -62,6 +65,10 @@ TEST(Grips, MovedAllTogetherMoveTheShape) {
         EXPECT_EQ(withGripsMoved(shape, completed(shape, all), {2, -1}), transformed(shape, translation({2, -1})))
             << shape.index();
     }
+}
+
+TEST(Grips, OfAnArcThatGoesAllTheWayRoundCannotPart) {
+    EXPECT_THROW(withGripsMoved(ArcShape{{0, 0}, 1, 0.5, 0.5 + 2.0 * std::numbers::pi}, {0}, {1, 0}), GeometryError);
 }
 
 TEST(Grips, OfUnboundedLinesTurnThemByTheirSecondPoint) {

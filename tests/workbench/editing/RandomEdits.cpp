@@ -68,9 +68,12 @@ std::string RandomEdits::next(const Document& document) {
         &RandomEdits::alignEdit, &RandomEdits::rotateEdit,   &RandomEdits::dragEdit,    &RandomEdits::setEdit};
     if (chance(0.1))
         return "undo";
-    for (int tries = 0; tries < 20; ++tries)
-        if (std::string edit = (this->*makers[below(makers.size())])(document); !edit.empty())
+    for (int tries = 0; tries < 20; ++tries) {
+        const Maker maker = makers[below(makers.size())];
+        std::string edit;
+        if (holds([&] { return !(edit = (this->*maker)(document)).empty(); }))
             return edit;
+    }
     return "undo";
 }
 

@@ -196,6 +196,14 @@ TEST(ExtensionTo, FollowsAnArcBothWays) {
     EXPECT_THAT(*endPoint(withEndAt(arc, CurveEnd::end, ahead->param)), IsAt(Vec2{-5, 0}));
 }
 
+TEST(ExtensionTo, LeadsNoArcRoundToItsOwnOtherEnd) {
+    const ArcShape arc{{0, 0}, 5, 0.0, kPi / 2};
+    EXPECT_FALSE(extensionTo(arc, CurveEnd::end, line(4, 0, 6, 0)));
+    EXPECT_FALSE(extensionTo(arc, CurveEnd::start, line(0, 4, 0, 6)));
+    const EllipticalArcShape ellipse{{0, 0}, {5, 0}, 0.5, 0.0, kPi / 2};
+    EXPECT_FALSE(extensionTo(ellipse, CurveEnd::end, line(4, 0, 6, 0)));
+}
+
 TEST(ExtensionTo, FollowsAnEllipticalArc) {
     const EllipticalArcShape arc{{0, 0}, {0, 6}, 0.5, 0.1, 1};
     const auto found = extensionTo(arc, CurveEnd::end, line(-9, 0, 0, 0));
