@@ -58,12 +58,19 @@ std::string placeWords(const Place& place) {
     }
 }
 
-std::string article(std::string_view noun) {
-    return (std::string_view("aeiou").find(noun.front()) == std::string_view::npos ? "a " : "an ") + std::string(noun);
+/// "a construction line", "an elliptical arc"
+std::string kindInWords(const Shape& shape) {
+    std::string noun(std::holds_alternative<XlineShape>(shape) ? "construction line" : typeName(shape));
+    std::replace(noun.begin(), noun.end(), '_', ' ');
+    return (std::string_view("aeiou").find(noun.front()) == std::string_view::npos ? "a " : "an ") + noun;
 }
 
 bool namesPolylinePlace(const Place& place) {
     return place.kind >= PlaceKind::segment;
+}
+
+bool isCountedAnew(const PolylineShape& was, const PolylineShape& is) {
+    return was.vertices.size() != is.vertices.size() || was.closed != is.closed;
 }
 
 /// Why a constraint that held at a place was lost, as far as that place tells; empty when it tells nothing.
@@ -73,12 +80,12 @@ std::string reasonAt(const Place& place, const Entity* was, const Entity* is, Lo
     if (is == nullptr)
         return place.entity + " was erased";
     if (was->shape.index() != is->shape.index())
-        return place.entity + " was " + article(typeName(was->shape)) + " and became " + article(typeName(is->shape));
+        return place.entity + " was " + kindInWords(was->shape) + " and became " + kindInWords(is->shape);
     const auto *polylineWas = std::get_if<PolylineShape>(&was->shape),
                *polylineIs = std::get_if<PolylineShape>(&is->shape);
     const bool isEnd = place.kind == PlaceKind::segmentStart || place.kind == PlaceKind::segmentEnd;
     if (polylineWas != nullptr && polylineIs != nullptr && namesPolylinePlace(place) &&
-        (!isEnd || polylineWas->vertices.size() != polylineIs->vertices.size()))
+        (!isEnd || isCountedAnew(*polylineWas, *polylineIs)))
         return lost.reasonAt(place, *polylineWas, *polylineIs);
     if (namesPolylinePlace(place) && !hasPlace(is->shape, place))
         return spokenPlace(place) + " was cut away";

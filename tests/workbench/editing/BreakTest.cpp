@@ -36,6 +36,16 @@ TEST(BreakEdit, TellsWhyAConstraintWent) {
     EXPECT_EQ(result.fates.constraints[0].reason, "the end of base moved from (10, 0) to (4, 0)");
 }
 
+TEST(BreakEdit, OfAConstructionLineSaysWhatBecameOfIt) {
+    Document document = frameDrawing();
+    document.entities.push_back(shapeEntity("guide", XlineShape{{0, 9}, {1, 0}}));
+    document.constraints = {constraintOf("c0", ConstraintType::horizontal, {{"guide"}})};
+    Session session(document);
+    const EditResult& result = session.apply("break guide at 4,9");
+    ASSERT_EQ(result.fates.constraints.size(), 1u);
+    EXPECT_EQ(result.fates.constraints[0].reason, "guide was a construction line and became a ray");
+}
+
 TEST(BreakEdit, OfACircleLeavesAnArcWithoutConstraints) {
     Document document;
     document.name = "disc";

@@ -85,6 +85,18 @@ TEST(RingBreak, IsUndoneToTheLastBit) {
     EXPECT_EQ(session.document(), rectangle());
 }
 
+TEST(RingTrim, TellsWhichVertexIsGone) {
+    Document document = rectangle();
+    document.entities.push_back(lineEntity("low", {-5, 3}, {15, 3}));
+    document.entities.push_back(shapeEntity("pin", PointShape{{10, 10}}));
+    document.constraints = {constraintOf("c0", ConstraintType::coincident, {{"p", PlaceKind::segmentEnd, 1}, {"pin"}})};
+    Session session(document);
+    const EditResult& result = session.apply("trim p at 10,7 by low");
+    EXPECT_EQ(verticesOf(session, "p"), "0,3 0,0 10,0 10,3");
+    ASSERT_EQ(result.fates.constraints.size(), 1u);
+    EXPECT_EQ(result.fates.constraints[0].reason, "the vertex of p at (10, 10) is gone");
+}
+
 TEST(RingTrim, LeavesOnePolylineWithItsConstraints) {
     Document document = rectangle();
     document.entities.push_back(lineEntity("low", {-5, 3}, {15, 3}));
