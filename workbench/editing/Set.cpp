@@ -105,7 +105,7 @@ bool report(ConstraintPropertiesCmdCenter& centre, const YxDbObjectId& id, const
 /// An angle is told as a point in its direction.
 Change asReported(Change change, const Shape& shape) {
     if (change.row.property == Property::direction)
-        change.value.point = *startPoint(shape) + polar(change.value.number);
+        change.value.point = propertyOf(shape, Property::start, 0).point + polar(change.value.number);
     return change;
 }
 

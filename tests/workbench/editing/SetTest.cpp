@@ -134,6 +134,17 @@ TEST(SetEdit, IsUndoneToTheLastBit) {
     EXPECT_EQ(session.document(), frameDrawing());
 }
 
+TEST(SetEdit, TellsTheDirectionOfAConstructionLineAsAPointFromItsBase) {
+    Document document;
+    document.name = "guide";
+    document.entities = {shapeEntity("guide", XlineShape{{3, 7}, {1, 0}})};
+    document.constraints = {constraintOf("c0", ConstraintType::fixed, {{"guide"}})};
+    Session session(document);
+    EXPECT_EQ(session.apply("set guide angle 180").outcome.error, "");
+    EXPECT_NE(session.apply("set guide angle 10").outcome.error.find("guide carries a fixed constraint"),
+              std::string::npos);
+}
+
 TEST(SetEdit, RefusesWithAReasonAndChangesNothing) {
     const RefusedEdit rows[] = {
         {"set circle radius -3",
