@@ -23,6 +23,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 if(HOLDFAST_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_compile_definitions(_GLIBCXX_ASSERTIONS)  # what the sanitizers do not see: an empty optional read, a wrong index
   add_link_options(-fsanitize=address,undefined)
 endif()
 if(HOLDFAST_COVERAGE)
