@@ -5,15 +5,11 @@
 
 #include "workbench/drawing/ConstraintCheck.h"
 #include "workbench/drawing/EntityIndex.h"
-#include "workbench/evaluator/FigureFromDocument.h"
-#include "workbench/evaluator/Measure.h"
+#include "workbench/editing/HoldingConstraints.h"
 
 namespace holdfast {
 
 namespace {
-
-/// Parts of the drawing's size within which a constraint holds.
-constexpr double kHolds = 1e-6;
 
 PlaceKind onSegment(PlaceKind kind, bool reversed) {
     using enum PlaceKind;
@@ -138,12 +134,7 @@ void carryOver(Drawing& drawing, const Document& before, const std::string& poly
         if (!carry.isOneVertex(carried) && !faultIn(carried, entities))
             document.constraints.push_back(std::move(carried));
     }
-    const Figure figure = figureFrom(document);
-    const std::vector<double> misses = missesOf(figure);
-    const double holds = kHolds * figure.size();
-    for (std::size_t i = count; i < document.constraints.size(); ++i)
-        if (misses[i] <= holds)
-            drawing.addConstraint(document.constraints[i]);
+    addHolding(drawing, document, count);
     drawing.tieCorners(polyline);
 }
 

@@ -6,15 +6,12 @@
 #include <unordered_set>
 
 #include "workbench/drawing/EntityIndex.h"
-#include "workbench/evaluator/FigureFromDocument.h"
-#include "workbench/evaluator/Measure.h"
+#include "workbench/editing/HoldingConstraints.h"
 
 namespace holdfast {
 
 namespace {
 
-/// Parts of the drawing's size within which a constraint holds.
-constexpr double kHolds = 1e-6;
 constexpr double kAlongAxis = 1e-9;
 
 /// Where a transform sends the directions of the axes.
@@ -132,12 +129,7 @@ void copyConstraints(Drawing& drawing, const std::unordered_map<std::string, std
             place = placeOnCopy(place, copies.at(place.entity), entities);
         document.constraints.push_back(std::move(copy));
     }
-    const Figure figure = figureFrom(document);
-    const std::vector<double> misses = missesOf(figure);
-    const double holds = kHolds * figure.size();
-    for (std::size_t i = count; i < document.constraints.size(); ++i)
-        if (misses[i] <= holds)
-            drawing.addConstraint(document.constraints[i]);
+    addHolding(drawing, document, count);
 }
 
 void turnMeasures(Drawing& drawing, const std::vector<std::string>& names, const PlaneTransform& transform) {
