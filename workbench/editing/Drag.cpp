@@ -46,7 +46,7 @@ std::string gripsInWords(const Shape& shape) {
 Hold takeGrip(EditText& text, const EditContext& context) {
     const Place place = text.place("a place to drag");
     if (context.drawing.id(place.entity).isNull())
-        text.fail("the drawing has no entity " + place.entity);
+        refuseUnknown(text, context, place.entity);
     refuseFixed(context, place.entity);
     const Shape shape = context.drawing.shape(place.entity);
     if (place.kind == PlaceKind::whole)

@@ -11,29 +11,27 @@
 
 namespace holdfast {
 
-namespace {
-
-std::string noEntity(const EditContext& context, const std::string& name) {
+void refuseUnknown(const EditText& text, const EditContext& context, const std::string& name, std::size_t back,
+                   std::span<const std::string_view> ends) {
     const std::vector<std::string> names = context.drawing.names();
-    const std::vector<std::string_view> candidates(names.begin(), names.end());
-    return "the drawing has no entity " + name + suggestion(name, candidates);
+    std::vector<std::string_view> candidates(ends.begin(), ends.end());
+    candidates.insert(candidates.end(), names.begin(), names.end());
+    text.fail("the drawing has no entity " + name, suggestion(name, candidates), back);
 }
-
-}  // namespace
 
 std::string takeEntity(EditText& text, const EditContext& context, std::string_view what) {
     std::string name = text.word(what);
     if (context.drawing.id(name).isNull())
-        text.fail(noEntity(context, name));
+        refuseUnknown(text, context, name);
     return name;
 }
 
 std::vector<std::string> takeEntities(EditText& text, const EditContext& context, std::string_view what,
                                       std::span<const std::string_view> ends) {
     std::vector<std::string> names = text.names(what, ends);
-    for (const std::string& name : names)
-        if (context.drawing.id(name).isNull())
-            text.fail(noEntity(context, name));
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (context.drawing.id(names[i]).isNull())
+            refuseUnknown(text, context, names[i], names.size() - i, ends);
     return names;
 }
 

@@ -19,6 +19,11 @@ struct EditContext {
     bool opensAgain = false;
 };
 
+/// EditError for a name that no entity has, which stands so many words before the reading place. It may be meant for
+/// the name of one, or for one of the words that end a list of them.
+[[noreturn]] void refuseUnknown(const EditText& text, const EditContext& context, const std::string& name,
+                                std::size_t back = 1, std::span<const std::string_view> ends = {});
+
 /// Takes the name of an entity that the drawing has; for one that it has not, EditError with the nearest name.
 std::string takeEntity(EditText& text, const EditContext& context, std::string_view what = "an entity");
 

@@ -70,7 +70,7 @@ std::string EditText::word(std::string_view what) {
 std::string EditText::oneOfWords(std::span<const std::string_view> choices, std::string_view what) {
     const std::string found = take(what);
     if (std::find(choices.begin(), choices.end(), found) == choices.end())
-        fail("expected " + std::string(what) + " (" + oneOf(choices) + ")" + suggestion(found, choices));
+        fail("expected " + std::string(what) + " (" + oneOf(choices) + ")", suggestion(found, choices));
     return found;
 }
 
@@ -101,10 +101,12 @@ Vec2 EditText::point(std::string_view what) {
 Place EditText::place(std::string_view what) {
     const std::string found = take(what);
     const std::size_t dot = found.find('.');
-    std::optional<Place> place =
-        parsePlace(dot == std::string::npos ? "whole" : std::string_view(found).substr(dot + 1));
+    const std::string_view kind = dot == std::string::npos ? "whole" : std::string_view(found).substr(dot + 1);
+    std::optional<Place> place = parsePlace(kind);
+    constexpr std::string_view kinds[] = {"whole", "start", "end", "mid", "centre", "control:0", "segment:0"};
     if (!place)
-        fail("expected " + std::string(what) + ", a place such as g1.end, s2.control:3 or p4.segment:1");
+        fail("expected " + std::string(what) + ", a place such as g1.end, s2.control:3 or p4.segment:1",
+             suggestion(kind, kinds));
     place->entity = found.substr(0, dot);
     return *place;
 }
@@ -123,15 +125,15 @@ void EditText::expectEnd() {
         failAt(m_next, "nothing more was expected");
 }
 
-void EditText::fail(const std::string& message) const {
-    failAt(m_next == 0 ? 0 : m_next - 1, message);
+void EditText::fail(const std::string& message, const std::string& hint, std::size_t back) const {
+    failAt(m_next < back ? 0 : m_next - back, message, hint);
 }
 
-void EditText::failAt(std::size_t index, const std::string& message) const {
+void EditText::failAt(std::size_t index, const std::string& message, const std::string& hint) const {
     if (index >= m_words.size())
         throw EditError("edit \"" + m_text + "\": " + message + ", but the edit ends there");
     throw EditError("edit \"" + m_text + "\", column " + std::to_string(m_words[index].column) + ": " + message +
-                    ", found \"" + m_words[index].text + "\"");
+                    ", found \"" + m_words[index].text + "\"" + hint);
 }
 
 }  // namespace holdfast

@@ -47,8 +47,9 @@ public:
     /// Throws when words are left over.
     void expectEnd();
 
-    /// Throws an EditError that points at the word before the reading place.
-    [[noreturn]] void fail(const std::string& message) const;
+    /// Throws an EditError that points at a word before the reading place, by default the last one. The hint comes
+    /// behind the word: "; did you mean ...".
+    [[noreturn]] void fail(const std::string& message, const std::string& hint = {}, std::size_t back = 1) const;
 
 private:
     struct Word {
@@ -56,7 +57,7 @@ private:
         std::size_t column;  ///< counted from 1
     };
     std::string take(std::string_view what);
-    [[noreturn]] void failAt(std::size_t index, const std::string& message) const;
+    [[noreturn]] void failAt(std::size_t index, const std::string& message, const std::string& hint = {}) const;
 
     std::string m_text;
     std::vector<Word> m_words;

@@ -16,6 +16,7 @@ const EditVerb& takeVerb(EditText& text) {
     std::vector<std::string_view> names;
     for (const EditVerb* verb : editVerbs())
         names.push_back(verb->name);
+    names.push_back("undo");  // which the session takes by itself
     const std::string found = text.oneOfWords(names, "an editing command");
     const auto verbs = editVerbs();
     return **std::find_if(verbs.begin(), verbs.end(), [&](const EditVerb* verb) { return verb->name == found; });

@@ -120,7 +120,7 @@ TEST(BreakEdit, RefusesWithAReasonAndChangesNothing) {
         {"break base at 4,3", "the point (4, 3) is not on base; its nearest point is (4, 0)"},
         {"break base at 0,0 to 10,0", "nothing of base would be left; erase it instead, or cut less"},
         {"break bse at 4,0",
-         "edit \"break bse at 4,0\", column 7: the drawing has no entity bse; did you mean \"base\"?, found \"bse\""},
+         "edit \"break bse at 4,0\", column 7: the drawing has no entity bse, found \"bse\"; did you mean \"base\"?"},
         {"break base at 10,0", "nothing is cut at (10, 0), an end of base; give a point between its ends"},
         {"break dot at 0,0", "dot is no curve; only curves can be broken"},
     };

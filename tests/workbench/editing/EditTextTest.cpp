@@ -76,9 +76,9 @@ TEST(EditText, PointsAtTheWordThatIsWrong) {
          "edit \"2.5\", column 1: expected a corner, a whole number, found \"2.5\""},
         {"a place that is none", "g1.ende", [](EditText& t) { t.place("a place"); },
          "edit \"g1.ende\", column 1: expected a place, a place such as g1.end, s2.control:3 or p4.segment:1, found "
-         "\"g1.ende\""},
+         "\"g1.ende\"; did you mean \"end\"?"},
         {"a misspelt choice", "strat", [](EditText& t) { t.oneOfWords(kEnds, "an end"); },
-         "edit \"strat\", column 1: expected an end (start or end); did you mean \"start\"?, found \"strat\""},
+         "edit \"strat\", column 1: expected an end (start or end), found \"strat\"; did you mean \"start\"?"},
         {"words left over", "g3 g4",
          [](EditText& t) {
              t.word("an entity");

@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/workbench/editing/Shorthand.h"
@@ -57,9 +58,19 @@ TEST(Session, NamesTheConstraintsOnTheEditedEntityFirst) {
     EXPECT_NE(error.find("more stand in the way"), std::string::npos) << error;
 }
 
-TEST(Session, KnowsAMisspeltCommand) {
+TEST(Session, KnowsMisspeltWords) {
     Session session(frameDrawing());
-    EXPECT_NE(session.apply("brek base at 4,0").outcome.error.find("did you mean \"break\"?"), std::string::npos);
+    const std::pair<const char*, const char*> rows[] = {
+        {"brek base at 4,0", "did you mean \"break\"?"},
+        {"undoo", "did you mean \"undo\"?"},
+        {"mirror base abuot 0,0 0,1",
+         "column 13: the drawing has no entity abuot, found \"abuot\"; did you mean \"about\"?"},
+        {"mirror base letf about 0,0 0,1",
+         "column 13: the drawing has no entity letf, found \"letf\"; did you mean \"left\"?"},
+        {"drag bse.end by 1,1", "did you mean \"base\"?"},
+        {"drag base.edn by 1,1", "did you mean \"end\"?"}};
+    for (const auto& [edit, said] : rows)
+        EXPECT_THAT(session.apply(edit).outcome.error, ::testing::HasSubstr(said));
 }
 
 }  // namespace

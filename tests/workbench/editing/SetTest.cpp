@@ -155,7 +155,7 @@ TEST(SetEdit, RefusesWithAReasonAndChangesNothing) {
          "nothing proper would be left of text: its height would be 0.0; it takes a height above 0"},
         {"set circle radus 3",
          "edit \"set circle radus 3\", column 12: expected a property of circle (centre, radius, diameter, "
-         "circumference or area); did you mean \"radius\"?, found \"radus\""},
+         "circumference or area), found \"radus\"; did you mean \"radius\"?"},
         {"set poly vertex 3 1,1",
          "edit \"set poly vertex 3 1,1\", column 17: expected a number from 0 to 2, found \"3\""},
         {"set line start 3",
