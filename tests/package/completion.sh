@@ -46,8 +46,8 @@ offers "break g0 |break g0 ..." edit --report out.html --picture out.svg "$drawi
 offers "" infer --tolerance ''
 offers "" infer --angle ''
 offers "--angle" infer --an
-offers "docs/gallery/break-line.svg" edit --picture docs/gallery/break-
+offers "docs/gallery/break-line.svg" edit --picture docs/gallery/break-l
 offers "examples/commands" run examples/comm
-offers "docs/gallery/break-line.svg" show -o docs/gallery/break-
+offers "docs/gallery/break-line.svg" show -o docs/gallery/break-l
 [ $failed -eq 0 ] && echo "the completion offers what it should"
 exit $failed
