@@ -120,7 +120,7 @@ bool Drawing::isFixed(std::string_view name) const {
     return found != m_entities.end() && found->second.original.fixed;
 }
 
-std::string Drawing::freshName(std::string base) const {
+std::string Drawing::freshName(const std::string& base) const {
     for (int number = 2;; ++number) {
         std::string name = base + "_" + std::to_string(number);
         if (!m_entities.contains(name))
@@ -249,7 +249,9 @@ Place Drawing::placeOf(const YxConstrainedGeometry& geometry) const {
 
 Place Drawing::placeOf(const YxConstrainedGeometry& geometry, Segments& segments) const {
     const YxDbAssocGeomDependency* dependency = dependencyOf(geometry);
-    const YxDbObjectId object = dependency == nullptr ? YxDbObjectId() : HostAccess::objectOf(*dependency);
+    if (dependency == nullptr)
+        return {};
+    const YxDbObjectId object = HostAccess::objectOf(*dependency);
     const std::string name = nameOf(object);
     if (name.empty())
         return {};

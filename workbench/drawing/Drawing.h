@@ -93,7 +93,7 @@ private:
     bool hasPlaces(const Constraint& constraint) const;
     bool isLost(const YxConstrainedGeometry& geometry, Segments& segments) const;
     const YxDbAssocGeomDependency* dependencyOf(const YxConstrainedGeometry& geometry) const;
-    std::string freshName(std::string base) const;
+    std::string freshName(const std::string& base) const;
 
     HostProcess m_process;
     HostBuilder m_builder;
