@@ -79,14 +79,4 @@ std::vector<int> controlPointsAt(const YxDbAssoc2dConstraintGroup& group, const 
     return indices;
 }
 
-int deleteAll(YxDbAssoc2dConstraintGroup* group, const Constraints& constraints) {
-    if (constraints.empty())
-        return 0;
-    const YxSmartPtr<YxDbAssoc2dConstraintGroup> open =
-        YxDbObjectIdImpl::openObject(group->objectId(), YxDb::kForWrite, false);
-    for (YxGeomConstraint* constraint : constraints)
-        open->deleteConstraint(constraint);
-    return static_cast<int>(constraints.size());
-}
-
 }  // namespace holdfast::plain

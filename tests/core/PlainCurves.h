@@ -22,7 +22,4 @@ void judgeRay(const YxDbAssoc2dConstraintGroup& group, const YxDbEntity& ray, co
 std::vector<int> controlPointsAt(const YxDbAssoc2dConstraintGroup& group, const YxDbAssocGeomDependency& dependency,
                                  const YxGeomConstraint& constraint);
 
-/// Deletes through the group, in order, and answers how many there were.
-int deleteAll(YxDbAssoc2dConstraintGroup* group, const Constraints& constraints);
-
 }  // namespace holdfast::plain

@@ -236,14 +236,14 @@ void setIdentifier(YxDbPolyline& polyline, int index, int identifier) {
     polyline.setVertexIdentifierAt(static_cast<unsigned int>(index), identifier);
 }
 
-int deleteCollected(YxDbAssoc2dConstraintGroup* group, const Constraints& collected) {
-    if (collected.empty())
+int deleteAll(YxDbAssoc2dConstraintGroup* group, const Constraints& constraints) {
+    if (constraints.empty())
         return 0;
     const YxSmartPtr<YxDbAssoc2dConstraintGroup> open =
         YxDbObjectIdImpl::openObject(group->objectId(), YxDb::kForWrite, false);
-    for (YxGeomConstraint* constraint : collected)
+    for (YxGeomConstraint* constraint : constraints)
         open->deleteConstraint(constraint);
-    return static_cast<int>(collected.size());
+    return static_cast<int>(constraints.size());
 }
 
 }  // namespace holdfast::plain

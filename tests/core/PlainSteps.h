@@ -47,7 +47,7 @@ void deleteOneCoincidence(YxDbAssoc2dConstraintGroup& group, const YxDbAssocGeom
 YxSmartPtr<YxDbAssocGeomDependency> openForWrite(const YxDbAssocGeomDependency& dependency);
 void setIdentifier(YxDbPolyline& polyline, int index, int identifier);
 
-/// The end of a command: deletes what was collected and says how many that were.
-int deleteCollected(YxDbAssoc2dConstraintGroup* group, const Constraints& collected);
+/// Deletes through the group, in order, and answers how many there were.
+int deleteAll(YxDbAssoc2dConstraintGroup* group, const Constraints& constraints);
 
 }  // namespace holdfast::plain

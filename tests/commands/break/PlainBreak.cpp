@@ -130,7 +130,7 @@ void PlainPolylineBreak::loosen(const YxDbAssocGeomDependency& dependency, const
 }
 
 int PlainPolylineBreak::deleteConstraint() {
-    return deleteCollected(m_group, m_collected);
+    return deleteAll(m_group, m_collected);
 }
 
 }  // namespace holdfast::plain

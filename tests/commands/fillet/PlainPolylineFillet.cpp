@@ -209,7 +209,7 @@ void PlainPolylineFillet::setTwoPolyLineConstraint(YxDbPolyline* joined, bool re
 }
 
 int PlainPolylineFillet::deleteConstraint() {
-    return deleteCollected(m_group, m_collected);
+    return deleteAll(m_group, m_collected);
 }
 
 }  // namespace holdfast::plain
