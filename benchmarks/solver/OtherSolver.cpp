@@ -10,7 +10,7 @@
 // Uses memset without declaring it.
 #include <slvs.h>
 
-namespace holdfast {
+namespace holdfast::solver {
 
 namespace {
 
@@ -23,8 +23,8 @@ struct OtherSolver::Data {
     std::vector<Slvs_Param> params;
     std::vector<Slvs_Entity> entities;
     std::vector<Slvs_Constraint> constraints;
-    std::vector<Slvs_hEntity> elements;                  ///< by number in the figure
-    std::map<int, Slvs_hParam> paramOfValue;             ///< by value of the figure
+    std::vector<Slvs_hEntity> elements;                  ///< by number in the sketch
+    std::map<int, Slvs_hParam> paramOfValue;             ///< by value of the sketch
     std::map<std::pair<int, int>, Slvs_hEntity> points;  ///< by element and place
     std::vector<Slvs_hParam> dragged;
 
@@ -45,9 +45,9 @@ struct OtherSolver::Data {
         entities.push_back(Slvs_MakeWorkplane(kPlane, kBase, kOrigin, kNormal));
     }
 
-    Slvs_hEntity addPoint(const Figure& figure, int firstValue) {
+    Slvs_hEntity addPoint(const SketchData& sketch, int firstValue) {
         const auto v = static_cast<std::size_t>(firstValue);
-        const Slvs_hParam x = addParam(kSketch, figure.values[v]), y = addParam(kSketch, figure.values[v + 1]);
+        const Slvs_hParam x = addParam(kSketch, sketch.values[v]), y = addParam(kSketch, sketch.values[v + 1]);
         paramOfValue[firstValue] = x;
         paramOfValue[firstValue + 1] = y;
         const Slvs_hEntity handle = nextEntity();
@@ -55,12 +55,12 @@ struct OtherSolver::Data {
         return handle;
     }
 
-    void addElement(const Figure& figure, int number) {
-        const FigureEntity& entity = figure.entities[static_cast<std::size_t>(number)];
-        const bool isArc = entity.kind == FigureKind::arc;
+    void addElement(const SketchData& sketch, int number) {
+        const SketchEntity& entity = sketch.entities[static_cast<std::size_t>(number)];
+        const bool isArc = entity.kind == EntityKind::arc;
         const int ends = entity.firstValue + (isArc ? 3 : 0);
-        const Slvs_hEntity centre = isArc ? addPoint(figure, entity.firstValue) : 0;
-        const Slvs_hEntity start = addPoint(figure, ends), end = addPoint(figure, ends + 2);
+        const Slvs_hEntity centre = isArc ? addPoint(sketch, entity.firstValue) : 0;
+        const Slvs_hEntity start = addPoint(sketch, ends), end = addPoint(sketch, ends + 2);
         points[{number, static_cast<int>(PlaceKind::start)}] = start;
         points[{number, static_cast<int>(PlaceKind::end)}] = end;
         const Slvs_hEntity handle = nextEntity();
@@ -75,16 +75,16 @@ struct OtherSolver::Data {
         constraints.back().other = other;
     }
 
-    Slvs_hEntity element(const FigurePlace& place) const { return elements[static_cast<std::size_t>(place.entity)]; }
-    Slvs_hEntity point(const FigurePlace& place) const {
+    Slvs_hEntity element(const SketchPlace& place) const { return elements[static_cast<std::size_t>(place.entity)]; }
+    Slvs_hEntity point(const SketchPlace& place) const {
         return points.at({place.entity, static_cast<int>(place.kind)});
     }
 
-    void addConstraint(const Figure& figure, const FigureConstraint& constraint) {
-        const FigurePlace& a = constraint.refs.front();
-        const FigurePlace& b = constraint.refs.back();
-        const auto isArc = [&](const FigurePlace& place) {
-            return figure.entities[static_cast<std::size_t>(place.entity)].kind == FigureKind::arc;
+    void addConstraint(const SketchData& sketch, const SketchConstraint& constraint) {
+        const SketchPlace& a = constraint.refs.front();
+        const SketchPlace& b = constraint.refs.back();
+        const auto isArc = [&](const SketchPlace& place) {
+            return sketch.entities[static_cast<std::size_t>(place.entity)].kind == EntityKind::arc;
         };
         switch (constraint.type) {
             case ConstraintType::coincident:
@@ -99,13 +99,13 @@ struct OtherSolver::Data {
                 return addConstraint(isArc(a) ? SLVS_C_EQUAL_RADIUS : SLVS_C_EQUAL_LENGTH_LINES, 0, 0, element(a),
                                      element(b));
             case ConstraintType::tangent: {
-                const FigurePlace& arc = isArc(a) ? a : b;
-                const FigurePlace& line = isArc(a) ? b : a;
+                const SketchPlace& arc = isArc(a) ? a : b;
+                const SketchPlace& line = isArc(a) ? b : a;
                 return addConstraint(SLVS_C_ARC_LINE_TANGENT, 0, 0, element(arc), element(line),
                                      arc.kind == PlaceKind::end ? 1 : 0);
             }
             default:
-                throw FigureError("constraint " + constraint.id + ": it has no counterpart in the other solver");
+                throw SketchError("constraint " + constraint.id + ": it has no counterpart in the other solver");
         }
     }
 };
@@ -114,12 +114,12 @@ bool OtherSolver::isThere() {
     return true;
 }
 
-OtherSolver::OtherSolver(const Figure& figure) : m_data(std::make_unique<Data>()) {
+OtherSolver::OtherSolver(const SketchData& sketch) : m_data(std::make_unique<Data>()) {
     m_data->addPlane();
-    for (std::size_t i = 0; i < figure.entities.size(); ++i)
-        m_data->addElement(figure, static_cast<int>(i));
-    for (const FigureConstraint& constraint : figure.constraints)
-        m_data->addConstraint(figure, constraint);
+    for (std::size_t i = 0; i < sketch.entities.size(); ++i)
+        m_data->addElement(sketch, static_cast<int>(i));
+    for (const SketchConstraint& constraint : sketch.constraints)
+        m_data->addConstraint(sketch, constraint);
 }
 
 void OtherSolver::drag(int value, double goal) {
@@ -156,26 +156,26 @@ std::optional<const char*> OtherSolver::solve() {
     }
 }
 
-void OtherSolver::read(Figure& figure) const {
+void OtherSolver::read(SketchData& sketch) const {
     for (const auto& [value, param] : m_data->paramOfValue)
-        figure.values[static_cast<std::size_t>(value)] = m_data->params[param - 1].val;
-    for (const FigureEntity& entity : figure.entities) {
-        if (entity.kind != FigureKind::arc)
+        sketch.values[static_cast<std::size_t>(value)] = m_data->params[param - 1].val;
+    for (const SketchEntity& entity : sketch.entities) {
+        if (entity.kind != EntityKind::arc)
             continue;
         const auto v = static_cast<std::size_t>(entity.firstValue);
-        figure.values[v + 2] =
-            std::hypot(figure.values[v + 3] - figure.values[v], figure.values[v + 4] - figure.values[v + 1]);
+        sketch.values[v + 2] =
+            std::hypot(sketch.values[v + 3] - sketch.values[v], sketch.values[v + 4] - sketch.values[v + 1]);
     }
 }
 
-}  // namespace holdfast
+}  // namespace holdfast::solver
 
 #else
 
-namespace holdfast {
+namespace holdfast::solver {
 
 struct OtherSolver::Data {};
-OtherSolver::OtherSolver(const Figure&) {}
+OtherSolver::OtherSolver(const SketchData&) {}
 bool OtherSolver::isThere() {
     return false;
 }
@@ -183,12 +183,12 @@ void OtherSolver::drag(int, double) {}
 std::optional<const char*> OtherSolver::solve() {
     return "missing";
 }
-void OtherSolver::read(Figure&) const {}
+void OtherSolver::read(SketchData&) const {}
 
-}  // namespace holdfast
+}  // namespace holdfast::solver
 
 #endif
 
-namespace holdfast {
+namespace holdfast::solver {
 OtherSolver::~OtherSolver() = default;
-}  // namespace holdfast
+}  // namespace holdfast::solver

@@ -3,15 +3,15 @@
 #include <memory>
 #include <optional>
 
-#include "workbench/evaluator/Figure.h"
+#include "solver/src/sketch/SketchData.h"
 
-namespace holdfast {
+namespace holdfast::solver {
 
 /// The solver that Debian packages as libslvs1-dev, to compare with. Knows lines and arcs, and the constraints of the
 /// workloads.
 class OtherSolver {
 public:
-    explicit OtherSolver(const Figure& figure);
+    explicit OtherSolver(const SketchData& sketch);
     ~OtherSolver();
 
     /// False in a build without the library.
@@ -24,11 +24,11 @@ public:
     std::optional<const char*> solve();
 
     /// Where the values are now.
-    void read(Figure& figure) const;
+    void read(SketchData& sketch) const;
 
 private:
     struct Data;
     std::unique_ptr<Data> m_data;
 };
 
-}  // namespace holdfast
+}  // namespace holdfast::solver

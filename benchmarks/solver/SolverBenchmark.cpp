@@ -7,15 +7,15 @@
 #include "benchmarks/solver/OtherSolver.h"
 #include "benchmarks/solver/Trials.h"
 
-// Compares the evaluator with another solver on the same figures, in one run, and says which bars hold:
+// Compares the evaluator with another solver on the same sketches, in one run, and says which bars hold:
 //
 //     benchmark_solver [most constraints]
 
-namespace holdfast {
+namespace holdfast::solver {
 namespace {
 
 constexpr int kSizes[] = {50, 500, 5000, 10000, 50000};
-constexpr double kTooSlow = 3000.0;  // ms for one solve of the other: bigger figures are not tried with it
+constexpr double kTooSlow = 3000.0;  // ms for one solve of the other: bigger sketches are not tried with it
 
 struct Row {
     int constraints = 0;
@@ -51,7 +51,7 @@ void printRatio(double other, double own) {
 void printHead() {
     std::printf(
         "ms; own: rings / whole part; other: libslvs; ratio: other against own in rings (drag: and whole part)\n");
-    std::printf("%-10s %7s |%11s%11s%8s |%11s%11s%11s%8s |%11s%11s%11s%8s%8s | worst residual\n", "figure", "constr.",
+    std::printf("%-10s %7s |%11s%11s%8s |%11s%11s%11s%8s |%11s%11s%11s%8s%8s | worst residual\n", "sketch", "constr.",
                 "solve own", "other", "ratio", "first ring", "part", "other", "ratio", "later ring", "part", "other",
                 "ratio", "ratio");
 }
@@ -88,9 +88,9 @@ void print(const char* name, const Row& row) {
 
 Row measure(const Workload& work, const std::string& whyNotOther) {
     Row row;
-    row.constraints = static_cast<int>(work.figure.constraints.size());
-    row.rings = timeOwn(work, Reach::rings);
-    row.part = timeOwn(work, Reach::part);
+    row.constraints = static_cast<int>(work.sketch.constraints.size());
+    row.rings = timeOwn(work, Scope::rings);
+    row.part = timeOwn(work, Scope::part);
     row.other.trouble = whyNotOther;
     if (whyNotOther.empty())
         row.other = timeOther(work);
@@ -174,7 +174,7 @@ void judgeGrowth(const char* name, const std::vector<Row>& rows) {
 void judgeIslands() {
     for (const NamedFamily& family : kFamilies) {
         const auto [alone, crowded] = timeBesideOthers(family.make(500), 1000);
-        say(crowded < 1.1 * alone, std::string(family.name) + ": a step beside 1,000 other figures, below 1.1 times",
+        say(crowded < 1.1 * alone, std::string(family.name) + ": a step beside 1,000 other sketches, below 1.1 times",
             crowded / alone, "x");
     }
 }
@@ -197,7 +197,7 @@ int run(int most) {
 }
 
 }  // namespace
-}  // namespace holdfast
+}  // namespace holdfast::solver
 
 int main(int count, char** words) {
     return holdfast::run(count > 1 ? std::atoi(words[1]) : 50000);

@@ -4,10 +4,10 @@
 
 #include "benchmarks/Timing.h"
 #include "benchmarks/solver/OtherSolver.h"
-#include "workbench/evaluator/Drag.h"
-#include "workbench/evaluator/Measure.h"
+#include "solver/src/sketch/Measure.h"
+#include "solver/src/solving/Drag.h"
 
-namespace holdfast {
+namespace holdfast::solver {
 
 namespace {
 
@@ -15,33 +15,33 @@ constexpr double kDisturbance = 0.05;
 constexpr int kSteps = 60;
 constexpr double kMostSeconds = 4.0;  // of drag steps
 
-double missOf(const Figure& figure) {
-    const std::vector<double> misses = missesOf(figure);
-    return *std::max_element(misses.begin(), misses.end()) / figure.size();
+double shortfallOf(const SketchData& sketch) {
+    const std::vector<double> misses = violationsOf(sketch);
+    return *std::max_element(misses.begin(), misses.end()) / sketch.size();
 }
 
 /// Where the handle goes in one step of a drag.
 Vec2 goalOf(const Workload& work, int step) {
     const auto v = static_cast<std::size_t>(work.handle);
-    return {work.figure.values[v] + 0.02 * step, work.figure.values[v + 1] + 0.01 * step};
+    return {work.sketch.values[v] + 0.02 * step, work.sketch.values[v + 1] + 0.01 * step};
 }
 
-Figure disturbed(const Workload& work) {
-    Figure figure = work.figure;
-    disturb(figure, kDisturbance);
-    return figure;
+SketchData disturbed(const Workload& work) {
+    SketchData sketch = work.sketch;
+    disturb(sketch, kDisturbance);
+    return sketch;
 }
 
-/// Fixed points that make a figure as large as another one: tolerances go by the size.
-void stretchTo(Figure& figure, const Figure& other) {
+/// Fixed points that make a sketch as large as another one: tolerances go by the size.
+void stretchTo(SketchData& sketch, const SketchData& other) {
     Vec2 low{1e300, 1e300}, high{-1e300, -1e300};
-    for (const FigureEntity& entity : other.entities) {
+    for (const SketchEntity& entity : other.entities) {
         const auto v = static_cast<std::size_t>(entity.firstValue);
         low = {std::min(low.x, other.values[v]), std::min(low.y, other.values[v + 1])};
         high = {std::max(high.x, other.values[v]), std::max(high.y, other.values[v + 1])};
     }
     for (const Vec2& corner : {low, high})
-        figure.entities[static_cast<std::size_t>(figure.addPoint("corner", corner))].fixed = true;
+        sketch.entities[static_cast<std::size_t>(sketch.addPoint("corner", corner))].fixed = true;
 }
 
 /// Step after step until the time is up; the median.
@@ -58,17 +58,17 @@ double timeSteps(Step step) {
 
 }  // namespace
 
-Times timeOwn(const Workload& work, Reach reach) {
+Times timeOwn(const Workload& work, Scope reach) {
     Times times;
     const auto check = [&](const SolveResult& result, const char* what) {
         if (!result.isSolved())
             times.trouble = what;
     };
-    Figure figure;
-    const Figure start = disturbed(work);
-    times.solve = medianTime([&] { figure = start; },
-                             [&] { check(solve(figure, {.reach = reach, .namesConflicts = false}), "solve failed"); });
-    times.residual = missOf(figure);
+    SketchData sketch;
+    const SketchData start = disturbed(work);
+    times.solve = medianTime([&] { sketch = start; },
+                             [&] { check(solve(sketch, {.reach = reach, .namesConflicts = false}), "solve failed"); });
+    times.residual = shortfallOf(sketch);
 
     const std::vector<int> handles{work.handle, work.handle + 1};
     const auto stepTo = [&](DragSession& session, int step) {
@@ -76,16 +76,16 @@ Times timeOwn(const Workload& work, Reach reach) {
         const double goals[] = {goal.x, goal.y};
         check(session.step(goals), "drag failed");
     };
-    times.firstStep = medianTime([&] { figure = work.figure; },
+    times.firstStep = medianTime([&] { sketch = work.sketch; },
                                  [&] {
-                                     DragSession session(figure, handles, reach);
+                                     DragSession session(sketch, handles, reach);
                                      stepTo(session, 1);
                                  });
-    figure = work.figure;
-    DragSession session(figure, handles, reach);
+    sketch = work.sketch;
+    DragSession session(sketch, handles, reach);
     stepTo(session, 1);
     times.laterStep = timeSteps([&](int step) { stepTo(session, step); });
-    times.residual = std::max(times.residual, missOf(figure));
+    times.residual = std::max(times.residual, shortfallOf(sketch));
     return times;
 }
 
@@ -95,8 +95,8 @@ Times timeOther(const Workload& work) {
         if (trouble)
             times.trouble = *trouble;
     };
-    Figure answer = work.figure;
-    const Figure start = disturbed(work);
+    SketchData answer = work.sketch;
+    const SketchData start = disturbed(work);
     std::unique_ptr<OtherSolver> other;
     times.solve = medianTime([] {},
                              [&] {
@@ -104,7 +104,7 @@ Times timeOther(const Workload& work) {
                                  check(other->solve());
                              });
     other->read(answer);
-    times.residual = missOf(answer);
+    times.residual = shortfallOf(answer);
     if (!times.trouble.empty())
         return times;
 
@@ -116,21 +116,21 @@ Times timeOther(const Workload& work) {
     };
     times.firstStep = medianTime([] {},
                                  [&] {
-                                     other = std::make_unique<OtherSolver>(work.figure);
+                                     other = std::make_unique<OtherSolver>(work.sketch);
                                      stepTo(1);
                                  });
     times.laterStep = timeSteps(stepTo);
     other->read(answer);
-    times.residual = std::max(times.residual, missOf(answer));
+    times.residual = std::max(times.residual, shortfallOf(answer));
     return times;
 }
 
 std::pair<double, double> timeBesideOthers(const Workload& work, int others) {
-    Figure alone = work.figure, crowded = work.figure;
+    SketchData alone = work.sketch, crowded = work.sketch;
     addIslands(crowded, others);
     stretchTo(alone, crowded);
     const std::vector<int> handles{work.handle, work.handle + 1};
-    DragSession first(alone, handles, Reach::part), second(crowded, handles, Reach::part);
+    DragSession first(alone, handles, Scope::part), second(crowded, handles, Scope::part);
     std::vector<double> aloneTimes, crowdedTimes;
     for (int step = 1; step <= 400; ++step) {
         const Vec2 goal = goalOf(work, step % 100);
@@ -141,4 +141,4 @@ std::pair<double, double> timeBesideOthers(const Workload& work, int others) {
     return {medianOf(aloneTimes), medianOf(crowdedTimes)};
 }
 
-}  // namespace holdfast
+}  // namespace holdfast::solver

@@ -3,24 +3,24 @@
 #include <string>
 
 #include "benchmarks/solver/Workloads.h"
-#include "workbench/evaluator/Solve.h"
+#include "solver/src/solving/Solve.h"
 
-namespace holdfast {
+namespace holdfast::solver {
 
-/// Times in ms of one solver on one figure, and how well the answers hold.
+/// Times in ms of one solver on one sketch, and how well the answers hold.
 struct Times {
     double solve = -1.0;      ///< from a disturbed start, everything built anew
     double firstStep = -1.0;  ///< of a drag, everything built anew
     double laterStep = -1.0;  ///< median of the steps that follow
-    double residual = 0.0;    ///< worst, as a part of the figure's size
+    double residual = 0.0;    ///< worst, as a part of the sketch's size
     std::string trouble;      ///< empty: every solve came to an end
 };
 
-Times timeOwn(const Workload& work, Reach reach);
+Times timeOwn(const Workload& work, Scope reach);
 Times timeOther(const Workload& work);
 
-/// Median times of a later drag step of the figure alone and beside others that are not connected with it, taken in
+/// Median times of a later drag step of the sketch alone and beside others that are not connected with it, taken in
 /// turns so that both see the same machine.
 std::pair<double, double> timeBesideOthers(const Workload& work, int others);
 
-}  // namespace holdfast
+}  // namespace holdfast::solver

@@ -4,7 +4,7 @@
 #include <numbers>
 #include <random>
 
-namespace holdfast {
+namespace holdfast::solver {
 
 namespace {
 
@@ -14,37 +14,37 @@ std::string numbered(const char* letter, int number) {
     return letter + std::to_string(number);
 }
 
-/// Puts constraints on places of a figure.
+/// Puts constraints on places of a sketch.
 class Binder {
 public:
-    explicit Binder(Figure& figure) : m_figure(figure) {}
+    explicit Binder(SketchData& sketch) : m_sketch(sketch) {}
 
-    static FigurePlace start(int entity) { return {entity, PlaceKind::start, 0}; }
-    static FigurePlace end(int entity) { return {entity, PlaceKind::end, 0}; }
-    static FigurePlace whole(int entity) { return {entity, PlaceKind::whole, 0}; }
+    static SketchPlace start(int entity) { return {entity, PlaceKind::start, 0}; }
+    static SketchPlace end(int entity) { return {entity, PlaceKind::end, 0}; }
+    static SketchPlace whole(int entity) { return {entity, PlaceKind::whole, 0}; }
 
-    void bind(ConstraintType type, std::vector<FigurePlace> refs) {
-        FigureConstraint constraint;
+    void bind(ConstraintType type, std::vector<SketchPlace> refs) {
+        SketchConstraint constraint;
         constraint.id = numbered("c", count());
         constraint.type = type;
         constraint.refs = std::move(refs);
-        m_figure.addConstraint(std::move(constraint));
+        m_sketch.addConstraint(std::move(constraint));
     }
-    void join(FigurePlace a, FigurePlace b) { bind(ConstraintType::coincident, {a, b}); }
+    void join(SketchPlace a, SketchPlace b) { bind(ConstraintType::coincident, {a, b}); }
 
-    int count() const { return static_cast<int>(m_figure.constraints.size()); }
+    int count() const { return static_cast<int>(m_sketch.constraints.size()); }
 
 private:
-    Figure& m_figure;
+    SketchData& m_sketch;
 };
 
-void addRectangle(Figure& figure, double x, double y, int joinedTo) {
-    Binder binder(figure);
+void addRectangle(SketchData& sketch, double x, double y, int joinedTo) {
+    Binder binder(sketch);
     const double w = kLength, h = 0.6 * kLength;
     const Vec2 corners[] = {{x, y}, {x + w, y}, {x + w, y + h}, {x, y + h}};
-    const int first = static_cast<int>(figure.entities.size());
+    const int first = static_cast<int>(sketch.entities.size());
     for (int i = 0; i < 4; ++i)
-        figure.addLine(numbered("l", first + i), corners[i], corners[(i + 1) % 4]);
+        sketch.addLine(numbered("l", first + i), corners[i], corners[(i + 1) % 4]);
     for (int i = 0; i < 4; ++i)
         binder.join(Binder::end(first + i), Binder::start(first + (i + 1) % 4));
     for (int i = 0; i < 4; ++i)
@@ -53,12 +53,12 @@ void addRectangle(Figure& figure, double x, double y, int joinedTo) {
         binder.join(Binder::start(first), Binder::end(joinedTo + 1));
 }
 
-void addTriangle(Figure& figure, double x, double y) {
-    Binder binder(figure);
+void addTriangle(SketchData& sketch, double x, double y) {
+    Binder binder(sketch);
     const Vec2 a{x, y}, b{x + kLength, y}, c{x + 0.5 * kLength, y + 0.8 * kLength};
-    const int base = figure.addLine(numbered("t", static_cast<int>(figure.entities.size())), a, b);
-    const int right = figure.addLine(numbered("t", base + 1), b, c);
-    const int left = figure.addLine(numbered("t", base + 2), c, a);
+    const int base = sketch.addLine(numbered("t", static_cast<int>(sketch.entities.size())), a, b);
+    const int right = sketch.addLine(numbered("t", base + 1), b, c);
+    const int left = sketch.addLine(numbered("t", base + 2), c, a);
     binder.join(Binder::end(base), Binder::start(right));
     binder.join(Binder::end(right), Binder::start(left));
     binder.join(Binder::end(left), Binder::start(base));
@@ -69,7 +69,7 @@ void addTriangle(Figure& figure, double x, double y) {
 /// The net's lines by the node that they begin at: one to the right, one upwards.
 class Net {
 public:
-    Net(Figure& figure, int side) : m_figure(figure), m_binder(figure), m_side(side) {
+    Net(SketchData& sketch, int side) : m_sketch(sketch), m_binder(sketch), m_side(side) {
         for (int j = 0; j < side; ++j) {
             for (int i = 0; i < side; ++i)
                 addCell(i, j);
@@ -82,8 +82,8 @@ public:
 private:
     void addCell(int i, int j) {
         const double x = kLength * i, y = kLength * j;
-        m_figure.addLine(numbered("r", right(i, j)), {x, y}, {x + kLength, y});
-        m_figure.addLine(numbered("u", up(i, j)), {x, y}, {x, y + kLength});
+        m_sketch.addLine(numbered("r", right(i, j)), {x, y}, {x + kLength, y});
+        m_sketch.addLine(numbered("u", up(i, j)), {x, y}, {x, y + kLength});
         m_binder.join(Binder::start(right(i, j)), Binder::start(up(i, j)));
         if (i > 0)
             m_binder.join(Binder::end(right(i - 1, j)), Binder::start(right(i, j)));
@@ -93,7 +93,7 @@ private:
                       {Binder::whole(right(i, j)), Binder::whole(up(i, j))});
     }
 
-    Figure& m_figure;
+    SketchData& m_sketch;
     Binder m_binder;
     int m_side;
 };
@@ -103,20 +103,20 @@ struct Pen {
     Vec2 at;
     double heading = 0.0;
 
-    int line(Figure& figure, double length) {
+    int line(SketchData& sketch, double length) {
         const Vec2 from = at;
         at = {at.x + length * std::cos(heading), at.y + length * std::sin(heading)};
-        return figure.addLine(numbered("l", static_cast<int>(figure.entities.size())), from, at);
+        return sketch.addLine(numbered("l", static_cast<int>(sketch.entities.size())), from, at);
     }
 
     /// To the left for a positive turn.
-    int arc(Figure& figure, double radius, double turn) {
+    int arc(SketchData& sketch, double radius, double turn) {
         const double side = turn > 0.0 ? 1.0 : -1.0, quarter = std::numbers::pi / 2;
         const Vec2 centre{at.x - side * radius * std::sin(heading), at.y + side * radius * std::cos(heading)};
         const double from = heading - side * quarter, to = from + turn;
         heading += turn;
         at = {centre.x + radius * std::cos(to), centre.y + radius * std::sin(to)};
-        return figure.addArc(numbered("k", static_cast<int>(figure.entities.size())),
+        return sketch.addArc(numbered("k", static_cast<int>(sketch.entities.size())),
                              {centre, radius, std::min(from, to), std::max(from, to)});
     }
 };
@@ -125,45 +125,45 @@ struct Pen {
 
 Workload chainOf(int constraints) {
     Workload work{"chain", {}, -1};
-    for (int i = 0, last = -1; static_cast<int>(work.figure.constraints.size()) + 8 <= constraints; ++i) {
-        const int first = static_cast<int>(work.figure.entities.size());
-        addRectangle(work.figure, kLength * i, 0.6 * kLength * i, last);
+    for (int i = 0, last = -1; static_cast<int>(work.sketch.constraints.size()) + 8 <= constraints; ++i) {
+        const int first = static_cast<int>(work.sketch.entities.size());
+        addRectangle(work.sketch, kLength * i, 0.6 * kLength * i, last);
         last = first;
     }
-    const int middle = 4 * static_cast<int>(work.figure.entities.size() / 8) + 1;
-    work.handle = work.figure.entities[static_cast<std::size_t>(middle)].firstValue + 2;
+    const int middle = 4 * static_cast<int>(work.sketch.entities.size() / 8) + 1;
+    work.handle = work.sketch.entities[static_cast<std::size_t>(middle)].firstValue + 2;
     return work;
 }
 
 Workload gridOf(int constraints) {
     Workload work{"grid", {}, -1};
     const int side = std::max(2, static_cast<int>(std::lround(std::sqrt(constraints / 4.0))));
-    const Net net(work.figure, side);
-    work.handle = work.figure.entities[static_cast<std::size_t>(net.right(side / 2, side / 2))].firstValue;
+    const Net net(work.sketch, side);
+    work.handle = work.sketch.entities[static_cast<std::size_t>(net.right(side / 2, side / 2))].firstValue;
     return work;
 }
 
 Workload islandsOf(int constraints) {
     Workload work{"islands", {}, -1};
-    addIslands(work.figure, std::max(1, constraints / 5));
-    work.handle = work.figure.entities[1].firstValue + 2;
+    addIslands(work.sketch, std::max(1, constraints / 5));
+    work.handle = work.sketch.entities[1].firstValue + 2;
     return work;
 }
 
 Workload mechanismOf(int constraints) {
     Workload work{"mechanism", {}, -1};
-    Figure& figure = work.figure;
-    Binder binder(figure);
+    SketchData& sketch = work.sketch;
+    Binder binder(sketch);
     Pen pen;
     constexpr double radius = 4.0, turn = std::numbers::pi / 3;
     int lastArc = -1;
-    int line = pen.line(figure, kLength);
+    int line = pen.line(sketch, kLength);
     for (int i = 0; binder.count() + 5 <= constraints; ++i) {
         const bool isLeft = i % 4 == 0 || i % 4 == 3;
-        const int arc = pen.arc(figure, radius, isLeft ? turn : -turn);
-        const int next = pen.line(figure, kLength);
-        const FigurePlace in = isLeft ? Binder::start(arc) : Binder::end(arc);
-        const FigurePlace out = isLeft ? Binder::end(arc) : Binder::start(arc);
+        const int arc = pen.arc(sketch, radius, isLeft ? turn : -turn);
+        const int next = pen.line(sketch, kLength);
+        const SketchPlace in = isLeft ? Binder::start(arc) : Binder::end(arc);
+        const SketchPlace out = isLeft ? Binder::end(arc) : Binder::start(arc);
         binder.join(Binder::end(line), in);
         binder.bind(ConstraintType::tangent, {Binder::end(line), in});
         binder.join(out, Binder::start(next));
@@ -173,24 +173,24 @@ Workload mechanismOf(int constraints) {
         lastArc = arc;
         line = next;
     }
-    const std::size_t middle = 2 * (figure.entities.size() / 4);
-    work.handle = figure.entities[middle].firstValue + 2;
+    const std::size_t middle = 2 * (sketch.entities.size() / 4);
+    work.handle = sketch.entities[middle].firstValue + 2;
     return work;
 }
 
-void addIslands(Figure& figure, int count) {
+void addIslands(SketchData& sketch, int count) {
     const int perRow = std::max(1, static_cast<int>(std::sqrt(count)));
     for (int i = 0; i < count; ++i) {
         const int row = 1 + i / perRow;
-        addTriangle(figure, 1.5 * kLength * (i % perRow), -1.5 * kLength * row);
+        addTriangle(sketch, 1.5 * kLength * (i % perRow), -1.5 * kLength * row);
     }
 }
 
-void disturb(Figure& figure, double amount) {
+void disturb(SketchData& sketch, double amount) {
     std::mt19937 random(7);
     std::uniform_real_distribution<double> uniform(-amount, amount);
-    for (double& value : figure.values)
+    for (double& value : sketch.values)
         value += uniform(random);
 }
 
-}  // namespace holdfast
+}  // namespace holdfast::solver

@@ -3,18 +3,18 @@
 #include <string>
 #include <vector>
 
-#include "workbench/evaluator/Figure.h"
+#include "solver/src/sketch/SketchData.h"
 
-namespace holdfast {
+namespace holdfast::solver {
 
-/// A figure of a chosen size that holds as it stands, and a point of it to drag.
+/// A sketch of a chosen size that holds as it stands, and a point of it to drag.
 struct Workload {
     std::string name;
-    Figure figure;
+    SketchData sketch;
     int handle = -1;  ///< first of two values
 };
 
-/// Families of figures, each with about as many constraints as asked for. Points that meet are separate points with a
+/// Families of sketches, each with about as many constraints as asked for. Points that meet are separate points with a
 /// coincidence between them, as a host holds them.
 ///
 /// chain: level and upright rectangles joined at their corners.
@@ -26,10 +26,10 @@ Workload gridOf(int constraints);
 Workload islandsOf(int constraints);
 Workload mechanismOf(int constraints);
 
-/// Adds triangles like those of islandsOf beside the figure.
-void addIslands(Figure& figure, int count);
+/// Adds triangles like those of islandsOf beside the sketch.
+void addIslands(SketchData& sketch, int count);
 
 /// Moves every free coordinate by up to the amount, always in the same way.
-void disturb(Figure& figure, double amount);
+void disturb(SketchData& sketch, double amount);
 
-}  // namespace holdfast
+}  // namespace holdfast::solver

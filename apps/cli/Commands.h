@@ -1,0 +1,68 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "apps/cli/Uses.h"
+
+namespace holdfast::cli {
+
+// The program's subcommands. Each returns the exit code, and throws DrawingError or EditError for bad input before it
+// has written anything.
+
+struct ShowOptions {
+    std::string drawing;
+    std::string output;  ///< an SVG file, or empty
+    bool json = false;
+};
+int show(const ShowOptions& options);
+
+struct EditOptions {
+    std::string drawing;
+    std::vector<std::string> edits;
+    std::vector<std::string> places = {};  ///< of the edits in a script, to begin an error with; empty: no script
+    std::string output;                    ///< the edited drawing, or empty
+    std::string report;                    ///< an HTML file, or empty
+    std::string picture;                   ///< an SVG file with before and after, or empty
+    bool json = false;
+    bool verbose = false;
+};
+int edit(const EditOptions& options);
+
+struct RunOptions {
+    std::string script;
+    std::string report;
+    std::string picture;
+    bool json = false;
+    bool verbose = false;
+};
+int run(const RunOptions& options);
+
+struct SolveOptions {
+    std::string drawing;
+    std::string output;  ///< the solved drawing, or empty
+    std::string report;  ///< an HTML file, or empty
+    bool explain = false;
+    bool json = false;
+};
+int solveDrawing(const SolveOptions& options);
+
+struct ConvertOptions {
+    std::string input;
+    std::string output;
+    double tolerance = 0.01;  ///< of curves that a DXF file cannot hold
+    bool polylines = false;   ///< chains of lines and arcs become polylines
+};
+int convert(const ConvertOptions& options);
+
+struct InferCommandOptions {
+    std::string input;
+    std::string output;
+    double length = 0.0;     ///< 0: a millionth of the drawing
+    double angle = 0.0;      ///< degrees; 0: those of InferOptions
+    bool polylines = false;  ///< chains of lines and arcs become polylines
+    bool json = false;
+};
+int infer(const InferCommandOptions& options);
+
+}  // namespace holdfast::cli

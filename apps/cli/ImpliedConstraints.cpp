@@ -1,0 +1,146 @@
+#include "apps/cli/ImpliedConstraints.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "hosting/evaluator/SketchFromDocument.h"
+#include "solver/src/diagnosis/Diagnose.h"
+#include "solver/src/solving/Solve.h"
+
+namespace holdfast::cli {
+
+namespace {
+
+/// A drawing with more constraints in the way than this has another fault: its tolerance is too coarse.
+constexpr std::size_t kMostContrary = 20;
+
+/// The start of a line or of a polyline's segment.
+Place startOf(const Place& line) {
+    const bool isSegment = line.kind == PlaceKind::segment;
+    return {line.entity, isSegment ? PlaceKind::segmentStart : PlaceKind::start, line.index};
+}
+
+/// One of the two halves of a constraint of two equations; nothing when it is of another kind.
+std::optional<Constraint> halfOf(const Constraint& whole, bool first) {
+    Constraint half = whole;
+    switch (whole.type) {
+        case ConstraintType::collinear:
+            half.type = first ? ConstraintType::pointOnCurve : ConstraintType::parallel;
+            if (first)
+                half.refs = {startOf(whole.refs[1]), whole.refs[0]};
+            return half;
+        case ConstraintType::coincident:
+        case ConstraintType::concentric:
+            half.type = first ? ConstraintType::horizontal : ConstraintType::vertical;
+            return half;
+        default:
+            return {};
+    }
+}
+
+class Thinner {
+public:
+    Thinner(Document& document, std::size_t firstNew) : m_document(document), m_firstNew(firstNew) {}
+
+    Thinning run() {
+        while (thinned() || freed()) {
+        }
+        return m_result;
+    }
+
+private:
+    Constraint& constraint(const Redundancy& redundancy) {
+        return m_document.constraints[static_cast<std::size_t>(redundancy.constraint)];
+    }
+
+    /// One round: what a constraint implies only together with one that goes is found in the next.
+    bool thinned() {
+        // Within the tolerance the constraints hold only nearly, and seem to say more than they do.
+        SketchData sketch = sketchFrom(m_document);
+        m_result.holds = solve(sketch, {.namesConflicts = false}).isSolved();
+        std::unordered_set<std::string> implied;
+        bool halved = false;
+        for (const Redundancy& redundancy : diagnose(sketch).redundant) {
+            if (static_cast<std::size_t>(redundancy.constraint) < m_firstNew)
+                continue;
+            if (halve(constraint(redundancy), redundancy.isWhole))
+                halved = true;
+            else if (redundancy.isWhole)
+                implied.insert(constraint(redundancy).id);
+        }
+        m_result.implied +=
+            std::erase_if(m_document.constraints, [&](const Constraint& each) { return implied.contains(each.id); });
+        return halved || !implied.empty();
+    }
+
+    /// Takes out one new constraint that stands in the way of the others.
+    bool freed() {
+        if (m_result.holds || m_result.contrary == kMostContrary)
+            return false;
+        const std::optional<std::size_t> culprit = inTheWay();
+        m_result.ownHold = culprit.has_value();
+        if (!culprit)
+            return false;
+        m_document.constraints.erase(m_document.constraints.begin() + static_cast<std::ptrdiff_t>(*culprit));
+        ++m_result.contrary;
+        return true;
+    }
+
+    /// The latest new constraint of a conflict; where none is named, the first with which the drawing cannot be solved.
+    std::optional<std::size_t> inTheWay() const {
+        SketchData sketch = sketchFrom(m_document);
+        const std::vector<int> conflict = solve(sketch, {}).conflicting;
+        if (!conflict.empty()) {
+            const auto last = static_cast<std::size_t>(*std::max_element(conflict.begin(), conflict.end()));
+            return last < m_firstNew ? std::nullopt : std::optional(last);
+        }
+        std::size_t good = m_firstNew, bad = m_document.constraints.size();
+        if (!isSolvable(good))
+            return {};
+        while (bad - good > 1) {
+            const std::size_t middle = good + (bad - good) / 2;
+            (isSolvable(middle) ? good : bad) = middle;
+        }
+        return good;
+    }
+
+    bool isSolvable(std::size_t count) const {
+        Document part = m_document;
+        part.constraints.resize(count);
+        SketchData sketch = sketchFrom(part);
+        return solve(sketch, {.namesConflicts = false}).isSolved();
+    }
+
+    /// A constraint that is implied in part becomes its first half, and that half, if it is implied, the second one.
+    bool halve(Constraint& found, bool isWhole) {
+        const auto known = m_wholes.find(found.id);
+        const bool isFirst = known == m_wholes.end();
+        if (isFirst == isWhole)
+            return false;
+        const Constraint whole = isFirst ? found : known->second;
+        const std::optional<Constraint> half = halfOf(whole, isFirst);
+        if (!half || found == *half)
+            return false;
+        m_wholes.emplace(whole.id, whole);
+        found = *half;
+        return true;
+    }
+
+    Document& m_document;
+    std::size_t m_firstNew;
+    Thinning m_result;
+    std::unordered_map<std::string, Constraint> m_wholes;  ///< what was halved, by its id
+};
+
+}  // namespace
+
+Thinning thinOut(Document& document, std::size_t firstNew) {
+    return Thinner(document, firstNew).run();
+}
+
+}  // namespace holdfast::cli

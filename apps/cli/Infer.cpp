@@ -1,0 +1,137 @@
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+#include <iostream>
+#include <map>
+#include <numbers>
+#include <unordered_set>
+
+#include "apps/cli/Commands.h"
+#include "apps/cli/DrawingFiles.h"
+#include "apps/cli/ImpliedConstraints.h"
+#include "apps/cli/OutputFiles.h"
+#include "apps/cli/Progress.h"
+#include "apps/cli/Terminal.h"
+#include "document/Names.h"
+#include "document/Polylines.h"
+#include "document/text/DrawingError.h"
+#include "inference/Infer.h"
+#include "report/page/Wording.h"
+
+namespace holdfast::cli {
+
+namespace {
+
+/// A drawing with its new constraints, which stand behind those that it had.
+struct Inferred {
+    std::string name;
+    Document document;
+    std::size_t firstNew = 0;
+    double length = 0.0;  ///< the tolerance that was used
+    Thinning thinning;
+};
+
+/// Joined lines and arcs made polylines. A joint needs no constraint then, so the drawing is left with those it had.
+/// The tolerance that was used for it is that of all that follows.
+Document withPolylines(const Document& plain, InferOptions& options) {
+    InferOptions joints = options;
+    joints.kinds = {ConstraintType::coincident};
+    const std::size_t given = plain.constraints.size();
+    const Inference joined = inferConstraints(plain, joints);
+    options.length = joined.length;
+    std::unordered_set<std::string> added;
+    for (std::size_t i = given; i < joined.document.constraints.size(); ++i)
+        added.insert(joined.document.constraints[i].id);
+    Document chained = chainsToPolylines(joined.document, joined.length).document;
+    std::erase_if(chained.constraints, [&](const Constraint& constraint) { return added.contains(constraint.id); });
+    return chained;
+}
+
+Inferred inferred(const std::string& name, const Document& plain, const InferOptions& options) {
+    Inference inference = inferConstraints(plain, options);
+    Inferred found{name, std::move(inference.document), plain.constraints.size(), inference.length, {}};
+    found.thinning = thinOut(found.document, found.firstNew);
+    return found;
+}
+
+std::map<std::string_view, std::size_t> countsOf(const Inferred& found) {
+    std::map<std::string_view, std::size_t> counts;
+    for (std::size_t i = found.firstNew; i < found.document.constraints.size(); ++i)
+        ++counts[typeName(found.document.constraints[i].type)];
+    return counts;
+}
+
+double degrees(double radians) {
+    return radians * 180.0 / std::numbers::pi;
+}
+
+void tell(const Inferred& found, const InferOptions& options) {
+    const Document& document = found.document;
+    std::cout << report::counted(document.constraints.size() - found.firstNew, "constraint") << " put on "
+              << report::counted(document.entities.size(), "entity") << '\n';
+    for (const auto& [name, count] : countsOf(found))
+        std::cout << "  " << name << ": " << count << '\n';
+    std::cout << "tolerances: " << shortNumber(found.length) << ' ' << document.lengthUnit << ", "
+              << shortNumber(degrees(options.angle)) << " degrees\n";
+    if (found.thinning.implied > 0)
+        std::cout << "left out, because these imply them: " << found.thinning.implied << '\n';
+    if (found.thinning.contrary > 0)
+        std::cout << "left out, because they cannot hold exactly beside these: " << found.thinning.contrary << '\n';
+}
+
+nlohmann::ordered_json jsonOf(const Inferred& found, const InferOptions& options) {
+    nlohmann::ordered_json json;
+    json["drawing"] = found.name;
+    json["entities"] = found.document.entities.size();
+    json["added"] = nlohmann::ordered_json::object();
+    for (const auto& [name, count] : countsOf(found))
+        json["added"][std::string(name)] = count;
+    json["implied"] = found.thinning.implied;
+    json["contrary"] = found.thinning.contrary;
+    json["length_tolerance"] = found.length;
+    json["angle_tolerance_degrees"] = degrees(options.angle);
+    return json;
+}
+
+InferOptions optionsOf(const InferCommandOptions& command) {
+    const auto fits = [](double tolerance) { return tolerance >= 0.0 && std::isfinite(tolerance); };
+    if (!fits(command.length))
+        throw DrawingError("--tolerance", {"", shortNumber(command.length), "a length above 0, such as 0.01"});
+    if (!fits(command.angle) || command.angle > 45.0)
+        throw DrawingError("--angle",
+                           {"", shortNumber(command.angle), "degrees above 0 and not above 45, such as 0.1"});
+    InferOptions options{.length = command.length};
+    if (command.angle > 0.0)
+        options.angle = command.angle / degrees(1.0);
+    return options;
+}
+
+}  // namespace
+
+int infer(const InferCommandOptions& command) {
+    OutputFiles outputs{drawingNamed(command.output)};
+    InferOptions options = optionsOf(command);
+    Document plain = readAnyDrawing(command.input);
+    const std::string name = spokenName(plain, command.input);
+    const Progress progress("inferring constraints of " + name);
+    if (command.polylines)
+        plain = withPolylines(plain, options);
+    const Inferred found = inferred(name, plain, options);
+    if (!found.thinning.holds) {
+        complain(!found.thinning.ownHold
+                     ? plain.name +
+                           ": its own constraints cannot hold together; \"holdfast solve --explain\" names them"
+                     : name + ": what holds within " + shortNumber(found.length) + " " + plain.lengthUnit +
+                           " cannot hold exactly; choose a smaller --tolerance");
+        return kExitUnsolved;
+    }
+    outputs.addDrawing(command.output, found.document);
+    outputs.write();
+    if (command.json)
+        std::cout << jsonOf(found, options).dump(2) << '\n';
+    else
+        tell(found, options);
+    return kExitDone;
+}
+
+}  // namespace holdfast::cli

@@ -1,0 +1,170 @@
+// holdfast: opens constrained drawings, edits them as a CAD user does, and shows what became of every constraint.
+
+#include <CLI/CLI.hpp>
+
+#include <csignal>
+#include <exception>
+#include <functional>
+#include <iostream>
+#include <string>
+
+#include "apps/cli/Commands.h"
+#include "apps/cli/Terminal.h"
+#include "apps/cli/Usage.h"
+#include "editing/Verbs.h"
+
+namespace {
+
+using namespace holdfast::cli;
+
+constexpr std::string_view kRefusals =
+    "Exit codes: 0 done; 2 a file or an argument was refused and nothing was written.";
+
+std::string editHelp() {
+    std::string help = "Edits:\n";
+    for (const EditVerb* verb : editVerbs())
+        help += "  " + std::string(verb->usage) + "\n      " + std::string(verb->purpose) + ": " +
+                std::string(verb->example) + "\n";
+    return help +
+           "  undo\n      takes the last edit back\n\nExample:\n  holdfast edit "
+           "examples/drawings/mounting-bracket.json "
+           "\"lengthen base end by 12\" -o longer.json --report longer.html\n\nExit codes: 0 done; 2 a file, an edit "
+           "or an argument was refused and nothing was written.";
+}
+
+void addShow(CLI::App& app, ShowOptions& options, std::function<int()>& action) {
+    CLI::App* command = app.add_subcommand("show", "tell what is in a drawing");
+    command->add_option("DRAWING", options.drawing, "a .json or .dxf file")->required();
+    command->add_option("-o,--output", options.output, "draw it with its constraints into this .svg file");
+    command->add_flag("--json", options.json, "tell it as JSON");
+    command->footer("Example:\n  holdfast show examples/drawings/mounting-bracket.json -o bracket.svg\n\n" +
+                    std::string(kRefusals));
+    command->callback([&] { action = [&] { return show(options); }; });
+}
+
+void addEdit(CLI::App& app, EditOptions& options, std::function<int()>& action) {
+    CLI::App* command = app.add_subcommand("edit", "edit a drawing and tell the fate of its constraints");
+    command->add_option("DRAWING", options.drawing, "a .json or .dxf file")->required();
+    command->add_option("EDIT", options.edits, "edits, each one argument")->required();
+    command->add_option("-o,--output", options.output, "write the edited drawing (.json, .dxf, .svg)");
+    command->add_option("--report", options.report, "write the report as one .html file");
+    command->add_option("--picture", options.picture, "draw before and after into this .svg file");
+    command->add_flag("--json", options.json, "tell the fates as JSON");
+    command->add_flag("-v,--verbose", options.verbose, "tell what stayed as it was, too");
+    command->footer(editHelp());
+    command->callback([&] { action = [&] { return edit(options); }; });
+}
+
+void addRun(CLI::App& app, RunOptions& options, std::function<int()>& action) {
+    CLI::App* command = app.add_subcommand("run", "do the edits of a script");
+    command
+        ->add_option("SCRIPT", options.script, "\"open DRAWING\", then one edit a line, then perhaps \"save DRAWING\"")
+        ->required();
+    command->add_option("--report", options.report, "write the report as one .html file");
+    command->add_option("--picture", options.picture, "draw before and after into this .svg file");
+    command->add_flag("--json", options.json, "tell the fates as JSON");
+    command->add_flag("-v,--verbose", options.verbose, "tell what stayed as it was, too");
+    command->footer(
+        "Names in a script are relative to it and may hold spaces; what follows a # after a space does not count.\nA "
+        "script may open several drawings; then a table tells what became of each.\n\nExample:\n  holdfast run "
+        "examples/commands/break-line.edit --report cut.html\n\nExit codes: 0 done; 2 a file, an edit or an argument "
+        "was "
+        "refused. A drawing with a refused edit is\nnot written; the script's other drawings are.");
+    command->callback([&] { action = [&] { return run(options); }; });
+}
+
+void addSolve(CLI::App& app, SolveOptions& options, std::function<int()>& action) {
+    CLI::App* command = app.add_subcommand("solve", "make the constraints of a drawing hold again");
+    command->add_option("DRAWING", options.drawing, "a .json or .dxf file")->required();
+    command->add_option("-o,--output", options.output, "write the solved drawing (.json, .dxf, .svg)");
+    command->add_option("--report", options.report, "write what moved as one .html file");
+    command->add_flag("--explain", options.explain,
+                      "tell the freedom of each part, and which constraints are redundant "
+                      "or cannot hold together");
+    command->add_flag("--json", options.json, "tell the findings as JSON");
+    command->footer(
+        "Example:\n  holdfast solve examples/drawings/mounting-bracket.json --explain -o solved.json\n\nExit codes: 0 "
+        "done; 1 the "
+        "constraints cannot hold together and nothing was written; 2 a file or an argument was refused and "
+        "nothing was written.");
+    command->callback([&] { action = [&] { return solveDrawing(options); }; });
+}
+
+void addConvert(CLI::App& app, ConvertOptions& options, std::function<int()>& action) {
+    CLI::App* command = app.add_subcommand("convert", "turn a drawing into another form");
+    command->add_option("IN", options.input, "a .json or .dxf file")->required();
+    command->add_option("OUT", options.output, "a .json, .dxf or .svg file")->required();
+    command->add_option(
+        "--tolerance", options.tolerance,
+        "how far polylines deviate from ellipses and splines, which a .dxf file cannot hold; 0.01 unless "
+        "given");
+    command->add_flag("--polylines", options.polylines, "make polylines of lines and arcs with coincident ends");
+    command->footer(
+        "Example:\n  holdfast convert examples/drawings/mounting-bracket.json bracket.dxf\n\n.dxf files go out in the "
+        "old form that every program reads, without constraints; .svg files in true size.\n\n" +
+        std::string(kRefusals));
+    command->callback([&] { action = [&] { return convert(options); }; });
+}
+
+void addInfer(CLI::App& app, InferCommandOptions& options, std::function<int()>& action) {
+    CLI::App* command = app.add_subcommand("infer", "put constraints on a plain drawing");
+    command->add_option("DRAWING", options.input, "a .dxf or .json file")->required();
+    command->add_option("-o,--output", options.output, "write the constrained drawing");
+    command->add_option("--tolerance", options.length,
+                        "how far points may be apart and lengths differ; 0: a millionth of the drawing");
+    command->add_option("--angle", options.angle, "how many degrees directions may differ; 0: 0.00573");
+    command->add_flag("--polylines", options.polylines, "make polylines of joined lines and arcs");
+    command->add_flag("--json", options.json, "tell the findings as JSON");
+    command->footer(
+        "Example:\n  holdfast infer examples/drawings/split-keyboard-plate.dxf -o plate.json\n\n"
+        "Found are coincident ends, concentric circles, horizontal, vertical, collinear, parallel and\n"
+        "perpendicular lines, tangent ends, equal radii and lengths. What others imply is left out, and\n"
+        "so is what holds within the tolerances but cannot hold exactly.\n\n"
+        "Exit codes: 0 done; 1 the constraints cannot hold together and nothing was written; 2 a file or\n"
+        "an argument was refused and nothing was written.");
+    command->callback([&] { action = [&] { return infer(options); }; });
+}
+
+/// The exit code of a run, unless what it told could not be written to its end.
+int whenTold(int code) {
+    std::cout.flush();
+    if (std::cout)
+        return code;
+    complain("standard output did not take all that was told");
+    return kExitBadInput;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::signal(SIGXFSZ, SIG_IGN);  // a limit of file sizes is an error like a full disk, not the end
+    CLI::App app("holdfast keeps the constraints of a drawing true while it is edited", "holdfast");
+    app.require_subcommand(1);
+    app.set_help_all_flag("--help-all", "help on everything");
+    app.set_version_flag("--version", "holdfast " HOLDFAST_VERSION);
+    app.footer("\"holdfast COMMAND --help\" shows a command's options with an example.");
+    ShowOptions showOptions;
+    EditOptions editOptions;
+    RunOptions runOptions;
+    ConvertOptions convertOptions;
+    InferCommandOptions inferOptions;
+    SolveOptions solveOptions;
+    std::function<int()> action;
+    addShow(app, showOptions, action);
+    addEdit(app, editOptions, action);
+    addRun(app, runOptions, action);
+    addSolve(app, solveOptions, action);
+    addConvert(app, convertOptions, action);
+    addInfer(app, inferOptions, action);
+    try {
+        app.parse(argc, argv);
+        return whenTold(action());
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0)
+            return whenTold(app.exit(error));
+        complain(usageFault(app, error, {argv + 1, argv + argc}));
+    } catch (const std::exception& error) {
+        complain(error.what());
+    }
+    return kExitBadInput;
+}

@@ -1,0 +1,196 @@
+#include "document/Places.h"
+
+#include <algorithm>
+#include <cmath>
+#include <initializer_list>
+#include <numbers>
+
+#include "geometry/SplineCurve.h"
+
+namespace holdfast::document {
+namespace {
+
+Vec2 between(Vec2 a, Vec2 b) {
+    return {(a.x + b.x) / 2, (a.y + b.y) / 2};
+}
+
+Vec2 onArc(const ArcShape& arc, double angle) {
+    return {arc.centre.x + arc.radius * std::cos(angle), arc.centre.y + arc.radius * std::sin(angle)};
+}
+
+Vec2 onEllipse(const EllipticalArcShape& arc, double param) {
+    const Vec2 u = arc.majorAxis;
+    const double c = std::cos(param), s = arc.ratio * std::sin(param);
+    return {arc.centre.x + c * u.x - s * u.y, arc.centre.y + c * u.y + s * u.x};
+}
+
+bool isIn(PlaceKind kind, std::initializer_list<PlaceKind> kinds) {
+    return std::find(kinds.begin(), kinds.end(), kind) != kinds.end();
+}
+
+bool inRange(int index, std::size_t count) {
+    return index >= 0 && static_cast<std::size_t>(index) < count;
+}
+
+using enum PlaceKind;
+using MaybePoint = std::optional<Vec2>;
+
+bool has(const LineShape&, const Place& place) {
+    return isIn(place.kind, {whole, start, end, mid});
+}
+bool has(const ArcShape&, const Place& place) {
+    return isIn(place.kind, {whole, start, end, mid, centre});
+}
+bool has(const CircleShape&, const Place& place) {
+    return isIn(place.kind, {whole, centre});
+}
+bool has(const EllipseShape&, const Place& place) {
+    return isIn(place.kind, {whole, centre});
+}
+bool has(const EllipticalArcShape&, const Place& place) {
+    return isIn(place.kind, {whole, start, end, centre});
+}
+bool has(const PointShape&, const Place& place) {
+    return place.kind == whole;
+}
+bool has(const XlineShape&, const Place& place) {
+    return isIn(place.kind, {whole, start, end});
+}
+bool has(const RayShape&, const Place& place) {
+    return isIn(place.kind, {whole, start, end});
+}
+bool has(const TextShape&, const Place& place) {
+    return isIn(place.kind, {whole, start});
+}
+bool has(const SplineShape& spline, const Place& place) {
+    if (place.kind == control)
+        return inRange(place.index, spline.control.size());
+    return place.kind == whole || (!spline.periodic && isIn(place.kind, {start, end}));
+}
+bool has(const PolylineShape& polyline, const Place& place) {
+    if (place.kind == whole)
+        return true;
+    if (!isIn(place.kind, {segment, segmentStart, segmentEnd, segmentMid, segmentCentre}))
+        return false;
+    if (!inRange(place.index, segmentCount(polyline)))
+        return false;
+    return place.kind != segmentCentre || polyline.bulges[static_cast<std::size_t>(place.index)] != 0.0;
+}
+
+MaybePoint point(const LineShape& line, const Place& place) {
+    if (place.kind == mid)
+        return between(line.start, line.end);
+    return place.kind == start ? line.start : line.end;
+}
+MaybePoint point(const ArcShape& arc, const Place& place) {
+    switch (place.kind) {
+        case centre:
+            return arc.centre;
+        case mid:
+            return onArc(arc, (arc.startAngle + arc.endAngle) / 2);
+        default:
+            return onArc(arc, place.kind == start ? arc.startAngle : arc.endAngle);
+    }
+}
+MaybePoint point(const CircleShape& circle, const Place&) {
+    return circle.centre;
+}
+MaybePoint point(const EllipseShape& ellipse, const Place&) {
+    return ellipse.centre;
+}
+MaybePoint point(const EllipticalArcShape& arc, const Place& place) {
+    if (place.kind == centre)
+        return arc.centre;
+    return onEllipse(arc, place.kind == start ? arc.startParam : arc.endParam);
+}
+MaybePoint point(const SplineShape& spline, const Place& place) {
+    if (place.kind == control)
+        return spline.control[static_cast<std::size_t>(place.index)];
+    return place.kind == start ? splineStart(spline) : splineEnd(spline);
+}
+MaybePoint point(const PointShape& point, const Place&) {
+    return point.position;
+}
+MaybePoint point(const XlineShape& xline, const Place& place) {
+    return place.kind == start ? MaybePoint(xline.point) : std::nullopt;
+}
+MaybePoint point(const RayShape& ray, const Place& place) {
+    return place.kind == start ? MaybePoint(ray.point) : std::nullopt;
+}
+MaybePoint point(const TextShape& text, const Place&) {
+    return text.position;
+}
+MaybePoint point(const PolylineShape& polyline, const Place& place) {
+    const std::size_t index = static_cast<std::size_t>(place.index);
+    const Vec2 from = polyline.vertices[index], to = polyline.vertices[segmentEndVertex(polyline, index)];
+    const double bulge = polyline.bulges[index];
+    switch (place.kind) {
+        case segmentStart:
+            return from;
+        case segmentEnd:
+            return to;
+        case segmentMid:
+            // The sagitta of a bulged segment is bulge times half the chord, to the right of the travel direction.
+            return Vec2{(from.x + to.x) / 2 + bulge * (to.y - from.y) / 2,
+                        (from.y + to.y) / 2 - bulge * (to.x - from.x) / 2};
+        default:
+            return arcOfBulge(from, to, bulge).centre;
+    }
+}
+
+}  // namespace
+
+std::size_t segmentEndVertex(const PolylineShape& polyline, std::size_t segment) {
+    return segment + 1 == polyline.vertices.size() ? 0 : segment + 1;
+}
+
+ArcShape arcOfBulge(Vec2 from, Vec2 to, double bulge) {
+    const double dx = to.x - from.x, dy = to.y - from.y;
+    // From the chord's middle to the centre: (1 - bulge^2) / (4 bulge) chords to the left of the travel direction.
+    const double offset = (1.0 - bulge * bulge) / (4.0 * bulge);
+    ArcShape arc;
+    arc.centre = {(from.x + to.x) / 2 - offset * dy, (from.y + to.y) / 2 + offset * dx};
+    arc.radius = std::hypot(dx, dy) * (1.0 + bulge * bulge) / (4.0 * std::abs(bulge));
+    const Vec2 first = bulge > 0 ? from : to;
+    arc.startAngle = std::atan2(first.y - arc.centre.y, first.x - arc.centre.x);
+    arc.endAngle = arc.startAngle + 4.0 * std::atan(std::abs(bulge));
+    return arc;
+}
+
+bool hasPlace(const Shape& shape, const Place& place) {
+    return std::visit([&](const auto& kind) { return has(kind, place); }, shape);
+}
+
+std::string placesOf(const Shape& shape) {
+    struct Words {
+        std::string operator()(const LineShape&) const { return "whole, start, end or mid"; }
+        std::string operator()(const ArcShape&) const { return "whole, start, end, mid or centre"; }
+        std::string operator()(const CircleShape&) const { return "whole or centre"; }
+        std::string operator()(const EllipseShape&) const { return "whole or centre"; }
+        std::string operator()(const EllipticalArcShape&) const { return "whole, start, end or centre"; }
+        std::string operator()(const SplineShape& spline) const {
+            const std::string last = "control:0 to control:" + std::to_string(spline.control.size() - 1);
+            return spline.periodic ? "whole or " + last : "whole, start, end or " + last;
+        }
+        std::string operator()(const PointShape&) const { return "whole"; }
+        std::string operator()(const XlineShape&) const { return "whole, start or end"; }
+        std::string operator()(const RayShape&) const { return "whole, start or end"; }
+        std::string operator()(const TextShape&) const { return "whole or start"; }
+        std::string operator()(const PolylineShape& polyline) const {
+            return "whole or segment:0 to segment:" + std::to_string(segmentCount(polyline) - 1) +
+                   ", each also with .start, .end, .mid and (an arc) .centre";
+        }
+    };
+    return std::visit(Words(), shape);
+}
+
+std::optional<Vec2> pointAt(const Shape& shape, const Place& place) {
+    if (!hasPlace(shape, place) || place.kind == segment)
+        return std::nullopt;
+    const auto* asPoint = std::get_if<PointShape>(&shape);
+    if (place.kind == whole)
+        return asPoint != nullptr ? std::optional<Vec2>(asPoint->position) : std::nullopt;
+    return std::visit([&](const auto& kind) { return point(kind, place); }, shape);
+}
+
+}  // namespace holdfast::document

@@ -1,0 +1,182 @@
+#include "document/checks/DocumentCheck.h"
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "document/EntityIndex.h"
+#include "document/Names.h"
+#include "document/checks/ConstraintCheck.h"
+#include "document/checks/ShapeCheck.h"
+#include "document/text/DrawingError.h"
+#include "document/text/Suggest.h"
+
+namespace holdfast::document {
+namespace {
+
+using Positions = std::unordered_map<std::string_view, std::size_t>;
+
+class Checker {
+public:
+    Checker(const Document& document, const std::string& fileName)
+        : m_document(document), m_fileName(fileName), m_entities(document) {}
+
+    void check() {
+        checkUnit();
+        checkPlane();
+        checkEntities();
+        checkConstraints();
+        checkMembers();
+        checkOwnership();
+    }
+
+private:
+    [[noreturn]] void fail(const std::string& where, Fault fault) const {
+        fault.place = fault.place.empty() ? where : where + "/" + fault.place;
+        throw DrawingError(m_fileName, std::move(fault));
+    }
+
+    void checkUnit() const {
+        constexpr std::string_view units[] = {"um", "mm", "cm", "m", "in", "ft"};
+        for (const std::string_view unit : units) {
+            if (m_document.lengthUnit == unit)
+                return;
+        }
+        fail("/units/length", {"", inQuotes(m_document.lengthUnit),
+                               "a unit of length: " + oneOf(units) + suggestion(m_document.lengthUnit, units)});
+    }
+
+    void checkPlane() const {
+        if (!m_document.plane)
+            return;
+        const Plane& plane = *m_document.plane;
+        checkAxis("/plane/origin", plane.origin, false);
+        checkAxis("/plane/x_axis", plane.xAxis, true);
+        checkAxis("/plane/y_axis", plane.yAxis, true);
+        if (std::abs(dot(plane.xAxis, plane.yAxis)) > kUnitTolerance)
+            fail("/plane/y_axis", {"", "an axis that is not perpendicular to x_axis", "two perpendicular axes"});
+    }
+
+    void checkAxis(const std::string& where, const std::array<double, 3>& axis, bool ofLengthOne) const {
+        const double square = dot(axis, axis);
+        if (!std::isfinite(square))
+            fail(where, {"", "a number that is not finite", "three finite numbers"});
+        if (ofLengthOne && std::abs(square - 1.0) > kUnitTolerance)
+            fail(where, {"", "an axis whose length is not 1", "a unit vector"});
+    }
+
+    static double dot(const std::array<double, 3>& a, const std::array<double, 3>& b) {
+        return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+    }
+
+    template <class Item>
+    Positions checkIds(const std::vector<Item>& items, const std::string& list) const {
+        Positions positions;
+        positions.reserve(items.size());
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            const std::string where = list + std::to_string(i) + "/id";
+            if (items[i].id.empty())
+                fail(where, {"", "an empty id", "an id of at least one letter"});
+            const auto [first, fresh] = positions.emplace(items[i].id, i);
+            if (!fresh)
+                fail(where, {"",
+                             "the id " + inQuotes(items[i].id) + ", which " + list + std::to_string(first->second) +
+                                 " has already",
+                             "an id of its own"});
+        }
+        return positions;
+    }
+
+    void checkEntities() const {
+        checkIds(m_document.entities, "/entities/");
+        for (std::size_t i = 0; i < m_document.entities.size(); ++i) {
+            if (std::optional<Fault> fault = faultIn(m_document.entities[i].shape))
+                fail("/entities/" + std::to_string(i), std::move(*fault));
+        }
+    }
+
+    void checkConstraints() {
+        m_constraints = checkIds(m_document.constraints, "/constraints/");
+        for (std::size_t i = 0; i < m_document.constraints.size(); ++i) {
+            if (std::optional<Fault> fault = faultIn(m_document.constraints[i], m_entities))
+                fail("/constraints/" + std::to_string(i), std::move(*fault));
+        }
+    }
+
+    void checkMembers() {
+        m_owner.assign(m_document.constraints.size(), kNobody);
+        for (std::size_t i = 0; i < m_document.constraints.size(); ++i) {
+            const Constraint& constraint = m_document.constraints[i];
+            const std::string where = "/constraints/" + std::to_string(i);
+            if (!ownsMembers(constraint.type) && !constraint.members.empty())
+                fail(where + "/members",
+                     {"", "members of a constraint of type " + std::string(typeName(constraint.type)),
+                      "members of composite and g2_smooth constraints only"});
+            if (constraint.type == ConstraintType::composite && constraint.members.empty())
+                fail(where,
+                     {"", "a composite without members", "the ids of the constraints that it owns in \"members\""});
+            for (std::size_t k = 0; k < constraint.members.size(); ++k)
+                checkMember(i, constraint.members[k], where + "/members/" + std::to_string(k));
+        }
+    }
+
+    void checkMember(std::size_t owner, const std::string& id, const std::string& where) {
+        const auto member = m_constraints.find(id);
+        if (member == m_constraints.end())
+            fail(where, {"", "the id " + inQuotes(id) + ", which no constraint has",
+                         "the id of a constraint" + suggestionFor(id)});
+        std::size_t& knownOwner = m_owner[member->second];
+        if (knownOwner != kNobody)
+            fail(where, {"",
+                         "the member " + inQuotes(id) + ", which " + inQuotes(m_document.constraints[knownOwner].id) +
+                             " owns already",
+                         "one owner for each constraint"});
+        knownOwner = owner;
+    }
+
+    std::string suggestionFor(const std::string& id) const {
+        std::vector<std::string_view> ids;
+        for (const Constraint& constraint : m_document.constraints)
+            ids.emplace_back(constraint.id);
+        return suggestion(id, ids);
+    }
+
+    /// Every constraint has one owner at most, so a walk from owner to owner ends at a top-level constraint or comes
+    /// back to itself. Each is walked over once: marks say which walk has seen it.
+    void checkOwnership() const {
+        std::vector<std::size_t> walk(m_owner.size(), kNobody);
+        for (std::size_t i = 0; i < m_owner.size(); ++i) {
+            std::size_t at = i;
+            while (at != kNobody && walk[at] == kNobody) {
+                walk[at] = i;
+                at = m_owner[at];
+            }
+            if (at != kNobody && walk[at] == i)
+                fail("/constraints/" + std::to_string(at) + "/members",
+                     {"",
+                      "the constraint " + inQuotes(m_document.constraints[at].id) + " as a member of itself" +
+                          (m_owner[at] == at ? "" : " through " + inQuotes(m_document.constraints[m_owner[at]].id)),
+                      "members that do not own their owner"});
+        }
+    }
+
+    static constexpr std::size_t kNobody = static_cast<std::size_t>(-1);
+    static constexpr double kUnitTolerance = 1e-6;
+
+    const Document& m_document;
+    const std::string& m_fileName;
+    EntityIndex m_entities;
+    Positions m_constraints;           // by id
+    std::vector<std::size_t> m_owner;  // of each constraint: the position of the one that owns it
+};
+
+}  // namespace
+
+void checkDocument(const Document& document, const std::string& fileName) {
+    Checker(document, fileName).check();
+}
+
+}  // namespace holdfast::document

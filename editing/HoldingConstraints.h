@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstddef>
+
+#include "editing/Uses.h"
+#include "hosting/Drawing.h"
+
+namespace holdfast::editing {
+
+/// Adds the constraints of a document from one on that hold in it; the others are left out. The document is the drawing
+/// as it is, but for these constraints. Linear in it.
+void addHolding(Drawing& drawing, const Document& document, std::size_t firstNew);
+
+}  // namespace holdfast::editing

@@ -1,0 +1,66 @@
+#include "editing/Refusal.h"
+
+#include <algorithm>
+
+#include "document/Names.h"
+#include "editing/EditContext.h"
+
+namespace holdfast::editing {
+
+namespace {
+
+constexpr std::size_t kNamedConstraints = 6;
+
+const Constraint* find(const Document& document, const std::string& id) {
+    const auto found = std::find_if(document.constraints.begin(), document.constraints.end(),
+                                    [&](const Constraint& constraint) { return constraint.id == id; });
+    return found == document.constraints.end() ? nullptr : &*found;
+}
+
+bool touches(const Constraint& constraint, const std::vector<std::string>& edited) {
+    return std::any_of(constraint.refs.begin(), constraint.refs.end(), [&](const Place& place) {
+        return std::find(edited.begin(), edited.end(), place.entity) != edited.end();
+    });
+}
+
+std::string listOf(std::vector<std::string> ids, const Document& document, const std::vector<std::string>& edited) {
+    if (ids.size() > kNamedConstraints)
+        std::stable_partition(ids.begin(), ids.end(), [&](const std::string& id) {
+            const Constraint* constraint = find(document, id);
+            return constraint != nullptr && touches(*constraint, edited);
+        });
+    std::string list;
+    for (std::size_t i = 0; i < std::min(ids.size(), kNamedConstraints); ++i) {
+        const Constraint* constraint = find(document, ids[i]);
+        list += (i == 0 ? "" : ", ") + (constraint == nullptr ? ids[i] : spokenConstraint(*constraint));
+    }
+    if (ids.size() > kNamedConstraints)
+        list += " and " + std::to_string(ids.size() - kNamedConstraints) + " more";
+    return list;
+}
+
+}  // namespace
+
+std::string spokenConstraint(const Constraint& constraint) {
+    std::string words = constraint.id + " (" + std::string(typeName(constraint.type));
+    for (const Place& place : constraint.refs)
+        words += " " + spokenPlace(place);
+    if (constraint.value)
+        words += ", " + spoken(*constraint.value);
+    return words + ")";
+}
+
+std::string refusalOf(const Evaluation& evaluation, const Document& document, const std::vector<std::string>& edited) {
+    if (!evaluation.conflicting.empty())
+        return "the constraints do not allow it: " + listOf(evaluation.conflicting, document, edited) +
+               (evaluation.conflicting.size() == 1 ? " stands" : " stand") +
+               " in the way; delete one of them or choose another value";
+    if (!evaluation.complaint.empty())
+        return "the constraints cannot be solved after it: " + evaluation.complaint;
+    const Constraint* worst = find(document, evaluation.worst);
+    return "the solver found no way to keep the constraints" +
+           (worst == nullptr ? std::string() : ", worst " + spokenConstraint(*worst)) +
+           "; try a smaller step or delete a constraint";
+}
+
+}  // namespace holdfast::editing

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "editing/Uses.h"
+#include "editing/fates/Fates.h"
+
+namespace holdfast::editing {
+
+class Drawing;
+class HostEvaluator;
+struct EditContext;
+
+/// What became of one edit.
+struct EditResult {
+    EditOutcome outcome;
+    Fates fates;  ///< empty when the edit was refused
+};
+
+/// A drawing that is being edited. Every edit is one transaction: it is done whole, or the drawing is as it was.
+class Session {
+public:
+    explicit Session(Document document);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    const Document& document() const { return m_document; }
+    /// The drawing as the host holds it, for looking into.
+    Drawing& drawing() { return *m_drawing; }
+    const Document& original() const { return m_original; }
+    const std::vector<EditResult>& results() const { return m_results; }
+
+    /// Does one edit as a user types it ("break g3 at 4,0"); "undo" takes the last one back. A refused edit is
+    /// recorded with its error.
+    const EditResult& apply(std::string_view edit);
+
+    /// The report on all edits so far.
+    FateReport report() const;
+
+private:
+    void run(std::string_view edit, EditContext& context);
+    void undo();
+    void openAgain();
+    std::string errorOf(const std::string& reason, const std::vector<std::string>& edited) const;
+    void finishCommand(const EditContext& context);
+
+    Document m_original;
+    Document m_document;
+    std::vector<Document> m_undo;
+    std::vector<EditResult> m_results;
+    std::unique_ptr<Drawing> m_drawing;
+    std::unique_ptr<HostEvaluator> m_evaluator;
+};
+
+}  // namespace holdfast::editing

@@ -1,0 +1,49 @@
+#include "editing/commands/fillet/FilletCurves.h"
+
+#include <algorithm>
+
+#include "commands/fillet/ConstraintFilletCmdCenter.h"
+
+namespace holdfast::editing {
+
+namespace {
+
+bool isHelper(const Document& document, const std::string& name) {
+    return std::any_of(document.entities.begin(), document.entities.end(),
+                       [&](const Entity& entity) { return entity.id == name && entity.construction; });
+}
+
+}  // namespace
+
+void addFilletArc(EditContext& context, const ArcShape& arc, const std::string& first, const std::string& second) {
+    context.drawing.add(arc, isHelper(context.drawing.document(), first) ? second : first);
+}
+
+std::string replaceOtherKind(EditContext& context, const FilletSide& side, const Shape& shape) {
+    if (side.shape.index() == shape.index())
+        return side.name;
+    const std::string successor = context.drawing.add(shape, side.name);
+    context.drawing.erase(side.name);
+    return successor;
+}
+
+// Entities that are replaced go first, as their constraints are not for the centre to judge.
+void filletTwoCurves(EditContext& context, const FilletSide& a, const FilletSide& b, double radius) {
+    const CurveFillet fillet = filletCurves(a, b, radius);
+    Drawing& drawing = context.drawing;
+    context.edited = {a.name, b.name};
+    const std::string nameA = replaceOtherKind(context, a, fillet.first);
+    const std::string nameB = replaceOtherKind(context, b, fillet.second);
+    const bool keepsA = nameA == a.name, keepsB = nameB == b.name;
+    ConstraintFilletCmdCenter centre;
+    centre.setEntityInfo(keepsA ? &drawing.entity(a.name) : nullptr, keepsB ? &drawing.entity(b.name) : nullptr);
+    if (keepsA)
+        drawing.write(a.name, fillet.first);
+    if (keepsB)
+        drawing.write(b.name, fillet.second);
+    if (fillet.arc)
+        addFilletArc(context, *fillet.arc, nameA, nameB);
+    centre.deleteConstraint();
+}
+
+}  // namespace holdfast::editing

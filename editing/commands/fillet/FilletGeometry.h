@@ -1,0 +1,36 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "document/Document.h"
+#include "editing/Uses.h"
+#include "geometry/CurveEnd.h"
+
+namespace holdfast::editing {
+
+/// One of the two curves of a fillet.
+struct FilletSide {
+    std::string name;  ///< for messages
+    Shape shape;
+    std::optional<Vec2> pick{};       ///< where the user picked it, if he did
+    std::optional<CurveEnd> moves{};  ///< the end that the fillet moves; none: the one that suits it best
+    bool mayGrow = true;              ///< that end may be led on beyond where it is
+};
+
+/// Two curves after their fillet; without an arc they meet in a sharp corner.
+struct CurveFillet {
+    Shape first;
+    Shape second;
+    std::optional<ArcShape> arc{};
+    CurveEnd firstEnd = CurveEnd::end;  ///< which end of the first was moved; says nothing about closed curves
+    CurveEnd secondEnd = CurveEnd::end;
+};
+
+/// Joins two curves by an arc, or with radius 0 in a corner: where they touch it, nearest to the picks. Without picks:
+/// on the curves as drawn, nearest to where their ends are closest, else nearest to their middles. Closed curves stay
+/// whole. Parallel lines are joined by a half circle, of the only radius that fits. EditError where the curves have no
+/// such arc or corner, or where nothing of a curve would be left.
+CurveFillet filletCurves(const FilletSide& a, const FilletSide& b, double radius);
+
+}  // namespace holdfast::editing

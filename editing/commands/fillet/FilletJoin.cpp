@@ -1,0 +1,102 @@
+#include <algorithm>
+
+#include "editing/SegmentNames.h"
+#include "editing/commands/fillet/FilletPolyline.h"
+#include "editing/commands/join/OpenPolyline.h"
+#include "geometry/curves/Polylines.h"
+
+namespace holdfast::editing {
+
+namespace {
+
+/// One of two polylines that a fillet joins.
+struct JoinSide {
+    std::string name;
+    PolylineCut cut;
+    bool turned;  ///< its direction is not that of the joined polyline
+};
+
+bool isConstrained(const Drawing& drawing, const std::string& name) {
+    return !HostAccess::reactors(drawing.entity(name)).empty();
+}
+
+/// The two ends are moved, and the centre judges the segments that they belong to.
+void moveEnds(ConstraintFilletCmdCenter& centre, Drawing& drawing, const JoinSide& first, const JoinSide& second) {
+    const OpenPolyline openFirst(drawing, first.name), openSecond(drawing, second.name);
+    const auto point = [](const JoinSide& side) { return YxGePoint3d(side.cut.point.x, side.cut.point.y, 0.0); };
+    centre.setTwoPolyLineDate(openFirst.get(), openSecond.get());
+    drawing.write(first.name, first.cut.shape);
+    drawing.write(second.name, second.cut.shape);
+    centre.setFirstPolyLineConstraint(openFirst.get(), first.cut.moved == CurveEnd::start,
+                                      static_cast<unsigned int>(first.cut.segment), point(first));
+    centre.setSecondPolyLineConstraint(openSecond.get(), second.cut.moved == CurveEnd::start,
+                                       static_cast<unsigned int>(second.cut.segment), point(second));
+    if (first.cut.leading + second.cut.leading == 0)
+        return;
+    drawing.write(first.name, withoutLeading(polylineShape(drawing, first.name), first.cut.leading));
+    drawing.write(second.name, withoutLeading(polylineShape(drawing, second.name), second.cut.leading));
+    // The records count from the vertices that are gone.
+    centre.setTwoPolyLineDate(openFirst.get(), openSecond.get());
+}
+
+/// The polyline in the joined direction; the places at the ends of its segments are turned with it.
+PolylineShape inJoinedDirection(Drawing& drawing, const JoinSide& side) {
+    PolylineShape shape = polylineShape(drawing, side.name);
+    if (!side.turned)
+        return shape;
+    swapSegmentEnds(drawing, side.name);
+    return reversedPolyline(shape);
+}
+
+template <class T>
+void append(std::vector<T>& list, const std::vector<T>& more, std::size_t from) {
+    list.insert(list.end(), more.begin() + static_cast<std::ptrdiff_t>(from), more.end());
+}
+
+/// The second behind the first, its vertices with identifier 0. Without an arc the last vertex of the first is the
+/// first of the second.
+PolylineShape joined(PolylineShape first, const PolylineShape& second, double arcBulge) {
+    const bool shared = arcBulge == 0.0;
+    first.bulges.back() = shared ? second.bulges.front() : arcBulge;
+    append(first.vertices, second.vertices, shared ? 1 : 0);
+    append(first.bulges, second.bulges, shared ? 1 : 0);
+    first.ids.resize(first.vertices.size(), 0);
+    return first;
+}
+
+void join(EditContext& context, const JoinSide& first, const JoinSide& second, double arcBulge) {
+    Drawing& drawing = context.drawing;
+    context.edited = {first.name, second.name};
+    ConstraintFilletCmdCenter centre;
+    moveEnds(centre, drawing, first, second);
+    {
+        const OpenPolyline openFirst(drawing, first.name), openSecond(drawing, second.name);
+        centre.setTwoPolyLineCloneDate(openFirst.get(), openSecond.get());
+        drawing.write(first.name,
+                      joined(inJoinedDirection(drawing, first), inJoinedDirection(drawing, second), arcBulge));
+        centre.setTwoPolyLineConstraint(openFirst.get(), first.turned, openSecond.get(), !second.turned);
+    }
+    drawing.erase(second.name);
+    centre.deleteConstraint();
+    settleSegments(drawing, first.name);
+}
+
+}  // namespace
+
+void filletPolylines(EditContext& context, const PolylineSide& first, const PolylineSide& second, double radius) {
+    // The centre counts the shared vertex only when the first polyline has records.
+    if (radius == 0.0 && !isConstrained(context.drawing, first.name) && isConstrained(context.drawing, second.name))
+        return filletPolylines(context, second, first, radius);
+    const FacingEnds ends = facingEnds(first.shape, second.shape);
+    const FilletedSegment a = filletedSegment(first, ends.first), b = filletedSegment(second, ends.second);
+    const CurveFillet fillet = filletCurves(a.side, b.side, radius);
+    const CutSegment cutA = cutSegment(a.side.name, first.shape, a.segment, fillet.first, fillet.firstEnd);
+    CutSegment cutB = cutSegment(b.side.name, second.shape, b.segment, fillet.second, fillet.secondEnd);
+    if (!fillet.arc)
+        cutB.point = cutA.point;  // one vertex, to the last bit
+    join(context, {first.name, cutAt(first, a.segment, cutA), cutA.moved == CurveEnd::start},
+         {second.name, cutAt(second, b.segment, cutB), cutB.moved == CurveEnd::end},
+         fillet.arc ? bulgeFrom(*fillet.arc, cutA.point) : 0.0);
+}
+
+}  // namespace holdfast::editing

@@ -1,0 +1,78 @@
+#include "editing/commands/fillet/FilletPolyline.h"
+
+#include "editing/SegmentNames.h"
+#include "editing/commands/fillet/FilletCurves.h"
+#include "editing/commands/join/OpenPolyline.h"
+
+namespace holdfast::editing {
+
+namespace {
+
+PolylineShape withoutVertices(PolylineShape polyline, std::size_t first, std::size_t count) {
+    const auto from = static_cast<std::ptrdiff_t>(first), to = static_cast<std::ptrdiff_t>(first + count);
+    polyline.vertices.erase(polyline.vertices.begin() + from, polyline.vertices.begin() + to);
+    polyline.bulges.erase(polyline.bulges.begin() + from, polyline.bulges.begin() + to);
+    polyline.ids.erase(polyline.ids.begin() + from, polyline.ids.begin() + to);
+    return polyline;
+}
+
+/// What the host does to the vertices once the centre has seen the fillet.
+PolylineShape finished(const PolylineShape& polyline, const SegmentFillet& fillet) {
+    if (fillet.vanishing > 0)
+        return withoutVertices(polyline, fillet.first + 2, fillet.vanishing);
+    if (fillet.mode == SegmentFillet::Mode::kBehind || fillet.seam == 0)
+        return polyline;
+    const std::size_t behindSeam = fillet.seam + (fillet.mode == SegmentFillet::Mode::kClosingCorner ? 1 : 0);
+    return countedFrom(polyline, polyline.vertices.size() - behindSeam);
+}
+
+}  // namespace
+
+void filletWithin(EditContext& context, const std::string& polyline, const SegmentFillet& fillet) {
+    Drawing& drawing = context.drawing;
+    context.edited = {polyline};
+    {
+        const OpenPolyline open(drawing, polyline);
+        drawing.write(polyline, fillet.counted);
+        ConstraintFilletCmdCenter centre;
+        centre.setSelfPolyLineDate(open.get(), static_cast<unsigned int>(fillet.first),
+                                   static_cast<unsigned int>(fillet.second), fillet.mode, fillet.sharp);
+        drawing.write(polyline, fillet.edited);
+        centre.setSelfPolyLineConstraint(open.get());
+        drawing.write(polyline, finished(polylineShape(drawing, polyline), fillet));
+        centre.deleteConstraint();
+    }
+    settleSegments(drawing, polyline);
+}
+
+void filletWithCurve(EditContext& context, const PolylineSide& polyline, const FilletSide& curve, double radius) {
+    const FilletedSegment segment = filletedSegment(polyline, endTowards(polyline.shape, curve.shape));
+    const CurveFillet fillet = filletCurves(segment.side, curve, radius);
+    const PolylineCut cut =
+        cutAt(polyline, segment.segment,
+              cutSegment(segment.side.name, polyline.shape, segment.segment, fillet.first, fillet.firstEnd));
+    Drawing& drawing = context.drawing;
+    context.edited = {polyline.name, curve.name};
+    const std::string curveName = replaceOtherKind(context, curve, fillet.second);
+    const bool keepsCurve = curveName == curve.name;
+    {
+        const OpenPolyline open(drawing, polyline.name);
+        ConstraintFilletCmdCenter centre;
+        centre.setOnePolyLineDate(open.get());
+        if (keepsCurve) {
+            centre.setEntityInfo(&drawing.entity(curve.name), nullptr);
+            drawing.write(curve.name, fillet.second);
+        }
+        drawing.write(polyline.name, cut.shape);
+        centre.setOnePolyLineConstraint(open.get(), cut.moved == CurveEnd::start,
+                                        static_cast<unsigned int>(cut.segment), {cut.point.x, cut.point.y, 0.0});
+        if (cut.leading > 0)
+            drawing.write(polyline.name, withoutLeading(polylineShape(drawing, polyline.name), cut.leading));
+        centre.deleteConstraint();
+    }
+    if (fillet.arc)
+        addFilletArc(context, *fillet.arc, curveName, polyline.name);
+    settleSegments(drawing, polyline.name);
+}
+
+}  // namespace holdfast::editing

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+#include "editing/EditContext.h"
+#include "editing/Uses.h"
+#include "editing/commands/cut/PolylineCut.h"
+#include "editing/commands/fillet/PolylineCorner.h"
+
+namespace holdfast::editing {
+
+// The host's half of fillets in which polylines take part. EditError, before anything has changed, for what cannot be
+// done; an open drawing that is left half edited by another exception is for the caller to put back.
+
+/// A fillet of two segments of one polyline.
+void filletWithin(EditContext& context, const std::string& polyline, const SegmentFillet& fillet);
+
+/// Cuts the polyline off where the arc touches it. The arc and what is left of the curve stay entities of their own,
+/// so that the curve keeps its constraints.
+void filletWithCurve(EditContext& context, const PolylineSide& polyline, const FilletSide& curve, double radius);
+
+/// Joins two polylines into the first, with the arc as a segment between them. Only in a sharp corner with a first
+/// polyline that carries no constraints, the second takes it in.
+void filletPolylines(EditContext& context, const PolylineSide& first, const PolylineSide& second, double radius);
+
+}  // namespace holdfast::editing

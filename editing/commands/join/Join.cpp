@@ -1,0 +1,91 @@
+#include <algorithm>
+
+#include <yxbase/YxSmartPtr.h>
+#include <yxdb/YxDbPolyline.h>
+
+#include "commands/join/ConstraintJoinCmdCenter.h"
+#include "editing/Evaluation.h"
+#include "editing/Verbs.h"
+#include "editing/commands/join/Chaining.h"
+#include "editing/commands/join/JoinedConstraints.h"
+#include "editing/commands/move/Moving.h"
+
+namespace holdfast::editing {
+
+namespace {
+
+/// The polyline that takes the others up: a constrained one, because its constraints stay, else the first. The number
+/// of pieces when there is no polyline among them.
+std::size_t mainPiece(const EditContext& context, const std::vector<ChainPiece>& pieces) {
+    const auto isPolyline = [](const ChainPiece& piece) { return piece.isPolyline; };
+    const auto constrained = std::find_if(pieces.begin(), pieces.end(), [&](const ChainPiece& piece) {
+        return piece.isPolyline && isConstrained(context, piece.name);
+    });
+    const auto main =
+        constrained != pieces.end() ? constrained : std::find_if(pieces.begin(), pieces.end(), isPolyline);
+    return static_cast<std::size_t>(main - pieces.begin());
+}
+
+void tellCentre(const EditContext& context, ConstraintJoinCmdCenter& centre, const YxDbObjectId& result,
+                const ChainPiece& piece, const ChainLink& link) {
+    if (!piece.isPolyline)
+        return centre.joinLineArc(!link.isBefore);
+    const YxSmartPtr<YxDbPolyline> joined(YxDbObjectIdImpl::openObject(result, YxDb::kForRead, false));
+    const YxSmartPtr<YxDbPolyline> open(
+        YxDbObjectIdImpl::openObject(context.drawing.id(piece.name), YxDb::kForRead, false));
+    centre.joinPolyline(joined.get(), open.get(), link.isBefore, link.touchesStart);
+}
+
+/// A ring ends where it starts: the last vertex is the first one.
+void closeRing(const EditContext& context, const std::string& name) {
+    auto ring = std::get<PolylineShape>(context.drawing.shape(name));
+    if (ring.ids.front() == 0)
+        ring.ids.front() = ring.ids.back();
+    ring.vertices.pop_back();
+    ring.bulges.pop_back();
+    ring.ids.pop_back();
+    ring.closed = true;
+    context.drawing.write(name, ring);
+}
+
+/// Joins into the main polyline, or into a new one. The centre runs while the pieces still have their vertices and
+/// the result has its final ones.
+void applyJoin(const EditContext& context, const std::vector<ChainPiece>& pieces, std::size_t main) {
+    const bool isNew = main == pieces.size();
+    const std::size_t middle = isNew ? 0 : main;
+    const Chain chain = chainOf(pieces, middle);
+    Drawing& drawing = context.drawing;
+    const Document before = drawing.document();
+    const std::string name = isNew ? drawing.add(chain.shape, pieces.front().name) : pieces[main].name;
+    ConstraintJoinCmdCenter centre;
+    centre.joinMainPolyline(drawing.id(name));
+    drawing.write(name, chain.shape);
+    for (const ChainLink& link : chain.links)
+        tellCentre(context, centre, drawing.id(name), pieces[link.piece], link);
+    centre.dealAssocPlineJoin2();
+    for (const ChainPiece& piece : pieces)
+        if (piece.name != name)
+            drawing.erase(piece.name);
+    if (chain.isRing)
+        closeRing(context, name);
+    carryOver(drawing, before, name, segmentsOf(pieces, middle, chain));
+}
+
+void runJoin(EditText& text, EditContext& context) {
+    const std::vector<std::string> names = takeSelection(text, context, {});
+    if (names.size() < 2)
+        throw EditError("it takes two entities to join; name the ones that " + names.front() + " is joined with");
+    std::vector<ChainPiece> pieces;
+    pieces.reserve(names.size());
+    for (const std::string& name : names)
+        pieces.push_back(chainPiece(name, context.drawing.shape(name)));
+    context.edited = names;
+    applyJoin(context, pieces, mainPiece(context, pieces));
+}
+
+}  // namespace
+
+const EditVerb kJoinVerb{"join", "join ENTITY ENTITY...", "join p1 g4 g5",
+                         "makes one polyline of lines, arcs and polylines that meet end to end", &runJoin};
+
+}  // namespace holdfast::editing

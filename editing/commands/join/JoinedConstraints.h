@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <unordered_map>
+
+#include "editing/Uses.h"
+#include "editing/commands/join/Chaining.h"
+#include "hosting/Drawing.h"
+
+namespace holdfast::editing {
+
+/// Which segments of a joined polyline an entity became.
+struct JoinedSegments {
+    std::size_t first = 0;
+    std::size_t count = 0;
+    bool reversed = false;  ///< they run against the entity
+};
+
+/// The segments of every piece of a chain, by the names of the pieces.
+std::unordered_map<std::string, JoinedSegments> segmentsOf(const std::vector<ChainPiece>& pieces, std::size_t middle,
+                                                           const Chain& chain);
+
+/// Gives the polyline the constraints that held on its pieces and went with them, under their ids and with places on
+/// its segments. Coincidences of ends that are one vertex now stay away, as do those that hold no longer, switched-off
+/// ones and what owns or helps others. Linear in the drawing.
+void carryOver(Drawing& drawing, const Document& before, const std::string& polyline,
+               const std::unordered_map<std::string, JoinedSegments>& pieces);
+
+}  // namespace holdfast::editing

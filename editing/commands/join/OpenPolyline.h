@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include <yxdb/YxDbPolyline.h>
+
+#include "editing/Uses.h"
+#include "hosting/Drawing.h"
+
+namespace holdfast::editing {
+
+/// A polyline that is open for write while the host changes it.
+class OpenPolyline {
+public:
+    OpenPolyline(const Drawing& drawing, const std::string& name)
+        : m_open(YxDbObjectIdImpl::openObject(drawing.id(name), YxDb::kForWrite, false)) {}
+    YxDbPolyline* get() const { return static_cast<YxDbPolyline*>(m_open.get()); }
+
+private:
+    YxSmartPtr<YxDbObject> m_open;
+};
+
+inline PolylineShape polylineShape(const Drawing& drawing, const std::string& name) {
+    return std::get<PolylineShape>(drawing.shape(name));
+}
+
+}  // namespace holdfast::editing

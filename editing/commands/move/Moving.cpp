@@ -1,0 +1,71 @@
+#include "editing/commands/move/Moving.h"
+
+#include <unordered_set>
+
+#include <yxbase/YxSmartPtr.h>
+
+#include "document/checks/ShapeCheck.h"
+#include "geometry/GeometryError.h"
+#include "geometry/curves/Soundness.h"
+
+namespace holdfast::editing {
+
+namespace {
+
+bool isArc(const Shape& shape) {
+    return std::holds_alternative<ArcShape>(shape) || std::holds_alternative<EllipticalArcShape>(shape);
+}
+
+}  // namespace
+
+std::vector<std::string> takeSelection(EditText& text, const EditContext& context,
+                                       std::span<const std::string_view> ends) {
+    std::vector<std::string> names = takeEntities(text, context, "an entity", ends);
+    std::unordered_set<std::string_view> seen;
+    for (const std::string& name : names) {
+        if (!seen.insert(name).second)
+            throw EditError(name + " is named twice; name each entity once");
+        refuseFixed(context, name);
+    }
+    return names;
+}
+
+YxGeMatrix3d matrixOf(const PlaneTransform& transform) {
+    YxGeMatrix3d matrix;
+    matrix(0, 0) = transform.xAxis.x;
+    matrix(1, 0) = transform.xAxis.y;
+    matrix(0, 1) = transform.yAxis.x;
+    matrix(1, 1) = transform.yAxis.y;
+    matrix(2, 2) = transform.scale;
+    matrix(0, 3) = transform.offset.x;
+    matrix(1, 3) = transform.offset.y;
+    return matrix;
+}
+
+void moveEntity(const EditContext& context, const std::string& name, const PlaneTransform& transform) {
+    const Shape shape = context.drawing.shape(name);
+    if (!transform.mirrors || !isArc(shape))
+        return writeEdited(context, name, transformed(shape, transform));
+    const YxSmartPtr<YxDbEntity> open(YxDbObjectIdImpl::openObject(context.drawing.id(name), YxDb::kForWrite, false));
+    open->transformBy(matrixOf(transform));
+}
+
+void writeEdited(const EditContext& context, const std::string& name, const Shape& shape) {
+    refuseUnsound(name, shape);
+    context.drawing.write(name, shape);
+}
+
+void refuseUnsound(const std::string& name, const Shape& shape) {
+    if (const std::optional<Fault> fault = faultIn(shape))
+        throw EditError("nothing proper would be left of " + name + ": its " + fault->place + " would be " +
+                        fault->found + "; it takes " + fault->expected);
+    if (!isCurve(shape))
+        return;
+    try {
+        requireSound(shape);
+    } catch (const GeometryError& error) {
+        throw EditError("nothing proper would be left of " + name + ": " + error.what());
+    }
+}
+
+}  // namespace holdfast::editing

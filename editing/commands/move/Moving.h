@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <yxbase/YxGeMatrix3d.h>
+
+#include "editing/EditContext.h"
+#include "editing/Uses.h"
+#include "geometry/Transforms.h"
+
+namespace holdfast::editing {
+
+/// Takes the entities that a command is to move, up to an ending word: each at most once, none that may not move.
+std::vector<std::string> takeSelection(EditText& text, const EditContext& context,
+                                       std::span<const std::string_view> ends);
+
+/// The transform as the host has it: the drawing plane is its xy plane, z scales alike.
+YxGeMatrix3d matrixOf(const PlaneTransform& transform);
+
+/// The host moves an entity itself. Of a mirrored arc each end stays that end: the arc is seen from below afterwards.
+void moveEntity(const EditContext& context, const std::string& name, const PlaneTransform& transform);
+
+/// Writes a shape that an edit made; EditError for one that is none, which tells what is wrong with it.
+void writeEdited(const EditContext& context, const std::string& name, const Shape& shape);
+
+/// EditError unless the edit makes a proper shape of the entity.
+void refuseUnsound(const std::string& name, const Shape& shape);
+
+}  // namespace holdfast::editing

@@ -1,0 +1,88 @@
+#include "editing/fates/FateReport.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace holdfast::editing {
+
+namespace {
+
+template <typename Item>
+std::unordered_set<std::string> idsOf(const std::vector<Item>& items) {
+    std::unordered_set<std::string> ids;
+    for (const Item& item : items)
+        ids.insert(item.id);
+    return ids;
+}
+
+/// Calls add(id, wasThere, isThere) for every item of either list that is not in `known`, in drawing order.
+template <typename Item, typename Add>
+void addMissing(const std::vector<Item>& before, const std::vector<Item>& after, std::unordered_set<std::string> known,
+                Add add) {
+    const std::unordered_set<std::string> was = idsOf(before), is = idsOf(after);
+    for (const std::vector<Item>* items : {&before, &after})
+        for (const Item& item : *items)
+            if (known.insert(item.id).second)
+                add(item.id, was.count(item.id) > 0, is.count(item.id) > 0);
+}
+
+template <typename Outcome>
+void sortByFate(std::vector<Outcome>& outcomes) {
+    std::stable_sort(outcomes.begin(), outcomes.end(),
+                     [](const Outcome& one, const Outcome& other) { return one.fate < other.fate; });
+}
+
+template <std::size_t Size, typename Outcome>
+std::array<std::size_t, Size> counted(const std::vector<Outcome>& outcomes) {
+    std::array<std::size_t, Size> counts{};
+    for (const Outcome& outcome : outcomes)
+        ++counts[static_cast<std::size_t>(outcome.fate)];
+    return counts;
+}
+
+}  // namespace
+
+std::string_view fateName(ConstraintFate fate) {
+    static constexpr std::array<std::string_view, 4> names{"deleted", "re-pointed", "added", "kept"};
+    return names[static_cast<std::size_t>(fate)];
+}
+
+std::string_view fateName(EntityFate fate) {
+    static constexpr std::array<std::string_view, 5> names{"erased", "edited", "created", "followed", "untouched"};
+    return names[static_cast<std::size_t>(fate)];
+}
+
+std::array<std::size_t, kConstraintFates.size()> countFates(const std::vector<ConstraintOutcome>& outcomes) {
+    return counted<kConstraintFates.size()>(outcomes);
+}
+
+std::array<std::size_t, kEntityFates.size()> countFates(const std::vector<EntityOutcome>& outcomes) {
+    return counted<kEntityFates.size()>(outcomes);
+}
+
+FateReport completed(FateReport report) {
+    std::unordered_set<std::string> knownConstraints, knownEntities;
+    for (const ConstraintOutcome& outcome : report.constraints)
+        knownConstraints.insert(outcome.constraint);
+    for (const EntityOutcome& outcome : report.entities)
+        knownEntities.insert(outcome.entity);
+    addMissing(
+        report.before.constraints, report.after.constraints, std::move(knownConstraints),
+        [&](const std::string& id, bool was, bool is) {
+            const ConstraintFate fate = was && is ? ConstraintFate::kept
+                                        : was     ? ConstraintFate::deleted
+                                                  : ConstraintFate::added;
+            report.constraints.push_back({.constraint = id, .fate = fate, .reason = {}, .moves = {}, .edit = {}});
+        });
+    addMissing(
+        report.before.entities, report.after.entities, std::move(knownEntities),
+        [&](const std::string& id, bool was, bool is) {
+            const EntityFate fate = was && is ? EntityFate::untouched : was ? EntityFate::erased : EntityFate::created;
+            report.entities.push_back({.entity = id, .fate = fate, .movedBy = 0.0});
+        });
+    sortByFate(report.constraints);
+    sortByFate(report.entities);
+    return report;
+}
+
+}  // namespace holdfast::editing

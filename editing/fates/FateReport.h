@@ -1,0 +1,88 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "document/Document.h"
+#include "editing/Uses.h"
+
+namespace holdfast::editing {
+
+/// What an edit did to a constraint, in the order in which a user cares.
+enum class ConstraintFate { deleted, rePointed, added, kept };
+
+/// What an edit did to an entity, in the order in which a user cares.
+enum class EntityFate { erased, edited, created, followed, untouched };
+
+/// One place of a constraint that went from one entity (or segment, or end) to another.
+struct PlaceMove {
+    Place from, to;
+    friend bool operator==(const PlaceMove&, const PlaceMove&) = default;
+};
+
+struct ConstraintOutcome {
+    std::string constraint;  ///< its id, in the drawing before (deleted), after (added) or both
+    ConstraintFate fate = ConstraintFate::kept;
+    std::string reason;  ///< in the user's words: "the end of g3 moved from (10, 0) to (4, 0)"; kept: may be empty
+    std::vector<PlaceMove> moves;     ///< rePointed: which places went where
+    std::optional<std::size_t> edit;  ///< which of FateReport::edits decided it; empty: not known
+    friend bool operator==(const ConstraintOutcome&, const ConstraintOutcome&) = default;
+};
+
+struct EntityOutcome {
+    std::string entity;
+    EntityFate fate = EntityFate::untouched;
+    double movedBy = 0.0;  ///< followed: the longest way that one of its points went, in the drawing's length unit
+    friend bool operator==(const EntityOutcome&, const EntityOutcome&) = default;
+};
+
+struct EditOutcome {
+    std::string text;   ///< as the user typed it
+    std::string error;  ///< why it was refused; empty: it was done
+    bool done() const { return error.empty(); }
+    friend bool operator==(const EditOutcome&, const EditOutcome&) = default;
+};
+
+/// What the solver had to say; each sketch only where it is known.
+struct SolverFigures {
+    std::optional<int> degreesOfFreedom;
+    std::optional<int> iterations;
+    std::optional<double> worstResidual;
+    friend bool operator==(const SolverFigures&, const SolverFigures&) = default;
+};
+
+/// Everything that a report tells about a run of edits. A constraint or entity without an outcome counts as kept or
+/// untouched when it is in both drawings; ids in outcomes that neither drawing knows are shown by their id alone.
+struct FateReport {
+    std::string title;  ///< what the reader calls the drawing; empty: the drawing's own name
+    Document before, after;
+    std::vector<EditOutcome> edits;
+    std::vector<ConstraintOutcome> constraints;
+    std::vector<EntityOutcome> entities;
+    std::optional<SolverFigures> solver;
+};
+
+inline constexpr std::array kConstraintFates{ConstraintFate::deleted, ConstraintFate::rePointed, ConstraintFate::added,
+                                             ConstraintFate::kept};
+inline constexpr std::array kEntityFates{EntityFate::erased, EntityFate::edited, EntityFate::created,
+                                         EntityFate::followed, EntityFate::untouched};
+
+/// "deleted", "re-pointed", "added", "kept".
+std::string_view fateName(ConstraintFate fate);
+/// "erased", "edited", "created", "followed", "untouched".
+std::string_view fateName(EntityFate fate);
+
+/// How many outcomes have each fate, indexed by the fate's number.
+std::array<std::size_t, kConstraintFates.size()> countFates(const std::vector<ConstraintOutcome>& outcomes);
+std::array<std::size_t, kEntityFates.size()> countFates(const std::vector<EntityOutcome>& outcomes);
+
+/// The report with an outcome for every constraint and entity that has none yet: one only in the drawing before is
+/// deleted or erased, one only in the drawing after is added or created, one in both is kept or untouched. The outcomes
+/// stand in the order of fates, and within one fate as they were given, then in the order of the drawings.
+FateReport completed(FateReport report);
+
+}  // namespace holdfast::editing

@@ -1,0 +1,252 @@
+#include "editing/fates/Fates.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "document/EntityIndex.h"
+#include "document/Names.h"
+#include "document/Places.h"
+#include "editing/EditContext.h"
+#include "editing/LostVertices.h"
+#include "geometry/Vec2.h"
+
+namespace holdfast::editing {
+
+namespace {
+
+/// The points that define a shape, and its sizes as points on an axis of their own.
+std::vector<Vec2> definingPoints(const Shape& shape) {
+    struct Visitor {
+        static Vec2 on(Vec2 c, double r, double a) { return {c.x + r * std::cos(a), c.y + r * std::sin(a)}; }
+        std::vector<Vec2> operator()(const LineShape& s) const { return {s.start, s.end}; }
+        std::vector<Vec2> operator()(const ArcShape& s) const {
+            return {on(s.centre, s.radius, s.startAngle), on(s.centre, s.radius, s.endAngle), s.centre, {s.radius, 0}};
+        }
+        std::vector<Vec2> operator()(const CircleShape& s) const { return {s.centre, {s.radius, 0}}; }
+        std::vector<Vec2> operator()(const EllipseShape& s) const {
+            return {s.centre, s.majorAxis, {s.ratio * std::hypot(s.majorAxis.x, s.majorAxis.y), 0}};
+        }
+        std::vector<Vec2> operator()(const EllipticalArcShape& s) const {
+            const double major = std::hypot(s.majorAxis.x, s.majorAxis.y);
+            return {s.centre, s.majorAxis, {s.ratio * major, 0}, {s.startParam * major, 0}, {s.endParam * major, 0}};
+        }
+        std::vector<Vec2> operator()(const SplineShape& s) const { return s.control; }
+        std::vector<Vec2> operator()(const PointShape& s) const { return {s.position}; }
+        std::vector<Vec2> operator()(const XlineShape& s) const { return {s.point, s.direction}; }
+        std::vector<Vec2> operator()(const RayShape& s) const { return {s.point, s.direction}; }
+        std::vector<Vec2> operator()(const PolylineShape& s) const { return s.vertices; }
+        std::vector<Vec2> operator()(const TextShape& s) const { return {s.position}; }
+    };
+    return std::visit(Visitor(), shape);
+}
+
+std::string placeWords(const Place& place) {
+    switch (place.kind) {
+        case PlaceKind::start:
+            return "the start of " + place.entity;
+        case PlaceKind::end:
+            return "the end of " + place.entity;
+        case PlaceKind::centre:
+            return "the centre of " + place.entity;
+        case PlaceKind::mid:
+            return "the middle of " + place.entity;
+        default:
+            return spokenPlace(place);
+    }
+}
+
+/// "a construction line", "an elliptical arc"
+std::string kindInWords(const Shape& shape) {
+    std::string noun(std::holds_alternative<XlineShape>(shape) ? "construction line" : typeName(shape));
+    std::replace(noun.begin(), noun.end(), '_', ' ');
+    return (std::string_view("aeiou").find(noun.front()) == std::string_view::npos ? "a " : "an ") + noun;
+}
+
+bool namesPolylinePlace(const Place& place) {
+    return place.kind >= PlaceKind::segment;
+}
+
+bool isCountedAnew(const PolylineShape& was, const PolylineShape& is) {
+    return was.vertices.size() != is.vertices.size() || was.closed != is.closed;
+}
+
+/// Why a constraint that held at a place was lost, as far as that place tells; empty when it tells nothing.
+std::string reasonAt(const Place& place, const Entity* was, const Entity* is, LostVertices& lost) {
+    if (was == nullptr)
+        return {};
+    if (is == nullptr)
+        return place.entity + " was erased";
+    if (was->shape.index() != is->shape.index())
+        return place.entity + " was " + kindInWords(was->shape) + " and became " + kindInWords(is->shape);
+    const auto *polylineWas = std::get_if<PolylineShape>(&was->shape),
+               *polylineIs = std::get_if<PolylineShape>(&is->shape);
+    const bool isEnd = place.kind == PlaceKind::segmentStart || place.kind == PlaceKind::segmentEnd;
+    if (polylineWas != nullptr && polylineIs != nullptr && namesPolylinePlace(place) &&
+        (!isEnd || isCountedAnew(*polylineWas, *polylineIs)))
+        return lost.reasonAt(place, *polylineWas, *polylineIs);
+    if (namesPolylinePlace(place) && !hasPlace(is->shape, place))
+        return spokenPlace(place) + " was cut away";
+    const std::optional<Vec2> from = pointAt(was->shape, place), to = pointAt(is->shape, place);
+    if (!from || !to || distance(*from, *to) == 0.0)
+        return {};
+    return placeWords(place) + " moved from " + spoken(*from) + " to " + spoken(*to);
+}
+
+/// What a line has lost that a constraint on the whole of it asks for; empty for what it still has.
+std::string lossOf(const Constraint& constraint, const LineShape& is) {
+    const double dx = std::abs(is.end.x - is.start.x), dy = std::abs(is.end.y - is.start.y),
+                 length = std::hypot(dx, dy);
+    constexpr double kLevel = 1e-9;  // parts of the length
+    if (constraint.type == ConstraintType::horizontal && dy > kLevel * length)
+        return " is no longer horizontal";
+    if (constraint.type == ConstraintType::vertical && dx > kLevel * length)
+        return " is no longer vertical";
+    if (constraint.type == ConstraintType::distance && constraint.refs.size() == 1)
+        return " is no longer as long";
+    return {};
+}
+
+std::string reasonOfDeletion(const Constraint& constraint, const EntityIndex& before, const EntityIndex& after,
+                             LostVertices& lost) {
+    for (const Place& place : constraint.refs)
+        if (std::string reason = reasonAt(place, before.find(place.entity), after.find(place.entity), lost);
+            !reason.empty())
+            return reason;
+    for (const Place& place : constraint.refs) {
+        const Entity* was = before.find(place.entity);
+        const Entity* is = after.find(place.entity);
+        if (was == nullptr || is == nullptr || was->shape == is->shape)
+            continue;
+        const auto* line = std::get_if<LineShape>(&is->shape);
+        const std::string loss = line == nullptr ? std::string() : lossOf(constraint, *line);
+        return place.entity + (loss.empty() ? " is no longer the curve that it was" : loss);
+    }
+    return "an edited end no longer supports it";
+}
+
+/// Why places have other names; the names themselves are told by the moves.
+std::string reasonOfMove(const std::vector<PlaceMove>& moves, const EntityIndex& after) {
+    const PlaceMove& move = moves.front();
+    if (move.from.entity == move.to.entity && (move.to.kind == PlaceKind::start || move.to.kind == PlaceKind::end))
+        return "start and end of " + move.from.entity + " have changed places";
+    if (move.from.entity == move.to.entity)
+        return "the segments of " + move.from.entity + " are counted anew";
+    if (after.find(move.from.entity) == nullptr)
+        return move.from.entity + " became part of " + move.to.entity;
+    return "that part of " + move.from.entity + " is " + move.to.entity + " now";
+}
+
+std::vector<PlaceMove> movesBetween(const Constraint& was, const Constraint& is) {
+    std::vector<PlaceMove> moves;
+    for (std::size_t i = 0; i < std::min(was.refs.size(), is.refs.size()); ++i)
+        if (!(was.refs[i] == is.refs[i]))
+            moves.push_back({was.refs[i], is.refs[i]});
+    return moves;
+}
+
+std::unordered_map<std::string_view, const Constraint*> constraintsById(const Document& document) {
+    std::unordered_map<std::string_view, const Constraint*> found;
+    found.reserve(document.constraints.size());
+    for (const Constraint& constraint : document.constraints)
+        found.emplace(constraint.id, &constraint);
+    return found;
+}
+
+std::vector<ConstraintOutcome> constraintFates(const Document& before, const Document& after, std::size_t edit) {
+    const EntityIndex entitiesBefore(before), entitiesAfter(after);
+    const auto was = constraintsById(before), is = constraintsById(after);
+    LostVertices lost;
+    std::vector<ConstraintOutcome> outcomes;
+    for (const Constraint& constraint : before.constraints) {
+        const auto now = is.find(constraint.id);
+        if (now == is.end()) {
+            outcomes.push_back({constraint.id,
+                                ConstraintFate::deleted,
+                                reasonOfDeletion(constraint, entitiesBefore, entitiesAfter, lost),
+                                {},
+                                edit});
+        } else if (std::vector<PlaceMove> moves = movesBetween(constraint, *now->second); !moves.empty()) {
+            std::string reason = reasonOfMove(moves, entitiesAfter);
+            outcomes.push_back({constraint.id, ConstraintFate::rePointed, std::move(reason), std::move(moves), edit});
+        }
+    }
+    for (const Constraint& constraint : after.constraints)
+        if (was.find(constraint.id) == was.end())
+            outcomes.push_back({constraint.id, ConstraintFate::added, "made by the edit", {}, edit});
+    return outcomes;
+}
+
+/// Vertex identifiers are the host's own affair: they come with the first constraint on a segment.
+bool isDrawnAlike(const Shape& was, const Shape& is) {
+    const auto *before = std::get_if<PolylineShape>(&was), *after = std::get_if<PolylineShape>(&is);
+    if (before == nullptr || after == nullptr)
+        return was == is;
+    return before->vertices == after->vertices && before->bulges == after->bulges && before->closed == after->closed;
+}
+
+std::vector<EntityOutcome> entityFates(const Document& before, const Document& after,
+                                       const std::vector<std::string>& edited) {
+    const EntityIndex was(before), is(after);
+    const std::unordered_set<std::string_view> byUser(edited.begin(), edited.end());
+    std::vector<EntityOutcome> outcomes;
+    for (const Entity& entity : before.entities) {
+        const Entity* now = is.find(entity.id);
+        if (now == nullptr)
+            outcomes.push_back({entity.id, EntityFate::erased, 0.0});
+        else if (!isDrawnAlike(entity.shape, now->shape))
+            outcomes.push_back({entity.id, byUser.count(entity.id) > 0 ? EntityFate::edited : EntityFate::followed,
+                                movement(entity.shape, now->shape)});
+    }
+    for (const Entity& entity : after.entities)
+        if (was.find(entity.id) == nullptr)
+            outcomes.push_back({entity.id, EntityFate::created, 0.0});
+    return outcomes;
+}
+
+}  // namespace
+
+double movement(const Shape& before, const Shape& after) {
+    const std::vector<Vec2> from = definingPoints(before), to = definingPoints(after);
+    double longest = 0.0;
+    const std::size_t count = before.index() == after.index() && from.size() == to.size() ? from.size() : 1;
+    for (std::size_t i = 0; i < std::min({count, from.size(), to.size()}); ++i)
+        longest = std::max(longest, distance(from[i], to[i]));
+    return longest;
+}
+
+Fates fatesBetween(const Document& before, const Document& after, const std::vector<std::string>& edited,
+                   std::size_t edit) {
+    return {constraintFates(before, after, edit), entityFates(before, after, edited)};
+}
+
+FateReport runReport(const Document& before, const Document& after, const std::vector<EditOutcome>& edits,
+                     const std::vector<Fates>& fates) {
+    FateReport report{
+        .title = {}, .before = before, .after = after, .edits = edits, .constraints = {}, .entities = {}, .solver = {}};
+    std::unordered_map<std::string, ConstraintOutcome> last;
+    std::vector<std::string> edited;
+    for (const Fates& fate : fates) {
+        for (const ConstraintOutcome& outcome : fate.constraints)
+            last[outcome.constraint] = outcome;
+        for (const EntityOutcome& outcome : fate.entities)
+            if (outcome.fate == EntityFate::edited)
+                edited.push_back(outcome.entity);
+    }
+    // What counts is the whole run; the single edits know the better reasons and which of them it was.
+    report.constraints = constraintFates(before, after, 0);
+    for (ConstraintOutcome& outcome : report.constraints) {
+        const auto known = last.find(outcome.constraint);
+        if (known == last.end())
+            continue;
+        outcome.edit = known->second.edit;
+        if (outcome.fate == known->second.fate)
+            outcome.reason = known->second.reason;
+    }
+    report.entities = entityFates(before, after, edited);
+    return report;
+}
+
+}  // namespace holdfast::editing

@@ -1,0 +1,234 @@
+#include "formats/FileIo.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <memory>
+#include <system_error>
+#include <vector>
+
+#include "document/text/DrawingError.h"
+#include "document/text/Suggest.h"
+#include "formats/json/JsonReader.h"
+#include "formats/json/JsonWriter.h"
+
+namespace holdfast::formats {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string reasonOf(int code) {
+    return std::generic_category().message(code);
+}
+
+[[noreturn]] void fail(const fs::path& path, std::string found, std::string expected) {
+    throw DrawingError(path.string(), {"", std::move(found), std::move(expected)});
+}
+
+/// An open file, closed at the end of its scope.
+class Descriptor {
+public:
+    explicit Descriptor(int number) : m_number(number) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (m_number >= 0)
+            ::close(m_number);
+    }
+
+    int number() const { return m_number; }
+    bool isOpen() const { return m_number >= 0; }
+
+private:
+    int m_number;
+};
+
+/// A file beside the target that vanishes again unless it has taken the target's place.
+class FileBeside {
+public:
+    explicit FileBeside(const fs::path& target)
+        : m_path(target.string() + ".XXXXXX"), m_file(::mkostemp(m_path.data(), O_CLOEXEC)) {}
+    FileBeside(const FileBeside&) = delete;
+    FileBeside& operator=(const FileBeside&) = delete;
+    ~FileBeside() {
+        if (m_file.isOpen() && !m_inPlace)
+            ::unlink(m_path.c_str());
+    }
+
+    const Descriptor& file() const { return m_file; }
+    bool replace(const fs::path& target) {
+        m_inPlace = ::rename(m_path.c_str(), target.c_str()) == 0;
+        return m_inPlace;
+    }
+
+private:
+    std::string m_path;
+    Descriptor m_file;
+    bool m_inPlace = false;
+};
+
+std::string similarNameBeside(const fs::path& path) {
+    std::error_code error;
+    std::vector<std::string> names;
+    const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+    for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error))
+        names.push_back(it->path().filename().string());
+    const std::vector<std::string_view> views(names.begin(), names.end());
+    return suggestion(path.filename().string(), views);
+}
+
+bool writeAll(int file, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = ::write(file, text.data(), text.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        text.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+/// What the new file's permissions are to be: the old file's, or those of any new file.
+mode_t permissionsFor(const fs::path& target) {
+    struct stat status {};
+    if (::stat(target.c_str(), &status) == 0)
+        return status.st_mode & 07777U;
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return 0666U & ~mask;
+}
+
+void flushFolder(const fs::path& target) {
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    const Descriptor directory(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (directory.isOpen())
+        ::fsync(directory.number());
+}
+
+void refuseMissingFolder(const fs::path& path, const fs::path& target) {
+    const fs::path folder = target.parent_path();
+    std::error_code error;
+    if (folder.empty() || fs::is_directory(folder, error))
+        return;
+    fail(path,
+         fs::exists(folder, error) ? "a file where its folder should be" : "no folder " + inQuotes(folder.string()),
+         "a folder that exists; create it first");
+}
+
+/// Where a name leads when the symbolic links in its place are followed, also when nothing stands there yet.
+fs::path behindLinks(const fs::path& path) {
+    constexpr int longestChain = 40;  // as long as the system itself follows
+    std::error_code error;
+    fs::path target = path;
+    for (int links = 0; fs::is_symlink(fs::symlink_status(target, error)); ++links) {
+        if (links == longestChain)
+            fail(path, "a symbolic link that leads in a circle", "the name of a file");
+        const fs::path next = fs::read_symlink(target, error);
+        target = next.is_absolute() ? next : target.parent_path() / next;
+    }
+    return target;
+}
+
+void writeThrough(const fs::path& path, std::string_view text) {
+    const Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+    if (!file.isOpen() || !writeAll(file.number(), text))
+        fail(path, reasonOf(errno), "a place that takes " + std::to_string(text.size()) + " bytes");
+}
+
+/// One file on its way to its place.
+class Arrival {
+public:
+    explicit Arrival(const NamedText& file) : m_path(file.path), m_target(file.path) {
+        if (m_path.empty())
+            fail("(no name)", "an empty file name", "the name of a file");
+        m_target = behindLinks(m_path);
+        refuseMissingFolder(m_path, m_target);
+        std::error_code error;
+        const fs::file_status status = fs::status(m_target, error);
+        if (fs::is_directory(status))
+            fail(m_path, "a folder", "the name of a file");
+        if (fs::exists(status) && !fs::is_regular_file(status)) {
+            writeThrough(m_path, file.text);
+            return;
+        }
+        if (fs::exists(status) && ::faccessat(AT_FDCWD, m_target.c_str(), W_OK, AT_EACCESS) != 0)
+            fail(m_path, reasonOf(errno), "a file that may be written");
+        m_beside = std::make_unique<FileBeside>(m_target);
+        fill(file.text);
+    }
+
+    void arrive() {
+        if (m_beside == nullptr)
+            return;
+        if (!m_beside->replace(m_target))
+            fail(m_path, reasonOf(errno), "a name that may be replaced; the file is as it was");
+        flushFolder(m_target);
+    }
+
+private:
+    void fill(std::string_view text) {
+        if (!m_beside->file().isOpen())
+            fail(m_path, reasonOf(errno), "a folder in which files may be made");
+        const int file = m_beside->file().number();
+        const bool written =
+            writeAll(file, text) && ::fchmod(file, permissionsFor(m_target)) == 0 && ::fsync(file) == 0;
+        if (!written)
+            fail(m_path, reasonOf(errno), "room for " + std::to_string(text.size()) + " bytes; the file is as it was");
+    }
+
+    fs::path m_path, m_target;
+    std::unique_ptr<FileBeside> m_beside;  // null: written already, to what cannot be replaced
+};
+
+}  // namespace
+
+std::string readFile(const fs::path& path) {
+    std::error_code error;
+    if (fs::is_directory(path, error))
+        fail(path, "a folder", "a file");
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!file.isOpen() && errno == ENOENT)
+        fail(path, "no such file", "the name of a file" + similarNameBeside(path));
+    if (!file.isOpen())
+        fail(path, reasonOf(errno), "a file that may be read");
+    std::string text;
+    std::array<char, 65536> buffer{};
+    for (;;) {
+        const ssize_t count = ::read(file.number(), buffer.data(), buffer.size());
+        if (count == 0)
+            return text;
+        if (count > 0)
+            text.append(buffer.data(), static_cast<std::size_t>(count));
+        else if (errno != EINTR)
+            fail(path, reasonOf(errno), "a file that can be read to its end");
+    }
+}
+
+void writeFiles(std::span<const NamedText> files) {
+    std::vector<Arrival> arrivals;
+    arrivals.reserve(files.size());
+    for (const NamedText& file : files)
+        arrivals.emplace_back(file);
+    for (Arrival& arrival : arrivals)
+        arrival.arrive();
+}
+
+void writeFile(const fs::path& path, std::string_view text) {
+    const NamedText file{path, std::string(text)};
+    writeFiles({&file, 1});
+}
+
+Document readDrawing(const fs::path& path) {
+    return readJson(readFile(path), path.string());
+}
+
+void writeDrawing(const Document& document, const fs::path& path) {
+    writeFile(path, jsonText(document));
+}
+
+}  // namespace holdfast::formats

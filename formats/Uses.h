@@ -1,0 +1,10 @@
+#pragma once
+
+// The floors that this one stands on: their names are used here as they are.
+namespace holdfast::geometry {}
+namespace holdfast::document {}
+
+namespace holdfast::formats {
+using namespace geometry;
+using namespace document;
+}  // namespace holdfast::formats

@@ -1,0 +1,153 @@
+#include "formats/dxf/DxfGroups.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <utility>
+
+#include "document/text/DrawingError.h"
+#include "document/text/Suggest.h"
+
+namespace holdfast::formats {
+namespace {
+
+std::string_view trimmed(std::string_view text) {
+    constexpr std::string_view blanks = " \t\r";
+    const std::size_t begin = text.find_first_not_of(blanks);
+    if (begin == std::string_view::npos)
+        return {};
+    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
+template <class Number>
+std::optional<Number> parsed(std::string_view text) {
+    if (text.starts_with('+'))
+        text.remove_prefix(1);
+    Number value{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return value;
+}
+
+bool holdsText(int code) {
+    return code >= 0 && code <= 9;
+}
+
+}  // namespace
+
+DxfGroups::DxfGroups(std::string_view text, const std::string& fileName) : m_rest(text), m_fileName(&fileName) {
+    if (text.find('\0') != std::string_view::npos)
+        throw DrawingError(fileName, {"", "binary data", "a DXF file in text form; save it as an ASCII DXF"});
+    if (trimmed(text.substr(0, text.find('\n'))).empty() && text.find_first_not_of(" \t\r\n") == std::string_view::npos)
+        throw DrawingError(fileName, {"", "an empty file", "a DXF file"});
+    if (constexpr std::string_view mark = "\xEF\xBB\xBF"; m_rest.starts_with(mark))
+        m_rest.remove_prefix(mark.size());  // some editors put it before UTF-8
+    advance();
+}
+
+void DxfGroups::fail(int line, std::string found, std::string expected) const {
+    throw DrawingError(*m_fileName, {"", std::move(found), std::move(expected)}, line);
+}
+
+std::string_view DxfGroups::takeLine() {
+    const std::size_t end = m_rest.find('\n');
+    std::string_view line = m_rest.substr(0, end);
+    m_rest.remove_prefix(end == std::string_view::npos ? m_rest.size() : end + 1);
+    ++m_line;
+    if (line.ends_with('\r'))
+        line.remove_suffix(1);
+    return line;
+}
+
+int DxfGroups::codeOf(std::string_view line) const {
+    const std::optional<int> code = parsed<int>(trimmed(line));
+    if (!code)
+        fail(m_line, inQuotes(trimmed(line)), "a group code, a whole number; lines come in pairs of code and value");
+    return *code;
+}
+
+void DxfGroups::advance() {
+    constexpr int comment = 999;
+    do {
+        m_next.reset();
+        if (m_rest.find_first_not_of(" \t\r\n") == std::string_view::npos)
+            return;
+        const int code = codeOf(takeLine());
+        if (m_rest.empty())
+            fail(m_line, "the end of the file", "a value for group code " + std::to_string(code));
+        const std::string_view value = takeLine();
+        m_next = DxfGroup{code, holdsText(code) && code != 0 ? value : trimmed(value), m_line};
+    } while (m_next->code == comment);
+}
+
+DxfGroup DxfGroups::take(const char* expected) {
+    if (!m_next)
+        fail(m_line, "the end of the file", expected);
+    const DxfGroup group = *m_next;
+    advance();
+    return group;
+}
+
+double DxfGroups::number(const DxfGroup& group) const {
+    const std::optional<double> value = parsed<double>(trimmed(group.value));
+    if (!value || !std::isfinite(*value))
+        fail(group.line, inQuotes(group.value), "a number for group code " + std::to_string(group.code));
+    return *value;
+}
+
+int DxfGroups::integer(const DxfGroup& group) const {
+    const std::optional<int> value = parsed<int>(trimmed(group.value));
+    if (!value)
+        fail(group.line, inQuotes(group.value), "a whole number for group code " + std::to_string(group.code));
+    return *value;
+}
+
+const DxfGroup* DxfEntity::find(int code) const {
+    const auto found = std::find_if(groups.begin(), groups.end(), [&](const DxfGroup& g) { return g.code == code; });
+    return found == groups.end() ? nullptr : &*found;
+}
+
+double DxfEntity::number(int code, double otherwise) const {
+    const DxfGroup* group = find(code);
+    return group == nullptr ? otherwise : source->number(*group);
+}
+
+int DxfEntity::integer(int code, int otherwise) const {
+    const DxfGroup* group = find(code);
+    return group == nullptr ? otherwise : source->integer(*group);
+}
+
+double DxfEntity::required(int code) const {
+    const DxfGroup* group = find(code);
+    if (group == nullptr)
+        fail("a " + std::string(name) + " without group " + std::to_string(code), "that group with a number");
+    return source->number(*group);
+}
+
+std::string_view DxfEntity::requiredText(int code) const {
+    const DxfGroup* group = find(code);
+    if (group == nullptr)
+        fail("a " + std::string(name) + " without group " + std::to_string(code), "that group with its text");
+    return group->value;
+}
+
+void DxfEntity::fail(std::string found, std::string expected) const {
+    source->fail(line, std::move(found), std::move(expected));
+}
+
+DxfEntity takeEntity(DxfGroups& groups) {
+    constexpr int embeddedObject = 101, firstForeign = 1000;
+    const DxfGroup name = groups.take("an entity");
+    DxfEntity entity{name.value, name.line, {}, &groups};
+    bool embedded = false;
+    while (!groups.peek() || groups.peek()->code != 0) {
+        const DxfGroup group = groups.take("EOF as the value of group 0; the file is not complete");
+        embedded = embedded || group.code == embeddedObject;
+        if (!embedded && group.code < firstForeign)
+            entity.groups.push_back(group);
+    }
+    return entity;
+}
+
+}  // namespace holdfast::formats

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "formats/Uses.h"
+
+namespace holdfast::formats {
+
+/// One group of a DXF text: a code that says what the value is, and the value, without white space around it where it
+/// is not text.
+struct DxfGroup {
+    int code = 0;
+    std::string_view value;
+    int line = 0;  ///< of the value, counted from 1
+};
+
+/// Takes a DXF text apart into groups of two lines. Comments (code 999) are passed over. The text and the name must
+/// outlive the reader and its groups.
+class DxfGroups {
+public:
+    DxfGroups(std::string_view text, const std::string& fileName);
+
+    /// The next group without taking it. At the end of the text: nothing.
+    const std::optional<DxfGroup>& peek() const { return m_next; }
+    /// Takes the next group. Throws DrawingError at the end of the text, naming what was expected there.
+    DxfGroup take(const char* expected);
+
+    /// The value as a number, finite; as a whole number. Throws DrawingError with the line.
+    double number(const DxfGroup& group) const;
+    int integer(const DxfGroup& group) const;
+
+    [[noreturn]] void fail(int line, std::string found, std::string expected) const;
+
+private:
+    void advance();
+    std::string_view takeLine();
+    int codeOf(std::string_view line) const;
+
+    std::string_view m_rest;
+    const std::string* m_fileName;
+    int m_line = 0;
+    std::optional<DxfGroup> m_next;
+};
+
+/// One entity of a DXF text: its name and all groups up to the next name.
+struct DxfEntity {
+    std::string_view name;
+    int line = 0;
+    std::vector<DxfGroup> groups;
+    const DxfGroups* source = nullptr;
+
+    const DxfGroup* find(int code) const;
+    /// The first group of a code as a number, or a default when there is none.
+    double number(int code, double otherwise) const;
+    int integer(int code, int otherwise) const;
+    /// The first group of a code as a number; without one, an error that names the entity and the code.
+    double required(int code) const;
+    std::string_view requiredText(int code) const;
+    [[noreturn]] void fail(std::string found, std::string expected) const;
+};
+
+/// Takes the name group and everything behind it that belongs to the entity. Groups of other programs (codes from
+/// 1000) and embedded objects (from code 101) are left out.
+DxfEntity takeEntity(DxfGroups& groups);
+
+}  // namespace holdfast::formats

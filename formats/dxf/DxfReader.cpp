@@ -1,0 +1,170 @@
+#include "formats/dxf/DxfReader.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <filesystem>
+#include <utility>
+
+#include "document/text/Suggest.h"
+#include "formats/dxf/DxfGroups.h"
+#include "formats/dxf/DxfShapes.h"
+#include "formats/dxf/DxfText.h"
+
+namespace holdfast::formats {
+namespace {
+
+void count(std::vector<DxfNotice>& notices, const std::string& what) {
+    const auto known = std::find_if(notices.begin(), notices.end(), [&](const DxfNotice& n) { return n.what == what; });
+    if (known != notices.end())
+        ++known->count;
+    else
+        notices.push_back({what, 1});
+}
+
+/// Codes of the header variable for the unit of length.
+constexpr std::array<std::pair<int, const char*>, 6> kUnits = {
+    {{1, "in"}, {2, "ft"}, {4, "mm"}, {5, "cm"}, {6, "m"}, {13, "um"}}};
+
+constexpr std::array<std::string_view, 5> kSilentSections = {"CLASSES", "TABLES", "BLOCKS", "OBJECTS",
+                                                             "THUMBNAILIMAGE"};
+
+/// Every layout of the file has a block of its own; the others are definitions that INSERT entities use.
+bool isLayout(std::string_view blockName) {
+    std::string name(blockName);
+    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::toupper(c); });
+    return name.starts_with("*MODEL_SPACE") || name.starts_with("*PAPER_SPACE") || name.starts_with("$MODEL_SPACE") ||
+           name.starts_with("$PAPER_SPACE");
+}
+
+class Reader {
+public:
+    Reader(std::string_view text, const std::string& fileName) : m_groups(text, fileName) {
+        m_drawing.document.name = utf8Of(std::filesystem::path(fileName).stem().string());
+    }
+
+    DxfDrawing read() {
+        while (!atName("EOF"))
+            readSection();
+        // Sections without a place in a drawing are passed over in silence, unless the entities may stand in one.
+        if (!m_hasEntities)
+            for (const std::string& name : m_otherSections)
+                count(m_drawing.notUnderstood, "section " + inQuotes(name) + " instead of \"ENTITIES\"");
+        return std::move(m_drawing);
+    }
+
+private:
+    /// True at a group 0 of this name; at the end of the text, which ought to come later, an error.
+    bool atName(std::string_view name) {
+        if (!m_groups.peek())
+            m_groups.take("EOF as the value of group 0; the file is not complete");
+        return m_groups.peek()->code == 0 && m_groups.peek()->value == name;
+    }
+
+    void readSection() {
+        const DxfGroup head = m_groups.take("a section");
+        if (head.code != 0 || head.value != "SECTION")
+            m_groups.fail(head.line, "group " + std::to_string(head.code) + " with " + inQuotes(head.value),
+                          "SECTION or EOF as the value of group 0; is this a DXF file?");
+        const DxfGroup name = m_groups.take("the name of a section");
+        if (name.code != 2)
+            m_groups.fail(name.line, "group " + std::to_string(name.code), "the name of a section in group 2");
+        if (name.value == "ENTITIES") {
+            m_hasEntities = true;
+            readEntities();
+        } else if (name.value == "HEADER") {
+            readHeader();
+        } else {
+            if (std::find(kSilentSections.begin(), kSilentSections.end(), name.value) == kSilentSections.end())
+                m_otherSections.emplace_back(name.value);
+            readOther(name.value == "BLOCKS");
+        }
+        m_groups.take("ENDSEC");
+    }
+
+    void readHeader() {
+        std::string_view variable;
+        while (!atName("ENDSEC")) {
+            const DxfGroup group = m_groups.take("a header variable");
+            if (group.code == 9)
+                variable = group.value;
+            else if (variable == "$INSUNITS" && group.code == 70)
+                setUnit(m_groups.integer(group));
+        }
+    }
+
+    void setUnit(int code) {
+        const auto unit = std::find_if(kUnits.begin(), kUnits.end(), [&](const auto& u) { return u.first == code; });
+        if (unit != kUnits.end())
+            m_drawing.document.lengthUnit = unit->second;
+        else if (code != 0)
+            count(m_drawing.notUnderstood, "unit of length " + std::to_string(code) + ", taken as mm");
+    }
+
+    void readEntities() {
+        while (!atName("ENDSEC")) {
+            const DxfEntity entity = takeNamed();
+            if (entity.name == "SEQEND")
+                continue;  // the end of the attributes of an INSERT, which is counted itself
+            std::vector<DxfEntity> vertices;
+            if (entity.name == "POLYLINE")
+                vertices = takeVertices();
+            add(readDxfEntity(entity, vertices));
+        }
+    }
+
+    DxfEntity takeNamed() {
+        if (m_groups.peek()->code != 0)
+            m_groups.fail(m_groups.peek()->line, "group " + std::to_string(m_groups.peek()->code),
+                          "an entity's name in group 0");
+        return takeEntity(m_groups);
+    }
+
+    std::vector<DxfEntity> takeVertices() {
+        std::vector<DxfEntity> vertices;
+        while (atName("VERTEX"))
+            vertices.push_back(takeEntity(m_groups));
+        if (!atName("SEQEND"))
+            m_groups.fail(m_groups.peek()->line,
+                          inQuotes(m_groups.peek()->value) + " behind the vertices of a POLYLINE", "VERTEX or SEQEND");
+        takeEntity(m_groups);
+        return vertices;
+    }
+
+    void add(DxfReading reading) {
+        if (!reading.shape) {
+            count(m_drawing.notUnderstood, reading.reason);
+            return;
+        }
+        for (const std::string& what : reading.dropped)
+            count(m_drawing.dropped, what);
+        std::vector<Entity>& entities = m_drawing.document.entities;
+        entities.push_back({"g" + std::to_string(entities.size()), std::move(*reading.shape)});
+    }
+
+    void readOther(bool isBlocks) {
+        while (!atName("ENDSEC")) {
+            const DxfGroup& next = *m_groups.peek();
+            if (!isBlocks || next.code != 0 || next.value != "BLOCK") {
+                m_groups.take("ENDSEC");
+                continue;
+            }
+            const DxfEntity block = takeEntity(m_groups);
+            if (!isLayout(block.requiredText(2)))
+                count(m_drawing.notUnderstood, "BLOCK definition");
+        }
+    }
+
+    DxfGroups m_groups;
+    DxfDrawing m_drawing;
+    bool m_hasEntities = false;
+    std::vector<std::string> m_otherSections;
+};
+
+}  // namespace
+
+DxfDrawing readDxf(std::string_view text, const std::string& fileName) {
+    return Reader(text, fileName).read();
+}
+
+}  // namespace holdfast::formats

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "document/Document.h"
+#include "formats/Uses.h"
+
+namespace holdfast::formats {
+
+/// Something in a DXF file that the drawing does not hold, and how often it occurs.
+struct DxfNotice {
+    std::string what;
+    int count = 0;
+
+    friend bool operator==(const DxfNotice&, const DxfNotice&) = default;
+};
+
+/// A plain drawing read from a DXF file, entities named g0, g1, ... in the order of the file.
+struct DxfDrawing {
+    Document document;
+    std::vector<DxfNotice> notUnderstood;  ///< entities that are missing from the document, by kind
+    std::vector<DxfNotice> dropped;        ///< properties that its entities have lost: width, height above the plane
+};
+
+/// Reads LINE, ARC, CIRCLE, ELLIPSE, LWPOLYLINE, POLYLINE, SPLINE, RAY, XLINE, POINT, TEXT and MTEXT from the section
+/// ENTITIES of a DXF text, and its unit of length from the header (millimetres when it has none). Everything else is
+/// counted. Layers, colours, line types and text styles are not part of a drawing.
+/// Throws DrawingError, with the line, for a text that is no DXF or breaks off.
+DxfDrawing readDxf(std::string_view text, const std::string& fileName);
+
+}  // namespace holdfast::formats

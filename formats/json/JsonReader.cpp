@@ -1,0 +1,169 @@
+#include "formats/json/JsonReader.h"
+
+#include <array>
+#include <istream>
+#include <iterator>
+#include <utility>
+
+#include "document/Names.h"
+#include "document/checks/DocumentCheck.h"
+#include "document/text/DrawingError.h"
+#include "document/text/Suggest.h"
+#include "formats/json/JsonEntities.h"
+
+namespace holdfast::formats {
+namespace {
+
+constexpr std::string_view kDrawingFields[] = {"name",  "source",   "license",    "units",
+                                               "plane", "entities", "constraints"};
+constexpr std::string_view kSourceFields[] = {"repository", "revision", "file", "sketch"};
+constexpr std::string_view kUnitFields[] = {"length", "angle"};
+constexpr std::string_view kPlaneFields[] = {"origin", "x_axis", "y_axis"};
+constexpr std::string_view kConstraintFields[] = {"id",    "type",    "refs",   "members", "role",
+                                                  "value", "driving", "active", "name",    "implied"};
+constexpr std::string_view kRefFields[] = {"entity", "point"};
+
+std::string textOr(const JsonView& view, std::string_view key) {
+    const auto member = view.find(key);
+    return member ? member->text() : std::string();
+}
+
+bool flagOr(const JsonView& view, std::string_view key, bool otherwise) {
+    const auto member = view.find(key);
+    return member ? member->flag() : otherwise;
+}
+
+Source readSource(const JsonView& view) {
+    view.allowOnly(kSourceFields);
+    return Source{textOr(view, "repository"), textOr(view, "revision"), textOr(view, "file"), textOr(view, "sketch")};
+}
+
+std::string readLengthUnit(const JsonView& view) {
+    view.allowOnly(kUnitFields);
+    const JsonView angle = view.at("angle");
+    if (angle.text() != "rad")
+        angle.failAs("\"rad\": angles of a drawing are radians");
+    return view.at("length").text();
+}
+
+std::array<double, 3> readVector(const JsonView& view) {
+    const std::vector<JsonView> items = view.list();
+    if (items.size() != 3)
+        view.failAs("a list of three numbers, [x, y, z]");
+    return {items[0].number(), items[1].number(), items[2].number()};
+}
+
+Plane readPlane(const JsonView& view) {
+    view.allowOnly(kPlaneFields);
+    return Plane{readVector(view.at("origin")), readVector(view.at("x_axis")), readVector(view.at("y_axis"))};
+}
+
+Place readRef(const JsonView& view) {
+    view.allowOnly(kRefFields);
+    const JsonView point = view.at("point");
+    const std::optional<Place> place = parsePlace(point.text());
+    constexpr std::string_view words[] = {"whole", "start", "end", "mid", "centre", "control:i", "segment:i"};
+    if (!place)
+        point.failAs("a place: whole, start, end, mid, centre, control:i, segment:i or segment:i.start|end|mid|centre" +
+                     suggestion(point.text(), words));
+    return Place{view.at("entity").text(), place->kind, place->index};
+}
+
+ConstraintType readType(const JsonView& view) {
+    const std::string name = view.text();
+    const std::optional<ConstraintType> type = constraintTypeNamed(name);
+    if (!type)
+        view.failAs("a constraint type: " + oneOf(constraintTypeNames()) + suggestion(name, constraintTypeNames()));
+    return *type;
+}
+
+std::vector<Place> readRefs(const JsonView& view, ConstraintType type) {
+    const auto refs = type == ConstraintType::composite ? view.find("refs") : view.at("refs");
+    std::vector<Place> places;
+    if (!refs)
+        return places;
+    for (const JsonView& ref : refs->list())
+        places.push_back(readRef(ref));
+    return places;
+}
+
+std::vector<std::string> readMembers(const JsonView& view) {
+    std::vector<std::string> members;
+    const auto list = view.find("members");
+    if (!list)
+        return members;
+    for (const JsonView& member : list->list())
+        members.push_back(member.text());
+    return members;
+}
+
+/// A dimension's switch stands on dimensions only; elsewhere it would be lost without a word.
+void refuseDrivingBesideDimension(const JsonView& view, ConstraintType type) {
+    if (!isDimension(type) && view.find("driving"))
+        view.find("driving")->fail("\"driving\" on a constraint of type " + std::string(typeName(type)),
+                                   "it on dimensions only; remove the field");
+}
+
+Constraint readConstraint(const JsonView& view) {
+    const ConstraintType type = readType(view.at("type"));
+    view.allowOnly(kConstraintFields);
+    refuseDrivingBesideDimension(view, type);
+    Constraint constraint;
+    constraint.id = view.at("id").text();
+    constraint.type = type;
+    constraint.refs = readRefs(view, type);
+    constraint.members = readMembers(view);
+    constraint.role = textOr(view, "role");
+    if (const auto value = view.find("value"))
+        constraint.value = value->number();
+    constraint.driving = flagOr(view, "driving", true);
+    constraint.active = flagOr(view, "active", true);
+    constraint.name = textOr(view, "name");
+    constraint.implied = flagOr(view, "implied", false);
+    return constraint;
+}
+
+Document readDocument(const JsonView& view) {
+    view.allowOnly(kDrawingFields);
+    Document document;
+    document.name = textOr(view, "name");
+    if (const auto source = view.find("source"))
+        document.source = readSource(*source);
+    document.license = textOr(view, "license");
+    document.lengthUnit = readLengthUnit(view.at("units"));
+    if (const auto plane = view.find("plane"))
+        document.plane = readPlane(*plane);
+    for (const JsonView& entity : view.at("entities").list())
+        document.entities.push_back(readEntity(entity));
+    for (const JsonView& constraint : view.at("constraints").list())
+        document.constraints.push_back(readConstraint(constraint));
+    return document;
+}
+
+/// The check knows the place of a fault, the tree its line.
+void checkWithLines(const Document& document, const JsonNode& root, const std::string& fileName) {
+    try {
+        checkDocument(document, fileName);
+    } catch (const DrawingError& error) {
+        throw DrawingError(fileName, {error.place(), error.found(), error.expected()},
+                           nodeNear(root, error.place()).line);
+    }
+}
+
+}  // namespace
+
+Document readJson(std::string_view text, const std::string& fileName) {
+    const JsonNode root = parseJsonTree(text, fileName);
+    Document document = readDocument(JsonView(root, fileName));
+    checkWithLines(document, root, fileName);
+    return document;
+}
+
+Document readJson(std::istream& in, const std::string& fileName) {
+    const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    if (in.bad())
+        throw DrawingError(fileName, {"", "a failure while reading", "a readable stream"});
+    return readJson(text, fileName);
+}
+
+}  // namespace holdfast::formats

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+
+#include "document/Document.h"
+#include "formats/Uses.h"
+
+namespace holdfast::formats {
+
+/// The drawing as JSON text: one entity and one constraint a line, numbers as the shortest text that reads back as
+/// the same double, members in a fixed order, those with their usual value left out. Reading it gives an equal
+/// document. Throws DrawingError for a document that could not be read again.
+std::string jsonText(const Document& document);
+
+void writeJson(const Document& document, std::ostream& out);
+
+}  // namespace holdfast::formats

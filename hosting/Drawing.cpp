@@ -1,0 +1,346 @@
+#include "hosting/Drawing.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "document/Places.h"
+#include "host/src/EntityAccess.h"
+#include "host/src/YxDbConstraints/GroupData.h"
+#include "host/src/YxDbConstraints/Subentities.h"
+#include "host/src/yxdb/ObjectData.h"
+#include "hosting/HostConstraints.h"
+#include "hosting/HostShapes.h"
+
+namespace holdfast::hosting {
+
+namespace {
+
+bool isPolyline(const YxDbObject& object) {
+    return object.isKindOf(YxDbPolyline::desc());
+}
+
+bool hasPolyline(const Place& place) {
+    return place.kind >= PlaceKind::segment;
+}
+
+/// A mirrored arc has its ends exchanged.
+bool isEnd(const Place& place) {
+    return place.kind == PlaceKind::start || place.kind == PlaceKind::end;
+}
+
+bool carriesConstraints(const YxDbAssoc2dConstraintGroup& group, const YxDbObjectId& dependency) {
+    const YxConstrainedGeometry* geometry = HostAccess::geometryOn(group, dependency);
+    if (geometry == nullptr)
+        return false;
+    const YxDbConstraintGroupData& nodes = HostAccess::data(group);
+    const auto points = nodes.pointsOf(HostAccess::nodeId(*geometry));
+    return !HostAccess::connected(*geometry).empty() ||
+           std::any_of(points.begin(), points.end(),
+                       [](const auto* point) { return !HostAccess::connected(*point).empty(); });
+}
+
+Document notesOf(const Document& document) {
+    Document notes = document;
+    notes.entities.clear();
+    notes.constraints.clear();
+    return notes;
+}
+
+}  // namespace
+
+Drawing::Drawing(const Document& document) : m_builder(m_process.database()), m_notes(notesOf(document)) {
+    m_process.watch(false);
+    m_group = m_builder.addGroup();
+    for (const Entity& entity : document.entities)
+        addEntity(entity);
+    for (const Constraint& constraint : document.constraints) {
+        m_constraintIndex.emplace(constraint.id, m_constraints.size());
+        m_constraints.push_back({constraint, constraint.active ? build(constraint) : nullptr});
+    }
+    // Members may be written before or after the constraint that owns them.
+    for (const KnownConstraint& known : m_constraints)
+        for (const std::string& member : known.original.members) {
+            YxGeomConstraint* owned = m_constraints[m_constraintIndex.at(member)].host;
+            if (known.host != nullptr && owned != nullptr)
+                HostAccess::own(static_cast<YxCompositeConstraint&>(*known.host), *owned);
+        }
+    for (const Entity& entity : document.entities)
+        if (std::holds_alternative<PolylineShape>(entity.shape))
+            tieCorners(entity.id);
+}
+
+void Drawing::addEntity(const Entity& entity) {
+    std::unique_ptr<YxDbEntity> made = makeEntity(entity.shape);
+    const YxDbObject* object = made.get();
+    const Shape read = readShape(*made);
+    const YxDbObjectId id = m_builder.add(std::move(made));
+    m_entities.emplace(entity.id, KnownEntity{entity, read, id, m_nextOrder});
+    m_names.emplace(object, entity.id);
+    m_order.emplace(m_nextOrder++, entity.id);
+    if (entity.fixed) {
+        YxConstrainedGeometry& geometry = m_builder.geometry(group(), wholeOf(id, entity.shape));
+        HostAccess::setInternal(m_builder.constrain<YxFixedConstraint>(group(), {&geometry}), true);
+    }
+}
+
+YxDbObjectId Drawing::id(std::string_view name) const {
+    const auto found = m_entities.find(std::string(name));
+    return found == m_entities.end() ? YxDbObjectId() : found->second.id;
+}
+
+std::string Drawing::nameOf(const YxDbObjectId& id) const {
+    const auto found = m_names.find(HostAccess::peek(id));
+    return found == m_names.end() ? "" : found->second;
+}
+
+std::vector<std::string> Drawing::names() const {
+    std::vector<std::string> names;
+    names.reserve(m_order.size());
+    for (const auto& [order, name] : m_order)
+        names.push_back(name);
+    return names;
+}
+
+YxDbEntity& Drawing::entity(std::string_view name) const {
+    YxDbObject* object = HostAccess::peek(id(name));
+    if (object == nullptr)
+        throw std::invalid_argument("there is no entity " + std::string(name));
+    return static_cast<YxDbEntity&>(*object);
+}
+
+Shape Drawing::shape(std::string_view name) const {
+    const YxDbEntity& resident = entity(name);
+    const KnownEntity& known = m_entities.at(std::string(name));
+    Shape now = readShape(resident);
+    return now == known.originalRead ? known.original.shape : now;
+}
+
+bool Drawing::isFixed(std::string_view name) const {
+    const auto found = m_entities.find(std::string(name));
+    return found != m_entities.end() && found->second.original.fixed;
+}
+
+std::string Drawing::freshName(const std::string& base) const {
+    for (int number = 2;; ++number) {
+        std::string name = base + "_" + std::to_string(number);
+        if (!m_entities.contains(name))
+            return name;
+    }
+}
+
+std::string Drawing::add(const Shape& shape, std::string_view like) {
+    Entity entity;
+    const auto model = m_entities.find(std::string(like));
+    entity.construction = model != m_entities.end() && model->second.original.construction;
+    entity.id = freshName(like.empty() ? "n" : std::string(like));
+    entity.shape = shape;
+    addEntity(entity);
+    return entity.id;
+}
+
+void Drawing::write(std::string_view name, const Shape& shape) {
+    KnownEntity& known = m_entities.at(std::string(name));
+    YxDbObject* resident = HostAccess::peek(known.id);
+    known.original.shape = shape;
+    if (sameHostKind(readShape(static_cast<YxDbEntity&>(*resident)), shape)) {
+        const YxSmartPtr<YxDbEntity> open(YxDbObjectIdImpl::openObject(known.id, YxDb::kForWrite, false));
+        writeShape(*open, shape);
+        known.originalRead = readShape(*open);
+        return;
+    }
+    std::unique_ptr<YxDbEntity> successor = makeEntity(shape);
+    known.originalRead = readShape(*successor);
+    m_names.erase(resident);
+    m_names.emplace(successor.get(), name);
+    HostAccess::replaceObject(known.id, std::move(successor));
+    // Geometry of the former kind would not fit the new one; what still carries constraints stays.
+    for (const YxDbObjectId& reactor : HostAccess::reactors(*HostAccess::peek(known.id)))
+        if (!carriesConstraints(group(), reactor))
+            HostAccess::eraseDependency(reactor);
+}
+
+void Drawing::erase(std::string_view name) {
+    const auto found = m_entities.find(std::string(name));
+    YxDbObject* resident = HostAccess::peek(found->second.id);
+    for (const auto& [owner, constraint] : constraintsOn(static_cast<YxDbEntity&>(*resident)))
+        HostAccess::deleteConstraint(*owner, constraint);
+    for (const YxDbObjectId& reactor : HostAccess::reactors(*resident))
+        HostAccess::eraseDependency(reactor);
+    HostAccess::erase(found->second.id);
+    m_names.erase(resident);
+    m_order.erase(found->second.order);
+    m_entities.erase(found);
+}
+
+void Drawing::tieCorners(std::string_view polyline) {
+    m_builder.addCornerCoincidences(group(), id(polyline));
+}
+
+BuiltPlace Drawing::builtPlace(const Place& place, const Constraint& constraint, std::size_t index) const {
+    const auto found = m_entities.find(place.entity);
+    if (found == m_entities.end())
+        throw std::invalid_argument("constraint " + constraint.id + " names the unknown entity " + place.entity);
+    // In an angle the end of a line only says which way its direction runs.
+    const bool directionOnly = constraint.type == ConstraintType::angle && index < 2 && !hasPolyline(place);
+    // Of the shape only its kind counts, which is the one last written: reading a long polyline for each of its
+    // constraints would take the square of its length.
+    const KnownEntity& known = found->second;
+    return directionOnly ? wholeOf(known.id, known.original.shape) : placeIn(known.id, known.original.shape, place);
+}
+
+YxGeomConstraint* Drawing::build(const Constraint& constraint) {
+    std::vector<YxConstrainedGeometry*> geometries;
+    for (std::size_t i = 0; i < constraint.refs.size(); ++i)
+        geometries.push_back(&m_builder.geometry(group(), builtPlace(constraint.refs[i], constraint, i)));
+    YxGeomConstraint& made = addHostConstraint(group(), constraint, geometries);
+    m_constraintIds.emplace(&made, constraint.id);
+    m_process.name(&made, constraint.id);
+    return &made;
+}
+
+std::string Drawing::addConstraint(Constraint constraint) {
+    for (std::size_t number = m_constraints.size() + 1; constraint.id.empty(); ++number)
+        if (std::string id = "k" + std::to_string(number); !m_constraintIndex.contains(id))
+            constraint.id = id;
+    m_constraintIndex.insert_or_assign(constraint.id, m_constraints.size());
+    m_constraints.push_back({constraint, build(constraint)});
+    return constraint.id;
+}
+
+bool Drawing::hasConstraint(std::string_view id) const {
+    const auto found = m_constraintIndex.find(std::string(id));
+    if (found == m_constraintIndex.end())
+        return false;
+    const KnownConstraint& known = m_constraints[found->second];
+    return known.host == nullptr || !HostAccess::isDeleted(*known.host);
+}
+
+std::string Drawing::constraintId(const YxGeomConstraint* constraint) const {
+    const auto found = m_constraintIds.find(constraint);
+    return found == m_constraintIds.end() ? "" : found->second;
+}
+
+const YxDbAssocGeomDependency* Drawing::dependencyOf(const YxConstrainedGeometry& geometry) const {
+    const YxConstrainedGeometry* curve = &geometry;
+    if (geometry.isKindOf(YxConstrainedImplicitPoint::desc())) {
+        const auto& point = static_cast<const YxConstrainedImplicitPoint&>(geometry);
+        curve = static_cast<const YxConstrainedGeometry*>(HostAccess::data(group()).node(point.constrainedCurveId()));
+    }
+    const YxDbObjectId id = HostAccess::dependencyOf(*curve);
+    return HostAccess::isErased(id) ? nullptr : static_cast<const YxDbAssocGeomDependency*>(HostAccess::peek(id));
+}
+
+/// Segments of polylines by their persistent names, found once for each polyline while nothing changes.
+class Drawing::Segments {
+public:
+    /// Counted from 0; -1 for a dependency whose segment is gone.
+    int segmentOf(const YxDbAssocGeomDependency& dependency, const YxDbPolyline& polyline) {
+        return m_names.try_emplace(&polyline, polyline).first->second.segmentOf(dependency);
+    }
+
+private:
+    std::unordered_map<const YxDbPolyline*, SegmentNames> m_names;
+};
+
+Place Drawing::placeOf(const YxConstrainedGeometry& geometry) const {
+    Segments segments;
+    return placeOf(geometry, segments);
+}
+
+Place Drawing::placeOf(const YxConstrainedGeometry& geometry, Segments& segments) const {
+    const YxDbAssocGeomDependency* dependency = dependencyOf(geometry);
+    if (dependency == nullptr)
+        return {};
+    const YxDbObjectId object = HostAccess::objectOf(*dependency);
+    const std::string name = nameOf(object);
+    if (name.empty())
+        return {};
+    const auto& resident = static_cast<const YxDbEntity&>(*HostAccess::peek(object));
+    const int segment =
+        isPolyline(resident) ? segments.segmentOf(*dependency, static_cast<const YxDbPolyline&>(resident)) : 0;
+    return placeFrom(name, resident, geometry, segment);
+}
+
+bool Drawing::isLost(const YxConstrainedGeometry& geometry, Segments& segments) const {
+    const YxDbAssocGeomDependency* dependency = dependencyOf(geometry);
+    if (dependency == nullptr || HostAccess::status(*dependency) == kSegmentRemovedAssocStatus)
+        return true;
+    const YxDbObjectId object = HostAccess::objectOf(*dependency);
+    if (HostAccess::isErased(object))
+        return true;
+    const auto& resident = static_cast<const YxDbEntity&>(*HostAccess::peek(object));
+    return isPolyline(resident) && segments.segmentOf(*dependency, static_cast<const YxDbPolyline&>(resident)) < 0;
+}
+
+void Drawing::removeConstraint(std::string_view id) {
+    const KnownConstraint& known = m_constraints[m_constraintIndex.at(std::string(id))];
+    if (known.host != nullptr && !HostAccess::isDeleted(*known.host))
+        HostAccess::deleteConstraint(group(), HostAccess::topLevel(*known.host));
+}
+
+void Drawing::setMeasure(std::string_view id, double value) {
+    KnownConstraint& known = m_constraints[m_constraintIndex.at(std::string(id))];
+    known.original.value = value;
+    if (known.host != nullptr && !HostAccess::isDeleted(*known.host)) {
+        auto& dimension = static_cast<YxDimensionConstraint&>(*known.host);
+        HostAccess::setDimension(dimension, dimension.kind(), value, known.original.driving);
+    }
+}
+
+int Drawing::dropLostConstraints() {
+    std::unordered_map<const void*, bool> lostOf;  // by geometry
+    Segments segments;
+    int dropped = 0;
+    for (YxGeomConstraint* constraint : HostAccess::constraints(group())) {
+        const auto& geometries = HostAccess::geometries(*constraint);
+        const bool lost = std::any_of(geometries.begin(), geometries.end(), [&](const YxConstrainedGeometry* geometry) {
+            const auto [known, isNew] = lostOf.try_emplace(geometry, false);
+            if (isNew)
+                known->second = isLost(*geometry, segments);
+            return known->second;
+        });
+        if (lost && HostAccess::deleteConstraint(group(), HostAccess::topLevel(*constraint)) == Yxrt::eOk)
+            ++dropped;
+    }
+    return dropped;
+}
+
+bool Drawing::hasPlaces(const Constraint& constraint) const {
+    return std::all_of(constraint.refs.begin(), constraint.refs.end(), [&](const Place& place) {
+        return m_entities.contains(place.entity) && hasPlace(shape(place.entity), place);
+    });
+}
+
+std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& known, Segments& segments) const {
+    if (known.host == nullptr)  // switched off: the host does not know it
+        return hasPlaces(known.original) ? std::optional(known.original) : std::nullopt;
+    if (HostAccess::isDeleted(*known.host))
+        return std::nullopt;
+    Constraint now = known.original;
+    const auto& geometries = HostAccess::geometries(*known.host);
+    for (std::size_t i = 0; i < now.refs.size() && i < geometries.size(); ++i) {
+        const Place place = placeOf(*geometries[i], segments);
+        if (place.entity != now.refs[i].entity || hasPolyline(place) || (isEnd(place) && isEnd(now.refs[i])))
+            now.refs[i] = place;
+    }
+    std::erase_if(now.members, [&](const std::string& member) { return !hasConstraint(member); });
+    if (known.host->isKindOf(YxDimensionConstraint::desc()))
+        now.value = static_cast<const YxDimensionConstraint*>(known.host)->value();
+    return now;
+}
+
+Document Drawing::document() const {
+    Document document = m_notes;
+    for (const auto& [order, name] : m_order) {
+        Entity entity = m_entities.at(name).original;
+        entity.shape = shape(name);
+        document.entities.push_back(std::move(entity));
+    }
+    Segments segments;
+    for (const KnownConstraint& known : m_constraints)
+        if (std::optional<Constraint> now = currentConstraint(known, segments))
+            document.constraints.push_back(std::move(*now));
+    return document;
+}
+
+}  // namespace holdfast::hosting

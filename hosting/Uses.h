@@ -1,0 +1,14 @@
+#pragma once
+
+// The floors that this one stands on: their names are used here as they are.
+namespace holdfast::geometry {}
+namespace holdfast::document {}
+namespace holdfast::solver {}
+namespace holdfast::module {}
+
+namespace holdfast::hosting {
+using namespace geometry;
+using namespace document;
+using namespace solver;
+using namespace module;
+}  // namespace holdfast::hosting

@@ -1,0 +1,334 @@
+#include "hosting/evaluator/HostEvaluator.h"
+
+#include <cmath>
+#include <map>
+#include <string_view>
+#include <unordered_set>
+
+#include <yxbase/YxGeTol.h>
+#include <yxbase/YxSmartPtr.h>
+
+#include "evaluation/EvaluationHeader.h"
+#include "hosting/HostShapes.h"
+#include "hosting/evaluator/EditRequests.h"
+#include "hosting/evaluator/HostDrag.h"
+#include "hosting/evaluator/RotationTrial.h"
+#include "solver/src/sketch/Index.h"
+
+namespace holdfast::hosting {
+
+namespace {
+
+std::vector<std::string> namesOf(const SketchData& sketch, const std::vector<int>& constraints) {
+    std::vector<std::string> names;
+    names.reserve(constraints.size());
+    for (const int c : constraints)
+        names.push_back(sketch.constraints[at(c)].id);
+    return names;
+}
+
+/// True when the drawing plane is turned over.
+bool reflects(const YxGeMatrix3d& m) {
+    return m(0, 0) * m(1, 1) - m(0, 1) * m(1, 0) < 0.0;
+}
+
+void transformInPlace(const Drawing& drawing, const std::string& name, const YxGeMatrix3d& transform) {
+    const YxSmartPtr<YxDbEntity> open(YxDbObjectIdImpl::openObject(drawing.id(name), YxDb::kForWrite, false));
+    if (!open.isNull())
+        open->transformBy(transform);
+}
+
+}  // namespace
+
+HostEvaluator::HostEvaluator(Drawing& drawing) : m_drawing(drawing) {
+    drawing.process().setEvaluator([this](YxDbDatabase&) { return evaluateGroup(); });
+    hostState().staticEvaluator = [this](LvEvaDataConverter& converter) { evaluateStatic(converter); };
+}
+
+HostEvaluator::~HostEvaluator() {
+    m_drawing.process().setEvaluator({});
+    hostState().staticEvaluator = {};
+}
+
+void HostEvaluator::endCommand() {
+    m_drag.reset();
+    m_stretchStart.reset();
+    m_trialPointCount = 0;
+    m_rotateReport.clear();
+    m_yielded.reset();
+    m_last = {};
+}
+
+/// A constraint that its entities cannot have fails the evaluation, with its name.
+template <class Work>
+void HostEvaluator::run(const Work& work) {
+    m_last = {};
+    m_yielded.reset();
+    try {
+        work();
+    } catch (const SketchError& error) {
+        m_last = {};
+        m_last.solved = false;
+        m_last.complaint = error.what();
+    }
+}
+
+bool HostEvaluator::evaluateGroup() {
+    YxDbAssoc2dConstraintGroup& group = m_drawing.group();
+    AssocConstraintHeader& header = *HostAccess::header(group);
+    // The end of a drag counts without a change too: a cancelled one has been evaluated before.
+    const bool endsDrag = header.editKind == static_cast<int>(EditKind::dragEnd);
+    if (HostAccess::status(group) != kChangedAssocStatus && !endsDrag)
+        return true;
+    run([&] { evaluate(header); });
+    HostAccess::setStatus(group, kUpToDateAssocStatus);
+    return m_last.solved;
+}
+
+bool HostEvaluator::evaluate(AssocConstraintHeader& header) {
+    // Another edit has come in between: the next rotation begins with a trial, however many base points there are.
+    if (header.editKind != static_cast<int>(EditKind::rotate))
+        m_trialPointCount = 0;
+    switch (static_cast<EditKind>(header.editKind)) {
+        case EditKind::align:
+            return align(header);
+        case EditKind::lengthen:
+            return feedAndSolve(header, kLengthenEditor, &lengthenDemand);
+        case EditKind::properties:
+            return feedAndSolve(header, kPropertiesEditor, &propertiesDemand);
+        case EditKind::mirror: {
+            HostSketch host(m_drawing);
+            return solveAndWrite(host, placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds)));
+        }
+        case EditKind::stretch:
+            return stretch(header);
+        case EditKind::rotate:
+            return rotate(header);
+        case EditKind::drag:
+            return drag(header);
+        case EditKind::dragEnd:
+            return endDrag(header);
+    }
+    HostSketch host(m_drawing);
+    return solveAndWrite(host, {});
+}
+
+bool HostEvaluator::solveAndWrite(HostSketch& host, const EditRequest& request) {
+    if (request.whenInfeasible != WhenInfeasible::refuse && !request.targets.empty())
+        m_yielded = Yielded{host.sketch, request};
+    const SolveResult result = meet(host.sketch, request);
+    note(host, result, result.isSolved() ? shortfallOf(host.sketch, request) : 0.0);
+    if (m_last.miss == 0.0)
+        m_yielded.reset();
+    if (result.isSolved())
+        writeMoved(m_drawing, host);
+    return result.isSolved();
+}
+
+const Evaluation& HostEvaluator::refuseYielded() {
+    if (!m_yielded)
+        return m_last;
+    m_yielded->request.whenInfeasible = WhenInfeasible::refuse;
+    const SolveResult result = meet(m_yielded->sketch, m_yielded->request);
+    m_last.solved = result.isSolved();
+    m_last.conflicting = namesOf(m_yielded->sketch, result.conflicting);
+    if (!result.isSolved() && result.degeneracy)
+        m_last.complaint = result.degeneracy->what;
+    m_yielded.reset();
+    return m_last;
+}
+
+/// A failed edit is over like one that was met: what the command has done goes back, and it is not tried again.
+bool HostEvaluator::feedAndSolve(AssocConstraintHeader& header, LvEditorType editor, RequestOf requestOf) {
+    const ConverterFeed feed(header.converter, editor);
+    run([&] {
+        HostSketch host(m_drawing);
+        EditRequest request;
+        if (feed.isForeign())
+            request = placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds));
+        else if (feed.isNew())
+            request = requestOf(m_drawing, host, header, feed);
+        solveAndWrite(host, request);
+    });
+    if (!m_last.solved && (feed.isNew() || feed.isForeign()))
+        putBack(header);
+    ConverterFeed::consume(header.converter);
+    return m_last.solved;
+}
+
+bool HostEvaluator::align(AssocConstraintHeader& header) {
+    const ConverterFeed feed(header.converter, kAlignEditor);
+    const ConverterRecord* const told = feed.last("setTransform(matrix)");
+    if (told != nullptr && reflects(told->transform))
+        return reflect(header, told->transform);
+    return feedAndSolve(header, kAlignEditor, &alignDemand);
+}
+
+/// Constraints know the ends of an arc by their names, which change places in the plane. So the entities are reflected
+/// where they live, as MIRROR does it, and the others follow. A second reflection puts them back.
+bool HostEvaluator::reflect(AssocConstraintHeader& header, const YxGeMatrix3d& reflection) {
+    std::map<std::string, Shape> before;
+    for (const YxDbObjectId& id : header.editedObjectIds)
+        if (const std::string name = m_drawing.nameOf(id); !name.empty())
+            before.emplace(name, m_drawing.shape(name));
+    for (const auto& [name, shape] : before)
+        transformInPlace(m_drawing, name, reflection);
+    run([&] {
+        HostSketch host(m_drawing);
+        solveAndWrite(host, placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds)));
+    });
+    for (const auto& [name, shape] : m_last.solved ? std::map<std::string, Shape>() : before) {
+        transformInPlace(m_drawing, name, reflection);
+        m_drawing.write(name, shape);
+    }
+    ConverterFeed::consume(header.converter);
+    return m_last.solved;
+}
+
+/// Entities that the command had changed already go back to the header's copies of them.
+void HostEvaluator::putBack(const AssocConstraintHeader& header) {
+    for (const auto& [id, copy] : header.preEditEntities) {
+        const std::string name = m_drawing.nameOf(id);
+        if (name.empty() || copy == nullptr)
+            continue;
+        const Shape before = readShape(*copy);
+        if (!(readShape(m_drawing.entity(name)) == before))
+            m_drawing.write(name, before);
+    }
+}
+
+/// Every step starts from where the stretch began, so that steps do not add up; what an earlier step moved and this one
+/// does not goes back.
+bool HostEvaluator::stretch(AssocConstraintHeader& header) {
+    const ConverterFeed feed(header.converter, kStretchEditor);
+    HostSketch now(m_drawing);
+    if (!feed.isNew())
+        return solveAndWrite(now, {});
+    if (feed.isFirst() || m_stretchStart == nullptr || m_stretchStart->drawn.size() != now.drawn.size())
+        m_stretchStart = std::make_unique<HostSketch>(now);
+    HostSketch host = *m_stretchStart;
+    const EditRequest request = stretchDemand(m_drawing, host, header, feed);
+    ConverterFeed::consume(header.converter);
+    const SolveResult result = meet(host.sketch, request);
+    note(host, result, result.isSolved() ? shortfallOf(host.sketch, request) : 0.0);
+    if (!result.isSolved())
+        return false;
+    now.sketch.values = host.sketch.values;
+    writeMoved(m_drawing, now);
+    return true;
+}
+
+/// The module does not know the user's angle, so what it asks for is a trial that moves nothing. The evaluation after
+/// it comes when the host has turned the entities: they stay, the others follow.
+bool HostEvaluator::rotate(AssocConstraintHeader& header) {
+    HostSketch host(m_drawing);
+    std::vector<int> edited = host.numbersOf(m_drawing, header.editedObjectIds);
+    if (header.points.length() == m_trialPointCount) {
+        EditRequest request = placedDemand(host, std::move(edited));
+        request.whenInfeasible = WhenInfeasible::refuse;
+        return solveAndWrite(host, request);
+    }
+    m_trialPointCount = header.points.length();
+    const EditRequest request = transformDemand(host, edited, header.staticTransform);
+    const auto against = constraintsAgainst(host.sketch, request, constraintsTouching(host.sketch, edited));
+    m_rotateReport = namesOf(host.sketch, against.value_or(std::vector<int>()));
+    return true;
+}
+
+std::vector<std::string> HostEvaluator::againstPlaced(const std::vector<std::string>& entities,
+                                                      const std::vector<std::string>& first) const {
+    const HostSketch host(m_drawing);
+    const std::unordered_set<std::string_view> named(first.begin(), first.end());
+    std::vector<int> edited, suspects;
+    for (const std::string& name : entities)
+        if (const int number = host.numberOf(name); number >= 0)
+            edited.push_back(number);
+    const std::vector<int> touching = constraintsTouching(host.sketch, edited);
+    for (const int c : touching)
+        if (named.contains(host.sketch.constraints[at(c)].id))
+            suspects.push_back(c);
+    const EditRequest request = placedDemand(host, edited);
+    std::optional<std::vector<int>> against = constraintsAgainst(host.sketch, request, suspects);
+    if (!against)
+        against = constraintsAgainst(host.sketch, request, touching);
+    return namesOf(host.sketch, against.value_or(std::vector<int>()));
+}
+
+bool HostEvaluator::drag(AssocConstraintHeader& header) {
+    // The module raises this flag when a session hands over its objects; each session starts from the database anew.
+    if (header.dropCollected) {
+        m_drag = std::make_unique<HostDrag>(m_drawing, header);
+        header.dropCollected = false;
+    }
+    if (m_drag == nullptr) {
+        HostSketch host(m_drawing);
+        return solveAndWrite(host, {});
+    }
+    const SolveResult result = m_drag->step(header.dragTransform);
+    if (result.isSolved() && !header.dragActive)
+        m_drag->land(header.dragTransform);
+    note(m_drag->host(), result, m_drag->miss());
+    header.dropChanged = !result.isSolved();
+    if (header.dragActive) {
+        m_drag->preview(m_drawing, header);
+        return result.isSolved();
+    }
+    if (result.isSolved())
+        writeMoved(m_drawing, m_drag->host());
+    header.entitiesToDraw.setLogicalLength(0);
+    m_drag.reset();
+    return result.isSolved();
+}
+
+/// After a cancelled drag there is nothing to do. After one that the host has finished itself the edited entities are
+/// where the user wants them: what differs from the beginning of the drag is meant, the rest follows.
+bool HostEvaluator::endDrag(AssocConstraintHeader& header) {
+    header.entitiesToDraw.setLogicalLength(0);
+    std::unique_ptr<HostDrag> drag = std::move(m_drag);
+    if (header.collectNeeded || header.dropCollected)
+        drag.reset();  // it belongs to a session before this one, which has not been evaluated yet
+    HostSketch host(m_drawing);
+    EditRequest request;
+    request.whenInfeasible = WhenInfeasible::yield;
+    request.edited = host.numbersOf(m_drawing, header.editedObjectIds);
+    if (drag != nullptr && drag->host().drawn.size() == host.drawn.size()) {
+        host.sketch.reference = drag->host().drawn;
+        for (const int number : request.edited) {
+            const SketchEntity& entity = host.sketch.entities[at(number)];
+            for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount; ++v)
+                if (std::abs(host.drawn[at(v)] - drag->host().drawn[at(v)]) > YxGeContext::gTol.equalPoint())
+                    request.targets.push_back({v, host.drawn[at(v)]});
+        }
+    }
+    return solveAndWrite(host, request);
+}
+
+/// Objects that the host has placed itself: they stay where they are, the others follow.
+void HostEvaluator::evaluateStatic(LvEvaDataConverter& converter) {
+    run([&] {
+        HostSketch host(m_drawing);
+        YxArray<YxDbObjectId> ids;
+        for (const ConverterRecord* record :
+             ConverterFeed(&converter, kStaticEvaluateEditor).all("addObjectOffset(id)"))
+            ids.append(record->id);
+        solveAndWrite(host, placedDemand(host, host.numbersOf(m_drawing, ids)));
+    });
+    ConverterFeed::consume(&converter);
+}
+
+void HostEvaluator::note(const HostSketch& host, const SolveResult& result, double miss) {
+    m_last.solved = result.isSolved();
+    m_last.unchanged = result.status == SolveStatus::unchanged;
+    m_last.conflicting = namesOf(host.sketch, result.conflicting);
+    m_last.residual = result.residual;
+    m_last.iterations = result.iterations;
+    m_last.miss = miss > YxGeContext::gTol.equalPoint() ? miss : 0.0;
+    if (result.worstConstraint >= 0)
+        m_last.worst = host.sketch.constraints[at(result.worstConstraint)].id;
+    if (!result.isSolved() && result.degeneracy)
+        m_last.complaint = result.degeneracy->what;
+    for (const Movement& movement : result.movements)
+        m_last.movements.emplace_back(host.document.entities[at(movement.entity)].id, movement.distance);
+}
+
+}  // namespace holdfast::hosting

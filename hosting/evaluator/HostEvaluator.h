@@ -1,0 +1,97 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "hosting/Drawing.h"
+#include "hosting/Uses.h"
+#include "hosting/evaluator/ConverterFeed.h"
+#include "hosting/evaluator/EditRequest.h"
+#include "hosting/evaluator/HostSketch.h"
+
+class AssocConstraintHeader;
+
+namespace holdfast::hosting {
+
+class HostDrag;
+
+/// What the last evaluation of a drawing came to.
+struct Evaluation {
+    bool solved = true;
+    bool unchanged = true;                 ///< nothing had to move
+    std::vector<std::string> conflicting;  ///< ids of constraints that stand in the way, in drawing order
+    std::string complaint;                 ///< what else was wrong, in words; else empty
+    std::string worst;                     ///< id of the constraint that holds worst; empty: none
+    double residual = 0.0;                 ///< of that one, as a length
+    double miss = 0.0;                     ///< how far the edit stayed from what was asked; 0: it was met
+    int iterations = 0;
+    std::vector<std::pair<std::string, double>> movements;  ///< entities that moved, and how far
+};
+
+/// Solves a drawing's constraint group whenever the host evaluates its network. Stands behind
+/// YxDbAssocManager::evaluateTopLevelNetwork and LvEvaDataConverter::evaluate as long as it lives.
+///
+/// An edit is read from the group's header once: evaluated again without new data, the constraints are only made to
+/// hold. A failed evaluation changes nothing; where the command had changed the database already, its entities are put
+/// back to the copies that it left in the header.
+class HostEvaluator {
+public:
+    explicit HostEvaluator(Drawing& drawing);
+    ~HostEvaluator();
+    HostEvaluator(const HostEvaluator&) = delete;
+    HostEvaluator& operator=(const HostEvaluator&) = delete;
+
+    /// The evaluation that ran last in this command.
+    const Evaluation& last() const { return m_last; }
+    /// For a command that does not take less than it asked for: when the last evaluation came only near to the edit, it
+    /// counts as failed from now on and names what stands in the way. The database is left to the command.
+    const Evaluation& refuseYielded();
+
+    /// Constraints that would have to go for the rotation that was tried last, in drawing order.
+    const std::vector<std::string>& rotateReport() const { return m_rotateReport; }
+
+    /// The constraints that have to go for entities to stay where they are now, in drawing order. They are looked for
+    /// among some first; the others on these entities are only given up when it cannot be without.
+    std::vector<std::string> againstPlaced(const std::vector<std::string>& entities,
+                                           const std::vector<std::string>& first) const;
+
+    /// The command is over: drags and trials are forgotten.
+    void endCommand();
+
+private:
+    template <class Work>
+    void run(const Work& work);
+    bool evaluateGroup();
+    bool evaluate(AssocConstraintHeader& header);
+    void evaluateStatic(LvEvaDataConverter& converter);
+    bool solveAndWrite(HostSketch& host, const EditRequest& request);
+    using RequestOf = EditRequest (*)(const Drawing&, HostSketch&, const AssocConstraintHeader&, const ConverterFeed&);
+    bool feedAndSolve(AssocConstraintHeader& header, LvEditorType editor, RequestOf requestOf);
+    bool align(AssocConstraintHeader& header);
+    bool reflect(AssocConstraintHeader& header, const YxGeMatrix3d& reflection);
+    bool stretch(AssocConstraintHeader& header);
+    bool rotate(AssocConstraintHeader& header);
+    bool drag(AssocConstraintHeader& header);
+    bool endDrag(AssocConstraintHeader& header);
+    void putBack(const AssocConstraintHeader& header);
+    void note(const HostSketch& host, const SolveResult& result, double miss);
+
+    /// An edit that was met in part only, and the sketch that it began with.
+    struct Yielded {
+        SketchData sketch;
+        EditRequest request;
+    };
+
+    Drawing& m_drawing;
+    Evaluation m_last;
+    std::optional<Yielded> m_yielded;
+    std::vector<std::string> m_rotateReport;
+    int m_trialPointCount = 0;  ///< base points in the header when a rotation was tried last
+    std::unique_ptr<HostDrag> m_drag;
+    std::unique_ptr<HostSketch> m_stretchStart;
+};
+
+}  // namespace holdfast::hosting

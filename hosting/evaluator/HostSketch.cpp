@@ -1,0 +1,89 @@
+#include "hosting/evaluator/HostSketch.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <unordered_set>
+
+#include <yxbase/YxGeTol.h>
+
+#include "hosting/HostShapes.h"
+#include "hosting/evaluator/SketchFromDocument.h"
+#include "solver/src/sketch/Index.h"
+
+namespace holdfast::hosting {
+
+namespace {
+
+/// A constraint on a cut away segment or an erased entity waits for the end of the command to go.
+Document withoutLost(Document document) {
+    std::erase_if(document.constraints, [](const Constraint& constraint) {
+        return std::any_of(constraint.refs.begin(), constraint.refs.end(),
+                           [](const Place& place) { return place.entity.empty() || place.index < 0; });
+    });
+    return document;
+}
+
+}  // namespace
+
+HostSketch::HostSketch(const Drawing& drawing)
+    : document(withoutLost(drawing.document())), sketch(sketchFrom(document)), drawn(sketch.values) {
+    for (std::size_t i = 0; i < document.entities.size(); ++i)
+        m_numbers.emplace(document.entities[i].id, static_cast<int>(i));
+}
+
+int HostSketch::numberOf(std::string_view name) const {
+    const auto found = m_numbers.find(std::string(name));
+    return found == m_numbers.end() ? -1 : found->second;
+}
+
+std::vector<int> HostSketch::numbersOf(const Drawing& drawing, const YxArray<YxDbObjectId>& ids) const {
+    std::vector<int> numbers;
+    std::unordered_set<int> seen;
+    for (const YxDbObjectId& id : ids)
+        if (const int number = numberOf(drawing.nameOf(id)); number >= 0 && seen.insert(number).second)
+            numbers.push_back(number);
+    return numbers;
+}
+
+void HostSketch::setReference(int entity, const Shape& before) {
+    const std::vector<double> values = parametersOf(before);
+    const SketchEntity& element = sketch.entities[at(entity)];
+    if (values.size() == at(element.valueCount))
+        std::copy(values.begin(), values.end(), sketch.reference.begin() + element.firstValue);
+}
+
+Shape HostSketch::shapeOf(int entity) const {
+    return shapeFrom(sketch, entity, document.entities[at(entity)].shape);
+}
+
+std::vector<int> HostSketch::moved() const {
+    std::vector<int> numbers;
+    for (std::size_t i = 0; i < sketch.entities.size(); ++i) {
+        const SketchEntity& element = sketch.entities[i];
+        for (std::size_t v = at(element.firstValue); v < at(element.firstValue + element.valueCount); ++v)
+            if (std::abs(sketch.values[v] - drawn[v]) > YxGeContext::gTol.equalPoint()) {
+                numbers.push_back(static_cast<int>(i));
+                break;
+            }
+    }
+    return numbers;
+}
+
+void writeMoved(Drawing& drawing, const HostSketch& host) {
+    for (const int number : host.moved())
+        if (const std::string& name = host.document.entities[at(number)].id; drawing.id(name).isValid())
+            drawing.write(name, host.shapeOf(number));
+}
+
+Shape transformed(const Shape& shape, const YxGeMatrix3d& transform) {
+    const std::unique_ptr<YxDbEntity> entity = makeEntity(shape);
+    entity->transformBy(transform);
+    return readShape(*entity);
+}
+
+double nearestTurn(double angle, double other) {
+    return angle + 2 * std::numbers::pi * std::round((other - angle) / (2 * std::numbers::pi));
+}
+
+}  // namespace holdfast::hosting

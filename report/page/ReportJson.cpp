@@ -1,0 +1,91 @@
+#include "report/page/ReportJson.h"
+
+#include <nlohmann/json.hpp>
+
+#include "document/Names.h"
+#include "report/page/ReportIndex.h"
+
+namespace holdfast::report {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json placeJson(const Place& place) {
+    Json json{{"entity", place.entity}};
+    json["point"] = placeText(place);
+    return json;
+}
+
+Json constraintJson(const ConstraintOutcome& outcome, const report::ReportIndex& index) {
+    Json json{{"id", outcome.constraint}, {"fate", fateName(outcome.fate)}};
+    if (const Constraint* constraint = index.constraint(outcome.constraint))
+        json["type"] = typeName(constraint->type);
+    if (!outcome.reason.empty())
+        json["reason"] = outcome.reason;
+    for (const PlaceMove& move : outcome.moves)
+        json["moves"].push_back({{"from", placeJson(move.from)}, {"to", placeJson(move.to)}});
+    if (outcome.edit)
+        json["edit"] = *outcome.edit;
+    return json;
+}
+
+Json entityJson(const EntityOutcome& outcome, const report::ReportIndex& index) {
+    Json json{{"id", outcome.entity}, {"fate", fateName(outcome.fate)}};
+    if (const Entity* entity = index.entity(outcome.entity))
+        json["type"] = typeName(entity->shape);
+    if (outcome.fate == EntityFate::followed)
+        json["moved_by"] = outcome.movedBy;
+    return json;
+}
+
+Json editJson(const EditOutcome& edit) {
+    Json json{{"text", edit.text}, {"done", edit.done()}};
+    if (!edit.done())
+        json["error"] = edit.error;
+    return json;
+}
+
+Json solverJson(const SolverFigures& solver) {
+    Json json = Json::object();
+    if (solver.degreesOfFreedom)
+        json["degrees_of_freedom"] = *solver.degreesOfFreedom;
+    if (solver.iterations)
+        json["iterations"] = *solver.iterations;
+    if (solver.worstResidual)
+        json["worst_residual"] = *solver.worstResidual;
+    return json;
+}
+
+template <typename Fates, typename Outcomes>
+Json totalsJson(const Fates& fates, const Outcomes& outcomes) {
+    Json json = Json::object();
+    const auto counts = countFates(outcomes);
+    for (const auto fate : fates)
+        json[std::string(fateName(fate))] = counts[static_cast<std::size_t>(fate)];
+    return json;
+}
+
+}  // namespace
+
+std::string writeReportJson(const FateReport& report) {
+    const FateReport whole = completed(report);
+    const report::ReportIndex index(whole);
+    const std::string& ownName = whole.after.name.empty() ? whole.before.name : whole.after.name;
+    Json json{{"drawing", whole.title.empty() ? ownName : whole.title}, {"length_unit", whole.after.lengthUnit}};
+    for (const char* list : {"edits", "constraints", "entities"})
+        json[list] = Json::array();
+    for (const EditOutcome& edit : whole.edits)
+        json["edits"].push_back(editJson(edit));
+    for (const ConstraintOutcome& outcome : whole.constraints)
+        json["constraints"].push_back(constraintJson(outcome, index));
+    for (const EntityOutcome& outcome : whole.entities)
+        json["entities"].push_back(entityJson(outcome, index));
+    json["totals"] = {{"constraints", totalsJson(kConstraintFates, whole.constraints)},
+                      {"entities", totalsJson(kEntityFates, whole.entities)}};
+    if (whole.solver)
+        json["solver"] = solverJson(*whole.solver);
+    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace holdfast::report

@@ -1,0 +1,71 @@
+#include "report/page/Wording.h"
+
+#include <array>
+#include <cmath>
+
+#include "document/Names.h"
+#include "report/picture/Markup.h"
+#include "report/picture/Plane2.h"
+
+namespace holdfast::report {
+
+namespace {
+
+std::string shownNumber(double value) {
+    return std::fabs(value) < 1.0 ? measure(value) : decimal(value, 3);
+}
+
+}  // namespace
+
+std::string_view kindName(ConstraintType type) {
+    static constexpr std::array<std::string_view, 22> names{
+        "coincident",    "concentric",    "point on curve", "fixed",     "horizontal", "vertical",
+        "parallel",      "perpendicular", "collinear",      "tangent",   "equal",      "symmetric",
+        "midpoint",      "internal",      "smooth",         "composite", "distance",   "distance in x",
+        "distance in y", "radius",        "diameter",       "angle"};
+    static_assert(static_cast<std::size_t>(ConstraintType::angle) + 1 == names.size(), "one name for each kind");
+    return names[static_cast<std::size_t>(type)];
+}
+
+std::string_view kindName(const Shape& shape) {
+    static constexpr std::array<std::string_view, std::variant_size_v<Shape>> names{
+        "line", "arc",      "circle", "ellipse", "elliptical arc", "spline", "point", "construction line",
+        "ray",  "polyline", "text"};
+    return names[shape.index()];
+}
+
+std::string placeNames(const Constraint& constraint) {
+    std::string names;
+    for (const Place& place : constraint.refs)
+        names += (names.empty() ? "" : "  ") + spokenPlace(place);
+    return names;
+}
+
+std::string valueText(const Constraint& constraint) {
+    if (!isDimension(constraint.type) || !constraint.value)
+        return {};
+    const double value = *constraint.value;
+    std::string text;
+    if (constraint.type == ConstraintType::angle)
+        text = decimal(value * 180.0 / kPi, 2) + "\u00B0";
+    else if (constraint.type == ConstraintType::radius)
+        text = "R " + shownNumber(value);
+    else if (constraint.type == ConstraintType::diameter)
+        text = "\u2300 " + shownNumber(value);
+    else
+        text = shownNumber(std::fabs(value));
+    return constraint.driving ? text : "(" + text + ")";
+}
+
+std::string counted(std::size_t count, std::string_view noun) {
+    std::string text = std::to_string(count) + " " + std::string(noun);
+    if (count == 1)
+        return text;
+    if (text.back() == 'y') {
+        text.pop_back();
+        return text + "ies";
+    }
+    return text + "s";
+}
+
+}  // namespace holdfast::report

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+#include "report/Uses.h"
+#include "report/marks/MarkDrawing.h"
+#include "report/picture/Frame.h"
+#include "report/picture/Svg.h"
+
+namespace holdfast::report {
+
+/// What goes into a picture. Borrowed for one call.
+struct PictureRequest {
+    const Document& document;
+    const PictureNotes& notes;
+    Frame frame;
+    const Document* ghost = nullptr;  ///< drawn faintly where an entity of it looks different now; may be null
+    double overscan = 0.0;            ///< how far unbounded lines go beyond the frame, as a share of its size
+    bool marks = true;
+    bool dimensionLines = true;
+    SpotMemory* memory = nullptr;  ///< shared by pictures that will be compared; may be null
+};
+
+/// The elements of a picture without the svg element, sheet and style round them. Every entity carries its id in
+/// data-e, every mark the ids of its constraints in data-c, both as tokens; signs of constant size carry class z.
+std::string pictureBody(const PictureRequest& request);
+
+}  // namespace holdfast::report

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "document/Document.h"
+#include "report/Uses.h"
+
+namespace holdfast::report {
+
+/// How loud a constraint's mark is drawn.
+enum class MarkTone {
+    kept,       ///< quiet
+    deleted,    ///< red, struck out
+    rePointed,  ///< amber, with a chevron
+    added,      ///< green, with a plus
+    broken      ///< red, with an exclamation mark: it does not hold
+};
+
+/// How an entity is drawn.
+enum class EntityTone { plain, edited, followed, created, erased };
+
+/// A mark or an entity left out of these maps is kept, or plain.
+struct PictureNotes {
+    std::unordered_map<std::string, MarkTone> constraints;
+    std::unordered_map<std::string, EntityTone> entities;
+    std::unordered_map<std::string, std::string> remarks;  ///< by constraint: words for its mark's tooltip
+};
+
+struct PictureOptions {
+    double width = 960.0;        ///< of the picture at most, in its own units (CSS pixels)
+    double lowest = 0.35;        ///< least height as a share of the width
+    double highest = 0.9;        ///< greatest height as a share of the width; tall drawings get a narrower picture
+    bool marks = true;           ///< constraint marks and dimensions
+    bool dimensionLines = true;  ///< false: values alone, for crowded drawings
+};
+
+/// A picture of a drawing with its constraint marks, complete in itself: style and signs inside, light and dark by the
+/// reader's setting, no outside references. Stroke widths do not depend on the scale.
+std::string writePicture(const Document& document, const PictureNotes& notes = {}, const PictureOptions& options = {});
+
+/// The geometry alone in true size: one picture unit is one drawing unit and width and height carry the drawing's
+/// length unit (or the nearest that SVG has), so that cutters and drawing programs take it at its measure. Unbounded
+/// lines end at the drawing's box, points are dots, texts are in the reader's type.
+std::string writeTrueSizeSvg(const Document& document);
+
+}  // namespace holdfast::report

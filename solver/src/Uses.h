@@ -1,0 +1,8 @@
+#pragma once
+
+// The floors that this one stands on: their names are used here as they are.
+namespace holdfast::geometry {}
+
+namespace holdfast::solver {
+using namespace geometry;
+}

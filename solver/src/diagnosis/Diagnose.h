@@ -1,0 +1,34 @@
+#pragma once
+
+#include "solver/src/Uses.h"
+#include "solver/src/sketch/SketchData.h"
+
+namespace holdfast::solver {
+
+/// Elements that constraints tie together, and how freely they can move.
+struct SketchPart {
+    std::vector<int> entities;  ///< ascending
+    int freedom = 0;            ///< values that remain to be chosen
+};
+
+/// A constraint that others imply, all of it or some of its equations.
+struct Redundancy {
+    int constraint = -1;
+    int redundantEquations = 0;
+    bool isWhole = false;
+};
+
+struct Diagnosis {
+    int freedom = 0;                          ///< of the whole sketch
+    std::vector<SketchPart> parts;            ///< by their first element; fixed elements belong to none
+    std::vector<Redundancy> redundant;        ///< ascending; of two that imply each other the later drawn one
+    std::vector<std::vector<int>> conflicts;  ///< sets of constraints that cannot hold together
+    int worstConstraint = -1;                 ///< the binding constraint that is farthest from holding
+    double worstViolation = 0.0;              ///< by how much, as a length
+};
+
+/// Degrees of freedom, redundancy and conflicts of a sketch where it is. Conflicts are searched for only when a
+/// constraint does not hold; the sketch is not changed. Throws SketchError as solve does.
+Diagnosis diagnose(const SketchData& sketch);
+
+}  // namespace holdfast::solver

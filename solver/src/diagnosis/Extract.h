@@ -1,0 +1,33 @@
+#pragma once
+
+#include <map>
+
+#include "solver/src/Uses.h"
+#include "solver/src/solving/Solve.h"
+
+namespace holdfast::solver {
+
+/// The elements that some constraints and targets are about, as a sketch of their own, with these constraints. Cost:
+/// linear in what is taken, times the logarithm of the sketch's elements.
+class Extract {
+public:
+    Extract(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets = {});
+
+    const SketchData& sketch() const { return m_sketch; }
+    SketchData& sketch() { return m_sketch; }
+    const std::vector<Target>& targets() const { return m_targets; }
+
+private:
+    int entityOfValue(int value) const;
+    int valueOf(int value) const;
+    void take(int number);
+    void takeValues(SketchEntity& entity);
+    void takeConstraint(SketchConstraint constraint);
+
+    const SketchData& m_source;
+    SketchData m_sketch;
+    std::map<int, int> m_numbers;  ///< of elements: there, here
+    std::vector<Target> m_targets;
+};
+
+}  // namespace holdfast::solver

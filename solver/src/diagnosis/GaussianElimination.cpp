@@ -1,0 +1,97 @@
+#include "solver/src/diagnosis/GaussianElimination.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+#include "solver/src/sketch/Index.h"
+
+namespace holdfast::solver {
+
+namespace {
+
+/// A pivot has to be at least this part of the largest entry; among those the least used column is taken.
+constexpr double kPivotThreshold = 0.1;
+
+}  // namespace
+
+GaussianElimination::GaussianElimination(int columnCount)
+    : m_rowOfPivot(at(columnCount), -1),
+      m_useCount(at(columnCount), 0),
+      m_work(at(columnCount), 0.0),
+      m_isTouched(at(columnCount), 0) {}
+
+void GaussianElimination::put(int column, double value) {
+    m_work[at(column)] += value;
+    if (m_isTouched[at(column)])
+        return;
+    m_isTouched[at(column)] = 1;
+    m_touched.push_back(column);
+    if (const int row = m_rowOfPivot[at(column)]; row >= 0) {
+        m_heap.push_back(row);
+        std::push_heap(m_heap.begin(), m_heap.end(), std::greater<>());
+    }
+}
+
+void GaussianElimination::subtract(const Row& row, double factor) {
+    for (const auto& [column, value] : row.entries)
+        put(column, -factor * value);
+    m_work[at(row.pivot)] = 0.0;
+}
+
+int GaussianElimination::choosePivot(double largest) const {
+    int best = -1;
+    for (const int column : m_touched) {
+        if (std::abs(m_work[at(column)]) < kPivotThreshold * largest)
+            continue;
+        if (best < 0 || m_useCount[at(column)] < m_useCount[at(best)])
+            best = column;
+    }
+    return best;
+}
+
+double GaussianElimination::largestEntry() const {
+    double largest = 0.0;
+    for (const int column : m_touched)
+        largest = std::max(largest, std::abs(m_work[at(column)]));
+    return largest;
+}
+
+bool GaussianElimination::add(const std::vector<std::pair<int, double>>& entries) {
+    double square = 0.0;
+    for (const auto& [column, value] : entries)
+        put(column, value);
+    for (const int column : m_touched)
+        square += m_work[at(column)] * m_work[at(column)];
+    // A row is reduced by the rows before in the order of their making: each holds none of the pivots made earlier.
+    while (!m_heap.empty()) {
+        std::pop_heap(m_heap.begin(), m_heap.end(), std::greater<>());
+        const Row& row = m_rows[at(m_heap.back())];
+        m_heap.pop_back();
+        if (m_work[at(row.pivot)] != 0.0)
+            subtract(row, m_work[at(row.pivot)]);
+    }
+    const double largest = largestEntry();
+    const bool isIndependent = square > 0.0 && largest > kDependent * std::sqrt(square);
+    if (isIndependent) {
+        Row row{choosePivot(largest), {}};
+        const double scale = 1.0 / m_work[at(row.pivot)];
+        for (const int column : m_touched) {
+            // Rounding left over from cancellation would only fill later rows.
+            if (std::abs(m_work[at(column)]) <= 1e-14 * largest)
+                continue;
+            row.entries.emplace_back(column, m_work[at(column)] * scale);
+            ++m_useCount[at(column)];
+        }
+        m_rowOfPivot[at(row.pivot)] = static_cast<int>(m_rows.size());
+        m_rows.push_back(std::move(row));
+    }
+    for (const int column : m_touched) {
+        m_work[at(column)] = 0.0;
+        m_isTouched[at(column)] = 0;
+    }
+    m_touched.clear();
+    return isIndependent;
+}
+
+}  // namespace holdfast::solver

@@ -1,0 +1,105 @@
+#include "solver/src/numerics/Iteration.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "solver/src/numerics/Stepper.h"
+#include "solver/src/numerics/TangentialPhase.h"
+
+namespace holdfast::solver {
+
+namespace {
+
+constexpr double kMostDamping = 1e6;
+constexpr int kMostDense = 150;  // rows or columns up to which a dense decomposition is affordable
+constexpr int kSlow = 2;         // iterations without much progress before it is tried
+constexpr double kNear = 1e-4;   // residual, as a part of the sketch's size, that counts as near a solution
+
+/// Tries shorter and shorter parts of a step until the residual shrinks. Afterwards x and the stepper's residual are
+/// those of the point taken.
+bool shorten(Stepper& stepper, std::span<const double> step, double factor, std::vector<double>& x) {
+    constexpr int halvings = 4;
+    const double before = lengthOf(stepper.residual);
+    const std::vector<double> old = stepper.residual;
+    for (int i = 0; i <= halvings; ++i, factor *= 0.5) {
+        const std::vector<double> next = moved(x, step, factor);
+        stepper.evaluate(next);
+        if (lengthOf(stepper.residual) < (1.0 - 1e-4 * factor) * before) {
+            x = next;
+            return true;
+        }
+    }
+    stepper.residual = old;
+    return false;
+}
+
+/// One damped step, with more and more damping until it helps. False when none does.
+bool dampedStep(Stepper& stepper, double most, double& damping, std::vector<double>& x) {
+    for (bool hasMoved = false; damping <= kMostDamping;) {
+        if (stepper.factorise(damping)) {
+            const auto step = stepper.restorationStep();
+            const double reach = stepper.reach(step);
+            hasMoved = shorten(stepper, step, reach > most ? most / reach : 1.0, x);
+        }
+        damping = hasMoved ? std::max(kLeastDamping, damping * 0.01) : std::max(1e-4, damping * 30.0);
+        if (hasMoved)
+            return true;
+    }
+    return false;
+}
+
+bool denselySolvedStep(Stepper& stepper, double most, std::vector<double>& x) {
+    const auto step = stepper.denseRestorationStep();
+    const double reach = stepper.reach(step);
+    return shorten(stepper, step, reach > most ? most / reach : 1.0, x);
+}
+
+}  // namespace
+
+IterationReport restore(Subproblem& subproblem, std::span<const double> weights, std::vector<double>& x,
+                        const IterationLimits& limits) {
+    const EquationSystem& system = subproblem.system();
+    const double most = limits.stride * system.size;
+    const bool isSmall = subproblem.columnCount() <= kMostDense && subproblem.rowCount() <= kMostDense;
+    Stepper stepper(subproblem, weights);
+    IterationReport report;
+    double damping = kLeastDamping;
+    int slow = 0;
+    stepper.evaluate(x);
+    for (;;) {
+        const double before = report.residual;
+        report.residual = largest(stepper.residual);
+        report.isSatisfied = report.residual <= system.tolerance;
+        if (report.residual <= system.aim || std::isnan(report.residual) || report.iterations >= limits.restoring)
+            return report;
+        slow = report.iterations > 0 && report.residual > 0.2 * before ? slow + 1 : 0;
+        stepper.linearise(x);
+        ++report.iterations;
+        // Near a double root the equations become dependent: steps shrink slowly and the sparse factors blur them.
+        const bool isDense = isSmall && slow >= kSlow && report.residual < kNear * system.size;
+        if (isDense ? !denselySolvedStep(stepper, most, x) : !dampedStep(stepper, most, damping, x))
+            return report;
+        if (!isDense && report.residual < kNear * system.size)
+            stepper.polish(x, 3, system.aim);
+    }
+}
+
+IterationReport settle(Subproblem& subproblem, const Pull& pull, std::vector<double>& x,
+                       const IterationLimits& limits) {
+    std::vector<double> rows;
+    subproblem.evaluate(x, rows);
+    double residual = largest(rows);
+    IterationReport restored;
+    if (!(residual <= kSharp * subproblem.system().aim)) {
+        restored = restore(subproblem, pull.weights, x, limits);
+        if (!restored.isSatisfied)
+            return restored;
+        residual = restored.residual;
+        subproblem.write(x);
+    }
+    IterationReport report = slide(subproblem, pull, x, limits, residual);
+    report.iterations += restored.iterations;
+    return report;
+}
+
+}  // namespace holdfast::solver

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <functional>
+
+#include "solver/src/Uses.h"
+#include "solver/src/numerics/Subproblem.h"
+
+namespace holdfast::solver {
+
+/// Where the unknowns of a subproblem would like to be, and how much they count in the movement.
+struct Pull {
+    std::vector<double> targets;
+    std::vector<double> weights;  ///< squared; above 0
+};
+
+struct IterationLimits {
+    int restoring = 60;
+    int sliding = 40;
+    double stride = 0.25;  ///< longest movement of one value in one iteration, as a part of the sketch's size
+    /// Asked at each point on the way while sliding: may it be passed? The margin is 1 at the beginning and more on the
+    /// way, so that a way that ended at a border can be taken up again.
+    std::function<bool(double margin)> isSound;
+};
+
+struct IterationReport {
+    bool isSatisfied = false;  ///< every equation holds to the system's tolerance
+    bool isNearest = false;    ///< no movement along the equations comes nearer to the targets
+    int iterations = 0;        ///< factorisations
+    double residual = 0.0;     ///< largest
+};
+
+/// From x to a point where all equations hold: the least movement under the linearised equations, again and again,
+/// damped as far as it takes (K. Levenberg; D. Marquardt). Where no such point is found, x is where the equations hold
+/// best.
+IterationReport restore(Subproblem& subproblem, std::span<const double> weights, std::vector<double>& x,
+                        const IterationLimits& limits);
+
+/// Restores; then, from there, along the equations to the point nearest to the targets. Every point on the way holds
+/// the equations too, so it can stop at any time.
+IterationReport settle(Subproblem& subproblem, const Pull& pull, std::vector<double>& x, const IterationLimits& limits);
+
+}  // namespace holdfast::solver

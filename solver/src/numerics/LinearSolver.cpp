@@ -1,0 +1,136 @@
+#include "solver/src/numerics/LinearSolver.h"
+
+#include <cmath>
+
+#include <Eigen/SparseCholesky>
+
+namespace holdfast::solver {
+
+namespace {
+
+using Matrix = Eigen::SparseMatrix<double, Eigen::ColMajor, int>;
+using Vector = Eigen::VectorXd;
+using Factors = Eigen::SimplicialLDLT<Matrix, Eigen::Lower, Eigen::AMDOrdering<int>>;
+
+constexpr int kMostRefinements = 4;
+
+}  // namespace
+
+struct LinearSolver::Data {
+    int columns = 0, rows = 0;
+    Matrix matrix;  // lower triangle: below each weight the curvature, then a column of J; last the damping
+    std::vector<int> curvatureCounts;  // per column
+    Factors factors;
+    Vector damping;
+    Vector solution, residual, step;
+
+    /// residual = right - matrix * solution, without the damping.
+    double computeResidual(const Vector& right) {
+        residual = right;
+        const double* values = matrix.valuePtr();
+        const int* inner = matrix.innerIndexPtr();
+        const int* outer = matrix.outerIndexPtr();
+        for (int j = 0; j < columns; ++j) {
+            double sum = values[outer[j]] * solution[j];
+            for (int k = outer[j] + 1; k < outer[j + 1]; ++k) {
+                sum += values[k] * solution[inner[k]];
+                residual[inner[k]] -= values[k] * solution[j];
+            }
+            residual[j] -= sum;
+        }
+        return residual.lpNorm<Eigen::Infinity>();
+    }
+
+    void refine(const Vector& right) {
+        double before = computeResidual(right);
+        const double enough = 1e-15 * right.lpNorm<Eigen::Infinity>();
+        for (int i = 0; i < kMostRefinements && before > enough; ++i) {
+            step = factors.solve(residual);
+            solution += step;
+            const double after = computeResidual(right);
+            if (!(after < before)) {
+                solution -= step;
+                return;
+            }
+            if (after > 0.25 * before)
+                return;
+            before = after;
+        }
+    }
+};
+
+LinearSolver::LinearSolver() : m_data(std::make_unique<Data>()) {}
+LinearSolver::~LinearSolver() = default;
+LinearSolver::LinearSolver(LinearSolver&&) noexcept = default;
+LinearSolver& LinearSolver::operator=(LinearSolver&&) noexcept = default;
+
+void LinearSolver::analyse(const ColumnPattern& pattern, const ColumnPattern& curvature) {
+    Data& d = *m_data;
+    d.columns = pattern.columnCount();
+    d.rows = pattern.rowCount;
+    const int size = d.columns + d.rows;
+    d.matrix.resize(size, size);
+    d.matrix.resizeNonZeros(static_cast<int>(pattern.rows.size() + curvature.rows.size()) + size);
+    const bool isCurved = curvature.columnCount() == d.columns;
+    d.curvatureCounts.assign(static_cast<std::size_t>(d.columns), 0);
+    int* outer = d.matrix.outerIndexPtr();
+    int* inner = d.matrix.innerIndexPtr();
+    int next = 0;
+    for (int j = 0; j < d.columns; ++j) {
+        outer[j] = next;
+        inner[next++] = j;
+        const auto column = static_cast<std::size_t>(j);
+        for (int k = isCurved ? curvature.starts[column] : 0; isCurved && k < curvature.starts[column + 1]; ++k) {
+            inner[next++] = curvature.rows[static_cast<std::size_t>(k)];
+            ++d.curvatureCounts[column];
+        }
+        for (int k = pattern.starts[column]; k < pattern.starts[column + 1]; ++k)
+            inner[next++] = d.columns + pattern.rows[static_cast<std::size_t>(k)];
+    }
+    for (int i = 0; i < d.rows; ++i) {
+        outer[d.columns + i] = next;
+        inner[next++] = d.columns + i;
+    }
+    outer[size] = next;
+    std::fill_n(d.matrix.valuePtr(), next, 1.0);
+    d.factors.analyzePattern(d.matrix);
+    d.damping.resize(d.rows);
+}
+
+bool LinearSolver::factorise(std::span<const double> weights, std::span<const double> jacobian,
+                             std::span<const double> damping, std::span<const double> curvature) {
+    Data& d = *m_data;
+    double* values = d.matrix.valuePtr();
+    const int* outer = d.matrix.outerIndexPtr();
+    std::size_t next = 0, nextCurvature = 0;
+    for (int j = 0; j < d.columns; ++j) {
+        int k = outer[j];
+        values[k++] = weights[static_cast<std::size_t>(j)];
+        for (int i = 0; i < d.curvatureCounts[static_cast<std::size_t>(j)]; ++i)
+            values[k++] = curvature[nextCurvature++];
+        while (k < outer[j + 1])
+            values[k++] = jacobian[next++];
+    }
+    for (int i = 0; i < d.rows; ++i)
+        values[outer[d.columns + i]] = -damping[static_cast<std::size_t>(i)];
+    d.factors.factorize(d.matrix);
+    return d.factors.info() == Eigen::Success && d.factors.vectorD().allFinite();
+}
+
+int LinearSolver::negativePivots() const {
+    return static_cast<int>((m_data->factors.vectorD().array() < 0.0).count());
+}
+
+void LinearSolver::solve(std::span<double> g, std::span<double> h, bool isExact) {
+    Data& d = *m_data;
+    Vector right(d.columns + d.rows);
+    right.head(d.columns) = Eigen::Map<const Vector>(g.data(), d.columns);
+    right.tail(d.rows) = Eigen::Map<const Vector>(h.data(), d.rows);
+    d.solution = d.factors.solve(right);
+    if (isExact)
+        d.refine(right);
+    Eigen::Map<Vector>(g.data(), d.columns) = d.solution.head(d.columns);
+    Eigen::Map<Vector>(h.data(), d.rows) = d.solution.tail(d.rows);
+}
+
+}  // namespace holdfast::solver

@@ -1,0 +1,162 @@
+#include "solver/src/numerics/Subproblem.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <unordered_map>
+
+#include "solver/src/sketch/Degeneracy.h"
+#include "solver/src/sketch/Index.h"
+
+namespace holdfast::solver {
+
+Subproblem::Subproblem(EquationSystem& system, std::span<const int> unknowns)
+    : m_system(system), m_unknowns(unknowns.begin(), unknowns.end()) {
+    collectEquations();
+    m_entities = entitiesOf(m_system, m_unknowns);
+    m_senses = sensesOf(m_system, m_equations);
+    for (const int u : m_unknowns) {
+        const int column = static_cast<int>(m_metric.size());
+        m_metric.push_back(m_system.metric[at(m_system.valuesOfUnknown[u].front())]);
+        for (const int v : m_system.valuesOfUnknown[u])
+            m_members.push_back({v, column, m_system.links[at(v)].sign, m_system.links[at(v)].offset});
+    }
+    makePattern();
+    m_linear.analyse(m_pattern);
+}
+
+Subproblem::~Subproblem() = default;
+
+LagrangianHessian& Subproblem::curvature() {
+    if (!m_curvature)
+        m_curvature = std::make_unique<LagrangianHessian>(*this);
+    return *m_curvature;
+}
+
+void Subproblem::collectEquations() {
+    for (const int u : m_unknowns) {
+        const auto equations = m_system.equationsOfUnknown[u];
+        m_equations.insert(m_equations.end(), equations.begin(), equations.end());
+    }
+    std::sort(m_equations.begin(), m_equations.end());
+    m_equations.erase(std::unique(m_equations.begin(), m_equations.end()), m_equations.end());
+    int row = 0;
+    for (const int e : m_equations) {
+        m_firstRow.push_back(row);
+        row += m_system.set.equations[at(e)].rows;
+    }
+    m_pattern.rowCount = row;
+}
+
+void Subproblem::makePattern() {
+    std::unordered_map<int, int> columnOf;
+    columnOf.reserve(m_unknowns.size());
+    for (std::size_t j = 0; j < m_unknowns.size(); ++j)
+        columnOf.emplace(m_unknowns[j], static_cast<int>(j));
+
+    // Columns are counted first, then filled equation by equation, so that their rows ascend.
+    std::vector<int> lastUse(m_unknowns.size(), -1);
+    std::vector<int> count(m_unknowns.size() + 1, 0);
+    for (std::size_t i = 0; i < m_equations.size(); ++i) {
+        const Equation& equation = m_system.set.equations[at(m_equations[i])];
+        const auto inputs = m_system.set.inputsOf(equation);
+        m_firstSlot.push_back(static_cast<int>(m_slots.size()));
+        for (std::size_t k = 0; k < inputs.size(); ++k) {
+            const ValueLink& link = m_system.links[at(inputs[k])];
+            const auto column = link.unknown < 0 ? columnOf.end() : columnOf.find(link.unknown);
+            if (column == columnOf.end())
+                continue;
+            m_slots.push_back({static_cast<int>(k), 0, column->second, link.sign});
+            if (std::exchange(lastUse[at(column->second)], static_cast<int>(i)) != static_cast<int>(i))
+                count[at(column->second) + 1] += equation.rows;
+        }
+    }
+    m_firstSlot.push_back(static_cast<int>(m_slots.size()));
+    std::partial_sum(count.begin(), count.end(), count.begin());
+    m_pattern.starts = count;
+    m_pattern.rows.resize(at(count.back()));
+    m_jacobian.resize(at(count.back()));
+
+    std::vector<int> next(count.begin(), count.end() - 1);
+    std::vector<int> entryNow(m_unknowns.size(), -1);
+    std::fill(lastUse.begin(), lastUse.end(), -1);
+    for (std::size_t i = 0; i < m_equations.size(); ++i) {
+        const int rows = m_system.set.equations[at(m_equations[i])].rows;
+        for (int s = m_firstSlot[i]; s < m_firstSlot[i + 1]; ++s) {
+            const std::size_t column = at(m_slots[at(s)].column);
+            if (std::exchange(lastUse[column], static_cast<int>(i)) != static_cast<int>(i)) {
+                entryNow[column] = next[column];
+                for (int r = 0; r < rows; ++r)
+                    m_pattern.rows[at(next[column]++)] = m_firstRow[i] + r;
+            }
+            m_slots[at(s)].entry = entryNow[column];
+        }
+    }
+}
+
+std::vector<double> Subproblem::read() const {
+    std::vector<double> x;
+    x.reserve(m_unknowns.size());
+    for (const int u : m_unknowns)
+        x.push_back(m_system.meanOf(u));
+    return x;
+}
+
+void Subproblem::write(std::span<const double> x) {
+    for (const Member& member : m_members)
+        m_system.values[at(member.value)] = member.sign * x[at(member.column)] + member.offset;
+}
+
+void Subproblem::evaluate(std::span<const double> x, std::vector<double>& residual) {
+    write(x);
+    residual.resize(at(m_pattern.rowCount));
+    for (std::size_t i = 0; i < m_equations.size(); ++i) {
+        const Equation& equation = m_system.set.equations[at(m_equations[i])];
+        const auto rows = residuals(m_system.set, equation, m_system.values);
+        std::copy_n(rows.begin(), equation.rows, residual.begin() + m_firstRow[i]);
+    }
+}
+
+void Subproblem::linearise(std::span<const double> x, std::vector<double>& residual) {
+    write(x);
+    residual.resize(at(m_pattern.rowCount));
+    std::fill(m_jacobian.begin(), m_jacobian.end(), 0.0);
+    for (std::size_t i = 0; i < m_equations.size(); ++i) {
+        const Equation& equation = m_system.set.equations[at(m_equations[i])];
+        const auto rows = solver::linearise(m_system.set, equation, m_system.values, m_slopes);
+        std::copy_n(rows.begin(), equation.rows, residual.begin() + m_firstRow[i]);
+        for (int s = m_firstSlot[i]; s < m_firstSlot[i + 1]; ++s) {
+            const Slot& slot = m_slots[at(s)];
+            for (int r = 0; r < equation.rows; ++r)
+                m_jacobian[at(slot.entry + r)] += slot.sign * m_slopes[at(r * equation.inputCount + slot.input)];
+        }
+    }
+}
+
+void Subproblem::rowSquares(std::span<const double> weights, std::vector<double>& squares) const {
+    squares.assign(at(m_pattern.rowCount), 0.0);
+    for (std::size_t j = 0; j < m_unknowns.size(); ++j) {
+        const double inverse = 1.0 / weights[j];
+        for (int k = m_pattern.starts[j]; k < m_pattern.starts[j + 1]; ++k)
+            squares[at(m_pattern.rows[at(k)])] += inverse * m_jacobian[at(k)] * m_jacobian[at(k)];
+    }
+}
+
+double largest(std::span<const double> numbers) {
+    double worst = 0.0;
+    for (const double x : numbers) {
+        if (std::isnan(x))
+            return x;
+        worst = std::max(worst, std::abs(x));
+    }
+    return worst;
+}
+
+double lengthOf(std::span<const double> numbers) {
+    double sum = 0.0;
+    for (const double x : numbers)
+        sum += x * x;
+    return std::sqrt(sum);
+}
+
+}  // namespace holdfast::solver

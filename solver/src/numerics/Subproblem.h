@@ -1,0 +1,98 @@
+#pragma once
+
+#include "solver/src/Uses.h"
+#include "solver/src/numerics/LagrangianHessian.h"
+#include "solver/src/numerics/LinearSolver.h"
+#include "solver/src/residuals/EquationSystem.h"
+
+namespace holdfast::solver {
+
+/// Some unknowns of a system that are free to move, and the equations that read them; everything else is constant.
+/// Patterns and orderings are made once and serve all iterations and all steps of a drag.
+class Subproblem {
+public:
+    /// Cost: linear in the equations of the unknowns given.
+    Subproblem(EquationSystem& system, std::span<const int> unknowns);
+    ~Subproblem();
+
+    int columnCount() const { return static_cast<int>(m_unknowns.size()); }
+    int rowCount() const { return m_pattern.rowCount; }
+    std::span<const int> unknowns() const { return m_unknowns; }
+    std::span<const int> equations() const { return m_equations; }
+
+    /// How far geometry moves when an unknown changes by one.
+    std::span<const double> metric() const { return m_metric; }
+
+    /// Elements that have one of the unknowns, and the system's senses among the equations.
+    std::span<const int> entities() const { return m_entities; }
+    std::span<const int> senses() const { return m_senses; }
+
+    /// What the unknowns are at the values of now: the mean of the merged values.
+    std::vector<double> read() const;
+    void write(std::span<const double> x);
+
+    /// Residuals of all rows, at x, which is written.
+    void evaluate(std::span<const double> x, std::vector<double>& residual);
+
+    /// The same and the exact Jacobian, kept until the next call.
+    void linearise(std::span<const double> x, std::vector<double>& residual);
+    std::span<const double> jacobian() const { return m_jacobian; }
+    const ColumnPattern& pattern() const { return m_pattern; }
+
+    /// Squared length of each row's gradient when column j counts as long as 1 / weights[j].
+    void rowSquares(std::span<const double> weights, std::vector<double>& squares) const;
+
+    /// One input of an equation that is free: where its slope goes.
+    struct Slot {
+        int input;   ///< which input of the equation
+        int entry;   ///< of the equation's first row in the Jacobian; the next rows follow
+        int column;  ///< which unknown of the subproblem
+        double sign;
+    };
+
+    /// The free inputs of one of the equations, and its first row.
+    std::span<const Slot> slotsOf(std::size_t equation) const {
+        const auto from = static_cast<std::size_t>(m_firstSlot[equation]);
+        return std::span(m_slots).subspan(from, static_cast<std::size_t>(m_firstSlot[equation + 1]) - from);
+    }
+    int firstRowOf(std::size_t equation) const { return m_firstRow[equation]; }
+
+    LinearSolver& linearSolver() { return m_linear; }
+
+    /// Made when it is first asked for, and kept.
+    LagrangianHessian& curvature();
+    EquationSystem& system() { return m_system; }
+
+private:
+    /// One value that hangs on an unknown, close together because all are written in every iteration.
+    struct Member {
+        int value, column;
+        double sign, offset;
+    };
+
+    void collectEquations();
+    void makePattern();
+
+    EquationSystem& m_system;
+    std::vector<int> m_unknowns;
+    std::vector<int> m_equations;
+    std::vector<double> m_metric;
+    std::vector<Member> m_members;
+    std::vector<int> m_entities, m_senses;
+    std::vector<int> m_firstRow;   ///< per equation
+    std::vector<int> m_firstSlot;  ///< per equation, one more at the end
+    std::vector<Slot> m_slots;
+    std::vector<double> m_jacobian;
+    std::vector<double> m_slopes;
+    ColumnPattern m_pattern;
+    LinearSolver m_linear;
+    std::unique_ptr<LagrangianHessian> m_curvature;
+};
+
+/// Largest absolute entry; not a number when one is not.
+double largest(std::span<const double> numbers);
+
+/// Euclidean length.
+double lengthOf(std::span<const double> numbers);
+
+}  // namespace holdfast::solver

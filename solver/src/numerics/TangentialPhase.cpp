@@ -1,0 +1,201 @@
+#include "solver/src/numerics/TangentialPhase.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <utility>
+
+#include "solver/src/numerics/Stepper.h"
+
+namespace holdfast::solver {
+
+namespace {
+
+constexpr double kNearEnough = 10.0;  // movement, in tolerances, below which sliding ends
+constexpr double kContracts = 0.3;    // what remains of a whole movement, at most, while sliding by tangents alone
+constexpr double kExceeds = 1.2;      // the same for a shortened one, as a multiple of what was left out
+
+double pullOf(const Pull& pull, std::span<const double> x) {
+    double sum = 0.0;
+    for (std::size_t j = 0; j < x.size(); ++j)
+        sum += pull.weights[j] * (x[j] - pull.targets[j]) * (x[j] - pull.targets[j]);
+    return 0.5 * sum;
+}
+
+/// The way along the equations from one point to the next.
+class Slider {
+public:
+    /// x is written, and the residual there is known.
+    Slider(Subproblem& subproblem, const Pull& pull, std::vector<double>& x, const IterationLimits& limits,
+           double residual)
+        : m_subproblem(subproblem),
+          m_system(subproblem.system()),
+          m_pull(pull),
+          m_x(x),
+          m_limits(limits),
+          m_stepper(subproblem, pull.weights),
+          m_pullNow(pullOf(pull, x)),
+          m_residual(std::max(residual, kSharp * m_system.aim)),
+          m_residualNow(residual) {
+        m_isGuarded = m_limits.isSound && m_limits.isSound(1.0);
+    }
+
+    /// Writes the point that was reached; the residual there.
+    double finish() {
+        m_subproblem.write(m_x);
+        return m_residualNow;
+    }
+
+    enum class Outcome { moved, nearest, stuck };
+
+    /// Steps along the tangents first. Where they do not contract, the bends of the equations come in.
+    Outcome advance() {
+        const bool wasCurved = m_isCurved;
+        const Outcome outcome = step();
+        if (outcome == Outcome::stuck && !wasCurved) {
+            m_isCurved = true;
+            return step();
+        }
+        return outcome;
+    }
+
+private:
+    Outcome step() {
+        m_stepper.linearise(m_x);
+        m_wish.resize(m_x.size());
+        std::transform(m_pull.targets.begin(), m_pull.targets.end(), m_x.begin(), m_wish.begin(), std::minus<>());
+        if (std::vector<double> way = chord(); !way.empty())
+            return followed(way, m_stepper.reach(way));
+        m_isStale = false;
+        if (m_isCurved && !m_multiplier.empty())
+            m_stepper.useHessian(m_multiplier);
+        if (!m_stepper.factorise(kLeastDamping))
+            return Outcome::stuck;
+        const auto found = m_stepper.tangentialStep(m_wish);
+        m_multiplier.assign(m_stepper.multiplier().begin(), m_stepper.multiplier().end());
+        const std::vector<double> way(found.begin(), found.end());
+        const double reach = m_stepper.reach(way);
+        if (reach > m_expected && !m_isCurved && !hasArrived(way, reach)) {
+            m_isCurved = true;
+            return step();
+        }
+        return followed(way, reach);
+    }
+
+    bool hasArrived(std::span<const double> way, double reach) const {
+        return reach <= kNearEnough * m_system.tolerance || squared(way) <= kRounding * m_pullNow;
+    }
+
+    Outcome followed(std::span<const double> way, double reach) {
+        return hasArrived(way, reach) ? Outcome::nearest : follow(way, reach);
+    }
+
+    /// A step with the factors at hand; none where the last step was not taken as a whole or this one is longer than
+    /// new factors would be expected to make it.
+    std::vector<double> chord() {
+        if (m_isStale || m_isCurved || m_whole <= 0.0)
+            return {};
+        const auto found = m_stepper.chordStep(m_wish, m_multiplier);
+        if (!(m_stepper.reach(found) <= kContracts * m_whole))
+            return {};
+        for (std::size_t i = 0; i < m_multiplier.size(); ++i)
+            m_multiplier[i] += m_stepper.multiplier()[i];
+        return {found.begin(), found.end()};
+    }
+
+    Outcome follow(std::span<const double> step, double reach) {
+        constexpr int halvings = 7;
+        const double whole = std::min(1.0, m_limits.stride * m_system.size / reach);
+        double factor = whole;
+        for (int i = 0; i < halvings; ++i, factor *= 0.5) {
+            if (!accepts(moved(m_x, step, factor), i % 2 == 0))
+                continue;
+            m_isCurved = m_isCurved || factor < whole;
+            m_expected = std::max(kContracts, kExceeds * (1.0 - factor)) * reach;
+            const double next = reach / std::exchange(m_whole, factor < 1.0 ? 0.0 : reach) * reach;
+            return next <= kNearEnough * m_system.tolerance ? Outcome::nearest : Outcome::moved;
+        }
+        return Outcome::stuck;
+    }
+
+    /// Length in the measure of the pull.
+    double squared(std::span<const double> way) const {
+        double sum = 0.0;
+        for (std::size_t j = 0; j < way.size(); ++j)
+            sum += m_pull.weights[j] * way[j] * way[j];
+        return sum;
+    }
+
+    /// Brings the point back to the equations and takes it if it is nearer to the targets.
+    bool accepts(std::vector<double> next, bool isWorthRestoring) {
+        if (!returnsByPolishing(next) && !(isWorthRestoring && returnsByRestoring(next)))
+            return false;
+        const double then = pullOf(m_pull, next);
+        if (!(then < m_pullNow) || (m_isGuarded && !m_limits.isSound(kMargin)))
+            return false;
+        m_pullNow = then;
+        m_residualNow = m_residualOfNext;
+        m_x = std::move(next);
+        return true;
+    }
+
+    bool returnsByPolishing(std::vector<double>& next) {
+        if (m_isStale) {
+            m_stepper.linearise(m_x);
+            m_stepper.factorise(kLeastDamping);
+            m_isStale = false;
+        }
+        m_stepper.evaluate(next);
+        const bool holds = m_stepper.polish(next, 6, 0.3 * m_residual);
+        m_residualOfNext = largest(m_stepper.residual);
+        return holds && m_residualOfNext <= m_residual;
+    }
+
+    /// A long step bends too far for the factors at hand: new ones bring it back.
+    bool returnsByRestoring(std::vector<double>& next) {
+        IterationLimits limits;
+        limits.restoring = kMostRestoring;
+        m_isStale = true;
+        m_residualOfNext = restore(m_subproblem, m_pull.weights, next, limits).residual;
+        return m_residualOfNext <= m_residual;
+    }
+
+    static constexpr int kMostRestoring = 10;
+    static constexpr double kMargin = 2.0;
+    static constexpr double kRounding = 1e-14;  // of the pull: no step that promises less can be seen to help
+
+    Subproblem& m_subproblem;
+    const EquationSystem& m_system;
+    const Pull& m_pull;
+    std::vector<double>& m_x;
+    const IterationLimits& m_limits;
+    Stepper m_stepper;
+    std::vector<double> m_wish, m_multiplier;
+    double m_whole = 0.0;  ///< reach of the step before if it was taken as a whole; steps shrink by about one factor
+    double m_expected = std::numeric_limits<double>::max();  ///< what the step before promised of the next one's reach
+    double m_pullNow;
+    double m_residual;  ///< that a point may have
+    double m_residualNow, m_residualOfNext = 0.0;
+    bool m_isGuarded = false;
+    bool m_isCurved = false;
+    bool m_isStale = false;  ///< the factors are no longer those of m_x
+};
+
+}  // namespace
+
+IterationReport slide(Subproblem& subproblem, const Pull& pull, std::vector<double>& x, const IterationLimits& limits,
+                      double residual) {
+    Slider slider(subproblem, pull, x, limits, residual);
+    IterationReport report;
+    report.isSatisfied = true;
+    for (auto outcome = Slider::Outcome::moved; outcome == Slider::Outcome::moved && report.iterations < limits.sliding;
+         ++report.iterations) {
+        outcome = slider.advance();
+        report.isNearest = outcome == Slider::Outcome::nearest;
+    }
+    report.residual = slider.finish();
+    return report;
+}
+
+}  // namespace holdfast::solver

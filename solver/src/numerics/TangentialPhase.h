@@ -1,0 +1,16 @@
+#pragma once
+
+#include "solver/src/Uses.h"
+#include "solver/src/numerics/Iteration.h"
+
+namespace holdfast::solver {
+
+/// Aims that a residual may grow to while sliding.
+constexpr double kSharp = 30.0;
+
+/// From x, where the equations hold to the residual given, along them to the point nearest to the targets. Every point
+/// on the way holds them too.
+IterationReport slide(Subproblem& subproblem, const Pull& pull, std::vector<double>& x, const IterationLimits& limits,
+                      double residual);
+
+}  // namespace holdfast::solver

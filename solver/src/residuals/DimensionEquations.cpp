@@ -1,0 +1,200 @@
+#include <array>
+#include <cmath>
+
+#include "solver/src/residuals/EquationBuilder.h"
+
+/// Distances in all their forms, radii and diameters. Sides and inner or outer gaps are read off the reference.
+namespace holdfast::solver {
+
+namespace {
+
+Equation valueForm(EquationBuilder& builder, ResidualKind residualKind) {
+    Equation form = formOf(residualKind);
+    form.value = builder.constraint().value;
+    return form;
+}
+
+/// Adds the form, with the sign of the two under which it is nearer to holding at the reference.
+void addOnNearerSide(EquationBuilder& builder, Equation form, std::initializer_list<Operand> operands) {
+    const double left = std::abs(builder.residualAtReference(form, operands));
+    form.sign = -1.0;
+    const double right = std::abs(builder.residualAtReference(form, operands));
+    form.sign = left <= right ? 1.0 : -1.0;
+    builder.add(form, operands);
+}
+
+void addLength(EquationBuilder& builder) {
+    const SketchPlace& place = builder.ref(0);
+    const CurveRef curve = curveOf(place);
+    if (const auto line = lineAt(builder.sketch(), curve); line && line->kind == OperandKind::segment) {
+        builder.add(valueForm(builder, ResidualKind::lineLength), {*line});
+        return;
+    }
+    const Operand circle =
+        builder.need(circleAt(builder.sketch(), curve), place, "a line or an arc, which have a length");
+    if (circle.kind == OperandKind::bulgeCircle) {
+        const Operand bulge{OperandKind::scalar, {circle.inputs[4]}, {}};
+        builder.add(valueForm(builder, ResidualKind::bulgeLength), {circle, bulge});
+        return;
+    }
+    const Operand start = builder.need(startOf(builder.sketch(), curve), place, "a line or an arc");
+    builder.add(valueForm(builder, ResidualKind::arcLength), {circle, start, *endOf(builder.sketch(), curve)});
+}
+
+bool addPointGap(EquationBuilder& builder, const Operand& point, CurveRef curve) {
+    if (const auto line = lineAt(builder.sketch(), curve)) {
+        addOnNearerSide(builder, valueForm(builder, ResidualKind::pointLine), {point, *line});
+        return true;
+    }
+    if (const auto circle = circleAt(builder.sketch(), curve)) {
+        addOnNearerSide(builder, valueForm(builder, ResidualKind::pointCircle), {point, *circle});
+        return true;
+    }
+    return false;
+}
+
+/// Of several ways in which two curves can lie to each other, the one nearest to holding at the reference.
+void addNearest(EquationBuilder& builder, std::span<const Equation> forms, std::initializer_list<Operand> operands) {
+    const Equation* best = nullptr;
+    double least = 0.0;
+    for (const Equation& form : forms) {
+        const double miss = std::abs(builder.residualAtReference(form, operands));
+        if (best == nullptr || miss < least) {
+            best = &form;
+            least = miss;
+        }
+    }
+    builder.add(*best, operands);
+}
+
+Equation gapForm(EquationBuilder& builder, ResidualKind residualKind, GapMode mode, double sign) {
+    Equation form = valueForm(builder, residualKind);
+    form.mode = static_cast<std::uint8_t>(mode);
+    form.sign = sign;
+    return form;
+}
+
+void addLineGap(EquationBuilder& builder, const Operand& line, const Operand& circle) {
+    const std::array forms = {gapForm(builder, ResidualKind::lineCircle, GapMode::outside, 1.0),
+                              gapForm(builder, ResidualKind::lineCircle, GapMode::outside, -1.0),
+                              gapForm(builder, ResidualKind::lineCircle, GapMode::crossing, 1.0),
+                              gapForm(builder, ResidualKind::lineCircle, GapMode::crossing, -1.0)};
+    addNearest(builder, forms, {line, circle});
+}
+
+void addCircleGap(EquationBuilder& builder, const Operand& a, const Operand& b) {
+    const std::array forms = {gapForm(builder, ResidualKind::circleCircle, GapMode::outside, 1.0),
+                              gapForm(builder, ResidualKind::circleCircle, GapMode::inside, 1.0),
+                              gapForm(builder, ResidualKind::circleCircle, GapMode::inside, -1.0),
+                              gapForm(builder, ResidualKind::circleCircle, GapMode::crossing, 1.0)};
+    addNearest(builder, forms, {a, b});
+}
+
+bool addCurveGap(EquationBuilder& builder, CurveRef one, CurveRef two) {
+    const SketchData& sketch = builder.sketch();
+    const auto lineA = lineAt(sketch, one), lineB = lineAt(sketch, two);
+    const auto circleA = circleAt(sketch, one), circleB = circleAt(sketch, two);
+    if (circleA && circleB)
+        addCircleGap(builder, *circleA, *circleB);
+    else if (lineA && circleB)
+        addLineGap(builder, *lineA, *circleB);
+    else if (circleA && lineB)
+        addLineGap(builder, *lineB, *circleA);
+    return (circleA && circleB) || (lineA && circleB) || (circleA && lineB);
+}
+
+void addDistance(EquationBuilder& builder) {
+    if (builder.constraint().value < 0.0)
+        builder.fail("a distance is 0 or more");
+    if (builder.constraint().refs.size() == 1) {
+        addLength(builder);
+        return;
+    }
+    const SketchPlace &a = builder.ref(0), &b = builder.ref(1);
+    const auto p = pointAt(builder.sketch(), a), q = pointAt(builder.sketch(), b);
+    if (p && q && builder.constraint().value == 0.0) {
+        builder.add(formOf(ResidualKind::samePoint, 2), {*p, *q});
+        return;
+    }
+    if (p && q) {
+        builder.add(valueForm(builder, ResidualKind::pointsDistance), {*p, *q});
+        return;
+    }
+    const bool isDone = p   ? addPointGap(builder, *p, curveOf(b))
+                        : q ? addPointGap(builder, *q, curveOf(a))
+                            : addCurveGap(builder, curveOf(a), curveOf(b));
+    if (!isDone)
+        builder.fail("there is no distance between " + nameOf(builder.sketch(), a) + " and " +
+                     nameOf(builder.sketch(), b) + "; points, lines and circles have one");
+}
+
+void addRadius(EquationBuilder& builder, double radius) {
+    const SketchPlace& place = builder.ref(0);
+    Equation form = formOf(ResidualKind::radiusIs);
+    form.value = radius;
+    builder.add(form, {builder.need(circleAt(builder.sketch(), curveOf(place)), place, "a circle or an arc")});
+}
+
+}  // namespace
+
+void addDimension(EquationBuilder& builder) {
+    switch (builder.constraint().type) {
+        case ConstraintType::radius:
+            addRadius(builder, builder.constraint().value);
+            break;
+        case ConstraintType::diameter:
+            addRadius(builder, 0.5 * builder.constraint().value);
+            break;
+        default:
+            addDistance(builder);
+            break;
+    }
+}
+
+void addEquations(EquationBuilder& builder) {
+    switch (builder.constraint().type) {
+        case ConstraintType::coincident:
+        case ConstraintType::concentric:
+        case ConstraintType::pointOnCurve:
+        case ConstraintType::fixed:
+        case ConstraintType::horizontal:
+        case ConstraintType::vertical:
+        case ConstraintType::distanceX:
+        case ConstraintType::distanceY:
+        case ConstraintType::midpoint:
+            addPositionEquations(builder);
+            break;
+        case ConstraintType::symmetric:
+            addSymmetryEquations(builder);
+            break;
+        case ConstraintType::internal:
+            addEllipseHelper(builder);
+            break;
+        case ConstraintType::parallel:
+        case ConstraintType::perpendicular:
+        case ConstraintType::collinear:
+            addDirectionEquations(builder);
+            break;
+        case ConstraintType::equal:
+            addEqualSizes(builder);
+            break;
+        case ConstraintType::tangent:
+            addTangency(builder);
+            break;
+        case ConstraintType::g2Smooth:
+            addSmoothness(builder);
+            break;
+        case ConstraintType::angle:
+            addAngle(builder);
+            break;
+        case ConstraintType::distance:
+        case ConstraintType::radius:
+        case ConstraintType::diameter:
+            addDimension(builder);
+            break;
+        case ConstraintType::composite:
+            break;
+    }
+}
+
+}  // namespace holdfast::solver

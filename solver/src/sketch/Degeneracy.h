@@ -1,0 +1,32 @@
+#pragma once
+
+#include <optional>
+
+#include "solver/src/Uses.h"
+#include "solver/src/residuals/EquationSystem.h"
+
+namespace holdfast::solver {
+
+/// An element that a solution has degenerate, although every equation holds.
+struct Degeneracy {
+    int entity = -1;      ///< or -1
+    int constraint = -1;  ///< the tangency that turned over, or -1
+    std::string what;     ///< "line g3 would have no length"
+};
+
+/// The first of the elements that has collapsed (no length, no radius: below 1e-6 of the sketch's size) or turned
+/// inside out (an arc's sweep that passed through none or a full turn, a bulge that changed sign, an ellipse whose
+/// minor axis has become the longer one), judged against the sketch's reference. An element that was so at the
+/// reference is not held against the solution. A margin above 1 calls bigger elements collapsed too, by that factor.
+std::optional<Degeneracy> findFlaw(const SketchData& sketch, const EquationSystem& system,
+                                   std::span<const int> entities, double margin = 1.0);
+
+/// Which of the system's senses belong to the equations.
+std::vector<int> sensesOf(const EquationSystem& system, std::span<const int> equations);
+
+/// The first of these senses that is lost: the tangent curves now run against each other, or with each other, unlike
+/// before.
+std::optional<Degeneracy> findTurnedTangency(const SketchData& sketch, const EquationSystem& system,
+                                             std::span<const int> senses);
+
+}  // namespace holdfast::solver

@@ -1,0 +1,59 @@
+#include "solver/src/sketch/Measure.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "solver/src/diagnosis/Extract.h"
+#include "solver/src/residuals/EquationSystem.h"
+
+namespace holdfast::solver {
+
+namespace {
+
+double wrapped(double angle, double period) {
+    const double rest = std::fmod(angle, period);
+    return rest < 0.0 ? rest + period : rest;
+}
+
+}  // namespace
+
+double measured(const SketchData& sketch, int number) {
+    const SketchConstraint& constraint = sketch.constraints[static_cast<std::size_t>(number)];
+    if (constraint.type < ConstraintType::distance)
+        throw SketchError("constraint " + constraint.id + ": it is no dimension and measures nothing");
+    Extract extract(sketch, {&number, 1});
+    SketchData& part = extract.sketch();
+    part.takeReference();
+    // A radius has to be above 0 to be asked for; a distance of 0 would be a coincidence.
+    part.constraints.front().value = 1.0;
+    const int first = 0;
+    const EquationSystem system = buildPlainSystem(part, {&first, 1});
+    const auto [c, e] = system.constraintEquations.front();
+    const Equation& equation = system.set.equations[static_cast<std::size_t>(e)];
+    const double found = residuals(system.set, equation, system.values)[0] / equation.scale + equation.value;
+    switch (constraint.type) {
+        case ConstraintType::distance:
+            return std::abs(found);
+        case ConstraintType::diameter:
+            return 2.0 * found;
+        case ConstraintType::angle:
+            return wrapped(found, constraint.refs.size() == 3 ? std::numbers::pi : 2 * std::numbers::pi);
+        default:
+            return found;
+    }
+}
+
+std::vector<double> violationsOf(const SketchData& sketch) {
+    std::vector<double> misses(sketch.constraints.size() + 1, 0.0);
+    const EquationSystem system = buildPlainSystem(sketch, bindingConstraints(sketch));
+    for (std::size_t e = 0; e < system.set.equations.size(); ++e) {
+        const int owner = system.set.equations[e].constraint;
+        double& miss = owner < 0 ? misses.back() : misses[static_cast<std::size_t>(owner)];
+        const double residual = system.residualOf(static_cast<int>(e));
+        miss = residual <= miss ? miss : residual;
+    }
+    return misses;
+}
+
+}  // namespace holdfast::solver

@@ -1,0 +1,129 @@
+#pragma once
+
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "geometry/ConstraintType.h"
+#include "geometry/PlaceKind.h"
+#include "geometry/Shapes.h"
+#include "solver/src/Uses.h"
+
+namespace holdfast::solver {
+
+/// What an element of a sketch is. The layout of each one's values stands beside it.
+enum class EntityKind {
+    line,           ///< x1 y1 x2 y2
+    ray,            ///< x y angle
+    xline,          ///< x y angle
+    circle,         ///< cx cy r
+    arc,            ///< cx cy r, start x y, end x y; counter-clockwise from start to end
+    ellipse,        ///< cx cy, major axis vector ux uy, minor radius b
+    ellipticalArc,  ///< as ellipse, start x y, end x y; counter-clockwise
+    point,          ///< x y
+    text,           ///< x y angle
+    spline,         ///< x y of each control point
+    polyline        ///< x y of each vertex, then one bulge for each arc segment
+};
+
+/// A spline's constants: only its control points are unknown. For a periodic spline the knots are those of the curve
+/// written out without periodicity, and control point i of that curve is i modulo the number of control points.
+struct SplineConstants {
+    int degree = 3;
+    bool periodic = false;
+    int controlCount = 0;
+    std::vector<double> knots;
+    std::vector<double> weights;  ///< empty: polynomial
+};
+
+/// One element of a sketch; its numbers are values[firstValue ... firstValue + valueCount) of the sketch.
+struct SketchEntity {
+    std::string id;
+    EntityKind kind = EntityKind::point;
+    bool fixed = false;  ///< reference geometry: no value of it ever changes
+    int firstValue = 0;
+    int valueCount = 0;
+    int spline = -1;               ///< number in SketchData::splines
+    int vertexCount = 0;           ///< polyline
+    bool closed = false;           ///< polyline
+    std::vector<int> bulgeValues;  ///< polyline: the value of each segment's bulge, -1 for a straight one
+    double textHeight = 2.5;       ///< text
+
+    int segmentCount() const { return closed ? vertexCount : vertexCount - 1; }
+};
+
+/// What an `internal` constraint ties to its ellipse.
+enum class EllipseHelper { none, majorDiameter, minorDiameter, focus1, focus2 };
+
+/// A place on an element of the sketch. In angles `end` stands for the element's direction turned round.
+struct SketchPlace {
+    int entity = -1;
+    PlaceKind kind = PlaceKind::whole;
+    int index = 0;  ///< control point or segment
+};
+
+struct SketchConstraint {
+    std::string id;
+    ConstraintType type = ConstraintType::coincident;
+    std::vector<SketchPlace> refs;
+    double value = 0.0;  ///< dimensions
+    EllipseHelper helper = EllipseHelper::none;
+    bool driving = true;
+    bool active = true;
+
+    /// True for a constraint that the solver has to keep; measured and switched-off ones it leaves alone.
+    bool binds() const { return driving && active && type != ConstraintType::composite; }
+};
+
+/// A constraint that its elements cannot have, or an element that makes no sense: what, where, and what would do.
+class SketchError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Elements in the plane of a constraint group and the constraints between them: what the solver works on.
+///
+/// values are where the elements are now. reference is where they were when the edit began: it decides every choice
+/// between branches (sides, inner or outer tangency, the sense of arcs) and where a fixed place is.
+struct SketchData {
+    std::vector<SketchEntity> entities;
+    std::vector<SplineConstants> splines;
+    std::vector<SketchConstraint> constraints;
+    std::vector<double> values;
+    std::vector<double> reference;
+
+    // Each returns the number of the new element. Throws SketchError for a shape that is none.
+    int addLine(std::string id, Vec2 start, Vec2 end);
+    int addRay(std::string id, Vec2 base, double angle);
+    int addXline(std::string id, Vec2 base, double angle);
+    int addCircle(std::string id, Vec2 centre, double radius);
+    int addArc(std::string id, const ArcShape& arc);
+    int addEllipse(std::string id, const EllipseShape& ellipse);
+    int addEllipticalArc(std::string id, const EllipticalArcShape& arc);
+    int addPoint(std::string id, Vec2 position);
+    int addText(std::string id, Vec2 position, double angle, double height);
+    int addSpline(std::string id, const SplineShape& spline);
+    int addPolyline(std::string id, const PolylineShape& polyline);
+
+    /// Appends a constraint and returns its number. Places are checked when the equations are built.
+    int addConstraint(SketchConstraint constraint);
+
+    /// Makes the values of now those that branches are chosen by.
+    void takeReference() { reference = values; }
+
+    std::span<const double> valuesOf(int entity) const;
+
+    /// The values of one segment's two vertices: first x of the start vertex, first x of the end vertex.
+    int vertexValue(int entity, int vertex) const;
+
+    /// Length of the diagonal of the box around all geometry; 1 for an empty or pointlike sketch. Unbounded lines
+    /// count with their base point.
+    double size() const;
+
+private:
+    int add(std::string id, EntityKind kind, std::initializer_list<double> entityValues);
+    void append(std::initializer_list<double> more);
+};
+
+}  // namespace holdfast::solver

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <memory>
+
+#include "solver/src/Uses.h"
+#include "solver/src/residuals/EquationSystem.h"
+#include "solver/src/sketch/Degeneracy.h"
+#include "solver/src/sketch/SketchData.h"
+
+namespace holdfast::solver {
+
+/// A value that an edit asks for.
+struct Target {
+    int value = -1;  ///< in SketchData::values
+    double goal = 0.0;
+};
+
+/// How far a solve may reach.
+enum class Scope {
+    rings,  ///< the neighbourhood of the edit, widened only as far as it takes: fewest elements move
+    part    ///< everything that is connected with the edit: least movement in total
+};
+
+/// How firmly targets are meant, from the first to the last that is tried.
+enum class RelaxationLevel {
+    exact,  ///< A: the targets are constants, the rest of the edited elements gives way last
+    sizes,  ///< B: the targets are strong wishes, the sizes of the edited elements are constants
+    wishes  ///< C: both are wishes, sizes the weaker
+};
+
+struct SolveRequest {
+    std::vector<Target> targets{};  ///< empty: only makes the constraints hold again
+    std::vector<int> edited{};      ///< elements that the edit is about
+    Scope reach = Scope::rings;
+    RelaxationLevel lastLevel = RelaxationLevel::exact;  ///< no level after this one is tried
+    bool namesConflicts = true;  ///< search for the constraints in conflict when the solve fails
+};
+
+enum class SolveStatus {
+    unchanged,  ///< everything held already
+    solved,
+    conflicting,  ///< constraints contradict each other or the edit
+    degenerate,   ///< solutions were found, but with collapsed or turned elements only
+    unreached     ///< no solution was found, and no contradiction either
+};
+
+/// How far an element moved: the longest way of one of its defining points.
+struct Movement {
+    int entity = -1;
+    double distance = 0.0;
+};
+
+struct SolveResult {
+    SolveStatus status = SolveStatus::unchanged;
+    RelaxationLevel level = RelaxationLevel::exact;
+    int iterations = 0;
+    double residual = 0.0;                 ///< of the constraint that holds worst, as a length
+    int worstConstraint = -1;              ///< -1: none, or a rule of an element
+    std::vector<int> conflicting;          ///< constraints that cannot hold together (with the targets), ascending
+    std::vector<int> contradictedTargets;  ///< numbers of targets that are part of the conflict
+    std::optional<Degeneracy> degeneracy;  ///< what was wrong with the solution that was refused
+    std::vector<Movement> movements;       ///< elements that moved, ascending
+
+    bool isSolved() const { return status == SolveStatus::solved || status == SolveStatus::unchanged; }
+};
+
+/// Moves the sketch as little as it takes for all binding constraints to hold and the targets to be met. When that
+/// cannot be, the sketch stays as it is and the result says what stands in the way. What is not connected with a
+/// change does not move, to the last bit.
+///
+/// Throws SketchError for a constraint that its elements cannot have.
+SolveResult solve(SketchData& sketch, const SolveRequest& request);
+
+}  // namespace holdfast::solver

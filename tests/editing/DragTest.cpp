@@ -1,0 +1,170 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "tests/editing/Shorthand.h"
+
+namespace holdfast::editing {
+namespace {
+
+LineShape lineNamed(const Session& session, const std::string& id) {
+    return std::get<LineShape>(entityNamed(session.document(), id).shape);
+}
+
+/// A crank that turns about the origin and a rod that hangs on it, both of fixed length.
+Document crankDrawing() {
+    Document document;
+    document.name = "crank";
+    document.entities = {lineEntity("crank", {0, 0}, {10, 0}), lineEntity("rod", {10, 0}, {30, 0})};
+    document.constraints = {
+        constraintOf("f0", ConstraintType::fixed, {{"crank", PlaceKind::start}}),
+        constraintOf("c0", ConstraintType::coincident, {{"crank", PlaceKind::end}, {"rod", PlaceKind::start}}),
+        constraintOf("d0", ConstraintType::distance, {{"crank"}}),
+        constraintOf("d1", ConstraintType::distance, {{"rod"}})};
+    document.constraints[2].value = 10.0;
+    document.constraints[3].value = 20.0;
+    return document;
+}
+
+TEST(DragEdit, OfFreeEntitiesMovesThem) {
+    Document document;
+    document.name = "free";
+    document.entities = {lineEntity("g", {0, 0}, {10, 0}), shapeEntity("c", CircleShape{{1, 2}, 3})};
+    Session session(document);
+    EXPECT_EQ(session.apply("drag g c by 3,2").outcome.error, "");
+    EXPECT_EQ(lineNamed(session, "g"), (LineShape{{3, 2}, {13, 2}}));
+    EXPECT_EQ(entityNamed(session.document(), "c").shape, Shape(CircleShape{{4, 4}, 3}));
+}
+
+TEST(DragEdit, OfAGripOfAFreeEntityMovesThatPointOnly) {
+    Document document;
+    document.name = "free";
+    const PolylineShape step{{{0, 0}, {10, 0}, {10, 10}}, {0, 0, 0}, {0, 0, 0}, false};
+    document.entities = {lineEntity("g", {0, 0}, {10, 0}), shapeEntity("p", step)};
+    Session session(document);
+    EXPECT_EQ(session.apply("drag g.end by 3,2").outcome.error, "");
+    EXPECT_EQ(lineNamed(session, "g"), (LineShape{{0, 0}, {13, 2}}));
+    EXPECT_EQ(session.apply("drag p.segment:1.start by 1,-1").outcome.error, "");
+    EXPECT_EQ(session.apply("drag p.segment:0.mid by 0,5").outcome.error, "");
+    const auto& p = std::get<PolylineShape>(entityNamed(session.document(), "p").shape);
+    EXPECT_EQ(p.vertices, (std::vector<Vec2>{{0, 5}, {11, 4}, {10, 10}}));
+}
+
+TEST(DragEdit, SlidesAnEndOfAnEllipticalArcAlongTheEllipse) {
+    Document document;
+    document.name = "oval";
+    document.entities = {shapeEntity("oval", EllipticalArcShape{{0, 0}, {4, 0}, 0.5, 0.0, 1.5707963267948966})};
+    Session session(document);
+    EXPECT_EQ(session.apply("drag oval.end by -4,-2").outcome.error, "");
+    EXPECT_NEAR(std::get<EllipticalArcShape>(entityNamed(session.document(), "oval").shape).endParam, 3.141592653589793,
+                1e-12);
+    EXPECT_EQ(session.apply("drag oval.start by 1,-2").outcome.error, "");
+    const auto& oval = std::get<EllipticalArcShape>(entityNamed(session.document(), "oval").shape);
+    EXPECT_NEAR(oval.startParam, std::atan2(-2.0 / 2.0, 5.0 / 4.0), 1e-12);
+    EXPECT_NEAR(oval.endParam, 3.141592653589793, 1e-12);
+}
+
+TEST(DragEdit, OfAnEntityTakesItsNeighboursAlong) {
+    Session session(frameDrawing());
+    EXPECT_EQ(session.apply("drag left by 2,3").outcome.error, "");
+    EXPECT_EQ(lineNamed(session, "left"), (LineShape{{2, 3}, {2, 8}}));
+    EXPECT_NEAR(lineNamed(session, "base").start.x, 2.0, 1e-9);
+    EXPECT_NEAR(lineNamed(session, "base").end.y, 3.0, 1e-9);
+    EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2 c3");
+}
+
+TEST(DragEdit, OfAGripBringsThePointToTheCursorAndKeepsTheConstraints) {
+    Session session(frameDrawing());
+    EXPECT_EQ(session.apply("drag base.end by 3,2").outcome.error, "");
+    const LineShape base = lineNamed(session, "base");
+    EXPECT_NEAR(base.end.x, 13.0, 1e-9);
+    EXPECT_NEAR(base.end.y, 2.0, 1e-9);
+    EXPECT_NEAR(base.start.y, 2.0, 1e-9);
+    EXPECT_NEAR(lineNamed(session, "right").start.x, 13.0, 1e-9);
+}
+
+TEST(DragEdit, YieldsWhereTheConstraintsForbidTheCursor) {
+    Session session(crankDrawing());
+    EXPECT_EQ(session.apply("drag crank.end by -10,20 steps 10").outcome.error, "");
+    const LineShape crank = lineNamed(session, "crank"), rod = lineNamed(session, "rod");
+    EXPECT_EQ(crank.start, (Vec2{0, 0}));
+    EXPECT_NEAR(std::hypot(crank.end.x, crank.end.y), 10.0, 1e-8);
+    EXPECT_NEAR(crank.end.x, 0.0, 0.01);  // the nearest that it can come to (0, 20)
+    EXPECT_NEAR(crank.end.y, 10.0, 0.01);
+    EXPECT_NEAR(std::hypot(rod.end.x - rod.start.x, rod.end.y - rod.start.y), 20.0, 1e-8);
+}
+
+TEST(DragEdit, InManyStepsComesToWhereOneStepDoes) {
+    Session oneStep(frameDrawing()), manySteps(frameDrawing());
+    oneStep.apply("drag right.end by 3,2");
+    manySteps.apply("drag right.end by 3,2 steps 25");
+    for (const char* id : {"base", "left", "right"}) {
+        EXPECT_NEAR(lineNamed(oneStep, id).end.x, lineNamed(manySteps, id).end.x, 1e-9);
+        EXPECT_NEAR(lineNamed(oneStep, id).end.y, lineNamed(manySteps, id).end.y, 1e-9);
+    }
+}
+
+TEST(DragEdit, OfAConstrainedArcEndKeepsTheArcThroughItsOtherConstraints) {
+    Document document;
+    document.name = "bow";
+    document.entities = {shapeEntity("bow", ArcShape{{0, 0}, 5, 0.0, 1.5707963267948966}),
+                         lineEntity("low", {5, 0}, {9, 0})};
+    document.constraints = {
+        constraintOf("c0", ConstraintType::coincident, {{"bow", PlaceKind::start}, {"low", PlaceKind::start}}),
+        constraintOf("f0", ConstraintType::fixed, {{"low"}}),
+        constraintOf("f1", ConstraintType::fixed, {{"bow", PlaceKind::start}})};
+    Session session(document);
+    EXPECT_EQ(session.apply("drag bow.end by 1,1").outcome.error, "");
+    const auto& bow = std::get<ArcShape>(entityNamed(session.document(), "bow").shape);
+    EXPECT_NEAR(bow.centre.x + bow.radius * std::cos(bow.endAngle), 1.0, 1e-7);
+    EXPECT_NEAR(bow.centre.y + bow.radius * std::sin(bow.endAngle), 6.0, 1e-7);
+    EXPECT_NEAR(bow.centre.x + bow.radius * std::cos(bow.startAngle), 5.0, 1e-7);
+}
+
+TEST(DragEdit, MovesFreeEntitiesAlongWithConstrainedOnes) {
+    Document document = frameDrawing();
+    document.entities.push_back(shapeEntity("mark", PointShape{{1, 1}}));
+    Session session(document);
+    EXPECT_EQ(session.apply("drag mark base left right by 1,1").outcome.error, "");
+    EXPECT_EQ(entityNamed(session.document(), "mark").shape, Shape(PointShape{{2, 2}}));
+    EXPECT_EQ(lineNamed(session, "base"), (LineShape{{1, 1}, {11, 1}}));
+}
+
+TEST(DragEdit, IsUndoneToTheLastBit) {
+    Session session(crankDrawing());
+    session.apply("drag rod.end by -7,3");
+    ASSERT_NE(session.document(), crankDrawing());
+    session.apply("undo");
+    EXPECT_EQ(session.document(), crankDrawing());
+}
+
+TEST(DragEdit, TakesTheWholeEntityAlsoByThatWord) {
+    Session session(frameDrawing());
+    EXPECT_EQ(session.apply("drag base.whole by 0,2").outcome.error, "");
+    EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 2}, {10, 2}}));
+}
+
+TEST(DragEdit, RefusesWithAReasonAndChangesNothing) {
+    Document document = frameDrawing();
+    document.entities.push_back(shapeEntity("beam", RayShape{{10, 5}, {1, 0}}));
+    document.constraints.push_back(
+        constraintOf("c4", ConstraintType::coincident, {{"beam", PlaceKind::start}, {"right", PlaceKind::end}}));
+    document.entities.push_back(shapeEntity("bow", ArcShape{{0, 0}, 2, 0.0, 1.0}));
+    document.entities.push_back(shapeEntity("dot", PointShape{{3, 3}}));
+    const RefusedEdit rows[] = {
+        {"drag base.centre by 1,1", "base.centre has no grip to drag; base can be dragged whole, start, end or mid"},
+        {"drag bow.mid by 1,1", "bow.mid has no grip to drag; bow can be dragged whole, start, end or centre"},
+        {"drag dot.start by 1,1", "dot.start has no grip to drag; dot can be dragged whole"},
+        {"drag basis.end by 1,1",
+         "edit \"drag basis.end by 1,1\", column 6: the drawing has no entity basis, found \"basis.end\""},
+        {"drag beam.end by 1,1",
+         "beam is constrained and cannot be turned by a drag; use \"set beam through\" with a point that it is to "
+         "pass"},
+        {"drag base by 1,1 steps 0",
+         "edit \"drag base by 1,1 steps 0\", column 24: a drag takes 1 to 1000 steps, found \"0\""},
+    };
+    expectRefused(document, rows);
+}
+
+}  // namespace
+}  // namespace holdfast::editing

@@ -1,0 +1,96 @@
+#include "editing/text/EditText.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+#include <string>
+
+namespace holdfast::editing {
+namespace {
+
+constexpr std::array<std::string_view, 2> kEnds{"start", "end"};
+
+std::string errorOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const EditError& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+TEST(EditText, ReadsAnEditWordByWord) {
+    EditText text("  break g3 at 4,-0.5\tto +6,1e1 ");
+    text.expect("break");
+    EXPECT_EQ(text.place("an entity"), (Place{"g3", PlaceKind::whole, 0}));
+    text.expect("at");
+    EXPECT_EQ(text.point("a point"), (Vec2{4.0, -0.5}));
+    EXPECT_TRUE(text.accept("to"));
+    EXPECT_EQ(text.point("a point"), (Vec2{6.0, 10.0}));
+    EXPECT_NO_THROW(text.expectEnd());
+}
+
+TEST(EditText, ReadsPlacesOfEveryKind) {
+    EditText text("g1 g1.end s2.control:3 p4.segment:1.centre");
+    EXPECT_EQ(text.place("a place"), (Place{"g1", PlaceKind::whole, 0}));
+    EXPECT_EQ(text.place("a place"), (Place{"g1", PlaceKind::end, 0}));
+    EXPECT_EQ(text.place("a place"), (Place{"s2", PlaceKind::control, 3}));
+    EXPECT_EQ(text.place("a place"), (Place{"p4", PlaceKind::segmentCentre, 1}));
+}
+
+TEST(EditText, GathersNamesUpToAnEndingWord) {
+    constexpr std::array<std::string_view, 1> about{"about"};
+    EditText text("g1 g2 about 0,0");
+    EXPECT_EQ(text.names("entities", about), (std::vector<std::string>{"g1", "g2"}));
+    EXPECT_TRUE(text.nextIs("about"));
+}
+
+TEST(EditText, PointsAtTheWordThatIsWrong) {
+    struct Row {
+        const char* description;
+        const char* text;
+        std::function<void(EditText&)> read;
+        const char* message;
+    };
+    const Row rows[] = {
+        {"another keyword", "g3 on",
+         [](EditText& t) {
+             t.word("an entity");
+             t.expect("at");
+         },
+         "edit \"g3 on\", column 4: expected \"at\", found \"on\""},
+        {"an early end", "g3",
+         [](EditText& t) {
+             t.word("an entity");
+             t.expect("at");
+         },
+         "edit \"g3\": expected \"at\", but the edit ends there"},
+        {"a point without comma", "4", [](EditText& t) { t.point("the first point"); },
+         "edit \"4\", column 1: expected the first point, a point such as 4,0.5 without spaces, found \"4\""},
+        {"a number that is none", "4x", [](EditText& t) { t.number("a radius"); },
+         "edit \"4x\", column 1: expected a radius, a number such as 2.5, found \"4x\""},
+        {"an infinite number", "inf", [](EditText& t) { t.number("a radius"); },
+         "edit \"inf\", column 1: expected a radius, a number such as 2.5, found \"inf\""},
+        {"a fraction for a whole number", "2.5", [](EditText& t) { t.integer("a corner"); },
+         "edit \"2.5\", column 1: expected a corner, a whole number, found \"2.5\""},
+        {"a place that is none", "g1.ende", [](EditText& t) { t.place("a place"); },
+         "edit \"g1.ende\", column 1: expected a place, a place such as g1.end, s2.control:3 or p4.segment:1, found "
+         "\"g1.ende\"; did you mean \"end\"?"},
+        {"a misspelt choice", "strat", [](EditText& t) { t.oneOfWords(kEnds, "an end"); },
+         "edit \"strat\", column 1: expected an end (start or end), found \"strat\"; did you mean \"start\"?"},
+        {"words left over", "g3 g4",
+         [](EditText& t) {
+             t.word("an entity");
+             t.expectEnd();
+         },
+         "edit \"g3 g4\", column 4: nothing more was expected, found \"g4\""},
+    };
+    for (const Row& row : rows) {
+        EditText text(row.text);
+        EXPECT_EQ(errorOf([&] { row.read(text); }), row.message) << row.description;
+    }
+}
+
+}  // namespace
+}  // namespace holdfast::editing

@@ -1,0 +1,274 @@
+#include "tests/editing/RandomEdits.h"
+
+#include <array>
+#include <cmath>
+
+#include "document/EntityIndex.h"
+#include "document/Places.h"
+#include "editing/commands/values/Properties.h"
+#include "geometry/GeometryError.h"
+#include "geometry/construction/Extending.h"
+#include "geometry/crossings/Intersections.h"
+#include "geometry/curves/Parameters.h"
+
+namespace holdfast::testing {
+
+namespace {
+
+bool isCurve(const Entity& entity) {
+    return !std::holds_alternative<PointShape>(entity.shape) && !std::holds_alternative<TextShape>(entity.shape);
+}
+
+/// A length that says how large things are: of the entity's bounds, not 0.
+double sizeOf(const Shape& shape) {
+    if (std::holds_alternative<PointShape>(shape) || std::holds_alternative<TextShape>(shape))
+        return 1.0;
+    const Box box = boundsOf(shape);
+    const double size = box.isBounded() ? box.diagonal() : 10.0;
+    return size > 0.0 ? size : 1.0;
+}
+
+/// Geometry refuses unsound curves and those without ends: they fulfil no condition.
+template <typename Condition>
+bool holds(Condition condition) {
+    try {
+        return condition();
+    } catch (const GeometryError&) {
+        return false;
+    }
+}
+
+bool cross(const Shape& a, const Shape& b) {
+    return holds([&] { return !intersect(a, b).empty(); });
+}
+
+bool reaches(const Shape& curve, CurveEnd end, const Shape& boundary) {
+    return holds([&] { return extensionTo(curve, end, boundary).has_value(); });
+}
+
+/// Has one of them an end where the other has one?
+bool meet(const Shape& a, const Shape& b) {
+    return holds([&] {
+        const ParamRange rangeA = paramRange(a), rangeB = paramRange(b);
+        for (const double p : {rangeA.first, rangeA.last})
+            for (const double q : {rangeB.first, rangeB.last})
+                if (distance(pointAt(a, p), pointAt(b, q)) <= 1e-9 * sizeOf(a))
+                    return true;
+        return false;
+    });
+}
+
+}  // namespace
+
+std::string RandomEdits::next(const Document& document) {
+    using Maker = std::string (RandomEdits::*)(const Document&);
+    static constexpr std::array<Maker, 12> makers{
+        &RandomEdits::breakEdit, &RandomEdits::trimEdit,     &RandomEdits::extendEdit,  &RandomEdits::filletEdit,
+        &RandomEdits::joinEdit,  &RandomEdits::lengthenEdit, &RandomEdits::stretchEdit, &RandomEdits::mirrorEdit,
+        &RandomEdits::alignEdit, &RandomEdits::rotateEdit,   &RandomEdits::dragEdit,    &RandomEdits::setEdit};
+    if (chance(0.1))
+        return "undo";
+    for (int tries = 0; tries < 20; ++tries) {
+        const Maker maker = makers[below(makers.size())];
+        std::string edit;
+        if (holds([&] { return !(edit = (this->*maker)(document)).empty(); }))
+            return edit;
+    }
+    return "undo";
+}
+
+std::string RandomEdits::number(double value) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%.5g", value);
+    return text;
+}
+
+/// Points on curves need all their digits.
+std::string RandomEdits::point(Vec2 p) {
+    char text[80];
+    std::snprintf(text, sizeof text, "%.17g,%.17g", p.x, p.y);
+    return text;
+}
+
+std::string RandomEdits::vector(double size) {
+    return number(between(-size, size)) + "," + number(between(-size, size));
+}
+
+const Entity* RandomEdits::anyCurve(const Document& document) {
+    for (int tries = 0; tries < 8; ++tries)
+        if (const Entity& entity = anyEntity(document); isCurve(entity) && !entity.fixed)
+            return &entity;
+    return nullptr;
+}
+
+const Entity* RandomEdits::otherCurve(const Document& document, const Entity& entity,
+                                      const std::function<bool(const Shape&)>& suits) {
+    for (int tries = 0; tries < 20; ++tries)
+        if (const Entity& other = anyEntity(document); other.id != entity.id && isCurve(other) && suits(other.shape))
+            return &other;
+    return nullptr;
+}
+
+Vec2 RandomEdits::anyPointOn(const Shape& shape) {
+    ParamRange range = paramRange(shape);
+    range.first = std::max(range.first, -100.0);
+    range.last = std::isfinite(range.last) ? range.last : range.first + 100.0;
+    return pointAt(shape, range.first + share() * (range.last - range.first));
+}
+
+const Entity& RandomEdits::partnerOf(const Document& document, const Entity& entity) {
+    const EntityIndex index(document);
+    for (int tries = 0; tries < 30 && !document.constraints.empty(); ++tries) {
+        const Constraint& constraint = document.constraints[below(document.constraints.size())];
+        if (constraint.refs.size() < 2 || constraint.refs[0].entity == constraint.refs[1].entity)
+            continue;
+        for (const int other : {0, 1})
+            if (constraint.refs[static_cast<std::size_t>(1 - other)].entity == entity.id)
+                if (const Entity* partner = index.find(constraint.refs[static_cast<std::size_t>(other)].entity);
+                    partner != nullptr && isCurve(*partner))
+                    return *partner;
+    }
+    return anyEntity(document);
+}
+
+std::string RandomEdits::breakEdit(const Document& document) {
+    const Entity* curve = anyCurve(document);
+    if (curve == nullptr)
+        return "";
+    std::string edit = "break " + curve->id + " at " + point(anyPointOn(curve->shape));
+    return chance(0.5) ? edit : edit + " to " + point(anyPointOn(curve->shape));
+}
+
+std::string RandomEdits::trimEdit(const Document& document) {
+    const Entity* curve = anyCurve(document);
+    if (curve == nullptr)
+        return "";
+    std::string edit = "trim " + curve->id + " at " + point(anyPointOn(curve->shape)) + " by";
+    for (int edges = 0; edges < 2; ++edges)
+        if (const Entity* edge = otherCurve(document, *curve, [&](const Shape& s) { return cross(curve->shape, s); }))
+            edit += " " + edge->id;
+    return edit;
+}
+
+std::string RandomEdits::extendEdit(const Document& document) {
+    const Entity* curve = anyCurve(document);
+    if (curve == nullptr)
+        return "";
+    const CurveEnd end = chance(0.5) ? CurveEnd::start : CurveEnd::end;
+    const Entity* boundary =
+        otherCurve(document, *curve, [&](const Shape& shape) { return reaches(curve->shape, end, shape); });
+    return "extend " + curve->id + (end == CurveEnd::start ? " start" : " end") + " to " +
+           (boundary != nullptr ? *boundary : anyEntity(document)).id;
+}
+
+std::string RandomEdits::filletEdit(const Document& document) {
+    const Entity* curve = anyCurve(document);
+    if (curve == nullptr)
+        return "";
+    const double radius = chance(0.2) ? 0.0 : sizeOf(curve->shape) * between(0.01, 0.3);
+    if (const auto* polyline = std::get_if<PolylineShape>(&curve->shape); polyline != nullptr && chance(0.7)) {
+        const auto any = [&] { return std::to_string(below(polyline->vertices.size())); };
+        return "fillet " + curve->id + (chance(0.5) ? " corner " + any() : " segments " + any() + " " + any()) +
+               " radius " + number(radius);
+    }
+    return "fillet " + curve->id + " " + partnerOf(document, *curve).id + " radius " + number(radius);
+}
+
+std::string RandomEdits::joinEdit(const Document& document) {
+    const Entity* curve = anyCurve(document);
+    if (curve == nullptr)
+        return "";
+    const Entity* next = otherCurve(document, *curve, [&](const Shape& shape) { return meet(curve->shape, shape); });
+    return "join " + curve->id + " " + (next != nullptr ? *next : partnerOf(document, *curve)).id;
+}
+
+std::string RandomEdits::lengthenEdit(const Document& document) {
+    const Entity* curve = anyCurve(document);
+    if (curve == nullptr)
+        return "";
+    const double size = sizeOf(curve->shape);
+    const std::string edit = "lengthen " + curve->id + (chance(0.5) ? " start" : " end");
+    return chance(0.7) ? edit + " by " + number(size * between(-0.3, 0.5))
+                       : edit + " to " + number(size * between(0.5, 1.5));
+}
+
+std::string RandomEdits::stretchEdit(const Document& document) {
+    const Entity* curve = anyCurve(document);
+    if (curve == nullptr)
+        return "";
+    const Vec2 p = anyPointOn(curve->shape);
+    const double size = sizeOf(curve->shape);
+    return "stretch window " + point({p.x - size * share(), p.y - size * share()}) + " " +
+           point({p.x + size * share(), p.y + size * share()}) + " by " + vector(0.2 * size);
+}
+
+std::string RandomEdits::mirrorEdit(const Document& document) {
+    const Entity* curve = anyCurve(document);
+    if (curve == nullptr)
+        return "";
+    const Vec2 p = anyPointOn(curve->shape);
+    return "mirror " + curve->id + " about " + point(p) + " " + point({p.x + between(-1, 1), p.y + between(-1, 1)}) +
+           (chance(0.3) ? " keep" : "");
+}
+
+std::string RandomEdits::alignEdit(const Document& document) {
+    const Entity& entity = anyEntity(document);
+    const double size = sizeOf(entity.shape);
+    const Vec2 from{between(-size, size), between(-size, size)};
+    if (chance(0.5))
+        return "align " + entity.id + " from " + point(from) + " to " + vector(size);
+    return "align " + entity.id + " from " + point(from) + " " + vector(size) + " to " + vector(size) + " " +
+           vector(size);
+}
+
+std::string RandomEdits::rotateEdit(const Document& document) {
+    const Entity& entity = anyEntity(document);
+    return "rotate " + entity.id + " about " + vector(sizeOf(entity.shape)) + " by " +
+           (chance(0.5) ? number(90.0 * static_cast<double>(below(4))) : number(between(-180, 180)));
+}
+
+std::string RandomEdits::dragEdit(const Document& document) {
+    const Entity& entity = anyEntity(document);
+    const std::string by = " by " + vector(0.2 * sizeOf(entity.shape));
+    static constexpr std::array<PlaceKind, 3> grips{PlaceKind::start, PlaceKind::end, PlaceKind::centre};
+    const Place place{entity.id, grips[below(grips.size())]};
+    return chance(0.4) || !hasPlace(entity.shape, place) ? "drag " + entity.id + by
+                                                         : "drag " + entity.id +
+                                                               (place.kind == PlaceKind::start ? ".start"
+                                                                : place.kind == PlaceKind::end ? ".end"
+                                                                                               : ".centre") +
+                                                               by;
+}
+
+std::string RandomEdits::setEdit(const Document& document) {
+    const Entity& entity = anyEntity(document);
+    const auto rows = propertiesOf(entity.shape);
+    if (rows.empty())
+        return "";
+    const PropertyRow& row = rows[below(rows.size())];
+    std::string edit = "set " + entity.id + " " + std::string(row.word);
+    int index = 0;
+    if (row.property == Property::vertex || row.property == Property::control) {
+        const auto* polyline = std::get_if<PolylineShape>(&entity.shape);
+        const std::size_t count =
+            polyline != nullptr ? polyline->vertices.size() : std::get<SplineShape>(entity.shape).control.size();
+        index = static_cast<int>(below(count));
+        edit += " " + std::to_string(index);
+    }
+    const PropertyValue now = propertyOf(entity.shape, row.property, index);
+    const double size = sizeOf(entity.shape);
+    switch (row.valueKind) {
+        case ValueKind::point:
+            return edit + " " + number(now.point.x + between(-0.2, 0.2) * size) + "," +
+                   number(now.point.y + between(-0.2, 0.2) * size);
+        case ValueKind::length:
+            return edit + " " + number(now.number * between(0.7, 1.4));
+        case ValueKind::angle:
+            return edit + " " + number(between(0, 360));
+        case ValueKind::ratio:
+            return edit + " " + number(between(0.1, 1.0));
+    }
+    return edit;
+}
+
+}  // namespace holdfast::testing

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+#include <random>
+#include <string>
+
+#include "document/Document.h"
+
+namespace holdfast::testing {
+
+/// Edits as a user might type them, of all kinds, on the entities of a drawing as it is now. Many are refused, for good
+/// reasons.
+class RandomEdits {
+public:
+    explicit RandomEdits(unsigned seed) : m_random(seed) {}
+
+    std::string next(const Document& document);
+
+private:
+    std::string breakEdit(const Document& document);
+    std::string trimEdit(const Document& document);
+    std::string extendEdit(const Document& document);
+    std::string filletEdit(const Document& document);
+    std::string joinEdit(const Document& document);
+    std::string lengthenEdit(const Document& document);
+    std::string stretchEdit(const Document& document);
+    std::string mirrorEdit(const Document& document);
+    std::string alignEdit(const Document& document);
+    std::string rotateEdit(const Document& document);
+    std::string dragEdit(const Document& document);
+    std::string setEdit(const Document& document);
+
+    double share() { return std::uniform_real_distribution<double>(0.0, 1.0)(m_random); }
+    double between(double low, double high) { return low + (high - low) * share(); }
+    std::size_t below(std::size_t count) { return std::uniform_int_distribution<std::size_t>(0, count - 1)(m_random); }
+    bool chance(double probability) { return share() < probability; }
+    const Entity& anyEntity(const Document& document) { return document.entities[below(document.entities.size())]; }
+    /// A curve that may be moved, or null when a few tries find none.
+    const Entity* anyCurve(const Document& document);
+    Vec2 anyPointOn(const Shape& shape);
+    /// A curve other than this one that fulfils a condition, or null when a few tries find none.
+    const Entity* otherCurve(const Document& document, const Entity& entity,
+                             const std::function<bool(const Shape&)>& suits);
+    /// Another curve that a constraint ties to this one, else any.
+    const Entity& partnerOf(const Document& document, const Entity& entity);
+    std::string number(double value);
+    std::string point(Vec2 p);
+    std::string vector(double size);
+
+    std::mt19937 m_random;
+};
+
+}  // namespace holdfast::testing

@@ -1,0 +1,204 @@
+// Long edit sessions on real drawings, with what has to hold after every edit. HOLDFAST_SESSION_EDITS says how many
+// edits each drawing gets, HOLDFAST_SEED where the dice begin.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <iostream>
+#include <map>
+#include <set>
+#include <unordered_set>
+
+#include "document/Polylines.h"
+#include "document/checks/DocumentCheck.h"
+#include "editing/Refusal.h"
+#include "editing/Session.h"
+#include "formats/FileIo.h"
+#include "geometry/GeometryError.h"
+#include "geometry/curves/Soundness.h"
+#include "host/model/HostAudit.h"
+#include "hosting/Drawing.h"
+#include "hosting/evaluator/SketchFromDocument.h"
+#include "solver/src/sketch/Measure.h"
+#include "tests/editing/RandomEdits.h"
+#include "tests/support/DrawingFolder.h"
+
+namespace holdfast::editing {
+namespace {
+
+using testing::RandomEdits;
+
+/// Parts of a drawing's size within which a constraint holds, before an edit and after it.
+constexpr double kHeld = 1e-7, kHolds = 1e-5;
+
+/// A verb that was refused so often is never done at all.
+constexpr int kManyTries = 50;
+
+int numberFrom(const char* variable, int otherwise) {
+    const char* text = std::getenv(variable);
+    return text == nullptr ? otherwise : std::atoi(text);
+}
+
+/// The curves with which one cannot reckon: real drawings have lines without length, too.
+std::set<std::string> unsoundCurves(const Document& document) {
+    std::set<std::string> names;
+    for (const Entity& entity : document.entities)
+        try {
+            if (isCurve(entity.shape))
+                requireSound(entity.shape);
+        } catch (const GeometryError&) {
+            names.insert(entity.id);
+        }
+    return names;
+}
+
+/// What is wrong after an edit that was done; empty when all is well.
+std::string faultAfter(const Document& before, const Document& after) {
+    try {
+        checkDocument(after, "after the edit");
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+    const std::set<std::string> unsound = unsoundCurves(before);
+    for (const std::string& name : unsoundCurves(after))
+        if (!unsound.contains(name))
+            return name + " is no proper curve any more";
+    const SketchData was = sketchFrom(before), is = sketchFrom(after);
+    const std::vector<double> missesBefore = violationsOf(was), missesAfter = violationsOf(is);
+    std::unordered_set<std::string_view> held;
+    for (std::size_t i = 0; i < before.constraints.size(); ++i)
+        if (missesBefore[i] <= kHeld * was.size())
+            held.insert(before.constraints[i].id);
+    for (std::size_t i = 0; i < after.constraints.size(); ++i)
+        if (held.contains(after.constraints[i].id) && !(missesAfter[i] <= kHolds * is.size()))
+            return spokenConstraint(after.constraints[i]) + " was kept and is off by " + std::to_string(missesAfter[i]);
+    return {};
+}
+
+/// A refusal speaks of the edit and its entities, not of a shape without a name, as the checks of shapes do.
+std::string faultOfRefusal(const std::string& error) {
+    static constexpr std::array<std::string_view, 8> kinds{"line",           "arc",    "circle",   "ellipse",
+                                                           "elliptical arc", "spline", "polyline", "point"};
+    for (const std::string_view kind : kinds)
+        if (error.starts_with(std::string(kind) + ": "))
+            return "it was refused with \"" + error + "\", which names no entity";
+    return {};
+}
+
+/// A session with its checks. Knows what every undo has to bring back.
+class CheckedSession {
+public:
+    explicit CheckedSession(const Document& document) : m_session(document) {}
+
+    const Document& document() const { return m_session.document(); }
+    bool wasDone() const { return m_session.results().back().outcome.done(); }
+
+    /// What is wrong after one more edit; empty when all is well.
+    std::string apply(const std::string& edit) {
+        const Document before = document();
+        const EditResult& result = m_session.apply(edit);
+        if (!result.outcome.done())
+            return document() == before ? faultOfRefusal(result.outcome.error) : "a refused edit changed the drawing";
+        if (edit == "undo") {
+            const bool isBack = document() == m_states.back();
+            m_states.pop_back();
+            return isBack ? "" : "undo did not bring the drawing back";
+        }
+        m_states.push_back(before);
+        for (const std::string& finding : auditHost(m_session.drawing().process()))
+            return finding;
+        return faultAfter(before, document());
+    }
+
+private:
+    Session m_session;
+    std::vector<Document> m_states;
+};
+
+/// The fault that a script of edits runs into, or an empty text.
+std::string faultOf(const Document& document, const std::vector<std::string>& edits) {
+    CheckedSession session(document);
+    for (const std::string& edit : edits)
+        if (std::string fault = session.apply(edit); !fault.empty())
+            return fault;
+    return {};
+}
+
+/// A script with as few edits as it takes to run into a fault: leaves out ever smaller runs of edits.
+std::vector<std::string> shrunk(const Document& document, std::vector<std::string> edits) {
+    for (std::size_t length = std::max<std::size_t>(1, edits.size() / 2); length > 0; length /= 2)
+        for (std::size_t at = 0; at + length <= edits.size() && edits.size() > length;) {
+            std::vector<std::string> fewer = edits;
+            fewer.erase(fewer.begin() + static_cast<std::ptrdiff_t>(at),
+                        fewer.begin() + static_cast<std::ptrdiff_t>(at + length));
+            if (faultOf(document, fewer).empty())
+                at += length;
+            else
+                edits = std::move(fewer);
+        }
+    return edits;
+}
+
+struct Tally {
+    std::map<std::string, std::pair<int, int>> byVerb;  ///< done, refused
+
+    void count(const std::string& edit, bool done) {
+        auto& [ofDone, ofRefused] = byVerb[edit.substr(0, edit.find(' '))];
+        ++(done ? ofDone : ofRefused);
+    }
+};
+
+/// `opening` is the first line of the script that a fault is told with.
+void runSession(const Document& document, const std::string& opening, unsigned seed, int editCount, Tally& tally) {
+    if (document.entities.empty())
+        return;
+    RandomEdits edits(seed);
+    CheckedSession session(document);
+    std::vector<std::string> script;
+    for (int i = 0; i < editCount && !session.document().entities.empty(); ++i) {
+        const std::string edit = edits.next(session.document());
+        script.push_back(edit);
+        const std::string fault = session.apply(edit);
+        tally.count(edit, session.wasDone());
+        if (fault.empty()) {
+            if (!session.wasDone())
+                script.pop_back();
+            continue;
+        }
+        std::string text = opening + "\n";
+        for (const std::string& line : shrunk(document, script))
+            text += line + "\n";
+        ADD_FAILURE() << fault << "\nwith the script\n" << text;
+        return;
+    }
+}
+
+/// Sessions on every n-th drawing, as it comes from a reader.
+template <class Reader>
+void runSessions(std::size_t stride, const std::string& opening, const Reader& read) {
+    const int editCount = numberFrom("HOLDFAST_SESSION_EDITS", 12);
+    const auto seed = static_cast<unsigned>(numberFrom("HOLDFAST_SEED", 1));
+    Tally tally;
+    const std::vector<std::filesystem::path> files = testing::drawingFiles();
+    for (std::size_t i = 0; i < files.size(); i += stride)
+        runSession(read(files[i]), opening + files[i].filename().string(), seed * 100003 + static_cast<unsigned>(i),
+                   editCount, tally);
+    for (const auto& [verb, counts] : tally.byVerb) {
+        std::cout << verb << ": " << counts.first << " done, " << counts.second << " refused\n";
+        EXPECT_TRUE(counts.first > 0 || counts.second < kManyTries) << verb << " was never done";
+    }
+}
+
+TEST(RandomSessions, KeepTheNetworkTrueEditByEdit) {
+    runSessions(1, "open ", [](const std::filesystem::path& file) { return readDrawing(file); });
+}
+
+TEST(RandomSessions, KeepTheNetworkTrueOnChainsThatBecamePolylines) {
+    runSessions(3, "convert --polylines ",
+                [](const std::filesystem::path& file) { return chainsToPolylines(readDrawing(file)).document; });
+}
+
+}  // namespace
+}  // namespace holdfast::editing

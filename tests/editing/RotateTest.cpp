@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include "tests/editing/Shorthand.h"
+
+namespace holdfast::editing {
+namespace {
+
+TEST(RotateEdit, TurnsFreeEntitiesCounterClockwise) {
+    Document document;
+    document.name = "free";
+    document.entities = {lineEntity("g", {1, 0}, {10, 0}), shapeEntity("a", ArcShape{{4, 0}, 2, 0.0, 1.0}),
+                         shapeEntity("t", TextShape{{5, 0}, 0.0, 2.5, "here", false})};
+    Session session(document);
+    EXPECT_EQ(session.apply("rotate g a t about 0,0 by 90").outcome.error, "");
+    EXPECT_EQ(entityNamed(session.document(), "g").shape, Shape(LineShape{{0, 1}, {0, 10}}));
+    const auto& arc = std::get<ArcShape>(entityNamed(session.document(), "a").shape);
+    EXPECT_EQ(arc.centre, (Vec2{0, 4}));
+    EXPECT_DOUBLE_EQ(arc.startAngle, 1.5707963267948966);
+    EXPECT_DOUBLE_EQ(arc.endAngle, 2.5707963267948966);
+    EXPECT_DOUBLE_EQ(std::get<TextShape>(entityNamed(session.document(), "t").shape).rotation, 1.5707963267948966);
+}
+
+TEST(RotateEdit, TakesNeighboursAlongByTheAngleThatTheUserGave) {
+    Session session(frameDrawing());
+    EXPECT_EQ(session.apply("rotate left about 0,0 by 90").outcome.error, "");
+    const Document& after = session.document();
+    EXPECT_EQ(entityNamed(after, "left").shape, Shape(LineShape{{0, 0}, {-5, 0}}));
+    EXPECT_EQ(entityNamed(after, "base").shape, Shape(LineShape{{0, 0}, {10, 0}}));
+    EXPECT_EQ(constraintIds(after), "c0 c1 c2 c3");
+}
+
+TEST(RotateEdit, FindsTheNetworkWhenAFreeEntityIsNamedFirst) {
+    Document document = frameDrawing();
+    document.entities.push_back(shapeEntity("mark", PointShape{{1, 0}}));
+    Session session(document);
+    EXPECT_EQ(session.apply("rotate mark right about 5,0 by 90").outcome.error, "");
+    const Document& after = session.document();
+    EXPECT_EQ(entityNamed(after, "mark").shape, Shape(PointShape{{5, -4}}));
+    EXPECT_EQ(entityNamed(after, "right").shape, Shape(LineShape{{5, 5}, {0, 5}}));
+    const auto& base = std::get<LineShape>(entityNamed(after, "base").shape);
+    EXPECT_NEAR(base.end.x, 5.0, 1e-9);
+    EXPECT_NEAR(base.start.y, 5.0, 1e-9);
+}
+
+TEST(RotateEdit, ReleasesTheConstraintsThatTheAngleMakesFalse) {
+    Session session(frameDrawing());
+    EXPECT_EQ(session.apply("rotate base left right about 0,0 by 30").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "c0 c1 c3");
+    const auto& base = std::get<LineShape>(entityNamed(session.document(), "base").shape);
+    EXPECT_NEAR(base.end.x, 8.660254037844387, 1e-9);
+    EXPECT_NEAR(base.end.y, 5.0, 1e-9);
+}
+
+TEST(RotateEdit, LetsGoOfNeighboursThatCannotFollow) {
+    Document document = frameDrawing();
+    document.constraints.push_back(constraintOf("f0", ConstraintType::fixed, {{"base", PlaceKind::start}}));
+    document.constraints.push_back(constraintOf("f1", ConstraintType::fixed, {{"base", PlaceKind::end}}));
+    Session session(document);
+    EXPECT_EQ(session.apply("rotate left about 0,-5 by 90").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "c1 c2 c3 f0 f1");
+    EXPECT_EQ(entityNamed(session.document(), "left").shape, Shape(LineShape{{-5, -5}, {-10, -5}}));
+    EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {10, 0}}));
+}
+
+TEST(RotateEdit, LetsGoOfALinkageThatReachesToOtherAnglesOnly) {
+    Document document;
+    document.name = "linkage";
+    document.entities = {lineEntity("crank", {0, 0}, {0, 5}), lineEntity("rod", {0, 5}, {-3, 9}),
+                         lineEntity("arm", {-3, 9}, {-6, 5})};
+    const auto five = [](const std::string& id, const std::string& name) {
+        Constraint length = constraintOf(id, ConstraintType::distance, {{name}});
+        length.value = 5.0;
+        return length;
+    };
+    document.constraints = {
+        constraintOf("tie", ConstraintType::coincident, {{"crank", PlaceKind::end}, {"rod", PlaceKind::start}}),
+        constraintOf("knee", ConstraintType::coincident, {{"rod", PlaceKind::end}, {"arm", PlaceKind::start}}),
+        constraintOf("pin", ConstraintType::fixed, {{"arm", PlaceKind::end}}), five("r5", "rod"), five("a5", "arm")};
+    Session session(document);
+    EXPECT_EQ(session.apply("rotate crank about 0,0 by 60").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "tie knee pin r5 a5");
+    EXPECT_EQ(session.apply("rotate crank about 0,0 by -180").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "knee pin r5 a5");
+}
+
+TEST(HalfTurn, KeepsSignedMeasuresAmongTheTurned) {
+    for (const char* edit : {"rotate base left about 0,0 by 180", "align base left from 0,0 1,0 to 0,0 -1,0"}) {
+        Document document = frameDrawing();
+        Constraint across =
+            constraintOf("x", ConstraintType::distanceX, {{"left", PlaceKind::end}, {"base", PlaceKind::end}});
+        across.value = 10.0;
+        Constraint upright = constraintOf("d", ConstraintType::angle, {{"left"}});
+        upright.value = 1.5707963267948966;
+        document.constraints = {across, upright, document.constraints[0]};
+        Session session(document);
+        EXPECT_EQ(session.apply(edit).outcome.error, "") << edit;
+        EXPECT_EQ(constraintIds(session.document()), "x d c0") << edit;
+        EXPECT_EQ(session.document().constraints[0].value, -10.0) << edit;
+        EXPECT_NEAR(session.document().constraints[1].value.value(), -1.5707963267948966, 1e-12) << edit;
+        EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {-10, 0}})) << edit;
+    }
+}
+
+TEST(RotateEdit, ByAFullTurnLeavesEverythingInPlace) {
+    Session session(frameDrawing());
+    EXPECT_EQ(session.apply("rotate base left right about 3,7 by 360").outcome.error, "");
+    EXPECT_EQ(session.document(), frameDrawing());
+}
+
+}  // namespace
+}  // namespace holdfast::editing

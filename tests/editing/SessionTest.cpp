@@ -1,0 +1,77 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/editing/Shorthand.h"
+
+namespace holdfast::editing {
+namespace {
+
+TEST(Session, UndoPutsTheDrawingBackBitForBit) {
+    Session session(frameDrawing());
+    session.apply("break base at 4,0 to 6,0");
+    EXPECT_EQ(session.apply("undo").outcome.error, "");
+    EXPECT_EQ(session.document(), frameDrawing());
+}
+
+TEST(Session, RefusesAnUndoOfNothing) {
+    Session session(frameDrawing());
+    EXPECT_EQ(session.apply("undo").outcome.error, "there is no edit to take back");
+}
+
+TEST(Session, GoesOnAfterARefusedEdit) {
+    Session session(frameDrawing());
+    EXPECT_NE(session.apply("break base at 4,9").outcome.error, "");
+    EXPECT_EQ(session.apply("break base at 4,0").outcome.error, "");
+    EXPECT_EQ(session.results().size(), 2u);
+}
+
+TEST(Session, ReportsTheWholeRun) {
+    Session session(frameDrawing());
+    session.apply("break base at 4,0 to 6,0");
+    session.apply("break left at 0,2 to 0,5");
+    const FateReport report = session.report();
+    ASSERT_EQ(report.constraints.size(), 2u);
+    EXPECT_EQ(report.constraints[0].constraint, "c1");
+    EXPECT_EQ(report.constraints[0].edit, 0u);
+    EXPECT_EQ(report.constraints[1].constraint, "c3");
+    EXPECT_EQ(report.constraints[1].edit, 1u);
+    EXPECT_EQ(report.before, frameDrawing());
+}
+
+TEST(Session, NamesTheConstraintsOnTheEditedEntityFirst) {
+    Document document;
+    document.name = "chain";
+    for (int i = 0; i < 9; ++i)
+        document.entities.push_back(lineEntity("l" + std::to_string(i), {1.0 * i, 0}, {1.0 * i + 1, 0}));
+    document.constraints.push_back(constraintOf("begin", ConstraintType::fixed, {{"l0", PlaceKind::start}}));
+    for (int i = 0; i < 9; ++i) {
+        const std::string name = "l" + std::to_string(i);
+        document.constraints.push_back(constraintOf("v" + name, ConstraintType::horizontal, {{name}}));
+        if (i > 0)
+            document.constraints.push_back(
+                constraintOf("t" + name, ConstraintType::coincident,
+                             {{"l" + std::to_string(i - 1), PlaceKind::end}, {name, PlaceKind::start}}));
+    }
+    Session session(document);
+    const std::string error = session.apply("set l8 end 9,1").outcome.error;
+    EXPECT_NE(error.find("do not allow it: vl8 (horizontal l8)"), std::string::npos) << error;
+    EXPECT_NE(error.find("more stand in the way"), std::string::npos) << error;
+}
+
+TEST(Session, KnowsMisspeltWords) {
+    Session session(frameDrawing());
+    const std::pair<const char*, const char*> rows[] = {
+        {"brek base at 4,0", "did you mean \"break\"?"},
+        {"undoo", "did you mean \"undo\"?"},
+        {"mirror base abuot 0,0 0,1",
+         "column 13: the drawing has no entity abuot, found \"abuot\"; did you mean \"about\"?"},
+        {"mirror base letf about 0,0 0,1",
+         "column 13: the drawing has no entity letf, found \"letf\"; did you mean \"left\"?"},
+        {"drag bse.end by 1,1", "did you mean \"base\"?"},
+        {"drag base.edn by 1,1", "did you mean \"end\"?"}};
+    for (const auto& [edit, said] : rows)
+        EXPECT_THAT(session.apply(edit).outcome.error, ::testing::HasSubstr(said));
+}
+
+}  // namespace
+}  // namespace holdfast::editing

@@ -1,0 +1,169 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "editing/commands/values/Properties.h"
+#include "tests/editing/EveryKind.h"
+
+namespace holdfast::editing {
+namespace {
+
+struct Row {
+    const char* edit;
+    const char* entity;
+    Property property;
+    int index;
+    PropertyValue value;
+};
+
+constexpr double kDegree = 3.141592653589793 / 180.0;
+
+const Row kRows[] = {
+    {"set line start 1,2", "line", Property::start, 0, {.point = {1, 2}}},
+    {"set line end y 3", "line", Property::end, 0, {.point = {4, 3}}},
+    {"set ray start 1,2", "ray", Property::start, 0, {.point = {1, 2}}},
+    {"set ray angle -30", "ray", Property::direction, 0, {.number = -30 * kDegree}},
+    {"set ray angle 30", "ray", Property::direction, 0, {.number = 30 * kDegree}},
+    {"set ray through 3,3", "ray", Property::direction, 0, {.number = 45 * kDegree}},
+    {"set xline through -3,3", "xline", Property::direction, 0, {.number = 135 * kDegree}},
+    {"set xline angle -60", "xline", Property::direction, 0, {.number = -60 * kDegree}},
+    {"set xline start x 5", "xline", Property::start, 0, {.point = {5, 0}}},
+    {"set circle centre 3,4", "circle", Property::centre, 0, {.point = {3, 4}}},
+    {"set circle radius 5", "circle", Property::radius, 0, {.number = 5}},
+    {"set circle diameter 5", "circle", Property::diameter, 0, {.number = 5}},
+    {"set circle circumference 5", "circle", Property::circumference, 0, {.number = 5}},
+    {"set circle area 5", "circle", Property::area, 0, {.number = 5}},
+    {"set arc centre 3,4", "arc", Property::centre, 0, {.point = {3, 4}}},
+    {"set arc radius 5", "arc", Property::radius, 0, {.number = 5}},
+    {"set arc start_angle 20", "arc", Property::startAngle, 0, {.number = 20 * kDegree}},
+    {"set arc end_angle 120", "arc", Property::endAngle, 0, {.number = 120 * kDegree}},
+    {"set ellipse centre 3,4", "ellipse", Property::centre, 0, {.point = {3, 4}}},
+    {"set ellipse major_radius 5", "ellipse", Property::majorRadius, 0, {.number = 5}},
+    {"set ellipse minor_radius 1", "ellipse", Property::minorRadius, 0, {.number = 1}},
+    {"set ellipse ratio 0.75", "ellipse", Property::ratio, 0, {.number = 0.75}},
+    {"set oval centre 3,4", "oval", Property::centre, 0, {.point = {3, 4}}},
+    {"set oval major_radius 5", "oval", Property::majorRadius, 0, {.number = 5}},
+    {"set oval minor_radius 1", "oval", Property::minorRadius, 0, {.number = 1}},
+    {"set oval start_angle 20", "oval", Property::startAngle, 0, {.number = 20 * kDegree}},
+    {"set oval end_angle 120", "oval", Property::endAngle, 0, {.number = 120 * kDegree}},
+    {"set point position 3,4", "point", Property::position, 0, {.point = {3, 4}}},
+    {"set text position 3,4", "text", Property::position, 0, {.point = {3, 4}}},
+    {"set text rotation 30", "text", Property::rotation, 0, {.number = 30 * kDegree}},
+    {"set text height 5", "text", Property::height, 0, {.number = 5}},
+    {"set mtext height 0.5", "mtext", Property::height, 0, {.number = 0.5}},
+    {"set mtext position 3,4", "mtext", Property::position, 0, {.point = {3, 4}}},
+    {"set mtext rotation -30", "mtext", Property::rotation, 0, {.number = -30 * kDegree}},
+    {"set poly vertex 1 5,1", "poly", Property::vertex, 1, {.point = {5, 1}}},
+    {"set spline control 1 3,5", "spline", Property::control, 1, {.point = {3, 5}}},
+};
+
+/// What every row has to come to, whoever moves the entity.
+void expectValue(const Session& session, const Row& row) {
+    const PropertyValue now = propertyOf(entityNamed(session.document(), row.entity).shape, row.property, row.index);
+    if (row.value.number == 0.0) {
+        EXPECT_NEAR(now.point.x, row.value.point.x, 1e-9) << row.edit;
+        EXPECT_NEAR(now.point.y, row.value.point.y, 1e-9) << row.edit;
+    } else {
+        EXPECT_NEAR(now.number, row.value.number, 1e-9) << row.edit;
+    }
+}
+
+TEST(SetEdit, GivesAFreeEntityEveryProperty) {
+    for (const Row& row : kRows) {
+        Session session(kindsDrawing());
+        EXPECT_EQ(session.apply(row.edit).outcome.error, "") << row.edit;
+        expectValue(session, row);
+    }
+}
+
+TEST(SetEdit, GivesAConstrainedEntityEveryPropertyAndTakesWhatIsTiedToItAlong) {
+    for (const Row& row : kRows) {
+        Session session(heldDrawing());
+        EXPECT_EQ(session.apply(row.edit).outcome.error, "") << row.edit;
+        expectValue(session, row);
+        EXPECT_EQ(session.document().constraints, heldDrawing().constraints) << row.edit;
+    }
+}
+
+TEST(SetEdit, IsRefusedByTheConstraintsInItsWay) {
+    Document document = frameDrawing();
+    document.constraints.push_back(constraintOf("f0", ConstraintType::fixed, {{"left", PlaceKind::start}}));
+    Session session(document);
+    const std::string error = session.apply("set base end 12,3").outcome.error;
+    EXPECT_NE(error.find("c2 (horizontal base)"), std::string::npos) << error;
+    EXPECT_EQ(session.document(), document);
+}
+
+TEST(SetEdit, LetsAFixedLineSlideAlongItselfOnly) {
+    Document document = frameDrawing();
+    document.constraints.push_back(constraintOf("f0", ConstraintType::fixed, {{"base"}}));
+    Session session(document);
+    EXPECT_EQ(session.apply("set base end 12,1").outcome.error,
+              "base carries a fixed constraint, so its points can only slide along it; give a point on its line, or "
+              "delete the constraint");
+    EXPECT_EQ(session.apply("set base end 12,0").outcome.error, "");
+    EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {12, 0}}));
+}
+
+TEST(SetEdit, TurnsARayClockwiseWhereItCannotTurnTheOtherWay) {
+    // The ray from the origin passes through p, which is 4 away from a fixed point below it.
+    Document document;
+    document.name = "crank";
+    document.entities = {shapeEntity("r", RayShape{{0, 0}, {10, -2}}), shapeEntity("p", PointShape{{10, -2}}),
+                         shapeEntity("hub", PointShape{{10, -6}})};
+    Constraint arm = constraintOf("arm", ConstraintType::distance, {{"p"}, {"hub"}});
+    arm.value = 4.0;
+    document.constraints = {constraintOf("on", ConstraintType::pointOnCurve, {{"p"}, {"r"}}),
+                            constraintOf("base", ConstraintType::fixed, {{"r", PlaceKind::start}}),
+                            constraintOf("still", ConstraintType::fixed, {{"hub"}}), arm};
+    Session session(document);
+    EXPECT_EQ(session.apply("set r angle -45").outcome.error, "");
+    const auto& ray = std::get<RayShape>(entityNamed(session.document(), "r").shape);
+    EXPECT_NEAR(std::atan2(ray.direction.y, ray.direction.x), -std::numbers::pi / 4, 1e-9);
+    const Vec2 p = std::get<PointShape>(entityNamed(session.document(), "p").shape).position;
+    EXPECT_NEAR(p.x + p.y, 0.0, 1e-7);
+    EXPECT_NEAR(std::hypot(p.x - 10, p.y + 6), 4.0, 1e-7);
+}
+
+TEST(SetEdit, IsUndoneToTheLastBit) {
+    Session session(frameDrawing());
+    session.apply("set left end 1,7");
+    ASSERT_NE(session.document(), frameDrawing());
+    session.apply("undo");
+    EXPECT_EQ(session.document(), frameDrawing());
+}
+
+TEST(SetEdit, TellsTheDirectionOfAConstructionLineAsAPointFromItsBase) {
+    Document document;
+    document.name = "guide";
+    document.entities = {shapeEntity("guide", XlineShape{{3, 7}, {1, 0}})};
+    document.constraints = {constraintOf("c0", ConstraintType::fixed, {{"guide"}})};
+    Session session(document);
+    EXPECT_EQ(session.apply("set guide angle 180").outcome.error, "");
+    EXPECT_NE(session.apply("set guide angle 10").outcome.error.find("guide carries a fixed constraint"),
+              std::string::npos);
+}
+
+TEST(SetEdit, RefusesWithAReasonAndChangesNothing) {
+    const RefusedEdit rows[] = {
+        {"set circle radius -3",
+         "nothing proper would be left of circle: its radius would be -3.0; it takes a radius above 0"},
+        {"set line end 0,0",
+         "nothing proper would be left of line: line: start and end are the same point; give two different ones"},
+        {"set text height 0",
+         "nothing proper would be left of text: its height would be 0.0; it takes a height above 0"},
+        {"set circle radus 3",
+         "edit \"set circle radus 3\", column 12: expected a property of circle (centre, radius, diameter, "
+         "circumference or area), found \"radus\"; did you mean \"radius\"?"},
+        {"set poly vertex 3 1,1",
+         "edit \"set poly vertex 3 1,1\", column 17: expected a number from 0 to 2, found \"3\""},
+        {"set line start 3",
+         "edit \"set line start 3\", column 16: expected the new point, a point such as 4,0.5 "
+         "without spaces, found \"3\""},
+    };
+    expectRefused(kindsDrawing(), rows);
+}
+
+}  // namespace
+}  // namespace holdfast::editing

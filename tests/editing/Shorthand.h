@@ -1,0 +1,80 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "document/Document.h"
+#include "editing/Session.h"
+
+namespace holdfast::editing {
+
+inline Entity lineEntity(std::string id, Vec2 start, Vec2 end) {
+    Entity entity;
+    entity.id = std::move(id);
+    entity.shape = LineShape{start, end};
+    return entity;
+}
+
+inline Entity shapeEntity(std::string id, Shape shape) {
+    Entity entity;
+    entity.id = std::move(id);
+    entity.shape = std::move(shape);
+    return entity;
+}
+
+inline Constraint constraintOf(std::string id, ConstraintType type, std::vector<Place> refs) {
+    Constraint constraint;
+    constraint.id = std::move(id);
+    constraint.type = type;
+    constraint.refs = std::move(refs);
+    return constraint;
+}
+
+/// The ids of the constraints that are left, in order.
+inline std::string constraintIds(const Document& document) {
+    std::string ids;
+    for (const Constraint& constraint : document.constraints)
+        ids += (ids.empty() ? "" : " ") + constraint.id;
+    return ids;
+}
+
+inline const Entity& entityNamed(const Document& document, const std::string& id) {
+    for (const Entity& entity : document.entities)
+        if (entity.id == id)
+            return entity;
+    static const Entity none;
+    return none;
+}
+
+/// Two lines at the ends of a third: a frame without its top.
+inline Document frameDrawing() {
+    Document document;
+    document.name = "frame";
+    document.entities = {lineEntity("base", {0, 0}, {10, 0}), lineEntity("left", {0, 0}, {0, 5}),
+                         lineEntity("right", {10, 0}, {10, 5})};
+    document.constraints = {
+        constraintOf("c0", ConstraintType::coincident, {{"base", PlaceKind::start}, {"left", PlaceKind::start}}),
+        constraintOf("c1", ConstraintType::coincident, {{"base", PlaceKind::end}, {"right", PlaceKind::start}}),
+        constraintOf("c2", ConstraintType::horizontal, {{"base"}}),
+        constraintOf("c3", ConstraintType::equal, {{"left"}, {"right"}})};
+    return document;
+}
+
+struct RefusedEdit {
+    const char* edit;
+    const char* error;
+};
+
+/// Every edit is refused with its reason, and leaves the drawing as it is.
+inline void expectRefused(const Document& document, std::span<const RefusedEdit> rows) {
+    for (const RefusedEdit& row : rows) {
+        Session session(document);
+        EXPECT_EQ(session.apply(row.edit).outcome.error, row.error);
+        EXPECT_EQ(session.document(), document) << row.edit;
+    }
+}
+
+}  // namespace holdfast::editing

@@ -1,0 +1,95 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "tests/solver/Sketch.h"
+
+// Solutions that fulfil every equation by ruining an element are refused, and the sketch stays as it was.
+
+namespace holdfast::solver {
+namespace {
+
+using testing::Sketch;
+
+void expectRefused(Sketch sketch, const SolveRequest& request, const char* why) {
+    const std::vector<double> before = sketch.sketch.values;
+    const SolveResult result = solve(sketch.sketch, request);
+    EXPECT_EQ(result.status, SolveStatus::degenerate);
+    ASSERT_TRUE(result.degeneracy.has_value());
+    EXPECT_EQ(result.degeneracy->what, why);
+    EXPECT_EQ(sketch.sketch.values, before);
+}
+
+SolveRequest moving(const Sketch& sketch, std::string_view place, Vec2 to) {
+    const int v = sketch.valueOf(place);
+    SolveRequest request;
+    request.targets = {{v, to.x}, {v + 1, to.y}};
+    return request;
+}
+
+TEST(Degenerate, RefusesACircleOfNoRadius) {
+    expectRefused(Sketch("circle c 0,0 3; fixed! point o 0,0; coincident c.centre o; point p 3,0; coincident p o;"
+                         "point_on_curve p c"),
+                  {}, "circle c would have no radius");
+}
+
+TEST(Degenerate, RefusesALineThatConstantsPullTogether) {
+    expectRefused(Sketch("fixed! point o 0,0; line a 0,0 4,0; line b 4,0 2,3; coincident a.end b.start;"
+                         "coincident a.start o; coincident b.start o"),
+                  {}, "line a would have no length");
+}
+
+TEST(Degenerate, RefusesAPolylineSegmentOfNoLength) {
+    Sketch sketch("polyline p 0,0 4,0 4,4");
+    const int v = sketch.sketch.vertexValue(sketch.numbers["p"], 1);
+    SolveRequest request;
+    request.targets = {{v, 0.0}, {v + 1, 0.0}};
+    expectRefused(sketch, request, "polyline p would have a segment of no length");
+}
+
+TEST(Degenerate, RefusesABulgeThatTurnsOver) {
+    Sketch sketch("polyline p 0,0:0.5 4,0 4,4");
+    const int number = sketch.numbers["p"];
+    SolveRequest request;
+    request.targets = {{sketch.sketch.entities[static_cast<std::size_t>(number)].bulgeValues.front(), -0.5}};
+    expectRefused(sketch, request, "polyline p would turn inside out");
+}
+
+TEST(Degenerate, RefusesAnEllipticalArcTurnedInsideOut) {
+    Sketch sketch("ellipse_arc e 0,0 6,0 0.5 0 80; fixed e.centre; fixed! point p 6,0; coincident e.start p");
+    SolveRequest request = moving(sketch, "e.end", {6 * std::cos(-0.3), 3 * std::sin(-0.3)});
+    expectRefused(sketch, request, "elliptical arc e would turn inside out");
+}
+
+TEST(Degenerate, RefusesAnEllipseWhoseMinorAxisBecomesTheLongerOne) {
+    Sketch sketch("ellipse e 0,0 6,0 0.5; fixed! point p 0,7; point_on_curve p e; fixed e.centre");
+    SolveRequest request;
+    const int first = sketch.sketch.entities[static_cast<std::size_t>(sketch.numbers["e"])].firstValue;
+    request.targets = {{first + 2, 6.0}, {first + 3, 0.0}};
+    expectRefused(sketch, request, "ellipse e would have a minor axis longer than its major one");
+}
+
+TEST(Degenerate, LetsTheAxesOfAnEllipseBecomeEqual) {
+    Sketch sketch("ellipse e 0,0 6,0 0.5");
+    SolveRequest request;
+    request.targets = {{sketch.sketch.entities.front().firstValue + 4, 6.0}};
+    EXPECT_EQ(solve(sketch.sketch, request).status, SolveStatus::solved);
+}
+
+TEST(Degenerate, RefusesASplineDrawnIntoOnePoint) {
+    Sketch sketch("spline s 2 0,0 4,4 8,0");
+    const int first = sketch.sketch.entities.front().firstValue;
+    SolveRequest request;
+    for (int v = first; v < first + 6; ++v)
+        request.targets.push_back({v, 1.0});
+    expectRefused(sketch, request, "spline s would have no length");
+}
+
+TEST(Degenerate, LetsAnElementStayThatWasCollapsedBefore) {
+    Sketch sketch("line a 5,5 5,5; line b 0,0 4,1; horizontal b");
+    EXPECT_EQ(solve(sketch.sketch, {}).status, SolveStatus::solved);
+    EXPECT_LT(sketch.worstViolation(), 1e-12);
+}
+
+}  // namespace
+}  // namespace holdfast::solver

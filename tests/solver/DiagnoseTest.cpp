@@ -1,0 +1,111 @@
+#include "solver/src/diagnosis/Diagnose.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/solver/Sketch.h"
+
+namespace holdfast::solver {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testing::Sketch;
+
+int freedomOf(const char* text) {
+    return diagnose(Sketch(text).sketch).freedom;
+}
+
+std::string redundantIn(const Sketch& sketch) {
+    std::string names;
+    for (const Redundancy& spare : diagnose(sketch.sketch).redundant)
+        names += (names.empty() ? "" : " ") + sketch.namesOf({&spare.constraint, 1}) + (spare.isWhole ? "" : " partly");
+    return names;
+}
+
+TEST(Diagnose, CountsTheFreedomOfEachElement) {
+    EXPECT_EQ(freedomOf("point p 0,0"), 2);
+    EXPECT_EQ(freedomOf("line a 0,0 5,1"), 4);
+    EXPECT_EQ(freedomOf("xline x 0,0 30"), 3);
+    EXPECT_EQ(freedomOf("circle c 0,0 5"), 3);
+    EXPECT_EQ(freedomOf("arc k 0,0 5 0 90"), 5);
+    EXPECT_EQ(freedomOf("ellipse e 0,0 5,1 0.5"), 5);
+    EXPECT_EQ(freedomOf("ellipse_arc e 0,0 5,1 0.5 0 90"), 7);
+    EXPECT_EQ(freedomOf("spline s 3 0,0 2,5 6,4 9,-1 12,2"), 10);
+    EXPECT_EQ(freedomOf("polyline w 0,0:0.4 6,1 9,5 2,8"), 9);
+    EXPECT_EQ(freedomOf("fixed! line a 0,0 5,1"), 0);
+}
+
+TEST(Diagnose, TakesOneDegreeForEachIndependentEquation) {
+    EXPECT_EQ(freedomOf("line a 0,0 5,0; horizontal a"), 3);
+    EXPECT_EQ(freedomOf("line a 0,0 5,0; horizontal a; distance a = 5"), 2);
+    EXPECT_EQ(freedomOf("line a 0,0 5,0; line b 5,0 9,9; coincident a.end b.start"), 6);
+    EXPECT_EQ(freedomOf("line a 0,0 5,0; circle c 3,2 2; tangent a c"), 6);
+    EXPECT_EQ(freedomOf("line a 0,0 5,0; arc k 5,3 3 270 350; tangent a.end k.start"), 6);
+    EXPECT_EQ(freedomOf("point p 1,2; spline s 1 0,0 2,4; point_on_curve p s"), 5);
+}
+
+TEST(Diagnose, IsNotFooledByAContactThatMovesFreely) {
+    EXPECT_EQ(freedomOf("fixed! spline s 2 0,0 4,6 8,0; point p 4,3; point_on_curve p s"), 1);
+    EXPECT_EQ(freedomOf("circle c 4,8 5; spline s 2 0,0 4,6 8,0; tangent c s"), 8);
+}
+
+TEST(Diagnose, NamesTheLaterOfTwoConstraintsThatSayTheSame) {
+    EXPECT_EQ(redundantIn(Sketch("line a 0,0 5,0; line b 0,2 5,2; horizontal a; horizontal b; parallel a b")), "c2");
+    EXPECT_EQ(redundantIn(
+                  Sketch("line a 0,0 5,1; line b 0,2 5,3; parallel a b; line d 9,0 14,1; parallel b d; parallel a d")),
+              "c2");
+}
+
+TEST(Diagnose, NamesAConstraintOfWhichOnlyOneEquationIsSpare) {
+    EXPECT_EQ(redundantIn(Sketch("line a 0,0 5,0; point p 2.5,0; horizontal a; horizontal p a.start; midpoint p a")),
+              "c2 partly");
+}
+
+TEST(Diagnose, DoesNotCountACoincidenceThatATangencyRepeats) {
+    EXPECT_EQ(
+        redundantIn(Sketch("line a 0,0 5,0; arc k 5,3 3 270 350; coincident a.end k.start; tangent a.end k.start")),
+        "");
+}
+
+TEST(Diagnose, FindsTheOneSpareEquationInARingOfEqualLines) {
+    std::string text;
+    constexpr int count = 40;
+    for (int i = 0; i < count; ++i)
+        text +=
+            "line l" + std::to_string(i) + " " + std::to_string(20 * i) + ",0 " + std::to_string(20 * i + 3) + ",4;";
+    for (int i = 0; i < count; ++i)
+        text += "equal l" + std::to_string(i) + " l" + std::to_string((i + 1) % count) + ";";
+    EXPECT_EQ(redundantIn(Sketch(text)), "c39");
+}
+
+TEST(Diagnose, ReportsEachPartByItself) {
+    const Sketch sketch("line a 0,0 5,0; line b 5,0 9,9; circle c 50,50 3; coincident a.end b.start; radius c = 3");
+    const Diagnosis diagnosis = diagnose(sketch.sketch);
+    ASSERT_EQ(diagnosis.parts.size(), 2u);
+    EXPECT_THAT(diagnosis.parts[0].entities, ElementsAre(0, 1));
+    EXPECT_EQ(diagnosis.parts[0].freedom, 6);
+    EXPECT_THAT(diagnosis.parts[1].entities, ElementsAre(2));
+    EXPECT_EQ(diagnosis.parts[1].freedom, 2);
+    EXPECT_EQ(diagnosis.freedom, 8);
+}
+
+TEST(Diagnose, NamesTheConstraintThatHoldsWorst) {
+    const Sketch sketch("point p 0,0; point q 4,3; point r 9,9; distance p q = 5; distance q r = 1");
+    const Diagnosis diagnosis = diagnose(sketch.sketch);
+    EXPECT_EQ(diagnosis.worstConstraint, 1);
+    EXPECT_NEAR(diagnosis.worstViolation, std::sqrt(61.0) - 1.0, 1e-12);
+    EXPECT_THAT(diagnosis.conflicts, IsEmpty());
+}
+
+TEST(Diagnose, NamesEachConflictOnce) {
+    const Sketch sketch(
+        "point p 0,0; point q 4,3; distance p q = 5; distance p q = 6; circle c 9,9 3; radius c = 3;"
+        "point r 20,20; point s 30,30; distance_x r s = 10; diameter c = 7");
+    const Diagnosis diagnosis = diagnose(sketch.sketch);
+    ASSERT_EQ(diagnosis.conflicts.size(), 2u);
+    EXPECT_EQ(sketch.namesOf(diagnosis.conflicts[0]), "c2 c4");
+    EXPECT_EQ(sketch.namesOf(diagnosis.conflicts[1]), "c0 c1");
+}
+
+}  // namespace
+}  // namespace holdfast::solver

@@ -1,7 +1,0 @@
-#pragma once
-
-namespace holdfast {
-
-enum class CurveEnd { start, end };
-
-}  // namespace holdfast
