@@ -1,22 +1,37 @@
-# The build's few options, and the flags that every target shares.
+# The build's few options, and the flags that every target of ours shares. Nothing here reaches a project that takes
+# Holdfast in by add_subdirectory or FetchContent: no flags, no folders, no kind of build, no tests.
 
 option(HOLDFAST_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 option(HOLDFAST_COVERAGE "Build with line and branch coverage counters (g++)" OFF)
 option(HOLDFAST_TIDY "Run clang-tidy with every compilation" OFF)
-option(HOLDFAST_WORKBENCH "Build the workbench, its tests and the benchmarks" ON)
-
-if(NOT CMAKE_BUILD_TYPE)
-  set(CMAKE_BUILD_TYPE Release CACHE STRING "Kind of build" FORCE)
+option(HOLDFAST_WARNINGS_AS_ERRORS "Let no warning pass, as our own presets do" OFF)
+option(HOLDFAST_SOLVER "Build the solver library (needs Eigen)" ON)
+option(HOLDFAST_ENGINE "Build the sketch engine and the program (needs Eigen, OpenCASCADE, nlohmann-json, CLI11)"
+       ${PROJECT_IS_TOP_LEVEL})
+# BUILD_TESTING, the word of CTest, is heard as well.
+set(tests_by_default ${PROJECT_IS_TOP_LEVEL})
+if(DEFINED BUILD_TESTING AND NOT BUILD_TESTING)
+  set(tests_by_default OFF)
 endif()
+option(HOLDFAST_TESTS "Build the tests (needs GoogleTest and rapidcheck)" ${tests_by_default})
 
-find_program(HOLDFAST_CCACHE ccache)
-if(HOLDFAST_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${HOLDFAST_CCACHE}")
+if(PROJECT_IS_TOP_LEVEL)
+  set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+  set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+  set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+  set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+  get_property(has_many_configurations GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
+  if(NOT CMAKE_BUILD_TYPE AND NOT has_many_configurations)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "Kind of build" FORCE)
+  endif()
 endif()
 
 add_library(holdfast_flags INTERFACE)
-target_compile_options(holdfast_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
-                                                -Werror)
+target_compile_options(holdfast_flags INTERFACE
+  $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;-Wno-sign-conversion>)
+if(HOLDFAST_WARNINGS_AS_ERRORS)
+  target_compile_options(holdfast_flags INTERFACE $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-Werror>)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # g++ 12 sees overlapping copies where optimised code joins texts, and there are none.
   target_compile_options(holdfast_flags INTERFACE -Wno-restrict)

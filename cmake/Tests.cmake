@@ -23,13 +23,17 @@ function(leave_out_property_tests sources libraries)
   set(${libraries} ${${libraries}} PARENT_SCOPE)
 endfunction()
 
+# The tests see one another's folder, and the module's rooms by the names that the module itself uses.
+add_library(holdfast_test_support INTERFACE)
+holdfast_show(holdfast_test_support INTERFACE tests)
+
 function(holdfast_test name)
   cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
   if(NOT rapidcheck_FOUND)
     leave_out_property_tests(arg_SOURCES arg_LIBRARIES)
   endif()
   add_executable(${name} ${arg_SOURCES})
-  target_link_libraries(${name} PRIVATE holdfast_flags ${arg_LIBRARIES} GTest::gmock GTest::gtest GTest::gtest_main)
+  target_link_libraries(${name} PRIVATE holdfast_flags holdfast_test_support ${arg_LIBRARIES} GTest::gmock GTest::gtest GTest::gtest_main)
   add_test(NAME ${name} COMMAND ${name} --gtest_brief=1 WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
   if(arg_TIMEOUT)
     set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT})

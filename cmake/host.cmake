@@ -10,7 +10,7 @@ if(HOLDFAST_HOST_HEADERS)
 else()
   target_include_directories(host_api INTERFACE
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/host/include> $<INSTALL_INTERFACE:include/holdfast/host>)
-  add_subdirectory(host)
+  add_subdirectory("${PROJECT_SOURCE_DIR}/host" host)
   target_compile_features(host_model INTERFACE cxx_std_20)
   set_target_properties(host_model PROPERTIES OUTPUT_NAME holdfast_host_model)
 endif()

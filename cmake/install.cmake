@@ -12,11 +12,11 @@ set(cmake_folder "${CMAKE_INSTALL_LIBDIR}/cmake/Holdfast")
 set(pkgconfig_folder "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 set(doc_folder "${CMAKE_INSTALL_DATAROOTDIR}/doc/holdfast")
 
-# install_headers(component header.h ...): under their paths from the top folder, by which they include one another.
-function(install_headers component)
+# install_headers(component root header.h ...): under their paths from the root, by which they include one another.
+function(install_headers component root)
   foreach(header IN LISTS ARGN)
     get_filename_component(folder "${header}" DIRECTORY)
-    install(FILES "${PROJECT_SOURCE_DIR}/${header}" DESTINATION "${include_folder}/${folder}" COMPONENT ${component})
+    install(FILES "${root}/${header}" DESTINATION "${include_folder}/${folder}" COMPONENT ${component})
   endforeach()
 endfunction()
 
@@ -41,7 +41,7 @@ endfunction()
 set_target_properties(holdfast PROPERTIES INSTALL_RPATH "$ORIGIN")
 
 install_library(holdfast module development HoldfastTargets)
-install_headers(development
+install_headers(development "${PROJECT_SOURCE_DIR}/module"
   core/Export.h
   core/LvEditDeleteConstraint.h
   commands/break/ConstraintBreakCmdCenter.h
@@ -69,7 +69,7 @@ if(TARGET host_model)
   install_pkgconfig(holdfast-host-model model_development)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/host/include/" DESTINATION "${include_folder}/host"
           COMPONENT model_development FILES_MATCHING PATTERN "*.h")
-  install_headers(model_development
+  install_headers(model_development "${PROJECT_SOURCE_DIR}"
     host/model/HostAudit.h
     host/model/HostBuilder.h
     host/model/HostFaults.h

@@ -1,5 +1,7 @@
 #include "editing/Session.h"
 
+#include <utility>
+
 #include "editing/Aftermath.h"
 #include "editing/Evaluation.h"
 #include "editing/Refusal.h"

@@ -8,10 +8,13 @@
 #include "editing/Uses.h"
 #include "editing/fates/Fates.h"
 
-namespace holdfast::editing {
-
+namespace holdfast::hosting {
 class Drawing;
 class HostEvaluator;
+}  // namespace holdfast::hosting
+
+namespace holdfast::editing {
+
 struct EditContext;
 
 /// What became of one edit.

@@ -4,6 +4,7 @@
 
 #include <yxdb/YxDbLine.h>
 #include <yxdb/YxDbPolyline.h>
+#include <utility>
 
 #include "host/src/YxDbConstraints/EntityGeometry.h"
 #include "hosting/HostShapes.h"

@@ -12,9 +12,6 @@
 namespace holdfast::inference {
 namespace {
 
-double distance(Vec2 a, Vec2 b) {
-    return std::hypot(b.x - a.x, b.y - a.y);
-}
 Vec2 difference(Vec2 from, Vec2 to) {
     return {to.x - from.x, to.y - from.y};
 }

@@ -3,6 +3,7 @@
 #include <map>
 #include <set>
 #include <unordered_set>
+#include <utility>
 
 #include "hosting/HostShapes.h"
 #include "hosting/evaluator/SketchFromDocument.h"

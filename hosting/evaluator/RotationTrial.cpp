@@ -94,14 +94,14 @@ std::vector<int> constraintsTouching(const SketchData& sketch, const std::vector
 
 std::optional<std::vector<int>> constraintsAgainst(const SketchData& sketch, const EditRequest& request,
                                                    const std::vector<int>& mayGo) {
-    const SolveRequest request{.targets = request.targets, .edited = request.edited, .namesConflicts = false};
+    const SolveRequest exactly{.targets = request.targets, .edited = request.edited, .namesConflicts = false};
     SketchData held = sketch;
     setActive(held, mayGo, false);
-    if (!solve(held, request).isSolved())
+    if (!solve(held, exactly).isSolved())
         return std::nullopt;
     std::vector<int> against = brokenByTargets(held, request, mayGo), doubtful;
     std::set_difference(mayGo.begin(), mayGo.end(), against.begin(), against.end(), std::back_inserter(doubtful));
-    admit(held, request, doubtful, against);
+    admit(held, exactly, doubtful, against);
     std::sort(against.begin(), against.end());
     return against;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "document/Document.h"
 #include "hosting/Uses.h"
 #include "solver/src/sketch/SketchData.h"
 

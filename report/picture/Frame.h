@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "document/Document.h"
 #include "report/Uses.h"
 #include "report/picture/Outline.h"
 

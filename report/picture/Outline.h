@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "document/Document.h"
 #include "report/Uses.h"
 #include "report/picture/Plane2.h"
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "document/Document.h"
 #include "report/Uses.h"
 #include "report/picture/Plane2.h"
 

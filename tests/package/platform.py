@@ -15,7 +15,7 @@ import sys
 from bare_platform import write_bare_set
 from installed import run
 
-OPTIONS = ("-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DHOLDFAST_WORKBENCH=OFF", "-DBUILD_TESTING=OFF")
+OPTIONS = ("-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DHOLDFAST_ENGINE=OFF", "-DHOLDFAST_SOLVER=OFF", "-DHOLDFAST_TESTS=OFF")
 USER = """cmake_minimum_required(VERSION 3.20)
 project(User LANGUAGES CXX)
 find_package(Holdfast 0.1 REQUIRED COMPONENTS {components})

@@ -2,6 +2,7 @@
 
 #include <YxDbConstraints/AssocConstraintHeader.h>
 #include <yxdb/YxGiWorldDraw.h>
+#include <utility>
 
 #include "document/Names.h"
 #include "document/Places.h"

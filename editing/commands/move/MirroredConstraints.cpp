@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 #include <unordered_set>
+#include <utility>
 
 #include "document/EntityIndex.h"
 #include "editing/HoldingConstraints.h"

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <map>
 #include <numeric>
+#include <utility>
 
 #include "solver/src/diagnosis/GaussianElimination.h"
 #include "solver/src/residuals/EquationSystem.h"

@@ -7,6 +7,7 @@
 #include "solver/src/sketch/Index.h"
 
 #include <Eigen/Eigenvalues>
+#include <utility>
 
 namespace holdfast::solver {
 
@@ -76,7 +77,7 @@ void LagrangianHessian::add(std::size_t number, bool isProjected) {
         return std::lower_bound(block.columns.begin(), block.columns.end(), column) - block.columns.begin();
     };
     const auto count = static_cast<Eigen::Index>(block.columns.size());
-    Eigen::MatrixXd bend = Eigen::MatrixXd::Zero(count, count);
+    Eigen::MatrixXd hessian = Eigen::MatrixXd::Zero(count, count);
     std::vector<double> old;
     for (const int v : inputs)
         old.push_back(system.values[at(v)]);
@@ -91,22 +92,22 @@ void LagrangianHessian::add(std::size_t number, bool isProjected) {
             linearise(system.set, equation, system.values, m_slopes);
             for (const Subproblem::Slot& slot : slots) {
                 for (std::size_t r = 0; r < equation.rows; ++r)
-                    useHessian(indexOf(slot.column), j) +=
+                    hessian(indexOf(slot.column), j) +=
                         side * rows[r] * slot.sign * m_slopes[r * at(equation.inputCount) + at(slot.input)] / (2 * h);
             }
             for (std::size_t k = 0; k < old.size(); ++k)
                 system.values[at(inputs[k])] = old[k];
         }
     }
-    if (count == 0 || !bend.allFinite() || bend.isZero(0.0))
+    if (count == 0 || !hessian.allFinite() || hessian.isZero(0.0))
         return;
     if (isProjected)
-        bend = withoutNegative(bend);
+        hessian = withoutNegative(hessian);
     auto entry = block.entries.begin();
     for (Eigen::Index i = 0; i < count; ++i) {
-        m_diagonal[at(block.columns[static_cast<std::size_t>(i)])] += useHessian(i, i);
+        m_diagonal[at(block.columns[static_cast<std::size_t>(i)])] += hessian(i, i);
         for (Eigen::Index j = 0; j < i; ++j)
-            m_values[at(*entry++)] += useHessian(i, j);
+            m_values[at(*entry++)] += hessian(i, j);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "solver/src/numerics/Neighbourhood.h"
 
 #include <limits>
+#include <utility>
 
 #include "solver/src/sketch/Index.h"
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numeric>
 #include <unordered_map>
+#include <utility>
 
 #include "solver/src/sketch/Degeneracy.h"
 #include "solver/src/sketch/Index.h"

@@ -3,6 +3,7 @@
 #include <optional>
 #include <span>
 #include <vector>
+#include <utility>
 
 #include "solver/src/Uses.h"
 #include "solver/src/residuals/Equation.h"

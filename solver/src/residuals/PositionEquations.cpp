@@ -1,4 +1,5 @@
 #include <cmath>
+#include <utility>
 
 #include "solver/src/residuals/EquationBuilder.h"
 #include "solver/src/sketch/SplineBasis.h"

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <utility>
 
 #include "solver/src/residuals/AuxiliaryParameters.h"
 
