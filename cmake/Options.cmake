@@ -8,6 +8,7 @@ option(HOLDFAST_WARNINGS_AS_ERRORS "Let no warning pass, as our own presets do" 
 option(HOLDFAST_SOLVER "Build the solver library (needs Eigen)" ON)
 option(HOLDFAST_ENGINE "Build the sketch engine and the program (needs Eigen, OpenCASCADE, nlohmann-json, CLI11)"
        ${PROJECT_IS_TOP_LEVEL})
+option(HOLDFAST_INSTALL "Install the libraries, and make packages of them" ${PROJECT_IS_TOP_LEVEL})
 # BUILD_TESTING, the word of CTest, is heard as well.
 set(tests_by_default ${PROJECT_IS_TOP_LEVEL})
 if(DEFINED BUILD_TESTING AND NOT BUILD_TESTING)
@@ -26,15 +27,18 @@ if(PROJECT_IS_TOP_LEVEL)
   endif()
 endif()
 
+# Warnings are for those who work on Holdfast: which of them another project asks for is its own choice.
 add_library(holdfast_flags INTERFACE)
-target_compile_options(holdfast_flags INTERFACE
-  $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;-Wno-sign-conversion>)
+if(PROJECT_IS_TOP_LEVEL)
+  target_compile_options(holdfast_flags INTERFACE
+    $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;-Wno-sign-conversion>)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # g++ 12 sees overlapping copies where optimised code joins texts, and there are none.
+    target_compile_options(holdfast_flags INTERFACE -Wno-restrict)
+  endif()
+endif()
 if(HOLDFAST_WARNINGS_AS_ERRORS)
   target_compile_options(holdfast_flags INTERFACE $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-Werror>)
-endif()
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  # g++ 12 sees overlapping copies where optimised code joins texts, and there are none.
-  target_compile_options(holdfast_flags INTERFACE -Wno-restrict)
 endif()
 if(HOLDFAST_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
