@@ -36,7 +36,7 @@ else()
   debian_package(development libholdfast-dev libdevel "Headers and build files of libholdfast" module)
 endif()
 if(TARGET holdfast_program)
-  debian_package(workbench holdfast-workbench graphics "Edits constrained drawings and tells each constraint's fate"
+  debian_package(program holdfast graphics "Edits constrained drawings and tells each constraint's fate"
                  module)
 endif()
 include(CPack)

@@ -3,7 +3,7 @@
 #   development        its headers, and the files by which CMake and pkg-config find it
 #   model              the in-memory host, where the module was built against it
 #   model_development  the platform's declarations and the model's own headers
-#   workbench          the program
+#   program            the program holdfast
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -104,9 +104,9 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/consumer" DESTINATION "${doc_f
 if(TARGET holdfast_program)
   file(RELATIVE_PATH libraries "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
   set_target_properties(holdfast_program PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
-  install(TARGETS holdfast_program RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT workbench)
+  install(TARGETS holdfast_program RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT program)
   install(FILES "${PROJECT_SOURCE_DIR}/scripts/completion/holdfast"
-          DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT workbench)
+          DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT program)
 endif()
 
 include("${PROJECT_SOURCE_DIR}/cmake/debian.cmake")

@@ -9,14 +9,16 @@ import pathlib
 import subprocess
 import sys
 
-FOLDERS = ("host", "core", "evaluation", "commands", "drag", "workbench")
+FOLDERS = ("host", "module", "geometry", "solver", "document", "formats", "inference", "hosting", "editing", "report",
+           "apps")
+ROOTS = (".", "module", "host/include", "solver/include")
+LIBRARIES = ("/usr/include/eigen3", "/usr/include/opencascade")
 
 
 def check(root, compiler, header):
-    command = [compiler, "-std=c++20", "-fsyntax-only", "-Wall", "-Wextra", "-I", str(root), "-I",
-               str(root / "host/include"), "-isystem", "/usr/include/eigen3", "-isystem", "/usr/include/opencascade",
-               "-include", str(header), "-x", "c++", os.devnull]
-    result = subprocess.run(command, capture_output=True, text=True)
+    command = [compiler, "-std=c++20", "-fsyntax-only", "-Wall", "-Wextra", *(f"-I{root / folder}" for folder in ROOTS),
+               *(f"-isystem{folder}" for folder in LIBRARIES), "-include", str(header), "-x", "c++", os.devnull]
+    result = subprocess.run(command, capture_output=True, text=True, check=False)
     return header, result.returncode, result.stderr
 
 

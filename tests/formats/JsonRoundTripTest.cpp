@@ -48,7 +48,7 @@ TEST(JsonRoundTrip, KeepsEveryByteOfTheDrawingsInANamedFolder) {
 }
 
 /// Every kind of entity and every field that drawings have; the schema's test reads it too.
-const std::string kAllKinds = textOf("tests/workbench/drawing/data/all-kinds.json");
+const std::string kAllKinds = textOf("tests/formats/data/all-kinds.json");
 
 TEST(JsonRoundTrip, KeepsEveryKindOfEntityConstraintAndField) {
     const Document document = readJson(kAllKinds, "all.json");

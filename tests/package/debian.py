@@ -2,7 +2,7 @@
 """Makes the Debian packages, looks at their files, unpacks them, and uses what was unpacked.
 
 Usage: debian.py ROOT BUILD WORK PROGRAM COMPILER [FLAG ...]
-PROGRAM is the workbench; where it was not built, its package is left out.
+PROGRAM is the program holdfast; where it was not built, its package is left out.
 """
 import pathlib
 import re
@@ -28,8 +28,7 @@ PACKAGES = {
                      LIBRARY + r"cmake/Holdfast/HoldfastConfigVersion\.cmake",
                      r"usr/share/doc/holdfast/tutorial-host\.md",
                      r"usr/share/doc/holdfast/examples/consumer/main\.cpp"), True),
-    "workbench": ("holdfast-workbench",
-                  (r"usr/bin/holdfast", r"usr/share/bash-completion/completions/holdfast"), False),
+    "program": ("holdfast", (r"usr/bin/holdfast", r"usr/share/bash-completion/completions/holdfast"), False),
 }
 
 
@@ -73,7 +72,7 @@ def look_at(debs, components, root):
 
 def main(root, build, work, program, compiler, *flags):
     installed.need("dpkg-deb", "file", "pkg-config")
-    components = [name for name in PACKAGES if name != "workbench" or program.exists()]
+    components = [name for name in PACKAGES if name != "program" or program.exists()]
     debs = make(build, work / "debs", components)
     if faults := look_at(debs, components, root):
         sys.exit("\n".join(faults))

@@ -18,7 +18,7 @@ from installed import run
 OPTIONS = ("-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DHOLDFAST_ENGINE=OFF", "-DHOLDFAST_SOLVER=OFF", "-DHOLDFAST_TESTS=OFF")
 USER = """cmake_minimum_required(VERSION 3.20)
 project(User LANGUAGES CXX)
-find_package(Holdfast 0.1 REQUIRED COMPONENTS {components})
+find_package(Holdfast 0.2 REQUIRED COMPONENTS {components})
 add_library(user OBJECT user.cpp)
 target_link_libraries(user PRIVATE Holdfast::holdfast)
 """

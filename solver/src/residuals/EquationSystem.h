@@ -2,8 +2,8 @@
 
 #include <optional>
 #include <span>
-#include <vector>
 #include <utility>
+#include <vector>
 
 #include "solver/src/Uses.h"
 #include "solver/src/residuals/Equation.h"
