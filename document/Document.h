@@ -11,6 +11,8 @@
 #include "geometry/PlaceKind.h"
 #include "geometry/Shapes.h"
 
+#include "geometry/ConstraintKinds.h"
+
 namespace holdfast::document {
 
 /// One entity of a drawing.

@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cstddef>
+#include <vector>
 
 namespace holdfast::document {
 namespace {
@@ -11,12 +12,6 @@ constexpr std::array<std::string_view, 12> kEntityTypes = {"line",   "arc",   "c
                                                            "spline", "point", "xline",  "ray",     "polyline",
                                                            "text",   "mtext"};
 static_assert(kEntityTypes.size() == std::variant_size_v<Shape> + 1, "texts have two names");
-
-constexpr std::array<std::string_view, 22> kConstraintTypes = {
-    "coincident", "concentric", "point_on_curve", "fixed",     "horizontal", "vertical", "parallel",  "perpendicular",
-    "collinear",  "tangent",    "equal",          "symmetric", "midpoint",   "internal", "g2_smooth", "composite",
-    "distance",   "distance_x", "distance_y",     "radius",    "diameter",   "angle"};
-static_assert(kConstraintTypes.size() == static_cast<std::size_t>(ConstraintType::angle) + 1);
 
 /// Text before the index, text behind it.
 struct PlaceName {
@@ -75,13 +70,13 @@ std::string_view typeName(const Shape& shape) {
 }
 
 std::string_view typeName(ConstraintType type) {
-    return kConstraintTypes[static_cast<std::size_t>(type)];
+    return traitsOf(type).name;
 }
 
 std::optional<ConstraintType> constraintTypeNamed(std::string_view name) {
-    for (std::size_t i = 0; i < kConstraintTypes.size(); ++i) {
-        if (kConstraintTypes[i] == name)
-            return static_cast<ConstraintType>(i);
+    for (const ConstraintTraits& kind : constraintKinds()) {
+        if (kind.name == name)
+            return kind.type;
     }
     return std::nullopt;
 }
@@ -91,15 +86,21 @@ std::span<const std::string_view> entityTypeNames() {
 }
 
 std::span<const std::string_view> constraintTypeNames() {
-    return kConstraintTypes;
+    static const std::vector<std::string_view> names = [] {
+        std::vector<std::string_view> all;
+        for (const ConstraintTraits& kind : constraintKinds())
+            all.push_back(kind.name);
+        return all;
+    }();
+    return names;
 }
 
 bool isDimension(ConstraintType type) {
-    return type >= ConstraintType::distance;
+    return traitsOf(type).isDimension();
 }
 
 bool ownsMembers(ConstraintType type) {
-    return type == ConstraintType::composite || type == ConstraintType::g2Smooth;
+    return traitsOf(type).ownsMembers;
 }
 
 std::string placeText(const Place& place) {

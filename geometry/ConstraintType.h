@@ -2,7 +2,7 @@
 
 namespace holdfast::geometry {
 
-/// Constraint kinds by their names in drawing files.
+/// Constraint kinds by their names in drawing files. ConstraintKinds.cpp has one row for each, in this order.
 enum class ConstraintType {
     coincident,
     concentric,

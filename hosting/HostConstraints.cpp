@@ -6,6 +6,7 @@
 #include <yxdb/YxDbPolyline.h>
 #include <utility>
 
+#include "host/model/ConstraintKinds.h"
 #include "host/src/YxDbConstraints/EntityGeometry.h"
 #include "hosting/HostShapes.h"
 
@@ -14,65 +15,21 @@ namespace holdfast::hosting {
 namespace {
 
 using Geometries = std::vector<YxConstrainedGeometry*>;
-using AddConstraint = YxGeomConstraint& (*)(YxDbAssoc2dConstraintGroup&, const Geometries&);
-
-template <class T>
-YxGeomConstraint& addAs(YxDbAssoc2dConstraintGroup& group, const Geometries& geometries) {
-    return HostAccess::addConstraint<T>(group, geometries);
-}
 
 bool onLines(const Geometries& geometries) {
     return !geometries.empty() && geometries.front()->isKindOf(YxConstrainedLine::desc());
 }
 
-YxGeomConstraint& addEqual(YxDbAssoc2dConstraintGroup& group, const Geometries& geometries) {
-    return onLines(geometries) ? addAs<YxEqualLengthConstraint>(group, geometries)
-                               : addAs<YxEqualRadiusConstraint>(group, geometries);
+/// The host's kind of a constraint; null for those that own others. Equal sizes are two kinds there.
+const ConstraintKind* hostKind(ConstraintType type, const Geometries& geometries) {
+    const bool areRadii = type == ConstraintType::equal && !onLines(geometries);
+    return constraintKindNamed(areRadii ? "equalradius" : traitsOf(type).hostWord);
 }
 
-AddConstraint adderOf(ConstraintType type) {
-    switch (type) {
-        case ConstraintType::coincident:
-            return &addAs<YxPointCoincidenceConstraint>;
-        case ConstraintType::concentric:
-            return &addAs<YxConcentricConstraint>;
-        case ConstraintType::pointOnCurve:
-            return &addAs<YxPointCurveConstraint>;
-        case ConstraintType::fixed:
-            return &addAs<YxFixedConstraint>;
-        case ConstraintType::horizontal:
-            return &addAs<YxHorizontalConstraint>;
-        case ConstraintType::vertical:
-            return &addAs<YxVerticalConstraint>;
-        case ConstraintType::parallel:
-            return &addAs<YxParallelConstraint>;
-        case ConstraintType::perpendicular:
-            return &addAs<YxPerpendicularConstraint>;
-        case ConstraintType::collinear:
-            return &addAs<YxCollinearConstraint>;
-        case ConstraintType::tangent:
-            return &addAs<YxTangentConstraint>;
-        case ConstraintType::equal:
-            return &addEqual;
-        case ConstraintType::symmetric:
-            return &addAs<YxSymmetricConstraint>;
-        case ConstraintType::midpoint:
-            return &addAs<YxMidPointConstraint>;
-        case ConstraintType::internal:
-            return &addAs<YxInternalConstraint>;
-        case ConstraintType::g2Smooth:
-            return &addAs<YxG2SmoothConstraint>;
-        case ConstraintType::composite:
-            return &addAs<YxCompositeConstraint>;
-        default:
-            return &addAs<YxDimensionConstraint>;
-    }
-}
-
-/// The dimensions stand in the same order in the document's enumeration and the host's.
-YxDimensionConstraint::Kind dimensionKind(ConstraintType type) {
-    return static_cast<YxDimensionConstraint::Kind>(static_cast<int>(type) -
-                                                    static_cast<int>(ConstraintType::distance));
+YxGeomConstraint& addOwner(YxDbAssoc2dConstraintGroup& group, ConstraintType type, const Geometries& geometries) {
+    if (type == ConstraintType::g2Smooth)
+        return HostAccess::addConstraint<YxG2SmoothConstraint>(group, geometries);
+    return HostAccess::addConstraint<YxCompositeConstraint>(group, geometries);
 }
 
 BuiltPlace pointPlace(const YxDbObjectId& id, int segment, YxDb::ImplicitPointType type, int pointIndex = -1) {
@@ -156,13 +113,15 @@ Place placeFrom(const std::string& name, const YxDbEntity& entity, const YxConst
 
 YxGeomConstraint& addHostConstraint(YxDbAssoc2dConstraintGroup& group, const Constraint& constraint,
                                     const std::vector<YxConstrainedGeometry*>& geometries) {
-    YxGeomConstraint& made = adderOf(constraint.type)(group, geometries);
+    const ConstraintKind* kind = hostKind(constraint.type, geometries);
+    YxGeomConstraint& made =
+        kind != nullptr ? kind->add(group, geometries) : addOwner(group, constraint.type, geometries);
     if (constraint.type == ConstraintType::internal) {
         HostAccess::setInternal(made, true);
         HostAccess::setRole(static_cast<YxInternalConstraint&>(made), constraint.role);
     }
-    if (made.isKindOf(YxDimensionConstraint::desc()))
-        HostAccess::setDimension(static_cast<YxDimensionConstraint&>(made), dimensionKind(constraint.type),
+    if (kind != nullptr && kind->dimension)
+        HostAccess::setDimension(static_cast<YxDimensionConstraint&>(made), *kind->dimension,
                                  constraint.value.value_or(0.0), constraint.driving);
     if (constraint.implied)
         made.setIsImplied(true);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -15,28 +16,7 @@
 namespace holdfast::document {
 namespace {
 
-/// What a place can serve as. One place may serve as several: the end of a line is a point, a curve's end and a
-/// direction.
-enum Role : unsigned {
-    point = 1,
-    curveEnd = 2,
-    centrePoint = 4,
-    boundedLine = 8,
-    endlessLine = 16,
-    circle = 32,
-    arc = 64,
-    ellipse = 128,
-    spline = 256,
-    text = 512,
-    direction = 1024,
-    smoothEnd = 2048,  ///< an end at which a curvature can be matched: of a line, arc, elliptical arc or spline
-    lineLike = boundedLine | endlessLine,
-    round = circle | arc,
-    bent = round | ellipse,
-    curve = lineLike | bent | spline,
-    upright = lineLike | text,
-    anything = ~0U
-};
+using namespace roles;
 
 struct Roles {
     unsigned operator()(const LineShape&) const {
@@ -101,113 +81,6 @@ unsigned rolesOf(const Place& place, const Shape& shape) {
     return std::visit(Roles{&place, place.kind}, shape);
 }
 
-struct Signature {
-    ConstraintType type;
-    unsigned count;
-    std::array<unsigned, 3> roles;
-};
-
-using enum ConstraintType;
-
-// One row for each way in which a kind can hold; a row fits when every reference has one of its roles.
-// clang-format off
-constexpr Signature kSignatures[] = {
-    {coincident,    2, {point, point}},
-    {concentric,    2, {centrePoint, centrePoint}},
-    {pointOnCurve,  2, {point, curve}},
-    {fixed,         1, {anything}},
-    {horizontal,    1, {upright}},
-    {horizontal,    2, {point, point}},
-    {vertical,      1, {upright}},
-    {vertical,      2, {point, point}},
-    {parallel,      2, {upright, upright}},
-    {perpendicular, 2, {upright, upright}},
-    {perpendicular, 2, {lineLike, bent}},
-    {perpendicular, 2, {bent, lineLike}},
-    {perpendicular, 2, {curveEnd, curveEnd | curve}},
-    {perpendicular, 2, {curve, curveEnd}},
-    {perpendicular, 3, {curve, curve, point}},
-    {collinear,     2, {lineLike, lineLike}},
-    {tangent,       2, {lineLike, bent | spline}},
-    {tangent,       2, {bent, lineLike | bent | spline}},
-    {tangent,       2, {spline, lineLike | bent}},
-    {tangent,       2, {curveEnd, curveEnd | curve}},
-    {tangent,       2, {curve, curveEnd}},
-    {tangent,       3, {curve, curve, point}},
-    {equal,         2, {boundedLine, boundedLine}},
-    {equal,         2, {round, round}},
-    {equal,         2, {ellipse, ellipse}},
-    {symmetric,     3, {point, point, lineLike | point}},
-    {symmetric,     3, {lineLike, lineLike, lineLike}},
-    {symmetric,     3, {round, round, lineLike}},
-    {midpoint,      2, {point, boundedLine}},
-    {internal,      2, {boundedLine | point, ellipse}},
-    {g2Smooth,      2, {smoothEnd, smoothEnd}},
-    {composite,     0, {}},
-    {distance,      1, {boundedLine | arc}},
-    {distance,      2, {point, point | lineLike | round}},
-    {distance,      2, {lineLike, point | round}},
-    {distance,      2, {round, point | lineLike | round}},
-    {distanceX,     2, {point, point}},
-    {distanceY,     2, {point, point}},
-    {radius,        1, {round}},
-    {diameter,      1, {round}},
-    {angle,         1, {direction | arc}},
-    {angle,         2, {direction, direction}},
-    {angle,         3, {curve | direction, curve | direction, point}},
-};
-// clang-format on
-
-/// What each kind takes, in words.
-std::string_view wantedBy(ConstraintType type) {
-    switch (type) {
-        case coincident:
-            return "two points";
-        case concentric:
-            return "two centre points";
-        case pointOnCurve:
-            return "a point and a whole curve";
-        case fixed:
-            return "one entity or point";
-        case horizontal:
-        case vertical:
-            return "one whole line or text, or two points";
-        case parallel:
-            return "two whole lines or texts";
-        case perpendicular:
-            return "two whole lines or texts, a whole line and a circle, arc or ellipse, ends of curves, or two curves "
-                   "and a point";
-        case collinear:
-            return "two whole lines";
-        case tangent:
-            return "two whole curves that can touch (a line and a bent one, or two bent ones), ends of curves, or two "
-                   "curves and a point";
-        case equal:
-            return "two bounded lines, two circles or arcs, or two ellipses";
-        case symmetric:
-            return "two points and a line or point to mirror at, or two lines or circles and a line";
-        case midpoint:
-            return "a point and a whole bounded line";
-        case internal:
-            return "a helper line or point and the ellipse that it belongs to";
-        case g2Smooth:
-            return "two ends of curves, one of them a spline's";
-        case composite:
-            return "no refs of its own; its geometry is that of its members";
-        case distance:
-            return "one bounded line or arc, or two of points, lines and circles (but not two lines)";
-        case distanceX:
-        case distanceY:
-            return "two points";
-        case radius:
-        case diameter:
-            return "one whole circle or arc";
-        case angle:
-            return "one line or arc, two lines, or two curves and a point";
-    }
-    return "";
-}
-
 std::string spoken(const Place& place, const EntityIndex& entities) {
     const Entity* entity = entities.find(place.entity);
     std::string text(typeName(entity->shape));
@@ -254,7 +127,7 @@ std::optional<Fault> faultInKind(const Constraint& constraint, const EntityIndex
     const std::vector<Place>& refs = constraint.refs;
     if (!canHold(constraint.type, refs, entities)) {
         const std::string found = refs.empty() ? type + " without refs" : type + " of " + spoken(refs, entities);
-        return Fault{"refs", found, type + " takes " + std::string(wantedBy(constraint.type))};
+        return Fault{"refs", found, type + " takes " + std::string(traitsOf(constraint.type).takes)};
     }
     for (std::size_t i = 1; i < refs.size(); ++i) {
         if (std::find(refs.begin(), refs.begin() + static_cast<std::ptrdiff_t>(i), refs[i]) !=
@@ -280,9 +153,10 @@ std::optional<Fault> faultInValue(const Constraint& constraint) {
     const double value = *constraint.value;
     if (!std::isfinite(value))
         return Fault{"value", "a value that is not finite", "a finite number"};
-    if (constraint.type == distance && value < 0.0)
-        return Fault{"value", numberText(value), "a distance of 0 or more; distance_x and distance_y have signs"};
-    if ((constraint.type == radius || constraint.type == diameter) && value <= 0.0)
+    const ConstraintValue kind = traitsOf(constraint.type).value;
+    if (kind == ConstraintValue::length && value < 0.0)
+        return Fault{"value", numberText(value), "a " + type + " of 0 or more; distance_x and distance_y have signs"};
+    if (kind == ConstraintValue::positiveLength && value <= 0.0)
         return Fault{"value", numberText(value), "a " + type + " above 0"};
     return std::nullopt;
 }
@@ -290,7 +164,7 @@ std::optional<Fault> faultInValue(const Constraint& constraint) {
 std::optional<Fault> faultInRole(const Constraint& constraint, const EntityIndex& entities) {
     constexpr std::string_view roles[] = {"major_diameter", "minor_diameter", "focus1", "focus2"};
     const std::string& role = constraint.role;
-    if (constraint.type != internal) {
+    if (constraint.type != ConstraintType::internal) {
         if (role.empty())
             return std::nullopt;
         return Fault{"role", "a role on a constraint of type " + std::string(typeName(constraint.type)),
@@ -309,7 +183,7 @@ std::optional<Fault> faultInRole(const Constraint& constraint, const EntityIndex
 
 /// A smooth joint of curves without a spline would only be a tangency.
 std::optional<Fault> faultInSmoothness(const Constraint& constraint, const EntityIndex& entities) {
-    if (constraint.type != g2Smooth)
+    if (constraint.type != ConstraintType::g2Smooth)
         return std::nullopt;
     const auto isSpline = [&](const Place& place) {
         return std::holds_alternative<SplineShape>(entities.find(place.entity)->shape);
@@ -317,7 +191,7 @@ std::optional<Fault> faultInSmoothness(const Constraint& constraint, const Entit
     if (std::any_of(constraint.refs.begin(), constraint.refs.end(), isSpline))
         return std::nullopt;
     return Fault{"refs", "g2_smooth of " + spoken(constraint.refs, entities),
-                 "g2_smooth takes " + std::string(wantedBy(g2Smooth))};
+                 "g2_smooth takes " + std::string(traitsOf(constraint.type).takes)};
 }
 
 }  // namespace
@@ -325,18 +199,10 @@ std::optional<Fault> faultInSmoothness(const Constraint& constraint, const Entit
 bool canHold(ConstraintType type, const std::vector<Place>& refs, const EntityIndex& entities) {
     if (refs.size() > 3)
         return false;
-    std::array<unsigned, 3> roles{};
+    std::array<unsigned, 3> found{};
     for (std::size_t i = 0; i < refs.size(); ++i)
-        roles[i] = rolesOf(refs[i], entities.find(refs[i].entity)->shape);
-    return std::any_of(std::begin(kSignatures), std::end(kSignatures), [&](const Signature& signature) {
-        if (signature.type != type || signature.count != refs.size())
-            return false;
-        for (std::size_t i = 0; i < refs.size(); ++i) {
-            if ((roles[i] & signature.roles[i]) == 0 && signature.roles[i] != anything)
-                return false;
-        }
-        return true;
-    });
+        found[i] = rolesOf(refs[i], entities.find(refs[i].entity)->shape);
+    return traitsOf(type).accepts(std::span(found).first(refs.size()));
 }
 
 std::optional<Fault> faultIn(const Constraint& constraint, const EntityIndex& entities) {

@@ -42,7 +42,7 @@ def main(root):
                if file.read_text() not in texts]
 
     headers = {path.stem: path.read_text() for folder in ("core", "commands", "drag", "evaluation")
-               for path in (root / folder).rglob("*.h")}
+               for path in (root / "module" / folder).rglob("*.h")}
     rows = list(rows_of_calls(tutorial))
     for centres, calls in rows:
         for centre in centres:
