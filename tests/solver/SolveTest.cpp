@@ -257,7 +257,8 @@ TEST(Solve, SaysWhatAConstraintCannotApplyTo) {
         solve(sketch.sketch, {});
         FAIL() << "nobody complained";
     } catch (const SketchError& error) {
-        EXPECT_STREQ(error.what(), "constraint c0: circle c is not a line");
+        EXPECT_STREQ(error.what(),
+                     "constraint c0: horizontal of circle c; horizontal takes one whole line or text, or two points");
     }
 }
 

@@ -2,7 +2,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "solver/src/residuals/EquationBuilder.h"
+#include "solver/src/residuals/ResidualBuilders.h"
 
 /// What constraints say by merging values once it is known which lines lie level or upright. A side is taken from the
 /// reference, so that a folded constraint cannot turn over.
@@ -77,7 +77,9 @@ bool foldPointLineDistance(EquationBuilder& builder, const SketchPlace& a, const
     return true;
 }
 
-bool foldDistance(EquationBuilder& builder) {
+}  // namespace
+
+bool foldGap(EquationBuilder& builder) {
     const SketchPlace& a = builder.ref(0);
     const double distance = builder.constraint().value;
     if (builder.constraint().refs.size() == 1) {
@@ -95,7 +97,7 @@ bool foldDistance(EquationBuilder& builder) {
     return foldPointLineDistance(builder, a, b) || foldPointLineDistance(builder, b, a);
 }
 
-bool foldPointOnLine(EquationBuilder& builder) {
+bool foldPointOnCurve(EquationBuilder& builder) {
     const auto point = pointAt(builder.sketch(), builder.ref(0));
     const auto line = axisLineAt(builder, builder.ref(1));
     if (!point || !isDirect(*point) || !line)
@@ -104,6 +106,8 @@ bool foldPointOnLine(EquationBuilder& builder) {
     builder.tie(point->inputs[line->across], line->value, 1.0, 0.0);
     return true;
 }
+
+namespace {
 
 /// Makes a segment level or upright, whichever the other one asks for.
 bool alignTo(EquationBuilder& builder, const std::optional<AxisLine>& other, const Operand& line, bool isTurned) {
@@ -123,6 +127,16 @@ bool foldDirections(EquationBuilder& builder, bool isTurned) {
            alignTo(builder, axisLineOf(builder, *b), *a, isTurned);
 }
 
+}  // namespace
+
+bool foldParallel(EquationBuilder& builder) {
+    return foldDirections(builder, false);
+}
+
+bool foldPerpendicular(EquationBuilder& builder) {
+    return foldDirections(builder, true);
+}
+
 bool foldCollinear(EquationBuilder& builder) {
     const auto a = axisLineAt(builder, builder.ref(0)), b = axisLineAt(builder, builder.ref(1));
     if (!foldDirections(builder, false))
@@ -132,6 +146,8 @@ bool foldCollinear(EquationBuilder& builder) {
     builder.tie(other->inputs[line.across], line.value, 1.0, 0.0);
     return true;
 }
+
+namespace {
 
 bool foldMirror(EquationBuilder& builder, const Operand& p, const Operand& q) {
     const auto axis = axisLineAt(builder, builder.ref(2));
@@ -151,6 +167,8 @@ bool foldInversion(EquationBuilder& builder, const Operand& p, const Operand& q,
     return true;
 }
 
+}  // namespace
+
 bool foldSymmetric(EquationBuilder& builder) {
     const auto p = pointAt(builder.sketch(), builder.ref(0)), q = pointAt(builder.sketch(), builder.ref(1));
     if (!p || !q || !isDirect(*p) || !isDirect(*q))
@@ -160,6 +178,8 @@ bool foldSymmetric(EquationBuilder& builder) {
         return isDirect(*centre) && foldInversion(builder, *p, *q, *centre);
     return foldMirror(builder, *p, *q);
 }
+
+namespace {
 
 /// Length of a level or upright line when it is a constant, with the coordinate that runs along it.
 std::optional<double> constantLength(EquationBuilder& builder, const Operand& line) {
@@ -178,35 +198,14 @@ bool takeLength(EquationBuilder& builder, std::optional<double> length, const Op
     return foldPointDistance(builder, p, q, *length);
 }
 
-bool foldEqual(EquationBuilder& builder) {
+}  // namespace
+
+bool foldEqualSizes(EquationBuilder& builder) {
     const auto a = lineAt(builder.sketch(), curveOf(builder.ref(0)));
     const auto b = lineAt(builder.sketch(), curveOf(builder.ref(1)));
     if (!a || !b)
         return false;
     return takeLength(builder, constantLength(builder, *a), *b) || takeLength(builder, constantLength(builder, *b), *a);
-}
-
-}  // namespace
-
-bool fold(EquationBuilder& builder) {
-    switch (builder.constraint().type) {
-        case ConstraintType::distance:
-            return foldDistance(builder);
-        case ConstraintType::pointOnCurve:
-            return foldPointOnLine(builder);
-        case ConstraintType::parallel:
-            return foldDirections(builder, false);
-        case ConstraintType::perpendicular:
-            return foldDirections(builder, true);
-        case ConstraintType::collinear:
-            return foldCollinear(builder);
-        case ConstraintType::symmetric:
-            return foldSymmetric(builder);
-        case ConstraintType::equal:
-            return foldEqual(builder);
-        default:
-            return false;
-    }
 }
 
 }  // namespace holdfast::solver

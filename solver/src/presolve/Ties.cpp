@@ -1,70 +1,66 @@
 #include <cmath>
 #include <numbers>
 
-#include "solver/src/residuals/EquationBuilder.h"
+#include "solver/src/residuals/ResidualBuilders.h"
 
 /// What constraints say by merging values alone.
 namespace holdfast::solver {
 
-namespace {
-
-enum class Level { horizontal, vertical };
-
 bool tieCoincident(EquationBuilder& builder) {
-    const SketchPlace &a = builder.ref(0), &b = builder.ref(1);
-    const Operand p = builder.need(pointAt(builder.sketch(), a), a, "a point");
-    const Operand q = builder.need(pointAt(builder.sketch(), b), b, "a point");
+    const Operand p = builder.need(pointAt(builder.sketch(), builder.ref(0)));
+    const Operand q = builder.need(pointAt(builder.sketch(), builder.ref(1)));
     if (!isDirect(p) || !isDirect(q))
         return false;
     builder.tiePoints(p, q);
     return true;
 }
 
+namespace {
+
 /// A direction angle becomes the multiple of pi (plus a quarter turn) that is nearest to where it was.
-void fixDirection(EquationBuilder& builder, int angle, Level level) {
-    const double quarter = level == Level::vertical ? std::numbers::pi / 2 : 0.0;
+void fixDirection(EquationBuilder& builder, int angle, double quarter) {
     const double turns = std::round((builder.reference(angle) - quarter) / std::numbers::pi);
     builder.fix(angle, quarter + turns * std::numbers::pi);
 }
 
-bool tieLevel(EquationBuilder& builder, Level level) {
-    const std::size_t across = level == Level::horizontal ? 1 : 0;
+}  // namespace
+
+bool tieSameCoordinate(EquationBuilder& builder) {
+    const auto across = static_cast<std::size_t>(builder.traits().coordinate);
     const SketchPlace& first = builder.ref(0);
     if (builder.constraint().refs.size() == 1) {
-        const Operand line = builder.need(lineAt(builder.sketch(), curveOf(first)), first, "a line");
+        const Operand line = builder.need(lineAt(builder.sketch(), curveOf(first)));
         if (line.kind == OperandKind::axis)
-            fixDirection(builder, line.inputs[2], level);
+            fixDirection(builder, line.inputs[2], across == 0 ? std::numbers::pi / 2 : 0.0);
         else
             builder.tie(line.inputs[2 + across], line.inputs[across], 1.0, 0.0);
         return true;
     }
-    const SketchPlace& second = builder.ref(1);
-    const Operand p = builder.need(pointAt(builder.sketch(), first), first, "a point");
-    const Operand q = builder.need(pointAt(builder.sketch(), second), second, "a point");
+    const Operand p = builder.need(pointAt(builder.sketch(), first));
+    const Operand q = builder.need(pointAt(builder.sketch(), builder.ref(1)));
     if (!isDirect(p) || !isDirect(q))
         return false;
     builder.tie(q.inputs[across], p.inputs[across], 1.0, 0.0);
     return true;
 }
 
-bool tieDelta(EquationBuilder& builder, std::size_t coordinate) {
-    const SketchPlace &a = builder.ref(0), &b = builder.ref(1);
-    const Operand p = builder.need(pointAt(builder.sketch(), a), a, "a point");
-    const Operand q = builder.need(pointAt(builder.sketch(), b), b, "a point");
+bool tieCoordinateGap(EquationBuilder& builder) {
+    const auto coordinate = static_cast<std::size_t>(builder.traits().coordinate);
+    const Operand p = builder.need(pointAt(builder.sketch(), builder.ref(0)));
+    const Operand q = builder.need(pointAt(builder.sketch(), builder.ref(1)));
     if (!isDirect(p) || !isDirect(q))
         return false;
-    builder.tie(q.inputs[coordinate], p.inputs[coordinate], 1.0, builder.constraint().value);
+    builder.tie(q.inputs[coordinate], p.inputs[coordinate], 1.0, builder.target());
     return true;
 }
 
-bool tieRadius(EquationBuilder& builder, double radius) {
-    const SketchPlace& place = builder.ref(0);
-    const Operand circle = builder.need(circleAt(builder.sketch(), curveOf(place)), place, "a circle or an arc");
-    if (radius <= 0.0)
+bool tieRadius(EquationBuilder& builder) {
+    const Operand circle = builder.need(circleAt(builder.sketch(), curveOf(builder.ref(0))));
+    if (builder.target() <= 0.0)
         builder.fail("a radius has to be above 0");
     if (circle.kind != OperandKind::circle)
         return false;
-    builder.fix(circle.inputs[2], radius);
+    builder.fix(circle.inputs[2], builder.target());
     return true;
 }
 
@@ -77,10 +73,14 @@ bool tieEqual(EquationBuilder& builder) {
     return true;
 }
 
+namespace {
+
 void fixAll(EquationBuilder& builder, std::span<const int> values) {
     for (const int v : values)
         builder.fix(v, builder.reference(v));
 }
+
+}  // namespace
 
 /// Elements that a fixed constraint holds by constants alone. A line may slide along itself, so it needs equations.
 bool tieFixed(EquationBuilder& builder) {
@@ -106,49 +106,16 @@ bool tieFixed(EquationBuilder& builder) {
     return true;
 }
 
-/// Ends that meet where they are tangent or smooth are the same point.
-void tieMeetingEnds(EquationBuilder& builder) {
+bool tieMeetingEnds(EquationBuilder& builder) {
     if (builder.constraint().refs.size() != 2)
-        return;
+        return false;
     const SketchPlace &a = builder.ref(0), &b = builder.ref(1);
     if (!isEndPlace(a) || !isEndPlace(b))
-        return;
+        return false;
     const auto p = pointAt(builder.sketch(), a), q = pointAt(builder.sketch(), b);
     if (p && q && isDirect(*p) && isDirect(*q))
         builder.tiePoints(*p, *q, true);
-}
-
-}  // namespace
-
-bool tieNow(EquationBuilder& builder) {
-    switch (builder.constraint().type) {
-        case ConstraintType::coincident:
-        case ConstraintType::concentric:
-            return tieCoincident(builder);
-        case ConstraintType::horizontal:
-            return tieLevel(builder, Level::horizontal);
-        case ConstraintType::vertical:
-            return tieLevel(builder, Level::vertical);
-        case ConstraintType::distanceX:
-            return tieDelta(builder, 0);
-        case ConstraintType::distanceY:
-            return tieDelta(builder, 1);
-        case ConstraintType::radius:
-            return tieRadius(builder, builder.constraint().value);
-        case ConstraintType::diameter:
-            return tieRadius(builder, 0.5 * builder.constraint().value);
-        case ConstraintType::equal:
-            return tieEqual(builder);
-        case ConstraintType::fixed:
-            return tieFixed(builder);
-        case ConstraintType::tangent:
-        case ConstraintType::perpendicular:
-        case ConstraintType::g2Smooth:
-            tieMeetingEnds(builder);
-            return false;
-        default:
-            return false;
-    }
+    return false;
 }
 
 }  // namespace holdfast::solver

@@ -1,7 +1,7 @@
 #include <array>
 #include <cmath>
 
-#include "solver/src/residuals/EquationBuilder.h"
+#include "solver/src/residuals/ResidualBuilders.h"
 
 /// Distances in all their forms, radii and diameters. Sides and inner or outer gaps are read off the reference.
 namespace holdfast::solver {
@@ -10,7 +10,7 @@ namespace {
 
 Equation valueForm(EquationBuilder& builder, ResidualKind residualKind) {
     Equation form = formOf(residualKind);
-    form.value = builder.constraint().value;
+    form.value = builder.target();
     return form;
 }
 
@@ -24,20 +24,18 @@ void addOnNearerSide(EquationBuilder& builder, Equation form, std::initializer_l
 }
 
 void addLength(EquationBuilder& builder) {
-    const SketchPlace& place = builder.ref(0);
-    const CurveRef curve = curveOf(place);
+    const CurveRef curve = curveOf(builder.ref(0));
     if (const auto line = lineAt(builder.sketch(), curve); line && line->kind == OperandKind::segment) {
         builder.add(valueForm(builder, ResidualKind::lineLength), {*line});
         return;
     }
-    const Operand circle =
-        builder.need(circleAt(builder.sketch(), curve), place, "a line or an arc, which have a length");
+    const Operand circle = builder.need(circleAt(builder.sketch(), curve));
     if (circle.kind == OperandKind::bulgeCircle) {
         const Operand bulge{OperandKind::scalar, {circle.inputs[4]}, {}};
         builder.add(valueForm(builder, ResidualKind::bulgeLength), {circle, bulge});
         return;
     }
-    const Operand start = builder.need(startOf(builder.sketch(), curve), place, "a line or an arc");
+    const Operand start = builder.need(startOf(builder.sketch(), curve));
     builder.add(valueForm(builder, ResidualKind::arcLength), {circle, start, *endOf(builder.sketch(), curve)});
 }
 
@@ -103,8 +101,10 @@ bool addCurveGap(EquationBuilder& builder, CurveRef one, CurveRef two) {
     return (circleA && circleB) || (lineA && circleB) || (circleA && lineB);
 }
 
-void addDistance(EquationBuilder& builder) {
-    if (builder.constraint().value < 0.0)
+}  // namespace
+
+void addGap(EquationBuilder& builder) {
+    if (builder.target() < 0.0)
         builder.fail("a distance is 0 or more");
     if (builder.constraint().refs.size() == 1) {
         addLength(builder);
@@ -112,7 +112,7 @@ void addDistance(EquationBuilder& builder) {
     }
     const SketchPlace &a = builder.ref(0), &b = builder.ref(1);
     const auto p = pointAt(builder.sketch(), a), q = pointAt(builder.sketch(), b);
-    if (p && q && builder.constraint().value == 0.0) {
+    if (p && q && builder.target() == 0.0) {
         builder.add(formOf(ResidualKind::samePoint, 2), {*p, *q});
         return;
     }
@@ -124,77 +124,12 @@ void addDistance(EquationBuilder& builder) {
                         : q ? addPointGap(builder, *q, curveOf(a))
                             : addCurveGap(builder, curveOf(a), curveOf(b));
     if (!isDone)
-        builder.fail("there is no distance between " + nameOf(builder.sketch(), a) + " and " +
-                     nameOf(builder.sketch(), b) + "; points, lines and circles have one");
+        builder.refusePlaces();
 }
 
-void addRadius(EquationBuilder& builder, double radius) {
-    const SketchPlace& place = builder.ref(0);
-    Equation form = formOf(ResidualKind::radiusIs);
-    form.value = radius;
-    builder.add(form, {builder.need(circleAt(builder.sketch(), curveOf(place)), place, "a circle or an arc")});
-}
-
-}  // namespace
-
-void addDimension(EquationBuilder& builder) {
-    switch (builder.constraint().type) {
-        case ConstraintType::radius:
-            addRadius(builder, builder.constraint().value);
-            break;
-        case ConstraintType::diameter:
-            addRadius(builder, 0.5 * builder.constraint().value);
-            break;
-        default:
-            addDistance(builder);
-            break;
-    }
-}
-
-void addEquations(EquationBuilder& builder) {
-    switch (builder.constraint().type) {
-        case ConstraintType::coincident:
-        case ConstraintType::concentric:
-        case ConstraintType::pointOnCurve:
-        case ConstraintType::fixed:
-        case ConstraintType::horizontal:
-        case ConstraintType::vertical:
-        case ConstraintType::distanceX:
-        case ConstraintType::distanceY:
-        case ConstraintType::midpoint:
-            addPositionEquations(builder);
-            break;
-        case ConstraintType::symmetric:
-            addSymmetryEquations(builder);
-            break;
-        case ConstraintType::internal:
-            addEllipseHelper(builder);
-            break;
-        case ConstraintType::parallel:
-        case ConstraintType::perpendicular:
-        case ConstraintType::collinear:
-            addDirectionEquations(builder);
-            break;
-        case ConstraintType::equal:
-            addEqualSizes(builder);
-            break;
-        case ConstraintType::tangent:
-            addTangency(builder);
-            break;
-        case ConstraintType::g2Smooth:
-            addSmoothness(builder);
-            break;
-        case ConstraintType::angle:
-            addAngle(builder);
-            break;
-        case ConstraintType::distance:
-        case ConstraintType::radius:
-        case ConstraintType::diameter:
-            addDimension(builder);
-            break;
-        case ConstraintType::composite:
-            break;
-    }
+void addRadius(EquationBuilder& builder) {
+    const Operand circle = builder.need(circleAt(builder.sketch(), curveOf(builder.ref(0))));
+    builder.add(valueForm(builder, ResidualKind::radiusIs), {circle});
 }
 
 }  // namespace holdfast::solver

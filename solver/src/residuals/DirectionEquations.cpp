@@ -1,7 +1,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "solver/src/residuals/EquationBuilder.h"
+#include "solver/src/residuals/ResidualBuilders.h"
 
 /// Directions and equal sizes: parallel, perpendicular, collinear, angle, equal.
 namespace holdfast::solver {
@@ -9,8 +9,7 @@ namespace holdfast::solver {
 namespace {
 
 Operand lineRef(EquationBuilder& builder, std::size_t i) {
-    const SketchPlace& place = builder.ref(i);
-    return builder.need(lineAt(builder.sketch(), curveOf(place)), place, "a line");
+    return builder.need(lineAt(builder.sketch(), curveOf(builder.ref(i))));
 }
 
 Equation directionForm(EquationBuilder& builder, DirectionMode mode) {
@@ -22,24 +21,6 @@ Equation directionForm(EquationBuilder& builder, DirectionMode mode) {
 
 Operand baseOf(const Operand& line) {
     return {OperandKind::point, {line.inputs[0], line.inputs[1]}, {}};
-}
-
-/// Both ends of the shorter line on the longer one: as good as direction and offset, and without a length to divide
-/// by. Lines without ends have a direction.
-void addCollinear(EquationBuilder& builder) {
-    const Operand a = lineRef(builder, 0), b = lineRef(builder, 1);
-    const bool isFirstMoved =
-        a.kind == OperandKind::segment &&
-        (b.kind == OperandKind::axis || sizeOf(builder.sketch(), curveOf(builder.ref(0)), 0.0) <=
-                                            sizeOf(builder.sketch(), curveOf(builder.ref(1)), 0.0));
-    const Operand &ends = isFirstMoved ? a : b, &carrier = isFirstMoved ? b : a;
-    builder.add(formOf(ResidualKind::pointLine), {baseOf(ends), carrier});
-    if (ends.kind == OperandKind::segment) {
-        const Operand tip{OperandKind::point, {ends.inputs[2], ends.inputs[3]}, {}};
-        builder.add(formOf(ResidualKind::pointLine), {tip, carrier});
-        return;
-    }
-    builder.add(directionForm(builder, DirectionMode::parallel), {a, b});
 }
 
 void addTurn(EquationBuilder& builder, DirectionMode mode) {
@@ -63,18 +44,17 @@ double reversal(const SketchPlace& place) {
 }
 
 void addSweep(EquationBuilder& builder) {
-    const SketchPlace& place = builder.ref(0);
-    const CurveRef curve = curveOf(place);
-    const Operand circle = builder.need(circleAt(builder.sketch(), curve), place, "a line or an arc");
+    const CurveRef curve = curveOf(builder.ref(0));
+    const Operand circle = builder.need(circleAt(builder.sketch(), curve));
     Equation form = formOf(ResidualKind::arcSweep);
-    form.value = builder.constraint().value;
+    form.value = builder.target();
     form.scale = sizeOf(builder.sketch(), curve, builder.size());
     if (circle.kind == OperandKind::bulgeCircle) {
         form.residualKind = ResidualKind::bulgeSweep;
         builder.add(form, {Operand{OperandKind::scalar, {circle.inputs[4]}, {}}});
         return;
     }
-    const Operand start = builder.need(startOf(builder.sketch(), curve), place, "an arc");
+    const Operand start = builder.need(startOf(builder.sketch(), curve));
     builder.add(form, {circle, start, *endOf(builder.sketch(), curve)});
 }
 
@@ -86,7 +66,7 @@ void addHeading(EquationBuilder& builder) {
         return;
     }
     Equation form = formOf(ResidualKind::heading);
-    form.value = builder.constraint().value;
+    form.value = builder.target();
     form.sign = reversal(place);
     form.scale = turnScale(builder, curveOf(place), curveOf(place));
     builder.add(form, {*line});
@@ -94,11 +74,10 @@ void addHeading(EquationBuilder& builder) {
 
 void addAngleAtPoint(EquationBuilder& builder) {
     Equation form = directionForm(builder, DirectionMode::angleModuloPi);
-    form.value = builder.constraint().value;
-    const SketchPlace &a = builder.ref(0), &b = builder.ref(1), &at = builder.ref(2);
-    builder.add(form, {builder.need(curveAt(builder.sketch(), a), a, "a curve with a direction there"),
-                       builder.need(curveAt(builder.sketch(), b), b, "a curve with a direction there"),
-                       builder.need(pointAt(builder.sketch(), at), at, "a point")});
+    form.value = builder.target();
+    builder.add(form, {builder.need(curveAt(builder.sketch(), builder.ref(0))),
+                       builder.need(curveAt(builder.sketch(), builder.ref(1))),
+                       builder.need(pointAt(builder.sketch(), builder.ref(2)))});
 }
 
 }  // namespace
@@ -113,22 +92,34 @@ void addAngle(EquationBuilder& builder) {
         return;
     }
     Equation form = directionForm(builder, DirectionMode::angle);
-    form.value = builder.constraint().value;
+    form.value = builder.target();
     form.sign = reversal(builder.ref(0)) * reversal(builder.ref(1));
     builder.add(form, {lineRef(builder, 0), lineRef(builder, 1)});
 }
 
-void addDirectionEquations(EquationBuilder& builder) {
-    switch (builder.constraint().type) {
-        case ConstraintType::parallel:
-            addTurn(builder, DirectionMode::parallel);
-            return;
-        case ConstraintType::collinear:
-            addCollinear(builder);
-            return;
-        default:
-            break;
+void addParallel(EquationBuilder& builder) {
+    addTurn(builder, DirectionMode::parallel);
+}
+
+/// Both ends of the shorter line on the longer one: as good as direction and offset, and without a length to divide
+/// by. Lines without ends have a direction.
+void addCollinear(EquationBuilder& builder) {
+    const Operand a = lineRef(builder, 0), b = lineRef(builder, 1);
+    const bool isFirstMoved =
+        a.kind == OperandKind::segment &&
+        (b.kind == OperandKind::axis || sizeOf(builder.sketch(), curveOf(builder.ref(0)), 0.0) <=
+                                            sizeOf(builder.sketch(), curveOf(builder.ref(1)), 0.0));
+    const Operand &ends = isFirstMoved ? a : b, &carrier = isFirstMoved ? b : a;
+    builder.add(formOf(ResidualKind::pointLine), {baseOf(ends), carrier});
+    if (ends.kind == OperandKind::segment) {
+        const Operand tip{OperandKind::point, {ends.inputs[2], ends.inputs[3]}, {}};
+        builder.add(formOf(ResidualKind::pointLine), {tip, carrier});
+        return;
     }
+    builder.add(directionForm(builder, DirectionMode::parallel), {a, b});
+}
+
+void addPerpendicular(EquationBuilder& builder) {
     const bool hasPlaces =
         builder.constraint().refs.size() == 3 || isEndPlace(builder.ref(0)) || isEndPlace(builder.ref(1));
     const auto a = lineAt(builder.sketch(), curveOf(builder.ref(0)));
@@ -138,7 +129,7 @@ void addDirectionEquations(EquationBuilder& builder) {
     else if (a && b)
         addTurn(builder, DirectionMode::perpendicular);
     else if (!addThroughCentre(builder, 0, 1) && !addThroughCentre(builder, 1, 0))
-        builder.fail("two lines, or a line and a circle, can be perpendicular; others need the point where they are");
+        builder.refusePlaces();
 }
 
 void addEqualSizes(EquationBuilder& builder) {
@@ -154,8 +145,7 @@ void addEqualSizes(EquationBuilder& builder) {
         builder.add(formOf(ResidualKind::equalScalars), {Operand{OperandKind::scalar, {e->inputs[4]}, {}},
                                                          Operand{OperandKind::scalar, {f->inputs[4]}, {}}});
     } else {
-        builder.fail(nameOf(sketch, builder.ref(0)) + " and " + nameOf(sketch, builder.ref(1)) +
-                     " have no size in common; two lines, two circles or arcs, or two ellipses have");
+        builder.refusePlaces();
     }
 }
 

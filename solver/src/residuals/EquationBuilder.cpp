@@ -54,13 +54,13 @@ void EquationBuilder::build(std::span<const int> constraints, const KeptSizes& s
         foldAll(constraints);
     for (const int c : constraints) {
         begin(c);
-        if (!m_isDone[at(c)] && m_constraint->type != ConstraintType::tangent)
+        if (!m_isDone[at(c)] && traits().residual != ConstraintResidual::tangent)
             addEquations(*this);
     }
     // Tangencies come last: they look different where the curves are known to share a point.
     for (const int c : constraints) {
         begin(c);
-        if (!m_isDone[at(c)] && m_constraint->type == ConstraintType::tangent)
+        if (!m_isDone[at(c)] && traits().residual == ConstraintResidual::tangent)
             addEquations(*this);
     }
     m_current = -1;
@@ -239,14 +239,22 @@ int EquationBuilder::addConstant(double value) {
 
 const SketchPlace& EquationBuilder::ref(std::size_t i) const {
     if (i >= m_constraint->refs.size())
-        fail("it names " + std::to_string(m_constraint->refs.size()) + " places and needs more");
+        refusePlaces();
     return m_constraint->refs[i];
 }
 
-Operand EquationBuilder::need(std::optional<Operand> operand, const SketchPlace& place, const char* what) const {
+Operand EquationBuilder::need(std::optional<Operand> operand) const {
     if (!operand)
-        fail(nameOf(m_sketch, place) + " is not " + what);
+        refusePlaces();
     return *std::move(operand);
+}
+
+void EquationBuilder::refusePlaces() const {
+    std::string found;
+    for (const SketchPlace& place : m_constraint->refs)
+        found += (found.empty() ? "" : ", ") + nameOf(m_sketch, place);
+    const std::string name(traits().name);
+    fail(name + " of " + (found.empty() ? "nothing" : found) + "; " + name + " takes " + std::string(traits().takes));
 }
 
 void EquationBuilder::fail(const std::string& message) const {

@@ -60,8 +60,10 @@ public:
     void setContact(When when, int value, double x);
     int addConstant(double value);
 
-    /// The operand, or a SketchError that says what the constraint needs there.
-    Operand need(std::optional<Operand> operand, const SketchPlace& place, const char* what) const;
+    /// The operand, or refusePlaces() where the place has none.
+    Operand need(std::optional<Operand> operand) const;
+    /// A SketchError that says what the constraint's kind takes, and what it found.
+    [[noreturn]] void refusePlaces() const;
     [[noreturn]] void fail(const std::string& message) const;
 
     /// A point known to lie on the curve: an end of it, or put there by a constraint.
@@ -72,6 +74,9 @@ public:
     std::optional<Operand> pointOnBoth(CurveRef a, CurveRef b);
 
     const SketchConstraint& constraint() const { return *m_constraint; }
+    const ConstraintTraits& traits() const { return traitsOf(m_constraint->type); }
+    /// The value as the residual takes it: a radius for a diameter.
+    double target() const { return traits().residualFactor * m_constraint->value; }
     const SketchPlace& ref(std::size_t i) const;
 
 private:
@@ -96,21 +101,11 @@ private:
     bool m_merges;               ///< false: what ties say is said by equations too
 };
 
-// The families. tieNow: what ties can say at once; true when that is all. fold: what they can say now that other ties
-// are known; true when that is all. addEquations: the rest.
+// Each through the residual that the constraint's kind has. tieNow: what ties can say at once; true when that is all.
+// fold: what they can say now that other ties are known; true when that is all. addEquations: the rest.
 bool tieNow(EquationBuilder& builder);
 bool fold(EquationBuilder& builder);
 void addEquations(EquationBuilder& builder);
-
-void addPositionEquations(EquationBuilder& builder);
-void addSymmetryEquations(EquationBuilder& builder);
-void addEllipseHelper(EquationBuilder& builder);
-void addDirectionEquations(EquationBuilder& builder);
-void addEqualSizes(EquationBuilder& builder);
-void addTangency(EquationBuilder& builder);
-void addSmoothness(EquationBuilder& builder);
-void addDimension(EquationBuilder& builder);
-void addAngle(EquationBuilder& builder);
 
 /// Puts a point on a curve of any kind.
 void addPointOnCurve(EquationBuilder& builder, const Operand& point, const SketchPlace& curve);

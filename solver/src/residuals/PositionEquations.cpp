@@ -1,7 +1,7 @@
 #include <cmath>
 #include <utility>
 
-#include "solver/src/residuals/EquationBuilder.h"
+#include "solver/src/residuals/ResidualBuilders.h"
 #include "solver/src/sketch/SplineBasis.h"
 
 /// Where points are: coincident, on a curve, fixed, level with each other, in the middle; and symmetric.
@@ -10,16 +10,11 @@ namespace holdfast::solver {
 namespace {
 
 Operand pointRef(EquationBuilder& builder, std::size_t i) {
-    const SketchPlace& place = builder.ref(i);
-    return builder.need(pointAt(builder.sketch(), place), place, "a point");
+    return builder.need(pointAt(builder.sketch(), builder.ref(i)));
 }
 
-void addSamePoint(EquationBuilder& builder) {
-    builder.add(formOf(ResidualKind::samePoint, 2), {pointRef(builder, 0), pointRef(builder, 1)});
-}
-
-void addDelta(EquationBuilder& builder, ResidualKind residualKind, double value) {
-    Equation form = formOf(residualKind);
+void addDelta(EquationBuilder& builder, double value) {
+    Equation form = formOf(builder.traits().coordinate == 0 ? ResidualKind::pointsDeltaX : ResidualKind::pointsDeltaY);
     form.value = value;
     builder.add(form, {pointRef(builder, 0), pointRef(builder, 1)});
 }
@@ -72,40 +67,6 @@ void fixLine(EquationBuilder& builder, const Operand& line) {
 void addFixedPolyline(EquationBuilder& builder, const SketchEntity& polyline) {
     for (int v = polyline.firstValue; v < polyline.firstValue + polyline.valueCount; ++v)
         builder.fix(v, builder.reference(v));
-}
-
-void addFixed(EquationBuilder& builder) {
-    const SketchPlace& place = builder.ref(0);
-    const SketchEntity& entity = builder.sketch().entities[static_cast<std::size_t>(place.entity)];
-    if (const auto point = pointAt(builder.sketch(), place)) {
-        Operand there{OperandKind::point, {}, {}};
-        for (const ResidualKind residualKind : {ResidualKind::pointsDeltaX, ResidualKind::pointsDeltaY}) {
-            const int zero = builder.addConstant(0.0);
-            const Operand origin{OperandKind::point, {zero, zero}, {}};
-            there.inputs.push_back(
-                builder.addConstant(builder.residualAtReference(formOf(residualKind), {origin, *point})));
-        }
-        builder.add(formOf(ResidualKind::samePoint, 2), {*point, there});
-        return;
-    }
-    const CurveRef curve = curveOf(place);
-    if (const auto line = lineAt(builder.sketch(), curve)) {
-        fixLine(builder, *line);
-    } else if (const auto circle = circleAt(builder.sketch(), curve)) {
-        for (const int v : circle->inputs)
-            builder.fix(v, builder.reference(v));
-    } else if (entity.kind == EntityKind::polyline && place.kind == PlaceKind::whole) {
-        addFixedPolyline(builder, entity);
-    } else {
-        builder.fail(nameOf(builder.sketch(), place) + " cannot be fixed");
-    }
-}
-
-void addMidpoint(EquationBuilder& builder) {
-    SketchPlace middle = builder.ref(1);
-    middle.kind = curveOf(middle).segment < 0 ? PlaceKind::mid : PlaceKind::segmentMid;
-    const Operand point = builder.need(pointAt(builder.sketch(), middle), builder.ref(1), "a curve with a middle");
-    builder.add(formOf(ResidualKind::samePoint, 2), {pointRef(builder, 0), point});
 }
 
 void addMirrored(EquationBuilder& builder, const Operand& p, const Operand& q, const Operand& axis) {
@@ -179,11 +140,56 @@ void addMirroredCurves(EquationBuilder& builder, const Operand& axis) {
     else if (const auto e = ellipseAt(sketch, one), f = ellipseAt(sketch, two); e && f)
         addMirroredEllipses(builder, *e, *f, axis);
     else
-        builder.fail(nameOf(sketch, builder.ref(0)) + " and " + nameOf(sketch, builder.ref(1)) +
-                     " cannot be mirror images of each other");
+        builder.refusePlaces();
 }
 
 }  // namespace
+
+void addSamePoint(EquationBuilder& builder) {
+    builder.add(formOf(ResidualKind::samePoint, 2), {pointRef(builder, 0), pointRef(builder, 1)});
+}
+
+void addSameCoordinate(EquationBuilder& builder) {
+    addDelta(builder, 0.0);
+}
+
+void addCoordinateGap(EquationBuilder& builder) {
+    addDelta(builder, builder.target());
+}
+
+void addFixed(EquationBuilder& builder) {
+    const SketchPlace& place = builder.ref(0);
+    const SketchEntity& entity = builder.sketch().entities[static_cast<std::size_t>(place.entity)];
+    if (const auto point = pointAt(builder.sketch(), place)) {
+        Operand there{OperandKind::point, {}, {}};
+        for (const ResidualKind residualKind : {ResidualKind::pointsDeltaX, ResidualKind::pointsDeltaY}) {
+            const int zero = builder.addConstant(0.0);
+            const Operand origin{OperandKind::point, {zero, zero}, {}};
+            there.inputs.push_back(
+                builder.addConstant(builder.residualAtReference(formOf(residualKind), {origin, *point})));
+        }
+        builder.add(formOf(ResidualKind::samePoint, 2), {*point, there});
+        return;
+    }
+    const CurveRef curve = curveOf(place);
+    if (const auto line = lineAt(builder.sketch(), curve)) {
+        fixLine(builder, *line);
+    } else if (const auto circle = circleAt(builder.sketch(), curve)) {
+        for (const int v : circle->inputs)
+            builder.fix(v, builder.reference(v));
+    } else if (entity.kind == EntityKind::polyline && place.kind == PlaceKind::whole) {
+        addFixedPolyline(builder, entity);
+    } else {
+        builder.refusePlaces();
+    }
+}
+
+void addMidpoint(EquationBuilder& builder) {
+    SketchPlace middle = builder.ref(1);
+    middle.kind = curveOf(middle).segment < 0 ? PlaceKind::mid : PlaceKind::segmentMid;
+    const Operand point = builder.need(pointAt(builder.sketch(), middle));
+    builder.add(formOf(ResidualKind::samePoint, 2), {pointRef(builder, 0), point});
+}
 
 void addPointOnCurve(EquationBuilder& builder, const Operand& point, const SketchPlace& place) {
     const SketchData& sketch = builder.sketch();
@@ -198,40 +204,14 @@ void addPointOnCurve(EquationBuilder& builder, const Operand& point, const Sketc
     else if (isSplineCurve(sketch, curve))
         addPointOnSpline(builder, point, place.entity);
     else
-        builder.fail(nameOf(sketch, place) + " is not a curve; name a segment of a polyline");
+        builder.refusePlaces();
 }
 
-void addPositionEquations(EquationBuilder& builder) {
-    switch (builder.constraint().type) {
-        case ConstraintType::coincident:
-        case ConstraintType::concentric:
-            addSamePoint(builder);
-            break;
-        case ConstraintType::pointOnCurve:
-            addPointOnCurve(builder, pointRef(builder, 0), builder.ref(1));
-            break;
-        case ConstraintType::fixed:
-            addFixed(builder);
-            break;
-        case ConstraintType::horizontal:
-            addDelta(builder, ResidualKind::pointsDeltaY, 0.0);
-            break;
-        case ConstraintType::vertical:
-            addDelta(builder, ResidualKind::pointsDeltaX, 0.0);
-            break;
-        case ConstraintType::distanceX:
-            addDelta(builder, ResidualKind::pointsDeltaX, builder.constraint().value);
-            break;
-        case ConstraintType::distanceY:
-            addDelta(builder, ResidualKind::pointsDeltaY, builder.constraint().value);
-            break;
-        default:
-            addMidpoint(builder);
-            break;
-    }
+void addPointOnCurve(EquationBuilder& builder) {
+    addPointOnCurve(builder, pointRef(builder, 0), builder.ref(1));
 }
 
-void addSymmetryEquations(EquationBuilder& builder) {
+void addSymmetric(EquationBuilder& builder) {
     const SketchData& sketch = builder.sketch();
     const auto p = pointAt(sketch, builder.ref(0)), q = pointAt(sketch, builder.ref(1));
     const auto centre = pointAt(sketch, builder.ref(2));
@@ -239,8 +219,7 @@ void addSymmetryEquations(EquationBuilder& builder) {
         builder.add(formOf(ResidualKind::inverted, 2), {*p, *q, *centre});
         return;
     }
-    const Operand axis =
-        builder.need(lineAt(sketch, curveOf(builder.ref(2))), builder.ref(2), "a line or a point to mirror about");
+    const Operand axis = builder.need(lineAt(sketch, curveOf(builder.ref(2))));
     if (p && q)
         addMirrored(builder, *p, *q, axis);
     else
@@ -248,8 +227,7 @@ void addSymmetryEquations(EquationBuilder& builder) {
 }
 
 void addEllipseHelper(EquationBuilder& builder) {
-    const SketchPlace &helper = builder.ref(0), &place = builder.ref(1);
-    const Operand ellipse = builder.need(ellipseAt(builder.sketch(), curveOf(place)), place, "an ellipse");
+    const Operand ellipse = builder.need(ellipseAt(builder.sketch(), curveOf(builder.ref(1))));
     const EllipseHelper role = builder.constraint().helper;
     if (role == EllipseHelper::focus1 || role == EllipseHelper::focus2) {
         const Operand focus = pointRef(builder, 0);
@@ -262,9 +240,9 @@ void addEllipseHelper(EquationBuilder& builder) {
         builder.add(form, {focus, ellipse});
         return;
     }
-    const Operand line = builder.need(lineAt(builder.sketch(), curveOf(helper)), helper, "a line");
+    const Operand line = builder.need(lineAt(builder.sketch(), curveOf(builder.ref(0))));
     if (line.kind != OperandKind::segment || role == EllipseHelper::none)
-        builder.fail("a helper of an ellipse is a line for a diameter or a point for a focus");
+        builder.refusePlaces();
     Equation form = formOf(ResidualKind::ellipseVertex, 2);
     form.mode = role == EllipseHelper::majorDiameter ? 0 : 1;
     double ux = builder.reference(ellipse.inputs[2]), uy = builder.reference(ellipse.inputs[3]);

@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "solver/src/residuals/AuxiliaryParameters.h"
+#include "solver/src/residuals/ResidualBuilders.h"
 
 /// Tangent in all its forms, perpendicular at a place, and curvature-continuous joints.
 namespace holdfast::solver {
@@ -57,7 +58,7 @@ Equation circleTangentForm(EquationBuilder& builder, const Operand& a, const Ope
 
 Equation directionForm(EquationBuilder& builder) {
     Equation form = formOf(ResidualKind::directions);
-    const bool isTangent = builder.constraint().type != ConstraintType::perpendicular;
+    const bool isTangent = builder.traits().residual != ConstraintResidual::perpendicular;
     form.mode = static_cast<std::uint8_t>(isTangent ? DirectionMode::parallel : DirectionMode::perpendicular);
     form.scale = turnScale(builder, curveOf(builder.ref(0)), curveOf(builder.ref(1)));
     return form;
@@ -65,7 +66,7 @@ Equation directionForm(EquationBuilder& builder) {
 
 void addDirections(EquationBuilder& builder, const Operand& a, const Operand& b, const Operand& point,
                    bool isHeld = false) {
-    if (builder.constraint().type == ConstraintType::perpendicular)
+    if (builder.traits().residual == ConstraintResidual::perpendicular)
         builder.add(directionForm(builder), {a, b, point});
     else
         builder.addTangency(directionForm(builder), {a, b, point}, isHeld);
@@ -77,7 +78,7 @@ Operand curveThrough(EquationBuilder& builder, const SketchPlace& place, const O
     if (!isSplineCurve(builder.sketch(), curve)) {
         if (!builder.isOn(point, curve))
             addPointOnCurve(builder, point, place);
-        return builder.need(curveAt(builder.sketch(), place), place, "a curve");
+        return builder.need(curveAt(builder.sketch(), place));
     }
     if (const auto start = startOf(builder.sketch(), curve); start && builder.isOnePoint(point, *start))
         return *curveAt(builder.sketch(), {place.entity, PlaceKind::start, 0});
@@ -98,7 +99,7 @@ void addAtPoint(EquationBuilder& builder, const Operand& point, bool isHeld = fa
 }
 
 Operand endPoint(EquationBuilder& builder, const SketchPlace& place) {
-    return builder.need(pointAt(builder.sketch(), place), place, "an end of a curve");
+    return builder.need(pointAt(builder.sketch(), place));
 }
 
 /// Two ends that meet: the same point, unless ties have seen to that.
@@ -128,7 +129,7 @@ std::optional<WholeTangency> wholeTangency(EquationBuilder& builder, CurveRef on
     if (const auto ellipse = ellipseAt(sketch, two))
         return WholeTangency{lineTangentForm(builder, *line, ResidualKind::lineEllipse, *ellipse), *line, *ellipse};
     if (lineAt(sketch, two))
-        builder.fail("two lines cannot be tangent; make them parallel or collinear");
+        builder.refusePlaces();
     return std::nullopt;
 }
 
@@ -147,7 +148,7 @@ void addWhole(EquationBuilder& builder) {
 }
 
 Operand endCurve(EquationBuilder& builder, const SketchPlace& place) {
-    return builder.need(curveAt(builder.sketch(), place), place, "an end of a curve");
+    return builder.need(curveAt(builder.sketch(), place));
 }
 
 }  // namespace
@@ -155,8 +156,7 @@ Operand endCurve(EquationBuilder& builder, const SketchPlace& place) {
 void addTangency(EquationBuilder& builder) {
     const SketchPlace &a = builder.ref(0), &b = builder.ref(1);
     if (builder.constraint().refs.size() == 3) {
-        const SketchPlace& at = builder.ref(2);
-        addAtPoint(builder, builder.need(pointAt(builder.sketch(), at), at, "a point"));
+        addAtPoint(builder, builder.need(pointAt(builder.sketch(), builder.ref(2))));
     } else if (isEndPlace(a) && isEndPlace(b)) {
         const Operand point = joinEnds(builder);
         addDirections(builder, endCurve(builder, a), endCurve(builder, b), point);
@@ -176,7 +176,7 @@ void addTangency(EquationBuilder& builder) {
 void addSmoothness(EquationBuilder& builder) {
     const SketchPlace &a = builder.ref(0), &b = builder.ref(1);
     if (!isEndPlace(a) || !isEndPlace(b))
-        builder.fail("curves are smooth where two ends meet; name an end of each");
+        builder.refusePlaces();
     const Operand point = joinEnds(builder);
     const Operand one = endCurve(builder, a), two = endCurve(builder, b);
     addDirections(builder, one, two, point);

@@ -20,7 +20,8 @@ double wrapped(double angle, double period) {
 
 double measured(const SketchData& sketch, int number) {
     const SketchConstraint& constraint = sketch.constraints[static_cast<std::size_t>(number)];
-    if (constraint.type < ConstraintType::distance)
+    const ConstraintTraits& traits = traitsOf(constraint.type);
+    if (!traits.isDimension())
         throw SketchError("constraint " + constraint.id + ": it is no dimension and measures nothing");
     Extract extract(sketch, {&number, 1});
     SketchData& part = extract.sketch();
@@ -32,15 +33,13 @@ double measured(const SketchData& sketch, int number) {
     const auto [c, e] = system.constraintEquations.front();
     const Equation& equation = system.set.equations[static_cast<std::size_t>(e)];
     const double found = residuals(system.set, equation, system.values)[0] / equation.scale + equation.value;
-    switch (constraint.type) {
-        case ConstraintType::distance:
+    switch (traits.value) {
+        case ConstraintValue::length:
             return std::abs(found);
-        case ConstraintType::diameter:
-            return 2.0 * found;
-        case ConstraintType::angle:
+        case ConstraintValue::angle:
             return wrapped(found, constraint.refs.size() == 3 ? std::numbers::pi : 2 * std::numbers::pi);
         default:
-            return found;
+            return found / traits.residualFactor;
     }
 }
 
