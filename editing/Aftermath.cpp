@@ -6,7 +6,6 @@
 #include <unordered_set>
 
 #include "document/EntityIndex.h"
-#include "document/Names.h"
 #include "hosting/evaluator/SketchFromDocument.h"
 #include "solver/src/diagnosis/Extract.h"
 #include "solver/src/sketch/Measure.h"
@@ -17,10 +16,6 @@ namespace {
 
 /// Parts of the drawing's size within which a constraint holds.
 constexpr double kHolds = 1e-6;
-
-bool isHostsOwn(ConstraintType type) {
-    return isDimension(type) || type == ConstraintType::midpoint || type == ConstraintType::internal;
-}
 
 /// The module judges a spline by its ends, and where it is cut by its control points. What holds on the whole of one it
 /// leaves alone, and all control points of an outermost span move when the spline is led on.
@@ -63,7 +58,7 @@ double shortfallOf(const SketchData& sketch, int constraint) {
 void dropFalse(Drawing& drawing, const Document& before, const Document& now) {
     const EntityIndex entities(now);
     const std::vector<int> doubtful = constraintsOnChanged(before, now, [&](const Constraint& constraint) {
-        return constraint.driving && (isHostsOwn(constraint.type) || isOnSpline(constraint, entities));
+        return constraint.driving && (!traitsOf(constraint.type).isJudgedByModule || isOnSpline(constraint, entities));
     });
     if (doubtful.empty())
         return;

@@ -70,18 +70,14 @@ private:
     Mark at(const Spot& spot) const { return at(spot.point, leftOf(spot.tangent)); }
 
     std::vector<Mark> geometric() const {
-        switch (m_constraint.type) {
-            case ConstraintType::parallel:
-            case ConstraintType::equal:
-            case ConstraintType::collinear:
+        switch (traitsOf(m_constraint.type).mark) {
+            case ConstraintMark::atEach:
                 return atEach();
-            case ConstraintType::horizontal:
-            case ConstraintType::vertical:
-            case ConstraintType::symmetric:
+            case ConstraintMark::between:
                 return {m_refs.size() > 1 ? between(m_refs[0].point(), m_refs[1].point()) : at(m_refs[0].spot())};
-            case ConstraintType::perpendicular:
+            case ConstraintMark::atCorner:
                 return crossed();
-            case ConstraintType::tangent:
+            case ConstraintMark::atTouch:
                 return {touching()};
             default:
                 return {at(m_refs[0].spot())};
@@ -138,7 +134,7 @@ private:
     }
 
     Mark dimension() const {
-        Mark mark = m_constraint.type == ConstraintType::angle ? angle() : lengthMark();
+        Mark mark = traitsOf(m_constraint.type).mark == ConstraintMark::opening ? angle() : lengthMark();
         mark.text = valueText(m_constraint);
         if (mark.text.empty())
             mark.text = "?";
@@ -163,19 +159,19 @@ private:
     }
 
     std::optional<Measured> measuredLength() const {
-        if (m_constraint.type == ConstraintType::radius || m_constraint.type == ConstraintType::diameter)
+        const ConstraintTraits& traits = traitsOf(m_constraint.type);
+        if (traits.mark == ConstraintMark::radial)
             return std::nullopt;
+        const bool isAlongAxis = traits.coordinate >= 0;
         std::optional<Measured> measured;
         if (m_refs.size() > 1)
             measured = measuredBetween(m_refs[0], m_refs[1]);
         else if (const auto line = asLine(m_refs[0].curve()))
             measured = Measured{line->start, line->end, unit(line->end - line->start)};
-        else if (m_refs[0].isPointLike() && m_constraint.type != ConstraintType::distance)
+        else if (m_refs[0].isPointLike() && isAlongAxis)
             measured = Measured{{}, m_refs[0].point(), {}};
-        if (measured && m_constraint.type == ConstraintType::distanceX)
-            measured->along = {1.0, 0.0};
-        if (measured && m_constraint.type == ConstraintType::distanceY)
-            measured->along = {0.0, 1.0};
+        if (measured && isAlongAxis)
+            measured->along = traits.coordinate == 0 ? Vec2{1.0, 0.0} : Vec2{0.0, 1.0};
         return measured;
     }
 
@@ -274,8 +270,7 @@ private:
 }  // namespace
 
 bool marksAPoint(ConstraintType type) {
-    return type == ConstraintType::coincident || type == ConstraintType::concentric ||
-           type == ConstraintType::pointOnCurve || type == ConstraintType::midpoint;
+    return traitsOf(type).mark == ConstraintMark::onPoint;
 }
 
 std::vector<Mark> marksOf(const Document& document, const EntityIndex& entities, const Frame& frame,

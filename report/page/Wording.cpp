@@ -18,13 +18,7 @@ std::string shownNumber(double value) {
 }  // namespace
 
 std::string_view kindName(ConstraintType type) {
-    static constexpr std::array<std::string_view, 22> names{
-        "coincident",    "concentric",    "point on curve", "fixed",     "horizontal", "vertical",
-        "parallel",      "perpendicular", "collinear",      "tangent",   "equal",      "symmetric",
-        "midpoint",      "internal",      "smooth",         "composite", "distance",   "distance in x",
-        "distance in y", "radius",        "diameter",       "angle"};
-    static_assert(static_cast<std::size_t>(ConstraintType::angle) + 1 == names.size(), "one name for each kind");
-    return names[static_cast<std::size_t>(type)];
+    return traitsOf(type).label;
 }
 
 std::string_view kindName(const Shape& shape) {
@@ -44,16 +38,12 @@ std::string placeNames(const Constraint& constraint) {
 std::string valueText(const Constraint& constraint) {
     if (!isDimension(constraint.type) || !constraint.value)
         return {};
-    const double value = *constraint.value;
-    std::string text;
-    if (constraint.type == ConstraintType::angle)
-        text = decimal(value * 180.0 / kPi, 2) + "\u00B0";
-    else if (constraint.type == ConstraintType::radius)
-        text = "R " + shownNumber(value);
-    else if (constraint.type == ConstraintType::diameter)
-        text = "\u2300 " + shownNumber(value);
+    const ConstraintTraits& traits = traitsOf(constraint.type);
+    std::string text(traits.valuePrefix);
+    if (traits.value == ConstraintValue::angle)
+        text += decimal(*constraint.value * 180.0 / kPi, 2) + "\u00B0";
     else
-        text = shownNumber(std::fabs(value));
+        text += shownNumber(std::fabs(*constraint.value));
     return constraint.driving ? text : "(" + text + ")";
 }
 
