@@ -1,6 +1,7 @@
 #include "hosting/Drawing.h"
 
 #include <algorithm>
+#include <charconv>
 #include <stdexcept>
 
 #include "document/Places.h"
@@ -14,6 +15,9 @@
 namespace holdfast::hosting {
 
 namespace {
+
+/// The first copy of a is a_2.
+constexpr int kFirstNumber = 2;
 
 bool isPolyline(const YxDbObject& object) {
     return object.isKindOf(YxDbPolyline::desc());
@@ -120,12 +124,25 @@ bool Drawing::isFixed(std::string_view name) const {
     return found != m_entities.end() && found->second.original.fixed;
 }
 
-std::string Drawing::freshName(const std::string& base) const {
-    for (int number = 2;; ++number) {
+std::string Drawing::freshName(const std::string& base) {
+    for (int& number = m_nextNumbers.try_emplace(base, kFirstNumber).first->second;; ++number) {
         std::string name = base + "_" + std::to_string(number);
         if (!m_entities.contains(name))
             return name;
     }
+}
+
+/// A name that is free again is the next one of its base, if it has the lowest number.
+void Drawing::releaseName(const std::string& name) {
+    const std::size_t bar = name.rfind('_');
+    if (bar == std::string::npos)
+        return;
+    int number = 0;
+    const char *first = name.data() + bar + 1, *last = name.data() + name.size();
+    const auto [end, error] = std::from_chars(first, last, number);
+    const auto next = m_nextNumbers.find(name.substr(0, bar));
+    if (error == std::errc() && end == last && number >= kFirstNumber && next != m_nextNumbers.end())
+        next->second = std::min(next->second, number);
 }
 
 std::string Drawing::add(const Shape& shape, std::string_view like) {
@@ -169,6 +186,7 @@ void Drawing::erase(std::string_view name) {
     HostAccess::erase(found->second.id);
     m_names.erase(resident);
     m_order.erase(found->second.order);
+    releaseName(found->first);
     m_entities.erase(found);
 }
 
@@ -198,10 +216,16 @@ YxGeomConstraint* Drawing::build(const Constraint& constraint) {
     return &made;
 }
 
+std::string Drawing::freshConstraintId() {
+    m_nextConstraintNumber = std::max(m_nextConstraintNumber, m_constraints.size() + 1);
+    for (;; ++m_nextConstraintNumber)
+        if (std::string id = "k" + std::to_string(m_nextConstraintNumber); !m_constraintIndex.contains(id))
+            return id;
+}
+
 std::string Drawing::addConstraint(Constraint constraint) {
-    for (std::size_t number = m_constraints.size() + 1; constraint.id.empty(); ++number)
-        if (std::string id = "k" + std::to_string(number); !m_constraintIndex.contains(id))
-            constraint.id = id;
+    if (constraint.id.empty())
+        constraint.id = freshConstraintId();
     m_constraintIndex.insert_or_assign(constraint.id, m_constraints.size());
     m_constraints.push_back({constraint, build(constraint)});
     return constraint.id;

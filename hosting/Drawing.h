@@ -94,7 +94,9 @@ private:
     bool hasPlaces(const Constraint& constraint) const;
     bool isLost(const YxConstrainedGeometry& geometry, Segments& segments) const;
     const YxDbAssocGeomDependency* dependencyOf(const YxConstrainedGeometry& geometry) const;
-    std::string freshName(const std::string& base) const;
+    std::string freshName(const std::string& base);
+    void releaseName(const std::string& name);
+    std::string freshConstraintId();
 
     HostProcess m_process;
     HostBuilder m_builder;
@@ -103,9 +105,11 @@ private:
     std::map<std::size_t, std::string> m_order;  // names, as they were drawn
     std::size_t m_nextOrder = 0;
     std::unordered_map<std::string, KnownEntity> m_entities;
+    std::unordered_map<std::string, int> m_nextNumbers;  // by base: below it, no number of a fresh name is free
     std::unordered_map<const YxDbObject*, std::string> m_names;
     std::vector<KnownConstraint> m_constraints;
     std::unordered_map<std::string, std::size_t> m_constraintIndex;
+    std::size_t m_nextConstraintNumber = 1;  // ids of constraints stay taken
     std::unordered_map<const YxGeomConstraint*, std::string> m_constraintIds;
 };
 

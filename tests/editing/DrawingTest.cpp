@@ -4,6 +4,7 @@
 
 #include <yxdb/YxDbArc.h>
 
+#include "host/model/ConstraintKinds.h"
 #include "host/model/HostAudit.h"
 #include "tests/editing/Shorthand.h"
 
@@ -31,6 +32,39 @@ Document oneOfEachShape() {
 TEST(Drawing, GivesEveryShapeBackToTheLastBit) {
     Drawing drawing(oneOfEachShape());
     EXPECT_EQ(drawing.document(), oneOfEachShape());
+}
+
+TEST(Drawing, NamesACopyByTheLowestNumberThatIsFree) {
+    Drawing drawing(frameDrawing());
+    const Shape shape = LineShape{{1, 1}, {2, 2}};
+    for (const char* name : {"base_2", "base_3", "base_4"})
+        EXPECT_EQ(drawing.add(shape, "base"), name);
+    EXPECT_EQ(drawing.add(shape, "base_2"), "base_2_2");
+    EXPECT_EQ(drawing.add(shape), "n_2");
+    drawing.erase("base_3");
+    drawing.erase("base_2");
+    for (const char* name : {"base_2", "base_3", "base_5"})
+        EXPECT_EQ(drawing.add(shape, "base"), name);
+}
+
+TEST(Drawing, NumbersNewConstraintsBehindThoseThatItHas) {
+    Document document = frameDrawing();
+    document.constraints[1].id = "k6";
+    Drawing drawing(document);
+    const Constraint level = constraintOf("", ConstraintType::horizontal, {{"base"}});
+    EXPECT_EQ(drawing.addConstraint(level), "k5");
+    EXPECT_EQ(drawing.addConstraint(level), "k7");
+    drawing.removeConstraint("k7");
+    EXPECT_EQ(drawing.addConstraint(level), "k8") << "the id of a deleted one is not given again";
+}
+
+TEST(Drawing, KnowsTheHostsWordForEveryKind) {
+    for (const ConstraintTraits& kind : constraintKinds()) {
+        const ConstraintKind* host = constraintKindNamed(kind.hostWord);
+        EXPECT_EQ(host == nullptr, kind.ownsMembers) << kind.name;
+        if (host != nullptr)
+            EXPECT_EQ(host->dimension.has_value(), kind.isDimension()) << kind.name;
+    }
 }
 
 TEST(Drawing, KeepsSwitchedOffConstraintsWithoutBuildingThem) {
