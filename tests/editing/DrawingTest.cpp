@@ -62,8 +62,9 @@ TEST(Drawing, KnowsTheHostsWordForEveryKind) {
     for (const ConstraintTraits& kind : constraintKinds()) {
         const ConstraintKind* host = constraintKindNamed(kind.hostWord);
         EXPECT_EQ(host == nullptr, kind.ownsMembers) << kind.name;
-        if (host != nullptr)
+        if (host != nullptr) {
             EXPECT_EQ(host->dimension.has_value(), kind.isDimension()) << kind.name;
+        }
     }
 }
 
