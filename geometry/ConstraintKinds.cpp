@@ -110,10 +110,10 @@ constexpr ConstraintTraits kKinds[] = {
     {.type = Type::distance, .name = "distance", .label = "distance", .hostWord = "distance",
      .sign = "length", .mark = Mark::length, .residual = Residual::gap,
      .value = Value::length, .isJudgedByModule = false,
-     .takes = "one bounded line or arc, or two of points, lines and circles (but not two lines)",
+     .takes = "one bounded line or arc, or two of points, lines and circles",
      .signatures = {{{1, {boundedLine | arc}},
                      {2, {point, point | lineLike | round}},
-                     {2, {lineLike, point | round}},
+                     {2, {lineLike, point | lineLike | round}},
                      {2, {round, point | lineLike | round}}}}},
 
     {.type = Type::distanceX, .name = "distance_x", .label = "distance in x", .hostWord = "distancex",

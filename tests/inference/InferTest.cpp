@@ -64,6 +64,19 @@ TEST(Infer, SaysOfARectangleWhatIsNeededAndNoMore) {
                     "coincident g2.end g3.start", "horizontal g0", "horizontal g2", "vertical g1", "vertical g3"));
 }
 
+TEST(Infer, LeavesADistanceOfTwoLinesAsItIs) {
+    Document document = documentOf({LineShape{{0, 0}, {30, 10}}, LineShape{{0, 20}, {30, 30}}});
+    Constraint gap;
+    gap.id = "gap";
+    gap.type = ConstraintType::distance;
+    gap.refs = {{"g0"}, {"g1"}};
+    gap.value = 18.97366596101028;
+    document.constraints = {gap};
+    const Document found = inferConstraints(document).document;
+    EXPECT_EQ(found.constraints.front(), gap);
+    EXPECT_THAT(spoken(found), ElementsAre("distance g0 g1", "parallel g0 g1", "equal g0 g1"));
+}
+
 TEST(Infer, MakesASquareOfARectangleWithOneEquality) {
     const std::vector<std::string> lines = inferred(ringOf({{0, 0}, {20, 0}, {20, 20}, {0, 20}}));
     EXPECT_EQ(lines.size(), 9U);

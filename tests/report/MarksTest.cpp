@@ -126,6 +126,21 @@ TEST_F(Marks, OfAGapReachFromTheLineToTheNearestPointOfTheCircle) {
     EXPECT_NEAR(norm(marks[0].measured->to - Vec2{2, 3}), 0.0, 1e-9);
 }
 
+TEST_F(Marks, OfAGapBetweenLinesReachFromTheFirstToTheMiddleOfTheSecond) {
+    m_drawing.entities.push_back(line("slanted", {1, 2}, {5, 6}));
+    m_drawing.entities.push_back({.id = "axis", .shape = XlineShape{{3, 5}, {1, 1}}});
+    const struct {
+        const char* second;
+        Vec2 from, to;
+    } rows[] = {{"c", {6, 0}, {6, 6}}, {"slanted", {3, 0}, {3, 4}}, {"axis", {3, 0}, {3, 5}}};
+    for (const auto& row : rows) {
+        const std::vector<Mark> marks = of({dimension("c", distance, {at("a"), at(row.second)}, row.to.y)});
+        ASSERT_TRUE(marks[0].measured.has_value());
+        EXPECT_NEAR(norm(marks[0].measured->from - row.from), 0.0, 1e-9) << row.second;
+        EXPECT_NEAR(norm(marks[0].measured->to - row.to), 0.0, 1e-9) << row.second;
+    }
+}
+
 TEST_F(Marks, OfAGapBetweenNestedCirclesStandWhereItIsNarrow) {
     m_drawing.entities.push_back({.id = "around", .shape = CircleShape{{6, 3}, 5}});
     for (const auto& pair : {std::vector<Place>{at("o"), at("around")}, std::vector<Place>{at("around"), at("o")}}) {

@@ -43,6 +43,17 @@ TEST(Diagnose, TakesOneDegreeForEachIndependentEquation) {
     EXPECT_EQ(freedomOf("point p 1,2; spline s 1 0,0 2,4; point_on_curve p s"), 5);
 }
 
+TEST(Diagnose, TakesTheGapOfLinesForOneDegreeWithOrWithoutParallels) {
+    EXPECT_EQ(freedomOf("line a 0,0 5,0; line b 0,3 6,5; distance a b = 4"), 7);
+    const Sketch parallels("line a 0,0 5,1; line b 0,3 5,4; parallel a b; distance a b = 2.941742027072761");
+    EXPECT_EQ(diagnose(parallels.sketch).freedom, 6);
+    EXPECT_EQ(redundantIn(parallels), "");
+    const Sketch levels(
+        "line a 0,0 5,0; line b 0,3 6,3; horizontal a; horizontal b; distance a b = 3; distance b a = 3");
+    EXPECT_EQ(diagnose(levels.sketch).freedom, 5);
+    EXPECT_EQ(redundantIn(levels), "c3");
+}
+
 TEST(Diagnose, IsNotFooledByAContactThatMovesFreely) {
     EXPECT_EQ(freedomOf("fixed! spline s 2 0,0 4,6 8,0; point p 4,3; point_on_curve p s"), 1);
     EXPECT_EQ(freedomOf("circle c 4,8 5; spline s 2 0,0 4,6 8,0; tangent c s"), 8);
@@ -96,6 +107,13 @@ TEST(Diagnose, NamesTheConstraintThatHoldsWorst) {
     EXPECT_EQ(diagnosis.worstConstraint, 1);
     EXPECT_NEAR(diagnosis.worstViolation, std::sqrt(61.0) - 1.0, 1e-12);
     EXPECT_THAT(diagnosis.conflicts, IsEmpty());
+}
+
+TEST(Diagnose, NamesTwoGapsOfTheSameLinesAsAConflict) {
+    const Sketch sketch("line a 0,0 5,1; line b 0,3 5,4; parallel a b; distance a b = 3; distance b a = 4");
+    const Diagnosis diagnosis = diagnose(sketch.sketch);
+    ASSERT_EQ(diagnosis.conflicts.size(), 1U);
+    EXPECT_THAT(sketch.namesOf(diagnosis.conflicts[0]), ::testing::HasSubstr("c1 c2"));
 }
 
 TEST(Diagnose, NamesEachConflictOnce) {

@@ -30,6 +30,15 @@ TEST(Measure, ReadsEveryDimensionOffTheFigure) {
     EXPECT_NEAR(measuredIn("polyline w 0,0:1 6,0; diameter w.segment:0 = 99"), 6.0, 1e-12);
 }
 
+TEST(Measure, TakesTheGapOfLinesFromTheMiddleOfTheSecond) {
+    EXPECT_NEAR(measuredIn("line a 0,0 9,0; line b 5,-3 2,-3; distance a b = 99"), 3.0, 1e-12);
+    EXPECT_NEAR(measuredIn("line a 0,0 9,0; line b 0,2 4,6; distance a b = 99"), 4.0, 1e-12);
+    EXPECT_NEAR(measuredIn("line a 0,0 1,0; line b 20,2 24,2; distance a b = 99"), 2.0, 1e-12) << "beyond the first";
+    EXPECT_NEAR(measuredIn("line a 0,0 9,0; xline x 3,5 30; distance a x = 99"), 5.0, 1e-12) << "from its base";
+    EXPECT_NEAR(measuredIn("line a 0,0 9,0; ray r 3,-5 30; measured distance a r = 99"), 5.0, 1e-12);
+    EXPECT_NEAR(measuredIn("polyline w 0,0 9,0 9,6 1,6; distance w.segment:2 w.segment:0 = 99"), 6.0, 1e-12);
+}
+
 TEST(Measure, GivesAnglesWithinOneTurn) {
     EXPECT_NEAR(measuredIn("line a 0,0 3,3; angle a = 10"), 45 * kDegree, 1e-12);
     EXPECT_NEAR(measuredIn("line a 0,0 3,3; angle a.end = 10"), 225 * kDegree, 1e-12);

@@ -251,6 +251,29 @@ TEST(Solve, FollowsTheReferenceWhenTheDirectWayLeadsToAnotherBranch) {
     EXPECT_LT(sketch.worstViolation(), 1e-9);
 }
 
+TEST(Solve, KeepsALineOnItsSideOfAnother) {
+    for (const char* levels : {"", "; horizontal a; horizontal b"}) {
+        Sketch sketch(std::string("fixed! line a 0,0 6,0; line b 0,-4 6,-4; parallel a b; distance a b = 3") + levels);
+        sketch.move("b.start", {0, 2});  // dragged across
+        sketch.move("b.end", {6, 2});
+        EXPECT_EQ(solve(sketch.sketch, {}).status, SolveStatus::solved);
+        EXPECT_NEAR(sketch.at("b.start").y, -3.0, 1e-9) << levels;
+        EXPECT_NEAR(sketch.at("b.end").y, -3.0, 1e-9) << levels;
+    }
+}
+
+TEST(Solve, SaysThatAnEllipseHasNoGap) {
+    Sketch sketch("line a 0,0 4,0; ellipse e 0,0 3,0 0.5; distance a e = 1");
+    try {
+        solve(sketch.sketch, {});
+        FAIL() << "nobody complained";
+    } catch (const SketchError& error) {
+        EXPECT_STREQ(error.what(),
+                     "constraint c0: distance of line a, ellipse e; distance takes one bounded line or arc, or two of "
+                     "points, lines and circles");
+    }
+}
+
 TEST(Solve, SaysWhatAConstraintCannotApplyTo) {
     SketchText sketch("line a 0,0 4,0; circle c 0,0 3; horizontal c");
     try {

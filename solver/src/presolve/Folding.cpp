@@ -64,16 +64,29 @@ bool foldPointDistance(EquationBuilder& builder, const Operand& p, const Operand
     return false;
 }
 
+/// Ties a coordinate to that of a line along an axis, on the side that is known or was at the reference.
+void tieBeside(EquationBuilder& builder, int coordinate, const AxisLine& line) {
+    double already = 0.0;
+    const bool isKnown = builder.differByConstant(line.value, coordinate, already);
+    const double side = isKnown ? (already < 0.0 ? -1.0 : 1.0) : sideOf(builder, line.value, coordinate);
+    builder.tie(coordinate, line.value, 1.0, side * builder.target());
+}
+
 bool foldPointLineDistance(EquationBuilder& builder, const SketchPlace& a, const SketchPlace& b) {
     const auto point = pointAt(builder.sketch(), a);
     const auto line = axisLineAt(builder, b);
     if (!point || !isDirect(*point) || !line)
         return false;
-    const int coordinate = point->inputs[line->across];
-    double already = 0.0;
-    const bool isKnown = builder.differByConstant(line->value, coordinate, already);
-    const double side = isKnown ? (already < 0.0 ? -1.0 : 1.0) : sideOf(builder, line->value, coordinate);
-    builder.tie(coordinate, line->value, 1.0, side * builder.constraint().value);
+    tieBeside(builder, point->inputs[line->across], *line);
+    return true;
+}
+
+/// Lines along the same axis are as far apart everywhere.
+bool foldGapOfLines(EquationBuilder& builder, const SketchPlace& a, const SketchPlace& b) {
+    const auto one = axisLineAt(builder, a), two = axisLineAt(builder, b);
+    if (!one || !two || one->across != two->across || pointAt(builder.sketch(), a) || pointAt(builder.sketch(), b))
+        return false;
+    tieBeside(builder, two->value, *one);
     return true;
 }
 
@@ -81,7 +94,7 @@ bool foldPointLineDistance(EquationBuilder& builder, const SketchPlace& a, const
 
 bool foldGap(EquationBuilder& builder) {
     const SketchPlace& a = builder.ref(0);
-    const double distance = builder.constraint().value;
+    const double distance = builder.target();
     if (builder.constraint().refs.size() == 1) {
         const auto line = lineAt(builder.sketch(), curveOf(a));
         if (!line || line->kind != OperandKind::segment)
@@ -94,7 +107,8 @@ bool foldGap(EquationBuilder& builder) {
     const auto p = pointAt(builder.sketch(), a), q = pointAt(builder.sketch(), b);
     if (p && q)
         return isDirect(*p) && isDirect(*q) && foldPointDistance(builder, *p, *q, distance);
-    return foldPointLineDistance(builder, a, b) || foldPointLineDistance(builder, b, a);
+    return foldPointLineDistance(builder, a, b) || foldPointLineDistance(builder, b, a) ||
+           foldGapOfLines(builder, a, b);
 }
 
 bool foldPointOnCurve(EquationBuilder& builder) {

@@ -88,17 +88,33 @@ void addCircleGap(EquationBuilder& builder, const Operand& a, const Operand& b) 
     addNearest(builder, forms, {a, b});
 }
 
+/// Where the gap of a line is measured: in its middle, or at the base of one without ends.
+Operand gapPoint(const Operand& line) {
+    if (line.kind == OperandKind::segment)
+        return {OperandKind::middle, line.inputs, {}};
+    return {OperandKind::point, {line.inputs[0], line.inputs[1]}, {}};
+}
+
+/// One equation, which leaves the directions free: lines that shall be parallel have a constraint that says so.
+void addGapOfLines(EquationBuilder& builder, const Operand& carrier, const Operand& line) {
+    addOnNearerSide(builder, valueForm(builder, ResidualKind::pointLine), {gapPoint(line), carrier});
+}
+
 bool addCurveGap(EquationBuilder& builder, CurveRef one, CurveRef two) {
     const SketchData& sketch = builder.sketch();
     const auto lineA = lineAt(sketch, one), lineB = lineAt(sketch, two);
     const auto circleA = circleAt(sketch, one), circleB = circleAt(sketch, two);
+    if (!(lineA || circleA) || !(lineB || circleB))
+        return false;
     if (circleA && circleB)
         addCircleGap(builder, *circleA, *circleB);
-    else if (lineA && circleB)
+    else if (lineA && lineB)
+        addGapOfLines(builder, *lineA, *lineB);
+    else if (lineA)
         addLineGap(builder, *lineA, *circleB);
-    else if (circleA && lineB)
+    else
         addLineGap(builder, *lineB, *circleA);
-    return (circleA && circleB) || (lineA && circleB) || (circleA && lineB);
+    return true;
 }
 
 }  // namespace
