@@ -113,7 +113,7 @@ void ConstraintStretchCmdCenter::addPolylineInfo(YxDbObjectId id, YxDbEntity* en
         // closed one; both have the arc that nothing was read into
         // (StretchPolyline.RecordsAnUnreadArcForTheLastVertexOfAnOpenOne,
         // StretchPolyline.AcceptsAnIndexEqualToTheVertexCountOnlyWhenClosed).
-        if (index > highest || polyline.segType(segment) == YxDbPolyline::kLine)
+        if (index < 0 || index > highest || polyline.segType(segment) == YxDbPolyline::kLine)
             continue;
         YxGeCircArc3d arc;
         YxGeCircArc3d sourceArc;

@@ -100,6 +100,12 @@ TEST(StretchPolyline, AcceptsAnIndexEqualToTheVertexCountOnlyWhenClosed) {
     EXPECT_EQ(closed.object("c", {4, 5}, 3, 4).begin().specials(), "c identity 4 1,0,0");
 }
 
+TEST(StretchPolyline, SkipsANegativeIndex) {
+    FeedingScene scene(kDrawing);
+    Stretch stretch(scene);
+    EXPECT_EQ(stretch.object("p", {-1, 1}, 3, 4).begin().specials(), "p translation 3,4,0 1 5,0,0");
+}
+
 TEST(StretchPolyline, RecordsADegenerateSegment) {
     FeedingScene scene("polyline d 0,0 0,0 5,0; dependency d[2]");
     Stretch stretch(scene);
