@@ -29,7 +29,7 @@ bool carriesFixedConstraint(const YxDbAssoc2dConstraintGroup& group, const YxDbF
     geometry->getConnectedConstraints(constraints);
     bool fixed = false;
     for (const YxGeomConstraint* constraint : constraints)
-        fixed = fixed || (constraint != nullptr && constraint->isKindOf(YxFixedConstraint::desc()));
+        fixed = (constraint != nullptr && constraint->isKindOf(YxFixedConstraint::desc())) || fixed;
     return fixed;
 }
 
@@ -81,8 +81,10 @@ bool isFixedLine(const YxDbObjectId& id) {
     if (!group || parts == nullptr || parts->getAllSubentities(entity.get(), YxDb::kEdgeSubentType, edges) != Yxrt::eOk)
         return false;
     bool fixed = false;
+    // KEEP: asks the host about every edge, also behind the first that carries one
+    // (PropertiesFix.IsLookedForOnEveryEdgeBehindTheFirstThatHasIt).
     for (const YxDbSubentId& edge : edges)
-        fixed = fixed || (edge != YxDbSubentId() && carriesFixedConstraint(*group, {id, edge}));
+        fixed = (edge != YxDbSubentId() && carriesFixedConstraint(*group, {id, edge})) || fixed;
     return fixed;
 }
 

@@ -2,6 +2,10 @@
 
 #include <numbers>
 
+#include <YxDbConstraints/YxDbAssocPersSubentId.h>
+#include <yxdb/YxDbLine.h>
+
+#include "host/src/yxbase/ProtocolExtensions.h"
 #include "tests/module/commands/properties/PropertiesScene.h"
 
 namespace holdfast::module {
@@ -126,6 +130,26 @@ TEST(PropertiesFix, IsFoundBehindOtherConstraints) {
     Palette palette("line b 0,0 8,0; line c 0,1 8,1; horizontal b; parallel b c; fixed b; equal b c");
     EXPECT_TRUE(palette.centre.hasFixOfLine(palette.scene.id("b")));
     EXPECT_FALSE(palette.centre.hasFixOfLine(palette.scene.id("c")));
+}
+
+/// A platform on which a line has two edges.
+class TwoEdges : public YxDbAssocPersSubentIdPE {
+public:
+    TwoEdges() { setProtocolExtension(YxDbLine::desc(), YxDbAssocPersSubentIdPE::desc(), this); }
+    ~TwoEdges() override { setProtocolExtension(YxDbLine::desc(), YxDbAssocPersSubentIdPE::desc(), nullptr); }
+    Yxrt::ErrorStatus getAllSubentities(const YxDbEntity*, YxDb::SubentType type,
+                                        YxArray<YxDbSubentId>& parts) const override {
+        parts.append(YxDbSubentId(type, 1));
+        parts.append(YxDbSubentId(type, 2));
+        return Yxrt::eOk;
+    }
+};
+
+TEST(PropertiesFix, IsLookedForOnEveryEdgeBehindTheFirstThatHasIt) {
+    Palette palette(kFixed);
+    const TwoEdges platform;
+    EXPECT_TRUE(palette.centre.hasFixOfLine(palette.scene.id("a")));
+    EXPECT_EQ(palette.scene.process().journal().count("getConstrainedGeometry(path)"), 2);
 }
 
 TEST(PropertiesFix, IsNotSeenWhenTheHostCannotTell) {
