@@ -232,7 +232,9 @@ void ConstraintFilletCmdCenter::setTwoPolyLineConstraint(YxDbPolyline* joined, b
         for (const PolyInfo& record : m_secondPolyInfos)
             moveToJoined(record, *joined, offset);
     }
-    if (reverseFirst && openAs<YxDbAssoc2dConstraintGroup>(m_groupId, YxDb::kForWrite))
+    if (!reverseFirst)
+        return;
+    if (const auto group = openAs<YxDbAssoc2dConstraintGroup>(m_groupId, YxDb::kForWrite))
         setOnePolyLineDate(joined);
 }
 

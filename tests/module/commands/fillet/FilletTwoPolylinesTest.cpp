@@ -191,6 +191,23 @@ TEST(FilletTwoPolylines, AreRecordedAnewWhenTheFirstWasTurned) {
     }
 }
 
+TEST(FilletTwoPolylines, AreRecordedAnewWhileTheGroupIsOpenForWrite) {
+    TestScene scene(twoPolylines("10,0"));
+    Centre centre;
+    join(scene, centre, kTouching, true, true);
+    const auto& calls = scene.process().journal().entries();
+    const auto last = [&](const char* operation, const char* subject) {
+        std::ptrdiff_t found = -1;
+        for (std::size_t i = 0; i < calls.size(); ++i)
+            if (namesOperation(calls[i].operation, operation) && calls[i].subjectName == subject)
+                found = static_cast<std::ptrdiff_t>(i);
+        return found;
+    };
+    EXPECT_LT(last("openObject", "group"), last("owningAction", "dependency q[1]"));
+    EXPECT_GT(last("release", "group"), last("getVertexIdentifierAt", "q"));
+    EXPECT_EQ(calls[static_cast<std::size_t>(last("openObject", "group"))].arguments, "write");
+}
+
 TEST(FilletTwoPolylines, KeepARecordThatEndsAtNoVertexOfTheTurnedClone) {
     TestScene scene(twoPolylines("10,0"));
     Centre centre;
