@@ -30,18 +30,18 @@ public:
     virtual void resetData(const YxArray<YxArray<int>>& indexLists);
     virtual void setTransform(const YxGeMatrix3d& transform);
     virtual void setTransform(const YxGeVector3d& displacement);
-    virtual void addSpecialInfo(const YxDbObjectId& id, YxGeMatrix3d transform, int segIndex, double radius);
+    virtual void addSpecialInfo(YxDbObjectId id, YxGeMatrix3d transform, int segIndex, double radius);
     virtual void addObjectOffset();
-    virtual void addObjectOffset(const YxDbObjectId& id, const YxGeVector3d& offset);
+    virtual void addObjectOffset(YxDbObjectId id, YxGeVector3d offset);
     virtual void evaluate();
     virtual void collectInfo();
     virtual void beginStep();
 
     /// True when the entity has constrained geometry in a constraint group.
-    static bool hasAssocConstraint(const YxDbObjectId& id);
+    static bool hasAssocConstraint(YxDbObjectId id);
     /// True when the polyline has constrained geometry; fills in the 1-based vertex numbers of the ends of all
     /// constrained segments, ascending, once each.
-    static bool polyLineHasAssocConstraintIndex(const YxDbObjectId& polyline, YxArray<int>& indices);
+    static bool polyLineHasAssocConstraintIndex(YxDbObjectId polyline, YxArray<int>& indices);
 
 private:
     friend struct holdfast::HostAccess;

@@ -21,7 +21,7 @@ public:
     /// Ends an open made with yxdbOpenObject.
     Yxrt::ErrorStatus close();
     /// Detaches one reactor; the object must be open for write or not database-resident.
-    Yxrt::ErrorStatus removePersistentReactor(const YxDbObjectId& reactor);
+    Yxrt::ErrorStatus removePersistentReactor(YxDbObjectId reactor);
 
 protected:
     YxDbObject();

@@ -79,7 +79,7 @@ void LvEvaDataConverter::setTransform(const YxGeVector3d& displacement) {
     record(*this, std::move(call));
 }
 
-void LvEvaDataConverter::addSpecialInfo(const YxDbObjectId& id, YxGeMatrix3d transform, int segIndex, double radius) {
+void LvEvaDataConverter::addSpecialInfo(YxDbObjectId id, YxGeMatrix3d transform, int segIndex, double radius) {
     hostCall("LvEvaDataConverter::addSpecialInfo", nullptr, HostAccess::peek(id));
     ConverterRecord call = callNamed("addSpecialInfo");
     call.id = id;
@@ -94,7 +94,7 @@ void LvEvaDataConverter::addObjectOffset() {
     record(*this, callNamed("addObjectOffset"));
 }
 
-void LvEvaDataConverter::addObjectOffset(const YxDbObjectId& id, const YxGeVector3d& offset) {
+void LvEvaDataConverter::addObjectOffset(YxDbObjectId id, YxGeVector3d offset) {
     hostCall("LvEvaDataConverter::addObjectOffset", nullptr, HostAccess::peek(id), offset.x, offset.y, offset.z);
     ConverterRecord call = callNamed("addObjectOffset(id)");
     call.id = id;
@@ -119,13 +119,13 @@ void LvEvaDataConverter::beginStep() {
     record(*this, callNamed("beginStep"));
 }
 
-bool LvEvaDataConverter::hasAssocConstraint(const YxDbObjectId& id) {
+bool LvEvaDataConverter::hasAssocConstraint(YxDbObjectId id) {
     if (hostCall("LvEvaDataConverter::hasAssocConstraint", HostAccess::peek(id)))
         return false;
     return holdfast::groupOf(id).isValid();
 }
 
-bool LvEvaDataConverter::polyLineHasAssocConstraintIndex(const YxDbObjectId& polyline, YxArray<int>& indices) {
+bool LvEvaDataConverter::polyLineHasAssocConstraintIndex(YxDbObjectId polyline, YxArray<int>& indices) {
     indices.setLogicalLength(0);
     const YxDbObject* object = HostAccess::peek(polyline);
     if (hostCall("LvEvaDataConverter::polyLineHasAssocConstraintIndex", object))

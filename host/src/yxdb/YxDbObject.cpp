@@ -44,7 +44,7 @@ Yxrt::ErrorStatus YxDbObject::close() {
     return Yxrt::eOk;
 }
 
-Yxrt::ErrorStatus YxDbObject::removePersistentReactor(const YxDbObjectId& reactor) {
+Yxrt::ErrorStatus YxDbObject::removePersistentReactor(YxDbObjectId reactor) {
     if (const auto fault = hostCall("YxDbObject::removePersistentReactor", this, HostAccess::peek(reactor)))
         return refusedStatus(fault);
     if (!HostAccess::isWritable(*this)) {

@@ -37,6 +37,16 @@ TEST(ConverterFactory, KnowsNoOtherEditors) {
         EXPECT_EQ(converterFor(static_cast<LvEditorType>(number)), nullptr) << number;
 }
 
+TEST(ConverterSignatures, TakeIdsByValue) {
+    // What a host exports is named after the types of its arguments.
+    bool (*const isConstrained)(YxDbObjectId) = &LvEvaDataConverter::hasAssocConstraint;
+    bool (*const indices)(YxDbObjectId, YxArray<int>&) = &LvEvaDataConverter::polyLineHasAssocConstraintIndex;
+    void (LvEvaDataConverter::*const special)(YxDbObjectId, YxGeMatrix3d, int, double) =
+        &LvEvaDataConverter::addSpecialInfo;
+    Yxrt::ErrorStatus (YxDbObject::*const remove)(YxDbObjectId) = &YxDbObject::removePersistentReactor;
+    EXPECT_TRUE(isConstrained != nullptr && indices != nullptr && special != nullptr && remove != nullptr);
+}
+
 TEST(Converter, RecordsTheCallsOfAnAlignInTheirOrder) {
     const auto converter = converterFor(kAlignEditor);
     converter->resetData();
