@@ -2,17 +2,21 @@
 
 #include <yxbase/YxArray.h>
 
+#include <bit>
 #include <unordered_set>
 
 namespace holdfast::module {
 
-/// Appends, and doubles the storage of a long array instead of letting it grow by the host's fixed step: many appends
-/// stay linear.
+/// Appends, and doubles the room of a long array instead of letting it grow by the host's fixed step: many appends stay
+/// linear. The value must not lie in the list.
 template <class T>
 void appendGrowing(YxArray<T>& list, const T& value) {
-    constexpr int kFixedStepsBegin = 1024;
-    if (list.length() == list.physicalLength() && list.length() >= kFixedStepsBegin)
-        list.setPhysicalLength(2 * list.length());
+    constexpr int kFixedStepsBegin = 1024;  // the host doubles shorter arrays itself, of elements up to 64 bytes
+    const int length = list.length();
+    if (length >= kFixedStepsBegin && std::has_single_bit(static_cast<unsigned int>(length))) {
+        list.setLogicalLength(2 * length);
+        list.setLogicalLength(length);
+    }
     list.append(value);
 }
 

@@ -9,6 +9,8 @@ import re
 import sys
 
 TEMPLATES = ("YxArray.h", "YxSmartPtr.h")  # templates live in their headers on every platform
+# How a host stores its arrays is its own business: what its templates have beyond the operations that the module uses.
+HIDDEN = {"YxArray.h": ("physicalLength", "growLength", "setPhysicalLength", "asArrayPtr")}
 OTHER_DATA = "private:\n    void* m_otherData[5];\n    float m_otherNumber;\n"
 
 
@@ -62,6 +64,16 @@ def declaration(head):
     return head + ";"
 
 
+def with_private(text, names):
+    """The same, with members of these names private."""
+    out, index = "", 0
+    for match in re.finditer(rf"^    [\w&* ]*?\b(?:{'|'.join(names)})\([^;]*?\{{", text, flags=re.M):
+        end = closing(text, match.end() - 1)
+        out += f"{text[index:match.start()]}private:\n{text[match.start():end]}\npublic:"
+        index = end
+    return out + text[index:]
+
+
 def bare_class(head, body):
     sections = {"public:": [], "protected:": []}
     first = []
@@ -99,6 +111,8 @@ def write_bare_set(source, target):
         path.parent.mkdir(parents=True, exist_ok=True)
         text = header.read_text()
         text = text if header.name in TEMPLATES else bare_header(text)
+        if header.name in HIDDEN:
+            text = with_private(text, HIDDEN[header.name])
         if not path.exists() or path.read_text() != text:
             path.write_text(text)
 

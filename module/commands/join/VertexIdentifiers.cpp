@@ -55,9 +55,9 @@ void clearLoose(YxDbPolyline& polyline) {
 YxArray<int> identifiersOf(const YxDbPolyline& polyline) {
     YxArray<int> identifiers;
     const int count = static_cast<int>(polyline.numVerts());
-    identifiers.setPhysicalLength(count);
+    identifiers.setLogicalLength(count);
     for (int i = 0; i < count; ++i)
-        identifiers.append(identifierAt(polyline, i));
+        identifiers[i] = identifierAt(polyline, i);
     return identifiers;
 }
 
