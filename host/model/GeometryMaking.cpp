@@ -19,8 +19,8 @@ YxConstrainedGeometry& addAs(YxDbAssoc2dConstraintGroup& group, const YxDbObject
 }
 
 AddGeometry adderOf(const YxDbPolyline& polyline, int segment) {
-    const PolylineVertex start = EntityAccess::vertex(polyline, static_cast<std::size_t>(segment - 1));
-    return start.bulge != 0.0 ? &addAs<YxConstrainedArc> : &addAs<YxConstrainedBoundedLine>;
+    const bool isArc = EntityAccess::isArc(polyline, static_cast<std::size_t>(segment - 1));
+    return isArc ? &addAs<YxConstrainedArc> : &addAs<YxConstrainedBoundedLine>;
 }
 
 AddGeometry adderOf(const YxDbEllipse& ellipse) {

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "host/src/EntityCheck.h"
+#include "host/src/yxdb/CurveMath.h"
 
 namespace holdfast {
 namespace {
@@ -182,6 +183,11 @@ void EntityAccess::setEllipse(YxDbEllipse& ellipse, const EllipseData& data) {
 EllipseData EntityAccess::ellipse(const YxDbEllipse& ellipse) {
     return {ellipse.m_centre,     ellipse.m_major,    ellipse.m_ratio,
             ellipse.m_startAngle, ellipse.m_endAngle, ellipse.m_normal};
+}
+
+double EntityAccess::nearestAngle(const YxDbEllipse& ellipse, const YxGePoint3d& point) {
+    const AngleRange range(ellipse.m_startAngle, ellipse.m_endAngle);
+    return ellipse.nearestAngle(range.start(), range.end(), point);
 }
 
 std::unique_ptr<YxDbText> EntityAccess::makeText(const TextData& data) {

@@ -128,6 +128,8 @@ struct EntityAccess {
     static std::unique_ptr<YxDbEllipse> makeEllipse(const EllipseData& data);
     static void setEllipse(YxDbEllipse& ellipse, const EllipseData& data);
     static EllipseData ellipse(const YxDbEllipse& ellipse);
+    /// Of the ellipse's point that is nearest to another, however far away that is.
+    static double nearestAngle(const YxDbEllipse& ellipse, const YxGePoint3d& point);
 
     static std::unique_ptr<YxDbSpline> makeSpline(SplineData data);
     static void setSpline(YxDbSpline& spline, SplineData data);
@@ -150,6 +152,8 @@ struct EntityAccess {
     static bool isClosed(const YxDbPolyline& polyline) { return polyline.m_closed; }
     /// One less than the vertices, or as many when the polyline is closed.
     static std::size_t segmentCount(const YxDbPolyline& polyline);
+    /// What segType answers as kArc.
+    static bool isArc(const YxDbPolyline& polyline, std::size_t segment);
     /// Without copying the others.
     static PolylineVertex vertex(const YxDbPolyline& polyline, std::size_t index);
     static void setVertex(YxDbPolyline& polyline, std::size_t index, const PolylineVertex& vertex);

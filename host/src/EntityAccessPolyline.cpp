@@ -5,6 +5,7 @@
 
 #include "host/src/EntityAccess.h"
 #include "host/src/EntityCheck.h"
+#include "host/src/yxdb/BulgeSegment.h"
 
 namespace holdfast {
 namespace {
@@ -136,6 +137,10 @@ int EntityAccess::takeFreshIdentifier(YxDbPolyline& polyline) {
 std::size_t EntityAccess::segmentCount(const YxDbPolyline& polyline) {
     const std::size_t vertices = vertexCount(polyline);
     return vertices == 0 || isClosed(polyline) ? vertices : vertices - 1;
+}
+
+bool EntityAccess::isArc(const YxDbPolyline& polyline, std::size_t segment) {
+    return segment < segmentCount(polyline) && polyline.segmentAt(static_cast<unsigned int>(segment)).isArc();
 }
 
 int EntityAccess::numberVertex(YxDbPolyline& polyline, std::size_t index) {

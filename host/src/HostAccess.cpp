@@ -194,6 +194,14 @@ YxConstrainedGeometry* HostAccess::geometryOn(const YxDbAssoc2dConstraintGroup& 
     return data(group).geometryOn(dependency);
 }
 
+const YxDbObjectId& HostAccess::standsOn(const YxConstrainedGeometry& geometry) {
+    const auto* point = dynamic_cast<const YxConstrainedImplicitPoint*>(&geometry);
+    if (point == nullptr)
+        return dependencyOf(geometry);
+    const YxGraphNode* curve = data(*point->m_group).node(point->m_curveId);
+    return dependencyOf(curve == nullptr ? geometry : static_cast<const YxConstrainedGeometry&>(*curve));
+}
+
 YxConstrainedImplicitPoint* HostAccess::implicitPoint(const YxDbAssoc2dConstraintGroup& group,
                                                       const YxConstrainedGeometry& curve, YxDb::ImplicitPointType type,
                                                       int pointIndex) {

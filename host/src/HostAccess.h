@@ -139,6 +139,8 @@ struct HostAccess {
                                                      const YxConstrainedGeometry& curve, YxDb::ImplicitPointType type,
                                                      int pointIndex);
     static const YxDbObjectId& dependencyOf(const YxConstrainedGeometry& geometry) { return geometry.m_dependency; }
+    /// The same, but for an implicit point the dependency of the curve that defines it.
+    static const YxDbObjectId& standsOn(const YxConstrainedGeometry& geometry);
     static YxDbAssoc2dConstraintGroup* groupOf(const YxConstrainedGeometry& geometry) { return geometry.m_group; }
     static const std::vector<YxGeomConstraint*>& connected(const YxConstrainedGeometry& geometry) {
         return withoutDeleted(geometry.m_connected, geometry.m_deletedCount);

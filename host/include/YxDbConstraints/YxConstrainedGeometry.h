@@ -19,7 +19,7 @@ public:
     /// The constraints that name this very geometry; members of composites, not the composites. Fills the array from
     /// its start.
     void getConnectedConstraints(YxArray<YxGeomConstraint*>& constraints) const;
-    /// The dependency on which the geometry stands; for an implicit point the null id.
+    /// The dependency on which the geometry stands; for an implicit point that of the curve that defines it.
     YxDbObjectId geomDependencyId() const;
 
 private:

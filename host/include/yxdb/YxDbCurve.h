@@ -10,8 +10,9 @@ class YxDbCurve : public YxDbEntity {
 public:
     virtual Yxrt::ErrorStatus getStartPoint(YxGePoint3d& point) const;
     virtual Yxrt::ErrorStatus getEndPoint(YxGePoint3d& point) const;
-    /// The parameter of that point of the curve which is nearest; exactly the parameter of an end or a vertex where the
-    /// two points are equal. A closed curve's start and end have the start's parameter.
+    /// The parameter of a point on the curve; exactly the parameter of an end or a vertex where the two points are
+    /// equal. A closed curve's start and end have the start's parameter. eInvalidInput for a point that is not on the
+    /// curve.
     virtual Yxrt::ErrorStatus getParamAtPoint(const YxGePoint3d& point, double& param) const;
     /// eOutOfRange for a parameter beyond the curve's ends; closed curves by angle, periodic splines and closed
     /// polylines wrap round.

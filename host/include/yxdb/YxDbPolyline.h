@@ -53,6 +53,7 @@ private:
     unsigned int segmentCount() const;
     holdfast::BulgeSegment segmentAt(unsigned int index) const;
     double nearestParam(const YxGePoint2d& point) const;
+    YxGePoint3d pointOf(double param) const;
     Yxrt::ErrorStatus pointOfLoneVertex(double param, YxGePoint3d& point) const;
 
     std::vector<Vertex> m_vertices;

@@ -34,7 +34,7 @@ void YxConstrainedGeometry::getConnectedConstraints(YxArray<YxGeomConstraint*>& 
 
 YxDbObjectId YxConstrainedGeometry::geomDependencyId() const {
     const auto fault = hostCall("YxConstrainedGeometry::geomDependencyId", this);
-    return fault ? holdfast::answeredId(fault) : m_dependency;
+    return fault ? holdfast::answeredId(fault) : holdfast::HostAccess::standsOn(*this);
 }
 
 unsigned int YxConstrainedImplicitPoint::constrainedCurveId() const {

@@ -37,6 +37,8 @@ Yxrt::ErrorStatus YxDbAssocDependency::attachToObject(const YxDbCompoundObjectId
     }
     if (target == nullptr)
         return Yxrt::eNotInDatabase;
+    if (HostAccess::isErased(path.last()))
+        return Yxrt::eWasErased;
     if (m_object.isValid())
         return Yxrt::eInvalidInput;
     m_object = path.last();

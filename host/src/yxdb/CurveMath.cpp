@@ -39,6 +39,15 @@ Yxrt::ErrorStatus answer(double result, double& param) {
     return Yxrt::eOk;
 }
 
+Yxrt::ErrorStatus answerOnCurve(double param, const YxGePoint3d& nearest, const YxGePoint3d& asked, double& answered) {
+    // Ten digits above what rounding does to a point of the curve, and the digits that a drawing file may have cut off.
+    constexpr double kOnCurve = 1e-6;
+    const double size = std::max({1.0, std::abs(asked.x), std::abs(asked.y), std::abs(asked.z)});
+    if (!(nearest.distanceTo(asked) <= kOnCurve * size))
+        return Yxrt::eInvalidInput;
+    return answer(param, answered);
+}
+
 double clampedTo(double value, double low, double high) {
     return value >= low ? std::min(value, high) : low;
 }

@@ -19,6 +19,10 @@ bool isFinite(const YxGePoint3d& point);
 Yxrt::ErrorStatus answer(const YxGePoint3d& result, YxGePoint3d& point);
 Yxrt::ErrorStatus answer(double result, double& param);
 
+/// Hands out the parameter of the curve's nearest point to the one asked for; eInvalidInput, and the argument stays,
+/// when that point is not on the curve: farther from it than 1e-6 drawing units, or 1e-6 of its coordinates.
+Yxrt::ErrorStatus answerOnCurve(double param, const YxGePoint3d& nearest, const YxGePoint3d& asked, double& answered);
+
 /// The value within the range; its lower end also for what is no number.
 double clampedTo(double value, double low, double high);
 

@@ -76,8 +76,9 @@ Yxrt::ErrorStatus YxDbArc::getParamAtPoint(const YxGePoint3d& point, double& par
     const double angle = range.nearest(holdfast::planeFrame(m_normal).angleOf(point - m_centre));
     const YxGePoint3d nearest = pointAt(angle);
     if (nearest.isEqualTo(pointAt(range.start())))
-        return holdfast::answer(range.start(), param);
-    return holdfast::answer(nearest.isEqualTo(pointAt(range.end())) ? range.end() : angle, param);
+        return holdfast::answerOnCurve(range.start(), nearest, point, param);
+    const bool isEnd = nearest.isEqualTo(pointAt(range.end()));
+    return holdfast::answerOnCurve(isEnd ? range.end() : angle, nearest, point, param);
 }
 
 Yxrt::ErrorStatus YxDbArc::getPointAtParam(double param, YxGePoint3d& point) const {

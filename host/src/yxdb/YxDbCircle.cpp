@@ -59,7 +59,8 @@ Yxrt::ErrorStatus YxDbCircle::getParamAtPoint(const YxGePoint3d& point, double& 
     if (!holdfast::isFinite(point))
         return Yxrt::eInvalidInput;
     const double angle = holdfast::withinTurn(holdfast::planeFrame(m_normal).angleOf(point - m_centre));
-    return holdfast::answer(pointAt(angle).isEqualTo(pointAt(0.0)) ? 0.0 : angle, param);
+    const YxGePoint3d nearest = pointAt(angle);
+    return holdfast::answerOnCurve(nearest.isEqualTo(pointAt(0.0)) ? 0.0 : angle, nearest, point, param);
 }
 
 Yxrt::ErrorStatus YxDbCircle::getPointAtParam(double param, YxGePoint3d& point) const {

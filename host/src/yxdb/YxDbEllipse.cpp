@@ -81,8 +81,9 @@ Yxrt::ErrorStatus YxDbEllipse::getParamAtPoint(const YxGePoint3d& point, double&
     const double angle = nearestAngle(range.start(), range.end(), point);
     const YxGePoint3d nearest = pointAt(angle);
     if (nearest.isEqualTo(pointAt(range.start())))
-        return holdfast::answer(range.start(), param);
-    return holdfast::answer(nearest.isEqualTo(pointAt(range.end())) ? range.end() : angle, param);
+        return holdfast::answerOnCurve(range.start(), nearest, point, param);
+    const bool isEnd = nearest.isEqualTo(pointAt(range.end()));
+    return holdfast::answerOnCurve(isEnd ? range.end() : angle, nearest, point, param);
 }
 
 Yxrt::ErrorStatus YxDbEllipse::getPointAtParam(double param, YxGePoint3d& point) const {

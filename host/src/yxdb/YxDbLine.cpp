@@ -56,7 +56,8 @@ Yxrt::ErrorStatus YxDbLine::getParamAtPoint(const YxGePoint3d& point, double& pa
     const double length = chord.length();
     const double along = (point - m_start).dotProduct(chord.normal());
     const double nearest = holdfast::clampedTo(along, 0.0, length);
-    return holdfast::answer(holdfast::atEndWithin(nearest, 0.0, length), param);
+    const YxGePoint3d at = length > 0.0 ? m_start + chord * (nearest / length) : m_start;
+    return holdfast::answerOnCurve(holdfast::atEndWithin(nearest, 0.0, length), at, point, param);
 }
 
 Yxrt::ErrorStatus YxDbLine::getPointAtParam(double param, YxGePoint3d& point) const {

@@ -143,7 +143,8 @@ Yxrt::ErrorStatus YxDbPolyline::getParamAtPoint(const YxGePoint3d& point, double
         return Yxrt::eNotApplicable;
     if (!holdfast::isFinite(point))
         return Yxrt::eInvalidInput;
-    return holdfast::answer(nearestParam({point.x, point.y}), param);
+    const double nearest = nearestParam({point.x, point.y});
+    return holdfast::answerOnCurve(nearest, pointOf(nearest), point, param);
 }
 
 Yxrt::ErrorStatus YxDbPolyline::getPointAtParam(double param, YxGePoint3d& point) const {
@@ -156,8 +157,7 @@ Yxrt::ErrorStatus YxDbPolyline::getPointAtParam(double param, YxGePoint3d& point
     const auto inside = holdfast::inRange(wrapped, 0.0, segments);
     if (!inside)
         return Yxrt::eOutOfRange;
-    const auto index = static_cast<unsigned int>(std::min(std::floor(*inside), segments - 1.0));
-    return holdfast::answer(placed(segmentAt(index).pointAt(*inside - index)), point);
+    return holdfast::answer(pointOf(*inside), point);
 }
 
 bool YxDbPolyline::isClosed() const {
@@ -210,6 +210,15 @@ double YxDbPolyline::nearestParam(const YxGePoint2d& point) const {
         param = i + (at.isEqualTo(segment.pointAt(0.0)) ? 0.0 : at.isEqualTo(segment.pointAt(1.0)) ? 1.0 : fraction);
     }
     return m_closed && param >= segmentCount() ? 0.0 : param;
+}
+
+/// For a parameter within the range of a polyline that has vertices.
+YxGePoint3d YxDbPolyline::pointOf(double param) const {
+    if (segmentCount() == 0)
+        return placed(m_vertices.front().point);
+    const double lastSegment = segmentCount() - 1.0;
+    const auto index = static_cast<unsigned int>(std::min(std::floor(param), lastSegment));
+    return placed(segmentAt(index).pointAt(param - index));
 }
 
 Yxrt::ErrorStatus YxDbPolyline::pointOfLoneVertex(double param, YxGePoint3d& point) const {

@@ -43,7 +43,8 @@ Yxrt::ErrorStatus YxDbRay::getParamAtPoint(const YxGePoint3d& point, double& par
     if (!holdfast::isFinite(point))
         return Yxrt::eInvalidInput;
     const double along = (point - m_base).dotProduct(m_direction);
-    return holdfast::answer(along <= YxGeContext::gTol.equalPoint() ? 0.0 : along, param);
+    const double nearest = along <= YxGeContext::gTol.equalPoint() ? 0.0 : along;
+    return holdfast::answerOnCurve(nearest, m_base + m_direction * nearest, point, param);
 }
 
 Yxrt::ErrorStatus YxDbRay::getPointAtParam(double param, YxGePoint3d& point) const {

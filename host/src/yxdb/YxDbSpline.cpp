@@ -63,8 +63,8 @@ Yxrt::ErrorStatus YxDbSpline::getParamAtPoint(const YxGePoint3d& point, double& 
     const double nearest = spline.nearestParam(point);
     const YxGePoint3d at = spline.sampleAt(nearest).point;
     if (at.isEqualTo(firstPoint()))
-        return holdfast::answer(spline.firstParam(), param);
-    return holdfast::answer(at.isEqualTo(lastPoint()) ? spline.lastParam() : nearest, param);
+        return holdfast::answerOnCurve(spline.firstParam(), at, point, param);
+    return holdfast::answerOnCurve(at.isEqualTo(lastPoint()) ? spline.lastParam() : nearest, at, point, param);
 }
 
 Yxrt::ErrorStatus YxDbSpline::getPointAtParam(double param, YxGePoint3d& point) const {

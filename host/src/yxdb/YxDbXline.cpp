@@ -38,7 +38,8 @@ Yxrt::ErrorStatus YxDbXline::transformBy(const YxGeMatrix3d& matrix) {
 Yxrt::ErrorStatus YxDbXline::getParamAtPoint(const YxGePoint3d& point, double& param) const {
     if (const Yxrt::ErrorStatus refused = holdfast::readCall(*this, "YxDbCurve::getParamAtPoint"))
         return refused;
-    return holdfast::answer((point - m_base).dotProduct(m_direction), param);
+    const double along = (point - m_base).dotProduct(m_direction);
+    return holdfast::answerOnCurve(along, m_base + m_direction * along, point, param);
 }
 
 Yxrt::ErrorStatus YxDbXline::getPointAtParam(double param, YxGePoint3d& point) const {

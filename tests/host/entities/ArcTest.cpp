@@ -28,22 +28,28 @@ TEST(ArcEntity, RunsFromMinusXTowardsYWhenItsNormalPointsDown) {
     const auto arc = EntityAccess::makeArc({.radius = 2, .startAngle = 0, .endAngle = kPi / 2, .normal = {0, 0, -1}});
     EXPECT_POINT(startOf(*arc), {-2, 0, 0});
     EXPECT_POINT(endOf(*arc), {0, 2, 0});
-    EXPECT_DOUBLE_EQ(paramAt(*arc, {-1, 1, 0}), kPi / 4);
+    EXPECT_DOUBLE_EQ(paramAt(*arc, {-std::numbers::sqrt2, std::numbers::sqrt2, 0}), kPi / 4);
 }
 
 TEST(ArcEntity, MeasuresItsParameterOnFromTheStartAngle) {
     const auto arc = EntityAccess::makeArc({.startAngle = 1.5 * kPi, .endAngle = 2.5 * kPi});
-    EXPECT_DOUBLE_EQ(paramAt(*arc, {3, 0, 0}), 2 * kPi);
+    EXPECT_DOUBLE_EQ(paramAt(*arc, {1, 0, 0}), 2 * kPi);
     EXPECT_EQ(paramAt(*arc, {0, -1, 0}), 1.5 * kPi);
     EXPECT_EQ(paramAt(*arc, {0, 1, 0}), 2.5 * kPi);
     EXPECT_POINT(pointAt(*arc, 2 * kPi), {1, 0, 0});
     EXPECT_POINT(pointAt(*arc, 0.0), {1, 0, 0});
 }
 
-TEST(ArcEntity, AnswersTheNearerEndForAPointBeyondIt) {
+TEST(ArcEntity, AnswersTheNearerEndForAPointJustBeyondIt) {
     const auto arc = EntityAccess::makeArc({.startAngle = 0, .endAngle = kPi / 2});
-    EXPECT_EQ(paramAt(*arc, {1, -0.1, 0}), 0.0);
-    EXPECT_EQ(paramAt(*arc, {-0.1, 1, 0}), kPi / 2);
+    EXPECT_EQ(paramAt(*arc, {1, -1e-7, 0}), 0.0);
+    EXPECT_EQ(paramAt(*arc, {-1e-7, 1, 0}), kPi / 2);
+}
+
+TEST(ArcEntity, RefusesAPointThatIsNotOnIt) {
+    const auto arc = EntityAccess::makeArc({.startAngle = 0, .endAngle = kPi / 2});
+    for (const YxGePoint3d& off : {YxGePoint3d(1, -0.1, 0), YxGePoint3d(3, 0, 0), YxGePoint3d(1, 0, 0.1)})
+        EXPECT_EQ(paramAt(*arc, off), kUntouched) << off;
 }
 
 TEST(ArcEntity, HasNoPointOutsideItsAngles) {

@@ -16,8 +16,8 @@ TEST(CircleEntity, BeginsAndEndsAtAngleZero) {
 
 TEST(CircleEntity, MeasuresItsParameterAsAnAngleWithinOneTurn) {
     const auto circle = EntityAccess::makeCircle({.centre = {1, 2, 0}, .radius = 3});
-    EXPECT_DOUBLE_EQ(paramAt(*circle, {1, 9, 0}), kPi / 2);
-    EXPECT_DOUBLE_EQ(paramAt(*circle, {1, 1, 0}), 3 * kPi / 2);
+    EXPECT_DOUBLE_EQ(paramAt(*circle, {1, 5, 0}), kPi / 2);
+    EXPECT_DOUBLE_EQ(paramAt(*circle, {1, -1, 0}), 3 * kPi / 2);
     EXPECT_POINT(pointAt(*circle, 5 * kPi / 2), {1, 5, 0});
 }
 
@@ -27,8 +27,10 @@ TEST(CircleEntity, AnswersZeroJustBelowAngleZero) {
     EXPECT_EQ(paramAt(*circle, {3, -1e-300, 0}), 0.0);
 }
 
-TEST(CircleEntity, AnswersZeroAtItsCentre) {
-    EXPECT_EQ(paramAt(*EntityAccess::makeCircle({.centre = {1, 2, 0}}), {1, 2, 0}), 0.0);
+TEST(CircleEntity, RefusesAPointThatIsNotOnIt) {
+    const auto circle = EntityAccess::makeCircle({.centre = {1, 2, 0}});
+    EXPECT_EQ(paramAt(*circle, {1, 2, 0}), kUntouched);
+    EXPECT_EQ(paramAt(*circle, {1, 9, 0}), kUntouched);
 }
 
 TEST(CircleEntity, RunsFromMinusXTowardsYWhenItsNormalPointsDown) {

@@ -33,8 +33,15 @@ TEST(EllipseEntity, TakesItsAnglesAsParameters) {
 TEST(EllipseEntity, AnswersTheNearestPointAndNotTheOneInTheSameDirection) {
     const auto ellipse = EntityAccess::makeEllipse({.majorAxis = {4, 0, 0}, .ratio = 0.5});
     // The normal of the ellipse at parameter 0.5 is <2 cos 0.5, 4 sin 0.5>.
-    const YxGePoint3d outside(4 * std::cos(0.5) + 2 * std::cos(0.5), 2 * std::sin(0.5) + 4 * std::sin(0.5), 0);
+    const double out = 1e-7;
+    const YxGePoint3d outside((4 + 2 * out) * std::cos(0.5), (2 + 4 * out) * std::sin(0.5), 0);
     EXPECT_NEAR(paramAt(*ellipse, outside), 0.5, 1e-10);
+}
+
+TEST(EllipseEntity, RefusesAPointThatIsNotOnIt) {
+    const auto ellipse = EntityAccess::makeEllipse({.majorAxis = {4, 0, 0}, .ratio = 0.5});
+    EXPECT_EQ(paramAt(*ellipse, {4.1, 0, 0}), kUntouched);
+    EXPECT_EQ(paramAt(*ellipse, {0, 0, 0}), kUntouched);
 }
 
 TEST(EllipseEntity, FindsPointsOnBothSidesOfItsTipHoweverFlat) {
@@ -43,10 +50,11 @@ TEST(EllipseEntity, FindsPointsOnBothSidesOfItsTipHoweverFlat) {
         EXPECT_NEAR(paramAt(*ellipse, pointAt(*ellipse, t)), t, 1e-11);
 }
 
-TEST(EllipseEntity, AnswersTheEndForAPointBeyondIt) {
+TEST(EllipseEntity, HasNoParameterBeyondItsEnds) {
     const auto arc = EntityAccess::makeEllipse({.majorAxis = {4, 0, 0}, .ratio = 0.5, .startAngle = 1, .endAngle = 2});
-    EXPECT_EQ(paramAt(*arc, {9, 0, 0}), 1.0);
-    EXPECT_EQ(paramAt(*arc, {-9, 0, 0}), 2.0);
+    EXPECT_EQ(paramAt(*arc, pointAt(*arc, 1.0) + YxGeVector3d(1e-7, 0, 0)), 1.0);
+    EXPECT_EQ(paramAt(*arc, pointAt(*arc, 2.0) - YxGeVector3d(1e-7, 0, 0)), 2.0);
+    EXPECT_EQ(paramAt(*arc, {4, 0, 0}), kUntouched);
     EXPECT_POINT(pointAt(*arc, 0.5), kUntouchedPoint);
 }
 
@@ -88,7 +96,7 @@ RC_GTEST_PROP(EllipseEntity, FindsTheParameterOfItsOwnPoints, (unsigned from, un
 RC_GTEST_PROP(EllipseEntity, HasNoPointNearerThanTheOneItAnswers, (int x, int y)) {
     const auto ellipse = EntityAccess::makeEllipse({.majorAxis = {4, 0, 0}, .ratio = 0.1});
     const YxGePoint3d target(x % 10000 / 1000.0, y % 10000 / 1000.0, 0);
-    const double nearest = pointAt(*ellipse, paramAt(*ellipse, target)).distanceTo(target);
+    const double nearest = pointAt(*ellipse, EntityAccess::nearestAngle(*ellipse, target)).distanceTo(target);
     for (int i = 0; i < 2000; ++i)
         RC_ASSERT(pointAt(*ellipse, 2 * kPi * i / 2000).distanceTo(target) >= nearest - 1e-9);
 }

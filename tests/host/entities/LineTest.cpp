@@ -18,11 +18,26 @@ TEST(LineEntity, MeasuresItsParameterFromTheStart) {
     EXPECT_POINT(pointAt(*line, 5.0), {4, 5, 0});
 }
 
-TEST(LineEntity, AnswersTheNearestParameterOfAPointBesideIt) {
+TEST(LineEntity, AnswersTheNearestParameterOfAPointJustBesideIt) {
     const auto line = EntityAccess::makeLine({0, 0, 0}, {10, 0, 0});
-    EXPECT_EQ(paramAt(*line, {4, 7, 0}), 4.0);
-    EXPECT_EQ(paramAt(*line, {-3, 1, 0}), 0.0);
-    EXPECT_EQ(paramAt(*line, {11, 0, 0}), 10.0);
+    EXPECT_EQ(paramAt(*line, {4, 7e-7, 0}), 4.0);
+    EXPECT_EQ(paramAt(*line, {-3e-7, 1e-7, 0}), 0.0);
+    EXPECT_EQ(paramAt(*line, {10 + 1e-7, 0, 0}), 10.0);
+}
+
+TEST(LineEntity, RefusesAPointThatIsNotOnIt) {
+    const auto line = EntityAccess::makeLine({0, 0, 0}, {10, 0, 0});
+    for (const YxGePoint3d& off : {YxGePoint3d(4, 7, 0), YxGePoint3d(-3, 0, 0), YxGePoint3d(10.001, 0, 0)}) {
+        double param = kUntouched;
+        EXPECT_EQ(line->getParamAtPoint(off, param), Yxrt::eInvalidInput) << off;
+        EXPECT_EQ(param, kUntouched);
+    }
+}
+
+TEST(LineEntity, KnowsItsPointsFarFromTheOriginByTheirOwnSize) {
+    const auto line = EntityAccess::makeLine({1e9, 1e9, 0}, {2e9, 1e9, 0});
+    EXPECT_EQ(paramAt(*line, {1.5e9, 1e9 + 100, 0}), 5e8);
+    EXPECT_EQ(paramAt(*line, {1.5e9, 1e9 + 1e5, 0}), kUntouched);
 }
 
 TEST(LineEntity, HasNoPointBeyondItsEnds) {
@@ -36,7 +51,7 @@ TEST(LineEntity, HasNoPointBeyondItsEnds) {
 
 TEST(LineEntity, OfNoLengthIsItsOnePoint) {
     const auto line = EntityAccess::makeLine({2, 2, 0}, {2, 2, 0});
-    EXPECT_EQ(paramAt(*line, {9, 9, 0}), 0.0);
+    EXPECT_EQ(paramAt(*line, {2, 2, 0}), 0.0);
     EXPECT_POINT(pointAt(*line, 0.0), {2, 2, 0});
 }
 

@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "host/src/yxdb/BulgeSegment.h"
 #include "tests/host/entities/Polylines.h"
 
 using namespace curves;
@@ -94,9 +95,13 @@ TEST(PolylineArcSegment, KeepsItsDigitsWhenItsCentreIsFarAway) {
     EXPECT_NEAR(paramAt(*flat, {2.5, -3.75e-9, 0}), 0.25, 1e-12);
 }
 
-TEST(PolylineArcSegment, AnswersItsMiddleForItsCentre) {
+TEST(PolylineArcSegment, IsNearestToItsCentreInItsMiddle) {
+    EXPECT_EQ(holdfast::BulgeSegment({0, 0}, {2, 0}, 1).nearestFraction({1, 0}), 0.5);
+}
+
+TEST(PolylineArcSegment, HasNoParameterForItsCentre) {
     const auto arc = polyline({{{0, 0}, 1, 0}, {{2, 0}}});
-    EXPECT_EQ(paramAt(*arc, {1, 0, 0}), 0.5);
+    EXPECT_EQ(paramAt(*arc, {1, 0, 0}), kUntouched);
 }
 
 RC_GTEST_PROP(PolylineArcSegment, AgreesWithItsGeometricArc, (int bulge, int x, int y, unsigned share)) {
@@ -120,9 +125,13 @@ RC_GTEST_PROP(PolylineArcSegment, FindsTheParameterOfItsOwnPoints, (int bulge, u
 }
 
 RC_GTEST_PROP(PolylineArcSegment, HasNoPointNearerThanTheOneItAnswers, (int bulge, int x, int y)) {
-    const auto line = polyline({{{-1, 0}, bulge % 5000 / 500.0, 0}, {{1, 0}}});
-    const YxGePoint3d target(x % 10000 / 2000.0, y % 10000 / 2000.0, 0);
-    const double nearest = pointAt(*line, paramAt(*line, target)).distanceTo(target);
+    const holdfast::BulgeSegment segment({-1, 0}, {1, 0}, bulge % 5000 / 500.0);
+    const YxGePoint2d target(x % 10000 / 2000.0, y % 10000 / 2000.0);
+    const auto away = [&](double fraction) {
+        const YxGePoint2d at = segment.pointAt(fraction);
+        return std::hypot(at.x - target.x, at.y - target.y);
+    };
+    const double nearest = away(segment.nearestFraction(target));
     for (int i = 0; i <= 200; ++i)
-        RC_ASSERT(pointAt(*line, i / 200.0).distanceTo(target) >= nearest - 1e-12);
+        RC_ASSERT(away(i / 200.0) >= nearest - 1e-12);
 }

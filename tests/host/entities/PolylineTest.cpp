@@ -37,11 +37,17 @@ TEST(PolylineEntity, LeavesArgumentsAloneOutOfRange) {
 
 TEST(PolylineParameter, IsVertexIndexPlusFractionOfTheSegment) {
     const auto line = slot();
-    EXPECT_DOUBLE_EQ(paramAt(*line, {2.5, -1, 0}), 0.25);
+    EXPECT_DOUBLE_EQ(paramAt(*line, {2.5, 0, 0}), 0.25);
     EXPECT_DOUBLE_EQ(paramAt(*line, {15, 5, 0}), 1.5);
-    EXPECT_DOUBLE_EQ(paramAt(*line, {4, 11, 0}), 2.6);
+    EXPECT_DOUBLE_EQ(paramAt(*line, {4, 10, 0}), 2.6);
     EXPECT_POINT(pointAt(*line, 2.6), {4, 10, 0});
     EXPECT_POINT(pointAt(*line, 3.0), {0, 10, 0});
+}
+
+TEST(PolylineParameter, IsNoneForAPointBesideThePolyline) {
+    EXPECT_EQ(paramAt(*slot(), {2.5, -1, 0}), kUntouched);
+    EXPECT_EQ(paramAt(*slot(), {0, 5, 0}), kUntouched);
+    EXPECT_EQ(paramAt(*slot(), {2.5, 0, 1}), kUntouched);
 }
 
 TEST(PolylineParameter, IsAnIntegerAtEveryVertexAndARoundingErrorBesideIt) {
@@ -89,7 +95,8 @@ TEST(PolylineOfOneVertex, IsThatPoint) {
         const auto line = polyline({{{3, 4}, 1, 0}}, closed);
         EXPECT_POINT(startOf(*line), {3, 4, 0});
         EXPECT_POINT(endOf(*line), {3, 4, 0});
-        EXPECT_EQ(paramAt(*line, {9, 9, 0}), 0.0);
+        EXPECT_EQ(paramAt(*line, {3, 4, 0}), 0.0);
+        EXPECT_EQ(paramAt(*line, {9, 9, 0}), kUntouched);
         EXPECT_POINT(pointAt(*line, 0.0), {3, 4, 0});
         EXPECT_EQ(line->reverseCurve(), Yxrt::eOk);
     }

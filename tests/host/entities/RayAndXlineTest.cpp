@@ -18,7 +18,9 @@ TEST(RayEntity, StartsAtItsBaseAndHasNoEnd) {
 TEST(RayEntity, MeasuresItsParameterFromTheBase) {
     const auto ray = EntityAccess::makeRay({1, 2, 0}, {3, 4, 0});
     EXPECT_DOUBLE_EQ(paramAt(*ray, {7, 10, 0}), 10.0);
-    EXPECT_EQ(paramAt(*ray, {-5, -5, 0}), 0.0);
+    EXPECT_EQ(paramAt(*ray, {1 - 1e-7, 2, 0}), 0.0);
+    EXPECT_EQ(paramAt(*ray, {-5, -6, 0}), kUntouched);
+    EXPECT_EQ(paramAt(*ray, {7, 11, 0}), kUntouched);
     EXPECT_POINT(pointAt(*ray, 10.0), {7, 10, 0});
     EXPECT_POINT(pointAt(*ray, -1.0), kUntouchedPoint);
 }
@@ -43,7 +45,8 @@ TEST(XlineEntity, IsDefinedByItsBaseAndAPointOneUnitAlong) {
 
 TEST(XlineEntity, MeasuresItsParameterToBothSides) {
     const auto xline = EntityAccess::makeXline({1, 2, 0}, {1, 0, 0});
-    EXPECT_EQ(paramAt(*xline, {-9, 5, 0}), -10.0);
+    EXPECT_EQ(paramAt(*xline, {-9, 2, 0}), -10.0);
+    EXPECT_EQ(paramAt(*xline, {-9, 5, 0}), kUntouched);
     EXPECT_POINT(pointAt(*xline, -10.0), {-9, 2, 0});
 }
 

@@ -70,6 +70,19 @@ TEST(Dependency, AttachesOnlyToResidentObjectsAndOnlyOnce) {
     EXPECT_EQ(dependency.attachToObject(YxDbCompoundObjectId()), Yxrt::eNotInDatabase);
 }
 
+TEST(Dependency, DoesNotAttachToAnErasedObject) {
+    SmallHost host;
+    const YxDbObjectId from = host.line();
+    const YxDbObjectId gone = host.line();
+    YxDbAssocGeomDependency& dependency = host.dependency(from);
+    const auto open = openedForWrite(dependency.objectId());
+    dependency.detachFromObject();
+    HostAccess::erase(gone);
+    EXPECT_EQ(dependency.attachToObject(compound(gone)), Yxrt::eWasErased);
+    EXPECT_THAT(HostAccess::reactors(*HostAccess::peek(gone)), IsEmpty());
+    EXPECT_EQ(dependency.attachToObject(compound(from)), Yxrt::eOk);
+}
+
 TEST(Dependency, ChangesOnlyWhileOpenForWrite) {
     SmallHost host;
     const YxDbObjectId id = host.line();

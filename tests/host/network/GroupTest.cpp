@@ -108,7 +108,17 @@ TEST(ImplicitPoints, NameTheCurveThatDefinesThem) {
     EXPECT_EQ(end.constrainedCurveId(), host.curve(a)->nodeId());
     EXPECT_EQ(end.pointType(), YxDb::kEndImplicit);
     EXPECT_EQ(end.pointIndex(), -1);
-    EXPECT_TRUE(end.geomDependencyId().isNull());
+    EXPECT_EQ(end.geomDependencyId(), host.curve(a)->geomDependencyId());
+}
+
+TEST(SegmentGeometries, AreOfTheKindThatThePolylineTellsOfItsSegment) {
+    for (const double bulge : {0.0, 5e-11, -1e-10, 2e-10, 1.0}) {
+        SmallHost host;
+        const YxDbObjectId id = host.builder.add(EntityAccess::makePolyline({.vertices = {{{0, 0}, bulge}, {{9, 0}}}}));
+        const bool isArc = static_cast<YxDbPolyline*>(HostAccess::peek(id))->segType(0) == YxDbPolyline::kArc;
+        EXPECT_EQ(host.curve(id, 1)->isKindOf(YxConstrainedArc::desc()), isArc) << bulge;
+        EXPECT_EQ(host.curve(id, 1)->isKindOf(YxConstrainedBoundedLine::desc()), !isArc) << bulge;
+    }
 }
 
 TEST(ImplicitPoints, AreMadeOnce) {
