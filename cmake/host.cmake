@@ -5,6 +5,11 @@ set(HOLDFAST_HOST_LIBRARIES "" CACHE STRING "Libraries of a real host platform")
 # Declarations only: all that the module may see.
 add_library(host_api INTERFACE)
 if(HOLDFAST_HOST_HEADERS)
+  if(NOT EXISTS "${HOLDFAST_HOST_HEADERS}/yxdb/YxDbEntity.h")
+    message(FATAL_ERROR "HOLDFAST_HOST_HEADERS names ${HOLDFAST_HOST_HEADERS}, where there is no yxdb/YxDbEntity.h. "
+                        "Give the folder of the platform's headers, with yxbase, yxdb, YxDbConstraints, yxcore and "
+                        "BondKit in it, or leave the option empty to build with the in-memory model.")
+  endif()
   target_include_directories(host_api SYSTEM INTERFACE "$<BUILD_INTERFACE:${HOLDFAST_HOST_HEADERS}>")
   target_link_libraries(host_api INTERFACE "$<BUILD_INTERFACE:${HOLDFAST_HOST_LIBRARIES}>")
 else()

@@ -60,7 +60,22 @@ install_headers(development "${PROJECT_SOURCE_DIR}/module"
   drag/LvConstraintDropData.h
   drag/CYxRotateReleaseConstraint.h)
 
+# What pkg-config tells of a platform that is no package: the folder of its headers, and a word for each library.
 set(HOLDFAST_PC_REQUIRES "")
+set(HOLDFAST_PC_HOST_HEADERS "")
+set(HOLDFAST_PC_HOST_CFLAGS "")
+set(HOLDFAST_PC_HOST_LIBRARIES "")
+if(HOLDFAST_HOST_HEADERS)
+  string(REPLACE " " "\\ " HOLDFAST_PC_HOST_HEADERS "${HOLDFAST_HOST_HEADERS}")
+  set(HOLDFAST_PC_HOST_CFLAGS " -I\${host_headers}")
+endif()
+foreach(library IN LISTS HOLDFAST_HOST_LIBRARIES)
+  if(NOT library MATCHES "^-|/")
+    set(library "-l${library}")
+  endif()
+  string(REPLACE " " "\\ " library "${library}")
+  string(APPEND HOLDFAST_PC_HOST_LIBRARIES " ${library}")
+endforeach()
 if(TARGET host_model)
   set(HOLDFAST_PC_REQUIRES "holdfast-host-model = ${PROJECT_VERSION}")
   install_library(host_model model model_development HoldfastModelTargets)

@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
-"""Builds and installs the module against a platform, and checks that it needs nothing but the public declarations and
-that no model comes along.
+"""Builds and installs the module against a platform, and checks that it needs nothing but the public declarations, that
+no model comes along, and that a folder without a platform is refused.
 
 The platform is a bare second set of the declarations, with other private data and no inline bodies, and no library:
 what a module leaves undefined is the loader's business.
 
 Usage: platform.py ROOT WORK COMPILER
 """
+import os
 import pathlib
 import shutil
 import subprocess
@@ -40,13 +41,38 @@ def configure_user(work, prefix, components, *options):
     return subprocess.run(command, capture_output=True, text=True)
 
 
+def refuse_no_platform(root, work):
+    command = ["cmake", "-G", "Ninja", "-S", root, "-B", work / "no-platform", *OPTIONS,
+               "-DHOLDFAST_HOST_HEADERS=/nosuch"]
+    result = subprocess.run(command, capture_output=True, text=True)
+    told = " ".join(result.stderr.split())
+    if result.returncode == 0 or "HOLDFAST_HOST_HEADERS names /nosuch" not in told:
+        sys.exit(f"a platform that is not there is taken\n{result.stdout}{result.stderr}")
+
+
+def check_pkgconfig(prefix, platform, elsewhere):
+    """Names the platform's headers and libraries; the headers may lie elsewhere."""
+    if not shutil.which("pkg-config"):
+        return
+    folder = next(prefix.rglob("holdfast.pc")).parent
+    environment = {**os.environ, "PKG_CONFIG_PATH": str(folder)}
+    environment.pop("PKG_CONFIG_LIBDIR", None)
+    told = run("pkg-config", "--cflags", "--libs", "holdfast", env=environment).split()
+    if f"-I{platform}" not in told or "-lm" not in told:
+        sys.exit(f"pkg-config does not name the platform's headers and libraries: {' '.join(told)}")
+    moved = run("pkg-config", f"--define-variable=host_headers={elsewhere}", "--cflags", "holdfast", env=environment)
+    if f"-I{elsewhere}" not in moved.split():
+        sys.exit(f"pkg-config does not look for the platform's headers in {elsewhere}: {moved}")
+
+
 def main(root, work, compiler):
     build, prefix, platform, elsewhere = (work / f"platform{name}" for name in ("-build", "-prefix", "", "-elsewhere"))
     for folder in (prefix, elsewhere):
         shutil.rmtree(folder, ignore_errors=True)
+    refuse_no_platform(root, work)
     write_bare_set(root / "host/include", platform)
     run("cmake", "-G", "Ninja", "-S", root, "-B", build, f"-DCMAKE_CXX_COMPILER={compiler}", *OPTIONS,
-        f"-DHOLDFAST_HOST_HEADERS={platform}")
+        f"-DHOLDFAST_HOST_HEADERS={platform}", "-DHOLDFAST_HOST_LIBRARIES=m")
     run("cmake", "--build", build)
     run("cmake", "--install", build, "--prefix", prefix)
     names = [path.relative_to(prefix) for path in prefix.rglob("*")]
@@ -58,6 +84,7 @@ def main(root, work, compiler):
         sys.exit(f"find_package finds a host model that is not there\n{without.stdout}{without.stderr}")
     # On the machine that uses the module, the platform may lie elsewhere.
     shutil.copytree(platform, elsewhere)
+    check_pkgconfig(prefix, platform, elsewhere)
     found = configure_user(work, prefix, "holdfast", f"-DCMAKE_CXX_COMPILER={compiler}",
                            f"-DHOLDFAST_HOST_HEADERS={elsewhere}")
     if found.returncode:
