@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "commands/break/ConstraintBreakCmdCenter.h"
@@ -22,8 +23,10 @@ void breakOpen(EditContext& context, const std::string& name, double firstParam,
     const CutPieces pieces = cutOut(shape, name, firstParam, lastParam);
     const double told = toldStart(shape, firstParam, lastParam);
     const CutCurve curve(context, name, told, lastParam);
+    // The centre orders two parameters itself, but at the cost of their last digits.
+    const auto [low, high] = std::minmax(told, lastParam);
     ConstraintBreakCmdCenter centre;
-    centre.setPtParam(&curve.entity(), curve.pointAt(told), curve.pointAt(lastParam));
+    centre.setPtParam(&curve.entity(), curve.pointAt(low), curve.pointAt(high));
     applyCut(context, name, pieces, centre);
 }
 
