@@ -54,6 +54,17 @@ TEST(AlignEdit, IsRefusedWhenTheConstraintsLetItComeOnlyNear) {
     EXPECT_EQ(session.document(), frameDrawing());
 }
 
+TEST(AlignEdit, IsRefusedByAFixedConstraintOnWhatItMoves) {
+    Document document = frameDrawing();
+    document.constraints.push_back(constraintOf("f0", ConstraintType::fixed, {{"base"}}));
+    const RefusedEdit rows[] = {{"align base right from 0,0 to 1,1",
+                                 "the constraints do not allow it: f0 (fixed base) stands in the way; delete one of "
+                                 "them or choose another value"}};
+    expectRefused(document, rows);
+    Session session(document);
+    EXPECT_EQ(session.apply("align base from 0,0 to 1,0").outcome.error, "");
+}
+
 TEST(AlignEdit, RefusesWithAReasonAndChangesNothing) {
     Document document = frameDrawing();
     document.entities[1].fixed = true;

@@ -114,6 +114,33 @@ TEST(MirrorEdit, TurnsTheSignsOfMeasuresAmongTheReflected) {
     EXPECT_EQ(entityNamed(session.document(), "right").shape, Shape(LineShape{{-10, 0}, {-10, 5}}));
 }
 
+TEST(MirrorEdit, IsRefusedByAFixedConstraintOnWhatItReflects) {
+    Document document = frameDrawing();
+    document.constraints.push_back(constraintOf("f0", ConstraintType::fixed, {{"left"}}));
+    const RefusedEdit rows[] = {
+        {"mirror base left about 3,0 3,1",
+         "the constraints do not allow it: f0 (fixed left) stands in the way; delete one of them or choose another "
+         "value"},
+    };
+    expectRefused(document, rows);
+}
+
+TEST(MirrorEdit, ReflectsWhatIsFixedWhereItStaysInPlace) {
+    Document document;
+    document.name = "held";
+    document.entities = {shapeEntity("oval", EllipseShape{{5, 0}, {2, 0}, 0.5}), lineEntity("base", {0, 0}, {10, 0}),
+                         shapeEntity("wave", SplineShape{1, false, {{0, 1}, {9, 1}}, {0, 0, 1, 1}, {}}),
+                         shapeEntity("axis", XlineShape{{5, 7}, {0, 1}})};
+    document.constraints = {
+        constraintOf("f0", ConstraintType::fixed, {{"oval"}}), constraintOf("f1", ConstraintType::fixed, {{"base"}}),
+        constraintOf("f2", ConstraintType::fixed, {{"wave"}}), constraintOf("f3", ConstraintType::fixed, {{"axis"}})};
+    Session session(document);
+    EXPECT_EQ(session.apply("mirror oval base axis about 5,0 5,1").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "f0 f1 f2 f3");
+    EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{10, 0}, {0, 0}}));
+    EXPECT_NE(session.apply("mirror wave about 5,0 5,1").outcome.error.find("f2 (fixed wave)"), std::string::npos);
+}
+
 TEST(MirrorEdit, TellsThatTheEndsOfAnArcHaveChangedPlaces) {
     Session session(bowDrawing());
     const EditResult& result = session.apply("mirror bow low high about 0,0 0,1");

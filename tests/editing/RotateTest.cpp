@@ -51,6 +51,36 @@ TEST(RotateEdit, ReleasesTheConstraintsThatTheAngleMakesFalse) {
     EXPECT_NEAR(base.end.y, 5.0, 1e-9);
 }
 
+TEST(RotateEdit, IsRefusedByAFixedConstraintOnWhatItTurns) {
+    Document document = frameDrawing();
+    document.constraints.push_back(constraintOf("f0", ConstraintType::fixed, {{"base"}}));
+    document.constraints.push_back(constraintOf("f1", ConstraintType::fixed, {{"right", PlaceKind::end}}));
+    const RefusedEdit rows[] = {
+        {"rotate base about 0,0 by 20",
+         "the constraints do not allow it: f0 (fixed base) stands in the way; delete one of them or choose another "
+         "value"},
+        {"rotate base right about 0,0 by 180",
+         "the constraints do not allow it: f1 (fixed right.end) stands in the way; delete one of them or choose "
+         "another value"},
+        {"rotate base right about 10,5 by 90",
+         "the constraints do not allow it: f0 (fixed base) stands in the way; delete one of them or choose another "
+         "value"},
+    };
+    expectRefused(document, rows);
+}
+
+TEST(RotateEdit, TurnsWhatIsFixedAboutTheFixedPlace) {
+    Document document;
+    document.name = "wheel";
+    document.entities = {shapeEntity("rim", ArcShape{{3, 4}, 2, 0.0, 1.0}), lineEntity("spoke", {3, 4}, {5, 4})};
+    document.constraints = {constraintOf("f0", ConstraintType::fixed, {{"rim"}}),
+                            constraintOf("f1", ConstraintType::fixed, {{"spoke", PlaceKind::start}})};
+    Session session(document);
+    EXPECT_EQ(session.apply("rotate rim spoke about 3,4 by 90").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "f0 f1");
+    EXPECT_EQ(entityNamed(session.document(), "spoke").shape, Shape(LineShape{{3, 4}, {3, 6}}));
+}
+
 TEST(RotateEdit, LetsGoOfNeighboursThatCannotFollow) {
     Document document = frameDrawing();
     document.constraints.push_back(constraintOf("f0", ConstraintType::fixed, {{"base", PlaceKind::start}}));

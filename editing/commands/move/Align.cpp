@@ -2,6 +2,7 @@
 
 #include "commands/align/ConstraintAlignCmdCenter.h"
 #include "editing/Evaluation.h"
+#include "editing/commands/move/FixedPlaces.h"
 #include "editing/Verbs.h"
 #include "editing/commands/move/MirroredConstraints.h"
 #include "editing/commands/move/Moving.h"
@@ -33,6 +34,7 @@ void runAlign(EditText& text, EditContext& context) {
     const std::vector<std::string> names = takeSelection(text, context, ends);
     const PlaneTransform transform = takeAlignment(text);
     context.edited = names;
+    refuseMovingFixed(context, names, transform);
     ConstraintAlignCmdCenter centre;
     centre.seperateObjectes(idsOf(context, names));
     centre.updateCenterMat(matrixOf(transform));

@@ -1,6 +1,7 @@
 #include <array>
 
 #include "editing/Evaluation.h"
+#include "editing/commands/move/FixedPlaces.h"
 #include "editing/Verbs.h"
 #include "editing/commands/move/MirroredConstraints.h"
 #include "editing/commands/move/Moving.h"
@@ -36,6 +37,7 @@ void runMirror(EditText& text, EditContext& context) {
     if (keeps)
         return addMirrored(context, names, mirror);
     context.edited = names;
+    refuseMovingFixed(context, names, mirror);
     context.opensAgain = true;
     turnMeasures(context.drawing, names, mirror);
     for (const std::string& name : names)

@@ -4,6 +4,7 @@
 
 #include "drag/CYxRotateReleaseConstraint.h"
 #include "editing/Evaluation.h"
+#include "editing/commands/move/FixedPlaces.h"
 #include "editing/Verbs.h"
 #include "editing/commands/move/MirroredConstraints.h"
 #include "editing/commands/move/Moving.h"
@@ -39,8 +40,9 @@ void runRotate(EditText& text, EditContext& context) {
     const double degrees = text.number("the angle in degrees, counter-clockwise");
     text.expectEnd();
     context.edited = names;
-    const bool followed = tryRotation(context, constrainedFirst(context, names), base);
     const PlaneTransform turn = rotation(base, std::remainder(degrees, 360.0) * (std::numbers::pi / 180.0));
+    refuseMovingFixed(context, names, turn);
+    const bool followed = tryRotation(context, constrainedFirst(context, names), base);
     turnMeasures(context.drawing, names, turn);
     for (const std::string& name : names)
         moveEntity(context, name, turn);
