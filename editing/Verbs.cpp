@@ -19,6 +19,8 @@ const EditVerb& takeVerb(EditText& text) {
     names.push_back("undo");  // which the session takes by itself
     const std::string found = text.oneOfWords(names, "an editing command");
     const auto verbs = editVerbs();
+    if (found == "undo")
+        text.fail("expected an editing command", "; only a session can take back its last edit");
     return **std::find_if(verbs.begin(), verbs.end(), [&](const EditVerb* verb) { return verb->name == found; });
 }
 

@@ -6,6 +6,8 @@
 #include <functional>
 #include <string>
 
+#include "editing/Verbs.h"
+
 namespace holdfast::editing {
 namespace {
 
@@ -18,6 +20,13 @@ std::string errorOf(const std::function<void()>& action) {
         return error.what();
     }
     return "no error";
+}
+
+TEST(EditVerbs, DoNotIncludeTakingBack) {
+    EditText text("undo");
+    EXPECT_EQ(errorOf([&] { takeVerb(text); }),
+              "edit \"undo\", column 1: expected an editing command, found \"undo\"; only a session can take back its "
+              "last edit");
 }
 
 TEST(EditText, ReadsAnEditWordByWord) {
