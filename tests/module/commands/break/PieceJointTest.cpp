@@ -71,6 +71,14 @@ TEST(PieceJoint, NeedsAnIdentifierOfOneOrMore) {
     }
 }
 
+TEST(PieceJoint, IsLoosenedAtIdentifierOneToo) {
+    JointScene scene(
+        "polyline p 10,0#1 20,0#13 30,0#14; line b 0,0 10,0; c0: fixed p[1]; joint: implied coincident p[1].start "
+        "b.end");
+    LvTestAccess::lastVertexId(scene.centre()) = 1;
+    EXPECT_EQ(scene.loosened("p[1]"), "imply joint false; delete joint");
+}
+
 TEST(PieceJoint, NeedsTheGroupOpenForWriteAndTheGeometry) {
     JointScene refused;
     refused.refuseOpen("group");

@@ -116,6 +116,17 @@ TEST(FilletPolylineWithCurve, SkipsADependencyThatDoesNotOpen) {
     EXPECT_EQ(scene.dependencies(), "p[1]: p[1] 31-7; p[2]: p[2] 7-22; p[3]: p[3] 22-5 status 5");
 }
 
+TEST(FilletPolylineWithCurve, LeavesAnErasedDependencyAlone) {
+    WithCurve scene;
+    scene.centre().setOnePolyLineDate(scene.polyline());
+    YxDbAssocGeomDependency* erased = scene.dependency("p[3]");
+    HostAccess::erase(erased->objectId());
+    scene.centre().setOnePolyLineConstraint(scene.polyline(), false, 0, {});
+    EXPECT_NE(HostAccess::status(*erased), kSegmentRemovedAssocStatus);
+    EXPECT_EQ(HostAccess::status(*scene.dependency("p[2]")), kSegmentRemovedAssocStatus);
+    HostAccess::erase(erased->objectId(), false);
+}
+
 TEST(FilletPolylineWithCurve, SkipsARecordWithoutADependency) {
     WithCurve scene;
     scene.centre().setOnePolyLineDate(scene.polyline());
@@ -170,6 +181,14 @@ TEST(FilletReversedPolyline, NeverTakesTheLastVertex) {
     scene.centre().setReversePolyLineConstraint(scene.polyline());
     scene.centre().setReversePolyLineConstraint(nullptr);
     EXPECT_EQ(scene.process().journal().count("setSubentity"), 0);
+}
+
+TEST(FilletReversedPolyline, AsksTheHostNothingWithoutAPolyline) {
+    WithCurve scene;
+    scene.centre().setOnePolyLineDate(scene.polyline());
+    const std::size_t calls = scene.process().journal().entries().size();
+    scene.centre().setReversePolyLineConstraint(nullptr);
+    EXPECT_EQ(scene.process().journal().entries().size(), calls);
 }
 
 TEST(FilletReversedPolyline, CountsTheVerticesOnce) {

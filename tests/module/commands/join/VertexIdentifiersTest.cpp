@@ -91,6 +91,18 @@ TEST(JoinReversed, RepairsTheWholePolylineNotOnlyWhatItWrote) {
     EXPECT_EQ(reversed({91, 0, 93, 94}, 3, {0}), (Identifiers{0, 0, 94, 93}));
 }
 
+TEST(JoinReversed, AsksForNoVertexBehindTheLast) {
+    FeedingScene scene("");
+    const auto polyline = polylineOf({11, 0, 13});
+    writeReversed(*polyline, 0, listOf({11, 0, 13}));
+    int asked = 0;
+    for (const JournalEntry& call : scene.process().journal().entries()) {
+        asked += call.operation == "YxDbPolyline::getVertexIdentifierAt" ? 1 : 0;
+        EXPECT_EQ(call.arguments.rfind("3", 0), std::string::npos) << call.operation;
+    }
+    EXPECT_GT(asked, 0);
+}
+
 TEST(JoinReversed, LeavesAPolylineOfOneVertexAlone) {
     EXPECT_EQ(reversed({0}, 0, {11}), (Identifiers{11}));
 }

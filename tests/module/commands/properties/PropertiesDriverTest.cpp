@@ -13,6 +13,23 @@ constexpr const char* kDrawing =
     "spline s degree 3 at 0,0 1,1 2,0 3,1; horizontal a; coincident a.start b.start; vertical b; dependency c;"
     "dependency p[1]; dependency s";
 
+/// What a host's own centre, derived from ours, can call.
+struct DerivedCentre : ConstraintPropertiesCmdCenter {
+    using ConstraintPropertiesCmdCenter::addOriLineInfo;
+    using ConstraintPropertiesCmdCenter::addOriRayInfo;
+    using ConstraintPropertiesCmdCenter::addOriXlineInfo;
+};
+
+TEST(PropertiesRecorders, RecordNothingWithoutAnEntity) {
+    FeedingScene scene("line a 0,0 4,0; dependency a");
+    DerivedCentre centre;
+    const std::vector<double> point{1.0, 2.0, 0.0};
+    EXPECT_FALSE(centre.addOriLineInfo(nullptr, scene.id("a"), 1, -1, 0.0, point));
+    EXPECT_FALSE(centre.addOriRayInfo(nullptr, scene.id("a"), 1, -1, 0.0, point));
+    EXPECT_FALSE(centre.addOriXlineInfo(nullptr, scene.id("a"), 1, -1, 0.0, point));
+    EXPECT_TRUE(LvTestAccess::records(centre).empty());
+}
+
 TEST(PropertiesPoint, IsRecordedWithACopyOfTheEntity) {
     Palette palette(kDrawing);
     EXPECT_TRUE(palette.point("a", 2, 6, 1));
