@@ -85,17 +85,22 @@ if(TARGET host_model)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/host/include/" DESTINATION "${include_folder}/host"
           COMPONENT model_development FILES_MATCHING PATTERN "*.h")
   install_headers(model_development "${PROJECT_SOURCE_DIR}"
+    host/model/ConverterRecord.h
+    host/model/DynamicEdits.h
+    host/model/EntityAccess.h
+    host/model/EntityGeometry.h
+    host/model/HostAccess.h
     host/model/HostAudit.h
     host/model/HostBuilder.h
+    host/model/HostCall.h
     host/model/HostFaults.h
     host/model/HostJournal.h
     host/model/HostProcess.h
+    host/model/ImplementClass.h
     host/model/NetworkAudit.h
+    host/model/ProtocolExtensions.h
     host/model/Scene.h
-    host/src/ConverterRecord.h
-    host/src/EntityAccess.h
-    host/src/HostAccess.h
-    host/src/HostCall.h)
+    host/model/SegmentNames.h)
 else()
   install(TARGETS host_api EXPORT HoldfastTargets)
 endif()

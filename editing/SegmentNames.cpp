@@ -1,13 +1,11 @@
 #include "editing/SegmentNames.h"
 
-#include <algorithm>
 #include <unordered_map>
 #include <vector>
 
 #include <YxDbConstraints/YxDbAssocPersSubentId.h>
 
 #include "geometry/curves/Polylines.h"
-#include "host/src/YxDbConstraints/GroupData.h"
 
 namespace holdfast::editing {
 
@@ -22,19 +20,11 @@ std::vector<YxDbAssocGeomDependency*> dependenciesOn(const YxDbEntity& entity) {
     return found;
 }
 
-std::vector<YxConstrainedImplicitPoint*> pointsOn(const Drawing& drawing, const YxConstrainedGeometry& geometry) {
-    return HostAccess::data(drawing.group()).pointsOf(HostAccess::nodeId(geometry));
-}
-
 /// True when a constraint holds on the segment or at one of its points.
 bool isInUse(const Drawing& drawing, const YxDbAssocGeomDependency& dependency) {
     const YxConstrainedGeometry* geometry = HostAccess::geometryOn(drawing.group(), HostAccess::idOf(dependency));
-    if (geometry == nullptr || HostAccess::status(dependency) == kSegmentRemovedAssocStatus)
-        return false;
-    const auto points = pointsOn(drawing, *geometry);
-    return !HostAccess::connected(*geometry).empty() ||
-           std::any_of(points.begin(), points.end(),
-                       [](const auto* point) { return !HostAccess::connected(*point).empty(); });
+    return geometry != nullptr && HostAccess::status(dependency) != kSegmentRemovedAssocStatus &&
+           HostAccess::isConstrained(drawing.group(), *geometry);
 }
 
 /// The corner behind a segment is none any more.
@@ -42,7 +32,7 @@ void loosenEnd(Drawing& drawing, const YxDbAssocGeomDependency& dependency) {
     const YxConstrainedGeometry* geometry = HostAccess::geometryOn(drawing.group(), HostAccess::idOf(dependency));
     if (geometry == nullptr)
         return;
-    for (const YxConstrainedImplicitPoint* point : pointsOn(drawing, *geometry)) {
+    for (const YxConstrainedImplicitPoint* point : HostAccess::pointsOf(drawing.group(), *geometry)) {
         const auto constraints = HostAccess::connected(*point);  // a copy, as it shrinks
         for (YxGeomConstraint* constraint : constraints)
             if (HostAccess::pointType(*point) == YxDb::kEndImplicit && constraint->isImplied())
@@ -128,7 +118,7 @@ void swapSegmentEnds(Drawing& drawing, const std::string& polyline) {
         const auto* geometry = HostAccess::geometryOn(drawing.group(), HostAccess::idOf(*dependency));
         if (geometry == nullptr)
             continue;
-        for (YxConstrainedImplicitPoint* point : pointsOn(drawing, *geometry)) {
+        for (YxConstrainedImplicitPoint* point : HostAccess::pointsOf(drawing.group(), *geometry)) {
             const YxDb::ImplicitPointType type = HostAccess::pointType(*point);
             if (type == YxDb::kStartImplicit || type == YxDb::kEndImplicit)
                 HostAccess::setPointType(*point,

@@ -5,10 +5,8 @@
 #include <stdexcept>
 
 #include "document/Places.h"
-#include "host/src/EntityAccess.h"
-#include "host/src/YxDbConstraints/GroupData.h"
-#include "host/src/YxDbConstraints/Subentities.h"
-#include "host/src/yxdb/ObjectData.h"
+#include "host/model/EntityAccess.h"
+#include "host/model/SegmentNames.h"
 #include "hosting/HostConstraints.h"
 #include "hosting/HostShapes.h"
 
@@ -34,13 +32,7 @@ bool isEnd(const Place& place) {
 
 bool carriesConstraints(const YxDbAssoc2dConstraintGroup& group, const YxDbObjectId& dependency) {
     const YxConstrainedGeometry* geometry = HostAccess::geometryOn(group, dependency);
-    if (geometry == nullptr)
-        return false;
-    const YxDbConstraintGroupData& nodes = HostAccess::data(group);
-    const auto points = nodes.pointsOf(HostAccess::nodeId(*geometry));
-    return !HostAccess::connected(*geometry).empty() ||
-           std::any_of(points.begin(), points.end(),
-                       [](const auto* point) { return !HostAccess::connected(*point).empty(); });
+    return geometry != nullptr && HostAccess::isConstrained(group, *geometry);
 }
 
 Document notesOf(const Document& document) {
@@ -248,7 +240,7 @@ const YxDbAssocGeomDependency* Drawing::dependencyOf(const YxConstrainedGeometry
     const YxConstrainedGeometry* curve = &geometry;
     if (geometry.isKindOf(YxConstrainedImplicitPoint::desc())) {
         const auto& point = static_cast<const YxConstrainedImplicitPoint&>(geometry);
-        curve = static_cast<const YxConstrainedGeometry*>(HostAccess::data(group()).node(point.constrainedCurveId()));
+        curve = HostAccess::curveOf(group(), point);
     }
     const YxDbObjectId id = HostAccess::dependencyOf(*curve);
     return HostAccess::isErased(id) ? nullptr : static_cast<const YxDbAssocGeomDependency*>(HostAccess::peek(id));

@@ -4,7 +4,7 @@
 #include <numbers>
 #include <stdexcept>
 
-#include "host/src/EntityAccess.h"
+#include "host/model/EntityAccess.h"
 
 namespace holdfast::hosting {
 

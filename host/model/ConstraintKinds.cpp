@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "host/src/HostAccess.h"
+#include "host/model/HostAccess.h"
 
 namespace holdfast {
 

@@ -3,8 +3,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/src/EntityAccess.h"
-#include "host/src/HostAccess.h"
+#include "host/model/EntityAccess.h"
+#include "host/model/HostAccess.h"
 #include "host/src/yxdb/CurveMath.h"
 
 namespace holdfast {

@@ -2,8 +2,8 @@
 
 #include <stdexcept>
 
+#include "host/model/EntityAccess.h"
 #include "host/model/GeometryMaking.h"
-#include "host/src/EntityAccess.h"
 #include "host/src/YxDbConstraints/Subentities.h"
 #include "host/src/yxdb/ObjectData.h"
 

@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "host/src/HostAccess.h"
+#include "host/model/HostAccess.h"
 
 class YxDbPolyline;
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/src/HostCall.h"
+#include "host/model/HostCall.h"
 
 namespace holdfast {
 

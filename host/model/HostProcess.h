@@ -5,9 +5,9 @@
 #include <unordered_map>
 #include <vector>
 
+#include "host/model/HostAccess.h"
 #include "host/model/HostFaults.h"
 #include "host/model/HostJournal.h"
-#include "host/src/HostAccess.h"
 
 namespace holdfast {
 

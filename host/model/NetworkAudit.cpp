@@ -5,9 +5,9 @@
 
 #include <yxdb/YxDbPolyline.h>
 
-#include "host/src/HostCall.h"
+#include "host/model/HostCall.h"
+#include "host/model/SegmentNames.h"
 #include "host/src/YxDbConstraints/GroupData.h"
-#include "host/src/YxDbConstraints/Subentities.h"
 
 namespace holdfast {
 

@@ -1,8 +1,8 @@
 #include <algorithm>
 
+#include "host/model/EntityAccess.h"
 #include "host/model/HostBuilder.h"
-#include "host/src/EntityAccess.h"
-#include "host/src/YxDbConstraints/Subentities.h"
+#include "host/model/SegmentNames.h"
 
 namespace holdfast {
 

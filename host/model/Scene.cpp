@@ -2,11 +2,11 @@
 
 #include <stdexcept>
 
+#include "host/model/HostCall.h"
 #include "host/model/SceneEntities.h"
 #include "host/model/ScenePlaces.h"
 #include "host/model/ScenePrinter.h"
 #include "host/model/SceneReader.h"
-#include "host/src/HostCall.h"
 
 namespace holdfast {
 

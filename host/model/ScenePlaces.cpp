@@ -5,8 +5,8 @@
 #include <optional>
 #include <stdexcept>
 
+#include "host/model/EntityAccess.h"
 #include "host/model/SceneNumbers.h"
-#include "host/src/EntityAccess.h"
 
 namespace holdfast {
 

@@ -5,7 +5,7 @@
 #include <unordered_set>
 
 #include "host/model/Scene.h"
-#include "host/src/YxDbConstraints/Subentities.h"
+#include "host/model/SegmentNames.h"
 
 namespace holdfast {
 

@@ -6,8 +6,8 @@
 #include <yxbase/YxArray.h>
 #include <yxdb/YxDbObject.h>
 
-#include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
+#include "host/model/HostAccess.h"
+#include "host/model/HostCall.h"
 
 namespace holdfast {
 

@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "host/src/yxcore/DynamicEdits.h"
+#include "host/model/DynamicEdits.h"
 #include "hosting/HostShapes.h"
 #include "hosting/evaluator/EditRequests.h"
 #include "solver/src/sketch/Index.h"

@@ -8,7 +8,7 @@
 
 #include <YxDbConstraints/YxDbAssocManager.h>
 
-#include "host/src/HostAccess.h"
+#include "host/model/HostAccess.h"
 #include "hosting/Drawing.h"
 #include "hosting/evaluator/HostEvaluator.h"
 

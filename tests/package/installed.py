@@ -73,7 +73,7 @@ def headers(_root, _build, work, compiler, *flags):
         return group, subprocess.run(command, capture_output=True, text=True)
 
     files, failed = sorted(include.rglob("*.h")), 0
-    ours = ("core", "evaluation", "commands", "drag", "host/model", "host/src")
+    ours = ("core", "evaluation", "commands", "drag", "host/model")
     platform = [path for path in files if not str(path.relative_to(include)).startswith(ours)]
     groups = [[path] for path in files if path not in platform] + [platform]
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:

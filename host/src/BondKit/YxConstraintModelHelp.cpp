@@ -5,9 +5,9 @@
 #include <YxDbConstraints/YxDbAssoc2dConstraintGroup.h>
 #include <yxdb/YxDbEntity.h>
 
-#include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
-#include "host/src/YxDbConstraints/EntityGeometry.h"
+#include "host/model/EntityGeometry.h"
+#include "host/model/HostAccess.h"
+#include "host/model/HostCall.h"
 
 using holdfast::HostAccess;
 using holdfast::hostCall;

@@ -5,8 +5,8 @@
 
 #include <yxdb/YxDbEntity.h>
 
-#include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
+#include "host/model/HostAccess.h"
+#include "host/model/HostCall.h"
 #include "host/src/yxdb/ObjectData.h"
 
 bool AssocConstraintHeader::m_isForbidEvaStatic = false;

@@ -1,6 +1,6 @@
 #include "host/src/YxDbConstraints/GroupData.h"
 
-#include "host/src/HostAccess.h"
+#include "host/model/HostAccess.h"
 
 using holdfast::HostAccess;
 

@@ -3,11 +3,11 @@
 #include <YxDbConstraints/YxDbAssocPersSubentId.h>
 #include <yxdb/YxDbPolyline.h>
 
-#include "host/src/EntityAccess.h"
-#include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
-#include "host/src/yxbase/ImplementClass.h"
-#include "host/src/yxbase/ProtocolExtensions.h"
+#include "host/model/EntityAccess.h"
+#include "host/model/HostAccess.h"
+#include "host/model/HostCall.h"
+#include "host/model/ImplementClass.h"
+#include "host/model/ProtocolExtensions.h"
 
 namespace holdfast {
 
@@ -73,23 +73,6 @@ int segmentNamed(const YxDbPolyline& polyline, int startVertexId, int endVertexI
             EntityAccess::vertex(polyline, (i + 1) % vertices).identifier == endVertexId)
             return static_cast<int>(i);
     return -1;
-}
-
-SegmentNames::SegmentNames(const YxDbPolyline& polyline) {
-    const std::size_t vertices = EntityAccess::vertexCount(polyline);
-    for (std::size_t i = 0; i < EntityAccess::segmentCount(polyline); ++i)
-        m_segments.emplace(std::pair(EntityAccess::vertex(polyline, i).identifier,
-                                     EntityAccess::vertex(polyline, (i + 1) % vertices).identifier),
-                           static_cast<int>(i));
-}
-
-int SegmentNames::segmentOf(const YxDbAssocGeomDependency& dependency) const {
-    const YxDbAssocPersSubentId* name = HostAccess::persistentId(dependency);
-    if (name == nullptr || !name->isKindOf(YxDbAssocEdgePersSubentId::desc()))
-        return -1;
-    const auto* edge = static_cast<const YxDbAssocEdgePersSubentId*>(name);
-    const auto found = m_segments.find({HostAccess::startVertexId(*edge), HostAccess::endVertexId(*edge)});
-    return found == m_segments.end() ? -1 : found->second;
 }
 
 YxConstrainedGeometry* geometryOnPart(const YxDbAssoc2dConstraintGroup& group, const YxDbFullSubentPath& path) {

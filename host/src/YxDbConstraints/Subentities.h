@@ -1,8 +1,5 @@
 #pragma once
 
-#include <map>
-#include <utility>
-
 #include <YxDbConstraints/YxDbAssoc2dConstraintGroup.h>
 #include <YxDbConstraints/YxDbSubentId.h>
 
@@ -22,18 +19,6 @@ int referencedIdentifier(YxDbPolyline& polyline, std::size_t vertex);
 
 /// The number of the segment, counted from 0, between the two identified vertices, or -1.
 int segmentNamed(const YxDbPolyline& polyline, int startVertexId, int endVertexId);
-
-/// Finds a polyline's segments by their persistent names; for many names at once. Of segments with the same name the
-/// first is found.
-class SegmentNames {
-public:
-    explicit SegmentNames(const YxDbPolyline& polyline);
-    /// Counted from 0; -1 for a dependency without the name of a segment of this polyline.
-    int segmentOf(const YxDbAssocGeomDependency& dependency) const;
-
-private:
-    std::map<std::pair<int, int>, int> m_segments;
-};
 
 /// The geometry of the group that stands on the part, or null.
 YxConstrainedGeometry* geometryOnPart(const YxDbAssoc2dConstraintGroup& group, const YxDbFullSubentPath& path);

@@ -1,10 +1,10 @@
 #include <YxDbConstraints/YxDbAssoc2dConstraintGroup.h>
 
-#include "host/src/HostAccess.h"
+#include "host/model/HostAccess.h"
+#include "host/model/ImplementClass.h"
 #include "host/src/HostAnswers.h"
 #include "host/src/YxDbConstraints/GroupData.h"
 #include "host/src/YxDbConstraints/Subentities.h"
-#include "host/src/yxbase/ImplementClass.h"
 
 using holdfast::HostAccess;
 using holdfast::hostCall;

@@ -1,8 +1,8 @@
 #include <YxDbConstraints/YxDbAssocAction.h>
 
-#include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
-#include "host/src/yxbase/ImplementClass.h"
+#include "host/model/HostAccess.h"
+#include "host/model/HostCall.h"
+#include "host/model/ImplementClass.h"
 
 using holdfast::hostCall;
 

@@ -2,11 +2,11 @@
 
 #include <yxdb/YxDbPolyline.h>
 
-#include "host/src/EntityAccess.h"
-#include "host/src/HostAccess.h"
+#include "host/model/EntityAccess.h"
+#include "host/model/HostAccess.h"
+#include "host/model/ImplementClass.h"
 #include "host/src/HostAnswers.h"
 #include "host/src/YxDbConstraints/Subentities.h"
-#include "host/src/yxbase/ImplementClass.h"
 #include "host/src/yxdb/ObjectData.h"
 
 using holdfast::EntityAccess;

@@ -2,8 +2,8 @@
 
 #include <YxDbConstraints/AssocConstraintHeader.h>
 
-#include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
+#include "host/model/HostAccess.h"
+#include "host/model/HostCall.h"
 
 using holdfast::HostAccess;
 using holdfast::hostState;

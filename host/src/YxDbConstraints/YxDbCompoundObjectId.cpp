@@ -1,7 +1,7 @@
 #include <YxDbConstraints/YxDbCompoundObjectId.h>
 
-#include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
+#include "host/model/HostAccess.h"
+#include "host/model/HostCall.h"
 
 using holdfast::hostCall;
 

@@ -4,9 +4,9 @@
 
 #include <YxDbConstraints/YxConstrainedGeometry.h>
 
-#include "host/src/HostAccess.h"
+#include "host/model/HostAccess.h"
+#include "host/model/ImplementClass.h"
 #include "host/src/HostAnswers.h"
-#include "host/src/yxbase/ImplementClass.h"
 
 using holdfast::hostCall;
 

@@ -1,6 +1,6 @@
 #include <yxbase/YxRxObject.h>
 
-#include "host/src/yxbase/ProtocolExtensions.h"
+#include "host/model/ProtocolExtensions.h"
 
 YxRxObject::YxRxObject() = default;
 YxRxObject::YxRxObject(const YxRxObject&) = default;

@@ -4,9 +4,9 @@
 
 #include <unordered_map>
 
-#include "host/src/HostCall.h"
+#include "host/model/DynamicEdits.h"
+#include "host/model/HostCall.h"
 #include "host/src/YxDbConstraints/Provider.h"
-#include "host/src/yxcore/DynamicEdits.h"
 
 namespace {
 

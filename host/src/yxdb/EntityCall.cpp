@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/src/HostAccess.h"
+#include "host/model/HostAccess.h"
 #include "host/src/yxdb/ObjectData.h"
 
 namespace holdfast {

@@ -3,7 +3,7 @@
 #include <yxbase/YxErrorStatus.h>
 #include <yxdb/YxDbEntity.h>
 
-#include "host/src/HostCall.h"
+#include "host/model/HostCall.h"
 
 namespace holdfast {
 

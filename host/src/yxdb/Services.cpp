@@ -3,9 +3,9 @@
 #include <yxdb/YxDbHostApplicationServices.h>
 #include <yxdb/YxGiWorldDraw.h>
 
-#include "host/src/HostAccess.h"
+#include "host/model/HostAccess.h"
+#include "host/model/ImplementClass.h"
 #include "host/src/HostAnswers.h"
-#include "host/src/yxbase/ImplementClass.h"
 #include "host/src/yxdb/ObjectData.h"
 
 using holdfast::HostAccess;

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "host/src/yxbase/ImplementClass.h"
+#include "host/model/ImplementClass.h"
 #include "host/src/yxbase/PlaneFrame.h"
 #include "host/src/yxdb/CurveMath.h"
 #include "host/src/yxdb/EntityCall.h"

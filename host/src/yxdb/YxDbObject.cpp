@@ -1,8 +1,8 @@
 #include <yxdb/YxDbObject.h>
 
-#include "host/src/HostAccess.h"
+#include "host/model/HostAccess.h"
+#include "host/model/ImplementClass.h"
 #include "host/src/HostAnswers.h"
-#include "host/src/yxbase/ImplementClass.h"
 #include "host/src/yxdb/ObjectData.h"
 
 using holdfast::HostAccess;

@@ -6,7 +6,7 @@
 #include <limits>
 #include <utility>
 
-#include "host/src/yxbase/ImplementClass.h"
+#include "host/model/ImplementClass.h"
 #include "host/src/yxdb/BulgeSegment.h"
 #include "host/src/yxdb/CurveMath.h"
 #include "host/src/yxdb/EntityCall.h"

@@ -1,6 +1,6 @@
 #include <yxdb/YxDbRay.h>
 
-#include "host/src/yxbase/ImplementClass.h"
+#include "host/model/ImplementClass.h"
 #include "host/src/yxdb/CurveMath.h"
 #include "host/src/yxdb/EntityCall.h"
 #include "host/src/yxdb/Similarity.h"

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/src/HostAccess.h"
-#include "host/src/HostCall.h"
+#include "host/model/HostAccess.h"
+#include "host/model/HostCall.h"
 #include "tests/host/entities/Polylines.h"
 
 using holdfast::EntityAccess;

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/src/EntityAccess.h"
+#include "host/model/EntityAccess.h"
 #include "host/src/yxdb/SplineView.h"
 #include "tests/host/entities/Curves.h"
 

@@ -4,8 +4,8 @@
 
 #include <yxbase/YxSmartPtr.h>
 
-#include "host/src/yxbase/ImplementClass.h"
-#include "host/src/yxbase/ProtocolExtensions.h"
+#include "host/model/ImplementClass.h"
+#include "host/model/ProtocolExtensions.h"
 
 namespace {
 

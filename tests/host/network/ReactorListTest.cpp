@@ -1,33 +1,50 @@
-#include "host/src/yxdb/ReactorList.h"
-
 #include <algorithm>
+#include <memory>
 #include <vector>
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-#include "host/src/HostAccess.h"
-#include "host/src/yxdb/ObjectData.h"
+#include "host/model/EntityAccess.h"
+#include "host/model/HostAccess.h"
 
 namespace holdfast {
 namespace {
 
-struct Stubs {
-    std::vector<YxDbStub> stubs{std::vector<YxDbStub>(64)};
-    YxDbObjectId operator[](std::size_t i) { return HostAccess::idOf(&stubs[i]); }
+struct Ids {
+    std::unique_ptr<YxDbDatabase> database = HostAccess::makeDatabase();
+    std::vector<YxDbObjectId> ids;
+
+    Ids() {
+        for (int i = 0; i < 32; ++i)
+            ids.push_back(HostAccess::addToDatabase(*database, EntityAccess::makePoint({})));
+    }
+    const YxDbObjectId& operator[](std::size_t i) const { return ids[i]; }
+};
+
+/// The reactors of an entity that lives in no database.
+class Reactors {
+public:
+    void add(const YxDbObjectId& reactor) { HostAccess::addReactor(*m_entity, reactor); }
+    bool remove(const YxDbObjectId& reactor) { return m_entity->removePersistentReactor(reactor) == Yxrt::eOk; }
+    std::vector<YxDbObjectId> ids() const { return HostAccess::reactors(*m_entity); }
+    std::size_t count(const YxDbObjectId& reactor) const { return HostAccess::reactorCount(*m_entity, reactor); }
+
+private:
+    std::unique_ptr<YxDbPoint> m_entity = EntityAccess::makePoint({});
 };
 
 TEST(ReactorList, KeepsTheOrderOfAttaching) {
-    Stubs ids;
-    ReactorList list;
+    const Ids ids;
+    Reactors list;
     for (const std::size_t i : {3, 1, 2})
         list.add(ids[i]);
     EXPECT_EQ(list.ids(), (std::vector{ids[3], ids[1], ids[2]}));
 }
 
 TEST(ReactorList, RemovesTheFirstOfARepeatedReactorOnly) {
-    Stubs ids;
-    ReactorList list;
+    const Ids ids;
+    Reactors list;
     for (const std::size_t i : {1, 2, 1})
         list.add(ids[i]);
     EXPECT_TRUE(list.remove(ids[1]));
@@ -36,8 +53,8 @@ TEST(ReactorList, RemovesTheFirstOfARepeatedReactorOnly) {
 }
 
 TEST(ReactorList, DoesNotRemoveWhatItDoesNotHold) {
-    Stubs ids;
-    ReactorList list;
+    const Ids ids;
+    Reactors list;
     list.add(ids[1]);
     EXPECT_FALSE(list.remove(ids[2]));
     EXPECT_FALSE(list.remove(YxDbObjectId()));
@@ -45,8 +62,8 @@ TEST(ReactorList, DoesNotRemoveWhatItDoesNotHold) {
 }
 
 TEST(ReactorList, ForgetsARemovedReactorForGood) {
-    Stubs ids;
-    ReactorList list;
+    const Ids ids;
+    Reactors list;
     list.add(ids[1]);
     EXPECT_TRUE(list.remove(ids[1]));
     EXPECT_FALSE(list.remove(ids[1]));
@@ -55,8 +72,8 @@ TEST(ReactorList, ForgetsARemovedReactorForGood) {
 
 // Long lists are kept with an index and gaps; a plain vector says what they must hold.
 RC_GTEST_PROP(ReactorList, HoldsWhatAPlainVectorWouldHold, (const std::vector<std::pair<bool, std::uint8_t>>& steps)) {
-    Stubs ids;
-    ReactorList list;
+    const Ids ids;
+    Reactors list;
     std::vector<YxDbObjectId> expected;
     for (std::size_t i = 0; i < 40; ++i) {
         list.add(ids[i % 24]);

@@ -5,7 +5,7 @@
 
 #include <numbers>
 
-#include "host/src/EntityAccess.h"
+#include "host/model/EntityAccess.h"
 #include "tests/support/TestScene.h"
 
 namespace holdfast {

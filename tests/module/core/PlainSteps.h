@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "core/LvEditDeleteConstraint.h"
-#include "host/src/HostAccess.h"
+#include "host/model/HostAccess.h"
 
 namespace holdfast::plain {
 

@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include "host/src/yxdb/ObjectData.h"
-
 namespace holdfast::module {
 
 namespace {
@@ -231,7 +229,7 @@ std::string FeedingScene::nameOf(const YxDbObjectId& named) const {
 std::string FeedingScene::textOf(const YxDbEntity* entity) const {
     if (entity == nullptr)
         return "null";
-    const YxDbObjectId resident = HostAccess::idOf(HostAccess::data(*entity).stub);
+    const YxDbObjectId resident = HostAccess::idOf(*entity);
     return resident.isValid() ? nameOf(resident) : "(" + shapeOf(*entity) + ")";
 }
 

@@ -2,7 +2,7 @@
 
 #include <type_traits>
 
-#include "host/src/EntityAccess.h"
+#include "host/model/EntityAccess.h"
 #include "tests/module/commands/fillet/OpenScene.h"
 #include "tests/module/commands/fillet/TestAccess.h"
 

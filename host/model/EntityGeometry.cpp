@@ -1,8 +1,8 @@
-#include "host/src/YxDbConstraints/EntityGeometry.h"
+#include "host/model/EntityGeometry.h"
 
 #include <unordered_set>
 
-#include "host/src/HostAccess.h"
+#include "host/model/HostAccess.h"
 #include "host/src/YxDbConstraints/GroupData.h"
 
 namespace holdfast {

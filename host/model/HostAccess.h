@@ -13,7 +13,7 @@
 #include <yxdb/YxDbDatabase.h>
 #include <yxdb/YxDbEntity.h>
 
-#include "host/src/ConverterRecord.h"
+#include "host/model/ConverterRecord.h"
 
 class YxDbHostApplicationServices;
 
@@ -138,6 +138,14 @@ struct HostAccess {
     static YxConstrainedImplicitPoint* implicitPoint(const YxDbAssoc2dConstraintGroup& group,
                                                      const YxConstrainedGeometry& curve, YxDb::ImplicitPointType type,
                                                      int pointIndex);
+    /// The implicit points of a curve, in no particular order.
+    static std::vector<YxConstrainedImplicitPoint*> pointsOf(const YxDbAssoc2dConstraintGroup& group,
+                                                             const YxConstrainedGeometry& curve);
+    /// True when a constraint holds on the geometry or on one of its implicit points.
+    static bool isConstrained(const YxDbAssoc2dConstraintGroup& group, const YxConstrainedGeometry& geometry);
+    /// The curve that carries an implicit point; null when it has left the group.
+    static YxConstrainedGeometry* curveOf(const YxDbAssoc2dConstraintGroup& group,
+                                          const YxConstrainedImplicitPoint& point);
     static const YxDbObjectId& dependencyOf(const YxConstrainedGeometry& geometry) { return geometry.m_dependency; }
     /// The same, but for an implicit point the dependency of the curve that defines it.
     static const YxDbObjectId& standsOn(const YxConstrainedGeometry& geometry);

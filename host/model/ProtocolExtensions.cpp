@@ -1,4 +1,4 @@
-#include "host/src/yxbase/ProtocolExtensions.h"
+#include "host/model/ProtocolExtensions.h"
 
 #include <map>
 #include <utility>

@@ -2,7 +2,7 @@
 #include <cmath>
 #include <utility>
 
-#include "host/src/EntityAccess.h"
+#include "host/model/EntityAccess.h"
 #include "host/src/EntityCheck.h"
 #include "host/src/yxdb/SplineView.h"
 

@@ -1,4 +1,4 @@
-#include "host/src/HostCall.h"
+#include "host/model/HostCall.h"
 
 #include <cstdio>
 

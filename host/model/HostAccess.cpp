@@ -1,5 +1,6 @@
-#include "host/src/HostAccess.h"
+#include "host/model/HostAccess.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "host/src/YxDbConstraints/GroupData.h"
@@ -206,6 +207,21 @@ YxConstrainedImplicitPoint* HostAccess::implicitPoint(const YxDbAssoc2dConstrain
                                                       const YxConstrainedGeometry& curve, YxDb::ImplicitPointType type,
                                                       int pointIndex) {
     return data(group).implicitPoint(nodeId(curve), type, pointIndex);
+}
+
+std::vector<YxConstrainedImplicitPoint*> HostAccess::pointsOf(const YxDbAssoc2dConstraintGroup& group,
+                                                              const YxConstrainedGeometry& curve) {
+    return data(group).pointsOf(nodeId(curve));
+}
+
+bool HostAccess::isConstrained(const YxDbAssoc2dConstraintGroup& group, const YxConstrainedGeometry& geometry) {
+    return !connected(geometry).empty() ||
+           std::ranges::any_of(pointsOf(group, geometry), [](const auto* point) { return !connected(*point).empty(); });
+}
+
+YxConstrainedGeometry* HostAccess::curveOf(const YxDbAssoc2dConstraintGroup& group,
+                                           const YxConstrainedImplicitPoint& point) {
+    return static_cast<YxConstrainedGeometry*>(data(group).node(curveId(point)));
 }
 
 YxGeomConstraint* HostAccess::topLevel(YxGeomConstraint& constraint) {

@@ -3,7 +3,7 @@
 #include <limits>
 #include <utility>
 
-#include "host/src/EntityAccess.h"
+#include "host/model/EntityAccess.h"
 #include "host/src/EntityCheck.h"
 #include "host/src/yxdb/BulgeSegment.h"
 

@@ -1,4 +1,4 @@
-#include "host/src/EntityAccess.h"
+#include "host/model/EntityAccess.h"
 
 #include <cmath>
 
