@@ -96,6 +96,7 @@ if(TARGET host_model)
     host/model/HostFaults.h
     host/model/HostJournal.h
     host/model/HostProcess.h
+    host/model/HostState.h
     host/model/ImplementClass.h
     host/model/NetworkAudit.h
     host/model/ProtocolExtensions.h

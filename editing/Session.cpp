@@ -13,6 +13,7 @@
 namespace holdfast::editing {
 
 Session::Session(Document document) : m_original(document), m_document(std::move(document)) {
+    const HostProcess::Scope keepsTheFormer;
     openAgain();
 }
 
@@ -20,12 +21,13 @@ Session::~Session() = default;
 
 void Session::openAgain() {
     m_evaluator.reset();
-    m_drawing.reset();  // the host process is one at a time
+    m_drawing.reset();
     m_drawing = std::make_unique<Drawing>(m_document);
     m_evaluator = std::make_unique<HostEvaluator>(*m_drawing);
 }
 
 const EditResult& Session::apply(std::string_view edit) {
+    const HostProcess::Scope bound(m_drawing->process());
     EditResult result;
     result.outcome.text = edit;
     m_results.push_back(result);

@@ -24,6 +24,9 @@ struct EditResult {
 };
 
 /// A drawing that is being edited. Every edit is one transaction: it is done whole, or the drawing is as it was.
+///
+/// There may be many. Each has a host process of its own, which is current while the session works and never else, so
+/// that sessions in different threads know nothing of each other. One thread at a time uses a session.
 class Session {
 public:
     explicit Session(Document document);

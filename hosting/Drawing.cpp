@@ -105,6 +105,7 @@ YxDbEntity& Drawing::entity(std::string_view name) const {
 }
 
 Shape Drawing::shape(std::string_view name) const {
+    const HostProcess::Scope bound(m_process);
     const YxDbEntity& resident = entity(name);
     const KnownEntity& known = m_entities.at(std::string(name));
     Shape now = readShape(resident);
@@ -138,6 +139,7 @@ void Drawing::releaseName(const std::string& name) {
 }
 
 std::string Drawing::add(const Shape& shape, std::string_view like) {
+    const HostProcess::Scope bound(m_process);
     Entity entity;
     const auto model = m_entities.find(std::string(like));
     entity.construction = model != m_entities.end() && model->second.original.construction;
@@ -148,6 +150,7 @@ std::string Drawing::add(const Shape& shape, std::string_view like) {
 }
 
 void Drawing::write(std::string_view name, const Shape& shape) {
+    const HostProcess::Scope bound(m_process);
     KnownEntity& known = m_entities.at(std::string(name));
     YxDbObject* resident = HostAccess::peek(known.id);
     known.original.shape = shape;
@@ -169,6 +172,7 @@ void Drawing::write(std::string_view name, const Shape& shape) {
 }
 
 void Drawing::erase(std::string_view name) {
+    const HostProcess::Scope bound(m_process);
     const auto found = m_entities.find(std::string(name));
     YxDbObject* resident = HostAccess::peek(found->second.id);
     for (const auto& [owner, constraint] : constraintsOn(static_cast<YxDbEntity&>(*resident)))
@@ -183,6 +187,7 @@ void Drawing::erase(std::string_view name) {
 }
 
 void Drawing::tieCorners(std::string_view polyline) {
+    const HostProcess::Scope bound(m_process);
     m_builder.addCornerCoincidences(group(), id(polyline));
 }
 
@@ -216,6 +221,7 @@ std::string Drawing::freshConstraintId() {
 }
 
 std::string Drawing::addConstraint(Constraint constraint) {
+    const HostProcess::Scope bound(m_process);
     if (constraint.id.empty())
         constraint.id = freshConstraintId();
     m_constraintIndex.insert_or_assign(constraint.id, m_constraints.size());
@@ -259,6 +265,7 @@ private:
 };
 
 Place Drawing::placeOf(const YxConstrainedGeometry& geometry) const {
+    const HostProcess::Scope bound(m_process);
     Segments segments;
     return placeOf(geometry, segments);
 }
@@ -289,6 +296,7 @@ bool Drawing::isLost(const YxConstrainedGeometry& geometry, Segments& segments) 
 }
 
 void Drawing::removeConstraint(std::string_view id) {
+    const HostProcess::Scope bound(m_process);
     const KnownConstraint& known = m_constraints[m_constraintIndex.at(std::string(id))];
     if (known.host != nullptr && !HostAccess::isDeleted(*known.host))
         HostAccess::deleteConstraint(group(), HostAccess::topLevel(*known.host));
@@ -304,6 +312,7 @@ void Drawing::setMeasure(std::string_view id, double value) {
 }
 
 int Drawing::dropLostConstraints() {
+    const HostProcess::Scope bound(m_process);
     std::unordered_map<const void*, bool> lostOf;  // by geometry
     Segments segments;
     int dropped = 0;
@@ -346,6 +355,7 @@ std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& know
 }
 
 Document Drawing::document() const {
+    const HostProcess::Scope bound(m_process);
     Document document = m_notes;
     for (const auto& [order, name] : m_order) {
         Entity entity = m_entities.at(name).original;

@@ -14,8 +14,9 @@
 
 namespace holdfast::hosting {
 
-/// A drawing opened in the host: its entities live in the working database, its constraints in one constraint group.
-/// There is one at a time, since it is the host process.
+/// A drawing opened in a host process of its own: its entities live in the working database, its constraints in one
+/// constraint group. Several may be open at once. The process is current on the thread that opens it, and during each
+/// operation here; who asks the host itself makes it current where it may not be so any more.
 ///
 /// Reading a document in and out again gives an equal document: names, notes and switched-off constraints are kept
 /// here, geometry and network come from the database. Reference geometry that the drawing may not move carries an

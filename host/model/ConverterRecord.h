@@ -26,10 +26,13 @@ struct ConverterRecord {
     double value2 = 0.0;
 };
 
+struct HostState;
+
 struct ConverterRecords {
     LvEditorType editorType{};
     std::vector<ConverterRecord> calls;
-    bool dirty = false;  ///< fed since the last evaluation
+    bool dirty = false;         ///< fed since the last evaluation
+    HostState* home = nullptr;  ///< which counts the converter among those alive
 };
 
 }  // namespace holdfast

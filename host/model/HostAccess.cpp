@@ -8,11 +8,6 @@
 
 namespace holdfast {
 
-HostState& hostState() {
-    static HostState state;
-    return state;
-}
-
 YxDbObjectId HostAccess::idOf(YxDbStub* stub) {
     YxDbObjectId id;
     id.m_stub = stub;
@@ -33,7 +28,7 @@ YxDbObjectId HostAccess::addToDatabase(YxDbDatabase& database, std::unique_ptr<Y
     stub->database = &database;
     stub->handle = databaseData.stubs.size() + 1;
     object->m_data->stub = stub.get();
-    hostState().copies.erase(object.get());
+    HostState::leave(*object);
     stub->object = std::move(object);
     databaseData.stubs.push_back(std::move(stub));
     return idOf(databaseData.stubs.back().get());
@@ -240,9 +235,9 @@ void HostAccess::replaceObject(const YxDbObjectId& id, std::unique_ptr<YxDbObjec
     YxDbObject& resident = *id.m_stub->object;
     data(resident).stub = id.m_stub;
     data(resident).reactors = std::move(data(*former).reactors);
-    hostState().copies.erase(&resident);
+    HostState::leave(resident);
     data(*former).stub = nullptr;
-    hostState().copies.insert(former.get());
+    hostState().enter(*former);
 }
 
 void HostAccess::eraseDependency(const YxDbObjectId& dependency) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <unordered_set>
@@ -14,26 +13,11 @@
 #include <yxdb/YxDbEntity.h>
 
 #include "host/model/ConverterRecord.h"
+#include "host/model/HostState.h"
 
 class YxDbHostApplicationServices;
 
 namespace holdfast {
-
-/// What stands behind YxDbAssocManager::evaluateTopLevelNetwork. Answers whether every group could be solved.
-using Evaluator = std::function<bool(YxDbDatabase&)>;
-
-/// The process-wide state of the in-memory host.
-struct HostState {
-    YxDbDatabase* workingDatabase = nullptr;
-    bool servicesUp = true;                                    ///< yxdbHostApplicationServices, service 3
-    bool constraintServiceUp = true;                           ///< YxDbConstraintDataProviderLv::isSrvInit
-    std::function<void(LvEvaDataConverter&)> staticEvaluator;  ///< what stands behind a converter's evaluate()
-    AssocConstraintHeader* headerOfNullGroup = nullptr;        ///< most hosts have none
-    Evaluator evaluator;                                       ///< empty: statuses are reset, nothing is solved
-    std::unordered_set<const YxDbObject*> copies;              ///< objects alive that no database owns
-    std::unordered_set<LvEvaDataConverter*> converters;        ///< converters alive
-};
-HostState& hostState();
 
 /// Builds, inspects and changes platform objects from outside: what a host does with its own objects.
 struct HostAccess {

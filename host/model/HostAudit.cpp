@@ -100,6 +100,7 @@ private:
 }  // namespace
 
 std::vector<std::string> auditHeaders(HostProcess& host) {
+    const HostProcess::Scope bound(host);
     const Unwatched unwatched;
     Findings findings;
     HeaderAudit headers(host, findings);
@@ -109,6 +110,7 @@ std::vector<std::string> auditHeaders(HostProcess& host) {
 }
 
 std::vector<std::string> auditHost(HostProcess& host) {
+    const HostProcess::Scope bound(host);
     const Unwatched unwatched;
     Findings findings = host.misuses();
     auditOpens(host, findings);

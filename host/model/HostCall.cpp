@@ -1,13 +1,23 @@
 #include "host/model/HostCall.h"
 
 #include <cstdio>
+#include <utility>
+
+#include "host/model/HostState.h"
 
 namespace holdfast {
 
-HostObserver* g_hostObserver = nullptr;
+HostObserver* hostObserver() {
+    return hostState().observer;
+}
+
+HostObserver* setHostObserver(HostObserver* observer) {
+    return std::exchange(hostState().observer, observer);
+}
 
 std::string describe(const YxRxObject* object) {
-    return g_hostObserver == nullptr ? "" : g_hostObserver->nameOf(object);
+    HostObserver* const observer = hostObserver();
+    return observer == nullptr ? "" : observer->nameOf(object);
 }
 
 std::string describe(int value) {
@@ -25,8 +35,8 @@ std::string describe(double value) {
 }
 
 void reportMisuse(const std::string& complaint) {
-    if (g_hostObserver != nullptr)
-        g_hostObserver->misused(complaint);
+    if (HostObserver* const observer = hostObserver())
+        observer->misused(complaint);
 }
 
 }  // namespace holdfast

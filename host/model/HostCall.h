@@ -38,14 +38,16 @@ public:
     virtual std::string nameOf(const YxRxObject* object) = 0;
 };
 
-/// Who listens now; null in a host that nobody watches.
-extern HostObserver* g_hostObserver;
+/// Who listens to this thread's current process; null when nobody does.
+HostObserver* hostObserver();
+/// From now on this one listens; answers who did before.
+HostObserver* setHostObserver(HostObserver* observer);
 
 /// While one lives, nobody listens: for builders and printers, whose own questions are no calls of the module.
 class Unwatched {
 public:
-    Unwatched() : m_observer(g_hostObserver) { g_hostObserver = nullptr; }
-    ~Unwatched() { g_hostObserver = m_observer; }
+    Unwatched() : m_observer(setHostObserver(nullptr)) {}
+    ~Unwatched() { setHostObserver(m_observer); }
     Unwatched(const Unwatched&) = delete;
     Unwatched& operator=(const Unwatched&) = delete;
 
@@ -67,15 +69,16 @@ std::string describe(int value);
 std::string describe(unsigned int value);
 std::string describe(double value);
 
-/// Every host operation that can fail or is worth recording begins with this: one pointer test when nobody listens.
+/// Every host operation that can fail or is worth recording begins with this: constant time when nobody listens.
 /// The arguments are turned into text at once, so that a record holds them as they were.
 template <class... Arguments>
 HostFault hostCall(const char* operation, const YxRxObject* subject, const Arguments&... arguments) {
-    if (g_hostObserver == nullptr)
+    HostObserver* const observer = hostObserver();
+    if (observer == nullptr)
         return {};
     std::string text;
     ((text += (text.empty() ? "" : ", ") + describe(arguments)), ...);
-    return g_hostObserver->called(operation, subject, text);
+    return observer->called(operation, subject, text);
 }
 
 /// The status that a refused operation answers.

@@ -26,10 +26,23 @@ class Space : public YxDbObject {};
 
 }  // namespace
 
-HostProcess::HostProcess() : m_database(HostAccess::makeDatabase()), m_watch(std::make_unique<Watch>(*this)) {
-    hostState() = HostState();
-    hostState().workingDatabase = m_database.get();
-    AssocConstraintHeader::m_isForbidEvaStatic = false;
+HostProcess::Scope::Scope(const HostProcess& process) : m_former(CurrentHost::get()) {
+    CurrentHost::set(process.m_state);
+}
+
+HostProcess::Scope::Scope() : m_former(CurrentHost::get()) {}
+
+HostProcess::Scope::~Scope() {
+    CurrentHost::set(std::move(m_former));
+}
+
+HostProcess::HostProcess()
+    : m_former(CurrentHost::get()),
+      m_state(std::make_shared<HostState>()),
+      m_database(HostAccess::makeDatabase()),
+      m_watch(std::make_unique<Watch>(*this)) {
+    CurrentHost::set(m_state);
+    m_state->workingDatabase = m_database.get();
     YxDbDatabaseData& data = HostAccess::data(*m_database);
     data.modelSpace = HostAccess::addToDatabase(*m_database, std::make_unique<Space>());
     data.paperSpace = HostAccess::addToDatabase(*m_database, std::make_unique<Space>());
@@ -38,18 +51,23 @@ HostProcess::HostProcess() : m_database(HostAccess::makeDatabase()), m_watch(std
 }
 
 HostProcess::~HostProcess() {
-    watch(false);
-    endOfCommand();
-    m_database.reset();
-    hostState() = HostState();
+    {
+        const Scope bound(*this);
+        watch(false);
+        endOfCommand();
+        m_database.reset();
+    }
+    m_state->end();
+    if (CurrentHost::is(*m_state))
+        CurrentHost::set(std::move(m_former));
 }
 
 void HostProcess::watch(bool on) {
-    g_hostObserver = on ? m_watch.get() : nullptr;
+    m_state->observer = on ? m_watch.get() : nullptr;
 }
 
 bool HostProcess::isWatched() const {
-    return g_hostObserver == m_watch.get();
+    return m_state->observer == m_watch.get();
 }
 
 void HostProcess::name(const YxRxObject* object, std::string name) {
@@ -84,6 +102,7 @@ void HostProcess::setTilemode(bool on) {
 }
 
 void HostProcess::endOfCommand() {
+    const Scope bound(*this);
     const bool watched = isWatched();
     watch(false);
     for (const YxDbObjectId& id : HostAccess::allIds(*m_database)) {
@@ -91,8 +110,8 @@ void HostProcess::endOfCommand() {
         if (object->isKindOf(YxDbAssoc2dConstraintGroup::desc()))
             HostAccess::header(static_cast<YxDbAssoc2dConstraintGroup&>(*object))->uninit();
     }
-    while (!hostState().converters.empty())
-        delete *hostState().converters.begin();
+    while (!m_state->converters.empty())
+        delete *m_state->converters.begin();
     watch(watched);
 }
 

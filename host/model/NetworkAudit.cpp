@@ -129,11 +129,13 @@ bool NetworkAudit::lists(const YxGraphNode& owner, const Constraints& listed, co
 }  // namespace
 
 std::vector<std::string> auditNetwork(const HostProcess& host) {
+    const HostProcess::Scope bound(host);
     const Unwatched unwatched;
     return NetworkAudit(host).run();
 }
 
 std::vector<std::string> auditSegments(const HostProcess& host) {
+    const HostProcess::Scope bound(host);
     const Unwatched unwatched;
     std::vector<std::string> findings;
     for (const YxDbObjectId& id : HostAccess::allIds(host.database())) {

@@ -45,6 +45,7 @@ YxDbAssocGeomDependency* Scene::dependency(std::string_view place) const {
 }
 
 YxConstrainedGeometry* Scene::geometry(std::string_view place) const {
+    const HostProcess::Scope bound(m_process);
     const Unwatched unwatched;
     const BuiltPlace at = scenePlace(*this, place);
     const YxDbAssocGeomDependency* on = dependency(at.isPosition ? place : place.substr(0, place.find('.')));
@@ -102,21 +103,25 @@ const YxRxObject* Scene::objectNamed(std::string_view name) const {
 }
 
 std::string Scene::constraints() const {
+    const HostProcess::Scope bound(m_process);
     const Unwatched unwatched;
     return ScenePrinter(*this).constraints(group());
 }
 
 std::string Scene::constraints(std::string_view groupName) const {
+    const HostProcess::Scope bound(m_process);
     const Unwatched unwatched;
     return ScenePrinter(*this).constraints(group(groupName));
 }
 
 std::string Scene::dependencies() const {
+    const HostProcess::Scope bound(m_process);
     const Unwatched unwatched;
     return ScenePrinter(*this).dependencies();
 }
 
 std::string Scene::vertices(std::string_view polyline) const {
+    const HostProcess::Scope bound(m_process);
     const Unwatched unwatched;
     const auto* found = entity<YxDbPolyline>(polyline);
     if (found == nullptr)
@@ -125,6 +130,7 @@ std::string Scene::vertices(std::string_view polyline) const {
 }
 
 std::string Scene::text() const {
+    const HostProcess::Scope bound(m_process);
     const Unwatched unwatched;
     return ScenePrinter(*this).text();
 }

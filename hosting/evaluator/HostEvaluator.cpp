@@ -42,12 +42,12 @@ void transformInPlace(const Drawing& drawing, const std::string& name, const YxG
 
 HostEvaluator::HostEvaluator(Drawing& drawing) : m_drawing(drawing) {
     drawing.process().setEvaluator([this](YxDbDatabase&) { return evaluateGroup(); });
-    hostState().staticEvaluator = [this](LvEvaDataConverter& converter) { evaluateStatic(converter); };
+    drawing.process().setStaticEvaluator([this](LvEvaDataConverter& converter) { evaluateStatic(converter); });
 }
 
 HostEvaluator::~HostEvaluator() {
     m_drawing.process().setEvaluator({});
-    hostState().staticEvaluator = {};
+    m_drawing.process().setStaticEvaluator({});
 }
 
 void HostEvaluator::endCommand() {
@@ -237,6 +237,7 @@ bool HostEvaluator::rotate(AssocConstraintHeader& header) {
 
 std::vector<std::string> HostEvaluator::againstPlaced(const std::vector<std::string>& entities,
                                                       const std::vector<std::string>& first) const {
+    const HostProcess::Scope bound(m_drawing.process());
     const HostSketch host(m_drawing);
     const std::unordered_set<std::string_view> named(first.begin(), first.end());
     std::vector<int> edited, suspects;

@@ -1,4 +1,5 @@
 #include <array>
+#include <mutex>
 
 #include <YxDbConstraints/AssocConstraintHeader.h>
 #include <yxdb/YxGiWorldDraw.h>
@@ -97,8 +98,12 @@ void hold(const EditContext& context, const Hold& held) {
                 LvConstraintDropData::mpAssocHeader->points.append({grip.point.x, grip.point.y, 0.0});
 }
 
+/// The module keeps one drag for all threads, so that they take turns.
+std::mutex g_oneDrag;
+
 /// Follows the cursor from where it was taken up, then drops; EditError when the last step found no place to drop at.
 void dragConstrained(const EditContext& context, const Hold& held, Vec2 by, int steps) {
+    const std::lock_guard turn(g_oneDrag);
     LvConstraintDropData::init(idsOf(context, held.names));
     hold(context, held);
     Preview preview;

@@ -45,8 +45,9 @@ public:
     bool boxFlag = false;
     int boxMode = 0;
 
-    /// The next network evaluation solves nothing. Class-wide; not touched by uninit().
-    static bool m_isForbidEvaStatic;
+    /// The next network evaluation solves nothing. Class-wide, of the thread that runs the command; not touched by
+    /// uninit().
+    static constinit thread_local bool m_isForbidEvaStatic;
 
 private:
     friend struct holdfast::HostAccess;

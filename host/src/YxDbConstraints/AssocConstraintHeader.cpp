@@ -9,7 +9,7 @@
 #include "host/model/HostCall.h"
 #include "host/src/yxdb/ObjectData.h"
 
-bool AssocConstraintHeader::m_isForbidEvaStatic = false;
+constinit thread_local bool AssocConstraintHeader::m_isForbidEvaStatic = false;
 
 struct AssocConstraintHeader::Ledger {
     Ledger() = default;

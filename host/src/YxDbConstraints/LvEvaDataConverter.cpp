@@ -39,11 +39,11 @@ holdfast::ConverterRecords& HostAccess::records(LvEvaDataConverter& converter) {
 }
 
 LvEvaDataConverter::LvEvaDataConverter() : m_data(std::make_unique<LvEvaDataConverterData>()) {
-    holdfast::hostState().converters.insert(this);
+    holdfast::hostState().enter(*this);
 }
 
 LvEvaDataConverter::~LvEvaDataConverter() {
-    holdfast::hostState().converters.erase(this);
+    holdfast::HostState::leave(*this);
 }
 
 void LvEvaDataConverter::setObjectIds(const YxArray<YxDbObjectId>& ids) {

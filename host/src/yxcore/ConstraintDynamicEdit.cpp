@@ -2,6 +2,7 @@
 
 #include <YxDbConstraints/YxDbConstraintDataProviderLv.h>
 
+#include <mutex>
 #include <unordered_map>
 
 #include "host/model/DynamicEdits.h"
@@ -10,9 +11,31 @@
 
 namespace {
 
-/// Edits that have set up a header, by the header. Copies of an edit are not entered.
-std::unordered_map<const AssocConstraintHeader*, const ConstraintDynamicEdit*>& editsByHeader() {
-    static std::unordered_map<const AssocConstraintHeader*, const ConstraintDynamicEdit*> edits;
+/// Edits that have set up a header, by the header. Copies of an edit are not entered. An edit may outlive its header
+/// and its process, so that only all threads together can know them.
+class EditsByHeader {
+public:
+    void enter(const AssocConstraintHeader* header, const ConstraintDynamicEdit* edit) {
+        const std::lock_guard lock(m_mutex);
+        m_edits[header] = edit;
+    }
+    void forget(const ConstraintDynamicEdit* edit) {
+        const std::lock_guard lock(m_mutex);
+        std::erase_if(m_edits, [edit](const auto& entry) { return entry.second == edit; });
+    }
+    const ConstraintDynamicEdit* of(const AssocConstraintHeader& header) {
+        const std::lock_guard lock(m_mutex);
+        const auto found = m_edits.find(&header);
+        return found == m_edits.end() ? nullptr : found->second;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::unordered_map<const AssocConstraintHeader*, const ConstraintDynamicEdit*> m_edits;
+};
+
+EditsByHeader& editsByHeader() {
+    static EditsByHeader edits;
     return edits;
 }
 
@@ -21,8 +44,7 @@ std::unordered_map<const AssocConstraintHeader*, const ConstraintDynamicEdit*>& 
 namespace holdfast {
 
 const ConstraintDynamicEdit* dynamicEditOf(const AssocConstraintHeader& header) {
-    const auto found = editsByHeader().find(&header);
-    return found == editsByHeader().end() ? nullptr : found->second;
+    return editsByHeader().of(header);
 }
 
 }  // namespace holdfast
@@ -30,7 +52,7 @@ const ConstraintDynamicEdit* dynamicEditOf(const AssocConstraintHeader& header) 
 ConstraintDynamicEdit::ConstraintDynamicEdit() = default;
 
 ConstraintDynamicEdit::~ConstraintDynamicEdit() {
-    std::erase_if(editsByHeader(), [this](const auto& entry) { return entry.second == this; });
+    editsByHeader().forget(this);
 }
 
 void ConstraintDynamicEdit::addDataToWork() {}
@@ -48,5 +70,5 @@ void ConstraintDynamicEdit::setHeader(const YxArray<YxDbObjectId>& ids) {
     if (m_groupId.isValid() && provider != nullptr)
         m_header = provider->getAssocConstraintHeader(m_groupId);
     if (m_header != nullptr)
-        editsByHeader()[m_header] = this;
+        editsByHeader().enter(m_header, this);
 }

@@ -14,8 +14,9 @@ void reportUseAfterRelease(const YxDbEntity& entity, const char* operation);
 /// What every operation of an entity begins with.
 template <class... Arguments>
 HostFault entityCall(const YxDbEntity& entity, const char* operation, const Arguments&... arguments) {
-    if (g_hostObserver != nullptr)
-        reportUseAfterRelease(entity, operation);
+    if (hostObserver() == nullptr)
+        return {};
+    reportUseAfterRelease(entity, operation);
     return hostCall(operation, &entity, arguments...);
 }
 

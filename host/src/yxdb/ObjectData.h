@@ -10,6 +10,10 @@
 
 #include "host/src/yxdb/ReactorList.h"
 
+namespace holdfast {
+struct HostState;
+}
+
 /// What an id names: a place in a database that keeps its object.
 class YxDbStub {
 public:
@@ -27,6 +31,7 @@ struct YxDbObjectData {
     int writeOpens = 0;
     bool givenBack = false;                             ///< was open, and is no more
     std::unordered_set<YxDbEntity*>* ledger = nullptr;  ///< of the header that adopted the copy
+    holdfast::HostState* home = nullptr;                ///< which counts the copy among those alive
 };
 
 struct YxDbDatabaseData {

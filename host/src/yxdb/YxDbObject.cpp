@@ -11,15 +11,15 @@ using holdfast::hostCall;
 YX_IMPLEMENT_CLASS(YxDbObject, YxRxObject)
 
 YxDbObject::YxDbObject() : m_data(std::make_unique<YxDbObjectData>()) {
-    holdfast::hostState().copies.insert(this);
+    holdfast::hostState().enter(*this);
 }
 
 YxDbObject::YxDbObject(const YxDbObject& other) : YxRxObject(other), m_data(std::make_unique<YxDbObjectData>()) {
-    holdfast::hostState().copies.insert(this);
+    holdfast::hostState().enter(*this);
 }
 
 YxDbObject::~YxDbObject() {
-    holdfast::hostState().copies.erase(this);
+    holdfast::HostState::leave(*this);
     // Whoever frees what belongs to another is told, and the owner forgets the object, so that it is freed once.
     YxDbStub* stub = m_data->stub;
     if (stub != nullptr && !HostAccess::data(*stub->database).isClosing) {

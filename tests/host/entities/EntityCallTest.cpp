@@ -19,10 +19,8 @@ namespace {
 /// Records what the host is asked while it lives, and injects one fault into everything.
 class Listener : public holdfast::HostObserver {
 public:
-    explicit Listener(holdfast::HostFault fault = {}) : m_fault(fault), m_before(holdfast::g_hostObserver) {
-        holdfast::g_hostObserver = this;
-    }
-    ~Listener() override { holdfast::g_hostObserver = m_before; }
+    explicit Listener(holdfast::HostFault fault = {}) : m_fault(fault), m_before(holdfast::setHostObserver(this)) {}
+    ~Listener() override { holdfast::setHostObserver(m_before); }
     Listener(const Listener&) = delete;
     Listener& operator=(const Listener&) = delete;
 

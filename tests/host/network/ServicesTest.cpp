@@ -85,7 +85,7 @@ TEST(HostProcess, LeavesTheProcessAsItWas) {
         AssocConstraintHeader::m_isForbidEvaStatic = true;
         host.curve(host.line());
     }
-    EXPECT_EQ(g_hostObserver, nullptr);
+    EXPECT_EQ(hostObserver(), nullptr);
     EXPECT_EQ(hostState().workingDatabase, nullptr);
     EXPECT_TRUE(hostState().servicesUp && hostState().constraintServiceUp);
     EXPECT_THAT(hostState().copies, IsEmpty());

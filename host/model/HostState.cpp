@@ -1,0 +1,112 @@
+#include "host/model/HostState.h"
+
+#include <utility>
+
+#include <YxDbConstraints/AssocConstraintHeader.h>
+
+#include "host/model/HostAccess.h"
+#include "host/src/yxdb/ObjectData.h"
+
+namespace holdfast {
+
+namespace {
+
+// The operations of the host ask for the state all the time: a plain pointer is found without the check whether it has
+// been made yet.
+constinit thread_local HostState* t_state = nullptr;
+constinit thread_local bool t_isThreadOver = false;
+
+/// Keeps the thread's current state alive, which its process may leave behind when it ends on another thread.
+struct Kept {
+    std::shared_ptr<HostState> state;
+
+    Kept() = default;
+    Kept(const Kept&) = delete;
+    Kept& operator=(const Kept&) = delete;
+    ~Kept() {
+        t_state = nullptr;
+        t_isThreadOver = true;
+    }
+};
+
+Kept& kept() {
+    thread_local Kept kept;
+    return kept;
+}
+
+/// For what is freed after the last thread's variables: it lives as long as the program.
+HostState& stateAfterTheEnd() {
+    static auto& state = *new HostState();
+    return state;
+}
+
+}  // namespace
+
+HostState& hostState() {
+    if (t_state == nullptr && t_isThreadOver)
+        return stateAfterTheEnd();
+    if (t_state == nullptr)
+        CurrentHost::set(std::make_shared<HostState>());
+    return *t_state;
+}
+
+std::shared_ptr<HostState> CurrentHost::get() {
+    return t_isThreadOver ? nullptr : kept().state;
+}
+
+void CurrentHost::set(std::shared_ptr<HostState> state) {
+    if (state != nullptr && state->isOver())
+        state = nullptr;
+    if (state.get() == t_state)
+        return;
+    if (t_state != nullptr)
+        t_state->m_isForbidEvaStatic = AssocConstraintHeader::m_isForbidEvaStatic;
+    AssocConstraintHeader::m_isForbidEvaStatic = state != nullptr && state->m_isForbidEvaStatic;
+    t_state = state.get();
+    if (!t_isThreadOver)
+        kept().state.swap(state);  // the former one is freed when the new one is in its place
+}
+
+bool CurrentHost::is(const HostState& state) {
+    return t_state == &state;
+}
+
+HostState::~HostState() {
+    end();
+}
+
+void HostState::enter(YxDbObject& copy) {
+    copies.insert(&copy);
+    HostAccess::data(copy).home = this;
+}
+
+void HostState::leave(YxDbObject& copy) {
+    if (HostState* home = std::exchange(HostAccess::data(copy).home, nullptr))
+        home->copies.erase(&copy);
+}
+
+void HostState::enter(LvEvaDataConverter& converter) {
+    converters.insert(&converter);
+    HostAccess::records(converter).home = this;
+}
+
+void HostState::leave(LvEvaDataConverter& converter) {
+    if (HostState* home = std::exchange(HostAccess::records(converter).home, nullptr))
+        home->converters.erase(&converter);
+}
+
+void HostState::end() {
+    m_isOver = true;
+    for (const YxDbObject* copy : std::exchange(copies, {}))
+        HostAccess::data(const_cast<YxDbObject&>(*copy)).home = nullptr;
+    for (LvEvaDataConverter* converter : std::exchange(converters, {}))
+        HostAccess::records(*converter).home = nullptr;
+    workingDatabase = nullptr;
+    servicesUp = constraintServiceUp = true;
+    staticEvaluator = nullptr;
+    headerOfNullGroup = nullptr;
+    evaluator = nullptr;
+    observer = nullptr;
+}
+
+}  // namespace holdfast
