@@ -15,6 +15,8 @@
 // The table of kinds against the schema of drawing files, which other programs read.
 
 namespace holdfast::document {
+
+using namespace formats;
 namespace {
 
 std::string textOf(const char* path) {

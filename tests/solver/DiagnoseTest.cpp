@@ -45,10 +45,10 @@ TEST(Diagnose, TakesOneDegreeForEachIndependentEquation) {
 
 TEST(Diagnose, TakesTheGapOfLinesForOneDegreeWithOrWithoutParallels) {
     EXPECT_EQ(freedomOf("line a 0,0 5,0; line b 0,3 6,5; distance a b = 4"), 7);
-    const Sketch parallels("line a 0,0 5,1; line b 0,3 5,4; parallel a b; distance a b = 2.941742027072761");
+    const SketchText parallels("line a 0,0 5,1; line b 0,3 5,4; parallel a b; distance a b = 2.941742027072761");
     EXPECT_EQ(diagnose(parallels.sketch).freedom, 6);
     EXPECT_EQ(redundantIn(parallels), "");
-    const Sketch levels(
+    const SketchText levels(
         "line a 0,0 5,0; line b 0,3 6,3; horizontal a; horizontal b; distance a b = 3; distance b a = 3");
     EXPECT_EQ(diagnose(levels.sketch).freedom, 5);
     EXPECT_EQ(redundantIn(levels), "c3");
@@ -110,7 +110,7 @@ TEST(Diagnose, NamesTheConstraintThatHoldsWorst) {
 }
 
 TEST(Diagnose, NamesTwoGapsOfTheSameLinesAsAConflict) {
-    const Sketch sketch("line a 0,0 5,1; line b 0,3 5,4; parallel a b; distance a b = 3; distance b a = 4");
+    const SketchText sketch("line a 0,0 5,1; line b 0,3 5,4; parallel a b; distance a b = 3; distance b a = 4");
     const Diagnosis diagnosis = diagnose(sketch.sketch);
     ASSERT_EQ(diagnosis.conflicts.size(), 1U);
     EXPECT_THAT(sketch.namesOf(diagnosis.conflicts[0]), ::testing::HasSubstr("c1 c2"));

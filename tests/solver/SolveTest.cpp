@@ -253,7 +253,8 @@ TEST(Solve, FollowsTheReferenceWhenTheDirectWayLeadsToAnotherBranch) {
 
 TEST(Solve, KeepsALineOnItsSideOfAnother) {
     for (const char* levels : {"", "; horizontal a; horizontal b"}) {
-        Sketch sketch(std::string("fixed! line a 0,0 6,0; line b 0,-4 6,-4; parallel a b; distance a b = 3") + levels);
+        SketchText sketch(std::string("fixed! line a 0,0 6,0; line b 0,-4 6,-4; parallel a b; distance a b = 3") +
+                          levels);
         sketch.move("b.start", {0, 2});  // dragged across
         sketch.move("b.end", {6, 2});
         EXPECT_EQ(solve(sketch.sketch, {}).status, SolveStatus::solved);
@@ -263,7 +264,7 @@ TEST(Solve, KeepsALineOnItsSideOfAnother) {
 }
 
 TEST(Solve, SaysThatAnEllipseHasNoGap) {
-    Sketch sketch("line a 0,0 4,0; ellipse e 0,0 3,0 0.5; distance a e = 1");
+    SketchText sketch("line a 0,0 4,0; ellipse e 0,0 3,0 0.5; distance a e = 1");
     try {
         solve(sketch.sketch, {});
         FAIL() << "nobody complained";

@@ -3,6 +3,7 @@
 #include <map>
 #include <string>
 
+#include "geometry/ConstraintKinds.h"
 #include "solver/src/Uses.h"
 #include "solver/src/presolve/Substitution.h"
 #include "solver/src/residuals/EquationSystem.h"

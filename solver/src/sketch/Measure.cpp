@@ -1,4 +1,5 @@
 #include "solver/src/sketch/Measure.h"
+#include "geometry/ConstraintKinds.h"
 
 #include <algorithm>
 #include <cmath>
