@@ -11,28 +11,32 @@
 
 namespace holdfast::editing {
 
-void refuseUnknown(const EditText& text, const EditContext& context, const std::string& name, std::size_t back,
-                   std::span<const std::string_view> ends) {
-    const std::vector<std::string> names = context.drawing.names();
+void requireEntity(const Drawing& drawing, const Name& name, std::span<const std::string_view> ends) {
+    if (!drawing.id(name.value).isNull())
+        return;
+    const std::vector<std::string> names = drawing.names();
     std::vector<std::string_view> candidates(ends.begin(), ends.end());
     candidates.insert(candidates.end(), names.begin(), names.end());
-    text.fail("the drawing has no entity " + name, suggestion(name, candidates), back);
+    throw RefusedWord({"the drawing has no entity " + name.value, suggestion(name.value, candidates), name.column});
 }
 
-std::string takeEntity(EditText& text, const EditContext& context, std::string_view what) {
-    std::string name = text.word(what);
-    if (context.drawing.id(name).isNull())
-        refuseUnknown(text, context, name);
-    return name;
+void requireEntities(const Drawing& drawing, const std::vector<Name>& names, std::span<const std::string_view> ends) {
+    for (const Name& name : names)
+        requireEntity(drawing, name, ends);
+    if (names.empty())
+        throw EditError("expected an entity; name one or more");
 }
 
-std::vector<std::string> takeEntities(EditText& text, const EditContext& context, std::string_view what,
-                                      std::span<const std::string_view> ends) {
-    std::vector<std::string> names = text.names(what, ends);
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (context.drawing.id(names[i]).isNull())
-            refuseUnknown(text, context, names[i], names.size() - i, ends);
-    return names;
+std::string impossible(std::string_view edit, const std::exception& refusal) {
+    return "\"" + std::string(edit) + "\" is not possible: " + refusal.what();
+}
+
+std::vector<std::string> valuesOf(const std::vector<Name>& names) {
+    std::vector<std::string> values;
+    values.reserve(names.size());
+    for (const Name& name : names)
+        values.push_back(name.value);
+    return values;
 }
 
 std::string spoken(Vec2 point) {
@@ -66,8 +70,8 @@ void refuseNoCurve(const std::string& name, const Shape& shape, std::string_view
         throw EditError(name + " is no curve; only curves can be " + std::string(done));
 }
 
-void refuseFixed(const EditContext& context, const std::string& name) {
-    if (context.drawing.isFixed(name))
+void refuseFixed(const Drawing& drawing, const std::string& name) {
+    if (drawing.isFixed(name))
         throw EditError(name + " is reference geometry that the drawing may not change; edit another entity");
 }
 

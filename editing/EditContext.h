@@ -1,11 +1,13 @@
 #pragma once
 
-#include <memory>
+#include <exception>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "editing/EditError.h"
 #include "editing/Uses.h"
-#include "editing/text/EditText.h"
 #include "hosting/Drawing.h"
 #include "hosting/evaluator/HostEvaluator.h"
 
@@ -20,17 +22,17 @@ struct EditContext {
     bool opensAgain = false;
 };
 
-/// EditError for a name that no entity has, which stands so many words before the reading place. It may be meant for
-/// the name of one, or for one of the words that end a list of them.
-[[noreturn]] void refuseUnknown(const EditText& text, const EditContext& context, const std::string& name,
-                                std::size_t back = 1, std::span<const std::string_view> ends = {});
+/// RefusedWord with the nearest name for one that no entity has. It may be meant for the name of one, or for one of the
+/// words that end a list of them.
+void requireEntity(const Drawing& drawing, const Name& name, std::span<const std::string_view> ends = {});
+void requireEntities(const Drawing& drawing, const std::vector<Name>& names,
+                     std::span<const std::string_view> ends = {});
 
-/// Takes the name of an entity that the drawing has; for one that it has not, EditError with the nearest name.
-std::string takeEntity(EditText& text, const EditContext& context, std::string_view what = "an entity");
+/// What geometry and the host's builders say of shapes without names, with the edit that gives them one.
+std::string impossible(std::string_view edit, const std::exception& refusal);
 
-/// The same for several entities, up to an ending word.
-std::vector<std::string> takeEntities(EditText& text, const EditContext& context, std::string_view what,
-                                      std::span<const std::string_view> ends);
+/// The names without their columns.
+std::vector<std::string> valuesOf(const std::vector<Name>& names);
 
 /// "(4, 0.5)", or "4.25", with as many digits as a message bears.
 std::string spoken(Vec2 point);
@@ -43,6 +45,6 @@ double paramOnCurve(const Shape& shape, std::string_view name, Vec2 point);
 void refuseNoCurve(const std::string& name, const Shape& shape, std::string_view done);
 
 /// Refuses what the drawing may not move.
-void refuseFixed(const EditContext& context, const std::string& name);
+void refuseFixed(const Drawing& drawing, const std::string& name);
 
 }  // namespace holdfast::editing

@@ -3,14 +3,33 @@
 #include <utility>
 
 #include "editing/Aftermath.h"
+#include "editing/Check.h"
+#include "editing/Commands.h"
 #include "editing/Evaluation.h"
 #include "editing/Refusal.h"
-#include "editing/Verbs.h"
+#include "editing/text/Parse.h"
 #include "geometry/GeometryError.h"
 #include "hosting/Drawing.h"
 #include "hosting/evaluator/HostEvaluator.h"
 
 namespace holdfast::editing {
+
+namespace {
+
+constexpr const char* kNothingToTakeBack = "there is no edit to take back";
+
+/// Does any command; an undo is the session's own.
+struct Performer {
+    EditContext& context;
+
+    void operator()(const Undo&) const {}
+    template <class Command>
+    void operator()(const Command& command) const {
+        perform(command, context);
+    }
+};
+
+}  // namespace
 
 Session::Session(Document document) : m_original(document), m_document(std::move(document)) {
     const HostProcess::Scope keepsTheFormer;
@@ -27,23 +46,36 @@ void Session::openAgain() {
 }
 
 const EditResult& Session::apply(std::string_view edit) {
+    return transact(edit, [&] { return parseFor(edit, *m_drawing); });
+}
+
+const EditResult& Session::apply(const Edit& edit) {
+    return transact(toText(edit), [&] { return edit; });
+}
+
+std::optional<Refusal> Session::check(const Edit& edit) const {
+    const HostProcess::Scope bound(m_drawing->process());
+    if (std::holds_alternative<Undo>(edit) && m_undo.empty())
+        return Refusal{kNothingToTakeBack};
+    return editing::check(edit, *m_drawing);
+}
+
+const EditResult& Session::transact(std::string_view text, const std::function<Edit()>& read) {
     const HostProcess::Scope bound(m_drawing->process());
     EditResult result;
-    result.outcome.text = edit;
+    result.outcome.text = text;
     m_results.push_back(result);
     EditContext context{*m_drawing, *m_evaluator};
     std::string& error = m_results.back().outcome.error;
-    // Geometry and the host's builders speak of shapes without names: the edit gives them one.
-    const auto named = [&](const std::exception& refusal) {
-        return "\"" + std::string(edit) + "\" is not possible: " + refusal.what();
-    };
     try {
-        run(edit, context);
+        run(m_results.back().edit.emplace(read()), context);
         return m_results.back();
+    } catch (const RefusedWord& refusal) {
+        error = errorOf(sentenceOf(refusal.refusal(), text), context.edited);
     } catch (const GeometryError& refusal) {
-        error = errorOf(named(refusal), context.edited);
+        error = errorOf(impossible(text, refusal), context.edited);
     } catch (const std::invalid_argument& refusal) {
-        error = errorOf(named(refusal), context.edited);
+        error = errorOf(impossible(text, refusal), context.edited);
     } catch (const std::runtime_error& refusal) {
         error = errorOf(refusal.what(), context.edited);
     }
@@ -56,14 +88,10 @@ std::string Session::errorOf(const std::string& reason, const std::vector<std::s
     return m_evaluator->last().solved ? reason : refusalOf(m_evaluator->last(), m_document, edited);
 }
 
-void Session::run(std::string_view edit, EditContext& context) {
-    EditText text(edit);
-    if (text.accept("undo")) {
-        text.expectEnd();
+void Session::run(const Edit& edit, EditContext& context) {
+    if (std::holds_alternative<Undo>(edit))
         return undo();
-    }
-    const EditVerb& verb = takeVerb(text);
-    verb.run(text, context);
+    std::visit(Performer{context}, edit);
     finishCommand(context);
     settleOwnConstraints(*m_drawing, m_document);
     Document after = m_drawing->document();
@@ -83,7 +111,7 @@ void Session::finishCommand(const EditContext& context) {
 
 void Session::undo() {
     if (m_undo.empty())
-        throw EditError("there is no edit to take back");
+        throw EditError(kNothingToTakeBack);
     Document before = std::move(m_undo.back());
     m_undo.pop_back();
     m_results.back().fates = fatesBetween(m_document, before, {}, m_results.size() - 1);

@@ -1,10 +1,14 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "editing/Edit.h"
+#include "editing/EditError.h"
 #include "editing/Uses.h"
 #include "editing/fates/Fates.h"
 
@@ -20,7 +24,8 @@ struct EditContext;
 /// What became of one edit.
 struct EditResult {
     EditOutcome outcome;
-    Fates fates;  ///< empty when the edit was refused
+    std::optional<Edit> edit{};  ///< none when the text could not be read
+    Fates fates;                 ///< empty when the edit was refused
 };
 
 /// A drawing that is being edited. Every edit is one transaction: it is done whole, or the drawing is as it was.
@@ -44,11 +49,17 @@ public:
     /// recorded with its error.
     const EditResult& apply(std::string_view edit);
 
+    /// The same for an edit as a value; in the report it has the text of toText().
+    const EditResult& apply(const Edit& edit);
+    /// Why an edit cannot be understood on the drawing as it is, without doing it; nothing when apply() would try it.
+    std::optional<Refusal> check(const Edit& edit) const;
+
     /// The report on all edits so far.
     FateReport report() const;
 
 private:
-    void run(std::string_view edit, EditContext& context);
+    const EditResult& transact(std::string_view text, const std::function<Edit()>& read);
+    void run(const Edit& edit, EditContext& context);
     void undo();
     void openAgain();
     std::string errorOf(const std::string& reason, const std::vector<std::string>& edited) const;

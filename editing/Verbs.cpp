@@ -1,27 +1,58 @@
 #include "editing/Verbs.h"
 
 #include <algorithm>
-#include <array>
+
+#include "editing/text/ParseCommands.h"
 
 namespace holdfast::editing {
 
-std::span<const EditVerb* const> editVerbs() {
-    static constexpr std::array verbs{&kBreakVerb, &kTrimVerb,     &kExtendVerb,  &kFilletVerb,
-                                      &kJoinVerb,  &kLengthenVerb, &kStretchVerb, &kMirrorVerb,
-                                      &kAlignVerb, &kRotateVerb,   &kDragVerb,    &kSetVerb};
-    return verbs;
+namespace {
+
+// name, usage, example, purpose, reader
+constexpr EditVerb kVerbs[] = {
+    {"break", "break ENTITY at POINT [to POINT]", "break g3 at 4,0 to 6,0",
+     "cuts a curve in two, or takes a part out of it, of a closed one that from the first point on", &parseBreak},
+    {"trim", "trim ENTITY at POINT by ENTITY...", "trim g3 at 8,0 by g7",
+     "removes the part of a curve that lies around a point between cutting edges", &parseTrim},
+    {"extend", "extend ENTITY start|end to ENTITY...", "extend g3 end to g7",
+     "leads one end of a curve on to the first boundary that it meets", &parseExtend},
+    {"fillet",
+     "fillet ENTITY ENTITY radius R [at POINT POINT] | fillet POLYLINE corner I radius R | fillet POLYLINE segments I "
+     "J radius R",
+     "fillet g1 g2 radius 2", "joins two curves or segments by an arc, or with radius 0 in a sharp corner",
+     &parseFillet},
+    {"join", "join ENTITY ENTITY...", "join p1 g4 g5",
+     "makes one polyline of lines, arcs and polylines that meet end to end", &parseJoin},
+    {"lengthen", "lengthen ENTITY start|end by|to LENGTH", "lengthen g3 end by 4",
+     "moves one end of a curve along it, by a length or to a total length", &parseLengthen},
+    {"stretch", "stretch window POINT POINT by VECTOR", "stretch window 0,0 10,10 by 5,0",
+     "moves all ends, vertices and control points that lie in a window", &parseStretch},
+    {"mirror", "mirror ENTITY... about POINT POINT [keep]", "mirror g1 g2 about 0,0 0,1",
+     "reflects entities in the line through two points, or adds their reflection with its constraints", &parseMirror},
+    {"align", "align ENTITY... from POINT [POINT] to POINT [POINT] [scale]", "align g1 g2 from 0,0 10,0 to 5,5 5,15",
+     "moves entities so that source points come to destination points", &parseAlign},
+    {"rotate", "rotate ENTITY... about POINT by DEGREES", "rotate g1 g2 about 0,0 by 30",
+     "turns entities about a point, counter-clockwise for a positive angle", &parseRotate},
+    {"drag", "drag ENTITY... | ENTITY.PLACE by VECTOR [steps N]", "drag g1.end by 3,2",
+     "pulls entities, or one end, vertex or control point, as far as the constraints let them", &parseDrag},
+    {"set", "set ENTITY PROPERTY VALUE", "set g5 radius 5",
+     "gives a property another value: an end, a centre, a radius, an angle, a vertex", &parseSet},
+    {"undo", "undo", "", "takes the last edit back", &parseUndo},
+};
+
+}  // namespace
+
+std::span<const EditVerb> editVerbs() {
+    return kVerbs;
 }
 
 const EditVerb& takeVerb(EditText& text) {
     std::vector<std::string_view> names;
-    for (const EditVerb* verb : editVerbs())
-        names.push_back(verb->name);
-    names.push_back("undo");  // which the session takes by itself
+    for (const EditVerb& verb : kVerbs)
+        names.push_back(verb.name);
     const std::string found = text.oneOfWords(names, "an editing command");
-    const auto verbs = editVerbs();
-    if (found == "undo")
-        text.fail("expected an editing command", "; only a session can take back its last edit");
-    return **std::find_if(verbs.begin(), verbs.end(), [&](const EditVerb* verb) { return verb->name == found; });
+    return *std::find_if(std::begin(kVerbs), std::end(kVerbs),
+                         [&](const EditVerb& verb) { return verb.name == found; });
 }
 
 }  // namespace holdfast::editing

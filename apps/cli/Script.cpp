@@ -39,8 +39,9 @@ std::string_view withoutQuotes(std::string_view name) {
 
 std::vector<std::string_view> firstWords() {
     std::vector<std::string_view> words{"open", "save", "undo"};
-    for (const EditVerb* verb : editVerbs())
-        words.push_back(verb->name);
+    for (const EditVerb& verb : editVerbs())
+        if (verb.name != "undo")
+            words.push_back(verb.name);
     return words;
 }
 

@@ -22,11 +22,11 @@ constexpr std::string_view kRefusals =
 
 std::string editHelp() {
     std::string help = "Edits:\n";
-    for (const EditVerb* verb : editVerbs())
-        help += "  " + std::string(verb->usage) + "\n      " + std::string(verb->purpose) + ": " +
-                std::string(verb->example) + "\n";
+    for (const EditVerb& verb : editVerbs())
+        help += "  " + std::string(verb.usage) + "\n      " + std::string(verb.purpose) +
+                (verb.example.empty() ? "" : ": " + std::string(verb.example)) + "\n";
     return help +
-           "  undo\n      takes the last edit back\n\nExample:\n  holdfast edit "
+           "\nExample:\n  holdfast edit "
            "examples/drawings/mounting-bracket.json "
            "\"lengthen base end by 12\" -o longer.json --report longer.html\n\nExit codes: 0 done; 2 a file, an edit "
            "or an argument was refused and nothing was written.";

@@ -24,6 +24,20 @@ bool readNumber(std::string_view text, double& value) {
     return error == std::errc() && end == text.data() + text.size() && std::isfinite(value);
 }
 
+/// What stands behind a backslash in quotes.
+char unescaped(char c) {
+    switch (c) {
+        case 'n':
+            return '\n';
+        case 'r':
+            return '\r';
+        case 't':
+            return '\t';
+        default:
+            return c;
+    }
+}
+
 }  // namespace
 
 EditText::EditText(std::string_view text) : m_text(text) {
@@ -33,16 +47,36 @@ EditText::EditText(std::string_view text) : m_text(text) {
             ++at;
             continue;
         }
-        std::size_t end = at;
-        while (end < m_text.size() && !isSpace(m_text[end]))
-            ++end;
-        m_words.push_back({m_text.substr(at, end - at), at + 1});
-        at = end;
+        m_words.push_back(wordAt(at));
+        at = m_words.back().end;
     }
+}
+
+/// The word that begins there. Quotes count at the beginning of a word only.
+EditText::Word EditText::wordAt(std::size_t at) const {
+    Word word{.text = {}, .column = at + 1, .end = at};
+    word.hasQuotes = word.isOpen = m_text[at] == '"';
+    std::size_t end = at + (word.hasQuotes ? 1 : 0);
+    for (; end < m_text.size() && word.isOpen; ++end) {
+        const bool isEscaped = m_text[end] == '\\' && end + 1 < m_text.size();
+        if (m_text[end] == '"')
+            word.isOpen = false;
+        else
+            word.text += isEscaped ? unescaped(m_text[++end]) : m_text[end];
+    }
+    word.quoted = word.text.size();
+    for (; end < m_text.size() && !isSpace(m_text[end]); ++end)
+        word.text += m_text[end];
+    word.end = end;
+    return word;
 }
 
 std::string_view EditText::peek() const {
     return atEnd() ? std::string_view() : std::string_view(m_words[m_next].text);
+}
+
+bool EditText::nextIs(std::string_view word) const {
+    return !atEnd() && !m_words[m_next].hasQuotes && m_words[m_next].text == word;
 }
 
 bool EditText::accept(std::string_view word) {
@@ -57,18 +91,14 @@ void EditText::expect(std::string_view word) {
         failAt(m_next, "expected \"" + std::string(word) + "\"");
 }
 
-std::string EditText::take(std::string_view what) {
+const EditText::Word& EditText::take(std::string_view what) {
     if (atEnd())
         failAt(m_next, "expected " + std::string(what));
-    return m_words[m_next++].text;
-}
-
-std::string EditText::word(std::string_view what) {
-    return take(what);
+    return m_words[m_next++];
 }
 
 std::string EditText::oneOfWords(std::span<const std::string_view> choices, std::string_view what) {
-    const std::string found = take(what);
+    const std::string found = take(what).text;
     if (std::find(choices.begin(), choices.end(), found) == choices.end())
         fail("expected " + std::string(what) + " (" + oneOf(choices) + ")", suggestion(found, choices));
     return found;
@@ -76,7 +106,7 @@ std::string EditText::oneOfWords(std::span<const std::string_view> choices, std:
 
 double EditText::number(std::string_view what) {
     double value = 0.0;
-    if (!readNumber(take(what), value))
+    if (!readNumber(take(what).text, value))
         fail("expected " + std::string(what) + ", a number such as 2.5");
     return value;
 }
@@ -89,7 +119,7 @@ int EditText::integer(std::string_view what) {
 }
 
 Vec2 EditText::point(std::string_view what) {
-    const std::string found = take(what);
+    const std::string& found = take(what).text;
     const std::size_t comma = found.find(',');
     Vec2 point;
     if (comma == std::string::npos || !readNumber(std::string_view(found).substr(0, comma), point.x) ||
@@ -98,26 +128,52 @@ Vec2 EditText::point(std::string_view what) {
     return point;
 }
 
-Place EditText::place(std::string_view what) {
-    const std::string found = take(what);
-    const std::size_t dot = found.find('.');
-    const std::string_view kind = dot == std::string::npos ? "whole" : std::string_view(found).substr(dot + 1);
-    std::optional<Place> place = parsePlace(kind);
-    constexpr std::string_view kinds[] = {"whole", "start", "end", "mid", "centre", "control:0", "segment:0"};
-    if (!place)
-        fail("expected " + std::string(what) + ", a place such as g1.end, s2.control:3 or p4.segment:1",
-             suggestion(kind, kinds));
-    place->entity = found.substr(0, dot);
-    return *place;
+Name EditText::name(std::string_view what) {
+    const Word& word = take(what);
+    if (word.isOpen)
+        fail("the quote before the name has no end; put another behind it");
+    if (word.hasQuotes && word.quoted != word.text.size())
+        fail("expected " + std::string(what) + ", and a space behind its quotes");
+    m_named.push_back({{word.text, word.column}});
+    return m_named.back().name;
 }
 
-std::vector<std::string> EditText::names(std::string_view what, std::span<const std::string_view> ends) {
-    std::vector<std::string> found;
-    while (!atEnd() && std::find(ends.begin(), ends.end(), peek()) == ends.end())
-        found.push_back(take(what));
+std::vector<Name> EditText::names(std::string_view what, std::span<const std::string_view> ends) {
+    std::vector<Name> found;
+    const auto isNext = [this](std::string_view end) { return nextIs(end); };
+    while (!atEnd() && std::none_of(ends.begin(), ends.end(), isNext)) {
+        found.push_back(name(what));
+        m_named.back().ends.assign(ends.begin(), ends.end());
+    }
     if (found.empty())
         failAt(m_next, "expected " + std::string(what));
     return found;
+}
+
+bool EditText::nextIsPlace() const {
+    if (atEnd())
+        return false;
+    const Word& word = m_words[m_next];
+    const std::size_t dot = word.text.find('.', word.quoted);
+    const bool isApart = !word.hasQuotes || dot == word.quoted;
+    return dot != std::string::npos && isApart && parsePlace(std::string_view(word.text).substr(dot + 1)).has_value();
+}
+
+Sourced<Place> EditText::place(std::string_view what) {
+    const Word& word = take(what);
+    const std::size_t dot = word.text.find('.', word.quoted);
+    const std::string_view kind = dot == std::string::npos ? "whole" : std::string_view(word.text).substr(dot + 1);
+    std::optional<Place> place = parsePlace(kind);
+    if (!place)
+        fail("expected " + std::string(what) + std::string(kPlaceExamples), placeSuggestion(kind));
+    place->entity = word.text.substr(0, dot);
+    m_named.push_back({{place->entity, word.column}});
+    return {*place, word.column};
+}
+
+bool EditText::hasAhead(std::string_view word) const {
+    return std::any_of(m_words.begin() + static_cast<std::ptrdiff_t>(m_next), m_words.end(),
+                       [word](const Word& ahead) { return !ahead.hasQuotes && ahead.text == word; });
 }
 
 void EditText::expectEnd() {
@@ -125,15 +181,33 @@ void EditText::expectEnd() {
         failAt(m_next, "nothing more was expected");
 }
 
-void EditText::fail(const std::string& message, const std::string& hint, std::size_t back) const {
-    failAt(m_next < back ? 0 : m_next - back, message, hint);
+void EditText::fail(const std::string& message, const std::string& hint) const {
+    failAt(m_next == 0 ? 0 : m_next - 1, message, hint);
+}
+
+std::string EditText::sentenceAt(std::size_t index, const std::string& message, const std::string& hint) const {
+    if (index >= m_words.size())
+        return "edit \"" + m_text + "\": " + message + ", but the edit ends there";
+    return "edit \"" + m_text + "\", column " + std::to_string(m_words[index].column) + ": " + message + ", found \"" +
+           m_words[index].text + "\"" + hint;
 }
 
 void EditText::failAt(std::size_t index, const std::string& message, const std::string& hint) const {
-    if (index >= m_words.size())
-        throw EditError("edit \"" + m_text + "\": " + message + ", but the edit ends there");
-    throw EditError("edit \"" + m_text + "\", column " + std::to_string(m_words[index].column) + ": " + message +
-                    ", found \"" + m_words[index].text + "\"" + hint);
+    const std::size_t column = index < m_words.size() ? m_words[index].column : m_text.size() + 1;
+    throw EditSyntaxError(sentenceAt(index, message, hint), column, m_named);
+}
+
+std::string placeSuggestion(std::string_view kind) {
+    constexpr std::string_view kinds[] = {"whole", "start", "end", "mid", "centre", "control:0", "segment:0"};
+    return suggestion(kind, kinds);
+}
+
+std::string sentenceOf(const Refusal& refusal, std::string_view edit) {
+    const EditText text(edit);
+    for (std::size_t i = 0; i < text.m_words.size(); ++i)
+        if (text.m_words[i].column == refusal.column)
+            return text.sentenceAt(i, refusal.message, refusal.hint);
+    return refusal.message + refusal.hint;
 }
 
 }  // namespace holdfast::editing

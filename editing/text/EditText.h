@@ -2,25 +2,21 @@
 
 #include <cstddef>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "document/Document.h"
+#include "editing/EditError.h"
 #include "editing/Uses.h"
 
 namespace holdfast::editing {
 
-/// An edit that cannot be read or cannot be done: one sentence that says what is wrong, where, and how to mend it.
-/// Whoever throws it has changed nothing, or whoever catches it puts the drawing back.
-class EditError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
-/// The words of one edit, read from left to right. Every reader throws EditError with the column and what was
+/// The words of one edit, read from left to right. Every reader throws EditSyntaxError with the column and what was
 /// expected when the next word is of another kind.
+///
+/// Blanks part words. A name may stand in double quotes and then holds blanks, dots and what would else be a keyword;
+/// in it \" is a quote, \\ a backslash, \n a line's end, \r a return and \t a tabulator.
 class EditText {
 public:
     explicit EditText(std::string_view text);
@@ -29,40 +25,65 @@ public:
     bool atEnd() const { return m_next == m_words.size(); }
     /// The next word, or an empty one at the end.
     std::string_view peek() const;
-    bool nextIs(std::string_view word) const { return !atEnd() && peek() == word; }
+    /// Whether this keyword is next; a name in quotes is none.
+    bool nextIs(std::string_view word) const;
     /// Takes the next word if it is this one.
     bool accept(std::string_view word);
 
     void expect(std::string_view word);
-    std::string word(std::string_view what);
     /// One of a few words; a misspelt one is answered with the nearest.
     std::string oneOfWords(std::span<const std::string_view> choices, std::string_view what);
     double number(std::string_view what);
     int integer(std::string_view what);
     /// "x,y"
     Vec2 point(std::string_view what);
-    /// "g1.end", "s2.control:3", "p4.segment:1", or "g1" for the whole entity
-    Place place(std::string_view what);
+    /// The name of an entity.
+    Name name(std::string_view what);
     /// One entity name or more, up to a word of `ends` or the end of the edit.
-    std::vector<std::string> names(std::string_view what, std::span<const std::string_view> ends);
+    std::vector<Name> names(std::string_view what, std::span<const std::string_view> ends);
+    /// True when the next word is spelt like a place with something behind its entity: "g1.end".
+    bool nextIsPlace() const;
+    /// "g1.end", "s2.control:3", "p4.segment:1", or "g1" for the whole entity
+    Sourced<Place> place(std::string_view what);
+    /// True when this keyword is the next word or comes later.
+    bool hasAhead(std::string_view word) const;
     /// Throws when words are left over.
     void expectEnd();
 
-    /// Throws an EditError that points at a word before the reading place, by default the last one. The hint comes
-    /// behind the word: "; did you mean ...".
-    [[noreturn]] void fail(const std::string& message, const std::string& hint = {}, std::size_t back = 1) const;
+    /// The column of the word that was read last, counted from 1.
+    std::size_t column() const { return m_next == 0 ? 0 : m_words[m_next - 1].column; }
+    /// That of the next word; 0 at the end.
+    std::size_t nextColumn() const { return atEnd() ? 0 : m_words[m_next].column; }
+    /// Throws an EditSyntaxError that points at the word that was read last. The hint comes behind the word: "; did you
+    /// mean ...".
+    [[noreturn]] void fail(const std::string& message, const std::string& hint = {}) const;
 
 private:
+    friend std::string sentenceOf(const Refusal& refusal, std::string_view edit);
+
     struct Word {
-        std::string text;
-        std::size_t column;  ///< counted from 1
+        std::string text;        ///< without quotes
+        std::size_t column;      ///< counted from 1
+        std::size_t end;         ///< behind its last sign in the edit
+        std::size_t quoted = 0;  ///< so many signs of the text stood in quotes
+        bool hasQuotes = false;
+        bool isOpen = false;  ///< its quotes have no end
     };
-    std::string take(std::string_view what);
+    Word wordAt(std::size_t at) const;
+    const Word& take(std::string_view what);
+    std::string sentenceAt(std::size_t index, const std::string& message, const std::string& hint) const;
     [[noreturn]] void failAt(std::size_t index, const std::string& message, const std::string& hint = {}) const;
 
     std::string m_text;
     std::vector<Word> m_words;
     std::size_t m_next = 0;
+    std::vector<NamedEntity> m_named;
 };
+
+/// How messages show what a place looks like.
+inline constexpr std::string_view kPlaceExamples = ", a place such as g1.end, s2.control:3 or p4.segment:1";
+
+/// "; did you mean "end"?" for a misspelt kind of place, else nothing.
+std::string placeSuggestion(std::string_view kind);
 
 }  // namespace holdfast::editing

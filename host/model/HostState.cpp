@@ -59,9 +59,6 @@ void CurrentHost::set(std::shared_ptr<HostState> state) {
         state = nullptr;
     if (state.get() == t_state)
         return;
-    if (t_state != nullptr)
-        t_state->m_isForbidEvaStatic = AssocConstraintHeader::m_isForbidEvaStatic;
-    AssocConstraintHeader::m_isForbidEvaStatic = state != nullptr && state->m_isForbidEvaStatic;
     t_state = state.get();
     if (!t_isThreadOver)
         kept().state.swap(state);  // the former one is freed when the new one is in its place

@@ -51,7 +51,6 @@ struct HostState {
 private:
     friend class CurrentHost;
     std::atomic<bool> m_isOver = false;
-    bool m_isForbidEvaStatic = false;  // AssocConstraintHeader's, while the state is not current
 };
 
 /// The state of this thread's current process; without a process, one that is the thread's own. Constant time: an

@@ -51,8 +51,24 @@ TEST(EditText, ReadsPlacesOfEveryKind) {
 TEST(EditText, GathersNamesUpToAnEndingWord) {
     constexpr std::array<std::string_view, 1> about{"about"};
     EditText text("g1 g2 about 0,0");
-    EXPECT_EQ(text.names("entities", about), (std::vector<std::string>{"g1", "g2"}));
+    EXPECT_EQ(text.names("entities", about), (std::vector<Name>{"g1", "g2"}));
     EXPECT_TRUE(text.nextIs("about"));
+}
+
+TEST(EditText, ReadsNamesInQuotes) {
+    EditText text(R"(break "a b" "say \"hi\"" "back\\slash" "two\nlines" "" "a b".end)");
+    text.expect("break");
+    for (const char* name : {"a b", "say \"hi\"", "back\\slash", "two\nlines", ""})
+        EXPECT_EQ(text.name("an entity"), Name(name));
+    EXPECT_EQ(text.place("a place"), (Place{"a b", PlaceKind::end, 0}));
+    EXPECT_NO_THROW(text.expectEnd());
+}
+
+TEST(EditText, TakesANameInQuotesForNoKeyword) {
+    constexpr std::array<std::string_view, 1> about{"about"};
+    EditText text(R"(g1 "about" about 0,0)");
+    EXPECT_EQ(text.names("entities", about), (std::vector<Name>{"g1", "about"}));
+    EXPECT_TRUE(text.accept("about"));
 }
 
 TEST(EditText, PointsAtTheWordThatIsWrong) {
@@ -65,13 +81,13 @@ TEST(EditText, PointsAtTheWordThatIsWrong) {
     const Row rows[] = {
         {"another keyword", "g3 on",
          [](EditText& t) {
-             t.word("an entity");
+             t.name("an entity");
              t.expect("at");
          },
          "edit \"g3 on\", column 4: expected \"at\", found \"on\""},
         {"an early end", "g3",
          [](EditText& t) {
-             t.word("an entity");
+             t.name("an entity");
              t.expect("at");
          },
          "edit \"g3\": expected \"at\", but the edit ends there"},
@@ -88,9 +104,13 @@ TEST(EditText, PointsAtTheWordThatIsWrong) {
          "\"g1.ende\"; did you mean \"end\"?"},
         {"a misspelt choice", "strat", [](EditText& t) { t.oneOfWords(kEnds, "an end"); },
          "edit \"strat\", column 1: expected an end (start or end), found \"strat\"; did you mean \"start\"?"},
+        {"a quote without end", "\"a b", [](EditText& t) { t.name("an entity"); },
+         "edit \"\"a b\", column 1: the quote before the name has no end; put another behind it, found \"a b\""},
+        {"quotes that end within a word", "\"a b\"c", [](EditText& t) { t.name("an entity"); },
+         "edit \"\"a b\"c\", column 1: expected an entity, and a space behind its quotes, found \"a bc\""},
         {"words left over", "g3 g4",
          [](EditText& t) {
-             t.word("an entity");
+             t.name("an entity");
              t.expectEnd();
          },
          "edit \"g3 g4\", column 4: nothing more was expected, found \"g4\""},

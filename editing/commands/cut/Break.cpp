@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "commands/break/ConstraintBreakCmdCenter.h"
-#include "editing/Verbs.h"
+#include "editing/Commands.h"
 #include "editing/commands/cut/Cutting.h"
 #include "editing/commands/cut/RingCutting.h"
 #include "geometry/curves/Parameters.h"
@@ -30,28 +30,36 @@ void breakOpen(EditContext& context, const std::string& name, double firstParam,
     applyCut(context, name, pieces, centre);
 }
 
-void runBreak(EditText& text, EditContext& context) {
-    const std::string name = takeEntity(text, context);
-    text.expect("at");
-    const Vec2 from = text.point("the first break point");
-    const Vec2 to = text.accept("to") ? text.point("the second break point") : from;
-    text.expectEnd();
-    refuseFixed(context, name);
-    const Shape shape = context.drawing.shape(name);
+/// Where the curve is cut.
+struct Cut {
+    Shape shape;
+    double firstParam = 0.0, lastParam = 0.0;
+};
+
+Cut resolved(const Break& edit, const Drawing& drawing) {
+    const std::string& name = edit.entity.value;
+    requireEntity(drawing, edit.entity);
+    refuseFixed(drawing, name);
+    const Shape shape = drawing.shape(name);
     refuseNoCurve(name, shape, "broken");
-    const double firstParam = ontoVertex(shape, paramOnCurve(shape, name, from));
-    const double lastParam = ontoVertex(shape, paramOnCurve(shape, name, to));
-    if (const auto* polyline = std::get_if<PolylineShape>(&shape); polyline == nullptr || !polyline->closed)
-        return breakOpen(context, name, firstParam, lastParam);
-    context.edited = {name};
-    cutRing(context, name, firstParam, lastParam,
-            [&](double first, double last) { breakOpen(context, name, first, last); });
+    const double firstParam = ontoVertex(shape, paramOnCurve(shape, name, edit.from));
+    return {shape, firstParam, ontoVertex(shape, paramOnCurve(shape, name, edit.to.value_or(edit.from)))};
 }
 
 }  // namespace
 
-const EditVerb kBreakVerb{
-    "break", "break ENTITY at POINT [to POINT]", "break g3 at 4,0 to 6,0",
-    "cuts a curve in two, or takes a part out of it, of a closed one that from the first point on", &runBreak};
+void require(const Break& edit, const Drawing& drawing) {
+    resolved(edit, drawing);
+}
+
+void perform(const Break& edit, EditContext& context) {
+    const std::string& name = edit.entity.value;
+    const Cut cut = resolved(edit, context.drawing);
+    if (const auto* polyline = std::get_if<PolylineShape>(&cut.shape); polyline == nullptr || !polyline->closed)
+        return breakOpen(context, name, cut.firstParam, cut.lastParam);
+    context.edited = {name};
+    cutRing(context, name, cut.firstParam, cut.lastParam,
+            [&](double first, double last) { breakOpen(context, name, first, last); });
+}
 
 }  // namespace holdfast::editing

@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "commands/break/ConstraintTrimCmdCenter.h"
-#include "editing/Verbs.h"
+#include "editing/Commands.h"
 #include "editing/commands/cut/Cutting.h"
 #include "editing/commands/cut/RingCutting.h"
 #include "geometry/construction/Splitting.h"
@@ -15,12 +15,11 @@ namespace holdfast::editing {
 namespace {
 
 /// The parameters at which cutting edges meet the curve, ascending.
-std::vector<double> cutParams(const EditContext& context, const std::string& name,
-                              const std::vector<std::string>& edges) {
-    const Shape shape = context.drawing.shape(name);
+std::vector<double> cutParams(const Drawing& drawing, const std::string& name, const std::vector<Name>& edges) {
+    const Shape shape = drawing.shape(name);
     std::vector<double> params;
-    for (const std::string& edge : edges)
-        for (const Crossing& crossing : intersect(shape, context.drawing.shape(edge)))
+    for (const Name& edge : edges)
+        for (const Crossing& crossing : intersect(shape, drawing.shape(edge.value)))
             params.push_back(normalised(shape, ontoVertex(shape, crossing.paramA)));
     if (params.empty())
         throw EditError("no cutting edge meets " + name + "; choose edges that cross it, or extend them first");
@@ -70,31 +69,40 @@ void removePart(EditContext& context, const std::string& name, double firstParam
     applyCut(context, name, pieces, centre);
 }
 
-void runTrim(EditText& text, EditContext& context) {
-    const std::string name = takeEntity(text, context);
-    text.expect("at");
-    const Vec2 pick = text.point("a point on the part to remove");
-    text.expect("by");
-    const std::vector<std::string> edges = takeEntities(text, context, "a cutting edge", {});
-    text.expectEnd();
-    refuseFixed(context, name);
-    const Shape shape = context.drawing.shape(name);
-    refuseNoCurve(name, shape, "trimmed");
-    for (const std::string& edge : edges) {
-        refuseNoCurve(edge, context.drawing.shape(edge), "cutting edges");
-        if (edge == name)
-            throw EditError(name + " cannot be its own cutting edge");
+void requireEdges(const Trim& edit, const Drawing& drawing) {
+    for (const Name& edge : edit.by) {
+        refuseNoCurve(edge.value, drawing.shape(edge.value), "cutting edges");
+        if (edge == edit.entity)
+            throw EditError(edge.value + " cannot be its own cutting edge");
     }
-    const Part part = partAround(shape, name, cutParams(context, name, edges), paramOnCurve(shape, name, pick));
+}
+
+Part resolved(const Trim& edit, const Drawing& drawing) {
+    const std::string& name = edit.entity.value;
+    requireEntity(drawing, edit.entity);
+    requireEntities(drawing, edit.by);
+    refuseFixed(drawing, name);
+    const Shape shape = drawing.shape(name);
+    refuseNoCurve(name, shape, "trimmed");
+    requireEdges(edit, drawing);
+    const std::vector<double> cuts = cutParams(drawing, name, edit.by);
+    return partAround(shape, name, cuts, paramOnCurve(shape, name, edit.at));
+}
+
+}  // namespace
+
+void require(const Trim& edit, const Drawing& drawing) {
+    resolved(edit, drawing);
+}
+
+void perform(const Trim& edit, EditContext& context) {
+    const std::string& name = edit.entity.value;
+    const Part part = resolved(edit, context.drawing);
+    const Shape shape = context.drawing.shape(name);
     if (const auto* polyline = std::get_if<PolylineShape>(&shape); polyline == nullptr || !polyline->closed)
         return removePart(context, name, part.first, part.last);
     cutRing(context, name, part.first, part.last,
             [&](double first, double last) { removePart(context, name, first, last); });
 }
-
-}  // namespace
-
-const EditVerb kTrimVerb{"trim", "trim ENTITY at POINT by ENTITY...", "trim g3 at 8,0 by g7",
-                         "removes the part of a curve that lies around a point between cutting edges", &runTrim};
 
 }  // namespace holdfast::editing

@@ -1,8 +1,7 @@
-#include <array>
 #include <cmath>
 
 #include "commands/extend/ConstraintExtendCmdCenter.h"
-#include "editing/Verbs.h"
+#include "editing/Commands.h"
 #include "geometry/Vec2.h"
 #include "geometry/construction/Extending.h"
 #include "geometry/curves/Nearest.h"
@@ -14,11 +13,6 @@ namespace {
 
 std::string wordOf(CurveEnd end) {
     return end == CurveEnd::start ? "start" : "end";
-}
-
-CurveEnd takeEnd(EditText& text) {
-    static constexpr std::array<std::string_view, 2> ends{"start", "end"};
-    return text.oneOfWords(ends, "the end to extend") == "start" ? CurveEnd::start : CurveEnd::end;
 }
 
 void refuseWithoutEnd(const Shape& shape, const std::string& name, CurveEnd end) {
@@ -39,31 +33,31 @@ double wayTo(const Shape& shape, CurveEnd end, double param) {
 }
 
 /// A boundary on which the end lies as it is.
-void refuseThereAlready(const EditContext& context, const std::string& name, CurveEnd end,
-                        const std::vector<std::string>& boundaries) {
-    const Shape shape = context.drawing.shape(name);
+void refuseThereAlready(const Drawing& drawing, const std::string& name, CurveEnd end,
+                        const std::vector<Name>& boundaries) {
+    const Shape shape = drawing.shape(name);
     const std::optional<Vec2> point = end == CurveEnd::start ? startPoint(shape) : endPoint(shape);
-    for (const std::string& boundary : boundaries)
-        if (nearestOn(context.drawing.shape(boundary), *point).distance <= 1e-9 * (1.0 + norm(*point)))
-            throw EditError("the " + wordOf(end) + " of " + name + " lies on " + boundary +
+    for (const Name& boundary : boundaries)
+        if (nearestOn(drawing.shape(boundary.value), *point).distance <= 1e-9 * (1.0 + norm(*point)))
+            throw EditError("the " + wordOf(end) + " of " + name + " lies on " + boundary.value +
                             " already; choose a boundary ahead of it");
 }
 
 /// Where the prolonged end first meets one of the boundaries.
-Extension firstMeeting(const EditContext& context, const std::string& name, CurveEnd end,
-                       const std::vector<std::string>& boundaries) {
-    const Shape shape = context.drawing.shape(name);
+Extension firstMeeting(const Drawing& drawing, const std::string& name, CurveEnd end,
+                       const std::vector<Name>& boundaries) {
+    const Shape shape = drawing.shape(name);
     std::optional<Extension> nearest;
-    for (const std::string& boundary : boundaries) {
-        const std::optional<Extension> found = extensionTo(shape, end, context.drawing.shape(boundary));
+    for (const Name& boundary : boundaries) {
+        const std::optional<Extension> found = extensionTo(shape, end, drawing.shape(boundary.value));
         if (found && (!nearest || wayTo(shape, end, found->param) < wayTo(shape, end, nearest->param)))
             nearest = found;
     }
     if (!nearest)
-        refuseThereAlready(context, name, end, boundaries);
+        refuseThereAlready(drawing, name, end, boundaries);
     if (!nearest)
         throw EditError("the " + wordOf(end) + " of " + name + " does not meet " +
-                        (boundaries.size() == 1 ? boundaries.front() : std::string("any of the boundaries")) +
+                        (boundaries.size() == 1 ? boundaries.front().value : std::string("any of the boundaries")) +
                         " however far it is extended; choose another boundary");
     return *nearest;
 }
@@ -81,25 +75,28 @@ void moveEnd(EditContext& context, const std::string& name, CurveEnd end, const 
     centre.deleteConstraint(static_cast<const YxDbEntity*>(open.get()));
 }
 
-void runExtend(EditText& text, EditContext& context) {
-    const std::string name = takeEntity(text, context);
-    const CurveEnd end = takeEnd(text);
-    text.expect("to");
-    const std::vector<std::string> boundaries = takeEntities(text, context, "a boundary", {});
-    text.expectEnd();
-    refuseFixed(context, name);
-    for (const std::string& boundary : boundaries) {
-        refuseNoCurve(boundary, context.drawing.shape(boundary), "boundaries");
-        if (boundary == name)
+Extension resolved(const Extend& edit, const Drawing& drawing) {
+    const std::string& name = edit.entity.value;
+    requireEntity(drawing, edit.entity);
+    requireEntities(drawing, edit.to);
+    refuseFixed(drawing, name);
+    for (const Name& boundary : edit.to) {
+        refuseNoCurve(boundary.value, drawing.shape(boundary.value), "boundaries");
+        if (boundary == edit.entity)
             throw EditError(name + " cannot be its own boundary");
     }
-    refuseWithoutEnd(context.drawing.shape(name), name, end);
-    moveEnd(context, name, end, firstMeeting(context, name, end, boundaries));
+    refuseWithoutEnd(drawing.shape(name), name, edit.end);
+    return firstMeeting(drawing, name, edit.end, edit.to);
 }
 
 }  // namespace
 
-const EditVerb kExtendVerb{"extend", "extend ENTITY start|end to ENTITY...", "extend g3 end to g7",
-                           "leads one end of a curve on to the first boundary that it meets", &runExtend};
+void require(const Extend& edit, const Drawing& drawing) {
+    resolved(edit, drawing);
+}
+
+void perform(const Extend& edit, EditContext& context) {
+    moveEnd(context, edit.entity.value, edit.end, resolved(edit, context.drawing));
+}
 
 }  // namespace holdfast::editing

@@ -1,4 +1,4 @@
-#include "editing/Verbs.h"
+#include "editing/Commands.h"
 #include "editing/commands/fillet/FilletCurves.h"
 #include "editing/commands/fillet/FilletPolyline.h"
 #include "geometry/curves/Parameters.h"
@@ -7,27 +7,17 @@ namespace holdfast::editing {
 
 namespace {
 
-FilletSide takeSide(EditText& text, const EditContext& context) {
-    FilletSide side{.name = takeEntity(text, context), .shape = {}};
-    refuseFixed(context, side.name);
-    side.shape = context.drawing.shape(side.name);
+FilletSide sideOf(const Name& entity, const Drawing& drawing) {
+    requireEntity(drawing, entity);
+    refuseFixed(drawing, entity.value);
+    FilletSide side{.name = entity.value, .shape = drawing.shape(entity.value)};
     refuseNoCurve(side.name, side.shape, "filleted");
     return side;
 }
 
-double takeRadius(EditText& text) {
-    text.expect("radius");
-    const double radius = text.number("the radius");
-    if (radius < 0.0)
-        text.fail("a radius cannot be negative; give 0 for a sharp corner");
-    return radius;
-}
-
-void takePicks(EditText& text, FilletSide& a, FilletSide& b) {
-    if (!text.accept("at"))
-        return;
-    a.pick = pointAt(a.shape, paramOnCurve(a.shape, a.name, text.point("a point on the first curve")));
-    b.pick = pointAt(b.shape, paramOnCurve(b.shape, b.name, text.point("a point on the second curve")));
+void requireRadius(const Sourced<double>& radius) {
+    if (radius.value < 0.0)
+        throw RefusedWord({"a radius cannot be negative; give 0 for a sharp corner", {}, radius.column});
 }
 
 const PolylineShape& polylineOf(const FilletSide& side) {
@@ -45,29 +35,70 @@ PolylineSide openPolylineSide(const FilletSide& side) {
     return {side.name, polyline, side.pick};
 }
 
-void filletCorner(EditText& text, EditContext& context, const FilletSide& side) {
+SegmentFillet resolved(const FilletCorner& edit, const Drawing& drawing) {
+    const FilletSide side = sideOf(edit.polyline, drawing);
     const PolylineShape& polyline = polylineOf(side);
-    const int corner = text.integer("the number of a corner, counted from 0");
-    const double radius = takeRadius(text);
-    text.expectEnd();
-    filletWithin(context, side.name, cornerFillet(side.name, polyline, corner, radius));
+    requireRadius(edit.radius);
+    return cornerFillet(side.name, polyline, edit.corner, edit.radius.value);
 }
 
-void filletSegments(EditText& text, EditContext& context, const FilletSide& side) {
+SegmentFillet resolved(const FilletSegments& edit, const Drawing& drawing) {
+    const FilletSide side = sideOf(edit.polyline, drawing);
     const PolylineShape& polyline = polylineOf(side);
-    const int from = text.integer("the number of the segment that the arc leaves, counted from 0");
-    const int to = text.integer("the number of the segment to which the arc leads");
-    const double radius = takeRadius(text);
-    text.expectEnd();
-    filletWithin(context, side.name, segmentFillet(side.name, polyline, from, to, radius));
+    requireRadius(edit.radius);
+    return segmentFillet(side.name, polyline, edit.from, edit.to, edit.radius.value);
 }
 
-void filletPair(EditContext& context, const FilletSide& a, const FilletSide& b, double radius) {
+struct FilletSides {
+    FilletSide first, second;
+};
+
+Vec2 pickOn(const FilletSide& side, Vec2 point) {
+    return pointAt(side.shape, paramOnCurve(side.shape, side.name, point));
+}
+
+void refuseItself(const FilletSides& sides) {
+    const bool isPolyline = std::holds_alternative<PolylineShape>(sides.first.shape);
+    if (sides.first.name == sides.second.name)
+        throw EditError(isPolyline ? "name two segments or a corner to fillet " + sides.first.name + " with itself"
+                                   : sides.first.name + " cannot be filleted with itself; name two curves");
+}
+
+FilletSides resolved(const Fillet& edit, const Drawing& drawing) {
+    FilletSide a = sideOf(edit.first, drawing);
+    FilletSide b = sideOf(edit.second, drawing);
+    requireRadius(edit.radius);
+    if (edit.picks) {
+        a.pick = pickOn(a, edit.picks->first);
+        b.pick = pickOn(b, edit.picks->second);
+    }
+    FilletSides sides{a, b};
+    refuseItself(sides);
+    return sides;
+}
+
+}  // namespace
+
+void require(const Fillet& edit, const Drawing& drawing) {
+    const FilletSides sides = resolved(edit, drawing);
+    for (const FilletSide* side : {&sides.first, &sides.second})
+        if (std::holds_alternative<PolylineShape>(side->shape))
+            openPolylineSide(*side);
+}
+
+void require(const FilletCorner& edit, const Drawing& drawing) {
+    resolved(edit, drawing);
+}
+
+void require(const FilletSegments& edit, const Drawing& drawing) {
+    resolved(edit, drawing);
+}
+
+void perform(const Fillet& edit, EditContext& context) {
+    const auto [a, b] = resolved(edit, context.drawing);
+    const double radius = edit.radius.value;
     const bool first = std::holds_alternative<PolylineShape>(a.shape);
     const bool second = std::holds_alternative<PolylineShape>(b.shape);
-    if (a.name == b.name)
-        throw EditError(first ? "name two segments or a corner to fillet " + a.name + " with itself"
-                              : a.name + " cannot be filleted with itself; name two curves");
     if (first && second)
         filletPolylines(context, openPolylineSide(a), openPolylineSide(b), radius);
     else if (first || second)
@@ -76,25 +107,12 @@ void filletPair(EditContext& context, const FilletSide& a, const FilletSide& b, 
         filletTwoCurves(context, a, b, radius);
 }
 
-void runFillet(EditText& text, EditContext& context) {
-    FilletSide a = takeSide(text, context);
-    if (text.accept("corner"))
-        return filletCorner(text, context, a);
-    if (text.accept("segments"))
-        return filletSegments(text, context, a);
-    FilletSide b = takeSide(text, context);
-    const double radius = takeRadius(text);
-    takePicks(text, a, b);
-    text.expectEnd();
-    filletPair(context, a, b, radius);
+void perform(const FilletCorner& edit, EditContext& context) {
+    filletWithin(context, edit.polyline.value, resolved(edit, context.drawing));
 }
 
-}  // namespace
-
-const EditVerb kFilletVerb{
-    "fillet",
-    "fillet ENTITY ENTITY radius R [at POINT POINT] | fillet POLYLINE corner I radius R | fillet POLYLINE segments I "
-    "J radius R",
-    "fillet g1 g2 radius 2", "joins two curves or segments by an arc, or with radius 0 in a sharp corner", &runFillet};
+void perform(const FilletSegments& edit, EditContext& context) {
+    filletWithin(context, edit.polyline.value, resolved(edit, context.drawing));
+}
 
 }  // namespace holdfast::editing

@@ -4,8 +4,8 @@
 #include <yxdb/YxDbPolyline.h>
 
 #include "commands/join/ConstraintJoinCmdCenter.h"
+#include "editing/Commands.h"
 #include "editing/Evaluation.h"
-#include "editing/Verbs.h"
 #include "editing/commands/join/Chaining.h"
 #include "editing/commands/join/JoinedConstraints.h"
 #include "editing/commands/move/Moving.h"
@@ -71,21 +71,27 @@ void applyJoin(const EditContext& context, const std::vector<ChainPiece>& pieces
     carryOver(drawing, before, name, segmentsOf(pieces, middle, chain));
 }
 
-void runJoin(EditText& text, EditContext& context) {
-    const std::vector<std::string> names = takeSelection(text, context, {});
+std::vector<ChainPiece> resolved(const Join& edit, const Drawing& drawing) {
+    const std::vector<std::string> names = requireSelection(drawing, edit.entities);
     if (names.size() < 2)
         throw EditError("it takes two entities to join; name the ones that " + names.front() + " is joined with");
     std::vector<ChainPiece> pieces;
     pieces.reserve(names.size());
     for (const std::string& name : names)
-        pieces.push_back(chainPiece(name, context.drawing.shape(name)));
-    context.edited = names;
-    applyJoin(context, pieces, mainPiece(context, pieces));
+        pieces.push_back(chainPiece(name, drawing.shape(name)));
+    return pieces;
 }
 
 }  // namespace
 
-const EditVerb kJoinVerb{"join", "join ENTITY ENTITY...", "join p1 g4 g5",
-                         "makes one polyline of lines, arcs and polylines that meet end to end", &runJoin};
+void require(const Join& edit, const Drawing& drawing) {
+    resolved(edit, drawing);
+}
+
+void perform(const Join& edit, EditContext& context) {
+    const std::vector<ChainPiece> pieces = resolved(edit, context.drawing);
+    context.edited = valuesOf(edit.entities);
+    applyJoin(context, pieces, mainPiece(context, pieces));
+}
 
 }  // namespace holdfast::editing

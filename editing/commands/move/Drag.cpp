@@ -1,4 +1,3 @@
-#include <array>
 #include <mutex>
 
 #include <YxDbConstraints/AssocConstraintHeader.h>
@@ -9,10 +8,11 @@
 #include "document/Places.h"
 #include "document/text/Suggest.h"
 #include "drag/LvConstraintDropData.h"
+#include "editing/Commands.h"
 #include "editing/Evaluation.h"
-#include "editing/Verbs.h"
 #include "editing/commands/move/Grips.h"
 #include "editing/commands/move/Moving.h"
+#include "editing/text/EditText.h"
 #include "geometry/Vec2.h"
 
 namespace holdfast::editing {
@@ -45,12 +45,14 @@ std::string gripsInWords(const Shape& shape) {
     return oneOf(words);
 }
 
-Hold takeGrip(EditText& text, const EditContext& context) {
-    const Place place = text.place("a place to drag");
-    if (context.drawing.id(place.entity).isNull())
-        refuseUnknown(text, context, place.entity);
-    refuseFixed(context, place.entity);
-    const Shape shape = context.drawing.shape(place.entity);
+Hold heldPlace(const Sourced<Place>& held, const Drawing& drawing) {
+    const Place& place = held.value;
+    const Name entity(place.entity, held.column);
+    if (const std::string whole = spokenPlace(place); drawing.id(entity.value).isNull() && !drawing.id(whole).isNull())
+        return {requireSelection(drawing, {{whole, held.column}}), {}};
+    requireEntity(drawing, entity);
+    refuseFixed(drawing, place.entity);
+    const Shape shape = drawing.shape(place.entity);
     if (place.kind == PlaceKind::whole)
         return {{place.entity}, {}};
     const std::vector<int> grips = gripsAt(shape, place);
@@ -60,11 +62,34 @@ Hold takeGrip(EditText& text, const EditContext& context) {
     return {{place.entity}, movesWhole(shape, grips) ? std::vector<int>() : grips};
 }
 
-Hold takeHold(EditText& text, const EditContext& context) {
-    static constexpr std::array<std::string_view, 1> ends{"by"};
-    if (text.peek().find('.') != std::string_view::npos && context.drawing.id(text.peek()).isNull())
-        return takeGrip(text, context);
-    return {takeSelection(text, context, ends), {}};
+/// A first name with a dot that no entity has was meant for a place.
+void refuseNoPlace(const std::vector<Name>& names, const Drawing& drawing) {
+    if (names.empty() || names.front().column == 0 || !drawing.id(names.front().value).isNull())
+        return;
+    const Name& name = names.front();
+    const std::size_t dot = name.value.find('.');
+    if (dot == std::string::npos)
+        return;
+    const std::string_view kind = std::string_view(name.value).substr(dot + 1);
+    if (!parsePlace(kind))
+        throw RefusedWord(
+            {"expected a place to drag" + std::string(kPlaceExamples), placeSuggestion(kind), name.column});
+    requireEntity(drawing, {name.value.substr(0, dot), name.column});
+    throw RefusedWord({"expected \"by\"", {}, names.size() > 1 ? names[1].column : name.column});
+}
+
+Hold resolved(const Drag& edit, const Drawing& drawing) {
+    Hold held;
+    if (const auto* place = std::get_if<Sourced<Place>>(&edit.held)) {
+        held = heldPlace(*place, drawing);
+    } else {
+        const auto& names = std::get<std::vector<Name>>(edit.held);
+        refuseNoPlace(names, drawing);
+        held.names = requireSelection(drawing, names, "by");
+    }
+    if (edit.steps.value < 1 || edit.steps.value > 1000)
+        throw RefusedWord({"a drag takes 1 to 1000 steps", {}, edit.steps.column});
+    return held;
 }
 
 /// The screen of a host without one: it takes every preview.
@@ -132,26 +157,20 @@ void dragFree(const EditContext& context, const Hold& held, Vec2 by) {
     }
 }
 
-void runDrag(EditText& text, EditContext& context) {
-    const Hold held = takeHold(text, context);
-    text.expect("by");
-    const Vec2 by = text.point("the displacement");
-    const int steps = text.accept("steps") ? text.integer("the number of steps") : 1;
-    if (steps < 1 || steps > 1000)
-        text.fail("a drag takes 1 to 1000 steps");
-    text.expectEnd();
+}  // namespace
+
+void require(const Drag& edit, const Drawing& drawing) {
+    resolved(edit, drawing);
+}
+
+void perform(const Drag& edit, EditContext& context) {
+    const Hold held = resolved(edit, context.drawing);
     context.edited = held.names;
     if (isConstrained(context, constrainedFirst(context, held.names).front())) {
         refuseTurning(context, held);
-        dragConstrained(context, held, by, steps);
+        dragConstrained(context, held, edit.by, edit.steps.value);
     }
-    dragFree(context, held, by);
+    dragFree(context, held, edit.by);
 }
-
-}  // namespace
-
-const EditVerb kDragVerb{"drag", "drag ENTITY... | ENTITY.PLACE by VECTOR [steps N]", "drag g1.end by 3,2",
-                         "pulls entities, or one end, vertex or control point, as far as the constraints let them",
-                         &runDrag};
 
 }  // namespace holdfast::editing

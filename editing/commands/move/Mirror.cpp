@@ -1,8 +1,6 @@
-#include <array>
-
+#include "editing/Commands.h"
 #include "editing/Evaluation.h"
 #include "editing/commands/move/FixedPlaces.h"
-#include "editing/Verbs.h"
 #include "editing/commands/move/MirroredConstraints.h"
 #include "editing/commands/move/Moving.h"
 
@@ -25,16 +23,17 @@ void addMirrored(const EditContext& context, const std::vector<std::string>& nam
             context.drawing.tieCorners(copy);
 }
 
-void runMirror(EditText& text, EditContext& context) {
-    static constexpr std::array<std::string_view, 1> ends{"about"};
-    const std::vector<std::string> names = takeSelection(text, context, ends);
-    text.expect("about");
-    const Vec2 first = text.point("the first point of the mirror line");
-    const Vec2 second = text.point("the second point of the mirror line");
-    const bool keeps = text.accept("keep");
-    text.expectEnd();
-    const PlaneTransform mirror = reflection(first, second);
-    if (keeps)
+}  // namespace
+
+void require(const Mirror& edit, const Drawing& drawing) {
+    requireSelection(drawing, edit.entities, "about");
+    reflection(edit.first, edit.second);
+}
+
+void perform(const Mirror& edit, EditContext& context) {
+    const std::vector<std::string> names = requireSelection(context.drawing, edit.entities, "about");
+    const PlaneTransform mirror = reflection(edit.first, edit.second);
+    if (edit.keep)
         return addMirrored(context, names, mirror);
     context.edited = names;
     refuseMovingFixed(context, names, mirror);
@@ -45,11 +44,5 @@ void runMirror(EditText& text, EditContext& context) {
     followPlaced(context, names);
     refuseLess(context);
 }
-
-}  // namespace
-
-const EditVerb kMirrorVerb{
-    "mirror", "mirror ENTITY... about POINT POINT [keep]", "mirror g1 g2 about 0,0 0,1",
-    "reflects entities in the line through two points, or adds their reflection with its constraints", &runMirror};
 
 }  // namespace holdfast::editing

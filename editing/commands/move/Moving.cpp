@@ -18,16 +18,16 @@ bool isArc(const Shape& shape) {
 
 }  // namespace
 
-std::vector<std::string> takeSelection(EditText& text, const EditContext& context,
-                                       std::span<const std::string_view> ends) {
-    std::vector<std::string> names = takeEntities(text, context, "an entity", ends);
+std::vector<std::string> requireSelection(const Drawing& drawing, const std::vector<Name>& entities,
+                                          std::string_view end) {
+    requireEntities(drawing, entities, {&end, end.empty() ? 0u : 1u});
     std::unordered_set<std::string_view> seen;
-    for (const std::string& name : names) {
-        if (!seen.insert(name).second)
-            throw EditError(name + " is named twice; name each entity once");
-        refuseFixed(context, name);
+    for (const Name& name : entities) {
+        if (!seen.insert(name.value).second)
+            throw EditError(name.value + " is named twice; name each entity once");
+        refuseFixed(drawing, name.value);
     }
-    return names;
+    return valuesOf(entities);
 }
 
 YxGeMatrix3d matrixOf(const PlaneTransform& transform) {

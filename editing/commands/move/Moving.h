@@ -11,9 +11,10 @@
 
 namespace holdfast::editing {
 
-/// Takes the entities that a command is to move, up to an ending word: each at most once, none that may not move.
-std::vector<std::string> takeSelection(EditText& text, const EditContext& context,
-                                       std::span<const std::string_view> ends);
+/// The entities that a command is to move: each at most once, none that may not move. `end` is the word that ends their
+/// list in an edit's text.
+std::vector<std::string> requireSelection(const Drawing& drawing, const std::vector<Name>& entities,
+                                          std::string_view end = {});
 
 /// The transform as the host has it: the drawing plane is its xy plane, z scales alike.
 YxGeMatrix3d matrixOf(const PlaneTransform& transform);

@@ -1,11 +1,10 @@
-#include <array>
 #include <cmath>
 #include <numbers>
 
 #include "drag/CYxRotateReleaseConstraint.h"
+#include "editing/Commands.h"
 #include "editing/Evaluation.h"
 #include "editing/commands/move/FixedPlaces.h"
-#include "editing/Verbs.h"
 #include "editing/commands/move/MirroredConstraints.h"
 #include "editing/commands/move/Moving.h"
 
@@ -31,28 +30,23 @@ void followReleasing(const EditContext& context) {
     evaluate(context);
 }
 
-void runRotate(EditText& text, EditContext& context) {
-    static constexpr std::array<std::string_view, 1> ends{"about"};
-    const std::vector<std::string> names = takeSelection(text, context, ends);
-    text.expect("about");
-    const Vec2 base = text.point("the point to turn about");
-    text.expect("by");
-    const double degrees = text.number("the angle in degrees, counter-clockwise");
-    text.expectEnd();
+}  // namespace
+
+void require(const Rotate& edit, const Drawing& drawing) {
+    requireSelection(drawing, edit.entities, "about");
+}
+
+void perform(const Rotate& edit, EditContext& context) {
+    const std::vector<std::string> names = requireSelection(context.drawing, edit.entities, "about");
     context.edited = names;
-    const PlaneTransform turn = rotation(base, std::remainder(degrees, 360.0) * (std::numbers::pi / 180.0));
+    const PlaneTransform turn = rotation(edit.about, std::remainder(edit.degrees, 360.0) * (std::numbers::pi / 180.0));
     refuseMovingFixed(context, names, turn);
-    const bool followed = tryRotation(context, constrainedFirst(context, names), base);
+    const bool followed = tryRotation(context, constrainedFirst(context, names), edit.about);
     turnMeasures(context.drawing, names, turn);
     for (const std::string& name : names)
         moveEntity(context, name, turn);
     if (followed)
         followReleasing(context);
 }
-
-}  // namespace
-
-const EditVerb kRotateVerb{"rotate", "rotate ENTITY... about POINT by DEGREES", "rotate g1 g2 about 0,0 by 30",
-                           "turns entities about a point, counter-clockwise for a positive angle", &runRotate};
 
 }  // namespace holdfast::editing

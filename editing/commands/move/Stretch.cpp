@@ -2,8 +2,8 @@
 #include <memory>
 
 #include "commands/stretch/ConstraintStretchCmdCenter.h"
+#include "editing/Commands.h"
 #include "editing/Evaluation.h"
-#include "editing/Verbs.h"
 #include "editing/commands/move/Grips.h"
 #include "editing/commands/move/Moving.h"
 #include "hosting/HostShapes.h"
@@ -29,12 +29,12 @@ struct Stretched {
 };
 
 /// Reference geometry is not stretched: a window catches it without being asked to.
-std::vector<Stretched> caughtBy(const Window& window, const EditContext& context, Vec2 by) {
+std::vector<Stretched> caughtBy(const Window& window, const Drawing& drawing, Vec2 by) {
     std::vector<Stretched> caught;
-    for (const std::string& name : context.drawing.names()) {
-        if (context.drawing.isFixed(name))
+    for (const std::string& name : drawing.names()) {
+        if (drawing.isFixed(name))
             continue;
-        const Shape shape = context.drawing.shape(name);
+        const Shape shape = drawing.shape(name);
         std::vector<int> grips;
         for (const Grip& grip : windowGrips(shape))
             if (window.holds(grip.point))
@@ -76,17 +76,22 @@ void stretchConstrained(const EditContext& context, const std::vector<Stretched>
     evaluate(context);
 }
 
-void runStretch(EditText& text, EditContext& context) {
-    text.expect("window");
-    const Vec2 first = text.point("a corner of the window");
-    const Vec2 second = text.point("the opposite corner");
-    text.expect("by");
-    const Vec2 by = text.point("the displacement");
-    text.expectEnd();
-    const std::vector<Stretched> caught = caughtBy({first, second}, context, by);
+std::vector<Stretched> resolved(const Stretch& edit, const Drawing& drawing) {
+    std::vector<Stretched> caught = caughtBy({edit.first, edit.second}, drawing, edit.by);
     if (caught.empty())
-        throw EditError("no end, vertex, control point or centre lies in the window from " + spoken(first) + " to " +
-                        spoken(second) + "; draw a window around the points to move");
+        throw EditError("no end, vertex, control point or centre lies in the window from " + spoken(edit.first) +
+                        " to " + spoken(edit.second) + "; draw a window around the points to move");
+    return caught;
+}
+
+}  // namespace
+
+void require(const Stretch& edit, const Drawing& drawing) {
+    resolved(edit, drawing);
+}
+
+void perform(const Stretch& edit, EditContext& context) {
+    const std::vector<Stretched> caught = resolved(edit, context.drawing);
     bool followed = false;
     for (const Stretched& entity : caught) {
         context.edited.push_back(entity.name);
@@ -96,12 +101,7 @@ void runStretch(EditText& text, EditContext& context) {
             context.drawing.write(entity.name, entity.shape);
     }
     if (followed)
-        stretchConstrained(context, caught, first, by);
+        stretchConstrained(context, caught, edit.first, edit.by);
 }
-
-}  // namespace
-
-const EditVerb kStretchVerb{"stretch", "stretch window POINT POINT by VECTOR", "stretch window 0,0 10,10 by 5,0",
-                            "moves all ends, vertices and control points that lie in a window", &runStretch};
 
 }  // namespace holdfast::editing

@@ -1,12 +1,11 @@
-#include <array>
 #include <cmath>
 
 #include <yxbase/YxSmartPtr.h>
 #include <yxdb/YxDbCurve.h>
 
 #include "commands/lengthen/ConstraintLengthenCmdCenter.h"
+#include "editing/Commands.h"
 #include "editing/Evaluation.h"
-#include "editing/Verbs.h"
 #include "editing/commands/move/Moving.h"
 #include "editing/commands/values/Lengthening.h"
 #include "geometry/curves/Lengths.h"
@@ -19,11 +18,6 @@ namespace {
 
 constexpr double kSameLength = 1e-9;  // parts of the length
 constexpr double kMet = 1e-6;         // parts of the drawing's extent, within which a placed curve is where it was put
-
-CurveEnd takeEnd(EditText& text) {
-    static constexpr std::array<std::string_view, 2> ends{"start", "end"};
-    return text.oneOfWords(ends, "the end to move") == "start" ? CurveEnd::start : CurveEnd::end;
-}
 
 /// Records the curve as it is; false for those that the centre does not follow.
 bool record(const EditContext& context, const std::string& name, ConstraintLengthenCmdCenter& centre) {
@@ -54,17 +48,26 @@ void followLengthened(const EditContext& context, const std::string& name, const
     followWhole(context, name, wanted);
 }
 
-void runLengthen(EditText& text, EditContext& context) {
-    const std::string name = takeEntity(text, context);
-    const CurveEnd end = takeEnd(text);
-    static constexpr std::array<std::string_view, 2> ways{"by", "to"};
-    const bool isTotal = text.oneOfWords(ways, "how the length is given") == "to";
-    const double value = text.number(isTotal ? "the new length" : "the difference in length");
-    text.expectEnd();
-    refuseFixed(context, name);
-    const Shape before = context.drawing.shape(name);
-    const double by = isTotal && isCurve(before) ? value - lengthOf(before) : value;
-    const Shape after = lengthened(before, name, end, by);
+/// The curve as it is to be.
+Shape resolved(const Lengthen& edit, const Drawing& drawing) {
+    const std::string& name = edit.entity.value;
+    requireEntity(drawing, edit.entity);
+    refuseFixed(drawing, name);
+    const Shape before = drawing.shape(name);
+    const bool isTotal = edit.way == Lengthen::Way::to;
+    const double by = isTotal && isCurve(before) ? edit.length - lengthOf(before) : edit.length;
+    return lengthened(before, name, edit.end, by);
+}
+
+}  // namespace
+
+void require(const Lengthen& edit, const Drawing& drawing) {
+    resolved(edit, drawing);
+}
+
+void perform(const Lengthen& edit, EditContext& context) {
+    const std::string& name = edit.entity.value;
+    const Shape after = resolved(edit, context.drawing);
     context.edited.push_back(name);
     ConstraintLengthenCmdCenter centre;
     const bool recorded = record(context, name, centre);
@@ -74,10 +77,5 @@ void runLengthen(EditText& text, EditContext& context) {
     else if (isConstrained(context, name))
         followWhole(context, name, after);
 }
-
-}  // namespace
-
-const EditVerb kLengthenVerb{"lengthen", "lengthen ENTITY start|end by|to LENGTH", "lengthen g3 end by 4",
-                             "moves one end of a curve along it, by a length or to a total length", &runLengthen};
 
 }  // namespace holdfast::editing

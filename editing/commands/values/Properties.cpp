@@ -227,6 +227,20 @@ struct Getter {
 
 }  // namespace
 
+std::span<const PropertyRow> allProperties() {
+    return kRows;
+}
+
+std::string_view wordOf(Property property) {
+    const auto* row = std::find_if(std::begin(kRows), std::end(kRows),
+                                   [property](const PropertyRow& r) { return r.property == property; });
+    return row->word;
+}
+
+bool isListed(Property property) {
+    return property == Property::vertex || property == Property::control;
+}
+
 std::span<const PropertyRow> propertiesOf(const Shape& shape) {
     const auto isOfType = [type = typeName(shape)](const PropertyRow& row) { return row.entityType == type; };
     const auto* first = std::find_if(std::begin(kRows), std::end(kRows), isOfType);

@@ -44,6 +44,16 @@ struct PropertyRow {
     int hostNumber;  ///< the number that the host's properties palette gives it; 0 for what no constraint can hold
 };
 
+/// The properties of all kinds of entities. A word is the same property, with the same kind of value, wherever it
+/// stands.
+std::span<const PropertyRow> allProperties();
+
+/// As users call it.
+std::string_view wordOf(Property property);
+
+/// True for vertices and control points: each entity has several, by number.
+bool isListed(Property property);
+
 /// The properties of a shape, in the order of their table.
 std::span<const PropertyRow> propertiesOf(const Shape& shape);
 

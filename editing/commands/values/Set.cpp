@@ -1,10 +1,12 @@
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <vector>
 
 #include "commands/properties/ConstraintPropertiesCmdCenter.h"
+#include "document/text/Suggest.h"
+#include "editing/Commands.h"
 #include "editing/Evaluation.h"
-#include "editing/Verbs.h"
 #include "editing/commands/move/Moving.h"
 #include "editing/commands/values/Properties.h"
 #include "geometry/Vec2.h"
@@ -14,70 +16,76 @@ namespace holdfast::editing {
 
 namespace {
 
-/// One change of a property, as the user typed it.
+/// One change of a property, as the user wants it.
 struct Change {
     std::string name;
     PropertyRow row;
-    PropertyValue value;  ///< complete, also when only one coordinate was typed
+    PropertyValue value;  ///< complete, also when only one coordinate was given
     int coordinate = -1;  ///< 0 x, 1 y; -1: the whole point, or no point
 };
 
-bool isListed(Property property) {
-    return property == Property::vertex || property == Property::control;
+const PropertyRow& requireProperty(const Set& edit, const Shape& shape) {
+    const auto rows = propertiesOf(shape);
+    const auto found = std::find_if(rows.begin(), rows.end(),
+                                    [&](const PropertyRow& row) { return row.property == edit.property.value; });
+    if (found == rows.end())
+        refuseProperty(edit.entity.value, shape, {std::string(wordOf(edit.property.value)), edit.property.column});
+    return *found;
 }
 
-const PropertyRow& takeProperty(EditText& text, const std::string& name, const Shape& shape) {
-    std::vector<std::string_view> words;
-    for (const PropertyRow& row : propertiesOf(shape))
-        words.push_back(row.word);
-    const std::string what = "a property of " + name;
-    const std::string word = text.oneOfWords(words, what);
-    for (const PropertyRow& row : propertiesOf(shape))
-        if (row.word == word)
-            return row;
-    return propertiesOf(shape).front();
-}
-
-int takeIndex(EditText& text, const Shape& shape) {
-    const int index = text.integer("the number of the vertex or control point, counted from 0");
+int requireIndex(const Sourced<int>& index, const Shape& shape) {
     const auto* polyline = std::get_if<PolylineShape>(&shape);
     const std::size_t count =
         polyline != nullptr ? polyline->vertices.size() : std::get<SplineShape>(shape).control.size();
-    if (index < 0 || static_cast<std::size_t>(index) >= count)
-        text.fail("expected a number from 0 to " + std::to_string(count - 1));
-    return index;
+    if (index.value < 0 || static_cast<std::size_t>(index.value) >= count)
+        throw RefusedWord({"expected a number from 0 to " + std::to_string(count - 1), {}, index.column});
+    return index.value;
 }
 
-/// "x,y", or one coordinate: "x 3".
-void takePoint(EditText& text, Change& change, const Shape& shape) {
-    change.value.point = propertyOf(shape, change.row.property, change.value.index).point;
-    if (text.accept("x")) {
-        change.coordinate = 0;
-        change.value.point.x = text.number("the new x");
-    } else if (text.accept("y")) {
-        change.coordinate = 1;
-        change.value.point.y = text.number("the new y");
-    } else {
-        change.value.point = text.point("the new point");
+/// "x,y", or one coordinate: the other one stays.
+void givePoint(Change& change, const Set& edit, const Shape& shape) {
+    if (const auto* point = std::get_if<Vec2>(&edit.value)) {
+        change.value.point = *point;
+        return;
     }
+    const auto& coordinate = std::get<Coordinate>(edit.value);
+    const bool isX = coordinate.axis == Coordinate::Axis::x;
+    change.value.point = propertyOf(shape, change.row.property, change.value.index).point;
+    change.coordinate = isX ? 0 : 1;
+    (isX ? change.value.point.x : change.value.point.y) = coordinate.value;
 }
 
-Change takeChange(EditText& text, const EditContext& context) {
+void giveValue(Change& change, const Set& edit, const Shape& shape) {
+    const bool isPoint = change.row.valueKind == ValueKind::point;
+    const auto* number = std::get_if<double>(&edit.value);
+    if (isPoint == (number != nullptr))
+        throw EditError("the " + std::string(change.row.word) + " of " + change.name + " takes " +
+                        (isPoint ? "a point or one of its coordinates" : "a number"));
+    if (isPoint)
+        return givePoint(change, edit, shape);
+    const bool isAngle = change.row.valueKind == ValueKind::angle;
+    change.value.number = isAngle ? *number * (std::numbers::pi / 180.0) : *number;
+}
+
+/// The change, and the shape that it asks for.
+struct Wish {
     Change change;
-    change.name = takeEntity(text, context);
-    refuseFixed(context, change.name);
-    const Shape shape = context.drawing.shape(change.name);
-    change.row = takeProperty(text, change.name, shape);
+    Shape before, wanted;
+};
+
+Wish resolved(const Set& edit, const Drawing& drawing) {
+    Change change;
+    change.name = edit.entity.value;
+    requireEntity(drawing, edit.entity);
+    refuseFixed(drawing, change.name);
+    const Shape shape = drawing.shape(change.name);
+    change.row = requireProperty(edit, shape);
     if (isListed(change.row.property))
-        change.value.index = takeIndex(text, shape);
-    if (change.row.valueKind == ValueKind::point)
-        takePoint(text, change, shape);
-    else if (change.row.valueKind == ValueKind::angle)
-        change.value.number = text.number("the new angle in degrees") * (std::numbers::pi / 180.0);
-    else
-        change.value.number = text.number("the new value");
-    text.expectEnd();
-    return change;
+        change.value.index = requireIndex(edit.index, shape);
+    giveValue(change, edit, shape);
+    const Shape wanted = withProperty(shape, change.row.property, change.value);
+    refuseUnsound(change.name, wanted);
+    return {change, shape, wanted};
 }
 
 /// Tells the centre as the palette's list of vertices does, one coordinate a row.
@@ -183,11 +191,24 @@ bool canBeFree(const Change& change) {
     return change.row.property == Property::rotation || change.row.property == Property::vertex;
 }
 
-void runSet(EditText& text, EditContext& context) {
-    const Change change = takeChange(text, context);
-    const Shape before = context.drawing.shape(change.name);
-    const Shape wanted = withProperty(before, change.row.property, change.value);
-    refuseUnsound(change.name, wanted);
+}  // namespace
+
+void refuseProperty(const std::string& entity, const Shape& shape, const Sourced<std::string>& word) {
+    std::vector<std::string_view> words;
+    for (const PropertyRow& row : propertiesOf(shape))
+        words.push_back(row.word);
+    std::string message = "expected a property of " + entity + " (" + oneOf(words) + ")";
+    if (word.column == 0)
+        message += ", found \"" + word.value + "\"";
+    throw RefusedWord({message, suggestion(word.value, words), word.column});
+}
+
+void require(const Set& edit, const Drawing& drawing) {
+    resolved(edit, drawing);
+}
+
+void perform(const Set& edit, EditContext& context) {
+    const auto [change, before, wanted] = resolved(edit, context.drawing);
     context.edited.push_back(change.name);
     if (change.row.hostNumber == 0 || !isConstrained(context, change.name))
         return context.drawing.write(change.name, wanted);
@@ -204,10 +225,5 @@ void runSet(EditText& text, EditContext& context) {
                         " while the entity is constrained");
     context.drawing.write(change.name, wanted);
 }
-
-}  // namespace
-
-const EditVerb kSetVerb{"set", "set ENTITY PROPERTY VALUE", "set g5 radius 5",
-                        "gives a property another value: an end, a centre, a radius, an angle, a vertex", &runSet};
 
 }  // namespace holdfast::editing

@@ -1,0 +1,172 @@
+#pragma once
+
+#include <optional>
+#include <variant>
+#include <vector>
+
+#include "document/Document.h"
+#include "editing/Sourced.h"
+#include "editing/Uses.h"
+#include "editing/commands/values/Properties.h"
+#include "geometry/CurveEnd.h"
+
+namespace holdfast::editing {
+
+// The editing commands as plain values: they can be made in code, compared, stored and done again on any drawing.
+// Points, displacements, lengths and radii are in the drawing's length unit, angles in degrees, counter-clockwise;
+// numbers are finite. Vertices, control points, corners and segments are counted from 0. Points on a curve may be
+// away from it by a thousandth of its size, as what a user reads off a picture. Entities are called by their names in
+// the drawing, and no list of them is empty.
+
+/// Cuts a curve in two at a point, or takes the part between two points out of it; of a closed curve the part that
+/// begins at the first point and runs in the curve's own direction.
+struct Break {
+    Name entity;
+    Vec2 from;
+    std::optional<Vec2> to{};  ///< none: the curve is cut at `from` and nothing of it goes
+    friend bool operator==(const Break&, const Break&) = default;
+};
+
+/// Removes the part of a curve between cutting edges.
+struct Trim {
+    Name entity;
+    Vec2 at;               ///< on the part that goes
+    std::vector<Name> by;  ///< the cutting edges
+    friend bool operator==(const Trim&, const Trim&) = default;
+};
+
+/// Leads one end of a curve on to the first boundary that it meets.
+struct Extend {
+    Name entity;
+    CurveEnd end = CurveEnd::end;
+    std::vector<Name> to;  ///< the boundaries
+    friend bool operator==(const Extend&, const Extend&) = default;
+};
+
+/// Where a user picked two curves.
+struct FilletPicks {
+    Vec2 first, second;
+    friend bool operator==(const FilletPicks&, const FilletPicks&) = default;
+};
+
+/// Joins two curves, or the ends of polylines, by an arc.
+struct Fillet {
+    Name first, second;
+    Sourced<double> radius = 0.0;        ///< 0: a sharp corner
+    std::optional<FilletPicks> picks{};  ///< none: where the curves come closest as they are drawn
+    friend bool operator==(const Fillet&, const Fillet&) = default;
+};
+
+/// Rounds one corner of a polyline.
+struct FilletCorner {
+    Name polyline;
+    int corner = 0;                ///< the number of its vertex
+    Sourced<double> radius = 0.0;  ///< 0: a sharp corner
+    friend bool operator==(const FilletCorner&, const FilletCorner&) = default;
+};
+
+/// Joins two segments of one polyline by an arc; what lies between them goes.
+struct FilletSegments {
+    Name polyline;
+    int from = 0;  ///< the segment that the arc leaves
+    int to = 1;    ///< the segment to which it leads
+    Sourced<double> radius = 0.0;
+    friend bool operator==(const FilletSegments&, const FilletSegments&) = default;
+};
+
+/// Makes one polyline of lines, arcs and polylines that meet end to end.
+struct Join {
+    std::vector<Name> entities;  ///< two or more, each once
+    friend bool operator==(const Join&, const Join&) = default;
+};
+
+/// Moves one end of a curve along it.
+struct Lengthen {
+    enum class Way { by, to };
+
+    Name entity;
+    CurveEnd end = CurveEnd::end;
+    Way way = Way::by;
+    double length = 0.0;  ///< by: what is added, negative to shorten; to: the whole length
+    friend bool operator==(const Lengthen&, const Lengthen&) = default;
+};
+
+/// Moves all ends, vertices and control points in a window, and the centres of closed curves.
+struct Stretch {
+    Vec2 first, second;  ///< opposite corners of the window
+    Vec2 by;
+    friend bool operator==(const Stretch&, const Stretch&) = default;
+};
+
+/// Reflects entities in the line through two points, or adds their reflection.
+struct Mirror {
+    std::vector<Name> entities;  ///< each once
+    Vec2 first, second;          ///< two different points of the mirror line
+    bool keep = false;           ///< the originals stay, and the reflection has a copy of the constraints among them
+    friend bool operator==(const Mirror&, const Mirror&) = default;
+};
+
+/// A second pair of points of an alignment.
+struct AlignDirection {
+    Vec2 from, to;       ///< the direction to `from` is turned into that to `to`
+    bool scale = false;  ///< the length is adjusted, too
+    friend bool operator==(const AlignDirection&, const AlignDirection&) = default;
+};
+
+/// Moves entities so that a source point comes to a destination point.
+struct Align {
+    std::vector<Name> entities;  ///< each once
+    Vec2 from, to;
+    std::optional<AlignDirection> direction{};  ///< none: they are shifted only
+    friend bool operator==(const Align&, const Align&) = default;
+};
+
+/// Turns entities about a point.
+struct Rotate {
+    std::vector<Name> entities;  ///< each once
+    Vec2 about;
+    double degrees = 0.0;
+    friend bool operator==(const Rotate&, const Rotate&) = default;
+};
+
+/// Pulls entities, or one place of one entity, as far as the constraints let them.
+struct Drag {
+    /// Whole entities, each once; or one place. An index belongs to a place of a kind that is counted and is 0 for
+    /// others. Where no entity has the name of the place's, but one is called "name.place", that one is held.
+    using Held = std::variant<std::vector<Name>, Sourced<Place>>;
+
+    Held held;
+    Vec2 by;
+    Sourced<int> steps = 1;  ///< 1 to 1000: so many steps the cursor takes on its straight way
+    friend bool operator==(const Drag&, const Drag&) = default;
+};
+
+/// One coordinate of a point.
+struct Coordinate {
+    enum class Axis { x, y };
+
+    Axis axis = Axis::x;
+    double value = 0.0;
+    friend bool operator==(const Coordinate&, const Coordinate&) = default;
+};
+
+/// Gives a property of an entity another value.
+struct Set {
+    Name entity;
+    Sourced<Property> property = Property::start;
+    Sourced<int> index = 0;  ///< of a vertex or control point; 0 for every other property
+    /// Points by both coordinates or by one, everything else by a number; Properties.h tells which property is what.
+    std::variant<Vec2, Coordinate, double> value;
+    friend bool operator==(const Set&, const Set&) = default;
+};
+
+/// Takes the last edit back that was done.
+struct Undo {
+    friend bool operator==(const Undo&, const Undo&) = default;
+};
+
+/// Any editing command.
+using Edit = std::variant<Break, Trim, Extend, Fillet, FilletCorner, FilletSegments, Join, Lengthen, Stretch, Mirror,
+                          Align, Rotate, Drag, Set, Undo>;
+
+}  // namespace holdfast::editing

@@ -1,0 +1,49 @@
+#include "editing/text/Parse.h"
+
+#include <algorithm>
+
+#include "editing/Commands.h"
+#include "editing/Verbs.h"
+#include "editing/text/ParseProperty.h"
+#include "hosting/Drawing.h"
+
+namespace holdfast::editing {
+
+namespace {
+
+void refuseUnknown(const EditSyntaxError& error, const Drawing& drawing) {
+    for (const NamedEntity& named : error.named())
+        requireEntity(drawing, named.name, named.ends);
+}
+
+void refuseForeign(const PropertyFault& error, const Drawing& drawing) {
+    const Shape shape = drawing.shape(error.entity().value);
+    const auto rows = propertiesOf(shape);
+    const auto isMeant = [&](const PropertyRow& row) { return row.word == error.word().value; };
+    if (std::none_of(rows.begin(), rows.end(), isMeant))
+        refuseProperty(error.entity().value, shape, error.word());
+}
+
+}  // namespace
+
+Edit parse(std::string_view text) {
+    EditText words(text);
+    Edit edit = takeVerb(words).parse(words);
+    words.expectEnd();
+    return edit;
+}
+
+Edit parseFor(std::string_view text, const Drawing& drawing) {
+    try {
+        return parse(text);
+    } catch (const PropertyFault& error) {
+        refuseUnknown(error, drawing);
+        refuseForeign(error, drawing);
+        throw;
+    } catch (const EditSyntaxError& error) {
+        refuseUnknown(error, drawing);
+        throw;
+    }
+}
+
+}  // namespace holdfast::editing

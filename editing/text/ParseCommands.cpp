@@ -1,0 +1,193 @@
+#include "editing/text/ParseCommands.h"
+
+#include <array>
+
+#include "editing/text/ParseProperty.h"
+
+namespace holdfast::editing {
+
+namespace {
+
+CurveEnd takeEnd(EditText& text, std::string_view what) {
+    static constexpr std::array<std::string_view, 2> ends{"start", "end"};
+    return text.oneOfWords(ends, what) == "start" ? CurveEnd::start : CurveEnd::end;
+}
+
+std::vector<Name> takeEntitiesUpTo(EditText& text, std::string_view end) {
+    return text.names("an entity", {&end, 1});
+}
+
+Sourced<double> takeRadius(EditText& text) {
+    text.expect("radius");
+    const double radius = text.number("the radius");
+    return {radius, text.column()};
+}
+
+FilletCorner parseCorner(EditText& text, const Name& polyline) {
+    const int corner = text.integer("the number of a corner, counted from 0");
+    return {polyline, corner, takeRadius(text)};
+}
+
+FilletSegments parseSegments(EditText& text, const Name& polyline) {
+    const int from = text.integer("the number of the segment that the arc leaves, counted from 0");
+    const int to = text.integer("the number of the segment to which the arc leads");
+    return {polyline, from, to, takeRadius(text)};
+}
+
+/// A name with a dot may be that of an entity. Where it is spelt like a place it is one, unless more names follow it.
+Drag::Held takeHold(EditText& text) {
+    if (!text.nextIsPlace())
+        return takeEntitiesUpTo(text, "by");
+    EditText onward = text;
+    const Sourced<Place> place = onward.place("a place to drag");
+    if (!onward.nextIs("by") && onward.hasAhead("by"))
+        return takeEntitiesUpTo(text, "by");
+    text = onward;
+    return place;
+}
+
+/// What is set, to the end of the edit.
+void takeChange(EditText& text, Set& edit) {
+    const PropertyWord word = takeProperty(text, edit.entity);
+    edit.property = word.property;
+    if (word.isListed) {
+        const int index = text.integer("the number of the vertex or control point, counted from 0");
+        edit.index = {index, text.column()};
+    }
+    edit.value = takePropertyValue(text, word.valueKind);
+    text.expectEnd();
+}
+
+}  // namespace
+
+Edit parseBreak(EditText& text) {
+    Break edit{.entity = text.name("an entity"), .from = {}};
+    text.expect("at");
+    edit.from = text.point("the first break point");
+    if (text.accept("to"))
+        edit.to = text.point("the second break point");
+    return edit;
+}
+
+Edit parseTrim(EditText& text) {
+    Trim edit{.entity = text.name("an entity"), .at = {}, .by = {}};
+    text.expect("at");
+    edit.at = text.point("a point on the part to remove");
+    text.expect("by");
+    edit.by = text.names("a cutting edge", {});
+    return edit;
+}
+
+Edit parseExtend(EditText& text) {
+    Extend edit{.entity = text.name("an entity"), .to = {}};
+    edit.end = takeEnd(text, "the end to extend");
+    text.expect("to");
+    edit.to = text.names("a boundary", {});
+    return edit;
+}
+
+Edit parseFillet(EditText& text) {
+    Fillet edit{.first = text.name("an entity"), .second = {}};
+    if (text.accept("corner"))
+        return parseCorner(text, edit.first);
+    if (text.accept("segments"))
+        return parseSegments(text, edit.first);
+    edit.second = text.name("an entity");
+    edit.radius = takeRadius(text);
+    if (text.accept("at")) {
+        const Vec2 first = text.point("a point on the first curve");
+        edit.picks = {first, text.point("a point on the second curve")};
+    }
+    return edit;
+}
+
+Edit parseJoin(EditText& text) {
+    return Join{text.names("an entity", {})};
+}
+
+Edit parseLengthen(EditText& text) {
+    static constexpr std::array<std::string_view, 2> ways{"by", "to"};
+    Lengthen edit{.entity = text.name("an entity")};
+    edit.end = takeEnd(text, "the end to move");
+    const bool isTotal = text.oneOfWords(ways, "how the length is given") == "to";
+    edit.way = isTotal ? Lengthen::Way::to : Lengthen::Way::by;
+    edit.length = text.number(isTotal ? "the new length" : "the difference in length");
+    return edit;
+}
+
+Edit parseStretch(EditText& text) {
+    Stretch edit;
+    text.expect("window");
+    edit.first = text.point("a corner of the window");
+    edit.second = text.point("the opposite corner");
+    text.expect("by");
+    edit.by = text.point("the displacement");
+    return edit;
+}
+
+Edit parseMirror(EditText& text) {
+    Mirror edit{.entities = takeEntitiesUpTo(text, "about"), .first = {}, .second = {}};
+    text.expect("about");
+    edit.first = text.point("the first point of the mirror line");
+    edit.second = text.point("the second point of the mirror line");
+    edit.keep = text.accept("keep");
+    return edit;
+}
+
+/// "from P [P] to Q [Q] [scale]": one pair of points shifts, two turn as well.
+Edit parseAlign(EditText& text) {
+    Align edit{.entities = takeEntitiesUpTo(text, "from"), .from = {}, .to = {}};
+    text.expect("from");
+    edit.from = text.point("the first source point");
+    if (text.accept("to")) {
+        edit.to = text.point("the first destination point");
+        return edit;
+    }
+    AlignDirection direction;
+    direction.from = text.point("the second source point, or \"to\"");
+    text.expect("to");
+    edit.to = text.point("the first destination point");
+    direction.to = text.point("the second destination point");
+    direction.scale = text.accept("scale");
+    edit.direction = direction;
+    return edit;
+}
+
+Edit parseRotate(EditText& text) {
+    Rotate edit{.entities = takeEntitiesUpTo(text, "about"), .about = {}};
+    text.expect("about");
+    edit.about = text.point("the point to turn about");
+    text.expect("by");
+    edit.degrees = text.number("the angle in degrees, counter-clockwise");
+    return edit;
+}
+
+Edit parseDrag(EditText& text) {
+    Drag edit{.held = takeHold(text), .by = {}};
+    text.expect("by");
+    edit.by = text.point("the displacement");
+    if (text.accept("steps")) {
+        const int steps = text.integer("the number of steps");
+        edit.steps = {steps, text.column()};
+    }
+    return edit;
+}
+
+Edit parseSet(EditText& text) {
+    Set edit{.entity = text.name("an entity"), .value = {}};
+    if (text.atEnd())
+        takeProperty(text, edit.entity);
+    const Sourced<std::string> word(std::string(text.peek()), text.nextColumn());
+    try {
+        takeChange(text, edit);
+        return edit;
+    } catch (const EditSyntaxError& error) {
+        throw PropertyFault(error, edit.entity, word);
+    }
+}
+
+Edit parseUndo(EditText&) {
+    return Undo{};
+}
+
+}  // namespace holdfast::editing

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "editing/Edit.h"
+#include "editing/Uses.h"
+#include "editing/text/EditText.h"
+
+namespace holdfast::editing {
+
+// One reader for each verb: the words behind it. None of them knows a drawing. EditSyntaxError where a word does not
+// fit, or one is missing; words that are left over are not theirs.
+
+Edit parseBreak(EditText& text);
+Edit parseTrim(EditText& text);
+Edit parseExtend(EditText& text);
+Edit parseFillet(EditText& text);
+Edit parseJoin(EditText& text);
+Edit parseLengthen(EditText& text);
+Edit parseStretch(EditText& text);
+Edit parseMirror(EditText& text);
+Edit parseAlign(EditText& text);
+Edit parseRotate(EditText& text);
+Edit parseDrag(EditText& text);
+Edit parseSet(EditText& text);
+Edit parseUndo(EditText& text);
+
+}  // namespace holdfast::editing

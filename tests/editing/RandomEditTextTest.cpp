@@ -1,0 +1,150 @@
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+
+#include "editing/text/Parse.h"
+
+namespace holdfast::editing {
+namespace {
+
+template <class T>
+T oneOfThese(std::initializer_list<T> values) {
+    return *rc::gen::elementOf(std::vector<T>(values));
+}
+
+bool toss() {
+    return *rc::gen::arbitrary<bool>();
+}
+
+double anyNumber() {
+    if (toss())
+        return *rc::gen::inRange(-1000, 1000) / 8.0;
+    const auto bits = *rc::gen::arbitrary<std::uint64_t>();
+    const auto number = std::bit_cast<double>(bits);
+    return std::isfinite(number) ? number : 0.1;
+}
+
+Vec2 anyPoint() {
+    const double x = anyNumber();
+    return {x, anyNumber()};
+}
+
+/// Every sign, and the words that mean something else in an edit.
+Name anyName() {
+    if (toss())
+        return oneOfThese<std::string>({"g1",     "about", "from",  "to",    "by", "at", "corner", "segments",
+                                        "radius", "keep",  "scale", "steps", "x",  "y",  "1,2",    "undo",
+                                        "a.end",  "a b",   "\\",    "\"",    "",   "#"});
+    return *rc::gen::container<std::string>(rc::gen::inRange<char>(1, 127));
+}
+
+std::vector<Name> anyNames() {
+    std::vector<Name> names;
+    for (int left = *rc::gen::inRange(1, 5); left > 0; --left)
+        names.push_back(anyName());
+    return names;
+}
+
+CurveEnd anyEnd() {
+    return toss() ? CurveEnd::start : CurveEnd::end;
+}
+
+int anyIndex() {
+    return *rc::gen::inRange(0, 2000);
+}
+
+Place anyPlace() {
+    const auto kind = static_cast<PlaceKind>(*rc::gen::inRange(0, static_cast<int>(PlaceKind::segmentCentre) + 1));
+    return {anyName().value, kind, kind >= PlaceKind::control ? anyIndex() : 0};
+}
+
+Edit anySet() {
+    const auto rows = allProperties();
+    const PropertyRow& row = rows[*rc::gen::inRange<std::size_t>(0, rows.size())];
+    Set edit{.entity = anyName(), .property = row.property, .value = anyNumber()};
+    if (isListed(row.property))
+        edit.index = anyIndex();
+    if (row.valueKind == ValueKind::point && toss())
+        edit.value = anyPoint();
+    else if (row.valueKind == ValueKind::point)
+        edit.value = Coordinate{toss() ? Coordinate::Axis::x : Coordinate::Axis::y, anyNumber()};
+    return edit;
+}
+
+Edit anyAlign() {
+    Align edit{anyNames(), anyPoint(), anyPoint()};
+    if (toss())
+        edit.direction = AlignDirection{anyPoint(), anyPoint(), toss()};
+    return edit;
+}
+
+Edit anyDrag() {
+    Drag edit{.held = {}, .by = anyPoint(), .steps = *rc::gen::inRange(-5, 2000)};
+    if (toss())
+        edit.held = anyNames();
+    else
+        edit.held = Sourced<Place>(anyPlace());
+    return edit;
+}
+
+Edit anyFillet() {
+    Fillet edit{anyName(), anyName(), anyNumber()};
+    if (toss())
+        edit.picks = FilletPicks{anyPoint(), anyPoint()};
+    return edit;
+}
+
+Edit anyEdit() {
+    static const std::array<Edit (*)(), 15> makers{
+        [] {
+            return Edit(Break{anyName(), anyPoint(), toss() ? std::optional(anyPoint()) : std::nullopt});
+        },
+        [] {
+            return Edit(Trim{anyName(), anyPoint(), anyNames()});
+        },
+        [] {
+            return Edit(Extend{anyName(), anyEnd(), anyNames()});
+        },
+        [] { return anyFillet(); },
+        [] {
+            return Edit(FilletCorner{anyName(), anyIndex() - 1000, anyNumber()});
+        },
+        [] {
+            return Edit(FilletSegments{anyName(), anyIndex(), anyIndex(), anyNumber()});
+        },
+        [] { return Edit(Join{anyNames()}); },
+        [] {
+            return Edit(Lengthen{anyName(), anyEnd(), toss() ? Lengthen::Way::by : Lengthen::Way::to, anyNumber()});
+        },
+        [] {
+            return Edit(Stretch{anyPoint(), anyPoint(), anyPoint()});
+        },
+        [] {
+            return Edit(Mirror{anyNames(), anyPoint(), anyPoint(), toss()});
+        },
+        [] { return anyAlign(); },
+        [] {
+            return Edit(Rotate{anyNames(), anyPoint(), anyNumber()});
+        },
+        [] { return anyDrag(); },
+        [] { return anySet(); },
+        [] { return Edit(Undo{}); },
+    };
+    static_assert(std::tuple_size_v<decltype(makers)> == std::variant_size_v<Edit>, "one for each kind of edit");
+    return makers[*rc::gen::inRange<std::size_t>(0, makers.size())]();
+}
+
+RC_GTEST_PROP(RandomEditText, ReadsBackAsTheSameEdit, ()) {
+    const Edit edit = anyEdit();
+    const std::string text = toText(edit);
+    RC_LOG() << text << '\n';
+    RC_ASSERT(parse(text) == edit);
+    RC_ASSERT(toText(parse(text)) == text);
+}
+
+}  // namespace
+}  // namespace holdfast::editing
