@@ -12,7 +12,10 @@
 
 namespace holdfast::editing {
 
-// The editing commands as plain values: they can be made in code, compared, stored and done again on any drawing.
+// The editing commands as plain values: they can be made in code, compared, stored and done again on any drawing:
+//
+//     session.apply(Trim{.entity = "g3", .at = {8, 0}, .by = {"g7"}});
+//
 // Points, displacements, lengths and radii are in the drawing's length unit, angles in degrees, counter-clockwise;
 // numbers are finite. Vertices, control points, corners and segments are counted from 0. Points on a curve may be
 // away from it by a thousandth of its size, as what a user reads off a picture. Entities are called by their names in

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "editing/fates/DeletionReasons.h"
 #include "editing/EditError.h"
 #include "editing/Uses.h"
 #include "hosting/Drawing.h"
@@ -17,6 +18,7 @@ namespace holdfast::editing {
 struct EditContext {
     Drawing& drawing;
     HostEvaluator& evaluator;
+    DeletionReasons& reasons;           ///< why constraints were deleted
     std::vector<std::string> edited{};  ///< the entities that the user edited, by name
     /// The session is to open the drawing anew afterwards, in which arcs are seen from above again.
     bool opensAgain = false;

@@ -37,6 +37,7 @@ void markChanged(const EditContext& context) {
 }
 
 void evaluate(const EditContext& context) {
+    context.reasons.noteDeleted(context.drawing);
     if (!YxDbAssocManager::evaluateTopLevelNetwork(&context.drawing.process().database(), nullptr, 0))
         throw EditError("the constraints of the drawing do not allow this edit");
 }

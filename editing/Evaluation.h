@@ -25,7 +25,8 @@ std::vector<std::string> constrainedFirst(const EditContext& context, std::vecto
 /// Tells the network that geometry of the drawing's group has changed.
 void markChanged(const EditContext& context);
 
-/// Has the host evaluate the network; EditError when the constraints cannot be satisfied.
+/// Has the host evaluate the network, once it is noted why constraints were deleted until now; EditError when the
+/// constraints cannot be satisfied.
 void evaluate(const EditContext& context);
 
 /// For edits that the host has done itself: entities lie where the user wants them, and what is tied to them follows.

@@ -6,6 +6,7 @@
 #include "editing/Check.h"
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
+#include "editing/fates/Freedom.h"
 #include "editing/Refusal.h"
 #include "editing/text/Parse.h"
 #include "geometry/GeometryError.h"
@@ -65,11 +66,22 @@ const EditResult& Session::transact(std::string_view text, const std::function<E
     EditResult result;
     result.outcome.text = text;
     m_results.push_back(result);
-    EditContext context{*m_drawing, *m_evaluator};
+    const std::optional<int> before = m_tellsFreedom ? degreesOfFreedom(m_document) : std::nullopt;
+    const auto start = std::chrono::steady_clock::now();
+    attempt(text, read);
+    m_results.back().time = std::chrono::steady_clock::now() - start;
+    if (m_tellsFreedom && m_results.back().outcome.done())
+        m_results.back().freedom = {before, degreesOfFreedom(m_document)};
+    return m_results.back();
+}
+
+void Session::attempt(std::string_view text, const std::function<Edit()>& read) {
+    DeletionReasons reasons(m_document);
+    EditContext context{*m_drawing, *m_evaluator, reasons};
     std::string& error = m_results.back().outcome.error;
     try {
         run(m_results.back().edit.emplace(read()), context);
-        return m_results.back();
+        return;
     } catch (const RefusedWord& refusal) {
         error = errorOf(sentenceOf(refusal.refusal(), text), context.edited);
     } catch (const GeometryError& refusal) {
@@ -80,7 +92,6 @@ const EditResult& Session::transact(std::string_view text, const std::function<E
         error = errorOf(refusal.what(), context.edited);
     }
     openAgain();
-    return m_results.back();
 }
 
 /// When the evaluator has failed it knows better what was in the way than the command that gave up.
@@ -94,8 +105,9 @@ void Session::run(const Edit& edit, EditContext& context) {
     std::visit(Performer{context}, edit);
     finishCommand(context);
     settleOwnConstraints(*m_drawing, m_document);
+    context.reasons.noteDeleted(*m_drawing);
     Document after = m_drawing->document();
-    m_results.back().fates = fatesBetween(m_document, after, context.edited, m_results.size() - 1);
+    m_results.back().fates = fatesBetween(m_document, after, context.edited, m_results.size() - 1, context.reasons);
     m_undo.push_back(std::exchange(m_document, std::move(after)));
     if (context.opensAgain)
         openAgain();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -21,11 +22,20 @@ namespace holdfast::editing {
 
 struct EditContext;
 
+/// The degrees of freedom of a drawing before and after an edit; nothing for one that the solver cannot read.
+struct FreedomChange {
+    std::optional<int> before, after;
+    friend bool operator==(const FreedomChange&, const FreedomChange&) = default;
+};
+
 /// What became of one edit.
 struct EditResult {
     EditOutcome outcome;
     std::optional<Edit> edit{};  ///< none when the text could not be read
     Fates fates;                 ///< empty when the edit was refused
+    /// How long it took, done or refused, without the degrees of freedom.
+    std::chrono::duration<double> time{};
+    std::optional<FreedomChange> freedom{};  ///< of an edit that was done, when the session was asked to tell it
 };
 
 /// A drawing that is being edited. Every edit is one transaction: it is done whole, or the drawing is as it was.
@@ -54,11 +64,15 @@ public:
     /// Why an edit cannot be understood on the drawing as it is, without doing it; nothing when apply() would try it.
     std::optional<Refusal> check(const Edit& edit) const;
 
+    /// From now on results tell degrees of freedom, which costs more than most edits.
+    void tellFreedom(bool tells = true) { m_tellsFreedom = tells; }
+
     /// The report on all edits so far.
     FateReport report() const;
 
 private:
     const EditResult& transact(std::string_view text, const std::function<Edit()>& read);
+    void attempt(std::string_view text, const std::function<Edit()>& read);
     void run(const Edit& edit, EditContext& context);
     void undo();
     void openAgain();
@@ -69,6 +83,7 @@ private:
     Document m_document;
     std::vector<Document> m_undo;
     std::vector<EditResult> m_results;
+    bool m_tellsFreedom = false;
     std::unique_ptr<Drawing> m_drawing;
     std::unique_ptr<HostEvaluator> m_evaluator;
 };

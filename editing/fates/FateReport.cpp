@@ -52,6 +52,12 @@ std::string_view fateName(EntityFate fate) {
     return names[static_cast<std::size_t>(fate)];
 }
 
+std::string_view sizeName(SizeKind size) {
+    static constexpr std::array<std::string_view, 6> names{"length",       "radius", "major_radius",
+                                                           "minor_radius", "sweep",  "height"};
+    return names[static_cast<std::size_t>(size)];
+}
+
 std::array<std::size_t, kConstraintFates.size()> countFates(const std::vector<ConstraintOutcome>& outcomes) {
     return counted<kConstraintFates.size()>(outcomes);
 }
@@ -78,7 +84,7 @@ FateReport completed(FateReport report) {
         report.before.entities, report.after.entities, std::move(knownEntities),
         [&](const std::string& id, bool was, bool is) {
             const EntityFate fate = was && is ? EntityFate::untouched : was ? EntityFate::erased : EntityFate::created;
-            report.entities.push_back({.entity = id, .fate = fate, .movedBy = 0.0});
+            report.entities.push_back({.entity = id, .fate = fate});
         });
     sortByFate(report.constraints);
     sortByFate(report.entities);

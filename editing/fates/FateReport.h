@@ -33,10 +33,23 @@ struct ConstraintOutcome {
     friend bool operator==(const ConstraintOutcome&, const ConstraintOutcome&) = default;
 };
 
+/// What can be measured of one entity: lengths in the drawing's length unit, the angle over which an arc sweeps in
+/// degrees.
+enum class SizeKind { length, radius, majorRadius, minorRadius, sweep, height };
+
+/// One size of an entity before and after an edit.
+struct SizeChange {
+    SizeKind size = SizeKind::length;
+    double before = 0.0;
+    double after = 0.0;
+    friend bool operator==(const SizeChange&, const SizeChange&) = default;
+};
+
 struct EntityOutcome {
     std::string entity;
     EntityFate fate = EntityFate::untouched;
     double movedBy = 0.0;  ///< followed: the longest way that one of its points went, in the drawing's length unit
+    std::vector<SizeChange> sizes{};  ///< edited or followed: those that are others than before
     friend bool operator==(const EntityOutcome&, const EntityOutcome&) = default;
 };
 
@@ -75,6 +88,9 @@ inline constexpr std::array kEntityFates{EntityFate::erased, EntityFate::edited,
 std::string_view fateName(ConstraintFate fate);
 /// "erased", "edited", "created", "followed", "untouched".
 std::string_view fateName(EntityFate fate);
+
+/// "length", "radius", "major_radius", "minor_radius", "sweep", "height".
+std::string_view sizeName(SizeKind size);
 
 /// How many outcomes have each fate, indexed by the fate's number.
 std::array<std::size_t, kConstraintFates.size()> countFates(const std::vector<ConstraintOutcome>& outcomes);

@@ -7,10 +7,8 @@
 #include <unordered_set>
 
 #include "document/EntityIndex.h"
-#include "document/Names.h"
-#include "document/Places.h"
-#include "editing/EditContext.h"
-#include "editing/LostVertices.h"
+#include "editing/fates/DeletionReasons.h"
+#include "editing/fates/Sizes.h"
 #include "geometry/Vec2.h"
 
 namespace holdfast::editing {
@@ -43,90 +41,6 @@ std::vector<Vec2> definingPoints(const Shape& shape) {
     return std::visit(Visitor(), shape);
 }
 
-std::string placeWords(const Place& place) {
-    switch (place.kind) {
-        case PlaceKind::start:
-            return "the start of " + place.entity;
-        case PlaceKind::end:
-            return "the end of " + place.entity;
-        case PlaceKind::centre:
-            return "the centre of " + place.entity;
-        case PlaceKind::mid:
-            return "the middle of " + place.entity;
-        default:
-            return spokenPlace(place);
-    }
-}
-
-/// "a construction line", "an elliptical arc"
-std::string kindInWords(const Shape& shape) {
-    std::string noun(std::holds_alternative<XlineShape>(shape) ? "construction line" : typeName(shape));
-    std::replace(noun.begin(), noun.end(), '_', ' ');
-    return (std::string_view("aeiou").find(noun.front()) == std::string_view::npos ? "a " : "an ") + noun;
-}
-
-bool namesPolylinePlace(const Place& place) {
-    return place.kind >= PlaceKind::segment;
-}
-
-bool isCountedAnew(const PolylineShape& was, const PolylineShape& is) {
-    return was.vertices.size() != is.vertices.size() || was.closed != is.closed;
-}
-
-/// Why a constraint that held at a place was lost, as far as that place tells; empty when it tells nothing.
-std::string reasonAt(const Place& place, const Entity* was, const Entity* is, LostVertices& lost) {
-    if (was == nullptr)
-        return {};
-    if (is == nullptr)
-        return place.entity + " was erased";
-    if (was->shape.index() != is->shape.index())
-        return place.entity + " was " + kindInWords(was->shape) + " and became " + kindInWords(is->shape);
-    const auto *polylineWas = std::get_if<PolylineShape>(&was->shape),
-               *polylineIs = std::get_if<PolylineShape>(&is->shape);
-    const bool isEnd = place.kind == PlaceKind::segmentStart || place.kind == PlaceKind::segmentEnd;
-    if (polylineWas != nullptr && polylineIs != nullptr && namesPolylinePlace(place) &&
-        (!isEnd || isCountedAnew(*polylineWas, *polylineIs)))
-        return lost.reasonAt(place, *polylineWas, *polylineIs);
-    if (namesPolylinePlace(place) && !hasPlace(is->shape, place))
-        return spokenPlace(place) + " was cut away";
-    const std::optional<Vec2> from = pointAt(was->shape, place), to = pointAt(is->shape, place);
-    if (!from || !to || distance(*from, *to) == 0.0)
-        return {};
-    return placeWords(place) + " moved from " + spoken(*from) + " to " + spoken(*to);
-}
-
-/// What a line has lost that a constraint on the whole of it asks for; empty for what it still has.
-std::string lossOf(const Constraint& constraint, const LineShape& is) {
-    const double dx = std::abs(is.end.x - is.start.x), dy = std::abs(is.end.y - is.start.y),
-                 length = std::hypot(dx, dy);
-    constexpr double kLevel = 1e-9;  // parts of the length
-    if (constraint.type == ConstraintType::horizontal && dy > kLevel * length)
-        return " is no longer horizontal";
-    if (constraint.type == ConstraintType::vertical && dx > kLevel * length)
-        return " is no longer vertical";
-    if (constraint.type == ConstraintType::distance && constraint.refs.size() == 1)
-        return " is no longer as long";
-    return {};
-}
-
-std::string reasonOfDeletion(const Constraint& constraint, const EntityIndex& before, const EntityIndex& after,
-                             LostVertices& lost) {
-    for (const Place& place : constraint.refs)
-        if (std::string reason = reasonAt(place, before.find(place.entity), after.find(place.entity), lost);
-            !reason.empty())
-            return reason;
-    for (const Place& place : constraint.refs) {
-        const Entity* was = before.find(place.entity);
-        const Entity* is = after.find(place.entity);
-        if (was == nullptr || is == nullptr || was->shape == is->shape)
-            continue;
-        const auto* line = std::get_if<LineShape>(&is->shape);
-        const std::string loss = line == nullptr ? std::string() : lossOf(constraint, *line);
-        return place.entity + (loss.empty() ? " is no longer the curve that it was" : loss);
-    }
-    return "an edited end no longer supports it";
-}
-
 /// Why places have other names; the names themselves are told by the moves.
 std::string reasonOfMove(const std::vector<PlaceMove>& moves, const EntityIndex& after) {
     const PlaceMove& move = moves.front();
@@ -155,19 +69,17 @@ std::unordered_map<std::string_view, const Constraint*> constraintsById(const Do
     return found;
 }
 
-std::vector<ConstraintOutcome> constraintFates(const Document& before, const Document& after, std::size_t edit) {
-    const EntityIndex entitiesBefore(before), entitiesAfter(after);
+/// Of deletions that nobody has told the reason of, the two drawings tell it.
+std::vector<ConstraintOutcome> constraintFates(const Document& before, const Document& after, std::size_t edit,
+                                               DeletionReasons& reasons) {
+    const EntityIndex entitiesAfter(after);
     const auto was = constraintsById(before), is = constraintsById(after);
-    LostVertices lost;
     std::vector<ConstraintOutcome> outcomes;
     for (const Constraint& constraint : before.constraints) {
         const auto now = is.find(constraint.id);
         if (now == is.end()) {
-            outcomes.push_back({constraint.id,
-                                ConstraintFate::deleted,
-                                reasonOfDeletion(constraint, entitiesBefore, entitiesAfter, lost),
-                                {},
-                                edit});
+            outcomes.push_back(
+                {constraint.id, ConstraintFate::deleted, reasons.reasonOf(constraint, entitiesAfter), {}, edit});
         } else if (std::vector<PlaceMove> moves = movesBetween(constraint, *now->second); !moves.empty()) {
             std::string reason = reasonOfMove(moves, entitiesAfter);
             outcomes.push_back({constraint.id, ConstraintFate::rePointed, std::move(reason), std::move(moves), edit});
@@ -195,14 +107,14 @@ std::vector<EntityOutcome> entityFates(const Document& before, const Document& a
     for (const Entity& entity : before.entities) {
         const Entity* now = is.find(entity.id);
         if (now == nullptr)
-            outcomes.push_back({entity.id, EntityFate::erased, 0.0});
+            outcomes.push_back({entity.id, EntityFate::erased});
         else if (!isDrawnAlike(entity.shape, now->shape))
             outcomes.push_back({entity.id, byUser.count(entity.id) > 0 ? EntityFate::edited : EntityFate::followed,
-                                movement(entity.shape, now->shape)});
+                                movement(entity.shape, now->shape), sizeChanges(entity.shape, now->shape)});
     }
     for (const Entity& entity : after.entities)
         if (was.find(entity.id) == nullptr)
-            outcomes.push_back({entity.id, EntityFate::created, 0.0});
+            outcomes.push_back({entity.id, EntityFate::created});
     return outcomes;
 }
 
@@ -218,8 +130,14 @@ double movement(const Shape& before, const Shape& after) {
 }
 
 Fates fatesBetween(const Document& before, const Document& after, const std::vector<std::string>& edited,
+                   std::size_t edit, DeletionReasons& reasons) {
+    return {constraintFates(before, after, edit, reasons), entityFates(before, after, edited)};
+}
+
+Fates fatesBetween(const Document& before, const Document& after, const std::vector<std::string>& edited,
                    std::size_t edit) {
-    return {constraintFates(before, after, edit), entityFates(before, after, edited)};
+    DeletionReasons reasons(before);
+    return fatesBetween(before, after, edited, edit, reasons);
 }
 
 FateReport runReport(const Document& before, const Document& after, const std::vector<EditOutcome>& edits,
@@ -236,7 +154,8 @@ FateReport runReport(const Document& before, const Document& after, const std::v
                 edited.push_back(outcome.entity);
     }
     // What counts is the whole run; the single edits know the better reasons and which of them it was.
-    report.constraints = constraintFates(before, after, 0);
+    DeletionReasons reasons(before);
+    report.constraints = constraintFates(before, after, 0, reasons);
     for (ConstraintOutcome& outcome : report.constraints) {
         const auto known = last.find(outcome.constraint);
         if (known == last.end())

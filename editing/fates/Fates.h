@@ -21,6 +21,11 @@ struct Fates {
 Fates fatesBetween(const Document& before, const Document& after, const std::vector<std::string>& edited,
                    std::size_t edit);
 
+/// The same with what the edit's commands have told about the constraints that they deleted.
+class DeletionReasons;
+Fates fatesBetween(const Document& before, const Document& after, const std::vector<std::string>& edited,
+                   std::size_t edit, DeletionReasons& reasons);
+
 /// The longest way that one of a shape's defining points went, in drawing units; radii count as their change.
 /// Shapes of another kind, or of another number of points: the distance of their start points.
 double movement(const Shape& before, const Shape& after);

@@ -42,6 +42,7 @@ HostProcess::HostProcess()
       m_database(HostAccess::makeDatabase()),
       m_watch(std::make_unique<Watch>(*this)) {
     CurrentHost::set(m_state);
+    AssocConstraintHeader::m_isForbidEvaStatic = false;
     m_state->workingDatabase = m_database.get();
     YxDbDatabaseData& data = HostAccess::data(*m_database);
     data.modelSpace = HostAccess::addToDatabase(*m_database, std::make_unique<Space>());

@@ -36,6 +36,8 @@ Json entityJson(const EntityOutcome& outcome, const report::ReportIndex& index) 
         json["type"] = typeName(entity->shape);
     if (outcome.fate == EntityFate::followed)
         json["moved_by"] = outcome.movedBy;
+    for (const SizeChange& change : outcome.sizes)
+        json["sizes"].push_back({{"size", sizeName(change.size)}, {"before", change.before}, {"after", change.after}});
     return json;
 }
 

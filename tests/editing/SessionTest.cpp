@@ -25,6 +25,21 @@ TEST(Session, GoesOnAfterARefusedEdit) {
     EXPECT_EQ(session.results().size(), 2u);
 }
 
+TEST(Session, TellsDegreesOfFreedomWhenAskedTo) {
+    Session session(frameDrawing());
+    EXPECT_EQ(session.apply("break base at 4,0").freedom, std::nullopt);
+    session.tellFreedom();
+    EXPECT_EQ(session.apply("undo").freedom, (FreedomChange{12, 6}));
+    EXPECT_EQ(session.apply("break base at 4,9").freedom, std::nullopt) << "refused";
+    EXPECT_EQ(session.apply("break base at 4,0").freedom, (FreedomChange{6, 12}));
+}
+
+TEST(Session, TellsHowLongAnEditTook) {
+    Session session(frameDrawing());
+    EXPECT_GT(session.apply("break base at 4,0").time.count(), 0.0);
+    EXPECT_GT(session.apply("break base at 4,9").time.count(), 0.0);
+}
+
 TEST(Session, ReportsTheWholeRun) {
     Session session(frameDrawing());
     session.apply("break base at 4,0 to 6,0");

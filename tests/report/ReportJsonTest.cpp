@@ -35,6 +35,13 @@ TEST(ReportJson, TellsEditsTotalsAndSolver) {
     EXPECT_EQ(report["solver"], json::parse(R"({"degrees_of_freedom": 4, "iterations": 6, "worst_residual": 3e-13})"));
 }
 
+TEST(ReportJson, TellsSizesThatChanged) {
+    FateReport report = test::brokenPlate();
+    report.entities = {{"hole", EntityFate::edited, 0.0, {{SizeKind::radius, 10.0, 16.3}}}};
+    EXPECT_EQ(json::parse(writeReportJson(report))["entities"][0]["sizes"],
+              json::parse(R"([{"size": "radius", "before": 10.0, "after": 16.3}])"));
+}
+
 TEST(ReportJson, OfAnEmptyReportHasEmptyLists) {
     const json report = json::parse(writeReportJson({}));
     EXPECT_EQ(report["edits"], json::array());

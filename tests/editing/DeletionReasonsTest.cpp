@@ -1,0 +1,52 @@
+#include "editing/fates/DeletionReasons.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/editing/Shorthand.h"
+
+namespace holdfast::editing {
+namespace {
+
+TEST(DeletionReasons, TellWhatHadMovedWhenTheConstraintWent) {
+    const Document before = frameDrawing();
+    Drawing drawing(before);
+    DeletionReasons reasons(before);
+    drawing.write("base", LineShape{{0, 0}, {4, 0}});
+    drawing.removeConstraint("c1");
+    reasons.noteDeleted(drawing);
+    drawing.write("base", LineShape{{0, 0}, {7, 0}});
+    const Document after = drawing.document();
+    EXPECT_EQ(reasons.reasonOf(before.constraints[1], EntityIndex(after)),
+              "the end of base moved from (10, 0) to (4, 0)");
+}
+
+TEST(DeletionReasons, KeepWhatACommandKnowsItself) {
+    const Document before = frameDrawing();
+    Drawing drawing(before);
+    DeletionReasons reasons(before);
+    reasons.note("c1", "the user asked for it");
+    drawing.removeConstraint("c1");
+    reasons.noteDeleted(drawing);
+    const Document after = drawing.document();
+    EXPECT_EQ(reasons.reasonOf(before.constraints[1], EntityIndex(after)), "the user asked for it");
+}
+
+TEST(DeletionReasons, ForgetAConstraintThatIsBack) {
+    const Document before = frameDrawing();
+    Drawing drawing(before);
+    DeletionReasons reasons(before);
+    drawing.removeConstraint("c1");
+    drawing.removeConstraint("c2");
+    reasons.noteDeleted(drawing);
+    drawing.addConstraint(before.constraints[1]);
+    reasons.noteDeleted(drawing);
+    drawing.removeConstraint("c1");
+    drawing.write("right", LineShape{{12, 0}, {10, 5}});
+    reasons.noteDeleted(drawing);
+    const Document after = drawing.document();
+    EXPECT_EQ(reasons.reasonOf(before.constraints[1], EntityIndex(after)),
+              "the start of right moved from (10, 0) to (12, 0)");
+}
+
+}  // namespace
+}  // namespace holdfast::editing
