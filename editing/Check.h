@@ -6,9 +6,11 @@
 #include "editing/EditError.h"
 #include "editing/Uses.h"
 
-namespace holdfast::editing {
-
+namespace holdfast::hosting {
 class Drawing;
+}  // namespace holdfast::hosting
+
+namespace holdfast::editing {
 
 /// Why an edit cannot be understood on a drawing, or nothing when it can: its entities are there, are of a kind that
 /// the command takes and may be changed, its points lie on them, its places, corners and properties exist. Does nothing

@@ -7,9 +7,11 @@
 #include "editing/EditError.h"
 #include "editing/Uses.h"
 
-namespace holdfast::editing {
-
+namespace holdfast::hosting {
 class Drawing;
+}  // namespace holdfast::hosting
+
+namespace holdfast::editing {
 
 /// The edit that a text says, in the form that the table of verbs shows ("break g3 at 4,0"). Knows no drawing; names
 /// and other words that only a drawing can judge carry their column. EditSyntaxError for a text that is none.
