@@ -6,7 +6,7 @@
 #include "solver/src/diagnosis/Extract.h"
 #include "solver/src/solving/SolverState.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -150,4 +150,4 @@ ConflictSet findConflict(const SketchData& sketch, std::span<const int> constrai
     return Search(sketch, constraints, targets).run();
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -3,7 +3,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/solving/Solve.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Constraints and targets that cannot hold together, while any of them left out would free the others, as far as the
 /// solver can tell.
@@ -17,4 +17,4 @@ struct ConflictSet {
 /// only read. Each question costs a solve of the elements concerned.
 ConflictSet findConflict(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -12,7 +12,7 @@
 #include "solver/src/sketch/Measure.h"
 #include "solver/src/solving/Solve.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -219,4 +219,4 @@ Diagnosis diagnose(const SketchData& sketch) {
     return diagnosis;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -3,7 +3,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/sketch/SketchData.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Elements that constraints tie together, and how freely they can move.
 struct SketchPart {
@@ -31,4 +31,4 @@ struct Diagnosis {
 /// constraint does not hold; the sketch is not changed. Throws SketchError as solve does.
 Diagnosis diagnose(const SketchData& sketch);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -4,7 +4,7 @@
 
 #include "solver/src/sketch/Index.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 Extract::Extract(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets)
     : m_source(sketch) {
@@ -60,4 +60,4 @@ void Extract::takeConstraint(SketchConstraint constraint) {
     m_sketch.addConstraint(std::move(constraint));
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

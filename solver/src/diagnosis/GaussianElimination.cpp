@@ -7,7 +7,7 @@
 
 #include "solver/src/sketch/Index.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -95,4 +95,4 @@ bool GaussianElimination::add(const std::vector<std::pair<int, double>>& entries
     return isIndependent;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -6,7 +6,7 @@
 
 #include "solver/src/Uses.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Finds linearly dependent rows one by one, in the order in which they are added: a row that earlier ones imply is
 /// spare. Sparse Gaussian elimination with a pivot chosen in each row; cost follows the fill, which stays small for
@@ -43,4 +43,4 @@ private:
     std::vector<int> m_heap;  ///< numbers of rows whose pivots the row at hand has, smallest first
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -6,7 +6,7 @@
 #include "solver/src/numerics/Stepper.h"
 #include "solver/src/numerics/TangentialPhase.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -102,4 +102,4 @@ IterationReport settle(Subproblem& subproblem, const Pull& pull, std::vector<dou
     return report;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

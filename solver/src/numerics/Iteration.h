@@ -5,7 +5,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/numerics/Subproblem.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Where the unknowns of a subproblem would like to be, and how much they count in the movement.
 struct Pull {
@@ -39,4 +39,4 @@ IterationReport restore(Subproblem& subproblem, std::span<const double> weights,
 /// the equations too, so it can stop at any time.
 IterationReport settle(Subproblem& subproblem, const Pull& pull, std::vector<double>& x, const IterationLimits& limits);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -8,7 +8,7 @@
 
 #include "solver/src/numerics/Stepper.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -198,4 +198,4 @@ IterationReport slide(Subproblem& subproblem, const Pull& pull, std::vector<doub
     return report;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

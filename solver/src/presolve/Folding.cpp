@@ -6,7 +6,7 @@
 
 /// What constraints say by merging values once it is known which lines lie level or upright. A side is taken from the
 /// reference, so that a folded constraint cannot turn over.
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -209,4 +209,4 @@ bool fold(EquationBuilder& builder) {
     }
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -4,7 +4,7 @@
 #include "solver/src/residuals/EquationBuilder.h"
 
 /// What constraints say by merging values alone.
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -151,4 +151,4 @@ bool tieNow(EquationBuilder& builder) {
     }
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -4,7 +4,7 @@
 #include "solver/src/residuals/EquationBuilder.h"
 
 /// Distances in all their forms, radii and diameters. Sides and inner or outer gaps are read off the reference.
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -197,4 +197,4 @@ void addEquations(EquationBuilder& builder) {
     }
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -5,7 +5,7 @@
 
 #include "solver/src/Uses.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// A number with its exact derivatives by N others (forward mode automatic differentiation: A. Griewank and
 /// A. Walther, Evaluating Derivatives, chapter 3). Fixed size: no memory is fetched while equations are evaluated.
@@ -99,4 +99,4 @@ Dual<N> atan2(const Dual<N>& y, const Dual<N>& x) {
     return Dual<N>::combined(std::atan2(y.value, x.value), y, x.value * inverse, x, -y.value * inverse);
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

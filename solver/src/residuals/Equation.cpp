@@ -3,7 +3,7 @@
 #include "solver/src/residuals/Residuals.h"
 #include "solver/src/sketch/SplineBasis.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -192,4 +192,4 @@ double senseOf(const EquationSet& set, const Equation& equation, std::span<const
     return formulas::dot(m.first.direction(m.point), m.second.direction(m.point));
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -9,7 +9,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/sketch/SketchData.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// What an equation reads, and in how many numbers ("locals") it sees it.
 enum class OperandKind : std::uint8_t {
@@ -149,4 +149,4 @@ std::array<double, EquationSet::kMaxRows> linearise(const EquationSet& set, cons
 /// each other.
 double senseOf(const EquationSet& set, const Equation& equation, std::span<const double> values);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -6,7 +6,7 @@
 
 #include "solver/src/sketch/Index.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -341,4 +341,4 @@ bool isEndPlace(const SketchPlace& place) {
     return place.kind == start || place.kind == end || place.kind == segmentStart || place.kind == segmentEnd;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

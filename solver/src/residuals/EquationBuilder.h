@@ -8,7 +8,7 @@
 #include "solver/src/residuals/EquationSystem.h"
 #include "solver/src/residuals/Operands.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Which of a sketch's two sets of values is meant.
 enum class When { reference, now };
@@ -126,4 +126,4 @@ double turnScale(const EquationBuilder& builder, CurveRef a, CurveRef b);
 
 bool isEndPlace(const SketchPlace& place);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -7,7 +7,7 @@
 #include "solver/src/residuals/EquationBuilder.h"
 #include "solver/src/sketch/Index.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -122,4 +122,4 @@ EquationSystem buildSystem(const SketchData& sketch) {
     return buildSystem(sketch, all);
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -8,7 +8,7 @@
 
 /// What the formulas of equations are written in, once for plain numbers and for dual ones: points, lines, circles and
 /// other curves, read from the locals of an equation.
-namespace holdfast::solver::formulas {
+namespace holdfast::solver::detail::formulas {
 
 using std::atan;
 using std::atan2;
@@ -261,4 +261,4 @@ private:
     Reader<T> m_reader;  ///< at the curve's operand
 };
 
-}  // namespace holdfast::solver::formulas
+}  // namespace holdfast::solver::detail::formulas

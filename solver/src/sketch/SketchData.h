@@ -10,7 +10,7 @@
 #include "geometry/Shapes.h"
 #include "solver/src/Uses.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// What an element of a sketch is. The layout of each one's values stands beside it.
 enum class EntityKind {
@@ -126,4 +126,4 @@ private:
     void append(std::initializer_list<double> more);
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

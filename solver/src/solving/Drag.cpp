@@ -7,7 +7,7 @@
 #include "solver/src/sketch/Index.h"
 #include "solver/src/solving/SolverState.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -320,4 +320,4 @@ int DragSession::freedom() const {
     return m_state->subproblem->columnCount();
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -5,7 +5,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/solving/Solve.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// A sketch while values of it are dragged step by step.
 ///
@@ -38,4 +38,4 @@ private:
     std::unique_ptr<State> m_state;
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -8,7 +8,7 @@
 #include "solver/src/sketch/Index.h"
 #include "solver/src/solving/SolverState.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -244,4 +244,4 @@ SolveResult solve(SketchData& sketch, const SolveRequest& request) {
     return result;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -7,7 +7,7 @@
 #include "solver/src/sketch/Degeneracy.h"
 #include "solver/src/sketch/SketchData.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// A value that an edit asks for.
 struct Target {
@@ -71,4 +71,4 @@ struct SolveResult {
 /// Throws SketchError for a constraint that its elements cannot have.
 SolveResult solve(SketchData& sketch, const SolveRequest& request);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

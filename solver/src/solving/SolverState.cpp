@@ -6,7 +6,7 @@
 
 #include "solver/src/sketch/Index.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -230,4 +230,4 @@ Attempt SolverState::solveAround(std::span<const int> seeds, Scope reach) {
     }
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -7,7 +7,7 @@
 #include "solver/src/numerics/Neighbourhood.h"
 #include "solver/src/solving/Solve.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// What came of trying to solve one subproblem.
 struct Attempt {
@@ -79,4 +79,4 @@ private:
     std::vector<int> m_displaced;  ///< elements of values that constraints made constants elsewhere
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail
