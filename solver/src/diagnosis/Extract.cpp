@@ -8,6 +8,7 @@ namespace holdfast::solver::detail {
 
 Extract::Extract(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets)
     : m_source(sketch) {
+    m_sketch.tolerance = sketch.tolerance;
     for (const int c : constraints) {
         for (const SketchPlace& place : sketch.constraints[at(c)].refs)
             take(place.entity);

@@ -73,6 +73,8 @@ IterationReport restore(Subproblem& subproblem, std::span<const double> weights,
         if (report.residual <= system.aim || std::isnan(report.residual) || report.iterations >= limits.restoring)
             return report;
         slow = report.iterations > 0 && report.residual > 0.2 * before ? slow + 1 : 0;
+        if (!maySpend(limits.budget))
+            return report;
         stepper.linearise(x);
         ++report.iterations;
         // Near a double root the equations become dependent: steps shrink slowly and the sparse factors blur them.

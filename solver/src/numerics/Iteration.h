@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "solver/src/Uses.h"
+#include "solver/src/numerics/Budget.h"
 #include "solver/src/numerics/Subproblem.h"
 
 namespace holdfast::solver::detail {
@@ -20,6 +21,7 @@ struct IterationLimits {
     /// Asked at each point on the way while sliding: may it be passed? The margin is 1 at the beginning and more on the
     /// way, so that a way that ended at a border can be taken up again.
     std::function<bool(double margin)> isSound;
+    Budget* budget = nullptr;  ///< or none: then only the numbers above bound the iterations
 };
 
 struct IterationReport {

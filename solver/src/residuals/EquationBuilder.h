@@ -78,6 +78,7 @@ private:
     std::vector<Operand> knownPointsOn(CurveRef curve) const;
     void addRules(int entity);
     void begin(int constraint);
+    void addOwn();
     void foldAll(std::span<const int> constraints);
     void numberUnknowns();
     void listEquations();

@@ -2,8 +2,9 @@
 
 #include <cmath>
 
+#include <holdfast/solver/Dual.h>
+
 #include "solver/src/Uses.h"
-#include "solver/src/residuals/Dual.h"
 #include "solver/src/residuals/Equation.h"
 
 /// What the formulas of equations are written in, once for plain numbers and for dual ones: points, lines, circles and

@@ -3,9 +3,7 @@
 #include <array>
 #include <cmath>
 
-#include "solver/src/Uses.h"
-
-namespace holdfast::solver::detail {
+namespace holdfast::solver {
 
 /// A number with its exact derivatives by N others (forward mode automatic differentiation: A. Griewank and
 /// A. Walther, Evaluating Derivatives, chapter 3). Fixed size: no memory is fetched while equations are evaluated.
@@ -24,6 +22,8 @@ struct Dual {
     }
 
     Dual& operator+=(const Dual& b) { return *this = *this + b; }
+    Dual& operator-=(const Dual& b) { return *this = *this - b; }
+    Dual& operator*=(const Dual& b) { return *this = *this * b; }
 
     friend Dual operator-(const Dual& a) { return a.mapped(-a.value, -1.0); }
     friend Dual operator+(const Dual& a, const Dual& b) { return combined(a.value + b.value, a, 1.0, b, 1.0); }
@@ -87,6 +87,23 @@ Dual<N> cos(const Dual<N>& x) {
     return x.mapped(std::cos(x.value), -std::sin(x.value));
 }
 
+/// At 0 its slope is 0.
+template <int N>
+Dual<N> abs(const Dual<N>& x) {
+    return x.mapped(std::abs(x.value), x.value > 0.0 ? 1.0 : x.value < 0.0 ? -1.0 : 0.0);
+}
+
+template <int N>
+Dual<N> exp(const Dual<N>& x) {
+    const double power = std::exp(x.value);
+    return x.mapped(power, power);
+}
+
+template <int N>
+Dual<N> log(const Dual<N>& x) {
+    return x.mapped(std::log(x.value), 1.0 / x.value);
+}
+
 template <int N>
 Dual<N> atan(const Dual<N>& x) {
     return x.mapped(std::atan(x.value), 1.0 / (1.0 + x.value * x.value));
@@ -99,4 +116,4 @@ Dual<N> atan2(const Dual<N>& y, const Dual<N>& x) {
     return Dual<N>::combined(std::atan2(y.value, x.value), y, x.value * inverse, x, -y.value * inverse);
 }
 
-}  // namespace holdfast::solver::detail
+}  // namespace holdfast::solver
