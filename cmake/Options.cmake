@@ -2,6 +2,7 @@
 # Holdfast in by add_subdirectory or FetchContent: no flags, no folders, no kind of build, no tests.
 
 option(HOLDFAST_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+option(HOLDFAST_SANITIZE_THREADS "Build with the thread sanitizer" OFF)
 option(HOLDFAST_COVERAGE "Build with line and branch coverage counters (g++)" OFF)
 option(HOLDFAST_TIDY "Run clang-tidy with every compilation" OFF)
 option(HOLDFAST_WARNINGS_AS_ERRORS "Let no warning pass, as our own presets do" OFF)
@@ -40,6 +41,10 @@ if(HOLDFAST_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_compile_definitions(_GLIBCXX_ASSERTIONS)  # what the sanitizers do not see: an empty optional read, a wrong index
   add_link_options(-fsanitize=address,undefined)
+endif()
+if(HOLDFAST_SANITIZE_THREADS)
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
 endif()
 if(HOLDFAST_COVERAGE)
   add_compile_options(--coverage)

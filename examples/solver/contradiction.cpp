@@ -1,0 +1,45 @@
+// A bracket that cannot be: the solver says which dimensions contradict each other, the sketch stays as it was, and
+// with one of them only measuring it can be solved. Prints:
+//
+//     TODO
+#include <holdfast/solver/Solver.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+
+using namespace holdfast::solver;
+
+int main() {
+    Sketch sketch;
+    const EntityId base = sketch.addLine({0, 0}, {30, 0}).value();
+    const EntityId wall = sketch.addLine({30, 0}, {30, 40}).value();
+    const EntityId brace = sketch.addLine({0, 0}, {30, 40}).value();
+    std::map<ConstraintId, std::string> names;
+    const auto add = [&](const char* name, const Constraint& constraint) {
+        const ConstraintId id = sketch.add(constraint).value();
+        names[id] = name;
+        return id;
+    };
+    add("base meets wall", Coincident{endOf(base), startOf(wall)});
+    add("wall meets brace", Coincident{endOf(wall), endOf(brace)});
+    add("brace meets base", Coincident{startOf(brace), startOf(base)});
+    add("base is level", Horizontal{base});
+    add("right angle", Perpendicular{base, wall});
+    add("base 30", Length{base, 30});
+    add("wall 40", Length{wall, 40});
+    const ConstraintId length = add("brace 55", Length{brace, 55});
+
+    // A constraint that makes no sense is refused at once, and says what would.
+    std::printf("%s\n", sketch.add(Radius{base, 3}).error().message().c_str());
+
+    const SolveResult result = solve(sketch);
+    std::printf("%s:\n", std::string(toString(result.ending)).c_str());
+    for (const ConstraintId id : result.conflicting)
+        std::printf("  %s\n", names[id].c_str());
+    std::printf("the wall still ends at (%g, %g)\n", sketch.position(endOf(wall)).x, sketch.position(endOf(wall)).y);
+
+    (void)sketch.setDriving(length, false).value();
+    std::printf("%s; the brace measures %g\n", std::string(toString(solve(sketch).ending)).c_str(),
+                measure(sketch, length).value());
+}
