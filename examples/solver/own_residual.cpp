@@ -1,6 +1,10 @@
 // A constraint of one's own: a triangle keeps its area while a corner is dragged. Prints:
 //
-//     TODO
+//     residual 0.6
+//     solved
+//     b (6.0000, 0.0000)  c (2.0000, 4.0000)  area 12.000000
+//     b (8.0000, 0.0000)  c (3.0000, 3.0000)  area 12.000000
+//     b (12.0000, 0.0000)  c (4.0000, 2.0000)  area 12.000000
 #include <holdfast/solver/Solver.h>
 
 #include <cstdio>

@@ -1,10 +1,10 @@
 // A rectangle, 40 wide and 25 high, from four lines that were drawn by hand. Prints:
 //
 //     solved
-//     (0.5, 1.5) to (40.5, 1.5)
-//     (40.5, 1.5) to (40.5, 26.5)
-//     (40.5, 26.5) to (0.5, 26.5)
-//     (0.5, 26.5) to (0.5, 1.5)
+//     (0, 1) to (40, 1)
+//     (40, 1) to (40, 26)
+//     (40, 26) to (0, 26)
+//     (0, 26) to (0, 1)
 //     2 degrees of freedom
 #include <holdfast/solver/Solver.h>
 

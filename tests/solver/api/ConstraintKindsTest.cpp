@@ -198,8 +198,9 @@ TEST(ConstraintKinds, MeasureWhatTheirValueAsksFor) {
         ASSERT_TRUE(things.s.setDriving(id, true).isDone());
         ASSERT_TRUE(things.s.setValue(id, found).isDone()) << nameOfKind(things.s.constraint(id));
         // An angle at a point also puts the point on both curves.
-        if (!std::holds_alternative<AngleAt>(things.s.constraint(id)))
+        if (!std::holds_alternative<AngleAt>(things.s.constraint(id))) {
             EXPECT_LT(residual(things.s, id).value(), 1e-12) << nameOfKind(things.s.constraint(id));
+        }
     }
 }
 

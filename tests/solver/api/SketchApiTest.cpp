@@ -137,8 +137,9 @@ TEST(Sketch, RefusesConstraintsThatMakeNoSense) {
     for (const Constraint& constraint : wrong) {
         const auto added = sketch.add(constraint);
         EXPECT_FALSE(added.isDone()) << nameOfKind(constraint);
-        if (!added)
+        if (!added) {
             EXPECT_FALSE(added.error().remedy.empty()) << nameOfKind(constraint);
+        }
     }
     EXPECT_TRUE(sketch.constraints().empty());
 }

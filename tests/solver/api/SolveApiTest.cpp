@@ -93,6 +93,22 @@ TEST(Solve, NamesTheConstraintsInConflict) {
     EXPECT_LE(solve(sketch, brief).conflicting.size(), 0u);
 }
 
+TEST(Solve, NamesAConflictThatComesUpWhileValuesAreMerged) {
+    Sketch sketch;
+    const EntityId base = sketch.addLine({0, 0}, {30, 0}).value(), wall = sketch.addLine({30, 0}, {30, 40}).value();
+    const EntityId brace = sketch.addLine({0, 0}, {30, 40}).value();
+    const Constraint joints[] = {Coincident{endOf(base), startOf(wall)}, Coincident{endOf(wall), endOf(brace)},
+                                 Coincident{startOf(brace), startOf(base)}, Horizontal{base}, Vertical{wall}};
+    for (const Constraint& joint : joints)
+        (void)sketch.add(joint).value();
+    const ConstraintId a = sketch.add(Length{base, 30}).value(), b = sketch.add(Length{wall, 40}).value();
+    const ConstraintId c = sketch.add(Length{brace, 55}).value();
+    const SolveResult result = solve(sketch);
+    ASSERT_EQ(result.ending, Ending::conflicting);
+    for (const ConstraintId id : {a, b, c})
+        EXPECT_EQ(std::count(result.conflicting.begin(), result.conflicting.end(), id), 1) << toString(id);
+}
+
 TEST(Solve, EndsAtItsLimitsWithTheSketchAsItWas) {
     for (const Ending expected : {Ending::iterationLimit, Ending::timeLimit, Ending::cancelled}) {
         Chain chain(6);
@@ -123,7 +139,8 @@ TEST(Solve, AsksBeforeEveryFactorisationWhetherItIsCancelled) {
     const SolveResult result = solve(chain.sketch, endTo(chain, {30, 20}), options);
     ASSERT_TRUE(result.isSolved());
     EXPECT_GE(asked, 2);
-    EXPECT_EQ(result.iterations, solve(Chain(6).sketch, endTo(chain, {30, 20})).iterations);
+    Chain same(6);
+    EXPECT_EQ(result.iterations, solve(same.sketch, endTo(same, {30, 20})).iterations);
 }
 
 TEST(Solve, LetsPassWhatTheCallbackThrows) {
