@@ -1,7 +1,17 @@
 // A bracket that cannot be: the solver says which dimensions contradict each other, the sketch stays as it was, and
 // with one of them only measuring it can be solved. Prints:
 //
-//     TODO
+//     radius of e0: line e0 is not a circle or an arc; it takes a circle, an arc or an arc segment, and a length above 0
+//     conflicting:
+//       base meets wall
+//       wall meets brace
+//       brace meets base
+//       right angle
+//       base 30
+//       wall 40
+//       brace 55
+//     the wall still ends at (30, 40)
+//     unchanged; the brace measures 50
 #include <holdfast/solver/Solver.h>
 
 #include <cstdio>

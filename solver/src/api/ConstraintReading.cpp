@@ -121,7 +121,7 @@ public:
     }
     void operator()(CurveId curve) {
         using enum geometry::PlaceKind;
-        if (!contains(curve.entity()))
+        if (!contains(curve.entity()) || !hasSegment(curve))
             return;
         const geometry::PlaceKind ofEntity = m_wantsCentres ? centre : whole;
         const geometry::PlaceKind ofSegment = m_wantsCentres ? segmentCentre : segment;
@@ -136,6 +136,15 @@ private:
         const bool isThere = m_sketch.find(entity) >= 0;
         if (!isThere && !error)
             error = noSuch(entity);
+        return isThere;
+    }
+
+    bool hasSegment(CurveId curve) {
+        const detail::SketchEntity& entity = m_sketch.data.entities[detail::at(m_sketch.find(curve.entity()))];
+        const bool isThere = !curve.isSegment() ||
+                             (entity.kind == detail::EntityKind::polyline && curve.segment() < entity.segmentCount());
+        if (!isThere && !error)
+            error = Error{"there is no such segment", toString(curve), "polylines have segments, counted from 0"};
         return isThere;
     }
 

@@ -24,6 +24,7 @@ struct Things {
     EntityId diameter = s.addLine({-15, -1.5}, {-5.5, 1}).value();
     EntityId across = s.addLine({-9, -2}, {-10, 2}).value();
     EntityId spline = s.addSpline({.control = {{17, 6}, {20, 9}, {24, 6}, {28, 8}}}).value();
+    EntityId above = s.addPoint({22, 8.5}).value();
     EntityId text = s.addText({1, -3}, 0.2, 2.5).value();
     EntityId w = s.addPolyline({.vertices = {{0, -9}, {5, -8.5}, {9, -5}}, .bulges = {0, 0.5, 0}}).value();
 };
@@ -45,7 +46,7 @@ const std::vector<Make>& kinds() {
             return PointOnCurve{pointOf(t.p), t.a};
         },
         [](const Things& t) {
-            return PointOnCurve{pointOf(t.p), t.spline};
+            return PointOnCurve{pointOf(t.above), t.spline};
         },
         [](const Things& t) { return Horizontal{t.a}; },
         [](const Things& t) { return Vertical{t.b}; },
@@ -56,7 +57,7 @@ const std::vector<Make>& kinds() {
             return VerticalPoints{pointOf(t.p), vertexOf(t.w, 2)};
         },
         [](const Things& t) {
-            return Midpoint{pointOf(t.p), segmentOf(t.w, 1)};
+            return Midpoint{pointOf(t.r), t.a};
         },
         [](const Things& t) {
             return Symmetric{pointOf(t.p), pointOf(t.q), t.axis};

@@ -207,7 +207,7 @@ TEST(Solve, ReportsInALineAndInFull) {
     const EntityId line = sketch.addLine({0, 0}, {4, 1}).value();
     (void)sketch.add(Horizontal{line}).value();
     const SolveResult result = solve(sketch);
-    EXPECT_EQ(result.briefReport(), "solved in 0 iterations, worst residual 0, 1 entity moved");
+    EXPECT_EQ(result.briefReport(), "solved in 1 iteration, worst residual 0, 1 entity moved");
     EXPECT_NE(result.fullReport().find("moved           e0 by 0.5\n"), std::string::npos);
     EXPECT_NE(result.fullReport().find("iterating"), std::string::npos);
 }

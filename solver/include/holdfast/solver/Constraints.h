@@ -34,7 +34,8 @@ struct Coincident {
 struct Concentric {
     CurveId first, second;
 };
-/// The curve is taken as endless: the line beyond its ends, the whole circle of an arc. Not so a spline.
+/// The curve is taken as endless: the line beyond its ends, the whole circle of an arc, and a spline
+/// beyond its ends as its end pieces go on.
 struct PointOnCurve {
     PointId point;
     CurveId curve;
