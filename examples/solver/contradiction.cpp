@@ -1,7 +1,8 @@
 // A bracket that cannot be: the solver says which dimensions contradict each other, the sketch stays as it was, and
 // with one of them only measuring it can be solved. Prints:
 //
-//     radius of e0: line e0 is not a circle or an arc; it takes a circle, an arc or an arc segment, and a length above 0
+//     radius of e0: line e0 is not a circle or an arc
+//     it takes a circle, an arc or an arc segment, and a length above 0
 //     conflicting:
 //       base meets wall
 //       wall meets brace
@@ -41,7 +42,9 @@ int main() {
     const ConstraintId length = add("brace 55", Length{brace, 55});
 
     // A constraint that makes no sense is refused at once, and says what would.
-    std::printf("%s\n", sketch.add(Radius{base, 3}).error().message().c_str());
+    const Result<ConstraintId> refused = sketch.add(Radius{base, 3});
+    std::printf("%s: %s\n", refused.error().where.c_str(), refused.error().what.c_str());
+    std::printf("%s\n", refused.error().remedy.c_str());
 
     const SolveResult result = solve(sketch);
     std::printf("%s:\n", std::string(toString(result.ending)).c_str());
