@@ -18,6 +18,9 @@
 #include "solver/src/solving/Solve.h"
 
 namespace holdfast::editing {
+
+using namespace formats;
+using namespace report;
 namespace {
 
 struct Step {
@@ -111,5 +114,5 @@ int measure(const std::string& path) {
 }  // namespace holdfast::editing
 
 int main(int argc, char** argv) {
-    return holdfast::measure(argc > 1 ? argv[1] : HOLDFAST_EXAMPLES "/drawings/honeycomb-grille.json");
+    return holdfast::editing::measure(argc > 1 ? argv[1] : HOLDFAST_EXAMPLES "/drawings/honeycomb-grille.json");
 }

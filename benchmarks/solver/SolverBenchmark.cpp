@@ -200,5 +200,5 @@ int run(int most) {
 }  // namespace holdfast::solver
 
 int main(int count, char** words) {
-    return holdfast::run(count > 1 ? std::atoi(words[1]) : 50000);
+    return holdfast::solver::run(count > 1 ? std::atoi(words[1]) : 50000);
 }

@@ -8,6 +8,8 @@
 #include "tests/formats/DrawingText.h"
 
 namespace holdfast::document {
+
+using namespace formats;
 namespace {
 
 Document everyKind() {

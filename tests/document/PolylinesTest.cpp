@@ -16,6 +16,10 @@
 #include "tests/formats/DrawingText.h"
 
 namespace holdfast::document {
+
+using namespace inference;
+
+using namespace formats;
 namespace {
 
 using testing::ElementsAre;

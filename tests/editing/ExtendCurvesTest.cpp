@@ -13,8 +13,8 @@ Document curveAndWall(const Shape& curve, Vec2 from, Vec2 to) {
     Document document;
     document.name = "curve";
     document.entities = {shapeEntity("c", curve), lineEntity("wall", from, to)};
-    using holdfast::endPoint;
-    using holdfast::startPoint;
+    using geometry::endPoint;
+    using geometry::startPoint;
     if (const auto point = startPoint(curve)) {
         document.entities.push_back(lineEntity("a", *point, *point + Vec2{1, -9}));
         document.constraints.push_back(constraintOf("atStart", coincident, {{"c", start}, {"a", start}}));

@@ -8,6 +8,8 @@
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
+
+using namespace report;
 namespace {
 
 using ::testing::HasSubstr;

@@ -11,7 +11,7 @@
 #include "geometry/crossings/Intersections.h"
 #include "geometry/curves/Parameters.h"
 
-namespace holdfast::testing {
+namespace holdfast::editing {
 
 namespace {
 
@@ -271,4 +271,4 @@ std::string RandomEdits::setEdit(const Document& document) {
     return edit;
 }
 
-}  // namespace holdfast::testing
+}  // namespace holdfast::editing

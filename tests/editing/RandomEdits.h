@@ -5,8 +5,9 @@
 #include <string>
 
 #include "document/Document.h"
+#include "editing/Uses.h"
 
-namespace holdfast::testing {
+namespace holdfast::editing {
 
 /// Edits as a user might type them, of all kinds, on the entities of a drawing as it is now. Many are refused, for good
 /// reasons.
@@ -50,4 +51,4 @@ private:
     std::mt19937 m_random;
 };
 
-}  // namespace holdfast::testing
+}  // namespace holdfast::editing

@@ -26,9 +26,9 @@
 #include "tests/support/DrawingFolder.h"
 
 namespace holdfast::editing {
-namespace {
 
-using testing::RandomEdits;
+using namespace formats;
+namespace {
 
 /// Parts of a drawing's size within which a constraint holds, before an edit and after it.
 constexpr double kHeld = 1e-7, kHolds = 1e-5;

@@ -23,6 +23,8 @@
 
 namespace holdfast::editing {
 
+using namespace formats;
+
 namespace {
 
 /// One constraint in the drawing before and after an edit.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "document/Document.h"
+#include "editing/Uses.h"
 #include "tests/support/DrawingFolder.h"
 
 // Edits real drawings and checks what has to hold after any edit.

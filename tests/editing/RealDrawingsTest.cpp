@@ -13,6 +13,8 @@
 #include "tests/editing/RealDrawings.h"
 
 namespace holdfast::editing {
+
+using namespace formats;
 namespace {
 
 /// A parameter at a share of a curve; of an unbounded one, of the part around its base point.

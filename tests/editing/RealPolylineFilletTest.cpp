@@ -14,6 +14,8 @@
 #include "tests/editing/RealDrawings.h"
 
 namespace holdfast::editing {
+
+using namespace formats;
 namespace {
 
 struct NamedPolyline {

@@ -39,9 +39,9 @@ int main(int count, char** arguments) {
     try {
         const std::string mode = count > 3 ? arguments[1] : "";
         if (mode == "read")
-            holdfast::read(arguments[2], arguments[3]);
+            holdfast::formats::read(arguments[2], arguments[3]);
         else if (mode == "write" && count == 5)
-            holdfast::write(arguments[2], arguments[3], std::atof(arguments[4]));
+            holdfast::formats::write(arguments[2], arguments[3], std::atof(arguments[4]));
         else
             return 2;
     } catch (const std::exception& error) {

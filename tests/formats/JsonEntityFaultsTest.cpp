@@ -1,6 +1,6 @@
 // Entities that a drawing file must not hold.
 
-#include "tests/document/FaultyDrawings.h"
+#include "tests/formats/FaultyDrawings.h"
 
 namespace holdfast::formats {
 namespace {

@@ -1,6 +1,6 @@
 // Text that is not JSON, or not a drawing at its upper levels.
 
-#include "tests/document/FaultyDrawings.h"
+#include "tests/formats/FaultyDrawings.h"
 
 namespace holdfast::formats {
 namespace {

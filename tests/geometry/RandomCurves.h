@@ -4,7 +4,7 @@
 #include <random>
 #include <vector>
 
-#include "document/Document.h"
+#include "geometry/Shapes.h"
 
 namespace holdfast::geometry {
 

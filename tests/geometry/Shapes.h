@@ -6,7 +6,7 @@
 #include <ostream>
 #include <vector>
 
-#include "document/Document.h"
+#include "geometry/Shapes.h"
 #include "geometry/Vec2.h"
 
 namespace holdfast::geometry {

@@ -14,8 +14,6 @@
 namespace holdfast::hosting {
 namespace {
 
-using namespace holdfast::testing;
-
 void dragTo(const YxGeMatrix3d& by) {
     LvConstraintDropData::addDataToWork(by);
     LvConstraintDropData::evaluate();

@@ -15,8 +15,6 @@
 namespace holdfast::hosting {
 namespace {
 
-using namespace holdfast::testing;
-
 YxGeMatrix3d turn(double degrees, Vec2 about) {
     YxGeMatrix3d matrix;
     matrix.setToRotation(degrees * std::numbers::pi / 180.0, YxGeVector3d::kZAxis, {about.x, about.y, 0.0});

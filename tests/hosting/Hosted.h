@@ -12,7 +12,7 @@
 #include "hosting/Drawing.h"
 #include "hosting/evaluator/HostEvaluator.h"
 
-namespace holdfast::testing {
+namespace holdfast::hosting {
 
 /// A drawing that is open in the host, with the evaluator behind its network.
 struct Hosted {
@@ -78,4 +78,4 @@ inline ::testing::AssertionResult isNear(Vec2 is, Vec2 wanted) {
                                          << ")";
 }
 
-}  // namespace holdfast::testing
+}  // namespace holdfast::hosting

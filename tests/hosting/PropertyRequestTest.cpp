@@ -11,7 +11,6 @@
 namespace holdfast::hosting {
 namespace {
 
-using namespace holdfast::testing;
 using EntType = LvEvaDataConverterGripEdit::EntType;
 
 /// One record of the palette, fed as its centre does.

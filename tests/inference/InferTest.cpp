@@ -17,6 +17,8 @@
 #include "tests/document/ConstraintResidual.h"
 
 namespace holdfast::inference {
+
+using namespace formats;
 namespace {
 
 using testing::ElementsAre;

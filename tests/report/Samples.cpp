@@ -6,7 +6,9 @@
 
 #include "formats/json/JsonReader.h"
 
-namespace holdfast::test {
+namespace holdfast::report::test {
+
+using namespace formats;
 
 using enum ConstraintType;
 using enum PlaceKind;
@@ -95,4 +97,4 @@ Document readDrawing(const std::filesystem::path& path) {
     return readJson(in, path.string());
 }
 
-}  // namespace holdfast::test
+}  // namespace holdfast::report::test

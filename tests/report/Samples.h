@@ -5,8 +5,9 @@
 #include <vector>
 
 #include "editing/fates/FateReport.h"
+#include "report/Uses.h"
 
-namespace holdfast::test {
+namespace holdfast::report::test {
 
 inline Entity line(const std::string& id, Vec2 start, Vec2 end) {
     return {.id = id, .shape = LineShape{start, end}, .construction = false, .fixed = false};
@@ -41,4 +42,4 @@ Document everyShape();
 std::vector<std::filesystem::path> realDrawings();
 Document readDrawing(const std::filesystem::path& path);
 
-}  // namespace holdfast::test
+}  // namespace holdfast::report::test

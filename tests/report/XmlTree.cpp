@@ -5,7 +5,9 @@
 
 #include "document/text/Utf8.h"
 
-namespace holdfast::test {
+namespace holdfast::report::test {
+
+using namespace document;
 
 namespace {
 
@@ -174,4 +176,4 @@ XmlNode parseXml(std::string_view text) {
     return Parser(text).document();
 }
 
-}  // namespace holdfast::test
+}  // namespace holdfast::report::test

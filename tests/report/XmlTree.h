@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace holdfast::test {
+namespace holdfast::report::test {
 
 /// One element of an XML text.
 struct XmlNode {
@@ -37,4 +37,4 @@ struct XmlError : std::runtime_error {
 /// CDATA sections, comments and one DOCTYPE are understood.
 XmlNode parseXml(std::string_view text);
 
-}  // namespace holdfast::test
+}  // namespace holdfast::report::test

@@ -9,9 +9,7 @@
 namespace holdfast::solver {
 namespace {
 
-using testing::Sketch;
-
-void expectRefused(Sketch sketch, const SolveRequest& request, const char* why) {
+void expectRefused(SketchText sketch, const SolveRequest& request, const char* why) {
     const std::vector<double> before = sketch.sketch.values;
     const SolveResult result = solve(sketch.sketch, request);
     EXPECT_EQ(result.status, SolveStatus::degenerate);
@@ -20,7 +18,7 @@ void expectRefused(Sketch sketch, const SolveRequest& request, const char* why) 
     EXPECT_EQ(sketch.sketch.values, before);
 }
 
-SolveRequest moving(const Sketch& sketch, std::string_view place, Vec2 to) {
+SolveRequest moving(const SketchText& sketch, std::string_view place, Vec2 to) {
     const int v = sketch.valueOf(place);
     SolveRequest request;
     request.targets = {{v, to.x}, {v + 1, to.y}};
@@ -28,19 +26,19 @@ SolveRequest moving(const Sketch& sketch, std::string_view place, Vec2 to) {
 }
 
 TEST(Degenerate, RefusesACircleOfNoRadius) {
-    expectRefused(Sketch("circle c 0,0 3; fixed! point o 0,0; coincident c.centre o; point p 3,0; coincident p o;"
-                         "point_on_curve p c"),
+    expectRefused(SketchText("circle c 0,0 3; fixed! point o 0,0; coincident c.centre o; point p 3,0; coincident p o;"
+                             "point_on_curve p c"),
                   {}, "circle c would have no radius");
 }
 
 TEST(Degenerate, RefusesALineThatConstantsPullTogether) {
-    expectRefused(Sketch("fixed! point o 0,0; line a 0,0 4,0; line b 4,0 2,3; coincident a.end b.start;"
-                         "coincident a.start o; coincident b.start o"),
+    expectRefused(SketchText("fixed! point o 0,0; line a 0,0 4,0; line b 4,0 2,3; coincident a.end b.start;"
+                             "coincident a.start o; coincident b.start o"),
                   {}, "line a would have no length");
 }
 
 TEST(Degenerate, RefusesAPolylineSegmentOfNoLength) {
-    Sketch sketch("polyline p 0,0 4,0 4,4");
+    SketchText sketch("polyline p 0,0 4,0 4,4");
     const int v = sketch.sketch.vertexValue(sketch.numbers["p"], 1);
     SolveRequest request;
     request.targets = {{v, 0.0}, {v + 1, 0.0}};
@@ -48,7 +46,7 @@ TEST(Degenerate, RefusesAPolylineSegmentOfNoLength) {
 }
 
 TEST(Degenerate, RefusesABulgeThatTurnsOver) {
-    Sketch sketch("polyline p 0,0:0.5 4,0 4,4");
+    SketchText sketch("polyline p 0,0:0.5 4,0 4,4");
     const int number = sketch.numbers["p"];
     SolveRequest request;
     request.targets = {{sketch.sketch.entities[static_cast<std::size_t>(number)].bulgeValues.front(), -0.5}};
@@ -56,13 +54,13 @@ TEST(Degenerate, RefusesABulgeThatTurnsOver) {
 }
 
 TEST(Degenerate, RefusesAnEllipticalArcTurnedInsideOut) {
-    Sketch sketch("ellipse_arc e 0,0 6,0 0.5 0 80; fixed e.centre; fixed! point p 6,0; coincident e.start p");
+    SketchText sketch("ellipse_arc e 0,0 6,0 0.5 0 80; fixed e.centre; fixed! point p 6,0; coincident e.start p");
     SolveRequest request = moving(sketch, "e.end", {6 * std::cos(-0.3), 3 * std::sin(-0.3)});
     expectRefused(sketch, request, "elliptical arc e would turn inside out");
 }
 
 TEST(Degenerate, RefusesAnEllipseWhoseMinorAxisBecomesTheLongerOne) {
-    Sketch sketch("ellipse e 0,0 6,0 0.5; fixed! point p 0,7; point_on_curve p e; fixed e.centre");
+    SketchText sketch("ellipse e 0,0 6,0 0.5; fixed! point p 0,7; point_on_curve p e; fixed e.centre");
     SolveRequest request;
     const int first = sketch.sketch.entities[static_cast<std::size_t>(sketch.numbers["e"])].firstValue;
     request.targets = {{first + 2, 6.0}, {first + 3, 0.0}};
@@ -70,14 +68,14 @@ TEST(Degenerate, RefusesAnEllipseWhoseMinorAxisBecomesTheLongerOne) {
 }
 
 TEST(Degenerate, LetsTheAxesOfAnEllipseBecomeEqual) {
-    Sketch sketch("ellipse e 0,0 6,0 0.5");
+    SketchText sketch("ellipse e 0,0 6,0 0.5");
     SolveRequest request;
     request.targets = {{sketch.sketch.entities.front().firstValue + 4, 6.0}};
     EXPECT_EQ(solve(sketch.sketch, request).status, SolveStatus::solved);
 }
 
 TEST(Degenerate, RefusesASplineDrawnIntoOnePoint) {
-    Sketch sketch("spline s 2 0,0 4,4 8,0");
+    SketchText sketch("spline s 2 0,0 4,4 8,0");
     const int first = sketch.sketch.entities.front().firstValue;
     SolveRequest request;
     for (int v = first; v < first + 6; ++v)
@@ -86,7 +84,7 @@ TEST(Degenerate, RefusesASplineDrawnIntoOnePoint) {
 }
 
 TEST(Degenerate, LetsAnElementStayThatWasCollapsedBefore) {
-    Sketch sketch("line a 5,5 5,5; line b 0,0 4,1; horizontal b");
+    SketchText sketch("line a 5,5 5,5; line b 0,0 4,1; horizontal b");
     EXPECT_EQ(solve(sketch.sketch, {}).status, SolveStatus::solved);
     EXPECT_LT(sketch.worstViolation(), 1e-12);
 }

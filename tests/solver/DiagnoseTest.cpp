@@ -9,13 +9,12 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using testing::Sketch;
 
 int freedomOf(const char* text) {
-    return diagnose(Sketch(text).sketch).freedom;
+    return diagnose(SketchText(text).sketch).freedom;
 }
 
-std::string redundantIn(const Sketch& sketch) {
+std::string redundantIn(const SketchText& sketch) {
     std::string names;
     for (const Redundancy& spare : diagnose(sketch.sketch).redundant)
         names += (names.empty() ? "" : " ") + sketch.namesOf({&spare.constraint, 1}) + (spare.isWhole ? "" : " partly");
@@ -50,20 +49,22 @@ TEST(Diagnose, IsNotFooledByAContactThatMovesFreely) {
 }
 
 TEST(Diagnose, NamesTheLaterOfTwoConstraintsThatSayTheSame) {
-    EXPECT_EQ(redundantIn(Sketch("line a 0,0 5,0; line b 0,2 5,2; horizontal a; horizontal b; parallel a b")), "c2");
-    EXPECT_EQ(redundantIn(
-                  Sketch("line a 0,0 5,1; line b 0,2 5,3; parallel a b; line d 9,0 14,1; parallel b d; parallel a d")),
+    EXPECT_EQ(redundantIn(SketchText("line a 0,0 5,0; line b 0,2 5,2; horizontal a; horizontal b; parallel a b")),
+              "c2");
+    EXPECT_EQ(redundantIn(SketchText(
+                  "line a 0,0 5,1; line b 0,2 5,3; parallel a b; line d 9,0 14,1; parallel b d; parallel a d")),
               "c2");
 }
 
 TEST(Diagnose, NamesAConstraintOfWhichOnlyOneEquationIsSpare) {
-    EXPECT_EQ(redundantIn(Sketch("line a 0,0 5,0; point p 2.5,0; horizontal a; horizontal p a.start; midpoint p a")),
-              "c2 partly");
+    EXPECT_EQ(
+        redundantIn(SketchText("line a 0,0 5,0; point p 2.5,0; horizontal a; horizontal p a.start; midpoint p a")),
+        "c2 partly");
 }
 
 TEST(Diagnose, DoesNotCountACoincidenceThatATangencyRepeats) {
     EXPECT_EQ(
-        redundantIn(Sketch("line a 0,0 5,0; arc k 5,3 3 270 350; coincident a.end k.start; tangent a.end k.start")),
+        redundantIn(SketchText("line a 0,0 5,0; arc k 5,3 3 270 350; coincident a.end k.start; tangent a.end k.start")),
         "");
 }
 
@@ -75,11 +76,11 @@ TEST(Diagnose, FindsTheOneSpareEquationInARingOfEqualLines) {
             "line l" + std::to_string(i) + " " + std::to_string(20 * i) + ",0 " + std::to_string(20 * i + 3) + ",4;";
     for (int i = 0; i < count; ++i)
         text += "equal l" + std::to_string(i) + " l" + std::to_string((i + 1) % count) + ";";
-    EXPECT_EQ(redundantIn(Sketch(text)), "c39");
+    EXPECT_EQ(redundantIn(SketchText(text)), "c39");
 }
 
 TEST(Diagnose, ReportsEachPartByItself) {
-    const Sketch sketch("line a 0,0 5,0; line b 5,0 9,9; circle c 50,50 3; coincident a.end b.start; radius c = 3");
+    const SketchText sketch("line a 0,0 5,0; line b 5,0 9,9; circle c 50,50 3; coincident a.end b.start; radius c = 3");
     const Diagnosis diagnosis = diagnose(sketch.sketch);
     ASSERT_EQ(diagnosis.parts.size(), 2u);
     EXPECT_THAT(diagnosis.parts[0].entities, ElementsAre(0, 1));
@@ -90,7 +91,7 @@ TEST(Diagnose, ReportsEachPartByItself) {
 }
 
 TEST(Diagnose, NamesTheConstraintThatHoldsWorst) {
-    const Sketch sketch("point p 0,0; point q 4,3; point r 9,9; distance p q = 5; distance q r = 1");
+    const SketchText sketch("point p 0,0; point q 4,3; point r 9,9; distance p q = 5; distance q r = 1");
     const Diagnosis diagnosis = diagnose(sketch.sketch);
     EXPECT_EQ(diagnosis.worstConstraint, 1);
     EXPECT_NEAR(diagnosis.worstViolation, std::sqrt(61.0) - 1.0, 1e-12);
@@ -98,7 +99,7 @@ TEST(Diagnose, NamesTheConstraintThatHoldsWorst) {
 }
 
 TEST(Diagnose, NamesEachConflictOnce) {
-    const Sketch sketch(
+    const SketchText sketch(
         "point p 0,0; point q 4,3; distance p q = 5; distance p q = 6; circle c 9,9 3; radius c = 3;"
         "point r 20,20; point s 30,30; distance_x r s = 10; diameter c = 7");
     const Diagnosis diagnosis = diagnose(sketch.sketch);

@@ -10,15 +10,12 @@
 namespace holdfast::solver {
 namespace {
 
-using testing::distance;
-using testing::Sketch;
-
 SolveResult dragTo(DragSession& session, Vec2 goal) {
     const double goals[] = {goal.x, goal.y};
     return session.step(goals);
 }
 
-DragSession beginAt(Sketch& sketch, std::string_view place, Scope reach = Scope::rings) {
+DragSession beginAt(SketchText& sketch, std::string_view place, Scope reach = Scope::rings) {
     const int v = sketch.valueOf(place);
     return DragSession(sketch.sketch, {v, v + 1}, reach);
 }
@@ -38,7 +35,7 @@ std::string chainOfLinks(int count) {
 }
 
 TEST(Drag, PutsAFreePointWhereItIsDragged) {
-    Sketch sketch("line a 0,0 10,0");
+    SketchText sketch("line a 0,0 10,0");
     DragSession session = beginAt(sketch, "a.end");
     EXPECT_EQ(dragTo(session, {12, 7}).status, SolveStatus::solved);
     EXPECT_LT(distance(sketch.at("a.end"), {12, 7}), 1e-12);
@@ -46,7 +43,7 @@ TEST(Drag, PutsAFreePointWhereItIsDragged) {
 }
 
 TEST(Drag, KeepsEveryConstraintInEveryStep) {
-    Sketch sketch(
+    SketchText sketch(
         "line a 0,0 20,0; arc k 20,5 5 270 350; line b 24.924,4.132 26,10; tangent a.end k.start;"
         "tangent k.end b.start; horizontal a; radius k = 5; distance b = 7");
     ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
@@ -59,7 +56,7 @@ TEST(Drag, KeepsEveryConstraintInEveryStep) {
 }
 
 TEST(Drag, ComesBackToWhereItBegan) {
-    Sketch sketch(chainOfLinks(8));
+    SketchText sketch(chainOfLinks(8));
     const std::vector<double> before = sketch.sketch.values;
     DragSession session = beginAt(sketch, "l7.end");
     for (const double x : {62.0, 56.0, 40.0, 50.0, 64.0})
@@ -69,7 +66,7 @@ TEST(Drag, ComesBackToWhereItBegan) {
 }
 
 TEST(Drag, MovesOnlyTheNeighbourhoodThatTheDragNeeds) {
-    Sketch sketch(chainOfLinks(200));
+    SketchText sketch(chainOfLinks(200));
     DragSession session = beginAt(sketch, "l100.start");
     const SolveResult result = dragTo(session, {800, 3});
     ASSERT_TRUE(result.isSolved());
@@ -86,7 +83,7 @@ TEST(Drag, DoesNotSpreadThroughARadiusThatManyShare) {
         text += "circle c" + n + " " + x + ",0 2; point p" + n + " " + std::to_string(10 * i + 2) + ",0;";
         text += "point_on_curve p" + n + " c" + n + "; equal c" + n + " c0;";
     }
-    Sketch sketch(text);
+    SketchText sketch(text);
     DragSession session = beginAt(sketch, "p7");
     const SolveResult result = dragTo(session, {75, 1});
     ASSERT_TRUE(result.isSolved());
@@ -103,7 +100,7 @@ TEST(Drag, OpensASharedRadiusWhenNothingElseHelps) {
         text += "circle c" + n + " " + std::to_string(10 * i) + ",0 2; equal c" + n + " c0;";
         text += "point p" + n + " " + std::to_string(10 * i + 2) + ",0; point_on_curve p" + n + " c" + n + ";";
     }
-    Sketch sketch(text);
+    SketchText sketch(text);
     DragSession session = beginAt(sketch, "p0");
     ASSERT_TRUE(dragTo(session, {3, 0}).isSolved());
     EXPECT_LT(session.miss(), 1e-5);
@@ -111,7 +108,7 @@ TEST(Drag, OpensASharedRadiusWhenNothingElseHelps) {
 }
 
 TEST(Drag, ReachesFartherWhenTheNeighbourhoodDoesNotSuffice) {
-    Sketch sketch(chainOfLinks(40));
+    SketchText sketch(chainOfLinks(40));
     DragSession session = beginAt(sketch, "l39.end");
     const int narrow = session.freedom();
     ASSERT_TRUE(dragTo(session, {290, 120}).isSolved());
@@ -157,7 +154,7 @@ std::string rigidTruss(int cells) {
     return text;
 }
 
-void expectTakenAlong(Sketch sketch, std::string_view place, Scope reach, double step) {
+void expectTakenAlong(SketchText sketch, std::string_view place, Scope reach, double step) {
     const Vec2 start = sketch.at(place);
     DragSession session = beginAt(sketch, place, reach);
     for (int i = 1; i <= 20; ++i) {
@@ -171,16 +168,16 @@ void expectTakenAlong(Sketch sketch, std::string_view place, Scope reach, double
 TEST(Drag, TakesARigidFigureAlongAsAWhole) {
     for (const Scope reach : {Scope::rings, Scope::part}) {
         for (const double step : {0.1, 3.0, 50.0}) {
-            expectTakenAlong(Sketch(kRigidRectangle), "b.end", reach, step);
-            expectTakenAlong(Sketch(rigidTruss(9)), "u8.end", reach, step);
-            expectTakenAlong(Sketch(rigidTruss(9)), "l4.start", reach, step);
+            expectTakenAlong(SketchText(kRigidRectangle), "b.end", reach, step);
+            expectTakenAlong(SketchText(rigidTruss(9)), "u8.end", reach, step);
+            expectTakenAlong(SketchText(rigidTruss(9)), "l4.start", reach, step);
         }
     }
 }
 
 TEST(Drag, YieldsToAConstraintAndComesAsNearAsItCan) {
     for (const Scope reach : {Scope::rings, Scope::part}) {
-        Sketch sketch("fixed! point o 0,0; line a 0,0 10,0; coincident a.start o; distance a = 10");
+        SketchText sketch("fixed! point o 0,0; line a 0,0 10,0; coincident a.start o; distance a = 10");
         DragSession session = beginAt(sketch, "a.end", reach);
         for (int i = 1; i <= 40; ++i) {
             const double angle = 0.15 * i, radius = 10.0 + i;
@@ -194,7 +191,7 @@ TEST(Drag, YieldsToAConstraintAndComesAsNearAsItCan) {
 
 TEST(Drag, StretchesAnArmTowardsAGoalOutOfItsReach) {
     for (const Scope reach : {Scope::rings, Scope::part}) {
-        Sketch sketch(kFoldedArm);
+        SketchText sketch(kFoldedArm);
         DragSession session = beginAt(sketch, "b.end", reach);
         for (int i = 1; i <= 40; ++i) {
             ASSERT_TRUE(dragTo(session, {16.0 + i, 0.5 * i}).isSolved()) << i;
@@ -206,7 +203,7 @@ TEST(Drag, StretchesAnArmTowardsAGoalOutOfItsReach) {
 }
 
 TEST(Drag, StretchesALongChainTowardsAGoalOutOfItsReach) {
-    Sketch sketch("fixed! point o 0,0;" + chainOfLinks(20) + "coincident l0.start o");
+    SketchText sketch("fixed! point o 0,0;" + chainOfLinks(20) + "coincident l0.start o");
     DragSession session = beginAt(sketch, "l19.end");
     for (int i = 1; i <= 40; ++i) {
         ASSERT_TRUE(dragTo(session, {160.0 + 5 * i, 0.0}).isSolved()) << i;
@@ -217,7 +214,7 @@ TEST(Drag, StretchesALongChainTowardsAGoalOutOfItsReach) {
 
 TEST(Drag, FollowsAGoalOutOfReachSideways) {
     for (const Scope reach : {Scope::rings, Scope::part}) {
-        Sketch sketch("fixed! point o 0,0;" + chainOfLinks(30) + "coincident l0.start o");
+        SketchText sketch("fixed! point o 0,0;" + chainOfLinks(30) + "coincident l0.start o");
         DragSession session = beginAt(sketch, "l29.end", reach);
         for (int i = 0; i <= 60; ++i) {
             const double angle = 0.025 * i, radius = 240.0 + 10.0 * std::min(i, 20);
@@ -231,7 +228,7 @@ TEST(Drag, FollowsAGoalOutOfReachSideways) {
 }
 
 TEST(Drag, StopsBeforeAnArcWouldCollapse) {
-    Sketch sketch(
+    SketchText sketch(
         "line a 0,0 20,0; arc k 20,5 5 270 360; fixed! xline y 0,0 0; tangent a.end k.start;"
         "point_on_curve a.start y; point_on_curve a.end y; fixed k.end");
     DragSession session = beginAt(sketch, "k.centre");
@@ -242,7 +239,7 @@ TEST(Drag, StopsBeforeAnArcWouldCollapse) {
 }
 
 TEST(Drag, LeavesOtherPartsAloneToTheLastBit) {
-    Sketch sketch(chainOfLinks(6) + "line u 0.1,50.3 9.7,55.5; line v 9.7,55.5 3.3,60.1; coincident u.end v.start");
+    SketchText sketch(chainOfLinks(6) + "line u 0.1,50.3 9.7,55.5; line v 9.7,55.5 3.3,60.1; coincident u.end v.start");
     const std::vector<double> before = sketch.sketch.values;
     DragSession session = beginAt(sketch, "l5.end");
     ASSERT_TRUE(dragTo(session, {45, 12}).isSolved());

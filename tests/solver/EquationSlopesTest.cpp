@@ -12,8 +12,6 @@
 namespace holdfast::solver {
 namespace {
 
-using testing::Sketch;
-
 constexpr const char* kPoints =
     "point p 1,2; point q 4,-3; line a 0,0 7,3; line b 1,9 5,2; arc k 3,1 5 20 130; circle c 9,2 3;"
     "spline s 3 0,0 2,5 6,4 9,-1 12,2; polyline w 0,0:0.4 6,1 9,5:-0.7 2,8;"
@@ -64,8 +62,8 @@ constexpr const char* kSmooth =
     "internal m e as major_diameter; internal n e as minor_diameter; internal p e as focus1; internal q e as focus2";
 
 /// A periodic rational spline has no end that is a control point: its start is read as a point of the curve.
-Sketch unclampedSplines() {
-    Sketch sketch("line a 0,0 7,3");
+SketchText unclampedSplines() {
+    SketchText sketch("line a 0,0 7,3");
     SplineShape open{2, false, {{0, 0}, {3, 4}, {6, 1}, {9, 5}}, {0, 1, 2, 3, 4, 5, 6}, {1, 2, 1.5, 1}};
     SplineShape round{3, true, {{0, 0}, {4, 0}, {5, 3}, {2, 5}, {-1, 3}}, {0, 1, 2, 3.5, 4, 5}, {1, 2, 3, 1, 1}};
     sketch.numbers["s"] = sketch.sketch.addSpline("s", open);
@@ -121,7 +119,7 @@ void expectExactSlopes(EquationSystem system, Coverage& coverage) {
     }
 }
 
-void expectExactSlopes(const Sketch& sketch, Coverage& coverage) {
+void expectExactSlopes(const SketchText& sketch, Coverage& coverage) {
     expectExactSlopes(buildPlainSystem(sketch.sketch, bindingConstraints(sketch.sketch)), coverage);
     expectExactSlopes(buildSystem(sketch.sketch), coverage);
     KeptSizes sizes;
@@ -134,7 +132,7 @@ void expectExactSlopes(const Sketch& sketch, Coverage& coverage) {
 TEST(EquationSlopes, AgreeWithDifferencesForEveryFormulaAndOperand) {
     Coverage coverage;
     for (const char* text : {kPoints, kCurves, kDirections, kTangents, kSmooth})
-        expectExactSlopes(Sketch(text), coverage);
+        expectExactSlopes(SketchText(text), coverage);
     expectExactSlopes(unclampedSplines(), coverage);
     for (int residualKind = 0; residualKind <= static_cast<int>(ResidualKind::bulgeSweep); ++residualKind)
         EXPECT_TRUE(coverage.residuals.contains(static_cast<ResidualKind>(residualKind)))
@@ -144,7 +142,7 @@ TEST(EquationSlopes, AgreeWithDifferencesForEveryFormulaAndOperand) {
 }
 
 TEST(EquationSlopes, AreFiniteWhereALineHasNoLength) {
-    Sketch sketch("line a 1,1 1,1; line b 0,0 4,0; line d 2,2 2,2; parallel a d; distance a = 3; equal a b");
+    SketchText sketch("line a 1,1 1,1; line b 0,0 4,0; line d 2,2 2,2; parallel a d; distance a = 3; equal a b");
     const EquationSystem system = buildSystem(sketch.sketch);
     std::vector<double> slopes;
     for (const Equation& equation : system.set.equations) {

@@ -10,10 +10,8 @@
 namespace holdfast::solver {
 namespace {
 
-using testing::Sketch;
-
 double measuredIn(const char* text) {
-    const Sketch sketch(text);
+    const SketchText sketch(text);
     return measured(sketch.sketch, static_cast<int>(sketch.sketch.constraints.size()) - 1);
 }
 
@@ -44,7 +42,7 @@ TEST(Measure, RefusesAConstraintThatMeasuresNothing) {
 }
 
 TEST(Measure, SaysHowFarEachConstraintIsFromHolding) {
-    const Sketch sketch("line a 0,0 3,0.5; circle c 0,9 2; horizontal a; radius c = 2.25; off vertical a");
+    const SketchText sketch("line a 0,0 3,0.5; circle c 0,9 2; horizontal a; radius c = 2.25; off vertical a");
     const std::vector<double> misses = violationsOf(sketch.sketch);
     EXPECT_NEAR(misses[0], 0.5, 1e-12);
     EXPECT_NEAR(misses[1], 0.25, 1e-12);

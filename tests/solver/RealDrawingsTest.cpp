@@ -21,6 +21,10 @@
 // A drawing that does not hold as it is stored is left out, and counted.
 
 namespace holdfast::solver {
+
+using namespace document;
+using namespace formats;
+using namespace hosting;
 namespace {
 
 namespace fs = std::filesystem;

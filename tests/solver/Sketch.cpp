@@ -9,7 +9,7 @@
 #include "solver/src/residuals/Operands.h"
 #include "solver/src/sketch/Measure.h"
 
-namespace holdfast::testing {
+namespace holdfast::solver {
 
 namespace {
 
@@ -67,7 +67,7 @@ EllipseHelper helperNamed(const std::string& role) {
 
 }  // namespace
 
-Sketch::Sketch(std::string_view text) {
+SketchText::SketchText(std::string_view text) {
     while (!text.empty()) {
         const std::size_t end = std::min(text.find(';'), text.size());
         add(text.substr(0, end));
@@ -75,7 +75,7 @@ Sketch::Sketch(std::string_view text) {
     }
 }
 
-void Sketch::add(std::string_view statement) {
+void SketchText::add(std::string_view statement) {
     Words words = wordsOf(statement);
     if (words.empty())
         return;
@@ -90,7 +90,7 @@ void Sketch::add(std::string_view statement) {
     sketch.entities.back().fixed = isFixed;
 }
 
-bool Sketch::addEntity(const Words& w) {
+bool SketchText::addEntity(const Words& w) {
     const std::string& kind = w[0];
     if (kind == "line")
         sketch.addLine(w[1], pair(w[2]), pair(w[3]));
@@ -119,7 +119,7 @@ bool Sketch::addEntity(const Words& w) {
     return true;
 }
 
-void Sketch::addConstraint(Words words) {
+void SketchText::addConstraint(Words words) {
     SketchConstraint constraint;
     constraint.id = "c" + std::to_string(sketch.constraints.size());
     const auto take = [&](const char* word) {
@@ -144,46 +144,42 @@ void Sketch::addConstraint(Words words) {
     sketch.addConstraint(constraint);
 }
 
-SketchPlace Sketch::place(std::string_view text) const {
+SketchPlace SketchText::place(std::string_view text) const {
     const std::size_t dot = text.find('.');
     const std::string id(text.substr(0, dot));
     const auto kind = dot == std::string_view::npos ? Place{} : parsePlace(text.substr(dot + 1)).value();
     return {numbers.at(id), kind.kind, kind.index};
 }
 
-int Sketch::valueOf(std::string_view text) const {
+int SketchText::valueOf(std::string_view text) const {
     return pointAt(sketch, place(text)).value().inputs.front();
 }
 
-Vec2 Sketch::at(std::string_view text) const {
+Vec2 SketchText::at(std::string_view text) const {
     const auto v = static_cast<std::size_t>(valueOf(text));
     return {sketch.values[v], sketch.values[v + 1]};
 }
 
-void Sketch::move(std::string_view text, Vec2 to) {
+void SketchText::move(std::string_view text, Vec2 to) {
     const auto v = static_cast<std::size_t>(valueOf(text));
     sketch.values[v] = to.x;
     sketch.values[v + 1] = to.y;
 }
 
-double Sketch::value(std::string_view entity, int index) const {
+double SketchText::value(std::string_view entity, int index) const {
     return sketch.valuesOf(numbers.at(std::string(entity)))[static_cast<std::size_t>(index)];
 }
 
-std::string Sketch::namesOf(std::span<const int> constraints) const {
+std::string SketchText::namesOf(std::span<const int> constraints) const {
     std::string names;
     for (const int c : constraints)
         names += (names.empty() ? "" : " ") + sketch.constraints[static_cast<std::size_t>(c)].id;
     return names;
 }
 
-double Sketch::worstViolation() const {
+double SketchText::worstViolation() const {
     const std::vector<double> misses = violationsOf(sketch);
     return *std::max_element(misses.begin(), misses.end());
 }
 
-double distance(Vec2 a, Vec2 b) {
-    return std::hypot(a.x - b.x, a.y - b.y);
-}
-
-}  // namespace holdfast::testing
+}  // namespace holdfast::solver

@@ -4,10 +4,15 @@
 #include <string>
 #include <string_view>
 
+#include "hosting/evaluator/SketchFromDocument.h"
 #include "solver/src/sketch/SketchData.h"
 #include "solver/src/solving/Solve.h"
 
-namespace holdfast::testing {
+namespace holdfast::solver {
+
+// Tests read sketches from drawings, which stand above the solver.
+using namespace document;
+using namespace hosting;
 
 /// A sketch from a line of text per element and constraint, split by semicolons:
 ///
@@ -18,11 +23,11 @@ namespace holdfast::testing {
 /// points, clamped), polyline (vertices, x,y or x,y:bulge; last word `closed`). Angles are degrees. `fixed!` in front
 /// makes an element reference geometry. Constraints go by their names in drawing files; `off` in front switches one
 /// off, `measured` makes a dimension follow, `as ROLE` at the end says which helper of an ellipse it is.
-struct Sketch {
+struct SketchText {
     SketchData sketch;
     std::map<std::string, int> numbers;  ///< of elements, by id
 
-    explicit Sketch(std::string_view text);
+    explicit SketchText(std::string_view text);
 
     void add(std::string_view statement);
 
@@ -50,6 +55,4 @@ private:
     void addConstraint(std::vector<std::string> words);
 };
 
-double distance(Vec2 a, Vec2 b);
-
-}  // namespace holdfast::testing
+}  // namespace holdfast::solver

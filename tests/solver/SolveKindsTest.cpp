@@ -10,8 +10,6 @@
 namespace holdfast::solver {
 namespace {
 
-using testing::Sketch;
-
 struct Row {
     const char* what;
     const char* sketch;
@@ -24,7 +22,7 @@ std::ostream& operator<<(std::ostream& out, const Row& row) {
 class SolveKinds : public ::testing::TestWithParam<Row> {};
 
 TEST_P(SolveKinds, BringsTheConstraintAbout) {
-    Sketch sketch(GetParam().sketch);
+    SketchText sketch(GetParam().sketch);
     ASSERT_GT(sketch.worstViolation(), 1e-3) << "the sketch holds already: nothing would be tried";
     const SolveResult result = solve(sketch.sketch, {});
     EXPECT_EQ(result.status, SolveStatus::solved);

@@ -11,17 +11,15 @@
 namespace holdfast::solver {
 namespace {
 
-using testing::distance;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using testing::Sketch;
 
-void expectAt(const Sketch& sketch, std::string_view place, Vec2 expected, double tolerance = 1e-9) {
+void expectAt(const SketchText& sketch, std::string_view place, Vec2 expected, double tolerance = 1e-9) {
     EXPECT_NEAR(sketch.at(place).x, expected.x, tolerance) << place;
     EXPECT_NEAR(sketch.at(place).y, expected.y, tolerance) << place;
 }
 
-SolveRequest moving(const Sketch& sketch, std::string_view place, Vec2 to) {
+SolveRequest moving(const SketchText& sketch, std::string_view place, Vec2 to) {
     const int v = sketch.valueOf(place);
     SolveRequest request;
     request.targets = {{v, to.x}, {v + 1, to.y}};
@@ -29,7 +27,7 @@ SolveRequest moving(const Sketch& sketch, std::string_view place, Vec2 to) {
 }
 
 TEST(Solve, LeavesAFigureThatHoldsAloneToTheLastBit) {
-    Sketch sketch(
+    SketchText sketch(
         "line a 0.1,0.2 10.3,0.2; line b 10.3,0.2 10.3,7.7; coincident a.end b.start; horizontal a; vertical b");
     const std::vector<double> before = sketch.sketch.values;
     const SolveResult result = solve(sketch.sketch, {});
@@ -39,27 +37,27 @@ TEST(Solve, LeavesAFigureThatHoldsAloneToTheLastBit) {
 }
 
 TEST(Solve, MeetsHalfWayWhenNothingElseDecides) {
-    Sketch sketch("point p 0,0; point q 4,2; coincident p q");
+    SketchText sketch("point p 0,0; point q 4,2; coincident p q");
     solve(sketch.sketch, {});
     expectAt(sketch, "p", {2, 1});
     expectAt(sketch, "q", {2, 1});
 }
 
 TEST(Solve, MovesAPointOntoALineByTheShortestWay) {
-    Sketch sketch("point p 3,4; fixed! line a 0,0 10,0; point_on_curve p a");
+    SketchText sketch("point p 3,4; fixed! line a 0,0 10,0; point_on_curve p a");
     solve(sketch.sketch, {});
     expectAt(sketch, "p", {3, 0});
 }
 
 TEST(Solve, KeepsTheSideOfADistance) {
-    Sketch sketch("point p 3,-4; fixed! line a 0,0 10,1; distance p a = 2");
+    SketchText sketch("point p 3,-4; fixed! line a 0,0 10,1; distance p a = 2");
     solve(sketch.sketch, {});
     EXPECT_LT(sketch.at("p").y, 0.0);
     EXPECT_NEAR((10 * sketch.at("p").y - sketch.at("p").x) / std::sqrt(101.0), -2.0, 1e-9);
 }
 
 TEST(Solve, LetsAFixedLineSlideAlongItself) {
-    Sketch sketch("line a 0,0 10,5; fixed a");
+    SketchText sketch("line a 0,0 10,5; fixed a");
     const SolveResult along = solve(sketch.sketch, moving(sketch, "a.end", {14, 7}));
     EXPECT_TRUE(along.isSolved());
     expectAt(sketch, "a.start", {0, 0});
@@ -70,7 +68,7 @@ TEST(Solve, LetsAFixedLineSlideAlongItself) {
 }
 
 TEST(Solve, CarriesNeighboursAlongWithAnEdit) {
-    Sketch sketch(
+    SketchText sketch(
         "line a 0,0 10,0; line b 10,0 10,5; line c 10,5 0,5; coincident a.end b.start;"
         "coincident b.end c.start; horizontal a; vertical b; horizontal c");
     const SolveResult result = solve(sketch.sketch, moving(sketch, "b.end", {12, 6}));
@@ -82,7 +80,7 @@ TEST(Solve, CarriesNeighboursAlongWithAnEdit) {
 }
 
 TEST(Solve, DoesNotTouchWhatIsNotConnected) {
-    Sketch sketch(
+    SketchText sketch(
         "line a 0,0 10,0; line b 10,0 10,5; coincident a.end b.start; line u 1.1,2.2 3.3,4.4;"
         "line v 3.3,4.4 5.5,0.7; coincident u.end v.start; distance u = 3.111269837220809");
     const std::vector<double> before = sketch.sketch.values;
@@ -97,7 +95,7 @@ TEST(Solve, DoesNotTouchWhatIsNotConnected) {
 }
 
 TEST(Solve, SaysWhatMovedAndHowFar) {
-    Sketch sketch("line a 0,0 10,0; line b 10,0 10,5; line far 50,50 60,60; coincident a.end b.start");
+    SketchText sketch("line a 0,0 10,0; line b 10,0 10,5; line far 50,50 60,60; coincident a.end b.start");
     const SolveResult result = solve(sketch.sketch, moving(sketch, "a.end", {13, 4}));
     ASSERT_EQ(result.movements.size(), 2u);
     EXPECT_EQ(result.movements[0].entity, sketch.numbers["a"]);
@@ -111,7 +109,7 @@ TEST(Solve, MovesFewElementsWithRingsAndLittleWithTheWholePart) {
         "coincident a.end b.start; coincident b.end c.start; coincident c.end d.start;"
         "coincident d.end e.start; distance a = 10; distance b = 10; distance c = 10;"
         "coincident e.end f.start; distance d = 10; distance e = 10; distance f = 10";
-    Sketch rings(chain), part(chain);
+    SketchText rings(chain), part(chain);
     SolveRequest request = moving(rings, "a.start", {0, 3});
     const SolveResult few = solve(rings.sketch, request);
     request.reach = Scope::part;
@@ -122,13 +120,13 @@ TEST(Solve, MovesFewElementsWithRingsAndLittleWithTheWholePart) {
 }
 
 TEST(Solve, IgnoresConstraintsThatAreOffOrMeasured) {
-    Sketch sketch("point p 0,0; point q 4,2; off coincident p q; measured distance p q = 100");
+    SketchText sketch("point p 0,0; point q 4,2; off coincident p q; measured distance p q = 100");
     EXPECT_EQ(solve(sketch.sketch, {}).status, SolveStatus::unchanged);
     expectAt(sketch, "q", {4, 2});
 }
 
 TEST(Solve, LivesWithRedundantConstraints) {
-    Sketch sketch(
+    SketchText sketch(
         "line a 0,0 10,1; line b 10,0 10,7; line c 10,7 1,7; line d 0,7 0,1; coincident a.end b.start;"
         "coincident b.end c.start; coincident c.end d.start; coincident d.end a.start; horizontal a; vertical b;"
         "horizontal c; vertical d; parallel a c; perpendicular a b; equal a c; equal b d; parallel b d");
@@ -137,7 +135,7 @@ TEST(Solve, LivesWithRedundantConstraints) {
 }
 
 TEST(Solve, RefusesAnEditThatConstraintsForbidAndNamesThem) {
-    Sketch sketch(
+    SketchText sketch(
         "fixed! point o 0,0; line a 0,0 5,0; coincident a.start o; distance a = 5; line b 5,0 9,9;"
         "coincident a.end b.start");
     const std::vector<double> before = sketch.sketch.values;
@@ -149,7 +147,7 @@ TEST(Solve, RefusesAnEditThatConstraintsForbidAndNamesThem) {
 }
 
 TEST(Solve, NamesOnlyTheConstraintsInConflict) {
-    Sketch sketch(
+    SketchText sketch(
         "fixed! point o 0,0; fixed! point e 10,4; line a 0,0 10,0; line b 0,20 9,21; coincident a.start o;"
         "horizontal b; coincident a.end e; horizontal a; distance b = 7");
     const SolveResult result = solve(sketch.sketch, {});
@@ -158,7 +156,7 @@ TEST(Solve, NamesOnlyTheConstraintsInConflict) {
 }
 
 TEST(Solve, NamesATriangleThatCannotClose) {
-    Sketch sketch(
+    SketchText sketch(
         "point p 0,0; point q 10,0; point r 5,5; distance p q = 10; distance q r = 3; distance r p = 4;"
         "horizontal p q");
     const SolveResult result = solve(sketch.sketch, {});
@@ -167,14 +165,14 @@ TEST(Solve, NamesATriangleThatCannotClose) {
 }
 
 TEST(Solve, NamesEqualLengthsAskedOfFixedLines) {
-    Sketch sketch("fixed! line a 0,0 10,0; fixed! line b 0,5 6,5; equal a b");
+    SketchText sketch("fixed! line a 0,0 10,0; fixed! line b 0,5 6,5; equal a b");
     const SolveResult result = solve(sketch.sketch, {});
     EXPECT_EQ(result.status, SolveStatus::conflicting);
     EXPECT_EQ(sketch.namesOf(result.conflicting), "c0");
 }
 
 TEST(Solve, RefusesToCollapseALine) {
-    Sketch sketch("line a 0,0 4,0; horizontal a; vertical a");
+    SketchText sketch("line a 0,0 4,0; horizontal a; vertical a");
     const std::vector<double> before = sketch.sketch.values;
     const SolveResult result = solve(sketch.sketch, {});
     EXPECT_EQ(result.status, SolveStatus::degenerate);
@@ -184,7 +182,7 @@ TEST(Solve, RefusesToCollapseALine) {
 }
 
 TEST(Solve, DoesNotTurnAnArcInsideOut) {
-    Sketch sketch("arc k 0,0 5 0 80; fixed! point p 5,0; coincident k.start p; fixed k.centre");
+    SketchText sketch("arc k 0,0 5 0 80; fixed! point p 5,0; coincident k.start p; fixed k.centre");
     const SolveResult result = solve(sketch.sketch, moving(sketch, "k.end", {5 * std::cos(-0.3), 5 * std::sin(-0.3)}));
     EXPECT_EQ(result.status, SolveStatus::degenerate);
     ASSERT_TRUE(result.degeneracy.has_value());
@@ -192,7 +190,7 @@ TEST(Solve, DoesNotTurnAnArcInsideOut) {
 }
 
 TEST(Solve, DoesNotTurnATangencyOver) {
-    Sketch sketch("fixed! line a -9,0 0,0; arc k 0,3 3 270 350; tangent a.end k.start; radius k = 3");
+    SketchText sketch("fixed! line a -9,0 0,0; arc k 0,3 3 270 350; tangent a.end k.start; radius k = 3");
     // The arc's centre on the other side would make the curves run against each other.
     const SolveResult result = solve(sketch.sketch, moving(sketch, "k.centre", {0, -3}));
     EXPECT_FALSE(result.isSolved());
@@ -200,7 +198,7 @@ TEST(Solve, DoesNotTurnATangencyOver) {
 }
 
 TEST(Solve, KeepsTheCarrierOfAnEditedElementBeforeItsNeighbours) {
-    Sketch sketch("line a 0,0 10,0; line b 10,0 10,5; coincident a.end b.start; equal a b");
+    SketchText sketch("line a 0,0 10,0; line b 10,0 10,5; coincident a.end b.start; equal a b");
     SolveRequest request = moving(sketch, "a.end", {12, 0});
     request.edited = {sketch.numbers["a"]};
     ASSERT_TRUE(solve(sketch.sketch, request).isSolved());
@@ -210,7 +208,7 @@ TEST(Solve, KeepsTheCarrierOfAnEditedElementBeforeItsNeighbours) {
 }
 
 TEST(Solve, FallsBackToTurningAnElementWhoseExactPlaceIsForbidden) {
-    Sketch sketch("line a 0,0 10,0; horizontal a");
+    SketchText sketch("line a 0,0 10,0; horizontal a");
     const int v = sketch.valueOf("a.start");
     SolveRequest request;  // a quarter turn about the start, which `horizontal` forbids
     request.targets = {{v, 0}, {v + 1, 0}, {v + 2, 0}, {v + 3, 10}};
@@ -224,7 +222,7 @@ TEST(Solve, FallsBackToTurningAnElementWhoseExactPlaceIsForbidden) {
 }
 
 TEST(Solve, GivesUpSizesLast) {
-    Sketch sketch(
+    SketchText sketch(
         "line a 0,0 10,0; fixed! xline x 0,0 90; fixed! xline y 10,0 90; point_on_curve a.start x;"
         "point_on_curve a.end y; horizontal a");
     const int v = sketch.valueOf("a.start");
@@ -239,14 +237,14 @@ TEST(Solve, GivesUpSizesLast) {
 }
 
 TEST(Solve, TakesBranchesFromTheReferenceNotFromWhereThingsAre) {
-    Sketch sketch("fixed! circle c 0,0 5; circle d 8,0 3; tangent c d");
+    SketchText sketch("fixed! circle c 0,0 5; circle d 8,0 3; tangent c d");
     sketch.move("d.centre", {3, 0});  // now inside, but it was outside when the edit began
     solve(sketch.sketch, {});
     EXPECT_NEAR(distance(sketch.at("d.centre"), {0, 0}) - sketch.value("d", 2), 5.0, 1e-9);
 }
 
 TEST(Solve, FollowsTheReferenceWhenTheDirectWayLeadsToAnotherBranch) {
-    Sketch sketch("fixed! point o 0,0; arc k 0,0 5 10 80; coincident k.centre o; radius k = 5");
+    SketchText sketch("fixed! point o 0,0; arc k 0,0 5 10 80; coincident k.centre o; radius k = 5");
     sketch.move("k.start", {-1, 5});  // dragged past its own end
     const SolveResult result = solve(sketch.sketch, {});
     EXPECT_TRUE(result.isSolved());
@@ -254,7 +252,7 @@ TEST(Solve, FollowsTheReferenceWhenTheDirectWayLeadsToAnotherBranch) {
 }
 
 TEST(Solve, SaysWhatAConstraintCannotApplyTo) {
-    Sketch sketch("line a 0,0 4,0; circle c 0,0 3; horizontal c");
+    SketchText sketch("line a 0,0 4,0; circle c 0,0 3; horizontal c");
     try {
         solve(sketch.sketch, {});
         FAIL() << "nobody complained";

@@ -190,7 +190,7 @@ FeedingScene::Fields FeedingScene::fields(const AssocConstraintHeader& read) con
     auto flag = [](bool value) { return std::string(value ? "true" : "false"); };
     std::string points;
     for (const YxGePoint3d& point : read.points)
-        join(points, holdfast::textOf(point));
+        join(points, module::textOf(point));
     char converter[32];
     std::snprintf(converter, sizeof converter, "%p", static_cast<void*>(read.converter));
     return {{"editKind", std::to_string(read.editKind)},
@@ -204,8 +204,8 @@ FeedingScene::Fields FeedingScene::fields(const AssocConstraintHeader& read) con
             {"dropObjectIds", text(read.dropObjectIds)},
             {"preEditEntities", text(read.preEditEntities)},
             {"points", points},
-            {"dragTransform", holdfast::textOf(read.dragTransform)},
-            {"staticTransform", holdfast::textOf(read.staticTransform)},
+            {"dragTransform", module::textOf(read.dragTransform)},
+            {"staticTransform", module::textOf(read.staticTransform)},
             {"polylineEntities", text(read.polylineEntities)},
             {"polylineIndexLists", listText(read.polylineIndexLists)},
             {"unconstrainedEntities", text(read.unconstrainedEntities)},

@@ -12,6 +12,8 @@
 // moves when it is solved again, {case: distance}.
 
 namespace holdfast::solver {
+
+using namespace document;
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -113,7 +115,7 @@ void print(std::ostream& out) {
 
 int main(int count, char** words) {
     if (count > 1 && std::string(words[1]) == "resolve")
-        holdfast::resolve(std::cin, std::cout);
+        holdfast::solver::resolve(std::cin, std::cout);
     else
-        holdfast::print(std::cout);
+        holdfast::solver::print(std::cout);
 }

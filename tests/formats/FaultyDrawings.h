@@ -7,7 +7,7 @@
 
 #include "tests/formats/DrawingText.h"
 
-namespace holdfast::document {
+namespace holdfast::formats {
 
 /// Reads every row's text and compares the error with what the row says.
 inline void expectFaults(std::span<const FaultyDrawing> rows) {
@@ -24,4 +24,4 @@ inline void expectFaults(std::span<const FaultyDrawing> rows) {
     }
 }
 
-}  // namespace holdfast::document
+}  // namespace holdfast::formats
