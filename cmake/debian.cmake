@@ -35,6 +35,11 @@ else()
   debian_package(module libholdfast${abi} libs "Keeps 2-D constraint networks true while a CAD host edits")
   debian_package(development libholdfast-dev libdevel "Headers and build files of libholdfast" module)
 endif()
+if(TARGET holdfast_solver)
+  debian_package(solver libholdfast-solver${abi} libs "Solver for 2-D geometric constraints")
+  debian_package(solver_development libholdfast-solver-dev libdevel "Headers and build files of libholdfast-solver"
+                 solver)
+endif()
 if(TARGET holdfast_program)
   debian_package(program holdfast graphics "Edits constrained drawings and tells each constraint's fate"
                  module)

@@ -3,6 +3,8 @@
 #   development        its headers, and the files by which CMake and pkg-config find it
 #   model              the in-memory host, where the module was built against it
 #   model_development  the platform's declarations and the model's own headers
+#   solver             the constraint solver, which stands by itself
+#   solver_development its headers, and the files by which CMake and pkg-config find it
 #   program            the program holdfast
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -20,13 +22,17 @@ function(install_headers component root)
   endforeach()
 endfunction()
 
-# install_library(target component development_component export)
+# install_library(target component development_component export [include_folder])
 function(install_library target component development_component export)
+  set(includes "${include_folder}")
+  if(ARGC GREATER 4)
+    set(includes "${ARGV4}")
+  endif()
   install(TARGETS ${target} EXPORT ${export}
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT ${component} NAMELINK_COMPONENT ${development_component}
     ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT ${development_component}
     RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT ${component}
-    INCLUDES DESTINATION "${include_folder}")
+    INCLUDES DESTINATION "${includes}")
 endfunction()
 
 # install_pkgconfig(name component)
@@ -121,6 +127,31 @@ install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/README.md" 
         DESTINATION "${doc_folder}" COMPONENT development)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/consumer" DESTINATION "${doc_folder}/examples"
         COMPONENT development)
+
+if(TARGET holdfast_solver)
+  # Included as <holdfast/solver/...>. Of the geometry its headers show points alone.
+  set(solver_cmake_folder "${CMAKE_INSTALL_LIBDIR}/cmake/HoldfastSolver")
+  install_library(holdfast_solver solver solver_development HoldfastSolverTargets "${CMAKE_INSTALL_INCLUDEDIR}")
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/solver/include/" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+          COMPONENT solver_development FILES_MATCHING PATTERN "*.h")
+  install(FILES "${PROJECT_SOURCE_DIR}/geometry/Vec2.h" DESTINATION "${include_folder}/geometry"
+          COMPONENT solver_development)
+  install(EXPORT HoldfastSolverTargets NAMESPACE Holdfast:: DESTINATION "${solver_cmake_folder}"
+          COMPONENT solver_development)
+  configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/package/HoldfastSolverConfig.cmake.in"
+                                "${PROJECT_BINARY_DIR}/package/HoldfastSolverConfig.cmake"
+                                INSTALL_DESTINATION "${solver_cmake_folder}")
+  write_basic_package_version_file("${PROJECT_BINARY_DIR}/package/HoldfastSolverConfigVersion.cmake"
+                                   COMPATIBILITY SameMinorVersion)
+  install(FILES "${PROJECT_BINARY_DIR}/package/HoldfastSolverConfig.cmake"
+                "${PROJECT_BINARY_DIR}/package/HoldfastSolverConfigVersion.cmake"
+          DESTINATION "${solver_cmake_folder}" COMPONENT solver_development)
+  install_pkgconfig(holdfast-solver solver_development)
+  install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/docs/solver.md"
+          DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/holdfast-solver" COMPONENT solver_development)
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/solver/"
+          DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/holdfast-solver/examples" COMPONENT solver_development)
+endif()
 
 if(TARGET holdfast_program)
   file(RELATIVE_PATH libraries "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")

@@ -22,13 +22,6 @@ std::string errorOf(const std::function<void()>& action) {
     return "no error";
 }
 
-TEST(EditVerbs, DoNotIncludeTakingBack) {
-    EditText text("undo");
-    EXPECT_EQ(errorOf([&] { takeVerb(text); }),
-              "edit \"undo\", column 1: expected an editing command, found \"undo\"; only a session can take back its "
-              "last edit");
-}
-
 TEST(EditText, ReadsAnEditWordByWord) {
     EditText text("  break g3 at 4,-0.5\tto +6,1e1 ");
     text.expect("break");

@@ -28,6 +28,15 @@ PACKAGES = {
                      LIBRARY + r"cmake/Holdfast/HoldfastConfigVersion\.cmake",
                      r"usr/share/doc/holdfast/tutorial-host\.md",
                      r"usr/share/doc/holdfast/examples/consumer/main\.cpp"), True),
+    "solver": ("libholdfast-solver0", (LIBRARY + r"libholdfast_solver\.so\.0",
+                                       LIBRARY + r"libholdfast_solver\.so\.[\d.]+"), False),
+    "solver_development": ("libholdfast-solver-dev",
+                           (LIBRARY + r"libholdfast_solver\.so", LIBRARY + r"pkgconfig/holdfast-solver\.pc",
+                            LIBRARY + r"cmake/HoldfastSolver/HoldfastSolverConfig\.cmake",
+                            LIBRARY + r"cmake/HoldfastSolver/HoldfastSolverTargets\.cmake",
+                            r"usr/include/holdfast/solver/Sketch\.h", r"usr/include/holdfast/geometry/Vec2\.h",
+                            r"usr/share/doc/holdfast-solver/solver\.md",
+                            r"usr/share/doc/holdfast-solver/examples/rectangle\.cpp"), True),
     "program": ("holdfast", (r"usr/bin/holdfast", r"usr/share/bash-completion/completions/holdfast"), False),
 }
 
@@ -72,7 +81,9 @@ def look_at(debs, components, root):
 
 def main(root, build, work, program, compiler, *flags):
     installed.need("dpkg-deb", "file", "pkg-config")
-    components = [name for name in PACKAGES if name != "program" or program.exists()]
+    has_solver = (build / "lib/libholdfast_solver.so").exists()
+    components = [name for name in PACKAGES
+                  if (has_solver if name.startswith("solver") else name != "program" or program.exists())]
     debs = make(build, work / "debs", components)
     if faults := look_at(debs, components, root):
         sys.exit("\n".join(faults))

@@ -6,7 +6,7 @@
 #include "solver/src/diagnosis/Extract.h"
 #include "solver/src/solving/SolverState.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -16,9 +16,11 @@ constexpr int kMostQuestions = 200;
 constexpr std::size_t kFirstSuspects = 16;
 
 /// Can these hold together? Answered by trying to make them.
-bool canHold(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets) {
+bool canHold(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets,
+             Budget* budget) {
     const Extract extract(sketch, constraints, targets);
     SolverState workspace(extract.sketch(), buildSystem(extract.sketch()));
+    workspace.setBudget(budget);
     if (!workspace.system().contradictions.empty())
         return false;
     for (const Target& target : extract.targets()) {
@@ -37,8 +39,8 @@ bool canHold(const SketchData& sketch, std::span<const int> constraints, std::sp
 /// The items are the targets, then the constraints, in the order in which they are to be believed.
 class Search {
 public:
-    Search(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets)
-        : m_sketch(sketch), m_constraints(constraints), m_targets(targets) {}
+    Search(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets, Budget* budget)
+        : m_sketch(sketch), m_constraints(constraints), m_targets(targets), m_budget(budget) {}
 
     ConflictSet run() {
         std::vector<int> all(m_targets.size() + m_constraints.size());
@@ -47,6 +49,8 @@ public:
         if (holds(all))
             return {};
         const std::vector<int> items = explain({}, false, all);
+        if (isSpent(m_budget))
+            return {};
         ConflictSet set;
         for (const int item : items) {
             const auto i = static_cast<std::size_t>(item);
@@ -72,13 +76,13 @@ private:
             else
                 constraints.push_back(m_constraints[i - m_targets.size()]);
         }
-        return canHold(m_sketch, constraints, targets);
+        return canHold(m_sketch, constraints, targets, m_budget);
     }
 
     std::vector<int> explain(std::vector<int> background, bool hasGrown, std::span<const int> items) {
         if (hasGrown && !holds(background))
             return {};
-        if (items.size() == 1 || m_questions > kMostQuestions)
+        if (items.size() == 1 || m_questions > kMostQuestions || isSpent(m_budget))
             return {items.begin(), items.end()};
         const auto first = items.first(items.size() / 2), second = items.subspan(items.size() / 2);
         const std::vector<int> fromSecond = explain(joined(background, first), true, second);
@@ -96,6 +100,7 @@ private:
     const SketchData& m_sketch;
     std::span<const int> m_constraints;
     std::span<const Target> m_targets;
+    Budget* m_budget;
     int m_questions = 0;
 };
 
@@ -139,15 +144,17 @@ std::vector<int> nearestFirst(const SketchData& sketch, std::span<const int> con
 
 }  // namespace
 
-ConflictSet findConflict(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets) {
+ConflictSet findConflict(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets,
+                         Budget* budget) {
     const std::vector<int> ordered = nearestFirst(sketch, constraints, targets);
     for (std::size_t count = targets.empty() ? ordered.size() : kFirstSuspects; count < ordered.size(); count *= 2) {
         std::vector<int> suspects(ordered.begin(), ordered.begin() + static_cast<std::ptrdiff_t>(count));
         std::sort(suspects.begin(), suspects.end());
-        if (ConflictSet set = Search(sketch, suspects, targets).run(); !set.constraints.empty() || !set.targets.empty())
+        ConflictSet set = Search(sketch, suspects, targets, budget).run();
+        if (!set.constraints.empty() || !set.targets.empty())
             return set;
     }
-    return Search(sketch, constraints, targets).run();
+    return Search(sketch, constraints, targets, budget).run();
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

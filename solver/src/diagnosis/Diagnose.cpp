@@ -12,7 +12,7 @@
 #include "solver/src/sketch/Measure.h"
 #include "solver/src/solving/Solve.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -42,8 +42,11 @@ private:
 
 class Examination {
 public:
-    explicit Examination(const SketchData& sketch)
-        : m_sketch(sketch), m_system(buildSystem(sketch)), m_parts(sketch.entities.size()) {
+    Examination(const SketchData& sketch, bool countsEntities)
+        : m_sketch(sketch),
+          m_system(buildSystem(sketch)),
+          m_parts(sketch.entities.size()),
+          m_countsEntities(countsEntities) {
         putOnEquations();
     }
 
@@ -139,6 +142,8 @@ private:
             }
             countContacts(equation, m_partOfEquation[e]);
         }
+        if (m_countsEntities)
+            countFreedomOfEntities(elimination);
         spares.erase(-1);
         nameRedundant(spares);
     }
@@ -152,6 +157,18 @@ private:
             if (m_system.equationsOfUnknown[unknown].front() ==
                 static_cast<int>(&equation - m_system.set.equations.data()))
                 ++m_freedom[at(m_parts.find(part))];
+        }
+    }
+
+    void countFreedomOfEntities(GaussianElimination& elimination) {
+        std::vector<std::vector<std::pair<int, double>>> rows;
+        for (const SketchEntity& entity : m_sketch.entities) {
+            rows.clear();
+            for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount; ++v) {
+                if (const int unknown = m_system.links[at(v)].unknown; unknown >= 0)
+                    rows.push_back({{unknown, 1.0}});
+            }
+            m_diagnosis.freedomOfEntity.push_back(elimination.countIndependent(rows));
         }
     }
 
@@ -185,15 +202,18 @@ private:
     std::vector<int> m_partOfEquation;
     std::vector<int> m_freedom;  ///< per element, meant at the root of its part
     std::vector<double> m_slopes;
+    bool m_countsEntities;
     Diagnosis m_diagnosis;
 };
 
 /// Constraints leave the sketch one conflict at a time, each time the one of the set that was drawn last.
-std::vector<std::vector<int>> findConflicts(const SketchData& sketch) {
+std::vector<std::vector<int>> findConflicts(const SketchData& sketch, Budget* budget) {
     std::vector<std::vector<int>> conflicts;
     SketchData trial = sketch;
+    SolveRequest request;
+    request.budget = budget;
     for (int i = 0; i < kMostConflicts; ++i) {
-        const SolveResult result = solve(trial, {});
+        const SolveResult result = solve(trial, request);
         if (result.isSolved() || result.conflicting.empty())
             break;
         conflicts.push_back(result.conflicting);
@@ -204,8 +224,8 @@ std::vector<std::vector<int>> findConflicts(const SketchData& sketch) {
 
 }  // namespace
 
-Diagnosis diagnose(const SketchData& sketch) {
-    Diagnosis diagnosis = Examination(sketch).run();
+Diagnosis diagnose(const SketchData& sketch, bool countsEntities, Budget* budget) {
+    Diagnosis diagnosis = Examination(sketch, countsEntities).run();
     const std::vector<double> misses = violationsOf(sketch);
     for (std::size_t c = 0; c < sketch.constraints.size(); ++c) {
         if (misses[c] > diagnosis.worstViolation) {
@@ -213,10 +233,9 @@ Diagnosis diagnose(const SketchData& sketch) {
             diagnosis.worstConstraint = static_cast<int>(c);
         }
     }
-    constexpr double holds = 1e-10;
-    if (diagnosis.worstViolation > holds * sketch.size())
-        diagnosis.conflicts = findConflicts(sketch);
+    if (diagnosis.worstViolation > sketch.tolerance * sketch.size())
+        diagnosis.conflicts = findConflicts(sketch, budget);
     return diagnosis;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "solver/src/Uses.h"
+#include "solver/src/numerics/Budget.h"
 #include "solver/src/sketch/SketchData.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Elements that constraints tie together, and how freely they can move.
 struct SketchPart {
@@ -25,10 +26,14 @@ struct Diagnosis {
     std::vector<std::vector<int>> conflicts;  ///< sets of constraints that cannot hold together
     int worstConstraint = -1;                 ///< the binding constraint that is farthest from holding
     double worstViolation = 0.0;              ///< by how much, as a length
+    std::vector<int> freedomOfEntity;         ///< when asked for: in how many independent ways each element can move
 };
 
 /// Degrees of freedom, redundancy and conflicts of a sketch where it is. Conflicts are searched for only when a
 /// constraint does not hold; the sketch is not changed. Throws SketchError as solve does.
-Diagnosis diagnose(const SketchData& sketch);
+///
+/// The freedom of single elements costs about as much again as the rest: each is by how much the rank of the Jacobian
+/// would grow if the element were held.
+Diagnosis diagnose(const SketchData& sketch, bool countsEntities = false, Budget* budget = nullptr);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

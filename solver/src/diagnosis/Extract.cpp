@@ -4,10 +4,11 @@
 
 #include "solver/src/sketch/Index.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 Extract::Extract(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets)
     : m_source(sketch) {
+    m_sketch.tolerance = sketch.tolerance;
     for (const int c : constraints) {
         for (const SketchPlace& place : sketch.constraints[at(c)].refs)
             take(place.entity);
@@ -60,4 +61,4 @@ void Extract::takeConstraint(SketchConstraint constraint) {
     m_sketch.addConstraint(std::move(constraint));
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

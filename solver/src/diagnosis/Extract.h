@@ -5,7 +5,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/solving/Solve.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// The elements that some constraints and targets are about, as a sketch of their own, with these constraints. Cost:
 /// linear in what is taken, times the logarithm of the sketch's elements.
@@ -30,4 +30,4 @@ private:
     std::vector<Target> m_targets;
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -7,7 +7,7 @@
 
 #include "solver/src/sketch/Index.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -95,4 +95,21 @@ bool GaussianElimination::add(const std::vector<std::pair<int, double>>& entries
     return isIndependent;
 }
 
-}  // namespace holdfast::solver
+void GaussianElimination::removeLast() {
+    m_rowOfPivot[at(m_rows.back().pivot)] = -1;
+    for (const auto& [column, value] : m_rows.back().entries)
+        --m_useCount[at(column)];
+    m_rows.pop_back();
+}
+
+int GaussianElimination::countIndependent(const std::vector<std::vector<std::pair<int, double>>>& rows) {
+    const int before = rank();
+    for (const auto& row : rows)
+        add(row);
+    const int count = rank() - before;
+    while (rank() > before)
+        removeLast();
+    return count;
+}
+
+}  // namespace holdfast::solver::detail

@@ -6,7 +6,7 @@
 
 #include "solver/src/Uses.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Finds linearly dependent rows one by one, in the order in which they are added: a row that earlier ones imply is
 /// spare. Sparse Gaussian elimination with a pivot chosen in each row; cost follows the fill, which stays small for
@@ -19,6 +19,9 @@ public:
     /// before. What is left below `kDependent` of the row's length counts as nothing.
     bool add(const std::vector<std::pair<int, double>>& entries);
 
+    /// How many of these rows are independent of those added before and of each other. Nothing is added.
+    int countIndependent(const std::vector<std::vector<std::pair<int, double>>>& rows);
+
     int rank() const { return static_cast<int>(m_rows.size()); }
 
     static constexpr double kDependent = 1e-7;
@@ -29,6 +32,7 @@ private:
         std::vector<std::pair<int, double>> entries;  ///< scaled so that the pivot's value is 1
     };
 
+    void removeLast();
     void put(int column, double value);
     void subtract(const Row& row, double factor);
     double largestEntry() const;
@@ -43,4 +47,4 @@ private:
     std::vector<int> m_heap;  ///< numbers of rows whose pivots the row at hand has, smallest first
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

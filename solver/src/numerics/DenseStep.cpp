@@ -2,7 +2,7 @@
 
 #include <Eigen/Dense>
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 void denseStep(const ColumnPattern& pattern, std::span<const double> jacobian, std::span<const double> weights,
                std::span<const double> h, std::span<double> step) {
@@ -22,4 +22,4 @@ void denseStep(const ColumnPattern& pattern, std::span<const double> jacobian, s
     Eigen::Map<Eigen::VectorXd>(step.data(), columns) = scale.cwiseProduct(decomposition.solve(right));
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

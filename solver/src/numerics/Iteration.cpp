@@ -6,7 +6,7 @@
 #include "solver/src/numerics/Stepper.h"
 #include "solver/src/numerics/TangentialPhase.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -73,6 +73,8 @@ IterationReport restore(Subproblem& subproblem, std::span<const double> weights,
         if (report.residual <= system.aim || std::isnan(report.residual) || report.iterations >= limits.restoring)
             return report;
         slow = report.iterations > 0 && report.residual > 0.2 * before ? slow + 1 : 0;
+        if (!maySpend(limits.budget))
+            return report;
         stepper.linearise(x);
         ++report.iterations;
         // Near a double root the equations become dependent: steps shrink slowly and the sparse factors blur them.
@@ -102,4 +104,4 @@ IterationReport settle(Subproblem& subproblem, const Pull& pull, std::vector<dou
     return report;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

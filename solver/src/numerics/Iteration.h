@@ -3,9 +3,10 @@
 #include <functional>
 
 #include "solver/src/Uses.h"
+#include "solver/src/numerics/Budget.h"
 #include "solver/src/numerics/Subproblem.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Where the unknowns of a subproblem would like to be, and how much they count in the movement.
 struct Pull {
@@ -20,6 +21,7 @@ struct IterationLimits {
     /// Asked at each point on the way while sliding: may it be passed? The margin is 1 at the beginning and more on the
     /// way, so that a way that ended at a border can be taken up again.
     std::function<bool(double margin)> isSound;
+    Budget* budget = nullptr;  ///< or none: then only the numbers above bound the iterations
 };
 
 struct IterationReport {
@@ -39,4 +41,4 @@ IterationReport restore(Subproblem& subproblem, std::span<const double> weights,
 /// the equations too, so it can stop at any time.
 IterationReport settle(Subproblem& subproblem, const Pull& pull, std::vector<double>& x, const IterationLimits& limits);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

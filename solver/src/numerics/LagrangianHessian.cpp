@@ -9,7 +9,7 @@
 #include <Eigen/Eigenvalues>
 #include <utility>
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -125,4 +125,4 @@ bool LagrangianHessian::factoriseOnce(std::span<const double> weights, std::span
     return m_linear.factorise(m_weights, m_subproblem.jacobian(), damping, m_values);
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -7,7 +7,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/numerics/LinearSolver.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 class Subproblem;
 
@@ -49,4 +49,4 @@ private:
     LinearSolver m_linear;
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

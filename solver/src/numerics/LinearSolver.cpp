@@ -4,7 +4,7 @@
 
 #include <Eigen/SparseCholesky>
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -133,4 +133,4 @@ void LinearSolver::solve(std::span<double> g, std::span<double> h, bool isExact)
     Eigen::Map<Vector>(h.data(), d.rows) = d.solution.tail(d.rows);
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

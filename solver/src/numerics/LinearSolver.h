@@ -6,7 +6,7 @@
 
 #include "solver/src/Uses.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// A sparse matrix by columns: the rows of column j are rows[starts[j] ... starts[j + 1]), ascending.
 struct ColumnPattern {
@@ -50,4 +50,4 @@ private:
     std::unique_ptr<Data> m_data;
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

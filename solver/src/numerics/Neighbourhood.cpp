@@ -5,7 +5,7 @@
 
 #include "solver/src/sketch/Index.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -86,4 +86,4 @@ std::vector<int> Neighbourhood::partOf(std::span<const int> seeds) {
     return around(seeds, kEverything).unknowns;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -3,7 +3,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/residuals/EquationSystem.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Unknowns around others, ring by ring: two are neighbours when one equation reads both. The cost of every call
 /// follows what it visits, not the system.
@@ -38,4 +38,4 @@ private:
     int m_call = 0;
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

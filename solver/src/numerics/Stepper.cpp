@@ -5,7 +5,7 @@
 
 #include "solver/src/numerics/DenseStep.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 std::vector<double> moved(std::span<const double> x, std::span<const double> step, double factor) {
     std::vector<double> result(x.begin(), x.end());
@@ -100,4 +100,4 @@ std::span<const double> Stepper::solve(bool isExact) {
     return m_step;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -6,7 +6,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/numerics/Subproblem.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Tells dependent equations apart and shortens no step.
 constexpr double kLeastDamping = 1e-12;
@@ -68,4 +68,4 @@ private:
 /// x and a part of a step.
 std::vector<double> moved(std::span<const double> x, std::span<const double> step, double factor);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

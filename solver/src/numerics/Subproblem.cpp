@@ -9,7 +9,7 @@
 #include "solver/src/sketch/Degeneracy.h"
 #include "solver/src/sketch/Index.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 Subproblem::Subproblem(EquationSystem& system, std::span<const int> unknowns)
     : m_system(system), m_unknowns(unknowns.begin(), unknowns.end()) {
@@ -160,4 +160,4 @@ double lengthOf(std::span<const double> numbers) {
     return std::sqrt(sum);
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -5,7 +5,7 @@
 #include "solver/src/numerics/LinearSolver.h"
 #include "solver/src/residuals/EquationSystem.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Some unknowns of a system that are free to move, and the equations that read them; everything else is constant.
 /// Patterns and orderings are made once and serve all iterations and all steps of a drag.
@@ -95,4 +95,4 @@ double largest(std::span<const double> numbers);
 /// Euclidean length.
 double lengthOf(std::span<const double> numbers);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

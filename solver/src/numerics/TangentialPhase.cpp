@@ -8,7 +8,7 @@
 
 #include "solver/src/numerics/Stepper.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -156,6 +156,7 @@ private:
     bool returnsByRestoring(std::vector<double>& next) {
         IterationLimits limits;
         limits.restoring = kMostRestoring;
+        limits.budget = m_limits.budget;
         m_isStale = true;
         m_residualOfNext = restore(m_subproblem, m_pull.weights, next, limits).residual;
         return m_residualOfNext <= m_residual;
@@ -191,6 +192,8 @@ IterationReport slide(Subproblem& subproblem, const Pull& pull, std::vector<doub
     report.isSatisfied = true;
     for (auto outcome = Slider::Outcome::moved; outcome == Slider::Outcome::moved && report.iterations < limits.sliding;
          ++report.iterations) {
+        if (!maySpend(limits.budget))
+            break;
         outcome = slider.advance();
         report.isNearest = outcome == Slider::Outcome::nearest;
     }
@@ -198,4 +201,4 @@ IterationReport slide(Subproblem& subproblem, const Pull& pull, std::vector<doub
     return report;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

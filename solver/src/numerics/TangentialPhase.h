@@ -3,7 +3,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/numerics/Iteration.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Aims that a residual may grow to while sliding.
 constexpr double kSharp = 30.0;
@@ -13,4 +13,4 @@ constexpr double kSharp = 30.0;
 IterationReport slide(Subproblem& subproblem, const Pull& pull, std::vector<double>& x, const IterationLimits& limits,
                       double residual);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

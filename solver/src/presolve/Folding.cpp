@@ -6,7 +6,7 @@
 
 /// What constraints say by merging values once it is known which lines lie level or upright. A side is taken from the
 /// reference, so that a folded constraint cannot turn over.
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -222,4 +222,4 @@ bool foldEqualSizes(EquationBuilder& builder) {
     return takeLength(builder, constantLength(builder, *a), *b) || takeLength(builder, constantLength(builder, *b), *a);
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 Substitution::Substitution(int valueCount) : m_sizes(static_cast<std::size_t>(valueCount) + 1, 1) {
     for (int v = kGround; v < valueCount; ++v)
@@ -91,4 +91,4 @@ std::vector<int> Substitution::ownersBetween(int a, int b) const {
     return owners;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

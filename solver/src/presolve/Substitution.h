@@ -4,7 +4,7 @@
 
 #include "solver/src/Uses.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Values that constraints make the same, up to a sign and an offset: union-find with a relation on every link, so
 /// that such constraints are gone before the numbers start.
@@ -58,4 +58,4 @@ private:
     std::vector<Tie> m_ties;
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -4,7 +4,7 @@
 #include "solver/src/residuals/ResidualBuilders.h"
 
 /// What constraints say by merging values alone.
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 bool tieCoincident(EquationBuilder& builder) {
     const Operand p = builder.need(pointAt(builder.sketch(), builder.ref(0)));
@@ -118,4 +118,4 @@ bool tieMeetingEnds(EquationBuilder& builder) {
     return false;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -6,7 +6,7 @@
 
 #include "solver/src/sketch/SplineBasis.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -144,4 +144,4 @@ void startContacts(EquationBuilder& builder, Equation form, std::initializer_lis
     }
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -3,7 +3,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/residuals/EquationBuilder.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// A curve with a point of it given by a parameter that is an unknown of its own.
 struct Contact {
@@ -22,4 +22,4 @@ bool hasContacts(const EquationBuilder& builder, CurveRef curve);
 void startContacts(EquationBuilder& builder, Equation form, std::initializer_list<Operand> operands,
                    std::initializer_list<Contact> contacts);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -4,7 +4,7 @@
 #include "solver/src/residuals/ResidualBuilders.h"
 
 /// Distances in all their forms, radii and diameters. Sides and inner or outer gaps are read off the reference.
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -148,4 +148,4 @@ void addRadius(EquationBuilder& builder) {
     builder.add(valueForm(builder, ResidualKind::radiusIs), {circle});
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

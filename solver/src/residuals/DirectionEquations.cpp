@@ -4,7 +4,7 @@
 #include "solver/src/residuals/ResidualBuilders.h"
 
 /// Directions and equal sizes: parallel, perpendicular, collinear, angle, equal.
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -149,4 +149,4 @@ void addEqualSizes(EquationBuilder& builder) {
     }
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -1,9 +1,11 @@
 #include "solver/src/residuals/Equation.h"
 
+#include <cassert>
+
 #include "solver/src/residuals/Residuals.h"
 #include "solver/src/sketch/SplineBasis.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -135,6 +137,21 @@ Rows lineariseWith(const LocalReader& reader, const double* locals, std::vector<
     return rows;
 }
 
+/// The inputs of a user's own function, as it wants them.
+std::array<double, ResidualFunction::kMaxInputs> inputsOfFunction(const EquationSet& set, const Equation& equation,
+                                                                  std::span<const double> values) {
+    std::array<double, ResidualFunction::kMaxInputs> read{};
+    const auto inputs = set.inputsOf(equation);
+    assert(inputs.size() <= read.size());
+    for (std::size_t k = 0; k < inputs.size(); ++k)
+        read[k] = values[static_cast<std::size_t>(inputs[k])];
+    return read;
+}
+
+const ResidualFunction& functionOf(const EquationSet& set, const Equation& equation) {
+    return *set.functions[static_cast<std::size_t>(equation.function)];
+}
+
 }  // namespace
 
 void EquationSet::add(Equation form, std::initializer_list<Operand> operands) {
@@ -159,9 +176,13 @@ void EquationSet::add(Equation form, std::initializer_list<Operand> operands) {
 }
 
 Rows residuals(const EquationSet& set, const Equation& equation, std::span<const double> values) {
+    Rows rows{};
+    if (equation.function >= 0) {
+        functionOf(set, equation).evaluate(inputsOfFunction(set, equation, values).data(), rows.data());
+        return rows;
+    }
     std::array<double, EquationSet::kMaxLocals> locals;
     LocalReader{set, equation, values}.read(locals.data());
-    Rows rows{};
     formulas::evaluate(equation, locals.data(), rows.data());
     if (equation.slack >= 0)
         rows[0] -= values[static_cast<std::size_t>(equation.slack)];
@@ -171,6 +192,11 @@ Rows residuals(const EquationSet& set, const Equation& equation, std::span<const
 Rows linearise(const EquationSet& set, const Equation& equation, std::span<const double> values,
                std::vector<double>& slopes) {
     slopes.resize(static_cast<std::size_t>(equation.rows) * static_cast<std::size_t>(equation.inputCount));
+    if (equation.function >= 0) {
+        Rows rows{};
+        functionOf(set, equation).linearise(inputsOfFunction(set, equation, values).data(), rows.data(), slopes.data());
+        return rows;
+    }
     std::array<double, EquationSet::kMaxLocals> locals;
     const LocalReader reader{set, equation, values};
     reader.read(locals.data());
@@ -192,4 +218,4 @@ double senseOf(const EquationSet& set, const Equation& equation, std::span<const
     return formulas::dot(m.first.direction(m.point), m.second.direction(m.point));
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

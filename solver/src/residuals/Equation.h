@@ -9,7 +9,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/sketch/SketchData.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// What an equation reads, and in how many numbers ("locals") it sees it.
 enum class OperandKind : std::uint8_t {
@@ -105,6 +105,7 @@ struct Equation {
     int constraint = -1;     ///< in SketchData::constraints; -1: a rule that belongs to the element
     int entity = -1;         ///< the element, when constraint is -1
     bool isImplied = false;  ///< another constraint usually says the same: spare without being redundant
+    int function = -1;       ///< in EquationSet::functions: a user's own rows instead of the residual kind's
     int slack = -1;          ///< a value that the first row is to equal instead of 0; the last input
     double value = 0.0;
     double sign = 1.0;
@@ -127,6 +128,7 @@ struct EquationSet {
     std::vector<int> inputs;
     std::vector<SplineUse> splineUses;
     const std::vector<SplineConstants>* splines = nullptr;
+    std::vector<const ResidualFunction*> functions;  ///< of the sketch's constraints
 
     /// Appends an equation with these operands; its other fields are taken from `form`.
     void add(Equation form, std::initializer_list<Operand> operands);
@@ -149,4 +151,4 @@ std::array<double, EquationSet::kMaxRows> linearise(const EquationSet& set, cons
 /// each other.
 double senseOf(const EquationSet& set, const Equation& equation, std::span<const double> values);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

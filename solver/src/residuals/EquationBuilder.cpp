@@ -6,7 +6,7 @@
 
 #include "solver/src/sketch/Index.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -48,7 +48,9 @@ void EquationBuilder::build(std::span<const int> constraints, const KeptSizes& s
         addRules(static_cast<int>(i));
     for (const int c : constraints) {
         begin(c);
-        m_isDone[at(c)] = tieNow(*this);
+        if (m_constraint->own)
+            addOwn();
+        m_isDone[at(c)] = m_constraint->own || tieNow(*this);
     }
     if (m_merges)
         foldAll(constraints);
@@ -77,6 +79,32 @@ void EquationBuilder::begin(int constraint) {
     m_current = constraint;
     m_entity = -1;
     m_constraint = &m_sketch.constraints[at(constraint)];
+}
+
+/// A user's own equations, of the points and whole elements that the constraint names.
+void EquationBuilder::addOwn() {
+    Operand read;
+    for (const SketchPlace& place : m_constraint->refs) {
+        const SketchEntity& entity = m_sketch.entities[at(place.entity)];
+        if (place.kind != PlaceKind::whole) {
+            const Operand point = need(pointAt(m_sketch, place));
+            if (!isDirect(point))
+                fail(nameOf(m_sketch, place) + " is computed from other values and cannot be read; read those");
+            read.inputs.insert(read.inputs.end(), point.inputs.begin(), point.inputs.end());
+            continue;
+        }
+        for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount; ++v)
+            read.inputs.push_back(v);
+    }
+    const ResidualFunction& function = *m_constraint->own;
+    if (static_cast<int>(read.inputs.size()) != function.inputCount())
+        fail("its function reads " + std::to_string(function.inputCount()) + " numbers and its places have " +
+             std::to_string(read.inputs.size()));
+    Equation form;
+    form.rows = static_cast<std::uint8_t>(function.rowCount());
+    form.function = static_cast<int>(m_system.set.functions.size());
+    m_system.set.functions.push_back(&function);
+    add(form, {read});
 }
 
 /// Constants of fixed elements; ends of arcs lie on them.
@@ -349,4 +377,4 @@ bool isEndPlace(const SketchPlace& place) {
     return place.kind == start || place.kind == end || place.kind == segmentStart || place.kind == segmentEnd;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

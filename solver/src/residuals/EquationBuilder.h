@@ -9,7 +9,7 @@
 #include "solver/src/residuals/EquationSystem.h"
 #include "solver/src/residuals/Operands.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Which of a sketch's two sets of values is meant.
 enum class When { reference, now };
@@ -84,6 +84,7 @@ private:
     std::vector<Operand> knownPointsOn(CurveRef curve) const;
     void addRules(int entity);
     void begin(int constraint);
+    void addOwn();
     void foldAll(std::span<const int> constraints);
     void numberUnknowns();
     void listEquations();
@@ -122,4 +123,4 @@ double turnScale(const EquationBuilder& builder, CurveRef a, CurveRef b);
 
 bool isEndPlace(const SketchPlace& place);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -7,11 +7,12 @@
 #include "solver/src/residuals/EquationBuilder.h"
 #include "solver/src/sketch/Index.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
-constexpr double kRelativeTolerance = 1e-10;
+/// What iterations strive for under the tolerance that a sketch has unless told otherwise: a few hundred roundings of
+/// a coordinate, which Newton steps reach one iteration after the tolerance.
 constexpr double kRelativeAim = 1e-13;
 
 }  // namespace
@@ -93,8 +94,8 @@ namespace {
 EquationSystem emptySystem(const SketchData& sketch) {
     EquationSystem system;
     system.size = sketch.size();
-    system.tolerance = kRelativeTolerance * system.size;
-    system.aim = kRelativeAim * system.size;
+    system.tolerance = sketch.tolerance * system.size;
+    system.aim = kRelativeAim * (sketch.tolerance / SketchData::kTolerance) * system.size;
     system.figureValueCount = static_cast<int>(sketch.values.size());
     system.values = sketch.values;
     system.set.splines = &sketch.splines;
@@ -122,4 +123,4 @@ EquationSystem buildSystem(const SketchData& sketch) {
     return buildSystem(sketch, all);
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

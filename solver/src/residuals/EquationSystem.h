@@ -8,7 +8,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/residuals/Equation.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Lists of numbers, one list after the other in one block.
 struct ListTable {
@@ -112,4 +112,4 @@ EquationSystem buildSystem(const SketchData& sketch);
 /// Numbers of all constraints that bind.
 std::vector<int> bindingConstraints(const SketchData& sketch);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -6,7 +6,7 @@
 
 #include "solver/src/sketch/SplineBasis.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -336,4 +336,4 @@ double sizeOf(const SketchData& sketch, CurveRef curve, double unbounded) {
     return unbounded;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -5,7 +5,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/residuals/Equation.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// The curve that a place is on: a whole element, or one segment of a polyline.
 struct CurveRef {
@@ -54,4 +54,4 @@ std::string nameOf(const SketchData& sketch, const SketchPlace& place);
 /// A length that says how big the curve is: length, radius, extent of the control points; `unbounded` for rays.
 double sizeOf(const SketchData& sketch, CurveRef curve, double unbounded);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

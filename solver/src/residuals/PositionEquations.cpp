@@ -5,7 +5,7 @@
 #include "solver/src/sketch/SplineBasis.h"
 
 /// Where points are: coincident, on a curve, fixed, level with each other, in the middle; and symmetric.
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -257,4 +257,4 @@ void addEllipseHelper(EquationBuilder& builder) {
     }
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -68,4 +68,4 @@ void addEquations(EquationBuilder& builder) {
         add(builder);
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -3,7 +3,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/residuals/EquationBuilder.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 // What the residuals of constraint kinds are made of; ResidualBuilders.cpp says which belong together. All throw
 // SketchError where the constraint's elements cannot have its kind.
@@ -47,4 +47,4 @@ void addCoordinateGap(EquationBuilder& builder);
 void addRadius(EquationBuilder& builder);
 void addAngle(EquationBuilder& builder);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

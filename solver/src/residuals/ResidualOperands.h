@@ -2,13 +2,14 @@
 
 #include <cmath>
 
+#include <holdfast/solver/Dual.h>
+
 #include "solver/src/Uses.h"
-#include "solver/src/residuals/Dual.h"
 #include "solver/src/residuals/Equation.h"
 
 /// What the formulas of equations are written in, once for plain numbers and for dual ones: points, lines, circles and
 /// other curves, read from the locals of an equation.
-namespace holdfast::solver::formulas {
+namespace holdfast::solver::detail::formulas {
 
 using std::atan;
 using std::atan2;
@@ -261,4 +262,4 @@ private:
     Reader<T> m_reader;  ///< at the curve's operand
 };
 
-}  // namespace holdfast::solver::formulas
+}  // namespace holdfast::solver::detail::formulas

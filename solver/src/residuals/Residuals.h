@@ -6,7 +6,7 @@
 #include "solver/src/residuals/ResidualOperands.h"
 
 /// The formulas behind the residuals.
-namespace holdfast::solver::formulas {
+namespace holdfast::solver::detail::formulas {
 
 /// Where two curves meet.
 template <class T>
@@ -310,4 +310,4 @@ void evaluate(const Equation& e, const T* locals, T* out) {
     }
 }
 
-}  // namespace holdfast::solver::formulas
+}  // namespace holdfast::solver::detail::formulas

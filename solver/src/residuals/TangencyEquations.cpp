@@ -5,7 +5,7 @@
 #include "solver/src/residuals/ResidualBuilders.h"
 
 /// Tangent in all its forms, perpendicular at a place, and curvature-continuous joints.
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -186,4 +186,4 @@ void addSmoothness(EquationBuilder& builder) {
     builder.add(form, {one, two, point});
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

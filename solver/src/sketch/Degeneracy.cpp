@@ -7,7 +7,7 @@
 #include "solver/src/residuals/Operands.h"
 #include "solver/src/sketch/Index.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -158,4 +158,4 @@ std::optional<Degeneracy> findTurnedTangency(const SketchData& sketch, const Equ
     return std::nullopt;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

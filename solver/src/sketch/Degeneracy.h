@@ -5,7 +5,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/residuals/EquationSystem.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// An element that a solution has degenerate, although every equation holds.
 struct Degeneracy {
@@ -29,4 +29,4 @@ std::vector<int> sensesOf(const EquationSystem& system, std::span<const int> equ
 std::optional<Degeneracy> findTurnedTangency(const SketchData& sketch, const EquationSystem& system,
                                              std::span<const int> senses);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

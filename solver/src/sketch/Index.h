@@ -4,7 +4,7 @@
 
 #include "solver/src/Uses.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Numbers of elements, values, unknowns and constraints are signed, as -1 says that there is none; lists are indexed
 /// by what this makes of them.
@@ -12,4 +12,4 @@ constexpr std::size_t at(int number) {
     return static_cast<std::size_t>(number);
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -8,7 +8,7 @@
 #include "solver/src/diagnosis/Extract.h"
 #include "solver/src/residuals/EquationSystem.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -56,4 +56,4 @@ std::vector<double> violationsOf(const SketchData& sketch) {
     return misses;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -3,7 +3,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/sketch/SketchData.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// What a dimension of the sketch measures now, whatever its value says and whether it drives or not. Angles lie in
 /// [0, 2 pi), between curves at a point in [0, pi). Throws SketchError for a constraint that is no dimension.
@@ -13,4 +13,4 @@ double measured(const SketchData& sketch, int constraint);
 /// those that do not bind. One more number at the end: the rules of the elements themselves, the worst of them.
 std::vector<double> violationsOf(const SketchData& sketch);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -6,7 +6,7 @@
 
 #include "geometry/SplineCurve.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -206,4 +206,4 @@ double SketchData::size() const {
     return diagonal > 0.0 && std::isfinite(diagonal) ? diagonal : 1.0;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -1,16 +1,19 @@
 #pragma once
 
+#include <memory>
 #include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include <holdfast/solver/ResidualFunction.h>
 
 #include "geometry/ConstraintType.h"
 #include "geometry/PlaceKind.h"
 #include "geometry/Shapes.h"
 #include "solver/src/Uses.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// What an element of a sketch is. The layout of each one's values stands beside it.
 enum class EntityKind {
@@ -72,6 +75,10 @@ struct SketchConstraint {
     bool driving = true;
     bool active = true;
 
+    /// A user's own equations instead of those of the type. They read, place by place: the two values of a point, or
+    /// all values of a whole element.
+    std::shared_ptr<const ResidualFunction> own{};
+
     /// True for a constraint that the solver has to keep; measured and switched-off ones it leaves alone.
     bool binds() const { return driving && active && type != ConstraintType::composite; }
 };
@@ -92,6 +99,10 @@ struct SketchData {
     std::vector<SketchConstraint> constraints;
     std::vector<double> values;
     std::vector<double> reference;
+    /// What counts as satisfied, as a part of the sketch's size: far above the rounding of coordinates (2e-16), and far
+    /// below what a drawing states.
+    static constexpr double kTolerance = 1e-10;
+    double tolerance = kTolerance;
 
     // Each returns the number of the new element. Throws SketchError for a shape that is none.
     int addLine(std::string id, Vec2 start, Vec2 end);
@@ -126,4 +137,4 @@ private:
     void append(std::initializer_list<double> more);
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

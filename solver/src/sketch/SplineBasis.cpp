@@ -5,7 +5,7 @@
 
 #include "solver/src/sketch/Index.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -191,4 +191,4 @@ double nearestSplineParam(const SplineConstants& spline, std::span<const double>
     return best;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

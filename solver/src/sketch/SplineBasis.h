@@ -5,7 +5,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/sketch/SketchData.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// The basis functions of a spline that do not vanish at one parameter, with three derivatives.
 ///
@@ -39,4 +39,4 @@ bool isClampedAtEnd(const SplineConstants& spline);
 /// The parameter of the point of the curve nearest to p, found from samples and then refined.
 double nearestSplineParam(const SplineConstants& spline, std::span<const double> control, Vec2 p);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

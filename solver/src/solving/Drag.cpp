@@ -7,7 +7,7 @@
 #include "solver/src/sketch/Index.h"
 #include "solver/src/solving/SolverState.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -191,7 +191,7 @@ struct DragSession::State {
         const int narrowRings = rings;
         int iterations = first.iterations;
         narrow->write(first.isSolved ? found : before);
-        while (!isWidest && !(attempt.isSolved && isMet())) {
+        while (!isWidest && !(attempt.isSolved && isMet()) && !workspace.hasSpentBudget()) {
             rings *= 2;
             makeRegion();
             attempt = approach();
@@ -295,15 +295,17 @@ DragSession::~DragSession() = default;
 DragSession::DragSession(DragSession&&) noexcept = default;
 DragSession& DragSession::operator=(DragSession&&) noexcept = default;
 
-SolveResult DragSession::step(std::span<const double> goals) {
+SolveResult DragSession::step(std::span<const double> goals, Budget* budget) {
     State& state = *m_state;
+    state.workspace.setBudget(budget);
     state.setGoals(goals);
     const Attempt attempt = state.solveFromStart(state.solve());
     SolveResult result;
     result.iterations = attempt.iterations;
     result.residual = attempt.residual;
     result.degeneracy = attempt.degeneracy;
-    if (attempt.isSolved) {
+    state.workspace.setBudget(nullptr);
+    if (attempt.isSolved && !isSpent(budget)) {
         state.takeOver(result);
         return result;
     }
@@ -320,4 +322,4 @@ int DragSession::freedom() const {
     return m_state->subproblem->columnCount();
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -5,7 +5,7 @@
 #include "solver/src/Uses.h"
 #include "solver/src/solving/Solve.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// A sketch while values of it are dragged step by step.
 ///
@@ -25,7 +25,8 @@ public:
     /// Moves each handle to its goal, or as near to it as the constraints let it come. The result's movements are
     /// those since the step before. When the constraints cannot be kept the sketch stays as it is. A drag that would
     /// make an element collapse or turn inside out stops there, even where elements farther away could give way.
-    SolveResult step(std::span<const double> goals);
+    /// When the budget runs out the sketch stays as it is.
+    SolveResult step(std::span<const double> goals, Budget* budget = nullptr);
 
     /// How far the handles are from the goals of the last step, at worst.
     double miss() const;
@@ -38,4 +39,4 @@ private:
     std::unique_ptr<State> m_state;
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -3,7 +3,7 @@
 #include "solver/src/residuals/EquationBuilder.h"
 
 /// The intrinsic sizes of the elements, for edits that may turn and shift but not stretch them.
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -88,4 +88,4 @@ void addKeptSizes(EquationBuilder& builder, int number, double weight) {
     }
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -8,7 +8,7 @@
 #include "solver/src/sketch/Index.h"
 #include "solver/src/solving/SolverState.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -18,16 +18,26 @@ constexpr double kEditedEmphasis = 10.0;
 constexpr double kTargetEmphasis = 1e3;
 constexpr double kSizeWeight = 1e2;
 
+class Stopwatch {
+public:
+    double seconds() const { return std::chrono::duration<double>(Budget::Clock::now() - m_start).count(); }
+
+private:
+    Budget::Clock::time_point m_start = Budget::Clock::now();
+};
+
 /// One solve of a sketch in one level.
 class Run {
 public:
     Run(SketchData& sketch, const SolveRequest& request, RelaxationLevel level)
-        : m_sketch(sketch), m_request(request), m_tier(level), m_workspace(sketch, systemFor(sketch, request, level)) {}
+        : m_sketch(sketch), m_request(request), m_tier(level), m_workspace(sketch, systemFor(sketch, request, level)) {
+        m_workspace.setBudget(request.budget);
+    }
 
     SolveResult solve() {
         m_result.level = m_tier;
         wishEdited();
-        if (!placeTargets() || !meetsConstants() || !solveParts() || !leavesPinnedSound())
+        if (!placeTargets() || !meetsConstants() || !solveParts() || isOverBudget() || !leavesPinnedSound())
             return std::move(m_result);
         accept();
         return std::move(m_result);
@@ -124,6 +134,14 @@ private:
         return false;
     }
 
+    /// What was found until then may hold, but need not be the nearest: it is not taken.
+    bool isOverBudget() {
+        if (!m_workspace.hasSpentBudget())
+            return false;
+        m_result.status = SolveStatus::unreached;
+        return true;
+    }
+
     bool leavesPinnedSound() {
         m_result.degeneracy = m_workspace.degeneracyInConstants();
         if (!m_result.degeneracy)
@@ -214,8 +232,8 @@ private:
 };
 
 void nameConflict(const SketchData& sketch, std::span<const int> suspects, std::span<const Target> targets,
-                  SolveResult& result) {
-    const ConflictSet conflict = findConflict(sketch, suspects, targets);
+                  Budget* budget, SolveResult& result) {
+    const ConflictSet conflict = findConflict(sketch, suspects, targets, budget);
     if (conflict.constraints.empty() && conflict.targets.empty())
         return;
     if (result.status == SolveStatus::unreached)
@@ -228,20 +246,31 @@ void nameConflict(const SketchData& sketch, std::span<const int> suspects, std::
 
 SolveResult solve(SketchData& sketch, const SolveRequest& request) {
     SolveResult result;
+    SolveTimes times;
     std::vector<int> suspects;
     for (int level = 0; level <= static_cast<int>(request.lastLevel); ++level) {
+        const Stopwatch building;
         Run run(sketch, request, static_cast<RelaxationLevel>(level));
+        times.building += building.seconds();
+        const Stopwatch iterating;
         SolveResult next = run.solve();
+        times.iterating += iterating.seconds();
+        next.times = times;
         if (next.isSolved())
             return next;
         if (level == 0) {
             result = std::move(next);
             suspects = run.suspects();
         }
+        if (isSpent(request.budget))
+            break;
     }
-    if (request.namesConflicts)
-        nameConflict(sketch, suspects, request.targets, result);
+    const Stopwatch explaining;
+    if (request.namesConflicts && !isSpent(request.budget))
+        nameConflict(sketch, suspects, request.targets, request.budget, result);
+    times.explaining = explaining.seconds();
+    result.times = times;
     return result;
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

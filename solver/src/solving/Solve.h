@@ -3,11 +3,12 @@
 #include <memory>
 
 #include "solver/src/Uses.h"
+#include "solver/src/numerics/Budget.h"
 #include "solver/src/residuals/EquationSystem.h"
 #include "solver/src/sketch/Degeneracy.h"
 #include "solver/src/sketch/SketchData.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// A value that an edit asks for.
 struct Target {
@@ -34,6 +35,7 @@ struct SolveRequest {
     Scope reach = Scope::rings;
     RelaxationLevel lastLevel = RelaxationLevel::exact;  ///< no level after this one is tried
     bool namesConflicts = true;  ///< search for the constraints in conflict when the solve fails
+    Budget* budget = nullptr;    ///< when it runs out the sketch stays as it is, and no conflict is searched for
 };
 
 enum class SolveStatus {
@@ -41,7 +43,14 @@ enum class SolveStatus {
     solved,
     conflicting,  ///< constraints contradict each other or the edit
     degenerate,   ///< solutions were found, but with collapsed or turned elements only
-    unreached     ///< no solution was found, and no contradiction either
+    unreached     ///< no solution was found, and no contradiction either; or the budget ran out
+};
+
+/// Where the time went, in seconds.
+struct SolveTimes {
+    double building = 0.0;    ///< checking constraints, presolve, equations
+    double iterating = 0.0;   ///< steps, in all levels that were tried
+    double explaining = 0.0;  ///< searching for the constraints in conflict
 };
 
 /// How far an element moved: the longest way of one of its defining points.
@@ -60,6 +69,7 @@ struct SolveResult {
     std::vector<int> contradictedTargets;  ///< numbers of targets that are part of the conflict
     std::optional<Degeneracy> degeneracy;  ///< what was wrong with the solution that was refused
     std::vector<Movement> movements;       ///< elements that moved, ascending
+    SolveTimes times;
 
     bool isSolved() const { return status == SolveStatus::solved || status == SolveStatus::unchanged; }
 };
@@ -71,4 +81,4 @@ struct SolveResult {
 /// Throws SketchError for a constraint that its elements cannot have.
 SolveResult solve(SketchData& sketch, const SolveRequest& request);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -6,7 +6,7 @@
 
 #include "solver/src/sketch/Index.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -139,6 +139,7 @@ Attempt SolverState::trySettling(Subproblem& subproblem, std::vector<double> x, 
     limits.isSound = [&](double margin) {
         return !degeneracyIn(subproblem.entities(), subproblem.senses(), margin).has_value();
     };
+    limits.budget = m_budget;
     const IterationReport report = settle(subproblem, pullOf(subproblem), x, limits);
     Attempt attempt{report.isSatisfied, report.isNearest, report.iterations, report.residual, std::nullopt};
     if (attempt.isSolved)
@@ -158,6 +159,7 @@ Attempt SolverState::tryFromReference(Subproblem& subproblem) {
         bool isSatisfied = true;
         IterationLimits limits;
         limits.stride = 0.05;
+        limits.budget = m_budget;
         for (int step = 1; step <= steps && isSatisfied; ++step) {
             const double part = static_cast<double>(step) / steps;
             for (const auto& [unknown, goal] : m_pins)
@@ -190,7 +192,7 @@ Attempt SolverState::tryCarefully(Subproblem& subproblem, const std::vector<doub
 Attempt SolverState::trySubproblem(Subproblem& subproblem, bool isWhole) {
     const std::vector<double> x = subproblem.read();
     Attempt attempt = trySettling(subproblem, x, {});
-    if (attempt.isSolved || !isWhole)
+    if (attempt.isSolved || !isWhole || hasSpentBudget())
         return attempt;
     // What the first try left says best what stands in the way.
     const std::vector<double> left = m_system.values;
@@ -223,11 +225,11 @@ Attempt SolverState::solveAround(std::span<const int> seeds, Scope reach) {
             m_touched.insert(m_touched.end(), rings.unknowns.begin(), rings.unknowns.end());
             return attempt;
         }
-        if (rings.isWhole)
+        if (rings.isWhole || hasSpentBudget())
             return attempt;
         for (const auto& [v, x] : old)
             m_system.values[at(v)] = x;
     }
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

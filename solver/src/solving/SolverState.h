@@ -7,7 +7,7 @@
 #include "solver/src/numerics/Neighbourhood.h"
 #include "solver/src/solving/Solve.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// What came of trying to solve one subproblem.
 struct Attempt {
@@ -54,6 +54,10 @@ public:
     /// What the constants of the constraints and of the edit have degenerate by themselves.
     std::optional<Degeneracy> degeneracyInConstants() const;
 
+    /// What all further attempts may cost together; null: no bound. It outlives them.
+    void setBudget(Budget* budget) { m_budget = budget; }
+    bool hasSpentBudget() const { return isSpent(m_budget); }
+
     /// Unknowns that took part in solved subproblems, and pinned ones.
     std::span<const int> touched() const { return m_touched; }
 
@@ -76,7 +80,8 @@ private:
     std::unordered_map<int, SoftTarget> m_wishes;
     std::unordered_map<int, double> m_pins;  ///< by unknown
     std::vector<int> m_touched;
+    Budget* m_budget = nullptr;
     std::vector<int> m_displaced;  ///< elements of values that constraints made constants elsewhere
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -3,8 +3,6 @@
 #include <array>
 #include <cmath>
 
-#include "solver/src/Uses.h"
-
 namespace holdfast::solver {
 
 /// A number with its exact derivatives by N others (forward mode automatic differentiation: A. Griewank and
@@ -24,6 +22,8 @@ struct Dual {
     }
 
     Dual& operator+=(const Dual& b) { return *this = *this + b; }
+    Dual& operator-=(const Dual& b) { return *this = *this - b; }
+    Dual& operator*=(const Dual& b) { return *this = *this * b; }
 
     friend Dual operator-(const Dual& a) { return a.mapped(-a.value, -1.0); }
     friend Dual operator+(const Dual& a, const Dual& b) { return combined(a.value + b.value, a, 1.0, b, 1.0); }
@@ -85,6 +85,23 @@ Dual<N> sin(const Dual<N>& x) {
 template <int N>
 Dual<N> cos(const Dual<N>& x) {
     return x.mapped(std::cos(x.value), -std::sin(x.value));
+}
+
+/// At 0 its slope is 0.
+template <int N>
+Dual<N> abs(const Dual<N>& x) {
+    return x.mapped(std::abs(x.value), x.value > 0.0 ? 1.0 : x.value < 0.0 ? -1.0 : 0.0);
+}
+
+template <int N>
+Dual<N> exp(const Dual<N>& x) {
+    const double power = std::exp(x.value);
+    return x.mapped(power, power);
+}
+
+template <int N>
+Dual<N> log(const Dual<N>& x) {
+    return x.mapped(std::log(x.value), 1.0 / x.value);
 }
 
 template <int N>

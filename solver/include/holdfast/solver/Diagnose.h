@@ -1,0 +1,68 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <holdfast/solver/Export.h>
+#include <holdfast/solver/Solve.h>
+
+namespace holdfast::solver {
+
+/// In how many independent ways an entity can move while all constraints hold. Those of several entities do not add up:
+/// what moves together is counted with each.
+struct EntityFreedom {
+    EntityId entity;
+    int freedom;
+};
+
+/// Entities that constraints tie together.
+struct Part {
+    std::vector<EntityId> entities{};
+    int freedom = 0;  ///< numbers that remain to be chosen
+};
+
+/// A constraint that others imply, all of it or some of its equations.
+struct Redundancy {
+    ConstraintId constraint;
+    int equations;  ///< how many of them others imply
+    bool isWhole;   ///< all
+};
+
+struct Diagnosis {
+    int freedom = 0;                        ///< degrees of freedom of the whole sketch
+    std::vector<Part> parts{};              ///< by their first entity; fixed entities belong to none
+    std::vector<EntityFreedom> entities{};  ///< all, in their order
+    std::vector<Redundancy> redundant{};    ///< of two that imply each other the one added later
+    /// Sets of constraints that cannot hold together; eight at most. Empty when all constraints hold.
+    std::vector<std::vector<ConstraintId>> conflicts{};
+    double worstResidual = 0.0;  ///< of the constraint that holds worst now, as a length
+    std::optional<ConstraintId> worstConstraint{};
+    /// none; or why the search for conflicts ended early: iterationLimit, timeLimit, cancelled
+    std::optional<Ending> endedEarly{};
+
+    /// A few lines of text.
+    HOLDFAST_SOLVER_EXPORT std::string report() const;
+};
+
+/// What is free, said twice, or contradictory, where the sketch is now. Freedom and redundancy are those of the first
+/// derivatives: where the sketch stands in a singular position they differ from those nearby. Of the options, tolerance
+/// and limits count. An error for options that make no sense.
+///
+/// Cost: near to linear in the sketch; each conflict costs many solves of the part concerned.
+HOLDFAST_SOLVER_EXPORT Result<Diagnosis> diagnose(const Sketch& sketch, const SolveOptions& options = {});
+
+struct Conflict {
+    std::vector<ConstraintId> constraints{};
+    std::vector<std::size_t> targets{};  ///< numbers of the targets that take part
+
+    bool isEmpty() const { return constraints.empty() && targets.empty(); }
+};
+
+/// The constraints that cannot hold together (with the targets), while any of them left out would free the others, as
+/// far as the solver can tell (U. Junker, QuickXplain). Empty when they can hold, or when a limit ends the search.
+HOLDFAST_SOLVER_EXPORT Result<Conflict> findConflict(const Sketch& sketch, std::span<const Target> targets = {},
+                                                     const SolveOptions& options = {});
+
+}  // namespace holdfast::solver

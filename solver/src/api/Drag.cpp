@@ -1,0 +1,95 @@
+#include <holdfast/solver/Drag.h>
+
+#include <algorithm>
+
+#include "solver/src/api/Running.h"
+#include "solver/src/sketch/Measure.h"
+#include "solver/src/solving/Drag.h"
+
+namespace holdfast::solver {
+
+struct DragSession::State {
+    SketchImpl& sketch;
+    SolveOptions options;
+    std::size_t handleCount;
+    unsigned revision;
+    bool hasMoved = false;
+    detail::DragSession session;
+};
+
+namespace {
+
+/// Rounding may leave residuals a little above what a solve has called satisfied.
+constexpr double kHolds = 10.0;
+
+std::optional<Error> faultOfStart(const SketchImpl& sketch) {
+    const std::vector<double> misses = detail::violationsOf(sketch.data);
+    const double worst = *std::max_element(misses.begin(), misses.end());
+    if (worst <= kHolds * sketch.data.tolerance * sketch.data.size())
+        return std::nullopt;
+    return Error{"a constraint does not hold", "sketch", "solve it before the drag begins"};
+}
+
+}  // namespace
+
+DragSession::DragSession(std::unique_ptr<State> state) : m_state(std::move(state)) {}
+DragSession::~DragSession() = default;
+DragSession::DragSession(DragSession&&) noexcept = default;
+DragSession& DragSession::operator=(DragSession&&) noexcept = default;
+
+Result<DragSession> DragSession::begin(Sketch& sketch, std::vector<PointId> handles, const SolveOptions& options) {
+    SketchImpl& impl = SketchAccess::of(sketch);
+    if (auto fault = faultOf(options))
+        return *std::move(fault);
+    if (handles.empty())
+        return Error{"there is nothing to drag", "drag", "name a point or more"};
+    std::vector<int> values;
+    for (const PointId handle : handles) {
+        const auto value = handleOf(impl, handle);
+        if (!value)
+            return value.error();
+        values.insert(values.end(), {value.value(), value.value() + 1});
+    }
+    const Preparation preparation(impl.data, options.tolerance);
+    try {
+        if (auto fault = faultOfStart(impl))
+            return *std::move(fault);
+        return DragSession(std::unique_ptr<State>(
+            new State{impl, options, handles.size(), impl.revision, false,
+                      detail::DragSession(impl.data, std::move(values), static_cast<detail::Scope>(options.scope))}));
+    } catch (const detail::SketchError& e) {
+        return Error{e.what(), "sketch", "put the constraint's entities elsewhere, or remove it"};
+    }
+}
+
+SolveResult DragSession::step(std::span<const Vec2> goals) {
+    State& state = *m_state;
+    if (state.sketch.revision != state.revision)
+        return invalid({"the sketch was changed since the session began", "drag", "begin a new session"});
+    if (goals.size() != state.handleCount)
+        return invalid({"there are " + std::to_string(goals.size()) + " goals for " +
+                            std::to_string(state.handleCount) + " handles",
+                        "drag", "give one for each"});
+    std::vector<double> numbers;
+    for (const Vec2 goal : goals) {
+        if (!geometry::isFinite(goal))
+            return invalid({"a goal is not finite", "drag", "give finite numbers"});
+        numbers.insert(numbers.end(), {goal.x, goal.y});
+    }
+    detail::Budget budget = budgetOf(state.options);
+    const detail::Budget::Clock::time_point start = detail::Budget::Clock::now();
+    SolveResult result = resultOf(state.sketch, state.session.step(numbers, &budget), budget);
+    result.times.iterating = std::chrono::duration<double>(detail::Budget::Clock::now() - start).count();
+    state.hasMoved = true;
+    return result;
+}
+
+SolveResult DragSession::step(Vec2 goal) {
+    return step(std::span<const Vec2>(&goal, 1));
+}
+
+double DragSession::miss() const {
+    return m_state->hasMoved ? m_state->session.miss() : 0.0;
+}
+
+}  // namespace holdfast::solver

@@ -1,0 +1,183 @@
+#include <algorithm>
+#include <cmath>
+
+#include "solver/src/api/Running.h"
+#include "solver/src/diagnosis/Conflict.h"
+#include "solver/src/residuals/Operands.h"
+
+namespace holdfast::solver {
+
+using detail::at;
+
+namespace {
+
+Ending endingOf(detail::SolveStatus status) {
+    switch (status) {
+        case detail::SolveStatus::unchanged:
+            return Ending::unchanged;
+        case detail::SolveStatus::solved:
+            return Ending::solved;
+        case detail::SolveStatus::conflicting:
+            return Ending::conflicting;
+        case detail::SolveStatus::degenerate:
+            return Ending::degenerate;
+        case detail::SolveStatus::unreached:
+            break;
+    }
+    return Ending::unreached;
+}
+
+Result<detail::SolveRequest> requestOf(const SketchImpl& sketch, std::span<const Target> targets,
+                                       const SolveOptions& options) {
+    if (auto fault = faultOf(options))
+        return *std::move(fault);
+    auto wanted = targetsOf(sketch, targets);
+    if (!wanted)
+        return wanted.error();
+    detail::SolveRequest request;
+    request.targets = std::move(wanted).value();
+    for (const EntityId id : options.edited) {
+        if (sketch.find(id) < 0)
+            return noSuch(id);
+        request.edited.push_back(sketch.find(id));
+    }
+    request.reach = static_cast<detail::Scope>(options.scope);
+    request.lastLevel = static_cast<detail::RelaxationLevel>(options.firmness);
+    request.namesConflicts = options.explainsConflicts;
+    return request;
+}
+
+/// A contradiction that comes up while values are merged points at the ties that it runs through, and not at what made
+/// them ties. When those alone can hold together after all, the search goes through all constraints.
+void explainFromAll(const detail::SketchData& data, const detail::SolveRequest& request, detail::SolveResult& found) {
+    if (!found.conflicting.empty() || (!found.contradictedTargets.empty() && !request.targets.empty()))
+        return;
+    const auto start = detail::Budget::Clock::now();
+    const std::vector<int> all = detail::bindingConstraints(data);
+    detail::ConflictSet conflict = detail::findConflict(data, all, request.targets, request.budget);
+    found.conflicting = std::move(conflict.constraints);
+    found.contradictedTargets = std::move(conflict.targets);
+    found.times.explaining += std::chrono::duration<double>(detail::Budget::Clock::now() - start).count();
+}
+
+}  // namespace
+
+static_assert(static_cast<int>(Scope::part) == static_cast<int>(detail::Scope::part));
+static_assert(static_cast<int>(Firmness::wishes) == static_cast<int>(detail::RelaxationLevel::wishes));
+
+std::optional<Error> faultOf(const SolveOptions& options) {
+    if (!(options.tolerance >= 1e-12 && options.tolerance <= 1e-3))
+        return Error{"the tolerance is not in 1e-12 to 1e-3", "solve options",
+                     "give it as a part of the sketch's size, 1e-10 when in doubt"};
+    if (options.iterations < 0)
+        return Error{"the number of iterations is negative", "solve options", "give 0 or more"};
+    return std::nullopt;
+}
+
+detail::Budget budgetOf(const SolveOptions& options) {
+    using Clock = detail::Budget::Clock;
+    const Clock::time_point now = Clock::now();
+    // A limit beyond the clock's end is none.
+    const bool hasLimit = options.timeLimit && *options.timeLimit < Clock::time_point::max() - now;
+    return {options.iterations,
+            hasLimit ? now + std::chrono::duration_cast<Clock::duration>(*options.timeLimit) : Clock::time_point::max(),
+            options.isCancelled};
+}
+
+Ending endingOf(detail::Budget::Overrun overrun) {
+    switch (overrun) {
+        case detail::Budget::Overrun::time:
+            return Ending::timeLimit;
+        case detail::Budget::Overrun::cancelled:
+            return Ending::cancelled;
+        default:
+            return Ending::iterationLimit;
+    }
+}
+
+Result<int> handleOf(const SketchImpl& sketch, PointId point) {
+    if (sketch.find(point.entity()) < 0)
+        return noSuch(point.entity());
+    const auto operand = detail::pointAt(sketch.data, sketch.placeOf(point));
+    if (!operand)
+        return Error{"there is no such point", toString(point), "name a point that the entity has"};
+    if (!detail::isDirect(*operand))
+        return Error{"the point is computed from others and cannot be moved by itself", toString(point),
+                     "tie a point to it by a constraint and move that"};
+    return operand->inputs.front();
+}
+
+Result<std::vector<detail::Target>> targetsOf(const SketchImpl& sketch, std::span<const Target> targets) {
+    std::vector<detail::Target> wanted;
+    for (const Target& target : targets) {
+        const auto handle = handleOf(sketch, target.point);
+        if (!handle)
+            return handle.error();
+        if (!geometry::isFinite(target.goal))
+            return Error{"its goal is not finite", toString(target.point), "give finite numbers"};
+        wanted.push_back({handle.value(), target.goal.x});
+        wanted.push_back({handle.value() + 1, target.goal.y});
+    }
+    return wanted;
+}
+
+SolveResult invalid(Error error) {
+    SolveResult result;
+    result.ending = Ending::invalid;
+    result.error = std::move(error);
+    return result;
+}
+
+SolveResult resultOf(const SketchImpl& sketch, const detail::SolveResult& found, const detail::Budget& budget) {
+    SolveResult result;
+    result.ending = endingOf(found.status);
+    if (!found.isSolved() && detail::isSpent(&budget))
+        result.ending = endingOf(budget.overrun());
+    result.firmness = static_cast<Firmness>(found.level);
+    result.iterations = found.iterations;
+    result.worstResidual = found.residual;
+    if (found.worstConstraint >= 0)
+        result.worstConstraint = sketch.constraintId(found.worstConstraint);
+    for (const detail::Movement& movement : found.movements)
+        result.moved.push_back({sketch.entityId(movement.entity), movement.distance});
+    for (const int c : found.conflicting)
+        result.conflicting.push_back(sketch.constraintId(c));
+    for (const int value : found.contradictedTargets) {
+        // Two values for each target.
+        const std::size_t target = at(value) / 2;
+        if (result.contradictedTargets.empty() || result.contradictedTargets.back() != target)
+            result.contradictedTargets.push_back(target);
+    }
+    if (found.degeneracy && result.ending == Ending::degenerate)
+        result.flaw = found.degeneracy->what;
+    result.times = {found.times.building, found.times.iterating, found.times.explaining};
+    return result;
+}
+
+SolveResult solve(Sketch& sketch, const SolveOptions& options) {
+    return solve(sketch, std::span<const Target>(), options);
+}
+
+SolveResult solve(Sketch& sketch, std::span<const Target> targets, const SolveOptions& options) {
+    SketchImpl& impl = SketchAccess::of(sketch);
+    auto request = requestOf(impl, targets, options);
+    if (!request)
+        return invalid(request.error());
+    const Preparation preparation(impl.data, options.tolerance);
+    detail::Budget budget = budgetOf(options);
+    try {
+        detail::SolveRequest wanted = std::move(request).value();
+        wanted.budget = &budget;
+        detail::SolveResult found = detail::solve(impl.data, wanted);
+        if (found.status == detail::SolveStatus::conflicting && options.explainsConflicts && !detail::isSpent(&budget))
+            explainFromAll(impl.data, wanted, found);
+        const SolveResult result = resultOf(impl, found, budget);
+        impl.data.takeReference();
+        ++impl.revision;
+        return result;
+    } catch (const detail::SketchError& e) {
+        return invalid({e.what(), "sketch", "put the constraint's entities elsewhere, or remove it"});
+    }
+}
+
+}  // namespace holdfast::solver

@@ -1,0 +1,226 @@
+#include <gtest/gtest.h>
+#include <holdfast/solver/Solver.h>
+
+#include <algorithm>
+#include <cstring>
+#include <numbers>
+#include <stdexcept>
+
+namespace holdfast::solver {
+namespace {
+
+/// A zigzag of links of length 10 whose ends meet; the first one begins at a fixed point.
+struct Chain {
+    Sketch sketch;
+    std::vector<EntityId> links;
+
+    explicit Chain(int count) {
+        for (int i = 0; i < count; ++i) {
+            const double y = i % 2 == 0 ? 0.0 : 6.0;
+            links.push_back(sketch.addLine({8.0 * i, y}, {8.0 * i + 8.0, 6.0 - y}).value());
+            (void)sketch.add(Length{links.back(), 10}).value();
+            if (i > 0)
+                (void)sketch.add(Coincident{endOf(links[links.size() - 2]), startOf(links.back())}).value();
+        }
+        (void)sketch.add(FixedPoint{startOf(links.front())}).value();
+    }
+
+    std::vector<double> numbers() const {
+        std::vector<double> all;
+        for (const EntityId link : links) {
+            const auto v = sketch.values(link);
+            all.insert(all.end(), v.begin(), v.end());
+        }
+        return all;
+    }
+};
+
+bool areSameBits(const std::vector<double>& a, const std::vector<double>& b) {
+    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
+}
+
+std::vector<Target> endTo(const Chain& chain, Vec2 goal) {
+    return {{endOf(chain.links.back()), goal}};
+}
+
+TEST(Solve, MakesTheConstraintsHoldAndTellsWhatMoved) {
+    Sketch sketch;
+    const EntityId a = sketch.addLine({0, 0}, {4, 1}).value();
+    const EntityId b = sketch.addLine({20, 0}, {24, 0}).value();
+    const ConstraintId level = sketch.add(Horizontal{a}).value();
+    (void)sketch.add(Horizontal{b}).value();
+    const SolveResult result = solve(sketch);
+    EXPECT_EQ(result.ending, Ending::solved);
+    ASSERT_EQ(result.moved.size(), 1u);
+    EXPECT_EQ(result.moved.front().entity, a);
+    EXPECT_EQ(result.moved.front().distance, 0.5);
+    EXPECT_EQ(residual(sketch, level).value(), 0.0);
+    EXPECT_EQ(solve(sketch).ending, Ending::unchanged);
+}
+
+TEST(Solve, BringsPointsToTheirTargets) {
+    Chain chain(3);
+    const SolveResult result = solve(chain.sketch, endTo(chain, {20, 10}));
+    ASSERT_EQ(result.ending, Ending::solved);
+    EXPECT_EQ(chain.sketch.position(endOf(chain.links.back())), (Vec2{20, 10}));
+    EXPECT_EQ(chain.sketch.position(startOf(chain.links.front())), (Vec2{0, 0}));
+    EXPECT_GT(result.iterations, 0);
+    EXPECT_GT(result.times.total(), 0.0);
+}
+
+TEST(Solve, LeavesTheSketchAsItWasWhenATargetIsOutOfReach) {
+    Chain chain(2);
+    const auto before = chain.numbers();
+    const SolveResult result = solve(chain.sketch, endTo(chain, {100, 0}));
+    EXPECT_EQ(result.ending, Ending::conflicting);
+    EXPECT_EQ(result.contradictedTargets, std::vector<std::size_t>{0});
+    EXPECT_TRUE(areSameBits(before, chain.numbers()));
+}
+
+TEST(Solve, NamesTheConstraintsInConflict) {
+    Sketch sketch;
+    const EntityId line = sketch.addLine({0, 0}, {4, 0}).value();
+    const ConstraintId shorter = sketch.add(Length{line, 5}).value();
+    (void)sketch.add(Horizontal{line}).value();
+    const ConstraintId longer = sketch.add(Length{line, 6}).value();
+    const SolveResult result = solve(sketch);
+    EXPECT_EQ(result.ending, Ending::conflicting);
+    EXPECT_NE(std::find(result.conflicting.begin(), result.conflicting.end(), longer), result.conflicting.end());
+    EXPECT_NE(std::find(result.conflicting.begin(), result.conflicting.end(), shorter), result.conflicting.end());
+    EXPECT_EQ(result.briefReport().substr(0, 14), "conflicting in");
+    SolveOptions brief;
+    brief.explainsConflicts = false;
+    EXPECT_LE(solve(sketch, brief).conflicting.size(), 0u);
+}
+
+TEST(Solve, NamesAConflictThatComesUpWhileValuesAreMerged) {
+    Sketch sketch;
+    const EntityId base = sketch.addLine({0, 0}, {30, 0}).value(), wall = sketch.addLine({30, 0}, {30, 40}).value();
+    const EntityId brace = sketch.addLine({0, 0}, {30, 40}).value();
+    const Constraint joints[] = {Coincident{endOf(base), startOf(wall)}, Coincident{endOf(wall), endOf(brace)},
+                                 Coincident{startOf(brace), startOf(base)}, Horizontal{base}, Vertical{wall}};
+    for (const Constraint& joint : joints)
+        (void)sketch.add(joint).value();
+    const ConstraintId a = sketch.add(Length{base, 30}).value(), b = sketch.add(Length{wall, 40}).value();
+    const ConstraintId c = sketch.add(Length{brace, 55}).value();
+    const SolveResult result = solve(sketch);
+    ASSERT_EQ(result.ending, Ending::conflicting);
+    for (const ConstraintId id : {a, b, c})
+        EXPECT_EQ(std::count(result.conflicting.begin(), result.conflicting.end(), id), 1) << toString(id);
+}
+
+TEST(Solve, EndsAtItsLimitsWithTheSketchAsItWas) {
+    for (const Ending expected : {Ending::iterationLimit, Ending::timeLimit, Ending::cancelled}) {
+        Chain chain(6);
+        const auto before = chain.numbers();
+        SolveOptions options;
+        if (expected == Ending::iterationLimit)
+            options.iterations = 1;
+        if (expected == Ending::timeLimit)
+            options.timeLimit = std::chrono::nanoseconds(0);
+        if (expected == Ending::cancelled)
+            options.isCancelled = [] { return true; };
+        const SolveResult result = solve(chain.sketch, endTo(chain, {30, 20}), options);
+        EXPECT_EQ(result.ending, expected);
+        EXPECT_LE(result.iterations, 1);
+        EXPECT_TRUE(areSameBits(before, chain.numbers()));
+        EXPECT_TRUE(solve(chain.sketch, endTo(chain, {30, 20})).isSolved());
+    }
+}
+
+TEST(Solve, AsksBeforeEveryFactorisationWhetherItIsCancelled) {
+    Chain chain(6);
+    int asked = 0;
+    SolveOptions options;
+    options.isCancelled = [&] {
+        ++asked;
+        return false;
+    };
+    const SolveResult result = solve(chain.sketch, endTo(chain, {30, 20}), options);
+    ASSERT_TRUE(result.isSolved());
+    EXPECT_GE(asked, 2);
+    Chain same(6);
+    EXPECT_EQ(result.iterations, solve(same.sketch, endTo(same, {30, 20})).iterations);
+}
+
+TEST(Solve, LetsPassWhatTheCallbackThrows) {
+    Chain chain(6);
+    const auto before = chain.numbers();
+    SolveOptions options;
+    options.isCancelled = []() -> bool { throw std::runtime_error("mine"); };
+    EXPECT_THROW((void)solve(chain.sketch, endTo(chain, {30, 20}), options), std::runtime_error);
+    EXPECT_TRUE(areSameBits(before, chain.numbers()));
+    EXPECT_TRUE(solve(chain.sketch, endTo(chain, {30, 20})).isSolved());
+}
+
+TEST(Solve, RefusesOptionsAndTargetsThatMakeNoSense) {
+    Chain chain(2);
+    SolveOptions options;
+    options.tolerance = 0.0;
+    EXPECT_EQ(solve(chain.sketch, options).ending, Ending::invalid);
+    options = {};
+    options.iterations = -1;
+    EXPECT_EQ(solve(chain.sketch, options).ending, Ending::invalid);
+    options = {};
+    options.edited = {EntityId(99)};
+    EXPECT_EQ(solve(chain.sketch, options).ending, Ending::invalid);
+    const Target middle[] = {{middleOf(chain.links.front()), {1, 1}}};
+    const SolveResult result = solve(chain.sketch, middle);
+    EXPECT_EQ(result.ending, Ending::invalid);
+    ASSERT_TRUE(result.error.has_value());
+    EXPECT_EQ(result.error->where, "the middle of e0");
+}
+
+TEST(Solve, StopsAtALooserTolerance) {
+    const auto missAt = [](double tolerance) {
+        Chain chain(4);
+        SolveOptions options;
+        options.tolerance = tolerance;
+        EXPECT_TRUE(solve(chain.sketch, endTo(chain, {25, 8}), options).isSolved());
+        double worst = 0.0;
+        for (const ConstraintId c : chain.sketch.constraints())
+            worst = std::max(worst, residual(chain.sketch, c).value());
+        return worst;
+    };
+    EXPECT_LT(missAt(1e-10), 1e-8);
+    EXPECT_LT(missAt(1e-4), 1e-2);
+}
+
+TEST(Solve, GivesTheSameBitsForTheSameSketch) {
+    Chain one(8), two(8);
+    const SolveResult first = solve(one.sketch, endTo(one, {40, 25}));
+    const SolveResult second = solve(two.sketch, endTo(two, {40, 25}));
+    ASSERT_TRUE(first.isSolved());
+    EXPECT_EQ(first.iterations, second.iterations);
+    EXPECT_TRUE(areSameBits(one.numbers(), two.numbers()));
+    Chain third(8);
+    Sketch copy = third.sketch;
+    ASSERT_TRUE(solve(copy, endTo(third, {40, 25})).isSolved());
+    for (const EntityId link : third.links) {
+        const auto a = copy.values(link), b = one.sketch.values(link);
+        EXPECT_TRUE(std::equal(a.begin(), a.end(), b.begin(), b.end()));
+    }
+}
+
+TEST(Solve, ReportsInALineAndInFull) {
+    Sketch sketch;
+    const EntityId line = sketch.addLine({0, 0}, {4, 1}).value();
+    (void)sketch.add(Horizontal{line}).value();
+    const SolveResult result = solve(sketch);
+    EXPECT_EQ(result.briefReport(), "solved in 1 iteration, worst residual 0, 1 entity moved");
+    EXPECT_NE(result.fullReport().find("moved           e0 by 0.5\n"), std::string::npos);
+    EXPECT_NE(result.fullReport().find("iterating"), std::string::npos);
+}
+
+TEST(Solve, RefusesWhatWouldCollapse) {
+    Sketch sketch;
+    const EntityId line = sketch.addLine({0, 0}, {4, 0}).value();
+    const Target targets[] = {{startOf(line), {2, 0}}, {endOf(line), {2, 0}}};
+    const SolveResult result = solve(sketch, targets);
+    EXPECT_EQ(result.ending, Ending::degenerate);
+    EXPECT_EQ(result.flaw, "line e0 would have no length");
+    EXPECT_EQ(sketch.position(endOf(line)), (Vec2{4, 0}));
+}
+
+}  // namespace
+}  // namespace holdfast::solver
