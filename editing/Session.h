@@ -38,7 +38,8 @@ struct EditResult {
     std::optional<FreedomChange> freedom{};  ///< of an edit that was done, when the session was asked to tell it
 };
 
-/// A drawing that is being edited. Every edit is one transaction: it is done whole, or the drawing is as it was.
+/// A drawing that is being edited. Every edit is one transaction: it is done whole, or the drawing and the host are as
+/// they were, bit for bit, whatever is thrown on the way and by whom.
 ///
 /// There may be many. Each has a host process of its own, which is current while the session works and never else, so
 /// that sessions in different threads know nothing of each other. One thread at a time uses a session.
@@ -51,18 +52,19 @@ public:
 
     const Document& document() const { return m_document; }
     /// The drawing as the host holds it, for looking into.
-    Drawing& drawing() { return *m_drawing; }
+    Drawing& drawing();
     const Document& original() const { return m_original; }
     const std::vector<EditResult>& results() const { return m_results; }
 
     /// Does one edit as a user types it ("break g3 at 4,0"); "undo" takes the last one back. A refused edit is
-    /// recorded with its error.
+    /// recorded with its error. Throws std::bad_alloc, and nothing has changed, when there is no memory even to record
+    /// that.
     const EditResult& apply(std::string_view edit);
 
     /// The same for an edit as a value; in the report it has the text of toText().
     const EditResult& apply(const Edit& edit);
     /// Why an edit cannot be understood on the drawing as it is, without doing it; nothing when apply() would try it.
-    std::optional<Refusal> check(const Edit& edit) const;
+    std::optional<Refusal> check(const Edit& edit);
 
     /// From now on results tell degrees of freedom, which costs more than most edits.
     void tellFreedom(bool tells = true) { m_tellsFreedom = tells; }
@@ -72,11 +74,16 @@ public:
 
 private:
     const EditResult& transact(std::string_view text, const std::function<Edit()>& read);
-    void attempt(std::string_view text, const std::function<Edit()>& read);
-    void run(const Edit& edit, EditContext& context);
-    void undo();
+    void attempt(std::string_view text, const std::function<Edit()>& read, EditResult& result);
+    void run(const Edit& edit, EditContext& context, EditResult& result);
+    void undo(EditResult& result);
+    void goOnWith(Document next, bool opensAgain);
     void openAgain();
-    std::string errorOf(const std::string& reason, const std::vector<std::string>& edited) const;
+    void rollBack() noexcept;
+    void makeRoom();
+    std::string errorOf(std::string_view text, const std::vector<std::string>& edited) const noexcept;
+    std::string reasonOf(std::string_view text, const std::vector<std::string>& edited) const;
+    std::string solversReason(const std::string& reason, const std::vector<std::string>& edited) const;
     void finishCommand(const EditContext& context);
 
     Document m_original;

@@ -149,9 +149,23 @@ std::string Drawing::add(const Shape& shape, std::string_view like) {
     return entity.id;
 }
 
+Drawing::KnownEntity& Drawing::known(std::string_view name) {
+    const auto found = m_entities.find(std::string(name));
+    if (found == m_entities.end())
+        throw std::invalid_argument("there is no entity " + std::string(name));
+    return found->second;
+}
+
+Drawing::KnownConstraint& Drawing::knownConstraint(std::string_view id) {
+    const auto found = m_constraintIndex.find(std::string(id));
+    if (found == m_constraintIndex.end())
+        throw std::invalid_argument("there is no constraint " + std::string(id));
+    return m_constraints[found->second];
+}
+
 void Drawing::write(std::string_view name, const Shape& shape) {
     const HostProcess::Scope bound(m_process);
-    KnownEntity& known = m_entities.at(std::string(name));
+    KnownEntity& known = this->known(name);
     YxDbObject* resident = HostAccess::peek(known.id);
     known.original.shape = shape;
     if (sameHostKind(readShape(static_cast<YxDbEntity&>(*resident)), shape)) {
@@ -173,6 +187,7 @@ void Drawing::write(std::string_view name, const Shape& shape) {
 
 void Drawing::erase(std::string_view name) {
     const HostProcess::Scope bound(m_process);
+    known(name);  // or there is nothing to erase
     const auto found = m_entities.find(std::string(name));
     YxDbObject* resident = HostAccess::peek(found->second.id);
     for (const auto& [owner, constraint] : constraintsOn(static_cast<YxDbEntity&>(*resident)))
@@ -297,13 +312,13 @@ bool Drawing::isLost(const YxConstrainedGeometry& geometry, Segments& segments) 
 
 void Drawing::removeConstraint(std::string_view id) {
     const HostProcess::Scope bound(m_process);
-    const KnownConstraint& known = m_constraints[m_constraintIndex.at(std::string(id))];
+    const KnownConstraint& known = knownConstraint(id);
     if (known.host != nullptr && !HostAccess::isDeleted(*known.host))
         HostAccess::deleteConstraint(group(), HostAccess::topLevel(*known.host));
 }
 
 void Drawing::setMeasure(std::string_view id, double value) {
-    KnownConstraint& known = m_constraints[m_constraintIndex.at(std::string(id))];
+    KnownConstraint& known = knownConstraint(id);
     known.original.value = value;
     if (known.host != nullptr && !HostAccess::isDeleted(*known.host)) {
         auto& dimension = static_cast<YxDimensionConstraint&>(*known.host);

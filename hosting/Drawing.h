@@ -86,6 +86,9 @@ private:
     };
 
     void addEntity(const Entity& entity);
+    /// Each throws std::invalid_argument for a name or id that the drawing does not have.
+    KnownEntity& known(std::string_view name);
+    KnownConstraint& knownConstraint(std::string_view id);
     YxGeomConstraint* build(const Constraint& constraint);
     BuiltPlace builtPlace(const Place& place, const Constraint& constraint, std::size_t index) const;
     class Segments;

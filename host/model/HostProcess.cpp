@@ -106,11 +106,9 @@ void HostProcess::endOfCommand() {
     const Scope bound(*this);
     const bool watched = isWatched();
     watch(false);
-    for (const YxDbObjectId& id : HostAccess::allIds(*m_database)) {
-        YxDbObject* object = HostAccess::peek(id);
-        if (object->isKindOf(YxDbAssoc2dConstraintGroup::desc()))
-            HostAccess::header(static_cast<YxDbAssoc2dConstraintGroup&>(*object))->uninit();
-    }
+    for (const auto& stub : HostAccess::data(*m_database).stubs)  // no list of them: a process ends without memory, too
+        if (stub->object != nullptr && stub->object->isKindOf(YxDbAssoc2dConstraintGroup::desc()))
+            HostAccess::header(static_cast<YxDbAssoc2dConstraintGroup&>(*stub->object))->uninit();
     while (!m_state->converters.empty())
         delete *m_state->converters.begin();
     watch(watched);
