@@ -86,11 +86,9 @@ void HostProcess::setTilemode(bool on) {
 void HostProcess::endOfCommand() {
     const bool watched = isWatched();
     watch(false);
-    for (const YxDbObjectId& id : HostAccess::allIds(*m_database)) {
-        YxDbObject* object = HostAccess::peek(id);
-        if (object->isKindOf(YxDbAssoc2dConstraintGroup::desc()))
-            HostAccess::header(static_cast<YxDbAssoc2dConstraintGroup&>(*object))->uninit();
-    }
+    for (const YxDbStub* stub : HostAccess::groupStubs(*m_database))
+        if (stub->object != nullptr)
+            HostAccess::header(static_cast<YxDbAssoc2dConstraintGroup&>(*stub->object))->uninit();
     while (!hostState().converters.empty())
         delete *hostState().converters.begin();
     watch(watched);

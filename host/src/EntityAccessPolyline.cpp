@@ -5,6 +5,7 @@
 
 #include "host/src/EntityAccess.h"
 #include "host/src/EntityCheck.h"
+#include "host/src/HostAccess.h"
 
 namespace holdfast {
 namespace {
@@ -130,6 +131,7 @@ int EntityAccess::lastFreshIdentifier(const YxDbPolyline& polyline) {
 int EntityAccess::takeFreshIdentifier(YxDbPolyline& polyline) {
     if (polyline.m_lastFreshIdentifier == std::numeric_limits<int>::max())
         return 0;
+    HostAccess::tellChange(polyline);
     return ++polyline.m_lastFreshIdentifier;
 }
 
@@ -139,6 +141,7 @@ std::size_t EntityAccess::segmentCount(const YxDbPolyline& polyline) {
 }
 
 int EntityAccess::numberVertex(YxDbPolyline& polyline, std::size_t index) {
+    HostAccess::tellChange(polyline);
     return polyline.m_vertices[index].identifier = takeFreshIdentifier(polyline);
 }
 
