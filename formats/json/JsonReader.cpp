@@ -3,6 +3,7 @@
 #include <array>
 #include <istream>
 #include <iterator>
+#include <optional>
 #include <utility>
 
 #include "document/Names.h"
@@ -150,9 +151,35 @@ void checkWithLines(const Document& document, const JsonNode& root, const std::s
     }
 }
 
+/// The drawing, each entity and constraint read as soon as its text has been: the tree of a large file would take ten
+/// times the memory of the drawing. Nothing when anything is wrong.
+std::optional<Document> readPieceByPiece(std::string_view text, const std::string& fileName) {
+    try {
+        Document listed;
+        const JsonNode root = parseJsonTree(text, fileName, [&](std::string_view list, const JsonNode& item) {
+            if (list == "entities")
+                listed.entities.push_back(readEntity(JsonView(item, fileName)));
+            else if (list == "constraints")
+                listed.constraints.push_back(readConstraint(JsonView(item, fileName)));
+        });
+        Document document = readDocument(JsonView(root, fileName));
+        if (!document.entities.empty() || !document.constraints.empty())
+            return std::nullopt;
+        document.entities = std::move(listed.entities);
+        document.constraints = std::move(listed.constraints);
+        checkDocument(document, fileName);
+        return document;
+    } catch (const DrawingError&) {
+        return std::nullopt;
+    }
+}
+
 }  // namespace
 
+/// What is wrong, and where, only the whole tree can tell.
 Document readJson(std::string_view text, const std::string& fileName) {
+    if (std::optional<Document> document = readPieceByPiece(text, fileName))
+        return std::move(*document);
     const JsonNode root = parseJsonTree(text, fileName);
     Document document = readDocument(JsonView(root, fileName));
     checkWithLines(document, root, fileName);

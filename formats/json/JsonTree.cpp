@@ -63,8 +63,8 @@ std::string wordAt(std::string_view text, std::size_t offset) {
 /// stay good.
 class TreeBuilder {
 public:
-    TreeBuilder(std::string_view text, const std::string& fileName, const int& line)
-        : m_text(text), m_fileName(fileName), m_line(line) {}
+    TreeBuilder(std::string_view text, const std::string& fileName, const int& line, const TakeListed& takeListed)
+        : m_text(text), m_fileName(fileName), m_line(line), m_takeListed(takeListed) {}
 
     bool null() { return add(JsonNode::Kind::null) != nullptr; }
     bool boolean(bool value) {
@@ -98,6 +98,11 @@ public:
     bool end_object() {
         refuseTwins(*m_open.back());
         m_open.pop_back();
+        if (m_takeListed && m_open.size() == 2 && m_open.back()->kind == JsonNode::Kind::list &&
+            m_root.kind == JsonNode::Kind::object) {
+            m_takeListed(m_root.keys.back(), m_open.back()->items.back());
+            m_open.back()->items.pop_back();
+        }
         return true;
     }
     bool end_array() {
@@ -181,6 +186,7 @@ private:
     std::string_view m_text;
     const std::string& m_fileName;
     const int& m_line;
+    const TakeListed& m_takeListed;
     int m_keyLine = 1;
     JsonNode m_root;
     std::vector<JsonNode*> m_open;
@@ -220,10 +226,14 @@ bool appendPath(const JsonNode& from, const JsonNode& to, std::string& path) {
 }  // namespace
 
 JsonNode parseJsonTree(std::string_view text, const std::string& fileName) {
+    return parseJsonTree(text, fileName, {});
+}
+
+JsonNode parseJsonTree(std::string_view text, const std::string& fileName, const TakeListed& take) {
     if (text.find_first_not_of(" \t\r\n") == std::string_view::npos)
         throw DrawingError(fileName, {"", "an empty file", "a drawing in JSON"});
     int line = 1;
-    TreeBuilder builder(text, fileName, line);
+    TreeBuilder builder(text, fileName, line, take);
     nlohmann::json::sax_parse(LineCountingIterator(text.data(), &line),
                               LineCountingIterator(text.data() + text.size(), &line), &builder);
     return builder.take();

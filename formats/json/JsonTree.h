@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,13 @@ struct JsonNode {
 /// The whole text as a tree. Throws DrawingError with line and column for text that is not JSON, and for a name that
 /// an object has twice.
 JsonNode parseJsonTree(std::string_view text, const std::string& fileName);
+
+/// Takes an object that stands in a list of the root, by the list's name, as soon as it has ended.
+using TakeListed = std::function<void(std::string_view list, const JsonNode& item)>;
+
+/// The tree of a text without the objects in the root's lists, which are handed over one by one: what it needs of
+/// memory does not grow with them. What the taker throws passes through.
+JsonNode parseJsonTree(std::string_view text, const std::string& fileName, const TakeListed& take);
 
 /// What a reader of a message calls a value: the text "abc", a list of 3 items, the number 3.5, nothing (null).
 std::string describe(const JsonNode& node);
