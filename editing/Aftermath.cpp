@@ -7,6 +7,8 @@
 
 #include "document/EntityIndex.h"
 #include "document/Names.h"
+#include "editing/Refusal.h"
+#include "editing/text/EditText.h"
 #include "hosting/evaluator/SketchFromDocument.h"
 #include "solver/src/diagnosis/Extract.h"
 #include "solver/src/sketch/Measure.h"
@@ -17,6 +19,9 @@ namespace {
 
 /// Parts of the drawing's size within which a constraint holds.
 constexpr double kHolds = 1e-6;
+
+/// The same for one that holds without doubt: what was on the brink before an edit may be a little beyond after it.
+constexpr double kHeldSurely = 1e-7;
 
 bool isHostsOwn(ConstraintType type) {
     return isDimension(type) || type == ConstraintType::midpoint || type == ConstraintType::internal;
@@ -60,25 +65,37 @@ double shortfallOf(const SketchData& sketch, int constraint) {
     }
 }
 
-void dropFalse(Drawing& drawing, const Document& before, const Document& now) {
-    const EntityIndex entities(now);
-    const std::vector<int> doubtful = constraintsOnChanged(before, now, [&](const Constraint& constraint) {
-        return constraint.driving && (isHostsOwn(constraint.type) || isOnSpline(constraint, entities));
-    });
+/// Numbers of constraints by their ids.
+std::unordered_map<std::string_view, int> numbersById(const Document& document) {
+    std::unordered_map<std::string_view, int> numbers;
+    for (std::size_t i = 0; i < document.constraints.size(); ++i)
+        numbers.emplace(document.constraints[i].id, static_cast<int>(i));
+    return numbers;
+}
+
+/// Those of some constraints that held before and do not now.
+template <class Take>
+void forBroken(const EditedPart& part, const std::vector<int>& doubtful, double held, double holds, const Take& take) {
     if (doubtful.empty())
         return;
-    std::unordered_map<std::string_view, int> numberBefore;
-    for (std::size_t i = 0; i < before.constraints.size(); ++i)
-        numberBefore.emplace(before.constraints[i].id, static_cast<int>(i));
-    const SketchData was = sketchFrom(before), is = sketchFrom(now);
-    const double heldWithin = kHolds * was.size(), holdsWithin = kHolds * is.size();
+    const auto numberBefore = numbersById(part.before);
+    const SketchData was = sketchFrom(part.before), is = sketchFrom(part.after);
     for (const int number : doubtful) {
-        const std::string& id = now.constraints[static_cast<std::size_t>(number)].id;
-        const auto known = numberBefore.find(id);
-        if (known != numberBefore.end() && shortfallOf(was, known->second) <= heldWithin &&
-            shortfallOf(is, number) > holdsWithin)
-            drawing.removeConstraint(id);
+        const Constraint& constraint = part.after.constraints[static_cast<std::size_t>(number)];
+        const auto known = numberBefore.find(constraint.id);
+        if (known != numberBefore.end() && shortfallOf(was, known->second) <= held * part.sizeBefore &&
+            !(shortfallOf(is, number) <= holds * part.sizeAfter))
+            take(constraint);
     }
+}
+
+void dropFalse(Drawing& drawing, const EditedPart& part) {
+    const EntityIndex entities(part.after);
+    const std::vector<int> doubtful = constraintsOnChanged(part.before, part.after, [&](const Constraint& constraint) {
+        return constraint.driving && (isHostsOwn(constraint.type) || isOnSpline(constraint, entities));
+    });
+    forBroken(part, doubtful, kHolds, kHolds,
+              [&](const Constraint& constraint) { drawing.removeConstraint(constraint.id); });
 }
 
 void refreshMeasures(Drawing& drawing, const Document& before, const Document& now) {
@@ -93,10 +110,18 @@ void refreshMeasures(Drawing& drawing, const Document& before, const Document& n
 
 }  // namespace
 
-void settleOwnConstraints(Drawing& drawing, const Document& before) {
-    const Document now = drawing.document();
-    dropFalse(drawing, before, now);
-    refreshMeasures(drawing, before, now);
+void settleOwnConstraints(Drawing& drawing, const EditedPart& part) {
+    dropFalse(drawing, part);
+    refreshMeasures(drawing, part.before, part.after);
+}
+
+void refuseBroken(const EditedPart& part) {
+    const std::vector<int> kept =
+        constraintsOnChanged(part.before, part.after, [](const Constraint& constraint) { return constraint.driving; });
+    forBroken(part, kept, kHeldSurely, kHolds, [](const Constraint& constraint) {
+        throw EditError("after it " + spokenConstraint(constraint) +
+                        " would be kept and would not hold; delete it first, or choose another value");
+    });
 }
 
 }  // namespace holdfast::editing

@@ -10,7 +10,11 @@ namespace holdfast::editing {
 // spline, or on control points between its ends, which the module judges only where it is cut.
 
 /// Deletes the driving ones of them that held before the command and that its geometry has made false, and gives
-/// measured dimensions of changed entities what they measure now. Linear in both states of the drawing.
-void settleOwnConstraints(Drawing& drawing, const Document& before);
+/// measured dimensions of changed entities what they measure now. Linear in what the command touched.
+void settleOwnConstraints(Drawing& drawing, const EditedPart& part);
+
+/// EditError with the name of a constraint that held before an edit, was kept, and does not hold any more: the host or
+/// the solver did not do what they said. Linear in what the edit touched.
+void refuseBroken(const EditedPart& part);
 
 }  // namespace holdfast::editing

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "commands/extend/ConstraintExtendCmdCenter.h"
+#include "document/HostOpening.h"
 #include "editing/Verbs.h"
 #include "geometry/Vec2.h"
 #include "geometry/construction/Extending.h"
@@ -77,8 +78,8 @@ void moveEnd(EditContext& context, const std::string& name, CurveEnd end, const 
                                end == CurveEnd::start ? 1 : 2);
     context.edited.push_back(name);
     drawing.write(name, longer);
-    const YxSmartPtr<YxDbObject> open = YxDbObjectIdImpl::openObject(drawing.id(name), YxDb::kForRead, false);
-    centre.deleteConstraint(static_cast<const YxDbEntity*>(open.get()));
+    const auto open = opened<YxDbEntity>(drawing.id(name), YxDb::kForRead);
+    centre.deleteConstraint(open.get());
 }
 
 void runExtend(EditText& text, EditContext& context) {

@@ -1,9 +1,9 @@
 #include <algorithm>
 
-#include <yxbase/YxSmartPtr.h>
 #include <yxdb/YxDbPolyline.h>
 
 #include "commands/join/ConstraintJoinCmdCenter.h"
+#include "document/HostOpening.h"
 #include "editing/Evaluation.h"
 #include "editing/Verbs.h"
 #include "editing/commands/join/Chaining.h"
@@ -30,9 +30,8 @@ void tellCentre(const EditContext& context, ConstraintJoinCmdCenter& centre, con
                 const ChainPiece& piece, const ChainLink& link) {
     if (!piece.isPolyline)
         return centre.joinLineArc(!link.isBefore);
-    const YxSmartPtr<YxDbPolyline> joined(YxDbObjectIdImpl::openObject(result, YxDb::kForRead, false));
-    const YxSmartPtr<YxDbPolyline> open(
-        YxDbObjectIdImpl::openObject(context.drawing.id(piece.name), YxDb::kForRead, false));
+    const auto joined = opened<YxDbPolyline>(result, YxDb::kForRead);
+    const auto open = opened<YxDbPolyline>(context.drawing.id(piece.name), YxDb::kForRead);
     centre.joinPolyline(joined.get(), open.get(), link.isBefore, link.touchesStart);
 }
 

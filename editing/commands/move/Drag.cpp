@@ -96,9 +96,20 @@ void hold(const EditContext& context, const Hold& held) {
                 LvConstraintDropData::mpAssocHeader->points.append({grip.point.x, grip.point.y, 0.0});
 }
 
+/// The drag of the process ends with the edit, however that ends: its header belongs to this drawing.
+class DragOfThisEdit {
+public:
+    explicit DragOfThisEdit(const YxArray<YxDbObjectId>& ids) { LvConstraintDropData::init(ids); }
+    ~DragOfThisEdit() { LvConstraintDropData::reset(); }
+    DragOfThisEdit(const DragOfThisEdit&) = delete;
+    DragOfThisEdit& operator=(const DragOfThisEdit&) = delete;
+};
+
 /// Follows the cursor from where it was taken up, then drops; EditError when the last step found no place to drop at.
 void dragConstrained(const EditContext& context, const Hold& held, Vec2 by, int steps) {
-    LvConstraintDropData::init(idsOf(context, held.names));
+    const DragOfThisEdit drag(idsOf(context, held.names));
+    if (LvConstraintDropData::mpAssocHeader == nullptr)
+        throw EditError("the host began no drag of " + held.names.front());
     hold(context, held);
     Preview preview;
     for (int step = 1; step <= steps; ++step) {
@@ -106,10 +117,8 @@ void dragConstrained(const EditContext& context, const Hold& held, Vec2 by, int 
         LvConstraintDropData::evaluate();
         LvConstraintDropData::draw(&preview);
     }
-    if (LvConstraintDropData::mpAssocHeader->dropChanged) {
-        LvConstraintDropData::reset();
+    if (LvConstraintDropData::mpAssocHeader->dropChanged)
         throw EditError("the constraints of the drawing do not allow this drag");
-    }
     LvConstraintDropData::setFlag(1);
     LvConstraintDropData::confirm();
     markChanged(context);
