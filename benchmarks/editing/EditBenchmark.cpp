@@ -202,7 +202,7 @@ void measureLines(int count) {
     const std::string path = "/tmp/benchmark_edits." + std::to_string(getpid()) + ".json";
     {
         std::ofstream out(path);
-        out << R"({"format":"holdfast-drawing","version":1,"name":"lines","units":{"length":"mm","angle":"rad"},)"
+        out << R"({"name":"lines","units":{"length":"mm","angle":"rad"},)"
             << R"("entities":[)";
         for (int i = 0; i < count; ++i)
             out << (i == 0 ? "" : ",") << R"({"id":"g)" << i << R"(","type":"line","start":[)" << i
