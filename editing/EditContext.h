@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "editing/fates/DeletionReasons.h"
 #include "editing/EditError.h"
 #include "editing/Uses.h"
+#include "editing/fates/DeletionReasons.h"
 #include "hosting/Drawing.h"
 #include "hosting/evaluator/HostEvaluator.h"
 

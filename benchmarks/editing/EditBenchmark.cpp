@@ -20,7 +20,7 @@
 #include "editing/Session.h"
 #include "formats/FileIo.h"
 #include "formats/json/JsonWriter.h"
-#include "host/src/HostAccess.h"
+#include "host/model/HostAccess.h"
 #include "hosting/Drawing.h"
 
 namespace holdfast::editing {

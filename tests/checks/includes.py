@@ -24,7 +24,7 @@ ALLOWED = {
     "module/commands": HOST_API + ("core", "evaluation", "commands"),
     "module/drag": HOST_API + ("core", "evaluation", "drag"),
     "geometry": ("geometry",),
-    "solver": ("geometry", "solver", "holdfast/solver"),
+    "solver": ("geometry", "solver", "holdfast/solver", "holdfast/geometry"),
     "document": PLAIN,
     "formats": PLAIN + ("formats",),
     "inference": PLAIN + ("inference",),

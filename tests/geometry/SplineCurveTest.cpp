@@ -5,6 +5,8 @@
 
 #include <cmath>
 
+#include "tests/geometry/Shapes.h"
+
 namespace holdfast::geometry {
 namespace {
 

@@ -13,12 +13,12 @@ constexpr int kStartMoves = 1;
 constexpr int kEndMoves = 2;
 
 /// Extends entity a: the centre before, the change in place, the centre after. Returns how many it deleted.
-inline int extendTo(
-    Scene& scene, const YxGePoint3d& point, int end, const std::function<void()>& change = [] {}) {
+inline int extendTo(Scene& scene, const YxGePoint3d& point, int end, const std::function<void()>& change = nullptr) {
     ConstraintExtendCmdCenter centre;
     centre.setDeleteConstraint(scene.id("a"), point, end);
     const auto open = YxDbObjectIdImpl::openObject(scene.id("a"), YxDb::kForWrite, false);
-    change();
+    if (change != nullptr)
+        change();
     return centre.deleteConstraint(static_cast<YxDbEntity*>(open.get()));
 }
 
