@@ -24,6 +24,8 @@
 #include "hosting/Drawing.h"
 
 namespace holdfast::editing {
+
+using namespace formats;
 namespace {
 
 constexpr int kShortChain = 10;
@@ -232,13 +234,13 @@ void measureLines(int count) {
 
 int main(int argc, char** argv) {
     if (argc > 1 && std::strcmp(argv[1], "lines") == 0) {
-        holdfast::measureLines(argc > 2 ? std::atoi(argv[2]) : 1'000'000);
+        holdfast::editing::measureLines(argc > 2 ? std::atoi(argv[2]) : 1'000'000);
         return 0;
     }
     for (int i = 1; i < argc; ++i)
-        holdfast::measure(std::atoi(argv[i]));
+        holdfast::editing::measure(std::atoi(argv[i]));
     if (argc == 1)
         for (const int curves : {1'000, 10'000, 100'000})
-            holdfast::measure(curves);
+            holdfast::editing::measure(curves);
     return 0;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 #include <yxbase/YxGeTol.h>
 
@@ -154,8 +155,9 @@ void HostDrag::preview(const Drawing& drawing, AssocConstraintHeader& header) {
             continue;  // erased during the drag
         YxDbEntity*& copy = m_previews[number];
         if (copy == nullptr) {
-            copy = static_cast<YxDbEntity*>(drawing.entity(name).clone());
-            header.adopt(copy);
+            std::unique_ptr<YxDbEntity> made(static_cast<YxDbEntity*>(drawing.entity(name).clone()));
+            header.adopt(made.get());
+            copy = made.release();  // the header's
         }
         writeShape(*copy, m_host.shapeOf(number));
         header.entitiesToDraw.append(copy);
