@@ -90,7 +90,7 @@ private:
     }
 
     std::string summary() const {
-        return "<section class=\"summary\" aria-label=\"Summary\">\n" + chips() + bar() + sketches() + "</section>\n";
+        return "<section class=\"summary\" aria-label=\"Summary\">\n" + chips() + bar() + figures() + "</section>\n";
     }
 
     static std::string chip(const std::string& classes, std::string_view name, std::size_t count) {
@@ -121,21 +121,21 @@ private:
         return text + "</div>\n";
     }
 
-    static std::string sketch(std::string_view name, const std::string& value) {
+    static std::string figure(std::string_view name, const std::string& value) {
         return "<div><dt>" + std::string(name) + "</dt><dd>" + escaped(value) + "</dd></div>\n";
     }
 
-    std::string sketches() const {
+    std::string figures() const {
         std::string text;
         const auto counts = countFates(m_report.entities);
         for (const EntityFate fate : kEntityFates)
             if (const std::size_t count = counts[static_cast<std::size_t>(fate)]; count > 0)
-                text += sketch("entities " + std::string(fateName(fate)), std::to_string(count));
+                text += figure("entities " + std::string(fateName(fate)), std::to_string(count));
         double longest = 0.0;
         for (const EntityOutcome& outcome : m_report.entities)
             longest = std::max(longest, outcome.fate == EntityFate::followed ? outcome.movedBy : 0.0);
         if (longest > 0.0)
-            text += sketch("longest move", measure(longest) + " " + m_report.after.lengthUnit);
+            text += figure("longest move", measure(longest) + " " + m_report.after.lengthUnit);
         if (m_report.solver)
             text += solverFigures(*m_report.solver);
         return text.empty() ? text : "<dl>\n" + text + "</dl>\n";
@@ -144,11 +144,11 @@ private:
     static std::string solverFigures(const SolverFigures& solver) {
         std::string text;
         if (solver.degreesOfFreedom)
-            text += sketch("degrees of freedom", std::to_string(*solver.degreesOfFreedom));
+            text += figure("degrees of freedom", std::to_string(*solver.degreesOfFreedom));
         if (solver.iterations)
-            text += sketch("solver iterations", std::to_string(*solver.iterations));
+            text += figure("solver iterations", std::to_string(*solver.iterations));
         if (solver.worstResidual)
-            text += sketch("worst residual", measure(*solver.worstResidual));
+            text += figure("worst residual", measure(*solver.worstResidual));
         return text;
     }
 
@@ -171,7 +171,7 @@ private:
     static std::string pane(std::string_view name, const Document& document, const PictureNotes& notes,
                             const Frame& frame, const Document* ghost, SpotMemory& memory) {
         const std::string width = decimal(frame.width, 2), height = decimal(frame.height, 2);
-        return "<sketch>\n<figcaption><h2>" + std::string(name) + "</h2><span>" +
+        return "<figure>\n<figcaption><h2>" + std::string(name) + "</h2><span>" +
                counted(document.entities.size(), "entity") + ", " + counted(document.constraints.size(), "constraint") +
                "</span></figcaption>\n<svg xmlns=\"http://www.w3.org/2000/svg\" class=\"picture\" viewBox=\"0 0 " +
                width + " " + height + "\" tabindex=\"0\" role=\"img\" aria-label=\"" + std::string(name) + "\">\n" +
@@ -183,7 +183,7 @@ private:
                             .marks = true,
                             .dimensionLines = true,
                             .memory = &memory}) +
-               "</svg>\n</sketch>\n";
+               "</svg>\n</figure>\n";
     }
 
     static std::string swatch(std::string_view classes, std::string_view name) {

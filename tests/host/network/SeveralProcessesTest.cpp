@@ -92,18 +92,6 @@ TEST(SeveralProcesses, EachHasItsOwnServices) {
     EXPECT_FALSE(YxDbConstraintDataProviderLv::isSrvInit());
 }
 
-TEST(SeveralProcesses, EachRemembersWhetherEvaluationIsForbidden) {
-    const HostProcess first;
-    AssocConstraintHeader::m_isForbidEvaStatic = true;
-    const HostProcess second;
-    EXPECT_FALSE(AssocConstraintHeader::m_isForbidEvaStatic);
-    {
-        const HostProcess::Scope bound(first);
-        EXPECT_TRUE(AssocConstraintHeader::m_isForbidEvaStatic);
-    }
-    EXPECT_FALSE(AssocConstraintHeader::m_isForbidEvaStatic);
-}
-
 TEST(SeveralProcesses, EachCountsItsOwnCopies) {
     SmallHost first, second;
     std::unique_ptr<YxDbLine> copy = EntityAccess::makeLine({}, {1, 0, 0});

@@ -118,6 +118,7 @@ HOLDFAST_SOLVER_EXPORT std::string toString(CurveId id);
 
 }  // namespace holdfast::solver
 
+/// @cond
 template <>
 struct std::hash<holdfast::solver::EntityId> {
     std::size_t operator()(holdfast::solver::EntityId id) const noexcept { return std::hash<int>()(id.number()); }
@@ -140,3 +141,4 @@ struct std::hash<holdfast::solver::CurveId> {
         return std::hash<holdfast::solver::EntityId>()(id.entity()) * 1009 + static_cast<std::size_t>(id.segment() + 1);
     }
 };
+/// @endcond
