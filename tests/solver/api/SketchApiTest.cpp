@@ -113,7 +113,7 @@ TEST(Sketch, SaysWhatIsWrongWithAConstraintAndWhatWouldDo) {
     const auto refused = sketch.add(Radius{line, 3});
     ASSERT_FALSE(refused.isDone());
     EXPECT_EQ(refused.error().where, "radius of e0");
-    EXPECT_EQ(refused.error().what, "line e0 is not a circle or an arc");
+    EXPECT_EQ(refused.error().what, "radius of line e0; radius takes one whole circle or arc");
     EXPECT_EQ(refused.error().remedy, "it takes a circle, an arc or an arc segment, and a length above 0");
     EXPECT_TRUE(sketch.constraints().empty());
 }
