@@ -3,12 +3,12 @@
 // The floors that this one stands on: their names are used here as they are.
 namespace holdfast::geometry {}
 namespace holdfast::document {}
-namespace holdfast::solver {}
+namespace holdfast::solver::detail {}
 namespace holdfast::module {}
 
 namespace holdfast::hosting {
 using namespace geometry;
 using namespace document;
-using namespace solver;
+using namespace solver::detail;
 using namespace module;
 }  // namespace holdfast::hosting

@@ -10,7 +10,7 @@
 // Uses memset without declaring it.
 #include <slvs.h>
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -168,11 +168,11 @@ void OtherSolver::read(SketchData& sketch) const {
     }
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail
 
 #else
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 struct OtherSolver::Data {};
 OtherSolver::OtherSolver(const SketchData&) {}
@@ -185,10 +185,10 @@ std::optional<const char*> OtherSolver::solve() {
 }
 void OtherSolver::read(SketchData&) const {}
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail
 
 #endif
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 OtherSolver::~OtherSolver() = default;
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

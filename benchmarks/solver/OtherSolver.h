@@ -5,7 +5,7 @@
 
 #include "solver/src/sketch/SketchData.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// The solver that Debian packages as libslvs1-dev, to compare with. Knows lines and arcs, and the constraints of the
 /// workloads.
@@ -31,4 +31,4 @@ private:
     std::unique_ptr<Data> m_data;
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -11,7 +11,7 @@
 //
 //     benchmark_solver [most constraints]
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 namespace {
 
 constexpr int kSizes[] = {50, 500, 5000, 10000, 50000};
@@ -197,8 +197,8 @@ int run(int most) {
 }
 
 }  // namespace
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail
 
 int main(int count, char** words) {
-    return holdfast::solver::run(count > 1 ? std::atoi(words[1]) : 50000);
+    return holdfast::solver::detail::run(count > 1 ? std::atoi(words[1]) : 50000);
 }

@@ -7,7 +7,7 @@
 #include "solver/src/sketch/Measure.h"
 #include "solver/src/solving/Drag.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -141,4 +141,4 @@ std::pair<double, double> timeBesideOthers(const Workload& work, int others) {
     return {medianOf(aloneTimes), medianOf(crowdedTimes)};
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -5,7 +5,7 @@
 #include "benchmarks/solver/Workloads.h"
 #include "solver/src/solving/Solve.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// Times in ms of one solver on one sketch, and how well the answers hold.
 struct Times {
@@ -23,4 +23,4 @@ Times timeOther(const Workload& work);
 /// turns so that both see the same machine.
 std::pair<double, double> timeBesideOthers(const Workload& work, int others);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -4,7 +4,7 @@
 #include <numbers>
 #include <random>
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -193,4 +193,4 @@ void disturb(SketchData& sketch, double amount) {
         value += uniform(random);
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

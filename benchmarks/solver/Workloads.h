@@ -5,7 +5,7 @@
 
 #include "solver/src/sketch/SketchData.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 /// A sketch of a chosen size that holds as it stands, and a point of it to drag.
 struct Workload {
@@ -32,4 +32,4 @@ void addIslands(SketchData& sketch, int count);
 /// Moves every free coordinate by up to the amount, always in the same way.
 void disturb(SketchData& sketch, double amount);
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -6,7 +6,7 @@
 
 // Solutions that fulfil every equation by ruining an element are refused, and the sketch stays as it was.
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 namespace {
 
 void expectRefused(SketchText sketch, const SolveRequest& request, const char* why) {
@@ -90,4 +90,4 @@ TEST(Degenerate, LetsAnElementStayThatWasCollapsedBefore) {
 }
 
 }  // namespace
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

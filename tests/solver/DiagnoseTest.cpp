@@ -4,7 +4,7 @@
 
 #include "tests/solver/Sketch.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 namespace {
 
 using ::testing::ElementsAre;
@@ -127,4 +127,4 @@ TEST(Diagnose, NamesEachConflictOnce) {
 }
 
 }  // namespace
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

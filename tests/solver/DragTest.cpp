@@ -7,7 +7,7 @@
 
 #include "tests/solver/Sketch.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 namespace {
 
 SolveResult dragTo(DragSession& session, Vec2 goal) {
@@ -250,4 +250,4 @@ TEST(Drag, LeavesOtherPartsAloneToTheLastBit) {
 }
 
 }  // namespace
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

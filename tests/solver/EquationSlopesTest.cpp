@@ -9,7 +9,7 @@
 // Every formula on every kind of operand: the derivatives that the solver uses against central differences. None of
 // the sketches satisfies its constraints, so that nothing cancels.
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 namespace {
 
 constexpr const char* kPoints =
@@ -153,4 +153,4 @@ TEST(EquationSlopes, AreFiniteWhereALineHasNoLength) {
 }
 
 }  // namespace
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

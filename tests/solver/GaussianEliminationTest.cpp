@@ -4,7 +4,7 @@
 
 #include <random>
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 namespace {
 
 TEST(GaussianElimination, CallsTheLaterOfTwoDependentRowsSpare) {
@@ -48,4 +48,4 @@ TEST(GaussianElimination, CountsTheRankOfAProductOfRandomMatrices) {
 }
 
 }  // namespace
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

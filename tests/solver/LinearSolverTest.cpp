@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 namespace {
 
 using ::testing::DoubleNear;
@@ -85,4 +85,4 @@ TEST(LinearSolver, TellsByPivotsWhetherAStepLeadsDownhill) {
 }
 
 }  // namespace
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -7,7 +7,7 @@
 
 #include "tests/solver/Sketch.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 namespace {
 
 double measuredIn(const char* text) {
@@ -60,4 +60,4 @@ TEST(Measure, SaysHowFarEachConstraintIsFromHolding) {
 }
 
 }  // namespace
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

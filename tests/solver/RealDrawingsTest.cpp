@@ -20,7 +20,7 @@
 // Drawings that people made for their own work: the examples, and those of the folder that HOLDFAST_DRAWINGS names.
 // A drawing that does not hold as it is stored is left out, and counted.
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 using namespace document;
 using namespace formats;
@@ -246,4 +246,4 @@ TEST(RealDrawings, FollowADragAndComeBackWithIt) {
 }
 
 }  // namespace
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

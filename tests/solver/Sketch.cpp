@@ -9,7 +9,7 @@
 #include "solver/src/residuals/Operands.h"
 #include "solver/src/sketch/Measure.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 namespace {
 
@@ -182,4 +182,4 @@ double SketchText::worstViolation() const {
     return *std::max_element(misses.begin(), misses.end());
 }
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

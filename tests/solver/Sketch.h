@@ -8,7 +8,7 @@
 #include "solver/src/sketch/SketchData.h"
 #include "solver/src/solving/Solve.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 // Tests read sketches from drawings, which stand above the solver.
 using namespace document;
@@ -55,4 +55,4 @@ private:
     void addConstraint(std::vector<std::string> words);
 };
 
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

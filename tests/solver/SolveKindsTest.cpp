@@ -7,7 +7,7 @@
 
 // Every kind of constraint on every kind of element that can have it: drawn off, solved, measured without merging.
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 namespace {
 
 struct Row {
@@ -203,4 +203,4 @@ INSTANTIATE_TEST_SUITE_P(Dimensions, SolveKinds, ::testing::ValuesIn(kDimensions
 INSTANTIATE_TEST_SUITE_P(EllipseHelpers, SolveKinds, ::testing::ValuesIn(kEllipseHelpers));
 
 }  // namespace
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

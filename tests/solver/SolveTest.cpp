@@ -8,7 +8,7 @@
 
 #include "tests/solver/Sketch.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 namespace {
 
 using ::testing::ElementsAre;
@@ -287,4 +287,4 @@ TEST(Solve, SaysWhatAConstraintCannotApplyTo) {
 }
 
 }  // namespace
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

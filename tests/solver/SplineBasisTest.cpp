@@ -6,7 +6,7 @@
 
 #include "geometry/SplineCurve.h"
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 namespace {
 
 SplineShape rationalCubic() {
@@ -85,4 +85,4 @@ TEST(SplineBasis, KnowsWhichSplinesStartAtTheirFirstControlPoint) {
 }
 
 }  // namespace
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 namespace {
 
 using ::testing::ElementsAre;
@@ -59,4 +59,4 @@ TEST(Substitution, FindsTheRootOfALongChainWithoutRecursion) {
 }
 
 }  // namespace
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail

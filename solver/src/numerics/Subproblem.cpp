@@ -124,7 +124,7 @@ void Subproblem::linearise(std::span<const double> x, std::vector<double>& resid
     std::fill(m_jacobian.begin(), m_jacobian.end(), 0.0);
     for (std::size_t i = 0; i < m_equations.size(); ++i) {
         const Equation& equation = m_system.set.equations[at(m_equations[i])];
-        const auto rows = solver::linearise(m_system.set, equation, m_system.values, m_slopes);
+        const auto rows = detail::linearise(m_system.set, equation, m_system.values, m_slopes);
         std::copy_n(rows.begin(), equation.rows, residual.begin() + m_firstRow[i]);
         for (int s = m_firstSlot[i]; s < m_firstSlot[i + 1]; ++s) {
             const Slot& slot = m_slots[at(s)];

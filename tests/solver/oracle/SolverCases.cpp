@@ -11,7 +11,7 @@
 // and our solutions, as JSON. With "resolve": reads solutions of somebody else, {case: values}, and prints how far each
 // moves when it is solved again, {case: distance}.
 
-namespace holdfast::solver {
+namespace holdfast::solver::detail {
 
 using namespace document;
 namespace {
@@ -111,7 +111,7 @@ void print(std::ostream& out) {
 }
 
 }  // namespace
-}  // namespace holdfast::solver
+}  // namespace holdfast::solver::detail
 
 int main(int count, char** words) {
     if (count > 1 && std::string(words[1]) == "resolve")
