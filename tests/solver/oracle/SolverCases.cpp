@@ -115,7 +115,7 @@ void print(std::ostream& out) {
 
 int main(int count, char** words) {
     if (count > 1 && std::string(words[1]) == "resolve")
-        holdfast::solver::resolve(std::cin, std::cout);
+        holdfast::solver::detail::resolve(std::cin, std::cout);
     else
-        holdfast::solver::print(std::cout);
+        holdfast::solver::detail::print(std::cout);
 }
