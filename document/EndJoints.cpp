@@ -1,7 +1,6 @@
 #include "document/EndJoints.h"
 
 #include <cmath>
-#include <numbers>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -11,6 +10,7 @@
 #include "document/EntityIndex.h"
 #include "document/Names.h"
 #include "document/Places.h"
+#include "geometry/Angles.h"
 #include "geometry/DisjointSets.h"
 
 namespace holdfast::document {
@@ -18,7 +18,7 @@ namespace {
 
 /// Entities that can become segments, by position.
 std::vector<bool> segmentCandidates(const Document& document, const EntityIndex& entities) {
-    constexpr double nearlyFull = 2 * std::numbers::pi - 1e-6;
+    constexpr double nearlyFull = kTurn - 1e-6;
     std::vector<bool> candidates;
     for (const Entity& entity : document.entities) {
         const auto* arc = std::get_if<ArcShape>(&entity.shape);

@@ -1,10 +1,9 @@
 #include "document/Places.h"
 
 #include <algorithm>
-#include <cmath>
 #include <initializer_list>
-#include <numbers>
 
+#include "geometry/Conics.h"
 #include "geometry/SplineCurve.h"
 
 namespace holdfast::document {
@@ -12,16 +11,6 @@ namespace {
 
 Vec2 between(Vec2 a, Vec2 b) {
     return {(a.x + b.x) / 2, (a.y + b.y) / 2};
-}
-
-Vec2 onArc(const ArcShape& arc, double angle) {
-    return {arc.centre.x + arc.radius * std::cos(angle), arc.centre.y + arc.radius * std::sin(angle)};
-}
-
-Vec2 onEllipse(const EllipticalArcShape& arc, double param) {
-    const Vec2 u = arc.majorAxis;
-    const double c = std::cos(param), s = arc.ratio * std::sin(param);
-    return {arc.centre.x + c * u.x - s * u.y, arc.centre.y + c * u.y + s * u.x};
 }
 
 bool isIn(PlaceKind kind, std::initializer_list<PlaceKind> kinds) {
@@ -87,9 +76,9 @@ MaybePoint point(const ArcShape& arc, const Place& place) {
         case centre:
             return arc.centre;
         case mid:
-            return onArc(arc, (arc.startAngle + arc.endAngle) / 2);
+            return circlePoint(arc.centre, arc.radius, (arc.startAngle + arc.endAngle) / 2);
         default:
-            return onArc(arc, place.kind == start ? arc.startAngle : arc.endAngle);
+            return circlePoint(arc.centre, arc.radius, place.kind == start ? arc.startAngle : arc.endAngle);
     }
 }
 MaybePoint point(const CircleShape& circle, const Place&) {
@@ -101,7 +90,7 @@ MaybePoint point(const EllipseShape& ellipse, const Place&) {
 MaybePoint point(const EllipticalArcShape& arc, const Place& place) {
     if (place.kind == centre)
         return arc.centre;
-    return onEllipse(arc, place.kind == start ? arc.startParam : arc.endParam);
+    return ellipsePoint(arc.centre, arc.majorAxis, arc.ratio, place.kind == start ? arc.startParam : arc.endParam);
 }
 MaybePoint point(const SplineShape& spline, const Place& place) {
     if (place.kind == control)
@@ -130,11 +119,9 @@ MaybePoint point(const PolylineShape& polyline, const Place& place) {
         case segmentEnd:
             return to;
         case segmentMid:
-            // The sagitta of a bulged segment is bulge times half the chord, to the right of the travel direction.
-            return Vec2{(from.x + to.x) / 2 + bulge * (to.y - from.y) / 2,
-                        (from.y + to.y) / 2 - bulge * (to.x - from.x) / 2};
+            return middleOfBulge(from, to, bulge);
         default:
-            return arcOfBulge(from, to, bulge).centre;
+            return centreOfBulge(from, to, bulge);
     }
 }
 
@@ -142,19 +129,6 @@ MaybePoint point(const PolylineShape& polyline, const Place& place) {
 
 std::size_t segmentEndVertex(const PolylineShape& polyline, std::size_t segment) {
     return segment + 1 == polyline.vertices.size() ? 0 : segment + 1;
-}
-
-ArcShape arcOfBulge(Vec2 from, Vec2 to, double bulge) {
-    const double dx = to.x - from.x, dy = to.y - from.y;
-    // From the chord's middle to the centre: (1 - bulge^2) / (4 bulge) chords to the left of the travel direction.
-    const double offset = (1.0 - bulge * bulge) / (4.0 * bulge);
-    ArcShape arc;
-    arc.centre = {(from.x + to.x) / 2 - offset * dy, (from.y + to.y) / 2 + offset * dx};
-    arc.radius = std::hypot(dx, dy) * (1.0 + bulge * bulge) / (4.0 * std::abs(bulge));
-    const Vec2 first = bulge > 0 ? from : to;
-    arc.startAngle = std::atan2(first.y - arc.centre.y, first.x - arc.centre.x);
-    arc.endAngle = arc.startAngle + 4.0 * std::atan(std::abs(bulge));
-    return arc;
 }
 
 bool hasPlace(const Shape& shape, const Place& place) {

@@ -6,16 +6,13 @@
 
 #include "document/Document.h"
 #include "document/Uses.h"
+#include "geometry/Conics.h"
 #include "geometry/Segments.h"
 
 namespace holdfast::document {
 
 /// The vertex in which segment i of a polyline ends.
 std::size_t segmentEndVertex(const PolylineShape& polyline, std::size_t segment);
-
-/// The arc from one vertex of a polyline to the next, as a counter-clockwise arc; bulge is not 0.
-/// The radius is chord (1 + bulge^2) / (4 |bulge|), from bulge = tan(included angle / 4).
-ArcShape arcOfBulge(Vec2 from, Vec2 to, double bulge);
 
 /// True when the shape has the place: an index in range, a centre only where there is one.
 ///

@@ -90,7 +90,7 @@ double bulgeOf(const Entity& entity, bool reversed) {
     const auto* arc = std::get_if<ArcShape>(&entity.shape);
     if (arc == nullptr)
         return 0.0;
-    const double bulge = std::tan((arc->endAngle - arc->startAngle) / 4);
+    const double bulge = bulgeOfAngle(arc->endAngle - arc->startAngle);
     return reversed ? -bulge : bulge;
 }
 

@@ -14,7 +14,9 @@ struct Box {
 
     bool isEmpty() const { return low.x > high.x || low.y > high.y; }
     bool isBounded() const { return isFinite(low) && isFinite(high); }
-    double diagonal() const { return norm(high - low); }
+    double width() const { return isEmpty() ? 0.0 : high.x - low.x; }
+    double height() const { return isEmpty() ? 0.0 : high.y - low.y; }
+    double diagonal() const { return std::hypot(width(), height()); }
     Vec2 centre() const { return 0.5 * (low + high); }
 
     void add(Vec2 p) {
@@ -31,11 +33,21 @@ struct Box {
         return {{std::max(low.x, other.low.x), std::max(low.y, other.low.y)},
                 {std::min(high.x, other.high.x), std::min(high.y, other.high.y)}};
     }
+    /// True when they share a point; `overlaps`: when they share more than their sides.
     bool meets(const Box& other) const { return !sharedWith(other).isEmpty(); }
+    bool overlaps(const Box& other) const {
+        return low.x < other.high.x && other.low.x < high.x && low.y < other.high.y && other.low.y < high.y;
+    }
+    bool contains(Vec2 p) const { return p.x >= low.x && p.x <= high.x && p.y >= low.y && p.y <= high.y; }
     /// The least distance from a point; 0 inside.
     double distanceTo(Vec2 p) const {
         return std::hypot(std::max({low.x - p.x, 0.0, p.x - high.x}), std::max({low.y - p.y, 0.0, p.y - high.y}));
     }
 };
+
+inline Box boxAround(Vec2 centre, double width, double height) {
+    const Vec2 half{0.5 * width, 0.5 * height};
+    return {centre - half, centre + half};
+}
 
 }  // namespace holdfast::geometry

@@ -1,16 +1,14 @@
 #include "geometry/Transforms.h"
 
 #include <cmath>
-#include <numbers>
 #include <string>
 
+#include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
 #include "geometry/Vec2.h"
 
 namespace holdfast::geometry {
 namespace {
-
-constexpr double kTurn = 2.0 * std::numbers::pi;
 
 /// The unit vector at an angle, its zeros exact at the quarter turns.
 Vec2 direction(double angle) {
@@ -100,7 +98,7 @@ struct Mover {
         }
         const double after = t.angleAfter(before);
         const bool runsBackwards = t.mirrors && dot(polar(after), polar(before)) < -1e-12;
-        return std::remainder(runsBackwards ? after + std::numbers::pi : after, kTurn);
+        return std::remainder(runsBackwards ? after + kPi : after, kTurn);
     }
 };
 

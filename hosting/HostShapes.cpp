@@ -1,9 +1,9 @@
 #include "hosting/HostShapes.h"
 
 #include <cmath>
-#include <numbers>
 #include <stdexcept>
 
+#include "geometry/Angles.h"
 #include "host/model/EntityAccess.h"
 
 namespace holdfast::hosting {
@@ -34,8 +34,8 @@ EllipseData dataOf(const EllipseShape& s) {
 /// The same arc in the terms of one that is seen from below: its start is the other end.
 ArcData fromBelow(ArcData arc) {
     const double start = arc.startAngle;
-    arc.startAngle = std::numbers::pi - arc.endAngle;
-    arc.endAngle = std::numbers::pi - start;
+    arc.startAngle = kPi - arc.endAngle;
+    arc.endAngle = kPi - start;
     arc.normal = -YxGeVector3d::kZAxis;
     return arc;
 }
@@ -148,12 +148,11 @@ Shape shapeOf(const ArcData& data) {
     if (data.normal.z >= 0.0)
         return ArcShape{flat(data.centre), data.radius, data.startAngle, data.endAngle};
     // Seen from below, angles run clockwise from -x: the world's angle is pi minus the host's.
-    return ArcShape{flat(data.centre), data.radius, std::numbers::pi - data.endAngle,
-                    std::numbers::pi - data.startAngle};
+    return ArcShape{flat(data.centre), data.radius, kPi - data.endAngle, kPi - data.startAngle};
 }
 
 Shape shapeOf(const EllipseData& data) {
-    if (data.startAngle == 0.0 && data.endAngle == 2.0 * std::numbers::pi)
+    if (data.startAngle == 0.0 && data.endAngle == kTurn)
         return EllipseShape{flat(data.centre), flat(data.majorAxis), data.ratio};
     if (data.normal.z >= 0.0)
         return EllipticalArcShape{flat(data.centre), flat(data.majorAxis), data.ratio, data.startAngle, data.endAngle};

@@ -3,16 +3,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <numbers>
 #include <numeric>
 #include <span>
 
+#include "geometry/Angles.h"
 #include "inference/InferState.h"
 
 namespace holdfast::inference {
 namespace {
-
-constexpr double kPi = std::numbers::pi;
 
 /// The nodes of every cluster, in the order of the drawing.
 std::vector<std::vector<std::size_t>> nodesByCluster(const InferState& state) {

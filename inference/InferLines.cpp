@@ -2,17 +2,15 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <numbers>
 #include <set>
 #include <span>
 #include <utility>
 
+#include "geometry/Angles.h"
 #include "inference/InferState.h"
 
 namespace holdfast::inference {
 namespace {
-
-constexpr double kPi = std::numbers::pi;
 
 /// One of the two directions of the drawing's axes, with what it means for lines along it.
 struct Axis {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "document/Places.h"
+#include "geometry/Conics.h"
 #include "geometry/SplineCurve.h"
 
 namespace holdfast::inference {
@@ -17,11 +18,6 @@ Vec2 difference(Vec2 from, Vec2 to) {
 }
 Vec2 acrossRadius(double angle) {
     return {-std::sin(angle), std::cos(angle)};
-}
-
-Vec2 alongEllipse(const EllipticalArcShape& arc, double param) {
-    const double s = std::sin(param), c = arc.ratio * std::cos(param);
-    return {-s * arc.majorAxis.x - c * arc.majorAxis.y, -s * arc.majorAxis.y + c * arc.majorAxis.x};
 }
 
 Vec2 planar(const WeightedPoint& p) {
@@ -68,8 +64,8 @@ public:
     void operator()(const EllipticalArcShape& arc) {
         PlaneCurve curve = bounded(PlaneCurve::Kind::other, arc);
         curve.centreNode = addNode(PlaceKind::centre, arc.centre, true);
-        curve.startDirection = alongEllipse(arc, arc.startParam);
-        curve.endDirection = alongEllipse(arc, arc.endParam);
+        curve.startDirection = ellipseTangent(arc.majorAxis, arc.ratio, arc.startParam);
+        curve.endDirection = ellipseTangent(arc.majorAxis, arc.ratio, arc.endParam);
         m_result.curves.push_back(std::move(curve));
     }
     void operator()(const SplineShape& spline) {
@@ -166,69 +162,47 @@ private:
     std::size_t m_position = 0;
 };
 
-/// A box that grows with the points that entities are given by; round curves count with their square.
-class Box {
-public:
-    void add(Vec2 p, double around = 0.0) {
-        m_left = std::min(m_left, p.x - around);
-        m_right = std::max(m_right, p.x + around);
-        m_bottom = std::min(m_bottom, p.y - around);
-        m_top = std::max(m_top, p.y + around);
-    }
-    double side() const { return m_left > m_right ? 0.0 : std::max(m_right - m_left, m_top - m_bottom); }
+/// The box around the points that entities are given by; round curves count with their square.
+struct GivenBox {
+    Box box;
 
-    void operator()(const LineShape& line) {
-        add(line.start);
-        add(line.end);
-    }
-    void operator()(const ArcShape& arc) { add(arc.centre, arc.radius); }
-    void operator()(const CircleShape& circle) { add(circle.centre, circle.radius); }
-    void operator()(const EllipseShape& e) { add(e.centre, std::hypot(e.majorAxis.x, e.majorAxis.y)); }
-    void operator()(const EllipticalArcShape& e) { add(e.centre, std::hypot(e.majorAxis.x, e.majorAxis.y)); }
+    void operator()(const LineShape& line) { addAll({line.start, line.end}); }
+    void operator()(const ArcShape& arc) { addRound(arc.centre, arc.radius); }
+    void operator()(const CircleShape& circle) { addRound(circle.centre, circle.radius); }
+    void operator()(const EllipseShape& e) { addRound(e.centre, norm(e.majorAxis)); }
+    void operator()(const EllipticalArcShape& e) { addRound(e.centre, norm(e.majorAxis)); }
     void operator()(const SplineShape& spline) { addAll(spline.control); }
-    void operator()(const PointShape& point) { add(point.position); }
+    void operator()(const PointShape& point) { box.add(point.position); }
     void operator()(const XlineShape&) {}
-    void operator()(const RayShape& ray) { add(ray.point); }
+    void operator()(const RayShape& ray) { box.add(ray.point); }
     void operator()(const PolylineShape& polyline) { addAll(polyline.vertices); }
-    void operator()(const TextShape& text) { add(text.position); }
+    void operator()(const TextShape& text) { box.add(text.position); }
+
+    double side() const { return std::max(box.width(), box.height()); }
 
 private:
+    void addRound(Vec2 centre, double radius) { box.add(boxAround(centre, 2.0 * radius, 2.0 * radius)); }
     void addAll(const std::vector<Vec2>& points) {
         for (const Vec2 point : points)
-            add(point);
+            box.add(point);
     }
-
-    static constexpr double kFar = std::numeric_limits<double>::infinity();
-    double m_left = kFar, m_right = -kFar, m_bottom = kFar, m_top = -kFar;
 };
 
-/// The same for what is drawn of round curves: a part of an ellipse counts with its ends and with the ends of the axes
-/// that lie on it. A flat arc of a huge radius is no huge drawing.
-class DrawnBox : public Box {
-public:
-    using Box::operator();
-    void operator()(const ArcShape& arc) { addTurn(arc.centre, {arc.radius, 0.0}, 1.0, arc.startAngle, arc.endAngle); }
-    void operator()(const EllipticalArcShape& e) { addTurn(e.centre, e.majorAxis, e.ratio, e.startParam, e.endParam); }
+/// The same for what is drawn of round curves: a flat arc of a huge radius is no huge drawing.
+struct DrawnBox : GivenBox {
+    using GivenBox::operator();
+    void operator()(const ArcShape& arc) {
+        box.add(ellipticBox(arc.centre, {arc.radius, 0.0}, 1.0, arc.startAngle, arc.endAngle));
+    }
+    void operator()(const EllipticalArcShape& e) {
+        box.add(ellipticBox(e.centre, e.majorAxis, e.ratio, e.startParam, e.endParam));
+    }
     void operator()(const PolylineShape& polyline) {
-        Box::operator()(polyline);
+        GivenBox::operator()(polyline);
         for (std::size_t i = 0; i < segmentCount(polyline); ++i)
             if (polyline.bulges[i] != 0.0)
                 (*this)(arcOfBulge(polyline.vertices[i], polyline.vertices[segmentEndVertex(polyline, i)],
                                    polyline.bulges[i]));
-    }
-
-private:
-    void addTurn(Vec2 centre, Vec2 major, double ratio, double from, double to) {
-        const auto addAt = [&](double param) {
-            const double c = std::cos(param), s = ratio * std::sin(param);
-            add({centre.x + c * major.x - s * major.y, centre.y + c * major.y + s * major.x});
-        };
-        constexpr double quarter = std::numbers::pi / 2;
-        addAt(from);
-        addAt(to);
-        const double first = std::ceil(from / quarter);
-        for (int i = 0; i < 4 && (first + i) * quarter < to; ++i)
-            addAt((first + i) * quarter);
     }
 };
 
@@ -243,10 +217,10 @@ PlaneCurves planeCurvesOf(const Document& document, double smallest) {
 }
 
 double extentOf(const Document& document) {
-    Box box;
+    GivenBox given;
     for (const Entity& entity : document.entities)
-        std::visit(box, entity.shape);
-    return box.side();
+        std::visit(given, entity.shape);
+    return given.side();
 }
 
 double drawnSizeOf(const Document& document) {

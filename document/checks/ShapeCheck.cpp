@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <set>
 #include <span>
 #include <string>
@@ -10,6 +9,7 @@
 
 #include "document/text/NumberText.h"
 #include "document/text/Utf8.h"
+#include "geometry/Angles.h"
 
 namespace holdfast::document {
 namespace {
@@ -79,7 +79,7 @@ MaybeFault first(std::initializer_list<MaybeFault> faults) {
 
 /// Both ends finite, the second above the first and at most one full turn beyond it.
 MaybeFault forward(const std::string& startField, double start, const std::string& endField, double end) {
-    constexpr double fullTurn = 2.0 * std::numbers::pi + 1e-9;
+    constexpr double fullTurn = kTurn + 1e-9;
     if (MaybeFault fault = first({finite(startField, start), finite(endField, end)}))
         return fault;
     if (end <= start)

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
+#include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
 #include "geometry/Vec2.h"
 #include "geometry/curves/Lengths.h"
@@ -16,8 +16,6 @@ struct Measure {
     SizeKind size;
     double value;
 };
-
-constexpr double kDegrees = 180.0 / std::numbers::pi;
 
 /// Nothing for a curve that geometry does not measure.
 std::vector<Measure> withLength(const Shape& shape, std::vector<Measure> others = {}) {

@@ -3,16 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numbers>
 #include <utility>
 
 #include "document/checks/ShapeCheck.h"
 #include "formats/dxf/DxfText.h"
+#include "geometry/Angles.h"
 
 namespace holdfast::formats {
 namespace {
-
-constexpr double kPi = std::numbers::pi;
 
 /// Where the plane of an entity looks, by its extrusion direction.
 enum class Facing { up, down, sideways };

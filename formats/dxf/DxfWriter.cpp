@@ -1,7 +1,6 @@
 #include "formats/dxf/DxfWriter.h"
 
 #include <cmath>
-#include <numbers>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -11,12 +10,13 @@
 #include "document/text/NumberText.h"
 #include "formats/dxf/DxfText.h"
 #include "formats/dxf/Flatten.h"
+#include "geometry/Angles.h"
 
 namespace holdfast::formats {
 namespace {
 
 double degrees(double radians) {
-    return radians * 180.0 / std::numbers::pi;
+    return radians * 180.0 / kPi;
 }
 
 std::string_view layerOf(const Entity& entity) {

@@ -6,6 +6,8 @@
 #include <numbers>
 #include <utility>
 
+#include "geometry/Angles.h"
+#include "geometry/Conics.h"
 #include "geometry/SplineCurve.h"
 
 namespace holdfast::formats {
@@ -67,21 +69,19 @@ void appendPiece(std::vector<Vec2>& points, const Piece& piece, double tolerance
 std::vector<Vec2> flattened(const EllipticalArcShape& arc, double tolerance) {
     const double sweep = arc.endParam - arc.startParam;
     const double step = std::sqrt(8.0 * tolerance / std::hypot(arc.majorAxis.x, arc.majorAxis.y));
-    const double fewest = std::ceil(sweep / (std::numbers::pi / 4));
+    const double fewest = std::ceil(sweep / (kTurn / 8));
     const double count = std::clamp(std::ceil(sweep / step), fewest, kMostPieces);
     std::vector<Vec2> points;
     for (int i = 0; i <= static_cast<int>(count); ++i) {
         const double param = arc.startParam + sweep * (i / count);
-        const double c = std::cos(param), s = arc.ratio * std::sin(param);
-        points.push_back({arc.centre.x + c * arc.majorAxis.x - s * arc.majorAxis.y,
-                          arc.centre.y + c * arc.majorAxis.y + s * arc.majorAxis.x});
+        points.push_back(ellipsePoint(arc.centre, arc.majorAxis, arc.ratio, param));
     }
     return points;
 }
 
 std::vector<Vec2> flattened(const EllipseShape& ellipse, double tolerance) {
-    std::vector<Vec2> points = flattened(
-        EllipticalArcShape{ellipse.centre, ellipse.majorAxis, ellipse.ratio, 0.0, 2.0 * std::numbers::pi}, tolerance);
+    std::vector<Vec2> points =
+        flattened(EllipticalArcShape{ellipse.centre, ellipse.majorAxis, ellipse.ratio, 0.0, kTurn}, tolerance);
     points.back() = points.front();
     return points;
 }

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <string>
 
+#include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
 #include "geometry/construction/SplineEnds.h"
 #include "geometry/construction/Splitting.h"
@@ -16,8 +16,6 @@
 
 namespace holdfast::geometry {
 namespace {
-
-constexpr double kTurn = 2.0 * std::numbers::pi;
 
 /// A meeting closer to the end than this part of the curve's size is the end itself.
 constexpr double kAtEnd = 1e-9;

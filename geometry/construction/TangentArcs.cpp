@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <optional>
 #include <string>
 #include <utility>
 
+#include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
 #include "geometry/Vec2.h"
 #include "geometry/curves/Pieces.h"
@@ -15,8 +15,6 @@
 
 namespace holdfast::geometry {
 namespace {
-
-constexpr double kTurn = 2.0 * std::numbers::pi;
 
 /// Two circles whose centres are closer than this, in a frame, are one; so far may a circle be off its curves.
 constexpr double kSameCircle = 10.0 * kFrameTolerance;

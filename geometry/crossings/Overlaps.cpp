@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
+
+#include "geometry/Angles.h"
 
 namespace holdfast::geometry {
 namespace {
-
-constexpr double kTurn = 2.0 * std::numbers::pi;
 
 /// Lines at a greater angle than this cross in a point, however short they are.
 constexpr double kLargestAngle = 1e-6;

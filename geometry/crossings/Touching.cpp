@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numbers>
+
+#include "geometry/Angles.h"
 
 namespace holdfast::geometry {
 namespace {
 
-constexpr double kTurn = 2.0 * std::numbers::pi;
-
 /// Nearly flat curves whose directions differ by more than this somewhere run nowhere in the same direction.
-constexpr double kSpread = 0.25 * std::numbers::pi;
+constexpr double kSpread = 0.25 * kPi;
 
 /// Where a nearly flat curve is tried, and at how many places an ellipse is.
 constexpr double kTriesOnFlat[] = {0.5, 0.15, 0.85};
@@ -37,7 +36,7 @@ double intoPiece(const Piece& piece, double angle) {
 std::array<double, 2> paramsAlong(const Piece& piece, Vec2 direction) {
     const auto& conic = std::get<ConicForm>(piece.form);
     const double t = std::atan2(cross(direction, conic.minor), cross(direction, conic.major));
-    return {intoPiece(piece, t), intoPiece(piece, t + std::numbers::pi)};
+    return {intoPiece(piece, t), intoPiece(piece, t + kPi)};
 }
 
 bool canRunAlong(Vec2 one, Vec2 other) {

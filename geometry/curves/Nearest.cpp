@@ -3,15 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numbers>
 
+#include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
 #include "geometry/occ/OpenCascade.h"
 
 namespace holdfast::geometry {
 namespace {
-
-constexpr double kTurn = 2.0 * std::numbers::pi;
 
 double squareDistance(const Piece& piece, double t, Vec2 point) {
     const Vec2 gap = derivatives(piece.form, t).point - point;

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numbers>
 #include <string>
 
+#include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
 #include "geometry/curves/Polylines.h"
 #include "geometry/curves/Soundness.h"
@@ -13,8 +13,6 @@
 
 namespace holdfast::geometry {
 namespace {
-
-constexpr double kTurn = 2.0 * std::numbers::pi;
 
 const SplineShape* asSpline(const Shape& shape) {
     return std::get_if<SplineShape>(&shape);

@@ -2,9 +2,9 @@
 
 #include <cmath>
 #include <limits>
-#include <numbers>
 #include <string>
 
+#include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
 #include "geometry/curves/Polylines.h"
 #include "geometry/curves/Soundness.h"
@@ -14,13 +14,12 @@ namespace holdfast::geometry {
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kTurn = 2.0 * std::numbers::pi;
 
 /// A flatter arc segment is reckoned as straight: its centre would lie so far off that the digits run out.
 constexpr double kStraightBulge = 1e-8;
 
 /// A Bezier piece that turns less than this needs no halving, nor does one halved so often.
-constexpr double kFlatTurning = std::numbers::pi / 8.0;
+constexpr double kFlatTurning = kPi / 8.0;
 constexpr int kMostHalvings = 5;
 
 Piece linePiece(Vec2 from, Vec2 to) {
@@ -36,13 +35,11 @@ ConicForm circleForm(Vec2 centre, double radius) {
 }
 
 ConicForm ellipseForm(Vec2 centre, Vec2 majorAxis, double ratio) {
-    return {centre, majorAxis, ratio * leftOf(majorAxis)};
+    return {centre, majorAxis, minorAxis(majorAxis, ratio)};
 }
 
-/// Centre and radius from the ends and the bulge: the sagitta is bulge times half the chord.
 Piece arcSegment(Vec2 from, Vec2 to, double bulge) {
-    const Vec2 chord = to - from;
-    const Vec2 centre = from + 0.5 * chord + ((1.0 - bulge * bulge) / (4.0 * bulge)) * leftOf(chord);
+    const Vec2 centre = centreOfBulge(from, to, bulge);
     const Vec2 major = from - centre;
     const double angle = std::abs(angleOfBulge(bulge));
     return {
@@ -197,8 +194,8 @@ void addBounds(Box& box, const ConicForm& conic, const Piece& piece) {
     box.add(derivativesOf(conic, piece.first).point);
     box.add(derivativesOf(conic, piece.last).point);
     for (const double base : {std::atan2(conic.minor.x, conic.major.x), std::atan2(conic.minor.y, conic.major.y)}) {
-        const double next = base + std::ceil((piece.first - base) / std::numbers::pi) * std::numbers::pi;
-        for (const double t : {next, next + std::numbers::pi}) {
+        const double next = base + std::ceil((piece.first - base) / kPi) * kPi;
+        for (const double t : {next, next + kPi}) {
             box.add(derivativesOf(conic, std::min(t, piece.last)).point);
         }
     }

@@ -47,14 +47,6 @@ void append(PolylineShape& part, Vec2 vertex, double bulge, int id) {
 
 }  // namespace
 
-double bulgeOfAngle(double includedAngle) {
-    return std::tan(includedAngle / 4.0);
-}
-
-double angleOfBulge(double bulge) {
-    return 4.0 * std::atan(bulge);
-}
-
 Shape segmentCurve(const PolylineShape& polyline, std::size_t index) {
     if (index >= segmentCount(polyline)) {
         throw GeometryError("polyline: there is no segment " + std::to_string(index) + "; it has " +

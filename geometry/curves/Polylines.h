@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "geometry/Conics.h"
 #include "geometry/Segments.h"
 #include "geometry/Shapes.h"
 
@@ -10,12 +11,6 @@ namespace holdfast::geometry {
 /// One segment as a curve of its own: a LineShape, or the ArcShape that it covers. An ArcShape always runs
 /// counter-clockwise: a segment with a negative bulge starts at the arc's end.
 Shape segmentCurve(const PolylineShape& polyline, std::size_t index);
-
-/// tan(angle / 4), the bulge of an arc segment; negative for clockwise.
-double bulgeOfAngle(double includedAngle);
-
-/// The angle that a segment of this bulge spans; negative for clockwise.
-double angleOfBulge(double bulge);
 
 /// The same segments in the other direction, each vertex keeping its identifier. A closed one starts at the same
 /// vertex.

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <unordered_set>
 
 #include <yxbase/YxGeTol.h>
 
+#include "geometry/Angles.h"
 #include "hosting/HostShapes.h"
 #include "hosting/evaluator/SketchFromDocument.h"
 #include "solver/src/sketch/Index.h"
@@ -83,7 +83,7 @@ Shape transformed(const Shape& shape, const YxGeMatrix3d& transform) {
 }
 
 double nearestTurn(double angle, double other) {
-    return angle + 2 * std::numbers::pi * std::round((other - angle) / (2 * std::numbers::pi));
+    return angle + kTurn * std::round((other - angle) / (kTurn));
 }
 
 }  // namespace holdfast::hosting

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <unordered_map>
 
+#include "geometry/Angles.h"
 #include "solver/src/sketch/Measure.h"
 
 namespace holdfast::hosting {
@@ -45,12 +45,12 @@ EllipseHelper helperFrom(const std::string& role) {
 
 /// The angle's equal nearest to another one.
 double near(double angle, double other) {
-    return angle + 2 * std::numbers::pi * std::round((other - angle) / (2 * std::numbers::pi));
+    return angle + kTurn * std::round((other - angle) / (kTurn));
 }
 
 /// The same for the end of an arc, which lies behind its start by a turn at most.
 double endNear(double angle, double other, double start) {
-    const double end = near(angle, other), turn = 2 * std::numbers::pi;
+    const double end = near(angle, other), turn = kTurn;
     if (end <= start)
         return end + turn;
     return end - start > turn ? end - turn : end;

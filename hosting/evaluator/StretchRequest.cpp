@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "geometry/Angles.h"
 #include "host/model/DynamicEdits.h"
 #include "hosting/HostShapes.h"
 #include "hosting/evaluator/EditRequests.h"
@@ -133,7 +134,7 @@ double bulgeFor(double chord, double radius, double old) {
     if (!(chord <= 2.0 * radius))
         return old;
     const double half = std::asin(chord / (2.0 * radius));
-    const double bulge = std::tan((std::abs(old) <= 1.0 ? half : std::numbers::pi - half) / 2.0);
+    const double bulge = std::tan((std::abs(old) <= 1.0 ? half : kPi - half) / 2.0);
     return std::copysign(bulge, old);
 }
 

@@ -121,7 +121,7 @@ private:
         if (!m_frame.window.contains(point))
             return false;
         const bool unbounded = std::holds_alternative<XlineShape>(shape) || std::holds_alternative<RayShape>(shape);
-        return unbounded || boundsOf(shape).grown(12.0 / m_frame.scale).contains(point);
+        return unbounded || boundsOf(shape).grownBy(12.0 / m_frame.scale).contains(point);
     }
 
     Mark touching() const {

@@ -29,7 +29,7 @@ std::string pane(std::string_view name, double left, const report::Frame& frame,
 std::string writeBeforeAfter(const FateReport& report) {
     const FateReport whole = completed(report);
     const report::ReportIndex index(whole);
-    report::Box window = report::windowOf(whole.before);
+    geometry::Box window = report::windowOf(whole.before);
     window.add(report::windowOf(whole.after));
     const report::Frame frame = report::trimmed(report::frameAround(window, kPaneWidth, 0.35, 1.1), window, 0.4);
     report::SpotMemory memory;

@@ -101,10 +101,10 @@ private:
 
 /// A drawing without extent still gets a window to stand in.
 Box withExtent(Box box) {
-    if (box.empty())
+    if (box.isEmpty())
         box.add(Vec2{});
     const double size = box.diagonal();
-    return size > 1e-9 * std::max(norm(box.centre()), 1e-3) ? box : box.grown(std::max(1.0, norm(box.centre()) / 4));
+    return size > 1e-9 * std::max(norm(box.centre()), 1e-3) ? box : box.grownBy(std::max(1.0, norm(box.centre()) / 4));
 }
 
 }  // namespace
@@ -113,7 +113,7 @@ Box windowOf(const Document& document) {
     Box own, references;
     for (const Entity& entity : document.entities)
         (entity.fixed ? references : own).add(boundsOf(entity.shape));
-    if (own.empty())
+    if (own.isEmpty())
         return references;
     Box all = own;
     all.add(references);

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "document/Places.h"
+#include "geometry/Conics.h"
 #include "report/picture/SplinePieces.h"
 #include "report/picture/TextElement.h"
 
@@ -23,25 +24,20 @@ Stroke lineTo(Vec2 to) {
     return stroke;
 }
 
-Vec2 onEllipse(Vec2 centre, Vec2 major, Vec2 minor, double param) {
-    return centre + major * std::cos(param) + minor * std::sin(param);
-}
-
-Stroke arcTo(Vec2 centre, Vec2 major, Vec2 minor, double startParam, double endParam) {
-    Stroke stroke = moveTo(onEllipse(centre, major, minor, endParam));
+Stroke arcTo(Vec2 centre, Vec2 major, double ratio, double startParam, double endParam) {
+    Stroke stroke = moveTo(ellipsePoint(centre, major, ratio, endParam));
     stroke.kind = Stroke::Kind::arc;
     stroke.centre = centre;
     stroke.major = major;
-    stroke.minor = minor;
+    stroke.minor = minorAxis(major, ratio);
     stroke.startParam = startParam;
     stroke.endParam = endParam;
     return stroke;
 }
 
 Outline ellipticOutline(Vec2 centre, Vec2 major, double ratio, double startParam, double endParam) {
-    const Vec2 minor = leftOf(major) * ratio;
-    const bool full = endParam - startParam >= 2 * kPi - 1e-12;
-    return {{moveTo(onEllipse(centre, major, minor, startParam)), arcTo(centre, major, minor, startParam, endParam)},
+    const bool full = endParam - startParam >= kTurn - 1e-12;
+    return {{moveTo(ellipsePoint(centre, major, ratio, startParam)), arcTo(centre, major, ratio, startParam, endParam)},
             full};
 }
 
@@ -84,11 +80,8 @@ Outline throughPoints(const std::vector<Vec2>& points) {
 
 /// The arc from `start` to `end` whose bulge is tan(included angle / 4); a negative bulge runs clockwise.
 Stroke bulgeTo(Vec2 start, Vec2 end, double bulge) {
-    const Vec2 chord = end - start;
-    // Half chord over tan(half included angle), with tan(2 a) = 2 tan a / (1 - tan^2 a).
-    const Vec2 centre = midway(start, end) + leftOf(chord) * ((1.0 - bulge * bulge) / (4.0 * bulge));
-    const Vec2 major = start - centre;
-    return arcTo(centre, major, leftOf(major), 0.0, 4.0 * std::atan(bulge));
+    const Vec2 centre = centreOfBulge(start, end, bulge);
+    return arcTo(centre, start - centre, 1.0, 0.0, angleOfBulge(bulge));
 }
 
 struct OutlineMaker {
@@ -100,10 +93,10 @@ struct OutlineMaker {
         return ellipticOutline(s.centre, {s.radius, 0.0}, 1.0, s.startAngle, s.endAngle);
     }
     Outline operator()(const CircleShape& s) const {
-        return ellipticOutline(s.centre, {s.radius, 0.0}, 1.0, 0.0, 2 * kPi);
+        return ellipticOutline(s.centre, {s.radius, 0.0}, 1.0, 0.0, kTurn);
     }
     Outline operator()(const EllipseShape& s) const {
-        return ellipticOutline(s.centre, s.majorAxis, s.ratio, 0.0, 2 * kPi);
+        return ellipticOutline(s.centre, s.majorAxis, s.ratio, 0.0, kTurn);
     }
     Outline operator()(const EllipticalArcShape& s) const {
         return ellipticOutline(s.centre, s.majorAxis, s.ratio, s.startParam, s.endParam);
@@ -172,7 +165,8 @@ void appendChords(const Stroke& stroke, double tolerance, std::vector<Vec2>& run
         const double sweep = stroke.endParam - stroke.startParam;
         const int count = chordCount(sweep, std::max(norm(stroke.major), norm(stroke.minor)), tolerance);
         for (int i = 1; i <= count; ++i)
-            run.push_back(onEllipse(stroke.centre, stroke.major, stroke.minor, stroke.startParam + sweep * i / count));
+            run.push_back(
+                ellipsePoint(stroke.centre, stroke.major, stroke.minor, stroke.startParam + sweep * i / count));
     } else if (stroke.kind == Stroke::Kind::line) {
         run.push_back(stroke.to);
     } else {
@@ -181,18 +175,6 @@ void appendChords(const Stroke& stroke, double tolerance, std::vector<Vec2>& run
         for (int i = 1; i <= count; ++i)
             run.push_back(onBezier(start, stroke, static_cast<double>(i) / count));
     }
-}
-
-/// A part of an ellipse reaches its bounds at its ends or where x or y turns.
-Box ellipticBounds(Vec2 centre, Vec2 major, double ratio, double startParam, double endParam) {
-    const Vec2 minor = leftOf(major) * ratio;
-    Box box;
-    box.add(onEllipse(centre, major, minor, startParam));
-    box.add(onEllipse(centre, major, minor, endParam));
-    for (const double turn : {std::atan2(minor.x, major.x), std::atan2(minor.y, major.y)})
-        for (double t = turn + kPi * std::ceil((startParam - turn) / kPi); t < endParam && t < startParam + 7; t += kPi)
-            box.add(onEllipse(centre, major, minor, t));
-    return box;
 }
 
 Box boundsOfPoints(const std::vector<Vec2>& points) {
@@ -205,12 +187,12 @@ Box boundsOfPoints(const std::vector<Vec2>& points) {
 struct BoundsMaker {
     Box operator()(const LineShape& s) const { return boundsOfPoints({s.start, s.end}); }
     Box operator()(const ArcShape& s) const {
-        return ellipticBounds(s.centre, {s.radius, 0.0}, 1.0, s.startAngle, s.endAngle);
+        return ellipticBox(s.centre, {s.radius, 0.0}, 1.0, s.startAngle, s.endAngle);
     }
     Box operator()(const CircleShape& s) const { return boxAround(s.centre, 2 * s.radius, 2 * s.radius); }
-    Box operator()(const EllipseShape& s) const { return ellipticBounds(s.centre, s.majorAxis, s.ratio, 0.0, 2 * kPi); }
+    Box operator()(const EllipseShape& s) const { return ellipticBox(s.centre, s.majorAxis, s.ratio, 0.0, kTurn); }
     Box operator()(const EllipticalArcShape& s) const {
-        return ellipticBounds(s.centre, s.majorAxis, s.ratio, s.startParam, s.endParam);
+        return ellipticBox(s.centre, s.majorAxis, s.ratio, s.startParam, s.endParam);
     }
     Box operator()(const SplineShape& s) const {
         const Box hull = boundsOfPoints(s.control);
@@ -247,7 +229,8 @@ std::vector<std::vector<Vec2>> flattened(const Outline& outline, double toleranc
 }
 
 Box boundsOf(const Shape& shape) {
-    return std::visit(BoundsMaker{}, shape);
+    const Box box = std::visit(BoundsMaker{}, shape);
+    return box.isBounded() ? box : Box();
 }
 
 Shape segmentShape(const PolylineShape& polyline, int index) {

@@ -55,7 +55,7 @@ public:
     explicit BodyWriter(const PictureRequest& request)
         : m_request(request),
           m_frame(request.frame),
-          m_reach(m_frame.window.grown(request.overscan * std::max(m_frame.window.width(), m_frame.window.height()))),
+          m_reach(m_frame.window.grownBy(request.overscan * std::max(m_frame.window.width(), m_frame.window.height()))),
           m_tolerance(m_frame.window.diagonal() / 20000.0),
           m_ink(m_frame.width, m_frame.height) {}
 

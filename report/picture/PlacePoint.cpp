@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "document/Places.h"
+#include "geometry/Conics.h"
 #include "report/picture/Outline.h"
 #include "report/picture/SplinePieces.h"
 
@@ -13,9 +14,7 @@ namespace {
 constexpr double kLabelAngle = kPi / 4;  // closed curves carry their labels up and right
 
 Spot onEllipse(Vec2 centre, Vec2 major, double ratio, double param) {
-    const Vec2 minor = leftOf(major) * ratio;
-    return {centre + major * std::cos(param) + minor * std::sin(param),
-            unit(minor * std::cos(param) - major * std::sin(param))};
+    return {ellipsePoint(centre, major, ratio, param), unit(ellipseTangent(major, ratio, param))};
 }
 
 Spot onSpline(const SplineShape& spline, double share) {

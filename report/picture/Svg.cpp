@@ -17,7 +17,7 @@ using report::attribute;
 using report::decimal;
 
 std::string writePicture(const Document& document, const PictureNotes& notes, const PictureOptions& options) {
-    const report::Box window = report::windowOf(document);
+    const geometry::Box window = report::windowOf(document);
     const report::Frame frame =
         report::trimmed(report::frameAround(window, options.width, options.lowest, options.highest), window, 0.4);
     const std::string width = decimal(frame.width, 2), height = decimal(frame.height, 2);
@@ -66,11 +66,11 @@ public:
 
 private:
     static report::Frame frameOf(const Document& document) {
-        report::Box window = report::windowOf(document);
-        if (window.empty())
+        geometry::Box window = report::windowOf(document);
+        if (window.isEmpty())
             window.add(Vec2{});
         const double size = window.diagonal();
-        window = window.grown(size > 0.0 ? size / 450.0 : 0.5);
+        window = window.grownBy(size > 0.0 ? size / 450.0 : 0.5);
         return {window, 1.0, window.width(), window.height()};
     }
 

@@ -1,14 +1,12 @@
 #include "document/Places.h"
+#include "geometry/Angles.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numbers>
 
 namespace holdfast::document {
 namespace {
-
-constexpr double kPi = std::numbers::pi;
 
 void expectPoint(const Shape& shape, const Place& place, Vec2 expected) {
     const std::optional<Vec2> point = pointAt(shape, place);

@@ -1,10 +1,10 @@
 #include "document/Polylines.h"
+#include "geometry/Angles.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numbers>
 
 #include "document/EntityIndex.h"
 #include "document/Names.h"
@@ -24,8 +24,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr double kPi = std::numbers::pi;
 
 /// A place from "g0.start", a constraint from "coincident g0.start g1.end".
 Constraint constraint(const std::string& id, ConstraintType type, const std::vector<std::string>& refs) {

@@ -1,5 +1,6 @@
 // The commands that move whole entities, on every kind of entity, free and constrained.
 
+#include "geometry/Angles.h"
 #include "tests/editing/EveryKind.h"
 
 #include <gtest/gtest.h>
@@ -50,7 +51,7 @@ void expectSame(const Shape& found, const Shape& expected, const std::string& ed
                           a.entities[0].kind == EntityKind::text;
     for (std::size_t i = 0; i < a.values.size(); ++i) {
         const double gap = a.values[i] - b.values[i];
-        const double turn = 2.0 * std::numbers::pi;
+        const double turn = kTurn;
         EXPECT_NEAR(hasAngle && i == 2 ? std::remainder(gap, turn) : gap, 0.0, 1e-8) << edit;
     }
 }

@@ -1,8 +1,7 @@
 #include "editing/commands/move/Grips.h"
+#include "geometry/Angles.h"
 
 #include <gtest/gtest.h>
-
-#include <numbers>
 
 #include "geometry/GeometryError.h"
 #include "geometry/Transforms.h"
@@ -68,7 +67,7 @@ TEST(Grips, MovedAllTogetherMoveTheShape) {
 }
 
 TEST(Grips, OfAnArcThatGoesAllTheWayRoundCannotPart) {
-    EXPECT_THROW(withGripsMoved(ArcShape{{0, 0}, 1, 0.5, 0.5 + 2.0 * std::numbers::pi}, {0}, {1, 0}), GeometryError);
+    EXPECT_THROW(withGripsMoved(ArcShape{{0, 0}, 1, 0.5, 0.5 + kTurn}, {0}, {1, 0}), GeometryError);
 }
 
 TEST(Grips, OfUnboundedLinesTurnThemByTheirSecondPoint) {

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <numbers>
-
+#include "geometry/Angles.h"
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
@@ -168,7 +167,7 @@ TEST(JoinEdit, RefusesWithAReasonAndChangesNothing) {
     document.entities.push_back(shapeEntity("disc", CircleShape{{0, 0}, 1}));
     document.entities.push_back(
         shapeEntity("ring", PolylineShape{{{0, 0}, {1, 0}, {1, 1}}, {0, 0, 0}, {0, 0, 0}, true}));
-    document.entities.push_back(shapeEntity("round", ArcShape{{1, 0}, 1, 0, 2 * std::numbers::pi}));
+    document.entities.push_back(shapeEntity("round", ArcShape{{1, 0}, 1, 0, kTurn}));
     const RefusedEdit rows[] = {
         {"join p round", "round goes all the way round, which no segment of a polyline can; break it first"},
         {"join p", "it takes two entities to join; name the ones that p is joined with"},

@@ -2,6 +2,7 @@
 
 #include <numbers>
 
+#include "geometry/Angles.h"
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
@@ -87,7 +88,7 @@ TEST(MirrorCopy, TakesSignedMeasuresTheOtherWayRound) {
     using enum ConstraintType;
     document.constraints = {
         valued(constraintOf("x", distanceX, {{"base", PlaceKind::start}, {"base", PlaceKind::end}}), 10),
-        valued(constraintOf("a", angle, {{"base"}, {"left"}}), std::numbers::pi / 2),
+        valued(constraintOf("a", angle, {{"base"}, {"left"}}), kQuarterTurn),
         valued(constraintOf("d", angle, {{"base"}}), 0), constraintOf("held", fixed, {{"base"}})};
     Session session(document);
     EXPECT_EQ(session.apply("mirror base left about 0,0 0,1 keep").outcome.error, "");
@@ -103,14 +104,14 @@ TEST(MirrorEdit, TurnsTheSignsOfMeasuresAmongTheReflected) {
     using enum ConstraintType;
     document.constraints.push_back(
         valued(constraintOf("x", distanceX, {{"left", PlaceKind::start}, {"right", PlaceKind::end}}), 10));
-    document.constraints.push_back(valued(constraintOf("a", angle, {{"base"}, {"left"}}), std::numbers::pi / 2));
-    document.constraints.push_back(valued(constraintOf("d", angle, {{"left"}}), std::numbers::pi / 2));
+    document.constraints.push_back(valued(constraintOf("a", angle, {{"base"}, {"left"}}), kQuarterTurn));
+    document.constraints.push_back(valued(constraintOf("d", angle, {{"left"}}), kQuarterTurn));
     Session session(document);
     EXPECT_EQ(session.apply("mirror base left right about 0,0 0,1").outcome.error, "");
     EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2 c3 x a d");
     EXPECT_EQ(session.document().constraints[4].value, -10.0);
-    EXPECT_EQ(session.document().constraints[5].value, -std::numbers::pi / 2);
-    EXPECT_NEAR(session.document().constraints[6].value.value(), std::numbers::pi / 2, 1e-12);
+    EXPECT_EQ(session.document().constraints[5].value, -kQuarterTurn);
+    EXPECT_NEAR(session.document().constraints[6].value.value(), kQuarterTurn, 1e-12);
     EXPECT_EQ(entityNamed(session.document(), "right").shape, Shape(LineShape{{-10, 0}, {-10, 5}}));
 }
 

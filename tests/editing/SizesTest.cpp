@@ -1,15 +1,12 @@
 #include "editing/fates/Sizes.h"
+#include "geometry/Angles.h"
 
 #include <gtest/gtest.h>
-
-#include <numbers>
 
 #include "tests/editing/EveryKind.h"
 
 namespace holdfast::editing {
 namespace {
-
-constexpr double kPi = std::numbers::pi;
 
 TEST(Sizes, AreToldOfWhatChangedOnly) {
     EXPECT_EQ(sizeChanges(LineShape{{0, 0}, {4, 0}}, LineShape{{9, 9}, {9, 13}}), std::vector<SizeChange>());

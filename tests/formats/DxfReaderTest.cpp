@@ -1,10 +1,10 @@
 #include "formats/dxf/DxfReader.h"
+#include "geometry/Angles.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numbers>
 
 #include "document/Names.h"
 #include "document/text/DrawingError.h"
@@ -13,8 +13,6 @@
 
 namespace holdfast::formats {
 namespace {
-
-constexpr double kPi = std::numbers::pi;
 
 DxfDrawing read(const std::string& entities) {
     return readDxf(dxfFile(entities), "test.dxf");

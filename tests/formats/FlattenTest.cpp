@@ -1,11 +1,11 @@
 #include "formats/dxf/Flatten.h"
+#include "geometry/Angles.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numbers>
 
 #include "geometry/SplineCurve.h"
 
@@ -31,7 +31,7 @@ TEST(FlattenEllipse, StaysWithinTheToleranceAndCloses) {
         const std::vector<Vec2> chain = flattened(ellipse, tolerance);
         EXPECT_EQ(chain.front(), chain.back());
         for (int i = 0; i < 1000; ++i) {
-            const double t = 2 * std::numbers::pi * i / 1000, c = std::cos(t), s = 0.3 * std::sin(t);
+            const double t = kTurn * i / 1000, c = std::cos(t), s = 0.3 * std::sin(t);
             EXPECT_LE(distanceTo({1 + 30 * c - 40 * s, 2 + 40 * c + 30 * s}, chain), tolerance * 1.000001);
         }
     }
@@ -44,7 +44,7 @@ TEST(FlattenEllipse, NeedsTenTimesThePiecesForAHundredthOfTheTolerance) {
 }
 
 TEST(FlattenEllipticalArc, RunsFromStartToEnd) {
-    const std::vector<Vec2> chain = flattened(EllipticalArcShape{{0, 0}, {2, 0}, 0.5, 0, std::numbers::pi / 2}, 0.01);
+    const std::vector<Vec2> chain = flattened(EllipticalArcShape{{0, 0}, {2, 0}, 0.5, 0, kQuarterTurn}, 0.01);
     EXPECT_EQ(chain.front(), (Vec2{2, 0}));
     EXPECT_NEAR(chain.back().x, 0, 1e-15);
     EXPECT_NEAR(chain.back().y, 1, 1e-15);

@@ -2,16 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <numeric>
 
+#include "geometry/Angles.h"
 #include "geometry/Vec2.h"
 #include "geometry/curves/Parameters.h"
 
 namespace holdfast::geometry {
 namespace {
 
-constexpr double kTurn = 2.0 * std::numbers::pi;
 constexpr double kFarAway = 40.0;
 
 /// Clamped knots at uneven distances.

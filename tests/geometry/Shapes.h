@@ -6,12 +6,11 @@
 #include <ostream>
 #include <vector>
 
+#include "geometry/Angles.h"
 #include "geometry/Shapes.h"
 #include "geometry/Vec2.h"
 
 namespace holdfast::geometry {
-
-inline constexpr double kPi = std::numbers::pi;
 
 inline void PrintTo(Vec2 p, std::ostream* out) {
     *out << "(" << p.x << ", " << p.y << ")";

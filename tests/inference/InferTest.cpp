@@ -1,3 +1,4 @@
+#include "geometry/Angles.h"
 #include "inference/Infer.h"
 
 #include <gmock/gmock.h>
@@ -23,8 +24,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr double kPi = std::numbers::pi;
 
 Document documentOf(const std::vector<Shape>& shapes) {
     Document document;
@@ -225,7 +224,7 @@ TEST(Infer, TakesAMillionthOfTheDrawingAsToleranceUnlessOneIsGiven) {
 
 TEST(Infer, TakesAFlatArcForAsLongAsItIs) {
     const double half = std::asin(0.5e-6);  // a chord of 100 on a radius of 1e8
-    const double up = std::numbers::pi / 2;
+    const double up = kQuarterTurn;
     const Document flat = documentOf({ArcShape{{50, -1e8}, 1e8, up - half, up + half}});
     EXPECT_NEAR(inferConstraints(flat).length, 1e-4, 1e-9);
     const Document round = documentOf({ArcShape{{0, 0}, 50, 0, std::numbers::pi}});

@@ -14,7 +14,7 @@ namespace holdfast::report {
 
 namespace {
 
-using report::Box;
+using geometry::Box;
 using test::parseXml;
 using test::XmlNode;
 
@@ -62,7 +62,7 @@ std::size_t overlapsIn(const std::vector<Box>& boxes) {
     std::size_t count = 0;
     for (std::size_t i = 0; i < boxes.size(); ++i)
         for (std::size_t j = i + 1; j < boxes.size(); ++j)
-            count += boxes[i].grown(-rounding).overlaps(boxes[j].grown(-rounding)) ? 1 : 0;
+            count += boxes[i].grownBy(-rounding).overlaps(boxes[j].grownBy(-rounding)) ? 1 : 0;
     return count;
 }
 

@@ -201,7 +201,7 @@ TEST(Picture, HangsParagraphsFromTheirPosition) {
     EXPECT_GT(first, 10.0);
     EXPECT_NEAR(second, first * 5 / 3, 0.02);
     EXPECT_EQ((*entityNode(picture, "s")->all("tspan").at(0))["dy"], "0");
-    const report::Box box = report::boundsOf(drawing.entities[1].shape);
+    const geometry::Box box = report::boundsOf(drawing.entities[1].shape);
     EXPECT_NEAR(box.low.y, -1 - 5.0 / 3, 1e-9);
     EXPECT_NEAR(box.high.y, 0, 1e-9);
 }

@@ -2,6 +2,7 @@
 
 #include "commands/extend/ConstraintExtendCmdCenter.h"
 #include "editing/Commands.h"
+#include "geometry/Angles.h"
 #include "geometry/Vec2.h"
 #include "geometry/construction/Extending.h"
 #include "geometry/curves/Nearest.h"
@@ -28,8 +29,7 @@ double wayTo(const Shape& shape, CurveEnd end, double param) {
     const ParamRange range = paramRange(shape);
     const double way = end == CurveEnd::start ? range.first - param : param - range.last;
     const bool turns = std::holds_alternative<ArcShape>(shape) || std::holds_alternative<EllipticalArcShape>(shape);
-    constexpr double fullTurn = 6.283185307179586476925;
-    return turns ? way - fullTurn * std::floor(way / fullTurn) : way;
+    return turns ? way - kTurn * std::floor(way / kTurn) : way;
 }
 
 /// A boundary on which the end lies as it is.

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numbers>
 #include <utility>
 
 #include "editing/EditContext.h"
+#include "geometry/Angles.h"
 #include "geometry/Vec2.h"
 #include "geometry/curves/Geometry.h"
 
@@ -131,7 +131,7 @@ Joint halfCircleAt(const Shape& a, const Shape& b, CurveEnd end) {
     const Vec2 point = *pointOf(a, end), out = outwards(a, end);
     const double paramB = dot(tangentAt(b, 0.0), point - pointAt(b, 0.0));
     const Vec2 across = pointAt(b, paramB) - point;
-    const double middle = std::atan2(out.y, out.x), quarter = 0.5 * std::numbers::pi;
+    const double middle = std::atan2(out.y, out.x), quarter = kQuarterTurn;
     const ParamRange range = paramRange(a);
     return {end == CurveEnd::start ? range.first : range.last, paramB, end, endTowards(b, paramB, out),
             ArcShape{point + 0.5 * across, 0.5 * norm(across), middle - quarter, middle + quarter}};

@@ -1,11 +1,11 @@
 #include "editing/commands/join/Chaining.h"
 
 #include <algorithm>
-#include <numbers>
 #include <optional>
 #include <unordered_map>
 
 #include "editing/EditContext.h"
+#include "geometry/Angles.h"
 #include "geometry/Box.h"
 #include "geometry/Vec2.h"
 #include "geometry/curves/Parameters.h"
@@ -21,11 +21,10 @@ PolylineShape singleSegment(Vec2 start, Vec2 end, double bulge) {
 }
 
 /// Radii between the ends of an arc of more than half a turn that leave no room for a bulge.
-constexpr double kFullTurn = 1e-6;
 
 PolylineShape arcSegment(const std::string& name, const ArcShape& arc) {
     const Vec2 start = startPoint(arc).value(), end = endPoint(arc).value();
-    if (arc.endAngle - arc.startAngle > std::numbers::pi && distance(start, end) <= kFullTurn * arc.radius)
+    if (arc.endAngle - arc.startAngle > kPi && distance(start, end) <= kTurn * arc.radius)
         throw EditError(name + " goes all the way round, which no segment of a polyline can; break it first");
     return singleSegment(start, end, bulgeOfAngle(arc.endAngle - arc.startAngle));
 }

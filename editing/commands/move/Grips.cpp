@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <optional>
 
 #include "document/Places.h"
+#include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
 #include "geometry/Transforms.h"
 #include "geometry/Vec2.h"
@@ -15,8 +15,6 @@
 namespace holdfast::editing {
 
 namespace {
-
-constexpr double kTurn = 6.283185307179586476925;
 
 std::vector<Grip> numbered(const std::vector<Vec2>& points) {
     std::vector<Grip> grips;
@@ -32,7 +30,7 @@ bool has(const std::vector<int>& grips, int number) {
 
 /// The arc between two points with the included angle of another.
 ArcShape arcBetween(Vec2 start, Vec2 end, const ArcShape& like) {
-    constexpr double nearlyTurn = 2.0 * std::numbers::pi - 1e-6;
+    constexpr double nearlyTurn = kTurn - 1e-6;
     if (like.endAngle - like.startAngle > nearlyTurn)
         throw GeometryError("arc: goes all the way round, so that its ends cannot be moved apart; shorten it first");
     return arcOfBulge(start, end, bulgeOfAngle(like.endAngle - like.startAngle));
@@ -91,7 +89,7 @@ struct GripMover {
     /// The eccentric angle of the direction in which an end goes, by half a turn at most.
     double slid(const EllipticalArcShape& s, double param) const {
         const Vec2 out = pointAt(Shape(s), param) + by - s.centre;
-        const Vec2 minor = s.ratio * leftOf(s.majorAxis);
+        const Vec2 minor = minorAxis(s.majorAxis, s.ratio);
         const double angle =
             std::atan2(dot(out, minor) / dot(minor, minor), dot(out, s.majorAxis) / dot(s.majorAxis, s.majorAxis));
         return angle + kTurn * std::round((param - angle) / kTurn);

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <unordered_set>
 #include <utility>
 
 #include "document/EntityIndex.h"
 #include "editing/HoldingConstraints.h"
+#include "geometry/Angles.h"
 
 namespace holdfast::editing {
 
@@ -57,7 +57,7 @@ bool isDirection(const Constraint& constraint, const EntityIndex& entities) {
 }
 
 double directionAfter(const Constraint& constraint, const PlaneTransform& mirror) {
-    return std::remainder(mirror.angleAfter(constraint.value.value()), 2.0 * std::numbers::pi);
+    return std::remainder(mirror.angleAfter(constraint.value.value()), kTurn);
 }
 
 /// The value of a signed dimension on the same places; nothing for what the transform leaves, or cannot express so.

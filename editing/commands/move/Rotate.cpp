@@ -1,5 +1,4 @@
 #include <cmath>
-#include <numbers>
 
 #include "drag/CYxRotateReleaseConstraint.h"
 #include "editing/Commands.h"
@@ -7,6 +6,7 @@
 #include "editing/commands/move/FixedPlaces.h"
 #include "editing/commands/move/MirroredConstraints.h"
 #include "editing/commands/move/Moving.h"
+#include "geometry/Angles.h"
 
 namespace holdfast::editing {
 
@@ -39,7 +39,7 @@ void require(const Rotate& edit, const Drawing& drawing) {
 void perform(const Rotate& edit, EditContext& context) {
     const std::vector<std::string> names = requireSelection(context.drawing, edit.entities, "about");
     context.edited = names;
-    const PlaneTransform turn = rotation(edit.about, std::remainder(edit.degrees, 360.0) * (std::numbers::pi / 180.0));
+    const PlaneTransform turn = rotation(edit.about, std::remainder(edit.degrees, 360.0) * (kPi / 180.0));
     refuseMovingFixed(context, names, turn);
     const bool followed = tryRotation(context, constrainedFirst(context, names), edit.about);
     turnMeasures(context.drawing, names, turn);

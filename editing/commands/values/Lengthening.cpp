@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "editing/EditContext.h"
+#include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
 #include "geometry/construction/Extending.h"
 #include "geometry/curves/Lengths.h"
@@ -13,8 +14,6 @@
 namespace holdfast::editing {
 
 namespace {
-
-constexpr double kFullTurn = 6.283185307179586476925;
 
 /// Away from the curve: by how much parameters grow towards the end.
 double outward(CurveEnd end) {
@@ -63,7 +62,7 @@ void refuseFullTurn(const Shape& curve, const std::string& name, CurveEnd end, d
     if (!std::holds_alternative<ArcShape>(curve) && !std::holds_alternative<EllipticalArcShape>(curve))
         return;
     const ParamRange range = paramRange(curve);
-    if (std::abs(param - (end == CurveEnd::end ? range.first : range.last)) >= kFullTurn)
+    if (std::abs(param - (end == CurveEnd::end ? range.first : range.last)) >= kTurn)
         throw EditError(name + " would become a full turn or more; lengthen it by less");
 }
 

@@ -3,16 +3,14 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
-#include <numbers>
 
 #include "document/Names.h"
+#include "geometry/Angles.h"
 #include "geometry/Vec2.h"
 
 namespace holdfast::editing {
 
 namespace {
-
-constexpr double kTurn = 2.0 * std::numbers::pi;
 
 // clang-format off
 // Rows of one type stand together.
@@ -70,7 +68,7 @@ double radiusFrom(Property property, double value) {
         case Property::circumference:
             return value / kTurn;
         case Property::area:
-            return value > 0.0 ? std::sqrt(value / std::numbers::pi) : value;
+            return value > 0.0 ? std::sqrt(value / kPi) : value;
         default:
             return value;
     }
@@ -83,7 +81,7 @@ double fromRadius(Property property, double radius) {
         case Property::circumference:
             return kTurn * radius;
         case Property::area:
-            return std::numbers::pi * radius * radius;
+            return kPi * radius * radius;
         default:
             return radius;
     }

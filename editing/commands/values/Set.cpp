@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <vector>
 
 #include "commands/properties/ConstraintPropertiesCmdCenter.h"
@@ -9,6 +8,7 @@
 #include "editing/Evaluation.h"
 #include "editing/commands/move/Moving.h"
 #include "editing/commands/values/Properties.h"
+#include "geometry/Angles.h"
 #include "geometry/Vec2.h"
 #include "geometry/curves/Parameters.h"
 
@@ -64,7 +64,7 @@ void giveValue(Change& change, const Set& edit, const Shape& shape) {
     if (isPoint)
         return givePoint(change, edit, shape);
     const bool isAngle = change.row.valueKind == ValueKind::angle;
-    change.value.number = isAngle ? *number * (std::numbers::pi / 180.0) : *number;
+    change.value.number = isAngle ? *number * (kPi / 180.0) : *number;
 }
 
 /// The change, and the shape that it asks for.
@@ -135,7 +135,7 @@ std::string spokenValue(const Change& change, const PropertyValue& value) {
     if (change.row.valueKind == ValueKind::point)
         return spoken(value.point);
     const bool isAngle = change.row.valueKind == ValueKind::angle;
-    return spoken(isAngle ? value.number * (180.0 / std::numbers::pi) : value.number);
+    return spoken(isAngle ? value.number * (180.0 / kPi) : value.number);
 }
 
 std::string spokenProperty(const Change& change) {

@@ -4,6 +4,7 @@
 
 #include <holdfast/solver/Dual.h>
 
+#include "geometry/Conics.h"
 #include "solver/src/Uses.h"
 #include "solver/src/residuals/Equation.h"
 
@@ -176,10 +177,8 @@ private:
         const Pair<T> p = pair(), q = pair();
         const T b = *m_next++;
         const Pair<T> chord = q - p;
-        const T apothem = (T(1.0) - b * b) / (b * 4.0);
-        const T factor = (T(1.0) + b * b) / (b * 4.0);
-        const T radius = length(chord) * factor;
-        return {(p + q) * T(0.5) + turned(chord) * apothem, valueOf(b) < 0.0 ? -radius : radius};
+        const T radius = length(chord) * radiusOfBulge(b);
+        return {(p + q) * T(0.5) + turned(chord) * apothemOfBulge(b), valueOf(b) < 0.0 ? -radius : radius};
     }
 
     Pair<T> bulgeMiddle() {
