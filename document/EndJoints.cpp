@@ -12,17 +12,17 @@
 #include "document/Places.h"
 #include "geometry/Angles.h"
 #include "geometry/DisjointSets.h"
+#include "geometry/Tolerances.h"
 
 namespace holdfast::document {
 namespace {
 
 /// Entities that can become segments, by position.
 std::vector<bool> segmentCandidates(const Document& document, const EntityIndex& entities) {
-    constexpr double nearlyFull = kTurn - 1e-6;
     std::vector<bool> candidates;
     for (const Entity& entity : document.entities) {
         const auto* arc = std::get_if<ArcShape>(&entity.shape);
-        const bool isOpenArc = arc != nullptr && arc->endAngle - arc->startAngle < nearlyFull;
+        const bool isOpenArc = arc != nullptr && arc->endAngle - arc->startAngle < kTurn - kAlmostClosed;
         candidates.push_back(!entity.fixed && (isOpenArc || std::holds_alternative<LineShape>(entity.shape)));
     }
     for (const Constraint& constraint : document.constraints) {

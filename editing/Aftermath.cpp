@@ -6,6 +6,7 @@
 #include <unordered_set>
 
 #include "document/EntityIndex.h"
+#include "geometry/Tolerances.h"
 #include "hosting/evaluator/SketchFromDocument.h"
 #include "solver/src/diagnosis/Extract.h"
 #include "solver/src/sketch/Measure.h"
@@ -13,9 +14,6 @@
 namespace holdfast::editing {
 
 namespace {
-
-/// Parts of the drawing's size within which a constraint holds.
-constexpr double kHolds = 1e-6;
 
 /// The module judges a spline by its ends, and where it is cut by its control points. What holds on the whole of one it
 /// leaves alone, and all control points of an outermost span move when the spline is led on.

@@ -5,6 +5,7 @@
 
 #include "document/Names.h"
 #include "document/text/Suggest.h"
+#include "geometry/Tolerances.h"
 #include "geometry/curves/Nearest.h"
 #include "geometry/curves/Parameters.h"
 #include "geometry/curves/Soundness.h"
@@ -41,7 +42,7 @@ std::vector<std::string> valuesOf(const std::vector<Name>& names) {
 
 std::string spoken(Vec2 point) {
     // What is left of a difference of large numbers is no coordinate.
-    const double least = 1e-9 * (std::abs(point.x) + std::abs(point.y));
+    const double least = kSamePoint * (std::abs(point.x) + std::abs(point.y));
     const auto shown = [least](double value) { return std::abs(value) < least ? 0.0 : value + 0.0; };
     char text[80];
     std::snprintf(text, sizeof text, "(%.6g, %.6g)", shown(point.x), shown(point.y));

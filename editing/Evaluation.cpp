@@ -8,6 +8,7 @@
 #include <yxbase/YxSmartPtr.h>
 
 #include "commands/mirror/ConstraintMirrorCmdCenter.h"
+#include "geometry/Tolerances.h"
 #include "inference/PlaneCurves.h"
 
 namespace holdfast::editing {
@@ -53,8 +54,7 @@ void followPlaced(const EditContext& context, const std::vector<std::string>& na
 }
 
 void refuseLess(const EditContext& context) {
-    constexpr double kMet = 1e-6;  // parts of the drawing's extent
-    if (context.evaluator.last().miss <= kMet * extentOf(context.drawing.document()))
+    if (context.evaluator.last().miss <= kHolds * extentOf(context.drawing.document()))
         return;
     context.evaluator.refuseYielded();
     throw EditError("the constraints of the drawing let the edit come only near to what was asked");

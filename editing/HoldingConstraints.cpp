@@ -1,12 +1,12 @@
 #include "editing/HoldingConstraints.h"
 
+#include "geometry/Tolerances.h"
 #include "hosting/evaluator/SketchFromDocument.h"
 #include "solver/src/sketch/Measure.h"
 
 namespace holdfast::editing {
 
 void addHolding(Drawing& drawing, const Document& document, std::size_t firstNew) {
-    constexpr double kHolds = 1e-6;  // parts of the drawing's size
     const SketchData sketch = sketchFrom(document);
     const std::vector<double> misses = violationsOf(sketch);
     const double holds = kHolds * sketch.size();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <span>
 
 namespace holdfast::geometry {
@@ -12,9 +13,6 @@ struct FlatSpline {
     std::size_t degree;
     std::vector<WeightedPoint> control;
     std::vector<double> knots;
-
-    double first() const { return knots[degree]; }
-    double last() const { return knots[control.size()]; }
 };
 
 FlatSpline flat(const SplineShape& spline) {
@@ -45,23 +43,6 @@ WeightedPoint blossom(const FlatSpline& spline, std::size_t span, std::span<cons
         }
     }
     return points[degree];
-}
-
-/// The knot interval of some length that holds the parameter; the curve's end belongs to the last one.
-std::size_t spanOf(const FlatSpline& spline, double param) {
-    const auto begin = spline.knots.begin() + static_cast<std::ptrdiff_t>(spline.degree);
-    const auto end = spline.knots.begin() + static_cast<std::ptrdiff_t>(spline.control.size()) + 1;
-    auto above = std::upper_bound(begin, end, param);
-    if (above == end)
-        above = std::lower_bound(begin, end, spline.last());
-    return static_cast<std::size_t>(above - spline.knots.begin()) - 1;
-}
-
-Vec2 pointOf(const FlatSpline& spline, double param) {
-    const double t = std::clamp(param, spline.first(), spline.last());
-    const std::vector<double> arguments(spline.degree, t);
-    const WeightedPoint p = blossom(spline, spanOf(spline, t), arguments);
-    return {p.x / p.w, p.y / p.w};
 }
 
 std::vector<WeightedPoint> pieceOver(const FlatSpline& spline, std::size_t span) {
@@ -105,18 +86,23 @@ SplineShape unwrapped(const SplineShape& spline) {
     return open;
 }
 
+SplineKnots knotsOf(const SplineShape& spline) {
+    return {spline.degree, spline.periodic, static_cast<int>(spline.control.size()), unwrapped(spline).knots,
+            spline.weights};
+}
+
 Vec2 splinePoint(const SplineShape& spline, double param) {
-    return pointOf(flat(spline), param);
+    const SplineKnots knots = knotsOf(spline);
+    const SplineRange range = splineRange(knots);
+    return pointOf(splineBasis(knots, std::clamp(param, range.first, range.last)), spline.control);
 }
 
 Vec2 splineStart(const SplineShape& spline) {
-    const FlatSpline curve = flat(spline);
-    return pointOf(curve, curve.first());
+    return splinePoint(spline, -std::numeric_limits<double>::infinity());
 }
 
 Vec2 splineEnd(const SplineShape& spline) {
-    const FlatSpline curve = flat(spline);
-    return pointOf(curve, curve.last());
+    return splinePoint(spline, std::numeric_limits<double>::infinity());
 }
 
 std::vector<std::vector<WeightedPoint>> bezierPieces(const SplineShape& spline) {

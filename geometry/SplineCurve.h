@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "geometry/Shapes.h"
+#include "geometry/SplineBasis.h"
 
 namespace holdfast::geometry {
 
@@ -19,7 +20,9 @@ struct WeightedPoint {
 /// the copied knots.
 SplineShape unwrapped(const SplineShape& spline);
 
-/// The curve's point at a parameter, which is clamped to the curve's own range (de Boor's algorithm).
+SplineKnots knotsOf(const SplineShape& spline);
+
+/// The curve's point at a parameter, which is clamped to the curve's own range.
 Vec2 splinePoint(const SplineShape& spline, double param);
 Vec2 splineStart(const SplineShape& spline);
 Vec2 splineEnd(const SplineShape& spline);

@@ -10,6 +10,8 @@
 #include "document/text/NumberText.h"
 #include "document/text/Utf8.h"
 #include "geometry/Angles.h"
+#include "geometry/SplineBasis.h"
+#include "geometry/Tolerances.h"
 
 namespace holdfast::document {
 namespace {
@@ -79,12 +81,11 @@ MaybeFault first(std::initializer_list<MaybeFault> faults) {
 
 /// Both ends finite, the second above the first and at most one full turn beyond it.
 MaybeFault forward(const std::string& startField, double start, const std::string& endField, double end) {
-    constexpr double fullTurn = kTurn + 1e-9;
     if (MaybeFault fault = first({finite(startField, start), finite(endField, end)}))
         return fault;
     if (end <= start)
         return Fault{endField, spelt(end), "an angle above " + startField + ", " + spelt(start) + "; add 2 pi"};
-    if (end - start > fullTurn)
+    if (end - start > kTurn + kSameDirection)
         return Fault{endField, spelt(end), "at most one full turn after " + startField + ", " + spelt(start)};
     return std::nullopt;
 }
@@ -204,9 +205,9 @@ MaybeFault checkWeights(const SplineShape& spline) {
 }
 
 MaybeFault check(const SplineShape& spline) {
-    constexpr int highestDegree = 25;
-    if (spline.degree < 1 || spline.degree > highestDegree)
-        return Fault{"degree", std::to_string(spline.degree), "a degree from 1 to 25"};
+    if (spline.degree < 1 || spline.degree > SplineBasis::kMaxDegree)
+        return Fault{"degree", std::to_string(spline.degree),
+                     "a degree from 1 to " + std::to_string(SplineBasis::kMaxDegree)};
     const std::size_t fewest = static_cast<std::size_t>(spline.degree) + (spline.periodic ? 0 : 1);
     if (spline.control.size() < std::max<std::size_t>(fewest, 2))
         return Fault{"control", std::to_string(spline.control.size()) + " control points",

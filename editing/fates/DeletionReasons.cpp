@@ -7,6 +7,7 @@
 #include "document/Places.h"
 #include "editing/EditContext.h"
 #include "editing/LostVertices.h"
+#include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
 
 namespace holdfast::editing {
@@ -69,10 +70,9 @@ std::string reasonAt(const Place& place, const Entity* was, const Entity* is, Lo
 std::string lossOf(const Constraint& constraint, const LineShape& is) {
     const double dx = std::abs(is.end.x - is.start.x), dy = std::abs(is.end.y - is.start.y),
                  length = std::hypot(dx, dy);
-    constexpr double kLevel = 1e-9;  // parts of the length
-    if (constraint.type == ConstraintType::horizontal && dy > kLevel * length)
+    if (constraint.type == ConstraintType::horizontal && dy > kSameDirection * length)
         return " is no longer horizontal";
-    if (constraint.type == ConstraintType::vertical && dx > kLevel * length)
+    if (constraint.type == ConstraintType::vertical && dx > kSameDirection * length)
         return " is no longer vertical";
     if (constraint.type == ConstraintType::distance && constraint.refs.size() == 1)
         return " is no longer as long";

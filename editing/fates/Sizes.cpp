@@ -5,6 +5,7 @@
 
 #include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
+#include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
 #include "geometry/curves/Lengths.h"
 
@@ -51,8 +52,7 @@ struct Sizer {
 };
 
 bool isSame(double a, double b) {
-    constexpr double kRounding = 1e-9;  // parts of the size: a solved drawing is good to about a tenth of that
-    return std::abs(a - b) <= kRounding * std::max(std::abs(a), std::abs(b));
+    return std::abs(a - b) <= kSamePoint * std::max(std::abs(a), std::abs(b));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "document/checks/ShapeCheck.h"
 #include "formats/dxf/DxfText.h"
 #include "geometry/Angles.h"
+#include "geometry/Tolerances.h"
 
 namespace holdfast::formats {
 namespace {
@@ -17,7 +18,7 @@ enum class Facing { up, down, sideways };
 
 Facing facingOf(const DxfEntity& entity) {
     const double x = entity.number(210, 0.0), y = entity.number(220, 0.0), z = entity.number(230, 1.0);
-    const double tilt = 1e-9 * std::abs(z);
+    const double tilt = kSameDirection * std::abs(z);
     if (z == 0.0 || std::abs(x) > tilt || std::abs(y) > tilt)
         return Facing::sideways;
     return z > 0.0 ? Facing::up : Facing::down;
@@ -85,18 +86,17 @@ void putMajorAxisFirst(Vec2& axis, double& ratio, double& startParam) {
 }
 
 DxfReading readEllipse(const DxfEntity& entity) {
-    constexpr double fullTurn = 2 * kPi, nearlyFull = fullTurn - 1e-9;
     const Vec2 centre = pointOf(entity, 10);
     Vec2 axis = pointOf(entity, 11);
     double ratio = std::abs(entity.required(40));
-    const double start = entity.number(41, 0.0), end = entity.number(42, fullTurn);
+    const double start = entity.number(41, 0.0), end = entity.number(42, kTurn);
     double sweep = end - start;
-    if (sweep <= 0.0 || sweep > fullTurn + 1e-9)
-        sweep -= fullTurn * std::floor(sweep / fullTurn);
+    if (sweep <= 0.0 || sweep > kTurn + kSameDirection)
+        sweep -= kTurn * std::floor(sweep / kTurn);
     // Seen from above, the parameter of an ellipse whose plane looks down runs backwards.
     double first = facingOf(entity) == Facing::down ? -start - sweep : start;
     putMajorAxisFirst(axis, ratio, first);
-    if (sweep == 0.0 || sweep >= nearlyFull)
+    if (sweep == 0.0 || sweep >= kTurn - kSameDirection)
         return of(EllipseShape{centre, axis, ratio});
     return of(EllipticalArcShape{centre, axis, ratio, first, first + sweep});
 }

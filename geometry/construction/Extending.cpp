@@ -6,6 +6,7 @@
 
 #include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
+#include "geometry/Tolerances.h"
 #include "geometry/construction/SplineEnds.h"
 #include "geometry/construction/Splitting.h"
 #include "geometry/crossings/Intersections.h"
@@ -16,9 +17,6 @@
 
 namespace holdfast::geometry {
 namespace {
-
-/// A meeting closer to the end than this part of the curve's size is the end itself.
-constexpr double kAtEnd = 1e-9;
 
 [[noreturn]] void refuse(const Shape& curve, const std::string& why) {
     throw GeometryError(std::string(kindName(curve)) + ": " + why);
@@ -75,7 +73,7 @@ PolylineShape withLastVertexAt(PolylineShape polyline, double param) {
     }
     const std::size_t last = polyline.vertices.size() - 1;
     const double angle = angleOfBulge(polyline.bulges[last - 1]) * (param - count + 1.0);
-    if (!(std::abs(angle) < kTurn * (1.0 - kAtEnd))) {
+    if (!(std::abs(angle) < kTurn * (1.0 - kSamePoint))) {
         refuse(polyline, "an arc segment would become a full turn or more");
     }
     const Vec2 point = pointAt(polyline, param);
@@ -130,17 +128,17 @@ std::optional<Extension> nearestAhead(const std::vector<Crossing>& crossings, do
 std::optional<Extension> lineExtension(const Shape& curve, CurveEnd end, const Shape& boundary, Extent extent) {
     const ParamRange range = paramRange(curve);
     const double size = std::isfinite(range.last) ? range.last : 1.0;
-    return nearestAhead(intersect(curve, boundary, Extent::carrier, extent), kAtEnd * size,
+    return nearestAhead(intersect(curve, boundary, Extent::carrier, extent), kSamePoint * size,
                         [&](double param) { return end == CurveEnd::end ? param - range.last : range.first - param; });
 }
 
 std::optional<Extension> arcExtension(const Shape& curve, CurveEnd end, const Shape& boundary, Extent extent) {
     const ParamRange range = paramRange(curve);
     // Once round it would come to its own other end.
-    auto found = nearestAhead(intersect(curve, boundary, Extent::carrier, extent), kAtEnd, [&](double param) {
+    auto found = nearestAhead(intersect(curve, boundary, Extent::carrier, extent), kSamePoint, [&](double param) {
         const double turned = arcEndParam(range, end, param);
         const double reach = end == CurveEnd::end ? turned - range.last : range.first - turned;
-        return range.last - range.first + reach < (1.0 - kAtEnd) * kTurn ? reach : 0.0;
+        return range.last - range.first + reach < (1.0 - kSamePoint) * kTurn ? reach : 0.0;
     });
     if (found) {
         found->param = arcEndParam(range, end, found->param);
@@ -152,8 +150,8 @@ std::optional<Extension> polylineExtension(const PolylineShape& polyline, CurveE
                                            Extent extent) {
     const PolylineShape segment = segmentOutwards(polyline, end);
     const double angle = std::abs(angleOfBulge(segment.bulges.front()));
-    auto found = nearestAhead(intersect(segment, boundary, Extent::carrier, extent), kAtEnd, [angle](double param) {
-        return param * angle < (1.0 - kAtEnd) * kTurn ? param - 1.0 : 0.0;
+    auto found = nearestAhead(intersect(segment, boundary, Extent::carrier, extent), kSamePoint, [angle](double param) {
+        return param * angle < (1.0 - kSamePoint) * kTurn ? param - 1.0 : 0.0;
     });
     if (found) {
         found->param = fromSegmentOutwards(polyline, end, found->param);
@@ -167,9 +165,9 @@ std::optional<Extension> splineExtension(const SplineShape& spline, CurveEnd end
     std::optional<Extension> found;
     followBeyond(spline, end, [&](const SplineShape& stretch) {
         const double width = stretch.knots.back() - stretch.knots.front();
-        found = nearestAhead(intersect(stretch, boundary, Extent::bounded, extent), kAtEnd * width, [&](double param) {
-            return end == CurveEnd::end ? param - range.last : range.first - param;
-        });
+        found =
+            nearestAhead(intersect(stretch, boundary, Extent::bounded, extent), kSamePoint * width,
+                         [&](double param) { return end == CurveEnd::end ? param - range.last : range.first - param; });
         return found.has_value();
     });
     return found;
@@ -239,7 +237,8 @@ Shape extendedTo(const Shape& curve, CurveEnd end, Vec2 point) {
     const auto* polyline = std::get_if<PolylineShape>(&curve);
     const Shape outermost = polyline != nullptr ? Shape(segmentOutwards(*polyline, end)) : curve;
     const Box box = boundsOf(outermost);
-    const auto param = paramAtPoint(outermost, point, 1e-6 * (box.isBounded() ? box.diagonal() : 1.0), Extent::carrier);
+    const auto param =
+        paramAtPoint(outermost, point, kHolds * (box.isBounded() ? box.diagonal() : 1.0), Extent::carrier);
     if (!param) {
         refuse(curve, "the point does not lie on the curve or where it goes on");
     }

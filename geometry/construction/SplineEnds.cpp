@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "geometry/GeometryError.h"
+#include "geometry/Tolerances.h"
 #include "geometry/construction/Splitting.h"
 #include "geometry/curves/Nearest.h"
 #include "geometry/curves/Parameters.h"
@@ -183,7 +184,7 @@ SplineShape splineWithEndAt(const SplineShape& spline, CurveEnd end, double para
 }
 
 SplineShape splineExtendedTo(const SplineShape& spline, CurveEnd end, Vec2 point) {
-    const double tolerance = 1e-9 * boundsOf(spline).diagonal();
+    const double tolerance = kSamePoint * boundsOf(spline).diagonal();
     if (const auto beyond = paramBeyond(spline, end, point, tolerance)) {
         return splineWithEndAt(spline, end, *beyond);
     }

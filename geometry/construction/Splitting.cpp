@@ -7,6 +7,7 @@
 #include <string>
 
 #include "geometry/GeometryError.h"
+#include "geometry/Tolerances.h"
 #include "geometry/curves/Parameters.h"
 #include "geometry/curves/Polylines.h"
 #include "geometry/curves/Soundness.h"
@@ -17,10 +18,8 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-/// What is shorter than this part of the whole curve (of one segment, for polylines) is nothing.
-constexpr double kNothing = 1e-9;
-
-/// The same for splines, in knots: the geometry library takes those for one that differ by less than 1e-9.
+/// What is shorter than this range of knots is nothing: the geometry library takes those for one that differ by less
+/// than 1e-9.
 constexpr double kLeastKnotRange = 1e-8;
 
 /// A parameter range cut out of a shape, already checked: first < last, within the curve or over its seam.
@@ -35,7 +34,7 @@ double slackOf(const Shape& shape) {
     const bool isUnit = !std::isfinite(width) || std::holds_alternative<PolylineShape>(shape);
     const double rounding = std::isfinite(width) ? 1e-15 * std::max(std::abs(range.first), std::abs(range.last)) : 0.0;
     const double least = std::holds_alternative<SplineShape>(shape) ? kLeastKnotRange : 0.0;
-    return std::max({kNothing * (isUnit ? 1.0 : width), rounding, least});
+    return std::max({kSamePoint * (isUnit ? 1.0 : width), rounding, least});
 }
 
 [[noreturn]] void refuseRange(const Shape& shape, double first, double last, const char* why) {

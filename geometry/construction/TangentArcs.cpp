@@ -8,6 +8,7 @@
 
 #include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
+#include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
 #include "geometry/curves/Pieces.h"
 #include "geometry/curves/Soundness.h"
@@ -122,7 +123,7 @@ std::optional<double> ownerParam(const Side& side, double t) {
     if (std::holds_alternative<ConicForm>(side.piece.form)) {
         return withinTurn(param, side.first);
     }
-    const double slack = 1e-9 * (side.last - side.first);
+    const double slack = kSamePoint * (side.last - side.first);
     if (side.isSpan && (param < side.first - slack || param > side.last + slack)) {
         return std::nullopt;
     }

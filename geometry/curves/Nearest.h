@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "geometry/Shapes.h"
+#include "geometry/Tolerances.h"
 #include "geometry/curves/Pieces.h"
 
 namespace holdfast::geometry {
@@ -19,7 +20,7 @@ Nearest nearestOn(const Shape& shape, Vec2 point, Extent extent = Extent::bounde
 double nearestParam(const Piece& piece, Vec2 point);
 
 /// The parameter of a point that lies on the curve within a tolerance, else none.
-std::optional<double> paramAtPoint(const Shape& shape, Vec2 point, double tolerance = 1e-6,
+std::optional<double> paramAtPoint(const Shape& shape, Vec2 point, double tolerance = kHolds,
                                    Extent extent = Extent::bounded);
 
 }  // namespace holdfast::geometry

@@ -7,6 +7,7 @@
 
 #include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
+#include "geometry/Tolerances.h"
 #include "geometry/curves/Polylines.h"
 #include "geometry/curves/Soundness.h"
 #include "geometry/occ/OpenCascade.h"
@@ -126,7 +127,7 @@ bool isClosed(const Shape& shape) {
     }
     const auto start = startPoint(shape);
     const auto end = endPoint(shape);
-    return start && end && distance(*start, *end) <= 1e-9 * boundsOf(shape).diagonal();
+    return start && end && distance(*start, *end) <= kSamePoint * boundsOf(shape).diagonal();
 }
 
 double normalised(const Shape& shape, double param) {

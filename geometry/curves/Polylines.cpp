@@ -5,13 +5,11 @@
 #include <numbers>
 
 #include "geometry/GeometryError.h"
+#include "geometry/Tolerances.h"
 #include "geometry/curves/Pieces.h"
 
 namespace holdfast::geometry {
 namespace {
-
-/// A parameter within this part of a segment from a vertex is at the vertex.
-constexpr double kAtVertex = 1e-9;
 
 struct Cut {
     std::size_t segment;

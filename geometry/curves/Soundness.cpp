@@ -6,13 +6,11 @@
 #include <string>
 
 #include "geometry/GeometryError.h"
+#include "geometry/SplineBasis.h"
 #include "geometry/Vec2.h"
 
 namespace holdfast::geometry {
 namespace {
-
-/// The highest degree that the geometry library takes.
-constexpr int kMaxDegree = 25;
 
 [[noreturn]] void refuse(const Shape& shape, const std::string& what) {
     throw GeometryError(std::string(kindName(shape)) + ": " + what);
@@ -122,8 +120,9 @@ void Check::operator()(const SplineShape& spline) const {
     finite(std::span(spline.control));
     finite(spline.knots, "knots");
     finite(spline.weights, "weights");
-    require(spline.degree >= 1 && spline.degree <= kMaxDegree,
-            "degree is " + std::to_string(spline.degree) + "; it must lie between 1 and " + std::to_string(kMaxDegree));
+    require(spline.degree >= 1 && spline.degree <= SplineBasis::kMaxDegree,
+            "degree is " + std::to_string(spline.degree) + "; it must lie between 1 and " +
+                std::to_string(SplineBasis::kMaxDegree));
     require(spline.control.size() >= 2, "needs two control points or more");
     require(!spline.knots.empty() && std::is_sorted(spline.knots.begin(), spline.knots.end()) &&
                 spline.knots.front() < spline.knots.back(),

@@ -6,6 +6,7 @@
 
 #include <yxbase/YxGeTol.h>
 
+#include "geometry/Tolerances.h"
 #include "hosting/HostShapes.h"
 #include "hosting/evaluator/EditRequests.h"
 #include "solver/src/sketch/Index.h"
@@ -13,9 +14,6 @@
 namespace holdfast::hosting {
 
 namespace {
-
-/// Parts of the sketch's size within which a step has followed its transform.
-constexpr double kFollowed = 1e-6;
 
 std::vector<int> valuesOf(const SketchData& sketch, const std::vector<int>& entities) {
     std::vector<int> values;
@@ -112,7 +110,7 @@ SolveResult HostDrag::step(const YxGeMatrix3d& transform) {
     for (const Target& target : request.targets)
         goals.push_back(target.goal);
     SolveResult followed = m_session->step(goals);
-    if (!followed.isSolved() || m_session->miss() > kFollowed * m_host.sketch.size()) {
+    if (!followed.isSolved() || m_session->miss() > kHolds * m_host.sketch.size()) {
         SketchData firm = m_host.sketch;
         firm.values = m_host.drawn;
         SolveResult kept = meet(firm, request);
@@ -128,7 +126,7 @@ SolveResult HostDrag::step(const YxGeMatrix3d& transform) {
 
 void HostDrag::land(const YxGeMatrix3d& transform) {
     const EditRequest request = demandFor(transform);
-    if (m_miss > kFollowed * m_host.sketch.size())
+    if (m_miss > kHolds * m_host.sketch.size())
         return;
     SketchData exact = m_host.sketch;
     if (solve(exact, {.targets = request.targets, .edited = request.edited, .namesConflicts = false}).isSolved())

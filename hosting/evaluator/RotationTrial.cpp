@@ -4,6 +4,7 @@
 #include <iterator>
 #include <span>
 
+#include "geometry/Tolerances.h"
 #include "solver/src/diagnosis/Extract.h"
 #include "solver/src/residuals/EquationSystem.h"
 #include "solver/src/sketch/Index.h"
@@ -12,9 +13,6 @@
 namespace holdfast::hosting {
 
 namespace {
-
-/// Parts of the sketch's size; what misses by more than this does not hold.
-constexpr double kMisses = 1e-6;
 
 void setActive(SketchData& sketch, std::span<const int> constraints, bool active) {
     for (const int c : constraints)
@@ -55,7 +53,7 @@ std::vector<int> brokenByTargets(const SketchData& sketch, const EditRequest& re
     for (SketchConstraint& constraint : extract.sketch().constraints)
         constraint.active = true;
     const std::vector<double> misses = violationsOf(extract.sketch());
-    const double limit = kMisses * sketch.size();
+    const double limit = kHolds * sketch.size();
     for (std::size_t i = 0; i < decided.size(); ++i)
         if (!(misses[i] <= limit))
             broken.push_back(decided[i]);

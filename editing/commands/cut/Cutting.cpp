@@ -6,6 +6,7 @@
 #include <yxdb/YxDbPolyline.h>
 
 #include "editing/SegmentNames.h"
+#include "geometry/Tolerances.h"
 #include "geometry/construction/Splitting.h"
 #include "geometry/curves/Parameters.h"
 #include "hosting/HostShapes.h"
@@ -41,9 +42,9 @@ void giveBack(YxDbEntity& entity, const std::vector<YxDbObjectId>& reactors) {
 double ontoVertex(const Shape& shape, double param) {
     // Geometry tells a vertex from a point next to it more finely than the module, which would then take a cut at the
     // one for a cut at the other.
-    constexpr double kAtVertex = 1e-6;
+    constexpr double near = 1e-6;
     const double vertex = std::round(param);
-    const bool isNear = std::abs(param - vertex) <= kAtVertex;
+    const bool isNear = std::abs(param - vertex) <= near;
     return isNear && std::holds_alternative<PolylineShape>(shape) ? vertex : param;
 }
 
@@ -84,7 +85,7 @@ YxGePoint3d CutCurve::pointAt(double param) const {
 bool CutCurve::tells(double param) const {
     double found = 0.0;
     static_cast<const YxDbCurve&>(m_entity).getParamAtPoint(pointAt(param), found);
-    return std::abs(found - param) <= 1e-9 && std::trunc(found) == std::trunc(param);
+    return std::abs(found - param) <= kAtVertex && std::trunc(found) == std::trunc(param);
 }
 
 std::string applyCut(EditContext& context, const std::string& name, const CutPieces& pieces,

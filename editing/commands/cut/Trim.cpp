@@ -5,6 +5,7 @@
 #include "editing/Commands.h"
 #include "editing/commands/cut/Cutting.h"
 #include "editing/commands/cut/RingCutting.h"
+#include "geometry/Tolerances.h"
 #include "geometry/construction/Splitting.h"
 #include "geometry/crossings/Intersections.h"
 #include "geometry/curves/Parameters.h"
@@ -25,7 +26,7 @@ std::vector<double> cutParams(const Drawing& drawing, const std::string& name, c
         throw EditError("no cutting edge meets " + name + "; choose edges that cross it, or extend them first");
     std::sort(params.begin(), params.end());
     // Edges that meet the curve in one point cut it in one place.
-    const auto same = [](double a, double b) { return b - a <= 1e-9 * (1.0 + std::abs(a)); };
+    const auto same = [](double a, double b) { return b - a <= kSamePoint * (1.0 + std::abs(a)); };
     params.erase(std::unique(params.begin(), params.end(), same), params.end());
     return params;
 }

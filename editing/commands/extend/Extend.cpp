@@ -3,6 +3,7 @@
 #include "commands/extend/ConstraintExtendCmdCenter.h"
 #include "editing/Commands.h"
 #include "geometry/Angles.h"
+#include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
 #include "geometry/construction/Extending.h"
 #include "geometry/curves/Nearest.h"
@@ -38,7 +39,7 @@ void refuseThereAlready(const Drawing& drawing, const std::string& name, CurveEn
     const Shape shape = drawing.shape(name);
     const std::optional<Vec2> point = end == CurveEnd::start ? startPoint(shape) : endPoint(shape);
     for (const Name& boundary : boundaries)
-        if (nearestOn(drawing.shape(boundary.value), *point).distance <= 1e-9 * (1.0 + norm(*point)))
+        if (nearestOn(drawing.shape(boundary.value), *point).distance <= kSamePoint * (1.0 + norm(*point)))
             throw EditError("the " + wordOf(end) + " of " + name + " lies on " + boundary.value +
                             " already; choose a boundary ahead of it");
 }

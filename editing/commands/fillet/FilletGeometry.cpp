@@ -7,6 +7,7 @@
 
 #include "editing/EditContext.h"
 #include "geometry/Angles.h"
+#include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
 #include "geometry/curves/Geometry.h"
 
@@ -33,7 +34,7 @@ bool isOnCurve(const Shape& shape, double param) {
     const ParamRange range = paramRange(shape);
     const Vec2 point = pointAt(shape, param);
     if (std::isfinite(range.first) && std::isfinite(range.last))
-        return nearestOn(shape, point).distance <= 1e-9 * (1.0 + boundsOf(shape).diagonal());
+        return nearestOn(shape, point).distance <= kSamePoint * (1.0 + boundsOf(shape).diagonal());
     return param >= range.first && param <= range.last;
 }
 
@@ -118,8 +119,8 @@ std::optional<double> gapOfParallels(const Shape& a, const Shape& b) {
         return std::nullopt;
     const Vec2 along = tangentAt(a, 0.0);
     const double gap = std::abs(cross(along, pointAt(b, 0.0) - pointAt(a, 0.0)));
-    const bool isParallel = std::abs(cross(along, tangentAt(b, 0.0))) <= 1e-9;
-    return isParallel && gap > 1e-9 * (1.0 + norm(pointAt(a, 0.0))) ? std::optional(gap) : std::nullopt;
+    const bool isParallel = std::abs(cross(along, tangentAt(b, 0.0))) <= kSameDirection;
+    return isParallel && gap > kSamePoint * (1.0 + norm(pointAt(a, 0.0))) ? std::optional(gap) : std::nullopt;
 }
 
 bool hasEnd(const Shape& shape) {
@@ -142,7 +143,7 @@ Joint halfCircleAt(const Shape& a, const Shape& b, CurveEnd end) {
 std::vector<Joint> halfCircles(const Shape& a, const Shape& b, double radius) {
     const std::optional<double> gap = gapOfParallels(a, b);
     std::vector<Joint> joints;
-    if (!gap || std::abs(*gap - 2.0 * radius) > 1e-6 * *gap)
+    if (!gap || std::abs(*gap - 2.0 * radius) > kHolds * *gap)
         return joints;
     const bool atFirst = hasEnd(a);
     for (const CurveEnd end : {CurveEnd::start, CurveEnd::end}) {
@@ -170,7 +171,7 @@ std::vector<Joint> jointsOf(const FilletSide& a, const FilletSide& b, double rad
     else
         for (const TangentCircle& circle : tangentCircles(a.shape, b.shape, radius))
             // Where the curves run smoothly into each other an arc has no length.
-            if (distance(circle.pointA, circle.pointB) > 1e-9 * (1.0 + radius))
+            if (distance(circle.pointA, circle.pointB) > kSamePoint * (1.0 + radius))
                 joints.push_back(arcAt(a, b, circle));
     std::erase_if(joints, [&](const Joint& joint) { return !moves(a, joint.endA) || !moves(b, joint.endB); });
     return joints;
@@ -182,7 +183,7 @@ std::optional<Vec2> smoothJoint(const FilletSide& a, const FilletSide& b) {
     for (const CurveEnd endA : {CurveEnd::start, CurveEnd::end})
         for (const CurveEnd endB : {CurveEnd::start, CurveEnd::end}) {
             const auto pointA = pointOf(a.shape, endA), pointB = pointOf(b.shape, endB);
-            if (!pointA || !pointB || distance(*pointA, *pointB) > 1e-6 * (1.0 + norm(*pointA)))
+            if (!pointA || !pointB || distance(*pointA, *pointB) > kHolds * (1.0 + norm(*pointA)))
                 continue;
             const Vec2 outA = outwards(a.shape, endA), outB = outwards(b.shape, endB);
             if (std::abs(cross(outA, outB)) < kSmooth && dot(outA, outB) < 0.0)
@@ -232,7 +233,7 @@ bool isSwallowed(const Shape& shape, double param, CurveEnd end) {
     const Vec2 point = pointAt(shape, param);
     const auto still = pointOf(shape, end == CurveEnd::start ? CurveEnd::end : CurveEnd::start);
     const double size = boundsOf(shape).diagonal();
-    if (still && distance(point, *still) <= (std::isfinite(size) ? 1e-9 * size : 0.0))
+    if (still && distance(point, *still) <= (std::isfinite(size) ? kSamePoint * size : 0.0))
         return true;
     // An arc can always be led on to its own other end, which nobody means who picks a fillet beyond that end.
     if (std::holds_alternative<ArcShape>(shape) || std::holds_alternative<EllipticalArcShape>(shape))

@@ -7,6 +7,7 @@
 #include "editing/EditContext.h"
 #include "geometry/Angles.h"
 #include "geometry/Box.h"
+#include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
 #include "geometry/curves/Parameters.h"
 #include "geometry/curves/Polylines.h"
@@ -33,7 +34,7 @@ double toleranceFor(const std::vector<ChainPiece>& pieces) {
     Box all;
     for (const ChainPiece& piece : pieces)
         all.add(boundsOf(piece.shape));
-    return 1e-6 * all.diagonal();
+    return kHolds * all.diagonal();
 }
 
 /// Builds the chain at one of its ends.

@@ -7,6 +7,7 @@
 #include "document/Places.h"
 #include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
+#include "geometry/Tolerances.h"
 #include "geometry/Transforms.h"
 #include "geometry/Vec2.h"
 #include "geometry/curves/Parameters.h"
@@ -30,8 +31,7 @@ bool has(const std::vector<int>& grips, int number) {
 
 /// The arc between two points with the included angle of another.
 ArcShape arcBetween(Vec2 start, Vec2 end, const ArcShape& like) {
-    constexpr double nearlyTurn = kTurn - 1e-6;
-    if (like.endAngle - like.startAngle > nearlyTurn)
+    if (like.endAngle - like.startAngle > kTurn - kAlmostClosed)
         throw GeometryError("arc: goes all the way round, so that its ends cannot be moved apart; shorten it first");
     return arcOfBulge(start, end, bulgeOfAngle(like.endAngle - like.startAngle));
 }
@@ -132,7 +132,7 @@ std::vector<int> splineGrips(const SplineShape& spline, const Place& place) {
     const std::optional<Vec2> point = pointAt(spline, place);
     const int grip = place.kind == PlaceKind::start ? 0 : static_cast<int>(spline.control.size()) - 1;
     // Only a clamped spline starts and ends in control points.
-    if (!point || distance(*point, spline.control[static_cast<std::size_t>(grip)]) > 1e-9)
+    if (!point || distance(*point, spline.control[static_cast<std::size_t>(grip)]) > kSamePoint)
         return {};
     return {grip};
 }

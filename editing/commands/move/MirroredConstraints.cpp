@@ -8,12 +8,11 @@
 #include "document/EntityIndex.h"
 #include "editing/HoldingConstraints.h"
 #include "geometry/Angles.h"
+#include "geometry/Tolerances.h"
 
 namespace holdfast::editing {
 
 namespace {
-
-constexpr double kAlongAxis = 1e-9;
 
 /// Where a transform sends the directions of the axes.
 struct AxisImages {
@@ -22,7 +21,7 @@ struct AxisImages {
 };
 
 AxisImages axisImages(const PlaneTransform& mirror) {
-    const bool stay = std::abs(mirror.xAxis.y) <= kAlongAxis, change = std::abs(mirror.xAxis.x) <= kAlongAxis;
+    const bool stay = std::abs(mirror.xAxis.y) <= kSameDirection, change = std::abs(mirror.xAxis.x) <= kSameDirection;
     return {stay, change, stay ? mirror.xAxis.x : mirror.xAxis.y, stay ? mirror.yAxis.y : mirror.yAxis.x};
 }
 

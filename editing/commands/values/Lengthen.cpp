@@ -8,6 +8,7 @@
 #include "editing/Evaluation.h"
 #include "editing/commands/move/Moving.h"
 #include "editing/commands/values/Lengthening.h"
+#include "geometry/Tolerances.h"
 #include "geometry/curves/Lengths.h"
 #include "geometry/curves/Soundness.h"
 #include "inference/PlaneCurves.h"
@@ -15,9 +16,6 @@
 namespace holdfast::editing {
 
 namespace {
-
-constexpr double kSameLength = 1e-9;  // parts of the length
-constexpr double kMet = 1e-6;         // parts of the drawing's extent, within which a placed curve is where it was put
 
 /// Records the curve as it is; false for those that the centre does not follow.
 bool record(const EditContext& context, const std::string& name, ConstraintLengthenCmdCenter& centre) {
@@ -31,7 +29,7 @@ void followWhole(const EditContext& context, const std::string& name, const Shap
     followPlaced(context, {name});
     refuseLess(context);
     const double length = lengthOf(wanted), reached = lengthOf(context.drawing.shape(name));
-    if (std::abs(reached - length) > kMet * extentOf(context.drawing.document()))
+    if (std::abs(reached - length) > kHolds * extentOf(context.drawing.document()))
         throw EditError("the constraints do not let " + name + " be " + spoken(length) + " long; it would become " +
                         spoken(reached));
 }
@@ -42,7 +40,7 @@ void followLengthened(const EditContext& context, const std::string& name, const
     const Document edited = context.drawing.document();
     evaluate(context);
     const double length = lengthOf(wanted);
-    if (std::abs(lengthOf(context.drawing.shape(name)) - length) <= kSameLength * length)
+    if (std::abs(lengthOf(context.drawing.shape(name)) - length) <= kSamePoint * length)
         return;
     putBack(context, edited);
     followWhole(context, name, wanted);

@@ -6,6 +6,7 @@
 #include "editing/EditContext.h"
 #include "geometry/Angles.h"
 #include "geometry/GeometryError.h"
+#include "geometry/Tolerances.h"
 #include "geometry/construction/Extending.h"
 #include "geometry/curves/Lengths.h"
 #include "geometry/curves/Parameters.h"
@@ -79,7 +80,7 @@ void refuseWithoutEnds(const Shape& curve, const std::string& name) {
 Shape lengthened(const Shape& curve, const std::string& name, CurveEnd end, double by) {
     refuseWithoutEnds(curve, name);
     const double length = lengthOf(curve);
-    if (!(length + by > 1e-9 * length))
+    if (!(length + by > kSamePoint * length))
         throw EditError("nothing of " + name + " would be left, it is only " + spoken(length) + " long");
     try {
         const double param = paramOfEnd(curve, name, end, by);

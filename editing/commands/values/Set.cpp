@@ -9,6 +9,7 @@
 #include "editing/commands/move/Moving.h"
 #include "editing/commands/values/Properties.h"
 #include "geometry/Angles.h"
+#include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
 #include "geometry/curves/Parameters.h"
 
@@ -122,13 +123,13 @@ bool isThere(const Shape& shape, const Change& change) {
     const double size = 1.0 + norm(change.value.point) + std::abs(change.value.number);
     if (change.row.property == Property::through) {
         const Vec2 base = propertyOf(shape, Property::start, 0).point;
-        return distance(unit(change.value.point - base), now.point - base) <= 1e-9;
+        return distance(unit(change.value.point - base), now.point - base) <= kSameDirection;
     }
     if (change.row.valueKind == ValueKind::point)
-        return distance(now.point, change.value.point) <= 1e-9 * size;
+        return distance(now.point, change.value.point) <= kSamePoint * size;
     if (change.row.valueKind == ValueKind::angle)
-        return distance(polar(now.number), polar(change.value.number)) <= 1e-9;
-    return std::abs(now.number - change.value.number) <= 1e-9 * size;
+        return distance(polar(now.number), polar(change.value.number)) <= kSameDirection;
+    return std::abs(now.number - change.value.number) <= kSamePoint * size;
 }
 
 std::string spokenValue(const Change& change, const PropertyValue& value) {
@@ -150,7 +151,7 @@ void refuseSlidingOff(const ConstraintPropertiesCmdCenter& centre, const YxDbObj
     if (!centre.hasFixOfLine(id))
         return;
     const Vec2 from = pointAt(shape, 0.0), along = tangentAt(shape, 0.0);
-    if (std::abs(cross(along, change.value.point - from)) > 1e-9 * (1.0 + norm(change.value.point)))
+    if (std::abs(cross(along, change.value.point - from)) > kSamePoint * (1.0 + norm(change.value.point)))
         throw EditError(change.name +
                         " carries a fixed constraint, so its points can only slide along it; give a "
                         "point on its line, or delete the constraint");

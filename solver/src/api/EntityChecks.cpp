@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "solver/src/sketch/SplineBasis.h"
+#include "geometry/SplineBasis.h"
 
 namespace holdfast::solver {
 

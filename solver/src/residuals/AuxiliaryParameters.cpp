@@ -4,7 +4,7 @@
 #include <limits>
 #include <numbers>
 
-#include "solver/src/sketch/SplineBasis.h"
+#include "geometry/SplineBasis.h"
 
 namespace holdfast::solver::detail {
 

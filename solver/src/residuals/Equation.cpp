@@ -2,8 +2,8 @@
 
 #include <cassert>
 
+#include "geometry/SplineBasis.h"
 #include "solver/src/residuals/Residuals.h"
-#include "solver/src/sketch/SplineBasis.h"
 
 namespace holdfast::solver::detail {
 
@@ -16,7 +16,7 @@ bool isSpline(OperandKind kind) {
 /// How many inputs a spline operand takes, and the basis at its parameter.
 struct SplineReading {
     const SplineUse& use;
-    const SplineConstants& spline;
+    const SplineKnots& spline;
     SplineBasis basis;
     int inputCount;
 

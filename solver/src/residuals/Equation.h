@@ -127,7 +127,7 @@ struct EquationSet {
     std::vector<Equation> equations;
     std::vector<int> inputs;
     std::vector<SplineUse> splineUses;
-    const std::vector<SplineConstants>* splines = nullptr;
+    const std::vector<SplineKnots>* splines = nullptr;
     std::vector<const ResidualFunction*> functions;  ///< of the sketch's constraints
 
     /// Appends an equation with these operands; its other fields are taken from `form`.

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numeric>
 
-#include "solver/src/sketch/SplineBasis.h"
+#include "geometry/SplineBasis.h"
 
 namespace holdfast::solver::detail {
 
@@ -56,7 +56,7 @@ std::optional<Operand> startPoint(const SketchData& sketch, int number) {
         case EntityKind::ellipticalArc:
             return pointFrom(entity.firstValue + 5);
         case EntityKind::spline: {
-            const SplineConstants& spline = sketch.splines[static_cast<std::size_t>(entity.spline)];
+            const SplineKnots& spline = sketch.splines[static_cast<std::size_t>(entity.spline)];
             if (isClampedAtStart(spline))
                 return pointFrom(entity.firstValue);
             return splineAtConstant(sketch, number, OperandKind::splinePoint, splineRange(spline).first);
@@ -78,7 +78,7 @@ std::optional<Operand> endPoint(const SketchData& sketch, int number) {
         case EntityKind::point:
             return pointFrom(entity.firstValue);
         case EntityKind::spline: {
-            const SplineConstants& spline = sketch.splines[static_cast<std::size_t>(entity.spline)];
+            const SplineKnots& spline = sketch.splines[static_cast<std::size_t>(entity.spline)];
             if (isClampedAtEnd(spline))
                 return pointFrom(entity.firstValue + entity.valueCount - 2);
             return splineAtConstant(sketch, number, OperandKind::splinePoint, splineRange(spline).last);

@@ -1,8 +1,8 @@
 #include <cmath>
 #include <utility>
 
+#include "geometry/SplineBasis.h"
 #include "solver/src/residuals/ResidualBuilders.h"
-#include "solver/src/sketch/SplineBasis.h"
 
 /// Where points are: coincident, on a curve, fixed, level with each other, in the middle; and symmetric.
 namespace holdfast::solver::detail {
@@ -30,7 +30,7 @@ double nearestParam(const EquationBuilder& builder, When when, int entity, const
 }
 
 void addPointOnSpline(EquationBuilder& builder, const Operand& point, int entity) {
-    const SplineConstants& spline =
+    const SplineKnots& spline =
         builder.sketch()
             .splines[static_cast<std::size_t>(builder.sketch().entities[static_cast<std::size_t>(entity)].spline)];
     const SplineRange range = splineRange(spline);

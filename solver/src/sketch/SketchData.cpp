@@ -158,8 +158,7 @@ int SketchData::addSpline(std::string id, const SplineShape& spline) {
     entities.back().spline = static_cast<int>(splines.size());
     for (const Vec2& p : spline.control)
         append({p.x, p.y});
-    splines.push_back(
-        {spline.degree, spline.periodic, static_cast<int>(spline.control.size()), open.knots, spline.weights});
+    splines.push_back(knotsOf(spline));
     return entity;
 }
 

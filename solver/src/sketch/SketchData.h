@@ -11,6 +11,7 @@
 #include "geometry/ConstraintType.h"
 #include "geometry/PlaceKind.h"
 #include "geometry/Shapes.h"
+#include "geometry/SplineBasis.h"
 #include "solver/src/Uses.h"
 
 namespace holdfast::solver::detail {
@@ -28,16 +29,6 @@ enum class EntityKind {
     text,           ///< x y angle
     spline,         ///< x y of each control point
     polyline        ///< x y of each vertex, then one bulge for each arc segment
-};
-
-/// A spline's constants: only its control points are unknown. For a periodic spline the knots are those of the curve
-/// written out without periodicity, and control point i of that curve is i modulo the number of control points.
-struct SplineConstants {
-    int degree = 3;
-    bool periodic = false;
-    int controlCount = 0;
-    std::vector<double> knots;
-    std::vector<double> weights;  ///< empty: polynomial
 };
 
 /// One element of a sketch; its numbers are values[firstValue ... firstValue + valueCount) of the sketch.
@@ -95,7 +86,7 @@ public:
 /// between branches (sides, inner or outer tangency, the sense of arcs) and where a fixed place is.
 struct SketchData {
     std::vector<SketchEntity> entities;
-    std::vector<SplineConstants> splines;
+    std::vector<SplineKnots> splines;
     std::vector<SketchConstraint> constraints;
     std::vector<double> values;
     std::vector<double> reference;

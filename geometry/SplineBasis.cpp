@@ -1,17 +1,19 @@
-#include "solver/src/sketch/SplineBasis.h"
+#include "geometry/SplineBasis.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "solver/src/sketch/Index.h"
-
-namespace holdfast::solver::detail {
+namespace holdfast::geometry {
 
 namespace {
 
+constexpr std::size_t at(int number) {
+    return static_cast<std::size_t>(number);
+}
+
 using Table = std::array<std::array<double, SplineBasis::kMaxDegree + 1>, SplineBasis::kMaxDegree + 1>;
 
-double inRange(const SplineConstants& spline, double param) {
+double inRange(const SplineKnots& spline, double param) {
     if (!spline.periodic)
         return param;
     const SplineRange range = splineRange(spline);
@@ -20,7 +22,7 @@ double inRange(const SplineConstants& spline, double param) {
 }
 
 /// The knot interval that holds the parameter; the nearest one with length for a parameter outside.
-int spanOf(const SplineConstants& spline, double param) {
+int spanOf(const SplineKnots& spline, double param) {
     const auto knots = spline.knots.begin();
     const int last = static_cast<int>(spline.knots.size()) - spline.degree - 2;
     int span = static_cast<int>(std::upper_bound(knots + spline.degree + 1, knots + last + 1, param) - knots) - 1;
@@ -33,7 +35,7 @@ int spanOf(const SplineConstants& spline, double param) {
 
 /// Basis functions (upper triangle) and knot differences (lower triangle) of all degrees up to the spline's
 /// (L. Piegl and W. Tiller, The NURBS Book, algorithm A2.3).
-Table basisTable(const SplineConstants& spline, int span, double param) {
+Table basisTable(const SplineKnots& spline, int span, double param) {
     std::array<double, SplineBasis::kMaxDegree + 1> left{}, right{};
     Table table{};
     table[0][0] = 1.0;
@@ -91,7 +93,7 @@ void applyDegreeFactors(int degree, SplineBasis& basis) {
 }
 
 /// Quotient rule for R = w N / W, written as R W = w N and differentiated k times (Leibniz).
-void makeRational(const SplineConstants& spline, SplineBasis& basis) {
+void makeRational(const SplineKnots& spline, SplineBasis& basis) {
     std::array<double, SplineBasis::kDerivatives + 1> weight{};
     for (int k = 0; k <= SplineBasis::kDerivatives; ++k) {
         for (int i = 0; i < basis.count; ++i) {
@@ -115,7 +117,7 @@ struct CurveSample {
     Vec2 p, d1, d2;
 };
 
-CurveSample sample(const SplineConstants& spline, std::span<const double> control, double param) {
+CurveSample sample(const SplineKnots& spline, std::span<const double> control, double param) {
     const SplineBasis basis = splineBasis(spline, param);
     CurveSample s;
     for (int i = 0; i < basis.count; ++i) {
@@ -133,19 +135,19 @@ double distanceTo(const CurveSample& s, Vec2 p) {
 
 }  // namespace
 
-SplineRange splineRange(const SplineConstants& spline) {
+SplineRange splineRange(const SplineKnots& spline) {
     return {spline.knots[at(spline.degree)], spline.knots[spline.knots.size() - at(spline.degree) - 1]};
 }
 
-bool isClampedAtStart(const SplineConstants& spline) {
+bool isClampedAtStart(const SplineKnots& spline) {
     return !spline.periodic && spline.knots.front() == splineRange(spline).first;
 }
 
-bool isClampedAtEnd(const SplineConstants& spline) {
+bool isClampedAtEnd(const SplineKnots& spline) {
     return !spline.periodic && spline.knots.back() == splineRange(spline).last;
 }
 
-SplineBasis splineBasis(const SplineConstants& spline, double param) {
+SplineBasis splineBasis(const SplineKnots& spline, double param) {
     const double t = inRange(spline, param);
     const int span = spanOf(spline, t);
     const Table table = basisTable(spline, span, t);
@@ -163,7 +165,14 @@ SplineBasis splineBasis(const SplineConstants& spline, double param) {
     return basis;
 }
 
-double nearestSplineParam(const SplineConstants& spline, std::span<const double> control, Vec2 p) {
+Vec2 pointOf(const SplineBasis& basis, std::span<const Vec2> control) {
+    Vec2 sum;
+    for (int i = 0; i < basis.count; ++i)
+        sum = sum + basis.by[0][at(i)] * control[at(basis.control(i))];
+    return sum;
+}
+
+double nearestSplineParam(const SplineKnots& spline, std::span<const double> control, Vec2 p) {
     const SplineRange range = splineRange(spline);
     const int samples = 16 * spline.controlCount;
     double best = range.first, bestDistance = distanceTo(sample(spline, control, best), p);
@@ -191,4 +200,4 @@ double nearestSplineParam(const SplineConstants& spline, std::span<const double>
     return best;
 }
 
-}  // namespace holdfast::solver::detail
+}  // namespace holdfast::geometry
