@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "host/src/EntityCheck.h"
-#include "host/src/yxdb/CurveMath.h"
+#include "host/src/yxdb/curves/CurveMath.h"
 
 namespace holdfast {
 namespace {

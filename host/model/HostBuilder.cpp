@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 #include "host/model/EntityAccess.h"
-#include "host/model/GeometryMaking.h"
+#include "host/model/entities/GeometryMaking.h"
 #include "host/src/YxDbConstraints/Subentities.h"
 #include "host/src/yxdb/ObjectData.h"
 

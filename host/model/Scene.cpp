@@ -3,10 +3,10 @@
 #include <stdexcept>
 
 #include "host/model/HostCall.h"
-#include "host/model/SceneEntities.h"
-#include "host/model/ScenePlaces.h"
-#include "host/model/ScenePrinter.h"
-#include "host/model/SceneReader.h"
+#include "host/model/scene/SceneEntities.h"
+#include "host/model/scene/ScenePlaces.h"
+#include "host/model/scene/ScenePrinter.h"
+#include "host/model/scene/SceneReader.h"
 
 namespace holdfast {
 

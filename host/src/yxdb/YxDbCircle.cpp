@@ -4,9 +4,9 @@
 
 #include "host/model/ImplementClass.h"
 #include "host/src/yxbase/PlaneFrame.h"
-#include "host/src/yxdb/CurveMath.h"
 #include "host/src/yxdb/EntityCall.h"
-#include "host/src/yxdb/Similarity.h"
+#include "host/src/yxdb/curves/CurveMath.h"
+#include "host/src/yxdb/curves/Similarity.h"
 
 YX_IMPLEMENT_CLASS(YxDbCircle, YxDbCurve)
 

@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "host/model/ImplementClass.h"
-#include "host/src/yxdb/CurveMath.h"
 #include "host/src/yxdb/EntityCall.h"
-#include "host/src/yxdb/Similarity.h"
+#include "host/src/yxdb/curves/CurveMath.h"
+#include "host/src/yxdb/curves/Similarity.h"
 
 YX_IMPLEMENT_CLASS(YxDbLine, YxDbCurve)
 

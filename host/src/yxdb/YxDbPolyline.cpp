@@ -7,10 +7,10 @@
 #include <utility>
 
 #include "host/model/ImplementClass.h"
-#include "host/src/yxdb/BulgeSegment.h"
-#include "host/src/yxdb/CurveMath.h"
 #include "host/src/yxdb/EntityCall.h"
-#include "host/src/yxdb/Similarity.h"
+#include "host/src/yxdb/curves/BulgeSegment.h"
+#include "host/src/yxdb/curves/CurveMath.h"
+#include "host/src/yxdb/curves/Similarity.h"
 
 using holdfast::BulgeSegment;
 

@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "host/model/ImplementClass.h"
-#include "host/src/yxdb/CurveMath.h"
 #include "host/src/yxdb/EntityCall.h"
-#include "host/src/yxdb/Similarity.h"
-#include "host/src/yxdb/SplineView.h"
+#include "host/src/yxdb/curves/CurveMath.h"
+#include "host/src/yxdb/curves/Similarity.h"
+#include "host/src/yxdb/curves/SplineView.h"
 
 using holdfast::SplineView;
 

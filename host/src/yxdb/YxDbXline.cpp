@@ -1,9 +1,9 @@
 #include <yxdb/YxDbXline.h>
 
 #include "host/model/ImplementClass.h"
-#include "host/src/yxdb/CurveMath.h"
 #include "host/src/yxdb/EntityCall.h"
-#include "host/src/yxdb/Similarity.h"
+#include "host/src/yxdb/curves/CurveMath.h"
+#include "host/src/yxdb/curves/Similarity.h"
 
 YX_IMPLEMENT_CLASS(YxDbXline, YxDbCurve)
 

@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "host/src/yxdb/BulgeSegment.h"
+#include "host/src/yxdb/curves/BulgeSegment.h"
 #include "tests/host/entities/Polylines.h"
 
 using namespace curves;

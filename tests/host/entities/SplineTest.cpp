@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/model/EntityAccess.h"
-#include "host/src/yxdb/SplineView.h"
+#include "host/src/yxdb/curves/SplineView.h"
 #include "tests/host/entities/Curves.h"
 
 using holdfast::EntityAccess;

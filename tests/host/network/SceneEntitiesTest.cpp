@@ -1,4 +1,4 @@
-#include "host/model/SceneEntities.h"
+#include "host/model/scene/SceneEntities.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

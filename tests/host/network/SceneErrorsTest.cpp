@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "host/model/Scene.h"
-#include "host/model/SceneStatement.h"
+#include "host/model/scene/SceneStatement.h"
 
 namespace holdfast {
 namespace {

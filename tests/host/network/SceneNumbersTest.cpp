@@ -1,4 +1,4 @@
-#include "host/model/SceneNumbers.h"
+#include "host/model/scene/SceneNumbers.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

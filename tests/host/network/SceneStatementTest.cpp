@@ -1,4 +1,4 @@
-#include "host/model/SceneStatement.h"
+#include "host/model/scene/SceneStatement.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "host/model/SceneNumbers.h"
+#include "host/model/scene/SceneNumbers.h"
 
 #include <charconv>
 #include <cmath>

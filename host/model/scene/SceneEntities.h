@@ -7,7 +7,7 @@
 #include <yxdb/YxDbEntity.h>
 #include <yxdb/YxDbPolyline.h>
 
-#include "host/model/SceneStatement.h"
+#include "host/model/scene/SceneStatement.h"
 
 namespace holdfast {
 

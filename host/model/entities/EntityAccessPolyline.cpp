@@ -5,7 +5,7 @@
 
 #include "host/model/EntityAccess.h"
 #include "host/src/EntityCheck.h"
-#include "host/src/yxdb/BulgeSegment.h"
+#include "host/src/yxdb/curves/BulgeSegment.h"
 
 namespace holdfast {
 namespace {

@@ -1,8 +1,8 @@
 #include <numbers>
 
 #include "host/model/EntityAccess.h"
-#include "host/model/SceneEntities.h"
-#include "host/model/SceneNumbers.h"
+#include "host/model/scene/SceneEntities.h"
+#include "host/model/scene/SceneNumbers.h"
 
 namespace holdfast {
 

@@ -1,8 +1,8 @@
-#include "host/src/yxdb/BulgeSegment.h"
+#include "host/src/yxdb/curves/BulgeSegment.h"
 
 #include <cmath>
 
-#include "host/src/yxdb/CurveMath.h"
+#include "host/src/yxdb/curves/CurveMath.h"
 
 namespace holdfast {
 namespace {

@@ -1,11 +1,11 @@
-#include "host/model/GeometryMaking.h"
+#include "host/model/entities/GeometryMaking.h"
 
 #include <stdexcept>
 #include <string>
 
 #include "host/model/EntityAccess.h"
 #include "host/model/HostAccess.h"
-#include "host/src/yxdb/CurveMath.h"
+#include "host/src/yxdb/curves/CurveMath.h"
 
 namespace holdfast {
 

@@ -1,4 +1,4 @@
-#include "host/src/yxdb/NearestParam.h"
+#include "host/src/yxdb/curves/NearestParam.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,8 +2,8 @@
 
 #include <span>
 
-#include "host/src/yxdb/BernsteinSlope.h"
-#include "host/src/yxdb/CurveMath.h"
+#include "host/src/yxdb/curves/BernsteinSlope.h"
+#include "host/src/yxdb/curves/CurveMath.h"
 
 namespace holdfast {
 

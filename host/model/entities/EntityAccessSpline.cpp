@@ -4,7 +4,7 @@
 
 #include "host/model/EntityAccess.h"
 #include "host/src/EntityCheck.h"
-#include "host/src/yxdb/SplineView.h"
+#include "host/src/yxdb/curves/SplineView.h"
 
 namespace holdfast {
 namespace {

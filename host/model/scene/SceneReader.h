@@ -7,7 +7,7 @@
 
 #include "host/model/ConstraintKinds.h"
 #include "host/model/Scene.h"
-#include "host/model/SceneStatement.h"
+#include "host/model/scene/SceneStatement.h"
 
 namespace holdfast {
 

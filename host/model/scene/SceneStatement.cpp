@@ -1,8 +1,8 @@
-#include "host/model/SceneStatement.h"
+#include "host/model/scene/SceneStatement.h"
 
 #include <algorithm>
 
-#include "host/model/SceneNumbers.h"
+#include "host/model/scene/SceneNumbers.h"
 
 namespace holdfast {
 

@@ -1,9 +1,9 @@
-#include "host/model/ScenePrinter.h"
+#include "host/model/scene/ScenePrinter.h"
 
 #include "host/model/ConstraintKinds.h"
-#include "host/model/SceneEntities.h"
-#include "host/model/SceneNumbers.h"
-#include "host/model/ScenePlaces.h"
+#include "host/model/scene/SceneEntities.h"
+#include "host/model/scene/SceneNumbers.h"
+#include "host/model/scene/ScenePlaces.h"
 #include "host/src/YxDbConstraints/GroupData.h"
 #include "host/src/yxdb/ObjectData.h"
 

@@ -1,4 +1,4 @@
-#include "host/model/ScenePlaces.h"
+#include "host/model/scene/ScenePlaces.h"
 
 #include <algorithm>
 #include <iterator>
@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "host/model/EntityAccess.h"
-#include "host/model/SceneNumbers.h"
+#include "host/model/scene/SceneNumbers.h"
 
 namespace holdfast {
 

@@ -1,4 +1,4 @@
-#include "host/src/yxdb/CurveMath.h"
+#include "host/src/yxdb/curves/CurveMath.h"
 
 #include <algorithm>
 #include <cmath>

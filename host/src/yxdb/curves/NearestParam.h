@@ -3,8 +3,8 @@
 #include <functional>
 #include <limits>
 
-#include "host/src/yxdb/BernsteinSlope.h"
-#include "host/src/yxdb/CurveMath.h"
+#include "host/src/yxdb/curves/BernsteinSlope.h"
+#include "host/src/yxdb/curves/CurveMath.h"
 
 namespace holdfast {
 

@@ -1,7 +1,7 @@
-#include "host/model/SceneReader.h"
+#include "host/model/scene/SceneReader.h"
 
-#include "host/model/SceneEntities.h"
-#include "host/model/ScenePlaces.h"
+#include "host/model/scene/SceneEntities.h"
+#include "host/model/scene/ScenePlaces.h"
 
 namespace holdfast {
 

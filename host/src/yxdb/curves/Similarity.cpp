@@ -1,4 +1,4 @@
-#include "host/src/yxdb/Similarity.h"
+#include "host/src/yxdb/curves/Similarity.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "host/src/yxdb/BernsteinSlope.h"
+#include "host/src/yxdb/curves/BernsteinSlope.h"
 
 #include <algorithm>
 #include <cmath>

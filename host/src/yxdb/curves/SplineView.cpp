@@ -1,10 +1,10 @@
-#include "host/src/yxdb/SplineView.h"
+#include "host/src/yxdb/curves/SplineView.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 
-#include "host/src/yxdb/NearestParam.h"
+#include "host/src/yxdb/curves/NearestParam.h"
 
 namespace holdfast {
 namespace {
