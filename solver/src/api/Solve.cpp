@@ -164,6 +164,7 @@ SolveResult solve(Sketch& sketch, std::span<const Target> targets, const SolveOp
     if (!request)
         return invalid(request.error());
     const Preparation preparation(impl.data, options.tolerance);
+    Undoing undoing(impl.data);
     detail::Budget budget = budgetOf(options);
     try {
         detail::SolveRequest wanted = std::move(request).value();
@@ -171,7 +172,8 @@ SolveResult solve(Sketch& sketch, std::span<const Target> targets, const SolveOp
         detail::SolveResult found = detail::solve(impl.data, wanted);
         if (found.status == detail::SolveStatus::conflicting && options.explainsConflicts && !detail::isSpent(&budget))
             explainFromAll(impl.data, wanted, found);
-        const SolveResult result = resultOf(impl, found, budget);
+        SolveResult result = resultOf(impl, found, budget);
+        undoing.keep();
         impl.data.takeReference();
         ++impl.revision;
         return result;
