@@ -6,18 +6,15 @@
 #include <numeric>
 #include <utility>
 
+#include "solver/src/diagnosis/Conflict.h"
 #include "solver/src/diagnosis/GaussianElimination.h"
 #include "solver/src/residuals/EquationSystem.h"
 #include "solver/src/sketch/Index.h"
 #include "solver/src/sketch/Measure.h"
-#include "solver/src/solving/Solve.h"
 
 namespace holdfast::solver::detail {
 
 namespace {
-
-/// Most conflicts that are searched for: each costs many solves.
-constexpr int kMostConflicts = 8;
 
 /// Elements joined into parts: the root of an element is the smallest number of its part.
 class Parts {
@@ -206,20 +203,18 @@ private:
     Diagnosis m_diagnosis;
 };
 
-/// Constraints leave the sketch one conflict at a time, each time the one of the set that was drawn last.
-std::vector<std::vector<int>> findConflicts(const SketchData& sketch, Budget* budget) {
-    std::vector<std::vector<int>> conflicts;
-    SketchData trial = sketch;
-    SolveRequest request;
-    request.budget = budget;
-    for (int i = 0; i < kMostConflicts; ++i) {
-        const SolveResult result = solve(trial, request);
-        if (result.isSolved() || result.conflicting.empty())
-            break;
-        conflicts.push_back(result.conflicting);
-        trial.constraints[at(result.conflicting.back())].active = false;
-    }
-    return conflicts;
+/// What is said twice by those that can hold together: a contradiction implies everything.
+std::vector<Redundancy> redundantBeside(const SketchData& sketch, const std::vector<std::vector<int>>& conflicts) {
+    SketchData rest = sketch;
+    for (const std::vector<int>& conflict : conflicts)
+        rest.constraints[at(conflict.back())].active = false;
+    std::vector<Redundancy> redundant = Examination(rest, false).run().redundant;
+    std::erase_if(redundant, [&](const Redundancy& redundancy) {
+        return std::any_of(conflicts.begin(), conflicts.end(), [&](const std::vector<int>& conflict) {
+            return std::binary_search(conflict.begin(), conflict.end(), redundancy.constraint);
+        });
+    });
+    return redundant;
 }
 
 }  // namespace
@@ -235,6 +230,8 @@ Diagnosis diagnose(const SketchData& sketch, bool countsEntities, Budget* budget
     }
     if (diagnosis.worstViolation > sketch.tolerance * sketch.size())
         diagnosis.conflicts = findConflicts(sketch, budget);
+    if (!diagnosis.conflicts.empty())
+        diagnosis.redundant = redundantBeside(sketch, diagnosis.conflicts);
     return diagnosis;
 }
 
