@@ -129,6 +129,33 @@ TEST(Diagnose, NamesEachConflictOnce) {
     EXPECT_EQ(sketch.namesOf(diagnosis.conflicts[1]), "c2 c4");
 }
 
+TEST(Diagnose, NamesWhatARuleOfItsElementImplies) {
+    EXPECT_EQ(redundantIn(SketchText("fixed! point o 0,0; arc k 0,0 5 0 90; coincident k.centre o; radius k = 5;"
+                                     "horizontal k.start o; distance_x o k.start = 5")),
+              "c3");
+    EXPECT_EQ(redundantIn(SketchText("arc k 0,0 5 30 150; horizontal k.start k.end; line a 0,9 0,-9; vertical a;"
+                                     "point_on_curve k.centre a; symmetric k.start k.end a")),
+              "c3");
+}
+
+TEST(Diagnose, CountsNoFreedomThatTheDrawingCannotMoveAlong) {
+    EXPECT_EQ(freedomOf("fixed! circle c 0,0 5; line a -4,5 0,5; fixed a.start; horizontal a; point_on_curve a.end c"),
+              0);
+    EXPECT_EQ(
+        freedomOf("fixed! point o 0,0; fixed! point e 10,0; line a 0,0 6,0; line b 6,0 10,0; coincident a.start o;"
+                  "coincident a.end b.start; coincident b.end e; distance a = 6; distance b = 4"),
+        0);
+    // Stretched out, but free to turn.
+    EXPECT_EQ(freedomOf("fixed! point o 0,0; line a 0,0 6,0; line b 6,0 10,0; coincident a.start o;"
+                        "coincident a.end b.start; distance a = 6; distance b = 4; distance o b.end = 10"),
+              1);
+    const SketchText tangent(
+        "fixed! circle c 0,0 5; line a -4,5 0,5; fixed a.start; horizontal a; point_on_curve a.end c; point p 1,1");
+    const Diagnosis diagnosis = diagnose(tangent.sketch, true);
+    EXPECT_THAT(diagnosis.freedomOfEntity, ElementsAre(0, 0, 2));
+    EXPECT_EQ(redundantIn(tangent), "");
+}
+
 std::string conflictsIn(const char* text) {
     const SketchText sketch(text);
     std::string names;
