@@ -3,8 +3,8 @@
 #include <cmath>
 #include <set>
 
+#include "geometry/SplineBasis.h"
 #include "solver/src/residuals/EquationSystem.h"
-#include "solver/src/sketch/SplineBasis.h"
 #include "tests/solver/Sketch.h"
 
 // Every formula on every kind of operand: the derivatives that the solver uses against central differences. None of

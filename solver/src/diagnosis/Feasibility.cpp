@@ -25,6 +25,10 @@ constexpr double kFirstShake = 0.02, kLastShake = 0.5;
 constexpr double kLongStride = 1.0;
 constexpr int kMostIterations = 100;
 
+/// Parts of the largest residual from which a constraint is suspected, first and then: near the least sum the others'
+/// residuals are small, though not nothing.
+constexpr double kGuilty = 1e-2, kPerhapsGuilty = 1e-5;
+
 std::size_t costOf(const Subproblem& subproblem, int iterations) {
     const auto width = static_cast<std::size_t>(subproblem.columnCount() + subproblem.rowCount());
     return static_cast<std::size_t>(iterations + 1) * (kOverhead + width);
@@ -196,8 +200,7 @@ private:
         std::vector<std::vector<int>> groups;
         if (const std::vector<int> flawed = onFlaws(); !flawed.empty())
             groups.push_back(flawed);
-        // Near the least sum the others' residuals are small, though not nothing.
-        for (const double share : {1e-2, 1e-5}) {
+        for (const double share : {kGuilty, kPerhapsGuilty}) {
             std::vector<int> group;
             for (std::size_t i = 0; i < misses.size() && !(most <= system.tolerance); ++i) {
                 if (!(misses[i] < share * most))
