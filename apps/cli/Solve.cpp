@@ -44,6 +44,17 @@ struct Findings {
     }
 };
 
+/// The diagnosis names the conflicts, each once; the solve refused for the first of them.
+Findings findingsOf(const std::string& name, const Document& document, const SketchData& sketch, SolveResult result) {
+    Findings found{name, document, sketch, diagnose(sketch), std::move(result)};
+    if (!found.result.isSolved() && !found.diagnosis.conflicts.empty()) {
+        found.result.conflicting = found.diagnosis.conflicts.front();
+        if (found.result.status == SolveStatus::unreached)
+            found.result.status = SolveStatus::conflicting;
+    }
+    return found;
+}
+
 void tellFreedom(const Findings& found) {
     std::cout << "degrees of freedom: " << found.diagnosis.freedom << '\n';
 }
@@ -124,8 +135,6 @@ nlohmann::ordered_json jsonOf(const Findings& found) {
     json["conflicts"] = nlohmann::ordered_json::array();
     for (const std::vector<int>& conflict : found.diagnosis.conflicts)
         json["conflicts"].push_back(found.ids(conflict));
-    if (!found.result.conflicting.empty())
-        json["conflicts"].push_back(found.ids(found.result.conflicting));
     return json;
 }
 
@@ -151,8 +160,8 @@ int solveDrawing(const SolveOptions& options) {
     const std::string name = spokenName(before, options.drawing);
     const Progress progress("solving " + name);
     SketchData sketch = sketchFrom(before);
-    SolveResult result = solve(sketch, {});
-    const Findings found{name, before, sketch, diagnose(sketch), std::move(result)};
+    SolveResult result = solve(sketch, {.namesConflicts = false});
+    const Findings found = findingsOf(name, before, sketch, std::move(result));
     if (found.result.isSolved())
         writeResults(options, found, sketch, outputs);
     if (options.json) {

@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
+#include "solver/src/solving/Solve.h"
 #include "tests/solver/Sketch.h"
 
 namespace holdfast::solver::detail {
@@ -122,8 +125,93 @@ TEST(Diagnose, NamesEachConflictOnce) {
         "point r 20,20; point s 30,30; distance_x r s = 10; diameter c = 7");
     const Diagnosis diagnosis = diagnose(sketch.sketch);
     ASSERT_EQ(diagnosis.conflicts.size(), 2u);
-    EXPECT_EQ(sketch.namesOf(diagnosis.conflicts[0]), "c2 c4");
-    EXPECT_EQ(sketch.namesOf(diagnosis.conflicts[1]), "c0 c1");
+    EXPECT_EQ(sketch.namesOf(diagnosis.conflicts[0]), "c0 c1");
+    EXPECT_EQ(sketch.namesOf(diagnosis.conflicts[1]), "c2 c4");
+}
+
+TEST(Diagnose, NamesWhatARuleOfItsElementImplies) {
+    EXPECT_EQ(redundantIn(SketchText("fixed! point o 0,0; arc k 0,0 5 0 90; coincident k.centre o; radius k = 5;"
+                                     "horizontal k.start o; distance_x o k.start = 5")),
+              "c3");
+    EXPECT_EQ(redundantIn(SketchText("arc k 0,0 5 30 150; horizontal k.start k.end; line a 0,9 0,-9; vertical a;"
+                                     "point_on_curve k.centre a; symmetric k.start k.end a")),
+              "c3");
+}
+
+TEST(Diagnose, CountsNoFreedomThatTheDrawingCannotMoveAlong) {
+    EXPECT_EQ(freedomOf("fixed! circle c 0,0 5; line a -4,5 0,5; fixed a.start; horizontal a; point_on_curve a.end c"),
+              0);
+    EXPECT_EQ(
+        freedomOf("fixed! point o 0,0; fixed! point e 10,0; line a 0,0 6,0; line b 6,0 10,0; coincident a.start o;"
+                  "coincident a.end b.start; coincident b.end e; distance a = 6; distance b = 4"),
+        0);
+    // Stretched out, but free to turn.
+    EXPECT_EQ(freedomOf("fixed! point o 0,0; line a 0,0 6,0; line b 6,0 10,0; coincident a.start o;"
+                        "coincident a.end b.start; distance a = 6; distance b = 4; distance o b.end = 10"),
+              1);
+    const SketchText tangent(
+        "fixed! circle c 0,0 5; line a -4,5 0,5; fixed a.start; horizontal a; point_on_curve a.end c; point p 1,1");
+    const Diagnosis diagnosis = diagnose(tangent.sketch, true);
+    EXPECT_THAT(diagnosis.freedomOfEntity, ElementsAre(0, 0, 2));
+    EXPECT_EQ(redundantIn(tangent), "");
+}
+
+std::string conflictsIn(const char* text) {
+    const SketchText sketch(text);
+    std::string names;
+    for (const std::vector<int>& conflict : diagnose(sketch.sketch).conflicts)
+        names += (names.empty() ? "" : "; ") + sketch.namesOf(conflict);
+    return names;
+}
+
+TEST(Diagnose, NamesTheSmallestSetsOfEachContradiction) {
+    EXPECT_EQ(conflictsIn("line a 0,0 10,0; horizontal a; vertical a"), "c0 c1");
+    EXPECT_EQ(conflictsIn("line a 0,0 10,0; horizontal a; vertical a; distance a = 10"), "c0 c1");
+    EXPECT_EQ(conflictsIn("line a 0,0 10,3; horizontal a; distance a = 7; vertical a"), "c0 c2");
+    EXPECT_EQ(conflictsIn("line a 0,0 10,1; line b 0,5 9,7; parallel a b; perpendicular a b"), "c0 c1");
+    EXPECT_EQ(conflictsIn("line a 0,0 10,1; line b 0,5 9,7; parallel a b; perpendicular a b; distance a = 8"), "c0 c1");
+    EXPECT_EQ(conflictsIn("circle c 0,0 5; radius c = 5; radius c = 6; radius c = 7"), "c0 c1; c0 c2");
+}
+
+TEST(Diagnose, CallsNothingRedundantThatIsInConflict) {
+    for (const char* text :
+         {"line a 0,0 10,1; line b 0,5 9,7; parallel a b; perpendicular a b",
+          "line a 0,0 10,0; horizontal a; vertical a; distance a = 10",
+          "line a 0,0 10,0; line b 0,5 9,5; horizontal a; horizontal b; parallel a b; angle a b = 30",
+          "point p 0,0; point q 4,3; distance p q = 5; distance p q = 6; distance q p = 5"}) {
+        const SketchText sketch(text);
+        const Diagnosis diagnosis = diagnose(sketch.sketch);
+        ASSERT_FALSE(diagnosis.conflicts.empty()) << text;
+        for (const Redundancy& redundancy : diagnosis.redundant) {
+            for (const std::vector<int>& conflict : diagnosis.conflicts)
+                EXPECT_EQ(std::count(conflict.begin(), conflict.end(), redundancy.constraint), 0) << text;
+        }
+    }
+}
+
+/// Whether the sketch can be solved with these of its constraints alone, from where it is.
+bool isSolvedWith(SketchData sketch, const std::vector<int>& constraints) {
+    for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
+        sketch.constraints[c].active = std::count(constraints.begin(), constraints.end(), static_cast<int>(c)) > 0;
+    return solve(sketch, {.reach = Scope::part, .namesConflicts = false}).isSolved();
+}
+
+TEST(Diagnose, NamesSetsOfWhichNoMemberCanBeSpared) {
+    const SketchText sketch(
+        "line a 0,0 10,0; line b 10,0 10,8; line c 10,8 0,8; line d 0,8 0,0; coincident a.end b.start;"
+        "coincident b.end c.start; coincident c.end d.start; coincident d.end a.start; horizontal a; vertical b;"
+        "parallel a c; perpendicular c d; distance a = 10; distance c = 12; distance b = 8; circle k 5,4 2;"
+        "radius k = 2; point_on_curve k.centre a; distance k.centre c = 5");
+    const std::vector<std::vector<int>> conflicts = diagnose(sketch.sketch).conflicts;
+    ASSERT_EQ(conflicts.size(), 2u);
+    for (const std::vector<int>& conflict : conflicts) {
+        EXPECT_FALSE(isSolvedWith(sketch.sketch, conflict)) << sketch.namesOf(conflict);
+        for (std::size_t i = 0; i < conflict.size(); ++i) {
+            std::vector<int> rest = conflict;
+            rest.erase(rest.begin() + static_cast<std::ptrdiff_t>(i));
+            EXPECT_TRUE(isSolvedWith(sketch.sketch, rest)) << sketch.namesOf(rest);
+        }
+    }
 }
 
 }  // namespace

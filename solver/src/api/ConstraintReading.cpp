@@ -5,6 +5,8 @@
 #include <numbers>
 #include <optional>
 
+#include "solver/src/residuals/Operands.h"
+
 namespace holdfast::solver {
 
 namespace {
@@ -49,6 +51,7 @@ constexpr Row kRows[] = {
     {"distance",              "two points, and a length of 0 or more",                          Type::distance},
     {"point-curve distance",  "a point, a line or a circle, and a length of 0 or more",         Type::distance},
     {"curve distance",        "a line and a circle, or two circles, and a length of 0 or more", Type::distance},
+    {"line distance",         "two lines, and a length of 0 or more",                           Type::distance},
     {"distance x",            "two points and a length",                                        Type::distanceX},
     {"distance y",            "two points and a length",                                        Type::distanceY},
     {"length",                "a line, a segment or an arc, and a length of 0 or more",         Type::distance},
@@ -165,8 +168,12 @@ bool isSamePlace(const detail::SketchPlace& a, const detail::SketchPlace& b) {
     return a.entity == b.entity && a.kind == b.kind && a.index == b.index;
 }
 
+bool isLine(const SketchImpl& sketch, const detail::SketchPlace& place) {
+    return detail::lineAt(sketch.data, detail::curveOf(place)).has_value();
+}
+
 /// What the equations themselves do not find fault with.
-std::string_view faultIn(const Constraint& constraint, const detail::SketchConstraint& read) {
+std::string_view faultIn(const SketchImpl& sketch, const Constraint& constraint, const detail::SketchConstraint& read) {
     if (!std::isfinite(read.value))
         return "its value is not a finite number";
     const auto* own = std::get_if<OwnResidual>(&constraint);
@@ -178,6 +185,9 @@ std::string_view faultIn(const Constraint& constraint, const detail::SketchConst
         return "its function has too few or too many inputs or rows";
     if (own == nullptr && read.refs.size() >= 2 && isSamePlace(read.refs[0], read.refs[1]))
         return "it names the same thing twice";
+    if (std::holds_alternative<LineDistance>(constraint) &&
+        !(isLine(sketch, read.refs[0]) && isLine(sketch, read.refs[1])))
+        return "it joins what is no line";
     if (std::holds_alternative<Sweep>(constraint) && !(read.value > 0.0 && read.value < 2 * std::numbers::pi))
         return "an arc spans more than nothing and less than a full turn";
     return {};
@@ -225,7 +235,7 @@ Result<detail::SketchConstraint> readConstraint(const SketchImpl& sketch, const 
     std::visit([&](const auto& kind) { visitMembers(kind, reading); }, constraint);
     if (reading.error)
         return Error{reading.error->what + ": " + reading.error->where, describe(constraint), reading.error->remedy};
-    if (const std::string_view fault = faultIn(constraint, read); !fault.empty())
+    if (const std::string_view fault = faultIn(sketch, constraint, read); !fault.empty())
         return Error{std::string(fault), describe(constraint), "it takes " + std::string(takenBy(constraint))};
     if (const auto* own = std::get_if<OwnResidual>(&constraint))
         read.own = own->function;

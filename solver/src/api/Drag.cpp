@@ -13,8 +13,13 @@ struct DragSession::State {
     SolveOptions options;
     std::size_t handleCount;
     unsigned revision;
+    std::vector<double> accepted;  ///< the sketch's numbers after the last step
     bool hasMoved = false;
+    bool isOver = false;
     detail::DragSession session;
+
+    SolveResult step(std::span<const Vec2> goals);
+    void accept(const detail::SolveResult& found);
 };
 
 namespace {
@@ -55,7 +60,7 @@ Result<DragSession> DragSession::begin(Sketch& sketch, std::vector<PointId> hand
         if (auto fault = faultOfStart(impl))
             return *std::move(fault);
         return DragSession(std::unique_ptr<State>(
-            new State{impl, options, handles.size(), impl.revision, false,
+            new State{impl, options, handles.size(), impl.revision, impl.data.values, false, false,
                       detail::DragSession(impl.data, std::move(values), static_cast<detail::Scope>(options.scope))}));
     } catch (const detail::SketchError& e) {
         return Error{e.what(), "sketch", "put the constraint's entities elsewhere, or remove it"};
@@ -64,24 +69,46 @@ Result<DragSession> DragSession::begin(Sketch& sketch, std::vector<PointId> hand
 
 SolveResult DragSession::step(std::span<const Vec2> goals) {
     State& state = *m_state;
+    if (state.isOver)
+        return invalid({"an exception has ended the session", "drag", "begin a new session"});
     if (state.sketch.revision != state.revision)
         return invalid({"the sketch was changed since the session began", "drag", "begin a new session"});
     if (goals.size() != state.handleCount)
         return invalid({"there are " + std::to_string(goals.size()) + " goals for " +
                             std::to_string(state.handleCount) + " handles",
                         "drag", "give one for each"});
-    std::vector<double> numbers;
-    for (const Vec2 goal : goals) {
-        if (!geometry::isFinite(goal))
-            return invalid({"a goal is not finite", "drag", "give finite numbers"});
-        numbers.insert(numbers.end(), {goal.x, goal.y});
+    if (!std::all_of(goals.begin(), goals.end(), [](Vec2 goal) { return geometry::isFinite(goal); }))
+        return invalid({"a goal is not finite", "drag", "give finite numbers"});
+    try {
+        return state.step(goals);
+    } catch (...) {
+        std::copy(state.accepted.begin(), state.accepted.end(), state.sketch.data.values.begin());
+        state.isOver = true;
+        throw;
     }
-    detail::Budget budget = budgetOf(state.options);
+}
+
+SolveResult DragSession::State::step(std::span<const Vec2> goals) {
+    std::vector<double> numbers;
+    for (const Vec2 goal : goals)
+        numbers.insert(numbers.end(), {goal.x, goal.y});
+    detail::Budget budget = budgetOf(options);
     const detail::Budget::Clock::time_point start = detail::Budget::Clock::now();
-    SolveResult result = resultOf(state.sketch, state.session.step(numbers, &budget), budget);
+    const detail::SolveResult found = session.step(numbers, &budget);
+    SolveResult result = resultOf(sketch, found, budget);
     result.times.iterating = std::chrono::duration<double>(detail::Budget::Clock::now() - start).count();
-    state.hasMoved = true;
+    accept(found);
+    hasMoved = true;
     return result;
+}
+
+/// Notes what has moved. Cost: the numbers of what has.
+void DragSession::State::accept(const detail::SolveResult& found) {
+    for (const detail::Movement& movement : found.movements) {
+        const detail::SketchEntity& entity = sketch.data.entities[detail::at(movement.entity)];
+        const auto numbers = sketch.data.valuesOf(movement.entity);
+        std::copy(numbers.begin(), numbers.end(), accepted.begin() + entity.firstValue);
+    }
 }
 
 SolveResult DragSession::step(Vec2 goal) {

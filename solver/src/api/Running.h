@@ -45,4 +45,23 @@ private:
     detail::SketchData& m_data;
 };
 
+/// Puts the sketch's numbers back, unless they are to be kept: what throws leaves the sketch as it was.
+class Undoing {
+public:
+    explicit Undoing(detail::SketchData& data) : m_data(data), m_before(data.values) {}
+    ~Undoing() {
+        if (!m_isKept)
+            m_data.values.swap(m_before);
+    }
+    Undoing(const Undoing&) = delete;
+    Undoing& operator=(const Undoing&) = delete;
+
+    void keep() { m_isKept = true; }
+
+private:
+    detail::SketchData& m_data;
+    std::vector<double> m_before;
+    bool m_isKept = false;
+};
+
 }  // namespace holdfast::solver

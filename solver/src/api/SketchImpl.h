@@ -31,6 +31,10 @@ struct Sketch::Impl {
     /// What the id's point is to the solver; the entity is there. A point that it does not have is found by pointAt.
     detail::SketchPlace placeOf(PointId point) const;
 
+    /// Removes the entities and constraints that are marked, by their numbers; a constraint goes with its entities.
+    /// When memory runs out nothing has changed. Cost: linear in the sketch.
+    void removeMarked(const std::vector<char>& isGone, const std::vector<char>& isConstraintGone);
+
 private:
     static int numberIn(const std::vector<int>& numbers, int id) {
         return id < 0 || id >= static_cast<int>(numbers.size()) ? -1 : numbers[detail::at(id)];

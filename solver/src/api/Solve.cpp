@@ -2,7 +2,6 @@
 #include <cmath>
 
 #include "solver/src/api/Running.h"
-#include "solver/src/diagnosis/Conflict.h"
 #include "solver/src/residuals/Operands.h"
 
 namespace holdfast::solver {
@@ -45,19 +44,6 @@ Result<detail::SolveRequest> requestOf(const SketchImpl& sketch, std::span<const
     request.lastLevel = static_cast<detail::RelaxationLevel>(options.firmness);
     request.namesConflicts = options.explainsConflicts;
     return request;
-}
-
-/// A contradiction that comes up while values are merged points at the ties that it runs through, and not at what made
-/// them ties. When those alone can hold together after all, the search goes through all constraints.
-void explainFromAll(const detail::SketchData& data, const detail::SolveRequest& request, detail::SolveResult& found) {
-    if (!found.conflicting.empty() || (!found.contradictedTargets.empty() && !request.targets.empty()))
-        return;
-    const auto start = detail::Budget::Clock::now();
-    const std::vector<int> all = detail::bindingConstraints(data);
-    detail::ConflictSet conflict = detail::findConflict(data, all, request.targets, request.budget);
-    found.conflicting = std::move(conflict.constraints);
-    found.contradictedTargets = std::move(conflict.targets);
-    found.times.explaining += std::chrono::duration<double>(detail::Budget::Clock::now() - start).count();
 }
 
 }  // namespace
@@ -164,14 +150,14 @@ SolveResult solve(Sketch& sketch, std::span<const Target> targets, const SolveOp
     if (!request)
         return invalid(request.error());
     const Preparation preparation(impl.data, options.tolerance);
+    Undoing undoing(impl.data);
     detail::Budget budget = budgetOf(options);
     try {
         detail::SolveRequest wanted = std::move(request).value();
         wanted.budget = &budget;
-        detail::SolveResult found = detail::solve(impl.data, wanted);
-        if (found.status == detail::SolveStatus::conflicting && options.explainsConflicts && !detail::isSpent(&budget))
-            explainFromAll(impl.data, wanted, found);
-        const SolveResult result = resultOf(impl, found, budget);
+        const detail::SolveResult found = detail::solve(impl.data, wanted);
+        SolveResult result = resultOf(impl, found, budget);
+        undoing.keep();
         impl.data.takeReference();
         ++impl.revision;
         return result;

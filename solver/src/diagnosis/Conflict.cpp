@@ -3,92 +3,96 @@
 #include <algorithm>
 #include <utility>
 
-#include "solver/src/diagnosis/Extract.h"
-#include "solver/src/solving/SolverState.h"
+#include "solver/src/residuals/EquationSystem.h"
+#include "solver/src/sketch/Index.h"
 
 namespace holdfast::solver::detail {
 
 namespace {
 
-constexpr int kMostQuestions = 200;
+/// Most conflicts that are searched for: more than anybody reads.
+constexpr int kMostConflicts = 8;
 
-/// How many of the constraints nearest to the targets are suspected first; each time they are cleared, twice as many.
+/// How many of the constraints nearest to the suspects are looked at when those alone can hold; then twice as many.
 constexpr std::size_t kFirstSuspects = 16;
 
-/// Can these hold together? Answered by trying to make them.
-bool canHold(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets,
-             Budget* budget) {
-    const Extract extract(sketch, constraints, targets);
-    SolverState workspace(extract.sketch(), buildSystem(extract.sketch()));
-    workspace.setBudget(budget);
-    if (!workspace.system().contradictions.empty())
-        return false;
-    for (const Target& target : extract.targets()) {
-        if (!workspace.pin(target.value, target.goal))
-            return false;
-    }
-    if (workspace.brokenConstantEquation() >= 0)
-        return false;
-    for (std::vector<int> seeds = workspace.violated(); !seeds.empty(); seeds = workspace.violated()) {
-        if (!workspace.solveAround(std::span(seeds).first(1), Scope::part).isSolved)
-            return false;
-    }
-    return true;
-}
-
-/// The items are the targets, then the constraints, in the order in which they are to be believed.
-class Search {
+/// Narrows constraints and targets down. The items are the targets, then the constraints, in the order in which they
+/// are to be believed.
+class Narrowing {
 public:
-    Search(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets, Budget* budget)
-        : m_sketch(sketch), m_constraints(constraints), m_targets(targets), m_budget(budget) {}
+    Narrowing(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets,
+              Effort& effort)
+        : m_sketch(sketch), m_constraints(constraints), m_targets(targets), m_effort(effort) {}
 
     ConflictSet run() {
         std::vector<int> all(m_targets.size() + m_constraints.size());
         for (std::size_t i = 0; i < all.size(); ++i)
             all[i] = static_cast<int>(i);
-        if (holds(all))
+        if (m_effort.isSpent() || holds(all, Care::quick) || m_effort.isSpent())
             return {};
-        const std::vector<int> items = explain({}, false, all);
-        if (isSpent(m_budget))
+        std::vector<int> items = explain({}, false, all);
+        std::sort(items.begin(), items.end());
+        const bool isMinimal = prove(items);
+        // What was refused in a hurry may hold.
+        if (isMinimal && holds(items, Care::thorough))
             return {};
+        ConflictSet set = setOf(items);
+        set.isMinimal = isMinimal;
+        return set;
+    }
+
+private:
+    bool holds(std::span<const int> items, Care care) {
+        const ConflictSet set = setOf(items);
+        std::vector<Target> targets;
+        for (const int target : set.targets)
+            targets.push_back(m_targets[at(target)]);
+        return canHold(m_sketch, set.constraints, targets, care, m_effort);
+    }
+
+    ConflictSet setOf(std::span<const int> items) const {
         ConflictSet set;
         for (const int item : items) {
-            const auto i = static_cast<std::size_t>(item);
-            if (i < m_targets.size())
+            if (at(item) < m_targets.size())
                 set.targets.push_back(item);
             else
-                set.constraints.push_back(m_constraints[i - m_targets.size()]);
+                set.constraints.push_back(m_constraints[at(item) - m_targets.size()]);
         }
         std::sort(set.targets.begin(), set.targets.end());
         std::sort(set.constraints.begin(), set.constraints.end());
         return set;
     }
 
-private:
-    bool holds(std::span<const int> items) {
-        ++m_questions;
-        std::vector<int> constraints;
-        std::vector<Target> targets;
-        for (const int item : items) {
-            const auto i = static_cast<std::size_t>(item);
-            if (i < m_targets.size())
-                targets.push_back(m_targets[i]);
-            else
-                constraints.push_back(m_constraints[i - m_targets.size()]);
-        }
-        return canHold(m_sketch, constraints, targets, m_budget);
-    }
-
     std::vector<int> explain(std::vector<int> background, bool hasGrown, std::span<const int> items) {
-        if (hasGrown && !holds(background))
+        if (hasGrown && !holds(background, Care::quick))
             return {};
-        if (items.size() == 1 || m_questions > kMostQuestions || isSpent(m_budget))
+        if (items.size() == 1 || m_effort.isSpent())
             return {items.begin(), items.end()};
         const auto first = items.first(items.size() / 2), second = items.subspan(items.size() / 2);
         const std::vector<int> fromSecond = explain(joined(background, first), true, second);
         std::vector<int> result = explain(joined(background, fromSecond), !fromSecond.empty(), first);
         result.insert(result.end(), fromSecond.begin(), fromSecond.end());
         return result;
+    }
+
+    /// Leaves each item out once; one without which the others cannot hold either does not belong to the set. False
+    /// when the effort is spent before the last one.
+    bool prove(std::vector<int>& items) {
+        for (std::size_t i = 0; i < items.size();) {
+            std::vector<int> rest = items;
+            rest.erase(rest.begin() + static_cast<std::ptrdiff_t>(i));
+            if (m_effort.isSpent())
+                return false;
+            if (rest.empty() || holds(rest, Care::thorough)) {
+                ++i;
+                continue;
+            }
+            if (m_effort.isSpent())
+                return false;
+            items = std::move(rest);
+            i = 0;
+        }
+        return true;
     }
 
     static std::vector<int> joined(std::vector<int> a, std::span<const int> b) {
@@ -100,8 +104,7 @@ private:
     const SketchData& m_sketch;
     std::span<const int> m_constraints;
     std::span<const Target> m_targets;
-    Budget* m_budget;
-    int m_questions = 0;
+    Effort& m_effort;
 };
 
 int entityOfValue(const SketchData& sketch, int value) {
@@ -110,51 +113,94 @@ int entityOfValue(const SketchData& sketch, int value) {
     return static_cast<int>(after - sketch.entities.begin()) - 1;
 }
 
-/// The constraints in the order in which a walk from the targets' elements meets them; what it does not meet comes
-/// last. Fixed elements lead nowhere.
-std::vector<int> nearestFirst(const SketchData& sketch, std::span<const int> constraints,
-                              std::span<const Target> targets) {
+/// The constraints in the order in which a walk from these entities meets them; what it does not meet is left out.
+/// Fixed elements lead nowhere.
+std::vector<int> nearestFirst(const SketchData& sketch, std::span<const int> constraints, std::vector<int> entities) {
     std::vector<std::pair<int, int>> uses;
-    for (std::size_t i = 0; i < constraints.size(); ++i)
-        for (const SketchPlace& place : sketch.constraints[static_cast<std::size_t>(constraints[i])].refs)
-            uses.emplace_back(place.entity, static_cast<int>(i));
+    for (const int c : constraints) {
+        for (const SketchPlace& place : sketch.constraints[at(c)].refs)
+            uses.emplace_back(place.entity, c);
+    }
     const ListTable usesOf = tabulate(static_cast<int>(sketch.entities.size()), uses);
-    std::vector<int> entities, ordered;
+    std::vector<int> ordered;
+    std::vector<char> isSeen(sketch.entities.size(), 0), isTaken(sketch.constraints.size(), 0);
+    for (std::size_t head = 0; head < entities.size(); ++head) {
+        const int entity = entities[head];
+        if (std::exchange(isSeen[at(entity)], 1) || sketch.entities[at(entity)].fixed)
+            continue;
+        for (const int c : usesOf[entity]) {
+            if (std::exchange(isTaken[at(c)], 1))
+                continue;
+            ordered.push_back(c);
+            for (const SketchPlace& place : sketch.constraints[at(c)].refs)
+                entities.push_back(place.entity);
+        }
+    }
+    return ordered;
+}
+
+/// Where a walk for more suspects begins: at the targets, else at the suspects there are.
+std::vector<int> startOfWalk(const SketchData& sketch, std::span<const int> suspects, std::span<const Target> targets) {
+    std::vector<int> entities;
     for (const Target& target : targets)
         entities.push_back(entityOfValue(sketch, target.value));
-    std::vector<char> isSeen(sketch.entities.size(), 0), isTaken(constraints.size(), 0);
-    const auto take = [&](int use) {
-        if (std::exchange(isTaken[static_cast<std::size_t>(use)], 1))
-            return;
-        ordered.push_back(constraints[static_cast<std::size_t>(use)]);
-        for (const SketchPlace& place : sketch.constraints[static_cast<std::size_t>(ordered.back())].refs)
+    for (const int c : suspects) {
+        for (const SketchPlace& place : sketch.constraints[at(c)].refs)
             entities.push_back(place.entity);
-    };
-    for (std::size_t head = 0; head < entities.size(); ++head) {
-        const auto entity = static_cast<std::size_t>(entities[head]);
-        if (std::exchange(isSeen[entity], 1) || sketch.entities[entity].fixed)
-            continue;
-        for (const int use : usesOf[entities[head]])
-            take(use);
     }
-    for (std::size_t i = 0; i < constraints.size(); ++i)
-        take(static_cast<int>(i));
-    return ordered;
+    return entities;
+}
+
+ConflictSet findAmong(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets,
+                      Effort& effort) {
+    const std::vector<std::vector<int>> groups = suspectsAmong(sketch, constraints, targets, effort);
+    if (groups.empty())
+        return {};
+    for (const std::vector<int>& group : groups) {
+        if (ConflictSet set = Narrowing(sketch, group, targets, effort).run(); !set.isEmpty() || effort.isSpent())
+            return set;
+    }
+    const std::vector<int> ordered = nearestFirst(sketch, constraints, startOfWalk(sketch, groups.back(), targets));
+    for (std::size_t count = kFirstSuspects;; count *= 2) {
+        std::vector<int> suspects(ordered.begin(),
+                                  ordered.begin() + static_cast<std::ptrdiff_t>(std::min(count, ordered.size())));
+        std::sort(suspects.begin(), suspects.end());
+        ConflictSet set = Narrowing(sketch, suspects, targets, effort).run();
+        if (!set.isEmpty() || effort.isSpent() || count >= ordered.size())
+            return set;
+    }
 }
 
 }  // namespace
 
 ConflictSet findConflict(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets,
+                         Effort& effort) {
+    ConflictSet set = findAmong(sketch, constraints, targets, effort);
+    if (!set.isEmpty() || effort.isSpent())
+        return set;
+    const std::vector<int> all = bindingConstraints(sketch);
+    return all.size() == constraints.size() ? set : findAmong(sketch, all, targets, effort);
+}
+
+ConflictSet findConflict(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets,
                          Budget* budget) {
-    const std::vector<int> ordered = nearestFirst(sketch, constraints, targets);
-    for (std::size_t count = targets.empty() ? ordered.size() : kFirstSuspects; count < ordered.size(); count *= 2) {
-        std::vector<int> suspects(ordered.begin(), ordered.begin() + static_cast<std::ptrdiff_t>(count));
-        std::sort(suspects.begin(), suspects.end());
-        ConflictSet set = Search(sketch, suspects, targets, budget).run();
-        if (!set.constraints.empty() || !set.targets.empty())
-            return set;
+    Effort effort(budget);
+    return findConflict(sketch, constraints, targets, effort);
+}
+
+std::vector<std::vector<int>> findConflicts(const SketchData& sketch, Budget* budget) {
+    Effort effort(budget);
+    std::vector<std::vector<int>> conflicts;
+    SketchData trial = sketch;
+    for (int i = 0; i < kMostConflicts && !effort.isSpent(); ++i) {
+        const ConflictSet set = findConflict(trial, bindingConstraints(trial), {}, effort);
+        if (set.isEmpty())
+            break;
+        conflicts.push_back(set.constraints);
+        trial.constraints[at(set.constraints.back())].active = false;
     }
-    return Search(sketch, constraints, targets, budget).run();
+    std::sort(conflicts.begin(), conflicts.end());
+    return conflicts;
 }
 
 }  // namespace holdfast::solver::detail

@@ -6,18 +6,17 @@
 #include <numeric>
 #include <utility>
 
+#include "solver/src/diagnosis/Conflict.h"
 #include "solver/src/diagnosis/GaussianElimination.h"
+#include "solver/src/diagnosis/Motion.h"
+#include "solver/src/diagnosis/ValueSpace.h"
 #include "solver/src/residuals/EquationSystem.h"
 #include "solver/src/sketch/Index.h"
 #include "solver/src/sketch/Measure.h"
-#include "solver/src/solving/Solve.h"
 
 namespace holdfast::solver::detail {
 
 namespace {
-
-/// Most conflicts that are searched for: each costs many solves.
-constexpr int kMostConflicts = 8;
 
 /// Elements joined into parts: the root of an element is the smallest number of its part.
 class Parts {
@@ -40,6 +39,10 @@ private:
     std::vector<int> m_up;
 };
 
+/// How many spare constraints are left out one by one to see whether they hold what seems free; each costs a few solves
+/// of its part, and parts with so many of them are rare.
+constexpr int kMostNeeded = 32;
+
 class Examination {
 public:
     Examination(const SketchData& sketch, bool countsEntities)
@@ -47,13 +50,17 @@ public:
           m_system(buildSystem(sketch)),
           m_parts(sketch.entities.size()),
           m_countsEntities(countsEntities) {
+        for (int u = 0; u < m_system.unknownCount; ++u)
+            m_lengths.push_back(1.0 / std::sqrt(m_system.weightOf(u)));
         putOnEquations();
     }
 
     Diagnosis run() {
         joinParts();
-        countFreedom();
-        findSpares();
+        eliminate();
+        if (leaveSingularPlaces())
+            eliminate();
+        nameRedundant();
         listParts();
         return std::move(m_diagnosis);
     }
@@ -105,7 +112,7 @@ private:
         return first;
     }
 
-    void countFreedom() {
+    void countUnknowns() {
         m_freedom.assign(m_sketch.entities.size(), 0);
         for (int u = 0; u < m_system.unknownCount; ++u) {
             if (const int entity = entityOfUnknown(u); entity >= 0)
@@ -113,30 +120,33 @@ private:
         }
     }
 
-    std::vector<std::pair<int, double>> rowOf(const Equation& equation, std::size_t row) const {
-        std::vector<std::pair<int, double>> entries;
+    GaussianElimination::Entries rowOf(const Equation& equation, std::size_t row) const {
+        GaussianElimination::Entries entries;
         const auto inputs = m_system.set.inputsOf(equation);
         for (std::size_t k = 0; k < inputs.size(); ++k) {
             const ValueLink& link = m_system.links[at(inputs[k])];
             const double slope = m_slopes[row * inputs.size() + k];
             if (link.unknown >= 0 && slope != 0.0)
-                entries.emplace_back(link.unknown, link.sign * slope / std::sqrt(m_system.weightOf(link.unknown)));
+                entries.emplace_back(link.unknown, link.sign * slope * m_lengths[at(link.unknown)]);
         }
         return entries;
     }
 
     /// Contacts are unknowns of their own part: an equation that only fixes contacts takes no freedom away.
-    void findSpares() {
-        GaussianElimination elimination(m_system.unknownCount);
-        std::map<int, int> spares;
+    void eliminate() {
+        countUnknowns();
+        m_hasSpare.assign(m_sketch.entities.size(), 0);
+        m_hasSpareRule.assign(m_sketch.entities.size(), 0);
+        m_spares.clear();
         for (const SpareCount& spare : m_system.spares)
-            spares[spare.constraint] += spare.equations;
+            m_spares[spare.constraint] += spare.equations;
+        GaussianElimination elimination(m_system.unknownCount);
         for (std::size_t e = 0; e < m_system.set.equations.size(); ++e) {
             const Equation& equation = m_system.set.equations[e];
             linearise(m_system.set, equation, m_system.values, m_slopes);
             for (std::size_t row = 0; row < equation.rows; ++row) {
                 if (!elimination.add(rowOf(equation, row)))
-                    ++spares[equation.constraint];
+                    noteSpare(equation, e);
                 else if (m_partOfEquation[e] >= 0)
                     --m_freedom[at(m_parts.find(m_partOfEquation[e]))];
             }
@@ -144,8 +154,17 @@ private:
         }
         if (m_countsEntities)
             countFreedomOfEntities(elimination);
-        spares.erase(-1);
-        nameRedundant(spares);
+    }
+
+    /// A rule that is spare has been made so by constraints that were merged, which is found out by nameExactly.
+    void noteSpare(const Equation& equation, std::size_t e) {
+        ++m_spares[equation.constraint];
+        const int entity = equation.constraint < 0 ? equation.entity : m_partOfEquation[e];
+        if (entity < 0 || m_sketch.entities[at(entity)].fixed)
+            return;
+        m_hasSpare[at(m_parts.find(entity))] = 1;
+        if (equation.constraint < 0)
+            m_hasSpareRule[at(m_parts.find(entity))] = 1;
     }
 
     /// Each contact adds an unknown to the part of the first equation that reads it.
@@ -161,7 +180,8 @@ private:
     }
 
     void countFreedomOfEntities(GaussianElimination& elimination) {
-        std::vector<std::vector<std::pair<int, double>>> rows;
+        m_diagnosis.freedomOfEntity.clear();
+        std::vector<GaussianElimination::Entries> rows;
         for (const SketchEntity& entity : m_sketch.entities) {
             rows.clear();
             for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount; ++v) {
@@ -172,15 +192,84 @@ private:
         }
     }
 
-    void nameRedundant(const std::map<int, int>& spares) {
-        std::vector<int> rows(m_sketch.constraints.size(), 0);
+    /// Where rows depend on each other, the first derivatives may count freedom that the drawing does not have: it is
+    /// shaken and brought back. A part that moves is looked at where it has moved to; one that comes back to where it
+    /// was has no freedom. True when something has moved. Where no row is spare, freedom is what it is counted as, by
+    /// the implicit function theorem.
+    bool leaveSingularPlaces() {
+        m_isRigid.assign(m_sketch.entities.size(), 0);
+        std::map<int, std::vector<int>> unknownsOf;
+        for (int u = 0; u < m_system.unknownCount; ++u) {
+            const int part = partOfUnknown(u);
+            if (part >= 0 && m_hasSpare[at(part)] && m_freedom[at(part)] > 0)
+                unknownsOf[part].push_back(u);
+        }
+        bool hasMoved = false;
+        for (const auto& [part, unknowns] : unknownsOf) {
+            const Shaking outcome = shake(m_sketch, m_system, unknowns);
+            m_isRigid[at(part)] = outcome == Shaking::cameBack;
+            hasMoved = hasMoved || outcome == Shaking::moved;
+        }
+        return hasMoved;
+    }
+
+    /// The root of its part; a contact belongs to the first equation that reads it.
+    int partOfUnknown(int unknown) {
+        int entity = entityOfUnknown(unknown);
+        if (entity < 0 && !m_system.equationsOfUnknown[unknown].empty())
+            entity = m_partOfEquation[at(m_system.equationsOfUnknown[unknown].front())];
+        return entity < 0 ? -1 : m_parts.find(entity);
+    }
+
+    int partOf(const SketchConstraint& constraint) {
+        for (const SketchPlace& place : constraint.refs) {
+            if (!m_sketch.entities[at(place.entity)].fixed)
+                return m_parts.find(place.entity);
+        }
+        return -1;
+    }
+
+    void nameRedundant() {
         const EquationSystem plain = buildPlainSystem(m_sketch, bindingConstraints(m_sketch));
+        std::vector<int> rows(m_sketch.constraints.size(), 0);
         for (const Equation& equation : plain.set.equations) {
             if (equation.constraint >= 0 && !equation.isImplied)
                 rows[at(equation.constraint)] += equation.rows;
         }
-        for (const auto& [constraint, count] : spares)
-            m_diagnosis.redundant.push_back({constraint, count, count >= rows[at(constraint)]});
+        m_spares.erase(-1);
+        nameExactly(plain);
+        for (const auto& [constraint, count] : m_spares) {
+            if (!isNeeded(constraint))
+                m_diagnosis.redundant.push_back({constraint, count, count >= rows[at(constraint)]});
+        }
+    }
+
+    /// In parts in which merging has made a rule spare: one elimination of everything in the values themselves, rules
+    /// first, then the constraints in their order, each as it was merged or, where it was an equation, as that.
+    void nameExactly(const EquationSystem& plain) {
+        if (std::count(m_hasSpareRule.begin(), m_hasSpareRule.end(), 1) == 0)
+            return;
+        std::vector<char> isAsked(m_sketch.constraints.size(), 0);
+        for (std::size_t c = 0; c < isAsked.size(); ++c) {
+            const int part = partOf(m_sketch.constraints[c]);
+            isAsked[c] = part >= 0 && m_hasSpareRule[at(part)];
+        }
+        std::erase_if(m_spares, [&](const auto& spare) { return isAsked[at(spare.first)] != 0; });
+        for (const auto& [constraint, count] : sparesInValues(m_sketch, m_system, plain, isAsked))
+            m_spares[constraint] += count;
+    }
+
+    /// In a part that cannot move although its first derivatives say so, a spare equation may be what holds it.
+    bool isNeeded(int constraint) {
+        const int part = partOf(m_sketch.constraints[at(constraint)]);
+        if (part < 0 || !m_isRigid[at(part)] || m_askedIfNeeded++ >= kMostNeeded)
+            return false;
+        std::vector<int> others;
+        for (const int c : bindingConstraints(m_sketch)) {
+            if (c != constraint && partOf(m_sketch.constraints[at(c)]) == part)
+                others.push_back(c);
+        }
+        return canMove(m_sketch, others);
     }
 
     void listParts() {
@@ -190,7 +279,9 @@ private:
                 parts[m_parts.find(static_cast<int>(i))].entities.push_back(static_cast<int>(i));
         }
         for (auto& [root, part] : parts) {
-            part.freedom = m_freedom[at(root)];
+            part.freedom = m_isRigid[at(root)] ? 0 : m_freedom[at(root)];
+            for (std::size_t i = 0; i < part.entities.size() && m_isRigid[at(root)] && m_countsEntities; ++i)
+                m_diagnosis.freedomOfEntity[at(part.entities[i])] = 0;
             m_diagnosis.freedom += part.freedom;
             m_diagnosis.parts.push_back(std::move(part));
         }
@@ -200,26 +291,30 @@ private:
     EquationSystem m_system;
     Parts m_parts;
     std::vector<int> m_partOfEquation;
-    std::vector<int> m_freedom;  ///< per element, meant at the root of its part
+    std::vector<double> m_lengths;  ///< per unknown: how much it changes when geometry moves by one
+    std::map<int, int> m_spares;    ///< equations that others imply, by constraint
+    // Per element, meant at the root of its part:
+    std::vector<int> m_freedom;
+    std::vector<char> m_hasSpare, m_hasSpareRule;
+    int m_askedIfNeeded = 0;
+    std::vector<char> m_isRigid;  ///< it cannot move, whatever the first derivatives say
     std::vector<double> m_slopes;
     bool m_countsEntities;
     Diagnosis m_diagnosis;
 };
 
-/// Constraints leave the sketch one conflict at a time, each time the one of the set that was drawn last.
-std::vector<std::vector<int>> findConflicts(const SketchData& sketch, Budget* budget) {
-    std::vector<std::vector<int>> conflicts;
-    SketchData trial = sketch;
-    SolveRequest request;
-    request.budget = budget;
-    for (int i = 0; i < kMostConflicts; ++i) {
-        const SolveResult result = solve(trial, request);
-        if (result.isSolved() || result.conflicting.empty())
-            break;
-        conflicts.push_back(result.conflicting);
-        trial.constraints[at(result.conflicting.back())].active = false;
-    }
-    return conflicts;
+/// What is said twice by those that can hold together: a contradiction implies everything.
+std::vector<Redundancy> redundantBeside(const SketchData& sketch, const std::vector<std::vector<int>>& conflicts) {
+    SketchData rest = sketch;
+    for (const std::vector<int>& conflict : conflicts)
+        rest.constraints[at(conflict.back())].active = false;
+    std::vector<Redundancy> redundant = Examination(rest, false).run().redundant;
+    std::erase_if(redundant, [&](const Redundancy& redundancy) {
+        return std::any_of(conflicts.begin(), conflicts.end(), [&](const std::vector<int>& conflict) {
+            return std::binary_search(conflict.begin(), conflict.end(), redundancy.constraint);
+        });
+    });
+    return redundant;
 }
 
 }  // namespace
@@ -235,6 +330,8 @@ Diagnosis diagnose(const SketchData& sketch, bool countsEntities, Budget* budget
     }
     if (diagnosis.worstViolation > sketch.tolerance * sketch.size())
         diagnosis.conflicts = findConflicts(sketch, budget);
+    if (!diagnosis.conflicts.empty())
+        diagnosis.redundant = redundantBeside(sketch, diagnosis.conflicts);
     return diagnosis;
 }
 

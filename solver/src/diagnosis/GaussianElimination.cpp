@@ -58,7 +58,7 @@ double GaussianElimination::largestEntry() const {
     return largest;
 }
 
-bool GaussianElimination::add(const std::vector<std::pair<int, double>>& entries) {
+bool GaussianElimination::add(const Entries& entries) {
     double square = 0.0;
     for (const auto& [column, value] : entries)
         put(column, value);
@@ -102,7 +102,7 @@ void GaussianElimination::removeLast() {
     m_rows.pop_back();
 }
 
-int GaussianElimination::countIndependent(const std::vector<std::vector<std::pair<int, double>>>& rows) {
+int GaussianElimination::countIndependent(const std::vector<Entries>& rows) {
     const int before = rank();
     for (const auto& row : rows)
         add(row);

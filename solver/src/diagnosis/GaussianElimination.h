@@ -13,14 +13,17 @@ namespace holdfast::solver::detail {
 /// rows that touch few neighbours.
 class GaussianElimination {
 public:
+    /// Column and value of each entry of a row.
+    using Entries = std::vector<std::pair<int, double>>;
+
     explicit GaussianElimination(int columnCount);
 
     /// Column and value of each entry; columns may repeat and then add up. True when the row is independent of those
     /// before. What is left below `kDependent` of the row's length counts as nothing.
-    bool add(const std::vector<std::pair<int, double>>& entries);
+    bool add(const Entries& entries);
 
     /// How many of these rows are independent of those added before and of each other. Nothing is added.
-    int countIndependent(const std::vector<std::vector<std::pair<int, double>>>& rows);
+    int countIndependent(const std::vector<Entries>& rows);
 
     int rank() const { return static_cast<int>(m_rows.size()); }
 
@@ -29,7 +32,7 @@ public:
 private:
     struct Row {
         int pivot = -1;
-        std::vector<std::pair<int, double>> entries;  ///< scaled so that the pivot's value is 1
+        Entries entries;  ///< scaled so that the pivot's value is 1
     };
 
     void removeLast();

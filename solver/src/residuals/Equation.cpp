@@ -13,18 +13,31 @@ bool isSpline(OperandKind kind) {
     return kind == OperandKind::splinePoint || kind == OperandKind::splineJet;
 }
 
-/// How many inputs a spline operand takes, and the basis at its parameter.
+double nearestIn(SplineRange range, double param) {
+    if (param < range.first)
+        return range.first;
+    return param > range.last ? range.last : param;
+}
+
+/// How many inputs a spline operand takes, and the basis at its parameter. A free parameter beyond an end of the curve
+/// means that end: the curve does not go on, and the point there stands still whatever the parameter does.
 struct SplineReading {
     const SplineUse& use;
     const SplineKnots& spline;
+    double wanted;
+    double param;
     SplineBasis basis;
     int inputCount;
 
     SplineReading(const EquationSet& set, int useIndex, std::span<const int> inputs, std::span<const double> values)
         : use(set.splineUses[static_cast<std::size_t>(useIndex)]),
           spline((*set.splines)[static_cast<std::size_t>(use.spline)]),
-          basis(splineBasis(spline, use.isParamFree ? values[static_cast<std::size_t>(inputs[0])] : use.param)),
+          wanted(use.isParamFree ? values[static_cast<std::size_t>(inputs[0])] : use.param),
+          param(use.isParamFree && !spline.periodic ? nearestIn(splineRange(spline), wanted) : wanted),
+          basis(splineBasis(spline, param)),
           inputCount(use.isParamFree ? 1 + 2 * spline.controlCount : 2 * basis.count) {}
+
+    bool moves() const { return use.isParamFree && param == wanted; }
 
     /// The x input of the i-th active control point.
     int controlInput(int i) const { return use.isParamFree ? 1 + 2 * basis.control(i) : 2 * i; }
@@ -106,7 +119,7 @@ struct LocalReader {
             byInput[reading.controlInput(i)] += weight * slope[0];
             byInput[reading.controlInput(i) + 1] += weight * slope[1];
         }
-        if (reading.use.isParamFree) {
+        if (reading.moves()) {
             const Vec2 next = derivative(reading, inputs, values, order + 1);
             byInput[0] += slope[0] * next.x + slope[1] * next.y;
         }

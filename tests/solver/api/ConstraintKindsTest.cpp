@@ -126,6 +126,9 @@ const std::vector<Make>& kinds() {
             return CurveDistance{t.a, t.c, 2};
         },
         [](const Things& t) {
+            return LineDistance{t.a, segmentOf(t.w, 0), 8};
+        },
+        [](const Things& t) {
             return DistanceX{pointOf(t.p), pointOf(t.q), -5};
         },
         [](const Things& t) {

@@ -78,5 +78,24 @@ TEST(DragSession, OutlivesAMoveOfItsSketch) {
     EXPECT_NEAR(moved.position(endOf(crank.arm)).y, 3.0, 1e-6);
 }
 
+TEST(DragSession, StopsAtTheEndOfASplineAndComesBack) {
+    Sketch s;
+    const EntityId spline = s.addSpline({.control = {{0, 0}, {3, 4}, {7, -4}, {10, 0}}}).value();
+    (void)s.fix(spline).value();
+    const EntityId p = s.addPoint({8.5, -1}).value();
+    const ConstraintId on = s.add(PointOnCurve{pointOf(p), spline}).value();
+    ASSERT_TRUE(solve(s).isSolved());
+    const Vec2 before = s.position(pointOf(p));
+    DragSession drag = DragSession::begin(s, {pointOf(p)}).value();
+    for (const double x : {9.0, 9.9, 10.5, 12.0, 14.0, 12.0, 9.5, before.x}) {
+        EXPECT_TRUE(drag.step({x, x > 10 ? 0.0 : before.y}).isSolved()) << x;
+        EXPECT_LT(residual(s, on).value(), 1e-9) << x;
+        if (x >= 10.5) {
+            EXPECT_NEAR(s.position(pointOf(p)).x, 10, 1e-6) << x;
+        }
+    }
+    EXPECT_NEAR(s.position(pointOf(p)).x, before.x, 1e-6);
+}
+
 }  // namespace
 }  // namespace holdfast::solver

@@ -39,6 +39,9 @@ TEST(Constraints, OfAWrongArityDoNotCompile) {
     static_assert(!IsMadeOf<Radius, EntityId>);
     static_assert(!IsMadeOf<Tangent, PointId, PointId>);
     static_assert(!IsMadeOf<Angle, CurveId, CurveId>);
+    static_assert(IsMadeOf<LineDistance, CurveId, CurveId, double>);
+    static_assert(!IsMadeOf<LineDistance, CurveId, CurveId>);
+    static_assert(!IsMadeOf<LineDistance, PointId, CurveId, double>);
 }
 
 TEST(Sketch, GivesBackTheNumbersOfEachEntity) {
@@ -131,6 +134,8 @@ TEST(Sketch, RefusesConstraintsThatMakeNoSense) {
                                 Radius{c, 0},
                                 Sweep{c, 7},
                                 Equal{a, c},
+                                LineDistance{a, c, 2},
+                                LineDistance{a, b, -2},
                                 Coincident{startOf(EntityId(77)), startOf(a)},
                                 Horizontal{CurveId(a, 2)},
                                 OwnResidual{{startOf(a)}, {}, nullptr}};

@@ -222,5 +222,56 @@ TEST(Solve, RefusesWhatWouldCollapse) {
     EXPECT_EQ(sketch.position(endOf(line)), (Vec2{4, 0}));
 }
 
+/// A point on a fixed spline that runs along the x axis from 0 to 10.
+struct OnSpline {
+    Sketch s;
+    EntityId spline = s.addSpline({.control = {{0, 0}, {3, 0}, {7, 0}, {10, 0}}}).value();
+    EntityId p;
+    ConstraintId on;
+
+    explicit OnSpline(Vec2 position)
+        : p(s.addPoint(position).value()), on(s.add(PointOnCurve{pointOf(p), spline}).value()) {
+        (void)s.fix(spline).value();
+    }
+};
+
+TEST(PointOnSpline, ComesToTheEndFromBeyondIt) {
+    for (const double x : {10.5, 14.0, -3.0}) {
+        OnSpline sketch({x, 1});
+        const SolveResult result = solve(sketch.s);
+        EXPECT_EQ(result.ending, Ending::solved) << result.fullReport();
+        EXPECT_NEAR(sketch.s.position(pointOf(sketch.p)).x, x > 0 ? 10 : 0, 1e-9);
+        EXPECT_LT(residual(sketch.s, sketch.on).value(), 1e-9);
+    }
+}
+
+TEST(PointOnSpline, IsNotSolvedBeyondTheEnd) {
+    OnSpline sketch({9, 0});
+    const Target beyond[] = {{pointOf(sketch.p), {12, 0}}};
+    EXPECT_FALSE(solve(sketch.s, beyond).isSolved());
+    EXPECT_EQ(sketch.s.position(pointOf(sketch.p)), (Vec2{9, 0}));
+    const Target inside[] = {{pointOf(sketch.p), {1, 0}}};
+    EXPECT_TRUE(solve(sketch.s, inside).isSolved());
+}
+
+TEST(PointOnSpline, LeavesAnEndInwards) {
+    OnSpline sketch({10, 0});
+    EXPECT_EQ(solve(sketch.s).ending, Ending::unchanged);
+    const Target inside[] = {{pointOf(sketch.p), {2, 0}}};
+    EXPECT_TRUE(solve(sketch.s, inside).isSolved());
+    EXPECT_LT(residual(sketch.s, sketch.on).value(), 1e-9);
+}
+
+TEST(TangentToSpline, IsNotSolvedBeyondTheEnd) {
+    Sketch s;
+    const EntityId spline = s.addSpline({.degree = 2, .control = {{0, 0}, {5, 0}, {10, 5}}}).value();
+    (void)s.fix(spline).value();
+    const EntityId line = s.addXline({12, 0}, 1.2).value();
+    const ConstraintId tangent = s.add(Tangent{line, spline}).value();
+    (void)s.add(Direction{line, 1.2}).value();
+    const SolveResult result = solve(s);
+    EXPECT_TRUE(!result.isSolved() || residual(s, tangent).value() < 1e-8) << residual(s, tangent).value();
+}
+
 }  // namespace
 }  // namespace holdfast::solver

@@ -34,8 +34,8 @@ struct Coincident {
 struct Concentric {
     CurveId first, second;
 };
-/// The curve is taken as endless: the line beyond its ends, the whole circle of an arc, and a spline
-/// beyond its ends as its end pieces go on.
+/// The curve is taken as endless, the line beyond its ends and the whole circle of an arc; but a spline ends at its
+/// ends.
 struct PointOnCurve {
     PointId point;
     CurveId curve;
@@ -158,6 +158,12 @@ struct CurveDistance {
     CurveId first, second;
     Value value;  ///< 0 or more
 };
+/// From the first line to the middle of the second one, or to the base of one without ends: of parallel lines their
+/// gap. Directions stay free; lines that are to be parallel have a Parallel as well.
+struct LineDistance {
+    CurveId first, second;
+    Value value;  ///< 0 or more
+};
 /// x of the second point less x of the first one.
 struct DistanceX {
     PointId first, second;
@@ -214,8 +220,8 @@ using Constraint =
     std::variant<Coincident, Concentric, PointOnCurve, FixedPoint, FixedCurve, Horizontal, Vertical, HorizontalPoints,
                  VerticalPoints, Midpoint, Symmetric, SymmetricAboutPoint, SymmetricCurves, Parallel, Perpendicular,
                  PerpendicularAt, PerpendicularEnds, Collinear, Tangent, TangentAt, TangentEnds, TangentEnd, Smooth,
-                 Equal, MajorDiameter, MinorDiameter, Focus, Distance, PointCurveDistance, CurveDistance, DistanceX,
-                 DistanceY, Length, Radius, Diameter, Direction, Sweep, Angle, AngleAt, OwnResidual>;
+                 Equal, MajorDiameter, MinorDiameter, Focus, Distance, PointCurveDistance, CurveDistance, LineDistance,
+                 DistanceX, DistanceY, Length, Radius, Diameter, Direction, Sweep, Angle, AngleAt, OwnResidual>;
 
 /// "point on curve": the kind in words.
 HOLDFAST_SOLVER_EXPORT std::string_view nameOfKind(const Constraint& constraint);

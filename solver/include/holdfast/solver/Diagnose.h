@@ -46,9 +46,9 @@ struct Diagnosis {
     HOLDFAST_SOLVER_EXPORT std::string report() const;
 };
 
-/// What is free, said twice, or contradictory, where the sketch is now. Freedom and redundancy are those of the first
-/// derivatives: where the sketch stands in a singular position they differ from those nearby. Of the options, tolerance
-/// and limits count. An error for options that make no sense.
+/// What is free, said twice, or contradictory, where the sketch is now. Freedom is counted where the sketch can move,
+/// not only its first derivatives; see docs/solver.md. Nothing is both redundant and in conflict. Of the options,
+/// tolerance and limits count. An error for options that make no sense.
 ///
 /// Cost: near to linear in the sketch; each conflict costs many solves of the part concerned.
 HOLDFAST_SOLVER_EXPORT Result<Diagnosis> diagnose(const Sketch& sketch, const SolveOptions& options = {});
@@ -60,8 +60,9 @@ struct Conflict {
     bool isEmpty() const { return constraints.empty() && targets.empty(); }
 };
 
-/// The constraints that cannot hold together (with the targets), while any of them left out would free the others, as
-/// far as the solver can tell (U. Junker, QuickXplain). Empty when they can hold, or when a limit ends the search.
+/// The constraints that cannot hold together (with the targets), while any of them left out frees the others: each was
+/// left out and the rest solved (U. Junker, QuickXplain). Empty when they can hold, or when a limit ends the search. A
+/// search that would take more than about a second ends with a set that may be larger than it has to be.
 HOLDFAST_SOLVER_EXPORT Result<Conflict> findConflict(const Sketch& sketch, std::span<const Target> targets = {},
                                                      const SolveOptions& options = {});
 

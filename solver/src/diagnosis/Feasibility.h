@@ -1,0 +1,45 @@
+#pragma once
+
+#include "solver/src/Uses.h"
+#include "solver/src/solving/Solve.h"
+
+namespace holdfast::solver::detail {
+
+/// What a search may cost. It is counted in unknowns and rows that were gone through and not in time, so that the same
+/// sketch gets the same answer on every machine.
+class Effort {
+public:
+    explicit Effort(Budget* budget) : m_budget(budget) {}
+
+    void spend(std::size_t work) { m_left -= static_cast<long>(work); }
+    bool isSpent() const { return m_left <= 0 || detail::isSpent(m_budget); }
+    Budget* budget() const { return m_budget; }
+
+    /// Unknowns and rows, each once for every iteration: about a second, at some 0.4 us for each.
+    static constexpr long kMost = 2'500'000;
+
+private:
+    long m_left = kMost;
+    Budget* m_budget;
+};
+
+/// How many different places a trial begins from before it says no.
+enum class Care {
+    quick = 3,    ///< to narrow down
+    thorough = 8  ///< for an answer that is told
+};
+
+/// Can these constraints and targets hold together, with no entity collapsed or turned over? A yes is certain, as a
+/// solution has been found. A no means that none was found from several places. The sketch is only read; the effort
+/// pays for the elements concerned.
+bool canHold(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets, Care care,
+             Effort& effort);
+
+/// Constraints that look guilty, in groups, the likeliest first; none when all can hold together.
+///
+/// Where the sum of the squared residuals is least, J^T F = 0: the rows with a residual depend on each other and
+/// contradict each other at once, to first order. The constraints that they belong to are the suspects.
+std::vector<std::vector<int>> suspectsAmong(const SketchData& sketch, std::span<const int> constraints,
+                                            std::span<const Target> targets, Effort& effort);
+
+}  // namespace holdfast::solver::detail

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "solver/src/Uses.h"
+#include "solver/src/residuals/EquationSystem.h"
+
+namespace holdfast::solver::detail {
+
+/// What came of shaking some unknowns and bringing the equations to hold again.
+enum class Shaking {
+    moved,     ///< they hold somewhere else now: the unknowns can move
+    cameBack,  ///< they hold only where they held before
+    unknown    ///< they do not hold, or do not hold again: nothing was found out
+};
+
+/// Shakes the unknowns by a thousandth of their elements' size and lets the equations hold again, a few times until
+/// they have moved. After `moved` the system's values are there, else they are as before. Cost: some iterations of the
+/// unknowns given.
+Shaking shake(const SketchData& sketch, EquationSystem& system, std::span<const int> unknowns);
+
+/// Can the elements of these constraints move with them holding, beyond what first derivatives say?
+bool canMove(const SketchData& sketch, std::span<const int> constraints);
+
+}  // namespace holdfast::solver::detail
