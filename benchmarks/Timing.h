@@ -26,11 +26,10 @@ inline double medianOf(std::vector<double> times) {
     return times[times.size() / 2];
 }
 
-/// The work's median time: as often as fits in about a second, five to a hundred times; only once when that is long.
-/// Before each run `prepare` is called, untimed.
+/// The work's median time: as often as fits in about so many milliseconds, five to a hundred times; fewer when that is
+/// long. Before each run `prepare` is called, untimed.
 template <class Prepare, class Work>
-double medianTime(Prepare prepare, Work work) {
-    constexpr double enough = 1000.0;
+double medianTime(Prepare prepare, Work work, double enough = 1000.0) {
     std::vector<double> times;
     double sum = 0.0;
     while (times.size() < 5 || (sum < enough && times.size() < 100)) {

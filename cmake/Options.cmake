@@ -22,6 +22,8 @@ if(PROJECT_IS_TOP_LEVEL)
   set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
   set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
   set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+  # A program need not be linked again when the inside of a shared library changes.
+  set(CMAKE_LINK_DEPENDS_NO_SHARED ON)
   get_property(has_many_configurations GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
   if(NOT CMAKE_BUILD_TYPE AND NOT has_many_configurations)
     set(CMAKE_BUILD_TYPE Release CACHE STRING "Kind of build" FORCE)

@@ -40,6 +40,12 @@ if(TARGET holdfast_solver)
   debian_package(solver_development libholdfast-solver-dev libdevel "Headers and build files of libholdfast-solver"
                  solver)
 endif()
+if(TARGET holdfast_sketch)
+  debian_package(sketch libholdfast-sketch${abi} libs "Edits constrained drawings and tells each constraint's fate"
+                 module)
+  debian_package(sketch_development libholdfast-sketch-dev libdevel "Headers and build files of libholdfast-sketch"
+                 sketch solver_development)
+endif()
 if(TARGET holdfast_program)
   debian_package(program holdfast graphics "Edits constrained drawings and tells each constraint's fate"
                  module)

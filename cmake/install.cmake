@@ -5,6 +5,8 @@
 #   model_development  the platform's declarations and the model's own headers
 #   solver             the constraint solver, which stands by itself
 #   solver_development its headers, and the files by which CMake and pkg-config find it
+#   sketch             the sketch engine, which uses the module and the in-memory host
+#   sketch_development its headers, and the files by which CMake and pkg-config find it; one header is the solver's
 #   program            the program holdfast
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -151,6 +153,36 @@ if(TARGET holdfast_solver)
           DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/holdfast-solver" COMPONENT solver_development)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/solver/"
           DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/holdfast-solver/examples" COMPONENT solver_development)
+endif()
+
+if(TARGET holdfast_sketch)
+  # Included as <holdfast/sketch/...>; what the floors below hand on to it, as <holdfast/FLOOR/...>.
+  set(sketch_cmake_folder "${CMAKE_INSTALL_LIBDIR}/cmake/HoldfastSketch")
+  set(sketch_doc_folder "${CMAKE_INSTALL_DATAROOTDIR}/doc/holdfast-sketch")
+  set_target_properties(holdfast_sketch PROPERTIES INSTALL_RPATH "$ORIGIN")
+  install_library(holdfast_sketch sketch sketch_development HoldfastSketchTargets "${CMAKE_INSTALL_INCLUDEDIR}")
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/sketch/include/" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+          COMPONENT sketch_development FILES_MATCHING PATTERN "*.h")
+  foreach(floor IN ITEMS geometry document editing formats report)
+    install(DIRECTORY "${PROJECT_BINARY_DIR}/include/holdfast_sketch-face/holdfast/${floor}"
+            DESTINATION "${include_folder}" COMPONENT sketch_development FILES_MATCHING PATTERN "*.h"
+            REGEX "geometry/Vec2.h$" EXCLUDE)  # the solver's headers have it
+  endforeach()
+  install(EXPORT HoldfastSketchTargets NAMESPACE Holdfast:: DESTINATION "${sketch_cmake_folder}"
+          COMPONENT sketch_development)
+  configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/package/HoldfastSketchConfig.cmake.in"
+                                "${PROJECT_BINARY_DIR}/package/HoldfastSketchConfig.cmake"
+                                INSTALL_DESTINATION "${sketch_cmake_folder}")
+  write_basic_package_version_file("${PROJECT_BINARY_DIR}/package/HoldfastSketchConfigVersion.cmake"
+                                   COMPATIBILITY SameMinorVersion)
+  install(FILES "${PROJECT_BINARY_DIR}/package/HoldfastSketchConfig.cmake"
+                "${PROJECT_BINARY_DIR}/package/HoldfastSketchConfigVersion.cmake"
+          DESTINATION "${sketch_cmake_folder}" COMPONENT sketch_development)
+  install_pkgconfig(holdfast-sketch sketch_development)
+  install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/docs/sketch.md"
+          DESTINATION "${sketch_doc_folder}" COMPONENT sketch_development)
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/sketch/" DESTINATION "${sketch_doc_folder}/examples"
+          COMPONENT sketch_development)
 endif()
 
 if(TARGET holdfast_program)

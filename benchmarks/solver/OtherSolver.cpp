@@ -7,6 +7,8 @@
 #include <cstring>
 #include <map>
 
+#include "geometry/DisjointSets.h"
+
 // Uses memset without declaring it.
 #include <slvs.h>
 
@@ -24,6 +26,8 @@ struct OtherSolver::Data {
     std::vector<Slvs_Entity> entities;
     std::vector<Slvs_Constraint> constraints;
     std::vector<Slvs_hEntity> elements;                  ///< by number in the sketch
+    DisjointSets meeting{0};                             ///< first values of points that coincide
+    std::map<int, Slvs_hEntity> pointOfValue;            ///< by the first value of its set
     std::map<int, Slvs_hParam> paramOfValue;             ///< by value of the sketch
     std::map<std::pair<int, int>, Slvs_hEntity> points;  ///< by element and place
     std::vector<Slvs_hParam> dragged;
@@ -45,7 +49,19 @@ struct OtherSolver::Data {
         entities.push_back(Slvs_MakeWorkplane(kPlane, kBase, kOrigin, kNormal));
     }
 
+    /// Points that coincide are one point there, as programs hand it over that know it: equations that only say so take
+    /// it twice the time in a chain.
     Slvs_hEntity addPoint(const SketchData& sketch, int firstValue) {
+        const int joined = static_cast<int>(meeting.find(static_cast<std::size_t>(firstValue)));
+        const auto known = pointOfValue.find(joined);
+        const Slvs_hEntity point = known != pointOfValue.end() ? known->second : newPoint(sketch, joined);
+        pointOfValue[joined] = point;
+        for (const int coordinate : {0, 1})
+            paramOfValue[firstValue + coordinate] = paramOfValue.at(joined + coordinate);
+        return point;
+    }
+
+    Slvs_hEntity newPoint(const SketchData& sketch, int firstValue) {
         const auto v = static_cast<std::size_t>(firstValue);
         const Slvs_hParam x = addParam(kSketch, sketch.values[v]), y = addParam(kSketch, sketch.values[v + 1]);
         paramOfValue[firstValue] = x;
@@ -55,10 +71,27 @@ struct OtherSolver::Data {
         return handle;
     }
 
+    /// The first value of the start point; that of the end follows.
+    static int endsOf(const SketchEntity& entity) {
+        return entity.firstValue + (entity.kind == EntityKind::arc ? 3 : 0);
+    }
+
+    void joinPoints(const SketchData& sketch) {
+        meeting = DisjointSets(sketch.values.size());
+        const auto firstValue = [&](const SketchPlace& place) {
+            const SketchEntity& entity = sketch.entities[static_cast<std::size_t>(place.entity)];
+            return static_cast<std::size_t>(endsOf(entity) + (place.kind == PlaceKind::end ? 2 : 0));
+        };
+        for (const SketchConstraint& constraint : sketch.constraints) {
+            if (constraint.type == ConstraintType::coincident)
+                meeting.join(firstValue(constraint.refs.front()), firstValue(constraint.refs.back()));
+        }
+    }
+
     void addElement(const SketchData& sketch, int number) {
         const SketchEntity& entity = sketch.entities[static_cast<std::size_t>(number)];
         const bool isArc = entity.kind == EntityKind::arc;
-        const int ends = entity.firstValue + (isArc ? 3 : 0);
+        const int ends = endsOf(entity);
         const Slvs_hEntity centre = isArc ? addPoint(sketch, entity.firstValue) : 0;
         const Slvs_hEntity start = addPoint(sketch, ends), end = addPoint(sketch, ends + 2);
         points[{number, static_cast<int>(PlaceKind::start)}] = start;
@@ -88,7 +121,7 @@ struct OtherSolver::Data {
         };
         switch (constraint.type) {
             case ConstraintType::coincident:
-                return addConstraint(SLVS_C_POINTS_COINCIDENT, point(a), point(b), 0, 0);
+                return;
             case ConstraintType::horizontal:
                 return addConstraint(SLVS_C_HORIZONTAL, 0, 0, element(a), 0);
             case ConstraintType::vertical:
@@ -116,6 +149,7 @@ bool OtherSolver::isThere() {
 
 OtherSolver::OtherSolver(const SketchData& sketch) : m_data(std::make_unique<Data>()) {
     m_data->addPlane();
+    m_data->joinPoints(sketch);
     for (std::size_t i = 0; i < sketch.entities.size(); ++i)
         m_data->addElement(sketch, static_cast<int>(i));
     for (const SketchConstraint& constraint : sketch.constraints)

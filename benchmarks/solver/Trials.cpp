@@ -13,7 +13,6 @@ namespace {
 
 constexpr double kDisturbance = 0.05;
 constexpr int kSteps = 60;
-constexpr double kMostSeconds = 4.0;  // of drag steps
 
 double shortfallOf(const SketchData& sketch) {
     const std::vector<double> misses = violationsOf(sketch);
@@ -46,10 +45,10 @@ void stretchTo(SketchData& sketch, const SketchData& other) {
 
 /// Step after step until the time is up; the median.
 template <class Step>
-double timeSteps(Step step) {
+double timeSteps(Step step, double enough) {
     std::vector<double> times;
     double sum = 0.0;
-    for (int i = 2; i <= kSteps && sum < 1000.0 * kMostSeconds; ++i) {
+    for (int i = 2; i <= kSteps && sum < enough; ++i) {
         times.push_back(timed([&] { step(i); }));
         sum += times.back();
     }
@@ -58,7 +57,7 @@ double timeSteps(Step step) {
 
 }  // namespace
 
-Times timeOwn(const Workload& work, Scope reach) {
+Times timeOwn(const Workload& work, Scope reach, const Effort& effort) {
     Times times;
     const auto check = [&](const SolveResult& result, const char* what) {
         if (!result.isSolved())
@@ -67,7 +66,8 @@ Times timeOwn(const Workload& work, Scope reach) {
     SketchData sketch;
     const SketchData start = disturbed(work);
     times.solve = medianTime([&] { sketch = start; },
-                             [&] { check(solve(sketch, {.reach = reach, .namesConflicts = false}), "solve failed"); });
+                             [&] { check(solve(sketch, {.reach = reach, .namesConflicts = false}), "solve failed"); },
+                             effort.solves);
     times.residual = shortfallOf(sketch);
 
     const std::vector<int> handles{work.handle, work.handle + 1};
@@ -80,16 +80,17 @@ Times timeOwn(const Workload& work, Scope reach) {
                                  [&] {
                                      DragSession session(sketch, handles, reach);
                                      stepTo(session, 1);
-                                 });
+                                 },
+                                 effort.solves);
     sketch = work.sketch;
     DragSession session(sketch, handles, reach);
     stepTo(session, 1);
-    times.laterStep = timeSteps([&](int step) { stepTo(session, step); });
+    times.laterStep = timeSteps([&](int step) { stepTo(session, step); }, effort.steps);
     times.residual = std::max(times.residual, shortfallOf(sketch));
     return times;
 }
 
-Times timeOther(const Workload& work) {
+Times timeOther(const Workload& work, const Effort& effort) {
     Times times;
     const auto check = [&](std::optional<const char*> trouble) {
         if (trouble)
@@ -102,7 +103,8 @@ Times timeOther(const Workload& work) {
                              [&] {
                                  other = std::make_unique<OtherSolver>(start);
                                  check(other->solve());
-                             });
+                             },
+                             effort.solves);
     other->read(answer);
     times.residual = shortfallOf(answer);
     if (!times.trouble.empty())
@@ -118,8 +120,9 @@ Times timeOther(const Workload& work) {
                                  [&] {
                                      other = std::make_unique<OtherSolver>(work.sketch);
                                      stepTo(1);
-                                 });
-    times.laterStep = timeSteps(stepTo);
+                                 },
+                                 effort.solves);
+    times.laterStep = timeSteps(stepTo, effort.steps);
     other->read(answer);
     times.residual = std::max(times.residual, shortfallOf(answer));
     return times;

@@ -16,8 +16,14 @@ struct Times {
     std::string trouble;      ///< empty: every solve came to an end
 };
 
-Times timeOwn(const Workload& work, Scope reach);
-Times timeOther(const Workload& work);
+/// How long to measure one thing, in ms.
+struct Effort {
+    double solves = 1000.0;
+    double steps = 4000.0;  ///< of a drag
+};
+
+Times timeOwn(const Workload& work, Scope reach, const Effort& effort);
+Times timeOther(const Workload& work, const Effort& effort);
 
 /// Median times of a later drag step of the sketch alone and beside others that are not connected with it, taken in
 /// turns so that both see the same machine.

@@ -89,8 +89,7 @@ private:
             m_binder.join(Binder::end(right(i - 1, j)), Binder::start(right(i, j)));
         if (j > 0)
             m_binder.join(Binder::end(up(i, j - 1)), Binder::start(right(i, j)));
-        m_binder.bind((i + j) % 2 == 0 ? ConstraintType::perpendicular : ConstraintType::equal,
-                      {Binder::whole(right(i, j)), Binder::whole(up(i, j))});
+        m_binder.bind(ConstraintType::equal, {Binder::whole(right(i, j)), Binder::whole(up(i, j))});
     }
 
     SketchData& m_sketch;

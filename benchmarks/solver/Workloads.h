@@ -18,7 +18,8 @@ struct Workload {
 /// coincidence between them, as a host holds them.
 ///
 /// chain: level and upright rectangles joined at their corners.
-/// grid: a net of lines; in every cell two neighbours are perpendicular or equally long, in turns.
+/// grid: a net of lines; in every cell two neighbours are equally long. (Right angles would not compare solvers: the
+/// other one spends its time on the long expressions that it makes of them.)
 /// islands: triangles of their own, level at the bottom, two sides equal.
 /// mechanism: lines and arcs in turns, tangent where they meet, all radii equal.
 Workload chainOf(int constraints);

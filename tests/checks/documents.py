@@ -10,7 +10,7 @@ import re
 import sys
 
 FOLDERS = ("apps", "benchmarks", "cmake", "docs", "document", "editing", "examples", "formats", "geometry", "host",
-           "hosting", "inference", "module", "report", "scripts", "solver", "tests")
+           "hosting", "inference", "module", "report", "scripts", "sketch", "solver", "tests")
 LINK = re.compile(r"\]\((?!\w+:|#)([^)#\s]+)")
 PATH = re.compile(rf"`((?:{'|'.join(FOLDERS)})/[\w./-]*)`")
 

@@ -13,7 +13,7 @@ import subprocess
 import sys
 
 FOLDERS = ("host", "module", "geometry", "solver", "document", "formats", "inference", "hosting", "editing", "report",
-           "apps")
+           "sketch", "apps")
 ROOTS = (".", "module", "host/include")
 LIBRARIES = ("/usr/include/eigen3", "/usr/include/opencascade")
 

@@ -11,6 +11,7 @@ HOST_API = ("yxbase", "yxdb", "YxDbConstraints", "yxcore", "BondKit")
 CENTRES = ("core", "evaluation", "commands", "drag")
 HOST = HOST_API + ("host/model",)
 PLAIN = ("geometry", "document")
+HANDED_ON = ("geometry", "document", "editing", "formats", "report")  # by the sketch library to its users
 ENGINE = PLAIN + ("solver", "inference", "hosting", "editing")
 
 # floor: what its files may include besides the standard library, their own folder included. A name without
@@ -31,6 +32,7 @@ ALLOWED = {
     "hosting": HOST + CENTRES + PLAIN + ("solver", "holdfast/solver", "hosting"),
     "editing": HOST + CENTRES + ENGINE + ("holdfast/solver",),
     "report": ENGINE + ("report",),
+    "sketch": ENGINE + ("holdfast/sketch", "formats", "report") + tuple(f"holdfast/{floor}" for floor in HANDED_ON),
     "apps": ENGINE + ("formats", "report", "apps"),
 }
 OPEN_CASCADE = re.compile(r"^\w+\.hxx$")

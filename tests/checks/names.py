@@ -17,8 +17,10 @@ import sys
 
 from objects import ObjectFile
 
-LINK = re.compile(r"^build ([^:|\n]+?)(?: \|[^:\n]*)?: CXX_(EXECUTABLE|STATIC_LIBRARY|SHARED_LIBRARY)_LINKER__\S+"
-                  r"((?: [^|\s]+)*)(?: \|((?: [^|\s]+)*))?", re.M)
+LINK = re.compile(r"^build ([^:|\n]+?)(?: \|[^:\n]*)?: (CXX_(?:EXECUTABLE|STATIC_LIBRARY|SHARED_LIBRARY)_LINKER|"
+                  r"CMAKE_SYMLINK_LIBRARY)\S*"
+                  r"((?: [^|\s]+)*)(?: \|(?!\|)((?: [^|\s]+)*))?(?: \|\|((?: [^|\s]+)*))?", re.M)
+PROGRAM = "CXX_EXECUTABLE_LINKER"
 FLAGS = re.compile(r"^build (\S+\.o): CXX_COMPILER.*\n(?:  .*\n)*?  FLAGS = (.*)\n", re.M)
 # Ours, wherever it stands in a mangled name; the standard library and others keep their own names right.
 OURS = re.compile(r"8holdfast|\d(?:Yx|Lv|CYx|Constraint|AssocConstraint)")
@@ -34,8 +36,8 @@ class Program:
 
 def programs_of(build):
     ninja = (build / "build.ninja").read_text()
-    links = {output: (kind, (inputs + libraries).split())
-             for outputs, kind, inputs, libraries in LINK.findall(ninja) for output in outputs.split()}
+    links = {output: (kind, " ".join(inputs).split())  # shared libraries come last: they ask for no new link
+             for outputs, kind, *inputs in LINK.findall(ninja) for output in outputs.split()}
     flags = {name: tuple(word for word in words.split() if word.startswith(("-fPI", "-fpi", "-fvisibility")))
              for name, words in FLAGS.findall(ninja)}
 
@@ -43,12 +45,13 @@ def programs_of(build):
         for name in links[output][1]:
             if name in flags:
                 yield name
-            elif name in links and name not in seen:
+            elif name in links and links[name][0] != PROGRAM and name not in seen:
                 seen.add(name)
                 yield from objects_of(name, seen)
 
-    return [Program(output, {build / name: flags[name] for name in objects_of(output, set()) if (build / name).exists()})
-            for output, (kind, _) in links.items() if kind == "EXECUTABLE"]
+    return [Program(output, {build / name: flags[name] for name in objects_of(output, set())
+                             if (build / name).exists()})
+            for output, (kind, _) in links.items() if kind == PROGRAM]
 
 
 def meanings_of(programs, bodies):

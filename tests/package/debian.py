@@ -37,6 +37,15 @@ PACKAGES = {
                             r"usr/include/holdfast/solver/Sketch\.h", r"usr/include/holdfast/geometry/Vec2\.h",
                             r"usr/share/doc/holdfast-solver/solver\.md",
                             r"usr/share/doc/holdfast-solver/examples/rectangle\.cpp"), True),
+    "sketch": ("libholdfast-sketch0", (LIBRARY + r"libholdfast_sketch\.so\.0",
+                                       LIBRARY + r"libholdfast_sketch\.so\.[\d.]+"), False),
+    "sketch_development": ("libholdfast-sketch-dev",
+                           (LIBRARY + r"libholdfast_sketch\.so", LIBRARY + r"pkgconfig/holdfast-sketch\.pc",
+                            LIBRARY + r"cmake/HoldfastSketch/HoldfastSketchConfig\.cmake",
+                            LIBRARY + r"cmake/HoldfastSketch/HoldfastSketchTargets\.cmake",
+                            r"usr/include/holdfast/sketch/Session\.h", r"usr/include/holdfast/editing/Edit\.h",
+                            r"usr/share/doc/holdfast-sketch/sketch\.md",
+                            r"usr/share/doc/holdfast-sketch/examples/first_edit\.cpp"), True),
     "program": ("holdfast", (r"usr/bin/holdfast", r"usr/share/bash-completion/completions/holdfast"), False),
 }
 
@@ -81,9 +90,9 @@ def look_at(debs, components, root):
 
 def main(root, build, work, program, compiler, *flags):
     installed.need("dpkg-deb", "file", "pkg-config")
-    has_solver = (build / "lib/libholdfast_solver.so").exists()
-    components = [name for name in PACKAGES
-                  if (has_solver if name.startswith("solver") else name != "program" or program.exists())]
+    built = {name: (build / f"lib/libholdfast_{name}.so").exists() for name in ("solver", "sketch")}
+    built["program"] = program.exists()
+    components = [name for name in PACKAGES if built.get(name.removesuffix("_development"), True)]
     debs = make(build, work / "debs", components)
     if faults := look_at(debs, components, root):
         sys.exit("\n".join(faults))

@@ -95,7 +95,7 @@ std::optional<Error> faultOf(const geometry::EllipticalArcShape& arc, const char
 
 std::optional<Error> faultOf(const SplineData& spline) {
     constexpr const char* name = "spline";
-    if (spline.degree < 1 || spline.degree > detail::SplineBasis::kMaxDegree)
+    if (spline.degree < 1 || spline.degree > geometry::SplineBasis::kMaxDegree)
         return Error{"its degree is " + std::to_string(spline.degree), name, "give a degree of 1 to 25"};
     if (spline.control.size() < static_cast<std::size_t>(spline.degree) + 1)
         return Error{"it has too few control points", name, "give one more than the degree, or more"};

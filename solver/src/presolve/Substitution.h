@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "solver/src/Uses.h"
@@ -49,7 +50,7 @@ private:
         int a, b, owner;
     };
 
-    static std::size_t at(int value) { return static_cast<std::size_t>(value + 1); }
+    static std::size_t at(int value) { return static_cast<std::size_t>(std::ptrdiff_t{value} + 1); }
     void hang(int root, const Link& below);
 
     // Element 0 is the ground, element v + 1 is value v.

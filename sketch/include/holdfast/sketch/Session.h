@@ -1,0 +1,74 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "holdfast/sketch/Drawing.h"
+#include "holdfast/sketch/Edits.h"
+#include "holdfast/sketch/Export.h"
+#include "holdfast/sketch/Fates.h"
+
+namespace holdfast::editing {
+class Session;
+}  // namespace holdfast::editing
+
+namespace holdfast::sketch {
+
+/// What became of one edit.
+struct EditResult {
+    std::string text;                            ///< the edit as a user types it
+    std::string error{};                         ///< why it was refused, in one sentence; empty: it was done
+    std::optional<Edit> edit{};                  ///< none when the text could not be read
+    std::vector<ConstraintOutcome> constraints;  ///< deleted, re-pointed and added ones; the others are kept
+    std::vector<EntityOutcome> entities;         ///< with ways and sizes; those that are left out are untouched
+    /// How long it took, done or refused, without the degrees of freedom.
+    std::chrono::duration<double> time{};
+    /// Of the whole drawing; only when the session was asked to tell them and the solver can read the drawing.
+    std::optional<int> freedomBefore{}, freedomAfter{};
+
+    bool done() const { return error.empty(); }
+};
+
+/// A drawing that is being edited. Every edit is one transaction: it is done whole, or the drawing is as it was, bit
+/// for bit, and the result says why.
+///
+/// There may be many sessions, in as many threads. One thread at a time uses a session.
+class HOLDFAST_SKETCH_EXPORT Session {
+public:
+    /// Throws DrawingError for a document that checkDocument refuses. Cost: linear in the drawing.
+    explicit Session(Document document);
+    ~Session();
+    Session(Session&&) noexcept;
+    Session& operator=(Session&&) noexcept;
+
+    /// The drawing as it is now, valid until the next edit.
+    const Document& document() const;
+    /// The drawing as it was given.
+    const Document& original() const;
+
+    /// Does one edit. What cannot be done is no exception but a result with an error. Throws std::bad_alloc, and
+    /// nothing has changed, when there is no memory even to say that. Undo{} takes the last edit back that was done.
+    EditResult apply(const Edit& edit);
+    /// The same for an edit as a user types it; errors point at the word that is wrong.
+    EditResult apply(std::string_view edit);
+
+    /// Why an edit cannot be understood on the drawing as it is, without doing it; nothing when apply() would try it.
+    /// Constraints that do not allow it show only when it is done. Cost: linear in the entities that the edit names,
+    /// for Stretch in the drawing.
+    std::optional<Refusal> check(const Edit& edit);
+
+    /// From now on results tell degrees of freedom, which costs more than most edits.
+    void tellFreedom(bool tells = true);
+
+    /// All edits so far in one report, refused ones included. Cost: linear in the drawing and in what they did.
+    FateReport report() const;
+
+private:
+    std::unique_ptr<editing::Session> m_session;
+};
+
+}  // namespace holdfast::sketch

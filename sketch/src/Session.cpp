@@ -1,0 +1,66 @@
+#include "holdfast/sketch/Session.h"
+
+#include <utility>
+
+#include "editing/Session.h"
+
+namespace holdfast::sketch {
+
+namespace {
+
+/// A document that the host can open.
+Document checked(Document document) {
+    checkDocument(document, document.name.empty() ? "the drawing" : document.name);
+    return document;
+}
+
+EditResult resultOf(const editing::EditResult& done) {
+    EditResult result{.text = done.outcome.text,
+                      .error = done.outcome.error,
+                      .edit = done.edit,
+                      .constraints = done.fates.constraints,
+                      .entities = done.fates.entities,
+                      .time = done.time};
+    if (done.freedom) {
+        result.freedomBefore = done.freedom->before;
+        result.freedomAfter = done.freedom->after;
+    }
+    return result;
+}
+
+}  // namespace
+
+Session::Session(Document document) : m_session(std::make_unique<editing::Session>(checked(std::move(document)))) {}
+Session::~Session() = default;
+Session::Session(Session&&) noexcept = default;
+Session& Session::operator=(Session&&) noexcept = default;
+
+const Document& Session::document() const {
+    return m_session->document();
+}
+
+const Document& Session::original() const {
+    return m_session->original();
+}
+
+EditResult Session::apply(const Edit& edit) {
+    return resultOf(m_session->apply(edit));
+}
+
+EditResult Session::apply(std::string_view edit) {
+    return resultOf(m_session->apply(edit));
+}
+
+std::optional<Refusal> Session::check(const Edit& edit) {
+    return m_session->check(edit);
+}
+
+void Session::tellFreedom(bool tells) {
+    m_session->tellFreedom(tells);
+}
+
+FateReport Session::report() const {
+    return m_session->report();
+}
+
+}  // namespace holdfast::sketch
