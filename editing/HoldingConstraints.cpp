@@ -9,7 +9,7 @@ void addHolding(Drawing& drawing, const Document& document, std::size_t firstNew
     constexpr double kHolds = 1e-6;  // parts of the drawing's size
     const SketchData sketch = sketchFrom(document);
     const std::vector<double> misses = violationsOf(sketch);
-    const double holds = kHolds * sketch.size();
+    const double holds = kHolds * drawing.extent();
     for (std::size_t i = firstNew; i < document.constraints.size(); ++i)
         if (misses[i] <= holds)
             drawing.addConstraint(document.constraints[i]);

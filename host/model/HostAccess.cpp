@@ -51,7 +51,7 @@ void HostAccess::tellChanges(YxDbDatabase& database, HostChanges* changes) {
 }
 
 void HostAccess::tellChange(const YxDbObject& object) {
-    const YxDbStub* stub = data(object).stub;
+    YxDbStub* stub = data(object).stub;
     if (stub != nullptr && data(*stub->database).changes != nullptr)
         data(*stub->database).changes->objects.insert(stub);
 }

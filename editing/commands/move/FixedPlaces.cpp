@@ -7,7 +7,6 @@
 #include "document/Places.h"
 #include "editing/Refusal.h"
 #include "geometry/Vec2.h"
-#include "inference/PlaneCurves.h"
 
 namespace holdfast::editing {
 
@@ -81,8 +80,8 @@ bool staysInPlace(const Shape& shape, const Place& place, const StaysInPlace& st
 void refuseMovingFixed(const EditContext& context, const std::vector<std::string>& names,
                        const PlaneTransform& transform) {
     constexpr double kInPlace = 1e-6;  // parts of the drawing's extent, as for an edit that is met
-    const Document document = context.drawing.document();
-    const StaysInPlace stays(transform, kInPlace * extentOf(document));
+    const Document document = context.drawing.around(names);
+    const StaysInPlace stays(transform, kInPlace * context.drawing.extent());
     const std::unordered_set<std::string_view> moved(names.begin(), names.end());
     Evaluation refusal;
     for (const Constraint& constraint : document.constraints) {
