@@ -6,6 +6,9 @@
 #include <unordered_set>
 
 #include "document/EntityIndex.h"
+#include "document/Names.h"
+#include "editing/EditError.h"
+#include "editing/Refusal.h"
 #include "geometry/Tolerances.h"
 #include "hosting/evaluator/SketchFromDocument.h"
 #include "solver/src/diagnosis/Extract.h"
@@ -14,6 +17,10 @@
 namespace holdfast::editing {
 
 namespace {
+
+/// As kHolds, for a constraint that holds without doubt: what was on the brink before an edit may be a little beyond
+/// after it.
+constexpr double kHeldSurely = 1e-7;
 
 /// The module judges a spline by its ends, and where it is cut by its control points. What holds on the whole of one it
 /// leaves alone, and all control points of an outermost span move when the spline is led on.
@@ -53,25 +60,41 @@ double shortfallOf(const SketchData& sketch, int constraint) {
     }
 }
 
-void dropFalse(Drawing& drawing, const Document& before, const Document& now) {
-    const EntityIndex entities(now);
-    const std::vector<int> doubtful = constraintsOnChanged(before, now, [&](const Constraint& constraint) {
-        return constraint.driving && (!traitsOf(constraint.type).isJudgedByModule || isOnSpline(constraint, entities));
-    });
+/// Numbers of constraints by their ids.
+std::unordered_map<std::string_view, int> numbersById(const Document& document) {
+    std::unordered_map<std::string_view, int> numbers;
+    for (std::size_t i = 0; i < document.constraints.size(); ++i)
+        numbers.emplace(document.constraints[i].id, static_cast<int>(i));
+    return numbers;
+}
+
+/// Those of some constraints that held before and do not now.
+template <class Take>
+void forBroken(const EditedPart& part, const std::vector<int>& doubtful, double held, double holds, const Take& take) {
     if (doubtful.empty())
         return;
-    std::unordered_map<std::string_view, int> numberBefore;
-    for (std::size_t i = 0; i < before.constraints.size(); ++i)
-        numberBefore.emplace(before.constraints[i].id, static_cast<int>(i));
-    const SketchData was = sketchFrom(before), is = sketchFrom(now);
-    const double heldWithin = kHolds * was.size(), holdsWithin = kHolds * is.size();
+    const auto numberBefore = numbersById(part.before);
+    const SketchData was = sketchFrom(part.before), is = sketchFrom(part.after);
     for (const int number : doubtful) {
-        const std::string& id = now.constraints[static_cast<std::size_t>(number)].id;
-        const auto known = numberBefore.find(id);
-        if (known != numberBefore.end() && shortfallOf(was, known->second) <= heldWithin &&
-            shortfallOf(is, number) > holdsWithin)
-            drawing.removeConstraint(id);
+        const Constraint& constraint = part.after.constraints[static_cast<std::size_t>(number)];
+        const auto known = numberBefore.find(constraint.id);
+        if (known != numberBefore.end() && shortfallOf(was, known->second) <= held * part.sizeBefore &&
+            !(shortfallOf(is, number) <= holds * part.sizeAfter))
+            take(constraint);
     }
+}
+
+void dropFalse(Drawing& drawing, const EditedPart& part, const std::vector<std::string>& judgedAnew) {
+    const EntityIndex entities(part.after);
+    const auto isJudgedAnew = [&](const Place& place) {
+        return std::find(judgedAnew.begin(), judgedAnew.end(), place.entity) != judgedAnew.end();
+    };
+    const std::vector<int> doubtful = constraintsOnChanged(part.before, part.after, [&](const Constraint& constraint) {
+        return constraint.driving && (!traitsOf(constraint.type).isJudgedByModule || isOnSpline(constraint, entities) ||
+                                      std::any_of(constraint.refs.begin(), constraint.refs.end(), isJudgedAnew));
+    });
+    forBroken(part, doubtful, kHolds, kHolds,
+              [&](const Constraint& constraint) { drawing.removeConstraint(constraint.id); });
 }
 
 void refreshMeasures(Drawing& drawing, const Document& before, const Document& now) {
@@ -86,10 +109,18 @@ void refreshMeasures(Drawing& drawing, const Document& before, const Document& n
 
 }  // namespace
 
-void settleOwnConstraints(Drawing& drawing, const Document& before) {
-    const Document now = drawing.document();
-    dropFalse(drawing, before, now);
-    refreshMeasures(drawing, before, now);
+void settleOwnConstraints(Drawing& drawing, const EditedPart& part, const std::vector<std::string>& judgedAnew) {
+    dropFalse(drawing, part, judgedAnew);
+    refreshMeasures(drawing, part.before, part.after);
+}
+
+void refuseBroken(const EditedPart& part) {
+    const std::vector<int> kept =
+        constraintsOnChanged(part.before, part.after, [](const Constraint& constraint) { return constraint.driving; });
+    forBroken(part, kept, kHeldSurely, kHolds, [](const Constraint& constraint) {
+        throw EditError("after it " + spokenConstraint(constraint) +
+                        " would be kept and would not hold; delete it first, or choose another value");
+    });
 }
 
 }  // namespace holdfast::editing

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
+#include "document/DrawingChange.h"
 #include "editing/Uses.h"
 #include "hosting/Drawing.h"
 
@@ -10,7 +14,12 @@ namespace holdfast::editing {
 // spline, or on control points between its ends, which the module judges only where it is cut.
 
 /// Deletes the driving ones of them that held before the command and that its geometry has made false, and gives
-/// measured dimensions of changed entities what they measure now. Linear in both states of the drawing.
-void settleOwnConstraints(Drawing& drawing, const Document& before);
+/// measured dimensions of changed entities what they measure now. The same for whatever stands on one of the entities
+/// that are judged anew. Linear in what the command touched.
+void settleOwnConstraints(Drawing& drawing, const EditedPart& part, const std::vector<std::string>& judgedAnew);
+
+/// EditError with the name of a constraint that held before an edit, was kept, and does not hold any more: the host or
+/// the solver did not do what they said. Linear in what the edit touched.
+void refuseBroken(const EditedPart& part);
 
 }  // namespace holdfast::editing

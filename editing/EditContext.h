@@ -20,6 +20,8 @@ struct EditContext {
     HostEvaluator& evaluator;
     DeletionReasons& reasons;           ///< why constraints were deleted
     std::vector<std::string> edited{};  ///< the entities that the user edited, by name
+    /// Entities whose constraints the host judges after the module, which looked at vertices that are no longer there.
+    std::vector<std::string> judgedAnew{};
     /// The session is to open the drawing anew afterwards, in which arcs are seen from above again.
     bool opensAgain = false;
 };

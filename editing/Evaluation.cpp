@@ -1,15 +1,15 @@
 #include "editing/Evaluation.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 #include <YxDbConstraints/LvEvaDataConverter.h>
 #include <YxDbConstraints/YxDbAssoc2dConstraintGroup.h>
 #include <YxDbConstraints/YxDbAssocManager.h>
-#include <yxbase/YxSmartPtr.h>
 
 #include "commands/mirror/ConstraintMirrorCmdCenter.h"
 #include "geometry/Tolerances.h"
-#include "inference/PlaneCurves.h"
+#include "hosting/HostOpening.h"
 
 namespace holdfast::editing {
 
@@ -31,10 +31,9 @@ std::vector<std::string> constrainedFirst(const EditContext& context, std::vecto
 }
 
 void markChanged(const EditContext& context) {
-    const YxSmartPtr<YxDbAssoc2dConstraintGroup> group(
-        YxDbObjectIdImpl::openObject(context.drawing.groupId(), YxDb::kForWrite, false));
-    if (!group.isNull())
-        group->setStatus(kChangedAssocStatus, true, false);
+    const auto group = opened<YxDbAssoc2dConstraintGroup>(context.drawing.groupId(), YxDb::kForWrite);
+    if (group->setStatus(kChangedAssocStatus, true, false) != Yxrt::eOk)
+        throw EditError("the host does not take the constraints of the drawing as changed");
 }
 
 void evaluate(const EditContext& context) {
@@ -54,16 +53,23 @@ void followPlaced(const EditContext& context, const std::vector<std::string>& na
 }
 
 void refuseLess(const EditContext& context) {
-    if (context.evaluator.last().miss <= kHolds * extentOf(context.drawing.document()))
+    if (context.evaluator.last().miss <= kHolds * context.drawing.extent())
         return;
     context.evaluator.refuseYielded();
     throw EditError("the constraints of the drawing let the edit come only near to what was asked");
 }
 
-void putBack(const EditContext& context, const Document& before) {
-    for (const Entity& entity : before.entities)
-        if (!(context.drawing.shape(entity.id) == entity.shape))
-            context.drawing.write(entity.id, entity.shape);
+void putBack(const EditContext& context, const DrawingChange& earlier) {
+    std::unordered_map<std::size_t, const Entity*> then;
+    for (const EntityChange& change : earlier.entities)
+        if (change.after)
+            then.emplace(change.order, &*change.after);
+    for (const EntityChange& change : context.drawing.change().entities) {
+        const auto known = then.find(change.order);
+        const Entity* was = known != then.end() ? known->second : change.before ? &*change.before : nullptr;
+        if (was != nullptr && change.after && !(was->shape == change.after->shape))
+            context.drawing.write(was->id, was->shape);
+    }
 }
 
 }  // namespace holdfast::editing

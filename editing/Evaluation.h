@@ -37,7 +37,7 @@ void followPlaced(const EditContext& context, const std::vector<std::string>& na
 /// they asked for.
 void refuseLess(const EditContext& context);
 
-/// Puts every entity of an earlier state back to where it was; linear in the drawing.
-void putBack(const EditContext& context, const Document& before);
+/// Puts every entity back to where it was when the drawing told this change; linear in what has changed.
+void putBack(const EditContext& context, const DrawingChange& earlier);
 
 }  // namespace holdfast::editing

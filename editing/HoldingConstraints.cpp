@@ -9,7 +9,7 @@ namespace holdfast::editing {
 void addHolding(Drawing& drawing, const Document& document, std::size_t firstNew) {
     const SketchData sketch = sketchFrom(document);
     const std::vector<double> misses = violationsOf(sketch);
-    const double holds = kHolds * sketch.size();
+    const double holds = kHolds * drawing.extent();
     for (std::size_t i = firstNew; i < document.constraints.size(); ++i)
         if (misses[i] <= holds)
             drawing.addConstraint(document.constraints[i]);

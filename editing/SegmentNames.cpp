@@ -6,6 +6,7 @@
 #include <YxDbConstraints/YxDbAssocPersSubentId.h>
 
 #include "geometry/curves/Polylines.h"
+#include "hosting/HostOpening.h"
 
 namespace holdfast::editing {
 
@@ -54,8 +55,7 @@ std::vector<YxDbAssocGeomDependency*> dependenciesOnSegment(const YxDbEntity& en
 }
 
 void nameSegment(const YxDbAssocGeomDependency& dependency, int segment) {
-    const YxSmartPtr<YxDbAssocGeomDependency> open(
-        YxDbObjectIdImpl::openObject(HostAccess::idOf(dependency), YxDb::kForWrite, false));
+    const auto open = opened<YxDbAssocGeomDependency>(HostAccess::idOf(dependency), YxDb::kForWrite);
     open->setSubentity(YxDbSubentId(open->subentType(), segment));
 }
 

@@ -42,7 +42,7 @@ void makeRoomIn(std::vector<T>& list) {
 
 }  // namespace
 
-Session::Session(Document document) : m_original(document), m_document(std::move(document)) {
+Session::Session(Document document) : m_document(std::move(document)) {
     const HostProcess::Scope keepsTheFormer;
     openAgain();
 }
@@ -50,9 +50,14 @@ Session::Session(Document document) : m_original(document), m_document(std::move
 Session::~Session() = default;
 
 void Session::openAgain() {
+    document();
+    openOn(m_document);
+}
+
+void Session::openOn(const OrderedDocument& document) {
     m_evaluator.reset();
     m_drawing.reset();
-    m_drawing = std::make_unique<Drawing>(m_document);
+    m_drawing = std::make_unique<Drawing>(document);
     m_evaluator = std::make_unique<HostEvaluator>(*m_drawing);
 }
 
@@ -60,6 +65,22 @@ Drawing& Session::drawing() {
     if (m_evaluator == nullptr)  // there was no memory to open it after a refused edit
         openAgain();
     return *m_drawing;
+}
+
+const Document& Session::document() const {
+    while (!m_pending.empty()) {
+        m_document.apply(m_pending.front());
+        m_pending.erase(m_pending.begin());
+    }
+    return m_document.document;
+}
+
+Document Session::original() const {
+    document();
+    OrderedDocument original = m_document;
+    for (auto change = m_undo.rbegin(); change != m_undo.rend(); ++change)
+        original.apply(reversed(*change));
+    return std::move(original.document);
 }
 
 const EditResult& Session::apply(std::string_view edit) {
@@ -91,6 +112,7 @@ const EditResult& Session::transact(std::string_view text, const std::function<E
 void Session::makeRoom() {
     makeRoomIn(m_results);
     makeRoomIn(m_undo);
+    makeRoomIn(m_pending);
 }
 
 void Session::attempt(std::string_view text, const std::function<Edit()>& read, EditResult& result) {
@@ -98,7 +120,7 @@ void Session::attempt(std::string_view text, const std::function<Edit()>& read, 
     try {
         makeRoom();
         result.outcome.text = text;
-        DeletionReasons reasons(m_document);
+        DeletionReasons reasons;
         EditContext context{*m_drawing, *m_evaluator, reasons};
         try {
             run(result.edit.emplace(read()), context, result);
@@ -117,9 +139,15 @@ void Session::attempt(std::string_view text, const std::function<Edit()>& read, 
     }
 }
 
-/// The drawing as it was before an edit that was refused, opened anew.
+/// The drawing as it was before an edit that was refused: it is opened anew unless nobody has touched it.
 void Session::rollBack() noexcept {
     try {
+        if (m_evaluator != nullptr && m_drawing->isUntouched()) {
+            m_drawing->process().endOfCommand();
+            m_evaluator->endCommand();
+            if (hostState().copies.empty())  // else somebody left one behind
+                return;
+        }
         openAgain();
     } catch (...) {
         // Without memory the next edit opens it.
@@ -164,59 +192,79 @@ std::string Session::reasonOf(std::string_view text, const std::vector<std::stri
 
 /// When the evaluator has failed it knows better what was in the way than the command that gave up.
 std::string Session::solversReason(const std::string& reason, const std::vector<std::string>& edited) const {
-    return m_evaluator->last().solved ? reason : refusalOf(m_evaluator->last(), m_document, edited);
+    return m_evaluator->last().solved ? reason : refusalOf(m_evaluator->last(), document(), edited);
 }
 
 void Session::run(const Edit& edit, EditContext& context, EditResult& result) {
     if (std::holds_alternative<Undo>(edit))
         return undo(result);
+    const double sizeBefore = context.drawing.extent();
     std::visit(Performer{context}, edit);
     finishCommand(context);
-    settleOwnConstraints(*m_drawing, m_document);
-    context.reasons.noteDeleted(*m_drawing);
-    Document after = m_drawing->document();
-    result.fates = fatesBetween(m_document, after, context.edited, m_results.size(), context.reasons);
-    if (m_tellsFreedom)
-        result.freedom = {degreesOfFreedom(m_document), degreesOfFreedom(after)};
-    goOnWith(std::move(after), context.opensAgain);
+    settleOwnConstraints(context.drawing, partOf(context.drawing.change(), sizeBefore), context.judgedAnew);
+    context.reasons.noteDeleted(context.drawing);
+    DrawingChange change = context.drawing.change();
+    const EditedPart part = partOf(change, sizeBefore);
+    refuseBroken(part);
+    result.fates = fatesBetween(part.before, part.after, context.edited, m_results.size(), context.reasons);
+    result.freedom = freedomOver(change);
+    if (context.opensAgain)
+        goOnFrom(change);
+    else
+        take(change);
+    m_undo.push_back(std::move(change));
+}
+
+EditedPart Session::partOf(const DrawingChange& change, double sizeBefore) const {
+    EditedPart part = m_drawing->editedPart(change);
+    part.sizeBefore = sizeBefore;
+    part.sizeAfter = m_drawing->extent();
+    return part;
 }
 
 /// What the commands have not solved themselves is solved now.
 void Session::finishCommand(const EditContext& context) {
-    m_drawing->dropLostConstraints();
+    context.drawing.dropLostConstraints();
     evaluate(context);
-    m_drawing->process().endOfCommand();
-    m_evaluator->endCommand();
-}
-
-/// The document of now becomes the one before; when the drawing cannot be opened on the new one, nothing has changed.
-void Session::goOnWith(Document next, bool opensAgain) {
-    m_undo.push_back(std::exchange(m_document, std::move(next)));
-    if (!opensAgain)
-        return;
-    try {
-        openAgain();
-    } catch (...) {
-        m_document = std::move(m_undo.back());
-        m_undo.pop_back();
-        throw;
-    }
+    context.drawing.process().endOfCommand();
+    context.evaluator.endCommand();
 }
 
 void Session::undo(EditResult& result) {
     if (m_undo.empty())
         throw EditError(kNothingToTakeBack);
-    result.fates = fatesBetween(m_document, m_undo.back(), {}, m_results.size());
-    if (m_tellsFreedom)
-        result.freedom = {degreesOfFreedom(m_document), degreesOfFreedom(m_undo.back())};
-    std::swap(m_document, m_undo.back());
-    try {
-        openAgain();
-    } catch (...) {
-        std::swap(m_document, m_undo.back());
-        throw;
-    }
+    const DrawingChange change = reversed(m_undo.back());
+    const EditedPart part = m_drawing->editedPart(change);
+    result.fates = fatesBetween(part.before, part.after, {}, m_results.size());
+    result.freedom = freedomOver(change);
+    goOnFrom(change);
     m_undo.pop_back();
+}
+
+std::optional<FreedomChange> Session::freedomOver(const DrawingChange& change) const {
+    if (!m_tellsFreedom)
+        return std::nullopt;
+    FreedomChange freedom{degreesOfFreedom(document()), {}};
+    OrderedDocument next = m_document;
+    next.apply(change);
+    freedom.after = degreesOfFreedom(next.document);
+    return freedom;
+}
+
+/// The drawing goes on as the host has it. Nothing that can fail comes after the host's drawing has taken the change.
+void Session::take(const DrawingChange& change) {
+    DrawingChange pending = change;
+    m_drawing->take(change);
+    m_pending.push_back(std::move(pending));
+}
+
+/// The drawing goes on as the change leaves it, opened anew. When it cannot be opened, nothing has changed.
+void Session::goOnFrom(const DrawingChange& change) {
+    document();
+    OrderedDocument next = m_document;
+    next.apply(change);
+    openOn(next);
+    m_document = std::move(next);
 }
 
 FateReport Session::report() const {
@@ -226,7 +274,7 @@ FateReport Session::report() const {
         edits.push_back(result.outcome);
         fates.push_back(result.fates);
     }
-    return runReport(m_original, m_document, edits, fates);
+    return runReport(original(), document(), edits, fates);
 }
 
 }  // namespace holdfast::editing

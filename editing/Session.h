@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "document/DrawingChange.h"
 #include "editing/Edit.h"
 #include "editing/EditError.h"
 #include "editing/Uses.h"
@@ -50,10 +51,13 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    const Document& document() const { return m_document; }
+    /// The drawing as it is now. Cost: what was edited since this was asked last; one pass when something was made or
+    /// erased.
+    const Document& document() const;
     /// The drawing as the host holds it, for looking into.
     Drawing& drawing();
-    const Document& original() const { return m_original; }
+    /// The drawing as it was in the beginning. Cost: a copy.
+    Document original() const;
     const std::vector<EditResult>& results() const { return m_results; }
 
     /// Does one edit as a user types it ("break g3 at 4,0"); "undo" takes the last one back. A refused edit is
@@ -77,8 +81,12 @@ private:
     void attempt(std::string_view text, const std::function<Edit()>& read, EditResult& result);
     void run(const Edit& edit, EditContext& context, EditResult& result);
     void undo(EditResult& result);
-    void goOnWith(Document next, bool opensAgain);
+    EditedPart partOf(const DrawingChange& change, double sizeBefore) const;
+    std::optional<FreedomChange> freedomOver(const DrawingChange& change) const;
+    void take(const DrawingChange& change);
+    void goOnFrom(const DrawingChange& change);
     void openAgain();
+    void openOn(const OrderedDocument& document);
     void rollBack() noexcept;
     void makeRoom();
     std::string errorOf(std::string_view text, const std::vector<std::string>& edited) const noexcept;
@@ -86,9 +94,9 @@ private:
     std::string solversReason(const std::string& reason, const std::vector<std::string>& edited) const;
     void finishCommand(const EditContext& context);
 
-    Document m_original;
-    Document m_document;
-    std::vector<Document> m_undo;
+    mutable OrderedDocument m_document;
+    mutable std::vector<DrawingChange> m_pending;  ///< not in m_document yet, in the order in which they were made
+    std::vector<DrawingChange> m_undo;
     std::vector<EditResult> m_results;
     bool m_tellsFreedom = false;
     std::unique_ptr<Drawing> m_drawing;

@@ -8,7 +8,9 @@
 #include "host/model/EntityAccess.h"
 #include "host/model/SegmentNames.h"
 #include "hosting/HostConstraints.h"
+#include "hosting/HostOpening.h"
 #include "hosting/HostShapes.h"
+#include "hosting/NamedSegments.h"
 
 namespace holdfast::hosting {
 
@@ -36,22 +38,48 @@ bool carriesConstraints(const YxDbAssoc2dConstraintGroup& group, const YxDbObjec
 }
 
 Document notesOf(const Document& document) {
-    Document notes = document;
-    notes.entities.clear();
-    notes.constraints.clear();
-    return notes;
+    return {.name = document.name,
+            .source = document.source,
+            .license = document.license,
+            .lengthUnit = document.lengthUnit,
+            .plane = document.plane,
+            .entities = {},
+            .constraints = {}};
 }
 
 }  // namespace
 
 Drawing::Drawing(const Document& document) : m_builder(m_process.database()), m_notes(notesOf(document)) {
+    open(document, nullptr);
+}
+
+Drawing::Drawing(const OrderedDocument& ordered) : m_builder(m_process.database()), m_notes(notesOf(ordered.document)) {
+    open(ordered.document, &ordered);
+}
+
+Drawing::~Drawing() {
+    HostAccess::tellChanges(m_process.database(), nullptr);
+}
+
+void Drawing::open(const Document& document, const OrderedDocument* orders) {
     m_process.watch(false);
     m_group = m_builder.addGroup();
-    for (const Entity& entity : document.entities)
-        addEntity(entity);
-    for (const Constraint& constraint : document.constraints) {
-        m_constraintIndex.emplace(constraint.id, m_constraints.size());
-        m_constraints.push_back({constraint, constraint.active ? build(constraint) : nullptr});
+    m_entities.reserve(document.entities.size());
+    m_names.reserve(document.entities.size());
+    m_numbered.reserve(document.entities.size());
+    for (std::size_t i = 0; i < document.entities.size(); ++i)
+        addEntity(document.entities[i], orders == nullptr ? i : orders->entityOrders[i]);
+    for (std::size_t i = 0; i < document.constraints.size(); ++i) {
+        const Constraint& constraint = document.constraints[i];
+        m_constraintIndex.emplace(constraint.id, i);
+        KnownConstraint& known = m_constraints.emplace_back();
+        known.original = constraint;
+        known.order = orders == nullptr ? i : orders->constraintOrders[i];
+        if (constraint.active)
+            known.host = build(constraint, i);
+        else
+            for (const Place& place : constraint.refs)
+                m_switchedOff[place.entity].push_back(i);
     }
     // Members may be written before or after the constraint that owns them.
     for (const KnownConstraint& known : m_constraints)
@@ -63,16 +91,35 @@ Drawing::Drawing(const Document& document) : m_builder(m_process.database()), m_
     for (const Entity& entity : document.entities)
         if (std::holds_alternative<PolylineShape>(entity.shape))
             tieCorners(entity.id);
+    // What opening makes besides, numbers of vertices, is told as a change of the first edit.
+    for (KnownEntity* known : m_numbered)
+        if (std::holds_alternative<PolylineShape>(known->original.shape))
+            noteEntity(*known);
+    m_isTouched = false;
+    HostAccess::tellChanges(m_process.database(), &m_hostChanges);
 }
 
-void Drawing::addEntity(const Entity& entity) {
+void Drawing::KnownEntity::takeRead(Shape read) {
+    if (read == original.shape)
+        originalRead.reset();
+    else
+        originalRead = std::make_unique<Shape>(std::move(read));
+}
+
+void Drawing::addEntity(const Entity& entity, std::size_t order) {
     std::unique_ptr<YxDbEntity> made = makeEntity(entity.shape);
     const YxDbObject* object = made.get();
-    const Shape read = readShape(*made);
+    Shape read = readShape(*made);
     const YxDbObjectId id = m_builder.add(std::move(made));
-    m_entities.emplace(entity.id, KnownEntity{entity, read, id, m_nextOrder});
-    m_names.emplace(object, entity.id);
-    m_order.emplace(m_nextOrder++, entity.id);
+    KnownEntity& known = m_entities[entity.id];
+    known.original = entity;
+    known.takeRead(std::move(read));
+    known.id = id;
+    known.number = m_numbered.size();
+    known.order = m_lastOrder = order;
+    m_names.emplace(object, &known);
+    m_numbered.push_back(&known);
+    m_extent.touch(known.number);
     if (entity.fixed) {
         YxConstrainedGeometry& geometry = m_builder.geometry(group(), wholeOf(id, entity.shape));
         HostAccess::setInternal(m_builder.constrain<YxFixedConstraint>(group(), {&geometry}), true);
@@ -86,14 +133,15 @@ YxDbObjectId Drawing::id(std::string_view name) const {
 
 std::string Drawing::nameOf(const YxDbObjectId& id) const {
     const auto found = m_names.find(HostAccess::peek(id));
-    return found == m_names.end() ? "" : found->second;
+    return found == m_names.end() ? "" : found->second->original.id;
 }
 
 std::vector<std::string> Drawing::names() const {
     std::vector<std::string> names;
-    names.reserve(m_order.size());
-    for (const auto& [order, name] : m_order)
-        names.push_back(name);
+    names.reserve(m_entities.size());
+    for (const KnownEntity* known : m_numbered)
+        if (known != nullptr)
+            names.push_back(known->original.id);
     return names;
 }
 
@@ -107,14 +155,19 @@ YxDbEntity& Drawing::entity(std::string_view name) const {
 Shape Drawing::shape(std::string_view name) const {
     const HostProcess::Scope bound(m_process);
     const YxDbEntity& resident = entity(name);
-    const KnownEntity& known = m_entities.at(std::string(name));
+    const KnownEntity& known = m_entities.find(std::string(name))->second;  // it has an entity
     Shape now = readShape(resident);
-    return now == known.originalRead ? known.original.shape : now;
+    return known.isRead(now) ? known.original.shape : now;
 }
 
 bool Drawing::isFixed(std::string_view name) const {
     const auto found = m_entities.find(std::string(name));
     return found != m_entities.end() && found->second.original.fixed;
+}
+
+bool Drawing::isConstruction(std::string_view name) const {
+    const auto found = m_entities.find(std::string(name));
+    return found != m_entities.end() && found->second.original.construction;
 }
 
 std::string Drawing::freshName(const std::string& base) {
@@ -145,7 +198,10 @@ std::string Drawing::add(const Shape& shape, std::string_view like) {
     entity.construction = model != m_entities.end() && model->second.original.construction;
     entity.id = freshName(like.empty() ? "n" : std::string(like));
     entity.shape = shape;
-    addEntity(entity);
+    addEntity(entity, m_numbered.empty() ? 0 : m_lastOrder + 1);
+    m_before.emplace(m_numbered.size() - 1, EntityBefore{m_lastOrder, std::nullopt});
+    m_unsolved.insert(m_numbered.size() - 1);
+    m_isTouched = true;
     return entity.id;
 }
 
@@ -166,18 +222,20 @@ Drawing::KnownConstraint& Drawing::knownConstraint(std::string_view id) {
 void Drawing::write(std::string_view name, const Shape& shape) {
     const HostProcess::Scope bound(m_process);
     KnownEntity& known = this->known(name);
+    noteEntity(known);
     YxDbObject* resident = HostAccess::peek(known.id);
-    known.original.shape = shape;
     if (sameHostKind(readShape(static_cast<YxDbEntity&>(*resident)), shape)) {
-        const YxSmartPtr<YxDbEntity> open(YxDbObjectIdImpl::openObject(known.id, YxDb::kForWrite, false));
+        const auto open = opened<YxDbEntity>(known.id, YxDb::kForWrite);
         writeShape(*open, shape);
-        known.originalRead = readShape(*open);
+        known.original.shape = shape;
+        known.takeRead(readShape(*open));
         return;
     }
     std::unique_ptr<YxDbEntity> successor = makeEntity(shape);
-    known.originalRead = readShape(*successor);
+    known.original.shape = shape;
+    known.takeRead(readShape(*successor));
     m_names.erase(resident);
-    m_names.emplace(successor.get(), name);
+    m_names.emplace(successor.get(), &known);
     HostAccess::replaceObject(known.id, std::move(successor));
     // Geometry of the former kind would not fit the new one; what still carries constraints stays.
     for (const YxDbObjectId& reactor : HostAccess::reactors(*HostAccess::peek(known.id)))
@@ -187,18 +245,19 @@ void Drawing::write(std::string_view name, const Shape& shape) {
 
 void Drawing::erase(std::string_view name) {
     const HostProcess::Scope bound(m_process);
-    known(name);  // or there is nothing to erase
-    const auto found = m_entities.find(std::string(name));
-    YxDbObject* resident = HostAccess::peek(found->second.id);
+    const KnownEntity& erased = known(name);
+    noteEntity(erased);
+    YxDbObject* resident = HostAccess::peek(erased.id);
     for (const auto& [owner, constraint] : constraintsOn(static_cast<YxDbEntity&>(*resident)))
         HostAccess::deleteConstraint(*owner, constraint);
     for (const YxDbObjectId& reactor : HostAccess::reactors(*resident))
         HostAccess::eraseDependency(reactor);
-    HostAccess::erase(found->second.id);
+    HostAccess::erase(erased.id);
     m_names.erase(resident);
-    m_order.erase(found->second.order);
-    releaseName(found->first);
-    m_entities.erase(found);
+    m_extent.touch(erased.number);
+    m_numbered[erased.number] = nullptr;
+    const auto gone = m_entities.extract(erased.original.id);
+    releaseName(gone.key());
 }
 
 void Drawing::tieCorners(std::string_view polyline) {
@@ -218,12 +277,12 @@ BuiltPlace Drawing::builtPlace(const Place& place, const Constraint& constraint,
     return directionOnly ? wholeOf(known.id, known.original.shape) : placeIn(known.id, known.original.shape, place);
 }
 
-YxGeomConstraint* Drawing::build(const Constraint& constraint) {
+YxGeomConstraint* Drawing::build(const Constraint& constraint, std::size_t number) {
     std::vector<YxConstrainedGeometry*> geometries;
     for (std::size_t i = 0; i < constraint.refs.size(); ++i)
         geometries.push_back(&m_builder.geometry(group(), builtPlace(constraint.refs[i], constraint, i)));
     YxGeomConstraint& made = addHostConstraint(group(), constraint, geometries);
-    m_constraintIds.emplace(&made, constraint.id);
+    m_constraintNumbers.emplace(&made, number);
     m_process.name(&made, constraint.id);
     return &made;
 }
@@ -239,8 +298,14 @@ std::string Drawing::addConstraint(Constraint constraint) {
     const HostProcess::Scope bound(m_process);
     if (constraint.id.empty())
         constraint.id = freshConstraintId();
-    m_constraintIndex.insert_or_assign(constraint.id, m_constraints.size());
-    m_constraints.push_back({constraint, build(constraint)});
+    const std::size_t added = m_constraints.size();
+    m_constraintIndex.insert_or_assign(constraint.id, added);
+    const std::size_t order = added == 0 ? 0 : m_constraints.back().order + 1;
+    m_constraints.emplace_back().original = constraint;
+    m_constraints.back().order = order;
+    m_constraintsBefore.emplace(added, std::nullopt);
+    m_isTouched = true;
+    m_constraints.back().host = build(constraint, added);
     return constraint.id;
 }
 
@@ -253,8 +318,8 @@ bool Drawing::hasConstraint(std::string_view id) const {
 }
 
 std::string Drawing::constraintId(const YxGeomConstraint* constraint) const {
-    const auto found = m_constraintIds.find(constraint);
-    return found == m_constraintIds.end() ? "" : found->second;
+    const auto found = m_constraintNumbers.find(constraint);
+    return found == m_constraintNumbers.end() ? "" : m_constraints[found->second].original.id;
 }
 
 const YxDbAssocGeomDependency* Drawing::dependencyOf(const YxConstrainedGeometry& geometry) const {
@@ -263,21 +328,11 @@ const YxDbAssocGeomDependency* Drawing::dependencyOf(const YxConstrainedGeometry
         const auto& point = static_cast<const YxConstrainedImplicitPoint&>(geometry);
         curve = HostAccess::curveOf(group(), point);
     }
+    if (curve == nullptr)  // it went with its dependency
+        return nullptr;
     const YxDbObjectId id = HostAccess::dependencyOf(*curve);
     return HostAccess::isErased(id) ? nullptr : static_cast<const YxDbAssocGeomDependency*>(HostAccess::peek(id));
 }
-
-/// Segments of polylines by their persistent names, found once for each polyline while nothing changes.
-class Drawing::Segments {
-public:
-    /// Counted from 0; -1 for a dependency whose segment is gone.
-    int segmentOf(const YxDbAssocGeomDependency& dependency, const YxDbPolyline& polyline) {
-        return m_names.try_emplace(&polyline, polyline).first->second.segmentOf(dependency);
-    }
-
-private:
-    std::unordered_map<const YxDbPolyline*, SegmentNames> m_names;
-};
 
 Place Drawing::placeOf(const YxConstrainedGeometry& geometry) const {
     const HostProcess::Scope bound(m_process);
@@ -319,6 +374,7 @@ void Drawing::removeConstraint(std::string_view id) {
 
 void Drawing::setMeasure(std::string_view id, double value) {
     KnownConstraint& known = knownConstraint(id);
+    noteConstraint(m_constraintIndex.find(std::string(id))->second);
     known.original.value = value;
     if (known.host != nullptr && !HostAccess::isDeleted(*known.host)) {
         auto& dimension = static_cast<YxDimensionConstraint&>(*known.host);
@@ -331,7 +387,9 @@ int Drawing::dropLostConstraints() {
     std::unordered_map<const void*, bool> lostOf;  // by geometry
     Segments segments;
     int dropped = 0;
-    for (YxGeomConstraint* constraint : HostAccess::constraints(group())) {
+    for (YxGeomConstraint* constraint : touchedInHost()) {
+        if (HostAccess::isDeleted(*constraint))
+            continue;
         const auto& geometries = HostAccess::geometries(*constraint);
         const bool lost = std::any_of(geometries.begin(), geometries.end(), [&](const YxConstrainedGeometry* geometry) {
             const auto [known, isNew] = lostOf.try_emplace(geometry, false);
@@ -372,11 +430,10 @@ std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& know
 Document Drawing::document() const {
     const HostProcess::Scope bound(m_process);
     Document document = m_notes;
-    for (const auto& [order, name] : m_order) {
-        Entity entity = m_entities.at(name).original;
-        entity.shape = shape(name);
-        document.entities.push_back(std::move(entity));
-    }
+    document.entities.reserve(m_entities.size());
+    for (std::size_t number = 0; number < m_numbered.size(); ++number)
+        if (std::optional<Entity> entity = currentEntity(number))
+            document.entities.push_back(std::move(*entity));
     Segments segments;
     for (const KnownConstraint& known : m_constraints)
         if (std::optional<Constraint> now = currentConstraint(known, segments))

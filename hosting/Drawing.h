@@ -1,13 +1,17 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
-#include "document/Document.h"
+#include "document/DrawingChange.h"
+#include "document/DrawingExtent.h"
 #include "host/model/HostBuilder.h"
 #include "host/model/HostProcess.h"
 #include "hosting/Uses.h"
@@ -25,11 +29,45 @@ class Drawing {
 public:
     /// The document has passed checkDocument.
     explicit Drawing(const Document& document);
+    /// The same for one whose entities and constraints are to have certain orders in the changes that are told.
+    explicit Drawing(const OrderedDocument& ordered);
+    ~Drawing();
     Drawing(const Drawing&) = delete;
     Drawing& operator=(const Drawing&) = delete;
 
     /// The drawing as it is now; linear in it.
     Document document() const;
+
+    /// What differs from the drawing as it was when it was opened, or when its changes were taken last. Cost: what was
+    /// touched, with the constraints on it.
+    DrawingChange change();
+    /// From now on changes are those since this one, which change() has told just now. What throws leaves it untaken.
+    void take(const DrawingChange& change);
+    /// The surroundings of a change that was not taken yet.
+    EditedPart editedPart(const DrawingChange& change) const;
+    /// True when neither the host nor anybody else has changed anything since changes were taken last.
+    bool isUntouched() const;
+
+    /// Entities by number, ascending, and the constraints that bind them, as they are now.
+    struct Part {
+        Document document;
+        /// How an entity lies in the part: from one at the border constraints lead out of it, next to it are the outer.
+        enum class Scope : char { inner, outer, border };
+        std::vector<Scope> reach;  ///< by entity
+        bool isCut = false;        ///< some entity is at the border
+    };
+    /// What can be reached from some entities over at most so many constraints. Fixed entities lead nowhere; neither do
+    /// those with very many constraints that are none of the first.
+    Part partAround(const std::vector<std::string>& names, int steps) const;
+    /// Some entities, every constraint on them, and the entities that these hold on, as they are now. Names that no
+    /// entity has are passed over. Cost: what is answered.
+    Document around(const std::vector<std::string>& names) const;
+    /// The entities whose constraints may not hold, as far as nobody has said that they do; all of them after opening.
+    std::optional<std::vector<std::string>> unsolved();
+    /// All binding constraints hold now.
+    void markSolved();
+    /// Length of the diagonal of the box around the drawing, which tolerances are relative to.
+    double extent();
 
     HostProcess& process() { return m_process; }
     const HostProcess& process() const { return m_process; }
@@ -44,26 +82,31 @@ public:
     Shape shape(std::string_view name) const;
     YxDbEntity& entity(std::string_view name) const;
     bool isFixed(std::string_view name) const;
+    bool isConstruction(std::string_view name) const;
 
     /// Adds an entity with the attributes of `like` (construction) under a fresh name derived from `like`'s, or "n1",
     /// "n2", ... without one. Returns the name.
     std::string add(const Shape& shape, std::string_view like = {});
     /// Gives a resident entity another shape. An entity of another kind of shape takes its place in the host, under
-    /// the same name and with the same reactors.
+    /// the same name and with the same reactors. Throws std::invalid_argument for a name that no entity has, and
+    /// std::runtime_error when the host does not open the entity; it is as it was then.
     void write(std::string_view name, const Shape& shape);
-    /// Erases an entity with its dependencies and the constraints on it.
+    /// Erases an entity with its dependencies and the constraints on it. Throws std::invalid_argument for a name that
+    /// no entity has.
     void erase(std::string_view name);
 
     /// Adds a constraint of the document's form; it gets a fresh id when it has none, and may have that of one that was
     /// deleted. Returns the id.
     std::string addConstraint(Constraint constraint);
     bool hasConstraint(std::string_view id) const;
-    /// Deletes a constraint of the document, with the composite that owns it.
+    /// Deletes a constraint of the document, with the composite that owns it. Throws std::invalid_argument for an id
+    /// that the drawing never had.
     void removeConstraint(std::string_view id);
     /// Gives a dimension another value; the id has to be that of one.
     void setMeasure(std::string_view id, double value);
     /// Deletes the constraints whose place is gone: their dependency has the status of a removed segment, or names a
-    /// segment that its polyline no longer has, or stands on an erased entity. Returns how many went.
+    /// segment that its polyline no longer has, or stands on an erased entity. Returns how many went. Looks at what was
+    /// touched since changes were taken last.
     int dropLostConstraints();
     /// Makes the corner coincidences of a polyline's neighbouring constrained segments.
     void tieCorners(std::string_view polyline);
@@ -75,21 +118,41 @@ public:
 
 private:
     struct KnownEntity {
-        Entity original;     // as read or last written: attributes, and the shape to the last digit
-        Shape originalRead;  // what the host made of that shape
+        Entity original;                      // as read or last written: attributes, and the shape to the last digit
+        std::unique_ptr<Shape> originalRead;  // what the host made of that shape, where it is another one
         YxDbObjectId id;
-        std::size_t order = 0;  // key in m_order
+        std::size_t number = 0;  // in m_numbered
+        std::size_t order = 0;
+
+        void takeRead(Shape read);
+        bool isRead(const Shape& now) const { return now == (originalRead ? *originalRead : original.shape); }
     };
     struct KnownConstraint {
         Constraint original;
         YxGeomConstraint* host = nullptr;  // null for a switched-off constraint
+        std::size_t order = 0;
+        std::unique_ptr<Constraint> taken;  // as the changes tell it, where that is not the original
+        bool isGone = false;                // for the changes
     };
 
-    void addEntity(const Entity& entity);
-    /// Each throws std::invalid_argument for a name or id that the drawing does not have.
+    /// std::invalid_argument with the name for one that nothing has.
     KnownEntity& known(std::string_view name);
     KnownConstraint& knownConstraint(std::string_view id);
-    YxGeomConstraint* build(const Constraint& constraint);
+    void open(const Document& document, const OrderedDocument* orders);
+    void addEntity(const Entity& entity, std::size_t order);
+    void noteEntity(const KnownEntity& known);
+    void noteConstraint(std::size_t number);
+    void collect();
+    void collectFrom(const YxDbObject& object);
+    void noteConstraintsOf(const YxConstrainedGeometry& geometry);
+    void noteConstraintsOn(const YxDbEntity& entity);
+    std::optional<Entity> currentEntity(std::size_t number) const;
+    std::optional<Constraint> takenConstraint(std::size_t number) const;
+    std::vector<std::size_t> numbersOn(const KnownEntity& known) const;
+    std::vector<YxGeomConstraint*> touchedInHost();
+    void commit(const DrawingChange& change);
+    class Search;
+    YxGeomConstraint* build(const Constraint& constraint, std::size_t number);
     BuiltPlace builtPlace(const Place& place, const Constraint& constraint, std::size_t index) const;
     class Segments;
 
@@ -105,16 +168,31 @@ private:
     HostProcess m_process;
     HostBuilder m_builder;
     YxDbObjectId m_group;
-    Document m_notes;                            // name, source, licence, units, plane; no entities, no constraints
-    std::map<std::size_t, std::string> m_order;  // names, as they were drawn
-    std::size_t m_nextOrder = 0;
+    Document m_notes;  // name, source, licence, units, plane; no entities, no constraints
     std::unordered_map<std::string, KnownEntity> m_entities;
     std::unordered_map<std::string, int> m_nextNumbers;  // by base: below it, no number of a fresh name is free
-    std::unordered_map<const YxDbObject*, std::string> m_names;
+    std::size_t m_lastOrder = 0;
+    std::vector<KnownEntity*> m_numbered;  // as they were drawn; null for erased ones
+    std::unordered_map<const YxDbObject*, const KnownEntity*> m_names;
     std::vector<KnownConstraint> m_constraints;
     std::unordered_map<std::string, std::size_t> m_constraintIndex;
     std::size_t m_nextConstraintNumber = 1;  // ids of constraints stay taken
-    std::unordered_map<const YxGeomConstraint*, std::string> m_constraintIds;
+    std::unordered_map<const YxGeomConstraint*, std::size_t> m_constraintNumbers;
+    std::unordered_map<std::string, std::vector<std::size_t>> m_switchedOff;  // by entity
+
+    // What has changed since somebody asked.
+    struct EntityBefore {
+        std::size_t order = 0;
+        std::optional<Entity> entity;
+    };
+    HostChanges m_hostChanges;
+    std::map<std::size_t, EntityBefore> m_before;  // touched entities by number
+    std::map<std::size_t, std::optional<Constraint>> m_constraintsBefore;
+    std::unordered_set<YxGeomConstraint*> m_touchedInHost;
+    bool m_isTouched = false;
+    bool m_allUnsolved = true;
+    std::set<std::size_t> m_unsolved;
+    DrawingExtent m_extent;
 };
 
 }  // namespace holdfast::hosting

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <string_view>
 
+#include "document/DrawingChange.h"
 #include "document/Names.h"
 #include "document/Places.h"
 #include "editing/EditContext.h"
@@ -44,6 +47,13 @@ bool isCountedAnew(const PolylineShape& was, const PolylineShape& is) {
     return was.vertices.size() != is.vertices.size() || was.closed != is.closed;
 }
 
+/// A way that is too short for the digits of its ends is told by its length.
+std::string moveInWords(const Place& place, Vec2 from, Vec2 to) {
+    if (spoken(from) == spoken(to))
+        return placeWords(place) + " moved by " + spoken(distance(from, to));
+    return placeWords(place) + " moved from " + spoken(from) + " to " + spoken(to);
+}
+
 /// Why a constraint that held at a place was lost, as far as that place tells; empty when it tells nothing.
 std::string reasonAt(const Place& place, const Entity* was, const Entity* is, LostVertices& lost) {
     if (was == nullptr)
@@ -63,85 +73,104 @@ std::string reasonAt(const Place& place, const Entity* was, const Entity* is, Lo
     const std::optional<Vec2> from = pointAt(was->shape, place), to = pointAt(is->shape, place);
     if (!from || !to || distance(*from, *to) == 0.0)
         return {};
-    return placeWords(place) + " moved from " + spoken(*from) + " to " + spoken(*to);
+    return moveInWords(place, *from, *to);
 }
 
 /// What a line has lost that a constraint on the whole of it asks for; empty for what it still has.
-std::string lossOf(const Constraint& constraint, const LineShape& is) {
+std::string lossOf(const Constraint& constraint, const LineShape& was, const LineShape& is) {
     const double dx = std::abs(is.end.x - is.start.x), dy = std::abs(is.end.y - is.start.y),
                  length = std::hypot(dx, dy);
     if (constraint.type == ConstraintType::horizontal && dy > kSameDirection * length)
         return " is no longer horizontal";
     if (constraint.type == ConstraintType::vertical && dx > kSameDirection * length)
         return " is no longer vertical";
-    if (constraint.type == ConstraintType::distance && constraint.refs.size() == 1)
+    if (constraint.type == ConstraintType::distance && constraint.refs.size() == 1 &&
+        std::abs(length - distance(was.start, was.end)) > kLevel * length)
         return " is no longer as long";
     return {};
 }
 
-/// `find` gives an entity as it is now, or null. What it gives has to stay.
-template <class Find>
-std::string reasonOfDeletion(const Constraint& constraint, const EntityIndex& before, const Find& find,
+std::optional<double> radiusOf(const Shape& shape) {
+    if (const auto* arc = std::get_if<ArcShape>(&shape))
+        return arc->radius;
+    const auto* circle = std::get_if<CircleShape>(&shape);
+    return circle == nullptr ? std::nullopt : std::optional(circle->radius);
+}
+
+/// What has changed of a curve that a constraint held on as a whole.
+std::string changeOf(const Constraint& constraint, const Entity& was, const Entity& is) {
+    const auto *lineWas = std::get_if<LineShape>(&was.shape), *lineIs = std::get_if<LineShape>(&is.shape);
+    if (lineWas != nullptr && lineIs != nullptr)
+        if (const std::string loss = lossOf(constraint, *lineWas, *lineIs); !loss.empty())
+            return is.id + loss;
+    const std::optional<double> radiusWas = radiusOf(was.shape), radiusIs = radiusOf(is.shape);
+    if (radiusWas && radiusIs && spoken(*radiusWas) != spoken(*radiusIs))
+        return "the radius of " + is.id + " changed from " + spoken(*radiusWas) + " to " + spoken(*radiusIs);
+    if (lineIs != nullptr || radiusIs)
+        for (const PlaceKind kind : {PlaceKind::centre, PlaceKind::start, PlaceKind::end}) {
+            const Place place{is.id, kind};
+            const std::optional<Vec2> from = pointAt(was.shape, place), to = pointAt(is.shape, place);
+            if (from && to && distance(*from, *to) > 0.0)
+                return moveInWords(place, *from, *to);
+        }
+    return is.id + " is no longer the curve that it was";
+}
+
+/// Of entities before and now.
+template <class Entities>
+std::string reasonOfDeletion(const Constraint& constraint, const Entities& before, const Entities& now,
                              LostVertices& lost) {
     for (const Place& place : constraint.refs)
-        if (std::string reason = reasonAt(place, before.find(place.entity), find(place.entity), lost); !reason.empty())
+        if (std::string reason = reasonAt(place, before.find(place.entity), now.find(place.entity), lost);
+            !reason.empty())
             return reason;
     for (const Place& place : constraint.refs) {
         const Entity* was = before.find(place.entity);
-        const Entity* is = find(place.entity);
+        const Entity* is = now.find(place.entity);
         if (was == nullptr || is == nullptr || was->shape == is->shape)
             continue;
-        const auto* line = std::get_if<LineShape>(&is->shape);
-        const std::string loss = line == nullptr ? std::string() : lossOf(constraint, *line);
-        return place.entity + (loss.empty() ? " is no longer the curve that it was" : loss);
+        return changeOf(constraint, *was, *is);
     }
-    return "an edited end no longer supports it";
+    return "the edit took it away";
 }
 
-/// Entities as the host holds them, each read once.
-class Residents {
+/// The changed entities, before the edit or as they are now. What did not change gives no reason.
+class ChangedEntities {
 public:
-    explicit Residents(const Drawing& drawing) : m_drawing(drawing) {}
-
-    const Entity* operator()(const std::string& name) const {
-        const auto [known, isNew] = m_read.try_emplace(name);
-        if (isNew && !m_drawing.id(name).isNull())
-            known->second = Entity{.id = name, .shape = m_drawing.shape(name)};
-        return known->second ? &*known->second : nullptr;
+    using Side = std::optional<Entity> EntityChange::*;
+    ChangedEntities(const DrawingChange& change, Side side) {
+        for (const EntityChange& entity : change.entities)
+            if (entity.*side)
+                m_found.emplace((entity.*side)->id, &*(entity.*side));
+    }
+    const Entity* find(std::string_view name) const {
+        const auto found = m_found.find(name);
+        return found == m_found.end() ? nullptr : found->second;
     }
 
 private:
-    const Drawing& m_drawing;
-    mutable std::unordered_map<std::string, std::optional<Entity>> m_read;
+    std::unordered_map<std::string_view, const Entity*> m_found;
 };
 
 }  // namespace
 
-void DeletionReasons::noteDeleted(const Drawing& drawing) {
-    const std::size_t count = HostAccess::constraints(drawing.group()).size();
-    if (count == m_count)
-        return;
-    m_count = count;
-    const Residents now(drawing);
+void DeletionReasons::noteDeleted(Drawing& drawing) {
+    const DrawingChange change = drawing.change();
+    const ChangedEntities before(change, &EntityChange::before), now(change, &EntityChange::after);
     LostVertices lost;
-    for (const Constraint& constraint : m_before.constraints)
-        if (drawing.hasConstraint(constraint.id))
-            m_reasons.erase(constraint.id);
-        else if (!m_reasons.contains(constraint.id))
-            note(constraint.id, reasonOfDeletion(constraint, entitiesBefore(), now, lost));
+    for (const ConstraintChange& constraint : change.constraints)
+        if (!constraint.after && !m_reasons.contains(constraint.before->id))
+            note(constraint.before->id, reasonOfDeletion(*constraint.before, before, now, lost));
+    for (const ConstraintChange& constraint : change.constraints)
+        if (constraint.after)
+            m_reasons.erase(constraint.after->id);
 }
 
-std::string DeletionReasons::reasonOf(const Constraint& constraint, const EntityIndex& after) {
+std::string DeletionReasons::reasonOf(const Constraint& constraint, const EntityIndex& before,
+                                      const EntityIndex& after) {
     if (const auto noted = m_reasons.find(constraint.id); noted != m_reasons.end())
         return noted->second;
-    const auto now = [&](const std::string& name) { return after.find(name); };
-    return reasonOfDeletion(constraint, entitiesBefore(), now, m_lost);
-}
-
-const EntityIndex& DeletionReasons::entitiesBefore() {
-    if (!m_entities)
-        m_entities.emplace(m_before);
-    return *m_entities;
+    return reasonOfDeletion(constraint, before, after, m_lost);
 }
 
 }  // namespace holdfast::editing

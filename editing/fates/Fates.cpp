@@ -72,14 +72,17 @@ std::unordered_map<std::string_view, const Constraint*> constraintsById(const Do
 /// Of deletions that nobody has told the reason of, the two drawings tell it.
 std::vector<ConstraintOutcome> constraintFates(const Document& before, const Document& after, std::size_t edit,
                                                DeletionReasons& reasons) {
-    const EntityIndex entitiesAfter(after);
+    const EntityIndex entitiesBefore(before), entitiesAfter(after);
     const auto was = constraintsById(before), is = constraintsById(after);
     std::vector<ConstraintOutcome> outcomes;
     for (const Constraint& constraint : before.constraints) {
         const auto now = is.find(constraint.id);
         if (now == is.end()) {
-            outcomes.push_back(
-                {constraint.id, ConstraintFate::deleted, reasons.reasonOf(constraint, entitiesAfter), {}, edit});
+            outcomes.push_back({constraint.id,
+                                ConstraintFate::deleted,
+                                reasons.reasonOf(constraint, entitiesBefore, entitiesAfter),
+                                {},
+                                edit});
         } else if (std::vector<PlaceMove> moves = movesBetween(constraint, *now->second); !moves.empty()) {
             std::string reason = reasonOfMove(moves, entitiesAfter);
             outcomes.push_back({constraint.id, ConstraintFate::rePointed, std::move(reason), std::move(moves), edit});
@@ -136,7 +139,7 @@ Fates fatesBetween(const Document& before, const Document& after, const std::vec
 
 Fates fatesBetween(const Document& before, const Document& after, const std::vector<std::string>& edited,
                    std::size_t edit) {
-    DeletionReasons reasons(before);
+    DeletionReasons reasons;
     return fatesBetween(before, after, edited, edit, reasons);
 }
 
@@ -154,7 +157,7 @@ FateReport runReport(const Document& before, const Document& after, const std::v
                 edited.push_back(outcome.entity);
     }
     // What counts is the whole run; the single edits know the better reasons and which of them it was.
-    DeletionReasons reasons(before);
+    DeletionReasons reasons;
     report.constraints = constraintFates(before, after, 0, reasons);
     for (ConstraintOutcome& outcome : report.constraints) {
         const auto known = last.find(outcome.constraint);

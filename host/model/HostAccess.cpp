@@ -27,16 +27,39 @@ YxDbObjectId HostAccess::addToDatabase(YxDbDatabase& database, std::unique_ptr<Y
     auto stub = std::make_unique<YxDbStub>();
     stub->database = &database;
     stub->handle = databaseData.stubs.size() + 1;
-    object->m_data->stub = stub.get();
+    databaseData.stubs.push_back(std::move(stub));  // what can fail comes before the object has a new owner
+    YxDbStub& place = *databaseData.stubs.back();
+    if (object->isKindOf(YxDbAssoc2dConstraintGroup::desc()))
+        databaseData.groups.push_back(&place);
+    object->m_data->stub = &place;
     HostState::leave(*object);
-    stub->object = std::move(object);
-    databaseData.stubs.push_back(std::move(stub));
-    return idOf(databaseData.stubs.back().get());
+    place.object = std::move(object);
+    tellChange(*place.object);
+    return idOf(&place);
 }
 
 void HostAccess::erase(const YxDbObjectId& id, bool erased) {
-    if (YxDbObject* object = peek(id))
-        data(*object).erased = erased;
+    YxDbObject* object = peek(id);
+    if (object == nullptr)
+        return;
+    tellChange(*object);
+    data(*object).erased = erased;
+}
+
+void HostAccess::tellChanges(YxDbDatabase& database, HostChanges* changes) {
+    data(database).changes = changes;
+}
+
+void HostAccess::tellChange(const YxDbObject& object) {
+    YxDbStub* stub = data(object).stub;
+    if (stub != nullptr && data(*stub->database).changes != nullptr)
+        data(*stub->database).changes->objects.insert(stub);
+}
+
+void HostAccess::tellChange(const YxGeomConstraint& constraint) {
+    const YxDbStub* group = constraint.m_group == nullptr ? nullptr : stub(idOf(*constraint.m_group));
+    if (group != nullptr && data(*group->database).changes != nullptr)
+        data(*group->database).changes->constraints.insert(&constraint);
 }
 
 YxDbObject* HostAccess::peek(const YxDbObjectId& id) {
@@ -56,6 +79,10 @@ bool HostAccess::isWritable(const YxDbObject& object) {
     return data(object).stub == nullptr || data(object).writeOpens > 0;
 }
 
+std::span<YxDbStub* const> HostAccess::groupStubs(const YxDbDatabase& database) {
+    return database.m_data->groups;
+}
+
 std::vector<YxDbObjectId> HostAccess::allIds(const YxDbDatabase& database) {
     std::vector<YxDbObjectId> ids;
     for (const auto& stub : database.m_data->stubs)
@@ -65,6 +92,7 @@ std::vector<YxDbObjectId> HostAccess::allIds(const YxDbDatabase& database) {
 }
 
 void HostAccess::addReactor(YxDbObject& object, const YxDbObjectId& reactor) {
+    tellChange(object);
     data(object).reactors.add(reactor);
 }
 
@@ -90,6 +118,7 @@ std::unique_ptr<YxDbAssocEdgePersSubentId> HostAccess::makeEdgeId(int index1, in
 }
 
 void HostAccess::setPersistentId(YxDbAssocGeomDependency& dependency, std::unique_ptr<YxDbAssocPersSubentId> id) {
+    tellChange(dependency);
     dependency.m_persistentId = std::move(id);
 }
 
@@ -119,6 +148,15 @@ YxConstrainedImplicitPoint& HostAccess::addImplicitPoint(YxDbAssoc2dConstraintGr
     return static_cast<YxConstrainedImplicitPoint&>(addGeometry(group, std::move(point), YxDbObjectId()));
 }
 
+void HostAccess::setPointType(YxConstrainedImplicitPoint& point, YxDb::ImplicitPointType type) {
+    const YxGraphNode* curve = data(*point.m_group).node(point.m_curveId);
+    const YxDbObject* dependency =
+        curve == nullptr ? nullptr : peek(static_cast<const YxConstrainedGeometry*>(curve)->m_dependency);
+    if (dependency != nullptr)
+        tellChange(*dependency);
+    point.m_pointType = type;
+}
+
 YxGeomConstraint& HostAccess::addConstraint(YxDbAssoc2dConstraintGroup& group,
                                             std::unique_ptr<YxGeomConstraint> constraint,
                                             const std::vector<YxConstrainedGeometry*>& geometries) {
@@ -131,16 +169,19 @@ YxGeomConstraint& HostAccess::addConstraint(YxDbAssoc2dConstraintGroup& group,
             geometry->m_connected.push_back(constraint.get());
     YxGeomConstraint& added = *constraint;
     groupData.add(std::move(constraint));
+    tellChange(added);
     return added;
 }
 
 void HostAccess::own(YxCompositeConstraint& composite, YxGeomConstraint& member) {
+    tellChange(composite);
     member.m_owner = &composite;
     composite.m_members.push_back(&member);
 }
 
 void HostAccess::setDimension(YxDimensionConstraint& dimension, YxDimensionConstraint::Kind kind, double value,
                               bool driving) {
+    tellChange(dimension);
     dimension.m_kind = kind;
     dimension.m_value = value;
     dimension.m_driving = driving;
@@ -151,6 +192,9 @@ Yxrt::ErrorStatus HostAccess::deleteConstraint(YxDbAssoc2dConstraintGroup& group
         return Yxrt::eInvalidInput;
     if (constraint->m_deleted)
         return Yxrt::eWasErased;
+    tellChange(*constraint);
+    if (constraint->m_owner != nullptr)
+        tellChange(*constraint->m_owner);
     constraint->m_deleted = true;
     data(group).forget(*constraint);
     for (YxConstrainedGeometry* geometry : constraint->m_geometries)
@@ -231,6 +275,7 @@ AssocConstraintHeader* HostAccess::header(YxDbAssoc2dConstraintGroup& group) {
 }
 
 void HostAccess::replaceObject(const YxDbObjectId& id, std::unique_ptr<YxDbObject> successor) {
+    tellChange(*id.m_stub->object);
     std::unique_ptr<YxDbObject> former = std::exchange(id.m_stub->object, std::move(successor));
     YxDbObject& resident = *id.m_stub->object;
     data(resident).stub = id.m_stub;
@@ -245,8 +290,11 @@ void HostAccess::eraseDependency(const YxDbObjectId& dependency) {
     if (object == nullptr || !object->isKindOf(YxDbAssocGeomDependency::desc()))
         return;
     auto& erased = static_cast<YxDbAssocGeomDependency&>(*object);
-    if (YxDbObject* entity = peek(erased.m_object))
+    tellChange(erased);
+    if (YxDbObject* entity = peek(erased.m_object)) {
+        tellChange(*entity);
         data(*entity).reactors.remove(dependency);
+    }
     erased.m_object = YxDbObjectId();
     YxDbObject* action = peek(erased.m_owningAction);
     if (action != nullptr && action->isKindOf(YxDbAssoc2dConstraintGroup::desc()))

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -13,6 +14,7 @@
 #include <yxdb/YxDbEntity.h>
 
 #include "host/model/ConverterRecord.h"
+#include "host/model/HostChanges.h"
 #include "host/model/HostState.h"
 
 class YxDbHostApplicationServices;
@@ -41,6 +43,13 @@ struct HostAccess {
     static int openCount(const YxDbObject& object);
     static bool isWritable(const YxDbObject& object);
     static std::vector<YxDbObjectId> allIds(const YxDbDatabase& database);
+    /// From now on the database tells its changes; null: to nobody.
+    static void tellChanges(YxDbDatabase& database, HostChanges* changes);
+    /// An object or a constraint is about to change. Nothing happens when nobody wants to know.
+    static void tellChange(const YxDbObject& object);
+    static void tellChange(const YxGeomConstraint& constraint);
+    /// The places of the database's constraint groups, also of those that were erased.
+    static std::span<YxDbStub* const> groupStubs(const YxDbDatabase& database);
 
     // Reactors and dependencies
     static void addReactor(YxDbObject& object, const YxDbObjectId& reactor);
@@ -74,9 +83,7 @@ struct HostAccess {
     static unsigned int nodeId(const YxGraphNode& node) { return node.m_nodeId; }
     static unsigned int curveId(const YxConstrainedImplicitPoint& point) { return point.m_curveId; }
     static YxDb::ImplicitPointType pointType(const YxConstrainedImplicitPoint& point) { return point.m_pointType; }
-    static void setPointType(YxConstrainedImplicitPoint& point, YxDb::ImplicitPointType type) {
-        point.m_pointType = type;
-    }
+    static void setPointType(YxConstrainedImplicitPoint& point, YxDb::ImplicitPointType type);
     static int pointIndex(const YxConstrainedImplicitPoint& point) { return point.m_pointIndex; }
     static bool isPoint(const YxConstrainedImplicitPoint& point, YxDb::ImplicitPointType type, int pointIndex) {
         return point.m_pointType == type && point.m_pointIndex == pointIndex;

@@ -106,8 +106,8 @@ void HostProcess::endOfCommand() {
     const Scope bound(*this);
     const bool watched = isWatched();
     watch(false);
-    for (const auto& stub : HostAccess::data(*m_database).stubs)  // no list of them: a process ends without memory, too
-        if (stub->object != nullptr && stub->object->isKindOf(YxDbAssoc2dConstraintGroup::desc()))
+    for (const YxDbStub* stub : HostAccess::groupStubs(*m_database))
+        if (stub->object != nullptr)
             HostAccess::header(static_cast<YxDbAssoc2dConstraintGroup&>(*stub->object))->uninit();
     while (!m_state->converters.empty())
         delete *m_state->converters.begin();

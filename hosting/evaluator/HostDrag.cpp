@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <stdexcept>
 
 #include <yxbase/YxGeTol.h>
 
@@ -80,12 +81,22 @@ std::vector<int> handlesOf(const SketchData& sketch, const std::vector<int>& ent
 
 }  // namespace
 
-HostDrag::HostDrag(const Drawing& drawing, const AssocConstraintHeader& header)
-    : m_host(drawing),
-      m_edited(m_host.numbersOf(drawing, header.editedObjectIds)),
-      m_held(heldPoints(m_host.sketch, m_edited, header.points)),
-      m_dragged(m_host.sketch),
-      m_session(std::make_unique<DragSession>(m_dragged, handlesOf(m_host.sketch, m_edited, m_held))) {}
+HostDrag::HostDrag(Drawing& drawing, const AssocConstraintHeader& header, std::vector<std::string> names)
+    : m_drawing(drawing),
+      m_names(std::move(names)),
+      m_editedIds(header.editedObjectIds),
+      m_points(header.points),
+      m_host(drawing.unsolved() ? HostSketch(drawing, m_names, kNearSteps) : HostSketch(drawing)) {
+    begin();
+}
+
+void HostDrag::begin() {
+    m_edited = m_host.numbersOf(m_drawing, m_editedIds);
+    m_held = heldPoints(m_host.sketch, m_edited, m_points);
+    m_session.reset();
+    m_dragged = m_host.sketch;
+    m_session = std::make_unique<DragSession>(m_dragged, handlesOf(m_host.sketch, m_edited, m_held));
+}
 
 /// Targets stand in the order of the handles.
 EditRequest HostDrag::demandFor(const YxGeMatrix3d& transform) const {
@@ -102,9 +113,21 @@ EditRequest HostDrag::demandFor(const YxGeMatrix3d& transform) const {
     return request;
 }
 
+/// Near the edited entities first, as the session itself does not look farther in most cases.
+SolveResult HostDrag::step(const YxGeMatrix3d& transform) {
+    SolveResult result = stepWithin(transform);
+    if (!m_host.isCut || (result.isSolved() && m_miss <= kFollowed * m_host.sketch.size() && !m_host.reachesBorder()))
+        return result;
+    // Steps are computed from the beginning, and the drawing has not changed since.
+    m_previews.clear();
+    m_host = HostSketch(m_drawing, m_names, kAllSteps);
+    begin();
+    return stepWithin(transform);
+}
+
 /// The drag session follows quickly where the constraints let everything through. Where they do not, the edited
 /// entities keep their sizes if they can, and else come as near as they can.
-SolveResult HostDrag::step(const YxGeMatrix3d& transform) {
+SolveResult HostDrag::stepWithin(const YxGeMatrix3d& transform) {
     const EditRequest request = demandFor(transform);
     std::vector<double> goals;
     for (const Target& target : request.targets)
@@ -154,6 +177,8 @@ void HostDrag::preview(const Drawing& drawing, AssocConstraintHeader& header) {
         YxDbEntity*& copy = m_previews[number];
         if (copy == nullptr) {
             std::unique_ptr<YxDbEntity> made(static_cast<YxDbEntity*>(drawing.entity(name).clone()));
+            if (made == nullptr)
+                throw std::runtime_error("the host makes no copy of " + name + " to show");
             header.adopt(made.get());
             copy = made.release();  // the header's
         }

@@ -13,9 +13,13 @@ namespace holdfast::hosting {
 /// Edited entities that follow a transform step by step, from where they were when the drag began, and the previews of
 /// what moves with them. Where the header lists points, the user holds the edited entities at these only: the points
 /// follow the transform as far as the constraints let them, and the rest follows the points.
+///
+/// Looks at the surroundings of the edited entities, and from the first step that moves what lies farther away on at
+/// all that hangs on them.
 class HostDrag {
 public:
-    HostDrag(const Drawing& drawing, const AssocConstraintHeader& header);
+    /// The names are those of the edited entities and of all that may not hold.
+    HostDrag(Drawing& drawing, const AssocConstraintHeader& header, std::vector<std::string> names);
     HostDrag(const HostDrag&) = delete;
     HostDrag& operator=(const HostDrag&) = delete;
 
@@ -37,9 +41,15 @@ public:
     void preview(const Drawing& drawing, AssocConstraintHeader& header);
 
 private:
+    void begin();
+    SolveResult stepWithin(const YxGeMatrix3d& transform);
     EditRequest demandFor(const YxGeMatrix3d& transform) const;
     void take(const std::vector<double>& values, double miss);
 
+    Drawing& m_drawing;
+    std::vector<std::string> m_names;
+    YxArray<YxDbObjectId> m_editedIds;
+    YxArray<YxGePoint3d> m_points;
     HostSketch m_host;
     std::vector<int> m_edited;
     std::vector<int> m_held;  ///< the first of each two coordinates of a held point; empty: all of the edited is held

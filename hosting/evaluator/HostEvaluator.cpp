@@ -1,14 +1,15 @@
 #include "hosting/evaluator/HostEvaluator.h"
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <string_view>
 #include <unordered_set>
 
 #include <yxbase/YxGeTol.h>
-#include <yxbase/YxSmartPtr.h>
 
 #include "evaluation/EvaluationHeader.h"
+#include "hosting/HostOpening.h"
 #include "hosting/HostShapes.h"
 #include "hosting/evaluator/EditRequests.h"
 #include "hosting/evaluator/HostDrag.h"
@@ -33,9 +34,19 @@ bool reflects(const YxGeMatrix3d& m) {
 }
 
 void transformInPlace(const Drawing& drawing, const std::string& name, const YxGeMatrix3d& transform) {
-    const YxSmartPtr<YxDbEntity> open(YxDbObjectIdImpl::openObject(drawing.id(name), YxDb::kForWrite, false));
-    if (!open.isNull())
-        open->transformBy(transform);
+    opened<YxDbEntity>(drawing.id(name), YxDb::kForWrite)->transformBy(transform);
+}
+
+/// Branches are chosen by where the elements were when an earlier sketch was read, as far as that has them.
+void takeReference(HostSketch& host, const HostSketch& earlier) {
+    for (std::size_t i = 0; i < host.sketch.entities.size(); ++i) {
+        const SketchEntity& element = host.sketch.entities[i];
+        const int known = earlier.numberOf(element.id);
+        if (known < 0 || earlier.sketch.entities[at(known)].valueCount != element.valueCount)
+            continue;
+        const auto from = earlier.drawn.begin() + earlier.sketch.entities[at(known)].firstValue;
+        std::copy(from, from + element.valueCount, host.sketch.reference.begin() + element.firstValue);
+    }
 }
 
 }  // namespace
@@ -96,10 +107,10 @@ bool HostEvaluator::evaluate(AssocConstraintHeader& header) {
             return feedAndSolve(header, kLengthenEditor, &lengthenDemand);
         case EditKind::properties:
             return feedAndSolve(header, kPropertiesEditor, &propertiesDemand);
-        case EditKind::mirror: {
-            HostSketch host(m_drawing);
-            return solveAndWrite(host, placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds)));
-        }
+        case EditKind::mirror:
+            return solveAround(namesIn(header), [&](HostSketch& host) {
+                return placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds));
+            });
         case EditKind::stretch:
             return stretch(header);
         case EditKind::rotate:
@@ -109,19 +120,75 @@ bool HostEvaluator::evaluate(AssocConstraintHeader& header) {
         case EditKind::dragEnd:
             return endDrag(header);
     }
-    HostSketch host(m_drawing);
-    return solveAndWrite(host, {});
+    return solveAround({}, [](HostSketch&) { return EditRequest(); });
+}
+
+/// The entities that a command speaks of.
+std::vector<std::string> HostEvaluator::namesIn(const AssocConstraintHeader& header) const {
+    std::vector<std::string> names;
+    const auto take = [&](const YxDbObjectId& id) {
+        if (std::string name = m_drawing.nameOf(id); !name.empty())
+            names.push_back(std::move(name));
+    };
+    for (const YxDbObjectId& id : header.editedObjectIds)
+        take(id);
+    for (const auto& [id, copy] : header.preEditEntities)
+        take(id);
+    if (header.converter != nullptr)
+        for (const ConverterRecord& call : HostAccess::records(*header.converter).calls)
+            take(call.id);
+    return names;
+}
+
+/// Solves around the entities, and around all that may not hold: near them first, as the solver does not look farther
+/// in most cases either, and in all that hangs on them where that was not enough.
+template <class DemandFor>
+bool HostEvaluator::solveAround(std::vector<std::string> names, const DemandFor& demandFor) {
+    if (!m_drawing.unsolved())
+        return solveWith(allAround(std::move(names)), demandFor);
+    HostSketch near(m_drawing, withUnsolved(names), kNearSteps);
+    if (!near.isCut)
+        return solveWith(std::move(near), demandFor);
+    const EditRequest request = demandFor(near);
+    const SolveResult result = meet(near.sketch, request);
+    if (!result.isSolved() || shortfallOf(near.sketch, request) > YxGeContext::gTol.equalPoint() ||
+        near.reachesBorder())
+        return solveWith(allAround(std::move(names)), demandFor);
+    m_yielded.reset();
+    return accept(near, request, result);
+}
+
+template <class DemandFor>
+bool HostEvaluator::solveWith(HostSketch host, const DemandFor& demandFor) {
+    return solveAndWrite(host, demandFor(host));
+}
+
+std::vector<std::string> HostEvaluator::withUnsolved(std::vector<std::string> names) const {
+    if (const std::optional<std::vector<std::string>> unsolved = m_drawing.unsolved())
+        names.insert(names.end(), unsolved->begin(), unsolved->end());
+    return names;
+}
+
+/// All that hangs together with the entities, and with what may not hold.
+HostSketch HostEvaluator::allAround(std::vector<std::string> names) const {
+    return m_drawing.unsolved() ? HostSketch(m_drawing, withUnsolved(std::move(names)), kAllSteps)
+                                : HostSketch(m_drawing);
 }
 
 bool HostEvaluator::solveAndWrite(HostSketch& host, const EditRequest& request) {
     if (request.whenInfeasible != WhenInfeasible::refuse && !request.targets.empty())
         m_yielded = Yielded{host.sketch, request};
-    const SolveResult result = meet(host.sketch, request);
+    return accept(host, request, meet(host.sketch, request));
+}
+
+bool HostEvaluator::accept(HostSketch& host, const EditRequest& request, const SolveResult& result) {
     note(host, result, result.isSolved() ? shortfallOf(host.sketch, request) : 0.0);
     if (m_last.miss == 0.0)
         m_yielded.reset();
-    if (result.isSolved())
+    if (result.isSolved()) {
         writeMoved(m_drawing, host);
+        m_drawing.markSolved();
+    }
     return result.isSolved();
 }
 
@@ -142,13 +209,11 @@ const Evaluation& HostEvaluator::refuseYielded() {
 bool HostEvaluator::feedAndSolve(AssocConstraintHeader& header, LvEditorType editor, RequestOf requestOf) {
     const ConverterFeed feed(header.converter, editor);
     run([&] {
-        HostSketch host(m_drawing);
-        EditRequest request;
-        if (feed.isForeign())
-            request = placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds));
-        else if (feed.isNew())
-            request = requestOf(m_drawing, host, header, feed);
-        solveAndWrite(host, request);
+        solveAround(namesIn(header), [&](HostSketch& host) {
+            if (feed.isForeign())
+                return placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds));
+            return feed.isNew() ? requestOf(m_drawing, host, header, feed) : EditRequest();
+        });
     });
     if (!m_last.solved && (feed.isNew() || feed.isForeign()))
         putBack(header);
@@ -174,8 +239,9 @@ bool HostEvaluator::reflect(AssocConstraintHeader& header, const YxGeMatrix3d& r
     for (const auto& [name, shape] : before)
         transformInPlace(m_drawing, name, reflection);
     run([&] {
-        HostSketch host(m_drawing);
-        solveAndWrite(host, placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds)));
+        solveAround(namesIn(header), [&](HostSketch& host) {
+            return placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds));
+        });
     });
     for (const auto& [name, shape] : m_last.solved ? std::map<std::string, Shape>() : before) {
         transformInPlace(m_drawing, name, reflection);
@@ -201,7 +267,11 @@ void HostEvaluator::putBack(const AssocConstraintHeader& header) {
 /// does not goes back.
 bool HostEvaluator::stretch(AssocConstraintHeader& header) {
     const ConverterFeed feed(header.converter, kStretchEditor);
-    HostSketch now(m_drawing);
+    std::vector<std::string> names = namesIn(header);
+    if (m_stretchStart != nullptr)
+        for (const Entity& entity : m_stretchStart->document.entities)
+            names.push_back(entity.id);
+    HostSketch now = allAround(std::move(names));
     if (!feed.isNew())
         return solveAndWrite(now, {});
     if (feed.isFirst() || m_stretchStart == nullptr || m_stretchStart->drawn.size() != now.drawn.size())
@@ -215,13 +285,14 @@ bool HostEvaluator::stretch(AssocConstraintHeader& header) {
         return false;
     now.sketch.values = host.sketch.values;
     writeMoved(m_drawing, now);
+    m_drawing.markSolved();
     return true;
 }
 
 /// The module does not know the user's angle, so what it asks for is a trial that moves nothing. The evaluation after
 /// it comes when the host has turned the entities: they stay, the others follow.
 bool HostEvaluator::rotate(AssocConstraintHeader& header) {
-    HostSketch host(m_drawing);
+    HostSketch host = allAround(namesIn(header));
     std::vector<int> edited = host.numbersOf(m_drawing, header.editedObjectIds);
     if (header.points.length() == m_trialPointCount) {
         EditRequest request = placedDemand(host, std::move(edited));
@@ -238,7 +309,7 @@ bool HostEvaluator::rotate(AssocConstraintHeader& header) {
 std::vector<std::string> HostEvaluator::againstPlaced(const std::vector<std::string>& entities,
                                                       const std::vector<std::string>& first) const {
     const HostProcess::Scope bound(m_drawing.process());
-    const HostSketch host(m_drawing);
+    const HostSketch host = allAround(entities);
     const std::unordered_set<std::string_view> named(first.begin(), first.end());
     std::vector<int> edited, suspects;
     for (const std::string& name : entities)
@@ -258,13 +329,11 @@ std::vector<std::string> HostEvaluator::againstPlaced(const std::vector<std::str
 bool HostEvaluator::drag(AssocConstraintHeader& header) {
     // The module raises this flag when a session hands over its objects; each session starts from the database anew.
     if (header.dropCollected) {
-        m_drag = std::make_unique<HostDrag>(m_drawing, header);
+        m_drag = std::make_unique<HostDrag>(m_drawing, header, withUnsolved(namesIn(header)));
         header.dropCollected = false;
     }
-    if (m_drag == nullptr) {
-        HostSketch host(m_drawing);
-        return solveAndWrite(host, {});
-    }
+    if (m_drag == nullptr)
+        return solveAround({}, [](HostSketch&) { return EditRequest(); });
     const SolveResult result = m_drag->step(header.dragTransform);
     if (result.isSolved() && !header.dragActive)
         m_drag->land(header.dragTransform);
@@ -274,8 +343,10 @@ bool HostEvaluator::drag(AssocConstraintHeader& header) {
         m_drag->preview(m_drawing, header);
         return result.isSolved();
     }
-    if (result.isSolved())
+    if (result.isSolved()) {
         writeMoved(m_drawing, m_drag->host());
+        m_drawing.markSolved();
+    }
     header.entitiesToDraw.setLogicalLength(0);
     m_drag.reset();
     return result.isSolved();
@@ -288,18 +359,17 @@ bool HostEvaluator::endDrag(AssocConstraintHeader& header) {
     std::unique_ptr<HostDrag> drag = std::move(m_drag);
     if (header.collectNeeded || header.dropCollected)
         drag.reset();  // it belongs to a session before this one, which has not been evaluated yet
-    HostSketch host(m_drawing);
+    HostSketch host = allAround(namesIn(header));
     EditRequest request;
     request.whenInfeasible = WhenInfeasible::yield;
     request.edited = host.numbersOf(m_drawing, header.editedObjectIds);
-    if (drag != nullptr && drag->host().drawn.size() == host.drawn.size()) {
-        host.sketch.reference = drag->host().drawn;
-        for (const int number : request.edited) {
-            const SketchEntity& entity = host.sketch.entities[at(number)];
-            for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount; ++v)
-                if (std::abs(host.drawn[at(v)] - drag->host().drawn[at(v)]) > YxGeContext::gTol.equalPoint())
-                    request.targets.push_back({v, host.drawn[at(v)]});
-        }
+    if (drag != nullptr)
+        takeReference(host, drag->host());
+    for (const int number : drag != nullptr ? request.edited : std::vector<int>()) {
+        const SketchEntity& entity = host.sketch.entities[at(number)];
+        for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount; ++v)
+            if (std::abs(host.drawn[at(v)] - host.sketch.reference[at(v)]) > YxGeContext::gTol.equalPoint())
+                request.targets.push_back({v, host.drawn[at(v)]});
     }
     return solveAndWrite(host, request);
 }
@@ -307,12 +377,15 @@ bool HostEvaluator::endDrag(AssocConstraintHeader& header) {
 /// Objects that the host has placed itself: they stay where they are, the others follow.
 void HostEvaluator::evaluateStatic(LvEvaDataConverter& converter) {
     run([&] {
-        HostSketch host(m_drawing);
         YxArray<YxDbObjectId> ids;
+        std::vector<std::string> names;
         for (const ConverterRecord* record :
-             ConverterFeed(&converter, kStaticEvaluateEditor).all("addObjectOffset(id)"))
+             ConverterFeed(&converter, kStaticEvaluateEditor).all("addObjectOffset(id)")) {
             ids.append(record->id);
-        solveAndWrite(host, placedDemand(host, host.numbersOf(m_drawing, ids)));
+            names.push_back(m_drawing.nameOf(record->id));
+        }
+        solveAround(std::move(names),
+                    [&](HostSketch& host) { return placedDemand(host, host.numbersOf(m_drawing, ids)); });
     });
     ConverterFeed::consume(&converter);
 }

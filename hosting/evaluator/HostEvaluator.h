@@ -68,6 +68,14 @@ private:
     bool evaluate(AssocConstraintHeader& header);
     void evaluateStatic(LvEvaDataConverter& converter);
     bool solveAndWrite(HostSketch& host, const EditRequest& request);
+    template <class DemandFor>
+    bool solveAround(std::vector<std::string> names, const DemandFor& demandFor);
+    template <class DemandFor>
+    bool solveWith(HostSketch host, const DemandFor& demandFor);
+    bool accept(HostSketch& host, const EditRequest& request, const SolveResult& result);
+    std::vector<std::string> withUnsolved(std::vector<std::string> names) const;
+    HostSketch allAround(std::vector<std::string> names) const;
+    std::vector<std::string> namesIn(const AssocConstraintHeader& header) const;
     using RequestOf = EditRequest (*)(const Drawing&, HostSketch&, const AssocConstraintHeader&, const ConverterFeed&);
     bool feedAndSolve(AssocConstraintHeader& header, LvEditorType editor, RequestOf requestOf);
     bool align(AssocConstraintHeader& header);

@@ -32,6 +32,28 @@ HostSketch::HostSketch(const Drawing& drawing)
         m_numbers.emplace(document.entities[i].id, static_cast<int>(i));
 }
 
+HostSketch::HostSketch(Drawing& drawing, const std::vector<std::string>& names, int steps)
+    : HostSketch(drawing.partAround(names, steps), drawing.extent()) {}
+
+HostSketch::HostSketch(Drawing::Part part, double size)
+    : document(std::move(part.document)),
+      sketch(sketchFrom(document)),
+      drawn(sketch.values),
+      isCut(part.isCut),
+      m_reach(std::move(part.reach)) {
+    sketch.sizeAround = size;
+    for (std::size_t i = 0; i < document.entities.size(); ++i) {
+        sketch.entities[i].fixed = sketch.entities[i].fixed || m_reach[i] == Drawing::Part::Scope::border;
+        m_numbers.emplace(document.entities[i].id, static_cast<int>(i));
+    }
+}
+
+bool HostSketch::reachesBorder() const {
+    const std::vector<int> all = moved();
+    return std::any_of(all.begin(), all.end(),
+                       [&](int number) { return m_reach[at(number)] != Drawing::Part::Scope::inner; });
+}
+
 int HostSketch::numberOf(std::string_view name) const {
     const auto found = m_numbers.find(std::string(name));
     return found == m_numbers.end() ? -1 : found->second;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -11,6 +12,11 @@
 
 namespace holdfast::hosting {
 
+/// Over how many constraints the first try looks around an edit, and the second one: the solver looks at twos, fours
+/// and eights first.
+inline constexpr int kNearSteps = 16;
+inline constexpr int kAllSteps = std::numeric_limits<int>::max();
+
 /// A drawing's constraint group as a sketch, as the database has it. Elements stand in the order of the document's
 /// entities, constraints in that of its constraints; those whose place is gone are in neither.
 struct HostSketch {
@@ -18,8 +24,16 @@ struct HostSketch {
     SketchData sketch;
     std::vector<double> drawn;  ///< the sketch's values when it was read
 
+    bool isCut = false;  ///< what is at the border counts as fixed, although constraints lead on from it
+
     /// Throws SketchError for a constraint that its entities cannot have.
     explicit HostSketch(const Drawing& drawing);
+
+    /// Only what can be reached from some entities over at most so many constraints.
+    HostSketch(Drawing& drawing, const std::vector<std::string>& names, int steps);
+
+    /// A solution of a cut sketch is one of the whole drawing when nothing next to the border had to move for it.
+    bool reachesBorder() const;
 
     /// -1 for an entity that the drawing does not have, or no longer has.
     int numberOf(std::string_view name) const;
@@ -37,6 +51,9 @@ struct HostSketch {
     std::vector<int> moved() const;
 
 private:
+    HostSketch(Drawing::Part part, double size);
+
+    std::vector<Drawing::Part::Scope> m_reach;
     std::unordered_map<std::string, int> m_numbers;
 };
 

@@ -10,31 +10,32 @@ namespace {
 TEST(DeletionReasons, TellWhatHadMovedWhenTheConstraintWent) {
     const Document before = frameDrawing();
     Drawing drawing(before);
-    DeletionReasons reasons(before);
+    DeletionReasons reasons;
     drawing.write("base", LineShape{{0, 0}, {4, 0}});
     drawing.removeConstraint("c1");
     reasons.noteDeleted(drawing);
     drawing.write("base", LineShape{{0, 0}, {7, 0}});
     const Document after = drawing.document();
-    EXPECT_EQ(reasons.reasonOf(before.constraints[1], EntityIndex(after)),
+    EXPECT_EQ(reasons.reasonOf(before.constraints[1], EntityIndex(before), EntityIndex(after)),
               "the end of base moved from (10, 0) to (4, 0)");
 }
 
 TEST(DeletionReasons, KeepWhatACommandKnowsItself) {
     const Document before = frameDrawing();
     Drawing drawing(before);
-    DeletionReasons reasons(before);
+    DeletionReasons reasons;
     reasons.note("c1", "the user asked for it");
     drawing.removeConstraint("c1");
     reasons.noteDeleted(drawing);
     const Document after = drawing.document();
-    EXPECT_EQ(reasons.reasonOf(before.constraints[1], EntityIndex(after)), "the user asked for it");
+    EXPECT_EQ(reasons.reasonOf(before.constraints[1], EntityIndex(before), EntityIndex(after)),
+              "the user asked for it");
 }
 
 TEST(DeletionReasons, ForgetAConstraintThatIsBack) {
     const Document before = frameDrawing();
     Drawing drawing(before);
-    DeletionReasons reasons(before);
+    DeletionReasons reasons;
     drawing.removeConstraint("c1");
     drawing.removeConstraint("c2");
     reasons.noteDeleted(drawing);
@@ -44,8 +45,33 @@ TEST(DeletionReasons, ForgetAConstraintThatIsBack) {
     drawing.write("right", LineShape{{12, 0}, {10, 5}});
     reasons.noteDeleted(drawing);
     const Document after = drawing.document();
-    EXPECT_EQ(reasons.reasonOf(before.constraints[1], EntityIndex(after)),
+    EXPECT_EQ(reasons.reasonOf(before.constraints[1], EntityIndex(before), EntityIndex(after)),
               "the start of right moved from (10, 0) to (12, 0)");
+}
+
+TEST(DeletionReasons, TellAWayThatItsEndsDoNotShowByItsLength) {
+    const Document before = frameDrawing();
+    Drawing drawing(before);
+    DeletionReasons reasons;
+    drawing.write("base", LineShape{{0, 0}, {10, 1e-9}});
+    drawing.removeConstraint("c1");
+    reasons.noteDeleted(drawing);
+    const Document after = drawing.document();
+    EXPECT_EQ(reasons.reasonOf(before.constraints[1], EntityIndex(before), EntityIndex(after)),
+              "the end of base moved by 1e-09");
+}
+
+TEST(DeletionReasons, DoNotTellOfACurveWhatDidNotHappenToIt) {
+    Document before = frameDrawing();
+    before.constraints.push_back(constraintOf("same", ConstraintType::equal, {{"base"}, {"right"}}));
+    Drawing drawing(before);
+    DeletionReasons reasons;
+    drawing.write("base", LineShape{{0, 0}, {7, 0}});
+    drawing.removeConstraint("same");
+    reasons.noteDeleted(drawing);
+    const Document after = drawing.document();
+    const EntityIndex was(before), is(after);
+    EXPECT_EQ(reasons.reasonOf(before.constraints.back(), was, is), "the end of base moved from (10, 0) to (7, 0)");
 }
 
 }  // namespace

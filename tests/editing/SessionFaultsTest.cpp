@@ -1,9 +1,11 @@
-// Every call that the host receives in an edit throws once.
+// Every call that the host receives in an edit fails once: thrown, and refused.
 
 #include <gtest/gtest.h>
 
 #include <iostream>
 
+#include "hosting/evaluator/SketchFromDocument.h"
+#include "solver/src/sketch/Measure.h"
 #include "tests/editing/SweptEdits.h"
 
 namespace holdfast::editing {
@@ -57,6 +59,46 @@ TEST(HostFailure, InAnyCallOfAnEditLeavesDrawingAndHostAsTheyWere) {
         }
     }
     std::cout << all << " host calls of " << sweptEdits().size() << " edits thrown from\n";
+}
+
+/// Constraints that were kept although they do not hold any more.
+std::string brokenIn(const Document& before, const Document& after) {
+    const SketchData was = sketchFrom(before), is = sketchFrom(after);
+    const std::vector<double> missesBefore = violationsOf(was), misses = violationsOf(is);
+    std::string broken;
+    for (std::size_t i = 0; i < after.constraints.size(); ++i)
+        for (std::size_t k = 0; k < before.constraints.size(); ++k)
+            if (before.constraints[k].id == after.constraints[i].id && missesBefore[k] < 1e-6 && misses[i] > 1e-4)
+                broken += spokenConstraint(after.constraints[i]) + " ";
+    return broken;
+}
+
+TEST(HostRefusal, OfAnyCallIsToldOrLeavesADrawingWhoseConstraintsHold) {
+    const Untouched untouched;
+    int all = 0, told = 0;
+    for (const std::string& edit : sweptEdits()) {
+        const int calls = countedCalls(edit);
+        all += calls;
+        for (int nth = 1; nth <= calls; ++nth) {
+            SCOPED_TRACE(edit + ", call " + std::to_string(nth) + " of " + std::to_string(calls) + " is refused");
+            Session session(untouched.document);
+            session.drawing().process().watch(true);
+            session.drawing().process().faults().refuseCall(nth);
+            const bool done = session.apply(edit).outcome.done();
+            session.drawing().process().watch(false);
+            told += done ? 0 : 1;
+            if (done) {
+                EXPECT_EQ(session.document(), session.drawing().document());
+                EXPECT_EQ(brokenIn(untouched.document, session.document()), "");
+            } else {
+                untouched.expectIn(session);
+                expectNextEditWorks(session);
+            }
+            if (testing::Test::HasFailure())
+                return;
+        }
+    }
+    std::cout << all << " host calls of " << sweptEdits().size() << " edits refused, " << told << " told\n";
 }
 
 TEST(Session, RecordsAnEditThatTheHostThrewFromAsRefused) {

@@ -9,6 +9,7 @@
 #include "geometry/Tolerances.h"
 #include "geometry/construction/Splitting.h"
 #include "geometry/curves/Parameters.h"
+#include "hosting/HostOpening.h"
 #include "hosting/HostShapes.h"
 
 namespace holdfast::editing {
@@ -106,9 +107,8 @@ std::string applyCut(EditContext& context, const std::string& name, const CutPie
     const bool isPolyline = first->isKindOf(YxDbPolyline::desc());
     const YxDbObjectId behind = keepsStart ? drawing.id(created) : isPolyline ? id : YxDbObjectId();
     const std::vector<YxDbObjectId> reactors = HostAccess::reactors(drawing.entity(name));
-    if (const YxSmartPtr<YxDbObject> second = YxDbObjectIdImpl::openObject(behind, YxDb::kForWrite, false);
-        !second.isNull())
-        centre.setSecondCurve(static_cast<YxDbEntity*>(second.get()));
+    if (!behind.isNull())
+        centre.setSecondCurve(opened<YxDbEntity>(behind, YxDb::kForWrite).get());
     if (behind == id)
         giveBack(drawing.entity(name), reactors);
     centre.deleteConstraint();

@@ -8,6 +8,7 @@
 #include "geometry/construction/Extending.h"
 #include "geometry/curves/Nearest.h"
 #include "geometry/curves/Parameters.h"
+#include "hosting/HostOpening.h"
 
 namespace holdfast::editing {
 
@@ -72,8 +73,8 @@ void moveEnd(EditContext& context, const std::string& name, CurveEnd end, const 
                                end == CurveEnd::start ? 1 : 2);
     context.edited.push_back(name);
     drawing.write(name, longer);
-    const YxSmartPtr<YxDbObject> open = YxDbObjectIdImpl::openObject(drawing.id(name), YxDb::kForRead, false);
-    centre.deleteConstraint(static_cast<const YxDbEntity*>(open.get()));
+    const auto open = opened<YxDbEntity>(drawing.id(name), YxDb::kForRead);
+    centre.deleteConstraint(open.get());
 }
 
 Extension resolved(const Extend& edit, const Drawing& drawing) {

@@ -1,22 +1,11 @@
 #include "editing/commands/fillet/FilletCurves.h"
 
-#include <algorithm>
-
 #include "commands/fillet/ConstraintFilletCmdCenter.h"
 
 namespace holdfast::editing {
 
-namespace {
-
-bool isHelper(const Document& document, const std::string& name) {
-    return std::any_of(document.entities.begin(), document.entities.end(),
-                       [&](const Entity& entity) { return entity.id == name && entity.construction; });
-}
-
-}  // namespace
-
 void addFilletArc(EditContext& context, const ArcShape& arc, const std::string& first, const std::string& second) {
-    context.drawing.add(arc, isHelper(context.drawing.document(), first) ? second : first);
+    context.drawing.add(arc, context.drawing.isConstruction(first) ? second : first);
 }
 
 std::string replaceOtherKind(EditContext& context, const FilletSide& side, const Shape& shape) {

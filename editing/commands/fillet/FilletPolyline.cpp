@@ -31,6 +31,8 @@ PolylineShape finished(const PolylineShape& polyline, const SegmentFillet& fille
 void filletWithin(EditContext& context, const std::string& polyline, const SegmentFillet& fillet) {
     Drawing& drawing = context.drawing;
     context.edited = {polyline};
+    if (fillet.sharp)
+        context.judgedAnew = {polyline};
     {
         const OpenPolyline open(drawing, polyline);
         drawing.write(polyline, fillet.counted);

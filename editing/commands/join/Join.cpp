@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include <yxbase/YxSmartPtr.h>
 #include <yxdb/YxDbPolyline.h>
 
 #include "commands/join/ConstraintJoinCmdCenter.h"
@@ -9,6 +8,7 @@
 #include "editing/commands/join/Chaining.h"
 #include "editing/commands/join/JoinedConstraints.h"
 #include "editing/commands/move/Moving.h"
+#include "hosting/HostOpening.h"
 
 namespace holdfast::editing {
 
@@ -30,9 +30,8 @@ void tellCentre(const EditContext& context, ConstraintJoinCmdCenter& centre, con
                 const ChainPiece& piece, const ChainLink& link) {
     if (!piece.isPolyline)
         return centre.joinLineArc(!link.isBefore);
-    const YxSmartPtr<YxDbPolyline> joined(YxDbObjectIdImpl::openObject(result, YxDb::kForRead, false));
-    const YxSmartPtr<YxDbPolyline> open(
-        YxDbObjectIdImpl::openObject(context.drawing.id(piece.name), YxDb::kForRead, false));
+    const auto joined = opened<YxDbPolyline>(result, YxDb::kForRead);
+    const auto open = opened<YxDbPolyline>(context.drawing.id(piece.name), YxDb::kForRead);
     centre.joinPolyline(joined.get(), open.get(), link.isBefore, link.touchesStart);
 }
 
@@ -48,6 +47,14 @@ void closeRing(const EditContext& context, const std::string& name) {
     context.drawing.write(name, ring);
 }
 
+std::vector<std::string> namesOf(const std::vector<ChainPiece>& pieces) {
+    std::vector<std::string> names;
+    names.reserve(pieces.size());
+    for (const ChainPiece& piece : pieces)
+        names.push_back(piece.name);
+    return names;
+}
+
 /// Joins into the main polyline, or into a new one. The centre runs while the pieces still have their vertices and
 /// the result has its final ones.
 void applyJoin(const EditContext& context, const std::vector<ChainPiece>& pieces, std::size_t main) {
@@ -55,7 +62,7 @@ void applyJoin(const EditContext& context, const std::vector<ChainPiece>& pieces
     const std::size_t middle = isNew ? 0 : main;
     const Chain chain = chainOf(pieces, middle);
     Drawing& drawing = context.drawing;
-    const Document before = drawing.document();
+    const Document before = drawing.around(namesOf(pieces));
     const std::string name = isNew ? drawing.add(chain.shape, pieces.front().name) : pieces[main].name;
     ConstraintJoinCmdCenter centre;
     centre.joinMainPolyline(drawing.id(name));

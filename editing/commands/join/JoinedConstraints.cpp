@@ -1,7 +1,7 @@
 #include "editing/commands/join/JoinedConstraints.h"
 
 #include <algorithm>
-#include <unordered_set>
+#include <vector>
 
 #include "document/EntityIndex.h"
 #include "document/checks/ConstraintCheck.h"
@@ -119,16 +119,16 @@ std::unordered_map<std::string, JoinedSegments> segmentsOf(const std::vector<Cha
 
 void carryOver(Drawing& drawing, const Document& before, const std::string& polyline,
                const std::unordered_map<std::string, JoinedSegments>& pieces) {
-    Document document = drawing.document();
+    std::vector<std::string> names{polyline};
+    for (const Entity& entity : before.entities)
+        names.push_back(entity.id);
+    Document document = drawing.around(names);
     const EntityIndex entities(document);
     const CarryOver carry(before, polyline, pieces,
                           std::get<PolylineShape>(entities.find(polyline)->shape).vertices.size());
-    std::unordered_set<std::string> known;
-    for (const Constraint& constraint : document.constraints)
-        known.insert(constraint.id);
     const std::size_t count = document.constraints.size();
     for (const Constraint& constraint : before.constraints) {
-        if (known.contains(constraint.id) || !carry.concerns(constraint))
+        if (drawing.hasConstraint(constraint.id) || !carry.concerns(constraint))
             continue;
         Constraint carried = carry.carried(constraint);
         if (!carry.isOneVertex(carried) && !faultIn(carried, entities))

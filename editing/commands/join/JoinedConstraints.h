@@ -23,7 +23,7 @@ std::unordered_map<std::string, JoinedSegments> segmentsOf(const std::vector<Cha
 
 /// Gives the polyline the constraints that held on its pieces and went with them, under their ids and with places on
 /// its segments. Coincidences of ends that are one vertex now stay away, as do those that hold no longer, switched-off
-/// ones and what owns or helps others. Linear in the drawing.
+/// ones and what owns or helps others. `before` is what stood around the pieces. Linear in it.
 void carryOver(Drawing& drawing, const Document& before, const std::string& polyline,
                const std::unordered_map<std::string, JoinedSegments>& pieces);
 

@@ -6,6 +6,7 @@
 
 #include "editing/Uses.h"
 #include "hosting/Drawing.h"
+#include "hosting/HostOpening.h"
 
 namespace holdfast::editing {
 
@@ -13,11 +14,11 @@ namespace holdfast::editing {
 class OpenPolyline {
 public:
     OpenPolyline(const Drawing& drawing, const std::string& name)
-        : m_open(YxDbObjectIdImpl::openObject(drawing.id(name), YxDb::kForWrite, false)) {}
-    YxDbPolyline* get() const { return static_cast<YxDbPolyline*>(m_open.get()); }
+        : m_open(opened<YxDbPolyline>(drawing.id(name), YxDb::kForWrite)) {}
+    YxDbPolyline* get() const { return m_open.get(); }
 
 private:
-    YxSmartPtr<YxDbObject> m_open;
+    YxSmartPtr<YxDbPolyline> m_open;
 };
 
 inline PolylineShape polylineShape(const Drawing& drawing, const std::string& name) {

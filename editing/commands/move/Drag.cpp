@@ -126,10 +126,21 @@ void hold(const EditContext& context, const Hold& held) {
 /// The module keeps one drag for all threads, so that they take turns.
 std::mutex g_oneDrag;
 
+/// The drag of the process ends with the edit, however that ends: its header belongs to this drawing.
+class DragOfThisEdit {
+public:
+    explicit DragOfThisEdit(const YxArray<YxDbObjectId>& ids) { LvConstraintDropData::init(ids); }
+    ~DragOfThisEdit() { LvConstraintDropData::reset(); }
+    DragOfThisEdit(const DragOfThisEdit&) = delete;
+    DragOfThisEdit& operator=(const DragOfThisEdit&) = delete;
+};
+
 /// Follows the cursor from where it was taken up, then drops; EditError when the last step found no place to drop at.
 void dragConstrained(const EditContext& context, const Hold& held, Vec2 by, int steps) {
     const std::lock_guard turn(g_oneDrag);
-    LvConstraintDropData::init(idsOf(context, held.names));
+    const DragOfThisEdit drag(idsOf(context, held.names));
+    if (LvConstraintDropData::mpAssocHeader == nullptr)
+        throw EditError("the host began no drag of " + held.names.front());
     hold(context, held);
     Preview preview;
     for (int step = 1; step <= steps; ++step) {
@@ -137,10 +148,8 @@ void dragConstrained(const EditContext& context, const Hold& held, Vec2 by, int 
         LvConstraintDropData::evaluate();
         LvConstraintDropData::draw(&preview);
     }
-    if (LvConstraintDropData::mpAssocHeader->dropChanged) {
-        LvConstraintDropData::reset();
+    if (LvConstraintDropData::mpAssocHeader->dropChanged)
         throw EditError("the constraints of the drawing do not allow this drag");
-    }
     LvConstraintDropData::setFlag(1);
     LvConstraintDropData::confirm();
     markChanged(context);

@@ -8,7 +8,6 @@
 #include "editing/Refusal.h"
 #include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
-#include "inference/PlaneCurves.h"
 
 namespace holdfast::editing {
 
@@ -81,8 +80,8 @@ bool staysInPlace(const Shape& shape, const Place& place, const StaysInPlace& st
 
 void refuseMovingFixed(const EditContext& context, const std::vector<std::string>& names,
                        const PlaneTransform& transform) {
-    const Document document = context.drawing.document();
-    const StaysInPlace stays(transform, kHolds * extentOf(document));
+    const Document document = context.drawing.around(names);
+    const StaysInPlace stays(transform, kHolds * context.drawing.extent());
     const std::unordered_set<std::string_view> moved(names.begin(), names.end());
     Evaluation refusal;
     for (const Constraint& constraint : document.constraints) {

@@ -116,7 +116,10 @@ bool canBeCopied(const Constraint& constraint, const std::unordered_map<std::str
 
 void copyConstraints(Drawing& drawing, const std::unordered_map<std::string, std::string>& copies,
                      const PlaneTransform& mirror) {
-    Document document = drawing.document();
+    std::vector<std::string> names;
+    for (const auto& [original, copy] : copies)
+        names.insert(names.end(), {original, copy});
+    Document document = drawing.around(names);
     const EntityIndex entities(document);
     const std::size_t count = document.constraints.size();
     for (std::size_t i = 0; i < count; ++i) {
@@ -138,7 +141,7 @@ void turnMeasures(Drawing& drawing, const std::vector<std::string>& names, const
     if (transform.scale != 1.0 || (!transform.mirrors && !isHalfTurn))
         return;
     const std::unordered_set<std::string_view> moved(names.begin(), names.end());
-    const Document document = drawing.document();
+    const Document document = drawing.around(names);
     const EntityIndex entities(document);
     for (const Constraint& constraint : document.constraints)
         if (std::all_of(constraint.refs.begin(), constraint.refs.end(),

@@ -2,11 +2,10 @@
 
 #include <unordered_set>
 
-#include <yxbase/YxSmartPtr.h>
-
 #include "document/checks/ShapeCheck.h"
 #include "geometry/GeometryError.h"
 #include "geometry/curves/Soundness.h"
+#include "hosting/HostOpening.h"
 
 namespace holdfast::editing {
 
@@ -46,8 +45,9 @@ void moveEntity(const EditContext& context, const std::string& name, const Plane
     const Shape shape = context.drawing.shape(name);
     if (!transform.mirrors || !isArc(shape))
         return writeEdited(context, name, transformed(shape, transform));
-    const YxSmartPtr<YxDbEntity> open(YxDbObjectIdImpl::openObject(context.drawing.id(name), YxDb::kForWrite, false));
-    open->transformBy(matrixOf(transform));
+    const auto open = opened<YxDbEntity>(context.drawing.id(name), YxDb::kForWrite);
+    if (open->transformBy(matrixOf(transform)) != Yxrt::eOk)
+        throw EditError("the host does not move " + name);
 }
 
 void writeEdited(const EditContext& context, const std::string& name, const Shape& shape) {

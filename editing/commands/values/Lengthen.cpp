@@ -1,6 +1,5 @@
 #include <cmath>
 
-#include <yxbase/YxSmartPtr.h>
 #include <yxdb/YxDbCurve.h>
 
 #include "commands/lengthen/ConstraintLengthenCmdCenter.h"
@@ -11,6 +10,7 @@
 #include "geometry/Tolerances.h"
 #include "geometry/curves/Lengths.h"
 #include "geometry/curves/Soundness.h"
+#include "hosting/HostOpening.h"
 #include "inference/PlaneCurves.h"
 
 namespace holdfast::editing {
@@ -20,7 +20,7 @@ namespace {
 /// Records the curve as it is; false for those that the centre does not follow.
 bool record(const EditContext& context, const std::string& name, ConstraintLengthenCmdCenter& centre) {
     const YxDbObjectId id = context.drawing.id(name);
-    const YxSmartPtr<YxDbObject> open = YxDbObjectIdImpl::openObject(id, YxDb::kForRead, false);
+    const auto open = opened<YxDbObject>(id, YxDb::kForRead);
     return open->isKindOf(YxDbCurve::desc()) && centre.addOriCurveInfo(static_cast<YxDbCurve*>(open.get()), id);
 }
 
@@ -29,7 +29,7 @@ void followWhole(const EditContext& context, const std::string& name, const Shap
     followPlaced(context, {name});
     refuseLess(context);
     const double length = lengthOf(wanted), reached = lengthOf(context.drawing.shape(name));
-    if (std::abs(reached - length) > kHolds * extentOf(context.drawing.document()))
+    if (std::abs(reached - length) > kHolds * context.drawing.extent())
         throw EditError("the constraints do not let " + name + " be " + spoken(length) + " long; it would become " +
                         spoken(reached));
 }
@@ -37,7 +37,7 @@ void followWhole(const EditContext& context, const std::string& name, const Shap
 /// The evaluator keeps the end where the user wants it and may move the other one. Where that costs the length, which
 /// is what the user asked for, the whole curve is to stay as it is.
 void followLengthened(const EditContext& context, const std::string& name, const Shape& wanted) {
-    const Document edited = context.drawing.document();
+    const DrawingChange edited = context.drawing.change();
     evaluate(context);
     const double length = lengthOf(wanted);
     if (std::abs(lengthOf(context.drawing.shape(name)) - length) <= kSamePoint * length)

@@ -173,7 +173,7 @@ bool isSolved(const EditContext& context, const Change& change) {
 /// The evaluator moves the entity. Where it read the change in another sense than it was meant (a turn clockwise
 /// arrives as one the other way), the host writes the value itself and has the others follow.
 void setConstrained(const EditContext& context, const Change& change, const Shape& wanted) {
-    const Document before = context.drawing.document();
+    const DrawingChange before = context.drawing.change();
     if (isSolved(context, change) && isThere(context.drawing.shape(change.name), change))
         return;
     putBack(context, before);

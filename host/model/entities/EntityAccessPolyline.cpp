@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/model/EntityAccess.h"
+#include "host/model/HostAccess.h"
 #include "host/src/EntityCheck.h"
 #include "host/src/yxdb/curves/BulgeSegment.h"
 
@@ -131,6 +132,7 @@ int EntityAccess::lastFreshIdentifier(const YxDbPolyline& polyline) {
 int EntityAccess::takeFreshIdentifier(YxDbPolyline& polyline) {
     if (polyline.m_lastFreshIdentifier == std::numeric_limits<int>::max())
         return 0;
+    HostAccess::tellChange(polyline);
     return ++polyline.m_lastFreshIdentifier;
 }
 
@@ -144,6 +146,7 @@ bool EntityAccess::isArc(const YxDbPolyline& polyline, std::size_t segment) {
 }
 
 int EntityAccess::numberVertex(YxDbPolyline& polyline, std::size_t index) {
+    HostAccess::tellChange(polyline);
     return polyline.m_vertices[index].identifier = takeFreshIdentifier(polyline);
 }
 

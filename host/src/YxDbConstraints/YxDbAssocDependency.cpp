@@ -56,6 +56,7 @@ Yxrt::ErrorStatus YxDbAssocDependency::detachFromObject() {
     YxDbObject* object = HostAccess::peek(m_object);
     if (object == nullptr)
         return Yxrt::eNotApplicable;
+    HostAccess::tellChange(*object);
     HostAccess::data(*object).reactors.remove(HostAccess::idOf(*this));
     m_object = YxDbObjectId();
     return Yxrt::eOk;

@@ -8,6 +8,7 @@
 #include <yxbase/YxGeVector3d.h>
 #include <yxdb/YxDbObject.h>
 
+#include "host/model/HostChanges.h"
 #include "host/src/yxdb/ReactorList.h"
 
 namespace holdfast {
@@ -36,8 +37,10 @@ struct YxDbObjectData {
 
 struct YxDbDatabaseData {
     std::vector<std::unique_ptr<YxDbStub>> stubs;  ///< by handle, from 1
+    std::vector<YxDbStub*> groups;                 ///< those of constraint groups
     YxGeVector3d ucsX, ucsY, paperUcsX, paperUcsY;
     bool tilemode = true;
-    bool isClosing = false;  ///< only now may resident objects be freed
+    holdfast::HostChanges* changes = nullptr;  ///< whom changes are told; null: nobody
+    bool isClosing = false;                    ///< only now may resident objects be freed
     YxDbObjectId modelSpace, paperSpace, currentSpace;
 };

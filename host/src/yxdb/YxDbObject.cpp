@@ -95,6 +95,8 @@ Yxrt::ErrorStatus open(const char* operation, const YxDbObjectId& id, int mode, 
         object = nullptr;
         return Yxrt::eWasErased;
     }
+    if (mode == YxDb::kForWrite)
+        HostAccess::tellChange(*object);
     YxDbObjectData& data = HostAccess::data(*object);
     data.openModes.push_back(mode == YxDb::kForWrite ? 1 : 0);
     data.writeOpens += data.openModes.back();

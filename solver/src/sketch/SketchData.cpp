@@ -202,7 +202,7 @@ double SketchData::size() const {
                 std::span(reference).subspan(static_cast<std::size_t>(entity.firstValue),
                                              static_cast<std::size_t>(entity.valueCount)));
     const double diagonal = extent.diagonal();
-    return diagonal > 0.0 && std::isfinite(diagonal) ? diagonal : 1.0;
+    return std::max(sizeAround, diagonal > 0.0 && std::isfinite(diagonal) ? diagonal : 1.0);
 }
 
 }  // namespace holdfast::solver::detail

@@ -94,6 +94,7 @@ struct SketchData {
     /// below what a drawing states.
     static constexpr double kTolerance = 1e-10;
     double tolerance = kTolerance;
+    double sizeAround = 0.0;  ///< of the drawing that the sketch is a part of; 0: it is the whole
 
     // Each returns the number of the new element. Throws SketchError for a shape that is none.
     int addLine(std::string id, Vec2 start, Vec2 end);
@@ -119,8 +120,8 @@ struct SketchData {
     /// The values of one segment's two vertices: first x of the start vertex, first x of the end vertex.
     int vertexValue(int entity, int vertex) const;
 
-    /// Length of the diagonal of the box around all geometry; 1 for an empty or pointlike sketch. Unbounded lines
-    /// count with their base point.
+    /// Length of the diagonal of the box around all geometry, at least that of the drawing around it; 1 for an empty or
+    /// pointlike sketch. Unbounded lines count with their base point.
     double size() const;
 
 private:
