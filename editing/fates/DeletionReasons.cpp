@@ -85,7 +85,7 @@ std::string lossOf(const Constraint& constraint, const LineShape& was, const Lin
     if (constraint.type == ConstraintType::vertical && dx > kSameDirection * length)
         return " is no longer vertical";
     if (constraint.type == ConstraintType::distance && constraint.refs.size() == 1 &&
-        std::abs(length - distance(was.start, was.end)) > kLevel * length)
+        std::abs(length - distance(was.start, was.end)) > kSameDirection * length)
         return " is no longer as long";
     return {};
 }

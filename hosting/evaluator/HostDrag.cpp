@@ -116,7 +116,7 @@ EditRequest HostDrag::demandFor(const YxGeMatrix3d& transform) const {
 /// Near the edited entities first, as the session itself does not look farther in most cases.
 SolveResult HostDrag::step(const YxGeMatrix3d& transform) {
     SolveResult result = stepWithin(transform);
-    if (!m_host.isCut || (result.isSolved() && m_miss <= kFollowed * m_host.sketch.size() && !m_host.reachesBorder()))
+    if (!m_host.isCut || (result.isSolved() && m_miss <= kHolds * m_host.sketch.size() && !m_host.reachesBorder()))
         return result;
     // Steps are computed from the beginning, and the drawing has not changed since.
     m_previews.clear();
