@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "solver/src/diagnosis/Conflict.h"
 #include "solver/src/solving/Solve.h"
 #include "tests/solver/Sketch.h"
 
@@ -171,6 +172,17 @@ TEST(Diagnose, NamesTheSmallestSetsOfEachContradiction) {
     EXPECT_EQ(conflictsIn("line a 0,0 10,1; line b 0,5 9,7; parallel a b; perpendicular a b"), "c0 c1");
     EXPECT_EQ(conflictsIn("line a 0,0 10,1; line b 0,5 9,7; parallel a b; perpendicular a b; distance a = 8"), "c0 c1");
     EXPECT_EQ(conflictsIn("circle c 0,0 5; radius c = 5; radius c = 6; radius c = 7"), "c0 c1; c0 c2");
+}
+
+TEST(FindConflict, IsNotMistakenByALineThatTwoTargetsWouldCollapse) {
+    SketchText sketch("line a 0,0 0,10; horizontal a");
+    const int x = sketch.valueOf("a.start");
+    const std::vector<Target> upright{{x, 0}, {x + 1, 0}, {x + 2, 0}, {x + 3, 10}};
+    const ConflictSet conflict = findConflict(sketch.sketch, bindingConstraints(sketch.sketch), upright);
+    EXPECT_EQ(sketch.namesOf(conflict.constraints), "c0");
+    // Level with both ends at x = 0 leaves it no length; with one of the three gone it has one.
+    EXPECT_THAT(conflict.targets, ElementsAre(0, 2));
+    EXPECT_TRUE(conflict.isMinimal);
 }
 
 TEST(Diagnose, CallsNothingRedundantThatIsInConflict) {

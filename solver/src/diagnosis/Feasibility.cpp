@@ -51,7 +51,7 @@ public:
         for (int round = 0; round <= m_state.system().unknownCount; ++round) {
             const std::vector<int> seeds = m_state.violated();
             if (seeds.empty())
-                return !m_state.degeneracyInConstants();
+                return isSoundInConstants(static_cast<int>(care));
             if (!solvePart(seeds.front(), static_cast<int>(care)))
                 return false;
         }
@@ -74,26 +74,44 @@ private:
         if (solve(part, 0.0))
             return true;
         // What has collapsed needs its other values too, which no equation may join with those of the part.
-        const std::vector<int> whole = entitiesAround(part);
-        for (int i = 1; i < starts && !m_effort.isSpent(); ++i) {
+        return solveShaken(entitiesAround(part), starts);
+    }
+
+    bool solveShaken(const std::vector<int>& unknowns, int starts) {
+        for (int i = 1; i < starts && !unknowns.empty() && !m_effort.isSpent(); ++i) {
             const double way = static_cast<double>(i - 1) / std::max(starts - 2, 1);
-            if (solve(whole, kFirstShake * std::pow(kLastShake / kFirstShake, way)))
+            if (solve(unknowns, kFirstShake * std::pow(kLastShake / kFirstShake, way)))
                 return true;
         }
         return false;
     }
 
+    /// An element that constants have collapsed may open again by its other values.
+    bool isSoundInConstants(int starts) {
+        const auto flaw = m_state.degeneracyInConstants();
+        if (!flaw)
+            return true;
+        if (flaw->entity < 0)
+            return false;
+        std::vector<int> seeds;
+        addUnknownsOf(flaw->entity, seeds);
+        return solveShaken(m_state.neighbourhood().partOf(seeds), starts) && !m_state.degeneracyInConstants() &&
+               m_state.violated().empty();
+    }
+
     std::vector<int> entitiesAround(std::span<const int> part) {
-        const EquationSystem& system = m_state.system();
         std::vector<int> seeds(part.begin(), part.end());
-        for (const int number : entitiesOf(system, part)) {
-            const SketchEntity& entity = m_extract.sketch().entities[at(number)];
-            for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount; ++v) {
-                if (system.links[at(v)].unknown >= 0)
-                    seeds.push_back(system.links[at(v)].unknown);
-            }
-        }
+        for (const int number : entitiesOf(m_state.system(), part))
+            addUnknownsOf(number, seeds);
         return m_state.neighbourhood().partOf(seeds);
+    }
+
+    void addUnknownsOf(int number, std::vector<int>& unknowns) const {
+        const SketchEntity& entity = m_extract.sketch().entities[at(number)];
+        for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount; ++v) {
+            if (m_state.system().links[at(v)].unknown >= 0)
+                unknowns.push_back(m_state.system().links[at(v)].unknown);
+        }
     }
 
     /// From where the entities are, shaken by a part of the sketch's size.
