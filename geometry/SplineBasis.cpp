@@ -1,6 +1,7 @@
 #include "geometry/SplineBasis.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
 namespace holdfast::geometry {
@@ -136,6 +137,7 @@ double distanceTo(const CurveSample& s, Vec2 p) {
 }  // namespace
 
 SplineRange splineRange(const SplineKnots& spline) {
+    assert(spline.degree >= 1 && spline.knots.size() > at(2 * spline.degree + 1));
     return {spline.knots[at(spline.degree)], spline.knots[spline.knots.size() - at(spline.degree) - 1]};
 }
 
@@ -148,6 +150,8 @@ bool isClampedAtEnd(const SplineKnots& spline) {
 }
 
 SplineBasis splineBasis(const SplineKnots& spline, double param) {
+    assert(spline.degree >= 1 && spline.degree <= SplineBasis::kMaxDegree);
+    assert(spline.weights.empty() || spline.weights.size() == at(spline.controlCount));
     const double t = inRange(spline, param);
     const int span = spanOf(spline, t);
     const Table table = basisTable(spline, span, t);
@@ -166,6 +170,7 @@ SplineBasis splineBasis(const SplineKnots& spline, double param) {
 }
 
 Vec2 pointOf(const SplineBasis& basis, std::span<const Vec2> control) {
+    assert(control.size() == at(basis.controlCount));
     Vec2 sum;
     for (int i = 0; i < basis.count; ++i)
         sum = sum + basis.by[0][at(i)] * control[at(basis.control(i))];
@@ -173,6 +178,7 @@ Vec2 pointOf(const SplineBasis& basis, std::span<const Vec2> control) {
 }
 
 double nearestSplineParam(const SplineKnots& spline, std::span<const double> control, Vec2 p) {
+    assert(control.size() == at(2 * spline.controlCount));
     const SplineRange range = splineRange(spline);
     const int samples = 16 * spline.controlCount;
     double best = range.first, bestDistance = distanceTo(sample(spline, control, best), p);

@@ -1,6 +1,7 @@
 #include <holdfast/solver/Drag.h>
 
 #include <algorithm>
+#include <cassert>
 
 #include "solver/src/api/Running.h"
 #include "solver/src/sketch/Measure.h"
@@ -104,6 +105,7 @@ SolveResult DragSession::State::step(std::span<const Vec2> goals) {
 
 /// Notes what has moved. Cost: the numbers of what has.
 void DragSession::State::accept(const detail::SolveResult& found) {
+    assert(accepted.size() == sketch.data.values.size());
     for (const detail::Movement& movement : found.movements) {
         const detail::SketchEntity& entity = sketch.data.entities[detail::at(movement.entity)];
         const auto numbers = sketch.data.valuesOf(movement.entity);

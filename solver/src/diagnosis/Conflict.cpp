@@ -1,6 +1,7 @@
 #include "solver/src/diagnosis/Conflict.h"
 
 #include <algorithm>
+#include <cassert>
 #include <utility>
 
 #include "solver/src/residuals/EquationSystem.h"
@@ -28,6 +29,7 @@ public:
         std::vector<int> all(m_targets.size() + m_constraints.size());
         for (std::size_t i = 0; i < all.size(); ++i)
             all[i] = static_cast<int>(i);
+        assert(std::is_sorted(m_constraints.begin(), m_constraints.end()));
         if (m_effort.isSpent() || holds(all, Care::quick) || m_effort.isSpent())
             return {};
         std::vector<int> items = explain({}, false, all);
@@ -179,6 +181,7 @@ ConflictSet findConflict(const SketchData& sketch, std::span<const int> constrai
     if (!set.isEmpty() || effort.isSpent())
         return set;
     const std::vector<int> all = bindingConstraints(sketch);
+    assert(std::includes(all.begin(), all.end(), constraints.begin(), constraints.end()));
     return all.size() == constraints.size() ? set : findAmong(sketch, all, targets, effort);
 }
 

@@ -1,6 +1,7 @@
 #include "solver/src/diagnosis/Extract.h"
 
 #include <algorithm>
+#include <cassert>
 
 #include "solver/src/sketch/Index.h"
 
@@ -9,6 +10,7 @@ namespace holdfast::solver::detail {
 Extract::Extract(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets)
     : m_source(sketch) {
     m_sketch.tolerance = sketch.tolerance;
+    assert(sketch.reference.size() == sketch.values.size());
     for (const int c : constraints) {
         for (const SketchPlace& place : sketch.constraints[at(c)].refs)
             take(place.entity);
@@ -22,6 +24,7 @@ Extract::Extract(const SketchData& sketch, std::span<const int> constraints, std
 }
 
 int Extract::entityOfValue(int value) const {
+    assert(value >= 0 && at(value) < m_source.values.size());
     const auto after = std::upper_bound(m_source.entities.begin(), m_source.entities.end(), value,
                                         [](int v, const SketchEntity& e) { return v < e.firstValue; });
     return static_cast<int>(after - m_source.entities.begin()) - 1;

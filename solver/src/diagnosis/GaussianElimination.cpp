@@ -1,6 +1,7 @@
 #include "solver/src/diagnosis/GaussianElimination.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <functional>
 #include <utility>
@@ -23,6 +24,7 @@ GaussianElimination::GaussianElimination(int columnCount)
       m_isTouched(at(columnCount), 0) {}
 
 void GaussianElimination::put(int column, double value) {
+    assert(column >= 0 && at(column) < m_work.size());
     m_work[at(column)] += value;
     if (m_isTouched[at(column)])
         return;
@@ -96,6 +98,7 @@ bool GaussianElimination::add(const Entries& entries) {
 }
 
 void GaussianElimination::removeLast() {
+    assert(!m_rows.empty());
     m_rowOfPivot[at(m_rows.back().pivot)] = -1;
     for (const auto& [column, value] : m_rows.back().entries)
         --m_useCount[at(column)];
@@ -109,6 +112,7 @@ int GaussianElimination::countIndependent(const std::vector<Entries>& rows) {
     const int count = rank() - before;
     while (rank() > before)
         removeLast();
+    assert(rank() == before);
     return count;
 }
 

@@ -1,6 +1,7 @@
 #include "solver/src/diagnosis/Motion.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <numeric>
 #include <random>
@@ -100,6 +101,7 @@ private:
 }  // namespace
 
 Shaking shake(const SketchData& sketch, EquationSystem& system, std::span<const int> unknowns) {
+    assert(!unknowns.empty());
     return Shaker(sketch, system, unknowns).run();
 }
 

@@ -1,6 +1,7 @@
 #include "solver/src/diagnosis/ValueSpace.h"
 
 #include <algorithm>
+#include <cassert>
 
 #include "geometry/ConstraintKinds.h"
 #include "solver/src/diagnosis/GaussianElimination.h"
@@ -104,6 +105,8 @@ private:
 
 std::map<int, int> sparesInValues(const SketchData& sketch, const EquationSystem& merged, const EquationSystem& plain,
                                   const std::vector<char>& isAsked) {
+    assert(isAsked.size() == sketch.constraints.size());
+    assert(merged.figureValueCount == plain.figureValueCount);
     return ValueSpace(sketch, merged, plain).spares(isAsked);
 }
 

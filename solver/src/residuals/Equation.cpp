@@ -168,6 +168,7 @@ const ResidualFunction& functionOf(const EquationSet& set, const Equation& equat
 }  // namespace
 
 void EquationSet::add(Equation form, std::initializer_list<Operand> operands) {
+    assert(operands.size() <= form.operands.size() && form.rows >= 1 && form.rows <= kMaxRows);
     form.firstInput = static_cast<int>(inputs.size());
     std::size_t k = 0;
     int locals = 0;
@@ -183,6 +184,7 @@ void EquationSet::add(Equation form, std::initializer_list<Operand> operands) {
     }
     if (form.slack >= 0)
         inputs.push_back(form.slack);
+    assert(form.function >= 0 || locals <= kMaxLocals);
     form.locals = static_cast<std::uint8_t>(locals);
     form.inputCount = static_cast<int>(inputs.size()) - form.firstInput;
     equations.push_back(form);

@@ -1,6 +1,7 @@
 #include "solver/src/residuals/EquationSystem.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <utility>
 
@@ -18,6 +19,7 @@ constexpr double kRelativeAim = 1e-13;
 }  // namespace
 
 ListTable tabulate(int listCount, std::span<const std::pair<int, int>> pairs) {
+    assert(listCount >= 0);
     ListTable table;
     table.starts.assign(at(listCount) + 1, 0);
     for (const auto& [list, item] : pairs)
@@ -43,10 +45,12 @@ double EquationSystem::meanOf(int unknown, std::span<const double> from) const {
         sum += w * link.sign * (from[at(v)] - link.offset);
         weight += w;
     }
+    assert(weight > 0.0);
     return sum / weight;
 }
 
 void EquationSystem::assign(int unknown, double x) {
+    assert(unknown >= 0 && unknown < unknownCount);
     for (const int v : valuesOfUnknown[unknown])
         values[at(v)] = links[at(v)].sign * x + links[at(v)].offset;
 }

@@ -1,6 +1,7 @@
 #include "solver/src/sketch/SketchData.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <limits>
 
@@ -186,16 +187,19 @@ int SketchData::addConstraint(SketchConstraint constraint) {
 }
 
 std::span<const double> SketchData::valuesOf(int entity) const {
+    assert(entity >= 0 && static_cast<std::size_t>(entity) < entities.size());
     const SketchEntity& e = entities[static_cast<std::size_t>(entity)];
     return std::span(values).subspan(static_cast<std::size_t>(e.firstValue), static_cast<std::size_t>(e.valueCount));
 }
 
 int SketchData::vertexValue(int entity, int vertex) const {
     const SketchEntity& e = entities[static_cast<std::size_t>(entity)];
+    assert(e.vertexCount > 0 && vertex >= 0 && vertex <= e.vertexCount);
     return e.firstValue + 2 * (vertex % e.vertexCount);
 }
 
 double SketchData::size() const {
+    assert(reference.size() == values.size());
     Extent extent;
     for (const SketchEntity& entity : entities)
         include(extent, entity,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cassert>
 #include <string>
 #include <utility>
 #include <variant>
@@ -44,7 +45,10 @@ public:
     }
 
     /// Only when it is not done.
-    const Error& error() const { return *std::get_if<1>(&m_content); }
+    const Error& error() const {
+        assert(!isDone());
+        return *std::get_if<1>(&m_content);
+    }
 
 private:
     std::variant<T, Error> m_content;
