@@ -120,6 +120,17 @@ class Program(unittest.TestCase):
         self.assertIn("nine (distance a, 9)", result.stdout)
         self.assertFalse(out.exists())
 
+    def test_solve_lists_each_conflict_once_and_calls_none_of_it_redundant(self):
+        contrary = json.loads(json.dumps(CORNER))
+        contrary["constraints"].append(constraint("upright", "vertical", ("a", "whole")))
+        path = self.file("contrary.json", contrary)
+        found = json.loads(self.run_program("solve", path, "--json").stdout)
+        self.assertEqual(len(found["conflicts"]), 1, found["conflicts"])
+        self.assertIn("upright", found["conflicts"][0])
+        self.assertEqual(len(found["conflicts"][0]), 2)
+        self.assertEqual(set(found["redundant"]) & set(found["conflicts"][0]), set())
+        self.assertEqual(self.run_program("solve", path, "--explain").stdout.count("cannot hold together: "), 1)
+
     def test_solve_explains_what_is_redundant(self):
         double = json.loads(json.dumps(CORNER))
         double["constraints"].append(constraint("again", "horizontal", ("a", "whole")))
