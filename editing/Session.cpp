@@ -145,7 +145,8 @@ void Session::rollBack() noexcept {
         if (m_evaluator != nullptr && m_drawing->isUntouched()) {
             m_drawing->process().endOfCommand();
             m_evaluator->endCommand();
-            if (hostState().copies.empty())  // else somebody left one behind
+            // Else somebody left a copy behind, or an object open.
+            if (hostState().copies.empty() && HostAccess::openCount(m_drawing->process().database()) == 0)
                 return;
         }
         openAgain();

@@ -75,6 +75,10 @@ int HostAccess::openCount(const YxDbObject& object) {
     return static_cast<int>(data(object).openModes.size());
 }
 
+int HostAccess::openCount(const YxDbDatabase& database) {
+    return database.m_data->opens;
+}
+
 bool HostAccess::isWritable(const YxDbObject& object) {
     return data(object).stub == nullptr || data(object).writeOpens > 0;
 }

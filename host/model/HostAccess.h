@@ -41,6 +41,8 @@ struct HostAccess {
     static void replaceObject(const YxDbObjectId& id, std::unique_ptr<YxDbObject> successor);
     static bool isErased(const YxDbObjectId& id);
     static int openCount(const YxDbObject& object);
+    /// Of all objects of a database.
+    static int openCount(const YxDbDatabase& database);
     static bool isWritable(const YxDbObject& object);
     static std::vector<YxDbObjectId> allIds(const YxDbDatabase& database);
     /// From now on the database tells its changes; null: to nobody.

@@ -39,7 +39,7 @@ const Document& Session::document() const {
     return m_session->document();
 }
 
-const Document& Session::original() const {
+Document Session::original() const {
     return m_session->original();
 }
 

@@ -1,8 +1,11 @@
+#include <algorithm>
+
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
 #include "editing/commands/move/FixedPlaces.h"
 #include "editing/commands/move/MirroredConstraints.h"
 #include "editing/commands/move/Moving.h"
+#include "hosting/HostShapes.h"
 
 namespace holdfast::editing {
 
@@ -37,12 +40,14 @@ void perform(const Mirror& edit, EditContext& context) {
         return addMirrored(context, names, mirror);
     context.edited = names;
     refuseMovingFixed(context, names, mirror);
-    context.opensAgain = true;
     turnMeasures(context.drawing, names, mirror);
     for (const std::string& name : names)
         moveEntity(context, name, mirror);
     followPlaced(context, names);
     refuseLess(context);
+    context.opensAgain = std::any_of(names.begin(), names.end(), [&](const std::string& name) {
+        return isSeenFromBelow(context.drawing.entity(name));
+    });
 }
 
 }  // namespace holdfast::editing

@@ -41,6 +41,7 @@ struct YxDbDatabaseData {
     YxGeVector3d ucsX, ucsY, paperUcsX, paperUcsY;
     bool tilemode = true;
     holdfast::HostChanges* changes = nullptr;  ///< whom changes are told; null: nobody
+    int opens = 0;                             ///< references that hold its objects open
     bool isClosing = false;                    ///< only now may resident objects be freed
     YxDbObjectId modelSpace, paperSpace, currentSpace;
 };

@@ -63,6 +63,7 @@ void YxDbObject::referenceTaken() const {
     }
     m_data->openModes.push_back(m_data->openModes.back());
     m_data->writeOpens += m_data->openModes.back();
+    ++HostAccess::data(*m_data->stub->database).opens;
 }
 
 void YxDbObject::referenceReleased() const {
@@ -75,6 +76,7 @@ void YxDbObject::referenceReleased() const {
     m_data->writeOpens -= m_data->openModes.back();
     m_data->openModes.pop_back();
     m_data->givenBack = m_data->openModes.empty();
+    --HostAccess::data(*m_data->stub->database).opens;
     hostCall("release", this);
 }
 
@@ -101,6 +103,7 @@ Yxrt::ErrorStatus open(const char* operation, const YxDbObjectId& id, int mode, 
     data.openModes.push_back(mode == YxDb::kForWrite ? 1 : 0);
     data.writeOpens += data.openModes.back();
     data.givenBack = false;
+    ++HostAccess::data(*data.stub->database).opens;
     return Yxrt::eOk;
 }
 

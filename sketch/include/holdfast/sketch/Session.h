@@ -45,10 +45,11 @@ public:
     Session(Session&&) noexcept;
     Session& operator=(Session&&) noexcept;
 
-    /// The drawing as it is now, valid until the next edit.
+    /// The drawing as it is now, valid until the next edit. Cost: what was edited since this was asked last; one pass
+    /// when something was made or erased.
     const Document& document() const;
-    /// The drawing as it was given.
-    const Document& original() const;
+    /// The drawing as it was given. Cost: a copy.
+    Document original() const;
 
     /// Does one edit. What cannot be done is no exception but a result with an error. Throws std::bad_alloc, and
     /// nothing has changed, when there is no memory even to say that. Undo{} takes the last edit back that was done.
