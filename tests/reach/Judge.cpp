@@ -20,8 +20,11 @@ constexpr double kShrunk = 0.01, kAway = 1e4;
 /// Sizes that differ by less than this part of themselves have stayed.
 constexpr double kStayed = 1e-6;
 
-/// Changed sizes that are tried in one drawing; each costs a solve.
-constexpr int kMostSizes = 12;
+/// Changed sizes that are tried in one drawing, each by a solve: fewer in a large one, where a solve costs more.
+constexpr std::size_t kMostSizes = 12, kMostSizesTimesEntities = 600;
+
+/// Sets of more constraints than this are no explanation, and not tried without each member.
+constexpr std::size_t kMostMembers = 30;
 
 /// The length of a line, or the radius of a circle or an arc; nothing for others.
 std::optional<double> sizeOf(const SketchData& sketch, int number) {
@@ -98,8 +101,8 @@ int sizesInVain(const SketchData& before, const SketchData& after, const std::ve
         else
             changed.push_back(i);
     }
-    if (changed.size() > kMostSizes)
-        changed.resize(kMostSizes);
+    const std::size_t most = std::min(kMostSizes, kMostSizesTimesEntities / before.entities.size());
+    changed.resize(std::min(changed.size(), most));
     int inVain = 0;
     for (const int i : changed) {
         SketchData more = held;
@@ -132,7 +135,7 @@ bool canHold(SketchData sketch) {
 }  // namespace
 
 bool isProvenConflict(const SketchData& before, const SketchData& asked, const std::vector<int>& constraints) {
-    if (constraints.empty())
+    if (constraints.empty() || constraints.size() > kMostMembers)
         return false;
     SketchData start = asked;
     start.values = start.reference = before.values;

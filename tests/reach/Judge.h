@@ -13,7 +13,7 @@ bool isSoundAfter(const SketchData& before, const SketchData& after);
 
 /// How many lengths of lines and radii changed although the same edit with them as constants can be solved, those that
 /// did not change held as well. `after` has the constraints and values behind the edit; targets are what it asked for.
-/// Costs a solve for each changed size, of which a dozen are tried.
+/// Costs a solve for each changed size, of which a dozen are tried, fewer in a large drawing.
 int sizesInVain(const SketchData& before, const SketchData& after, const std::vector<Target>& targets);
 
 /// True when the named constraints cannot hold together, with the targets, and any one of them left out frees the
