@@ -45,9 +45,10 @@ bool reachesDimension(const SketchData& start, int constraint, double value, int
 std::string answerOf(const SketchData& sketch, const SolveResult& result) {
     if (result.conflicting.empty())
         return result.degeneracy ? result.degeneracy->what : "no way was found";
-    std::string names = "conflict of";
-    for (const int c : result.conflicting)
-        names += " " + sketch.constraints[at(c)].id;
+    constexpr std::size_t most = 8;
+    std::string names = "conflict of " + std::to_string(result.conflicting.size()) + ":";
+    for (std::size_t i = 0; i < std::min(most, result.conflicting.size()); ++i)
+        names += " " + sketch.constraints[at(result.conflicting[i])].id;
     return names;
 }
 
