@@ -9,6 +9,7 @@
 #include "editing/EditError.h"
 #include "editing/Uses.h"
 #include "editing/fates/DeletionReasons.h"
+#include "editing/fates/FateReport.h"
 #include "hosting/Drawing.h"
 #include "hosting/evaluator/HostEvaluator.h"
 
@@ -22,6 +23,7 @@ struct EditContext {
     std::vector<std::string> edited{};  ///< the entities that the user edited, by name
     /// Entities whose constraints the host judges after the module, which looked at vertices that are no longer there.
     std::vector<std::string> judgedAnew{};
+    Shortfall shortfall{};  ///< of an edit that comes as near as it can
     /// The session is to open the drawing anew afterwards, in which arcs are seen from above again.
     bool opensAgain = false;
 };

@@ -63,4 +63,19 @@ std::string refusalOf(const Evaluation& evaluation, const Document& document, co
            "; try a smaller step or delete a constraint";
 }
 
+std::vector<std::string> remarksOn(const Shortfall& shortfall, const Document& document,
+                                   const std::vector<std::string>& edited) {
+    std::vector<std::string> remarks;
+    if (shortfall.by > 0.0)
+        remarks.push_back("ends " + spoken(shortfall.by) + " short of what was asked" +
+                          (shortfall.heldBackBy.empty()
+                               ? std::string()
+                               : ", held back by " + listOf(shortfall.heldBackBy, document, edited)));
+    if (!shortfall.leftAlone.empty())
+        remarks.push_back("did not hold before and " + std::string(shortfall.leftAlone.size() == 1 ? "is" : "are") +
+                          " left as " + (shortfall.leftAlone.size() == 1 ? "it was: " : "they were: ") +
+                          listOf(shortfall.leftAlone, document, edited));
+    return remarks;
+}
+
 }  // namespace holdfast::editing

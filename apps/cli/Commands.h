@@ -14,6 +14,7 @@ struct ShowOptions {
     std::string drawing;
     std::string output;  ///< an SVG file, or empty
     bool json = false;
+    bool list = false;  ///< every entity and constraint by name
 };
 int show(const ShowOptions& options);
 

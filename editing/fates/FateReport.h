@@ -53,9 +53,19 @@ struct EntityOutcome {
     friend bool operator==(const EntityOutcome&, const EntityOutcome&) = default;
 };
 
+/// How far an edit that comes as near as it can stayed from what was asked.
+struct Shortfall {
+    double by = 0.0;                        ///< in the drawing's length unit, at worst; 0: none
+    std::vector<std::string> heldBackBy{};  ///< ids of the constraints that cause it, in drawing order, if known
+    std::vector<std::string> leftAlone{};   ///< ids of constraints that did not hold before and were not looked at
+    friend bool operator==(const Shortfall&, const Shortfall&) = default;
+};
+
 struct EditOutcome {
     std::string text;   ///< as the user typed it
     std::string error;  ///< why it was refused; empty: it was done
+    Shortfall shortfall{};
+    std::vector<std::string> remarks{};  ///< what a user should know about an edit that was done, a sentence each
     bool done() const { return error.empty(); }
     friend bool operator==(const EditOutcome&, const EditOutcome&) = default;
 };

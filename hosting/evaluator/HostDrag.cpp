@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 
@@ -11,6 +12,7 @@
 #include "hosting/HostShapes.h"
 #include "hosting/evaluator/EditRequests.h"
 #include "solver/src/sketch/Index.h"
+#include "solver/src/sketch/Measure.h"
 
 namespace holdfast::hosting {
 
@@ -79,7 +81,28 @@ std::vector<int> handlesOf(const SketchData& sketch, const std::vector<int>& ent
     return handles;
 }
 
+bool isFinite(const YxGeMatrix3d& transform) {
+    for (int row = 0; row < 2; ++row)
+        for (const int column : {0, 1, 3})
+            if (!std::isfinite(transform(row, column)))
+                return false;
+    return true;
+}
+
+std::vector<int> brokenIn(const SketchData& sketch) {
+    const std::vector<double> misses = violationsOf(sketch);
+    const double most = kHolds * sketch.size();
+    std::vector<int> broken;
+    for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
+        if (!(misses[c] <= most))
+            broken.push_back(static_cast<int>(c));
+    return broken;
+}
+
 }  // namespace
+
+HostDrag::Following::Following(const SketchData& drawn, const std::vector<int>& handles, const KeptSizes& sizes)
+    : sketch(drawn), session(sketch, handles, Scope::rings, sizes) {}
 
 HostDrag::HostDrag(Drawing& drawing, const AssocConstraintHeader& header, std::vector<std::string> names)
     : m_drawing(drawing),
@@ -91,11 +114,15 @@ HostDrag::HostDrag(Drawing& drawing, const AssocConstraintHeader& header, std::v
 }
 
 void HostDrag::begin() {
+    m_drawn = m_host.sketch;
     m_edited = m_host.numbersOf(m_drawing, m_editedIds);
-    m_held = heldPoints(m_host.sketch, m_edited, m_points);
-    m_session.reset();
-    m_dragged = m_host.sketch;
-    m_session = std::make_unique<DragSession>(m_dragged, handlesOf(m_host.sketch, m_edited, m_held));
+    m_held = heldPoints(m_drawn, m_edited, m_points);
+    m_handles = handlesOf(m_drawn, m_edited, m_held);
+    m_broken = brokenIn(m_drawn);
+    m_isLeaving = false;
+    m_firm.reset();
+    m_taken = nullptr;
+    m_free = std::make_unique<Following>(m_drawn, m_handles, KeptSizes{});
 }
 
 /// Targets stand in the order of the handles.
@@ -115,6 +142,7 @@ EditRequest HostDrag::demandFor(const YxGeMatrix3d& transform) const {
 
 /// Near the edited entities first, as the session itself does not look farther in most cases.
 SolveResult HostDrag::step(const YxGeMatrix3d& transform) {
+    ++m_steps;
     SolveResult result = stepWithin(transform);
     if (!m_host.isCut || (result.isSolved() && m_miss <= kHolds * m_host.sketch.size() && !m_host.reachesBorder()))
         return result;
@@ -125,35 +153,102 @@ SolveResult HostDrag::step(const YxGeMatrix3d& transform) {
     return stepWithin(transform);
 }
 
-/// The drag session follows quickly where the constraints let everything through. Where they do not, the edited
-/// entities keep their sizes if they can, and else come as near as they can.
 SolveResult HostDrag::stepWithin(const YxGeMatrix3d& transform) {
     const EditRequest request = demandFor(transform);
     std::vector<double> goals;
     for (const Target& target : request.targets)
         goals.push_back(target.goal);
-    SolveResult followed = m_session->step(goals);
-    if (!followed.isSolved() || m_session->miss() > kHolds * m_host.sketch.size()) {
-        SketchData firm = m_host.sketch;
-        firm.values = m_host.drawn;
-        SolveResult kept = meet(firm, request);
-        if (kept.isSolved() || !followed.isSolved()) {
-            if (kept.isSolved())
-                take(firm.values, shortfallOf(firm, request));
+    SolveResult result;
+    result.status = SolveStatus::unreached;
+    if (!isFinite(transform) || goals.size() != m_handles.size())
+        return result;  // the entities' host would not move them either
+    result = follow(request, goals);
+    if (m_isLeaving || m_broken.empty() || (result.isSolved() && !breaksWhatHeld()))
+        return result;
+    leaveBroken();
+    return follow(request, goals);
+}
+
+SolveResult HostDrag::follow(const EditRequest& request, const std::vector<double>& goals) {
+    m_taken = nullptr;
+    const SolveResult followed = m_free->session.step(goals);
+    if (followed.isSolved() && m_free->session.miss() <= kHolds * m_drawn.size()) {
+        m_taken = m_free.get();
+        take(m_free->sketch.values, m_free->session.miss());
+        return followed;
+    }
+    return yield(request, goals, followed);
+}
+
+/// Where the constraints do not let everything through, entities that are held whole keep their sizes if they can. What
+/// the first step of a drag cannot follow to may be reached on another way; later ones must not leave theirs.
+SolveResult HostDrag::yield(const EditRequest& request, const std::vector<double>& goals, const SolveResult& followed) {
+    if (m_held.empty()) {
+        if (m_firm == nullptr)
+            m_firm = std::make_unique<Following>(m_drawn, m_handles, KeptSizes{m_edited, 0.0});
+        const SolveResult kept = m_firm->session.step(goals);
+        if (kept.isSolved()) {
+            m_taken = m_firm.get();
+            take(m_firm->sketch.values, m_firm->session.miss());
             return kept;
         }
     }
-    take(m_dragged.values, m_session->miss());
+    if (m_steps == 1 || !followed.isSolved()) {
+        SketchData direct = m_drawn;
+        const SolveRequest exactly{.targets = request.targets, .edited = request.edited, .namesConflicts = false};
+        SolveResult reached = solve(direct, exactly);
+        if (reached.isSolved()) {
+            take(direct.values, shortfallOf(direct, request));
+            return reached;
+        }
+    }
+    if (followed.isSolved()) {
+        m_taken = m_free.get();
+        take(m_free->sketch.values, m_free->session.miss());
+    }
     return followed;
 }
 
+std::vector<int> HostDrag::brokenNow() const {
+    return m_broken.empty() ? std::vector<int>() : brokenIn(m_host.sketch);
+}
+
+std::vector<int> HostDrag::leftAlone() const {
+    const std::vector<int> now = brokenNow();
+    std::vector<int> left;
+    std::set_intersection(now.begin(), now.end(), m_broken.begin(), m_broken.end(), std::back_inserter(left));
+    return left;
+}
+
+bool HostDrag::breaksWhatHeld() const {
+    const std::vector<int> now = brokenNow();
+    return !std::includes(m_broken.begin(), m_broken.end(), now.begin(), now.end());
+}
+
+void HostDrag::leaveBroken() {
+    for (const int c : m_broken)
+        m_drawn.constraints[at(c)].active = false;
+    m_isLeaving = true;
+    m_host.sketch.values = m_host.drawn;
+    m_firm.reset();
+    m_free = std::make_unique<Following>(m_drawn, m_handles, KeptSizes{});
+}
+
 void HostDrag::land(const YxGeMatrix3d& transform) {
-    const EditRequest request = demandFor(transform);
-    if (m_miss > kHolds * m_host.sketch.size())
+    if (m_taken == nullptr)
         return;
-    SketchData exact = m_host.sketch;
-    if (solve(exact, {.targets = request.targets, .edited = request.edited, .namesConflicts = false}).isSolved())
-        take(exact.values, shortfallOf(exact, request));
+    m_taken->session.land();
+    SketchData landed = m_drawn;
+    landed.values = m_taken->sketch.values;
+    take(landed.values, shortfallOf(landed, demandFor(transform)));
+}
+
+std::vector<int> HostDrag::holdingBack(const YxGeMatrix3d& transform) const {
+    const EditRequest request = demandFor(transform);
+    SketchData sketch = m_drawn;
+    for (const int c : leftAlone())
+        sketch.constraints[at(c)].active = false;
+    return solve(sketch, {.targets = request.targets, .edited = request.edited}).conflicting;
 }
 
 void HostDrag::take(const std::vector<double>& values, double miss) {

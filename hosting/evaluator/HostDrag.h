@@ -12,7 +12,11 @@ namespace holdfast::hosting {
 
 /// Edited entities that follow a transform step by step, from where they were when the drag began, and the previews of
 /// what moves with them. Where the header lists points, the user holds the edited entities at these only: the points
-/// follow the transform as far as the constraints let them, and the rest follows the points.
+/// follow the transform as far as the constraints let them, and the rest follows the points. Entities that are held
+/// whole keep their sizes where they cannot follow.
+///
+/// Constraints that do not hold when the drag begins are met where they can be; where that would break others, or where
+/// nothing would move, they are left as they are.
 ///
 /// Looks at the surroundings of the edited entities, and from the first step that moves what lies farther away on at
 /// all that hangs on them.
@@ -26,8 +30,8 @@ public:
     /// Solves for the transform since the beginning. A failed step leaves the one before it in place.
     SolveResult step(const YxGeMatrix3d& transform);
 
-    /// Takes the little away by which a drag step gives way: where the constraints let the last step be met, it is met
-    /// to the last digit.
+    /// Takes away what the last step has left open: the edited entities are where they were asked to be, or as near to
+    /// it as the constraints let them, to the last digits.
     void land(const YxGeMatrix3d& transform);
 
     /// How far the last step stayed behind the transform, at worst.
@@ -36,14 +40,34 @@ public:
     /// The drawing as it was when the drag began, and the sketch as the last step has left it.
     const HostSketch& host() const { return m_host; }
 
+    /// The constraints that keep the edited entities from following the transform, ascending; those of a smallest set
+    /// where one can be found. Costs a refused solve.
+    std::vector<int> holdingBack(const YxGeMatrix3d& transform) const;
+
+    /// Constraints that did not hold when the drag began and do not hold now, ascending. Linear in the drawing if there
+    /// were any.
+    std::vector<int> leftAlone() const;
+
     /// Puts a copy of everything that has moved into the header's list of what is drawn, edited entities first. The
     /// header owns the copies and they are used again in the next step.
     void preview(const Drawing& drawing, AssocConstraintHeader& header);
 
 private:
+    /// What a session moves, and the session.
+    struct Following {
+        Following(const SketchData& drawn, const std::vector<int>& handles, const KeptSizes& sizes);
+        SketchData sketch;
+        DragSession session;
+    };
+
     void begin();
     SolveResult stepWithin(const YxGeMatrix3d& transform);
     EditRequest demandFor(const YxGeMatrix3d& transform) const;
+    SolveResult follow(const EditRequest& request, const std::vector<double>& goals);
+    SolveResult yield(const EditRequest& request, const std::vector<double>& goals, const SolveResult& followed);
+    std::vector<int> brokenNow() const;
+    bool breaksWhatHeld() const;
+    void leaveBroken();
     void take(const std::vector<double>& values, double miss);
 
     Drawing& m_drawing;
@@ -51,10 +75,15 @@ private:
     YxArray<YxDbObjectId> m_editedIds;
     YxArray<YxGePoint3d> m_points;
     HostSketch m_host;
+    SketchData m_drawn;  ///< as the drag began, without what is left alone
     std::vector<int> m_edited;
     std::vector<int> m_held;  ///< the first of each two coordinates of a held point; empty: all of the edited is held
-    SketchData m_dragged;     ///< what the session moves
-    std::unique_ptr<DragSession> m_session;
+    std::vector<int> m_handles;
+    std::unique_ptr<Following> m_free, m_firm;  ///< the second keeps the edited entities' sizes
+    Following* m_taken = nullptr;               ///< whose values the last step took; null: neither's
+    std::vector<int> m_broken;                  ///< constraints that did not hold when the drag began
+    bool m_isLeaving = false;
+    int m_steps = 0;
     std::unordered_map<int, YxDbEntity*> m_previews;
     double m_miss = 0.0;
 };

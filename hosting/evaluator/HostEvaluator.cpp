@@ -334,15 +334,21 @@ bool HostEvaluator::drag(AssocConstraintHeader& header) {
     }
     if (m_drag == nullptr)
         return solveAround({}, [](HostSketch&) { return EditRequest(); });
+    // Whatever the step throws, it has failed then and shows nothing.
+    header.dropChanged = true;
+    if (header.dragActive)
+        header.entitiesToDraw.setLogicalLength(0);
     const SolveResult result = m_drag->step(header.dragTransform);
     if (result.isSolved() && !header.dragActive)
         m_drag->land(header.dragTransform);
     note(m_drag->host(), result, m_drag->miss());
     header.dropChanged = !result.isSolved();
     if (header.dragActive) {
-        m_drag->preview(m_drawing, header);
+        if (result.isSolved())
+            m_drag->preview(m_drawing, header);
         return result.isSolved();
     }
+    noteShortfall(header.dragTransform);
     if (result.isSolved()) {
         writeMoved(m_drawing, m_drag->host());
         m_drawing.markSolved();
@@ -350,6 +356,12 @@ bool HostEvaluator::drag(AssocConstraintHeader& header) {
     header.entitiesToDraw.setLogicalLength(0);
     m_drag.reset();
     return result.isSolved();
+}
+
+void HostEvaluator::noteShortfall(const YxGeMatrix3d& transform) {
+    m_last.leftAlone = namesOf(m_drag->host().sketch, m_drag->leftAlone());
+    if (m_last.solved && m_last.miss > 0.0)
+        m_last.heldBackBy = namesOf(m_drag->host().sketch, m_drag->holdingBack(transform));
 }
 
 /// After a cancelled drag there is nothing to do. After one that the host has finished itself the edited entities are

@@ -27,6 +27,8 @@ struct Evaluation {
     std::string worst;                     ///< id of the constraint that holds worst; empty: none
     double residual = 0.0;                 ///< of that one, as a length
     double miss = 0.0;                     ///< how far the edit stayed from what was asked; 0: it was met
+    std::vector<std::string> heldBackBy;   ///< the constraints that made a drag miss, in drawing order
+    std::vector<std::string> leftAlone;    ///< constraints that did not hold before a drag, and need not afterwards
     int iterations = 0;
     std::vector<std::pair<std::string, double>> movements;  ///< entities that moved, and how far
 };
@@ -85,6 +87,7 @@ private:
     bool drag(AssocConstraintHeader& header);
     bool endDrag(AssocConstraintHeader& header);
     void putBack(const AssocConstraintHeader& header);
+    void noteShortfall(const YxGeMatrix3d& transform);
     void note(const HostSketch& host, const SolveResult& result, double miss);
 
     /// An edit that was met in part only, and the sketch that it began with.

@@ -200,6 +200,8 @@ std::string editLines(const FateReport& report, const TableStyle& style) {
         text += style.colours ? std::string(kBold) + line + std::string(kReset) + "\n" : line + "\n";
         if (!edit.done())
             text += (style.colours ? "  \x1b[31mrefused\x1b[0m: " : "  refused: ") + shown(edit.error) + "\n";
+        for (const std::string& remark : edit.remarks)
+            text += "  " + shown(remark) + "\n";
     }
     return text.empty() ? text : text + "\n";
 }

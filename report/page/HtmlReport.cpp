@@ -83,8 +83,12 @@ private:
     }
 
     static std::string editItem(const EditOutcome& edit) {
+        std::string remarks;
+        for (const std::string& remark : edit.remarks)
+            remarks += "<p>" + escaped(remark) + "</p>";
         if (edit.done())
-            return "<li class=\"done\">" + fateIcon("kept") + "<code>" + escaped(edit.text) + "</code></li>\n";
+            return "<li class=\"done\">" + fateIcon("kept") + "<code>" + escaped(edit.text) + "</code>" + remarks +
+                   "</li>\n";
         return "<li class=\"refused\">" + fateIcon("deleted") + "<code>" + escaped(edit.text) +
                "</code><p><b>Refused:</b> " + escaped(edit.error) + "</p></li>\n";
     }

@@ -45,6 +45,10 @@ Json editJson(const EditOutcome& edit) {
     Json json{{"text", edit.text}, {"done", edit.done()}};
     if (!edit.done())
         json["error"] = edit.error;
+    if (edit.shortfall.by > 0.0)
+        json["shortfall"] = {{"by", edit.shortfall.by}, {"held_back_by", edit.shortfall.heldBackBy}};
+    if (!edit.shortfall.leftAlone.empty())
+        json["left_alone"] = edit.shortfall.leftAlone;
     return json;
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 #include <yxbase/YxSmartPtr.h>
 
@@ -48,6 +49,19 @@ TEST(EvaluatedDrag, KeepsItsPreviewsFromStepToStep) {
         dragTo(translation(step, 0));
     EXPECT_EQ(HostAccess::adopted(hosted.header()).size(), copies);
     LvConstraintDropData::cancel();
+}
+
+TEST(EvaluatedDrag, ShowsNothingWhereAStepFails) {
+    Hosted hosted(corner());
+    LvConstraintDropData::init(hosted.ids({"a"}));
+    dragTo(translation(2, 3));
+    dragTo(translation(std::numeric_limits<double>::infinity(), 0));
+    EXPECT_TRUE(hosted.header().dropChanged);
+    EXPECT_TRUE(hosted.header().entitiesToDraw.isEmpty());
+    dragTo(translation(1, 0));
+    EXPECT_EQ(previewsOf(hosted).size(), 2u);
+    LvConstraintDropData::cancel();
+    EXPECT_EQ(hosted.drawing.document(), corner());
 }
 
 TEST(EvaluatedDrag, IsWrittenWhenTheHostConfirms) {

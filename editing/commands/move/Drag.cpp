@@ -14,6 +14,7 @@
 #include "editing/commands/move/Moving.h"
 #include "editing/text/EditText.h"
 #include "geometry/Vec2.h"
+#include "inference/PlaneCurves.h"
 
 namespace holdfast::editing {
 
@@ -136,7 +137,7 @@ public:
 };
 
 /// Follows the cursor from where it was taken up, then drops; EditError when the last step found no place to drop at.
-void dragConstrained(const EditContext& context, const Hold& held, Vec2 by, int steps) {
+void dragConstrained(EditContext& context, const Hold& held, Vec2 by, int steps) {
     const std::lock_guard turn(g_oneDrag);
     const DragOfThisEdit drag(idsOf(context, held.names));
     if (LvConstraintDropData::mpAssocHeader == nullptr)
@@ -154,6 +155,11 @@ void dragConstrained(const EditContext& context, const Hold& held, Vec2 by, int 
     LvConstraintDropData::confirm();
     markChanged(context);
     evaluate(context);
+    const Evaluation& last = context.evaluator.last();
+    constexpr double exact = 1e-9;  // parts of the drawing's extent
+    const bool isShort = last.miss > exact * extentOf(context.drawing.document());
+    context.shortfall = {isShort ? last.miss : 0.0, isShort ? last.heldBackBy : std::vector<std::string>(),
+                         last.leftAlone};
 }
 
 void dragFree(const EditContext& context, const Hold& held, Vec2 by) {

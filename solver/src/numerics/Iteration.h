@@ -21,6 +21,8 @@ struct IterationLimits {
     /// Asked at each point on the way while sliding: may it be passed? The margin is 1 at the beginning and more on the
     /// way, so that a way that ended at a border can be taken up again.
     std::function<bool(double margin)> isSound;
+    /// At the nearest point, goes on beyond what the pull itself can show: to the last digits of the coordinates.
+    bool sharpens = false;
     Budget* budget = nullptr;  ///< or none: then only the numbers above bound the iterations
 };
 

@@ -60,7 +60,37 @@ public:
         return outcome;
     }
 
+    /// Near the nearest point the pull is so flat that no step can be seen to help: half the digits of the place are
+    /// still open. Steps that know the bends are taken on trust then, as long as they shrink.
+    void sharpen() {
+        double last = kTrusted * m_system.size;
+        for (int i = 0; i < kMostSharpening && last > m_system.aim && maySpend(m_limits.budget); ++i) {
+            m_stepper.linearise(m_x);
+            std::transform(m_pull.targets.begin(), m_pull.targets.end(), m_x.begin(), m_wish.begin(), std::minus<>());
+            if (!m_multiplier.empty())
+                m_stepper.useHessian(m_multiplier);
+            if (!m_stepper.factorise(kLeastDamping))
+                return;
+            const auto found = m_stepper.tangentialStep(m_wish);
+            const std::vector<double> way(found.begin(), found.end());
+            m_multiplier.assign(m_stepper.multiplier().begin(), m_stepper.multiplier().end());
+            const double reach = m_stepper.reach(way);
+            if (!(reach < last) || !trusts(moved(m_x, way, 1.0)))
+                return;
+            last = kShrinks * reach;
+        }
+    }
+
 private:
+    bool trusts(std::vector<double> next) {
+        m_isStale = false;
+        if (!returnsByPolishing(next) || (m_isGuarded && !m_limits.isSound(1.0)))
+            return false;
+        m_residualNow = m_residualOfNext;
+        m_x = std::move(next);
+        return true;
+    }
+
     Outcome step() {
         m_stepper.linearise(m_x);
         m_wish.resize(m_x.size());
@@ -163,6 +193,9 @@ private:
     }
 
     static constexpr int kMostRestoring = 10;
+    static constexpr int kMostSharpening = 8;
+    static constexpr double kTrusted = 1e-4;  // of the size: farther away the nearest point is not at hand
+    static constexpr double kShrinks = 0.5;   // what a step may be of the one before; Newton's shrink far faster
     static constexpr double kMargin = 2.0;
     static constexpr double kRounding = 1e-14;  // of the pull: no step that promises less can be seen to help
 
@@ -197,6 +230,8 @@ IterationReport slide(Subproblem& subproblem, const Pull& pull, std::vector<doub
         outcome = slider.advance();
         report.isNearest = outcome == Slider::Outcome::nearest;
     }
+    if (limits.sharpens && report.isNearest)
+        slider.sharpen();
     report.residual = slider.finish();
     return report;
 }

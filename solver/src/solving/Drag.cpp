@@ -45,6 +45,12 @@ constexpr double kMostStrides = 2000.0;
 
 constexpr int kFirstRings = 2;
 
+/// Rounds of a landing, each of which takes away all but a ten-thousandth or less of the handles' compliance.
+constexpr int kMostRounds = 5;
+
+/// Handles within this part of the sketch's size are where they should be: rounding of some hundred coordinates.
+constexpr double kArrived = 1e-12;
+
 }  // namespace
 
 struct DragSession::State {
@@ -61,8 +67,11 @@ struct DragSession::State {
     double hopelessMiss = 0.0;          ///< the miss at which not even the whole part could help
     std::vector<double> hopelessGoals;
 
-    State(SketchData& f, std::vector<int> h, Scope r)
-        : sketch(f), handles(std::move(h)), reach(r), workspace(sketch, buildSystem(sketch)) {
+    State(SketchData& f, std::vector<int> h, Scope r, const KeptSizes& sizes)
+        : sketch(f),
+          handles(std::move(h)),
+          reach(r),
+          workspace(sketch, buildSystem(sketch, bindingConstraints(sketch), sizes)) {
         for (const int v : handles) {
             if (const int unknown = workspace.system().links[at(v)].unknown; unknown >= 0)
                 seeds.push_back(unknown);
@@ -261,6 +270,112 @@ struct DragSession::State {
         return ways(pull, subproblem->read()).second < kWorthwhile * ways(pull, found).second;
     }
 
+    /// Where the handles' unknowns, which are the first of the subproblem, are asked to be: handles that constraints
+    /// have made one meet in the middle.
+    std::vector<double> seedGoals(std::span<const double> wanted) {
+        const EquationSystem& system = workspace.system();
+        std::vector<double> sums(seeds.size(), 0.0), counts(seeds.size(), 0.0);
+        for (std::size_t i = 0; i < wanted.size(); ++i) {
+            const ValueLink& link = system.links[at(handles[i])];
+            if (link.unknown < 0)
+                continue;
+            const auto seed = std::lower_bound(seeds.begin(), seeds.end(), link.unknown) - seeds.begin();
+            sums[at(static_cast<int>(seed))] += link.sign * (wanted[i] - link.offset);
+            counts[at(static_cast<int>(seed))] += 1.0;
+        }
+        for (std::size_t j = 0; j < sums.size(); ++j)
+            sums[j] /= counts[j];
+        return sums;
+    }
+
+    double farthestOfSeeds(std::span<const double> x, std::span<const double> wanted) const {
+        double most = 0.0;
+        for (std::size_t j = 0; j < wanted.size(); ++j)
+            most = std::max(most, std::abs(x[j] - wanted[j]) * subproblem->metric()[j]);
+        return most;
+    }
+
+    IterationLimits sharp() {
+        IterationLimits limits = careful();
+        limits.sharpens = true;
+        return limits;
+    }
+
+    /// Only the handles pull, the rest follows them from where it is: so the compliance shrinks with every round.
+    /// Where they come nearest.
+    std::vector<double> nearestHandles(std::span<const double> wanted, int& iterations) {
+        for (int round = 0; round < kMostRounds; ++round) {
+            const std::vector<double> x = subproblem->read();
+            Pull pull = workspace.pullOf(*subproblem);
+            std::copy(x.begin(), x.end(), pull.targets.begin());
+            std::copy(wanted.begin(), wanted.end(), pull.targets.begin());
+            const Attempt attempt = workspace.trySettling(*subproblem, x, sharp(), pull);
+            iterations += attempt.iterations;
+            const std::vector<double> next = subproblem->read();
+            if (!attempt.isSolved) {
+                subproblem->write(x);
+                break;
+            }
+            if (farthestOfSeeds(next, std::span(x).first(wanted.size())) <= workspace.system().aim)
+                break;
+        }
+        std::vector<double> reached = subproblem->read();
+        reached.resize(wanted.size());
+        return reached;
+    }
+
+    /// The least movement with the handles at goals that they can reach: what they still yield is carried over to the
+    /// wishes, as a method of multipliers does.
+    bool arrive(std::span<const double> reachable, int& iterations) {
+        Pull pull = workspace.pullOf(*subproblem);
+        std::copy(reachable.begin(), reachable.end(), pull.targets.begin());
+        std::fill_n(pull.weights.begin(), reachable.size(), kHandleEmphasis * kHandleEmphasis);
+        for (std::size_t j = 0; j < reachable.size(); ++j)
+            pull.weights[j] *= subproblem->metric()[j] * subproblem->metric()[j];
+        const double same = kArrived * workspace.system().size;
+        for (int round = 0; round < kMostRounds; ++round) {
+            const Attempt attempt = workspace.trySettling(*subproblem, subproblem->read(), sharp(), pull);
+            iterations += attempt.iterations;
+            const std::vector<double> x = subproblem->read();
+            if (!attempt.isSolved)
+                return false;
+            if (farthestOfSeeds(x, reachable) <= workspace.system().aim)
+                break;
+            for (std::size_t j = 0; j < reachable.size(); ++j)
+                pull.targets[j] += reachable[j] - x[j];
+        }
+        return farthestOfSeeds(subproblem->read(), reachable) <= same && putHandlesOn(reachable);
+    }
+
+    /// To the last bit, as the equations hold there as well as anywhere near.
+    bool putHandlesOn(std::span<const double> reachable) {
+        const std::vector<double> near = subproblem->read();
+        std::vector<double> x = near, residual;
+        std::copy(reachable.begin(), reachable.end(), x.begin());
+        subproblem->evaluate(x, residual);
+        if (largest(residual) > workspace.system().tolerance)
+            subproblem->write(near);
+        return true;
+    }
+
+    Attempt land() {
+        Attempt attempt;
+        attempt.isSolved = true;
+        if (goals.empty() || seeds.empty())
+            return attempt;
+        const std::vector<double> found = subproblem->read();
+        const double missBefore = miss();
+        std::vector<double> wanted = seedGoals(goals);
+        if (!isMet())
+            wanted = nearestHandles(wanted, attempt.iterations);
+        const std::vector<double> nearest = subproblem->read();
+        if (!arrive(wanted, attempt.iterations))
+            subproblem->write(nearest);
+        if (miss() > missBefore + kArrived * workspace.system().size)
+            subproblem->write(found);
+        return attempt;
+    }
+
     /// The system's values of the subproblem as the sketch has them.
     void undo() {
         EquationSystem& system = workspace.system();
@@ -288,8 +403,8 @@ struct DragSession::State {
     }
 };
 
-DragSession::DragSession(SketchData& sketch, std::vector<int> handles, Scope reach)
-    : m_state(std::make_unique<State>(sketch, std::move(handles), reach)) {}
+DragSession::DragSession(SketchData& sketch, std::vector<int> handles, Scope reach, const KeptSizes& sizes)
+    : m_state(std::make_unique<State>(sketch, std::move(handles), reach, sizes)) {}
 
 DragSession::~DragSession() = default;
 DragSession::DragSession(DragSession&&) noexcept = default;
@@ -311,6 +426,17 @@ SolveResult DragSession::step(std::span<const double> goals, Budget* budget) {
     }
     result.status = attempt.degeneracy ? SolveStatus::degenerate : SolveStatus::unreached;
     state.undo();
+    return result;
+}
+
+SolveResult DragSession::land(Budget* budget) {
+    State& state = *m_state;
+    state.workspace.setBudget(budget);
+    const Attempt attempt = state.land();
+    state.workspace.setBudget(nullptr);
+    SolveResult result;
+    result.iterations = attempt.iterations;
+    state.takeOver(result);
     return result;
 }
 

@@ -17,7 +17,8 @@ class DragSession {
 public:
     /// The handles are values of the sketch, the same in every step. The sketch outlives the session and changes
     /// through it only. Throws SketchError for a constraint that its elements cannot have.
-    DragSession(SketchData& sketch, std::vector<int> handles, Scope reach = Scope::rings);
+    /// Elements of `sizes` keep their lengths, radii, bulges and sweeps, as if constraints said so.
+    DragSession(SketchData& sketch, std::vector<int> handles, Scope reach = Scope::rings, const KeptSizes& sizes = {});
     ~DragSession();
     DragSession(DragSession&&) noexcept;
     DragSession& operator=(DragSession&&) noexcept;
@@ -27,6 +28,12 @@ public:
     /// make an element collapse or turn inside out stops there, even where elements farther away could give way.
     /// When the budget runs out the sketch stays as it is.
     SolveResult step(std::span<const double> goals, Budget* budget = nullptr);
+
+    /// Ends the drag: what the handles' compliance has left of the last step is taken away. Handles that can arrive do,
+    /// to rounding; others are as near to their goals as the constraints let them come, and everything else is nearest
+    /// to where it was when the session began, for just these places of the handles. A few iterations; when they fail
+    /// the sketch stays as the last step has left it.
+    SolveResult land(Budget* budget = nullptr);
 
     /// How far the handles are from the goals of the last step, at worst.
     double miss() const;

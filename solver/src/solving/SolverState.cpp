@@ -136,11 +136,16 @@ std::optional<Degeneracy> SolverState::degeneracyInConstants() const {
 }
 
 Attempt SolverState::trySettling(Subproblem& subproblem, std::vector<double> x, IterationLimits limits) {
+    return trySettling(subproblem, std::move(x), std::move(limits), pullOf(subproblem));
+}
+
+Attempt SolverState::trySettling(Subproblem& subproblem, std::vector<double> x, IterationLimits limits,
+                                 const Pull& pull) {
     limits.isSound = [&](double margin) {
         return !degeneracyIn(subproblem.entities(), subproblem.senses(), margin).has_value();
     };
     limits.budget = m_budget;
-    const IterationReport report = settle(subproblem, pullOf(subproblem), x, limits);
+    const IterationReport report = settle(subproblem, pull, x, limits);
     Attempt attempt{report.isSatisfied, report.isNearest, report.iterations, report.residual, std::nullopt};
     if (attempt.isSolved)
         attempt.degeneracy = degeneracyIn(subproblem.entities(), subproblem.senses());

@@ -47,6 +47,8 @@ public:
 
     /// One subproblem from x: settles it and looks for flaws.
     Attempt trySettling(Subproblem& subproblem, std::vector<double> x, IterationLimits limits);
+    /// The same with a pull of one's own.
+    Attempt trySettling(Subproblem& subproblem, std::vector<double> x, IterationLimits limits, const Pull& pull);
 
     Pull pullOf(const Subproblem& subproblem) const;
     std::span<const double> startValues() const { return m_start; }

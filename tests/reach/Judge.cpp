@@ -1,0 +1,148 @@
+#include "tests/reach/Judge.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <optional>
+
+#include "solver/src/residuals/EquationSystem.h"
+#include "solver/src/sketch/Degeneracy.h"
+#include "solver/src/sketch/Index.h"
+#include "solver/src/sketch/Measure.h"
+
+namespace holdfast::reach {
+
+namespace {
+
+/// Nothing shrinks below this part of what it was, and nothing goes farther away than so many times the size.
+constexpr double kShrunk = 0.01, kAway = 1e4;
+
+/// Sizes that differ by less than this part of themselves have stayed.
+constexpr double kStayed = 1e-6;
+
+/// Changed sizes that are tried in one drawing, each by a solve: fewer in a large one, where a solve costs more.
+constexpr std::size_t kMostSizes = 12, kMostSizesTimesEntities = 600;
+
+/// Sets of more constraints than this are no explanation, and not tried without each member.
+constexpr std::size_t kMostMembers = 30;
+
+/// The length of a line, or the radius of a circle or an arc; nothing for others.
+std::optional<double> sizeOf(const SketchData& sketch, int number) {
+    const SketchEntity& entity = sketch.entities[at(number)];
+    const std::span<const double> v = sketch.valuesOf(number);
+    if (entity.kind == EntityKind::line)
+        return std::hypot(v[2] - v[0], v[3] - v[1]);
+    if (entity.kind == EntityKind::circle || entity.kind == EntityKind::arc)
+        return v[2];
+    return {};
+}
+
+int hold(SketchData& sketch, int number, double size) {
+    const bool isLine = sketch.entities[at(number)].kind == EntityKind::line;
+    SketchConstraint constraint;
+    constraint.id = "held";
+    constraint.type = isLine ? ConstraintType::distance : ConstraintType::radius;
+    constraint.refs = {{number, PlaceKind::whole, 0}};
+    constraint.value = size;
+    return sketch.addConstraint(std::move(constraint));
+}
+
+bool isNear(double a, double b) {
+    return std::abs(a - b) <= kStayed * std::max(std::abs(a), std::abs(b));
+}
+
+bool hasShrunk(const SketchData& before, const SketchData& after) {
+    for (int i = 0; i < static_cast<int>(before.entities.size()); ++i) {
+        const std::optional<double> was = sizeOf(before, i), is = sizeOf(after, i);
+        if (was && is && *was > 0.0 && *is < kShrunk * *was)
+            return true;
+    }
+    return false;
+}
+
+bool isFarAway(const SketchData& before, const SketchData& after) {
+    const double most = kAway * before.size();
+    for (std::size_t v = 0; v < before.values.size(); ++v) {
+        if (!(std::abs(after.values[v] - before.values[v]) <= most))
+            return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+double worstResidual(const SketchData& before, const SketchData& after) {
+    const std::vector<double> misses = violationsOf(after);
+    return *std::max_element(misses.begin(), misses.end()) / before.size();
+}
+
+bool isSoundAfter(const SketchData& before, const SketchData& after) {
+    if (hasShrunk(before, after) || isFarAway(before, after))
+        return false;
+    SketchData judged = after;
+    judged.reference = before.values;
+    const EquationSystem system = buildSystem(judged);
+    std::vector<int> entities(judged.entities.size()), equations(system.set.equations.size());
+    std::iota(entities.begin(), entities.end(), 0);
+    std::iota(equations.begin(), equations.end(), 0);
+    return !findFlaw(judged, system, entities) && !findTurnedTangency(judged, system, sensesOf(system, equations));
+}
+
+int sizesInVain(const SketchData& before, const SketchData& after, const std::vector<Target>& targets) {
+    SketchData held = after;
+    held.values = held.reference = before.values;
+    std::vector<int> changed;
+    for (int i = 0; i < static_cast<int>(before.entities.size()); ++i) {
+        const std::optional<double> was = sizeOf(before, i), is = sizeOf(after, i);
+        if (!was || !is || before.entities[at(i)].fixed)
+            continue;
+        if (isNear(*was, *is))
+            hold(held, i, *was);
+        else
+            changed.push_back(i);
+    }
+    const std::size_t most = std::min(kMostSizes, kMostSizesTimesEntities / before.entities.size());
+    changed.resize(std::min(changed.size(), most));
+    int inVain = 0;
+    for (const int i : changed) {
+        SketchData more = held;
+        hold(more, i, *sizeOf(before, i));
+        SketchData tried = more;
+        const SolveRequest request{.targets = targets, .reach = Scope::part, .namesConflicts = false};
+        if (!solve(tried, request).isSolved() || !isSoundAfter(before, tried))
+            continue;
+        held = std::move(more);
+        ++inVain;
+    }
+    return inVain;
+}
+
+namespace {
+
+SketchData onlyWith(const SketchData& sketch, const std::vector<int>& constraints, int without) {
+    SketchData part = sketch;
+    for (SketchConstraint& constraint : part.constraints)
+        constraint.active = false;
+    for (const int c : constraints)
+        part.constraints[at(c)].active = c != without && sketch.constraints[at(c)].active;
+    return part;
+}
+
+bool canHold(SketchData sketch) {
+    return solve(sketch, {.reach = Scope::part, .namesConflicts = false}).isSolved();
+}
+
+}  // namespace
+
+bool isProvenConflict(const SketchData& before, const SketchData& asked, const std::vector<int>& constraints) {
+    if (constraints.empty() || constraints.size() > kMostMembers)
+        return false;
+    SketchData start = asked;
+    start.values = start.reference = before.values;
+    if (canHold(onlyWith(start, constraints, -1)))
+        return false;
+    return std::all_of(constraints.begin(), constraints.end(),
+                       [&](int c) { return canHold(onlyWith(start, constraints, c)); });
+}
+
+}  // namespace holdfast::reach
