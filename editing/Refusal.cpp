@@ -1,6 +1,7 @@
 #include "editing/Refusal.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "document/Names.h"
 #include "editing/EditContext.h"
@@ -50,7 +51,9 @@ std::string spokenConstraint(const Constraint& constraint) {
     return words + ")";
 }
 
-std::string refusalOf(const Evaluation& evaluation, const Document& document, const std::vector<std::string>& edited) {
+namespace {
+
+std::string reasonOf(const Evaluation& evaluation, const Document& document, const std::vector<std::string>& edited) {
     if (!evaluation.conflicting.empty())
         return "the constraints do not allow it: " + listOf(evaluation.conflicting, document, edited) +
                (evaluation.conflicting.size() == 1 ? " stands" : " stand") +
@@ -61,6 +64,23 @@ std::string refusalOf(const Evaluation& evaluation, const Document& document, co
     return "the solver found no way to keep the constraints" +
            (worst == nullptr ? std::string() : ", worst " + spokenConstraint(*worst)) +
            "; try a smaller step or delete a constraint";
+}
+
+/// How far the edit could be followed; nothing when it was stopped at once.
+std::string reachOf(const Evaluation& evaluation) {
+    const double percent = std::floor(100.0 * evaluation.followed);
+    if (percent < 1.0)
+        return {};
+    std::string words;
+    for (const LedDimension& led : evaluation.led)
+        words += "; " + led.id + " could be led from " + spoken(led.from) + " to " + spoken(led.to);
+    return words.empty() ? "; it could be followed for " + spoken(percent) + " % of its way" : words;
+}
+
+}  // namespace
+
+std::string refusalOf(const Evaluation& evaluation, const Document& document, const std::vector<std::string>& edited) {
+    return reasonOf(evaluation, document, edited) + reachOf(evaluation);
 }
 
 std::vector<std::string> remarksOn(const Shortfall& shortfall, const Document& document,

@@ -80,6 +80,17 @@ void tellRedundant(const Findings& found) {
         std::cout << "cannot hold together: " << found.words(conflict) << '\n';
 }
 
+void tellReached(const Findings& found) {
+    const SolveResult& result = found.result;
+    if (!result.reached || result.reached->part <= 0.0)
+        return;
+    for (std::size_t i = 0; i < result.reached->dimensions.size(); ++i) {
+        const ValueGoal& last = result.reached->dimensions[i];
+        std::cout << "  " << found.constraint(last.constraint).id << " could be led from "
+                  << shortNumber(result.reached->from[i]) << " to " << shortNumber(last.goal) << '\n';
+    }
+}
+
 void tellResult(const Findings& found) {
     const SolveResult& result = found.result;
     if (!result.isSolved()) {
@@ -89,6 +100,7 @@ void tellResult(const Findings& found) {
         else if (result.degeneracy)
             std::cout << ": " << result.degeneracy->what;
         std::cout << '\n';
+        tellReached(found);
         return;
     }
     std::cout << (result.status == SolveStatus::unchanged
@@ -160,7 +172,7 @@ int solveDrawing(const SolveOptions& options) {
     const std::string name = spokenName(before, options.drawing);
     const Progress progress("solving " + name);
     SketchData sketch = sketchFrom(before);
-    SolveResult result = solve(sketch, {.namesConflicts = false});
+    SolveResult result = solve(sketch, {.keepsShapes = true, .namesConflicts = false});
     const Findings found = findingsOf(name, before, sketch, std::move(result));
     if (found.result.isSolved())
         writeResults(options, found, sketch, outputs);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_set>
 
 #include "hosting/evaluator/HostSketch.h"
 #include "hosting/evaluator/SketchFromDocument.h"
@@ -17,9 +18,12 @@ bool hasDirection(EntityKind kind) {
     return kind == EntityKind::ray || kind == EntityKind::xline || kind == EntityKind::text;
 }
 
-SolveRequest requestOf(const EditRequest& request, RelaxationLevel lastLevel, bool namesConflicts) {
-    return {
-        .targets = request.targets, .edited = request.edited, .lastLevel = lastLevel, .namesConflicts = namesConflicts};
+SolveRequest requestOf(const EditRequest& request, RelaxationLevel lastLevel) {
+    return {.targets = request.targets,
+            .kept = request.kept,
+            .edited = request.edited,
+            .lastLevel = lastLevel,
+            .keepsShapes = true};
 }
 
 /// The targets pull, the constraints do not give way.
@@ -47,27 +51,38 @@ void EditRequest::ask(const SketchData& sketch, int entity, const Shape& shape) 
     }
 }
 
-SolveResult meet(SketchData& sketch, const EditRequest& request) {
-    if (!request.kept.empty()) {
-        SolveRequest firm = requestOf(request, RelaxationLevel::exact, false);
-        firm.targets.insert(firm.targets.end(), request.kept.begin(), request.kept.end());
-        if (SolveResult result = solve(sketch, firm); result.isSolved())
-            return result;
+void EditRequest::keepOthers(const SketchData& sketch, const std::vector<double>& values) {
+    std::unordered_set<int> given;
+    for (const Target& target : targets)
+        given.insert(target.value);
+    for (const Target& target : kept)
+        given.insert(target.value);
+    for (const int number : edited) {
+        const SketchEntity& element = sketch.entities[at(number)];
+        for (int v = element.firstValue; v < element.firstValue + element.valueCount; ++v)
+            if (!given.contains(v))
+                kept.push_back({v, values[at(v)]});
     }
+}
+
+SolveResult meet(SketchData& sketch, const EditRequest& request) {
     switch (request.whenInfeasible) {
         case WhenInfeasible::keepSizes:
-            return solve(sketch, requestOf(request, RelaxationLevel::wishes, true));
-        case WhenInfeasible::yield:
-            if (SolveResult result = solve(sketch, requestOf(request, RelaxationLevel::exact, false));
-                result.isSolved())
+            return solve(sketch, requestOf(request, RelaxationLevel::wishes));
+        case WhenInfeasible::yield: {
+            SolveRequest exactly = requestOf(request, RelaxationLevel::exact);
+            exactly.namesConflicts = false;
+            exactly.patience = Patience::once;
+            if (SolveResult result = solve(sketch, exactly); result.isSolved())
                 return result;
             if (SolveResult result = dragTo(sketch, request); result.isSolved())
                 return result;
             break;
+        }
         case WhenInfeasible::refuse:
             break;
     }
-    return solve(sketch, requestOf(request, RelaxationLevel::exact, true));
+    return solve(sketch, requestOf(request, RelaxationLevel::exact));
 }
 
 double shortfallOf(const SketchData& sketch, const EditRequest& request) {

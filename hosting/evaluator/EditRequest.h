@@ -15,12 +15,15 @@ enum class WhenInfeasible {
 /// What an edit asks of a sketch, whichever command it comes from.
 struct EditRequest {
     std::vector<Target> targets{};  ///< the user's values; empty: only the constraints count
-    std::vector<Target> kept{};     ///< values of edited elements that stay unless they make the edit impossible
+    std::vector<Target> kept{};     ///< values of edited elements that stay where the constraints let them
     std::vector<int> edited{};      ///< elements that the edit is about
     WhenInfeasible whenInfeasible = WhenInfeasible::refuse;
 
     /// Asks for all values of an element as a shape has them. A shape of another layout asks for nothing.
     void ask(const SketchData& sketch, int entity, const Shape& shape);
+
+    /// Keeps what is not asked of the edited elements at these values of the sketch.
+    void keepOthers(const SketchData& sketch, const std::vector<double>& values);
 };
 
 /// Moves the sketch as the request asks; when it cannot be, the sketch stays as it is and the result names what stands

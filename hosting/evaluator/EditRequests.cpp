@@ -62,6 +62,12 @@ EditRequest placedDemand(const HostSketch& host, std::vector<int> edited) {
     return request;
 }
 
+void knowBefore(HostSketch& host, const std::vector<int>& edited, const HostSketch& before) {
+    for (const int number : edited)
+        if (const int then = before.numberOf(nameOf(host, number)); then >= 0)
+            host.setReference(number, before.document.entities[at(then)].shape);
+}
+
 EditRequest alignDemand(const Drawing& drawing, HostSketch& host, const AssocConstraintHeader& header,
                         const ConverterFeed& feed) {
     const ConverterRecord* transform = feed.last("setTransform(matrix)");
@@ -101,6 +107,7 @@ EditRequest lengthenDemand(const Drawing& drawing, HostSketch& host, const Assoc
         if (request.edited.empty() || request.edited.back() != number)
             request.edited.push_back(number);
     }
+    request.keepOthers(host.sketch, host.sketch.values);
     return request;
 }
 
@@ -117,6 +124,8 @@ EditRequest propertiesDemand(const Drawing& drawing, HostSketch& host, const Ass
         if (const auto record = lastOf.find(number); record != lastOf.end())
             askProperty(request, host, number, base, *record->second);
     }
+    if (!request.targets.empty())
+        request.keepOthers(host.sketch, host.sketch.reference);
     return request;
 }
 

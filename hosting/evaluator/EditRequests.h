@@ -25,6 +25,10 @@ EditRequest propertiesDemand(const Drawing& drawing, HostSketch& host, const Ass
 /// MIRROR, and everything else that the host has done itself: the entities stay where they are now.
 EditRequest placedDemand(const HostSketch& host, std::vector<int> edited);
 
+/// The same where it is known how the entities were before: the others follow along the way between, and branches are
+/// chosen by it.
+void knowBefore(HostSketch& host, const std::vector<int>& edited, const HostSketch& before);
+
 /// STRETCH, one step from the sketch as it was when the stretch began: the listed grips move by one vector, and the
 /// special entities as their records tell.
 EditRequest stretchDemand(const Drawing& drawing, const HostSketch& host, const AssocConstraintHeader& header,

@@ -185,7 +185,7 @@ SolveResult HostDrag::follow(const EditRequest& request, const std::vector<doubl
 SolveResult HostDrag::yield(const EditRequest& request, const std::vector<double>& goals, const SolveResult& followed) {
     if (m_held.empty()) {
         if (m_firm == nullptr)
-            m_firm = std::make_unique<Following>(m_drawn, m_handles, KeptSizes{m_edited, 0.0});
+            m_firm = std::make_unique<Following>(m_drawn, m_handles, keptExactly(m_edited));
         const SolveResult kept = m_firm->session.step(goals);
         if (kept.isSolved()) {
             m_taken = m_firm.get();

@@ -64,6 +64,7 @@ HostEvaluator::~HostEvaluator() {
 void HostEvaluator::endCommand() {
     m_drag.reset();
     m_stretchStart.reset();
+    m_rotateStart.reset();
     m_trialPointCount = 0;
     m_rotateReport.clear();
     m_yielded.reset();
@@ -295,11 +296,14 @@ bool HostEvaluator::rotate(AssocConstraintHeader& header) {
     HostSketch host = allAround(namesIn(header));
     std::vector<int> edited = host.numbersOf(m_drawing, header.editedObjectIds);
     if (header.points.length() == m_trialPointCount) {
+        if (m_rotateStart != nullptr)
+            knowBefore(host, edited, *m_rotateStart);
         EditRequest request = placedDemand(host, std::move(edited));
         request.whenInfeasible = WhenInfeasible::refuse;
         return solveAndWrite(host, request);
     }
     m_trialPointCount = header.points.length();
+    m_rotateStart = std::make_unique<HostSketch>(host);
     const EditRequest request = transformDemand(host, edited, header.staticTransform);
     const auto against = constraintsAgainst(host.sketch, request, constraintsTouching(host.sketch, edited));
     m_rotateReport = namesOf(host.sketch, against.value_or(std::vector<int>()));
@@ -309,7 +313,7 @@ bool HostEvaluator::rotate(AssocConstraintHeader& header) {
 std::vector<std::string> HostEvaluator::againstPlaced(const std::vector<std::string>& entities,
                                                       const std::vector<std::string>& first) const {
     const HostProcess::Scope bound(m_drawing.process());
-    const HostSketch host = allAround(entities);
+    HostSketch host = allAround(entities);
     const std::unordered_set<std::string_view> named(first.begin(), first.end());
     std::vector<int> edited, suspects;
     for (const std::string& name : entities)
@@ -319,6 +323,8 @@ std::vector<std::string> HostEvaluator::againstPlaced(const std::vector<std::str
     for (const int c : touching)
         if (named.contains(host.sketch.constraints[at(c)].id))
             suspects.push_back(c);
+    if (m_rotateStart != nullptr)
+        knowBefore(host, edited, *m_rotateStart);
     const EditRequest request = placedDemand(host, edited);
     std::optional<std::vector<int>> against = constraintsAgainst(host.sketch, request, suspects);
     if (!against)
@@ -413,6 +419,14 @@ void HostEvaluator::note(const HostSketch& host, const SolveResult& result, doub
         m_last.worst = host.sketch.constraints[at(result.worstConstraint)].id;
     if (!result.isSolved() && result.degeneracy)
         m_last.complaint = result.degeneracy->what;
+    m_last.leftAlone = namesOf(host.sketch, result.leftAlone);
+    if (result.reached) {
+        m_last.followed = result.reached->part;
+        for (std::size_t i = 0; i < result.reached->dimensions.size(); ++i) {
+            const ValueGoal& last = result.reached->dimensions[i];
+            m_last.led.push_back({host.sketch.constraints[at(last.constraint)].id, result.reached->from[i], last.goal});
+        }
+    }
     for (const Movement& movement : result.movements)
         m_last.movements.emplace_back(host.document.entities[at(movement.entity)].id, movement.distance);
 }

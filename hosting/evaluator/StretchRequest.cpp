@@ -245,6 +245,7 @@ EditRequest stretchDemand(const Drawing& drawing, const HostSketch& host, const 
             specials[name], isSeenFromBelow(drawing.entity(name))};
         askGrips(stretched);
     }
+    request.keepOthers(host.sketch, host.sketch.values);
     return request;
 }
 

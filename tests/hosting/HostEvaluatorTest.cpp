@@ -46,7 +46,7 @@ TEST(EvaluatedAlign, TakesTheNeighbourAlong) {
     EXPECT_TRUE(isNear(hosted.line("a").start, {3, 4}));
     EXPECT_TRUE(isNear(hosted.line("a").end, {13, 4}));
     EXPECT_TRUE(isNear(hosted.line("b").start, {13, 4}));
-    EXPECT_EQ(hosted.line("b").end, (Vec2{10, 5}));
+    EXPECT_TRUE(isNear(hosted.line("b").end, {13, 9}));
 }
 
 TEST(EvaluatedAlign, IsDoneOnceHoweverOftenTheNetworkIsEvaluated) {
@@ -203,7 +203,7 @@ TEST(EvaluatedLengthen, KeepsTheWholeCurveWhenTheConverterOfAnotherCommandTellsN
     EXPECT_TRUE(lengthen(hosted, "a", LineShape{{0, 0}, {14, 0}}));
     EXPECT_EQ(hosted.line("a"), (LineShape{{0, 0}, {14, 0}}));
     EXPECT_TRUE(isNear(hosted.line("b").start, {14, 0}));
-    EXPECT_EQ(hosted.line("b").end, (Vec2{10, 5}));
+    EXPECT_TRUE(isNear(hosted.line("b").end, {14, 5}));
 }
 
 TEST(EvaluatedLengthen, HoldsTheEndThatMovedOfAnArcSeenFromBelow) {

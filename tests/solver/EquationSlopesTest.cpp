@@ -144,8 +144,7 @@ void expectExactSlopes(const SketchText& sketch, Coverage& coverage) {
     expectExactSlopes(buildSystem(sketch.sketch), coverage);
     KeptSizes sizes;
     for (const auto& [id, number] : sketch.numbers)
-        sizes.entities.push_back(number);
-    sizes.weight = 10.0;
+        sizes.shapes.push_back({number, 10.0, 10.0, 10.0});
     expectExactSlopes(buildSystem(sketch.sketch, {}, sizes), coverage);
 }
 

@@ -18,7 +18,10 @@ Subproblem::Subproblem(EquationSystem& system, std::span<const int> unknowns)
     m_senses = sensesOf(m_system, m_equations);
     for (const int u : m_unknowns) {
         const int column = static_cast<int>(m_metric.size());
-        m_metric.push_back(m_system.metric[at(m_system.valuesOfUnknown[u].front())]);
+        const int first = m_system.valuesOfUnknown[u].front();
+        // What a wish is missed by weighs more than it moves.
+        const bool isSlack = first >= m_system.figureValueCount;
+        m_metric.push_back(isSlack ? std::min(m_system.metric[at(first)], 1.0) : m_system.metric[at(first)]);
         for (const int v : m_system.valuesOfUnknown[u])
             m_members.push_back({v, column, m_system.links[at(v)].sign, m_system.links[at(v)].offset});
     }

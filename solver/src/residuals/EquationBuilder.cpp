@@ -66,9 +66,9 @@ void EquationBuilder::build(std::span<const int> constraints, const KeptSizes& s
             addEquations(*this);
     }
     m_current = -1;
-    for (const int entity : sizes.entities) {
-        m_entity = entity;
-        addKeptSizes(*this, entity, sizes.weight);
+    for (const KeptShape& shape : sizes.shapes) {
+        m_entity = shape.entity;
+        addKeptSizes(*this, shape, sizes);
     }
     numberUnknowns();
     listEquations();
@@ -212,16 +212,18 @@ void EquationBuilder::add(Equation form, std::initializer_list<Operand> operands
     m_system.set.add(form, operands);
 }
 
-void EquationBuilder::addWish(Equation form, std::initializer_list<Operand> operands, double weight) {
+void EquationBuilder::addSize(Equation form, std::initializer_list<Operand> operands, double weight,
+                              SizeRow::Kind kind) {
     if (weight > 0.0)
         form.slack = addContact(0.0, weight);
     add(form, operands);
+    m_system.sizes.push_back({static_cast<int>(m_system.set.equations.size()) - 1, m_entity, kind});
 }
 
 void EquationBuilder::addTangency(Equation form, std::initializer_list<Operand> operands, bool isHeld) {
     constexpr double clearly = 0.5;
     // A distance that is off by t tells of a direction off by the root of 2 t / r at most; more has been turned away.
-    if (const double turn = residualAt(When::now, form, operands) / form.scale;
+    if (const double turn = residualAt(When::reference, form, operands) / form.scale;
         isHeld && std::abs(turn) <= 4.0 * std::sqrt(m_system.tolerance / form.scale))
         form.value = turn;
     add(form, operands);

@@ -42,8 +42,10 @@ public:
 
     // Equations. Owner and scale are filled in.
     void add(Equation form, std::initializer_list<Operand> operands);
-    /// The same for a wish: the equation may miss by a slack that counts with this weight in the movement; 0: it holds.
-    void addWish(Equation form, std::initializer_list<Operand> operands, double weight);
+    /// The same for a size that is kept: the equation may miss by a slack that counts with this weight in the movement;
+    /// 0: it holds.
+    void addSize(Equation form, std::initializer_list<Operand> operands, double weight, SizeRow::Kind kind);
+    std::size_t sizeCount() const { return m_system.sizes.size(); }
     /// Adds an equation whose two curves have to keep their sense.
     /// isHeld: the curves count as tangent now, and an error of direction that they have now is not made smaller.
     void addTangency(Equation form, std::initializer_list<Operand> operands, bool isHeld = false);
@@ -113,7 +115,7 @@ void addEquations(EquationBuilder& builder);
 void addPointOnCurve(EquationBuilder& builder, const Operand& point, const SketchPlace& curve);
 
 /// Equations that keep the sizes of one element as they are at the reference; see KeptSizes.
-void addKeptSizes(EquationBuilder& builder, int entity, double weight);
+void addKeptSizes(EquationBuilder& builder, const KeptShape& shape, const KeptSizes& sizes);
 
 /// A form with the residual kind set, one row unless said otherwise.
 Equation formOf(ResidualKind residualKind, std::uint8_t rows = 1);

@@ -44,6 +44,15 @@ struct Contradiction {
     std::vector<int> others;  ///< the constraints that it contradicts
 };
 
+/// One intrinsic size of an element, as an equation that keeps it: exactly, or as a wish that may be missed.
+struct SizeRow {
+    int equation = -1;
+    int entity = -1;
+    /// The length of a straight piece; a size of something round or of a whole shape; or no size: where it is turned
+    /// to.
+    enum class Kind { length, bend, turn } kind = Kind::length;
+};
+
 /// A sketch as unknowns and equations: what coincides, lies level or has a given size is merged to one unknown, the
 /// rest are equations. Made once for a sketch and its constraints; where the elements are does not matter to it except
 /// for the choice of branches, which the sketch's reference decides.
@@ -75,6 +84,8 @@ struct EquationSystem {
     };
     std::vector<Sense> senses;
 
+    std::vector<SizeRow> sizes;  ///< that are kept, in the order of the shapes asked for
+
     /// The unknown's value as the mean of the values merged in it.
     double meanOf(int unknown) const;
     /// The same from other values than those of now.
@@ -93,11 +104,29 @@ struct EquationSystem {
 /// Elements that have a value merged in one of the unknowns, ascending.
 std::vector<int> entitiesOf(const EquationSystem& system, std::span<const int> unknowns);
 
-/// Elements whose intrinsic sizes (lengths, radii, bulges, swept angles) are to stay as they are at the reference.
-struct KeptSizes {
-    std::vector<int> entities;
-    double weight = 0.0;  ///< 0: they stay exactly; otherwise how much a change counts in the movement
+/// An element whose intrinsic sizes (lengths, radii, bulges, swept angles) are to stay as they are at the reference,
+/// and how much a change of each counts in the movement; 0: it stays exactly.
+struct KeptShape {
+    int entity = -1;
+    double lengthWeight = 0.0;
+    double bendWeight = 0.0;
+    double turnWeight = 0.0;  ///< 0: it may turn freely
 };
+
+struct KeptSizes {
+    std::vector<KeptShape> shapes;
+    // By number of the size, those of all shapes counted on; may be shorter.
+    std::vector<char> isFirm;      ///< stays exactly
+    std::vector<double> emphasis;  ///< how much more it counts than its weight says
+};
+
+/// Shapes whose sizes stay exactly; they may turn.
+inline KeptSizes keptExactly(std::span<const int> entities) {
+    KeptSizes sizes;
+    for (const int entity : entities)
+        sizes.shapes.push_back({entity, 0.0, 0.0, 0.0});
+    return sizes;
+}
 
 /// Builds the equations of the constraints listed, which all bind; throws SketchError for one that its elements cannot
 /// have.

@@ -13,6 +13,9 @@ namespace {
 
 constexpr double kCollapsed = 1e-6;
 
+/// Sizes of the sketch from where it was beyond which nobody looks for a point.
+constexpr double kBeyond = 1e4;
+
 using Values = std::span<const double>;
 
 double distance(Values v, int a, int b) {
@@ -117,6 +120,83 @@ std::string wholeName(const SketchData& sketch, int number) {
     return nameOf(sketch, {number, PlaceKind::whole, 0});
 }
 
+/// Whether one of an element's sizes is next to nothing of what it was. Sizes that were nothing before do not count.
+class Shrinking {
+public:
+    Shrinking(const SketchData& sketch, int number, Values now, double least, double nothing)
+        : m_sketch(sketch),
+          m_entity(sketch.entities[at(number)]),
+          m_number(number),
+          m_now(now),
+          m_least(least),
+          m_nothing(nothing) {}
+
+    bool isFound() const {
+        const int first = m_entity.firstValue;
+        switch (m_entity.kind) {
+            case EntityKind::line:
+                return length(first, first + 2);
+            case EntityKind::circle:
+                return value(first + 2);
+            case EntityKind::arc:
+                return value(first + 2) || sweep(&arcSweep);
+            case EntityKind::ellipse:
+                return axes();
+            case EntityKind::ellipticalArc:
+                return axes() || sweep(&ellipseSweep);
+            case EntityKind::spline:
+                return fell(polygonLength(m_sketch.reference, m_entity), polygonLength(m_now, m_entity), m_nothing);
+            case EntityKind::polyline:
+                return segment();
+            default:
+                return false;
+        }
+    }
+
+private:
+    bool fell(double before, double now, double nothing) const {
+        return before > nothing && !(now >= m_least * before);
+    }
+    bool value(int v) const { return fell(m_sketch.reference[at(v)], m_now[at(v)], m_nothing); }
+    bool length(int a, int b) const {
+        return fell(distance(m_sketch.reference, a, b), distance(m_now, a, b), m_nothing);
+    }
+    bool sweep(double (*of)(Values, int)) const {
+        constexpr double none = 1e-6;
+        return fell(of(m_sketch.reference, m_entity.firstValue), of(m_now, m_entity.firstValue), none);
+    }
+    bool axes() const {
+        const std::size_t u = at(m_entity.firstValue + 2);
+        const auto major = [&](Values v) { return std::hypot(v[u], v[u + 1]); };
+        return fell(major(m_sketch.reference), major(m_now), m_nothing) || value(m_entity.firstValue + 4);
+    }
+    bool segment() const {
+        for (int i = 0; i < m_entity.segmentCount(); ++i)
+            if (length(m_sketch.vertexValue(m_number, i), m_sketch.vertexValue(m_number, i + 1)))
+                return true;
+        return false;
+    }
+
+    const SketchData& m_sketch;
+    const SketchEntity& m_entity;
+    int m_number;
+    Values m_now;
+    double m_least, m_nothing;
+};
+
+bool isBeyond(const SketchData& sketch, const SketchEntity& entity, Values now, double size) {
+    for (std::size_t v = at(entity.firstValue); v < at(entity.firstValue + entity.valueCount); ++v)
+        if (!(std::abs(now[v] - sketch.reference[v]) <= kBeyond * size))
+            return true;
+    return false;
+}
+
+bool isReversed(int a, int b, Values before, Values now) {
+    return (before[at(b)] - before[at(a)]) * (now[at(b)] - now[at(a)]) +
+               (before[at(b + 1)] - before[at(a + 1)]) * (now[at(b + 1)] - now[at(a + 1)]) <
+           0.0;
+}
+
 }  // namespace
 
 std::optional<Degeneracy> findFlaw(const SketchData& sketch, const EquationSystem& system,
@@ -133,6 +213,32 @@ std::optional<Degeneracy> findFlaw(const SketchData& sketch, const EquationSyste
                               wholeName(sketch, number) + " would have a minor axis longer than its major one"};
     }
     return std::nullopt;
+}
+
+std::optional<Degeneracy> findRuined(const SketchData& sketch, const EquationSystem& system,
+                                     std::span<const int> entities, std::span<const char> isAsked, double least) {
+    for (const int number : entities) {
+        if (isBeyond(sketch, sketch.entities[at(number)], system.values, system.size))
+            return Degeneracy{number, -1, wholeName(sketch, number) + " would go far out of the drawing"};
+        const bool mayShrink = at(number) < isAsked.size() && isAsked[at(number)] != 0;
+        if (!mayShrink && Shrinking(sketch, number, system.values, least, kCollapsed * system.size).isFound())
+            return Degeneracy{number, -1, wholeName(sketch, number) + " would shrink to next to nothing"};
+    }
+    return std::nullopt;
+}
+
+int findReversed(const SketchData& sketch, std::span<const int> entities, Values before, Values now) {
+    for (const int number : entities) {
+        const SketchEntity& entity = sketch.entities[at(number)];
+        if (entity.kind == EntityKind::line && isReversed(entity.firstValue, entity.firstValue + 2, before, now))
+            return number;
+        if (entity.kind != EntityKind::polyline)
+            continue;
+        for (int i = 0; i < entity.segmentCount(); ++i)
+            if (isReversed(sketch.vertexValue(number, i), sketch.vertexValue(number, i + 1), before, now))
+                return number;
+    }
+    return -1;
 }
 
 std::vector<int> sensesOf(const EquationSystem& system, std::span<const int> equations) {

@@ -21,6 +21,17 @@ struct Degeneracy {
 std::optional<Degeneracy> findFlaw(const SketchData& sketch, const EquationSystem& system,
                                    std::span<const int> entities, double margin = 1.0);
 
+/// The first of the elements of which a length, a radius or a sweep has shrunk below this part of what it was at the
+/// reference, or of which a point has gone beyond all bounds: 1e4 times the sketch's size from where it was.
+/// isAsked: elements, by number, whose sizes the edit is about; they may shrink. Empty: none.
+std::optional<Degeneracy> findRuined(const SketchData& sketch, const EquationSystem& system,
+                                     std::span<const int> entities, std::span<const char> isAsked, double least);
+
+/// The first of the elements that is a line, or has a straight segment, that now runs against its direction before:
+/// turned by more than a right angle. Both are values of the sketch.
+int findReversed(const SketchData& sketch, std::span<const int> entities, std::span<const double> before,
+                 std::span<const double> now);
+
 /// Which of the system's senses belong to the equations.
 std::vector<int> sensesOf(const EquationSystem& system, std::span<const int> equations);
 

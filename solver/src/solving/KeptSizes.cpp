@@ -7,78 +7,122 @@ namespace holdfast::solver::detail {
 
 namespace {
 
-/// Keeps what the form measures at the value that it has at the reference.
-void keep(EquationBuilder& builder, Equation form, std::initializer_list<Operand> operands, double weight) {
-    form.value = 0.0;
-    form.value = builder.residualAtReference(form, operands) / form.scale;
-    builder.addWish(form, operands, weight);
-}
+/// Adds the sizes of one shape, each at the value that it has at the reference.
+class Keeper {
+public:
+    Keeper(EquationBuilder& builder, const KeptShape& shape, const KeptSizes& sizes)
+        : m_builder(builder), m_shape(shape), m_sizes(sizes) {}
 
-Operand between(int firstX, int secondX) {
-    return {OperandKind::segment, {firstX, firstX + 1, secondX, secondX + 1}, {}};
-}
-
-void keepLength(EquationBuilder& builder, const Operand& segment, double weight) {
-    keep(builder, formOf(ResidualKind::lineLength), {segment}, weight);
-}
-
-void keepScalar(EquationBuilder& builder, int value, double scale, double weight) {
-    Equation form = formOf(ResidualKind::scalarIs);
-    form.scale = scale;
-    keep(builder, form, {Operand{OperandKind::scalar, {value}, {}}}, weight);
-}
-
-void keepArc(EquationBuilder& builder, int entity, double weight) {
-    const CurveRef curve{entity, -1};
-    const Operand circle = *circleAt(builder.sketch(), curve);
-    keep(builder, formOf(ResidualKind::radiusIs), {circle}, weight);
-    Equation form = formOf(ResidualKind::arcSweep);
-    form.scale = sizeOf(builder.sketch(), curve, builder.size());
-    keep(builder, form, {circle, *startOf(builder.sketch(), curve), *endOf(builder.sketch(), curve)}, weight);
-}
-
-void keepEllipse(EquationBuilder& builder, const SketchEntity& entity, double weight) {
-    const int zero = builder.addConstant(0.0), axis = entity.firstValue + 2;
-    keepLength(builder, {OperandKind::segment, {zero, zero, axis, axis + 1}, {}}, weight);
-    keepScalar(builder, entity.firstValue + 4, 1.0, weight);
-}
-
-void keepPolyline(EquationBuilder& builder, int number, double weight) {
-    const SketchEntity& entity = builder.sketch().entities[static_cast<std::size_t>(number)];
-    for (int i = 0; i < entity.segmentCount(); ++i) {
-        const int p = builder.sketch().vertexValue(number, i), q = builder.sketch().vertexValue(number, i + 1);
-        keepLength(builder, between(p, q), weight);
-        const int bulge = entity.bulgeValues[static_cast<std::size_t>(i)];
-        if (bulge >= 0)
-            keepScalar(builder, bulge, sizeOf(builder.sketch(), {number, i}, builder.size()), weight);
+    void length(int firstX, int secondX, SizeRow::Kind kind = SizeRow::Kind::length) {
+        keep(formOf(ResidualKind::lineLength), {between(firstX, secondX)}, kind);
     }
-}
+
+    /// The direction from one point to another.
+    void turn(int firstX, int secondX) {
+        if (m_shape.turnWeight <= 0.0)
+            return;
+        const auto v = m_builder.values(When::reference);
+        const std::size_t a = static_cast<std::size_t>(firstX), b = static_cast<std::size_t>(secondX);
+        const double reach = std::hypot(v[b] - v[a], v[b + 1] - v[a + 1]);
+        if (reach <= 1e-6 * m_builder.size())
+            return;
+        Equation form = formOf(ResidualKind::heading);
+        form.scale = reach;
+        keep(form, {between(firstX, secondX)}, SizeRow::Kind::turn);
+    }
+
+    void scalar(int value, double scale) {
+        Equation form = formOf(ResidualKind::scalarIs);
+        form.scale = scale;
+        keep(form, {Operand{OperandKind::scalar, {value}, {}}}, SizeRow::Kind::bend);
+    }
+
+    void arc() {
+        const CurveRef curve{m_shape.entity, -1};
+        const Operand circle = *circleAt(sketch(), curve);
+        keep(formOf(ResidualKind::radiusIs), {circle}, SizeRow::Kind::bend);
+        Equation form = formOf(ResidualKind::arcSweep);
+        form.scale = sizeOf(sketch(), curve, m_builder.size());
+        keep(form, {circle, *startOf(sketch(), curve), *endOf(sketch(), curve)}, SizeRow::Kind::bend);
+        turn(entity().firstValue, entity().firstValue + 3);
+    }
+
+    void ellipse() {
+        const int zero = m_builder.addConstant(0.0), axis = entity().firstValue + 2;
+        keep(formOf(ResidualKind::lineLength), {Operand{OperandKind::segment, {zero, zero, axis, axis + 1}, {}}},
+             SizeRow::Kind::bend);
+        scalar(entity().firstValue + 4, 1.0);
+    }
+
+    void polyline() {
+        turn(entity().firstValue, entity().firstValue + 2);
+        for (int i = 0; i < entity().segmentCount(); ++i) {
+            length(sketch().vertexValue(m_shape.entity, i), sketch().vertexValue(m_shape.entity, i + 1));
+            const int bulge = entity().bulgeValues[static_cast<std::size_t>(i)];
+            if (bulge >= 0)
+                scalar(bulge, sizeOf(sketch(), {m_shape.entity, i}, m_builder.size()));
+        }
+    }
+
+    /// The legs of the control polygon.
+    void spline() {
+        const int first = entity().firstValue;
+        for (int i = 2; i < entity().valueCount; i += 2)
+            length(first + i - 2, first + i, SizeRow::Kind::bend);
+        turn(first, first + 2);
+    }
+
+    const SketchEntity& entity() const { return sketch().entities[static_cast<std::size_t>(m_shape.entity)]; }
+
+private:
+    const SketchData& sketch() const { return m_builder.sketch(); }
+
+    static Operand between(int firstX, int secondX) {
+        return {OperandKind::segment, {firstX, firstX + 1, secondX, secondX + 1}, {}};
+    }
+
+    void keep(Equation form, std::initializer_list<Operand> operands, SizeRow::Kind kind) {
+        form.value = 0.0;
+        form.value = m_builder.residualAtReference(form, operands) / form.scale;
+        const std::size_t number = m_builder.sizeCount();
+        const bool isFirm = number < m_sizes.isFirm.size() && m_sizes.isFirm[number] != 0;
+        const double emphasis = number < m_sizes.emphasis.size() ? m_sizes.emphasis[number] : 1.0;
+        const double weight = kind == SizeRow::Kind::bend   ? m_shape.bendWeight
+                              : kind == SizeRow::Kind::turn ? m_shape.turnWeight
+                                                            : m_shape.lengthWeight;
+        m_builder.addSize(form, operands, isFirm ? 0.0 : emphasis * weight, kind);
+    }
+
+    EquationBuilder& m_builder;
+    const KeptShape& m_shape;
+    const KeptSizes& m_sizes;
+};
 
 }  // namespace
 
-void addKeptSizes(EquationBuilder& builder, int number, double weight) {
-    const SketchEntity& entity = builder.sketch().entities[static_cast<std::size_t>(number)];
-    const int first = entity.firstValue;
-    switch (entity.kind) {
+void addKeptSizes(EquationBuilder& builder, const KeptShape& shape, const KeptSizes& sizes) {
+    Keeper keeper(builder, shape, sizes);
+    const int first = keeper.entity().firstValue;
+    switch (keeper.entity().kind) {
         case EntityKind::line:
-            keepLength(builder, between(first, first + 2), weight);
+            keeper.length(first, first + 2);
+            keeper.turn(first, first + 2);
             break;
         case EntityKind::circle:
-            keepScalar(builder, first + 2, 1.0, weight);
+            keeper.scalar(first + 2, 1.0);
             break;
         case EntityKind::arc:
-            keepArc(builder, number, weight);
+            keeper.arc();
             break;
         case EntityKind::ellipse:
         case EntityKind::ellipticalArc:
-            keepEllipse(builder, entity, weight);
+            keeper.ellipse();
             break;
         case EntityKind::polyline:
-            keepPolyline(builder, number, weight);
+            keeper.polyline();
             break;
         case EntityKind::spline:
-            for (int i = 2; i < entity.valueCount; i += 2)
-                keepLength(builder, between(first + i - 2, first + i), weight);
+            keeper.spline();
             break;
         case EntityKind::ray:
         case EntityKind::xline:

@@ -2,21 +2,48 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 #include "solver/src/diagnosis/Conflict.h"
 #include "solver/src/sketch/Index.h"
-#include "solver/src/solving/SolverState.h"
+#include "solver/src/sketch/Measure.h"
+#include "solver/src/solving/Run.h"
+#include "solver/src/solving/Way.h"
 
 namespace holdfast::solver::detail {
 
 namespace {
 
-/// How much more than others the values of edited elements count in the movement, and what targets count when they
-/// are wishes.
-constexpr double kEditedEmphasis = 10.0;
-constexpr double kTargetEmphasis = 1e3;
-constexpr double kSizeWeight = 1e2;
+/// How much a change of a size counts in the movement, squared: a point rather goes a hundred times as far than that
+/// a straight length changes, and a length gives way before a radius, a sweep or a spline does.
+constexpr double kLengthWeight = 1e2, kBendWeight = 1e4;
+
+/// What follows by shifting does not turn.
+constexpr double kTurnWeight = 10.0;
+
+/// Elements around an edit of which the shapes are kept; what is farther away is reached by the rings only where
+/// nothing nearer could give way.
+constexpr std::size_t kMostShapes = 2000;
+
+/// The first step on the way, and the smallest one: a hundred small steps are to find what one large one does.
+constexpr double kFirstStep = 0.5, kLeastStep = 1.0 / 128, kNudged = 1.0 / 16;
+
+/// Where a step fails, the sketch is shaken by this part of its size: it may stand where no slope tells the way.
+constexpr double kNudge = 1e-4;
+
+/// The longest turn of one step, and the shortest that is worth carrying everything along: at a right angle sines and
+/// cosines lose their slope.
+constexpr double kLongestTurn = 0.35, kTurned = 0.3;
+
+/// How often sizes are weighed again so that few change instead of many.
+constexpr int kMostReweighted = 4;
+
+/// A size that changes by more than this part of itself makes another way worth a look.
+constexpr double kTwisted = 0.5;
+
+/// How many tolerances a constraint may miss and still hold.
+constexpr double kHolds = 10.0;
 
 class Stopwatch {
 public:
@@ -26,209 +53,395 @@ private:
     Budget::Clock::time_point m_start = Budget::Clock::now();
 };
 
-/// One solve of a sketch in one level.
-class Run {
+/// What came of one try.
+struct Answer {
+    SolveResult result;
+    std::vector<double> values, metric;
+    std::vector<char> unchangedSizes;
+    std::vector<double> emphasis;
+    Run::Changes changes;
+    bool leavesBroken = false;  ///< something that the edit does not concern does not hold
+    double strain = 0.0;        ///< sum of the changes of sizes that are kept
+    bool isBent = false;        ///< anything that is kept has changed at all
+    bool isTwisted = false;     ///< a size is not what it was by far
+    bool isContradicted = false;
+    std::vector<int> suspects, concerned;
+
+    bool isSolved() const { return result.isSolved(); }
+};
+
+Answer tryOnce(const SketchData& sketch, const Task& task) {
+    Run run(sketch, task);
+    Answer answer;
+    answer.result = run.solve();
+    answer.isContradicted = run.isContradicted();
+    answer.suspects = run.suspects();
+    if (!answer.isSolved())
+        return answer;
+    answer.values.assign(run.values().begin(), run.values().end());
+    answer.metric.assign(run.metric().begin(), run.metric().end());
+    if (task.isEdit) {
+        answer.concerned = run.concerned();
+        answer.leavesBroken = run.leavesBroken();
+    }
+    if (!task.shapes.empty()) {
+        answer.unchangedSizes = run.unchangedSizes();
+        answer.emphasis = run.emphasis();
+        answer.changes = run.changes();
+        answer.strain = run.strain();
+        answer.isTwisted = run.mostChanged() > kTwisted;
+        answer.isBent = run.isBent();
+    }
+    return answer;
+}
+
+/// One request, by all ways that there are.
+class Solving {
 public:
-    Run(SketchData& sketch, const SolveRequest& request, RelaxationLevel level)
-        : m_sketch(sketch), m_request(request), m_tier(level), m_workspace(sketch, systemFor(sketch, request, level)) {
-        m_workspace.setBudget(request.budget);
+    Solving(const SketchData& sketch, const SolveRequest& request)
+        : m_request(request), m_work(sketch), m_values(request.values) {
+        if (m_values.empty() && request.targets.empty() && request.edited.empty() && request.keepsShapes)
+            m_values = changedDimensions(sketch);
+        m_isEdit = !m_values.empty() || !request.targets.empty() || !request.edited.empty();
+        for (const ValueGoal& value : m_values)
+            m_dimensions.push_back(value.constraint);
+        m_way.emplace(sketch, request.targets, m_values, request.edited);
+        setGoals();
+        m_named = namedElements(m_work, task(RelaxationLevel::exact, true));
+        m_least = SolverState::kLeast * m_way->leastRatio();
+        if (request.keepsShapes && m_isEdit)
+            collectShapes();
     }
 
-    SolveResult solve() {
-        m_result.level = m_tier;
-        wishEdited();
-        if (!placeTargets() || !meetsConstants() || !solveParts() || isOverBudget() || !leavesPinnedSound())
-            return std::move(m_result);
-        accept();
-        return std::move(m_result);
+    Answer run() {
+        Answer first;
+        for (int level = 0; level <= static_cast<int>(m_request.lastLevel); ++level) {
+            Answer answer = reach(static_cast<RelaxationLevel>(level));
+            if (answer.isSolved())
+                return answer;
+            if (level == 0)
+                first = std::move(answer);
+            if (isSpent(m_request.budget))
+                break;
+        }
+        if (const std::vector<int> lame = brokenBefore(); !lame.empty() && !isSpent(m_request.budget)) {
+            for (const int c : lame)
+                m_work.constraints[at(c)].active = false;
+            Answer without = reach(RelaxationLevel::exact);
+            if (without.isSolved()) {
+                without.result.leftAlone = lame;
+                return without;
+            }
+            for (const int c : lame)
+                m_work.constraints[at(c)].active = true;
+        }
+        return first;
     }
 
-    /// Constraints that the failure points at, the likeliest culprits; all of the part that failed when in doubt.
-    std::vector<int> suspects() const { return m_suspects; }
+    const std::vector<ValueGoal>& values() const { return m_values; }
 
 private:
-    static EquationSystem systemFor(const SketchData& sketch, const SolveRequest& request, RelaxationLevel level) {
-        if (level == RelaxationLevel::exact)
-            return buildSystem(sketch);
-        const double weight = level == RelaxationLevel::sizes ? 0.0 : kSizeWeight;
-        return buildSystem(sketch, bindingConstraints(sketch), {request.edited, weight});
+    Task task(RelaxationLevel level, bool isQuick) const {
+        return {.level = level,
+                .targets = m_request.targets,
+                .edited = m_request.edited,
+                .dimensions = m_dimensions,
+                .isEdit = m_isEdit,
+                .least = m_least,
+                .isQuick = isQuick,
+                .reach = m_request.reach,
+                .budget = m_request.budget};
     }
 
-    void wishEdited() {
-        for (const int number : m_request.edited) {
-            const SketchEntity& entity = m_sketch.entities[at(number)];
-            for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount; ++v)
-                m_workspace.wish(v, m_sketch.values[at(v)], kEditedEmphasis);
+    void setGoals() { m_way->setValuesAt(1.0, m_work); }
+
+    /// The sketch with other values, for as long as a try takes.
+    template <class Try>
+    Answer from(const std::vector<double>& values, const Try& attempt) {
+        const std::vector<double> kept = std::exchange(m_work.values, values);
+        Answer answer = attempt();
+        m_work.values = kept;
+        return answer;
+    }
+
+    /// With the shapes as wishes, weighed again until few change.
+    Answer tryWishing(Task task) {
+        Answer wished = tryOnce(m_work, task);
+        if (!wished.isSolved())
+            return wished;
+        const std::vector<double> aims(task.aims.empty() ? m_work.values
+                                                         : std::vector<double>(task.aims.begin(), task.aims.end()));
+        task.aims = aims;
+        for (int i = 0; i < kMostReweighted && countOf(wished.changes) > 1; ++i) {
+            task.emphasis = wished.emphasis;
+            Answer fewer = from(wished.values, [&] { return tryOnce(m_work, task); });
+            if (!fewer.isSolved() || countOf(fewer.changes) > countOf(wished.changes))
+                break;
+            wished = std::move(fewer);
         }
+        return wished;
     }
 
-    bool placeTargets() {
-        for (std::size_t i = 0; i < m_request.targets.size(); ++i) {
-            const Target& target = m_request.targets[i];
-            if (m_tier != RelaxationLevel::exact) {
-                m_workspace.wish(target.value, target.goal, kTargetEmphasis);
-                if (const int u = system().links[at(target.value)].unknown; u >= 0)
-                    m_seeds.push_back(u);
-            } else if (!m_workspace.pin(target.value, target.goal)) {
-                m_result.status = SolveStatus::conflicting;
-                m_result.contradictedTargets.push_back(static_cast<int>(i));
-                suspectPart();
-                return false;
+    static int countOf(const Run::Changes& changes) { return changes.bends + changes.lengths + changes.turns; }
+
+    /// With the shapes as wishes; then those sizes that came out as they were are kept exactly. Without any wishes
+    /// where that fails.
+    Answer tryKeepingShapes(Task task) {
+        if (m_shapes.empty())
+            return tryOnce(m_work, task);
+        const bool isQuick = std::exchange(task.isQuick, true);
+        task.shapes = m_shapes;
+        Answer wished = tryWishing(task);
+        if (!wished.isSolved()) {
+            if (wished.isContradicted)
+                return wished;
+            task.shapes = {};
+            task.isQuick = isQuick;
+            Answer bare = tryOnce(m_work, task);
+            bare.isTwisted = true;
+            bare.strain = std::numeric_limits<double>::max();
+            return bare;
+        }
+        if (!wished.isBent)
+            return wished;
+        // Where sizes have to change anyway, fewer change if what would turn as well counts as much.
+        if (wished.changes.turns > 0 && wished.changes.bends + wished.changes.lengths > 0) {
+            const std::vector<KeptShape> straight = unturned();
+            Task again = task;
+            again.shapes = straight;
+            if (Answer other = tryWishing(again); other.isSolved() && other.changes < wished.changes)
+                wished = std::move(other);
+        }
+        const std::vector<double> aims(task.aims.empty() ? m_work.values
+                                                         : std::vector<double>(task.aims.begin(), task.aims.end()));
+        task.aims = aims;
+        task.isFirm = wished.unchangedSizes;
+        Answer firm = from(wished.values, [&] { return tryOnce(m_work, task); });
+        return firm.isSolved() ? firm : wished;
+    }
+
+    std::vector<KeptShape> unturned() const {
+        std::vector<KeptShape> shapes = m_shapes;
+        for (KeptShape& shape : shapes)
+            shape.turnWeight = shape.lengthWeight;
+        return shapes;
+    }
+
+    /// With the edited elements' other places where they were, if that can be.
+    Answer tryKeepingPlaces(Task task) {
+        if (!m_request.kept.empty() && task.level == RelaxationLevel::exact) {
+            Task firm = task;
+            firm.kept = m_request.kept;
+            firm.isQuick = true;
+            Answer answer = tryKeepingShapes(firm);
+            if (answer.isSolved() && !isDoubtful(answer))
+                return answer;
+        }
+        return tryKeepingShapes(std::move(task));
+    }
+
+    Answer reach(RelaxationLevel level) {
+        const bool canFollow = m_request.patience != Patience::once && level == RelaxationLevel::exact;
+        const bool isLed = m_isEdit && !m_way->isTrivial() && level == RelaxationLevel::exact;
+        Answer atOnce = tryKeepingPlaces(task(level, isLed || m_request.patience == Patience::once));
+        if (!isLed)
+            return atOnce.isSolved() || !canFollow ? atOnce : leadDimensions(std::move(atOnce));
+        if (atOnce.isContradicted || (atOnce.isSolved() && !isDoubtful(atOnce)))
+            return atOnce;
+        Answer carried = tryCarried();
+        if (carried.isSolved() && !carried.isTwisted)
+            return carried;
+        if (!canFollow)
+            return carried.isSolved() && !atOnce.isSolved() ? carried : atOnce;
+        Answer followed = follow(atOnce.isSolved() ? kNudged : kLeastStep);
+        if (followed.isSolved() && (!atOnce.isSolved() || isReversed(atOnce) || followed.strain < atOnce.strain))
+            return followed;
+        if (atOnce.isSolved())
+            return atOnce;
+        if (m_request.patience != Patience::all)
+            return followed;
+        Answer careful = tryOnce(m_work, task(level, false));
+        if (!careful.isSolved())
+            careful.result.reached = followed.result.reached;
+        if (!careful.isSolved() && followed.result.degeneracy)
+            careful.result.degeneracy = followed.result.degeneracy;
+        return careful;
+    }
+
+    /// A plain solve that has failed: dimensions that do not hold are led from what they measure.
+    Answer leadDimensions(Answer failed) {
+        if (m_isEdit || failed.isContradicted || isSpent(m_request.budget))
+            return failed;
+        const std::vector<ValueGoal> missed = missedDimensions(m_work);
+        if (missed.empty())
+            return failed;
+        m_way.emplace(m_work, m_request.targets, missed, m_request.edited);
+        Answer followed = follow(kLeastStep);
+        if (followed.isSolved())
+            return followed;
+        failed.result.reached = followed.result.reached;
+        return failed;
+    }
+
+    bool isReversed(const Answer& answer) const { return isReversed(answer, m_way->start()); }
+
+    bool isReversed(const Answer& answer, std::span<const double> before) const {
+        std::vector<int> others;
+        std::set_difference(answer.concerned.begin(), answer.concerned.end(), m_named.begin(), m_named.end(),
+                            std::back_inserter(others));
+        return findReversed(m_work, others, before, answer.values) >= 0;
+    }
+
+    bool isDoubtful(const Answer& answer) const { return answer.isTwisted || isReversed(answer); }
+
+    /// From where everything that is connected with the edited elements has gone along with them.
+    Answer tryCarried() {
+        const auto& motion = m_way->motion();
+        Answer none;
+        none.result.status = SolveStatus::unreached;
+        if (!motion || std::abs(motion->angle()) < kTurned)
+            return none;
+        const Task asked = task(RelaxationLevel::exact, true);
+        const Run whole(m_work, asked);
+        std::vector<double> carried = m_way->start();
+        for (const int number : whole.concerned())
+            if (!m_work.entities[at(number)].fixed)
+                motion->carry(m_work.entities[at(number)], 1.0, m_way->start(), carried);
+        Task carriedTask = task(RelaxationLevel::exact, true);
+        const std::vector<double> aims = m_work.values;
+        carriedTask.aims = aims;
+        Answer answer = from(carried, [&] { return tryKeepingShapes(carriedTask); });
+        answer.isTwisted = answer.isTwisted || (answer.isSolved() && isReversed(answer, carried));
+        return answer;
+    }
+
+    /// In steps, each from where the last one has led; then as near to where the sketch was as can be.
+    Answer follow(double leastStep) {
+        Answer last = followFrom(m_way->start(), leastStep);
+        setGoals();
+        if (!last.isSolved())
+            return last;
+        Task settling = task(RelaxationLevel::exact, true);
+        const std::vector<double> aims = m_work.values;
+        settling.aims = aims;
+        Answer settled = from(last.values, [&] { return tryKeepingPlaces(settling); });
+        if (!settled.isSolved() || findReversed(m_work, settled.concerned, last.values, settled.values) >= 0)
+            return last;
+        settled.result.iterations += last.result.iterations;
+        return settled;
+    }
+
+    Answer stepTo(double part, const std::vector<double>& values) {
+        const std::vector<Target> targets = m_way->targetsAt(part);
+        m_way->setValuesAt(part, m_work);
+        Task step = task(RelaxationLevel::exact, true);
+        step.targets = targets;
+        step.shapes = m_shapes;
+        Answer answer = from(values, [&] { return tryOnce(m_work, step); });
+        if (answer.isSolved() && findReversed(m_work, answer.concerned, values, answer.values) >= 0)
+            answer.result.status = SolveStatus::unreached;
+        return answer;
+    }
+
+    Answer followFrom(std::vector<double> values, double leastStep) {
+        double done = 0.0, step = kFirstStep;
+        if (const auto& motion = m_way->motion(); motion && motion->angle() != 0.0)
+            step = std::min(step, kLongestTurn / std::abs(motion->angle()));
+        const double longest = step;
+        Answer answer;
+        while (done < 1.0) {
+            const double next = std::min(1.0, done + step);
+            answer = stepTo(next, values);
+            if (!answer.isSolved() && step <= kNudged && !isSpent(m_request.budget))
+                answer = stepTo(next, nudged(values));
+            if (isSpent(m_request.budget))
+                break;
+            if (answer.isSolved()) {
+                done = next;
+                values = answer.values;
+                step = std::min(longest, 2.0 * step);
+            } else if ((step *= 0.5) < leastStep) {
+                break;
             }
         }
-        return true;
+        if (!answer.isSolved())
+            answer.result.reached = m_way->reachedAt(done);
+        return answer;
     }
 
-    bool meetsConstants() {
-        if (!system().contradictions.empty()) {
-            m_result.status = SolveStatus::conflicting;
-            const Contradiction& first = system().contradictions.front();
-            m_suspects = first.others;
-            m_suspects.push_back(first.constraint);
-            tidySuspects();
-            return false;
-        }
-        const int broken = m_workspace.brokenConstantEquation();
-        if (broken < 0)
-            return true;
-        m_result.status = SolveStatus::conflicting;
-        noteWorst(broken);
-        suspectPart();
-        return false;
+    /// Every value a little elsewhere, always in the same way.
+    std::vector<double> nudged(std::vector<double> values) const {
+        const double most = kNudge * m_work.size();
+        for (std::size_t v = 0; v < values.size(); ++v)
+            values[v] += most * std::sin(1.0 + 2.7 * static_cast<double>(v));
+        for (const SketchEntity& entity : m_work.entities)
+            if (entity.fixed)
+                std::copy_n(m_work.values.begin() + entity.firstValue, entity.valueCount,
+                            values.begin() + entity.firstValue);
+        return values;
     }
 
-    bool solveParts() {
-        std::vector<int> seeds = m_workspace.violated();
-        seeds.insert(seeds.end(), m_seeds.begin(), m_seeds.end());
-        std::vector<char> isSeed(at(system().unknownCount), 0);
-        for (const int seed : seeds)
-            isSeed[at(seed)] = 1;
-        std::vector<int> mine;
-        for (const int seed : seeds) {
-            if (!isSeed[at(seed)])
+    /// Constraints that are connected with the edit, are not named by it, and did not hold before it. Where the edit
+    /// does not tell how its elements were before, nothing is known of the constraints on them.
+    std::vector<int> brokenBefore() {
+        if (!m_isEdit)
+            return {};
+        SketchData before = m_work;
+        before.values = m_way->start();
+        const Task asked = task(RelaxationLevel::exact, true);
+        const Run whole(m_work, asked);
+        const std::vector<double> misses = violationsOf(before);
+        std::vector<int> broken;
+        for (std::size_t c = 0; c < m_work.constraints.size(); ++c) {
+            const int number = static_cast<int>(c);
+            if (misses[c] <= kHolds * m_work.tolerance * m_work.size() || !whole.concernsConstraint(number) ||
+                std::find(m_dimensions.begin(), m_dimensions.end(), number) != m_dimensions.end())
                 continue;
-            const std::vector<int> part = m_workspace.neighbourhood().partOf({&seed, 1});
-            mine.clear();
-            for (const int u : part) {
-                if (std::exchange(isSeed[at(u)], 0) != 0)
-                    mine.push_back(u);
-            }
-            if (!solvePart(part, mine))
-                return false;
+            const auto& refs = m_work.constraints[c].refs;
+            const bool isOnEdited = std::any_of(refs.begin(), refs.end(), [&](const SketchPlace& place) {
+                return std::binary_search(m_named.begin(), m_named.end(), place.entity);
+            });
+            if (!isOnEdited || !m_way->isTrivial())
+                broken.push_back(number);
         }
-        return true;
+        return broken;
     }
 
-    bool solvePart(const std::vector<int>& part, const std::vector<int>& seeds) {
-        const Attempt attempt = m_workspace.solveAround(seeds, m_request.reach);
-        m_result.iterations += attempt.iterations;
-        if (attempt.isSolved)
-            return true;
-        m_result.degeneracy = attempt.degeneracy;
-        m_result.status = attempt.degeneracy ? SolveStatus::degenerate : SolveStatus::unreached;
-        for (const int u : part) {
-            for (const int e : system().equationsOfUnknown[u])
-                noteWorst(e);
-        }
-        suspectPart(part);
-        return false;
-    }
-
-    /// What was found until then may hold, but need not be the nearest: it is not taken.
-    bool isOverBudget() {
-        if (!m_workspace.hasSpentBudget())
-            return false;
-        m_result.status = SolveStatus::unreached;
-        return true;
-    }
-
-    bool leavesPinnedSound() {
-        m_result.degeneracy = m_workspace.degeneracyInConstants();
-        if (!m_result.degeneracy)
-            return true;
-        m_result.status = SolveStatus::degenerate;
-        suspectPart();
-        return false;
-    }
-
-    void noteWorst(int equation) {
-        const double residual = system().residualOf(equation);
-        if (!(residual <= m_result.residual)) {
-            m_result.residual = residual;
-            m_result.worstConstraint = system().set.equations[at(equation)].constraint;
-        }
-    }
-
-    void suspectPart(std::span<const int> part) { suspectAround(entitiesOf(system(), part)); }
-
-    /// Ties leave no equations, so the walk goes by elements: constraints on them, the elements of those, and so on;
-    /// fixed elements connect nothing.
-    void suspectAround(std::vector<int> entities) {
+    /// The elements nearest to the edit, as constraints lead from one to the next; edited ones have no say.
+    void collectShapes() {
         std::vector<std::pair<int, int>> uses;
-        for (const int c : bindingConstraints(m_sketch)) {
-            for (const SketchPlace& place : m_sketch.constraints[at(c)].refs)
+        for (const int c : bindingConstraints(m_work))
+            for (const SketchPlace& place : m_work.constraints[at(c)].refs)
                 uses.emplace_back(place.entity, c);
-        }
-        const ListTable constraintsOf = tabulate(static_cast<int>(m_sketch.entities.size()), uses);
-        std::vector<char> isSeen(m_sketch.entities.size(), 0), isTaken(m_sketch.constraints.size(), 0);
-        for (std::size_t head = 0; head < entities.size(); ++head) {
-            const int entity = entities[head];
-            if (std::exchange(isSeen[at(entity)], 1) || m_sketch.entities[at(entity)].fixed)
+        const ListTable constraintsOf = tabulate(static_cast<int>(m_work.entities.size()), uses);
+        std::vector<int> front = m_named;
+        std::vector<char> isSeen(m_work.entities.size(), 0), isUsed(m_work.constraints.size(), 0);
+        for (const int number : m_request.edited)
+            isSeen[at(number)] = 2;
+        for (std::size_t head = 0; head < front.size() && m_shapes.size() < kMostShapes; ++head) {
+            const int number = front[head];
+            if (std::exchange(isSeen[at(number)], isSeen[at(number)] | 1) & 1 || m_work.entities[at(number)].fixed)
                 continue;
-            for (const int c : constraintsOf[entity]) {
-                if (std::exchange(isTaken[at(c)], 1))
-                    continue;
-                m_suspects.push_back(c);
-                for (const SketchPlace& place : m_sketch.constraints[at(c)].refs)
-                    entities.push_back(place.entity);
-            }
+            if (isSeen[at(number)] == 1)
+                m_shapes.push_back({number, kLengthWeight, kBendWeight, kTurnWeight});
+            for (const int c : constraintsOf[number])
+                if (std::exchange(isUsed[at(c)], 1) == 0)
+                    for (const SketchPlace& place : m_work.constraints[at(c)].refs)
+                        front.push_back(place.entity);
         }
-        tidySuspects();
+        std::sort(m_shapes.begin(), m_shapes.end(),
+                  [](const KeptShape& a, const KeptShape& b) { return a.entity < b.entity; });
     }
 
-    void suspectPart() {
-        std::vector<int> entities = m_request.edited;
-        for (const Target& target : m_request.targets)
-            entities.push_back(system().entityOfValue[at(target.value)]);
-        for (std::size_t i = 0; i < m_sketch.entities.size() && m_request.targets.empty(); ++i)
-            entities.push_back(static_cast<int>(i));
-        suspectAround(std::move(entities));
-    }
-
-    void tidySuspects() {
-        std::erase_if(m_suspects, [](int c) { return c < 0; });
-        std::sort(m_suspects.begin(), m_suspects.end());
-        m_suspects.erase(std::unique(m_suspects.begin(), m_suspects.end()), m_suspects.end());
-    }
-
-    void accept() {
-        EquationSystem& s = system();
-        for (int e = 0; e < static_cast<int>(s.set.equations.size()); ++e)
-            noteWorst(e);
-        std::vector<double> moved(m_sketch.entities.size(), 0.0);
-        bool hasMoved = false;
-        for (std::size_t v = 0; v < m_sketch.values.size(); ++v) {
-            const double way = std::abs(s.values[v] - m_sketch.values[v]) * s.metric[v];
-            moved[at(s.entityOfValue[v])] = std::max(moved[at(s.entityOfValue[v])], way);
-            hasMoved = hasMoved || s.values[v] != m_sketch.values[v];
-            m_sketch.values[v] = s.values[v];
-        }
-        m_result.status = hasMoved ? SolveStatus::solved : SolveStatus::unchanged;
-        for (std::size_t i = 0; i < moved.size(); ++i) {
-            if (moved[i] > 0.0)
-                m_result.movements.push_back({static_cast<int>(i), moved[i]});
-        }
-    }
-
-    EquationSystem& system() { return m_workspace.system(); }
-
-    SketchData& m_sketch;
     const SolveRequest& m_request;
-    RelaxationLevel m_tier;
-    SolverState m_workspace;
-    SolveResult m_result;
-    std::vector<int> m_seeds;
-    std::vector<int> m_suspects;
+    SketchData m_work;  ///< the sketch with the dimensions asked for
+    std::vector<ValueGoal> m_values;
+    std::vector<int> m_dimensions;
+    std::vector<int> m_named;
+    std::vector<KeptShape> m_shapes;
+    std::optional<Way> m_way;
+    double m_least = SolverState::kLeast;
+    bool m_isEdit = false;
 };
 
 void nameConflict(const SketchData& sketch, std::span<const int> suspects, std::span<const Target> targets,
@@ -242,35 +455,59 @@ void nameConflict(const SketchData& sketch, std::span<const int> suspects, std::
     result.contradictedTargets = conflict.targets;
 }
 
+/// Puts the values of an answer into the sketch, and notes what moves there.
+void take(SketchData& sketch, Answer& answer) {
+    bool hasMoved = false;
+    for (int number = 0; number < static_cast<int>(sketch.entities.size()); ++number) {
+        const SketchEntity& entity = sketch.entities[at(number)];
+        double way = 0.0;
+        for (std::size_t v = at(entity.firstValue); v < at(entity.firstValue + entity.valueCount); ++v) {
+            way = std::max(way, std::abs(answer.values[v] - sketch.values[v]) * answer.metric[v]);
+            hasMoved = hasMoved || answer.values[v] != sketch.values[v];
+        }
+        if (way > 0.0)
+            answer.result.movements.push_back({number, way});
+    }
+    sketch.values = std::move(answer.values);
+    answer.result.status = hasMoved ? SolveStatus::solved : SolveStatus::unchanged;
+}
+
+/// What the edit does not concern and does not hold, told for the user's sake.
+void noteLeftAlone(const SketchData& sketch, const Answer& answer, std::vector<int>& leftAlone) {
+    if (!answer.leavesBroken)
+        return;
+    const std::vector<double> misses = violationsOf(sketch);
+    for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
+        if (misses[c] > kHolds * sketch.tolerance * sketch.size())
+            leftAlone.push_back(static_cast<int>(c));
+    std::sort(leftAlone.begin(), leftAlone.end());
+    leftAlone.erase(std::unique(leftAlone.begin(), leftAlone.end()), leftAlone.end());
+}
+
 }  // namespace
 
 SolveResult solve(SketchData& sketch, const SolveRequest& request) {
-    SolveResult result;
-    SolveTimes times;
-    std::vector<int> suspects;
-    for (int level = 0; level <= static_cast<int>(request.lastLevel); ++level) {
-        const Stopwatch building;
-        Run run(sketch, request, static_cast<RelaxationLevel>(level));
-        times.building += building.seconds();
-        const Stopwatch iterating;
-        SolveResult next = run.solve();
-        times.iterating += iterating.seconds();
-        next.times = times;
-        if (next.isSolved())
-            return next;
-        if (level == 0) {
-            result = std::move(next);
-            suspects = run.suspects();
-        }
-        if (isSpent(request.budget))
-            break;
+    const Stopwatch iterating;
+    Solving solving(sketch, request);
+    Answer answer = solving.run();
+    answer.result.times.iterating = iterating.seconds();
+    if (answer.isSolved()) {
+        for (const ValueGoal& value : solving.values())
+            sketch.constraints[at(value.constraint)].value = value.goal;
+        take(sketch, answer);
+        if (!answer.concerned.empty())
+            noteLeftAlone(sketch, answer, answer.result.leftAlone);
+        return std::move(answer.result);
     }
     const Stopwatch explaining;
-    if (request.namesConflicts && !isSpent(request.budget))
-        nameConflict(sketch, suspects, request.targets, request.budget, result);
-    times.explaining = explaining.seconds();
-    result.times = times;
-    return result;
+    if (request.namesConflicts && !isSpent(request.budget)) {
+        SketchData asked = sketch;
+        for (const ValueGoal& value : solving.values())
+            asked.constraints[at(value.constraint)].value = value.goal;
+        nameConflict(asked, answer.suspects, request.targets, request.budget, answer.result);
+    }
+    answer.result.times.explaining = explaining.seconds();
+    return std::move(answer.result);
 }
 
 }  // namespace holdfast::solver::detail

@@ -16,6 +16,12 @@ struct Target {
     double goal = 0.0;
 };
 
+/// A dimension that an edit gives another value.
+struct ValueGoal {
+    int constraint = -1;
+    double goal = 0.0;
+};
+
 /// How far a solve may reach.
 enum class Scope {
     rings,  ///< the neighbourhood of the edit, widened only as far as it takes: fewest elements move
@@ -29,11 +35,24 @@ enum class RelaxationLevel {
     wishes  ///< C: both are wishes, sizes the weaker
 };
 
+/// What is tried for a solve that does not succeed at once.
+enum class Patience {
+    once,  ///< one quick try, and one from where everything has gone along with what was edited
+    way,   ///< and the way from before is followed
+    all    ///< and slow ways of solving
+};
+
 struct SolveRequest {
-    std::vector<Target> targets{};  ///< empty: only makes the constraints hold again
-    std::vector<int> edited{};      ///< elements that the edit is about
+    std::vector<Target> targets{};    ///< empty: only makes the constraints hold again
+    std::vector<Target> kept{};       ///< values that stay where they are if the constraints let them
+    std::vector<ValueGoal> values{};  ///< written into the sketch's constraints when they are reached
+    std::vector<int> edited{};        ///< elements that the edit is about
     Scope reach = Scope::rings;
     RelaxationLevel lastLevel = RelaxationLevel::exact;  ///< no level after this one is tried
+    /// Sizes of what the edit does not name are kept where shifting and turning can do it. Without an edit, dimensions
+    /// that alone do not hold are one.
+    bool keepsShapes = false;
+    Patience patience = Patience::all;
     bool namesConflicts = true;  ///< search for the constraints in conflict when the solve fails
     Budget* budget = nullptr;    ///< when it runs out the sketch stays as it is, and no conflict is searched for
 };
@@ -59,6 +78,13 @@ struct Movement {
     double distance = 0.0;
 };
 
+/// How far the way of an edit could be followed that was not reached, or how far a dimension of it could be led.
+struct ReachedPart {
+    double part = 0.0;                    ///< 0: not at all; below 1
+    std::vector<ValueGoal> dimensions{};  ///< the last values at which all held
+    std::vector<double> from{};           ///< of each of these the value at the beginning
+};
+
 struct SolveResult {
     SolveStatus status = SolveStatus::unchanged;
     RelaxationLevel level = RelaxationLevel::exact;
@@ -68,6 +94,8 @@ struct SolveResult {
     std::vector<int> conflicting;          ///< constraints that cannot hold together (with the targets), ascending
     std::vector<int> contradictedTargets;  ///< numbers of targets that are part of the conflict
     std::optional<Degeneracy> degeneracy;  ///< what was wrong with the solution that was refused
+    std::optional<ReachedPart> reached;    ///< when a way was followed in vain
+    std::vector<int> leftAlone;            ///< constraints that did not hold before and could not be made to
     std::vector<Movement> movements;       ///< elements that moved, ascending
     SolveTimes times;
 
@@ -76,7 +104,11 @@ struct SolveResult {
 
 /// Moves the sketch as little as it takes for all binding constraints to hold and the targets to be met. When that
 /// cannot be, the sketch stays as it is and the result says what stands in the way. What is not connected with a
-/// change does not move, to the last bit.
+/// change does not move, to the last bit, and cannot stop it: with targets, values or edited elements only what is
+/// connected with them is solved. Without, everything is.
+///
+/// What is not reached at once is approached along its way in steps that are halved until they are sound, down to 1/128
+/// of the way; that costs as many solves. The answer is then taken as near to where the sketch was as can be.
 ///
 /// Throws SketchError for a constraint that its elements cannot have.
 SolveResult solve(SketchData& sketch, const SolveRequest& request);

@@ -12,6 +12,15 @@ namespace {
 
 constexpr int kFirstRings = 2;
 
+/// Iterations of a quick try. Those that arrive take 3 to 10; the way is followed where they do not.
+constexpr int kQuick = 25;
+
+/// Sizes that change by less than this part of the movement are as good as kept.
+constexpr double kUnstrained = 0.01;
+
+/// Wider rings are worth it when they take this part of the change of sizes away.
+constexpr double kRelief = 0.02;
+
 /// What differs by less than this many tolerances is the same.
 constexpr double kSame = 10.0;
 
@@ -22,23 +31,101 @@ SolverState::SolverState(const SketchData& sketch, EquationSystem system)
     putConstants();
 }
 
+SolverState::SolverState(const SketchData& sketch, EquationSystem system, std::span<const int> about)
+    : m_sketch(sketch), m_system(std::move(system)), m_neighbourhood(m_system), m_start(m_system.values) {
+    limitTo(about);
+    putConstants();
+}
+
+void SolverState::limitTo(std::span<const int> about) {
+    m_isConcerned.assign(m_sketch.entities.size(), 0);
+    m_isConcernedUnknown.assign(at(m_system.unknownCount), 0);
+    std::vector<int> seeds;
+    for (const int number : about) {
+        m_isConcerned[at(number)] = 1;
+        const SketchEntity& entity = m_sketch.entities[at(number)];
+        for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount; ++v)
+            if (const int unknown = m_system.links[at(v)].unknown; unknown >= 0)
+                seeds.push_back(unknown);
+    }
+    const std::vector<int> part = m_neighbourhood.partOf(seeds);
+    for (const int u : part)
+        m_isConcernedUnknown[at(u)] = 1;
+    for (const int number : entitiesOf(m_system, part))
+        m_isConcerned[at(number)] = 1;
+}
+
+void SolverState::aimAt(std::span<const double> values) {
+    std::copy(values.begin(), values.begin() + m_system.figureValueCount, m_start.begin());
+}
+
+void SolverState::askOf(int entity) {
+    m_isAsked.resize(m_sketch.entities.size(), 0);
+    m_isAsked[at(entity)] = 1;
+}
+
+bool SolverState::concernsConstraint(int constraint) const {
+    if (m_isConcerned.empty())
+        return true;
+    const auto& refs = m_sketch.constraints[at(constraint)].refs;
+    return std::any_of(refs.begin(), refs.end(), [&](const SketchPlace& place) { return concerns(place.entity); });
+}
+
+bool SolverState::concernsEquation(int number) const {
+    const Equation& equation = m_system.set.equations[at(number)];
+    if (equation.constraint >= 0)
+        return concernsConstraint(equation.constraint);
+    return equation.entity < 0 || concerns(equation.entity);
+}
+
+bool SolverState::hasBrokenOutside() const {
+    if (m_isConcerned.empty())
+        return false;
+    if (std::any_of(m_system.contradictions.begin(), m_system.contradictions.end(),
+                    [&](const Contradiction& c) { return c.constraint >= 0 && !concernsConstraint(c.constraint); }))
+        return true;
+    const double limit = kSame * m_system.tolerance;
+    for (std::size_t v = 0; v < at(m_system.figureValueCount); ++v) {
+        if (concerns(m_system.entityOfValue[v]))
+            continue;
+        const ValueLink& link = m_system.links[v];
+        const double value = link.unknown < 0 ? link.offset : link.sign * m_system.meanOf(link.unknown) + link.offset;
+        if (!(std::abs(m_system.values[v] - value) * m_system.metric[v] <= limit))
+            return true;
+    }
+    for (int e = 0; e < static_cast<int>(m_system.set.equations.size()); ++e)
+        if (!concernsEquation(e) && !(m_system.residualOf(e) <= limit))
+            return true;
+    return false;
+}
+
+double SolverState::changeOf(const SizeRow& size) const {
+    const Equation& equation = m_system.set.equations[at(size.equation)];
+    return equation.slack >= 0 ? std::abs(m_system.values[at(equation.slack)]) : 0.0;
+}
+
 /// Values that constraints make constant take that value at once; what differs by rounding only stays.
 void SolverState::putConstants() {
     for (std::size_t v = 0; v < m_system.values.size(); ++v) {
         const ValueLink& link = m_system.links[v];
         if (link.unknown >= 0 || std::abs(m_system.values[v] - link.offset) * m_system.metric[v] <= m_system.tolerance)
             continue;
-        m_system.values[v] = link.offset;
-        if (v < m_system.entityOfValue.size())
+        if (v < m_system.entityOfValue.size()) {
+            if (!concerns(m_system.entityOfValue[v]))
+                continue;
             m_displaced.push_back(m_system.entityOfValue[v]);
+        }
+        m_system.values[v] = link.offset;
     }
 }
 
 void SolverState::wish(int value, double target, double emphasis) {
     m_wishes[value] = {target, emphasis};
+    askOf(m_system.entityOfValue[at(value)]);
 }
 
 bool SolverState::pin(int value, double goal) {
+    askOf(m_system.entityOfValue[at(value)]);
     const ValueLink& link = m_system.links[at(value)];
     const double tolerance = kSame * m_system.tolerance / m_system.metric[at(value)];
     if (link.unknown < 0)
@@ -57,7 +144,7 @@ std::vector<int> SolverState::violated() const {
     std::vector<char> isSeed(at(m_system.unknownCount), 0);
     for (std::size_t v = 0; v < m_system.values.size(); ++v) {
         const ValueLink& link = m_system.links[v];
-        if (link.unknown < 0 || m_pins.contains(link.unknown))
+        if (link.unknown < 0 || !concernsUnknown(link.unknown) || m_pins.contains(link.unknown))
             continue;
         const double first = m_system.values[at(m_system.valuesOfUnknown[link.unknown].front())];
         const ValueLink& firstLink = m_system.links[at(m_system.valuesOfUnknown[link.unknown].front())];
@@ -71,7 +158,7 @@ std::vector<int> SolverState::violated() const {
             continue;
         for (const int v : m_system.set.inputsOf(m_system.set.equations[e])) {
             const int unknown = m_system.links[at(v)].unknown;
-            if (unknown >= 0 && !m_pins.contains(unknown))
+            if (unknown >= 0 && concernsUnknown(unknown) && !m_pins.contains(unknown))
                 isSeed[at(unknown)] = 1;
         }
     }
@@ -90,7 +177,8 @@ int SolverState::brokenConstantEquation() const {
             const int unknown = m_system.links[at(v)].unknown;
             return unknown < 0 || m_pins.contains(unknown);
         });
-        if (isConstant && !(m_system.residualOf(static_cast<int>(e)) <= kSame * m_system.tolerance))
+        if (isConstant && concernsEquation(static_cast<int>(e)) &&
+            !(m_system.residualOf(static_cast<int>(e)) <= kSame * m_system.tolerance))
             return static_cast<int>(e);
     }
     return -1;
@@ -117,6 +205,8 @@ Pull SolverState::pullOf(const Subproblem& subproblem) const {
 std::optional<Degeneracy> SolverState::degeneracyIn(std::span<const int> entities, std::span<const int> senses,
                                                     double margin) const {
     if (auto degeneracy = findFlaw(m_sketch, m_system, entities, margin))
+        return degeneracy;
+    if (auto degeneracy = findRuined(m_sketch, m_system, entities, m_isAsked, margin * m_least))
         return degeneracy;
     return findTurnedTangency(m_sketch, m_system, senses);
 }
@@ -196,8 +286,11 @@ Attempt SolverState::tryCarefully(Subproblem& subproblem, const std::vector<doub
 
 Attempt SolverState::trySubproblem(Subproblem& subproblem, bool isWhole) {
     const std::vector<double> x = subproblem.read();
-    Attempt attempt = trySettling(subproblem, x, {});
-    if (attempt.isSolved || !isWhole || hasSpentBudget())
+    IterationLimits limits;
+    if (m_isQuick)
+        limits.restoring = kQuick;
+    Attempt attempt = trySettling(subproblem, x, limits);
+    if (attempt.isSolved || !isWhole || m_isQuick || hasSpentBudget())
         return attempt;
     // What the first try left says best what stands in the way.
     const std::vector<double> left = m_system.values;
@@ -210,9 +303,24 @@ Attempt SolverState::trySubproblem(Subproblem& subproblem, bool isWhole) {
     return attempt;
 }
 
+/// The largest change of a size that is kept, where it is more than a small part of the movement.
+double SolverState::strainOf(const Subproblem& subproblem) const {
+    double strain = 0.0, way = 0.0;
+    for (const int e : subproblem.equations())
+        if (const int slack = m_system.set.equations[at(e)].slack; slack >= 0)
+            strain = std::max(strain, std::abs(m_system.values[at(slack)]));
+    for (const int number : subproblem.entities()) {
+        const SketchEntity& entity = m_sketch.entities[at(number)];
+        for (std::size_t v = at(entity.firstValue); v < at(entity.firstValue + entity.valueCount); ++v)
+            way = std::max(way, std::abs(m_system.values[v] - m_start[v]) * m_system.metric[v]);
+    }
+    return strain <= kUnstrained * way ? 0.0 : strain;
+}
+
 Attempt SolverState::solveAround(std::span<const int> seeds, Scope reach) {
     Attempt attempt;
     int iterations = 0;
+    double lastStrain = -1.0;
     for (int steps = kFirstRings;; steps *= 2) {
         const Neighbourhood::Rings rings = reach == Scope::part
                                                ? Neighbourhood::Rings{m_neighbourhood.partOf(seeds), true}
@@ -226,12 +334,15 @@ Attempt SolverState::solveAround(std::span<const int> seeds, Scope reach) {
         attempt = trySubproblem(subproblem, rings.isWhole);
         iterations += attempt.iterations;
         attempt.iterations = iterations;
-        if (attempt.isSolved) {
+        const double strain = attempt.isSolved && !m_system.sizes.empty() ? strainOf(subproblem) : 0.0;
+        const bool isRelieved = strain == 0.0 || (lastStrain > 0.0 && strain > (1.0 - kRelief) * lastStrain);
+        if (attempt.isSolved && (isRelieved || rings.isWhole || hasSpentBudget())) {
             m_touched.insert(m_touched.end(), rings.unknowns.begin(), rings.unknowns.end());
             return attempt;
         }
         if (rings.isWhole || hasSpentBudget())
             return attempt;
+        lastStrain = attempt.isSolved ? strain : -1.0;
         for (const auto& [v, x] : old)
             m_system.values[at(v)] = x;
     }

@@ -24,6 +24,10 @@ class SolverState {
 public:
     SolverState(const SketchData& sketch, EquationSystem system);
 
+    /// The same for an edit that concerns only what is connected with some elements: everything else stays as it is,
+    /// whether it holds or not.
+    SolverState(const SketchData& sketch, EquationSystem system, std::span<const int> about);
+
     EquationSystem& system() { return m_system; }
     const EquationSystem& system() const { return m_system; }
     const SketchData& sketch() const { return m_sketch; }
@@ -34,6 +38,28 @@ public:
 
     /// Makes the unknown of a value a constant of this edit. False when the value is bound otherwise already.
     bool pin(int value, double goal);
+
+    /// Where the values would like to be, instead of where they are now. Values of the sketch.
+    void aimAt(std::span<const double> values);
+
+    /// The edit is about sizes of this element: they may shrink as far as it takes.
+    void askOf(int entity);
+
+    /// The part of what it was below which no other size may shrink.
+    void setLeast(double least) { m_least = least; }
+
+    /// A subproblem that is not solved at once is given up.
+    void setQuick(bool isQuick) { m_isQuick = isQuick; }
+
+    bool concerns(int entity) const { return m_isConcerned.empty() || m_isConcerned[static_cast<std::size_t>(entity)]; }
+    bool concernsConstraint(int constraint) const;
+    bool concernsEquation(int equation) const;
+
+    /// Something that the edit does not concern does not hold. Linear in the system.
+    bool hasBrokenOutside() const;
+
+    /// By how much a size that is kept differs from what it was, as a length.
+    double changeOf(const SizeRow& size) const;
 
     /// Unknowns of equations that do not hold, and unknowns whose merged values differ. Linear in the system.
     std::vector<int> violated() const;
@@ -53,6 +79,10 @@ public:
     Pull pullOf(const Subproblem& subproblem) const;
     std::span<const double> startValues() const { return m_start; }
 
+    /// The part of a length, a radius or a sweep that has to be left of it, unless the edit asks for less: less is no
+    /// longer the shape that was drawn.
+    static constexpr double kLeast = 0.01;
+
     /// What the constants of the constraints and of the edit have degenerate by themselves.
     std::optional<Degeneracy> degeneracyInConstants() const;
 
@@ -70,6 +100,11 @@ private:
 
     std::optional<Degeneracy> degeneracyIn(std::span<const int> entities, std::span<const int> senses,
                                            double margin = 1.0) const;
+    void limitTo(std::span<const int> about);
+    bool concernsUnknown(int unknown) const {
+        return m_isConcernedUnknown.empty() || m_isConcernedUnknown[static_cast<std::size_t>(unknown)];
+    }
+    double strainOf(const Subproblem& subproblem) const;
     Attempt trySubproblem(Subproblem& subproblem, bool isWhole);
     Attempt tryCarefully(Subproblem& subproblem, const std::vector<double>& x);
     Attempt tryFromReference(Subproblem& subproblem);
@@ -83,6 +118,10 @@ private:
     std::unordered_map<int, double> m_pins;  ///< by unknown
     std::vector<int> m_touched;
     Budget* m_budget = nullptr;
+    std::vector<char> m_isConcerned, m_isConcernedUnknown;  ///< by element and by unknown; empty: all are
+    std::vector<char> m_isAsked;                            ///< by element
+    double m_least = kLeast;
+    bool m_isQuick = false;
     std::vector<int> m_displaced;  ///< elements of values that constraints made constants elsewhere
 };
 

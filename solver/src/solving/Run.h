@@ -1,0 +1,104 @@
+#pragma once
+
+#include <compare>
+
+#include "solver/src/Uses.h"
+#include "solver/src/solving/SolverState.h"
+
+namespace holdfast::solver::detail {
+
+/// What one solve of a sketch is about.
+struct Task {
+    RelaxationLevel level = RelaxationLevel::exact;
+    std::span<const Target> targets{};
+    std::span<const Target> kept{};     ///< constants too, but for those that ties contradict
+    std::span<const int> edited{};      ///< elements whose values give way last
+    std::span<const int> dimensions{};  ///< constraints whose values are asked for
+    bool isEdit = false;                ///< only what is connected with these is solved
+    std::span<const KeptShape> shapes{};
+    std::vector<char> isFirm{};          ///< sizes of those shapes that stay exactly
+    std::vector<double> emphasis{};      ///< of those sizes; see KeptSizes
+    std::span<const double> aims{};      ///< where values would like to be; empty: where they are
+    double least = SolverState::kLeast;  ///< see SolverState::setLeast
+    bool isQuick = false;
+    Scope reach = Scope::rings;
+    Budget* budget = nullptr;
+};
+
+/// One solve of a sketch in one level, from where its values are. The sketch is only read.
+class Run {
+public:
+    /// Throws SketchError for a constraint that its elements cannot have.
+    Run(const SketchData& sketch, const Task& task);
+
+    /// Movements are left out.
+    SolveResult solve();
+
+    /// The sketch's values after a solve that has succeeded.
+    std::span<const double> values() const;
+
+    /// How far geometry moves when a value changes by one.
+    std::span<const double> metric() const;
+
+    /// Elements that are connected with the edit, ascending; all without an edit.
+    std::vector<int> concerned() const;
+
+    /// Sizes that changed by no more than a small part of what moved, so that they may well stay: by their number.
+    std::vector<char> unchangedSizes() const;
+    /// How many of each kind have changed by more.
+    struct Changes {
+        int bends = 0, lengths = 0, turns = 0;
+        auto operator<=>(const Changes&) const = default;
+    };
+    Changes changes() const;
+    /// How much more each of them is to count so that few change by much instead of many by a little.
+    std::vector<double> emphasis() const;
+    /// The sum of all their changes, as lengths; and the largest change as a part of the size.
+    double strain() const;
+    bool isBent() const;
+    double mostChanged() const;
+
+    /// Something that the edit does not concern does not hold.
+    bool leavesBroken() const { return m_state.hasBrokenOutside(); }
+
+    bool concernsConstraint(int constraint) const { return m_state.concernsConstraint(constraint); }
+
+    /// A failure that no way leads around: values that are constants by themselves contradict each other.
+    bool isContradicted() const { return m_isContradicted; }
+
+    /// Constraints that the failure points at, the likeliest culprits; all of the part that failed when in doubt.
+    std::vector<int> suspects() const { return m_suspects; }
+
+private:
+    static EquationSystem systemFor(const SketchData& sketch, const Task& task);
+    static SolverState stateFor(const SketchData& sketch, const Task& task);
+    void wishEdited();
+    bool placeTargets();
+    bool meetsConstants();
+    bool solveParts();
+    bool solvePart(const std::vector<int>& part, const std::vector<int>& seeds);
+    bool isOverBudget();
+    bool leavesPinnedSound();
+    void noteWorst(int equation);
+    void suspectPart(std::span<const int> part) { suspectAround(entitiesOf(system(), part)); }
+    void suspectAround(std::vector<int> entities);
+    void suspectPart();
+    void tidySuspects();
+    double longestWay() const;
+
+    EquationSystem& system() { return m_state.system(); }
+    const EquationSystem& system() const { return m_state.system(); }
+
+    const SketchData& m_sketch;
+    const Task& m_task;
+    SolverState m_state;
+    SolveResult m_result;
+    bool m_isContradicted = false;
+    std::vector<int> m_seeds;
+    std::vector<int> m_suspects;
+};
+
+/// The elements that an edit names itself: edited ones, those of its targets and of its dimensions. Ascending.
+std::vector<int> namedElements(const SketchData& sketch, const Task& task);
+
+}  // namespace holdfast::solver::detail

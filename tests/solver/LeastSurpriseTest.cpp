@@ -1,0 +1,171 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "Sketch.h"
+
+// What follows an edit: nothing that is not tied to it, shapes before places, along the way.
+namespace holdfast::solver::detail {
+
+namespace {
+
+/// A slot: two arcs, two lines, and dimensions that place it.
+SketchText slot() {
+    return SketchText(
+        "arc top 30,10 3 0 180; arc low 30,-10 3 180 360; line left 27,10 27,-10; line right 33,-10 33,10; "
+        "fixed! point origin 0,0; coincident top.end left.start; coincident left.end low.start; "
+        "coincident low.end right.start; coincident right.end top.start; vertical top.centre low.centre; tangent top "
+        "left; tangent left low; "
+        "tangent low right; tangent right top; equal top low; radius top = 3; "
+        "distance_y low.centre top.centre = 20; distance_x origin top.centre = 30");
+}
+
+int constraintOf(const SketchText& sketch, ConstraintType type) {
+    for (std::size_t c = 0; c < sketch.sketch.constraints.size(); ++c)
+        if (sketch.sketch.constraints[c].type == type)
+            return static_cast<int>(c);
+    return -1;
+}
+
+SolveResult set(SketchText& sketch, ConstraintType type, double value) {
+    return solve(sketch.sketch, {.values = {{constraintOf(sketch, type), value}}, .keepsShapes = true});
+}
+
+double lengthOf(const SketchText& sketch, const char* line) {
+    const Vec2 p = sketch.at(std::string(line) + ".start"), q = sketch.at(std::string(line) + ".end");
+    return std::hypot(q.x - p.x, q.y - p.y);
+}
+
+}  // namespace
+
+TEST(LeastSurprise, MovesASlotByItsDimensionAsFarAsOneLikes) {
+    for (const double shift : {1.0, 3.1, 15.0, 100.0, -2.9, -15.0, -29.0, -40.0}) {
+        SketchText sketch = slot();
+        ASSERT_TRUE(set(sketch, ConstraintType::distanceX, 30.0 + shift).isSolved()) << shift;
+        EXPECT_NEAR(sketch.at("top.centre").x, 30.0 + shift, 1e-9) << shift;
+        EXPECT_NEAR(sketch.at("left.start").x, 27.0 + shift, 1e-8) << shift;
+        EXPECT_NEAR(sketch.at("right.start").x, 33.0 + shift, 1e-8) << shift;
+        EXPECT_NEAR(lengthOf(sketch, "left"), 20.0, 1e-8) << shift;
+        EXPECT_LT(sketch.worstViolation(), 1e-8) << shift;
+    }
+}
+
+TEST(LeastSurprise, LeadsADimensionThatAPlainSolveFindsChanged) {
+    SketchText sketch = slot();
+    sketch.sketch.constraints[static_cast<std::size_t>(constraintOf(sketch, ConstraintType::distanceX))].value = 60.0;
+    ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
+    EXPECT_NEAR(sketch.at("left.start").x, 57.0, 1e-8);
+}
+
+TEST(LeastSurprise, WidensASlotWithoutLengtheningIt) {
+    SketchText sketch = slot();
+    ASSERT_TRUE(set(sketch, ConstraintType::radius, 5.0).isSolved());
+    EXPECT_NEAR(sketch.at("left.start").x, 25.0, 1e-8);
+    EXPECT_NEAR(lengthOf(sketch, "right"), 20.0, 1e-8);
+}
+
+TEST(LeastSurprise, LeavesAnotherPartAloneThatDoesNotHold) {
+    SketchText sketch("line a 0,0 10,1; line b 0,5 10,5; horizontal a; horizontal b");
+    const SolveResult result = solve(
+        sketch.sketch,
+        {.targets = {{sketch.valueOf("b.start") + 1, 6.0}}, .edited = {sketch.numbers.at("b")}, .keepsShapes = true});
+    ASSERT_TRUE(result.isSolved());
+    EXPECT_EQ(sketch.at("a.end"), (Vec2{10.0, 1.0}));
+    EXPECT_EQ(sketch.at("b.end"), (Vec2{10.0, 6.0}));
+    EXPECT_EQ(sketch.namesOf(result.leftAlone), "c0");
+}
+
+TEST(LeastSurprise, IsNotStoppedByAnotherPartThatContradictsItself) {
+    SketchText sketch("line a 0,0 10,0; line b 0,5 10,5; horizontal a; vertical a; distance a = 10");
+    const SolveResult result = solve(
+        sketch.sketch,
+        {.targets = {{sketch.valueOf("b.start") + 1, 6.0}}, .edited = {sketch.numbers.at("b")}, .keepsShapes = true});
+    ASSERT_TRUE(result.isSolved());
+    EXPECT_EQ(sketch.at("a.end"), (Vec2{10.0, 0.0}));
+    EXPECT_FALSE(result.leftAlone.empty());
+}
+
+TEST(LeastSurprise, KeepsWhatHeldInAPartThatContradictsItself) {
+    SketchText sketch(
+        "line a 0,0 10,0; line b 10,0 10,5; coincident a.end b.start; distance b = 5; "
+        "fixed! point o 0,20; distance_y o a.start = -20; distance_y o a.start = -21");
+    const SolveResult result =
+        solve(sketch.sketch,
+              {.targets = {{sketch.valueOf("a.end"), 12.0}}, .edited = {sketch.numbers.at("a")}, .keepsShapes = true});
+    ASSERT_TRUE(result.isSolved());
+    EXPECT_EQ(sketch.namesOf(result.leftAlone), "c3");
+    EXPECT_NEAR(sketch.at("b.start").x, 12.0, 1e-9);
+    EXPECT_NEAR(lengthOf(sketch, "b"), 5.0, 1e-9);
+}
+
+TEST(LeastSurprise, LeavesTheOtherEndOfAnEditedLineWhereItIs) {
+    SketchText sketch("line a 0,0 10,0; line e 0,5 10,5; equal a e");
+    const int end = sketch.valueOf("a.end"), start = sketch.valueOf("a.start");
+    ASSERT_TRUE(solve(sketch.sketch, {.targets = {{end, 15.0}, {end + 1, 0.0}},
+                                      .kept = {{start, 0.0}, {start + 1, 0.0}},
+                                      .edited = {sketch.numbers.at("a")},
+                                      .keepsShapes = true})
+                    .isSolved());
+    EXPECT_EQ(sketch.at("a.start"), (Vec2{0.0, 0.0}));
+    EXPECT_NEAR(lengthOf(sketch, "e"), 15.0, 1e-9);
+}
+
+TEST(LeastSurprise, SaysHowFarADimensionCouldBeLed) {
+    SketchText sketch(
+        "fixed! point o 0,0; line a 0,0 10,0; line b 10,0 18,6; fixed! point p 18,6; coincident o a.start; "
+        "coincident a.end b.start; coincident b.end p; distance b = 10; distance a = 10");
+    const SolveResult result =
+        solve(sketch.sketch,
+              {.values = {{static_cast<int>(sketch.sketch.constraints.size()) - 1, 40.0}}, .keepsShapes = true});
+    ASSERT_FALSE(result.isSolved());
+    ASSERT_TRUE(result.reached.has_value());
+    // The arms stretch out at the distance of the fixed points and the length of b.
+    const double most = std::hypot(18.0, 6.0) + 10.0;
+    EXPECT_LT(result.reached->dimensions.at(0).goal, most);
+    EXPECT_GT(result.reached->dimensions.at(0).goal, most - 0.5);
+    EXPECT_EQ(sketch.at("a.end"), (Vec2{10.0, 0.0}));
+}
+
+TEST(LeastSurprise, DoesNotShrinkANeighbourToNextToNothing) {
+    SketchText sketch(
+        "line a 0,0 10,0; line b 10,0 10,5; line c 10,5 0,5; line d 0,5 0,0; coincident a.end b.start; "
+        "coincident b.end c.start; coincident c.end d.start; coincident d.end a.start; parallel a c; parallel b d; "
+        "perpendicular a b");
+    for (const double degrees : {30.0, 45.0, 90.0, 180.0, 270.0}) {
+        SketchText turned = sketch;
+        const double angle = degrees * std::acos(-1.0) / 180.0;
+        const int a = turned.valueOf("a.start");
+        ASSERT_TRUE(
+            solve(
+                turned.sketch,
+                {.targets = {{a, 0.0}, {a + 1, 0.0}, {a + 2, 10.0 * std::cos(angle)}, {a + 3, 10.0 * std::sin(angle)}},
+                 .edited = {turned.numbers.at("a")},
+                 .keepsShapes = true})
+                .isSolved())
+            << degrees;
+        EXPECT_NEAR(lengthOf(turned, "b"), 5.0, 1e-7) << degrees;
+        EXPECT_NEAR(lengthOf(turned, "c"), 10.0, 1e-7) << degrees;
+        EXPECT_NEAR(turned.at("d.start").x, -5.0 * std::sin(angle), 1e-7) << degrees;
+        EXPECT_NEAR(turned.at("d.start").y, 5.0 * std::cos(angle), 1e-7) << degrees;
+    }
+}
+
+TEST(LeastSurprise, TurnsAParallelLineAlongByAnyAngle) {
+    for (const double degrees : {45.0, 89.99, 90.0, 180.0}) {
+        SketchText sketch("line a 0,0 10,0; line b 0,5 10,5; parallel a b");
+        const double angle = degrees * std::acos(-1.0) / 180.0;
+        const int a = sketch.valueOf("a.start");
+        ASSERT_TRUE(
+            solve(
+                sketch.sketch,
+                {.targets = {{a, 0.0}, {a + 1, 0.0}, {a + 2, 10.0 * std::cos(angle)}, {a + 3, 10.0 * std::sin(angle)}},
+                 .edited = {sketch.numbers.at("a")},
+                 .keepsShapes = true})
+                .isSolved())
+            << degrees;
+        EXPECT_NEAR(lengthOf(sketch, "b"), 10.0, 1e-7) << degrees;
+        EXPECT_LT(sketch.worstViolation(), 1e-8) << degrees;
+    }
+}
+
+}  // namespace holdfast::solver::detail
