@@ -14,7 +14,6 @@
 #include "editing/commands/move/Moving.h"
 #include "editing/text/EditText.h"
 #include "geometry/Vec2.h"
-#include "inference/PlaneCurves.h"
 
 namespace holdfast::editing {
 
@@ -157,7 +156,7 @@ void dragConstrained(EditContext& context, const Hold& held, Vec2 by, int steps)
     evaluate(context);
     const Evaluation& last = context.evaluator.last();
     constexpr double exact = 1e-9;  // parts of the drawing's extent
-    const bool isShort = last.miss > exact * extentOf(context.drawing.document());
+    const bool isShort = last.miss > exact * context.drawing.extent();
     context.shortfall = {isShort ? last.miss : 0.0, isShort ? last.heldBackBy : std::vector<std::string>(),
                          last.leftAlone};
 }
