@@ -5,6 +5,7 @@
 #include <iterator>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 #include <yxbase/YxGeTol.h>
 
@@ -235,12 +236,49 @@ void HostDrag::leaveBroken() {
 }
 
 void HostDrag::land(const YxGeMatrix3d& transform) {
-    if (m_taken == nullptr)
+    if (m_taken != nullptr) {
+        m_taken->session.land();
+        SketchData landed = m_drawn;
+        landed.values = m_taken->sketch.values;
+        take(landed.values, shortfallOf(landed, demandFor(transform)));
+    }
+    EditRequest request = demandFor(transform);
+    if (keepShapes(request, transform))
         return;
-    m_taken->session.land();
-    SketchData landed = m_drawn;
-    landed.values = m_taken->sketch.values;
-    take(landed.values, shortfallOf(landed, demandFor(transform)));
+    for (Target& target : request.targets)
+        target.goal = m_host.sketch.values[at(target.value)];
+    keepShapes(request, transform);
+}
+
+/// False, and nothing is taken, where the request cannot be met so.
+bool HostDrag::keepShapes(const EditRequest& request, const YxGeMatrix3d& transform) {
+    SketchData shaped = m_drawn;
+    const SolveResult result = solve(shaped, {.targets = request.targets,
+                                              .edited = request.edited,
+                                              .keepsShapes = true,
+                                              .patience = m_miss > 0.0 ? Patience::way : Patience::once,
+                                              .namesConflicts = false});
+    if (!result.isSolved() || isTurnedOver(shaped.values))
+        return false;
+    const std::vector<double> followed = std::exchange(m_host.sketch.values, shaped.values);
+    if (m_host.isCut && m_host.reachesBorder()) {
+        m_host.sketch.values = followed;
+        return false;
+    }
+    m_miss = shortfallOf(shaped, demandFor(transform));
+    return true;
+}
+
+/// True where a line points away from where the last step has led it: the drag has gone over to a branch that is not to
+/// be left when it ends.
+bool HostDrag::isTurnedOver(const std::vector<double>& values) const {
+    const auto along = [](const std::vector<double>& of, std::size_t v) {
+        return Vec2{of[v + 2] - of[v], of[v + 3] - of[v + 1]};
+    };
+    return std::any_of(m_drawn.entities.begin(), m_drawn.entities.end(), [&](const SketchEntity& entity) {
+        const std::size_t v = at(entity.firstValue);
+        return entity.kind == EntityKind::line && dot(along(values, v), along(m_host.sketch.values, v)) < 0.0;
+    });
 }
 
 std::vector<int> HostDrag::holdingBack(const YxGeMatrix3d& transform) const {

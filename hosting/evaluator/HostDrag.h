@@ -31,7 +31,8 @@ public:
     SolveResult step(const YxGeMatrix3d& transform);
 
     /// Takes away what the last step has left open: the edited entities are where they were asked to be, or as near to
-    /// it as the constraints let them, to the last digits.
+    /// it as the constraints let them, to the last digits. The others come from where they were when the drag began:
+    /// those that can follow by shifting or turning keep their sizes, which a step has no time to look for.
     void land(const YxGeMatrix3d& transform);
 
     /// How far the last step stayed behind the transform, at worst.
@@ -65,6 +66,8 @@ private:
     EditRequest demandFor(const YxGeMatrix3d& transform) const;
     SolveResult follow(const EditRequest& request, const std::vector<double>& goals);
     SolveResult yield(const EditRequest& request, const std::vector<double>& goals, const SolveResult& followed);
+    bool keepShapes(const EditRequest& request, const YxGeMatrix3d& transform);
+    bool isTurnedOver(const std::vector<double>& values) const;
     std::vector<int> brokenNow() const;
     bool breaksWhatHeld() const;
     void leaveBroken();

@@ -64,6 +64,7 @@ struct Answer {
     double strain = 0.0;        ///< sum of the changes of sizes that are kept
     bool isBent = false;        ///< anything that is kept has changed at all
     bool isTwisted = false;     ///< a size is not what it was by far
+    bool keepsPlaces = false;   ///< what is not asked of the edited elements is where it was: sizes give way before it
     bool isContradicted = false;
     std::vector<int> suspects, concerned;
 
@@ -234,8 +235,10 @@ private:
             firm.kept = m_request.kept;
             firm.isQuick = true;
             Answer answer = tryKeepingShapes(firm);
-            if (answer.isSolved() && !isDoubtful(answer))
+            if (answer.isSolved() && !isReversed(answer)) {
+                answer.keepsPlaces = true;
                 return answer;
+            }
         }
         return tryKeepingShapes(std::move(task));
     }
@@ -292,7 +295,9 @@ private:
         return findReversed(m_work, others, before, answer.values) >= 0;
     }
 
-    bool isDoubtful(const Answer& answer) const { return answer.isTwisted || isReversed(answer); }
+    bool isDoubtful(const Answer& answer) const {
+        return !answer.keepsPlaces && (answer.isTwisted || isReversed(answer));
+    }
 
     /// From where everything that is connected with the edited elements has gone along with them.
     Answer tryCarried() {
