@@ -202,7 +202,8 @@ void Session::run(const Edit& edit, EditContext& context, EditResult& result) {
     const double sizeBefore = context.drawing.extent();
     std::visit(Performer{context}, edit);
     result.outcome.shortfall = context.shortfall;
-    result.outcome.remarks = remarksOn(context.shortfall, m_document.document, context.edited);
+    if (context.shortfall != Shortfall{})
+        result.outcome.remarks = remarksOn(context.shortfall, document(), context.edited);
     finishCommand(context);
     settleOwnConstraints(context.drawing, partOf(context.drawing.change(), sizeBefore), context.judgedAnew);
     context.reasons.noteDeleted(context.drawing);

@@ -85,7 +85,7 @@ std::string linksOf(int count) {
 
 DragPath chain() {
     return pathOf("chain of equal links", linksOf(6), "l5.end", [](Vec2 start, double part) {
-        return Vec2{start.x - 12.0 * part, start.y + 8.0 * std::sin(0.5 * kTurn * part)};
+        return Vec2{start.x - 8.0 * part, start.y + 8.0 * std::sin(0.5 * kTurn * part)};
     });
 }
 
