@@ -27,9 +27,9 @@ public:
 
     /// Moves each handle to its goal, or as near to it as the constraints let it come; the result tells what moved
     /// since the step before. Where the constraints cannot be kept, an entity would collapse, or a limit is reached,
-    /// the sketch stays as it is. A sketch that was changed otherwise meanwhile is refused: Ending::invalid. What throws
-    /// (memory runs out, isCancelled throws) leaves the sketch as it was and ends the session: Ending::invalid from then
-    /// on.
+    /// the sketch stays as it is. A sketch that was changed otherwise meanwhile is refused: Ending::invalid. What
+    /// throws (memory runs out, isCancelled throws) leaves the sketch as it was and ends the session: Ending::invalid
+    /// from then on.
     SolveResult step(std::span<const Vec2> goals);
     /// The same for a session with one handle.
     SolveResult step(Vec2 goal);
