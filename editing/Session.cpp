@@ -201,6 +201,8 @@ void Session::run(const Edit& edit, EditContext& context, EditResult& result) {
         return undo(result);
     const double sizeBefore = context.drawing.extent();
     std::visit(Performer{context}, edit);
+    if (context.shortfall.leftAlone.empty())
+        context.shortfall.leftAlone = m_evaluator->last().leftAlone;
     result.outcome.shortfall = context.shortfall;
     if (context.shortfall != Shortfall{})
         result.outcome.remarks = remarksOn(context.shortfall, document(), context.edited);

@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "tests/editing/Shorthand.h"
+
+// What a user sees follow an edit.
+namespace holdfast::editing {
+namespace {
+
+const LineShape& lineOf(const Session& session, const char* id) {
+    return std::get<LineShape>(entityNamed(session.document(), id).shape);
+}
+
+double lengthOf(const LineShape& line) {
+    return std::hypot(line.end.x - line.start.x, line.end.y - line.start.y);
+}
+
+Document twoLines(ConstraintType type) {
+    Document document;
+    document.name = "pair";
+    document.entities = {lineEntity("a", {0, 0}, {10, 0}), lineEntity("b", {0, 5}, {10, 5})};
+    document.constraints = {constraintOf("c0", type, {{"a"}, {"b"}})};
+    return document;
+}
+
+Document rectangle() {
+    Document document;
+    document.name = "rectangle";
+    document.entities = {lineEntity("a", {0, 0}, {10, 0}), lineEntity("b", {10, 0}, {10, 5}),
+                         lineEntity("c", {10, 5}, {0, 5}), lineEntity("d", {0, 5}, {0, 0})};
+    const char* const sides[] = {"a", "b", "c", "d"};
+    for (int i = 0; i < 4; ++i)
+        document.constraints.push_back(
+            constraintOf("c" + std::to_string(i), ConstraintType::coincident,
+                         {{sides[i], PlaceKind::end}, {sides[(i + 1) % 4], PlaceKind::start}}));
+    document.constraints.push_back(constraintOf("c4", ConstraintType::parallel, {{"a"}, {"c"}}));
+    document.constraints.push_back(constraintOf("c5", ConstraintType::parallel, {{"b"}, {"d"}}));
+    document.constraints.push_back(constraintOf("c6", ConstraintType::perpendicular, {{"a"}, {"b"}}));
+    return document;
+}
+
+TEST(LeastSurpriseEdit, LeavesTheOtherEndOfALineThatIsSetWhereItIs) {
+    for (const ConstraintType type : {ConstraintType::equal, ConstraintType::parallel}) {
+        Session session(twoLines(type));
+        EXPECT_EQ(session.apply("set a end 15,3").outcome.error, "");
+        EXPECT_EQ(lineOf(session, "a").start, (Vec2{0, 0}));
+        EXPECT_EQ(lineOf(session, "a").end, (Vec2{15, 3}));
+    }
+}
+
+TEST(LeastSurpriseEdit, TurnsARectangleAlongWithOneOfItsSides) {
+    for (const char* degrees : {"45", "90", "180", "270"}) {
+        Session session(rectangle());
+        EXPECT_EQ(session.apply("rotate a about 0,0 by " + std::string(degrees)).outcome.error, "") << degrees;
+        EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2 c3 c4 c5 c6") << degrees;
+        EXPECT_NEAR(lengthOf(lineOf(session, "b")), 5.0, 1e-8) << degrees;
+        EXPECT_NEAR(lengthOf(lineOf(session, "c")), 10.0, 1e-8) << degrees;
+    }
+}
+
+TEST(LeastSurpriseEdit, KeepsParallelAndPerpendicularThroughARightAngle) {
+    for (const ConstraintType type : {ConstraintType::parallel, ConstraintType::equal})
+        for (const char* degrees : {"30", "45", "90", "180"}) {
+            Session session(twoLines(type));
+            EXPECT_EQ(session.apply("rotate a about 4,0 by " + std::string(degrees)).outcome.error, "") << degrees;
+            EXPECT_EQ(constraintIds(session.document()), "c0") << degrees;
+            EXPECT_NEAR(lengthOf(lineOf(session, "b")), 10.0, 1e-8) << degrees;
+        }
+}
+
+TEST(LeastSurpriseEdit, IsNotStoppedByAPartThatContradictsItself) {
+    Document document = twoLines(ConstraintType::equal);
+    document.constraints = {constraintOf("c0", ConstraintType::horizontal, {{"a"}}),
+                            constraintOf("c1", ConstraintType::vertical, {{"a"}})};
+    document.constraints.push_back(constraintOf("c2", ConstraintType::horizontal, {{"b"}}));
+    Session session(document);
+    EXPECT_EQ(session.apply("set b start 0,6").outcome.error, "");
+    EXPECT_EQ(lineOf(session, "a"), (LineShape{{0, 0}, {10, 0}}));
+    EXPECT_NEAR(lineOf(session, "b").end.y, 6.0, 1e-12);
+}
+
+}  // namespace
+}  // namespace holdfast::editing
