@@ -353,12 +353,15 @@ private:
         if (const auto& motion = m_way->motion(); motion && motion->angle() != 0.0)
             step = std::min(step, kLongestTurn / std::abs(motion->angle()));
         const double longest = step;
-        Answer answer;
-        while (done < 1.0) {
+        // Most ways that lead nowhere do so from the beginning, which two tries show.
+        Answer answer = stepOrNudge(leastStep, leastStep, values);
+        if (answer.isSolved()) {
+            done = leastStep;
+            values = answer.values;
+        }
+        while (done > 0.0 && done < 1.0) {
             const double next = std::min(1.0, done + step);
-            answer = stepTo(next, values);
-            if (!answer.isSolved() && step <= kNudged && !isSpent(m_request.budget))
-                answer = stepTo(next, nudged(values));
+            answer = stepOrNudge(next, step, values);
             if (isSpent(m_request.budget))
                 break;
             if (answer.isSolved()) {
@@ -371,6 +374,13 @@ private:
         }
         if (!answer.isSolved())
             answer.result.reached = m_way->reachedAt(done);
+        return answer;
+    }
+
+    Answer stepOrNudge(double next, double step, const std::vector<double>& values) {
+        Answer answer = stepTo(next, values);
+        if (!answer.isSolved() && step <= kNudged && !isSpent(m_request.budget))
+            answer = stepTo(next, nudged(values));
         return answer;
     }
 
