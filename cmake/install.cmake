@@ -101,6 +101,7 @@ if(TARGET host_model)
     host/model/HostAudit.h
     host/model/HostBuilder.h
     host/model/HostCall.h
+    host/model/HostChanges.h
     host/model/HostFaults.h
     host/model/HostJournal.h
     host/model/HostProcess.h

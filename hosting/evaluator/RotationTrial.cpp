@@ -92,11 +92,9 @@ std::vector<int> constraintsTouching(const SketchData& sketch, const std::vector
 
 std::optional<std::vector<int>> constraintsAgainst(const SketchData& sketch, const EditRequest& request,
                                                    const std::vector<int>& mayGo) {
-    const SolveRequest exactly{.targets = request.targets,
-                               .edited = request.edited,
-                               .keepsShapes = true,
-                               .patience = Patience::once,
-                               .namesConflicts = false};
+    // Whether there is a solution is all that is asked here, and often: no shapes are looked after.
+    const SolveRequest exactly{
+        .targets = request.targets, .edited = request.edited, .patience = Patience::once, .namesConflicts = false};
     SketchData held = sketch;
     setActive(held, mayGo, false);
     if (!solve(held, exactly).isSolved())
