@@ -236,22 +236,25 @@ void HostDrag::leaveBroken() {
 }
 
 void HostDrag::land(const YxGeMatrix3d& transform) {
+    const EditRequest asked = demandFor(transform);
     if (m_taken != nullptr) {
         m_taken->session.land();
         SketchData landed = m_drawn;
         landed.values = m_taken->sketch.values;
-        take(landed.values, shortfallOf(landed, demandFor(transform)));
+        take(landed.values, shortfallOf(landed, asked));
     }
-    EditRequest request = demandFor(transform);
-    if (keepShapes(request, transform))
+    if (keepShapes(asked))
         return;
-    for (Target& target : request.targets)
+    const double miss = m_miss;
+    EditRequest nearest = asked;
+    for (Target& target : nearest.targets)
         target.goal = m_host.sketch.values[at(target.value)];
-    keepShapes(request, transform);
+    keepShapes(nearest);
+    m_miss = miss;
 }
 
 /// False, and nothing is taken, where the request cannot be met so.
-bool HostDrag::keepShapes(const EditRequest& request, const YxGeMatrix3d& transform) {
+bool HostDrag::keepShapes(const EditRequest& request) {
     SketchData shaped = m_drawn;
     const SolveResult result = solve(shaped, {.targets = request.targets,
                                               .edited = request.edited,
@@ -265,7 +268,7 @@ bool HostDrag::keepShapes(const EditRequest& request, const YxGeMatrix3d& transf
         m_host.sketch.values = followed;
         return false;
     }
-    m_miss = shortfallOf(shaped, demandFor(transform));
+    m_miss = shortfallOf(shaped, request);
     return true;
 }
 

@@ -66,7 +66,7 @@ private:
     EditRequest demandFor(const YxGeMatrix3d& transform) const;
     SolveResult follow(const EditRequest& request, const std::vector<double>& goals);
     SolveResult yield(const EditRequest& request, const std::vector<double>& goals, const SolveResult& followed);
-    bool keepShapes(const EditRequest& request, const YxGeMatrix3d& transform);
+    bool keepShapes(const EditRequest& request);
     bool isTurnedOver(const std::vector<double>& values) const;
     std::vector<int> brokenNow() const;
     bool breaksWhatHeld() const;

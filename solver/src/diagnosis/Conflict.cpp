@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "solver/src/residuals/EquationSystem.h"
+#include "solver/src/sketch/Connections.h"
 #include "solver/src/sketch/Index.h"
 
 namespace holdfast::solver::detail {
@@ -109,38 +110,6 @@ private:
     Effort& m_effort;
 };
 
-int entityOfValue(const SketchData& sketch, int value) {
-    const auto after = std::upper_bound(sketch.entities.begin(), sketch.entities.end(), value,
-                                        [](int v, const SketchEntity& entity) { return v < entity.firstValue; });
-    return static_cast<int>(after - sketch.entities.begin()) - 1;
-}
-
-/// The constraints in the order in which a walk from these entities meets them; what it does not meet is left out.
-/// Fixed elements lead nowhere.
-std::vector<int> nearestFirst(const SketchData& sketch, std::span<const int> constraints, std::vector<int> entities) {
-    std::vector<std::pair<int, int>> uses;
-    for (const int c : constraints) {
-        for (const SketchPlace& place : sketch.constraints[at(c)].refs)
-            uses.emplace_back(place.entity, c);
-    }
-    const ListTable usesOf = tabulate(static_cast<int>(sketch.entities.size()), uses);
-    std::vector<int> ordered;
-    std::vector<char> isSeen(sketch.entities.size(), 0), isTaken(sketch.constraints.size(), 0);
-    for (std::size_t head = 0; head < entities.size(); ++head) {
-        const int entity = entities[head];
-        if (std::exchange(isSeen[at(entity)], 1) || sketch.entities[at(entity)].fixed)
-            continue;
-        for (const int c : usesOf[entity]) {
-            if (std::exchange(isTaken[at(c)], 1))
-                continue;
-            ordered.push_back(c);
-            for (const SketchPlace& place : sketch.constraints[at(c)].refs)
-                entities.push_back(place.entity);
-        }
-    }
-    return ordered;
-}
-
 /// Where a walk for more suspects begins: at the targets, else at the suspects there are.
 std::vector<int> startOfWalk(const SketchData& sketch, std::span<const int> suspects, std::span<const Target> targets) {
     std::vector<int> entities;
@@ -162,7 +131,8 @@ ConflictSet findAmong(const SketchData& sketch, std::span<const int> constraints
         if (ConflictSet set = Narrowing(sketch, group, targets, effort).run(); !set.isEmpty() || effort.isSpent())
             return set;
     }
-    const std::vector<int> ordered = nearestFirst(sketch, constraints, startOfWalk(sketch, groups.back(), targets));
+    const std::vector<int> ordered =
+        surroundingsOf(sketch, constraints, startOfWalk(sketch, groups.back(), targets)).constraints;
     for (std::size_t count = kFirstSuspects;; count *= 2) {
         std::vector<int> suspects(ordered.begin(),
                                   ordered.begin() + static_cast<std::ptrdiff_t>(std::min(count, ordered.size())));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 
+#include "solver/src/sketch/Connections.h"
 #include "solver/src/sketch/Index.h"
 
 namespace holdfast::solver::detail {
@@ -16,22 +17,15 @@ Extract::Extract(const SketchData& sketch, std::span<const int> constraints, std
             take(place.entity);
     }
     for (const Target& target : targets)
-        take(entityOfValue(target.value));
+        take(entityOfValue(sketch, target.value));
     for (const int c : constraints)
         takeConstraint(sketch.constraints[at(c)]);
     for (const Target& target : targets)
         m_targets.push_back({valueOf(target.value), target.goal});
 }
 
-int Extract::entityOfValue(int value) const {
-    assert(value >= 0 && at(value) < m_source.values.size());
-    const auto after = std::upper_bound(m_source.entities.begin(), m_source.entities.end(), value,
-                                        [](int v, const SketchEntity& e) { return v < e.firstValue; });
-    return static_cast<int>(after - m_source.entities.begin()) - 1;
-}
-
 int Extract::valueOf(int value) const {
-    const int entity = entityOfValue(value);
+    const int entity = entityOfValue(m_source, value);
     return m_sketch.entities[at(m_numbers.at(entity))].firstValue + value - m_source.entities[at(entity)].firstValue;
 }
 

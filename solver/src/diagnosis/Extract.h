@@ -18,7 +18,6 @@ public:
     const std::vector<Target>& targets() const { return m_targets; }
 
 private:
-    int entityOfValue(int value) const;
     int valueOf(int value) const;
     void take(int number);
     void takeValues(SketchEntity& entity);

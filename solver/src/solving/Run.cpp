@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "solver/src/sketch/Connections.h"
 #include "solver/src/sketch/Index.h"
 
 namespace holdfast::solver::detail {
@@ -22,12 +23,6 @@ constexpr double kKeptLength = 0.02, kKeptBend = 0.01;
 
 /// Parts of the largest change below which all count the same when few are to change.
 constexpr double kLeastChange = 1e-2;
-
-int entityOfValue(const SketchData& sketch, int value) {
-    const auto after = std::upper_bound(sketch.entities.begin(), sketch.entities.end(), value,
-                                        [](int v, const SketchEntity& entity) { return v < entity.firstValue; });
-    return static_cast<int>(after - sketch.entities.begin()) - 1;
-}
 
 }  // namespace
 
@@ -284,25 +279,8 @@ void Run::noteWorst(int equation) {
 /// Ties leave no equations, so the walk goes by elements: constraints on them, the elements of those, and so on;
 /// fixed elements connect nothing.
 void Run::suspectAround(std::vector<int> entities) {
-    std::vector<std::pair<int, int>> uses;
-    for (const int c : bindingConstraints(m_sketch)) {
-        for (const SketchPlace& place : m_sketch.constraints[at(c)].refs)
-            uses.emplace_back(place.entity, c);
-    }
-    const ListTable constraintsOf = tabulate(static_cast<int>(m_sketch.entities.size()), uses);
-    std::vector<char> isSeen(m_sketch.entities.size(), 0), isTaken(m_sketch.constraints.size(), 0);
-    for (std::size_t head = 0; head < entities.size(); ++head) {
-        const int entity = entities[head];
-        if (std::exchange(isSeen[at(entity)], 1) || m_sketch.entities[at(entity)].fixed)
-            continue;
-        for (const int c : constraintsOf[entity]) {
-            if (std::exchange(isTaken[at(c)], 1))
-                continue;
-            m_suspects.push_back(c);
-            for (const SketchPlace& place : m_sketch.constraints[at(c)].refs)
-                entities.push_back(place.entity);
-        }
-    }
+    const Surroundings around = surroundingsOf(m_sketch, bindingConstraints(m_sketch), std::move(entities));
+    m_suspects.insert(m_suspects.end(), around.constraints.begin(), around.constraints.end());
     tidySuspects();
 }
 

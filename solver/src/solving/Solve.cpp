@@ -6,9 +6,11 @@
 #include <utility>
 
 #include "solver/src/diagnosis/Conflict.h"
+#include "solver/src/sketch/Connections.h"
 #include "solver/src/sketch/Index.h"
 #include "solver/src/sketch/Measure.h"
-#include "solver/src/solving/Run.h"
+#include "solver/src/solving/Stopwatch.h"
+#include "solver/src/solving/Trying.h"
 #include "solver/src/solving/Way.h"
 
 namespace holdfast::solver::detail {
@@ -36,64 +38,18 @@ constexpr double kNudge = 1e-4;
 /// cosines lose their slope.
 constexpr double kLongestTurn = 0.35, kTurned = 0.3;
 
-/// How often sizes are weighed again so that few change instead of many.
-constexpr int kMostReweighted = 4;
-
-/// A size that changes by more than this part of itself makes another way worth a look.
-constexpr double kTwisted = 0.5;
-
 /// How many tolerances a constraint may miss and still hold.
-constexpr double kHolds = 10.0;
+constexpr double kSlack = 10.0;
 
-class Stopwatch {
-public:
-    double seconds() const { return std::chrono::duration<double>(Budget::Clock::now() - m_start).count(); }
-
-private:
-    Budget::Clock::time_point m_start = Budget::Clock::now();
-};
-
-/// What came of one try.
-struct Answer {
-    SolveResult result;
-    std::vector<double> values, metric;
-    std::vector<char> unchangedSizes;
-    std::vector<double> emphasis;
-    Run::Changes changes;
-    bool leavesBroken = false;  ///< something that the edit does not concern does not hold
-    double strain = 0.0;        ///< sum of the changes of sizes that are kept
-    bool isBent = false;        ///< anything that is kept has changed at all
-    bool isTwisted = false;     ///< a size is not what it was by far
-    bool keepsPlaces = false;   ///< what is not asked of the edited elements is where it was: sizes give way before it
-    bool isContradicted = false;
-    std::vector<int> suspects, concerned;
-
-    bool isSolved() const { return result.isSolved(); }
-};
-
-Answer tryOnce(const SketchData& sketch, const Task& task) {
-    Run run(sketch, task);
-    Answer answer;
-    answer.result = run.solve();
-    answer.isContradicted = run.isContradicted();
-    answer.suspects = run.suspects();
-    if (!answer.isSolved())
-        return answer;
-    answer.values.assign(run.values().begin(), run.values().end());
-    answer.metric.assign(run.metric().begin(), run.metric().end());
-    if (task.isEdit) {
-        answer.concerned = run.concerned();
-        answer.leavesBroken = run.leavesBroken();
-    }
-    if (!task.shapes.empty()) {
-        answer.unchangedSizes = run.unchangedSizes();
-        answer.emphasis = run.emphasis();
-        answer.changes = run.changes();
-        answer.strain = run.strain();
-        answer.isTwisted = run.mostChanged() > kTwisted;
-        answer.isBent = run.isBent();
-    }
-    return answer;
+/// Constraints that do not hold.
+std::vector<int> brokenIn(const SketchData& sketch) {
+    const std::vector<double> misses = violationsOf(sketch);
+    const double most = kSlack * sketch.tolerance * sketch.size();
+    std::vector<int> broken;
+    for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
+        if (!(misses[c] <= most))
+            broken.push_back(static_cast<int>(c));
+    return broken;
 }
 
 /// One request, by all ways that there are.
@@ -111,7 +67,7 @@ public:
         m_named = namedElements(m_work, task(RelaxationLevel::exact, true));
         m_least = SolverState::kLeast * m_way->leastRatio();
         if (request.keepsShapes && m_isEdit)
-            collectShapes();
+            m_trying.keepShapes(shapesAround());
     }
 
     Answer run() {
@@ -140,6 +96,7 @@ public:
     }
 
     const std::vector<ValueGoal>& values() const { return m_values; }
+    double secondsBuilding() const { return m_trying.secondsBuilding(); }
 
 private:
     Task task(RelaxationLevel level, bool isQuick) const {
@@ -156,91 +113,19 @@ private:
 
     void setGoals() { m_way->setValuesAt(1.0, m_work); }
 
-    /// The sketch with other values, for as long as a try takes.
-    template <class Try>
-    Answer from(const std::vector<double>& values, const Try& attempt) {
-        const std::vector<double> kept = std::exchange(m_work.values, values);
-        Answer answer = attempt();
-        m_work.values = kept;
-        return answer;
-    }
-
-    /// With the shapes as wishes, weighed again until few change.
-    Answer tryWishing(Task task) {
-        Answer wished = tryOnce(m_work, task);
-        if (!wished.isSolved())
-            return wished;
-        const std::vector<double> aims(task.aims.empty() ? m_work.values
-                                                         : std::vector<double>(task.aims.begin(), task.aims.end()));
-        task.aims = aims;
-        for (int i = 0; i < kMostReweighted && countOf(wished.changes) > 1; ++i) {
-            task.emphasis = wished.emphasis;
-            Answer fewer = from(wished.values, [&] { return tryOnce(m_work, task); });
-            if (!fewer.isSolved() || countOf(fewer.changes) > countOf(wished.changes))
-                break;
-            wished = std::move(fewer);
-        }
-        return wished;
-    }
-
-    static int countOf(const Run::Changes& changes) { return changes.bends + changes.lengths + changes.turns; }
-
-    /// With the shapes as wishes; then those sizes that came out as they were are kept exactly. Without any wishes
-    /// where that fails.
-    Answer tryKeepingShapes(Task task) {
-        if (m_shapes.empty())
-            return tryOnce(m_work, task);
-        const bool isQuick = std::exchange(task.isQuick, true);
-        task.shapes = m_shapes;
-        Answer wished = tryWishing(task);
-        if (!wished.isSolved()) {
-            if (wished.isContradicted)
-                return wished;
-            task.shapes = {};
-            task.isQuick = isQuick;
-            Answer bare = tryOnce(m_work, task);
-            bare.isTwisted = true;
-            bare.strain = std::numeric_limits<double>::max();
-            return bare;
-        }
-        if (!wished.isBent)
-            return wished;
-        // Where sizes have to change anyway, fewer change if what would turn as well counts as much.
-        if (wished.changes.turns > 0 && wished.changes.bends + wished.changes.lengths > 0) {
-            const std::vector<KeptShape> straight = unturned();
-            Task again = task;
-            again.shapes = straight;
-            if (Answer other = tryWishing(again); other.isSolved() && other.changes < wished.changes)
-                wished = std::move(other);
-        }
-        const std::vector<double> aims(task.aims.empty() ? m_work.values
-                                                         : std::vector<double>(task.aims.begin(), task.aims.end()));
-        task.aims = aims;
-        task.isFirm = wished.unchangedSizes;
-        Answer firm = from(wished.values, [&] { return tryOnce(m_work, task); });
-        return firm.isSolved() ? firm : wished;
-    }
-
-    std::vector<KeptShape> unturned() const {
-        std::vector<KeptShape> shapes = m_shapes;
-        for (KeptShape& shape : shapes)
-            shape.turnWeight = shape.lengthWeight;
-        return shapes;
-    }
-
     /// With the edited elements' other places where they were, if that can be.
     Answer tryKeepingPlaces(Task task) {
         if (!m_request.kept.empty() && task.level == RelaxationLevel::exact) {
             Task firm = task;
             firm.kept = m_request.kept;
             firm.isQuick = true;
-            Answer answer = tryKeepingShapes(firm);
+            Answer answer = m_trying.keepingShapes(firm);
             if (answer.isSolved() && !isReversed(answer)) {
                 answer.keepsPlaces = true;
                 return answer;
             }
         }
-        return tryKeepingShapes(std::move(task));
+        return m_trying.keepingShapes(std::move(task));
     }
 
     Answer reach(RelaxationLevel level) {
@@ -263,7 +148,7 @@ private:
             return atOnce;
         if (m_request.patience != Patience::all)
             return followed;
-        Answer careful = tryOnce(m_work, task(level, false));
+        Answer careful = m_trying.once(task(level, false));
         if (!careful.isSolved())
             careful.result.reached = followed.result.reached;
         if (!careful.isSolved() && followed.result.degeneracy)
@@ -315,7 +200,7 @@ private:
         Task carriedTask = task(RelaxationLevel::exact, true);
         const std::vector<double> aims = m_work.values;
         carriedTask.aims = aims;
-        Answer answer = from(carried, [&] { return tryKeepingShapes(carriedTask); });
+        Answer answer = m_trying.from(carried, [&] { return m_trying.keepingShapes(carriedTask); });
         answer.isTwisted = answer.isTwisted || (answer.isSolved() && isReversed(answer, carried));
         return answer;
     }
@@ -329,7 +214,7 @@ private:
         Task settling = task(RelaxationLevel::exact, true);
         const std::vector<double> aims = m_work.values;
         settling.aims = aims;
-        Answer settled = from(last.values, [&] { return tryKeepingPlaces(settling); });
+        Answer settled = m_trying.from(last.values, [&] { return tryKeepingPlaces(settling); });
         if (!settled.isSolved() || findReversed(m_work, settled.concerned, last.values, settled.values) >= 0)
             return last;
         settled.result.iterations += last.result.iterations;
@@ -341,8 +226,8 @@ private:
         m_way->setValuesAt(part, m_work);
         Task step = task(RelaxationLevel::exact, true);
         step.targets = targets;
-        step.shapes = m_shapes;
-        Answer answer = from(values, [&] { return tryOnce(m_work, step); });
+        step.shapes = m_trying.shapes();
+        Answer answer = m_trying.from(values, [&] { return m_trying.once(step); });
         if (answer.isSolved() && findReversed(m_work, answer.concerned, values, answer.values) >= 0)
             answer.result.status = SolveStatus::unreached;
         return answer;
@@ -405,14 +290,12 @@ private:
         before.values = m_way->start();
         const Task asked = task(RelaxationLevel::exact, true);
         const Run whole(m_work, asked);
-        const std::vector<double> misses = violationsOf(before);
         std::vector<int> broken;
-        for (std::size_t c = 0; c < m_work.constraints.size(); ++c) {
-            const int number = static_cast<int>(c);
-            if (misses[c] <= kHolds * m_work.tolerance * m_work.size() || !whole.concernsConstraint(number) ||
+        for (const int number : brokenIn(before)) {
+            if (!whole.concernsConstraint(number) ||
                 std::find(m_dimensions.begin(), m_dimensions.end(), number) != m_dimensions.end())
                 continue;
-            const auto& refs = m_work.constraints[c].refs;
+            const auto& refs = m_work.constraints[at(number)].refs;
             const bool isOnEdited = std::any_of(refs.begin(), refs.end(), [&](const SketchPlace& place) {
                 return std::binary_search(m_named.begin(), m_named.end(), place.entity);
             });
@@ -423,37 +306,25 @@ private:
     }
 
     /// The elements nearest to the edit, as constraints lead from one to the next; edited ones have no say.
-    void collectShapes() {
-        std::vector<std::pair<int, int>> uses;
-        for (const int c : bindingConstraints(m_work))
-            for (const SketchPlace& place : m_work.constraints[at(c)].refs)
-                uses.emplace_back(place.entity, c);
-        const ListTable constraintsOf = tabulate(static_cast<int>(m_work.entities.size()), uses);
-        std::vector<int> front = m_named;
-        std::vector<char> isSeen(m_work.entities.size(), 0), isUsed(m_work.constraints.size(), 0);
+    std::vector<KeptShape> shapesAround() const {
+        std::vector<char> isEdited(m_work.entities.size(), 0);
         for (const int number : m_request.edited)
-            isSeen[at(number)] = 2;
-        for (std::size_t head = 0; head < front.size() && m_shapes.size() < kMostShapes; ++head) {
-            const int number = front[head];
-            if (std::exchange(isSeen[at(number)], isSeen[at(number)] | 1) & 1 || m_work.entities[at(number)].fixed)
-                continue;
-            if (isSeen[at(number)] == 1)
-                m_shapes.push_back({number, kLengthWeight, kBendWeight, kTurnWeight});
-            for (const int c : constraintsOf[number])
-                if (std::exchange(isUsed[at(c)], 1) == 0)
-                    for (const SketchPlace& place : m_work.constraints[at(c)].refs)
-                        front.push_back(place.entity);
-        }
-        std::sort(m_shapes.begin(), m_shapes.end(),
+            isEdited[at(number)] = 1;
+        std::vector<KeptShape> shapes;
+        for (const int number : surroundingsOf(m_work, bindingConstraints(m_work), m_named).elements)
+            if (!isEdited[at(number)] && shapes.size() < kMostShapes)
+                shapes.push_back({number, kLengthWeight, kBendWeight, kTurnWeight});
+        std::sort(shapes.begin(), shapes.end(),
                   [](const KeptShape& a, const KeptShape& b) { return a.entity < b.entity; });
+        return shapes;
     }
 
     const SolveRequest& m_request;
     SketchData m_work;  ///< the sketch with the dimensions asked for
+    Trying m_trying{m_work};
     std::vector<ValueGoal> m_values;
     std::vector<int> m_dimensions;
     std::vector<int> m_named;
-    std::vector<KeptShape> m_shapes;
     std::optional<Way> m_way;
     double m_least = SolverState::kLeast;
     bool m_isEdit = false;
@@ -491,10 +362,8 @@ void take(SketchData& sketch, Answer& answer) {
 void noteLeftAlone(const SketchData& sketch, const Answer& answer, std::vector<int>& leftAlone) {
     if (!answer.leavesBroken)
         return;
-    const std::vector<double> misses = violationsOf(sketch);
-    for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
-        if (misses[c] > kHolds * sketch.tolerance * sketch.size())
-            leftAlone.push_back(static_cast<int>(c));
+    const std::vector<int> broken = brokenIn(sketch);
+    leftAlone.insert(leftAlone.end(), broken.begin(), broken.end());
     std::sort(leftAlone.begin(), leftAlone.end());
     leftAlone.erase(std::unique(leftAlone.begin(), leftAlone.end()), leftAlone.end());
 }
@@ -505,7 +374,8 @@ SolveResult solve(SketchData& sketch, const SolveRequest& request) {
     const Stopwatch iterating;
     Solving solving(sketch, request);
     Answer answer = solving.run();
-    answer.result.times.iterating = iterating.seconds();
+    answer.result.times.building = solving.secondsBuilding();
+    answer.result.times.iterating = iterating.seconds() - answer.result.times.building;
     if (answer.isSolved()) {
         for (const ValueGoal& value : solving.values())
             sketch.constraints[at(value.constraint)].value = value.goal;

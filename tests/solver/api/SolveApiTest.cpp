@@ -65,6 +65,8 @@ TEST(Solve, BringsPointsToTheirTargets) {
     EXPECT_EQ(chain.sketch.position(endOf(chain.links.back())), (Vec2{20, 10}));
     EXPECT_EQ(chain.sketch.position(startOf(chain.links.front())), (Vec2{0, 0}));
     EXPECT_GT(result.iterations, 0);
+    EXPECT_GT(result.times.building, 0.0);
+    EXPECT_GT(result.times.iterating, 0.0);
     EXPECT_GT(result.times.total(), 0.0);
 }
 

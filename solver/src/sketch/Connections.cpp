@@ -1,0 +1,44 @@
+#include "solver/src/sketch/Connections.h"
+
+#include <algorithm>
+#include <cassert>
+#include <utility>
+
+#include "solver/src/residuals/EquationSystem.h"
+#include "solver/src/sketch/Index.h"
+
+namespace holdfast::solver::detail {
+
+int entityOfValue(const SketchData& sketch, int value) {
+    assert(value >= 0 && at(value) < sketch.values.size());
+    const auto after = std::upper_bound(sketch.entities.begin(), sketch.entities.end(), value,
+                                        [](int v, const SketchEntity& entity) { return v < entity.firstValue; });
+    return static_cast<int>(after - sketch.entities.begin()) - 1;
+}
+
+Surroundings surroundingsOf(const SketchData& sketch, std::span<const int> constraints, std::vector<int> elements) {
+    std::vector<std::pair<int, int>> uses;
+    for (const int c : constraints) {
+        for (const SketchPlace& place : sketch.constraints[at(c)].refs)
+            uses.emplace_back(place.entity, c);
+    }
+    const ListTable constraintsOf = tabulate(static_cast<int>(sketch.entities.size()), uses);
+    Surroundings around;
+    std::vector<char> isSeen(sketch.entities.size(), 0), isTaken(sketch.constraints.size(), 0);
+    for (std::size_t head = 0; head < elements.size(); ++head) {
+        const int element = elements[head];
+        if (std::exchange(isSeen[at(element)], 1) || sketch.entities[at(element)].fixed)
+            continue;
+        around.elements.push_back(element);
+        for (const int c : constraintsOf[element]) {
+            if (std::exchange(isTaken[at(c)], 1))
+                continue;
+            around.constraints.push_back(c);
+            for (const SketchPlace& place : sketch.constraints[at(c)].refs)
+                elements.push_back(place.entity);
+        }
+    }
+    return around;
+}
+
+}  // namespace holdfast::solver::detail

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <utility>
+
+#include "solver/src/Uses.h"
+#include "solver/src/solving/Run.h"
+
+namespace holdfast::solver::detail {
+
+/// What came of one try.
+struct Answer {
+    SolveResult result;
+    std::vector<double> values, metric;
+    std::vector<char> unchangedSizes;
+    std::vector<double> emphasis;
+    Run::Changes changes;
+    bool leavesBroken = false;  ///< something that the edit does not concern does not hold
+    double strain = 0.0;        ///< sum of the changes of sizes that are kept
+    bool isBent = false;        ///< anything that is kept has changed at all
+    bool isTwisted = false;     ///< a size is not what it was by far
+    bool keepsPlaces = false;   ///< what is not asked of the edited elements is where it was: sizes give way before it
+    bool isContradicted = false;
+    std::vector<int> suspects, concerned;
+
+    bool isSolved() const { return result.isSolved(); }
+};
+
+/// Tries to solve a sketch, from where its values are at the time of each try.
+class Trying {
+public:
+    /// The sketch is the caller's, and changes only for as long as from() takes.
+    explicit Trying(SketchData& sketch) : m_sketch(sketch) {}
+
+    /// From now on, the shapes that keepingShapes() looks after, ascending.
+    void keepShapes(std::vector<KeptShape> shapes) { m_shapes = std::move(shapes); }
+    std::span<const KeptShape> shapes() const { return m_shapes; }
+
+    /// The sketch with other values, for as long as a try takes.
+    template <class Try>
+    Answer from(const std::vector<double>& values, const Try& attempt) {
+        const std::vector<double> kept = std::exchange(m_sketch.values, values);
+        Answer answer = attempt();
+        m_sketch.values = kept;
+        return answer;
+    }
+
+    Answer once(const Task& task);
+
+    /// With the shapes as wishes; then those sizes that came out as they were are kept exactly. Without any wishes
+    /// where that fails.
+    Answer keepingShapes(Task task);
+
+    /// How long all tries together have built their equations.
+    double secondsBuilding() const { return m_secondsBuilding; }
+
+private:
+    Answer wishing(Task task);
+    std::vector<KeptShape> unturned() const;
+
+    SketchData& m_sketch;
+    std::vector<KeptShape> m_shapes;
+    double m_secondsBuilding = 0.0;
+};
+
+}  // namespace holdfast::solver::detail
