@@ -1,73 +1,20 @@
-// Every allocation of an edit fails once. A program of its own: it replaces operator new.
+// Every allocation of an edit fails once. A program of its own, since operator new is replaced.
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <iostream>
-#include <new>
 
 #include "tests/editing/SweptEdits.h"
-
-namespace {
-
-/// How many allocations go well before one fails; below 0: all do.
-long g_untilFailure = -1;
-bool g_failed = false;
-
-void* allocate(std::size_t size) {
-    if (g_untilFailure == 0) {
-        g_untilFailure = -1;
-        g_failed = true;
-        return nullptr;
-    }
-    if (g_untilFailure > 0)
-        --g_untilFailure;
-    return std::malloc(size == 0 ? 1 : size);
-}
-
-void* allocateOrThrow(std::size_t size) {
-    if (void* memory = allocate(size))
-        return memory;
-    throw std::bad_alloc();
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    return allocateOrThrow(size);
-}
-void* operator new[](std::size_t size) {
-    return allocateOrThrow(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return allocate(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return allocate(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
+#include "tests/support/FailingAllocations.h"
 
 namespace holdfast::editing {
 namespace {
 
 /// Does an edit while the allocation after so many fails; true when there was one.
 bool applyFailing(Session& session, const std::string& edit, long allocations) {
-    g_failed = false;
-    g_untilFailure = allocations;
+    failAllocationAfter(allocations);
     session.apply(edit);
-    g_untilFailure = -1;
-    return g_failed;
+    return stopFailing();
 }
 
 TEST(OutOfMemory, InAnyAllocationOfAnEditLeavesDrawingAndHostAsTheyWere) {

@@ -1,60 +1,13 @@
-// Every allocation of what the solver's face does fails once. A program of its own: it replaces operator new.
+// Every allocation of what the solver's face does fails once. A program of its own, since operator new is replaced.
 
 #include <gtest/gtest.h>
 #include <holdfast/solver/Solver.h>
 
-#include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <new>
 
-namespace {
-
-/// How many allocations go well before one fails; below 0: all do.
-long g_untilFailure = -1;
-
-void* allocate(std::size_t size) {
-    if (g_untilFailure == 0) {
-        g_untilFailure = -1;
-        return nullptr;
-    }
-    if (g_untilFailure > 0)
-        --g_untilFailure;
-    return std::malloc(size == 0 ? 1 : size);
-}
-
-void* allocateOrThrow(std::size_t size) {
-    if (void* memory = allocate(size))
-        return memory;
-    throw std::bad_alloc();
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    return allocateOrThrow(size);
-}
-void* operator new[](std::size_t size) {
-    return allocateOrThrow(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return allocate(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return allocate(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
+#include "tests/support/FailingAllocations.h"
 
 namespace holdfast::solver {
 namespace {
@@ -174,15 +127,13 @@ const std::vector<Operation>& operations() {
 
 /// Whether the operation came to its end although the allocation after so many fails.
 bool comesThrough(const Operation& operation, Scene& scene, long allocations) {
-    g_untilFailure = allocations;
+    failAllocationAfter(allocations);
     try {
         EXPECT_TRUE(operation.perform(scene));
     } catch (const std::bad_alloc&) {
         return false;
     }
-    const bool hasFailed = g_untilFailure < 0;
-    g_untilFailure = -1;
-    EXPECT_FALSE(hasFailed) << "nobody was told that memory ran out";
+    EXPECT_FALSE(stopFailing()) << "nobody was told that memory ran out";
     return true;
 }
 
