@@ -1,11 +1,13 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <vector>
 
 #include "document/Document.h"
 #include "document/Uses.h"
+#include "geometry/Box.h"
 
 namespace holdfast::document {
 
@@ -22,29 +24,27 @@ public:
     template <class ShapeOf>
     double diagonal(std::size_t count, const ShapeOf& shapeOf) {
         m_blocks.resize((count + kBlock - 1) / kBlock);
-        Block all;
+        Box all;
         for (std::size_t b = 0; b < m_blocks.size(); ++b) {
             if (m_blocks[b].isStale) {
-                m_blocks[b] = {.isStale = false};
+                m_blocks[b] = {.box = {}, .isStale = false};
                 for (std::size_t i = b * kBlock; i < std::min(count, (b + 1) * kBlock); ++i)
                     if (const Shape* shape = shapeOf(i))
-                        include(m_blocks[b], *shape);
+                        include(m_blocks[b].box, *shape);
             }
-            join(all, m_blocks[b]);
+            all.add(m_blocks[b].box);
         }
-        return diagonalOf(all);
+        const double diagonal = all.diagonal();
+        return diagonal > 0.0 && std::isfinite(diagonal) ? diagonal : 1.0;
     }
 
 private:
     static constexpr std::size_t kBlock = 256;  // about the square root of a large drawing
-    static constexpr double kFar = 1.7e308;
     struct Block {
-        double lowX = kFar, lowY = kFar, highX = -kFar, highY = -kFar;
+        Box box;
         bool isStale = true;
     };
-    static void include(Block& block, const Shape& shape);
-    static void join(Block& block, const Block& other);
-    static double diagonalOf(const Block& block);
+    static void include(Box& box, const Shape& shape);
 
     std::vector<Block> m_blocks;
 };

@@ -162,20 +162,30 @@ private:
     std::size_t m_position = 0;
 };
 
-/// The box around the points that entities are given by; round curves count with their square.
-struct GivenBox {
+/// The box around what is drawn: a flat arc of a huge radius is no huge drawing.
+struct DrawnBox {
     Box box;
 
     void operator()(const LineShape& line) { addAll({line.start, line.end}); }
-    void operator()(const ArcShape& arc) { addRound(arc.centre, arc.radius); }
+    void operator()(const ArcShape& arc) {
+        box.add(ellipticBox(arc.centre, {arc.radius, 0.0}, 1.0, arc.startAngle, arc.endAngle));
+    }
     void operator()(const CircleShape& circle) { addRound(circle.centre, circle.radius); }
     void operator()(const EllipseShape& e) { addRound(e.centre, norm(e.majorAxis)); }
-    void operator()(const EllipticalArcShape& e) { addRound(e.centre, norm(e.majorAxis)); }
+    void operator()(const EllipticalArcShape& e) {
+        box.add(ellipticBox(e.centre, e.majorAxis, e.ratio, e.startParam, e.endParam));
+    }
     void operator()(const SplineShape& spline) { addAll(spline.control); }
     void operator()(const PointShape& point) { box.add(point.position); }
     void operator()(const XlineShape&) {}
     void operator()(const RayShape& ray) { box.add(ray.point); }
-    void operator()(const PolylineShape& polyline) { addAll(polyline.vertices); }
+    void operator()(const PolylineShape& polyline) {
+        addAll(polyline.vertices);
+        for (std::size_t i = 0; i < segmentCount(polyline); ++i)
+            if (polyline.bulges[i] != 0.0)
+                (*this)(arcOfBulge(polyline.vertices[i], polyline.vertices[segmentEndVertex(polyline, i)],
+                                   polyline.bulges[i]));
+    }
     void operator()(const TextShape& text) { box.add(text.position); }
 
     double side() const { return std::max(box.width(), box.height()); }
@@ -188,24 +198,6 @@ private:
     }
 };
 
-/// The same for what is drawn of round curves: a flat arc of a huge radius is no huge drawing.
-struct DrawnBox : GivenBox {
-    using GivenBox::operator();
-    void operator()(const ArcShape& arc) {
-        box.add(ellipticBox(arc.centre, {arc.radius, 0.0}, 1.0, arc.startAngle, arc.endAngle));
-    }
-    void operator()(const EllipticalArcShape& e) {
-        box.add(ellipticBox(e.centre, e.majorAxis, e.ratio, e.startParam, e.endParam));
-    }
-    void operator()(const PolylineShape& polyline) {
-        GivenBox::operator()(polyline);
-        for (std::size_t i = 0; i < segmentCount(polyline); ++i)
-            if (polyline.bulges[i] != 0.0)
-                (*this)(arcOfBulge(polyline.vertices[i], polyline.vertices[segmentEndVertex(polyline, i)],
-                                   polyline.bulges[i]));
-    }
-};
-
 }  // namespace
 
 PlaneCurves planeCurvesOf(const Document& document, double smallest) {
@@ -214,13 +206,6 @@ PlaneCurves planeCurvesOf(const Document& document, double smallest) {
     for (std::size_t i = 0; i < document.entities.size(); ++i)
         collector.collect(document.entities[i], i);
     return result;
-}
-
-double extentOf(const Document& document) {
-    GivenBox given;
-    for (const Entity& entity : document.entities)
-        std::visit(given, entity.shape);
-    return given.side();
 }
 
 double drawnSizeOf(const Document& document) {

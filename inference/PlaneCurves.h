@@ -45,10 +45,6 @@ struct PlaneCurves {
 /// out, with their points; unbounded lines and texts have no part in it.
 PlaneCurves planeCurvesOf(const Document& document, double smallest);
 
-/// The larger side of the box around all points of the drawing that entities are given by, and around the circles of
-/// its arcs: how large the numbers are whose rounding errors matter. 0 for an empty one.
-double extentOf(const Document& document);
-
 /// The larger side of the box around all that is drawn and may move, or around the references where nothing else has a
 /// size: how large the drawing is for its user. 0 for an empty one.
 double drawnSizeOf(const Document& document);
