@@ -63,19 +63,20 @@ std::string failureOf(const Trial& trial) {
 }  // namespace
 
 void Row::add(const Trial& trial) {
-    const bool isConflict = trial.ending == Ending::conflict;
-    ++tried;
-    done += trial.ending == Ending::done;
-    falseRefusals += trial.isFalseRefusal();
-    proven += isConflict && trial.isProven;
-    unproven += isConflict && !trial.isProven && !trial.isFalseRefusal();
-    howFar += trial.ending == Ending::howFar && !trial.isFalseRefusal();
-    ruined += trial.isRuined;
-    released += trial.releasedInVain;
-    sizes += trial.sizesInVain;
-    residual = std::max(residual, trial.residual);
-    milliseconds += trial.milliseconds;
-    slowest = std::max(slowest, trial.milliseconds);
+    const bool isConflict = trial.ending == Ending::conflict, isFalse = trial.isFalseRefusal();
+    Row one;
+    one.tried = 1;
+    one.done = trial.ending == Ending::done;
+    one.falseRefusals = isFalse;
+    one.proven = isConflict && trial.isProven;
+    one.unproven = isConflict && !trial.isProven && !isFalse;
+    one.howFar = trial.ending == Ending::howFar && !isFalse;
+    one.ruined = trial.isRuined;
+    one.released = trial.releasedInVain;
+    one.sizes = trial.sizesInVain;
+    one.residual = trial.residual;
+    one.milliseconds = one.slowest = trial.milliseconds;
+    add(one);
 }
 
 void Row::add(const Row& other) {

@@ -7,9 +7,9 @@
 #include <numeric>
 #include <random>
 
+#include "solver/src/diagnosis/Motion.h"
 #include "solver/src/numerics/Iteration.h"
 #include "solver/src/numerics/Stepper.h"
-#include "solver/src/residuals/Operands.h"
 #include "solver/src/sketch/Index.h"
 
 namespace holdfast::solver::detail {
@@ -26,10 +26,6 @@ constexpr double kStill = 1e-7;
 
 /// Sketches beyond this are not tried for motions of first derivatives only: each costs a few factorisations.
 constexpr int kMostTried = 2000;
-
-/// The way of a try, as a part of the smallest element, but at least of the sketch: what a double solution leaves open
-/// is the root of the tolerance, 3e-7 of it.
-constexpr double kTry = 1e-2, kLeastTry = 1e-4;
 
 /// What remains of a motion after a try if it is one: nearly all; if it is none: nearly nothing.
 constexpr double kReal = 0.3;
@@ -96,12 +92,12 @@ private:
     }
 
     double wayOfTry() const {
-        double smallest = m_system.size;
+        std::vector<int> free;
         for (int i = 0; i < static_cast<int>(m_sketch.entities.size()); ++i) {
             if (!m_sketch.entities[at(i)].fixed)
-                smallest = std::min(smallest, sizeOf(m_sketch, {i, -1}, m_system.size));
+                free.push_back(i);
         }
-        return std::max(kTry * smallest, kLeastTry * m_system.size);
+        return wayOfShake(m_sketch, m_system, free);
     }
 
     void tryOut(Subproblem& subproblem, const std::vector<double>& x, const std::vector<std::vector<double>>& steps,

@@ -26,14 +26,6 @@ constexpr double kMoved = 0.1;
 /// One in ten shakes misses a single free direction so much that it seems to come back; five do so once in 1e5.
 constexpr int kTries = 5;
 
-/// In lengths.
-double shakeOf(const SketchData& sketch, const EquationSystem& system, std::span<const int> entities) {
-    double smallest = system.size;
-    for (const int entity : entities)
-        smallest = std::min(smallest, sizeOf(sketch, {entity, -1}, system.size));
-    return std::max(kShake * smallest, kLeastShake * system.size);
-}
-
 class Shaker {
 public:
     Shaker(const SketchData& sketch, EquationSystem& system, std::span<const int> unknowns)
@@ -50,7 +42,7 @@ public:
         std::vector<double> start = before;
         if (!restoreAt(start))
             return giveUp(before, Shaking::unknown);
-        const double shake = shakeOf(m_sketch, m_system, m_subproblem.entities());
+        const double shake = wayOfShake(m_sketch, m_system, m_subproblem.entities());
         Shaking outcome = Shaking::unknown;
         for (int i = 0; i < kTries; ++i) {
             std::vector<double> x = shaken(start, shake);
@@ -99,6 +91,13 @@ private:
 };
 
 }  // namespace
+
+double wayOfShake(const SketchData& sketch, const EquationSystem& system, std::span<const int> entities) {
+    double smallest = system.size;
+    for (const int entity : entities)
+        smallest = std::min(smallest, sizeOf(sketch, {entity, -1}, system.size));
+    return std::max(kShake * smallest, kLeastShake * system.size);
+}
 
 Shaking shake(const SketchData& sketch, EquationSystem& system, std::span<const int> unknowns) {
     assert(!unknowns.empty());

@@ -12,7 +12,11 @@ enum class Shaking {
     unknown    ///< they do not hold, or do not hold again: nothing was found out
 };
 
-/// Shakes the unknowns by a thousandth of their elements' size and lets the equations hold again, a few times until
+/// How far elements have to be taken, in lengths, for a motion to show: a small part of the smallest one's size, but
+/// never so small that it drowns in what an iteration leaves where a solution is a double one. Linear in them.
+double wayOfShake(const SketchData& sketch, const EquationSystem& system, std::span<const int> entities);
+
+/// Shakes the unknowns by this way and lets the equations hold again, a few times until
 /// they have moved. After `moved` the system's values are there, else they are as before. Cost: some iterations of the
 /// unknowns given.
 Shaking shake(const SketchData& sketch, EquationSystem& system, std::span<const int> unknowns);
