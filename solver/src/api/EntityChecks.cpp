@@ -15,7 +15,9 @@ using geometry::isFinite;
 constexpr const char* kFinite = "give finite numbers";
 
 std::optional<Error> unless(bool isRight, const char* what, const char* name, const char* remedy) {
-    return isRight ? std::nullopt : std::optional(Error{what, name, remedy});
+    if (isRight)
+        return std::nullopt;
+    return Error{what, name, remedy};
 }
 
 bool areFinite(std::span<const Vec2> points) {
