@@ -103,7 +103,7 @@ def problems_in(root):
         row = explained.get(constant.key)
         if row is None:
             yield (f"{where}: {constant.name} is not explained: give it a row `| `{constant.name}` | "
-                   f"`{constant.file}` | {constant.value} | ...` in {PAGE}; " + measure.format(constant.name))
+                   f"{constant.file} | {constant.value} | ...` in {PAGE}; " + measure.format(constant.name))
         elif row.cells[2] != constant.value:
             yield (f"{PAGE}:{row.line}: {constant.name} is {constant.value} in {where}, not {row.cells[2]}: say so, and "
                    "why; " + measure.format(constant.name))
