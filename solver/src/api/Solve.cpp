@@ -52,7 +52,10 @@ static_assert(static_cast<int>(Scope::part) == static_cast<int>(detail::Scope::p
 static_assert(static_cast<int>(Firmness::wishes) == static_cast<int>(detail::RelaxationLevel::wishes));
 
 std::optional<Error> faultOf(const SolveOptions& options) {
-    if (!(options.tolerance >= 1e-12 && options.tolerance <= 1e-3))
+    // Parts of the sketch's size: iterations strive for a thousandth, and 1e-15 is what rounding leaves; a constraint
+    // that is off by more than a thousandth can be seen not to hold.
+    constexpr double sharpest = 1e-12, loosest = 1e-3;
+    if (!(options.tolerance >= sharpest && options.tolerance <= loosest))
         return Error{"the tolerance is not in 1e-12 to 1e-3", "solve options",
                      "give it as a part of the sketch's size, 1e-10 when in doubt"};
     if (options.iterations < 0)

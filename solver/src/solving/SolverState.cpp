@@ -10,10 +10,18 @@ namespace holdfast::solver::detail {
 
 namespace {
 
-constexpr int kFirstRings = 2;
+constexpr int kFirstRings = 2;  // an element and what it touches
 
 /// Iterations of a quick try. Those that arrive take 3 to 10; the way is followed where they do not.
 constexpr int kQuick = 25;
+
+/// Parts of the way from the reference: one, then this many times more, up to the most.
+constexpr int kMoreParts = 8, kMostParts = 64;
+
+/// Strides of second tries, as parts of the sketch's size, and their iterations: short, so that none leads over to
+/// another branch, and as many as the size takes.
+constexpr double kReferenceStride = 0.05, kCarefulStride = 0.01;
+constexpr int kCarefulIterations = 150;
 
 /// Sizes that change by less than this part of the movement are as good as kept.
 constexpr double kUnstrained = 0.01;
@@ -247,13 +255,13 @@ Attempt SolverState::trySettling(Subproblem& subproblem, std::vector<double> x, 
 /// of the solution cannot be lost on the way.
 Attempt SolverState::tryFromReference(Subproblem& subproblem) {
     Attempt attempt;
-    for (const int steps : {1, 8, 64}) {
+    for (int steps = 1; steps <= kMostParts; steps *= kMoreParts) {
         std::vector<double> x;
         for (const int u : subproblem.unknowns())
             x.push_back(m_system.meanOf(u, m_system.reference));
         bool isSatisfied = true;
         IterationLimits limits;
-        limits.stride = 0.05;
+        limits.stride = kReferenceStride;
         limits.budget = m_budget;
         for (int step = 1; step <= steps && isSatisfied; ++step) {
             const double part = static_cast<double>(step) / steps;
@@ -274,8 +282,8 @@ Attempt SolverState::tryFromReference(Subproblem& subproblem) {
 /// In short strides, then on the way from the reference.
 Attempt SolverState::tryCarefully(Subproblem& subproblem, const std::vector<double>& x) {
     IterationLimits careful;
-    careful.stride = 0.01;
-    careful.restoring = 150;
+    careful.stride = kCarefulStride;
+    careful.restoring = kCarefulIterations;
     Attempt inStrides = trySettling(subproblem, x, careful);
     if (inStrides.isSolved)
         return inStrides;
