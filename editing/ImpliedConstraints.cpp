@@ -1,4 +1,4 @@
-#include "apps/cli/ImpliedConstraints.h"
+#include "editing/ImpliedConstraints.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -12,7 +12,7 @@
 #include "solver/src/diagnosis/Diagnose.h"
 #include "solver/src/solving/Solve.h"
 
-namespace holdfast::cli {
+namespace holdfast::editing {
 
 namespace {
 
@@ -143,4 +143,4 @@ Thinning thinOut(Document& document, std::size_t firstNew) {
     return Thinner(document, firstNew).run();
 }
 
-}  // namespace holdfast::cli
+}  // namespace holdfast::editing
