@@ -7,9 +7,13 @@
 
 #include "document/EntityIndex.h"
 #include "document/Names.h"
+#include "document/Places.h"
+#include "editing/EditContext.h"
 #include "editing/EditError.h"
 #include "editing/Refusal.h"
+#include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
+#include "geometry/Vec2.h"
 #include "hosting/evaluator/SketchFromDocument.h"
 #include "solver/src/diagnosis/Extract.h"
 #include "solver/src/sketch/Measure.h"
@@ -84,17 +88,62 @@ void forBroken(const EditedPart& part, const std::vector<int>& doubtful, double 
     }
 }
 
-void dropFalse(Drawing& drawing, const EditedPart& part, const std::vector<std::string>& judgedAnew) {
+/// A fixed constraint has no place of its own: it holds wherever its point is, and is true as long as that stays.
+bool isElsewhere(const Constraint& was, const EntityIndex& before, const Constraint& is, const EntityIndex& after,
+                 double same) {
+    for (std::size_t i = 0; i < std::min(was.refs.size(), is.refs.size()); ++i) {
+        const Entity *from = before.find(was.refs[i].entity), *to = after.find(is.refs[i].entity);
+        const auto there = from == nullptr ? std::nullopt : pointAt(from->shape, was.refs[i]);
+        const auto here = to == nullptr ? std::nullopt : pointAt(to->shape, is.refs[i]);
+        if (there && here && distance(*there, *here) > same)
+            return true;
+    }
+    return false;
+}
+
+template <class Take>
+void forElsewhere(const EditedPart& part, const std::vector<int>& doubtful, const Take& take) {
+    const EntityIndex before(part.before), after(part.after);
+    const auto numberBefore = numbersById(part.before);
+    for (const int number : doubtful) {
+        const Constraint& constraint = part.after.constraints[static_cast<std::size_t>(number)];
+        const auto known = numberBefore.find(constraint.id);
+        if (constraint.type == ConstraintType::fixed && known != numberBefore.end() &&
+            isElsewhere(part.before.constraints[static_cast<std::size_t>(known->second)], before, constraint, after,
+                        kHolds * part.sizeAfter))
+            take(constraint);
+    }
+}
+
+/// A dimension of whole curves tells what it measures now; of points, the way that they went is told.
+void noteMeasure(DeletionReasons& reasons, const EditedPart& part, const Constraint& constraint) {
+    const bool isOfPoints = std::any_of(constraint.refs.begin(), constraint.refs.end(), [](const Place& place) {
+        return place.kind != PlaceKind::whole && place.kind != PlaceKind::segment;
+    });
+    if (!constraint.value || isOfPoints)
+        return;
+    const auto number = static_cast<int>(&constraint - part.after.constraints.data());
+    const double unit = constraint.type == ConstraintType::angle ? kPi / 180.0 : 1.0;
+    reasons.note(constraint.id, "it measures " + spoken(measured(sketchFrom(part.after), number) / unit) +
+                                    " now, not " + spoken(*constraint.value / unit));
+}
+
+void dropFalse(EditContext& context, const EditedPart& part) {
     const EntityIndex entities(part.after);
     const auto isJudgedAnew = [&](const Place& place) {
-        return std::find(judgedAnew.begin(), judgedAnew.end(), place.entity) != judgedAnew.end();
+        return std::find(context.judgedAnew.begin(), context.judgedAnew.end(), place.entity) !=
+               context.judgedAnew.end();
     };
     const std::vector<int> doubtful = constraintsOnChanged(part.before, part.after, [&](const Constraint& constraint) {
         return constraint.driving && (!traitsOf(constraint.type).isJudgedByModule || isOnSpline(constraint, entities) ||
                                       std::any_of(constraint.refs.begin(), constraint.refs.end(), isJudgedAnew));
     });
-    forBroken(part, doubtful, kHolds, kHolds,
-              [&](const Constraint& constraint) { drawing.removeConstraint(constraint.id); });
+    forBroken(part, doubtful, kHolds, kHolds, [&](const Constraint& constraint) {
+        noteMeasure(context.reasons, part, constraint);
+        context.drawing.removeConstraint(constraint.id);
+    });
+    forElsewhere(part, doubtful,
+                 [&](const Constraint& constraint) { context.drawing.removeConstraint(constraint.id); });
 }
 
 void refreshMeasures(Drawing& drawing, const Document& before, const Document& now) {
@@ -109,9 +158,9 @@ void refreshMeasures(Drawing& drawing, const Document& before, const Document& n
 
 }  // namespace
 
-void settleOwnConstraints(Drawing& drawing, const EditedPart& part, const std::vector<std::string>& judgedAnew) {
-    dropFalse(drawing, part, judgedAnew);
-    refreshMeasures(drawing, part.before, part.after);
+void settleOwnConstraints(EditContext& context, const EditedPart& part) {
+    dropFalse(context, part);
+    refreshMeasures(context.drawing, part.before, part.after);
 }
 
 void refuseBroken(const EditedPart& part) {

@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-#include "editing/Uses.h"
 #include "document/Document.h"
+#include "editing/Uses.h"
 
 namespace holdfast::editing {
 

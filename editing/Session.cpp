@@ -10,6 +10,7 @@
 #include "editing/Check.h"
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
+#include "editing/HoldingConstraints.h"
 #include "editing/Refusal.h"
 #include "editing/fates/Freedom.h"
 #include "editing/text/Parse.h"
@@ -207,7 +208,7 @@ void Session::run(const Edit& edit, EditContext& context, EditResult& result) {
     if (context.shortfall != Shortfall{})
         result.outcome.remarks = remarksOn(context.shortfall, document(), context.edited);
     finishCommand(context);
-    settleOwnConstraints(context.drawing, partOf(context.drawing.change(), sizeBefore), context.judgedAnew);
+    settleOwnConstraints(context, partOf(context.drawing.change(), sizeBefore));
     context.reasons.noteDeleted(context.drawing);
     DrawingChange change = context.drawing.change();
     const EditedPart part = partOf(change, sizeBefore);
@@ -231,6 +232,7 @@ EditedPart Session::partOf(const DrawingChange& change, double sizeBefore) const
 /// What the commands have not solved themselves is solved now.
 void Session::finishCommand(const EditContext& context) {
     context.drawing.dropLostConstraints();
+    putBackHolding(context);
     evaluate(context);
     context.drawing.process().endOfCommand();
     context.evaluator.endCommand();

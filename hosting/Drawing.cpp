@@ -83,11 +83,7 @@ void Drawing::open(const Document& document, const OrderedDocument* orders) {
     }
     // Members may be written before or after the constraint that owns them.
     for (const KnownConstraint& known : m_constraints)
-        for (const std::string& member : known.original.members) {
-            YxGeomConstraint* owned = m_constraints[m_constraintIndex.at(member)].host;
-            if (known.host != nullptr && owned != nullptr)
-                HostAccess::own(static_cast<YxCompositeConstraint&>(*known.host), *owned);
-        }
+        own(known);
     for (const Entity& entity : document.entities)
         if (std::holds_alternative<PolylineShape>(entity.shape))
             tieCorners(entity.id);
@@ -97,6 +93,15 @@ void Drawing::open(const Document& document, const OrderedDocument* orders) {
             noteEntity(*known);
     m_isTouched = false;
     HostAccess::tellChanges(m_process.database(), &m_hostChanges);
+}
+
+/// A composite gets its members, as far as the host has them.
+void Drawing::own(const KnownConstraint& composite) {
+    for (const std::string& member : composite.original.members) {
+        YxGeomConstraint* owned = m_constraints[m_constraintIndex.at(member)].host;
+        if (composite.host != nullptr && owned != nullptr)
+            HostAccess::own(static_cast<YxCompositeConstraint&>(*composite.host), *owned);
+    }
 }
 
 void Drawing::KnownEntity::takeRead(Shape read) {
@@ -247,9 +252,11 @@ void Drawing::erase(std::string_view name) {
     const HostProcess::Scope bound(m_process);
     const KnownEntity& erased = known(name);
     noteEntity(erased);
+    noteDeletions(Deletion::By::module);
     YxDbObject* resident = HostAccess::peek(erased.id);
     for (const auto& [owner, constraint] : constraintsOn(static_cast<YxDbEntity&>(*resident)))
         HostAccess::deleteConstraint(*owner, constraint);
+    noteDeletions(Deletion::By::erasure, {erased.original.id, PlaceKind::whole, 0});
     for (const YxDbObjectId& reactor : HostAccess::reactors(*resident))
         HostAccess::eraseDependency(reactor);
     HostAccess::erase(erased.id);
@@ -306,6 +313,7 @@ std::string Drawing::addConstraint(Constraint constraint) {
     m_constraintsBefore.emplace(added, std::nullopt);
     m_isTouched = true;
     m_constraints.back().host = build(constraint, added);
+    own(m_constraints.back());
     return constraint.id;
 }
 
@@ -368,8 +376,11 @@ bool Drawing::isLost(const YxConstrainedGeometry& geometry, Segments& segments) 
 void Drawing::removeConstraint(std::string_view id) {
     const HostProcess::Scope bound(m_process);
     const KnownConstraint& known = knownConstraint(id);
-    if (known.host != nullptr && !HostAccess::isDeleted(*known.host))
-        HostAccess::deleteConstraint(group(), HostAccess::topLevel(*known.host));
+    if (known.host == nullptr || HostAccess::isDeleted(*known.host))
+        return;
+    noteDeletions(Deletion::By::module);
+    HostAccess::deleteConstraint(group(), HostAccess::topLevel(*known.host));
+    noteDeletions(Deletion::By::host);
 }
 
 void Drawing::setMeasure(std::string_view id, double value) {
@@ -384,6 +395,7 @@ void Drawing::setMeasure(std::string_view id, double value) {
 
 int Drawing::dropLostConstraints() {
     const HostProcess::Scope bound(m_process);
+    noteDeletions(Deletion::By::module);
     std::unordered_map<const void*, bool> lostOf;  // by geometry
     Segments segments;
     int dropped = 0;
@@ -391,14 +403,19 @@ int Drawing::dropLostConstraints() {
         if (HostAccess::isDeleted(*constraint))
             continue;
         const auto& geometries = HostAccess::geometries(*constraint);
-        const bool lost = std::any_of(geometries.begin(), geometries.end(), [&](const YxConstrainedGeometry* geometry) {
-            const auto [known, isNew] = lostOf.try_emplace(geometry, false);
-            if (isNew)
-                known->second = isLost(*geometry, segments);
-            return known->second;
-        });
-        if (lost && HostAccess::deleteConstraint(group(), HostAccess::topLevel(*constraint)) == Yxrt::eOk)
+        const auto lost =
+            std::find_if(geometries.begin(), geometries.end(), [&](const YxConstrainedGeometry* geometry) {
+                const auto [known, isNew] = lostOf.try_emplace(geometry, false);
+                if (isNew)
+                    known->second = isLost(*geometry, segments);
+                return known->second;
+            });
+        if (lost == geometries.end())
+            continue;
+        const Place at = placeBefore(*constraint, static_cast<std::size_t>(lost - geometries.begin()));
+        if (HostAccess::deleteConstraint(group(), HostAccess::topLevel(*constraint)) == Yxrt::eOk)
             ++dropped;
+        noteDeletions(Deletion::By::lostPlace, at);
     }
     return dropped;
 }
@@ -409,18 +426,24 @@ bool Drawing::hasPlaces(const Constraint& constraint) const {
     });
 }
 
+/// Where the host has a constraint, in the places of the document.
+void Drawing::takePlaces(Constraint& constraint, const YxGeomConstraint& host, Segments& segments) const {
+    const auto& geometries = HostAccess::geometries(host);
+    for (std::size_t i = 0; i < constraint.refs.size() && i < geometries.size(); ++i) {
+        const Place place = placeOf(*geometries[i], segments);
+        Place& known = constraint.refs[i];
+        if (place.entity != known.entity || hasPolyline(place) || (isEnd(place) && isEnd(known)))
+            known = place;
+    }
+}
+
 std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& known, Segments& segments) const {
     if (known.host == nullptr)  // switched off: the host does not know it
         return hasPlaces(known.original) ? std::optional(known.original) : std::nullopt;
     if (HostAccess::isDeleted(*known.host))
         return std::nullopt;
     Constraint now = known.original;
-    const auto& geometries = HostAccess::geometries(*known.host);
-    for (std::size_t i = 0; i < now.refs.size() && i < geometries.size(); ++i) {
-        const Place place = placeOf(*geometries[i], segments);
-        if (place.entity != now.refs[i].entity || hasPolyline(place) || (isEnd(place) && isEnd(now.refs[i])))
-            now.refs[i] = place;
-    }
+    takePlaces(now, *known.host, segments);
     std::erase_if(now.members, [&](const std::string& member) { return !hasConstraint(member); });
     if (known.host->isKindOf(YxDimensionConstraint::desc()))
         now.value = static_cast<const YxDimensionConstraint*>(known.host)->value();

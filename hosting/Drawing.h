@@ -14,6 +14,7 @@
 #include "document/DrawingExtent.h"
 #include "host/model/HostBuilder.h"
 #include "host/model/HostProcess.h"
+#include "hosting/Deletion.h"
 #include "hosting/Uses.h"
 
 namespace holdfast::hosting {
@@ -96,12 +97,20 @@ public:
     void erase(std::string_view name);
 
     /// Adds a constraint of the document's form; it gets a fresh id when it has none, and may have that of one that was
-    /// deleted. Returns the id.
+    /// deleted. The members of a composite are there. Returns the id.
     std::string addConstraint(Constraint constraint);
     bool hasConstraint(std::string_view id) const;
     /// Deletes a constraint of the document, with the composite that owns it. Throws std::invalid_argument for an id
     /// that the drawing never had.
     void removeConstraint(std::string_view id);
+    /// What was deleted since changes were taken last, in that order; members of a composite behind it, those that came
+    /// back included. Asked between two steps of a command, it tells what each has deleted.
+    const std::vector<Deletion>& deletions();
+    /// A deleted constraint where it would stand now; nothing when one of its places is gone, or when it is there.
+    std::optional<Constraint> deletedConstraint(std::string_view id) const;
+    /// Puts a deleted constraint back where deletedConstraint sees it, under its id and in its order. False, and
+    /// nothing changes, where that sees none. A composite comes back without members.
+    bool restoreConstraint(std::string_view id);
     /// Gives a dimension another value; the id has to be that of one.
     void setMeasure(std::string_view id, double value);
     /// Deletes the constraints whose place is gone: their dependency has the status of a removed segment, or names a
@@ -148,15 +157,20 @@ private:
     void noteConstraintsOn(const YxDbEntity& entity);
     std::optional<Entity> currentEntity(std::size_t number) const;
     std::optional<Constraint> takenConstraint(std::size_t number) const;
+    std::optional<Constraint> constraintBefore(std::size_t number) const;
+    void noteDeletions(Deletion::By by, const Place& at = {});
+    Place placeBefore(const YxGeomConstraint& constraint, std::size_t geometry) const;
     std::vector<std::size_t> numbersOn(const KnownEntity& known) const;
     std::vector<YxGeomConstraint*> touchedInHost();
     void commit(const DrawingChange& change);
     class Search;
     YxGeomConstraint* build(const Constraint& constraint, std::size_t number);
+    void own(const KnownConstraint& composite);
     BuiltPlace builtPlace(const Place& place, const Constraint& constraint, std::size_t index) const;
     class Segments;
 
     std::optional<Constraint> currentConstraint(const KnownConstraint& known, Segments& segments) const;
+    void takePlaces(Constraint& constraint, const YxGeomConstraint& host, Segments& segments) const;
     Place placeOf(const YxConstrainedGeometry& geometry, Segments& segments) const;
     bool hasPlaces(const Constraint& constraint) const;
     bool isLost(const YxConstrainedGeometry& geometry, Segments& segments) const;
@@ -189,6 +203,7 @@ private:
     std::map<std::size_t, EntityBefore> m_before;  // touched entities by number
     std::map<std::size_t, std::optional<Constraint>> m_constraintsBefore;
     std::unordered_set<YxGeomConstraint*> m_touchedInHost;
+    std::vector<Deletion> m_deletions;
     bool m_isTouched = false;
     bool m_allUnsolved = true;
     std::set<std::size_t> m_unsolved;

@@ -150,8 +150,7 @@ DrawingChange Drawing::change() {
     }
     Segments segments;
     for (const std::size_t number : numbers) {
-        const auto noted = m_constraintsBefore.find(number);
-        std::optional<Constraint> before = noted == m_constraintsBefore.end() ? takenConstraint(number) : noted->second;
+        std::optional<Constraint> before = constraintBefore(number);
         std::optional<Constraint> now = currentConstraint(m_constraints[number], segments);
         if (before != now)
             change.constraints.push_back({m_constraints[number].order, std::move(before), std::move(now)});
@@ -190,6 +189,8 @@ void Drawing::take(const DrawingChange& change) {
     m_before.clear();
     m_constraintsBefore.clear();
     m_touchedInHost.clear();
+    m_deletions.clear();
+    m_hostChanges.deletions.clear();
     m_isTouched = false;
 }
 

@@ -15,6 +15,8 @@ namespace holdfast::editing {
 
 namespace {
 
+constexpr const char* kAsItWas = "the drawing is as it was without it";
+
 /// The points that define a shape, and its sizes as points on an axis of their own.
 std::vector<Vec2> definingPoints(const Shape& shape) {
     struct Visitor {
@@ -69,10 +71,10 @@ std::unordered_map<std::string_view, const Constraint*> constraintsById(const Do
     return found;
 }
 
-/// Of deletions that nobody has told the reason of, the two drawings tell it.
+/// Without reasons, for a drawing that is as it was at another time.
 std::vector<ConstraintOutcome> constraintFates(const Document& before, const Document& after, std::size_t edit,
-                                               DeletionReasons& reasons) {
-    const EntityIndex entitiesBefore(before), entitiesAfter(after);
+                                               const DeletionReasons* reasons) {
+    const EntityIndex entitiesAfter(after);
     const auto was = constraintsById(before), is = constraintsById(after);
     std::vector<ConstraintOutcome> outcomes;
     for (const Constraint& constraint : before.constraints) {
@@ -80,7 +82,7 @@ std::vector<ConstraintOutcome> constraintFates(const Document& before, const Doc
         if (now == is.end()) {
             outcomes.push_back({constraint.id,
                                 ConstraintFate::deleted,
-                                reasons.reasonOf(constraint, entitiesBefore, entitiesAfter),
+                                reasons == nullptr ? kAsItWas : reasons->reasonOf(constraint.id),
                                 {},
                                 edit});
         } else if (std::vector<PlaceMove> moves = movesBetween(constraint, *now->second); !moves.empty()) {
@@ -133,14 +135,13 @@ double movement(const Shape& before, const Shape& after) {
 }
 
 Fates fatesBetween(const Document& before, const Document& after, const std::vector<std::string>& edited,
-                   std::size_t edit, DeletionReasons& reasons) {
-    return {constraintFates(before, after, edit, reasons), entityFates(before, after, edited)};
+                   std::size_t edit, const DeletionReasons& reasons) {
+    return {constraintFates(before, after, edit, &reasons), entityFates(before, after, edited)};
 }
 
 Fates fatesBetween(const Document& before, const Document& after, const std::vector<std::string>& edited,
                    std::size_t edit) {
-    DeletionReasons reasons;
-    return fatesBetween(before, after, edited, edit, reasons);
+    return {constraintFates(before, after, edit, nullptr), entityFates(before, after, edited)};
 }
 
 FateReport runReport(const Document& before, const Document& after, const std::vector<EditOutcome>& edits,
@@ -157,8 +158,7 @@ FateReport runReport(const Document& before, const Document& after, const std::v
                 edited.push_back(outcome.entity);
     }
     // What counts is the whole run; the single edits know the better reasons and which of them it was.
-    DeletionReasons reasons;
-    report.constraints = constraintFates(before, after, 0, reasons);
+    report.constraints = constraintFates(before, after, 0, nullptr);
     for (ConstraintOutcome& outcome : report.constraints) {
         const auto known = last.find(outcome.constraint);
         if (known == last.end())

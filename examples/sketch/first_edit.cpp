@@ -1,7 +1,7 @@
 // A rib between two edges is trimmed at the upper one, and the edit is taken back. Prints:
 //
 //     trim rib at 40,50 by top: done
-//       height deleted: rib is no longer as long
+//       height deleted: it measures 40 now, not 55
 //       rib edited
 //         length 55 -> 40
 //     the rib ends at (40, 40)

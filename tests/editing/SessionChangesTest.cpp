@@ -35,6 +35,14 @@ TEST(SessionDocument, ComesBackEditByEdit) {
     EXPECT_EQ(session.document(), sweptDrawing());
 }
 
+/// "" for a constraint that has no fate there, and for one without a reason.
+std::string reasonIn(const Fates& fates, const std::string& constraint) {
+    for (const ConstraintOutcome& outcome : fates.constraints)
+        if (outcome.constraint == constraint)
+            return outcome.reason;
+    return "";
+}
+
 TEST(SessionFates, AreThoseOfTheWholeDrawingsBeforeAndAfter) {
     Session session(sweptDrawing());
     for (const std::string& edit : sweptEdits()) {
@@ -46,8 +54,13 @@ TEST(SessionFates, AreThoseOfTheWholeDrawingsBeforeAndAfter) {
         for (const EntityOutcome& outcome : result.fates.entities)
             if (outcome.fate == EntityFate::edited)
                 edited.push_back(outcome.entity);
-        const Fates whole = fatesBetween(before, session.document(), edited, session.results().size() - 1);
+        Fates whole = fatesBetween(before, session.document(), edited, session.results().size() - 1);
+        for (ConstraintOutcome& outcome : whole.constraints)
+            if (outcome.fate == ConstraintFate::deleted)  // why only the edit knows
+                outcome.reason = reasonIn(result.fates, outcome.constraint);
         EXPECT_EQ(result.fates.constraints, whole.constraints) << edit;
+        for (const ConstraintOutcome& outcome : result.fates.constraints)
+            EXPECT_NE(outcome.reason, "") << edit << ": " << outcome.constraint;
         EXPECT_EQ(result.fates.entities, whole.entities) << edit;
     }
 }
