@@ -38,6 +38,7 @@ constexpr EditVerb kVerbs[] = {
     {"set", "set ENTITY PROPERTY VALUE", "set g5 radius 5",
      "gives a property another value: an end, a centre, a radius, an angle, a vertex", &parseSet},
     {"undo", "undo", "", "takes the last edit back", &parseUndo},
+    {"redo", "redo", "", "does the edit again that was taken back last", &parseRedo},
 };
 
 }  // namespace

@@ -30,8 +30,9 @@ class Drawing {
 public:
     /// The document has passed checkDocument.
     explicit Drawing(const Document& document);
-    /// The same for one whose entities and constraints are to have certain orders in the changes that are told.
-    explicit Drawing(const OrderedDocument& ordered);
+    /// The same for one whose entities and constraints have their orders from a drawing that was open before. Orders
+    /// that `next` counts beyond those are left free.
+    Drawing(const OrderedDocument& ordered, const NextOrders& next);
     ~Drawing();
     Drawing(const Drawing&) = delete;
     Drawing& operator=(const Drawing&) = delete;
@@ -44,6 +45,11 @@ public:
     DrawingChange change();
     /// From now on changes are those since this one, which change() has told just now. What throws leaves it untaken.
     void take(const DrawingChange& change);
+    NextOrders next() const;
+    /// The drawing is to be as a change leaves it, which leads from what was taken last, or has just been taken. What
+    /// the change names is opened anew, with the constraints on it; nothing else is looked at. Then `next` counts on.
+    /// When this throws the drawing is of no more use.
+    void put(const DrawingChange& change, const NextOrders& next);
     /// The surroundings of a change that was not taken yet.
     EditedPart editedPart(const DrawingChange& change) const;
     /// True when neither the host nor anybody else has changed anything since changes were taken last.
@@ -82,6 +88,9 @@ public:
     /// The shape of an entity as it is now; the name has to exist.
     Shape shape(std::string_view name) const;
     YxDbEntity& entity(std::string_view name) const;
+    /// The entities of which an end, a vertex, a control point or a centre may lie in a window, in drawing order, as
+    /// they were taken or written last. Cost: one look at each box of some hundred entities, and those that reach in.
+    std::vector<std::string> namesNear(const Box& window) const;
     bool isFixed(std::string_view name) const;
     bool isConstruction(std::string_view name) const;
 
@@ -130,25 +139,37 @@ private:
         Entity original;                      // as read or last written: attributes, and the shape to the last digit
         std::unique_ptr<Shape> originalRead;  // what the host made of that shape, where it is another one
         YxDbObjectId id;
-        std::size_t number = 0;  // in m_numbered
-        std::size_t order = 0;
+        std::size_t number = 0;  // in m_numbered, and the order in changes
 
         void takeRead(Shape read);
         bool isRead(const Shape& now) const { return now == (originalRead ? *originalRead : original.shape); }
     };
     struct KnownConstraint {
         Constraint original;
-        YxGeomConstraint* host = nullptr;  // null for a switched-off constraint
-        std::size_t order = 0;
+        YxGeomConstraint* host = nullptr;   // null for a switched-off constraint
         std::unique_ptr<Constraint> taken;  // as the changes tell it, where that is not the original
-        bool isGone = false;                // for the changes
+        bool isGone = true;                 // for the changes; also true of a number that nothing has
     };
 
     /// std::invalid_argument with the name for one that nothing has.
     KnownEntity& known(std::string_view name);
+    /// Null for an object that is no entity of the drawing, and for null.
+    const KnownEntity* knownOf(const YxDbObject* object) const;
+    /// Null for a number that nothing has.
+    const Shape* knownShape(std::size_t number) const {
+        return m_numbered[number] == nullptr ? nullptr : &m_numbered[number]->original.shape;
+    }
     KnownConstraint& knownConstraint(std::string_view id);
     void open(const Document& document, const OrderedDocument* orders);
-    void addEntity(const Entity& entity, std::size_t order);
+    void addEntity(const Entity& entity, std::size_t number);
+    void tieFixed(const KnownEntity& known);
+    void takeOut(const KnownEntity& known);
+    void drop(const KnownEntity& known);
+    void replace(const KnownEntity& known, std::unique_ptr<YxDbEntity> successor);
+    void addKnown(const Constraint& constraint, std::size_t number);
+    void ownMembers(const Constraint& constraint);
+    class Reopening;
+    void countOnFrom(const NextOrders& next);
     void noteEntity(const KnownEntity& known);
     void noteConstraint(std::size_t number);
     void collect();
@@ -165,7 +186,6 @@ private:
     void commit(const DrawingChange& change);
     class Search;
     YxGeomConstraint* build(const Constraint& constraint, std::size_t number);
-    void own(const KnownConstraint& composite);
     BuiltPlace builtPlace(const Place& place, const Constraint& constraint, std::size_t index) const;
     class Segments;
 
@@ -185,29 +205,24 @@ private:
     Document m_notes;  // name, source, licence, units, plane; no entities, no constraints
     std::unordered_map<std::string, KnownEntity> m_entities;
     std::unordered_map<std::string, int> m_nextNumbers;  // by base: below it, no number of a fresh name is free
-    std::size_t m_lastOrder = 0;
-    std::vector<KnownEntity*> m_numbered;  // as they were drawn; null for erased ones
-    std::unordered_map<const YxDbObject*, const KnownEntity*> m_names;
+    std::vector<KnownEntity*> m_numbered;        // as they were drawn; null for erased ones and those that never were
+    std::vector<const KnownEntity*> m_byHandle;  // null for what is no entity of the drawing
     std::vector<KnownConstraint> m_constraints;
     std::unordered_map<std::string, std::size_t> m_constraintIndex;
     std::size_t m_nextConstraintNumber = 1;  // ids of constraints stay taken
     std::unordered_map<const YxGeomConstraint*, std::size_t> m_constraintNumbers;
-    std::unordered_map<std::string, std::vector<std::size_t>> m_switchedOff;  // by entity
+    std::unordered_map<std::string, std::set<std::size_t>> m_switchedOff;  // by entity
 
     // What has changed since somebody asked.
-    struct EntityBefore {
-        std::size_t order = 0;
-        std::optional<Entity> entity;
-    };
     HostChanges m_hostChanges;
-    std::map<std::size_t, EntityBefore> m_before;  // touched entities by number
+    std::map<std::size_t, std::optional<Entity>> m_before;  // touched entities by number
     std::map<std::size_t, std::optional<Constraint>> m_constraintsBefore;
     std::unordered_set<YxGeomConstraint*> m_touchedInHost;
     std::vector<Deletion> m_deletions;
     bool m_isTouched = false;
     bool m_allUnsolved = true;
     std::set<std::size_t> m_unsolved;
-    DrawingExtent m_extent;
+    mutable DrawingExtent m_extent;
 };
 
 }  // namespace holdfast::hosting

@@ -72,26 +72,26 @@ private:
         return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
     }
 
-    template <class Item>
-    Positions checkIds(const std::vector<Item>& items, const std::string& list) const {
-        Positions positions;
-        positions.reserve(items.size());
+    /// positionOf answers the first item that has an id, and is asked when there are fewer ids than items.
+    template <class Item, class PositionOf>
+    void checkIds(const std::vector<Item>& items, const std::string& list, std::size_t idCount,
+                  const PositionOf& positionOf) const {
         for (std::size_t i = 0; i < items.size(); ++i) {
-            const std::string where = list + std::to_string(i) + "/id";
+            const auto where = [&] { return list + std::to_string(i) + "/id"; };
             if (items[i].id.empty())
-                fail(where, {"", "an empty id", "an id of at least one letter"});
-            const auto [first, fresh] = positions.emplace(items[i].id, i);
-            if (!fresh)
-                fail(where, {"",
-                             "the id " + inQuotes(items[i].id) + ", which " + list + std::to_string(first->second) +
-                                 " has already",
-                             "an id of its own"});
+                fail(where(), {"", "an empty id", "an id of at least one letter"});
+            const std::size_t first = idCount == items.size() ? i : positionOf(items[i].id);
+            if (first != i)
+                fail(
+                    where(),
+                    {"", "the id " + inQuotes(items[i].id) + ", which " + list + std::to_string(first) + " has already",
+                     "an id of its own"});
         }
-        return positions;
     }
 
     void checkEntities() const {
-        checkIds(m_document.entities, "/entities/");
+        checkIds(m_document.entities, "/entities/", m_entities.size(),
+                 [&](const std::string& id) { return *m_entities.position(id); });
         for (std::size_t i = 0; i < m_document.entities.size(); ++i) {
             if (std::optional<Fault> fault = faultIn(m_document.entities[i].shape))
                 fail("/entities/" + std::to_string(i), std::move(*fault));
@@ -99,7 +99,11 @@ private:
     }
 
     void checkConstraints() {
-        m_constraints = checkIds(m_document.constraints, "/constraints/");
+        m_constraints.reserve(m_document.constraints.size());
+        for (std::size_t i = 0; i < m_document.constraints.size(); ++i)
+            m_constraints.emplace(m_document.constraints[i].id, i);
+        checkIds(m_document.constraints, "/constraints/", m_constraints.size(),
+                 [&](const std::string& id) { return m_constraints.find(id)->second; });
         for (std::size_t i = 0; i < m_document.constraints.size(); ++i) {
             if (std::optional<Fault> fault = faultIn(m_document.constraints[i], m_entities))
                 fail("/constraints/" + std::to_string(i), std::move(*fault));
@@ -110,6 +114,8 @@ private:
         m_owner.assign(m_document.constraints.size(), kNobody);
         for (std::size_t i = 0; i < m_document.constraints.size(); ++i) {
             const Constraint& constraint = m_document.constraints[i];
+            if (constraint.members.empty() && constraint.type != ConstraintType::composite)
+                continue;
             const std::string where = "/constraints/" + std::to_string(i);
             if (!ownsMembers(constraint.type) && !constraint.members.empty())
                 fail(where + "/members",

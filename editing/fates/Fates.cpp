@@ -144,6 +144,19 @@ Fates fatesBetween(const Document& before, const Document& after, const std::vec
     return {constraintFates(before, after, edit, nullptr), entityFates(before, after, edited)};
 }
 
+Fates fatesOfUndo(const Document& before, const Document& after, std::size_t edit) {
+    Fates fates = fatesBetween(before, after, {}, edit);
+    for (ConstraintOutcome& outcome : fates.constraints)
+        if (outcome.fate == ConstraintFate::added) {
+            outcome.fate = ConstraintFate::restored;
+            outcome.reason = "the undo brought it back";
+        }
+    for (EntityOutcome& outcome : fates.entities)
+        if (outcome.fate == EntityFate::created)
+            outcome.fate = EntityFate::restored;
+    return fates;
+}
+
 FateReport runReport(const Document& before, const Document& after, const std::vector<EditOutcome>& edits,
                      const std::vector<Fates>& fates) {
     FateReport report{

@@ -12,7 +12,7 @@ namespace holdfast::editing {
 
 /// What one edit did, told by the drawing before and after it.
 struct Fates {
-    std::vector<ConstraintOutcome> constraints;  ///< deleted, re-pointed and added ones, in drawing order
+    std::vector<ConstraintOutcome> constraints;  ///< all but the kept ones, in drawing order
     std::vector<EntityOutcome> entities;         ///< all but the untouched ones, in drawing order
 };
 
@@ -26,6 +26,9 @@ Fates fatesBetween(const Document& before, const Document& after, const std::vec
 class DeletionReasons;
 Fates fatesBetween(const Document& before, const Document& after, const std::vector<std::string>& edited,
                    std::size_t edit, const DeletionReasons& reasons);
+
+/// The same of an undo: what is there again is told as restored.
+Fates fatesOfUndo(const Document& before, const Document& after, std::size_t edit);
 
 /// The longest way that one of a shape's defining points went, in drawing units; radii count as their change.
 /// Shapes of another kind, or of another number of points: the distance of their start points.

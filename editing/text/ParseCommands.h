@@ -22,5 +22,6 @@ Edit parseRotate(EditText& text);
 Edit parseDrag(EditText& text);
 Edit parseSet(EditText& text);
 Edit parseUndo(EditText& text);
+Edit parseRedo(EditText& text);
 
 }  // namespace holdfast::editing

@@ -134,6 +134,7 @@ struct Writer {
                std::visit([](const auto& value) { return textOf(value); }, e.value);
     }
     std::string operator()(const Undo&) const { return "undo"; }
+    std::string operator()(const Redo&) const { return "redo"; }
 
     static std::string radius(const Sourced<double>& value) { return " radius " + textOf(value.value); }
 };

@@ -133,6 +133,7 @@ Edit anyEdit() {
         [] { return anyDrag(); },
         [] { return anySet(); },
         [] { return Edit(Undo{}); },
+        [] { return Edit(Redo{}); },
     };
     static_assert(std::tuple_size_v<decltype(makers)> == std::variant_size_v<Edit>, "one for each kind of edit");
     return makers[*rc::gen::inRange<std::size_t>(0, makers.size())]();
