@@ -1,7 +1,6 @@
 #include "editing/Aftermath.h"
 
 #include <algorithm>
-#include <limits>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -14,9 +13,7 @@
 #include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
-#include "hosting/evaluator/SketchFromDocument.h"
-#include "solver/src/diagnosis/Extract.h"
-#include "solver/src/sketch/Measure.h"
+#include "hosting/DocumentSketch.h"
 
 namespace holdfast::editing {
 
@@ -38,52 +35,44 @@ bool isOnSpline(const Constraint& constraint, const EntityIndex& entities) {
 
 /// Numbers of the constraints with an entity that differs from before, of those that a test picks.
 template <class Test>
-std::vector<int> constraintsOnChanged(const Document& before, const Document& now, const Test& test) {
+std::vector<std::size_t> constraintsOnChanged(const Document& before, const Document& now, const Test& test) {
     std::unordered_set<std::string_view> changed;
     const EntityIndex was(before);
     for (const Entity& entity : now.entities)
         if (const Entity* known = was.find(entity.id); known == nullptr || !(known->shape == entity.shape))
             changed.insert(entity.id);
-    std::vector<int> numbers;
+    std::vector<std::size_t> numbers;
     for (std::size_t i = 0; i < now.constraints.size(); ++i) {
         const Constraint& constraint = now.constraints[i];
         if (constraint.active && test(constraint) &&
             std::any_of(constraint.refs.begin(), constraint.refs.end(),
                         [&](const Place& place) { return changed.contains(place.entity); }))
-            numbers.push_back(static_cast<int>(i));
+            numbers.push_back(i);
     }
     return numbers;
 }
 
-/// How far one constraint is from holding; infinitely when its elements cannot have it any more.
-double shortfallOf(const SketchData& sketch, int constraint) {
-    try {
-        return violationsOf(Extract(sketch, {&constraint, 1}).sketch()).front();
-    } catch (const SketchError&) {
-        return std::numeric_limits<double>::infinity();
-    }
-}
-
 /// Numbers of constraints by their ids.
-std::unordered_map<std::string_view, int> numbersById(const Document& document) {
-    std::unordered_map<std::string_view, int> numbers;
+std::unordered_map<std::string_view, std::size_t> numbersById(const Document& document) {
+    std::unordered_map<std::string_view, std::size_t> numbers;
     for (std::size_t i = 0; i < document.constraints.size(); ++i)
-        numbers.emplace(document.constraints[i].id, static_cast<int>(i));
+        numbers.emplace(document.constraints[i].id, i);
     return numbers;
 }
 
 /// Those of some constraints that held before and do not now.
 template <class Take>
-void forBroken(const EditedPart& part, const std::vector<int>& doubtful, double held, double holds, const Take& take) {
+void forBroken(const EditedPart& part, const std::vector<std::size_t>& doubtful, double held, double holds,
+               const Take& take) {
     if (doubtful.empty())
         return;
     const auto numberBefore = numbersById(part.before);
-    const SketchData was = sketchFrom(part.before), is = sketchFrom(part.after);
-    for (const int number : doubtful) {
-        const Constraint& constraint = part.after.constraints[static_cast<std::size_t>(number)];
+    const DocumentSketch was(part.before), is(part.after);
+    for (const std::size_t number : doubtful) {
+        const Constraint& constraint = part.after.constraints[number];
         const auto known = numberBefore.find(constraint.id);
-        if (known != numberBefore.end() && shortfallOf(was, known->second) <= held * part.sizeBefore &&
-            !(shortfallOf(is, number) <= holds * part.sizeAfter))
+        if (known != numberBefore.end() && was.shortfallOf(known->second) <= held * part.sizeBefore &&
+            !(is.shortfallOf(number) <= holds * part.sizeAfter))
             take(constraint);
     }
 }
@@ -102,14 +91,14 @@ bool isElsewhere(const Constraint& was, const EntityIndex& before, const Constra
 }
 
 template <class Take>
-void forElsewhere(const EditedPart& part, const std::vector<int>& doubtful, const Take& take) {
+void forElsewhere(const EditedPart& part, const std::vector<std::size_t>& doubtful, const Take& take) {
     const EntityIndex before(part.before), after(part.after);
     const auto numberBefore = numbersById(part.before);
-    for (const int number : doubtful) {
-        const Constraint& constraint = part.after.constraints[static_cast<std::size_t>(number)];
+    for (const std::size_t number : doubtful) {
+        const Constraint& constraint = part.after.constraints[number];
         const auto known = numberBefore.find(constraint.id);
         if (constraint.type == ConstraintType::fixed && known != numberBefore.end() &&
-            isElsewhere(part.before.constraints[static_cast<std::size_t>(known->second)], before, constraint, after,
+            isElsewhere(part.before.constraints[known->second], before, constraint, after,
                         kHolds * part.sizeAfter))
             take(constraint);
     }
@@ -122,9 +111,9 @@ void noteMeasure(DeletionReasons& reasons, const EditedPart& part, const Constra
     });
     if (!constraint.value || isOfPoints)
         return;
-    const auto number = static_cast<int>(&constraint - part.after.constraints.data());
+    const auto number = static_cast<std::size_t>(&constraint - part.after.constraints.data());
     const double unit = constraint.type == ConstraintType::angle ? kPi / 180.0 : 1.0;
-    reasons.note(constraint.id, "it measures " + spoken(measured(sketchFrom(part.after), number) / unit) +
+    reasons.note(constraint.id, "it measures " + spoken(DocumentSketch(part.after).measured(number) / unit) +
                                     " now, not " + spoken(*constraint.value / unit));
 }
 
@@ -134,10 +123,12 @@ void dropFalse(EditContext& context, const EditedPart& part) {
         return std::find(context.judgedAnew.begin(), context.judgedAnew.end(), place.entity) !=
                context.judgedAnew.end();
     };
-    const std::vector<int> doubtful = constraintsOnChanged(part.before, part.after, [&](const Constraint& constraint) {
-        return constraint.driving && (!traitsOf(constraint.type).isJudgedByModule || isOnSpline(constraint, entities) ||
-                                      std::any_of(constraint.refs.begin(), constraint.refs.end(), isJudgedAnew));
-    });
+    const std::vector<std::size_t> doubtful =
+        constraintsOnChanged(part.before, part.after, [&](const Constraint& constraint) {
+            return constraint.driving &&
+                   (!traitsOf(constraint.type).isJudgedByModule || isOnSpline(constraint, entities) ||
+                    std::any_of(constraint.refs.begin(), constraint.refs.end(), isJudgedAnew));
+        });
     forBroken(part, doubtful, kHolds, kHolds, [&](const Constraint& constraint) {
         noteMeasure(context.reasons, part, constraint);
         context.drawing.removeConstraint(constraint.id);
@@ -147,13 +138,13 @@ void dropFalse(EditContext& context, const EditedPart& part) {
 }
 
 void refreshMeasures(Drawing& drawing, const Document& before, const Document& now) {
-    const std::vector<int> followers = constraintsOnChanged(
+    const std::vector<std::size_t> followers = constraintsOnChanged(
         before, now, [](const Constraint& constraint) { return !constraint.driving && constraint.value.has_value(); });
     if (followers.empty())
         return;
-    const SketchData sketch = sketchFrom(now);
-    for (const int number : followers)
-        drawing.setMeasure(now.constraints[static_cast<std::size_t>(number)].id, measured(sketch, number));
+    const DocumentSketch sketch(now);
+    for (const std::size_t number : followers)
+        drawing.setMeasure(now.constraints[number].id, sketch.measured(number));
 }
 
 }  // namespace
@@ -164,7 +155,7 @@ void settleOwnConstraints(EditContext& context, const EditedPart& part) {
 }
 
 void refuseBroken(const EditedPart& part) {
-    const std::vector<int> kept =
+    const std::vector<std::size_t> kept =
         constraintsOnChanged(part.before, part.after, [](const Constraint& constraint) { return constraint.driving; });
     forBroken(part, kept, kHeldSurely, kHolds, [](const Constraint& constraint) {
         throw EditError("after it " + spokenConstraint(constraint) +

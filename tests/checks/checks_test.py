@@ -81,6 +81,14 @@ class Includes(unittest.TestCase):
             ("editing", "editing/Session.cpp", "report/picture/Svg.h", False),
             ("report", "report/picture/Svg.cpp", "editing/Session.h", True),
             ("apps", "apps/cli/Show.cpp", "host/src/HostAccess.h", False),
+            ("apps", "apps/cli/Show.cpp", "solver/src/sketch/Measure.h", False),
+            ("editing", "editing/Aftermath.cpp", "solver/src/sketch/Measure.h", False),
+            ("editing", "editing/Aftermath.cpp", "hosting/evaluator/SketchFromDocument.h", False),
+            ("editing", "editing/Aftermath.cpp", "hosting/DocumentSketch.h", True),
+            ("hosting", "hosting/evaluator/HostDrag.cpp", "solver/src/solving/Drag.h", True),
+            ("hosting", "hosting/evaluator/HostDrag.cpp", "solver/src/solving/SolverState.h", False),
+            ("hosting", "hosting/evaluator/HostDrag.cpp", "hosting/evaluator/HostSketch.h", True),
+            ("solver", "solver/src/solving/Drag.cpp", "solver/src/solving/SolverState.h", True),
             ("host/src", "host/src/HostCall.cpp", "host/src/HostCall.h", True),
         )
         for floor, file, name, allowed in rows:

@@ -19,9 +19,8 @@
 #include "geometry/GeometryError.h"
 #include "geometry/curves/Soundness.h"
 #include "host/model/HostAudit.h"
+#include "hosting/DocumentSketch.h"
 #include "hosting/Drawing.h"
-#include "hosting/evaluator/SketchFromDocument.h"
-#include "solver/src/sketch/Measure.h"
 #include "tests/editing/RandomEdits.h"
 #include "tests/editing/Shorthand.h"
 #include "tests/support/DrawingFolder.h"
@@ -66,8 +65,8 @@ std::string faultAfter(const Document& before, const Document& after) {
     for (const std::string& name : unsoundCurves(after))
         if (!unsound.contains(name))
             return name + " is no proper curve any more";
-    const SketchData was = sketchFrom(before), is = sketchFrom(after);
-    const std::vector<double> missesBefore = violationsOf(was), missesAfter = violationsOf(is);
+    const DocumentSketch was(before), is(after);
+    const std::vector<double> missesBefore = was.shortfalls(), missesAfter = is.shortfalls();
     std::unordered_set<std::string_view> held;
     for (std::size_t i = 0; i < before.constraints.size(); ++i)
         if (missesBefore[i] <= kHeld * was.size())

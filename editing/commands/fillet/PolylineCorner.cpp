@@ -1,6 +1,7 @@
 #include "editing/commands/fillet/PolylineCorner.h"
 
 #include <algorithm>
+#include <cassert>
 
 #include "editing/commands/fillet/SegmentSide.h"
 #include "editing/text/EditText.h"
@@ -162,6 +163,7 @@ void requireSegment(const std::string& name, const PolylineShape& polyline, int 
 }  // namespace
 
 PolylineShape countedFrom(PolylineShape polyline, std::size_t vertex) {
+    assert(vertex < polyline.vertices.size() && (polyline.closed || vertex == 0));
     const auto middle = static_cast<std::ptrdiff_t>(vertex);
     std::rotate(polyline.vertices.begin(), polyline.vertices.begin() + middle, polyline.vertices.end());
     std::rotate(polyline.bulges.begin(), polyline.bulges.begin() + middle, polyline.bulges.end());

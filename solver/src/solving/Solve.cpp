@@ -340,6 +340,7 @@ void nameConflict(const SketchData& sketch, std::span<const int> suspects, std::
         result.status = SolveStatus::conflicting;
     result.conflicting = conflict.constraints;
     result.contradictedTargets = conflict.targets;
+    result.isConflictMinimal = conflict.isMinimal;
 }
 
 /// Puts the values of an answer into the sketch, and notes what moves there.
