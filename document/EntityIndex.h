@@ -28,9 +28,6 @@ public:
         return found == m_positions.end() ? nullptr : &m_document->entities[found->second];
     }
 
-    /// How many different ids there are.
-    std::size_t size() const { return m_positions.size(); }
-
     std::optional<std::size_t> position(std::string_view id) const {
         const auto found = m_positions.find(id);
         return found == m_positions.end() ? std::nullopt : std::optional<std::size_t>(found->second);

@@ -226,6 +226,9 @@ std::string readFile(const fs::path& path) {
     if (!file.isOpen())
         fail(path, reasonOf(errno), "a file that may be read");
     std::string text;
+    struct stat status {};
+    if (::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0)
+        text.reserve(static_cast<std::size_t>(status.st_size));
     std::array<char, 65536> buffer{};
     for (;;) {
         const ssize_t count = ::read(file.number(), buffer.data(), buffer.size());
