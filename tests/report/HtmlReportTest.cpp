@@ -116,7 +116,7 @@ TEST(HtmlReport, ShowsWhatAnUndoBroughtBackBesideWhatWasAdded) {
     std::string chips;
     for (const XmlNode* chip : page.withClass("chip"))
         chips += chip->allText() + ";";
-    EXPECT_THAT(chips, HasSubstr("1 restored"));
+    EXPECT_THAT(chips, HasSubstr("1restored"));
     EXPECT_THAT(pageOf(test::brokenPlate()).allText(), Not(HasSubstr("restored")));
 }
 
