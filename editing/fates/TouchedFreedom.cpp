@@ -37,7 +37,7 @@ private:
 };
 
 template <class Item, class Change>
-void change(std::vector<Item>& items, const std::vector<Change>& changes) {
+void changeItems(std::vector<Item>& items, const std::vector<Change>& changes) {
     std::unordered_set<std::string_view> former;
     for (const Change& each : changes)
         if (each.before)
@@ -50,8 +50,8 @@ void change(std::vector<Item>& items, const std::vector<Change>& changes) {
 
 /// A part of a drawing as a change leaves it.
 Document changed(Document part, const DrawingChange& by) {
-    change(part.entities, by.entities);
-    change(part.constraints, by.constraints);
+    changeItems(part.entities, by.entities);
+    changeItems(part.constraints, by.constraints);
     return part;
 }
 
