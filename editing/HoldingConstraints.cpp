@@ -56,7 +56,7 @@ void putBackHolding(const EditContext& context) {
     for (Constraint& constraint : deleted)
         if (!faultIn(constraint, entities))
             document.constraints.push_back(std::move(constraint));
-    const std::vector<double> misses = violationsOf(sketchFrom(document));
+    const std::vector<double> misses = DocumentSketch(document).shortfalls();
     const double holds = kHolds * drawing.extent();
     for (std::size_t i = first; i < document.constraints.size(); ++i)
         if (!document.constraints[i].driving || misses[i] <= holds)

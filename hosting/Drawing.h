@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -18,6 +19,9 @@
 #include "hosting/Uses.h"
 
 namespace holdfast::hosting {
+
+/// As many constraints as it takes to reach all that hangs together.
+inline constexpr int kAllSteps = std::numeric_limits<int>::max();
 
 /// A drawing opened in a host process of its own: its entities live in the working database, its constraints in one
 /// constraint group. Several may be open at once. The process is current on the thread that opens it, and during each

@@ -4,7 +4,6 @@
 #include <unordered_set>
 
 #include "editing/fates/Freedom.h"
-#include "hosting/evaluator/HostSketch.h"
 
 namespace holdfast::editing {
 
