@@ -83,8 +83,9 @@ TEST(SessionFreedom, OfTheTouchedPartsIsThatOfTheWholeDrawings) {
     for (const std::string& edit : edits) {
         const std::optional<int> before = degreesOfFreedom(session.document());
         const EditResult& result = session.apply(edit);
-        if (result.outcome.done())
+        if (result.outcome.done()) {
             EXPECT_EQ(result.freedom, (FreedomChange{before, degreesOfFreedom(session.document())})) << edit;
+        }
     }
 }
 
