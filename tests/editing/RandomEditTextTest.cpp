@@ -134,7 +134,6 @@ Edit anyEdit() {
         [] { return anySet(); },
         [] { return Edit(Undo{}); },
         [] { return Edit(Redo{}); },
-        [] { return Edit(Redo{}); },
     };
     return makers[*rc::gen::inRange<std::size_t>(0, makers.size())]();
 }
