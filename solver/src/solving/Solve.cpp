@@ -238,6 +238,11 @@ private:
         step.targets = targets;
         step.shapes = m_trying.shapes();
         Answer answer = m_trying.from(values, [&] { return m_trying.once(step); });
+        // Wishes make the equations many, and near a double root only few can be solved to the last digit.
+        if (answer.result.status == SolveStatus::unreached && !step.shapes.empty()) {
+            step.shapes = {};
+            answer = m_trying.from(values, [&] { return m_trying.once(step); });
+        }
         if (answer.isSolved() && findReversed(m_work, answer.concerned, values, answer.values) >= 0)
             answer.result.status = SolveStatus::unreached;
         return answer;
