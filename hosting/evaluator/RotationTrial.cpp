@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <span>
+#include <utility>
 
 #include "geometry/Tolerances.h"
 #include "solver/src/diagnosis/Extract.h"
@@ -36,6 +37,21 @@ std::vector<char> placedElements(const SketchData& sketch, const EditRequest& re
     return isPlaced;
 }
 
+/// Constraints that did not hold when the edited elements were still where the reference has them.
+std::vector<int> brokenBefore(SketchData sketch, const EditRequest& request) {
+    for (const int number : request.edited) {
+        const SketchEntity& element = sketch.entities[at(number)];
+        std::copy_n(sketch.reference.begin() + element.firstValue, element.valueCount,
+                    sketch.values.begin() + element.firstValue);
+    }
+    const std::vector<double> misses = violationsOf(sketch);
+    std::vector<int> broken;
+    for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
+        if (!(misses[c] <= kHolds * sketch.size()))
+            broken.push_back(static_cast<int>(c));
+    return broken;
+}
+
 /// Of some constraints, those that lie on placed elements alone and do not hold there. The sketch is at the targets.
 std::vector<int> brokenByTargets(const SketchData& sketch, const EditRequest& request,
                                  const std::vector<int>& constraints) {
@@ -60,18 +76,55 @@ std::vector<int> brokenByTargets(const SketchData& sketch, const EditRequest& re
     return broken;
 }
 
+/// Whether the sketch has a solution at the targets: near the one that was found last, or on the way from where the
+/// sketch was.
+class Feasible {
+public:
+    Feasible(const SketchData& sketch, const EditRequest& request)
+        : m_start(sketch),
+          m_request{.targets = request.targets,
+                    .edited = request.edited,
+                    .patience = Patience::once,
+                    .asksWhether = true,
+                    .namesConflicts = false} {}
+
+    void bind(std::span<const int> constraints, bool isBinding) {
+        setActive(m_start, constraints, isBinding);
+        if (m_last)
+            setActive(*m_last, constraints, isBinding);
+    }
+
+    bool holds() {
+        if (m_last && solve(*m_last, m_request).isSolved())
+            return true;
+        SketchData sketch = m_start;
+        if (!solve(sketch, m_request).isSolved())
+            return false;
+        m_last = std::move(sketch);
+        return true;
+    }
+
+    /// The solution that was found last.
+    const SketchData& last() const { return *m_last; }
+
+private:
+    SketchData m_start;
+    std::optional<SketchData> m_last;
+    SolveRequest m_request;
+};
+
 /// Has candidates bind, the earlier the sooner, as many as can hold beside those that bind already; the others join
 /// those against it.
-void admit(SketchData& held, const SolveRequest& request, std::span<const int> candidates, std::vector<int>& against) {
-    setActive(held, candidates, true);
-    if (candidates.empty() || solve(held, request).isSolved())
+void admit(Feasible& held, std::span<const int> candidates, std::vector<int>& against) {
+    held.bind(candidates, true);
+    if (candidates.empty() || held.holds())
         return;
-    setActive(held, candidates, false);
+    held.bind(candidates, false);
     if (candidates.size() == 1)
         return against.push_back(candidates.front());
     const std::size_t half = candidates.size() / 2;
-    admit(held, request, candidates.first(half), against);
-    admit(held, request, candidates.subspan(half), against);
+    admit(held, candidates.first(half), against);
+    admit(held, candidates.subspan(half), against);
 }
 
 }  // namespace
@@ -92,16 +145,16 @@ std::vector<int> constraintsTouching(const SketchData& sketch, const std::vector
 
 std::optional<std::vector<int>> constraintsAgainst(const SketchData& sketch, const EditRequest& request,
                                                    const std::vector<int>& mayGo) {
-    // Whether there is a solution is all that is asked here, and often: no shapes are looked after.
-    const SolveRequest exactly{
-        .targets = request.targets, .edited = request.edited, .patience = Patience::once, .namesConflicts = false};
-    SketchData held = sketch;
-    setActive(held, mayGo, false);
-    if (!solve(held, exactly).isSolved())
-        return std::nullopt;
-    std::vector<int> against = brokenByTargets(held, request, mayGo), doubtful;
+    Feasible held(sketch, request);
+    held.bind(mayGo, false);
+    if (!held.holds()) {
+        held.bind(brokenBefore(sketch, request), false);
+        if (!held.holds())
+            return std::nullopt;
+    }
+    std::vector<int> against = brokenByTargets(held.last(), request, mayGo), doubtful;
     std::set_difference(mayGo.begin(), mayGo.end(), against.begin(), against.end(), std::back_inserter(doubtful));
-    admit(held, exactly, doubtful, against);
+    admit(held, doubtful, against);
     std::sort(against.begin(), against.end());
     return against;
 }

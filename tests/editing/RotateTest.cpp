@@ -51,6 +51,24 @@ TEST(RotateEdit, ReleasesTheConstraintsThatTheAngleMakesFalse) {
     EXPECT_NEAR(base.end.y, 5.0, 1e-9);
 }
 
+TEST(RotateEdit, ReleasesWhatANeighbourCannotKeepThatHasToFollow) {
+    Document document;
+    document.name = "brace";
+    document.entities = {lineEntity("a", {0, 0}, {10, 0}), lineEntity("b", {10, 0}, {10, 8}),
+                         shapeEntity("p", PointShape{{10, 8}})};
+    document.constraints = {
+        constraintOf("c0", ConstraintType::coincident, {{"a", PlaceKind::end}, {"b", PlaceKind::start}}),
+        constraintOf("c1", ConstraintType::coincident, {{"b", PlaceKind::end}, {"p"}}),
+        constraintOf("c2", ConstraintType::fixed, {{"p"}}),
+        constraintOf("c3", ConstraintType::perpendicular, {{"a"}, {"b"}})};
+    Session session(document);
+    EXPECT_EQ(session.apply("rotate a about 0,0 by 30").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2");
+    const auto& b = std::get<LineShape>(entityNamed(session.document(), "b").shape);
+    EXPECT_NEAR(b.start.x, 8.660254037844387, 1e-9);
+    EXPECT_NEAR(b.end.y, 8.0, 1e-9);
+}
+
 TEST(RotateEdit, IsRefusedByAFixedConstraintOnWhatItTurns) {
     Document document = frameDrawing();
     document.constraints.push_back(constraintOf("f0", ConstraintType::fixed, {{"base"}}));

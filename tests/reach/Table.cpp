@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <ostream>
 
+#include "benchmarks/Timing.h"
+
 namespace holdfast::reach {
 
 namespace {
@@ -16,22 +18,26 @@ std::string formatted(const char* format, Values... values) {
 }
 
 std::string head() {
-    return formatted("%-9s %-17s %6s %6s %8s %8s %7s %7s %7s %8s %6s %9s %9s %8s\n", "drawings", "edit", "tried",
-                     "done", "conflict", "unproven", "how far", "FALSE", "ruined", "released", "sizes", "residual",
-                     "CPU s", "worst ms");
+    return formatted("%-9s %-17s %6s %6s %8s %8s %7s %7s %7s %8s %6s %9s %9s %6s %8s %8s\n", "drawings", "edit",
+                     "tried", "done", "conflict", "unproven", "how far", "FALSE", "ruined", "released", "sizes",
+                     "residual", "CPU s", "no ms", "worst no", "worst ms");
 }
 
 std::string lineOf(const Row& row) {
-    return formatted("%-9s %-17s %6d %6d %8d %8d %7d %7d %7d %8d %6d %9.1e %9.2f %8.0f\n", row.drawings.c_str(),
-                     row.edit.c_str(), row.tried, row.done, row.proven, row.unproven, row.howFar, row.falseRefusals,
-                     row.ruined, row.released, row.sizes, row.residual, row.milliseconds / 1e3, row.slowest);
+    return formatted("%-9s %-17s %6d %6d %8d %8d %7d %7d %7d %8d %6d %9.1e %9.2f %6.0f %8.0f %8.0f\n",
+                     row.drawings.c_str(), row.edit.c_str(), row.tried, row.done, row.proven, row.unproven, row.howFar,
+                     row.falseRefusals, row.ruined, row.released, row.sizes, row.residual, row.milliseconds / 1e3,
+                     row.refusals.empty() ? 0.0 : medianOf(row.refusals),
+                     row.refusals.empty() ? 0.0 : *std::max_element(row.refusals.begin(), row.refusals.end()),
+                     row.slowest);
 }
 
 constexpr const char* kLegend =
     "conflict: refused, each named constraint is needed for it    unproven: not so    how far: refused otherwise\n"
     "FALSE: refused in one go, reached in steps    ruined: done, but something shrank below a hundredth or turned "
     "over\n"
-    "released: constraints given up that stay in steps    sizes: changed ones that could have stayed\n";
+    "released: constraints given up that stay in steps    sizes: changed ones that could have stayed\n"
+    "no ms, worst no: the median and the longest time of what was refused, names included\n";
 
 /// What is wrong with a trial and does not fail the run.
 std::string remarkOn(const Trial& trial) {
@@ -76,6 +82,8 @@ void Row::add(const Trial& trial) {
     one.sizes = trial.sizesInVain;
     one.residual = trial.residual;
     one.milliseconds = one.slowest = trial.milliseconds;
+    if (trial.ending != Ending::done)
+        one.refusals = {trial.milliseconds};
     add(one);
 }
 
@@ -92,6 +100,7 @@ void Row::add(const Row& other) {
     residual = std::max(residual, other.residual);
     milliseconds += other.milliseconds;
     slowest = std::max(slowest, other.slowest);
+    refusals.insert(refusals.end(), other.refusals.begin(), other.refusals.end());
 }
 
 Row& Table::rowOf(const std::string& drawings, const std::string& edit) {

@@ -16,6 +16,7 @@ struct Row {
     int tried = 0, done = 0, proven = 0, unproven = 0, howFar = 0, falseRefusals = 0;
     int ruined = 0, released = 0, sizes = 0;
     double residual = 0.0, milliseconds = 0.0, slowest = 0.0;
+    std::vector<double> refusals{};  ///< milliseconds of each
 
     void add(const Trial& trial);
     void add(const Row& other);

@@ -26,7 +26,7 @@ std::string shortly(double number) {
 /// As a drawing's owner changes a dimension: the value is another, everything follows.
 SolveResult changeDimension(SketchData& sketch, int constraint, double value, bool namesConflicts) {
     sketch.constraints[at(constraint)].value = value;
-    return solve(sketch, {.namesConflicts = namesConflicts});
+    return solve(sketch, {.keepsShapes = true, .namesConflicts = namesConflicts});
 }
 
 /// Step by step, each from where the one before ended. The end has to be sound beside the beginning.
@@ -54,7 +54,7 @@ std::string answerOf(const SketchData& sketch, const SolveResult& result) {
 
 /// What a session did with the edits, one after the other.
 struct Outcome {
-    bool isDone = true;
+    bool isDone = true;  ///< and as a whole: a drag that falls short is not
     std::string error{};
     Document document{};
     std::size_t deleted = 0;  ///< constraints
@@ -68,6 +68,10 @@ Outcome applied(const Document& document, const std::vector<E>& edits) {
         const EditResult& result = session.apply(edit);
         outcome.isDone = result.outcome.done();
         outcome.error = result.outcome.error;
+        if (outcome.isDone && result.outcome.shortfall.by > 0.0) {
+            outcome.isDone = false;
+            outcome.error = "falls short by " + shortly(result.outcome.shortfall.by);
+        }
         if (!outcome.isDone)
             return outcome;
     }
@@ -77,10 +81,13 @@ Outcome applied(const Document& document, const std::vector<E>& edits) {
     return outcome;
 }
 
+const Entity& entityIn(const Document& document, const std::string& id) {
+    return *std::find_if(document.entities.begin(), document.entities.end(),
+                         [&](const Entity& entity) { return entity.id == id; });
+}
+
 const LineShape& lineIn(const Document& document, const std::string& id) {
-    const auto found = std::find_if(document.entities.begin(), document.entities.end(),
-                                    [&](const Entity& entity) { return entity.id == id; });
-    return std::get<LineShape>(found->shape);
+    return std::get<LineShape>(entityIn(document, id).shape);
 }
 
 bool isSoundAfter(const Document& before, const Document& after) {
@@ -147,6 +154,13 @@ SketchData heldSketch(const Document& document) {
     return sketch;
 }
 
+double radiusOf(const Shape& shape) {
+    if (const auto* circle = std::get_if<CircleShape>(&shape))
+        return circle->radius;
+    const auto* arc = std::get_if<ArcShape>(&shape);
+    return arc != nullptr ? arc->radius : 0.0;
+}
+
 Trial tryDimension(const SketchData& sketch, int constraint, double factor) {
     const SketchConstraint& dimension = sketch.constraints[at(constraint)];
     const double value = factor * dimension.value;
@@ -200,6 +214,35 @@ Trial tryRotation(const Document& document, const Entity& line, double degrees) 
         return std::hypot(is.x / length - asked.x / wanted, is.y / length - asked.y / wanted) * wanted;
     };
     return tryEdit(document, line.id, "rotate " + line.id + " by " + shortly(degrees), divided, miss);
+}
+
+Trial trySetting(const Document& document, const Entity& round, double factor) {
+    const double radius = radiusOf(round.shape);
+    const auto divided = [&](int steps) {
+        std::vector<Set> edits;
+        for (int step = 1; step <= steps; ++step)
+            edits.push_back({round.id, Property::radius, 0, radius * (1.0 + (factor - 1.0) * step / steps)});
+        return edits;
+    };
+    const auto miss = [&](const Document& after) {
+        return std::abs(radiusOf(entityIn(after, round.id).shape) - factor * radius);
+    };
+    return tryEdit(document, round.id, "set " + round.id + " radius " + shortly(factor * radius), divided, miss);
+}
+
+Trial tryDragging(const Document& document, const Entity& line, double part) {
+    const LineShape& shape = std::get<LineShape>(line.shape);
+    const Vec2 by{-part * (shape.end.y - shape.start.y), part * (shape.end.x - shape.start.x)};
+    const auto divided = [&](int steps) {
+        const Place end{line.id, PlaceKind::end};
+        return std::vector<Drag>(at(steps), Drag{Sourced<Place>(end), {by.x / steps, by.y / steps}});
+    };
+    const auto miss = [&](const Document& after) {
+        const Vec2 end = lineIn(after, line.id).end;
+        return std::hypot(end.x - shape.end.x - by.x, end.y - shape.end.y - by.y);
+    };
+    return tryEdit(document, line.id, "drag " + line.id + ".end by " + shortly(by.x) + "," + shortly(by.y), divided,
+                   miss);
 }
 
 }  // namespace holdfast::reach

@@ -48,4 +48,13 @@ Trial tryLengthening(const Document& document, const Entity& line, double part);
 /// A line is turned about its start.
 Trial tryRotation(const Document& document, const Entity& line, double degrees);
 
+/// The radius of a circle or an arc; 0 for others.
+double radiusOf(const Shape& shape);
+
+/// A circle or an arc gets its radius times the factor.
+Trial trySetting(const Document& document, const Entity& round, double factor);
+
+/// The end of a line is dragged across it, by this part of its length.
+Trial tryDragging(const Document& document, const Entity& line, double part);
+
 }  // namespace holdfast::reach

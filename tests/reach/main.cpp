@@ -34,7 +34,7 @@ struct Options {
     int limit = 0;  ///< edits of one sort on one drawing; 0: all
     int jobs = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
     bool withDetails = false;
-    std::string edits = "dimensions,lengthen,rotate";
+    std::string edits = "dimensions,lengthen,rotate,set,drag";
     std::string drawings = "stored,loose,inferred";
 
     bool wants(const std::string& list, std::string_view word) const {
@@ -45,6 +45,8 @@ struct Options {
 constexpr double kFactors[] = {1.05, 1.2, 1.5, 2.0, 0.8, 0.5};
 constexpr double kLengthenings[] = {0.5, 2.0};
 constexpr double kRotations[] = {30.0, 45.0, 90.0};
+constexpr double kSettings[] = {1.5, 0.5};
+constexpr double kDrags[] = {0.3, 1.0};
 
 std::string withNumber(const std::string& words, double number) {
     std::string digits = std::to_string(number);
@@ -78,6 +80,10 @@ public:
             lengthen();
         if (m_options.wants(m_options.edits, "rotate"))
             rotate();
+        if (m_options.wants(m_options.edits, "set"))
+            set();
+        if (m_options.wants(m_options.edits, "drag"))
+            drag();
     }
 
 private:
@@ -116,6 +122,24 @@ private:
         for (const Entity* line : lines()) {
             for (const double degrees : kRotations)
                 note(withNumber("rotate by", degrees), tryRotation(m_document, *line, degrees));
+        }
+    }
+
+    void set() {
+        std::vector<const Entity*> found;
+        for (const Entity& entity : m_document.entities)
+            if (!entity.fixed && radiusOf(entity.shape) > 0.0)
+                found.push_back(&entity);
+        for (const Entity* round : spread(found, m_options.limit)) {
+            for (const double factor : kSettings)
+                note(withNumber("set radius x", factor), trySetting(m_document, *round, factor));
+        }
+    }
+
+    void drag() {
+        for (const Entity* line : lines()) {
+            for (const double part : kDrags)
+                note(withNumber("drag across by", part), tryDragging(m_document, *line, part));
         }
     }
 

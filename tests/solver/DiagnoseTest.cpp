@@ -185,6 +185,33 @@ TEST(FindConflict, IsNotMistakenByALineThatTwoTargetsWouldCollapse) {
     EXPECT_TRUE(conflict.isMinimal);
 }
 
+/// Six bars between four places each, cell beside cell; the second diagonal of one of them is too long.
+SketchText truss(int cells, int wrong) {
+    std::string text = "fixed! point p0 0,0; point q0 0,10";
+    for (int i = 1; i <= cells; ++i) {
+        const std::string n = std::to_string(i), last = std::to_string(i - 1), x = std::to_string(10 * i);
+        text += "; point p" + n + " " + x + ",0; point q" + n + " " + x + ",10";
+    }
+    text += "; distance p0 q0 = 10";
+    for (int i = 1; i <= cells; ++i) {
+        const std::string n = std::to_string(i), last = std::to_string(i - 1);
+        text += "; distance p" + last + " p" + n + " = 10; distance q" + last + " q" + n + " = 10; distance p" + n +
+                " q" + n + " = 10; distance p" + last + " q" + n + " = 14.142135623730951";
+        if (i == wrong)
+            text += "; distance q" + last + " p" + n + " = 15";
+    }
+    return SketchText(text.c_str());
+}
+
+TEST(FindConflict, NamesTheCellOfATrussThatABarContradicts) {
+    const SketchText sketch = truss(40, 20);
+    Effort effort(nullptr, 400'000);
+    const ConflictSet conflict = findConflict(sketch.sketch, bindingConstraints(sketch.sketch), {}, effort);
+    EXPECT_TRUE(conflict.isMinimal);
+    // c0 and four bars for each cell before it; the bar between the cells is the one that both share.
+    EXPECT_EQ(sketch.namesOf(conflict.constraints), "c75 c77 c78 c79 c80 c81");
+}
+
 TEST(Diagnose, CallsNothingRedundantThatIsInConflict) {
     for (const char* text :
          {"line a 0,0 10,1; line b 0,5 9,7; parallel a b; perpendicular a b",

@@ -79,6 +79,18 @@ TEST(LeastSurprise, WidensASlotWithoutLengtheningIt) {
     EXPECT_NEAR(lengthOf(sketch, "right"), 20.0, 1e-8);
 }
 
+TEST(LeastSurprise, TakesAlongWhatIsTiedToAPlaceThatADimensionDecides) {
+    SketchText sketch(
+        "fixed! point o 0,0; point p 10,0; line a 10,0 10,8; line b 10,8 4,16; point q 4,16; horizontal o p; "
+        "distance_x o p = 10; coincident p a.start; coincident a.end b.start; distance a = 8; distance b = 10; "
+        "coincident b.end q");
+    ASSERT_TRUE(set(sketch, ConstraintType::distanceX, 15.0).isSolved());
+    EXPECT_EQ(sketch.at("p"), (Vec2{15.0, 0.0}));
+    EXPECT_EQ(sketch.at("a.start"), (Vec2{15.0, 0.0}));
+    EXPECT_NEAR(lengthOf(sketch, "a"), 8.0, 1e-9);
+    EXPECT_LT(sketch.worstViolation(), 1e-9);
+}
+
 TEST(LeastSurprise, LeavesAnotherPartAloneThatDoesNotHold) {
     SketchText sketch("line a 0,0 10,1; line b 0,5 10,5; horizontal a; horizontal b");
     const SolveResult result = solve(

@@ -229,6 +229,21 @@ std::string dragged(const std::string& name, SketchData sketch, DragFigures& ske
     return drift < 1e-6 ? "" : "drifted by " + std::to_string(drift) + " of its size";
 }
 
+TEST(RealDrawings, TakeTheWidthOfTheBatteryClipThatIsAskedFor) {
+    std::ifstream in("examples/drawings/battery-clip.json");
+    const SketchData clip = sketchFrom(readJson(in, "battery-clip.json"));
+    const auto width = std::find_if(clip.constraints.begin(), clip.constraints.end(),
+                                    [](const SketchConstraint& constraint) { return constraint.id == "c9"; });
+    ASSERT_NE(width, clip.constraints.end());
+    for (const double asked : {20.0, 23.1, 33.0, 40.0, 44.0}) {
+        SketchData sketch = clip;
+        sketch.takeReference();
+        sketch.constraints[static_cast<std::size_t>(width - clip.constraints.begin())].value = asked;
+        EXPECT_TRUE(solve(sketch, {.keepsShapes = true}).isSolved()) << asked;
+        EXPECT_LE(worstViolation(sketch), 1e-9 * sketch.size()) << asked;
+    }
+}
+
 TEST(RealDrawings, FollowADragAndComeBackWithIt) {
     DragFigures sketches;
     expectAll("dragged 50 steps out and back",

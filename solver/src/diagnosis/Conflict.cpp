@@ -18,6 +18,9 @@ constexpr int kMostConflicts = 8;
 /// How many of the constraints nearest to the suspects are looked at when those alone can hold; then twice as many.
 constexpr std::size_t kFirstSuspects = 16;
 
+/// Up to so many constraints are proven one by one at once; more are halved first.
+constexpr std::size_t kNarrow = 24;
+
 /// Narrows constraints and targets down. The items are the targets, then the constraints, in the order in which they
 /// are to be believed.
 class Narrowing {
@@ -26,14 +29,15 @@ public:
               Effort& effort)
         : m_sketch(sketch), m_constraints(constraints), m_targets(targets), m_effort(effort) {}
 
-    ConflictSet run() {
+    /// What contradicts itself already to first order is mostly as small as can be: only that is to be proven.
+    ConflictSet run(bool isNarrow = false) {
         std::vector<int> all(m_targets.size() + m_constraints.size());
         for (std::size_t i = 0; i < all.size(); ++i)
             all[i] = static_cast<int>(i);
         assert(std::is_sorted(m_constraints.begin(), m_constraints.end()));
         if (m_effort.isSpent() || holds(all, Care::quick) || m_effort.isSpent())
             return {};
-        std::vector<int> items = explain({}, false, all);
+        std::vector<int> items = isNarrow ? all : explain({}, false, all);
         std::sort(items.begin(), items.end());
         const bool isMinimal = prove(items);
         // What was refused in a hurry may hold.
@@ -124,9 +128,14 @@ std::vector<int> startOfWalk(const SketchData& sketch, std::span<const int> susp
 
 ConflictSet findAmong(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets,
                       Effort& effort) {
-    const std::vector<std::vector<int>> groups = suspectsAmong(sketch, constraints, targets, effort);
+    const auto [circuits, groups] = suspectsAmong(sketch, constraints, targets, effort);
     if (groups.empty())
         return {};
+    for (const std::vector<int>& circuit : circuits) {
+        if (ConflictSet set = Narrowing(sketch, circuit, targets, effort).run(circuit.size() <= kNarrow);
+            !set.isEmpty() || effort.isSpent())
+            return set;
+    }
     for (const std::vector<int>& group : groups) {
         if (ConflictSet set = Narrowing(sketch, group, targets, effort).run(); !set.isEmpty() || effort.isSpent())
             return set;
@@ -157,7 +166,7 @@ ConflictSet findConflict(const SketchData& sketch, std::span<const int> constrai
 
 ConflictSet findConflict(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets,
                          Budget* budget) {
-    Effort effort(budget);
+    Effort effort(budget, Effort::kMostForEdit);
     return findConflict(sketch, constraints, targets, effort);
 }
 

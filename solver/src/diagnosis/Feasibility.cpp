@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "solver/src/diagnosis/Extract.h"
+#include "solver/src/diagnosis/RowCircuits.h"
 #include "solver/src/sketch/Index.h"
 #include "solver/src/solving/SolverState.h"
 
@@ -170,6 +171,12 @@ public:
         effort.spend(kOverhead + m_state.system().values.size() + m_state.system().set.inputs.size());
     }
 
+    Suspects suspects() {
+        std::vector<std::vector<int>> all = groups();
+        return {std::move(m_circuits), std::move(all)};
+    }
+
+private:
     std::vector<std::vector<int>> groups() {
         const std::vector<int> seeds = m_state.violated();
         std::vector<char> isSeed(at(m_state.system().unknownCount), 0);
@@ -186,7 +193,6 @@ public:
         return byResidual();
     }
 
-private:
     static EquationSystem plainSystem(const SketchData& sketch) {
         return buildPlainSystem(sketch, bindingConstraints(sketch));
     }
@@ -206,13 +212,35 @@ private:
         std::vector<double> x = subproblem.read();
         IterationLimits limits;
         limits.budget = m_effort.budget();
+        limits.givesUp = false;
         const IterationReport report = restore(subproblem, m_state.pullOf(subproblem).weights, x, limits);
         m_effort.spend(costOf(subproblem, report.iterations));
         subproblem.write(x);
+        findCircuits(subproblem, x);
         if (auto flaw = findFlaw(m_extract.sketch(), m_state.system(), subproblem.entities()))
             m_flawed.push_back(flaw->entity);
         if (auto flaw = findTurnedTangency(m_extract.sketch(), m_state.system(), subproblem.senses()))
             m_turned.push_back(flaw->constraint);
+    }
+
+    /// Rows that depend on each other and contradict each other there, no row more than it takes.
+    void findCircuits(Subproblem& subproblem, std::span<const double> x) {
+        std::vector<double> residual;
+        subproblem.linearise(x, residual);
+        if (largest(residual) <= m_state.system().tolerance)
+            return;
+        const RowCircuits circuits(subproblem, residual, m_state.system().tolerance);
+        m_effort.spend(circuits.cost());
+        for (const std::vector<int>& equations : circuits.found()) {
+            std::vector<int> group;
+            for (const int e : equations)
+                if (const int c = m_state.system().set.equations[at(e)].constraint; c >= 0)
+                    group.push_back(m_constraints[at(c)]);
+            std::sort(group.begin(), group.end());
+            group.erase(std::unique(group.begin(), group.end()), group.end());
+            if (std::find(m_circuits.begin(), m_circuits.end(), group) == m_circuits.end())
+                m_circuits.push_back(std::move(group));
+        }
     }
 
     std::vector<std::vector<int>> byResidual() {
@@ -258,6 +286,7 @@ private:
     Extract m_extract;
     SolverState m_state;
     Effort& m_effort;
+    std::vector<std::vector<int>> m_circuits;
     std::vector<int> m_flawed, m_turned;
     bool m_isMet = true;  ///< targets and fixed elements agree
 };
@@ -269,9 +298,9 @@ bool canHold(const SketchData& sketch, std::span<const int> constraints, std::sp
     return Trial(sketch, constraints, targets, effort).holds(care);
 }
 
-std::vector<std::vector<int>> suspectsAmong(const SketchData& sketch, std::span<const int> constraints,
-                                            std::span<const Target> targets, Effort& effort) {
-    return LeastSquares(sketch, constraints, targets, effort).groups();
+Suspects suspectsAmong(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets,
+                       Effort& effort) {
+    return LeastSquares(sketch, constraints, targets, effort).suspects();
 }
 
 }  // namespace holdfast::solver::detail

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "solver/src/numerics/Stepper.h"
 #include "solver/src/numerics/TangentialPhase.h"
@@ -18,6 +19,8 @@ constexpr int kSlow = 2;         // iterations without much progress before it i
 constexpr double kSlowly = 0.2;  // of the residual before: Newton leaves far less, a double root a quarter
 constexpr int kPolishing = 3;    // steps with factors at hand: near a solution each gains the digits of a new one
 constexpr double kNear = 1e-4;   // residual, as a part of the sketch's size, that counts as near a solution
+constexpr int kLookBack = 6;     // iterations that together have to gain the part below, else no more are made
+constexpr double kGain = 0.02;   // strides of a quarter of the size gain more from fifty sizes away
 
 /// Tries shorter and shorter parts of a step until the residual shrinks. Afterwards x and the stepper's residual are
 /// those of the point taken.
@@ -60,6 +63,22 @@ bool denselySolvedStep(Stepper& stepper, double most, std::vector<double>& x) {
     return shorten(stepper, step, reach > most ? most / reach : 1.0, x);
 }
 
+/// Sees when the residual hardly shrinks any more: there is no solution where it leads to.
+class Progress {
+public:
+    bool hasEnded(int iterations, std::span<const double> residual) {
+        if (iterations % kLookBack != 0)
+            return false;
+        const double now = lengthOf(residual);
+        const bool gains = now < (1.0 - kGain) * m_before;
+        m_before = now;
+        return !gains;
+    }
+
+private:
+    double m_before = std::numeric_limits<double>::max();
+};
+
 }  // namespace
 
 IterationReport restore(Subproblem& subproblem, std::span<const double> weights, std::vector<double>& x,
@@ -71,12 +90,15 @@ IterationReport restore(Subproblem& subproblem, std::span<const double> weights,
     IterationReport report;
     double damping = kLeastDamping;
     int slow = 0;
+    Progress progress;
     stepper.evaluate(x);
     for (;;) {
         const double before = report.residual;
         report.residual = largest(stepper.residual);
         report.isSatisfied = report.residual <= system.tolerance;
         if (report.residual <= system.aim || std::isnan(report.residual) || report.iterations >= limits.restoring)
+            return report;
+        if (limits.givesUp && progress.hasEnded(report.iterations, stepper.residual))
             return report;
         slow = report.iterations > 0 && report.residual > kSlowly * before ? slow + 1 : 0;
         if (!maySpend(limits.budget))

@@ -21,6 +21,8 @@ struct IterationLimits {
     int restoring = kRestoring;
     int sliding = kSliding;
     double stride = kStride;  ///< longest movement of one value in one iteration, as a part of the sketch's size
+    /// Restoring ends where it hardly gains any more; without, it goes on to the least sum of squares.
+    bool givesUp = true;
     /// Asked at each point on the way while sliding: may it be passed? The margin is 1 at the beginning and more on the
     /// way, so that a way that ended at a border can be taken up again.
     std::function<bool(double margin)> isSound;

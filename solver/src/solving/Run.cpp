@@ -42,6 +42,7 @@ Run::Run(const SketchData& sketch, const Task& task) : m_sketch(sketch), m_task(
     m_state.setBudget(task.budget);
     m_state.setLeast(task.least);
     m_state.setQuick(task.isQuick);
+    m_state.setNearest(task.isNearest);
     if (!task.aims.empty())
         m_state.aimAt(task.aims);
     for (const int c : task.dimensions)

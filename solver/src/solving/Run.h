@@ -21,6 +21,7 @@ struct Task {
     std::span<const double> aims{};      ///< where values would like to be; empty: where they are
     double least = SolverState::kLeast;  ///< see SolverState::setLeast
     bool isQuick = false;
+    bool isNearest = true;  ///< false: any solution will do
     Scope reach = Scope::rings;
     Budget* budget = nullptr;
 };
@@ -62,6 +63,9 @@ public:
     bool leavesBroken() const { return m_state.hasBrokenOutside(); }
 
     bool concernsConstraint(int constraint) const { return m_state.concernsConstraint(constraint); }
+
+    /// What it has cost so far: iterations, times their unknowns and rows.
+    long work() const { return m_state.work(); }
 
     /// A failure that no way leads around: values that are constants by themselves contradict each other.
     bool isContradicted() const { return m_isContradicted; }

@@ -34,6 +34,10 @@ constexpr double kFirstStep = 0.5, kLeastStep = 1.0 / 128, kNudged = 1.0 / 16;
 /// Where a step fails, the sketch is shaken by this part of its size: it may stand where no slope tells the way.
 constexpr double kNudge = 1e-4;
 
+/// Unknowns and rows gone through in steps that failed, each once for every iteration, before a way is given up: some
+/// tenths of a second. It is counted and not timed, so that the same edit ends the same way on every machine.
+constexpr long kMostWasted = 1'000'000;
+
 /// The longest turn of one step, and the shortest that is worth carrying everything along: at a right angle sines and
 /// cosines lose their slope.
 constexpr double kLongestTurn = 0.35, kTurned = 0.3;
@@ -81,6 +85,8 @@ public:
             if (isSpent(m_request.budget))
                 break;
         }
+        if (m_request.asksWhether)
+            return first;
         if (const std::vector<int> lame = brokenBefore(); !lame.empty() && !isSpent(m_request.budget)) {
             for (const int c : lame)
                 m_work.constraints[at(c)].active = false;
@@ -107,6 +113,7 @@ private:
                 .isEdit = m_isEdit,
                 .least = m_least,
                 .isQuick = isQuick,
+                .isNearest = !m_request.asksWhether,
                 .reach = m_request.reach,
                 .budget = m_request.budget};
     }
@@ -184,12 +191,15 @@ private:
         return !answer.keepsPlaces && (answer.isTwisted || isReversed(answer));
     }
 
+    /// Nothing but the edited elements has moved yet.
+    bool isAtBeginning() const { return m_way->start() == m_work.reference; }
+
     /// From where everything that is connected with the edited elements has gone along with them.
     Answer tryCarried() {
         const auto& motion = m_way->motion();
         Answer none;
         none.result.status = SolveStatus::unreached;
-        if (!motion || std::abs(motion->angle()) < kTurned)
+        if (!motion || std::abs(motion->angle()) < kTurned || (m_request.asksWhether && !isAtBeginning()))
             return none;
         const Task asked = task(RelaxationLevel::exact, true);
         const Run whole(m_work, asked);
@@ -228,6 +238,11 @@ private:
         step.targets = targets;
         step.shapes = m_trying.shapes();
         Answer answer = m_trying.from(values, [&] { return m_trying.once(step); });
+        // Wishes make the equations many, and near a double root only few can be solved to the last digit.
+        if (answer.result.status == SolveStatus::unreached && !step.shapes.empty()) {
+            step.shapes = {};
+            answer = m_trying.from(values, [&] { return m_trying.once(step); });
+        }
         if (answer.isSolved() && findReversed(m_work, answer.concerned, values, answer.values) >= 0)
             answer.result.status = SolveStatus::unreached;
         return answer;
@@ -244,18 +259,25 @@ private:
             done = leastStep;
             values = answer.values;
         }
+        long wasted = 0;
+        bool hasJustFailed = false;
         while (done > 0.0 && done < 1.0) {
             const double next = std::min(1.0, done + step);
+            const long before = m_trying.work();
             answer = stepOrNudge(next, step, values);
             if (isSpent(m_request.budget))
                 break;
             if (answer.isSolved()) {
                 done = next;
                 values = answer.values;
-                step = std::min(longest, 2.0 * step);
-            } else if ((step *= 0.5) < leastStep) {
-                break;
+                step = hasJustFailed ? step : std::min(longest, 2.0 * step);
+                hasJustFailed = false;
+                continue;
             }
+            hasJustFailed = true;
+            wasted += m_trying.work() - before;
+            if ((step *= 0.5) < leastStep || wasted > kMostWasted)
+                break;
         }
         if (!answer.isSolved())
             answer.result.reached = m_way->reachedAt(done);

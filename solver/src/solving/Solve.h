@@ -53,6 +53,8 @@ struct SolveRequest {
     /// that alone do not hold are one.
     bool keepsShapes = false;
     Patience patience = Patience::all;
+    /// Only whether there is a solution is asked: it need not be the nearest one, and no constraint is left alone.
+    bool asksWhether = false;
     bool namesConflicts = true;  ///< search for the constraints in conflict when the solve fails
     Budget* budget = nullptr;    ///< when it runs out the sketch stays as it is, and no conflict is searched for
 };

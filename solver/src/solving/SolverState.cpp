@@ -33,6 +33,16 @@ constexpr double kRelief = 0.02;
 /// What differs by less than this many tolerances is the same.
 constexpr double kSame = 10.0;
 
+long workOf(const Subproblem& subproblem, const IterationReport& report) {
+    return static_cast<long>(report.iterations) * (subproblem.columnCount() + subproblem.rowCount());
+}
+
+/// Where rings that are most of a part have failed, the next ones are all of it: they would be as dear and hardly
+/// differ.
+bool isMostOf(std::size_t rings, std::size_t part) {
+    return 2 * rings >= part;
+}
+
 }  // namespace
 
 SolverState::SolverState(const SketchData& sketch, EquationSystem system)
@@ -293,6 +303,7 @@ Attempt SolverState::trySettling(Subproblem& subproblem, std::vector<double> x, 
     };
     limits.budget = m_budget;
     const IterationReport report = settle(subproblem, pull, x, limits);
+    m_work += workOf(subproblem, report);
     Attempt attempt{report.isSatisfied, report.isNearest, report.iterations, report.residual, std::nullopt};
     if (attempt.isSolved)
         attempt.degeneracy = degeneracyIn(subproblem.entities(), subproblem.senses());
@@ -316,7 +327,9 @@ Attempt SolverState::tryFromReference(Subproblem& subproblem) {
             const double part = static_cast<double>(step) / steps;
             for (const auto& [unknown, goal] : m_pins)
                 m_system.assign(unknown, (1.0 - part) * m_system.meanOf(unknown, m_system.reference) + part * goal);
-            isSatisfied = restore(subproblem, pullOf(subproblem).weights, x, limits).isSatisfied;
+            const IterationReport report = restore(subproblem, pullOf(subproblem).weights, x, limits);
+            m_work += workOf(subproblem, report);
+            isSatisfied = report.isSatisfied;
         }
         for (const auto& [unknown, goal] : m_pins)
             m_system.assign(unknown, goal);
@@ -346,6 +359,8 @@ Attempt SolverState::trySubproblem(Subproblem& subproblem, bool isWhole) {
     IterationLimits limits;
     if (m_isQuick)
         limits.restoring = kQuick;
+    if (!m_isNearest)
+        limits.sliding = 0;
     Attempt attempt = trySettling(subproblem, x, limits);
     if (attempt.isSolved || !isWhole || m_isQuick || hasSpentBudget())
         return attempt;
@@ -399,6 +414,8 @@ Attempt SolverState::solveAround(std::span<const int> seeds, Scope reach) {
         }
         if (rings.isWhole || hasSpentBudget())
             return attempt;
+        if (!attempt.isSolved && isMostOf(rings.unknowns.size(), m_neighbourhood.partOf(seeds).size()))
+            reach = Scope::part;
         lastStrain = attempt.isSolved ? strain : -1.0;
         for (const auto& [v, x] : old)
             m_system.values[at(v)] = x;

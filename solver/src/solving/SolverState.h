@@ -51,6 +51,12 @@ public:
     /// A subproblem that is not solved at once is given up.
     void setQuick(bool isQuick) { m_isQuick = isQuick; }
 
+    /// Without it, any solution will do.
+    void setNearest(bool isNearest) { m_isNearest = isNearest; }
+
+    /// What all attempts have cost so far: iterations, times their unknowns and rows.
+    long work() const { return m_work; }
+
     bool concerns(int entity) const { return m_isConcerned.empty() || m_isConcerned[static_cast<std::size_t>(entity)]; }
     bool concernsConstraint(int constraint) const;
     bool concernsEquation(int equation) const;
@@ -124,7 +130,8 @@ private:
     std::vector<char> m_isConcerned, m_isConcernedUnknown;  ///< by element and by unknown; empty: all are
     std::vector<char> m_isAsked;                            ///< by element
     double m_least = kLeast;
-    bool m_isQuick = false;
+    bool m_isQuick = false, m_isNearest = true;
+    long m_work = 0;
     std::vector<int> m_displaced;  ///< elements of values that constraints made constants elsewhere
 };
 

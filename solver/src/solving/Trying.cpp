@@ -26,6 +26,7 @@ Answer Trying::once(const Task& task) {
     m_secondsBuilding += building.seconds();
     Answer answer;
     answer.result = run.solve();
+    m_work += run.work();
     answer.isContradicted = run.isContradicted();
     answer.suspects = run.suspects();
     if (!answer.isSolved())

@@ -52,6 +52,8 @@ public:
 
     /// How long all tries together have built their equations.
     double secondsBuilding() const { return m_secondsBuilding; }
+    /// What all of them have cost, as Run::work counts it.
+    long work() const { return m_work; }
 
 private:
     Answer wishing(Task task);
@@ -60,6 +62,7 @@ private:
     SketchData& m_sketch;
     std::vector<KeptShape> m_shapes;
     double m_secondsBuilding = 0.0;
+    long m_work = 0;
 };
 
 }  // namespace holdfast::solver::detail
