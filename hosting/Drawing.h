@@ -87,6 +87,10 @@ public:
     /// Adds an entity with the attributes of `like` (construction) under a fresh name derived from `like`'s, or "n1",
     /// "n2", ... without one. Returns the name.
     std::string add(const Shape& shape, std::string_view like = {});
+    /// A name that no entity has, for one that is like no other.
+    std::string freeName();
+    /// Adds an entity under its own name; no other may have that.
+    void add(const Entity& entity);
     /// Gives a resident entity another shape. An entity of another kind of shape takes its place in the host, under
     /// the same name and with the same reactors. Throws std::invalid_argument for a name that no entity has, and
     /// std::runtime_error when the host does not open the entity; it is as it was then.
@@ -99,11 +103,22 @@ public:
     /// deleted. Returns the id.
     std::string addConstraint(Constraint constraint);
     bool hasConstraint(std::string_view id) const;
+    /// A constraint as it is now; nothing for an id that none has, or has no longer.
+    std::optional<Constraint> constraint(std::string_view id) const;
+    /// The id of the constraint that a user calls so: its id, or the name that a dimension was given. Empty: none.
+    /// Cost: linear in the constraints for a name that is no id.
+    std::string constraintCalled(std::string_view word) const;
+    /// An id that no constraint has or had.
+    std::string freeConstraintId() const;
+    /// Ids of all constraints, in the order in which they were added.
+    std::vector<std::string> constraintIds() const;
     /// Deletes a constraint of the document, with the composite that owns it. Throws std::invalid_argument for an id
     /// that the drawing never had.
     void removeConstraint(std::string_view id);
     /// Gives a dimension another value; the id has to be that of one.
     void setMeasure(std::string_view id, double value);
+    /// Has a dimension hold the drawing, or measure it only.
+    void setDriving(std::string_view id, bool driving);
     /// Deletes the constraints whose place is gone: their dependency has the status of a removed segment, or names a
     /// segment that its polyline no longer has, or stands on an erased entity. Returns how many went. Looks at what was
     /// touched since changes were taken last.
@@ -133,6 +148,7 @@ private:
         std::size_t order = 0;
         std::unique_ptr<Constraint> taken;  // as the changes tell it, where that is not the original
         bool isGone = false;                // for the changes
+        bool isDropped = false;             // a switched-off one that was deleted
     };
 
     /// std::invalid_argument with the name for one that nothing has.
@@ -140,6 +156,7 @@ private:
     KnownConstraint& knownConstraint(std::string_view id);
     void open(const Document& document, const OrderedDocument* orders);
     void addEntity(const Entity& entity, std::size_t order);
+    bool isDeleted(const KnownConstraint& known) const;
     void noteEntity(const KnownEntity& known);
     void noteConstraint(std::size_t number);
     void collect();
@@ -163,7 +180,6 @@ private:
     const YxDbAssocGeomDependency* dependencyOf(const YxConstrainedGeometry& geometry) const;
     std::string freshName(const std::string& base);
     void releaseName(const std::string& name);
-    std::string freshConstraintId();
 
     HostProcess m_process;
     HostBuilder m_builder;
@@ -176,7 +192,6 @@ private:
     std::unordered_map<const YxDbObject*, const KnownEntity*> m_names;
     std::vector<KnownConstraint> m_constraints;
     std::unordered_map<std::string, std::size_t> m_constraintIndex;
-    std::size_t m_nextConstraintNumber = 1;  // ids of constraints stay taken
     std::unordered_map<const YxGeomConstraint*, std::size_t> m_constraintNumbers;
     std::unordered_map<std::string, std::vector<std::size_t>> m_switchedOff;  // by entity
 

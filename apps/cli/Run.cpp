@@ -58,8 +58,8 @@ Line runPart(const ScriptPart& part) {
 /// What the table and the JSON tell of one drawing, or of all.
 struct Totals {
     std::size_t done = 0, edits = 0;
-    std::array<std::size_t, 4> constraints{};
-    std::array<std::size_t, 5> entities{};
+    std::array<std::size_t, kConstraintFates.size()> constraints{};
+    std::array<std::size_t, kEntityFates.size()> entities{};
 
     void add(const Line& line) {
         done += line.done;

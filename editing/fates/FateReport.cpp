@@ -43,7 +43,7 @@ std::array<std::size_t, Size> counted(const std::vector<Outcome>& outcomes) {
 }  // namespace
 
 std::string_view fateName(ConstraintFate fate) {
-    static constexpr std::array<std::string_view, 4> names{"deleted", "re-pointed", "added", "kept"};
+    static constexpr std::array<std::string_view, 5> names{"deleted", "changed", "re-pointed", "added", "kept"};
     return names[static_cast<std::size_t>(fate)];
 }
 

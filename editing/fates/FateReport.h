@@ -13,7 +13,7 @@
 namespace holdfast::editing {
 
 /// What an edit did to a constraint, in the order in which a user cares.
-enum class ConstraintFate { deleted, rePointed, added, kept };
+enum class ConstraintFate { deleted, changed, rePointed, added, kept };
 
 /// What an edit did to an entity, in the order in which a user cares.
 enum class EntityFate { erased, edited, created, followed, untouched };
@@ -89,12 +89,12 @@ struct FateReport {
     std::optional<SolverFigures> solver;
 };
 
-inline constexpr std::array kConstraintFates{ConstraintFate::deleted, ConstraintFate::rePointed, ConstraintFate::added,
-                                             ConstraintFate::kept};
+inline constexpr std::array kConstraintFates{ConstraintFate::deleted, ConstraintFate::changed,
+                                             ConstraintFate::rePointed, ConstraintFate::added, ConstraintFate::kept};
 inline constexpr std::array kEntityFates{EntityFate::erased, EntityFate::edited, EntityFate::created,
                                          EntityFate::followed, EntityFate::untouched};
 
-/// "deleted", "re-pointed", "added", "kept".
+/// "deleted", "changed", "re-pointed", "added", "kept".
 std::string_view fateName(ConstraintFate fate);
 /// "erased", "edited", "created", "followed", "untouched".
 std::string_view fateName(EntityFate fate);

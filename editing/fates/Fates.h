@@ -12,7 +12,7 @@ namespace holdfast::editing {
 
 /// What one edit did, told by the drawing before and after it.
 struct Fates {
-    std::vector<ConstraintOutcome> constraints;  ///< deleted, re-pointed and added ones, in drawing order
+    std::vector<ConstraintOutcome> constraints;  ///< deleted, changed, re-pointed and added ones, in drawing order
     std::vector<EntityOutcome> entities;         ///< all but the untouched ones, in drawing order
 };
 

@@ -103,7 +103,7 @@ std::string entityRow(const EntityOutcome& outcome, const ReportIndex& index, co
 }  // namespace
 
 std::string_view fateClass(ConstraintFate fate) {
-    static constexpr std::array<std::string_view, 4> names{"deleted", "pointed", "added", "kept"};
+    static constexpr std::array<std::string_view, 5> names{"deleted", "pointed", "pointed", "added", "kept"};
     return names[static_cast<std::size_t>(fate)];
 }
 
