@@ -12,9 +12,25 @@ function(holdfast_show target scope)
   target_include_directories(${target} ${scope} "$<BUILD_INTERFACE:${face}>")
 endfunction()
 
+# For ccache to see what of a kept header a source depends on, each compiler wants an option of its own.
+add_library(holdfast_kept_headers INTERFACE)
+target_compile_options(holdfast_kept_headers INTERFACE
+  $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess> "$<$<CXX_COMPILER_ID:Clang,AppleClang>:SHELL:-Xclang -fno-pch-timestamp>")
+
+# holdfast_keep_headers(target [header ...]): the standard headers that nearly every source reads, and others, are read
+# once for a target: they are longer than most sources are. In a project that takes this one in, nothing is kept.
+function(holdfast_keep_headers target)
+  if(PROJECT_IS_TOP_LEVEL)
+    target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:holdfast_kept_headers>)
+    target_precompile_headers(${target} PRIVATE <algorithm> <cmath> <functional> <map> <memory> <optional> <string>
+                              <unordered_map> <unordered_set> <variant> <vector> ${ARGN})
+  endif()
+endfunction()
+
 # holdfast_floor(target source ...): a floor as a static library, named holdfast_FLOOR.
 function(holdfast_floor target)
   add_library(${target} STATIC ${ARGN})
+  holdfast_keep_headers(${target})
   target_link_libraries(${target} PRIVATE holdfast_flags)
   target_compile_features(${target} PUBLIC cxx_std_20)
 endfunction()

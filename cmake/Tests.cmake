@@ -40,12 +40,11 @@ function(keep_headers target)
   target_precompile_headers(${target} PRIVATE ${ARGN})
 endfunction()
 
-# In a release, tests run for seconds and compile for minutes: the higher level is for what users run. For ccache to
-# see what of a kept header a source depends on, each compiler wants an option of its own.
+# In a release, tests run for seconds and compile for minutes: the higher level is for what users run.
 add_library(holdfast_test_flags INTERFACE)
 target_compile_options(holdfast_test_flags INTERFACE
-  $<$<AND:$<CONFIG:Release>,$<CXX_COMPILER_ID:GNU,Clang,AppleClang>>:-O1>
-  $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess> "$<$<CXX_COMPILER_ID:Clang,AppleClang>:SHELL:-Xclang -fno-pch-timestamp>")
+  $<$<AND:$<CONFIG:Release>,$<CXX_COMPILER_ID:GNU,Clang,AppleClang>>:-O1>)
+target_link_libraries(holdfast_test_flags INTERFACE holdfast_kept_headers)
 keep_headers(holdfast_gtest_headers ${kept_headers})
 keep_headers(holdfast_gmock_headers ${kept_headers} <gmock/gmock.h>)
 

@@ -1,6 +1,7 @@
 #include "document/DrawingChange.h"
 
 #include <algorithm>
+#include <cassert>
 #include <numeric>
 #include <utility>
 
@@ -36,6 +37,9 @@ public:
     template <class Change>
     ListChange(std::vector<T>& list, std::vector<std::size_t>& orders, const std::vector<Change>& changes)
         : m_list(list), m_orders(orders) {
+        assert(list.size() == orders.size() && std::is_sorted(orders.begin(), orders.end()));
+        assert(std::is_sorted(changes.begin(), changes.end(),
+                              [](const Change& a, const Change& b) { return a.order < b.order; }));
         for (const Change& change : changes) {
             const auto found = std::lower_bound(orders.begin(), orders.end(), change.order);
             const bool isThere = found != orders.end() && *found == change.order;

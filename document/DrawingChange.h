@@ -24,6 +24,11 @@ struct ConstraintChange {
     friend bool operator==(const ConstraintChange&, const ConstraintChange&) = default;
 };
 
+/// What the next entity and constraint that are made get: their orders, and the number in a constraint's id.
+struct NextOrders {
+    std::size_t entity = 0, constraint = 0, constraintId = 1;
+};
+
 /// The difference of two states of a drawing, each kind in ascending order.
 struct DrawingChange {
     std::vector<EntityChange> entities;

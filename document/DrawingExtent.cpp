@@ -38,6 +38,20 @@ struct Spanning {
     void operator()(const TextShape& s) const { box.add(s.position); }
 };
 
+/// What defines a shape and need not lie in the box that it spans.
+struct Outlying {
+    Box& box;
+
+    void operator()(const EllipticalArcShape& s) const { box.add(s.centre); }
+    void operator()(const XlineShape& s) const { addAround(s.point); }
+    void operator()(const RayShape& s) const { addAround(s.point); }
+    template <class Other>
+    void operator()(const Other&) const {}
+
+    /// A little more than the unit, for its rounding.
+    void addAround(Vec2 base) const { box.add(boxAround(base, 2.5, 2.5)); }
+};
+
 }  // namespace
 
 void DrawingExtent::touch(std::size_t number) {
@@ -47,6 +61,13 @@ void DrawingExtent::touch(std::size_t number) {
 
 void DrawingExtent::include(Box& box, const Shape& shape) {
     std::visit(Spanning{box}, shape);
+}
+
+Box DrawingExtent::pointsOf(const Shape& shape) {
+    Box box;
+    include(box, shape);
+    std::visit(Outlying{box}, shape);
+    return box;
 }
 
 }  // namespace holdfast::document

@@ -1,5 +1,6 @@
 #include "document/EndJoints.h"
 
+#include <cassert>
 #include <cmath>
 #include <optional>
 #include <string>
@@ -82,6 +83,7 @@ bool canJoin(const Document& document, EntityEnd a, EntityEnd b, double toleranc
 }  // namespace
 
 std::vector<std::size_t> jointsOf(const Document& document, double tolerance) {
+    assert(tolerance >= 0.0);
     const EntityIndex entities(document);
     const std::vector<bool> candidates = segmentCandidates(document, entities);
     CoincidentPlaces places(document);

@@ -1,6 +1,7 @@
 #include "document/Places.h"
 
 #include <algorithm>
+#include <cassert>
 #include <initializer_list>
 
 #include "geometry/Conics.h"
@@ -128,6 +129,7 @@ MaybePoint point(const PolylineShape& polyline, const Place& place) {
 }  // namespace
 
 std::size_t segmentEndVertex(const PolylineShape& polyline, std::size_t segment) {
+    assert(segment < segmentCount(polyline));
     return segment + 1 == polyline.vertices.size() ? 0 : segment + 1;
 }
 

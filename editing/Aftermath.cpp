@@ -1,18 +1,19 @@
 #include "editing/Aftermath.h"
 
 #include <algorithm>
-#include <limits>
 #include <unordered_map>
 #include <unordered_set>
 
 #include "document/EntityIndex.h"
 #include "document/Names.h"
+#include "document/Places.h"
+#include "editing/EditContext.h"
 #include "editing/EditError.h"
 #include "editing/Refusal.h"
+#include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
-#include "hosting/evaluator/SketchFromDocument.h"
-#include "solver/src/diagnosis/Extract.h"
-#include "solver/src/sketch/Measure.h"
+#include "geometry/Vec2.h"
+#include "hosting/DocumentSketch.h"
 
 namespace holdfast::editing {
 
@@ -34,88 +35,127 @@ bool isOnSpline(const Constraint& constraint, const EntityIndex& entities) {
 
 /// Numbers of the constraints with an entity that differs from before, of those that a test picks.
 template <class Test>
-std::vector<int> constraintsOnChanged(const Document& before, const Document& now, const Test& test) {
+std::vector<std::size_t> constraintsOnChanged(const Document& before, const Document& now, const Test& test) {
     std::unordered_set<std::string_view> changed;
     const EntityIndex was(before);
     for (const Entity& entity : now.entities)
         if (const Entity* known = was.find(entity.id); known == nullptr || !(known->shape == entity.shape))
             changed.insert(entity.id);
-    std::vector<int> numbers;
+    std::vector<std::size_t> numbers;
     for (std::size_t i = 0; i < now.constraints.size(); ++i) {
         const Constraint& constraint = now.constraints[i];
         if (constraint.active && test(constraint) &&
             std::any_of(constraint.refs.begin(), constraint.refs.end(),
                         [&](const Place& place) { return changed.contains(place.entity); }))
-            numbers.push_back(static_cast<int>(i));
+            numbers.push_back(i);
     }
     return numbers;
 }
 
-/// How far one constraint is from holding; infinitely when its elements cannot have it any more.
-double shortfallOf(const SketchData& sketch, int constraint) {
-    try {
-        return violationsOf(Extract(sketch, {&constraint, 1}).sketch()).front();
-    } catch (const SketchError&) {
-        return std::numeric_limits<double>::infinity();
-    }
-}
-
 /// Numbers of constraints by their ids.
-std::unordered_map<std::string_view, int> numbersById(const Document& document) {
-    std::unordered_map<std::string_view, int> numbers;
+std::unordered_map<std::string_view, std::size_t> numbersById(const Document& document) {
+    std::unordered_map<std::string_view, std::size_t> numbers;
     for (std::size_t i = 0; i < document.constraints.size(); ++i)
-        numbers.emplace(document.constraints[i].id, static_cast<int>(i));
+        numbers.emplace(document.constraints[i].id, i);
     return numbers;
 }
 
 /// Those of some constraints that held before and do not now.
 template <class Take>
-void forBroken(const EditedPart& part, const std::vector<int>& doubtful, double held, double holds, const Take& take) {
+void forBroken(const EditedPart& part, const std::vector<std::size_t>& doubtful, double held, double holds,
+               const Take& take) {
     if (doubtful.empty())
         return;
     const auto numberBefore = numbersById(part.before);
-    const SketchData was = sketchFrom(part.before), is = sketchFrom(part.after);
-    for (const int number : doubtful) {
-        const Constraint& constraint = part.after.constraints[static_cast<std::size_t>(number)];
+    const DocumentSketch was(part.before), is(part.after);
+    for (const std::size_t number : doubtful) {
+        const Constraint& constraint = part.after.constraints[number];
         const auto known = numberBefore.find(constraint.id);
-        if (known != numberBefore.end() && shortfallOf(was, known->second) <= held * part.sizeBefore &&
-            !(shortfallOf(is, number) <= holds * part.sizeAfter))
+        if (known != numberBefore.end() && was.shortfallOf(known->second) <= held * part.sizeBefore &&
+            !(is.shortfallOf(number) <= holds * part.sizeAfter))
             take(constraint);
     }
 }
 
-void dropFalse(Drawing& drawing, const EditedPart& part, const std::vector<std::string>& judgedAnew) {
+/// A fixed constraint has no place of its own: it holds wherever its point is, and is true as long as that stays.
+bool isElsewhere(const Constraint& was, const EntityIndex& before, const Constraint& is, const EntityIndex& after,
+                 double same) {
+    for (std::size_t i = 0; i < std::min(was.refs.size(), is.refs.size()); ++i) {
+        const Entity *from = before.find(was.refs[i].entity), *to = after.find(is.refs[i].entity);
+        const auto there = from == nullptr ? std::nullopt : pointAt(from->shape, was.refs[i]);
+        const auto here = to == nullptr ? std::nullopt : pointAt(to->shape, is.refs[i]);
+        if (there && here && distance(*there, *here) > same)
+            return true;
+    }
+    return false;
+}
+
+template <class Take>
+void forElsewhere(const EditedPart& part, const std::vector<std::size_t>& doubtful, const Take& take) {
+    const EntityIndex before(part.before), after(part.after);
+    const auto numberBefore = numbersById(part.before);
+    for (const std::size_t number : doubtful) {
+        const Constraint& constraint = part.after.constraints[number];
+        const auto known = numberBefore.find(constraint.id);
+        if (constraint.type == ConstraintType::fixed && known != numberBefore.end() &&
+            isElsewhere(part.before.constraints[known->second], before, constraint, after,
+                        kHolds * part.sizeAfter))
+            take(constraint);
+    }
+}
+
+/// A dimension of whole curves tells what it measures now; of points, the way that they went is told.
+void noteMeasure(DeletionReasons& reasons, const EditedPart& part, const Constraint& constraint) {
+    const bool isOfPoints = std::any_of(constraint.refs.begin(), constraint.refs.end(), [](const Place& place) {
+        return place.kind != PlaceKind::whole && place.kind != PlaceKind::segment;
+    });
+    if (!constraint.value || isOfPoints)
+        return;
+    const auto number = static_cast<std::size_t>(&constraint - part.after.constraints.data());
+    const double unit = constraint.type == ConstraintType::angle ? kPi / 180.0 : 1.0;
+    reasons.note(constraint.id, "it measures " + spoken(DocumentSketch(part.after).measured(number) / unit) +
+                                    " now, not " + spoken(*constraint.value / unit));
+}
+
+void dropFalse(EditContext& context, const EditedPart& part) {
     const EntityIndex entities(part.after);
     const auto isJudgedAnew = [&](const Place& place) {
-        return std::find(judgedAnew.begin(), judgedAnew.end(), place.entity) != judgedAnew.end();
+        return std::find(context.judgedAnew.begin(), context.judgedAnew.end(), place.entity) !=
+               context.judgedAnew.end();
     };
-    const std::vector<int> doubtful = constraintsOnChanged(part.before, part.after, [&](const Constraint& constraint) {
-        return constraint.driving && (!traitsOf(constraint.type).isJudgedByModule || isOnSpline(constraint, entities) ||
-                                      std::any_of(constraint.refs.begin(), constraint.refs.end(), isJudgedAnew));
+    const std::vector<std::size_t> doubtful =
+        constraintsOnChanged(part.before, part.after, [&](const Constraint& constraint) {
+            return constraint.driving &&
+                   (!traitsOf(constraint.type).isJudgedByModule || isOnSpline(constraint, entities) ||
+                    std::any_of(constraint.refs.begin(), constraint.refs.end(), isJudgedAnew));
+        });
+    forBroken(part, doubtful, kHolds, kHolds, [&](const Constraint& constraint) {
+        noteMeasure(context.reasons, part, constraint);
+        context.drawing.removeConstraint(constraint.id);
     });
-    forBroken(part, doubtful, kHolds, kHolds,
-              [&](const Constraint& constraint) { drawing.removeConstraint(constraint.id); });
+    forElsewhere(part, doubtful,
+                 [&](const Constraint& constraint) { context.drawing.removeConstraint(constraint.id); });
 }
 
 void refreshMeasures(Drawing& drawing, const Document& before, const Document& now) {
-    const std::vector<int> followers = constraintsOnChanged(
+    const std::vector<std::size_t> followers = constraintsOnChanged(
         before, now, [](const Constraint& constraint) { return !constraint.driving && constraint.value.has_value(); });
     if (followers.empty())
         return;
-    const SketchData sketch = sketchFrom(now);
-    for (const int number : followers)
-        drawing.setMeasure(now.constraints[static_cast<std::size_t>(number)].id, measured(sketch, number));
+    const DocumentSketch sketch(now);
+    for (const std::size_t number : followers)
+        drawing.setMeasure(now.constraints[number].id, sketch.measured(number));
 }
 
 }  // namespace
 
-void settleOwnConstraints(Drawing& drawing, const EditedPart& part, const std::vector<std::string>& judgedAnew) {
-    dropFalse(drawing, part, judgedAnew);
-    refreshMeasures(drawing, part.before, part.after);
+void settleOwnConstraints(EditContext& context, const EditedPart& part) {
+    dropFalse(context, part);
+    refreshMeasures(context.drawing, part.before, part.after);
 }
 
 void refuseBroken(const EditedPart& part) {
-    const std::vector<int> kept =
+    const std::vector<std::size_t> kept =
         constraintsOnChanged(part.before, part.after, [](const Constraint& constraint) { return constraint.driving; });
     forBroken(part, kept, kHeldSurely, kHolds, [](const Constraint& constraint) {
         throw EditError("after it " + spokenConstraint(constraint) +

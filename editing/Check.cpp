@@ -11,6 +11,7 @@ struct Requirer {
     const Drawing& drawing;
 
     void operator()(const Undo&) const {}
+    void operator()(const Redo&) const {}
     template <class Command>
     void operator()(const Command& command) const {
         require(command, drawing);

@@ -214,8 +214,14 @@ struct Undo {
     friend bool operator==(const Undo&, const Undo&) = default;
 };
 
+/// Does the edit again that was taken back last, unless another one has been done since.
+struct Redo {
+    friend bool operator==(const Redo&, const Redo&) = default;
+};
+
 /// Any editing command.
 using Edit = std::variant<Break, Trim, Extend, Fillet, FilletCorner, FilletSegments, Join, Lengthen, Stretch, Mirror,
-                          Align, Rotate, Drag, Set, SetDimension, SetDriving, Constrain, Delete, Erase, Draw, Undo>;
+                          Align, Rotate, Drag, Set, SetDimension, SetDriving, Constrain, Delete, Erase, Draw, Undo,
+                          Redo>;
 
 }  // namespace holdfast::editing

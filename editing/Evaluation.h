@@ -22,6 +22,13 @@ YxArray<YxDbObjectId> idsOf(const EditContext& context, const std::vector<std::s
 /// The same entities, those that are constrained before the others: centres look for the group at the first one.
 std::vector<std::string> constrainedFirst(const EditContext& context, std::vector<std::string> names);
 
+/// Has a centre delete what it has collected; what it deleted before went at once.
+template <class Centre, class... Edited>
+void deleteCollected(EditContext& context, Centre& centre, Edited... edited) {
+    context.reasons.noteAtOnce(context.drawing);
+    centre.deleteConstraint(edited...);
+}
+
 /// Tells the network that geometry of the drawing's group has changed.
 void markChanged(const EditContext& context);
 

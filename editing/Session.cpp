@@ -10,8 +10,10 @@
 #include "editing/Check.h"
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
+#include "editing/HoldingConstraints.h"
 #include "editing/Refusal.h"
 #include "editing/fates/Freedom.h"
+#include "editing/fates/TouchedFreedom.h"
 #include "editing/text/Parse.h"
 #include "geometry/GeometryError.h"
 #include "hosting/Drawing.h"
@@ -22,12 +24,15 @@ namespace holdfast::editing {
 namespace {
 
 constexpr const char* kNothingToTakeBack = "there is no edit to take back";
+constexpr const char* kNothingToDoAgain =
+    "there is no edit to do again; redo does what was taken back last, until another edit is done";
 
-/// Does any command; an undo is the session's own.
+/// Does any command; undo and redo are the session's own.
 struct Performer {
     EditContext& context;
 
     void operator()(const Undo&) const {}
+    void operator()(const Redo&) const {}
     template <class Command>
     void operator()(const Command& command) const {
         perform(command, context);
@@ -51,14 +56,11 @@ Session::~Session() = default;
 
 void Session::openAgain() {
     document();
-    openOn(m_document);
-}
-
-void Session::openOn(const OrderedDocument& document) {
     m_evaluator.reset();
     m_drawing.reset();
-    m_drawing = std::make_unique<Drawing>(document);
+    m_drawing = std::make_unique<Drawing>(m_document, m_next);
     m_evaluator = std::make_unique<HostEvaluator>(*m_drawing);
+    m_next = m_drawing->next();
 }
 
 Drawing& Session::drawing() {
@@ -78,8 +80,8 @@ const Document& Session::document() const {
 Document Session::original() const {
     document();
     OrderedDocument original = m_document;
-    for (auto change = m_undo.rbegin(); change != m_undo.rend(); ++change)
-        original.apply(reversed(*change));
+    for (auto step = m_undo.rbegin(); step != m_undo.rend(); ++step)
+        original.apply(reversed(step->change));
     return std::move(original.document);
 }
 
@@ -95,6 +97,8 @@ std::optional<Refusal> Session::check(const Edit& edit) {
     const HostProcess::Scope bound(drawing().process());
     if (std::holds_alternative<Undo>(edit) && m_undo.empty())
         return Refusal{kNothingToTakeBack};
+    if (std::holds_alternative<Redo>(edit) && m_redo.empty())
+        return Refusal{kNothingToDoAgain};
     return editing::check(edit, *m_drawing);
 }
 
@@ -112,6 +116,7 @@ const EditResult& Session::transact(std::string_view text, const std::function<E
 void Session::makeRoom() {
     makeRoomIn(m_results);
     makeRoomIn(m_undo);
+    makeRoomIn(m_redo);
     makeRoomIn(m_pending);
 }
 
@@ -199,6 +204,8 @@ std::string Session::solversReason(const std::string& reason, const std::vector<
 void Session::run(const Edit& edit, EditContext& context, EditResult& result) {
     if (std::holds_alternative<Undo>(edit))
         return undo(result);
+    if (std::holds_alternative<Redo>(edit))
+        return redo(result);
     const double sizeBefore = context.drawing.extent();
     std::visit(Performer{context}, edit);
     if (context.shortfall.leftAlone.empty())
@@ -207,18 +214,24 @@ void Session::run(const Edit& edit, EditContext& context, EditResult& result) {
     if (context.shortfall != Shortfall{})
         result.outcome.remarks = remarksOn(context.shortfall, document(), context.edited);
     finishCommand(context);
-    settleOwnConstraints(context.drawing, partOf(context.drawing.change(), sizeBefore), context.judgedAnew);
+    settleOwnConstraints(context, partOf(context.drawing.change(), sizeBefore));
     context.reasons.noteDeleted(context.drawing);
     DrawingChange change = context.drawing.change();
     const EditedPart part = partOf(change, sizeBefore);
     refuseBroken(part);
     result.fates = fatesBetween(part.before, part.after, context.edited, m_results.size(), context.reasons);
-    result.freedom = freedomOver(change);
+    result.freedom = freedomOver(change, true);
+    Step step{change, m_next, context.drawing.next(), m_results.size()};
     if (context.opensAgain)
-        goOnFrom(change);
+        context.drawing.put(change, step.after);
     else
-        take(change);
-    m_undo.push_back(std::move(change));
+        context.drawing.take(change);
+    // Nothing that can fail comes after the host's drawing has taken the change.
+    m_pending.push_back(std::move(change));
+    m_next = step.after;
+    m_undo.push_back(std::move(step));
+    m_redo.clear();
+    takeFreedom(result.freedom);
 }
 
 EditedPart Session::partOf(const DrawingChange& change, double sizeBefore) const {
@@ -231,6 +244,7 @@ EditedPart Session::partOf(const DrawingChange& change, double sizeBefore) const
 /// What the commands have not solved themselves is solved now.
 void Session::finishCommand(const EditContext& context) {
     context.drawing.dropLostConstraints();
+    putBackHolding(context);
     evaluate(context);
     context.drawing.process().endOfCommand();
     context.evaluator.endCommand();
@@ -239,38 +253,63 @@ void Session::finishCommand(const EditContext& context) {
 void Session::undo(EditResult& result) {
     if (m_undo.empty())
         throw EditError(kNothingToTakeBack);
-    const DrawingChange change = reversed(m_undo.back());
+    const DrawingChange change = reversed(m_undo.back().change);
     const EditedPart part = m_drawing->editedPart(change);
-    result.fates = fatesBetween(part.before, part.after, {}, m_results.size());
-    result.freedom = freedomOver(change);
-    goOnFrom(change);
+    result.fates = fatesOfUndo(part.before, part.after, m_results.size());
+    result.freedom = freedomOver(change, false);
+    put(change, m_undo.back().before);
+    m_redo.push_back(std::move(m_undo.back()));
     m_undo.pop_back();
+    takeFreedom(result.freedom);
 }
 
-std::optional<FreedomChange> Session::freedomOver(const DrawingChange& change) const {
+/// What is told of it is what was told when it was done first.
+void Session::redo(EditResult& result) {
+    if (m_redo.empty())
+        throw EditError(kNothingToDoAgain);
+    const Step& step = m_redo.back();
+    const EditResult& first = m_results[step.result];
+    result.fates = first.fates;
+    for (ConstraintOutcome& outcome : result.fates.constraints)
+        outcome.edit = m_results.size();
+    result.outcome.shortfall = first.outcome.shortfall;
+    result.outcome.remarks = first.outcome.remarks;
+    result.freedom = freedomOver(step.change, false);
+    put(step.change, step.after);
+    m_undo.push_back(std::move(m_redo.back()));
+    m_redo.pop_back();
+    takeFreedom(result.freedom);
+}
+
+/// The drawing goes on as the change leaves it. Nothing that can fail comes after the host's drawing is there.
+void Session::put(const DrawingChange& change, const NextOrders& next) {
+    DrawingChange pending = change;
+    m_drawing->put(change, next);
+    m_pending.push_back(std::move(pending));
+    m_next = next;
+}
+
+/// Over a change that the host's drawing has made already, or not yet.
+std::optional<FreedomChange> Session::freedomOver(const DrawingChange& change, bool isMade) {
     if (!m_tellsFreedom)
         return std::nullopt;
-    FreedomChange freedom{degreesOfFreedom(document()), {}};
-    OrderedDocument next = m_document;
-    next.apply(change);
-    freedom.after = degreesOfFreedom(next.document);
-    return freedom;
+    if (!m_freedom)
+        m_freedom = degreesOfFreedom(document());
+    const FreedomChange touched = freedomOfTouched(*m_drawing, change, isMade);
+    if (m_freedom && touched.before && touched.after)
+        return FreedomChange{m_freedom, *m_freedom - *touched.before + *touched.after};
+    return wholeFreedomOver(change);
 }
 
-/// The drawing goes on as the host has it. Nothing that can fail comes after the host's drawing has taken the change.
-void Session::take(const DrawingChange& change) {
-    DrawingChange pending = change;
-    m_drawing->take(change);
-    m_pending.push_back(std::move(pending));
-}
-
-/// The drawing goes on as the change leaves it, opened anew. When it cannot be opened, nothing has changed.
-void Session::goOnFrom(const DrawingChange& change) {
+FreedomChange Session::wholeFreedomOver(const DrawingChange& change) const {
     document();
     OrderedDocument next = m_document;
     next.apply(change);
-    openOn(next);
-    m_document = std::move(next);
+    return {m_freedom, degreesOfFreedom(next.document)};
+}
+
+void Session::takeFreedom(const std::optional<FreedomChange>& told) {
+    m_freedom = told ? told->after : std::nullopt;
 }
 
 FateReport Session::report() const {

@@ -13,6 +13,7 @@
 #include "editing/EditError.h"
 #include "editing/Uses.h"
 #include "editing/fates/Fates.h"
+#include "editing/fates/FreedomChange.h"
 
 namespace holdfast::hosting {
 class Drawing;
@@ -22,12 +23,6 @@ class HostEvaluator;
 namespace holdfast::editing {
 
 struct EditContext;
-
-/// The degrees of freedom of a drawing before and after an edit; nothing for one that the solver cannot read.
-struct FreedomChange {
-    std::optional<int> before, after;
-    friend bool operator==(const FreedomChange&, const FreedomChange&) = default;
-};
 
 /// What became of one edit.
 struct EditResult {
@@ -60,7 +55,8 @@ public:
     Document original() const;
     const std::vector<EditResult>& results() const { return m_results; }
 
-    /// Does one edit as a user types it ("break g3 at 4,0"); "undo" takes the last one back. A refused edit is
+    /// Does one edit as a user types it ("break g3 at 4,0"); "undo" takes the last one back that was done, "redo" does
+    /// that again as long as no other edit has been done. Both cost what the edit has touched. A refused edit is
     /// recorded with its error. Throws std::bad_alloc, and nothing has changed, when there is no memory even to record
     /// that.
     const EditResult& apply(std::string_view edit);
@@ -70,23 +66,32 @@ public:
     /// Why an edit cannot be understood on the drawing as it is, without doing it; nothing when apply() would try it.
     std::optional<Refusal> check(const Edit& edit);
 
-    /// From now on results tell degrees of freedom, which costs more than most edits.
+    /// From now on results tell degrees of freedom. The first one counts those of the whole drawing, which costs more
+    /// than most edits; after it an edit counts those of the parts that it touches.
     void tellFreedom(bool tells = true) { m_tellsFreedom = tells; }
 
     /// The report on all edits so far.
     FateReport report() const;
 
 private:
+    /// An edit that was done, and what the drawing counted on from before it and after it.
+    struct Step {
+        DrawingChange change;
+        NextOrders before, after;
+        std::size_t result = 0;  ///< in m_results
+    };
+
     const EditResult& transact(std::string_view text, const std::function<Edit()>& read);
     void attempt(std::string_view text, const std::function<Edit()>& read, EditResult& result);
     void run(const Edit& edit, EditContext& context, EditResult& result);
     void undo(EditResult& result);
+    void redo(EditResult& result);
+    void put(const DrawingChange& change, const NextOrders& next);
+    void takeFreedom(const std::optional<FreedomChange>& told);
+    std::optional<FreedomChange> freedomOver(const DrawingChange& change, bool isMade);
+    FreedomChange wholeFreedomOver(const DrawingChange& change) const;
     EditedPart partOf(const DrawingChange& change, double sizeBefore) const;
-    std::optional<FreedomChange> freedomOver(const DrawingChange& change) const;
-    void take(const DrawingChange& change);
-    void goOnFrom(const DrawingChange& change);
     void openAgain();
-    void openOn(const OrderedDocument& document);
     void rollBack() noexcept;
     void makeRoom();
     std::string errorOf(std::string_view text, const std::vector<std::string>& edited) const noexcept;
@@ -96,9 +101,11 @@ private:
 
     mutable OrderedDocument m_document;
     mutable std::vector<DrawingChange> m_pending;  ///< not in m_document yet, in the order in which they were made
-    std::vector<DrawingChange> m_undo;
+    std::vector<Step> m_undo, m_redo;
+    NextOrders m_next;  ///< of the drawing without the edit that is being done
     std::vector<EditResult> m_results;
     bool m_tellsFreedom = false;
+    std::optional<int> m_freedom;  ///< of the drawing without the edit that is being done; none: not counted
     std::unique_ptr<Drawing> m_drawing;
     std::unique_ptr<HostEvaluator> m_evaluator;
 };

@@ -4,7 +4,6 @@
 namespace holdfast::geometry {}
 namespace holdfast::document {}
 namespace holdfast::inference {}
-namespace holdfast::solver::detail {}
 namespace holdfast::hosting {}
 namespace holdfast::module {}
 
@@ -12,7 +11,6 @@ namespace holdfast::editing {
 using namespace geometry;
 using namespace document;
 using namespace inference;
-using namespace solver::detail;
 using namespace hosting;
 using namespace module;
 }  // namespace holdfast::editing

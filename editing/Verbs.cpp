@@ -48,6 +48,7 @@ constexpr EditVerb kVerbs[] = {
      "draw line 0,0 10,0 as rib", "adds an entity", &parseDraw},
     {"erase", "erase ENTITY...", "erase g3 g4", "erases entities with the constraints on them", &parseErase},
     {"undo", "undo", "", "takes the last edit back", &parseUndo},
+    {"redo", "redo", "", "does the edit again that was taken back last", &parseRedo},
 };
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <functional>
 #include <memory>
 #include <system_error>
 #include <vector>
@@ -134,16 +135,42 @@ fs::path behindLinks(const fs::path& path) {
     return target;
 }
 
-void writeThrough(const fs::path& path, std::string_view text) {
+using Put = std::function<void(std::string_view)>;
+/// Puts a whole text, piece by piece; the same one whenever it is asked.
+using Text = std::function<void(const Put& put)>;
+
+/// How far a text came that was written into an open file.
+struct Written {
+    bool isWhole = true;
+    int error = 0;
+    std::size_t size = 0;  // of the text
+};
+
+Written writeText(int file, const Text& text) {
+    Written written;
+    text([&](std::string_view piece) {
+        written.size += piece.size();
+        if (written.isWhole && !writeAll(file, piece)) {
+            written.isWhole = false;
+            written.error = errno;
+        }
+    });
+    return written;
+}
+
+/// What cannot be replaced gets nothing of a text that turns out to be broken.
+void writeThrough(const fs::path& path, const Text& text) {
+    std::string whole;
+    text([&](std::string_view piece) { whole += piece; });
     const Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
-    if (!file.isOpen() || !writeAll(file.number(), text))
-        fail(path, reasonOf(errno), "a place that takes " + std::to_string(text.size()) + " bytes");
+    if (!file.isOpen() || !writeAll(file.number(), whole))
+        fail(path, reasonOf(errno), "a place that takes " + std::to_string(whole.size()) + " bytes");
 }
 
 /// One file on its way to its place.
 class Arrival {
 public:
-    explicit Arrival(const NamedText& file) : m_path(file.path), m_target(file.path) {
+    Arrival(const fs::path& path, const Text& text) : m_path(path), m_target(path) {
         if (m_path.empty())
             fail("(no name)", "an empty file name", "the name of a file");
         m_target = behindLinks(m_path);
@@ -153,13 +180,13 @@ public:
         if (fs::is_directory(status))
             fail(m_path, "a folder", "the name of a file");
         if (fs::exists(status) && !fs::is_regular_file(status)) {
-            writeThrough(m_path, file.text);
+            writeThrough(m_path, text);
             return;
         }
         if (fs::exists(status) && ::faccessat(AT_FDCWD, m_target.c_str(), W_OK, AT_EACCESS) != 0)
             fail(m_path, reasonOf(errno), "a file that may be written");
         m_beside = std::make_unique<FileBeside>(m_target);
-        fill(file.text);
+        fill(text);
     }
 
     void arrive() {
@@ -171,14 +198,16 @@ public:
     }
 
 private:
-    void fill(std::string_view text) {
+    void fill(const Text& text) {
         if (!m_beside->file().isOpen())
             fail(m_path, reasonOf(errno), "a folder in which files may be made");
         const int file = m_beside->file().number();
-        const bool written =
-            writeAll(file, text) && ::fchmod(file, permissionsFor(m_target)) == 0 && ::fsync(file) == 0;
-        if (!written)
-            fail(m_path, reasonOf(errno), "room for " + std::to_string(text.size()) + " bytes; the file is as it was");
+        Written written = writeText(file, text);
+        if (written.isWhole && (::fchmod(file, permissionsFor(m_target)) != 0 || ::fsync(file) != 0))
+            written = {false, errno, written.size};
+        if (!written.isWhole)
+            fail(m_path, reasonOf(written.error),
+                 "room for " + std::to_string(written.size) + " bytes; the file is as it was");
     }
 
     fs::path m_path, m_target;
@@ -197,6 +226,9 @@ std::string readFile(const fs::path& path) {
     if (!file.isOpen())
         fail(path, reasonOf(errno), "a file that may be read");
     std::string text;
+    struct stat status {};
+    if (::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0)
+        text.reserve(static_cast<std::size_t>(status.st_size));
     std::array<char, 65536> buffer{};
     for (;;) {
         const ssize_t count = ::read(file.number(), buffer.data(), buffer.size());
@@ -213,14 +245,13 @@ void writeFiles(std::span<const NamedText> files) {
     std::vector<Arrival> arrivals;
     arrivals.reserve(files.size());
     for (const NamedText& file : files)
-        arrivals.emplace_back(file);
+        arrivals.emplace_back(file.path, [&file](const Put& put) { put(file.text); });
     for (Arrival& arrival : arrivals)
         arrival.arrive();
 }
 
 void writeFile(const fs::path& path, std::string_view text) {
-    const NamedText file{path, std::string(text)};
-    writeFiles({&file, 1});
+    Arrival(path, [text](const Put& put) { put(text); }).arrive();
 }
 
 Document readDrawing(const fs::path& path) {
@@ -228,7 +259,7 @@ Document readDrawing(const fs::path& path) {
 }
 
 void writeDrawing(const Document& document, const fs::path& path) {
-    writeFile(path, jsonText(document));
+    Arrival(path, [&document](const Put& put) { writeJson(document, put); }).arrive();
 }
 
 }  // namespace holdfast::formats

@@ -30,7 +30,7 @@ struct NamedText {
 /// so that a full disk or a wrong name leaves every one of them as it was.
 void writeFiles(std::span<const NamedText> files);
 
-/// readFile and readJson, writeFile and jsonText.
+/// readFile and readJson; writeFile with the text of jsonText, of which only a piece at a time is in memory.
 Document readDrawing(const std::filesystem::path& path);
 void writeDrawing(const Document& document, const std::filesystem::path& path);
 

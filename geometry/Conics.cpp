@@ -1,11 +1,14 @@
 #include "geometry/Conics.h"
 
+#include <cassert>
+
 #include "geometry/Angles.h"
 
 namespace holdfast::geometry {
 
 /// A part of an ellipse reaches its bounds at its ends or where x or y turns.
 Box ellipticBox(Vec2 centre, Vec2 majorAxis, double ratio, double from, double to) {
+    assert(!(to < from));
     Box box;
     box.add(ellipsePoint(centre, majorAxis, ratio, from));
     box.add(ellipsePoint(centre, majorAxis, ratio, to));
@@ -19,6 +22,7 @@ Box ellipticBox(Vec2 centre, Vec2 majorAxis, double ratio, double from, double t
 }
 
 ArcShape arcOfBulge(Vec2 from, Vec2 to, double bulge) {
+    assert(bulge != 0.0);
     ArcShape arc;
     arc.centre = centreOfBulge(from, to, bulge);
     arc.radius = distance(from, to) * std::abs(radiusOfBulge(bulge));

@@ -6,6 +6,7 @@
 
 #include "document/Places.h"
 #include "host/model/EntityAccess.h"
+#include "host/model/ObjectHandles.h"
 #include "host/model/SegmentNames.h"
 #include "hosting/HostConstraints.h"
 #include "hosting/HostOpening.h"
@@ -53,8 +54,12 @@ Drawing::Drawing(const Document& document) : m_builder(m_process.database()), m_
     open(document, nullptr);
 }
 
-Drawing::Drawing(const OrderedDocument& ordered) : m_builder(m_process.database()), m_notes(notesOf(ordered.document)) {
+Drawing::Drawing(const OrderedDocument& ordered, const NextOrders& next)
+    : m_builder(m_process.database()), m_notes(notesOf(ordered.document)) {
     open(ordered.document, &ordered);
+    m_numbered.resize(std::max(m_numbered.size(), next.entity));
+    m_constraints.resize(std::max(m_constraints.size(), next.constraint));
+    m_nextConstraintNumber = next.constraintId;
 }
 
 Drawing::~Drawing() {
@@ -65,35 +70,21 @@ void Drawing::open(const Document& document, const OrderedDocument* orders) {
     m_process.watch(false);
     m_group = m_builder.addGroup();
     m_entities.reserve(document.entities.size());
-    m_names.reserve(document.entities.size());
     m_numbered.reserve(document.entities.size());
     for (std::size_t i = 0; i < document.entities.size(); ++i)
         addEntity(document.entities[i], orders == nullptr ? i : orders->entityOrders[i]);
-    for (std::size_t i = 0; i < document.constraints.size(); ++i) {
-        const Constraint& constraint = document.constraints[i];
-        m_constraintIndex.emplace(constraint.id, i);
-        KnownConstraint& known = m_constraints.emplace_back();
-        known.original = constraint;
-        known.order = orders == nullptr ? i : orders->constraintOrders[i];
-        if (constraint.active)
-            known.host = build(constraint, i);
-        else
-            for (const Place& place : constraint.refs)
-                m_switchedOff[place.entity].push_back(i);
-    }
+    m_constraints.reserve(document.constraints.size());
+    for (std::size_t i = 0; i < document.constraints.size(); ++i)
+        addKnown(document.constraints[i], orders == nullptr ? i : orders->constraintOrders[i]);
     // Members may be written before or after the constraint that owns them.
-    for (const KnownConstraint& known : m_constraints)
-        for (const std::string& member : known.original.members) {
-            YxGeomConstraint* owned = m_constraints[m_constraintIndex.at(member)].host;
-            if (known.host != nullptr && owned != nullptr)
-                HostAccess::own(static_cast<YxCompositeConstraint&>(*known.host), *owned);
-        }
+    for (const Constraint& constraint : document.constraints)
+        ownMembers(constraint);
     for (const Entity& entity : document.entities)
         if (std::holds_alternative<PolylineShape>(entity.shape))
             tieCorners(entity.id);
     // What opening makes besides, numbers of vertices, is told as a change of the first edit.
-    for (KnownEntity* known : m_numbered)
-        if (std::holds_alternative<PolylineShape>(known->original.shape))
+    for (const KnownEntity* known : m_numbered)
+        if (known != nullptr && std::holds_alternative<PolylineShape>(known->original.shape))
             noteEntity(*known);
     m_isTouched = false;
     HostAccess::tellChanges(m_process.database(), &m_hostChanges);
@@ -106,7 +97,30 @@ void Drawing::KnownEntity::takeRead(Shape read) {
         originalRead = std::make_unique<Shape>(std::move(read));
 }
 
-void Drawing::addEntity(const Entity& entity, std::size_t order) {
+void Drawing::addKnown(const Constraint& constraint, std::size_t number) {
+    m_constraintIndex.insert_or_assign(constraint.id, number);
+    m_constraints.resize(std::max(m_constraints.size(), number + 1));
+    KnownConstraint& known = m_constraints[number];
+    known.original = constraint;
+    known.taken.reset();
+    known.isGone = known.isDropped = false;
+    known.host = constraint.active ? build(constraint, number) : nullptr;
+    if (!constraint.active)
+        for (const Place& place : constraint.refs)
+            m_switchedOff[place.entity].insert(number);
+}
+
+/// A composite gets its members, as far as the host has them.
+void Drawing::ownMembers(const Constraint& constraint) {
+    for (const std::string& member : constraint.members) {
+        YxGeomConstraint* owner = knownConstraint(constraint.id).host;
+        YxGeomConstraint* owned = knownConstraint(member).host;
+        if (owner != nullptr && owned != nullptr)
+            HostAccess::own(static_cast<YxCompositeConstraint&>(*owner), *owned);
+    }
+}
+
+void Drawing::addEntity(const Entity& entity, std::size_t number) {
     std::unique_ptr<YxDbEntity> made = makeEntity(entity.shape);
     const YxDbObject* object = made.get();
     Shape read = readShape(*made);
@@ -115,15 +129,21 @@ void Drawing::addEntity(const Entity& entity, std::size_t order) {
     known.original = entity;
     known.takeRead(std::move(read));
     known.id = id;
-    known.number = m_numbered.size();
-    known.order = m_lastOrder = order;
-    m_names.emplace(object, &known);
-    m_numbered.push_back(&known);
-    m_extent.touch(known.number);
-    if (entity.fixed) {
-        YxConstrainedGeometry& geometry = m_builder.geometry(group(), wholeOf(id, entity.shape));
-        HostAccess::setInternal(m_builder.constrain<YxFixedConstraint>(group(), {&geometry}), true);
-    }
+    known.number = number;
+    const std::size_t handle = handleOf(object);
+    m_byHandle.resize(std::max(m_byHandle.size(), handle + 1));
+    m_byHandle[handle] = &known;
+    m_numbered.resize(std::max(m_numbered.size(), number + 1));
+    m_numbered[number] = &known;
+    m_extent.touch(number);
+    tieFixed(known);
+}
+
+void Drawing::tieFixed(const KnownEntity& known) {
+    if (!known.original.fixed)
+        return;
+    YxConstrainedGeometry& geometry = m_builder.geometry(group(), wholeOf(known.id, known.original.shape));
+    HostAccess::setInternal(m_builder.constrain<YxFixedConstraint>(group(), {&geometry}), true);
 }
 
 YxDbObjectId Drawing::id(std::string_view name) const {
@@ -132,8 +152,13 @@ YxDbObjectId Drawing::id(std::string_view name) const {
 }
 
 std::string Drawing::nameOf(const YxDbObjectId& id) const {
-    const auto found = m_names.find(HostAccess::peek(id));
-    return found == m_names.end() ? "" : found->second->original.id;
+    const KnownEntity* known = knownOf(HostAccess::peek(id));
+    return known == nullptr ? "" : known->original.id;
+}
+
+const Drawing::KnownEntity* Drawing::knownOf(const YxDbObject* object) const {
+    const std::size_t handle = handleOf(object);
+    return handle < m_byHandle.size() ? m_byHandle[handle] : nullptr;
 }
 
 std::vector<std::string> Drawing::names() const {
@@ -142,6 +167,14 @@ std::vector<std::string> Drawing::names() const {
     for (const KnownEntity* known : m_numbered)
         if (known != nullptr)
             names.push_back(known->original.id);
+    return names;
+}
+
+std::vector<std::string> Drawing::namesNear(const Box& window) const {
+    std::vector<std::string> names;
+    m_extent.forThoseNear(
+        window, m_numbered.size(), [this](std::size_t number) { return knownShape(number); },
+        [&](std::size_t number) { names.push_back(m_numbered[number]->original.id); });
     return names;
 }
 
@@ -208,8 +241,8 @@ std::string Drawing::freeName() {
 
 void Drawing::add(const Entity& entity) {
     const HostProcess::Scope bound(m_process);
-    addEntity(entity, m_numbered.empty() ? 0 : m_lastOrder + 1);
-    m_before.emplace(m_numbered.size() - 1, EntityBefore{m_lastOrder, std::nullopt});
+    addEntity(entity, m_numbered.size());
+    m_before.emplace(m_numbered.size() - 1, std::nullopt);
     m_unsolved.insert(m_numbered.size() - 1);
     m_isTouched = true;
 }
@@ -243,9 +276,7 @@ void Drawing::write(std::string_view name, const Shape& shape) {
     std::unique_ptr<YxDbEntity> successor = makeEntity(shape);
     known.original.shape = shape;
     known.takeRead(readShape(*successor));
-    m_names.erase(resident);
-    m_names.emplace(successor.get(), &known);
-    HostAccess::replaceObject(known.id, std::move(successor));
+    replace(known, std::move(successor));
     // Geometry of the former kind would not fit the new one; what still carries constraints stays.
     for (const YxDbObjectId& reactor : HostAccess::reactors(*HostAccess::peek(known.id)))
         if (!carriesConstraints(group(), reactor))
@@ -254,18 +285,35 @@ void Drawing::write(std::string_view name, const Shape& shape) {
 
 void Drawing::erase(std::string_view name) {
     const HostProcess::Scope bound(m_process);
-    const KnownEntity& erased = known(name);
+    KnownEntity& erased = known(name);
     noteEntity(erased);
-    YxDbObject* resident = HostAccess::peek(erased.id);
-    for (const auto& [owner, constraint] : constraintsOn(static_cast<YxDbEntity&>(*resident)))
+    noteDeletions(Deletion::By::module);
+    takeOut(erased);
+    noteDeletions(Deletion::By::erasure, {erased.original.id, PlaceKind::whole, 0});
+    drop(erased);
+}
+
+/// Another object stands for an entity in the host. Where the former one was there may soon be one more.
+void Drawing::replace(const KnownEntity& known, std::unique_ptr<YxDbEntity> successor) {
+    m_builder.forget(static_cast<const YxDbEntity&>(*HostAccess::peek(known.id)));
+    HostAccess::replaceObject(known.id, std::move(successor));
+}
+
+/// Nothing of the network hangs on an entity any more.
+void Drawing::takeOut(const KnownEntity& known) {
+    const auto& resident = static_cast<const YxDbEntity&>(*HostAccess::peek(known.id));
+    for (const auto& [owner, constraint] : constraintsOn(resident))
         HostAccess::deleteConstraint(*owner, constraint);
-    for (const YxDbObjectId& reactor : HostAccess::reactors(*resident))
+    for (const YxDbObjectId& reactor : HostAccess::reactors(resident))
         HostAccess::eraseDependency(reactor);
-    HostAccess::erase(erased.id);
-    m_names.erase(resident);
-    m_extent.touch(erased.number);
-    m_numbered[erased.number] = nullptr;
-    const auto gone = m_entities.extract(erased.original.id);
+}
+
+void Drawing::drop(const KnownEntity& known) {
+    HostAccess::erase(known.id);
+    m_byHandle[handleOf(HostAccess::peek(known.id))] = nullptr;
+    m_extent.touch(known.number);
+    m_numbered[known.number] = nullptr;
+    const auto gone = m_entities.extract(std::string(known.original.id));
     releaseName(gone.key());
 }
 
@@ -298,7 +346,7 @@ YxGeomConstraint* Drawing::build(const Constraint& constraint, std::size_t numbe
 
 /// Ids stay taken, so that as many numbers as there are constraints have been given at most.
 std::string Drawing::freeConstraintId() const {
-    for (std::size_t number = m_constraints.size() + 1;; ++number)
+    for (std::size_t number = std::max(m_nextConstraintNumber, m_constraints.size() + 1);; ++number)
         if (std::string id = "k" + std::to_string(number); !m_constraintIndex.contains(id))
             return id;
 }
@@ -308,13 +356,10 @@ std::string Drawing::addConstraint(Constraint constraint) {
     if (constraint.id.empty())
         constraint.id = freeConstraintId();
     const std::size_t added = m_constraints.size();
-    m_constraintIndex.insert_or_assign(constraint.id, added);
-    const std::size_t order = added == 0 ? 0 : m_constraints.back().order + 1;
-    m_constraints.emplace_back().original = constraint;
-    m_constraints.back().order = order;
     m_constraintsBefore.emplace(added, std::nullopt);
     m_isTouched = true;
-    m_constraints.back().host = build(constraint, added);
+    addKnown(constraint, added);
+    ownMembers(constraint);
     return constraint.id;
 }
 
@@ -326,7 +371,7 @@ bool Drawing::hasConstraint(std::string_view id) const {
 }
 
 bool Drawing::isDeleted(const KnownConstraint& known) const {
-    return known.host == nullptr ? known.isDropped : HostAccess::isDeleted(*known.host);
+    return known.isGone || (known.host == nullptr ? known.isDropped : HostAccess::isDeleted(*known.host));
 }
 
 std::optional<Constraint> Drawing::constraint(std::string_view id) const {
@@ -410,7 +455,9 @@ void Drawing::removeConstraint(std::string_view id) {
         noteConstraint(m_constraintIndex.find(std::string(id))->second);
         known.isDropped = true;
     } else if (!HostAccess::isDeleted(*known.host)) {
+        noteDeletions(Deletion::By::module);
         HostAccess::deleteConstraint(group(), HostAccess::topLevel(*known.host));
+        noteDeletions(Deletion::By::host);
     }
 }
 
@@ -439,6 +486,7 @@ void Drawing::setDriving(std::string_view id, bool driving) {
 
 int Drawing::dropLostConstraints() {
     const HostProcess::Scope bound(m_process);
+    noteDeletions(Deletion::By::module);
     std::unordered_map<const void*, bool> lostOf;  // by geometry
     Segments segments;
     int dropped = 0;
@@ -446,14 +494,19 @@ int Drawing::dropLostConstraints() {
         if (HostAccess::isDeleted(*constraint))
             continue;
         const auto& geometries = HostAccess::geometries(*constraint);
-        const bool lost = std::any_of(geometries.begin(), geometries.end(), [&](const YxConstrainedGeometry* geometry) {
-            const auto [known, isNew] = lostOf.try_emplace(geometry, false);
-            if (isNew)
-                known->second = isLost(*geometry, segments);
-            return known->second;
-        });
-        if (lost && HostAccess::deleteConstraint(group(), HostAccess::topLevel(*constraint)) == Yxrt::eOk)
+        const auto lost =
+            std::find_if(geometries.begin(), geometries.end(), [&](const YxConstrainedGeometry* geometry) {
+                const auto [known, isNew] = lostOf.try_emplace(geometry, false);
+                if (isNew)
+                    known->second = isLost(*geometry, segments);
+                return known->second;
+            });
+        if (lost == geometries.end())
+            continue;
+        const Place at = placeBefore(*constraint, static_cast<std::size_t>(lost - geometries.begin()));
+        if (HostAccess::deleteConstraint(group(), HostAccess::topLevel(*constraint)) == Yxrt::eOk)
             ++dropped;
+        noteDeletions(Deletion::By::lostPlace, at);
     }
     return dropped;
 }
@@ -464,18 +517,25 @@ bool Drawing::hasPlaces(const Constraint& constraint) const {
     });
 }
 
+/// Where the host has a constraint, in the places of the document.
+void Drawing::takePlaces(Constraint& constraint, const YxGeomConstraint& host, Segments& segments) const {
+    const auto& geometries = HostAccess::geometries(host);
+    for (std::size_t i = 0; i < constraint.refs.size() && i < geometries.size(); ++i) {
+        const Place place = placeOf(*geometries[i], segments);
+        Place& known = constraint.refs[i];
+        if (place.entity != known.entity || hasPolyline(place) || (isEnd(place) && isEnd(known)))
+            known = place;
+    }
+}
+
 std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& known, Segments& segments) const {
     if (known.host == nullptr)  // switched off: the host does not know it
-        return !known.isDropped && hasPlaces(known.original) ? std::optional(known.original) : std::nullopt;
+        return !known.isGone && !known.isDropped && hasPlaces(known.original) ? std::optional(known.original)
+                                                                                : std::nullopt;
     if (HostAccess::isDeleted(*known.host))
         return std::nullopt;
     Constraint now = known.original;
-    const auto& geometries = HostAccess::geometries(*known.host);
-    for (std::size_t i = 0; i < now.refs.size() && i < geometries.size(); ++i) {
-        const Place place = placeOf(*geometries[i], segments);
-        if (place.entity != now.refs[i].entity || hasPolyline(place) || (isEnd(place) && isEnd(now.refs[i])))
-            now.refs[i] = place;
-    }
+    takePlaces(now, *known.host, segments);
     std::erase_if(now.members, [&](const std::string& member) { return !hasConstraint(member); });
     if (known.host->isKindOf(YxDimensionConstraint::desc()))
         now.value = static_cast<const YxDimensionConstraint*>(known.host)->value();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -14,9 +15,13 @@
 #include "document/DrawingExtent.h"
 #include "host/model/HostBuilder.h"
 #include "host/model/HostProcess.h"
+#include "hosting/Deletion.h"
 #include "hosting/Uses.h"
 
 namespace holdfast::hosting {
+
+/// As many constraints as it takes to reach all that hangs together.
+inline constexpr int kAllSteps = std::numeric_limits<int>::max();
 
 /// A drawing opened in a host process of its own: its entities live in the working database, its constraints in one
 /// constraint group. Several may be open at once. The process is current on the thread that opens it, and during each
@@ -29,8 +34,9 @@ class Drawing {
 public:
     /// The document has passed checkDocument.
     explicit Drawing(const Document& document);
-    /// The same for one whose entities and constraints are to have certain orders in the changes that are told.
-    explicit Drawing(const OrderedDocument& ordered);
+    /// The same for one whose entities and constraints have their orders from a drawing that was open before. Orders
+    /// that `next` counts beyond those are left free.
+    Drawing(const OrderedDocument& ordered, const NextOrders& next);
     ~Drawing();
     Drawing(const Drawing&) = delete;
     Drawing& operator=(const Drawing&) = delete;
@@ -43,6 +49,11 @@ public:
     DrawingChange change();
     /// From now on changes are those since this one, which change() has told just now. What throws leaves it untaken.
     void take(const DrawingChange& change);
+    NextOrders next() const;
+    /// The drawing is to be as a change leaves it, which leads from what was taken last, or has just been taken. What
+    /// the change names is opened anew, with the constraints on it; nothing else is looked at. Then `next` counts on.
+    /// When this throws the drawing is of no more use.
+    void put(const DrawingChange& change, const NextOrders& next);
     /// The surroundings of a change that was not taken yet.
     EditedPart editedPart(const DrawingChange& change) const;
     /// True when neither the host nor anybody else has changed anything since changes were taken last.
@@ -81,6 +92,9 @@ public:
     /// The shape of an entity as it is now; the name has to exist.
     Shape shape(std::string_view name) const;
     YxDbEntity& entity(std::string_view name) const;
+    /// The entities of which an end, a vertex, a control point or a centre may lie in a window, in drawing order, as
+    /// they were taken or written last. Cost: one look at each box of some hundred entities, and those that reach in.
+    std::vector<std::string> namesNear(const Box& window) const;
     bool isFixed(std::string_view name) const;
     bool isConstruction(std::string_view name) const;
 
@@ -100,7 +114,7 @@ public:
     void erase(std::string_view name);
 
     /// Adds a constraint of the document's form; it gets a fresh id when it has none, and may have that of one that was
-    /// deleted. Returns the id.
+    /// deleted. The members of a composite are there. Returns the id.
     std::string addConstraint(Constraint constraint);
     bool hasConstraint(std::string_view id) const;
     /// A constraint as it is now; nothing for an id that none has, or has no longer.
@@ -115,6 +129,14 @@ public:
     /// Deletes a constraint of the document, with the composite that owns it. Throws std::invalid_argument for an id
     /// that the drawing never had.
     void removeConstraint(std::string_view id);
+    /// What was deleted since changes were taken last, in that order; members of a composite behind it, those that came
+    /// back included. Asked between two steps of a command, it tells what each has deleted.
+    const std::vector<Deletion>& deletions();
+    /// A deleted constraint where it would stand now; nothing when one of its places is gone, or when it is there.
+    std::optional<Constraint> deletedConstraint(std::string_view id) const;
+    /// Puts a deleted constraint back where deletedConstraint sees it, under its id and in its order. False, and
+    /// nothing changes, where that sees none. A composite comes back without members.
+    bool restoreConstraint(std::string_view id);
     /// Gives a dimension another value; the id has to be that of one.
     void setMeasure(std::string_view id, double value);
     /// Has a dimension hold the drawing, or measure it only.
@@ -136,27 +158,39 @@ private:
         Entity original;                      // as read or last written: attributes, and the shape to the last digit
         std::unique_ptr<Shape> originalRead;  // what the host made of that shape, where it is another one
         YxDbObjectId id;
-        std::size_t number = 0;  // in m_numbered
-        std::size_t order = 0;
+        std::size_t number = 0;  // in m_numbered, and the order in changes
 
         void takeRead(Shape read);
         bool isRead(const Shape& now) const { return now == (originalRead ? *originalRead : original.shape); }
     };
     struct KnownConstraint {
         Constraint original;
-        YxGeomConstraint* host = nullptr;  // null for a switched-off constraint
-        std::size_t order = 0;
+        YxGeomConstraint* host = nullptr;   // null for a switched-off constraint
         std::unique_ptr<Constraint> taken;  // as the changes tell it, where that is not the original
-        bool isGone = false;                // for the changes
+        bool isGone = true;                 // for the changes; also true of a number that nothing has
         bool isDropped = false;             // a switched-off one that was deleted
     };
 
     /// std::invalid_argument with the name for one that nothing has.
     KnownEntity& known(std::string_view name);
+    /// Null for an object that is no entity of the drawing, and for null.
+    const KnownEntity* knownOf(const YxDbObject* object) const;
+    /// Null for a number that nothing has.
+    const Shape* knownShape(std::size_t number) const {
+        return m_numbered[number] == nullptr ? nullptr : &m_numbered[number]->original.shape;
+    }
     KnownConstraint& knownConstraint(std::string_view id);
     void open(const Document& document, const OrderedDocument* orders);
-    void addEntity(const Entity& entity, std::size_t order);
+    void addEntity(const Entity& entity, std::size_t number);
     bool isDeleted(const KnownConstraint& known) const;
+    void tieFixed(const KnownEntity& known);
+    void takeOut(const KnownEntity& known);
+    void drop(const KnownEntity& known);
+    void replace(const KnownEntity& known, std::unique_ptr<YxDbEntity> successor);
+    void addKnown(const Constraint& constraint, std::size_t number);
+    void ownMembers(const Constraint& constraint);
+    class Reopening;
+    void countOnFrom(const NextOrders& next);
     void noteEntity(const KnownEntity& known);
     void noteConstraint(std::size_t number);
     void collect();
@@ -165,6 +199,9 @@ private:
     void noteConstraintsOn(const YxDbEntity& entity);
     std::optional<Entity> currentEntity(std::size_t number) const;
     std::optional<Constraint> takenConstraint(std::size_t number) const;
+    std::optional<Constraint> constraintBefore(std::size_t number) const;
+    void noteDeletions(Deletion::By by, const Place& at = {});
+    Place placeBefore(const YxGeomConstraint& constraint, std::size_t geometry) const;
     std::vector<std::size_t> numbersOn(const KnownEntity& known) const;
     std::vector<YxGeomConstraint*> touchedInHost();
     void commit(const DrawingChange& change);
@@ -174,6 +211,7 @@ private:
     class Segments;
 
     std::optional<Constraint> currentConstraint(const KnownConstraint& known, Segments& segments) const;
+    void takePlaces(Constraint& constraint, const YxGeomConstraint& host, Segments& segments) const;
     Place placeOf(const YxConstrainedGeometry& geometry, Segments& segments) const;
     bool hasPlaces(const Constraint& constraint) const;
     bool isLost(const YxConstrainedGeometry& geometry, Segments& segments) const;
@@ -187,27 +225,24 @@ private:
     Document m_notes;  // name, source, licence, units, plane; no entities, no constraints
     std::unordered_map<std::string, KnownEntity> m_entities;
     std::unordered_map<std::string, int> m_nextNumbers;  // by base: below it, no number of a fresh name is free
-    std::size_t m_lastOrder = 0;
-    std::vector<KnownEntity*> m_numbered;  // as they were drawn; null for erased ones
-    std::unordered_map<const YxDbObject*, const KnownEntity*> m_names;
+    std::vector<KnownEntity*> m_numbered;        // as they were drawn; null for erased ones and those that never were
+    std::vector<const KnownEntity*> m_byHandle;  // null for what is no entity of the drawing
     std::vector<KnownConstraint> m_constraints;
+    std::size_t m_nextConstraintNumber = 1;  // ids of constraints stay taken
     std::unordered_map<std::string, std::size_t> m_constraintIndex;
     std::unordered_map<const YxGeomConstraint*, std::size_t> m_constraintNumbers;
-    std::unordered_map<std::string, std::vector<std::size_t>> m_switchedOff;  // by entity
+    std::unordered_map<std::string, std::set<std::size_t>> m_switchedOff;  // by entity
 
     // What has changed since somebody asked.
-    struct EntityBefore {
-        std::size_t order = 0;
-        std::optional<Entity> entity;
-    };
     HostChanges m_hostChanges;
-    std::map<std::size_t, EntityBefore> m_before;  // touched entities by number
+    std::map<std::size_t, std::optional<Entity>> m_before;  // touched entities by number
     std::map<std::size_t, std::optional<Constraint>> m_constraintsBefore;
     std::unordered_set<YxGeomConstraint*> m_touchedInHost;
+    std::vector<Deletion> m_deletions;
     bool m_isTouched = false;
     bool m_allUnsolved = true;
     std::set<std::size_t> m_unsolved;
-    DrawingExtent m_extent;
+    mutable DrawingExtent m_extent;
 };
 
 }  // namespace holdfast::hosting

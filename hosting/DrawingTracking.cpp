@@ -26,7 +26,7 @@ bool binds(const Constraint& constraint) {
 }  // namespace
 
 void Drawing::noteEntity(const KnownEntity& known) {
-    m_before.try_emplace(known.number, EntityBefore{known.order, known.original});
+    m_before.try_emplace(known.number, known.original);
     m_unsolved.insert(known.number);
     m_extent.touch(known.number);
     m_isTouched = true;
@@ -48,17 +48,16 @@ void Drawing::noteConstraintsOn(const YxDbEntity& entity) {
 }
 
 void Drawing::collectFrom(const YxDbObject& object) {
-    if (const auto found = m_names.find(&object); found != m_names.end()) {
-        noteEntity(*found->second);
+    if (const KnownEntity* known = knownOf(&object)) {
+        noteEntity(*known);
         noteConstraintsOn(static_cast<const YxDbEntity&>(object));
         return;
     }
     if (!object.isKindOf(YxDbAssocGeomDependency::desc()))
         return;
     const auto& dependency = static_cast<const YxDbAssocGeomDependency&>(object);
-    const auto on = m_names.find(HostAccess::peek(HostAccess::objectOf(dependency)));
-    if (on != m_names.end())
-        m_unsolved.insert(on->second->number);
+    if (const KnownEntity* on = knownOf(HostAccess::peek(HostAccess::objectOf(dependency))))
+        m_unsolved.insert(on->number);
     const YxConstrainedGeometry* geometry = HostAccess::geometryOn(group(), HostAccess::idOf(object));
     if (geometry == nullptr)
         return;
@@ -142,19 +141,18 @@ DrawingChange Drawing::change() {
     DrawingChange change;
     for (const auto& [number, before] : m_before) {
         const std::optional<Entity> now = currentEntity(number);
-        if (before.entity)
-            if (const auto off = m_switchedOff.find(before.entity->id); off != m_switchedOff.end())
+        if (before)
+            if (const auto off = m_switchedOff.find(before->id); off != m_switchedOff.end())
                 numbers.insert(off->second.begin(), off->second.end());
-        if (before.entity != now)
-            change.entities.push_back({before.order, before.entity, now});
+        if (before != now)
+            change.entities.push_back({number, before, now});
     }
     Segments segments;
     for (const std::size_t number : numbers) {
-        const auto noted = m_constraintsBefore.find(number);
-        std::optional<Constraint> before = noted == m_constraintsBefore.end() ? takenConstraint(number) : noted->second;
+        std::optional<Constraint> before = constraintBefore(number);
         std::optional<Constraint> now = currentConstraint(m_constraints[number], segments);
         if (before != now)
-            change.constraints.push_back({m_constraints[number].order, std::move(before), std::move(now)});
+            change.constraints.push_back({number, std::move(before), std::move(now)});
     }
     return change;
 }
@@ -167,12 +165,9 @@ void Drawing::commit(const DrawingChange& change) {
             shapes.emplace_back(&known(entity.after->id), entity.after->shape);
     std::vector<std::pair<KnownConstraint*, std::unique_ptr<Constraint>>> constraints;
     for (const ConstraintChange& each : change.constraints) {
-        const auto found = std::lower_bound(
-            m_constraints.begin(), m_constraints.end(), each.order,
-            [](const KnownConstraint& constraint, std::size_t order) { return constraint.order < order; });
-        constraints.emplace_back(&*found, each.after && *each.after != found->original
-                                              ? std::make_unique<Constraint>(*each.after)
-                                              : nullptr);
+        KnownConstraint& known = m_constraints[each.order];
+        const bool differs = each.after && *each.after != known.original;
+        constraints.emplace_back(&known, differs ? std::make_unique<Constraint>(*each.after) : nullptr);
     }
     for (auto& [entity, shape] : shapes)
         if (entity->original.shape != shape) {  // else what was written stands, with what the host made of it
@@ -190,6 +185,8 @@ void Drawing::take(const DrawingChange& change) {
     m_before.clear();
     m_constraintsBefore.clear();
     m_touchedInHost.clear();
+    m_deletions.clear();
+    m_hostChanges.deletions.clear();
     m_isTouched = false;
 }
 
@@ -207,14 +204,13 @@ EditedPart Drawing::editedPart(const DrawingChange& change) const {
             continue;
         for (const std::size_t number : numbersOn(found->second))
             if (const auto now = currentConstraint(m_constraints[number], segments))
-                constraints.try_emplace(m_constraints[number].order,
-                                        ConstraintChange{m_constraints[number].order, now, now});
+                constraints.try_emplace(number, ConstraintChange{number, now, now});
     }
     const auto takeEntities = [&](const std::optional<Constraint>& constraint) {
         for (const Place& place : constraint ? constraint->refs : std::vector<Place>())
             if (const auto found = m_entities.find(place.entity); found != m_entities.end()) {
                 const auto now = currentEntity(found->second.number);
-                entities.try_emplace(found->second.order, EntityChange{found->second.order, now, now});
+                entities.try_emplace(found->second.number, EntityChange{found->second.number, now, now});
             }
     };
     EditedPart part;
@@ -255,9 +251,7 @@ void Drawing::markSolved() {
 }
 
 double Drawing::extent() {
-    return m_extent.diagonal(m_numbered.size(), [this](std::size_t number) {
-        return m_numbered[number] == nullptr ? nullptr : &m_numbered[number]->original.shape;
-    });
+    return m_extent.diagonal(m_numbered.size(), [this](std::size_t number) { return knownShape(number); });
 }
 
 /// Walks from entity to entity over the constraints that bind them, nearest first.

@@ -1,6 +1,7 @@
 #include "inference/PointClusters.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <functional>
 #include <unordered_map>
@@ -50,6 +51,7 @@ std::size_t clusterNear(const Grid& grid, const Cell& home, Vec2 point, double t
 }  // namespace
 
 std::vector<std::size_t> clusteredPoints(std::span<const Vec2> points, double tolerance) {
+    assert(tolerance > 0.0);
     Grid grid;
     std::vector<std::size_t> clusters;
     std::size_t count = 0;

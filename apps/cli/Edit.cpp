@@ -7,12 +7,11 @@
 #include "apps/cli/Progress.h"
 #include "apps/cli/Terminal.h"
 #include "editing/text/EditText.h"
-#include "hosting/evaluator/SketchFromDocument.h"
+#include "hosting/DocumentSketch.h"
 #include "report/page/BeforeAfter.h"
 #include "report/page/FateTable.h"
 #include "report/page/HtmlReport.h"
 #include "report/page/ReportJson.h"
-#include "solver/src/diagnosis/Diagnose.h"
 
 namespace holdfast::cli {
 
@@ -46,10 +45,10 @@ void tell(const FateReport& report, bool json, bool verbose) {
 FateReport reportOf(const Session& session) {
     FateReport report = session.report();
     try {
-        const Diagnosis diagnosis = diagnose(sketchFrom(session.document()));
+        const DocumentDiagnosis diagnosis = DocumentSketch(session.document()).diagnose();
         report.solver = {
-            .degreesOfFreedom = diagnosis.freedom, .iterations = {}, .worstResidual = diagnosis.worstViolation};
-    } catch (const SketchError&) {
+            .degreesOfFreedom = diagnosis.freedom, .iterations = {}, .worstResidual = diagnosis.worstResidual};
+    } catch (const UnsolvableDocument&) {
         report.solver.reset();  // a drawing that the solver cannot read can still be cut
     }
     return report;

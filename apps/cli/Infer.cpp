@@ -4,55 +4,24 @@
 #include <iostream>
 #include <map>
 #include <numbers>
-#include <unordered_set>
 
 #include "apps/cli/Commands.h"
 #include "apps/cli/DrawingFiles.h"
-#include "apps/cli/ImpliedConstraints.h"
 #include "apps/cli/OutputFiles.h"
 #include "apps/cli/Progress.h"
 #include "apps/cli/Terminal.h"
 #include "document/Names.h"
-#include "document/Polylines.h"
 #include "document/text/DrawingError.h"
-#include "inference/Infer.h"
+#include "editing/InferredDrawing.h"
 #include "report/page/Wording.h"
 
 namespace holdfast::cli {
 
 namespace {
 
-/// A drawing with its new constraints, which stand behind those that it had.
-struct Inferred {
+struct Inferred : InferredDrawing {
     std::string name;
-    Document document;
-    std::size_t firstNew = 0;
-    double length = 0.0;  ///< the tolerance that was used
-    Thinning thinning;
 };
-
-/// Joined lines and arcs made polylines. A joint needs no constraint then, so the drawing is left with those it had.
-/// The tolerance that was used for it is that of all that follows.
-Document withPolylines(const Document& plain, InferOptions& options) {
-    InferOptions joints = options;
-    joints.kinds = {ConstraintType::coincident};
-    const std::size_t given = plain.constraints.size();
-    const Inference joined = inferConstraints(plain, joints);
-    options.length = joined.length;
-    std::unordered_set<std::string> added;
-    for (std::size_t i = given; i < joined.document.constraints.size(); ++i)
-        added.insert(joined.document.constraints[i].id);
-    Document chained = chainsToPolylines(joined.document, joined.length).document;
-    std::erase_if(chained.constraints, [&](const Constraint& constraint) { return added.contains(constraint.id); });
-    return chained;
-}
-
-Inferred inferred(const std::string& name, const Document& plain, const InferOptions& options) {
-    Inference inference = inferConstraints(plain, options);
-    Inferred found{name, std::move(inference.document), plain.constraints.size(), inference.length, {}};
-    found.thinning = thinOut(found.document, found.firstNew);
-    return found;
-}
 
 std::map<std::string_view, std::size_t> countsOf(const Inferred& found) {
     std::map<std::string_view, std::size_t> counts;
@@ -116,7 +85,7 @@ int infer(const InferCommandOptions& command) {
     const Progress progress("inferring constraints of " + name);
     if (command.polylines)
         plain = withPolylines(plain, options);
-    const Inferred found = inferred(name, plain, options);
+    const Inferred found{inferredDrawing(plain, options), name};
     if (!found.thinning.holds) {
         complain(!found.thinning.ownHold
                      ? plain.name +

@@ -38,9 +38,9 @@ std::string_view withoutQuotes(std::string_view name) {
 }
 
 std::vector<std::string_view> firstWords() {
-    std::vector<std::string_view> words{"open", "save", "undo"};
+    std::vector<std::string_view> words{"open", "save", "undo", "redo"};
     for (const EditVerb& verb : editVerbs())
-        if (verb.name != "undo")
+        if (verb.name != "undo" && verb.name != "redo")
             words.push_back(verb.name);
     return words;
 }

@@ -12,10 +12,8 @@
 #include "editing/Refusal.h"
 #include "editing/fates/SpokenFreedom.h"
 #include "formats/json/JsonWriter.h"
-#include "hosting/evaluator/SketchFromDocument.h"
+#include "hosting/DocumentSketch.h"
 #include "report/picture/Svg.h"
-#include "solver/src/diagnosis/Diagnose.h"
-#include "solver/src/sketch/Measure.h"
 
 namespace holdfast::cli {
 
@@ -38,13 +36,13 @@ Overview overviewOf(const Document& document) {
         ++overview.entities[std::string(typeName(entity.shape))];
     for (const Constraint& constraint : document.constraints)
         ++overview.constraints[std::string(typeName(constraint.type))];
-    const SketchData sketch = sketchFrom(document);
-    const std::vector<double> misses = violationsOf(sketch);
+    const DocumentSketch sketch(document);
+    const std::vector<double> misses = sketch.shortfalls();
     const double broken = kBroken * sketch.size();
     for (std::size_t i = 0; i < document.constraints.size(); ++i)
         if (misses[i] > broken)
             overview.broken.emplace_back(i, misses[i]);
-    overview.freedom = diagnose(sketch).freedom;
+    overview.freedom = sketch.diagnose().freedom;
     return overview;
 }
 

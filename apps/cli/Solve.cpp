@@ -9,48 +9,46 @@
 #include "apps/cli/Terminal.h"
 #include "editing/Refusal.h"
 #include "editing/fates/Fates.h"
-#include "hosting/evaluator/SketchFromDocument.h"
+#include "hosting/DocumentSketch.h"
 #include "report/page/HtmlReport.h"
-#include "solver/src/diagnosis/Diagnose.h"
-#include "solver/src/solving/Solve.h"
 
 namespace holdfast::cli {
 
 namespace {
 
-/// A sketch with its drawing, to tell its findings in the drawing's names.
+/// What a solve and a diagnosis have found, with the drawing, to tell it in the drawing's names.
 struct Findings {
     std::string name;
     const Document& document;
-    const SketchData& sketch;
-    Diagnosis diagnosis;
-    SolveResult result;
+    DocumentDiagnosis diagnosis;
+    DocumentSolution result;
 
-    const Constraint& constraint(int number) const { return document.constraints[static_cast<std::size_t>(number)]; }
-    const std::string& entity(int number) const { return document.entities[static_cast<std::size_t>(number)].id; }
+    const Constraint& constraint(std::size_t number) const { return document.constraints[number]; }
+    const std::string& entity(std::size_t number) const { return document.entities[number].id; }
 
-    std::vector<std::string> ids(const std::vector<int>& constraints) const {
+    std::vector<std::string> ids(const std::vector<std::size_t>& constraints) const {
         std::vector<std::string> found;
         found.reserve(constraints.size());
-        for (const int number : constraints)
+        for (const std::size_t number : constraints)
             found.push_back(constraint(number).id);
         return found;
     }
-    std::string words(const std::vector<int>& constraints) const {
+    std::string words(const std::vector<std::size_t>& constraints) const {
         std::string list;
-        for (const int number : constraints)
+        for (const std::size_t number : constraints)
             list += (list.empty() ? "" : ", ") + spokenConstraint(constraint(number));
         return list;
     }
 };
 
 /// The diagnosis names the conflicts, each once; the solve refused for the first of them.
-Findings findingsOf(const std::string& name, const Document& document, const SketchData& sketch, SolveResult result) {
-    Findings found{name, document, sketch, diagnose(sketch), std::move(result)};
+Findings findingsOf(const std::string& name, const Document& document, const DocumentSketch& sketch,
+                    DocumentSolution solution) {
+    Findings found{name, document, sketch.diagnose(), std::move(solution)};
     if (!found.result.isSolved() && !found.diagnosis.conflicts.empty()) {
         found.result.conflicting = found.diagnosis.conflicts.front();
-        if (found.result.status == SolveStatus::unreached)
-            found.result.status = SolveStatus::conflicting;
+        if (found.result.ending == Ending::unreached)
+            found.result.ending = Ending::conflicting;
     }
     return found;
 }
@@ -61,7 +59,7 @@ void tellFreedom(const Findings& found) {
 
 void tellParts(const Findings& found) {
     std::size_t fixedParts = 0;
-    for (const SketchPart& part : found.diagnosis.parts) {
+    for (const DocumentDiagnosis::Part& part : found.diagnosis.parts) {
         if (part.freedom == 0)
             ++fixedParts;
         else
@@ -73,87 +71,84 @@ void tellParts(const Findings& found) {
 }
 
 void tellRedundant(const Findings& found) {
-    for (const Redundancy& redundancy : found.diagnosis.redundant)
+    for (const DocumentDiagnosis::Redundancy& redundancy : found.diagnosis.redundant)
         std::cout << "redundant, harmless: " << spokenConstraint(found.constraint(redundancy.constraint))
                   << (redundancy.isWhole ? "" : ", in part") << '\n';
-    for (const std::vector<int>& conflict : found.diagnosis.conflicts)
+    for (const std::vector<std::size_t>& conflict : found.diagnosis.conflicts)
         std::cout << "cannot hold together: " << found.words(conflict) << '\n';
 }
 
 void tellReached(const Findings& found) {
-    const SolveResult& result = found.result;
-    if (!result.reached || result.reached->part <= 0.0)
+    if (found.result.followed <= 0.0)
         return;
-    for (std::size_t i = 0; i < result.reached->dimensions.size(); ++i) {
-        const ValueGoal& last = result.reached->dimensions[i];
-        std::cout << "  " << found.constraint(last.constraint).id << " could be led from "
-                  << shortNumber(result.reached->from[i]) << " to " << shortNumber(last.goal) << '\n';
-    }
+    for (const LedDimension& led : found.result.led)
+        std::cout << "  " << led.id << " could be led from " << shortNumber(led.from) << " to " << shortNumber(led.to)
+                  << '\n';
 }
 
 void tellResult(const Findings& found) {
-    const SolveResult& result = found.result;
+    const DocumentSolution& result = found.result;
     if (!result.isSolved()) {
         std::cout << "not solved, nothing was changed";
         if (!result.conflicting.empty())
             std::cout << ": " << found.words(result.conflicting) << " cannot hold together";
-        else if (result.degeneracy)
-            std::cout << ": " << result.degeneracy->what;
+        else if (!result.complaint.empty())
+            std::cout << ": " << result.complaint;
         std::cout << '\n';
         tellReached(found);
         return;
     }
-    std::cout << (result.status == SolveStatus::unchanged
+    std::cout << (result.ending == Ending::unchanged
                       ? "everything holds as it is"
                       : "solved in " + std::to_string(result.iterations) + " iterations");
-    if (result.worstConstraint >= 0 && result.residual > 0.0)
-        std::cout << "; worst is " << spokenConstraint(found.constraint(result.worstConstraint)) << ", off by "
+    if (result.worst && result.residual > 0.0)
+        std::cout << "; worst is " << spokenConstraint(found.constraint(*result.worst)) << ", off by "
                   << shortNumber(result.residual);
     std::cout << '\n';
-    for (const Movement& movement : result.movements)
-        std::cout << "  " << found.entity(movement.entity) << " moved by " << shortNumber(movement.distance) << '\n';
+    for (const auto& [entity, distance] : result.movements)
+        std::cout << "  " << found.entity(entity) << " moved by " << shortNumber(distance) << '\n';
 }
 
-const char* statusWord(SolveStatus status) {
-    switch (status) {
-        case SolveStatus::unchanged:
+const char* endingWord(Ending ending) {
+    switch (ending) {
+        case Ending::unchanged:
             return "unchanged";
-        case SolveStatus::solved:
+        case Ending::solved:
             return "solved";
-        case SolveStatus::conflicting:
+        case Ending::conflicting:
             return "conflicting";
-        case SolveStatus::degenerate:
+        case Ending::degenerate:
             return "degenerate";
-        case SolveStatus::unreached:
+        default:
             return "unreached";
     }
-    return "";
 }
 
 nlohmann::ordered_json jsonOf(const Findings& found) {
     nlohmann::ordered_json json;
     json["drawing"] = found.name;
-    json["status"] = statusWord(found.result.status);
+    json["status"] = endingWord(found.result.ending);
     json["degrees_of_freedom"] = found.diagnosis.freedom;
     json["iterations"] = found.result.iterations;
     json["worst_residual"] = found.result.residual;
     json["movements"] = nlohmann::ordered_json::array();
-    for (const Movement& movement : found.result.movements)
-        json["movements"].push_back({{"entity", found.entity(movement.entity)}, {"distance", movement.distance}});
+    for (const auto& [entity, distance] : found.result.movements)
+        json["movements"].push_back({{"entity", found.entity(entity)}, {"distance", distance}});
     json["redundant"] = json["redundant_in_part"] = nlohmann::ordered_json::array();
-    for (const Redundancy& redundancy : found.diagnosis.redundant)
+    for (const DocumentDiagnosis::Redundancy& redundancy : found.diagnosis.redundant)
         json[redundancy.isWhole ? "redundant" : "redundant_in_part"].push_back(
             found.constraint(redundancy.constraint).id);
     json["conflicts"] = nlohmann::ordered_json::array();
-    for (const std::vector<int>& conflict : found.diagnosis.conflicts)
+    for (const std::vector<std::size_t>& conflict : found.diagnosis.conflicts)
         json["conflicts"].push_back(found.ids(conflict));
     return json;
 }
 
-void writeResults(const SolveOptions& options, const Findings& found, const SketchData& sketch, OutputFiles& outputs) {
+void writeResults(const SolveOptions& options, const Findings& found, const DocumentSketch& sketch,
+                  OutputFiles& outputs) {
     Document after = found.document;
-    if (found.result.status == SolveStatus::solved)
-        applySketch(sketch, after);
+    if (found.result.ending == Ending::solved)
+        sketch.writeTo(after);
     outputs.addDrawing(options.output, after);
     if (!options.report.empty()) {
         Fates fates = fatesBetween(found.document, after, {}, 0);
@@ -171,9 +166,9 @@ int solveDrawing(const SolveOptions& options) {
     const Document before = readAnyDrawing(options.drawing);
     const std::string name = spokenName(before, options.drawing);
     const Progress progress("solving " + name);
-    SketchData sketch = sketchFrom(before);
-    SolveResult result = solve(sketch, {.keepsShapes = true, .namesConflicts = false});
-    const Findings found = findingsOf(name, before, sketch, std::move(result));
+    DocumentSketch sketch(before);
+    DocumentSolution solution = sketch.solve({.keepsShapes = true, .namesConflicts = false});
+    const Findings found = findingsOf(name, before, sketch, std::move(solution));
     if (found.result.isSolved())
         writeResults(options, found, sketch, outputs);
     if (options.json) {

@@ -5,7 +5,6 @@ namespace holdfast::geometry {}
 namespace holdfast::document {}
 namespace holdfast::formats {}
 namespace holdfast::inference {}
-namespace holdfast::solver::detail {}
 namespace holdfast::hosting {}
 namespace holdfast::editing {}
 namespace holdfast::report {}
@@ -15,7 +14,6 @@ using namespace geometry;
 using namespace document;
 using namespace formats;
 using namespace inference;
-using namespace solver::detail;
 using namespace hosting;
 using namespace editing;
 using namespace report;

@@ -1,8 +1,11 @@
 #include "document/checks/DocumentCheck.h"
 
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -19,10 +22,38 @@ namespace {
 
 using Positions = std::unordered_map<std::string_view, std::size_t>;
 
+/// Finds the first of the items with one id. One flat table without a list behind each slot: a large drawing asks for
+/// every id once, and each look elsewhere costs more than the comparison.
+class FirstWithId {
+public:
+    explicit FirstWithId(std::size_t count) : m_slots(std::bit_ceil(2 * count + 1)) {}
+
+    /// The item itself, unless one before it had its id.
+    template <class IdOf>
+    std::size_t take(std::size_t item, const IdOf& idOf) {
+        const std::size_t hash = std::hash<std::string_view>()(idOf(item));
+        const auto mark = static_cast<std::uint32_t>(hash >> 32U);
+        for (std::size_t at = hash;; ++at) {
+            Slot& slot = m_slots[at & (m_slots.size() - 1)];
+            if (slot.number == 0) {
+                slot = {mark, static_cast<std::uint32_t>(item + 1)};
+                return item;
+            }
+            if (slot.mark == mark && idOf(slot.number - 1) == idOf(item))
+                return slot.number - 1;
+        }
+    }
+
+private:
+    struct Slot {
+        std::uint32_t mark = 0, number = 0;  // of the id, and of the item from 1; 0: free
+    };
+    std::vector<Slot> m_slots;
+};
+
 class Checker {
 public:
-    Checker(const Document& document, const std::string& fileName)
-        : m_document(document), m_fileName(fileName), m_entities(document) {}
+    Checker(const Document& document, const std::string& fileName) : m_document(document), m_fileName(fileName) {}
 
     void check() {
         checkUnit();
@@ -73,21 +104,20 @@ private:
     }
 
     template <class Item>
-    Positions checkIds(const std::vector<Item>& items, const std::string& list) const {
-        Positions positions;
-        positions.reserve(items.size());
+    void checkIds(const std::vector<Item>& items, const std::string& list) const {
+        const auto idOf = [&](std::size_t i) { return std::string_view(items[i].id); };
+        FirstWithId firsts(items.size());
         for (std::size_t i = 0; i < items.size(); ++i) {
-            const std::string where = list + std::to_string(i) + "/id";
+            const auto where = [&] { return list + std::to_string(i) + "/id"; };
             if (items[i].id.empty())
-                fail(where, {"", "an empty id", "an id of at least one letter"});
-            const auto [first, fresh] = positions.emplace(items[i].id, i);
-            if (!fresh)
-                fail(where, {"",
-                             "the id " + inQuotes(items[i].id) + ", which " + list + std::to_string(first->second) +
-                                 " has already",
-                             "an id of its own"});
+                fail(where(), {"", "an empty id", "an id of at least one letter"});
+            const std::size_t first = firsts.take(i, idOf);
+            if (first != i)
+                fail(
+                    where(),
+                    {"", "the id " + inQuotes(items[i].id) + ", which " + list + std::to_string(first) + " has already",
+                     "an id of its own"});
         }
-        return positions;
     }
 
     void checkEntities() const {
@@ -98,10 +128,13 @@ private:
         }
     }
 
-    void checkConstraints() {
-        m_constraints = checkIds(m_document.constraints, "/constraints/");
+    void checkConstraints() const {
+        checkIds(m_document.constraints, "/constraints/");
+        if (m_document.constraints.empty())
+            return;
+        const EntityIndex entities(m_document);
         for (std::size_t i = 0; i < m_document.constraints.size(); ++i) {
-            if (std::optional<Fault> fault = faultIn(m_document.constraints[i], m_entities))
+            if (std::optional<Fault> fault = faultIn(m_document.constraints[i], entities))
                 fail("/constraints/" + std::to_string(i), std::move(*fault));
         }
     }
@@ -110,6 +143,8 @@ private:
         m_owner.assign(m_document.constraints.size(), kNobody);
         for (std::size_t i = 0; i < m_document.constraints.size(); ++i) {
             const Constraint& constraint = m_document.constraints[i];
+            if (constraint.members.empty() && constraint.type != ConstraintType::composite)
+                continue;
             const std::string where = "/constraints/" + std::to_string(i);
             if (!ownsMembers(constraint.type) && !constraint.members.empty())
                 fail(where + "/members",
@@ -124,6 +159,9 @@ private:
     }
 
     void checkMember(std::size_t owner, const std::string& id, const std::string& where) {
+        if (m_constraints.empty())
+            for (std::size_t i = 0; i < m_document.constraints.size(); ++i)
+                m_constraints.emplace(m_document.constraints[i].id, i);
         const auto member = m_constraints.find(id);
         if (member == m_constraints.end())
             fail(where, {"", "the id " + inQuotes(id) + ", which no constraint has",
@@ -168,8 +206,7 @@ private:
 
     const Document& m_document;
     const std::string& m_fileName;
-    EntityIndex m_entities;
-    Positions m_constraints;           // by id
+    Positions m_constraints;           // by id, once a constraint owns others
     std::vector<std::size_t> m_owner;  // of each constraint: the position of the one that owns it
 };
 

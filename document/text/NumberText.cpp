@@ -2,7 +2,7 @@
 
 #include <array>
 #include <charconv>
-#include <cstdlib>
+#include <cstddef>
 #include <string_view>
 
 namespace holdfast::document {
@@ -10,8 +10,11 @@ namespace {
 
 /// A positive number as its shortest decimal digits d0 d1 d2... and the power of ten of d0.
 struct Decimal {
-    std::string digits;
+    std::array<char, 24> kept{};  // as many as a double needs, and more
+    std::size_t count = 0;
     int exponent = 0;
+
+    std::string_view digits() const { return {kept.data(), count}; }
 };
 
 Decimal decimalOf(std::string_view scientific) {
@@ -19,23 +22,24 @@ Decimal decimalOf(std::string_view scientific) {
     Decimal decimal;
     for (const char c : scientific.substr(0, mark)) {
         if (c != '.')
-            decimal.digits += c;
+            decimal.kept[decimal.count++] = c;
     }
-    decimal.exponent = std::atoi(std::string(scientific.substr(mark + 1)).c_str());
+    const std::string_view exponent = scientific.substr(mark + (scientific[mark + 1] == '+' ? 2 : 1));
+    std::from_chars(exponent.data(), exponent.data() + exponent.size(), decimal.exponent);
     return decimal;
 }
 
 void appendFixed(std::string& out, const Decimal& decimal) {
     if (decimal.exponent < 0) {
-        out.append("0.").append(static_cast<std::size_t>(-decimal.exponent - 1), '0').append(decimal.digits);
+        out.append("0.").append(static_cast<std::size_t>(-decimal.exponent - 1), '0').append(decimal.digits());
         return;
     }
     const std::size_t whole = static_cast<std::size_t>(decimal.exponent) + 1;
-    if (decimal.digits.size() <= whole) {
-        out.append(decimal.digits).append(whole - decimal.digits.size(), '0').append(".0");
+    if (decimal.count <= whole) {
+        out.append(decimal.digits()).append(whole - decimal.count, '0').append(".0");
         return;
     }
-    out.append(decimal.digits, 0, whole).append(".").append(decimal.digits, whole);
+    out.append(decimal.digits().substr(0, whole)).append(".").append(decimal.digits().substr(whole));
 }
 
 }  // namespace

@@ -46,6 +46,10 @@ bool sequenceFits(std::string_view text, std::size_t at, std::size_t length) {
 bool isUtf8(std::string_view text) {
     std::size_t i = 0;
     while (i < text.size()) {
+        if (byteAt(text, i) < 0x80U) {
+            ++i;
+            continue;
+        }
         const std::size_t length = sequenceLength(byteAt(text, i));
         if (!sequenceFits(text, i, length))
             return false;

@@ -43,12 +43,14 @@ std::array<std::size_t, Size> counted(const std::vector<Outcome>& outcomes) {
 }  // namespace
 
 std::string_view fateName(ConstraintFate fate) {
-    static constexpr std::array<std::string_view, 5> names{"deleted", "changed", "re-pointed", "added", "kept"};
+    static constexpr std::array<std::string_view, kConstraintFates.size()> names{"deleted", "changed",  "re-pointed",
+                                                                                 "added",   "restored", "kept"};
     return names[static_cast<std::size_t>(fate)];
 }
 
 std::string_view fateName(EntityFate fate) {
-    static constexpr std::array<std::string_view, 5> names{"erased", "edited", "created", "followed", "untouched"};
+    static constexpr std::array<std::string_view, kEntityFates.size()> names{"erased",   "edited",   "created",
+                                                                             "restored", "followed", "untouched"};
     return names[static_cast<std::size_t>(fate)];
 }
 

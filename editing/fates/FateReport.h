@@ -12,11 +12,12 @@
 
 namespace holdfast::editing {
 
-/// What an edit did to a constraint, in the order in which a user cares.
-enum class ConstraintFate { deleted, changed, rePointed, added, kept };
+/// What an edit did to a constraint, in the order in which a user cares. Changed: a dimension says something else.
+/// Restored: an undo has brought it back.
+enum class ConstraintFate { deleted, changed, rePointed, added, restored, kept };
 
-/// What an edit did to an entity, in the order in which a user cares.
-enum class EntityFate { erased, edited, created, followed, untouched };
+/// What an edit did to an entity, in the order in which a user cares. Restored: an undo has brought it back.
+enum class EntityFate { erased, edited, created, restored, followed, untouched };
 
 /// One place of a constraint that went from one entity (or segment, or end) to another.
 struct PlaceMove {
@@ -89,14 +90,15 @@ struct FateReport {
     std::optional<SolverFigures> solver;
 };
 
-inline constexpr std::array kConstraintFates{ConstraintFate::deleted, ConstraintFate::changed,
-                                             ConstraintFate::rePointed, ConstraintFate::added, ConstraintFate::kept};
-inline constexpr std::array kEntityFates{EntityFate::erased, EntityFate::edited, EntityFate::created,
-                                         EntityFate::followed, EntityFate::untouched};
+inline constexpr std::array kConstraintFates{ConstraintFate::deleted,   ConstraintFate::changed,
+                                             ConstraintFate::rePointed, ConstraintFate::added,
+                                             ConstraintFate::restored,  ConstraintFate::kept};
+inline constexpr std::array kEntityFates{EntityFate::erased,   EntityFate::edited,   EntityFate::created,
+                                         EntityFate::restored, EntityFate::followed, EntityFate::untouched};
 
-/// "deleted", "changed", "re-pointed", "added", "kept".
+/// "deleted", "changed", "re-pointed", "added", "restored", "kept".
 std::string_view fateName(ConstraintFate fate);
-/// "erased", "edited", "created", "followed", "untouched".
+/// "erased", "edited", "created", "restored", "followed", "untouched".
 std::string_view fateName(EntityFate fate);
 
 /// "length", "radius", "major_radius", "minor_radius", "sweep", "height".

@@ -17,6 +17,8 @@ namespace holdfast::editing {
 
 namespace {
 
+constexpr const char* kAsItWas = "the drawing is as it was without it";
+
 /// The points that define a shape, and its sizes as points on an axis of their own.
 std::vector<Vec2> definingPoints(const Shape& shape) {
     struct Visitor {
@@ -81,10 +83,10 @@ std::unordered_map<std::string_view, const Constraint*> constraintsById(const Do
     return found;
 }
 
-/// Of deletions that nobody has told the reason of, the two drawings tell it.
+/// Without reasons, for a drawing that is as it was at another time.
 std::vector<ConstraintOutcome> constraintFates(const Document& before, const Document& after, std::size_t edit,
-                                               DeletionReasons& reasons) {
-    const EntityIndex entitiesBefore(before), entitiesAfter(after);
+                                               const DeletionReasons* reasons) {
+    const EntityIndex entitiesAfter(after);
     const auto was = constraintsById(before), is = constraintsById(after);
     std::vector<ConstraintOutcome> outcomes;
     for (const Constraint& constraint : before.constraints) {
@@ -92,7 +94,7 @@ std::vector<ConstraintOutcome> constraintFates(const Document& before, const Doc
         if (now == is.end()) {
             outcomes.push_back({constraint.id,
                                 ConstraintFate::deleted,
-                                reasons.reasonOf(constraint, entitiesBefore, entitiesAfter),
+                                reasons == nullptr ? kAsItWas : reasons->reasonOf(constraint.id),
                                 {},
                                 edit});
         } else if (std::vector<PlaceMove> moves = movesBetween(constraint, *now->second); !moves.empty()) {
@@ -147,14 +149,26 @@ double movement(const Shape& before, const Shape& after) {
 }
 
 Fates fatesBetween(const Document& before, const Document& after, const std::vector<std::string>& edited,
-                   std::size_t edit, DeletionReasons& reasons) {
-    return {constraintFates(before, after, edit, reasons), entityFates(before, after, edited)};
+                   std::size_t edit, const DeletionReasons& reasons) {
+    return {constraintFates(before, after, edit, &reasons), entityFates(before, after, edited)};
 }
 
 Fates fatesBetween(const Document& before, const Document& after, const std::vector<std::string>& edited,
                    std::size_t edit) {
-    DeletionReasons reasons;
-    return fatesBetween(before, after, edited, edit, reasons);
+    return {constraintFates(before, after, edit, nullptr), entityFates(before, after, edited)};
+}
+
+Fates fatesOfUndo(const Document& before, const Document& after, std::size_t edit) {
+    Fates fates = fatesBetween(before, after, {}, edit);
+    for (ConstraintOutcome& outcome : fates.constraints)
+        if (outcome.fate == ConstraintFate::added) {
+            outcome.fate = ConstraintFate::restored;
+            outcome.reason = "the undo brought it back";
+        }
+    for (EntityOutcome& outcome : fates.entities)
+        if (outcome.fate == EntityFate::created)
+            outcome.fate = EntityFate::restored;
+    return fates;
 }
 
 FateReport runReport(const Document& before, const Document& after, const std::vector<EditOutcome>& edits,
@@ -171,8 +185,7 @@ FateReport runReport(const Document& before, const Document& after, const std::v
                 edited.push_back(outcome.entity);
     }
     // What counts is the whole run; the single edits know the better reasons and which of them it was.
-    DeletionReasons reasons;
-    report.constraints = constraintFates(before, after, 0, reasons);
+    report.constraints = constraintFates(before, after, 0, nullptr);
     for (ConstraintOutcome& outcome : report.constraints) {
         const auto known = last.find(outcome.constraint);
         if (known == last.end())

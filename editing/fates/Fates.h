@@ -12,19 +12,23 @@ namespace holdfast::editing {
 
 /// What one edit did, told by the drawing before and after it.
 struct Fates {
-    std::vector<ConstraintOutcome> constraints;  ///< deleted, changed, re-pointed and added ones, in drawing order
+    std::vector<ConstraintOutcome> constraints;  ///< all but the kept ones, in drawing order
     std::vector<EntityOutcome> entities;         ///< all but the untouched ones, in drawing order
 };
 
 /// Compares two states of a drawing. `edited` names the entities that the user edited: when they differ they count as
-/// edited, others that differ followed. Cost: linear in both drawings.
+/// edited, others that differ followed. What is deleted has the reason that the drawing is as it was without it. Cost:
+/// linear in both drawings.
 Fates fatesBetween(const Document& before, const Document& after, const std::vector<std::string>& edited,
                    std::size_t edit);
 
-/// The same with what the edit's commands have told about the constraints that they deleted.
+/// The same with the reasons of those who deleted constraints.
 class DeletionReasons;
 Fates fatesBetween(const Document& before, const Document& after, const std::vector<std::string>& edited,
-                   std::size_t edit, DeletionReasons& reasons);
+                   std::size_t edit, const DeletionReasons& reasons);
+
+/// The same of an undo: what is there again is told as restored.
+Fates fatesOfUndo(const Document& before, const Document& after, std::size_t edit);
 
 /// The longest way that one of a shape's defining points went, in drawing units; radii count as their change.
 /// Shapes of another kind, or of another number of points: the distance of their start points.

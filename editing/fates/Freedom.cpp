@@ -1,14 +1,13 @@
 #include "editing/fates/Freedom.h"
 
-#include "hosting/evaluator/SketchFromDocument.h"
-#include "solver/src/diagnosis/Diagnose.h"
+#include "hosting/DocumentSketch.h"
 
 namespace holdfast::editing {
 
 std::optional<int> degreesOfFreedom(const Document& document) {
     try {
-        return diagnose(sketchFrom(document)).freedom;
-    } catch (const SketchError&) {
+        return DocumentSketch(document).diagnose().freedom;
+    } catch (const UnsolvableDocument&) {
         return std::nullopt;
     }
 }

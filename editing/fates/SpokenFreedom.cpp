@@ -6,7 +6,6 @@
 
 #include "document/Places.h"
 #include "editing/EditContext.h"
-#include "hosting/evaluator/SketchFromDocument.h"
 
 namespace holdfast::editing {
 
@@ -134,7 +133,7 @@ std::vector<std::vector<std::size_t>> tiedEntities(const Document& document) {
 }  // namespace
 
 std::vector<EntityFreedom> spokenFreedom(const Document& document) {
-    std::vector<EntityMotions> motions = freeMotionsOf(sketchFrom(document));
+    std::vector<EntityMotions> motions = DocumentSketch(document).freeMotions();
     const std::vector<std::vector<std::size_t>> tied = tiedEntities(document);
     std::vector<EntityFreedom> freedom;
     for (std::size_t i = 0; i < motions.size(); ++i) {

@@ -5,7 +5,7 @@
 
 #include "document/Document.h"
 #include "editing/Uses.h"
-#include "solver/src/diagnosis/FreeMotions.h"
+#include "hosting/DocumentSketch.h"
 
 namespace holdfast::editing {
 
@@ -16,8 +16,8 @@ struct EntityFreedom {
     std::string words;
 };
 
-/// In the order of the entities. Throws SketchError for a drawing that the solver cannot read. Cost: see
-/// freeMotionsOf; the words look at every constraint and at the curves that it ties to the entity.
+/// In the order of the entities. Throws UnsolvableDocument for a drawing that the solver cannot read. Cost: see
+/// DocumentSketch::freeMotions; the words look at every constraint and at the curves that it ties to the entity.
 std::vector<EntityFreedom> spokenFreedom(const Document& document);
 
 }  // namespace holdfast::editing

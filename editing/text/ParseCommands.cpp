@@ -247,4 +247,8 @@ Edit parseUndo(EditText&) {
     return Undo{};
 }
 
+Edit parseRedo(EditText&) {
+    return Redo{};
+}
+
 }  // namespace holdfast::editing

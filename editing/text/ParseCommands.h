@@ -26,5 +26,6 @@ Edit parseDelete(EditText& text);
 Edit parseDraw(EditText& text);
 Edit parseErase(EditText& text);
 Edit parseUndo(EditText& text);
+Edit parseRedo(EditText& text);
 
 }  // namespace holdfast::editing

@@ -196,6 +196,7 @@ struct Writer {
         return "draw " + std::visit(FigureWriter(), e.figure) + (e.construction ? " construction" : "") + named(e.as);
     }
     std::string operator()(const Undo&) const { return "undo"; }
+    std::string operator()(const Redo&) const { return "redo"; }
 
     static std::string named(const Name& name) { return name.value.empty() ? "" : " as " + textOf(name); }
     static std::string radius(const Sourced<double>& value) { return " radius " + textOf(value.value); }

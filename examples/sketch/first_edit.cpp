@@ -1,11 +1,12 @@
-// A rib between two edges is trimmed at the upper one, and the edit is taken back. Prints:
+// A rib between two edges is trimmed at the upper one, and the edit is taken back and done again. Prints:
 //
 //     trim rib at 40,50 by top: done
-//       height deleted: rib is no longer as long
+//       height deleted: it measures 40 now, not 55
 //       rib edited
 //         length 55 -> 40
 //     the rib ends at (40, 40)
 //     the rib ends at (40, 55)
+//     the rib ends at (40, 40)
 //     not possible: the drawing has no entity ribs; did you mean "rib"?
 #include <holdfast/sketch/Sketch.h>
 
@@ -42,7 +43,9 @@ int main() {
     Session session(drawing);
     tell(session.apply(Trim{.entity = "rib", .at = {40, 50}, .by = {"top"}}));
     tellEnd(session);
-    session.apply(Undo{});
+    session.undo();
+    tellEnd(session);
+    session.redo();
     tellEnd(session);
     if (const auto refusal = session.check(Trim{.entity = "ribs", .at = {40, 50}, .by = {"top"}}))
         std::printf("not possible: %s%s\n", refusal->message.c_str(), refusal->hint.c_str());

@@ -1,6 +1,9 @@
 #include "formats/json/JsonEntities.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
+#include <span>
 #include <utility>
 
 #include "document/Names.h"
@@ -131,6 +134,9 @@ constexpr std::array<Form, 12> kForms = {{{"line", kLine, readLine},
                                           {"text", kText, readText},
                                           {"mtext", kText, readMtext}}};
 
+static_assert(std::all_of(kForms.begin(), kForms.end(),
+                          [](const Form& form) { return form.fields.size() <= std::size(kSpline); }));
+
 const Form& formOf(const JsonView& view) {
     const JsonView typeView = view.at("type");
     const std::string type = typeView.text();
@@ -142,10 +148,13 @@ const Form& formOf(const JsonView& view) {
 }
 
 void refuseUnknownFields(const JsonView& view, Fields fields) {
-    std::vector<std::string_view> allowed{"id", "type"};
-    allowed.insert(allowed.end(), fields.begin(), fields.end());
-    allowed.insert(allowed.end(), {"construction", "fixed"});
-    view.allowOnly(allowed);
+    constexpr std::string_view before[] = {"id", "type"}, behind[] = {"construction", "fixed"};
+    constexpr std::size_t most = std::size(kSpline);
+    std::array<std::string_view, std::size(before) + most + std::size(behind)> allowed;
+    auto end = std::copy(std::begin(before), std::end(before), allowed.begin());
+    end = std::copy(fields.begin(), fields.end(), end);
+    end = std::copy(std::begin(behind), std::end(behind), end);
+    view.allowOnly(std::span(allowed.begin(), end));
 }
 
 bool flagOr(const JsonView& view, std::string_view key, bool otherwise) {

@@ -101,6 +101,7 @@ public:
         if (m_takeListed && m_open.size() == 2 && m_open.back()->kind == JsonNode::Kind::list &&
             m_root.kind == JsonNode::Kind::object) {
             m_takeListed(m_root.keys.back(), m_open.back()->items.back());
+            recycle(m_open.back()->items.back());
             m_open.back()->items.pop_back();
         }
         return true;
@@ -135,11 +136,40 @@ private:
         m_open.push_back(add(kind));
         if (kind == JsonNode::Kind::list)
             m_open.back()->line = m_line;
+        reuse(m_open.back()->items, m_spareItems);
+        if (kind == JsonNode::Kind::object)
+            reuse(m_open.back()->keys, m_spareKeys);
         return true;
     }
 
+    template <class List>
+    static void reuse(List& list, std::vector<List>& spare) {
+        if (spare.empty())
+            return;
+        list = std::move(spare.back());
+        spare.pop_back();
+    }
+
+    template <class List>
+    static void keepSpare(List& list, std::vector<List>& spare) {
+        constexpr std::size_t enough = 64,
+                              ample = 32;  // for the objects of a drawing; long lists give their memory back
+        list.clear();
+        if (list.capacity() > 0 && list.capacity() <= ample && spare.size() < enough)
+            spare.push_back(std::move(list));
+    }
+
+    /// The lists of a node that has been handed over serve the next one.
+    void recycle(JsonNode& node) {
+        for (JsonNode& item : node.items)
+            recycle(item);
+        keepSpare(node.items, m_spareItems);
+        keepSpare(node.keys, m_spareKeys);
+    }
+
     void refuseTwins(const JsonNode& object) {
-        std::vector<std::string_view> names(object.keys.begin(), object.keys.end());
+        std::vector<std::string_view>& names = m_names;
+        names.assign(object.keys.begin(), object.keys.end());
         std::sort(names.begin(), names.end());
         const auto twin = std::adjacent_find(names.begin(), names.end());
         if (twin == names.end())
@@ -190,6 +220,9 @@ private:
     int m_keyLine = 1;
     JsonNode m_root;
     std::vector<JsonNode*> m_open;
+    std::vector<std::vector<JsonNode>> m_spareItems;
+    std::vector<std::vector<std::string>> m_spareKeys;
+    std::vector<std::string_view> m_names;  // of the object that has just ended
 };
 
 std::string escaped(std::string_view key) {

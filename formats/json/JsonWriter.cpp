@@ -1,5 +1,6 @@
 #include "formats/json/JsonWriter.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <ostream>
@@ -15,6 +16,12 @@
 
 namespace holdfast::formats {
 namespace {
+
+/// Stands for itself between quotes.
+bool isPlain(char c) {
+    const auto code = static_cast<unsigned char>(c);
+    return code >= 0x20 && code != 0x7f && c != '"' && c != '\\';
+}
 
 void appendEscaped(std::string& out, char c) {
     constexpr std::string_view hex = "0123456789abcdef";
@@ -38,17 +45,20 @@ void appendEscaped(std::string& out, char c) {
             break;
     }
     const auto code = static_cast<unsigned char>(c);
-    if (code >= 0x20 && code != 0x7f) {
-        out += c;
-        return;
-    }
     out.append("\\u00").append(1, hex[code >> 4U]).append(1, hex[code & 15U]);
 }
 
 void append(std::string& out, std::string_view text) {
     out += '"';
-    for (const char c : text)
-        appendEscaped(out, c);
+    while (!text.empty()) {
+        const auto plain = static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isPlain) - text.begin());
+        out.append(text.substr(0, plain));
+        text.remove_prefix(plain);
+        if (!text.empty()) {
+            appendEscaped(out, text.front());
+            text.remove_prefix(1);
+        }
+    }
     out += '"';
 }
 
@@ -234,27 +244,52 @@ void appendHead(std::string& out, std::string_view key, const Value& value) {
     out += ",\n";
 }
 
-template <class Item>
-void appendLines(std::string& out, std::string_view key, const std::vector<Item>& items) {
-    out.append("\"").append(key).append("\": [\n");
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        append(out, items[i]);
-        out += i + 1 < items.size() ? ",\n" : "\n";
-    }
-    out += ']';
-}
+/// A text that goes on its way whenever there is a piece of it.
+class Pieces {
+public:
+    explicit Pieces(const std::function<void(std::string_view)>& put) : m_put(put) { text.reserve(2 * kPiece); }
 
-void refuseBrokenText(const std::string& text) {
-    if (isUtf8(text))
-        return;
-    throw DrawingError("drawing", {"", "a text that is not UTF-8", "texts in UTF-8"});
+    std::string text;
+
+    /// At the end of a line: no character is cut in two.
+    void endLine() {
+        if (text.size() >= kPiece)
+            send();
+    }
+    void send() {
+        refuseBrokenText(text);
+        m_put(text);
+        text.clear();
+    }
+
+private:
+    static constexpr std::size_t kPiece = 1U << 16U;  // large for one write, small beside any drawing
+    static void refuseBrokenText(const std::string& text) {
+        if (!isUtf8(text))
+            throw DrawingError("drawing", {"", "a text that is not UTF-8", "texts in UTF-8"});
+    }
+
+    const std::function<void(std::string_view)>& m_put;
+};
+
+template <class Item>
+void appendLines(Pieces& pieces, std::string_view key, const std::vector<Item>& items) {
+    pieces.text.append("\"").append(key).append("\": [\n");
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        append(pieces.text, items[i]);
+        pieces.text += i + 1 < items.size() ? ",\n" : "\n";
+        pieces.endLine();
+    }
+    pieces.text += ']';
 }
 
 }  // namespace
 
-std::string jsonText(const Document& document) {
+void writeJson(const Document& document, const std::function<void(std::string_view piece)>& put) {
     checkDocument(document, document.name.empty() ? "drawing" : document.name);
-    std::string out = "{\n";
+    Pieces pieces(put);
+    std::string& out = pieces.text;
+    out = "{\n";
     if (!document.name.empty())
         appendHead(out, "name", std::string_view(document.name));
     if (document.source)
@@ -266,12 +301,17 @@ std::string jsonText(const Document& document) {
     out += ", \"angle\": \"rad\"},\n";
     if (document.plane)
         appendHead(out, "plane", *document.plane);
-    appendLines(out, "entities", document.entities);
+    appendLines(pieces, "entities", document.entities);
     out += ",\n";
-    appendLines(out, "constraints", document.constraints);
+    appendLines(pieces, "constraints", document.constraints);
     out += "\n}\n";
-    refuseBrokenText(out);
-    return out;
+    pieces.send();
+}
+
+std::string jsonText(const Document& document) {
+    std::string text;
+    writeJson(document, [&](std::string_view piece) { text += piece; });
+    return text;
 }
 
 void writeJson(const Document& document, std::ostream& out) {

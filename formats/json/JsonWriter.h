@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 
 #include "document/Document.h"
 #include "formats/Uses.h"
@@ -14,5 +16,9 @@ namespace holdfast::formats {
 std::string jsonText(const Document& document);
 
 void writeJson(const Document& document, std::ostream& out);
+
+/// The same text in pieces of some thousand bytes, so that there need be no memory for all of it. What is wrong with
+/// the document is found before the first one, broken text apart.
+void writeJson(const Document& document, const std::function<void(std::string_view piece)>& put);
 
 }  // namespace holdfast::formats

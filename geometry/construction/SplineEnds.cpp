@@ -1,6 +1,7 @@
 #include "geometry/construction/SplineEnds.h"
 
 #include <algorithm>
+#include <cassert>
 #include <optional>
 
 #include "geometry/GeometryError.h"
@@ -152,6 +153,7 @@ std::optional<double> paramBeyond(const SplineShape& spline, CurveEnd end, Vec2 
 }  // namespace
 
 void followBeyond(const SplineShape& spline, CurveEnd end, const std::function<bool(const SplineShape&)>& visit) {
+    assert(!spline.periodic);
     const std::vector<BezierSpan> spans = bezierSpans(spline);
     const BezierSpan& span = end == CurveEnd::end ? spans.back() : spans.front();
     const bool isStraight = spline.degree == 1 && spline.weights.empty();
@@ -172,6 +174,7 @@ void followBeyond(const SplineShape& spline, CurveEnd end, const std::function<b
 }
 
 SplineShape splineWithEndAt(const SplineShape& spline, CurveEnd end, double param) {
+    assert(!spline.periodic);
     const ParamRange range = paramRange(spline);
     const bool isEnd = end == CurveEnd::end;
     if (isEnd ? !(param > range.first) : !(param < range.last)) {
@@ -184,6 +187,7 @@ SplineShape splineWithEndAt(const SplineShape& spline, CurveEnd end, double para
 }
 
 SplineShape splineExtendedTo(const SplineShape& spline, CurveEnd end, Vec2 point) {
+    assert(!spline.periodic);
     const double tolerance = kSamePoint * boundsOf(spline).diagonal();
     if (const auto beyond = paramBeyond(spline, end, point, tolerance)) {
         return splineWithEndAt(spline, end, *beyond);

@@ -1,5 +1,6 @@
 #include "geometry/curves/Pieces.h"
 
+#include <cassert>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -307,6 +308,7 @@ Frame frameOf(Vec2 middle, double size) {
 }
 
 Frame frameOf(const Piece& piece) {
+    assert(!std::holds_alternative<LineForm>(piece.form));
     Piece whole = piece;
     if (std::holds_alternative<ConicForm>(piece.form)) {
         whole.last = whole.first + kTurn;

@@ -1,6 +1,7 @@
 #include "geometry/curves/Polylines.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <numbers>
 
@@ -88,7 +89,9 @@ PolylineShape openedPolyline(const PolylineShape& polyline) {
 }
 
 PolylineShape polylinePart(const PolylineShape& polyline, double firstParam, double lastParam) {
+    assert(firstParam < lastParam);
     const std::size_t count = polyline.vertices.size();
+    assert(polyline.bulges.size() == count && polyline.ids.size() == count);
     const Cut first = cutAt(firstParam);
     const Cut last = cutAt(lastParam);
     const std::size_t end = last.fraction == 0.0 ? last.segment : last.segment + 1;  // its vertex closes the part

@@ -62,6 +62,13 @@ void HostAccess::tellChange(const YxGeomConstraint& constraint) {
         data(*group->database).changes->constraints.insert(&constraint);
 }
 
+void HostAccess::tellDeletion(const YxGeomConstraint& constraint) {
+    tellChange(constraint);
+    const YxDbStub* group = stub(idOf(*constraint.m_group));
+    if (group != nullptr && data(*group->database).changes != nullptr)
+        data(*group->database).changes->deletions.push_back(&constraint);
+}
+
 YxDbObject* HostAccess::peek(const YxDbObjectId& id) {
     return id.m_stub == nullptr ? nullptr : id.m_stub->object.get();
 }
@@ -196,7 +203,7 @@ Yxrt::ErrorStatus HostAccess::deleteConstraint(YxDbAssoc2dConstraintGroup& group
         return Yxrt::eInvalidInput;
     if (constraint->m_deleted)
         return Yxrt::eWasErased;
-    tellChange(*constraint);
+    tellDeletion(*constraint);
     if (constraint->m_owner != nullptr)
         tellChange(*constraint->m_owner);
     constraint->m_deleted = true;

@@ -50,6 +50,7 @@ struct HostAccess {
     /// An object or a constraint is about to change. Nothing happens when nobody wants to know.
     static void tellChange(const YxDbObject& object);
     static void tellChange(const YxGeomConstraint& constraint);
+    static void tellDeletion(const YxGeomConstraint& constraint);
     /// The places of the database's constraint groups, also of those that were erased.
     static std::span<YxDbStub* const> groupStubs(const YxDbDatabase& database);
 

@@ -53,6 +53,8 @@ public:
     /// The dependency of the group on the place, or null. Takes constant time while nobody else changes the entity's
     /// reactors, else the time of one walk over them.
     YxDbAssocGeomDependency* dependency(const YxDbAssoc2dConstraintGroup& group, const BuiltPlace& place);
+    /// For an entity that is about to be freed: another one may come to lie where it was.
+    void forget(const YxDbEntity& entity) { m_parts.erase(&entity); }
 
 private:
     /// The group, the kind of part and its persistent name: vertex identifiers for a segment, else zeros.

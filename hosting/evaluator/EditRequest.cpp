@@ -1,6 +1,7 @@
 #include "hosting/evaluator/EditRequest.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <unordered_set>
 
@@ -41,6 +42,7 @@ SolveResult dragTo(SketchData& sketch, const EditRequest& request) {
 }  // namespace
 
 void EditRequest::ask(const SketchData& sketch, int entity, const Shape& shape) {
+    assert(entity >= 0 && at(entity) < sketch.entities.size());
     const std::vector<double> goals = parametersOf(shape);
     const SketchEntity& element = sketch.entities[at(entity)];
     if (goals.size() != at(element.valueCount))
@@ -53,6 +55,7 @@ void EditRequest::ask(const SketchData& sketch, int entity, const Shape& shape) 
 }
 
 void EditRequest::keepOthers(const SketchData& sketch, const std::vector<double>& values) {
+    assert(values.size() == sketch.values.size());
     std::unordered_set<int> given;
     for (const Target& target : targets)
         given.insert(target.value);
@@ -91,6 +94,15 @@ double shortfallOf(const SketchData& sketch, const EditRequest& request) {
     for (const Target& target : request.targets)
         worst = std::max(worst, std::abs(sketch.values[at(target.value)] - target.goal));
     return worst;
+}
+
+std::vector<LedDimension> ledDimensions(const SketchData& sketch, const SolveResult& result) {
+    std::vector<LedDimension> led;
+    for (std::size_t i = 0; result.reached && i < result.reached->dimensions.size(); ++i) {
+        const ValueGoal& last = result.reached->dimensions[i];
+        led.push_back({sketch.constraints[at(last.constraint)].id, result.reached->from[i], last.goal});
+    }
+    return led;
 }
 
 }  // namespace holdfast::hosting

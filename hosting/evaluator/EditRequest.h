@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hosting/Uses.h"
+#include "hosting/evaluator/Evaluation.h"
 #include "solver/src/solving/Solve.h"
 
 namespace holdfast::hosting {
@@ -33,5 +34,8 @@ SolveResult meet(SketchData& sketch, const EditRequest& request);
 
 /// How far the sketch is from the request's targets, at worst, in drawing units (angles: radians).
 double shortfallOf(const SketchData& sketch, const EditRequest& request);
+
+/// How far the dimensions of a solve that failed could be led; none when it did not fail, or led none.
+std::vector<LedDimension> ledDimensions(const SketchData& sketch, const SolveResult& result);
 
 }  // namespace holdfast::hosting

@@ -8,6 +8,7 @@
 #include "hosting/HostShapes.h"
 #include "hosting/evaluator/SketchFromDocument.h"
 #include "solver/src/sketch/Index.h"
+#include "solver/src/sketch/Layout.h"
 
 namespace holdfast::hosting {
 
@@ -15,24 +16,6 @@ namespace {
 
 const std::string& nameOf(const HostSketch& host, int number) {
     return host.document.entities[at(number)].id;
-}
-
-/// Values of an element's first and last point, as a lengthening knows them; -1: it has none.
-int valueOfEnd(const SketchEntity& element, bool isStart) {
-    switch (element.kind) {
-        case EntityKind::line:
-            return element.firstValue + (isStart ? 0 : 2);
-        case EntityKind::arc:
-            return element.firstValue + (isStart ? 3 : 5);
-        case EntityKind::ellipticalArc:
-            return element.firstValue + (isStart ? 5 : 7);
-        case EntityKind::polyline:
-            return element.firstValue + (isStart ? 0 : 2 * (element.vertexCount - 1));
-        case EntityKind::spline:
-            return element.firstValue + (isStart ? 0 : element.valueCount - 2);
-        default:
-            return -1;
-    }
 }
 
 }  // namespace
@@ -98,7 +81,8 @@ EditRequest lengthenDemand(const Drawing& drawing, HostSketch& host, const Assoc
     }
     EditRequest request;
     for (const auto& [number, isStart] : movedEnds) {
-        const int value = valueOfEnd(host.sketch.entities[at(number)], isStart);
+        const Layout layout = layoutOf(host.sketch.entities[at(number)]);
+        const int value = isStart ? layout.start : layout.end;
         if (value < 0)
             continue;
         host.setReference(number, readShape(baseOf(drawing, host, header, number)));

@@ -13,6 +13,7 @@
 #include "hosting/HostShapes.h"
 #include "hosting/evaluator/EditRequests.h"
 #include "solver/src/sketch/Index.h"
+#include "solver/src/sketch/Layout.h"
 #include "solver/src/sketch/Measure.h"
 
 namespace holdfast::hosting {
@@ -29,28 +30,6 @@ std::vector<int> valuesOf(const SketchData& sketch, const std::vector<int>& enti
     return values;
 }
 
-/// Where an element's points begin among its values.
-std::vector<int> pointValues(const SketchEntity& element) {
-    switch (element.kind) {
-        case EntityKind::line:
-            return {0, 2};
-        case EntityKind::arc:
-            return {0, 3, 5};
-        case EntityKind::ellipticalArc:
-            return {0, 5, 7};
-        case EntityKind::spline:
-        case EntityKind::polyline:
-            break;
-        default:
-            return {0};
-    }
-    std::vector<int> values;
-    const int count = element.kind == EntityKind::spline ? element.valueCount : 2 * element.vertexCount;
-    for (int v = 0; v < count; v += 2)
-        values.push_back(v);
-    return values;
-}
-
 bool isAmong(const YxArray<YxGePoint3d>& points, double x, double y) {
     const double near = YxGeContext::gTol.equalPoint();
     return std::any_of(points.begin(), points.end(),
@@ -61,12 +40,9 @@ std::vector<int> heldPoints(const SketchData& sketch, const std::vector<int>& en
                             const YxArray<YxGePoint3d>& points) {
     std::vector<int> held;
     for (const int number : entities) {
-        const SketchEntity& element = sketch.entities[at(number)];
-        for (const int offset : pointValues(element)) {
-            const int value = element.firstValue + offset;
+        for (const int value : layoutOf(sketch.entities[at(number)]).points)
             if (isAmong(points, sketch.values[at(value)], sketch.values[at(value + 1)]))
                 held.push_back(value);
-        }
     }
     return held;
 }

@@ -13,6 +13,7 @@
 #include "hosting/HostShapes.h"
 #include "hosting/evaluator/EditRequests.h"
 #include "hosting/evaluator/HostDrag.h"
+#include "hosting/evaluator/HostSketch.h"
 #include "hosting/evaluator/RotationTrial.h"
 #include "solver/src/sketch/Index.h"
 
@@ -57,6 +58,12 @@ void takeReference(HostSketch& host, const HostSketch& earlier) {
 }
 
 }  // namespace
+
+/// An edit that was met in part only, and the sketch that it began with.
+struct HostEvaluator::Yielded {
+    SketchData sketch;
+    EditRequest request;
+};
 
 HostEvaluator::HostEvaluator(Drawing& drawing) : m_drawing(drawing) {
     drawing.process().setEvaluator([this](YxDbDatabase&) { return evaluateGroup(); });
@@ -185,7 +192,7 @@ HostSketch HostEvaluator::allAround(std::vector<std::string> names) const {
 
 bool HostEvaluator::solveAndWrite(HostSketch& host, const EditRequest& request) {
     if (request.whenInfeasible != WhenInfeasible::refuse && !request.targets.empty())
-        m_yielded = Yielded{host.sketch, request};
+        m_yielded = std::make_unique<Yielded>(Yielded{host.sketch, request});
     return accept(host, request, meet(host.sketch, request));
 }
 
@@ -449,13 +456,8 @@ void HostEvaluator::note(const HostSketch& host, const SolveResult& result, doub
     if (!result.isSolved() && result.degeneracy)
         m_last.complaint = result.degeneracy->what;
     m_last.leftAlone = namesOf(host.sketch, result.leftAlone);
-    if (result.reached) {
-        m_last.followed = result.reached->part;
-        for (std::size_t i = 0; i < result.reached->dimensions.size(); ++i) {
-            const ValueGoal& last = result.reached->dimensions[i];
-            m_last.led.push_back({host.sketch.constraints[at(last.constraint)].id, result.reached->from[i], last.goal});
-        }
-    }
+    m_last.followed = result.reached ? result.reached->part : 0.0;
+    m_last.led = ledDimensions(host.sketch, result);
     for (const Movement& movement : result.movements)
         m_last.movements.emplace_back(host.document.entities[at(movement.entity)].id, movement.distance);
 }

@@ -1,51 +1,31 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "hosting/Drawing.h"
 #include "hosting/Uses.h"
 #include "hosting/evaluator/ConverterFeed.h"
-#include "hosting/evaluator/EditRequest.h"
-#include "hosting/evaluator/HostSketch.h"
+#include "hosting/evaluator/Evaluation.h"
 
 class AssocConstraintHeader;
+
+namespace holdfast::solver::detail {
+struct SolveResult;
+}
 
 namespace holdfast::hosting {
 
 class HostDrag;
-
-/// A dimension that could be led from its value to another one, but not to the one asked for.
-struct LedDimension {
-    std::string id;
-    double from = 0.0, to = 0.0;
-};
-
 /// A value that a dimension is to have.
 struct DimensionGoal {
     std::string id;
     double value = 0.0;  ///< in the drawing's length unit, or radians
 };
 
-/// What the last evaluation of a drawing came to.
-struct Evaluation {
-    bool solved = true;
-    bool unchanged = true;                 ///< nothing had to move
-    std::vector<std::string> conflicting;  ///< ids of constraints that stand in the way, in drawing order
-    std::string complaint;                 ///< what else was wrong, in words; else empty
-    double followed = 0.0;                 ///< the part of its way that a failed edit could be followed; below 1
-    std::vector<LedDimension> led;         ///< how far the dimensions of a failed edit could be led
-    std::string worst;                     ///< id of the constraint that holds worst; empty: none
-    double residual = 0.0;                 ///< of that one, as a length
-    double miss = 0.0;                     ///< how far the edit stayed from what was asked; 0: it was met
-    std::vector<std::string> heldBackBy;   ///< the constraints that made a drag miss, in drawing order
-    std::vector<std::string> leftAlone;    ///< constraints that did not hold before, and need not afterwards
-    int iterations = 0;
-    std::vector<std::pair<std::string, double>> movements;  ///< entities that moved, and how far
-};
+struct EditRequest;
+struct HostSketch;
 
 /// Solves a drawing's constraint group whenever the host evaluates its network. Stands behind
 /// YxDbAssocManager::evaluateTopLevelNetwork and LvEvaDataConverter::evaluate as long as it lives.
@@ -108,15 +88,11 @@ private:
     void noteShortfall(const YxGeMatrix3d& transform);
     void note(const HostSketch& host, const SolveResult& result, double miss);
 
-    /// An edit that was met in part only, and the sketch that it began with.
-    struct Yielded {
-        SketchData sketch;
-        EditRequest request;
-    };
+    struct Yielded;
 
     Drawing& m_drawing;
     Evaluation m_last;
-    std::optional<Yielded> m_yielded;
+    std::unique_ptr<Yielded> m_yielded;
     std::vector<std::string> m_rotateReport;
     int m_trialPointCount = 0;  ///< base points in the header when a rotation was tried last
     std::unique_ptr<HostDrag> m_drag;

@@ -1,6 +1,7 @@
 #include "hosting/evaluator/HostSketch.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <unordered_set>
 
@@ -69,6 +70,7 @@ std::vector<int> HostSketch::numbersOf(const Drawing& drawing, const YxArray<YxD
 }
 
 void HostSketch::setReference(int entity, const Shape& before) {
+    assert(entity >= 0 && at(entity) < sketch.entities.size());
     const std::vector<double> values = parametersOf(before);
     const SketchEntity& element = sketch.entities[at(entity)];
     if (values.size() == at(element.valueCount))

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <limits>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -12,10 +11,8 @@
 
 namespace holdfast::hosting {
 
-/// Over how many constraints the first try looks around an edit, and the second one: the solver looks at twos, fours
-/// and eights first.
+/// Over how many constraints the first try looks around an edit: the solver looks at twos, fours and eights first.
 inline constexpr int kNearSteps = 16;
-inline constexpr int kAllSteps = std::numeric_limits<int>::max();
 
 /// A drawing's constraint group as a sketch, as the database has it. Elements stand in the order of the document's
 /// entities, constraints in that of its constraints; those whose place is gone are in neither.

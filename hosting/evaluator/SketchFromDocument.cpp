@@ -1,6 +1,7 @@
 #include "hosting/evaluator/SketchFromDocument.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <unordered_map>
 
@@ -167,6 +168,8 @@ SketchData sketchFrom(const Document& document) {
 }
 
 void applySketch(const SketchData& sketch, Document& document) {
+    assert(document.entities.size() == sketch.entities.size());
+    assert(document.constraints.size() == sketch.constraints.size());
     for (std::size_t i = 0; i < document.entities.size(); ++i) {
         const int number = static_cast<int>(i);
         if (!isUnmoved(sketch, number, document.entities[i]))

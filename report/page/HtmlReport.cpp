@@ -17,6 +17,10 @@ constexpr std::size_t kLongestOpenEdits = 10;
 constexpr double kPaneWidth = 640.0, kWidePaneWidth = 1300.0;
 constexpr double kWideFrom = 2.3;  // width over height from which the pictures stand one above the other
 
+/// What is restored is shown and hidden with what was added.
+constexpr std::array kFilteredFates{ConstraintFate::deleted, ConstraintFate::rePointed, ConstraintFate::added,
+                                    ConstraintFate::kept};
+
 class Page {
 public:
     explicit Page(const FateReport& report) : m_report(report), m_index(report) {
@@ -55,7 +59,7 @@ private:
     /// Check boxes before everything that they filter: styles alone do the rest.
     static std::string filters() {
         std::string boxes;
-        for (const ConstraintFate fate : kConstraintFates)
+        for (const ConstraintFate fate : kFilteredFates)
             boxes += "<input type=\"checkbox\" class=\"filter\" id=\"show-" + std::string(fateClass(fate)) +
                      "\" checked=\"checked\" aria-label=\"show " + std::string(fateName(fate)) + " constraints\"/>\n";
         return boxes;
@@ -106,10 +110,10 @@ private:
     std::string chips() const {
         const auto counts = countFates(m_report.constraints);
         std::string text = "<div class=\"chips\">\n";
-        for (const ConstraintFate fate : kConstraintFates) {
-            const std::string classes(fateClass(fate));
-            text += chip(classes, fateName(fate), counts[static_cast<std::size_t>(fate)]);
-        }
+        for (const ConstraintFate fate : kConstraintFates)
+            if (const std::size_t count = counts[static_cast<std::size_t>(fate)];
+                count > 0 || fate != ConstraintFate::restored)
+                text += chip(std::string(fateClass(fate)), fateName(fate), count);
         return text + "</div>\n";
     }
 
@@ -206,7 +210,7 @@ private:
         const auto counts = countFates(m_report.entities);
         for (const EntityFate fate : kEntityFates)
             if (fate != EntityFate::untouched && counts[static_cast<std::size_t>(fate)] > 0)
-                text += swatch("e " + std::string(fateName(fate)), fateName(fate));
+                text += swatch("e " + std::string(fateClass(fate)), fateName(fate));
         if (hasEntity(&Entity::construction))
             text += swatch("e construction", "construction");
         if (hasEntity(&Entity::fixed))

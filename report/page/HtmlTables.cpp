@@ -103,12 +103,13 @@ std::string entityRow(const EntityOutcome& outcome, const ReportIndex& index, co
 }  // namespace
 
 std::string_view fateClass(ConstraintFate fate) {
-    static constexpr std::array<std::string_view, 5> names{"deleted", "pointed", "pointed", "added", "kept"};
+    static constexpr std::array<std::string_view, kConstraintFates.size()> names{"deleted", "pointed", "pointed", "added", "added",
+                                                                                 "kept"};
     return names[static_cast<std::size_t>(fate)];
 }
 
 std::string_view fateClass(EntityFate fate) {
-    return fateName(fate);
+    return fateName(fate == EntityFate::restored ? EntityFate::created : fate);
 }
 
 std::string fateIcon(std::string_view classes) {

@@ -8,6 +8,7 @@
 namespace holdfast::report {
 
 /// The class by which styles and filters know a fate; the same as that of its marks in the pictures.
+/// The style of a fate: what is restored looks like what is new.
 std::string_view fateClass(ConstraintFate fate);
 std::string_view fateClass(EntityFate fate);
 

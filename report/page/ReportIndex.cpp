@@ -11,15 +11,28 @@ namespace holdfast::report {
 namespace {
 
 MarkTone toneOf(ConstraintFate fate) {
-    static constexpr std::array tones{MarkTone::deleted, MarkTone::rePointed, MarkTone::rePointed, MarkTone::added,
+    static constexpr std::array tones{MarkTone::deleted, MarkTone::rePointed, MarkTone::rePointed, MarkTone::added, MarkTone::added,
                                       MarkTone::kept};
     return tones[static_cast<std::size_t>(fate)];
 }
 
 EntityTone toneOf(EntityFate fate) {
-    static constexpr std::array tones{EntityTone::erased, EntityTone::edited, EntityTone::created, EntityTone::followed,
-                                      EntityTone::plain};
+    static constexpr std::array tones{EntityTone::erased,  EntityTone::edited,   EntityTone::created,
+                                      EntityTone::created, EntityTone::followed, EntityTone::plain};
     return tones[static_cast<std::size_t>(fate)];
+}
+
+bool isLost(ConstraintFate fate) {
+    return fate == ConstraintFate::deleted;
+}
+bool isLost(EntityFate fate) {
+    return fate == EntityFate::erased;
+}
+bool isNew(ConstraintFate fate) {
+    return fate == ConstraintFate::added || fate == ConstraintFate::restored;
+}
+bool isNew(EntityFate fate) {
+    return fate == EntityFate::created || fate == EntityFate::restored;
 }
 
 template <typename Map, typename Item>
@@ -64,10 +77,11 @@ std::vector<std::string> ReportIndex::entitiesOf(const std::string& id) const {
     return entities;
 }
 
-PictureNotes ReportIndex::notes(ConstraintFate leftOut, EntityFate notThere) const {
+PictureNotes ReportIndex::notes(bool after) const {
+    const auto isThere = [after](auto fate) { return after ? !isLost(fate) : !isNew(fate); };
     PictureNotes notes;
     for (const ConstraintOutcome& outcome : m_report.constraints) {
-        if (outcome.fate == ConstraintFate::kept || outcome.fate == leftOut)
+        if (outcome.fate == ConstraintFate::kept || !isThere(outcome.fate))
             continue;
         notes.constraints.emplace(outcome.constraint, toneOf(outcome.fate));
         const std::string why = explanation(outcome, "\u2192");
@@ -76,16 +90,16 @@ PictureNotes ReportIndex::notes(ConstraintFate leftOut, EntityFate notThere) con
                                                       (why.empty() ? "" : ": " + why));
     }
     for (const EntityOutcome& outcome : m_report.entities)
-        if (outcome.fate != EntityFate::untouched && outcome.fate != notThere)
+        if (outcome.fate != EntityFate::untouched && isThere(outcome.fate))
             notes.entities.emplace(outcome.entity, toneOf(outcome.fate));
     return notes;
 }
 
 PictureNotes ReportIndex::notesBefore() const {
-    return notes(ConstraintFate::added, EntityFate::created);
+    return notes(false);
 }
 PictureNotes ReportIndex::notesAfter() const {
-    return notes(ConstraintFate::deleted, EntityFate::erased);
+    return notes(true);
 }
 
 std::string titleOf(const ReportIndex& index, const std::string& id) {

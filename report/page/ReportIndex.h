@@ -27,7 +27,7 @@ public:
     PictureNotes notesAfter() const;
 
 private:
-    PictureNotes notes(ConstraintFate leftOut, EntityFate notThere) const;
+    PictureNotes notes(bool after) const;
 
     const FateReport& m_report;
     std::unordered_map<std::string_view, const Constraint*> m_constraintsBefore, m_constraintsAfter;

@@ -51,6 +51,14 @@ EditResult Session::apply(std::string_view edit) {
     return resultOf(m_session->apply(edit));
 }
 
+EditResult Session::undo() {
+    return apply(Undo{});
+}
+
+EditResult Session::redo() {
+    return apply(Redo{});
+}
+
 std::optional<Refusal> Session::check(const Edit& edit) {
     return m_session->check(edit);
 }

@@ -9,6 +9,7 @@ import sys
 import tempfile
 import unittest
 
+import constants
 import includes
 from names import Program, problems_of
 
@@ -80,10 +81,59 @@ class Includes(unittest.TestCase):
             ("editing", "editing/Session.cpp", "report/picture/Svg.h", False),
             ("report", "report/picture/Svg.cpp", "editing/Session.h", True),
             ("apps", "apps/cli/Show.cpp", "host/src/HostAccess.h", False),
+            ("apps", "apps/cli/Show.cpp", "solver/src/sketch/Measure.h", False),
+            ("editing", "editing/Aftermath.cpp", "solver/src/sketch/Measure.h", False),
+            ("editing", "editing/Aftermath.cpp", "hosting/evaluator/SketchFromDocument.h", False),
+            ("editing", "editing/Aftermath.cpp", "hosting/DocumentSketch.h", True),
+            ("hosting", "hosting/evaluator/HostDrag.cpp", "solver/src/solving/Drag.h", True),
+            ("hosting", "hosting/evaluator/HostDrag.cpp", "solver/src/solving/SolverState.h", False),
+            ("hosting", "hosting/evaluator/HostDrag.cpp", "hosting/evaluator/HostSketch.h", True),
+            ("solver", "solver/src/solving/Drag.cpp", "solver/src/solving/SolverState.h", True),
             ("host/src", "host/src/HostCall.cpp", "host/src/HostCall.h", True),
         )
         for floor, file, name, allowed in rows:
             self.assertEqual(includes.may_include(floor, file, name), allowed, f"{file} includes {name}")
+
+
+class Constants(unittest.TestCase):
+    ROW = "| `{name}` | src/Rings.cpp | {value} | rings | few | fewer | more | {test} |\n"
+
+    def problems(self, source, *rows):
+        with tempfile.TemporaryDirectory() as folder:
+            root = pathlib.Path(folder)
+            for name, text in (("solver/src/Rings.cpp", source), (constants.PAGE, "".join(rows)),
+                               ("tests/RingsTest.cpp", "TEST(Rings, Widen) {}\n")):
+                (root / name).parent.mkdir(parents=True, exist_ok=True)
+                (root / name).write_text(text)
+            return list(constants.problems_in(root))
+
+    def row(self, name="kRings", value="2", test="Rings.Widen"):
+        return self.ROW.format(name=name, value=value, test=test)
+
+    def test_are_content_with_a_row_for_each(self):
+        source = """
+            constexpr int kRings = 2;  // not 1e5
+            static constexpr double kNear = 1e-4, kFar = 1.0 / 8;
+            constexpr int kNone = -1;
+            constexpr int rowsOf(int kind) { return 3 * kind; }
+            double half(double x) { return 0.5 * x; }
+        """
+        rows = self.row(), self.row("kNear", "1e-4"), self.row("kFar", "1.0 / 8")
+        self.assertEqual(self.problems(source, *rows), [])
+
+    def test_tell_what_is_missing_stale_changed_or_unnamed(self):
+        source = "constexpr int kRings = 2;\n"
+        rows = (
+            ("constant without a row", source, (), "solver/src/Rings.cpp:1: kRings is not explained"),
+            ("row without a constant", source, (self.row(), self.row("kGone")), "no constant kGone"),
+            ("another value", source, (self.row(value="4"),), "kRings is 2 in solver/src/Rings.cpp:1, not 4"),
+            ("a test that is gone", source, (self.row(test="Rings.Shrink"),), "no test Rings.Shrink"),
+            ("nothing notices", source, (self.row(test=""),), 'nothing under "noticed by"'),
+            ("a number without a name", source + "double f() { return 1e-9; }\n", (self.row(),), "1e-9 has no name"),
+        )
+        for what, text, lines, expected in rows:
+            found = self.problems(text, *lines)
+            self.assertTrue(len(found) == 1 and expected in found[0], f"{what}: {found}")
 
 
 if __name__ == "__main__":

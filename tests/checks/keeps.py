@@ -11,12 +11,18 @@ FOLDERS = ("host", "module", "geometry", "solver", "document", "formats", "infer
            "apps")
 
 
-def main(root):
+def tests_in(root):
+    """Names of all tests: Suite.Name."""
     tests = set()
     for path in (root / "tests").rglob("*.cpp"):
         text = path.read_text()
         for suite, name in re.findall(r"\b(?:TEST|TEST_F|TEST_P|RC_GTEST_PROP|RC_GTEST_FIXTURE_PROP)\(\s*(\w+),\s*(\w+)", text):
             tests.add(f"{suite}.{name}")
+    return tests
+
+
+def main(root):
+    tests = tests_in(root)
     problems, count = [], 0
     for folder in FOLDERS:
         for path in sorted((root / folder).rglob("*")):

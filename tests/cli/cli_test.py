@@ -303,7 +303,8 @@ class Program(unittest.TestCase):
     def test_errors_of_a_script_name_its_line(self):
         self.file("one.json", CORNER)
         for text, line, said in (("opn one.json\n", 1, 'did you mean "open"?'), ("\nbreak a at 4,0\n", 2, "open DRAWING"),
-                                 ("open one.json\n\nudno\n", 3, 'did you mean "undo"?'), ("open\n", 1, "expected the name"),
+                                 ("open one.json\n\nudno\n", 3, 'did you mean "undo"?'),
+                                 ("open one.json\nrdeo\n", 2, 'did you mean "redo"?'), ("open\n", 1, "expected the name"),
                                  ("open one.json\nsave x.json\nundo\n", 3, "saved already"),
                                  ("open one.json\nsave x.json\nsave y.json\n", 3, "saved already"),
                                  ("open one.json\nbreak a at 4,0\n# c\nbreak q at 4,0\n", 4, "no entity q"),
@@ -314,6 +315,24 @@ class Program(unittest.TestCase):
             self.assertTrue(result.stderr.startswith(f"holdfast: {script}, line {line}: "), result.stderr)
             self.assertIn(said, result.stderr)
             self.assertEqual(sorted(file.name for file in self.path.iterdir()), ["bad.edit", "one.json"])
+
+    def test_redo_does_again_what_was_taken_back(self):
+        corner = self.file("corner.json", CORNER)
+        once, again = self.path / "once.json", self.path / "again.json"
+        self.assertEqual(self.run_program("edit", corner, "break a at 4,0", "-o", once).returncode, DONE)
+        script = self.file("again.edit", "open corner.json\nbreak a at 4,0\nundo\nredo\nsave again.json\n")
+        result = self.run_program("run", script, "--json")
+        self.assertEqual(result.returncode, DONE, result.stderr)
+        self.assertEqual(again.read_bytes(), once.read_bytes())
+        self.assertEqual(json.loads(result.stdout)["totals"]["constraints"]["restored"], 0)
+
+    def test_redo_is_refused_when_nothing_was_taken_back(self):
+        result = self.run_program("edit", self.file("corner.json", CORNER), "break a at 4,0", "redo")
+        self.assertEqual(result.returncode, REFUSED)
+        self.assertIn("there is no edit to do again", result.stderr)
+
+    def test_help_lists_redo(self):
+        self.assertIn("does the edit again that was taken back last", self.run_program("edit", "--help").stdout)
 
     def test_a_refused_edit_among_several_is_named_once(self):
         result = self.run_program("edit", self.file("corner.json", CORNER), "break a at 4,0", "break q at 1,0")

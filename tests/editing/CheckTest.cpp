@@ -60,6 +60,9 @@ TEST(Check, AsksTheSessionForAnEditToTakeBack) {
     EXPECT_EQ(session.check(Undo{}), Refusal{"there is no edit to take back"});
     session.apply("break base at 4,0");
     EXPECT_EQ(session.check(Undo{}), std::nullopt);
+    EXPECT_NE(session.check(Redo{}), std::nullopt);
+    session.apply(Undo{});
+    EXPECT_EQ(session.check(Redo{}), std::nullopt);
     EXPECT_EQ(session.check(Break{"base", {1, 0}}), std::nullopt);
 }
 

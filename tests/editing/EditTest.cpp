@@ -42,6 +42,7 @@ const std::vector<Said>& everyEdit() {
         {"set g5 end x 6", Set{"g5", Property::end, 0, Coordinate{Coordinate::Axis::x, 6}}},
         {"set p vertex 2 5,1", Set{"p", Property::vertex, 2, Vec2{5, 1}}},
         {"undo", Undo{}},
+        {"redo", Redo{}},
     };
     return rows;
 }

@@ -9,8 +9,8 @@
 #include <numbers>
 
 #include "geometry/Transforms.h"
+#include "hosting/DocumentSketch.h"
 #include "hosting/evaluator/SketchFromDocument.h"
-#include "solver/src/sketch/Measure.h"
 
 namespace holdfast::editing {
 namespace {
@@ -78,7 +78,7 @@ TEST(MoveOfEveryKind, DoesTheSameToAConstrainedOneAndKeepsItsConstraints) {
             expectSame(entityNamed(session.document(), entity.id).shape, transformed(entity.shape, move.transform),
                        edit);
             EXPECT_EQ(session.document().constraints.size(), document.constraints.size()) << edit;
-            for (const double miss : violationsOf(sketchFrom(session.document())))
+            for (const double miss : DocumentSketch(session.document()).shortfalls())
                 EXPECT_LE(miss, 1e-8) << edit;
         }
 }

@@ -64,16 +64,17 @@ TEST(FilletCorner, LosesWhatHeldAtTheCorner) {
 }
 
 // The centre deletes one coincidence of the segment behind the arc that it has not collected. That of the corner itself
-// is collected, so that the one at the far end of the segment goes, although nothing moved there.
-TEST(FilletCorner, LosesACoincidenceAtTheFarEndOfTheSegmentBehindIt) {
+// is collected, so that it takes the one at the far end of the segment, where nothing moved: the host puts it back.
+TEST(FilletCorner, KeepsACoincidenceAtTheFarEndOfTheSegmentBehindIt) {
     Document document = stair();
     document.entities.push_back(lineEntity("post", {10, 10}, {5, 15}));
     document.constraints.insert(document.constraints.begin(),
                                 constraintOf("far", coincident, {{"p", segmentEnd, 1}, {"post", start}}));
     Session session(document);
-    const EditResult& result = session.apply("fillet p corner 1 radius 2");
-    EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:2; c2 p.segment:3; c3 p.segment:4");
-    EXPECT_EQ(result.fates.constraints.front().reason, "the other end of p.segment:1 moved");
+    EXPECT_EQ(session.apply("fillet p corner 1 radius 2").outcome.error, "");
+    EXPECT_EQ(placesOf(session),
+              "far p.segment:2.end post.start; c0 p.segment:0; c1 p.segment:2; c2 p.segment:3; c3 "
+              "p.segment:4");
 }
 
 TEST(FilletCorner, KeepsADimensionAwayFromTheCorner) {

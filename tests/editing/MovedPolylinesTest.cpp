@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "hosting/evaluator/SketchFromDocument.h"
-#include "solver/src/sketch/Measure.h"
+#include "hosting/DocumentSketch.h"
 #include "tests/editing/Shorthand.h"
 
 namespace holdfast::editing {
@@ -31,7 +30,7 @@ const PolylineShape& hookOf(const Session& session) {
 void expectSound(const Session& session) {
     EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2");
     EXPECT_EQ(hookOf(session).ids, kHook.ids);
-    for (const double miss : violationsOf(sketchFrom(session.document())))
+    for (const double miss : DocumentSketch(session.document()).shortfalls())
         EXPECT_LE(miss, 1e-8);
 }
 

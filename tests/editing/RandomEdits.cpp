@@ -67,7 +67,7 @@ std::string RandomEdits::next(const Document& document) {
         &RandomEdits::joinEdit,  &RandomEdits::lengthenEdit, &RandomEdits::stretchEdit, &RandomEdits::mirrorEdit,
         &RandomEdits::alignEdit, &RandomEdits::rotateEdit,   &RandomEdits::dragEdit,    &RandomEdits::setEdit};
     if (chance(0.1))
-        return "undo";
+        return chance(0.7) ? "undo" : "redo";
     for (int tries = 0; tries < 20; ++tries) {
         const Maker maker = makers[below(makers.size())];
         std::string edit;

@@ -19,10 +19,10 @@
 #include "geometry/GeometryError.h"
 #include "geometry/curves/Soundness.h"
 #include "host/model/HostAudit.h"
+#include "hosting/DocumentSketch.h"
 #include "hosting/Drawing.h"
-#include "hosting/evaluator/SketchFromDocument.h"
-#include "solver/src/sketch/Measure.h"
 #include "tests/editing/RandomEdits.h"
+#include "tests/editing/Shorthand.h"
 #include "tests/support/DrawingFolder.h"
 
 namespace holdfast::editing {
@@ -65,8 +65,8 @@ std::string faultAfter(const Document& before, const Document& after) {
     for (const std::string& name : unsoundCurves(after))
         if (!unsound.contains(name))
             return name + " is no proper curve any more";
-    const SketchData was = sketchFrom(before), is = sketchFrom(after);
-    const std::vector<double> missesBefore = violationsOf(was), missesAfter = violationsOf(is);
+    const DocumentSketch was(before), is(after);
+    const std::vector<double> missesBefore = was.shortfalls(), missesAfter = is.shortfalls();
     std::unordered_set<std::string_view> held;
     for (std::size_t i = 0; i < before.constraints.size(); ++i)
         if (missesBefore[i] <= kHeld * was.size())
@@ -87,7 +87,7 @@ std::string faultOfRefusal(const std::string& error) {
     return {};
 }
 
-/// A session with its checks. Knows what every undo has to bring back.
+/// A session with its checks. Knows what every undo and redo has to bring back.
 class CheckedSession {
 public:
     explicit CheckedSession(const Document& document) : m_session(document) {}
@@ -101,20 +101,29 @@ public:
         const EditResult& result = m_session.apply(edit);
         if (!result.outcome.done())
             return document() == before ? faultOfRefusal(result.outcome.error) : "a refused edit changed the drawing";
-        if (edit == "undo") {
-            const bool isBack = document() == m_states.back();
-            m_states.pop_back();
-            return isBack ? "" : "undo did not bring the drawing back";
-        }
-        m_states.push_back(before);
         for (const std::string& finding : auditHost(m_session.drawing().process()))
             return finding;
+        if (edit == "undo")
+            return went(m_states, m_undone, before) ? "" : "undo did not bring the drawing back";
+        if (edit == "redo")
+            return went(m_undone, m_states, before) ? "" : "redo did not bring the edit back";
+        m_states.push_back(before);
+        m_undone.clear();
         return faultAfter(before, document());
     }
 
 private:
+    /// True when the drawing is as the one list has it, here and in the host; the other gets what it was.
+    bool went(std::vector<Document>& back, std::vector<Document>& forth, const Document& before) {
+        const bool isThere = document() == back.back() &&
+                             withoutVertexNumbers(m_session.drawing().document()) == withoutVertexNumbers(document());
+        back.pop_back();
+        forth.push_back(before);
+        return isThere;
+    }
+
     Session m_session;
-    std::vector<Document> m_states;
+    std::vector<Document> m_states, m_undone;
 };
 
 /// The fault that a script of edits runs into, or an empty text.

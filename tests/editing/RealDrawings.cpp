@@ -84,6 +84,37 @@ void expectSameCarrier(const EditedDrawing& drawing, const KeptConstraint& kept,
             << kept.is.id << " went from " << placeText(from) << " to " << placeText(to);
 }
 
+/// What a dimension of two places says without a sign: how far they are apart, or a point from the carrier of a curve.
+double measuredOn(const EntityIndex& entities, const Constraint& constraint) {
+    const auto shapeAt = [&](std::size_t ref) {
+        const Place& place = constraint.refs[ref];
+        const Shape& shape = entities.find(place.entity)->shape;
+        return place.kind == PlaceKind::segment
+                   ? segmentCurve(std::get<PolylineShape>(shape), static_cast<std::size_t>(place.index))
+                   : shape;
+    };
+    const auto pointOf = [&](std::size_t ref) {
+        const Place& place = constraint.refs[ref];
+        return pointAt(entities.find(place.entity)->shape, place);
+    };
+    const std::optional<Vec2> a = pointOf(0), b = pointOf(1);
+    if (a && b && constraint.type == ConstraintType::distanceX)
+        return std::abs(a->x - b->x);
+    if (a && b && constraint.type == ConstraintType::distanceY)
+        return std::abs(a->y - b->y);
+    if (a && b)
+        return distance(*a, *b);
+    return a || b ? nearestOn(shapeAt(a ? 1 : 0), a ? *a : *b, Extent::carrier).distance : 0.0;
+}
+
+/// The places of a dimension may have moved as long as it measures what it did; one that only measures follows.
+void expectSameMeasure(const EditedDrawing& drawing, const KeptConstraint& kept) {
+    if (!kept.is.driving || kept.is.refs.size() != 2)
+        return;
+    const double was = measuredOn(drawing.was, kept.was);
+    EXPECT_NEAR(measuredOn(drawing.is, kept.is), was, 1e-6 * (1.0 + was)) << kept.is.id << " holds no longer";
+}
+
 bool comesBack(const Document& document, const RealEdit& edit) {
     const EntityIndex entities(document);
     for (const std::string& name : edit.edited) {
@@ -112,7 +143,9 @@ void expectKept(const EditedDrawing& drawing, const RealEdit& edit) {
         for (std::size_t ref = 0; ref < now.refs.size(); ++ref) {
             if (!names(edit, kept.was.refs[ref].entity))
                 continue;
-            if (isEndPlace(now.refs[ref]))
+            if (isDimension(now.type))
+                expectSameMeasure(drawing, kept);
+            else if (isEndPlace(now.refs[ref]))
                 expectStillPoint(drawing, kept, ref);
             else if (now.refs[ref].kind == PlaceKind::segment)
                 expectSameCarrier(drawing, kept, ref);

@@ -4,8 +4,7 @@
 
 #include <iostream>
 
-#include "hosting/evaluator/SketchFromDocument.h"
-#include "solver/src/sketch/Measure.h"
+#include "hosting/DocumentSketch.h"
 #include "tests/editing/SweptEdits.h"
 
 namespace holdfast::editing {
@@ -63,8 +62,8 @@ TEST(HostFailure, InAnyCallOfAnEditLeavesDrawingAndHostAsTheyWere) {
 
 /// Constraints that were kept although they do not hold any more.
 std::string brokenIn(const Document& before, const Document& after) {
-    const SketchData was = sketchFrom(before), is = sketchFrom(after);
-    const std::vector<double> missesBefore = violationsOf(was), misses = violationsOf(is);
+    const std::vector<double> missesBefore = DocumentSketch(before).shortfalls();
+    const std::vector<double> misses = DocumentSketch(after).shortfalls();
     std::string broken;
     for (std::size_t i = 0; i < after.constraints.size(); ++i)
         for (std::size_t k = 0; k < before.constraints.size(); ++k)

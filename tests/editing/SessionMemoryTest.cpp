@@ -38,17 +38,31 @@ TEST(OutOfMemory, InAnyAllocationOfAnEditLeavesDrawingAndHostAsTheyWere) {
     std::cout << all << " allocations of " << sweptEdits().size() << " edits failed\n";
 }
 
+/// Every allocation of an undo or a redo fails once, and the drawing is as it was; then it is done.
+void failThroughout(Session& session, const std::string& edit, const Document& result) {
+    const Document before = session.document();
+    long nth = 0;
+    for (; applyFailing(session, edit, nth); ++nth) {
+        ASSERT_NE(session.results().back().outcome.error, "") << nth;
+        ASSERT_EQ(session.document(), before) << nth;
+        ASSERT_EQ(session.drawing().document(), before) << nth;
+    }
+    EXPECT_EQ(session.document(), result);
+    EXPECT_GT(nth, 10);
+}
+
 TEST(OutOfMemory, InAnyAllocationOfAnUndoLeavesTheEditDone) {
     Session session(sweptDrawing());
     session.apply("break base at 4,0 to 6,0");
+    failThroughout(session, "undo", sweptDrawing());
+}
+
+TEST(OutOfMemory, InAnyAllocationOfARedoLeavesTheEditUndone) {
+    Session session(sweptDrawing());
+    session.apply("break base at 4,0 to 6,0");
     const Document edited = session.document();
-    long nth = 0;
-    for (; applyFailing(session, "undo", nth); ++nth) {
-        ASSERT_NE(session.results().back().outcome.error, "") << nth;
-        ASSERT_EQ(session.document(), edited) << nth;
-    }
-    EXPECT_EQ(session.document(), sweptDrawing());
-    EXPECT_GT(nth, 10);
+    session.apply("undo");
+    failThroughout(session, "redo", edited);
 }
 
 }  // namespace

@@ -18,6 +18,81 @@ TEST(Session, RefusesAnUndoOfNothing) {
     EXPECT_EQ(session.apply("undo").outcome.error, "there is no edit to take back");
 }
 
+TEST(Session, RedoDoesAgainWhatWasTakenBackBitForBit) {
+    Session session(frameDrawing());
+    session.apply("break base at 4,0 to 6,0");
+    const Document broken = session.document();
+    session.apply("lengthen left end by 1");
+    const Document lengthened = session.document();
+    session.apply("undo");
+    session.apply("undo");
+    EXPECT_EQ(session.apply("redo").outcome.error, "");
+    EXPECT_EQ(session.document(), broken);
+    EXPECT_EQ(session.apply("redo").outcome.error, "");
+    EXPECT_EQ(session.document(), lengthened);
+    session.apply("undo");
+    EXPECT_EQ(session.document(), broken);
+}
+
+TEST(Session, RefusesARedoOfNothing) {
+    Session session(frameDrawing());
+    const std::string nothing =
+        "there is no edit to do again; redo does what was taken back last, until another edit is done";
+    EXPECT_EQ(session.apply("redo").outcome.error, nothing);
+    session.apply("break base at 4,0");
+    EXPECT_EQ(session.apply("redo").outcome.error, nothing);
+    session.apply("undo");
+    session.apply("break left at 0,2");
+    EXPECT_EQ(session.apply("redo").outcome.error, nothing) << "another edit was done";
+}
+
+TEST(Session, RedoesAfterAnEditThatWasRefused) {
+    Session session(frameDrawing());
+    session.apply("break base at 4,0");
+    const Document broken = session.document();
+    session.apply("undo");
+    EXPECT_NE(session.apply("break base at 4,9").outcome.error, "");
+    EXPECT_EQ(session.apply("redo").outcome.error, "");
+    EXPECT_EQ(session.document(), broken);
+}
+
+TEST(Session, NamesWhatIsMadeAfterAnUndoAsIfTheEditHadNotBeen) {
+    Session once(frameDrawing()), twice(frameDrawing());
+    once.apply("break base at 4,0");
+    twice.apply("break left at 0,2");
+    twice.apply("undo");
+    twice.apply("break base at 4,0");
+    EXPECT_EQ(once.document(), twice.document());
+}
+
+TEST(Session, TellsWhatAnUndoBringsBackAsRestored) {
+    Session session(frameDrawing());
+    const Fates broken = session.apply("break base at 4,0 to 6,0").fates;
+    const Fates undone = session.apply("undo").fates;
+    ASSERT_EQ(broken.constraints.size(), undone.constraints.size());
+    for (std::size_t i = 0; i < broken.constraints.size(); ++i)
+        if (broken.constraints[i].fate == ConstraintFate::deleted) {
+            EXPECT_EQ(undone.constraints[i].fate, ConstraintFate::restored);
+            EXPECT_EQ(undone.constraints[i].reason, "the undo brought it back");
+        }
+    EXPECT_EQ(undone.constraints.back().edit, 1u);
+    session.apply("break base at 4,0");
+    session.apply("join base base_2");
+    EXPECT_THAT(session.apply("undo").fates.entities,
+                ::testing::Contains(::testing::Field(&EntityOutcome::fate, EntityFate::restored)));
+}
+
+TEST(Session, TellsARedoWithTheFatesThatTheEditHad) {
+    Session session(frameDrawing());
+    const Fates broken = session.apply("break base at 4,0 to 6,0").fates;
+    session.apply("undo");
+    const Fates again = session.apply("redo").fates;
+    EXPECT_EQ(again.entities, broken.entities);
+    ASSERT_EQ(again.constraints.size(), broken.constraints.size());
+    EXPECT_EQ(again.constraints.front().reason, broken.constraints.front().reason);
+    EXPECT_EQ(again.constraints.front().edit, 2u);
+}
+
 TEST(Session, GoesOnAfterARefusedEdit) {
     Session session(frameDrawing());
     EXPECT_NE(session.apply("break base at 4,9").outcome.error, "");
@@ -78,6 +153,7 @@ TEST(Session, KnowsMisspeltWords) {
     const std::pair<const char*, const char*> rows[] = {
         {"brek base at 4,0", "did you mean \"break\"?"},
         {"undoo", "did you mean \"undo\"?"},
+        {"reddo", "did you mean \"redo\"?"},
         {"mirror base abuot 0,0 0,1",
          "column 13: the drawing has no entity abuot, found \"abuot\"; did you mean \"about\"?"},
         {"mirror base letf about 0,0 0,1",

@@ -77,4 +77,12 @@ inline void expectRefused(const Document& document, std::span<const RefusedEdit>
     }
 }
 
+/// Opening alone gives vertices numbers, which are told with the next edit.
+inline Document withoutVertexNumbers(Document document) {
+    for (Entity& entity : document.entities)
+        if (auto* polyline = std::get_if<PolylineShape>(&entity.shape))
+            polyline->ids.assign(polyline->vertices.size(), 0);
+    return document;
+}
+
 }  // namespace holdfast::editing

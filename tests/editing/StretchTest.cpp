@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "tests/editing/Shorthand.h"
+#include <algorithm>
+
+#include "editing/commands/move/Grips.h"
+#include "hosting/Drawing.h"
+#include "tests/editing/EveryKind.h"
 
 namespace holdfast::editing {
 namespace {
@@ -19,6 +23,18 @@ TEST(StretchEdit, MovesTheEndsInTheWindowOnly) {
     EXPECT_EQ(entityNamed(after, "outside").shape, Shape(LineShape{{0, 5}, {5, 5}}));
     EXPECT_EQ(entityNamed(after, "c").shape, Shape(CircleShape{{13, 2}, 4}));
     EXPECT_EQ(std::get<TextShape>(entityNamed(after, "t").shape).position, (Vec2{12, 4}));
+}
+
+/// A window around one grip, of no extent, catches all entities that have a grip there and no others.
+TEST(StretchEdit, FindsWhateverHasAGripInItsWindow) {
+    const Document document = kindsDrawing();
+    const Drawing drawing(document);
+    for (const Entity& entity : document.entities)
+        for (const Grip& grip : windowGrips(entity.shape)) {
+            const std::vector<std::string> near = drawing.namesNear(boxAround(grip.point, 0.0, 0.0));
+            EXPECT_NE(std::find(near.begin(), near.end(), entity.id), near.end()) << entity.id << " " << grip.number;
+        }
+    EXPECT_TRUE(drawing.namesNear(boxAround({100.0, 0.0}, 10.0, 10.0)).empty());
 }
 
 TEST(StretchEdit, MovesVerticesAndControlPoints) {

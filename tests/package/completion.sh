@@ -37,6 +37,7 @@ offers "trim ENTITY at POINT by ENTITY...|trim ..." edit "$drawing" '"tri'
 offers "stretch|set" edit "$drawing" '"s'
 offers "break ENTITY at POINT [to POINT]|break ..." edit "$drawing" '"br'
 offers "undo" edit "$drawing" un
+offers "redo" edit "$drawing" re
 offers "join g10 g2 |join g10 g20 |join g10 g21 |join g10 g22 |join g10 g23 |join g10 g24 |join g10 g25 \
 |join g10 g26 |join g10 g27 |join g10 g28 |join g10 g29 " edit "$drawing" '"join g10 g2'
 offers "trim g37 at 8,6 by g9 |trim g37 at 8,6 by g9 ..." edit "$drawing" '"trim g37 at 8,6 by g9'

@@ -27,7 +27,7 @@ LIBRARIES = {
                SYSTEM + r"|libTK\w+\.so|libholdfast(_host_model)?\.so",
                OF_A_CLASS + r"holdfast::(sketch|geometry|document|editing|formats|report)::",
                "holdfast::sketch::Session::apply(",
-               ("first_edit", "edit_file")),
+               ("first_edit", "edit_file", "infer_plain")),
 }
 
 

@@ -12,8 +12,8 @@
 #include <string_view>
 #include <thread>
 
-#include "apps/cli/ImpliedConstraints.h"
 #include "document/Names.h"
+#include "editing/ImpliedConstraints.h"
 #include "formats/json/JsonReader.h"
 #include "hosting/evaluator/SketchFromDocument.h"
 #include "inference/Infer.h"
@@ -135,7 +135,7 @@ Document withoutDimensions(Document document) {
 Document inferredAnew(Document document) {
     document.constraints.clear();
     Document inferred = inference::inferConstraints(document).document;
-    cli::thinOut(inferred, 0);
+    editing::thinOut(inferred, 0);
     return inferred;
 }
 

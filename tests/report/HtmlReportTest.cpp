@@ -103,6 +103,23 @@ TEST(HtmlReport, FiltersByCheckBoxesThatNeedNoScript) {
         EXPECT_TRUE(boxes.count((*chip)["for"])) << (*chip)["for"];
 }
 
+TEST(HtmlReport, ShowsWhatAnUndoBroughtBackBesideWhatWasAdded) {
+    FateReport report;
+    report.before = report.after = test::plate();
+    const Constraint restored = report.before.constraints.back();
+    report.before.constraints.pop_back();
+    report.constraints = {{restored.id, ConstraintFate::restored, "the undo brought it back", {}, 0}};
+    const XmlNode page = pageOf(report);
+    const XmlNode& row = *page.withClass("row").at(0);
+    EXPECT_TRUE(row.hasClass("added"));
+    EXPECT_THAT(row.allText(), HasSubstr("restored"));
+    std::string chips;
+    for (const XmlNode* chip : page.withClass("chip"))
+        chips += chip->allText() + ";";
+    EXPECT_THAT(chips, HasSubstr("1restored"));
+    EXPECT_THAT(pageOf(test::brokenPlate()).allText(), Not(HasSubstr("restored")));
+}
+
 TEST(HtmlReport, FoldsALongListOfKeptConstraints) {
     FateReport report;
     for (int i = 0; i < 40; ++i)

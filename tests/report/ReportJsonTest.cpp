@@ -31,8 +31,19 @@ TEST(ReportJson, TellsEditsTotalsAndSolver) {
     EXPECT_EQ(report["edits"][0], json::parse(R"({"text": "break base at 40,0 to 60,0", "done": true})"));
     EXPECT_EQ(report["edits"][1]["error"], "the radius <900> is too large");
     EXPECT_EQ(report["totals"]["constraints"],
-              json::parse(R"({"deleted": 1, "re-pointed": 1, "added": 1, "kept": 9})"));
+              json::parse(R"({"deleted": 1, "re-pointed": 1, "added": 1, "restored": 0, "kept": 9})"));
     EXPECT_EQ(report["solver"], json::parse(R"({"degrees_of_freedom": 4, "iterations": 6, "worst_residual": 3e-13})"));
+}
+
+TEST(ReportJson, TellsWhatAnUndoHasBroughtBack) {
+    FateReport report = test::brokenPlate();
+    report.constraints[0] = {"c8", ConstraintFate::restored, "the undo brought it back", {}, 1};
+    report.entities = {{"base", EntityFate::restored}};
+    const json told = json::parse(writeReportJson(report));
+    EXPECT_EQ(told["totals"]["constraints"]["restored"], 1);
+    EXPECT_EQ(told["totals"]["entities"]["restored"], 1);
+    EXPECT_EQ(told["constraints"][2]["fate"], "restored");
+    EXPECT_EQ(told["entities"][1]["fate"], "restored");
 }
 
 TEST(ReportJson, TellsSizesThatChanged) {

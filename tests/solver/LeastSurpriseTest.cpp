@@ -50,6 +50,21 @@ TEST(LeastSurprise, MovesASlotByItsDimensionAsFarAsOneLikes) {
     }
 }
 
+TEST(LeastSurprise, TakesAlongWhatHangsOnWhatIsFullyDetermined) {
+    // No number of the bar is left to be chosen, so no unknown leads from it to the rods.
+    SketchText sketch(
+        "fixed! point origin 0,0; line bar 0,0 10,0; line rod 10,0 16,8; line next 16,8 20,8; "
+        "coincident origin bar.start; horizontal bar; coincident bar.end rod.start; "
+        "distance_x rod.start rod.end = 6; distance_y rod.start rod.end = 8; coincident rod.end next.start; "
+        "distance bar = 10");
+    ASSERT_TRUE(set(sketch, ConstraintType::distance, 14.0).isSolved());
+    EXPECT_NEAR(sketch.at("rod.start").x, 14.0, 1e-9);
+    EXPECT_NEAR(sketch.at("rod.end").x, 20.0, 1e-9);
+    EXPECT_NEAR(sketch.at("next.start").x, 20.0, 1e-9);
+    EXPECT_NEAR(lengthOf(sketch, "next"), 4.0, 1e-8);
+    EXPECT_LT(sketch.worstViolation(), 1e-8);
+}
+
 TEST(LeastSurprise, LeadsADimensionThatAPlainSolveFindsChanged) {
     SketchText sketch = slot();
     sketch.sketch.constraints[static_cast<std::size_t>(constraintOf(sketch, ConstraintType::distanceX))].value = 60.0;

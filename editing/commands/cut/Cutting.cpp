@@ -5,6 +5,7 @@
 
 #include <yxdb/YxDbPolyline.h>
 
+#include "editing/Evaluation.h"
 #include "editing/SegmentNames.h"
 #include "geometry/Tolerances.h"
 #include "geometry/construction/Splitting.h"
@@ -111,7 +112,8 @@ std::string applyCut(EditContext& context, const std::string& name, const CutPie
         centre.setSecondCurve(opened<YxDbEntity>(behind, YxDb::kForWrite).get());
     if (behind == id)
         giveBack(drawing.entity(name), reactors);
-    centre.deleteConstraint();
+    context.reasons.noteEdited(name, "cut", {name, created});
+    deleteCollected(context, centre);
     for (const std::string& piece : {name, created})
         if (isPolyline && !piece.empty())
             renewSegmentNames(drawing, piece);

@@ -2,6 +2,7 @@
 
 #include "commands/extend/ConstraintExtendCmdCenter.h"
 #include "editing/Commands.h"
+#include "editing/Evaluation.h"
 #include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
@@ -74,7 +75,8 @@ void moveEnd(EditContext& context, const std::string& name, CurveEnd end, const 
     context.edited.push_back(name);
     drawing.write(name, longer);
     const auto open = opened<YxDbEntity>(drawing.id(name), YxDb::kForRead);
-    centre.deleteConstraint(open.get());
+    context.reasons.noteEdited(name, "extended");
+    deleteCollected(context, centre, static_cast<const YxDbEntity*>(open.get()));
 }
 
 Extension resolved(const Extend& edit, const Drawing& drawing) {

@@ -1,6 +1,7 @@
 #include "editing/commands/fillet/FilletCurves.h"
 
 #include "commands/fillet/ConstraintFilletCmdCenter.h"
+#include "editing/Evaluation.h"
 
 namespace holdfast::editing {
 
@@ -9,9 +10,11 @@ void addFilletArc(EditContext& context, const ArcShape& arc, const std::string& 
 }
 
 std::string replaceOtherKind(EditContext& context, const FilletSide& side, const Shape& shape) {
-    if (side.shape.index() == shape.index())
+    const bool isOtherKind = side.shape.index() != shape.index();
+    const std::string successor = isOtherKind ? context.drawing.add(shape, side.name) : side.name;
+    context.reasons.noteEdited(side.name, "filleted", {successor});
+    if (!isOtherKind)
         return side.name;
-    const std::string successor = context.drawing.add(shape, side.name);
     context.drawing.erase(side.name);
     return successor;
 }
@@ -32,7 +35,7 @@ void filletTwoCurves(EditContext& context, const FilletSide& a, const FilletSide
         drawing.write(b.name, fillet.second);
     if (fillet.arc)
         addFilletArc(context, *fillet.arc, nameA, nameB);
-    centre.deleteConstraint();
+    deleteCollected(context, centre);
 }
 
 }  // namespace holdfast::editing

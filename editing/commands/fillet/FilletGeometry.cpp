@@ -15,6 +15,10 @@ namespace holdfast::editing {
 
 namespace {
 
+/// Radians by which a curve may turn where another one goes on from it and there is no corner: a polyline of six-digit
+/// coordinates that was drawn straight is bent as much. Half or twice of it moves that limit and nothing else.
+constexpr double kStraightOn = 1e-6;
+
 /// Where the two curves may come to an end, and which of their ends come there.
 struct Joint {
     double paramA = 0.0;
@@ -170,33 +174,37 @@ std::vector<Joint> jointsOf(const FilletSide& a, const FilletSide& b, double rad
             joints.push_back(cornerAt(a, b, crossing));
     else
         for (const TangentCircle& circle : tangentCircles(a.shape, b.shape, radius))
-            // Where the curves run smoothly into each other an arc has no length.
-            if (distance(circle.pointA, circle.pointB) > kSamePoint * (1.0 + radius))
+            // Where the curves run smoothly into each other an arc has no length, or so little that it turns nowhere.
+            if (distance(circle.pointA, circle.pointB) > std::max(kSamePoint * (1.0 + radius), kStraightOn * radius))
                 joints.push_back(arcAt(a, b, circle));
     std::erase_if(joints, [&](const Joint& joint) { return !moves(a, joint.endA) || !moves(b, joint.endB); });
     return joints;
 }
 
 /// The ends of both curves lie on each other there, and the one curve goes on in the direction of the other.
-std::optional<Vec2> smoothJoint(const FilletSide& a, const FilletSide& b) {
-    constexpr double kSmooth = 1e-3;  // radians
+std::optional<Vec2> smoothJoint(const FilletSide& a, const FilletSide& b, double smooth) {
     for (const CurveEnd endA : {CurveEnd::start, CurveEnd::end})
         for (const CurveEnd endB : {CurveEnd::start, CurveEnd::end}) {
             const auto pointA = pointOf(a.shape, endA), pointB = pointOf(b.shape, endB);
             if (!pointA || !pointB || distance(*pointA, *pointB) > kHolds * (1.0 + norm(*pointA)))
                 continue;
             const Vec2 outA = outwards(a.shape, endA), outB = outwards(b.shape, endB);
-            if (std::abs(cross(outA, outB)) < kSmooth && dot(outA, outB) < 0.0)
+            if (std::abs(cross(outA, outB)) <= smooth && dot(outA, outB) < 0.0)
                 return pointA;
         }
     return std::nullopt;
 }
 
+[[noreturn]] void refuseCornerless(const FilletSide& a, const FilletSide& b, Vec2 joint) {
+    throw EditError(a.name + " and " + b.name + " run smoothly into each other in " + spoken(joint) +
+                    "; there is no corner to fillet");
+}
+
 /// Curves that run smoothly into each other have no corner, whatever else a fillet of them comes to.
 [[noreturn]] void refuse(const FilletSide& a, const FilletSide& b, const std::string& reason) {
-    if (const std::optional<Vec2> joint = smoothJoint(a, b))
-        throw EditError(a.name + " and " + b.name + " run smoothly into each other in " + spoken(*joint) +
-                        "; there is no corner to fillet");
+    constexpr double kSmooth = 1e-3;  // radians: what failed there failed because of that
+    if (const std::optional<Vec2> joint = smoothJoint(a, b, kSmooth))
+        refuseCornerless(a, b, *joint);
     throw EditError(reason);
 }
 
@@ -253,8 +261,16 @@ Shape endedAt(const Shape& shape, double param, CurveEnd end) {
 
 }  // namespace
 
+void refuseSmooth(const FilletSide& a, const FilletSide& b) {
+    if (const std::optional<Vec2> joint = smoothJoint(a, b, kStraightOn))
+        refuseCornerless(a, b, *joint);
+}
+
 CurveFillet filletCurves(const FilletSide& a, const FilletSide& b, double radius) {
     const Joint joint = bestJoint(a, b, radius);
+    const std::optional<Vec2> smooth = radius == 0.0 ? smoothJoint(a, b, kStraightOn) : std::nullopt;
+    if (smooth && distance(pointAt(a.shape, joint.paramA), *smooth) <= kHolds * (1.0 + norm(*smooth)))
+        refuseCornerless(a, b, *smooth);
     if (isSwallowed(a.shape, joint.paramA, joint.endA))
         refuse(a, b, swallowing(a.name, radius));
     if (isSwallowed(b.shape, joint.paramB, joint.endB))

@@ -33,4 +33,7 @@ struct CurveFillet {
 /// such arc or corner, or where nothing of a curve would be left.
 CurveFillet filletCurves(const FilletSide& a, const FilletSide& b, double radius);
 
+/// EditError for curves whose ends meet where the one goes on in the direction of the other: there is no corner.
+void refuseSmooth(const FilletSide& a, const FilletSide& b);
+
 }  // namespace holdfast::editing

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "editing/Evaluation.h"
 #include "editing/SegmentNames.h"
 #include "editing/commands/fillet/FilletPolyline.h"
 #include "editing/commands/join/OpenPolyline.h"
@@ -67,6 +68,8 @@ PolylineShape joined(PolylineShape first, const PolylineShape& second, double ar
 void join(EditContext& context, const JoinSide& first, const JoinSide& second, double arcBulge) {
     Drawing& drawing = context.drawing;
     context.edited = {first.name, second.name};
+    context.reasons.noteEdited(first.name, "filleted");
+    context.reasons.noteEdited(second.name, "filleted", {first.name});
     ConstraintFilletCmdCenter centre;
     moveEnds(centre, drawing, first, second);
     {
@@ -76,8 +79,9 @@ void join(EditContext& context, const JoinSide& first, const JoinSide& second, d
                       joined(inJoinedDirection(drawing, first), inJoinedDirection(drawing, second), arcBulge));
         centre.setTwoPolyLineConstraint(openFirst.get(), first.turned, openSecond.get(), !second.turned);
     }
+    context.reasons.noteAtOnce(drawing);
     drawing.erase(second.name);
-    centre.deleteConstraint();
+    deleteCollected(context, centre);
     settleSegments(drawing, first.name);
 }
 

@@ -1,5 +1,6 @@
 #include "editing/commands/fillet/FilletPolyline.h"
 
+#include "editing/Evaluation.h"
 #include "editing/SegmentNames.h"
 #include "editing/commands/fillet/FilletCurves.h"
 #include "editing/commands/join/OpenPolyline.h"
@@ -31,6 +32,7 @@ PolylineShape finished(const PolylineShape& polyline, const SegmentFillet& fille
 void filletWithin(EditContext& context, const std::string& polyline, const SegmentFillet& fillet) {
     Drawing& drawing = context.drawing;
     context.edited = {polyline};
+    context.reasons.noteEdited(polyline, "filleted");
     if (fillet.sharp)
         context.judgedAnew = {polyline};
     {
@@ -42,7 +44,7 @@ void filletWithin(EditContext& context, const std::string& polyline, const Segme
         drawing.write(polyline, fillet.edited);
         centre.setSelfPolyLineConstraint(open.get());
         drawing.write(polyline, finished(polylineShape(drawing, polyline), fillet));
-        centre.deleteConstraint();
+        deleteCollected(context, centre);
     }
     settleSegments(drawing, polyline);
 }
@@ -55,6 +57,7 @@ void filletWithCurve(EditContext& context, const PolylineSide& polyline, const F
               cutSegment(segment.side.name, polyline.shape, segment.segment, fillet.first, fillet.firstEnd));
     Drawing& drawing = context.drawing;
     context.edited = {polyline.name, curve.name};
+    context.reasons.noteEdited(polyline.name, "filleted");
     const std::string curveName = replaceOtherKind(context, curve, fillet.second);
     const bool keepsCurve = curveName == curve.name;
     {
@@ -70,7 +73,7 @@ void filletWithCurve(EditContext& context, const PolylineSide& polyline, const F
                                         static_cast<unsigned int>(cut.segment), {cut.point.x, cut.point.y, 0.0});
         if (cut.leading > 0)
             drawing.write(polyline.name, withoutLeading(polylineShape(drawing, polyline.name), cut.leading));
-        centre.deleteConstraint();
+        deleteCollected(context, centre);
     }
     if (fillet.arc)
         addFilletArc(context, *fillet.arc, curveName, polyline.name);

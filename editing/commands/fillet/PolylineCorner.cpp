@@ -1,6 +1,7 @@
 #include "editing/commands/fillet/PolylineCorner.h"
 
 #include <algorithm>
+#include <cassert>
 
 #include "editing/commands/fillet/SegmentSide.h"
 #include "editing/text/EditText.h"
@@ -51,15 +52,25 @@ struct Rounding {
     double arcBulge = 0.0;
 };
 
-Rounding roundingBetween(const SegmentFillet& fillet, const std::string& name, std::size_t from, std::size_t to,
-                         double radius) {
+struct CornerSides {
+    FilletSide before, behind;
+};
+
+CornerSides sidesAt(const SegmentFillet& fillet, const std::string& name, std::size_t from, std::size_t to) {
     const PolylineShape& polyline = fillet.counted;
     const auto spoken = [&](std::size_t segment) {
         return spokenSegment(name, (segment + fillet.seam) % polyline.vertices.size());
     };
-    FilletSide before = segmentSide(spoken(from), polyline, from, CurveEnd::end);
-    FilletSide behind = segmentSide(spoken(to), polyline, to, CurveEnd::start);
-    before.mayGrow = behind.mayGrow = !isCorner(fillet);
+    CornerSides sides{segmentSide(spoken(from), polyline, from, CurveEnd::end),
+                      segmentSide(spoken(to), polyline, to, CurveEnd::start)};
+    sides.before.mayGrow = sides.behind.mayGrow = !isCorner(fillet);
+    return sides;
+}
+
+Rounding roundingBetween(const SegmentFillet& fillet, const std::string& name, std::size_t from, std::size_t to,
+                         double radius) {
+    const PolylineShape& polyline = fillet.counted;
+    const auto [before, behind] = sidesAt(fillet, name, from, to);
     const CurveFillet curves = filletCurves(before, behind, radius);
     Rounding rounding{.from = cutSegment(before.name, polyline, from, curves.first, curves.firstEnd),
                       .to = cutSegment(behind.name, polyline, to, curves.second, curves.secondEnd)};
@@ -110,9 +121,12 @@ SegmentFillet filleted(SegmentFillet fillet, const std::string& name, double rad
     const bool leadsOn = fillet.mode == Mode::kCorner || fillet.mode == Mode::kBetween;
     fillet.sharp = radius == 0.0;
     fillet.edited = fillet.counted;
-    if (isCorner(fillet) && fillet.sharp)
-        return fillet;
     const std::size_t from = leadsOn ? fillet.first : fillet.second, to = leadsOn ? fillet.second : fillet.first;
+    if (isCorner(fillet) && fillet.sharp) {
+        const auto [before, behind] = sidesAt(fillet, name, from, to);
+        refuseSmooth(before, behind);
+        return fillet;
+    }
     const Rounding rounding = roundingBetween(fillet, name, from, to, radius);
     if (fillet.mode == Mode::kCorner)
         roundCorner(fillet, rounding);
@@ -149,6 +163,7 @@ void requireSegment(const std::string& name, const PolylineShape& polyline, int 
 }  // namespace
 
 PolylineShape countedFrom(PolylineShape polyline, std::size_t vertex) {
+    assert(vertex < polyline.vertices.size() && (polyline.closed || vertex == 0));
     const auto middle = static_cast<std::ptrdiff_t>(vertex);
     std::rotate(polyline.vertices.begin(), polyline.vertices.begin() + middle, polyline.vertices.end());
     std::rotate(polyline.bulges.begin(), polyline.bulges.begin() + middle, polyline.bulges.end());

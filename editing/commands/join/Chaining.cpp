@@ -1,6 +1,7 @@
 #include "editing/commands/join/Chaining.h"
 
 #include <algorithm>
+#include <cassert>
 #include <optional>
 #include <unordered_map>
 
@@ -131,6 +132,7 @@ ChainPiece chainPiece(const std::string& name, const Shape& shape) {
 }
 
 Chain chainOf(const std::vector<ChainPiece>& pieces, std::size_t middle) {
+    assert(middle < pieces.size());
     return Chainer(pieces).around(middle);
 }
 

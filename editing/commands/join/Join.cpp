@@ -75,7 +75,7 @@ void applyJoin(const EditContext& context, const std::vector<ChainPiece>& pieces
             drawing.erase(piece.name);
     if (chain.isRing)
         closeRing(context, name);
-    carryOver(drawing, before, name, segmentsOf(pieces, middle, chain));
+    carryOver(context, before, name, segmentsOf(pieces, middle, chain));
 }
 
 std::vector<ChainPiece> resolved(const Join& edit, const Drawing& drawing) {

@@ -4,7 +4,9 @@
 #include <vector>
 
 #include "document/EntityIndex.h"
+#include "document/Names.h"
 #include "document/checks/ConstraintCheck.h"
+#include "editing/EditContext.h"
 #include "editing/HoldingConstraints.h"
 
 namespace holdfast::editing {
@@ -98,6 +100,37 @@ private:
     std::size_t m_vertexCount;
 };
 
+/// What went with the composites that the pieces' constraints belonged to: members elsewhere come back as they were,
+/// and so do composites all of whose members are there.
+void restoreComposites(const EditContext& context) {
+    Drawing& drawing = context.drawing;
+    std::vector<Constraint> owners;
+    for (const Deletion& deletion : drawing.deletions())
+        if (deletion.by == Deletion::By::erasure && deletion.constraint.type == ConstraintType::composite)
+            owners.push_back(deletion.constraint);
+    for (const Constraint& owner : owners) {
+        for (const std::string& member : owner.members)
+            if (!drawing.hasConstraint(member))
+                drawing.restoreConstraint(member);
+        const auto missing = std::find_if(owner.members.begin(), owner.members.end(),
+                                          [&](const std::string& member) { return !drawing.hasConstraint(member); });
+        if (missing == owner.members.end())
+            drawing.addConstraint(owner);
+        else
+            context.reasons.note(owner.id, "its member " + *missing + " is gone");
+    }
+}
+
+/// Why a constraint of the pieces is not one of the polyline.
+std::string reasonOfLoss(const CarryOver& carry, const Constraint& constraint, const Constraint& carried,
+                         const std::string& polyline, const EntityIndex& entities) {
+    if (carry.isOneVertex(carried))
+        return "it ties a vertex of " + polyline + " to itself";
+    return faultIn(carried, entities) ? polyline + " cannot have it: " + spokenPlace(constraint.refs.front()) + " is " +
+                                            spokenPlace(carried.refs.front()) + " there"
+                                      : "it does not hold on " + polyline;
+}
+
 }  // namespace
 
 std::unordered_map<std::string, JoinedSegments> segmentsOf(const std::vector<ChainPiece>& pieces, std::size_t middle,
@@ -117,8 +150,9 @@ std::unordered_map<std::string, JoinedSegments> segmentsOf(const std::vector<Cha
     return segments;
 }
 
-void carryOver(Drawing& drawing, const Document& before, const std::string& polyline,
+void carryOver(const EditContext& context, const Document& before, const std::string& polyline,
                const std::unordered_map<std::string, JoinedSegments>& pieces) {
+    Drawing& drawing = context.drawing;
     std::vector<std::string> names{polyline};
     for (const Entity& entity : before.entities)
         names.push_back(entity.id);
@@ -131,10 +165,12 @@ void carryOver(Drawing& drawing, const Document& before, const std::string& poly
         if (drawing.hasConstraint(constraint.id) || !carry.concerns(constraint))
             continue;
         Constraint carried = carry.carried(constraint);
+        context.reasons.note(constraint.id, reasonOfLoss(carry, constraint, carried, polyline, entities));
         if (!carry.isOneVertex(carried) && !faultIn(carried, entities))
             document.constraints.push_back(std::move(carried));
     }
     addHolding(drawing, document, count);
+    restoreComposites(context);
     drawing.tieCorners(polyline);
 }
 

@@ -10,6 +10,8 @@
 
 namespace holdfast::editing {
 
+struct EditContext;
+
 /// Which segments of a joined polyline an entity became.
 struct JoinedSegments {
     std::size_t first = 0;
@@ -23,8 +25,9 @@ std::unordered_map<std::string, JoinedSegments> segmentsOf(const std::vector<Cha
 
 /// Gives the polyline the constraints that held on its pieces and went with them, under their ids and with places on
 /// its segments. Coincidences of ends that are one vertex now stay away, as do those that hold no longer, switched-off
-/// ones and what owns or helps others. `before` is what stood around the pieces. Linear in it.
-void carryOver(Drawing& drawing, const Document& before, const std::string& polyline,
+/// ones and what helps others; it is noted why. What went with a composite comes back, and so does the composite when
+/// none of its members stays away. `before` is what stood around the pieces. Linear in it.
+void carryOver(const EditContext& context, const Document& before, const std::string& polyline,
                const std::unordered_map<std::string, JoinedSegments>& pieces);
 
 }  // namespace holdfast::editing

@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "document/Names.h"
 #include "drag/CYxRotateReleaseConstraint.h"
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
@@ -21,11 +22,20 @@ bool tryRotation(const EditContext& context, const std::vector<std::string>& nam
     return !constrainedIds.isEmpty();
 }
 
+std::string reasonOfTurn(const Constraint& constraint, double degrees) {
+    const bool isLevel = constraint.type == ConstraintType::horizontal || constraint.type == ConstraintType::vertical;
+    if (isLevel && constraint.refs.size() == 1)
+        return spokenPlace(constraint.refs.front()) + " is no longer " + std::string(typeName(constraint.type));
+    return "it does not hold after a turn by " + spoken(degrees) + " degrees";
+}
+
 /// What is tied to the turned entities follows. Constraints go that the user's angle makes false and that no other
 /// entity's move can mend: a level line that is level no longer. The trial, at its own angle, has named the likeliest.
-void followReleasing(const EditContext& context) {
+void followReleasing(const EditContext& context, double degrees) {
     for (const std::string& id : context.evaluator.againstPlaced(context.edited, context.evaluator.rotateReport()))
         context.drawing.removeConstraint(id);
+    for (const Deletion& released : context.drawing.deletions())
+        context.reasons.note(released.constraint.id, reasonOfTurn(released.constraint, degrees));
     markChanged(context);
     evaluate(context);
 }
@@ -46,7 +56,7 @@ void perform(const Rotate& edit, EditContext& context) {
     for (const std::string& name : names)
         moveEntity(context, name, turn);
     if (followed)
-        followReleasing(context);
+        followReleasing(context, edit.degrees);
 }
 
 }  // namespace holdfast::editing

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <memory>
 
 #include "commands/stretch/ConstraintStretchCmdCenter.h"
@@ -12,15 +11,6 @@ namespace holdfast::editing {
 
 namespace {
 
-struct Window {
-    Vec2 first, second;
-
-    bool holds(Vec2 p) const {
-        return p.x >= std::min(first.x, second.x) && p.x <= std::max(first.x, second.x) &&
-               p.y >= std::min(first.y, second.y) && p.y <= std::max(first.y, second.y);
-    }
-};
-
 /// An entity with grips in the window, and what becomes of it when nothing holds it back.
 struct Stretched {
     std::string name;
@@ -29,15 +19,15 @@ struct Stretched {
 };
 
 /// Reference geometry is not stretched: a window catches it without being asked to.
-std::vector<Stretched> caughtBy(const Window& window, const Drawing& drawing, Vec2 by) {
+std::vector<Stretched> caughtBy(const Box& window, const Drawing& drawing, Vec2 by) {
     std::vector<Stretched> caught;
-    for (const std::string& name : drawing.names()) {
+    for (const std::string& name : drawing.namesNear(window)) {
         if (drawing.isFixed(name))
             continue;
         const Shape shape = drawing.shape(name);
         std::vector<int> grips;
         for (const Grip& grip : windowGrips(shape))
-            if (window.holds(grip.point))
+            if (window.contains(grip.point))
                 grips.push_back(grip.number);
         if (grips.empty())
             continue;
@@ -77,7 +67,10 @@ void stretchConstrained(const EditContext& context, const std::vector<Stretched>
 }
 
 std::vector<Stretched> resolved(const Stretch& edit, const Drawing& drawing) {
-    std::vector<Stretched> caught = caughtBy({edit.first, edit.second}, drawing, edit.by);
+    Box window;
+    window.add(edit.first);
+    window.add(edit.second);
+    std::vector<Stretched> caught = caughtBy(window, drawing, edit.by);
     if (caught.empty())
         throw EditError("no end, vertex, control point or centre lies in the window from " + spoken(edit.first) +
                         " to " + spoken(edit.second) + "; draw a window around the points to move");

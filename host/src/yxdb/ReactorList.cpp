@@ -19,11 +19,10 @@ void ReactorList::add(const YxDbObjectId& reactor) {
     m_entries.push_back(reactor);
     ++m_live;
     ++m_changes;
-    if (m_entries.size() == kShort + 1)
-        for (std::size_t i = 0; i < m_entries.size(); ++i)
-            m_places.emplace(m_entries[i], i);
-    else if (m_entries.size() > kShort)
-        m_places.emplace(reactor, m_entries.size() - 1);
+    if (m_places != nullptr)
+        m_places->emplace(reactor, m_entries.size() - 1);
+    else
+        index();
 }
 
 bool ReactorList::remove(const YxDbObjectId& reactor) {
@@ -33,11 +32,11 @@ bool ReactorList::remove(const YxDbObjectId& reactor) {
     if (m_entries.size() <= kShort) {
         place = static_cast<std::size_t>(std::find(m_entries.begin(), m_entries.end(), reactor) - m_entries.begin());
     } else {
-        const auto [first, last] = m_places.equal_range(reactor);
+        const auto [first, last] = m_places->equal_range(reactor);
         const auto least = std::min_element(first, last, [](auto& a, auto& b) { return a.second < b.second; });
         if (least != last) {
             place = least->second;
-            m_places.erase(least);
+            m_places->erase(least);
         }
     }
     if (place == m_entries.size())
@@ -60,16 +59,22 @@ std::vector<YxDbObjectId> ReactorList::ids() const {
 
 std::size_t ReactorList::count(const YxDbObjectId& reactor) const {
     if (m_entries.size() > kShort)
-        return m_places.count(reactor);
+        return m_places->count(reactor);
     return static_cast<std::size_t>(std::count(m_entries.begin(), m_entries.end(), reactor));
 }
 
 void ReactorList::compact() {
     m_entries = ids();
-    m_places.clear();
-    if (m_entries.size() > kShort)
-        for (std::size_t i = 0; i < m_entries.size(); ++i)
-            m_places.emplace(m_entries[i], i);
+    index();
+}
+
+void ReactorList::index() {
+    m_places.reset();
+    if (m_entries.size() <= kShort)
+        return;
+    m_places = std::make_unique<Places>();
+    for (std::size_t i = 0; i < m_entries.size(); ++i)
+        m_places->emplace(m_entries[i], i);
 }
 
 }  // namespace holdfast

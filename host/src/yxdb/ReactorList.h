@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -24,12 +25,14 @@ private:
     struct Hash {
         std::size_t operator()(const YxDbObjectId& id) const;
     };
+    using Places = std::unordered_multimap<YxDbObjectId, std::size_t, Hash>;
+    void index();
     void compact();
 
     std::vector<YxDbObjectId> m_entries;  // removed ones are null until the list is compacted
     std::size_t m_live = 0;
     std::size_t m_changes = 0;
-    std::unordered_multimap<YxDbObjectId, std::size_t, Hash> m_places;  // only for long lists
+    std::unique_ptr<Places> m_places;  // only for long lists: most objects have a few reactors or none
 };
 
 }  // namespace holdfast

@@ -1,13 +1,18 @@
 #include "solver/src/api/ConstraintReading.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <numbers>
 #include <optional>
 
+#include "solver/src/diagnosis/Extract.h"
+#include "solver/src/residuals/EquationSystem.h"
 #include "solver/src/residuals/Operands.h"
 
 namespace holdfast::solver {
+
+using detail::at;
 
 namespace {
 
@@ -240,6 +245,45 @@ Result<detail::SketchConstraint> readConstraint(const SketchImpl& sketch, const 
     if (const auto* own = std::get_if<OwnResidual>(&constraint))
         read.own = own->function;
     return read;
+}
+
+std::optional<Error> faultOfEquations(const SketchImpl& sketch, int number, const Constraint& constraint,
+                                      double value) {
+    try {
+        detail::Extract extract(sketch.data, {&number, 1});
+        extract.sketch().takeReference();
+        extract.sketch().constraints.front().value = value;
+        extract.sketch().constraints.front().active = true;
+        extract.sketch().constraints.front().driving = true;
+        const int first = 0;
+        detail::buildPlainSystem(extract.sketch(), {&first, 1});
+    } catch (const detail::SketchError& e) {
+        return Error{withoutName(e.what()), describe(constraint), "it takes " + std::string(takenBy(constraint))};
+    }
+    return std::nullopt;
+}
+
+Result<int> dimensionFor(const SketchImpl& sketch, ConstraintId dimension, double value) {
+    const int number = sketch.find(dimension);
+    if (number < 0)
+        return noSuch(dimension);
+    Constraint changed = sketch.kinds[at(number)];
+    Value* const now = valueIn(changed);
+    if (now == nullptr)
+        return Error{"it is no dimension and has no value", describe(changed), "add a dimension"};
+    *now = value;
+    if (const auto read = readConstraint(sketch, changed); !read)
+        return read.error();
+    if (auto fault = faultOfEquations(sketch, number, changed, value))
+        return *std::move(fault);
+    return number;
+}
+
+void giveValue(SketchImpl& sketch, int dimension, double value) {
+    Value* const stored = valueIn(sketch.kinds[at(dimension)]);
+    assert(stored != nullptr);
+    *stored = value;
+    sketch.data.constraints[at(dimension)].value = value;
 }
 
 }  // namespace holdfast::solver

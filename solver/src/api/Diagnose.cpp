@@ -2,8 +2,12 @@
 
 #include <holdfast/solver/Diagnose.h>
 
+#include <cassert>
+#include <utility>
+
 #include "solver/src/api/Running.h"
 #include "solver/src/diagnosis/Conflict.h"
+#include "solver/src/diagnosis/FreeMotions.h"
 
 namespace holdfast::solver {
 
@@ -35,7 +39,7 @@ Diagnosis diagnosisOf(const SketchImpl& sketch, const detail::Diagnosis& found) 
             diagnosis.parts.back().entities.push_back(sketch.entityId(entity));
     }
     for (std::size_t i = 0; i < found.freedomOfEntity.size(); ++i)
-        diagnosis.entities.push_back({sketch.entityId(static_cast<int>(i)), found.freedomOfEntity[i]});
+        diagnosis.entities.push_back({sketch.entityId(static_cast<int>(i)), found.freedomOfEntity[i], {}, false});
     for (const detail::Redundancy& r : found.redundant)
         diagnosis.redundant.push_back({sketch.constraintId(r.constraint), r.redundantEquations, r.isWhole});
     for (const std::vector<int>& conflict : found.conflicts)
@@ -46,6 +50,14 @@ Diagnosis diagnosisOf(const SketchImpl& sketch, const detail::Diagnosis& found) 
     return diagnosis;
 }
 
+void tellMotions(std::vector<EntityMotions> found, std::vector<EntityFreedom>& entities) {
+    assert(found.size() == entities.size());
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        entities[i].motions = std::move(found[i].motions);
+        entities[i].isFree = found[i].isFree;
+    }
+}
+
 }  // namespace
 
 Result<Diagnosis> diagnose(const Sketch& sketch, const SolveOptions& options) {
@@ -54,7 +66,13 @@ Result<Diagnosis> diagnose(const Sketch& sketch, const SolveOptions& options) {
         return *std::move(fault);
     detail::Budget budget = budgetOf(options);
     try {
-        Diagnosis diagnosis = diagnosisOf(impl, detail::diagnose(dataOf(impl, options), true, &budget));
+        const detail::SketchData data = dataOf(impl, options);
+        Diagnosis diagnosis = diagnosisOf(impl, detail::diagnose(data, true, &budget));
+        if (options.tellsMotions && !detail::isSpent(&budget)) {
+            std::vector<EntityMotions> motions = detail::freeMotionsOf(data, &budget);
+            if (!detail::isSpent(&budget))
+                tellMotions(std::move(motions), diagnosis.entities);
+        }
         if (detail::isSpent(&budget))
             diagnosis.endedEarly = endingOf(budget.overrun());
         return diagnosis;
@@ -75,7 +93,7 @@ Result<Conflict> findConflict(const Sketch& sketch, std::span<const Target> targ
         const detail::SketchData data = dataOf(impl, options);
         const detail::ConflictSet set =
             detail::findConflict(data, detail::bindingConstraints(data), wanted.value(), &budget);
-        Conflict conflict{idsOf(impl, set.constraints), {}};
+        Conflict conflict{idsOf(impl, set.constraints), {}, set.isMinimal};
         for (const int value : set.targets) {
             if (const std::size_t target = at(value) / 2; conflict.targets.empty() || conflict.targets.back() != target)
                 conflict.targets.push_back(target);

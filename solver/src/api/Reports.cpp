@@ -31,6 +31,20 @@ std::string inMilliseconds(double seconds) {
     return inDigits(1e3 * seconds) + " ms";
 }
 
+/// "c3 led from 30 to 52.25"
+std::string spoken(const LedDimension& led) {
+    const auto digits = [](double value) {
+        std::array<char, 32> text{};
+        std::snprintf(text.data(), text.size(), "%.6g", value);
+        return std::string(text.data());
+    };
+    return toString(led.dimension) + " led from " + digits(led.from) + " to " + digits(led.to);
+}
+
+std::vector<LedDimension> ledFrom(const std::optional<Reached>& reached) {
+    return reached && reached->part > 0.0 ? reached->dimensions : std::vector<LedDimension>();
+}
+
 std::string_view nameOf(Firmness firmness) {
     constexpr std::string_view names[] = {"exact", "sizes kept", "wishes"};
     return names[static_cast<std::size_t>(firmness)];
@@ -62,12 +76,31 @@ std::string_view toString(Ending ending) {
     return "invalid";
 }
 
+std::string toString(const FreeMotion& motion) {
+    const auto pair = [](Vec2 p) { return "(" + inDigits(p.x) + ", " + inDigits(p.y) + ")"; };
+    switch (motion.kind) {
+        case MotionKind::slide:
+            return "slide along " + pair(motion.direction);
+        case MotionKind::turn:
+            return "turn about " + pair(motion.centre);
+        case MotionKind::length:
+            return std::string("change its length at its ") + (motion.isAtStart ? "start" : "end");
+        case MotionKind::radius:
+            return "change its radius";
+        case MotionKind::other:
+            break;
+    }
+    return "change its shape";
+}
+
 std::string SolveResult::briefReport() const {
     std::string text(toString(ending));
     if (error)
         return text + ": " + error->message();
     text += " in " + count(static_cast<std::size_t>(iterations), "iteration", "iterations") + ", worst residual " +
             inDigits(worstResidual);
+    for (const LedDimension& led : ledFrom(reached))
+        text += ", " + spoken(led);
     if (!conflicting.empty())
         return text + ", in conflict: " + list(conflicting);
     if (!flaw.empty())
@@ -86,11 +119,17 @@ std::string SolveResult::fullReport() const {
     for (const Movement& movement : moved)
         text += "moved           " + toString(movement.entity) + " by " + inDigits(movement.distance) + "\n";
     if (!conflicting.empty())
-        text += "in conflict     " + list(conflicting) + "\n";
+        text += "in conflict     " + list(conflicting) + (isConflictMinimal ? "\n" : "; perhaps fewer of them are\n");
     for (const std::size_t target : contradictedTargets)
         text += "in conflict     target " + std::to_string(target) + "\n";
     if (!flaw.empty())
         text += "flaw            " + flaw + "\n";
+    if (reached)
+        text += "reached         " + inDigits(reached->part) + " of the way\n";
+    for (const LedDimension& led : ledFrom(reached))
+        text += "reached         " + spoken(led) + "\n";
+    if (!leftAlone.empty())
+        text += "left alone      " + list(leftAlone) + "\n";
     text += "time            " + inMilliseconds(times.total()) + ": building " + inMilliseconds(times.building) +
             ", iterating " + inMilliseconds(times.iterating) + ", explaining " + inMilliseconds(times.explaining) +
             "\n";

@@ -45,13 +45,21 @@ private:
     detail::SketchData& m_data;
 };
 
-/// Puts the sketch's numbers back, unless they are to be kept: what throws leaves the sketch as it was.
+/// Puts the sketch's numbers and these dimensions' values back, unless they are to be kept: what throws leaves the
+/// sketch as it was.
 class Undoing {
 public:
-    explicit Undoing(detail::SketchData& data) : m_data(data), m_before(data.values) {}
+    Undoing(detail::SketchData& data, std::span<const detail::ValueGoal> dimensions)
+        : m_data(data), m_before(data.values), m_dimensions(dimensions.begin(), dimensions.end()) {
+        for (detail::ValueGoal& each : m_dimensions)
+            each.goal = data.constraints[detail::at(each.constraint)].value;
+    }
     ~Undoing() {
-        if (!m_isKept)
-            m_data.values.swap(m_before);
+        if (m_isKept)
+            return;
+        m_data.values.swap(m_before);
+        for (const detail::ValueGoal& each : m_dimensions)
+            m_data.constraints[detail::at(each.constraint)].value = each.goal;
     }
     Undoing(const Undoing&) = delete;
     Undoing& operator=(const Undoing&) = delete;
@@ -61,6 +69,7 @@ public:
 private:
     detail::SketchData& m_data;
     std::vector<double> m_before;
+    std::vector<detail::ValueGoal> m_dimensions;
     bool m_isKept = false;
 };
 

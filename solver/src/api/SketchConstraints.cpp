@@ -5,32 +5,11 @@
 
 #include "solver/src/api/Appending.h"
 #include "solver/src/api/ConstraintReading.h"
-#include "solver/src/diagnosis/Extract.h"
-#include "solver/src/residuals/EquationSystem.h"
 
 // The constraints of a sketch.
 namespace holdfast::solver {
 
 using detail::at;
-
-namespace {
-
-/// Why the solver cannot have this constraint of its sketch; nothing when it can.
-std::optional<Error> faultOfEquations(const SketchImpl& sketch, int number, const Constraint& constraint) {
-    try {
-        detail::Extract extract(sketch.data, {&number, 1});
-        extract.sketch().takeReference();
-        extract.sketch().constraints.front().active = true;
-        extract.sketch().constraints.front().driving = true;
-        const int first = 0;
-        detail::buildPlainSystem(extract.sketch(), {&first, 1});
-    } catch (const detail::SketchError& e) {
-        return Error{withoutName(e.what()), describe(constraint), "it takes " + std::string(takenBy(constraint))};
-    }
-    return std::nullopt;
-}
-
-}  // namespace
 
 Result<ConstraintId> Sketch::add(const Constraint& constraint) {
     auto read = readConstraint(*m_impl, constraint);
@@ -44,7 +23,7 @@ Result<ConstraintId> Sketch::add(const Constraint& constraint) {
     m_impl->kinds.push_back(constraint);
     m_impl->idOfConstraint.push_back(id.number());
     m_impl->constraintOf.push_back(number);
-    if (auto fault = faultOfEquations(*m_impl, number, constraint))
+    if (auto fault = faultOfEquations(*m_impl, number, constraint, m_impl->data.constraints.back().value))
         return *std::move(fault);
     appending.finish();
     ++m_impl->revision;
@@ -62,28 +41,10 @@ Result<Done> Sketch::remove(ConstraintId constraint) {
 }
 
 Result<Done> Sketch::setValue(ConstraintId dimension, double value) {
-    const int number = m_impl->find(dimension);
-    if (number < 0)
-        return noSuch(dimension);
-    Constraint changed = m_impl->kinds[at(number)];
-    Value* const now = valueIn(changed);
-    if (now == nullptr)
-        return Error{"it is no dimension and has no value", describe(changed), "add a dimension"};
-    *now = value;
-    if (const auto read = readConstraint(*m_impl, changed); !read)
-        return read.error();
-    double& stored = m_impl->data.constraints[at(number)].value;
-    const double old = std::exchange(stored, value);
-    try {
-        if (auto fault = faultOfEquations(*m_impl, number, changed)) {
-            stored = old;
-            return *std::move(fault);
-        }
-    } catch (...) {
-        stored = old;
-        throw;
-    }
-    m_impl->kinds[at(number)] = std::move(changed);
+    const auto number = dimensionFor(*m_impl, dimension, value);
+    if (!number)
+        return number.error();
+    giveValue(*m_impl, number.value(), value);
     ++m_impl->revision;
     return Done{};
 }

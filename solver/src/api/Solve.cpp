@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <cmath>
+#include <unordered_set>
 
+#include "solver/src/api/ConstraintReading.h"
 #include "solver/src/api/Running.h"
 #include "solver/src/residuals/Operands.h"
 
@@ -26,6 +28,35 @@ Ending endingOf(detail::SolveStatus status) {
     return Ending::unreached;
 }
 
+Result<std::vector<detail::ValueGoal>> valuesOf(const SketchImpl& sketch, std::span<const ValueGoal> goals) {
+    std::vector<detail::ValueGoal> values;
+    std::unordered_set<int> named;
+    for (const ValueGoal& goal : goals) {
+        const auto number = dimensionFor(sketch, goal.dimension, goal.value);
+        if (!number)
+            return number.error();
+        if (!sketch.data.constraints[at(number.value())].binds())
+            return Error{"it is switched off or only measures", toString(goal.dimension),
+                         "make it bind by setActive and setDriving"};
+        if (!named.insert(number.value()).second)
+            return Error{"two values are asked of it", toString(goal.dimension), "ask for one"};
+        values.push_back({number.value(), goal.value});
+    }
+    return values;
+}
+
+Result<std::vector<detail::Target>> keptAt(const SketchImpl& sketch, std::span<const PointId> points) {
+    std::vector<detail::Target> kept;
+    for (const PointId point : points) {
+        const auto handle = handleOf(sketch, point);
+        if (!handle)
+            return handle.error();
+        for (const int value : {handle.value(), handle.value() + 1})
+            kept.push_back({value, sketch.data.values[at(value)]});
+    }
+    return kept;
+}
+
 Result<detail::SolveRequest> requestOf(const SketchImpl& sketch, std::span<const Target> targets,
                                        const SolveOptions& options) {
     if (auto fault = faultOf(options))
@@ -33,8 +64,16 @@ Result<detail::SolveRequest> requestOf(const SketchImpl& sketch, std::span<const
     auto wanted = targetsOf(sketch, targets);
     if (!wanted)
         return wanted.error();
+    auto values = valuesOf(sketch, options.values);
+    if (!values)
+        return values.error();
+    auto kept = keptAt(sketch, options.kept);
+    if (!kept)
+        return kept.error();
     detail::SolveRequest request;
     request.targets = std::move(wanted).value();
+    request.values = std::move(values).value();
+    request.kept = std::move(kept).value();
     for (const EntityId id : options.edited) {
         if (sketch.find(id) < 0)
             return noSuch(id);
@@ -42,8 +81,17 @@ Result<detail::SolveRequest> requestOf(const SketchImpl& sketch, std::span<const
     }
     request.reach = static_cast<detail::Scope>(options.scope);
     request.lastLevel = static_cast<detail::RelaxationLevel>(options.firmness);
+    request.keepsShapes = options.keepsShapes;
     request.namesConflicts = options.explainsConflicts;
     return request;
+}
+
+Reached reachedOf(const SketchImpl& sketch, const detail::ReachedPart& found) {
+    Reached reached{found.part, {}};
+    for (std::size_t i = 0; i < found.dimensions.size(); ++i)
+        reached.dimensions.push_back(
+            {sketch.constraintId(found.dimensions[i].constraint), found.from[i], found.dimensions[i].goal});
+    return reached;
 }
 
 }  // namespace
@@ -52,7 +100,10 @@ static_assert(static_cast<int>(Scope::part) == static_cast<int>(detail::Scope::p
 static_assert(static_cast<int>(Firmness::wishes) == static_cast<int>(detail::RelaxationLevel::wishes));
 
 std::optional<Error> faultOf(const SolveOptions& options) {
-    if (!(options.tolerance >= 1e-12 && options.tolerance <= 1e-3))
+    // Parts of the sketch's size: iterations strive for a thousandth, and 1e-15 is what rounding leaves; a constraint
+    // that is off by more than a thousandth can be seen not to hold.
+    constexpr double sharpest = 1e-12, loosest = 1e-3;
+    if (!(options.tolerance >= sharpest && options.tolerance <= loosest))
         return Error{"the tolerance is not in 1e-12 to 1e-3", "solve options",
                      "give it as a part of the sketch's size, 1e-10 when in doubt"};
     if (options.iterations < 0)
@@ -134,6 +185,11 @@ SolveResult resultOf(const SketchImpl& sketch, const detail::SolveResult& found,
         if (result.contradictedTargets.empty() || result.contradictedTargets.back() != target)
             result.contradictedTargets.push_back(target);
     }
+    result.isConflictMinimal = found.isConflictMinimal;
+    if (found.reached)
+        result.reached = reachedOf(sketch, *found.reached);
+    for (const int c : found.leftAlone)
+        result.leftAlone.push_back(sketch.constraintId(c));
     if (found.degeneracy && result.ending == Ending::degenerate)
         result.flaw = found.degeneracy->what;
     result.times = {found.times.building, found.times.iterating, found.times.explaining};
@@ -150,7 +206,7 @@ SolveResult solve(Sketch& sketch, std::span<const Target> targets, const SolveOp
     if (!request)
         return invalid(request.error());
     const Preparation preparation(impl.data, options.tolerance);
-    Undoing undoing(impl.data);
+    Undoing undoing(impl.data, request.value().values);
     detail::Budget budget = budgetOf(options);
     try {
         detail::SolveRequest wanted = std::move(request).value();
@@ -158,6 +214,8 @@ SolveResult solve(Sketch& sketch, std::span<const Target> targets, const SolveOp
         const detail::SolveResult found = detail::solve(impl.data, wanted);
         SolveResult result = resultOf(impl, found, budget);
         undoing.keep();
+        for (std::size_t i = 0; i < options.values.size() && result.isSolved(); ++i)
+            giveValue(impl, impl.find(options.values[i].dimension), options.values[i].value);
         impl.data.takeReference();
         ++impl.revision;
         return result;

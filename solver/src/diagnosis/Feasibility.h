@@ -25,8 +25,8 @@ private:
 
 /// How many different places a trial begins from before it says no.
 enum class Care {
-    quick = 3,    ///< to narrow down
-    thorough = 8  ///< for an answer that is told
+    quick,    ///< to narrow down
+    thorough  ///< for an answer that is told
 };
 
 /// Can these constraints and targets hold together, with no entity collapsed or turned over? A yes is certain, as a

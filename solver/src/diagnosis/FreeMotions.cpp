@@ -41,7 +41,8 @@ struct Samples {
 
 class Sampler {
 public:
-    explicit Sampler(const SketchData& sketch) : m_sketch(sketch), m_system(buildSystem(sketch)) {
+    Sampler(const SketchData& sketch, Budget* budget)
+        : m_sketch(sketch), m_budget(budget), m_system(buildSystem(sketch)) {
         for (int u = 0; u < m_system.unknownCount; ++u)
             m_system.assign(u, m_system.meanOf(u));
     }
@@ -59,7 +60,7 @@ public:
         stepper.linearise(x);
         std::fill(stepper.residual.begin(), stepper.residual.end(), 0.0);
         Samples samples{Matrix::Zero(valueCount(), count), Matrix(valueCount(), 0)};
-        if (unknowns.empty() || !stepper.factorise(kLeastDamping))
+        if (unknowns.empty() || !maySpend(m_budget) || !stepper.factorise(kLeastDamping))
             return samples;
         std::vector<std::vector<double>> steps;
         for (int k = 0; k < count; ++k) {
@@ -106,12 +107,14 @@ private:
             return;
         const double way = wayOfTry();
         Matrix really = samples.first;
+        IterationLimits limits;
+        limits.budget = m_budget;
         for (std::size_t k = 0; k < steps.size(); ++k) {
             const double reach = samples.first.col(static_cast<Eigen::Index>(k)).lpNorm<Eigen::Infinity>();
             if (reach <= kStill)
                 continue;
             std::vector<double> next = moved(x, steps[k], way / reach);
-            const bool holds = restore(subproblem, m_weights, next, {}).isSatisfied;
+            const bool holds = restore(subproblem, m_weights, next, limits).isSatisfied;
             subproblem.write(x);
             if (!holds)
                 return;  // nothing was found out
@@ -123,6 +126,7 @@ private:
     }
 
     const SketchData& m_sketch;
+    Budget* m_budget;
     EquationSystem m_system;
     std::vector<double> m_weights;
     std::mt19937 m_random{1};
@@ -363,11 +367,11 @@ int ownFreedom(const SketchEntity& entity) {
 
 }  // namespace
 
-std::vector<EntityMotions> freeMotionsOf(const SketchData& sketch) {
+std::vector<EntityMotions> freeMotionsOf(const SketchData& sketch, Budget* budget) {
     int most = 0;
     for (const SketchEntity& entity : sketch.entities)
         most = std::max(most, entity.fixed ? 0 : entity.valueCount);
-    Sampler sampler(sketch);
+    Sampler sampler(sketch, budget);
     const Samples samples = sampler.run(std::min(most, kMostMotions));
     std::vector<EntityMotions> found;
     for (int i = 0; i < static_cast<int>(sketch.entities.size()); ++i) {

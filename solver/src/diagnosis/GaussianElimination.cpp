@@ -81,7 +81,8 @@ bool GaussianElimination::add(const Entries& entries) {
         const double scale = 1.0 / m_work[at(row.pivot)];
         for (const int column : m_touched) {
             // Rounding left over from cancellation would only fill later rows.
-            if (std::abs(m_work[at(column)]) <= 1e-14 * largest)
+            constexpr double rounding = 1e-14;
+            if (std::abs(m_work[at(column)]) <= rounding * largest)
                 continue;
             row.entries.emplace_back(column, m_work[at(column)] * scale);
             ++m_useCount[at(column)];

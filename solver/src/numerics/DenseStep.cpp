@@ -16,7 +16,8 @@ void denseStep(const ColumnPattern& pattern, std::span<const double> jacobian, s
             matrix(pattern.rows[static_cast<std::size_t>(k)], j) = jacobian[static_cast<std::size_t>(k)] * scale[j];
     }
     Eigen::CompleteOrthogonalDecomposition<Eigen::MatrixXd> decomposition;
-    decomposition.setThreshold(1e-13);
+    constexpr double rounding = 1e-13;  // of the largest pivot: what a few hundred operations leave
+    decomposition.setThreshold(rounding);
     decomposition.compute(matrix);
     const Eigen::Map<const Eigen::VectorXd> right(h.data(), pattern.rowCount);
     Eigen::Map<Eigen::VectorXd>(step.data(), columns) = scale.cwiseProduct(decomposition.solve(right));

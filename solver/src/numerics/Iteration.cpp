@@ -10,21 +10,26 @@ namespace holdfast::solver::detail {
 
 namespace {
 
-constexpr double kMostDamping = 1e6;
+/// Parts of the rows' squares. From Newton's step damping begins at the first and grows to the most, by which the step
+/// has become that of steepest descent; what has helped shrinks it.
+constexpr double kFirstDamping = 1e-4, kMostDamping = 1e6, kMoreDamping = 30.0, kLessDamping = 0.01;
 constexpr int kMostDense = 150;  // rows or columns up to which a dense decomposition is affordable
 constexpr int kSlow = 2;         // iterations without much progress before it is tried
+constexpr double kSlowly = 0.2;  // of the residual before: Newton leaves far less, a double root a quarter
+constexpr int kPolishing = 3;    // steps with factors at hand: near a solution each gains the digits of a new one
 constexpr double kNear = 1e-4;   // residual, as a part of the sketch's size, that counts as near a solution
 
 /// Tries shorter and shorter parts of a step until the residual shrinks. Afterwards x and the stepper's residual are
 /// those of the point taken.
 bool shorten(Stepper& stepper, std::span<const double> step, double factor, std::vector<double>& x) {
-    constexpr int halvings = 4;
+    constexpr int halvings = 4;          // shorter steps than a sixteenth are better damped
+    constexpr double sufficient = 1e-4;  // decrease for each part of the step (J. Nocedal, S. Wright, 3.1)
     const double before = lengthOf(stepper.residual);
     const std::vector<double> old = stepper.residual;
     for (int i = 0; i <= halvings; ++i, factor *= 0.5) {
         const std::vector<double> next = moved(x, step, factor);
         stepper.evaluate(next);
-        if (lengthOf(stepper.residual) < (1.0 - 1e-4 * factor) * before) {
+        if (lengthOf(stepper.residual) < (1.0 - sufficient * factor) * before) {
             x = next;
             return true;
         }
@@ -41,7 +46,8 @@ bool dampedStep(Stepper& stepper, double most, double& damping, std::vector<doub
             const double reach = stepper.reach(step);
             hasMoved = shorten(stepper, step, reach > most ? most / reach : 1.0, x);
         }
-        damping = hasMoved ? std::max(kLeastDamping, damping * 0.01) : std::max(1e-4, damping * 30.0);
+        damping = hasMoved ? std::max(kLeastDamping, damping * kLessDamping)
+                           : std::max(kFirstDamping, damping * kMoreDamping);
         if (hasMoved)
             return true;
     }
@@ -72,7 +78,7 @@ IterationReport restore(Subproblem& subproblem, std::span<const double> weights,
         report.isSatisfied = report.residual <= system.tolerance;
         if (report.residual <= system.aim || std::isnan(report.residual) || report.iterations >= limits.restoring)
             return report;
-        slow = report.iterations > 0 && report.residual > 0.2 * before ? slow + 1 : 0;
+        slow = report.iterations > 0 && report.residual > kSlowly * before ? slow + 1 : 0;
         if (!maySpend(limits.budget))
             return report;
         stepper.linearise(x);
@@ -82,7 +88,7 @@ IterationReport restore(Subproblem& subproblem, std::span<const double> weights,
         if (isDense ? !denselySolvedStep(stepper, most, x) : !dampedStep(stepper, most, damping, x))
             return report;
         if (!isDense && report.residual < kNear * system.size)
-            stepper.polish(x, 3, system.aim);
+            stepper.polish(x, kPolishing, system.aim);
     }
 }
 

@@ -15,9 +15,12 @@ struct Pull {
 };
 
 struct IterationLimits {
-    int restoring = 60;
-    int sliding = 40;
-    double stride = 0.25;  ///< longest movement of one value in one iteration, as a part of the sketch's size
+    static constexpr int kRestoring = 60;    // Newton takes 3 to 10; the rest is for damped ways
+    static constexpr int kSliding = 40;      // the same; the way may end anywhere
+    static constexpr double kStride = 0.25;  // farther the linear equations say nothing
+    int restoring = kRestoring;
+    int sliding = kSliding;
+    double stride = kStride;  ///< longest movement of one value in one iteration, as a part of the sketch's size
     /// Asked at each point on the way while sliding: may it be passed? The margin is 1 at the beginning and more on the
     /// way, so that a way that ended at a border can be taken up again.
     std::function<bool(double margin)> isSound;

@@ -12,7 +12,10 @@ using Matrix = Eigen::SparseMatrix<double, Eigen::ColMajor, int>;
 using Vector = Eigen::VectorXd;
 using Factors = Eigen::SimplicialLDLT<Matrix, Eigen::Lower, Eigen::AMDOrdering<int>>;
 
+/// Refinements of an answer: each gains the digits that the damping costs. They end at this part of the right side, or
+/// when one leaves more than this part of the residual before.
 constexpr int kMostRefinements = 4;
+constexpr double kRounding = 1e-15, kGains = 0.25;
 
 }  // namespace
 
@@ -43,7 +46,7 @@ struct LinearSolver::Data {
 
     void refine(const Vector& right) {
         double before = computeResidual(right);
-        const double enough = 1e-15 * right.lpNorm<Eigen::Infinity>();
+        const double enough = kRounding * right.lpNorm<Eigen::Infinity>();
         for (int i = 0; i < kMostRefinements && before > enough; ++i) {
             step = factors.solve(residual);
             solution += step;
@@ -52,7 +55,7 @@ struct LinearSolver::Data {
                 solution -= step;
                 return;
             }
-            if (after > 0.25 * before)
+            if (after > kGains * before)
                 return;
             before = after;
         }

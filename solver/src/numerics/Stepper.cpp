@@ -7,6 +7,17 @@
 
 namespace holdfast::solver::detail {
 
+namespace {
+
+/// Parts of the rows' mean square, and a square, that a row counts as at least when it is damped: one without a
+/// gradient would leave a pivot of nothing.
+constexpr double kLeastRow = 1e-6, kLeastSquare = 1e-20;
+
+/// What a step with factors at hand must leave of the residual at most: less gain is not worth another.
+constexpr double kPolishes = 0.5;
+
+}  // namespace
+
 std::vector<double> moved(std::span<const double> x, std::span<const double> step, double factor) {
     std::vector<double> result(x.begin(), x.end());
     for (std::size_t j = 0; j < result.size(); ++j)
@@ -19,7 +30,8 @@ bool Stepper::factorise(double damping) {
     double sum = 0.0;
     for (const double square : m_damping)
         sum += square;
-    const double floor = m_damping.empty() ? 1.0 : 1e-6 * sum / static_cast<double>(m_damping.size()) + 1e-20;
+    const double floor =
+        m_damping.empty() ? 1.0 : kLeastRow * sum / static_cast<double>(m_damping.size()) + kLeastSquare;
     for (double& square : m_damping)
         square = damping * std::max(square, floor);
     m_isExact = damping <= kLeastDamping;
@@ -75,7 +87,7 @@ bool Stepper::polish(std::vector<double>& x, int most, double aim) {
         const std::vector<double> old = residual;
         evaluate(next);
         const double now = largest(residual);
-        if (!(now < 0.5 * before)) {
+        if (!(now < kPolishes * before)) {
             residual = old;
             break;
         }

@@ -135,7 +135,7 @@ private:
     }
 
     Outcome follow(std::span<const double> step, double reach) {
-        constexpr int halvings = 7;
+        constexpr int halvings = 7;  // nothing is damped here
         const double whole = std::min(1.0, m_limits.stride * m_system.size / reach);
         double factor = whole;
         for (int i = 0; i < halvings; ++i, factor *= 0.5) {
@@ -177,7 +177,7 @@ private:
             m_isStale = false;
         }
         m_stepper.evaluate(next);
-        const bool holds = m_stepper.polish(next, 6, 0.3 * m_residual);
+        const bool holds = m_stepper.polish(next, kPolishing, kSharper * m_residual);
         m_residualOfNext = largest(m_stepper.residual);
         return holds && m_residualOfNext <= m_residual;
     }
@@ -192,11 +192,13 @@ private:
         return m_residualOfNext <= m_residual;
     }
 
-    static constexpr int kMostRestoring = 10;
+    static constexpr int kMostRestoring = 10;  // iterations of one point: beyond, a shorter step is cheaper
     static constexpr int kMostSharpening = 8;
-    static constexpr double kTrusted = 1e-4;  // of the size: farther away the nearest point is not at hand
-    static constexpr double kShrinks = 0.5;   // what a step may be of the one before; Newton's shrink far faster
-    static constexpr double kMargin = 2.0;
+    static constexpr int kPolishing = 6;        // steps with factors at hand
+    static constexpr double kSharper = 0.3;     // of the residual that a point may have: there is room to grow again
+    static constexpr double kTrusted = 1e-4;    // of the size: farther away the nearest point is not at hand
+    static constexpr double kShrinks = 0.5;     // what a step may be of the one before; Newton's shrink far faster
+    static constexpr double kMargin = 2.0;      // collapses: a way that ended at a border can be taken up again
     static constexpr double kRounding = 1e-14;  // of the pull: no step that promises less can be seen to help
 
     Subproblem& m_subproblem;

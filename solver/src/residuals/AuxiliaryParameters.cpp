@@ -30,13 +30,14 @@ public:
 
     /// Gauss-Newton steps in the contacts alone, as long as they help.
     void refine(std::span<const Contact> contacts) {
-        constexpr int most = 50;
+        constexpr int most = 50;           // Newton takes 5 to 10
+        constexpr double shortest = 0.01;  // part of a step: shorter ones gain rounding
         double now = miss();
         for (int i = 0; i < most && now > 0.0; ++i) {
             const std::vector<double> before = params(contacts);
             const std::vector<double> step = newtonStep(contacts);
             bool hasImproved = false;
-            for (double factor = 1.0; factor > 0.01 && !hasImproved; factor *= 0.5) {
+            for (double factor = 1.0; factor > shortest && !hasImproved; factor *= 0.5) {
                 for (std::size_t k = 0; k < contacts.size(); ++k)
                     m_builder.setContact(m_when, contacts[k].param, before[k] + factor * step[k]);
                 hasImproved = miss() < now;
@@ -59,7 +60,9 @@ private:
     }
 
     void sampleFrom(std::span<const Contact> contacts, std::size_t which) {
-        const int samples = contacts.size() == 1 ? 256 : 48;
+        // Finer than the bends of a spline with tens of spans; of two curves the square is what it costs.
+        constexpr int ofOne = 256, ofTwo = 48;
+        const int samples = contacts.size() == 1 ? ofOne : ofTwo;
         if (which == contacts.size()) {
             if (const double here = miss(); here < m_best) {
                 m_best = here;
@@ -100,8 +103,9 @@ private:
         }
         if (contacts.size() == 1)
             return {h[0] > 0.0 ? g[0] / h[0] : 0.0};
+        constexpr double singular = 1e-12;  // squared sine of the angle between the curves: they run alongside
         const double determinant = h[0] * h[2] - h[1] * h[1];
-        if (!(determinant > 1e-12 * h[0] * h[2]))
+        if (!(determinant > singular * h[0] * h[2]))
             return {h[0] > 0.0 ? g[0] / h[0] : 0.0, 0.0};
         return {(g[0] * h[2] - g[1] * h[1]) / determinant, (g[1] * h[0] - g[0] * h[1]) / determinant};
     }

@@ -12,6 +12,10 @@ namespace {
 
 constexpr int kMostFoldPasses = 16;
 
+/// Parts of the sketch's size that a lever counts as at least, so that the angles of a collapsed line stay in the
+/// equations.
+constexpr double kLeastLever = 1e-6;
+
 /// Values that agree to this part of the sketch's size count as the same when ties meet.
 constexpr double kTieTolerance = 1e-9;
 
@@ -25,7 +29,7 @@ void setMetric(const SketchData& sketch, const SketchEntity& entity, double size
     for (std::size_t i = 0; i < entity.bulgeValues.size(); ++i) {
         if (entity.bulgeValues[i] >= 0)
             metric[at(entity.bulgeValues[i])] =
-                0.5 * std::max(sizeOf(sketch, {number, static_cast<int>(i)}, size), 1e-6 * size);
+                0.5 * std::max(sizeOf(sketch, {number, static_cast<int>(i)}, size), kLeastLever * size);
     }
 }
 
@@ -221,10 +225,12 @@ void EquationBuilder::addSize(Equation form, std::initializer_list<Operand> oper
 }
 
 void EquationBuilder::addTangency(Equation form, std::initializer_list<Operand> operands, bool isHeld) {
-    constexpr double clearly = 0.5;
+    constexpr double clearly = 0.5;  // cosine: nearer to a right angle a sense is chance
     // A distance that is off by t tells of a direction off by the root of 2 t / r at most; more has been turned away.
+    // Several may be off at once.
+    constexpr double margin = 4.0;
     if (const double turn = residualAt(When::reference, form, operands) / form.scale;
-        isHeld && std::abs(turn) <= 4.0 * std::sqrt(m_system.tolerance / form.scale))
+        isHeld && std::abs(turn) <= margin * std::sqrt(m_system.tolerance / form.scale))
         form.value = turn;
     add(form, operands);
     const double sense = senseOf(m_system.set, m_system.set.equations.back(), m_reference);
@@ -371,7 +377,7 @@ Equation formOf(ResidualKind residualKind, std::uint8_t rows) {
 double turnScale(const EquationBuilder& builder, CurveRef a, CurveRef b) {
     const double whole = builder.size();
     const double smaller = std::min(sizeOf(builder.sketch(), a, whole), sizeOf(builder.sketch(), b, whole));
-    return std::max(smaller, 1e-6 * whole);
+    return std::max(smaller, kLeastLever * whole);
 }
 
 bool isEndPlace(const SketchPlace& place) {

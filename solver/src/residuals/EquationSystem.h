@@ -57,9 +57,9 @@ struct SizeRow {
 /// rest are equations. Made once for a sketch and its constraints; where the elements are does not matter to it except
 /// for the choice of branches, which the sketch's reference decides.
 struct EquationSystem {
-    double size = 1.0;         ///< extent of the sketch: all tolerances are relative to it
-    double tolerance = 1e-10;  ///< in lengths: what counts as satisfied
-    double aim = 1e-13;        ///< what iterations strive for
+    double size = 1.0;       ///< extent of the sketch: all tolerances are relative to it
+    double tolerance = 0.0;  ///< in lengths: what counts as satisfied
+    double aim = 0.0;        ///< what iterations strive for
 
     std::vector<double> values;     ///< the sketch's values, then contact parameters and constants of the equations
     std::vector<double> reference;  ///< the same where the edit began

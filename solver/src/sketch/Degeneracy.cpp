@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 #include "solver/src/residuals/Operands.h"
@@ -83,7 +84,7 @@ Extent extentOf(const SketchData& sketch, int number, Values v) {
         case EntityKind::polyline:
             return polylineExtent(sketch, number, v);
         default:
-            return {1e300, ""};
+            return {std::numeric_limits<double>::max(), ""};
     }
 }
 

@@ -24,7 +24,8 @@ public:
         const auto v = m_builder.values(When::reference);
         const std::size_t a = static_cast<std::size_t>(firstX), b = static_cast<std::size_t>(secondX);
         const double reach = std::hypot(v[b] - v[a], v[b + 1] - v[a + 1]);
-        if (reach <= 1e-6 * m_builder.size())
+        constexpr double none = 1e-6;  // of the size: so short a piece has no direction
+        if (reach <= none * m_builder.size())
             return;
         Equation form = formOf(ResidualKind::heading);
         form.scale = reach;

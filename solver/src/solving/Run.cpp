@@ -101,25 +101,28 @@ double Run::longestWay() const {
     return longest;
 }
 
+bool Run::isUnchanged(const SizeRow& size, double way) const {
+    return m_state.changeOf(size) <= (size.kind == SizeRow::Kind::bend ? kKeptBend : kKeptLength) * way;
+}
+
+/// What constraints have made another size cannot be kept: no unknown is left in it that its row could be solved for.
 std::vector<char> Run::unchangedSizes() const {
     const double way = longestWay();
-    std::vector<char> isUnchanged;
+    std::vector<char> canBeKept;
     for (const SizeRow& size : system().sizes)
-        isUnchanged.push_back(m_state.changeOf(size) <=
-                              (size.kind == SizeRow::Kind::bend ? kKeptBend : kKeptLength) * way);
-    return isUnchanged;
+        canBeKept.push_back(isUnchanged(size, way) && system().residualOf(size.equation) <= system().tolerance);
+    return canBeKept;
 }
 
 Run::Changes Run::changes() const {
-    const std::vector<char> isUnchanged = unchangedSizes();
+    const double way = longestWay();
     Changes changes;
-    for (std::size_t i = 0; i < isUnchanged.size(); ++i) {
-        if (isUnchanged[i])
+    for (const SizeRow& size : system().sizes) {
+        if (isUnchanged(size, way))
             continue;
-        const SizeRow::Kind kind = system().sizes[i].kind;
-        ++(kind == SizeRow::Kind::bend     ? changes.bends
-           : kind == SizeRow::Kind::length ? changes.lengths
-                                           : changes.turns);
+        ++(size.kind == SizeRow::Kind::bend     ? changes.bends
+           : size.kind == SizeRow::Kind::length ? changes.lengths
+                                                : changes.turns);
     }
     return changes;
 }

@@ -72,6 +72,7 @@ public:
 private:
     static EquationSystem systemFor(const SketchData& sketch, const Task& task);
     static SolverState stateFor(const SketchData& sketch, const Task& task);
+    bool isUnchanged(const SizeRow& size, double way) const;
     void wishEdited();
     bool placeTargets();
     bool meetsConstants();

@@ -271,9 +271,10 @@ private:
 
     /// Every value a little elsewhere, always in the same way.
     std::vector<double> nudged(std::vector<double> values) const {
+        constexpr double phase = 2.7;  // radians from value to value: no simple part of a turn, so none move alike
         const double most = kNudge * m_work.size();
         for (std::size_t v = 0; v < values.size(); ++v)
-            values[v] += most * std::sin(1.0 + 2.7 * static_cast<double>(v));
+            values[v] += most * std::sin(1.0 + phase * static_cast<double>(v));
         for (const SketchEntity& entity : m_work.entities)
             if (entity.fixed)
                 std::copy_n(m_work.values.begin() + entity.firstValue, entity.valueCount,
@@ -339,6 +340,7 @@ void nameConflict(const SketchData& sketch, std::span<const int> suspects, std::
         result.status = SolveStatus::conflicting;
     result.conflicting = conflict.constraints;
     result.contradictedTargets = conflict.targets;
+    result.isConflictMinimal = conflict.isMinimal;
 }
 
 /// Puts the values of an answer into the sketch, and notes what moves there.

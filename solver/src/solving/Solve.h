@@ -93,6 +93,7 @@ struct SolveResult {
     int worstConstraint = -1;              ///< -1: none, or a rule of an element
     std::vector<int> conflicting;          ///< constraints that cannot hold together (with the targets), ascending
     std::vector<int> contradictedTargets;  ///< numbers of targets that are part of the conflict
+    bool isConflictMinimal = false;        ///< without any one of these the others can hold
     std::optional<Degeneracy> degeneracy;  ///< what was wrong with the solution that was refused
     std::optional<ReachedPart> reached;    ///< when a way was followed in vain
     std::vector<int> leftAlone;            ///< constraints that did not hold before and could not be made to

@@ -4,16 +4,25 @@
 #include <cmath>
 #include <utility>
 
+#include "solver/src/sketch/Connections.h"
 #include "solver/src/sketch/Index.h"
 
 namespace holdfast::solver::detail {
 
 namespace {
 
-constexpr int kFirstRings = 2;
+constexpr int kFirstRings = 2;  // an element and what it touches
 
 /// Iterations of a quick try. Those that arrive take 3 to 10; the way is followed where they do not.
 constexpr int kQuick = 25;
+
+/// Parts of the way from the reference: one, then this many times more, up to the most.
+constexpr int kMoreParts = 8, kMostParts = 64;
+
+/// Strides of second tries, as parts of the sketch's size, and their iterations: short, so that none leads over to
+/// another branch, and as many as the size takes.
+constexpr double kReferenceStride = 0.05, kCarefulStride = 0.01;
+constexpr int kCarefulIterations = 150;
 
 /// Sizes that change by less than this part of the movement are as good as kept.
 constexpr double kUnstrained = 0.01;
@@ -40,8 +49,17 @@ SolverState::SolverState(const SketchData& sketch, EquationSystem system, std::s
 void SolverState::limitTo(std::span<const int> about) {
     m_isConcerned.assign(m_sketch.entities.size(), 0);
     m_isConcernedUnknown.assign(at(m_system.unknownCount), 0);
+    std::vector<int> next(about.begin(), about.end());
+    while (!next.empty()) {
+        takeConcerned(next);
+        next = tiedToDisplaced();
+    }
+}
+
+/// Elements, and what is connected with them over unknowns.
+void SolverState::takeConcerned(std::span<const int> elements) {
     std::vector<int> seeds;
-    for (const int number : about) {
+    for (const int number : elements) {
         m_isConcerned[at(number)] = 1;
         const SketchEntity& entity = m_sketch.entities[at(number)];
         for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount; ++v)
@@ -53,6 +71,46 @@ void SolverState::limitTo(std::span<const int> about) {
         m_isConcernedUnknown[at(u)] = 1;
     for (const int number : entitiesOf(m_system, part))
         m_isConcerned[at(number)] = 1;
+}
+
+/// Elements that are not concerned yet and that constraints tie to one that becomes constant elsewhere, over others
+/// that do: what hangs on constants has no unknown in common. A later try begins where an earlier one has led, and the
+/// reference tells what that has moved. Linear in the sketch.
+std::vector<int> SolverState::tiedToDisplaced() const {
+    std::vector<char> isDisplaced(m_sketch.entities.size(), 0), isTaken(m_isConcerned);
+    for (std::size_t v = 0; v < m_system.entityOfValue.size(); ++v)
+        if (isConstantAwayFrom(m_system.values, v) || isConstantAwayFrom(m_system.reference, v))
+            isDisplaced[at(m_system.entityOfValue[v])] = 1;
+    std::vector<int> displaced, tied;
+    for (int i = 0; i < static_cast<int>(isDisplaced.size()); ++i)
+        if (isDisplaced[at(i)] && concerns(i))
+            displaced.push_back(i);
+    if (displaced.empty())
+        return tied;
+    std::vector<std::pair<int, int>> uses;
+    for (const int c : bindingConstraints(m_sketch))
+        for (const SketchPlace& place : m_sketch.constraints[at(c)].refs)
+            uses.emplace_back(place.entity, c);
+    const ListTable constraintsOf = tabulate(static_cast<int>(m_sketch.entities.size()), uses);
+    std::vector<char> isSeen(m_sketch.constraints.size(), 0);
+    for (std::size_t head = 0; head < displaced.size(); ++head)
+        for (const int c : constraintsOf[displaced[head]]) {
+            if (std::exchange(isSeen[at(c)], 1))
+                continue;
+            for (const SketchPlace& place : m_sketch.constraints[at(c)].refs) {
+                if (m_sketch.entities[at(place.entity)].fixed || std::exchange(isTaken[at(place.entity)], 1))
+                    continue;
+                tied.push_back(place.entity);
+                if (isDisplaced[at(place.entity)])
+                    displaced.push_back(place.entity);
+            }
+        }
+    return tied;
+}
+
+bool SolverState::isConstantAwayFrom(std::span<const double> values, std::size_t v) const {
+    const ValueLink& link = m_system.links[v];
+    return link.unknown < 0 && !(std::abs(values[v] - link.offset) * m_system.metric[v] <= m_system.tolerance);
 }
 
 void SolverState::aimAt(std::span<const double> values) {
@@ -107,15 +165,14 @@ double SolverState::changeOf(const SizeRow& size) const {
 /// Values that constraints make constant take that value at once; what differs by rounding only stays.
 void SolverState::putConstants() {
     for (std::size_t v = 0; v < m_system.values.size(); ++v) {
-        const ValueLink& link = m_system.links[v];
-        if (link.unknown >= 0 || std::abs(m_system.values[v] - link.offset) * m_system.metric[v] <= m_system.tolerance)
+        if (!isConstantAwayFrom(m_system.values, v))
             continue;
         if (v < m_system.entityOfValue.size()) {
             if (!concerns(m_system.entityOfValue[v]))
                 continue;
             m_displaced.push_back(m_system.entityOfValue[v]);
         }
-        m_system.values[v] = link.offset;
+        m_system.values[v] = m_system.links[v].offset;
     }
 }
 
@@ -247,13 +304,13 @@ Attempt SolverState::trySettling(Subproblem& subproblem, std::vector<double> x, 
 /// of the solution cannot be lost on the way.
 Attempt SolverState::tryFromReference(Subproblem& subproblem) {
     Attempt attempt;
-    for (const int steps : {1, 8, 64}) {
+    for (int steps = 1; steps <= kMostParts; steps *= kMoreParts) {
         std::vector<double> x;
         for (const int u : subproblem.unknowns())
             x.push_back(m_system.meanOf(u, m_system.reference));
         bool isSatisfied = true;
         IterationLimits limits;
-        limits.stride = 0.05;
+        limits.stride = kReferenceStride;
         limits.budget = m_budget;
         for (int step = 1; step <= steps && isSatisfied; ++step) {
             const double part = static_cast<double>(step) / steps;
@@ -274,8 +331,8 @@ Attempt SolverState::tryFromReference(Subproblem& subproblem) {
 /// In short strides, then on the way from the reference.
 Attempt SolverState::tryCarefully(Subproblem& subproblem, const std::vector<double>& x) {
     IterationLimits careful;
-    careful.stride = 0.01;
-    careful.restoring = 150;
+    careful.stride = kCarefulStride;
+    careful.restoring = kCarefulIterations;
     Attempt inStrides = trySettling(subproblem, x, careful);
     if (inStrides.isSolved)
         return inStrides;

@@ -101,6 +101,9 @@ private:
     std::optional<Degeneracy> degeneracyIn(std::span<const int> entities, std::span<const int> senses,
                                            double margin = 1.0) const;
     void limitTo(std::span<const int> about);
+    void takeConcerned(std::span<const int> elements);
+    std::vector<int> tiedToDisplaced() const;
+    bool isConstantAwayFrom(std::span<const double> values, std::size_t value) const;
     bool concernsUnknown(int unknown) const {
         return m_isConcernedUnknown.empty() || m_isConcernedUnknown[static_cast<std::size_t>(unknown)];
     }

@@ -6,6 +6,7 @@
 
 #include "geometry/ConstraintKinds.h"
 #include "solver/src/sketch/Index.h"
+#include "solver/src/sketch/Layout.h"
 #include "solver/src/sketch/Measure.h"
 
 namespace holdfast::solver::detail {
@@ -20,41 +21,6 @@ constexpr double kTurns = 1e-6;
 
 /// How many tolerances a dimension may miss and still hold.
 constexpr double kHolds = 10.0;
-
-/// Which values of an element are points (the first of two), free vectors and directions.
-struct Layout {
-    std::vector<int> points;
-    int vector = -1, direction = -1;
-};
-
-Layout layoutOf(const SketchEntity& entity) {
-    const int first = entity.firstValue;
-    switch (entity.kind) {
-        case EntityKind::line:
-            return {{first, first + 2}};
-        case EntityKind::ray:
-        case EntityKind::xline:
-        case EntityKind::text:
-            return {{first}, -1, first + 2};
-        case EntityKind::circle:
-        case EntityKind::point:
-            return {{first}};
-        case EntityKind::arc:
-            return {{first, first + 3, first + 5}};
-        case EntityKind::ellipse:
-            return {{first}, first + 2};
-        case EntityKind::ellipticalArc:
-            return {{first, first + 5, first + 7}, first + 2};
-        case EntityKind::spline:
-        case EntityKind::polyline:
-            break;
-    }
-    const int count = entity.kind == EntityKind::spline ? entity.valueCount / 2 : entity.vertexCount;
-    Layout layout;
-    for (int i = 0; i < count; ++i)
-        layout.points.push_back(first + 2 * i);
-    return layout;
-}
 
 Vec2 pointIn(std::span<const double> values, int v) {
     return {values[at(v)], values[at(v + 1)]};

@@ -33,6 +33,55 @@ TEST(Diagnose, CountsTheFreedomOfPartsAndOfEntities) {
     EXPECT_EQ(diagnosis.parts[0].freedom, 3);
 }
 
+/// How an entity can move, a motion after the other.
+std::string motionsOf(const Diagnosis& diagnosis, EntityId entity) {
+    std::string text;
+    for (const EntityFreedom& e : diagnosis.entities)
+        for (std::size_t i = 0; e.entity == entity && i < e.motions.size(); ++i)
+            text += (i > 0 ? "; " : "") + toString(e.motions[i]);
+    return text;
+}
+
+TEST(Diagnose, TellsHowEachEntityCanMove) {
+    Sketch sketch;
+    const EntityId hand = sketch.addLine({3, 4}, {13, 4}).value(), slider = sketch.addLine({0, 9}, {5, 9}).value();
+    const EntityId ring = sketch.addCircle({20, 0}, 2).value(), hole = sketch.addCircle({40, 0}, 2).value();
+    (void)sketch.add(FixedPoint{startOf(hand)}).value();
+    (void)sketch.add(Length{hand, 10}).value();
+    (void)sketch.add(FixedCurve{slider}).value();
+    (void)sketch.add(Length{slider, 5}).value();
+    (void)sketch.add(FixedPoint{centreOf(hole)}).value();
+    const Diagnosis diagnosis = diagnose(sketch).value();
+    EXPECT_EQ(motionsOf(diagnosis, hand), "turn about (3, 4)");
+    EXPECT_EQ(motionsOf(diagnosis, slider), "slide along (1, 0)");
+    EXPECT_EQ(motionsOf(diagnosis, hole), "change its radius");
+    EXPECT_FALSE(diagnosis.entities[3].isFree);
+    EXPECT_EQ(diagnosis.entities[2].entity, ring);
+    EXPECT_TRUE(diagnosis.entities[2].isFree);
+    for (const EntityFreedom& entity : diagnosis.entities)
+        EXPECT_EQ(entity.motions.size(), static_cast<std::size_t>(entity.freedom)) << toString(entity.entity);
+    for (const FreeMotion& motion : diagnosis.entities[2].motions)
+        EXPECT_EQ(motion.rates.size(), sketch.values(ring).size());
+}
+
+TEST(Diagnose, TellsNoMotionsWhereNobodyAsksOrALimitIsReached) {
+    Sketch sketch;
+    const EntityId line = sketch.addLine({0, 0}, {4, 0}).value();
+    (void)sketch.add(Horizontal{line}).value();
+    SolveOptions options;
+    options.tellsMotions = false;
+    const Diagnosis silent = diagnose(sketch, options).value();
+    EXPECT_EQ(freedomOf(silent, line), 3);
+    EXPECT_TRUE(silent.entities.front().motions.empty());
+    EXPECT_FALSE(silent.endedEarly);
+    options = {};
+    options.isCancelled = [] { return true; };
+    const Diagnosis cancelled = diagnose(sketch, options).value();
+    EXPECT_EQ(freedomOf(cancelled, line), 3);
+    EXPECT_TRUE(cancelled.entities.front().motions.empty());
+    EXPECT_EQ(cancelled.endedEarly, Ending::cancelled);
+}
+
 TEST(Diagnose, SeesThatOneEntityIsHeldWhileItsPartIsFree) {
     Sketch sketch;
     const EntityId p = sketch.addPoint({0, 0}).value(), q = sketch.addPoint({3, 4}).value();
@@ -110,6 +159,7 @@ TEST(Diagnose, EndsItsSearchAtALimit) {
 TEST(FindConflict, IsEmptyWhereAllCanHold) {
     Impossible triangle;
     EXPECT_EQ(findConflict(triangle.sketch).value().constraints.size(), 3u);
+    EXPECT_TRUE(findConflict(triangle.sketch).value().isMinimal);
     ASSERT_TRUE(triangle.sketch.remove(triangle.bc).isDone());
     EXPECT_TRUE(findConflict(triangle.sketch).value().isEmpty());
     const Target apart[] = {{pointOf(triangle.c), {0, 50}}, {pointOf(triangle.a), {0, 0}}};

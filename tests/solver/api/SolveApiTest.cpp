@@ -2,6 +2,7 @@
 #include <holdfast/solver/Solver.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <numbers>
 #include <stdexcept>
@@ -89,6 +90,7 @@ TEST(Solve, NamesTheConstraintsInConflict) {
     EXPECT_EQ(result.ending, Ending::conflicting);
     EXPECT_NE(std::find(result.conflicting.begin(), result.conflicting.end(), longer), result.conflicting.end());
     EXPECT_NE(std::find(result.conflicting.begin(), result.conflicting.end(), shorter), result.conflicting.end());
+    EXPECT_TRUE(result.isConflictMinimal);
     EXPECT_EQ(result.briefReport().substr(0, 14), "conflicting in");
     SolveOptions brief;
     brief.explainsConflicts = false;
@@ -109,6 +111,146 @@ TEST(Solve, NamesAConflictThatComesUpWhileValuesAreMerged) {
     ASSERT_EQ(result.ending, Ending::conflicting);
     for (const ConstraintId id : {a, b, c})
         EXPECT_EQ(std::count(result.conflicting.begin(), result.conflicting.end(), id), 1) << toString(id);
+}
+
+/// A level line of length 10 from a fixed point, and a rod that hangs on its end.
+struct Arm {
+    Sketch sketch;
+    EntityId bar = sketch.addLine({0, 0}, {10, 0}).value(), rod = sketch.addLine({10, 0}, {16, 8}).value();
+    ConstraintId length = sketch.add(Length{bar, 10}).value();
+
+    Arm() {
+        (void)sketch.add(FixedPoint{startOf(bar)}).value();
+        (void)sketch.add(Horizontal{bar}).value();
+        (void)sketch.add(Coincident{endOf(bar), startOf(rod)}).value();
+    }
+
+    double rodLength() const {
+        const Vec2 a = sketch.position(startOf(rod)), b = sketch.position(endOf(rod));
+        return std::hypot(b.x - a.x, b.y - a.y);
+    }
+};
+
+TEST(Solve, GivesADimensionAnotherValue) {
+    Arm arm;
+    SolveOptions options;
+    options.values = {{arm.length, 14}};
+    ASSERT_EQ(solve(arm.sketch, options).ending, Ending::solved);
+    EXPECT_NEAR(arm.sketch.position(endOf(arm.bar)).x, 14, 1e-9);
+    EXPECT_EQ(std::get<Length>(arm.sketch.constraint(arm.length)).value, 14.0);
+    EXPECT_EQ(solve(arm.sketch).ending, Ending::unchanged);
+}
+
+TEST(Solve, ShiftsANeighbourBeforeItChangesItsShapeWhereAsked) {
+    Arm loose, kept;
+    SolveOptions options;
+    options.values = {{loose.length, 14}};
+    ASSERT_EQ(solve(loose.sketch, options).ending, Ending::solved);
+    options.keepsShapes = true;
+    ASSERT_EQ(solve(kept.sketch, options).ending, Ending::solved);
+    EXPECT_GT(std::abs(loose.rodLength() - 10), 0.5);
+    EXPECT_NEAR(kept.rodLength(), 10, 1e-9);
+    EXPECT_NEAR(kept.sketch.position(endOf(kept.rod)).x, 20, 1e-9);
+    EXPECT_NEAR(kept.sketch.position(endOf(kept.rod)).y, 8, 1e-9);
+}
+
+TEST(Solve, KeepsShapesWhereOnlyDimensionsDoNotHold) {
+    Arm arm;
+    ASSERT_TRUE(arm.sketch.setValue(arm.length, 14).isDone());
+    SolveOptions options;
+    options.keepsShapes = true;
+    ASSERT_EQ(solve(arm.sketch, options).ending, Ending::solved);
+    EXPECT_NEAR(arm.rodLength(), 10, 1e-9);
+}
+
+/// A triangle with sides 5 and 4 over a base that stands at 3.
+struct Triangle {
+    Sketch sketch;
+    EntityId a = sketch.addPoint({0, 0}).value(), b = sketch.addPoint({3, 0}).value();
+    EntityId c = sketch.addPoint({3, 4}).value();
+    ConstraintId base = sketch.add(Distance{pointOf(a), pointOf(b), 3}).value();
+    ConstraintId long_ = sketch.add(Distance{pointOf(a), pointOf(c), 5}).value();
+    ConstraintId short_ = sketch.add(Distance{pointOf(b), pointOf(c), 4}).value();
+};
+
+TEST(Solve, SaysHowFarADimensionCouldBeLed) {
+    Triangle triangle;
+    const std::vector<EntityId> points = triangle.sketch.entities();
+    std::vector<Vec2> before;
+    for (const EntityId point : points)
+        before.push_back(triangle.sketch.position(pointOf(point)));
+    SolveOptions options;
+    options.values = {{triangle.base, 12}};
+    const SolveResult result = solve(triangle.sketch, options);
+    ASSERT_EQ(result.ending, Ending::conflicting);
+    EXPECT_EQ(result.conflicting, (std::vector<ConstraintId>{triangle.base, triangle.long_, triangle.short_}));
+    EXPECT_TRUE(result.isConflictMinimal);
+    ASSERT_TRUE(result.reached);
+    EXPECT_GT(result.reached->part, 0.5);
+    EXPECT_LE(result.reached->part, 6.0 / 9.0);
+    ASSERT_EQ(result.reached->dimensions.size(), 1u);
+    const LedDimension& led = result.reached->dimensions.front();
+    EXPECT_EQ(led.dimension, triangle.base);
+    EXPECT_NEAR(led.from, 3, 1e-12);
+    EXPECT_NEAR(led.to, 3 + 9 * result.reached->part, 1e-12);
+    EXPECT_NE(result.briefReport().find("c0 led from 3 to 8."), std::string::npos) << result.briefReport();
+    EXPECT_NE(result.fullReport().find("c0 led from 3 to 8."), std::string::npos) << result.fullReport();
+    for (std::size_t i = 0; i < points.size(); ++i)
+        EXPECT_EQ(triangle.sketch.position(pointOf(points[i])), before[i]);
+    EXPECT_EQ(std::get<Distance>(triangle.sketch.constraint(triangle.base)).value, 3.0);
+    options.values = {{triangle.base, led.to}};
+    EXPECT_EQ(solve(triangle.sketch, options).ending, Ending::solved);
+}
+
+TEST(Solve, RefusesValuesThatADimensionCannotHave) {
+    Arm arm;
+    const ConstraintId level = arm.sketch.add(Horizontal{arm.rod}).value();
+    const ConstraintId measuring = arm.sketch.add(Length{arm.rod, 3}).value();
+    ASSERT_TRUE(arm.sketch.setDriving(measuring, false).isDone());
+    const std::vector<ValueGoal> refused[] = {{{level, 3}},
+                                              {{measuring, 3}},
+                                              {{ConstraintId(99), 3}},
+                                              {{arm.length, -1}},
+                                              {{arm.length, std::nan("")}},
+                                              {{arm.length, 11}, {arm.length, 12}}};
+    for (const std::vector<ValueGoal>& values : refused) {
+        SolveOptions options;
+        options.values = values;
+        const SolveResult result = solve(arm.sketch, options);
+        EXPECT_EQ(result.ending, Ending::invalid);
+        ASSERT_TRUE(result.error);
+        EXPECT_FALSE(result.error->remedy.empty()) << result.error->message();
+        EXPECT_EQ(std::get<Length>(arm.sketch.constraint(arm.length)).value, 10.0);
+    }
+}
+
+TEST(Solve, LeavesWhatIsNotConnectedWithTheTargetsAndTellsWhatDoesNotHoldThere) {
+    Arm arm;
+    const EntityId elsewhere = arm.sketch.addLine({50, 0}, {54, 1}).value();
+    const ConstraintId broken = arm.sketch.add(Horizontal{elsewhere}).value();
+    const Target target[] = {{endOf(arm.rod), {18, 9}}};
+    const SolveResult result = solve(arm.sketch, target);
+    ASSERT_EQ(result.ending, Ending::solved);
+    EXPECT_EQ(result.leftAlone, std::vector<ConstraintId>{broken});
+    EXPECT_NE(result.fullReport().find("left alone      " + toString(broken)), std::string::npos);
+    EXPECT_EQ(arm.sketch.position(endOf(elsewhere)), (Vec2{54, 1}));
+}
+
+TEST(Solve, KeepsOtherPointsOfWhatIsEdited) {
+    const auto edited = [](bool keeps) {
+        Sketch sketch;
+        const EntityId line = sketch.addLine({0, 0}, {10, 0}).value(), twin = sketch.addLine({0, 20}, {9, 20}).value();
+        (void)sketch.add(Parallel{line, twin}).value();
+        SolveOptions options;
+        options.edited = {line};
+        if (keeps)
+            options.kept = {endOf(line)};
+        const Target target[] = {{startOf(line), {0, 3}}};
+        EXPECT_EQ(solve(sketch, target, options).ending, Ending::solved);
+        return sketch.position(endOf(line));
+    };
+    EXPECT_EQ(edited(true), (Vec2{10, 0}));
+    EXPECT_NE(edited(false), (Vec2{10, 0}));
 }
 
 TEST(Solve, EndsAtItsLimitsWithTheSketchAsItWas) {

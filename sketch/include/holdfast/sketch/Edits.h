@@ -38,6 +38,7 @@ using editing::Lengthen;
 using editing::Mirror;
 using editing::Name;
 using editing::Property;
+using editing::Redo;
 using editing::Rotate;
 using editing::Set;
 using editing::SetDimension;

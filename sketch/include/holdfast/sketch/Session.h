@@ -23,7 +23,7 @@ struct EditResult {
     std::string text;                            ///< the edit as a user types it
     std::string error{};                         ///< why it was refused, in one sentence; empty: it was done
     std::optional<Edit> edit{};                  ///< none when the text could not be read
-    std::vector<ConstraintOutcome> constraints;  ///< deleted, re-pointed and added ones; the others are kept
+    std::vector<ConstraintOutcome> constraints;  ///< deleted, re-pointed, added and restored ones; the others are kept
     std::vector<EntityOutcome> entities;         ///< with ways and sizes; those that are left out are untouched
     /// How long it took, done or refused, without the degrees of freedom.
     std::chrono::duration<double> time{};
@@ -52,17 +52,25 @@ public:
     Document original() const;
 
     /// Does one edit. What cannot be done is no exception but a result with an error. Throws std::bad_alloc, and
-    /// nothing has changed, when there is no memory even to say that. Undo{} takes the last edit back that was done.
+    /// nothing has changed, when there is no memory even to say that. Undo{} and Redo{} are undo() and redo().
     EditResult apply(const Edit& edit);
     /// The same for an edit as a user types it; errors point at the word that is wrong.
     EditResult apply(std::string_view edit);
+
+    /// Takes the last edit back that was done; its entities and constraints are told as restored. Refused when there is
+    /// none. Cost: what the edit touched.
+    EditResult undo();
+    /// Does the edit again that was taken back last, with the fates that it had. Refused when there is none, or when
+    /// another edit has been done since. Cost: what the edit touched.
+    EditResult redo();
 
     /// Why an edit cannot be understood on the drawing as it is, without doing it; nothing when apply() would try it.
     /// Constraints that do not allow it show only when it is done. Cost: linear in the entities that the edit names,
     /// for Stretch in the drawing.
     std::optional<Refusal> check(const Edit& edit);
 
-    /// From now on results tell degrees of freedom, which costs more than most edits.
+    /// From now on results tell degrees of freedom. The first one counts those of the whole drawing, which costs more
+    /// than most edits; after it an edit counts those of the parts that it touches.
     void tellFreedom(bool tells = true);
 
     /// All edits so far in one report, refused ones included. Cost: linear in the drawing and in what they did.

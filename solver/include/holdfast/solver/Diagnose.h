@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <holdfast/solver/Export.h>
+#include <holdfast/solver/FreeMotion.h>
 #include <holdfast/solver/Solve.h>
 
 namespace holdfast::solver {
@@ -15,6 +16,10 @@ namespace holdfast::solver {
 struct EntityFreedom {
     EntityId entity;
     int freedom;
+    /// What these ways are. Where constraints hold they are as many as the freedom, of an entity with more than 24 ways
+    /// some 24 of them. Empty without SolveOptions::tellsMotions, and when a limit ended the diagnosis early.
+    std::vector<FreeMotion> motions{};
+    bool isFree = false;  ///< motions: nothing holds the entity at all
 };
 
 /// Entities that constraints tie together.
@@ -39,7 +44,7 @@ struct Diagnosis {
     std::vector<std::vector<ConstraintId>> conflicts{};
     double worstResidual = 0.0;  ///< of the constraint that holds worst now, as a length
     std::optional<ConstraintId> worstConstraint{};
-    /// none; or why the search for conflicts ended early: iterationLimit, timeLimit, cancelled
+    /// none; or why the search for conflicts and motions ended early: iterationLimit, timeLimit, cancelled
     std::optional<Ending> endedEarly{};
 
     /// A few lines of text.
@@ -48,21 +53,25 @@ struct Diagnosis {
 
 /// What is free, said twice, or contradictory, where the sketch is now. Freedom is counted where the sketch can move,
 /// not only its first derivatives; see docs/solver.md. Nothing is both redundant and in conflict. Of the options,
-/// tolerance and limits count. An error for options that make no sense.
+/// tolerance, limits and tellsMotions count. An error for options that make no sense.
 ///
-/// Cost: near to linear in the sketch; each conflict costs many solves of the part concerned.
+/// Cost: near to linear in the sketch; each conflict costs many solves of the part concerned, and motions cost a
+/// factorisation of the sketch and as many solves with it as its largest entity has numbers, at most 24.
 HOLDFAST_SOLVER_EXPORT Result<Diagnosis> diagnose(const Sketch& sketch, const SolveOptions& options = {});
 
 struct Conflict {
     std::vector<ConstraintId> constraints{};
     std::vector<std::size_t> targets{};  ///< numbers of the targets that take part
+    /// Leave out any one of them, and the others can hold: a solution was found for each.
+    bool isMinimal = false;
 
     bool isEmpty() const { return constraints.empty() && targets.empty(); }
 };
 
 /// The constraints that cannot hold together (with the targets), while any of them left out frees the others: each was
 /// left out and the rest solved (U. Junker, QuickXplain). Empty when they can hold, or when a limit ends the search. A
-/// search that would take more than about a second ends with a set that may be larger than it has to be.
+/// search that would take more than about a second ends with a set that may be larger than it has to be; so does one
+/// whose members could not all be shown to matter: Conflict::isMinimal is false then.
 HOLDFAST_SOLVER_EXPORT Result<Conflict> findConflict(const Sketch& sketch, std::span<const Target> targets = {},
                                                      const SolveOptions& options = {});
 

@@ -21,6 +21,12 @@ struct Target {
     Vec2 goal;
 };
 
+/// The value that a driving dimension shall have.
+struct ValueGoal {
+    ConstraintId dimension;
+    double value;  ///< as Sketch::setValue takes it: a length, or radians
+};
+
 /// How far a solve may reach.
 enum class Scope {
     rings,  ///< the neighbourhood of the change, widened only as far as it takes: fewest entities move
@@ -47,6 +53,19 @@ struct SolveOptions {
     Firmness firmness = Firmness::exact;  ///< the loosest that may be tried
     std::vector<EntityId> edited{};       ///< what the targets are about: its shape gives way last
     bool explainsConflicts = true;        ///< a failed solve searches for the constraints in conflict: many solves
+    /// Dimensions that get another value. What is not reached at once is led along its way, from what they measure
+    /// through the values between, in up to some hundred steps. The sketch has the new values after a solve that met
+    /// them, and the old ones after any other; see SolveResult::reached. An error: no driving dimension, a value that
+    /// it cannot have, one dimension twice.
+    std::vector<ValueGoal> values{};
+    /// Points that stay where they are if the constraints let them, as the other end of a line that is edited at one.
+    std::vector<PointId> kept{};
+    /// Shapes before places: of what the options do not name, what can follow by shifting shifts, what can follow by
+    /// turning turns, and lengths give way before radii. Without, movement is least and everything gives way a little.
+    /// Without targets, values and edited entities it counts where dimensions alone do not hold. Costs a few more
+    /// solves.
+    bool keepsShapes = false;
+    bool tellsMotions = true;  ///< diagnose says how each entity can move: some more solves
 };
 
 /// Why a solve ended. After `unchanged` and `solved` all constraints hold; after any other the sketch is as before, to
@@ -72,6 +91,18 @@ struct Movement {
     double distance;
 };
 
+/// A dimension that could be led from one value to another, at which all held, and not to the one asked for.
+struct LedDimension {
+    ConstraintId dimension;
+    double from, to;  ///< as Sketch::setValue takes them
+};
+
+/// How far the way of a solve could be followed that did not arrive.
+struct Reached {
+    double part = 0.0;  ///< of the way, which targets and dimensions go together: 0 not at all, always below 1
+    std::vector<LedDimension> dimensions{};
+};
+
 /// Seconds of wall-clock time.
 struct SolveTimes {
     double building = 0.0;    ///< presolve and equations
@@ -87,10 +118,15 @@ struct SolveResult {
     double worstResidual = 0.0;                      ///< of the constraint that holds worst, as a length
     std::optional<ConstraintId> worstConstraint{};   ///< none: all hold, or it is a rule of an entity
     std::vector<Movement> moved{};                   ///< in the order of the entities
-    std::vector<ConstraintId> conflicting{};         ///< leave out any one of them, and the others can hold
+    std::vector<ConstraintId> conflicting{};         ///< cannot hold together, with the values asked for
     std::vector<std::size_t> contradictedTargets{};  ///< numbers of the targets that take part in the conflict
-    std::string flaw{};                              ///< degenerate: "line e3 would have no length"
-    std::optional<Error> error{};                    ///< invalid
+    /// Leave out any one of these constraints and targets, and the others can hold: a solution was found for each.
+    bool isConflictMinimal = false;
+    std::optional<Reached> reached{};  ///< a way was followed in vain
+    std::vector<ConstraintId>
+        leftAlone{};               ///< did not hold before, and neither stopped the solve nor were solved by it
+    std::string flaw{};            ///< degenerate: "line e3 would have no length"
+    std::optional<Error> error{};  ///< invalid
     SolveTimes times{};
 
     bool isSolved() const { return ending == Ending::solved || ending == Ending::unchanged; }
@@ -108,7 +144,8 @@ struct SolveResult {
 /// Cost: the sketch once, plus the factorisations of what has to move.
 HOLDFAST_SOLVER_EXPORT SolveResult solve(Sketch& sketch, const SolveOptions& options = {});
 
-/// The same, and the points come to their targets.
+/// The same, and the points come to their targets. With targets, values or edited entities only what is connected with
+/// them is solved; constraints elsewhere that do not hold are listed in SolveResult::leftAlone.
 HOLDFAST_SOLVER_EXPORT SolveResult solve(Sketch& sketch, std::span<const Target> targets,
                                          const SolveOptions& options = {});
 

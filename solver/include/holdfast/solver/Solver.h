@@ -4,6 +4,7 @@
 #include <holdfast/solver/Constraints.h>  // IWYU pragma: export
 #include <holdfast/solver/Diagnose.h>     // IWYU pragma: export
 #include <holdfast/solver/Drag.h>         // IWYU pragma: export
+#include <holdfast/solver/FreeMotion.h>   // IWYU pragma: export
 #include <holdfast/solver/Ids.h>          // IWYU pragma: export
 #include <holdfast/solver/OwnResidual.h>  // IWYU pragma: export
 #include <holdfast/solver/Result.h>       // IWYU pragma: export

@@ -1,4 +1,4 @@
-#include "apps/cli/ImpliedConstraints.h"
+#include "editing/ImpliedConstraints.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -8,11 +8,9 @@
 #include <unordered_set>
 #include <vector>
 
-#include "hosting/evaluator/SketchFromDocument.h"
-#include "solver/src/diagnosis/Diagnose.h"
-#include "solver/src/solving/Solve.h"
+#include "hosting/DocumentSketch.h"
 
-namespace holdfast::cli {
+namespace holdfast::editing {
 
 namespace {
 
@@ -54,24 +52,21 @@ public:
     }
 
 private:
-    Constraint& constraint(const Redundancy& redundancy) {
-        return m_document.constraints[static_cast<std::size_t>(redundancy.constraint)];
-    }
-
     /// One round: what a constraint implies only together with one that goes is found in the next.
     bool thinned() {
         // Within the tolerance the constraints hold only nearly, and seem to say more than they do.
-        SketchData sketch = sketchFrom(m_document);
-        m_result.holds = solve(sketch, {.namesConflicts = false}).isSolved();
+        DocumentSketch sketch(m_document);
+        m_result.holds = sketch.solve({.namesConflicts = false}).isSolved();
         std::unordered_set<std::string> implied;
         bool halved = false;
-        for (const Redundancy& redundancy : diagnose(sketch).redundant) {
-            if (static_cast<std::size_t>(redundancy.constraint) < m_firstNew)
+        for (const auto& [number, isWhole] : sketch.diagnose().redundant) {
+            Constraint& constraint = m_document.constraints[number];
+            if (number < m_firstNew)
                 continue;
-            if (halve(constraint(redundancy), redundancy.isWhole))
+            if (halve(constraint, isWhole))
                 halved = true;
-            else if (redundancy.isWhole)
-                implied.insert(constraint(redundancy).id);
+            else if (isWhole)
+                implied.insert(constraint.id);
         }
         m_result.implied +=
             std::erase_if(m_document.constraints, [&](const Constraint& each) { return implied.contains(each.id); });
@@ -93,10 +88,9 @@ private:
 
     /// The latest new constraint of a conflict; where none is named, the first with which the drawing cannot be solved.
     std::optional<std::size_t> inTheWay() const {
-        SketchData sketch = sketchFrom(m_document);
-        const std::vector<int> conflict = solve(sketch, {}).conflicting;
+        const std::vector<std::size_t> conflict = DocumentSketch(m_document).solve({}).conflicting;
         if (!conflict.empty()) {
-            const auto last = static_cast<std::size_t>(*std::max_element(conflict.begin(), conflict.end()));
+            const std::size_t last = *std::max_element(conflict.begin(), conflict.end());
             return last < m_firstNew ? std::nullopt : std::optional(last);
         }
         std::size_t good = m_firstNew, bad = m_document.constraints.size();
@@ -112,8 +106,7 @@ private:
     bool isSolvable(std::size_t count) const {
         Document part = m_document;
         part.constraints.resize(count);
-        SketchData sketch = sketchFrom(part);
-        return solve(sketch, {.namesConflicts = false}).isSolved();
+        return DocumentSketch(part).solve({.namesConflicts = false}).isSolved();
     }
 
     /// A constraint that is implied in part becomes its first half, and that half, if it is implied, the second one.
@@ -143,4 +136,4 @@ Thinning thinOut(Document& document, std::size_t firstNew) {
     return Thinner(document, firstNew).run();
 }
 
-}  // namespace holdfast::cli
+}  // namespace holdfast::editing

@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
-#include "apps/cli/Uses.h"
 #include "document/Document.h"
+#include "editing/Uses.h"
 
-namespace holdfast::cli {
+namespace holdfast::editing {
 
 /// What became of new constraints beside those that they stand with.
 struct Thinning {
@@ -21,4 +21,4 @@ struct Thinning {
 /// Cost: a few diagnoses of the drawing, and a solve for each constraint that is in the way.
 Thinning thinOut(Document& document, std::size_t firstNew);
 
-}  // namespace holdfast::cli
+}  // namespace holdfast::editing

@@ -1,0 +1,91 @@
+#include "solver/src/solving/DragRegion.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "solver/src/sketch/Index.h"
+
+namespace holdfast::solver::detail {
+
+namespace {
+
+/// Longest movement in one iteration, as a part of the sketch's size.
+constexpr double kStride = 0.02;
+
+/// Strides that one step is worth at most.
+constexpr double kMostStrides = 2000.0;
+
+constexpr int kFirstRings = 2;
+
+}  // namespace
+
+DragRegion::DragRegion(SketchData& figure, std::vector<int> h, Scope r, const KeptSizes& sizes)
+    : sketch(figure),
+      handles(std::move(h)),
+      reach(r),
+      workspace(sketch, buildSystem(sketch, bindingConstraints(sketch), sizes)),
+      rings(kFirstRings),
+      emphasis(kHandleEmphasis) {
+    for (const int v : handles) {
+        if (const int unknown = workspace.system().links[at(v)].unknown; unknown >= 0)
+            seeds.push_back(unknown);
+    }
+    std::sort(seeds.begin(), seeds.end());
+    seeds.erase(std::unique(seeds.begin(), seeds.end()), seeds.end());
+    makeRegion();
+}
+
+void DragRegion::makeRegion() {
+    Neighbourhood& neighbourhood = workspace.neighbourhood();
+    const Neighbourhood::Rings around = reach == Scope::part ? Neighbourhood::Rings{neighbourhood.partOf(seeds), true}
+                                                             : neighbourhood.around(seeds, rings);
+    isWidest = around.isWhole;
+    emphasis = kHandleEmphasis;
+    wishGoals();
+    subproblem = std::make_unique<Subproblem>(workspace.system(), around.unknowns);
+}
+
+void DragRegion::setGoals(std::span<const double> wanted) {
+    goals.assign(wanted.begin(), wanted.end());
+    wishGoals();
+}
+
+void DragRegion::wishGoals() {
+    for (std::size_t i = 0; i < goals.size(); ++i)
+        workspace.wish(handles[i], goals[i], emphasis);
+}
+
+double DragRegion::miss() {
+    const EquationSystem& system = workspace.system();
+    double worst = 0.0;
+    for (std::size_t i = 0; i < goals.size(); ++i) {
+        const std::size_t v = at(handles[i]);
+        worst = std::max(worst, std::abs(system.values[v] - goals[i]) * system.metric[v]);
+    }
+    return worst;
+}
+
+bool DragRegion::isMet() {
+    return miss() <= kReached * workspace.system().size;
+}
+
+IterationLimits DragRegion::careful() {
+    IterationLimits limits;
+    limits.stride = kStride;
+    const double strides = miss() / (kStride * workspace.system().size);
+    limits.sliding += static_cast<int>(std::min(2.0 * strides, kMostStrides));
+    return limits;
+}
+
+void DragRegion::undo() {
+    EquationSystem& system = workspace.system();
+    for (const int u : subproblem->unknowns()) {
+        for (const int v : system.valuesOfUnknown[u]) {
+            if (v < system.figureValueCount)
+                system.values[at(v)] = sketch.values[at(v)];
+        }
+    }
+}
+
+}  // namespace holdfast::solver::detail

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "solver/src/Uses.h"
+#include "solver/src/solving/SolverState.h"
+
+namespace holdfast::solver::detail {
+
+/// What a drag may move in one step, and where its handles shall go: a subproblem around them, in a sketch whose values
+/// stay as the last step has left them until somebody takes over the system's.
+struct DragRegion {
+    SketchData& sketch;
+    std::vector<int> handles;  ///< values of the sketch
+    Scope reach;
+    SolverState workspace;
+    std::vector<int> seeds;  ///< unknowns of the handles; the first ones of the subproblem
+    std::vector<double> goals{};
+    std::unique_ptr<Subproblem> subproblem{};
+    int rings;
+    bool isWidest = false;
+    double emphasis;  ///< of the handles
+
+    DragRegion(SketchData& sketch, std::vector<int> handles, Scope reach, const KeptSizes& sizes);
+    DragRegion(const DragRegion&) = delete;  // the subproblem looks into the workspace
+    DragRegion& operator=(const DragRegion&) = delete;
+
+    /// As many rings as are asked for now; the handles pull in full again.
+    void makeRegion();
+
+    void setGoals(std::span<const double> wanted);
+    void wishGoals();
+
+    /// How far the handles are from their goals, at worst.
+    double miss();
+    bool isMet();
+
+    /// Short strides, so that a long step of the drag does not lead over to another branch; as many as the way takes.
+    IterationLimits careful();
+
+    /// The system's values of the subproblem as the sketch has them.
+    void undo();
+
+    /// Weight of a handle against other values: compliance 1e-9 in the squares.
+    static constexpr double kHandleEmphasis = 3e4;
+
+    /// Handles closer to their goals than this part of the sketch's size have reached them.
+    static constexpr double kReached = 1e-7;
+};
+
+}  // namespace holdfast::solver::detail
