@@ -24,6 +24,12 @@ void require(const Align& edit, const Drawing& drawing);
 void require(const Rotate& edit, const Drawing& drawing);
 void require(const Drag& edit, const Drawing& drawing);
 void require(const Set& edit, const Drawing& drawing);
+void require(const SetDimension& edit, const Drawing& drawing);
+void require(const SetDriving& edit, const Drawing& drawing);
+void require(const Constrain& edit, const Drawing& drawing);
+void require(const Delete& edit, const Drawing& drawing);
+void require(const Erase& edit, const Drawing& drawing);
+void require(const Draw& edit, const Drawing& drawing);
 
 void perform(const Break& edit, EditContext& context);
 void perform(const Trim& edit, EditContext& context);
@@ -39,6 +45,12 @@ void perform(const Align& edit, EditContext& context);
 void perform(const Rotate& edit, EditContext& context);
 void perform(const Drag& edit, EditContext& context);
 void perform(const Set& edit, EditContext& context);
+void perform(const SetDimension& edit, EditContext& context);
+void perform(const SetDriving& edit, EditContext& context);
+void perform(const Constrain& edit, EditContext& context);
+void perform(const Delete& edit, EditContext& context);
+void perform(const Erase& edit, EditContext& context);
+void perform(const Draw& edit, EditContext& context);
 
 /// Refuses a word that is no property of an entity, with those that it has.
 [[noreturn]] void refuseProperty(const std::string& entity, const Shape& shape, const Sourced<std::string>& word);

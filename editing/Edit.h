@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "document/Document.h"
+#include "editing/Figures.h"
 #include "editing/Sourced.h"
 #include "editing/Uses.h"
 #include "editing/commands/values/Properties.h"
@@ -163,6 +164,51 @@ struct Set {
     friend bool operator==(const Set&, const Set&) = default;
 };
 
+/// Gives a dimension another value; what hangs on it follows.
+struct SetDimension {
+    Name dimension;      ///< its id, or the name that its author gave it
+    double value = 0.0;  ///< an angle in degrees
+    friend bool operator==(const SetDimension&, const SetDimension&) = default;
+};
+
+/// Has a dimension hold the drawing at what it measures, or measure it only.
+struct SetDriving {
+    Name dimension;
+    bool driving = true;
+    friend bool operator==(const SetDriving&, const SetDriving&) = default;
+};
+
+/// Adds a constraint; the drawing moves as little as it takes for it to hold.
+struct Constrain {
+    Sourced<ConstraintType> type = ConstraintType::coincident;
+    std::vector<Sourced<Place>> places;  ///< as many as the kind takes
+    /// Of a dimension: its value, an angle in degrees; none: what it measures now.
+    std::optional<double> value{};
+    bool anyway = false;  ///< a dimension that cannot drive the drawing is added to measure it
+    Name as{};            ///< its id; empty: a fresh one
+    friend bool operator==(const Constrain&, const Constrain&) = default;
+};
+
+/// Deletes constraints.
+struct Delete {
+    std::vector<Name> constraints;  ///< each once
+    friend bool operator==(const Delete&, const Delete&) = default;
+};
+
+/// Erases entities with the constraints on them.
+struct Erase {
+    std::vector<Name> entities;  ///< each once
+    friend bool operator==(const Erase&, const Erase&) = default;
+};
+
+/// Adds an entity.
+struct Draw {
+    Figure figure;
+    bool construction = false;  ///< helper geometry
+    Name as{};                  ///< its name; empty: a fresh one
+    friend bool operator==(const Draw&, const Draw&) = default;
+};
+
 /// Takes the last edit back that was done.
 struct Undo {
     friend bool operator==(const Undo&, const Undo&) = default;
@@ -175,6 +221,7 @@ struct Redo {
 
 /// Any editing command.
 using Edit = std::variant<Break, Trim, Extend, Fillet, FilletCorner, FilletSegments, Join, Lengthen, Stretch, Mirror,
-                          Align, Rotate, Drag, Set, Undo, Redo>;
+                          Align, Rotate, Drag, Set, SetDimension, SetDriving, Constrain, Delete, Erase, Draw, Undo,
+                          Redo>;
 
 }  // namespace holdfast::editing

@@ -35,8 +35,18 @@ constexpr EditVerb kVerbs[] = {
      "turns entities about a point, counter-clockwise for a positive angle", &parseRotate},
     {"drag", "drag ENTITY... | ENTITY.PLACE by VECTOR [steps N]", "drag g1.end by 3,2",
      "pulls entities, or one end, vertex or control point, as far as the constraints let them", &parseDrag},
-    {"set", "set ENTITY PROPERTY VALUE", "set g5 radius 5",
-     "gives a property another value: an end, a centre, a radius, an angle, a vertex", &parseSet},
+    {"set", "set ENTITY PROPERTY VALUE | set DIMENSION VALUE | set DIMENSION driving|measured", "set g5 radius 5",
+     "gives a property or a dimension another value: an end, a centre, a radius, an angle, a vertex", &parseSet},
+    {"constrain", "constrain KIND PLACE... [VALUE] [anyway] [as NAME]", "constrain horizontal g1",
+     "adds a constraint or a dimension; the drawing moves as little as it takes", &parseConstrain},
+    {"delete", "delete CONSTRAINT...", "delete c9 c10", "deletes constraints", &parseDelete},
+    {"draw",
+     "draw line POINT POINT | draw circle POINT radius R | draw arc centre POINT from POINT to POINT | draw polyline "
+     "POINT [bulge B] POINT... [closed] | draw point POINT | draw ellipse POINT major VECTOR ratio R [from DEGREES to "
+     "DEGREES] | draw spline POINT... [degree N] [closed] | draw ray|xline POINT through POINT | draw text TEXT at "
+     "POINT [height H] [rotation DEGREES]; each with [construction] [as NAME]",
+     "draw line 0,0 10,0 as rib", "adds an entity", &parseDraw},
+    {"erase", "erase ENTITY...", "erase g3 g4", "erases entities with the constraints on them", &parseErase},
     {"undo", "undo", "", "takes the last edit back", &parseUndo},
     {"redo", "redo", "", "does the edit again that was taken back last", &parseRedo},
 };

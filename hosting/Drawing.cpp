@@ -103,7 +103,7 @@ void Drawing::addKnown(const Constraint& constraint, std::size_t number) {
     KnownConstraint& known = m_constraints[number];
     known.original = constraint;
     known.taken.reset();
-    known.isGone = false;
+    known.isGone = known.isDropped = false;
     known.host = constraint.active ? build(constraint, number) : nullptr;
     if (!constraint.active)
         for (const Place& place : constraint.refs)
@@ -231,11 +231,20 @@ std::string Drawing::add(const Shape& shape, std::string_view like) {
     entity.construction = model != m_entities.end() && model->second.original.construction;
     entity.id = freshName(like.empty() ? "n" : std::string(like));
     entity.shape = shape;
+    add(entity);
+    return entity.id;
+}
+
+std::string Drawing::freeName() {
+    return freshName("n");
+}
+
+void Drawing::add(const Entity& entity) {
+    const HostProcess::Scope bound(m_process);
     addEntity(entity, m_numbered.size());
     m_before.emplace(m_numbered.size() - 1, std::nullopt);
     m_unsolved.insert(m_numbered.size() - 1);
     m_isTouched = true;
-    return entity.id;
 }
 
 Drawing::KnownEntity& Drawing::known(std::string_view name) {
@@ -335,17 +344,17 @@ YxGeomConstraint* Drawing::build(const Constraint& constraint, std::size_t numbe
     return &made;
 }
 
-std::string Drawing::freshConstraintId() {
-    m_nextConstraintNumber = std::max(m_nextConstraintNumber, m_constraints.size() + 1);
-    for (;; ++m_nextConstraintNumber)
-        if (std::string id = "k" + std::to_string(m_nextConstraintNumber); !m_constraintIndex.contains(id))
+/// Ids stay taken, so that as many numbers as there are constraints have been given at most.
+std::string Drawing::freeConstraintId() const {
+    for (std::size_t number = std::max(m_nextConstraintNumber, m_constraints.size() + 1);; ++number)
+        if (std::string id = "k" + std::to_string(number); !m_constraintIndex.contains(id))
             return id;
 }
 
 std::string Drawing::addConstraint(Constraint constraint) {
     const HostProcess::Scope bound(m_process);
     if (constraint.id.empty())
-        constraint.id = freshConstraintId();
+        constraint.id = freeConstraintId();
     const std::size_t added = m_constraints.size();
     m_constraintsBefore.emplace(added, std::nullopt);
     m_isTouched = true;
@@ -358,8 +367,37 @@ bool Drawing::hasConstraint(std::string_view id) const {
     const auto found = m_constraintIndex.find(std::string(id));
     if (found == m_constraintIndex.end())
         return false;
-    const KnownConstraint& known = m_constraints[found->second];
-    return !known.isGone && (known.host == nullptr || !HostAccess::isDeleted(*known.host));
+    return !isDeleted(m_constraints[found->second]);
+}
+
+bool Drawing::isDeleted(const KnownConstraint& known) const {
+    return known.isGone || (known.host == nullptr ? known.isDropped : HostAccess::isDeleted(*known.host));
+}
+
+std::optional<Constraint> Drawing::constraint(std::string_view id) const {
+    const HostProcess::Scope bound(m_process);
+    const auto found = m_constraintIndex.find(std::string(id));
+    if (found == m_constraintIndex.end())
+        return std::nullopt;
+    Segments segments;
+    return currentConstraint(m_constraints[found->second], segments);
+}
+
+std::string Drawing::constraintCalled(std::string_view word) const {
+    if (hasConstraint(word))
+        return std::string(word);
+    for (const KnownConstraint& known : m_constraints)
+        if (!known.original.name.empty() && known.original.name == word && hasConstraint(known.original.id))
+            return known.original.id;
+    return {};
+}
+
+std::vector<std::string> Drawing::constraintIds() const {
+    std::vector<std::string> ids;
+    for (const KnownConstraint& known : m_constraints)
+        if (!isDeleted(known))
+            ids.push_back(known.original.id);
+    return ids;
 }
 
 std::string Drawing::constraintId(const YxGeomConstraint* constraint) const {
@@ -412,12 +450,15 @@ bool Drawing::isLost(const YxConstrainedGeometry& geometry, Segments& segments) 
 
 void Drawing::removeConstraint(std::string_view id) {
     const HostProcess::Scope bound(m_process);
-    const KnownConstraint& known = knownConstraint(id);
-    if (known.host == nullptr || HostAccess::isDeleted(*known.host))
-        return;
-    noteDeletions(Deletion::By::module);
-    HostAccess::deleteConstraint(group(), HostAccess::topLevel(*known.host));
-    noteDeletions(Deletion::By::host);
+    KnownConstraint& known = knownConstraint(id);
+    if (known.host == nullptr) {
+        noteConstraint(m_constraintIndex.find(std::string(id))->second);
+        known.isDropped = true;
+    } else if (!HostAccess::isDeleted(*known.host)) {
+        noteDeletions(Deletion::By::module);
+        HostAccess::deleteConstraint(group(), HostAccess::topLevel(*known.host));
+        noteDeletions(Deletion::By::host);
+    }
 }
 
 void Drawing::setMeasure(std::string_view id, double value) {
@@ -428,6 +469,19 @@ void Drawing::setMeasure(std::string_view id, double value) {
         auto& dimension = static_cast<YxDimensionConstraint&>(*known.host);
         HostAccess::setDimension(dimension, dimension.kind(), value, known.original.driving);
     }
+}
+
+void Drawing::setDriving(std::string_view id, bool driving) {
+    KnownConstraint& known = knownConstraint(id);
+    noteConstraint(m_constraintIndex.find(std::string(id))->second);
+    known.original.driving = driving;
+    if (known.host == nullptr || HostAccess::isDeleted(*known.host))
+        return;
+    auto& dimension = static_cast<YxDimensionConstraint&>(*known.host);
+    HostAccess::setDimension(dimension, dimension.kind(), dimension.value(), driving);
+    for (const Place& place : known.original.refs)
+        if (const auto on = m_entities.find(place.entity); driving && on != m_entities.end())
+            m_unsolved.insert(on->second.number);
 }
 
 int Drawing::dropLostConstraints() {
@@ -476,7 +530,8 @@ void Drawing::takePlaces(Constraint& constraint, const YxGeomConstraint& host, S
 
 std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& known, Segments& segments) const {
     if (known.host == nullptr)  // switched off: the host does not know it
-        return !known.isGone && hasPlaces(known.original) ? std::optional(known.original) : std::nullopt;
+        return !known.isGone && !known.isDropped && hasPlaces(known.original) ? std::optional(known.original)
+                                                                                : std::nullopt;
     if (HostAccess::isDeleted(*known.host))
         return std::nullopt;
     Constraint now = known.original;

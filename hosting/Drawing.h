@@ -101,6 +101,10 @@ public:
     /// Adds an entity with the attributes of `like` (construction) under a fresh name derived from `like`'s, or "n1",
     /// "n2", ... without one. Returns the name.
     std::string add(const Shape& shape, std::string_view like = {});
+    /// A name that no entity has, for one that is like no other.
+    std::string freeName();
+    /// Adds an entity under its own name; no other may have that.
+    void add(const Entity& entity);
     /// Gives a resident entity another shape. An entity of another kind of shape takes its place in the host, under
     /// the same name and with the same reactors. Throws std::invalid_argument for a name that no entity has, and
     /// std::runtime_error when the host does not open the entity; it is as it was then.
@@ -113,6 +117,15 @@ public:
     /// deleted. The members of a composite are there. Returns the id.
     std::string addConstraint(Constraint constraint);
     bool hasConstraint(std::string_view id) const;
+    /// A constraint as it is now; nothing for an id that none has, or has no longer.
+    std::optional<Constraint> constraint(std::string_view id) const;
+    /// The id of the constraint that a user calls so: its id, or the name that a dimension was given. Empty: none.
+    /// Cost: linear in the constraints for a name that is no id.
+    std::string constraintCalled(std::string_view word) const;
+    /// An id that no constraint has or had.
+    std::string freeConstraintId() const;
+    /// Ids of all constraints, in the order in which they were added.
+    std::vector<std::string> constraintIds() const;
     /// Deletes a constraint of the document, with the composite that owns it. Throws std::invalid_argument for an id
     /// that the drawing never had.
     void removeConstraint(std::string_view id);
@@ -126,6 +139,8 @@ public:
     bool restoreConstraint(std::string_view id);
     /// Gives a dimension another value; the id has to be that of one.
     void setMeasure(std::string_view id, double value);
+    /// Has a dimension hold the drawing, or measure it only.
+    void setDriving(std::string_view id, bool driving);
     /// Deletes the constraints whose place is gone: their dependency has the status of a removed segment, or names a
     /// segment that its polyline no longer has, or stands on an erased entity. Returns how many went. Looks at what was
     /// touched since changes were taken last.
@@ -153,6 +168,7 @@ private:
         YxGeomConstraint* host = nullptr;   // null for a switched-off constraint
         std::unique_ptr<Constraint> taken;  // as the changes tell it, where that is not the original
         bool isGone = true;                 // for the changes; also true of a number that nothing has
+        bool isDropped = false;             // a switched-off one that was deleted
     };
 
     /// std::invalid_argument with the name for one that nothing has.
@@ -166,6 +182,7 @@ private:
     KnownConstraint& knownConstraint(std::string_view id);
     void open(const Document& document, const OrderedDocument* orders);
     void addEntity(const Entity& entity, std::size_t number);
+    bool isDeleted(const KnownConstraint& known) const;
     void tieFixed(const KnownEntity& known);
     void takeOut(const KnownEntity& known);
     void drop(const KnownEntity& known);
@@ -201,7 +218,6 @@ private:
     const YxDbAssocGeomDependency* dependencyOf(const YxConstrainedGeometry& geometry) const;
     std::string freshName(const std::string& base);
     void releaseName(const std::string& name);
-    std::string freshConstraintId();
 
     HostProcess m_process;
     HostBuilder m_builder;
@@ -212,8 +228,8 @@ private:
     std::vector<KnownEntity*> m_numbered;        // as they were drawn; null for erased ones and those that never were
     std::vector<const KnownEntity*> m_byHandle;  // null for what is no entity of the drawing
     std::vector<KnownConstraint> m_constraints;
-    std::unordered_map<std::string, std::size_t> m_constraintIndex;
     std::size_t m_nextConstraintNumber = 1;  // ids of constraints stay taken
+    std::unordered_map<std::string, std::size_t> m_constraintIndex;
     std::unordered_map<const YxGeomConstraint*, std::size_t> m_constraintNumbers;
     std::unordered_map<std::string, std::set<std::size_t>> m_switchedOff;  // by entity
 

@@ -43,8 +43,8 @@ std::array<std::size_t, Size> counted(const std::vector<Outcome>& outcomes) {
 }  // namespace
 
 std::string_view fateName(ConstraintFate fate) {
-    static constexpr std::array<std::string_view, kConstraintFates.size()> names{"deleted", "re-pointed", "added",
-                                                                                 "restored", "kept"};
+    static constexpr std::array<std::string_view, kConstraintFates.size()> names{"deleted", "changed",  "re-pointed",
+                                                                                 "added",   "restored", "kept"};
     return names[static_cast<std::size_t>(fate)];
 }
 

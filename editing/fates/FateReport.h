@@ -12,8 +12,9 @@
 
 namespace holdfast::editing {
 
-/// What an edit did to a constraint, in the order in which a user cares. Restored: an undo has brought it back.
-enum class ConstraintFate { deleted, rePointed, added, restored, kept };
+/// What an edit did to a constraint, in the order in which a user cares. Changed: a dimension says something else.
+/// Restored: an undo has brought it back.
+enum class ConstraintFate { deleted, changed, rePointed, added, restored, kept };
 
 /// What an edit did to an entity, in the order in which a user cares. Restored: an undo has brought it back.
 enum class EntityFate { erased, edited, created, restored, followed, untouched };
@@ -89,12 +90,13 @@ struct FateReport {
     std::optional<SolverFigures> solver;
 };
 
-inline constexpr std::array kConstraintFates{ConstraintFate::deleted, ConstraintFate::rePointed, ConstraintFate::added,
-                                             ConstraintFate::restored, ConstraintFate::kept};
+inline constexpr std::array kConstraintFates{ConstraintFate::deleted,   ConstraintFate::changed,
+                                             ConstraintFate::rePointed, ConstraintFate::added,
+                                             ConstraintFate::restored,  ConstraintFate::kept};
 inline constexpr std::array kEntityFates{EntityFate::erased,   EntityFate::edited,   EntityFate::created,
                                          EntityFate::restored, EntityFate::followed, EntityFate::untouched};
 
-/// "deleted", "re-pointed", "added", "restored", "kept".
+/// "deleted", "changed", "re-pointed", "added", "restored", "kept".
 std::string_view fateName(ConstraintFate fate);
 /// "erased", "edited", "created", "restored", "followed", "untouched".
 std::string_view fateName(EntityFate fate);

@@ -7,6 +7,8 @@
 #include <unordered_set>
 
 #include "document/EntityIndex.h"
+#include "editing/EditContext.h"
+#include "editing/commands/network/NamedConstraints.h"
 #include "editing/fates/DeletionReasons.h"
 #include "editing/fates/Sizes.h"
 #include "geometry/Vec2.h"
@@ -63,6 +65,16 @@ std::vector<PlaceMove> movesBetween(const Constraint& was, const Constraint& is)
     return moves;
 }
 
+/// How a dimension says another thing than before; empty where it does not. What measured ones read follows from the
+/// drawing.
+std::string reasonOfChange(const Constraint& was, const Constraint& is) {
+    if (was.driving != is.driving)
+        return is.driving ? "it drives the drawing now" : "it is measured now";
+    if (!is.driving || was.value == is.value || !was.value || !is.value)
+        return {};
+    return spoken(spokenValue(was.type, *was.value)) + " -> " + spoken(spokenValue(is.type, *is.value));
+}
+
 std::unordered_map<std::string_view, const Constraint*> constraintsById(const Document& document) {
     std::unordered_map<std::string_view, const Constraint*> found;
     found.reserve(document.constraints.size());
@@ -88,6 +100,8 @@ std::vector<ConstraintOutcome> constraintFates(const Document& before, const Doc
         } else if (std::vector<PlaceMove> moves = movesBetween(constraint, *now->second); !moves.empty()) {
             std::string reason = reasonOfMove(moves, entitiesAfter);
             outcomes.push_back({constraint.id, ConstraintFate::rePointed, std::move(reason), std::move(moves), edit});
+        } else if (std::string reason = reasonOfChange(constraint, *now->second); !reason.empty()) {
+            outcomes.push_back({constraint.id, ConstraintFate::changed, std::move(reason), {}, edit});
         }
     }
     for (const Constraint& constraint : after.constraints)

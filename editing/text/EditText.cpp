@@ -129,13 +129,22 @@ Vec2 EditText::point(std::string_view what) {
 }
 
 Name EditText::name(std::string_view what) {
+    m_named.push_back({otherName(what)});
+    return m_named.back().name;
+}
+
+Name EditText::otherName(std::string_view what) {
     const Word& word = take(what);
     if (word.isOpen)
         fail("the quote before the name has no end; put another behind it");
     if (word.hasQuotes && word.quoted != word.text.size())
         fail("expected " + std::string(what) + ", and a space behind its quotes");
-    m_named.push_back({{word.text, word.column}});
-    return m_named.back().name;
+    return {word.text, word.column};
+}
+
+bool EditText::nextIsNumber() const {
+    double value = 0.0;
+    return !atEnd() && !m_words[m_next].hasQuotes && readNumber(m_words[m_next].text, value);
 }
 
 std::vector<Name> EditText::names(std::string_view what, std::span<const std::string_view> ends) {

@@ -41,6 +41,10 @@ public:
     Name name(std::string_view what);
     /// One entity name or more, up to a word of `ends` or the end of the edit.
     std::vector<Name> names(std::string_view what, std::span<const std::string_view> ends);
+    /// The name of anything else: a constraint, or something new.
+    Name otherName(std::string_view what);
+    /// True when the next word is a number; one in quotes is a name.
+    bool nextIsNumber() const;
     /// True when the next word is spelt like a place with something behind its entity: "g1.end".
     bool nextIsPlace() const;
     /// "g1.end", "s2.control:3", "p4.segment:1", or "g1" for the whole entity

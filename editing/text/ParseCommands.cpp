@@ -1,7 +1,9 @@
 #include "editing/text/ParseCommands.h"
 
 #include <array>
+#include <optional>
 
+#include "document/Names.h"
 #include "editing/text/ParseProperty.h"
 
 namespace holdfast::editing {
@@ -44,6 +46,15 @@ Drag::Held takeHold(EditText& text) {
         return takeEntitiesUpTo(text, "by");
     text = onward;
     return place;
+}
+
+/// A kind of constraint by its name in drawing files, or as reports call it.
+ConstraintType takeKind(EditText& text) {
+    std::vector<std::string_view> words;
+    for (const ConstraintTraits& kind : constraintKinds())
+        if (kind.residual != ConstraintResidual::none && kind.residual != ConstraintResidual::ellipseHelper)
+            words.push_back(kind.name);
+    return *constraintTypeNamed(text.oneOfWords(words, "a kind of constraint"));
 }
 
 /// What is set, to the end of the edit.
@@ -173,7 +184,25 @@ Edit parseDrag(EditText& text) {
     return edit;
 }
 
+/// A word of the third kind after a name of a dimension.
+std::optional<Edit> parsedDimension(EditText& text) {
+    EditText onward = text;
+    const Name dimension = onward.otherName("a dimension");
+    std::optional<Edit> edit;
+    if (onward.nextIsNumber())
+        edit = SetDimension{dimension, onward.number("the value of the dimension")};
+    else if (onward.accept("driving"))
+        edit = SetDriving{dimension, true};
+    else if (onward.accept("measured"))
+        edit = SetDriving{dimension, false};
+    if (edit)
+        text = onward;
+    return edit;
+}
+
 Edit parseSet(EditText& text) {
+    if (std::optional<Edit> edit = parsedDimension(text))
+        return *edit;
     Set edit{.entity = text.name("an entity"), .value = {}};
     if (text.atEnd())
         takeProperty(text, edit.entity);
@@ -184,6 +213,34 @@ Edit parseSet(EditText& text) {
     } catch (const EditSyntaxError& error) {
         throw PropertyFault(error, edit.entity, word);
     }
+}
+
+Edit parseConstrain(EditText& text) {
+    Constrain edit;
+    edit.type = takeKind(text);
+    while (!text.atEnd() && !text.nextIs("anyway") && !text.nextIs("as") &&
+           !(isDimension(edit.type.value) && text.nextIsNumber()))
+        edit.places.push_back(text.place("a place to constrain"));
+    if (edit.places.empty())
+        text.place("a place to constrain");
+    if (isDimension(edit.type.value) && text.nextIsNumber())
+        edit.value = text.number("the value of the dimension");
+    edit.anyway = text.accept("anyway");
+    if (text.accept("as"))
+        edit.as = text.otherName("a name for the constraint");
+    return edit;
+}
+
+Edit parseDelete(EditText& text) {
+    Delete edit;
+    do {
+        edit.constraints.push_back(text.otherName("a constraint"));
+    } while (!text.atEnd());
+    return edit;
+}
+
+Edit parseErase(EditText& text) {
+    return Erase{text.names("an entity", {})};
 }
 
 Edit parseUndo(EditText&) {

@@ -21,6 +21,10 @@ Edit parseAlign(EditText& text);
 Edit parseRotate(EditText& text);
 Edit parseDrag(EditText& text);
 Edit parseSet(EditText& text);
+Edit parseConstrain(EditText& text);
+Edit parseDelete(EditText& text);
+Edit parseDraw(EditText& text);
+Edit parseErase(EditText& text);
 Edit parseUndo(EditText& text);
 Edit parseRedo(EditText& text);
 

@@ -10,11 +10,19 @@ namespace holdfast::editing {
 namespace {
 
 /// Words that stand where a name could stand.
-constexpr std::array<std::string_view, 5> kKeywords{"about", "from", "by", "corner", "segments"};
+constexpr std::array<std::string_view, 7> kKeywords{"about", "from", "by", "corner", "segments", "anyway", "as"};
+
+bool isNumber(std::string_view name) {
+    double value = 0.0;
+    if (name.starts_with('+'))
+        name.remove_prefix(1);
+    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), value);
+    return error == std::errc() && end == name.data() + name.size();
+}
 
 bool needsQuotes(std::string_view name) {
     // A dot parts an entity from its place.
-    return name.empty() || name.find_first_of(" \t\r\n\".") != std::string_view::npos ||
+    return name.empty() || isNumber(name) || name.find_first_of(" \t\r\n\".") != std::string_view::npos ||
            std::find(kKeywords.begin(), kKeywords.end(), name) != kKeywords.end();
 }
 
@@ -35,13 +43,15 @@ std::string escaped(char c) {
     }
 }
 
-std::string textOf(const std::string& name) {
-    if (!needsQuotes(name))
-        return name;
+std::string quoted(const std::string& name) {
     std::string text = "\"";
     for (const char c : name)
         text += escaped(c);
     return text + "\"";
+}
+
+std::string textOf(const std::string& name) {
+    return needsQuotes(name) ? quoted(name) : name;
 }
 
 std::string textOf(const Name& name) {
@@ -81,6 +91,41 @@ std::string textOf(const Sourced<Place>& place) {
 std::string textOf(const Coordinate& coordinate) {
     return (coordinate.axis == Coordinate::Axis::x ? "x " : "y ") + textOf(coordinate.value);
 }
+
+struct FigureWriter {
+    std::string operator()(const LineShape& f) const { return "line " + textOf(f.start) + " " + textOf(f.end); }
+    std::string operator()(const CircleShape& f) const {
+        return "circle " + textOf(f.centre) + " radius " + textOf(f.radius);
+    }
+    std::string operator()(const DrawnArc& f) const {
+        return "arc centre " + textOf(f.centre) + " from " + textOf(f.from) + " to " + textOf(f.to);
+    }
+    std::string operator()(const DrawnPolyline& f) const {
+        std::string text = "polyline";
+        for (std::size_t i = 0; i < f.vertices.size(); ++i)
+            text += " " + textOf(f.vertices[i]) + (f.bulges[i] == 0.0 ? "" : " bulge " + textOf(f.bulges[i]));
+        return text + (f.closed ? " closed" : "");
+    }
+    std::string operator()(const PointShape& f) const { return "point " + textOf(f.position); }
+    std::string operator()(const DrawnEllipse& f) const {
+        return "ellipse " + textOf(f.centre) + " major " + textOf(f.majorAxis) + " ratio " + textOf(f.ratio) +
+               (f.span ? " from " + textOf(f.span->from) + " to " + textOf(f.span->to) : "");
+    }
+    std::string operator()(const DrawnSpline& f) const {
+        std::string text = "spline";
+        for (const Vec2 point : f.control)
+            text += " " + textOf(point);
+        return text + (f.degree == 3 ? "" : " degree " + textOf(f.degree)) + (f.closed ? " closed" : "");
+    }
+    std::string operator()(const DrawnEndless& f) const {
+        return (f.isRay ? "ray " : "xline ") + textOf(f.point) + " through " + textOf(f.through);
+    }
+    std::string operator()(const DrawnText& f) const {
+        return "text " + quoted(f.text) + " at " + textOf(f.position) +
+               (f.height == DrawnText().height ? "" : " height " + textOf(f.height)) +
+               (f.degrees == 0.0 ? "" : " rotation " + textOf(f.degrees));
+    }
+};
 
 struct Writer {
     std::string operator()(const Break& e) const {
@@ -133,9 +178,27 @@ struct Writer {
                (isListed(e.property.value) ? " " + textOf(e.index.value) : "") + " " +
                std::visit([](const auto& value) { return textOf(value); }, e.value);
     }
+    std::string operator()(const SetDimension& e) const {
+        return "set " + textOf(e.dimension) + " " + textOf(e.value);
+    }
+    std::string operator()(const SetDriving& e) const {
+        return "set " + textOf(e.dimension) + (e.driving ? " driving" : " measured");
+    }
+    std::string operator()(const Constrain& e) const {
+        std::string text = "constrain " + std::string(typeName(e.type.value));
+        for (const Sourced<Place>& place : e.places)
+            text += " " + (place.value.kind == PlaceKind::whole ? textOf(place.value.entity) : textOf(place));
+        return text + (e.value ? " " + textOf(*e.value) : "") + (e.anyway ? " anyway" : "") + named(e.as);
+    }
+    std::string operator()(const Delete& e) const { return "delete " + textOf(e.constraints); }
+    std::string operator()(const Erase& e) const { return "erase " + textOf(e.entities); }
+    std::string operator()(const Draw& e) const {
+        return "draw " + std::visit(FigureWriter(), e.figure) + (e.construction ? " construction" : "") + named(e.as);
+    }
     std::string operator()(const Undo&) const { return "undo"; }
     std::string operator()(const Redo&) const { return "redo"; }
 
+    static std::string named(const Name& name) { return name.value.empty() ? "" : " as " + textOf(name); }
     static std::string radius(const Sourced<double>& value) { return " radius " + textOf(value.value); }
 };
 

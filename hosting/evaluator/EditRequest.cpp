@@ -22,6 +22,7 @@ bool hasDirection(EntityKind kind) {
 SolveRequest requestOf(const EditRequest& request, RelaxationLevel lastLevel) {
     return {.targets = request.targets,
             .kept = request.kept,
+            .values = request.dimensions,
             .edited = request.edited,
             .lastLevel = lastLevel,
             .keepsShapes = true};

@@ -18,6 +18,7 @@ struct EditRequest {
     std::vector<Target> targets{};  ///< the user's values; empty: only the constraints count
     std::vector<Target> kept{};     ///< values of edited elements that stay where the constraints let them
     std::vector<int> edited{};      ///< elements that the edit is about
+    std::vector<ValueGoal> dimensions{};  ///< dimensions that get another value
     WhenInfeasible whenInfeasible = WhenInfeasible::refuse;
 
     /// Asks for all values of an element as a shape has them. A shape of another layout asks for nothing.

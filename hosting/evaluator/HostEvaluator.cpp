@@ -29,6 +29,13 @@ std::vector<std::string> namesOf(const SketchData& sketch, const std::vector<int
     return names;
 }
 
+/// -1 for a constraint that the sketch does not have.
+int numberOf(const SketchData& sketch, std::string_view id) {
+    const auto found = std::find_if(sketch.constraints.begin(), sketch.constraints.end(),
+                                    [id](const SketchConstraint& constraint) { return constraint.id == id; });
+    return found == sketch.constraints.end() ? -1 : static_cast<int>(found - sketch.constraints.begin());
+}
+
 /// True when the drawing plane is turned over.
 bool reflects(const YxGeMatrix3d& m) {
     return m(0, 0) * m(1, 1) - m(0, 1) * m(1, 0) < 0.0;
@@ -337,6 +344,28 @@ std::vector<std::string> HostEvaluator::againstPlaced(const std::vector<std::str
     if (!against)
         against = constraintsAgainst(host.sketch, request, touching);
     return namesOf(host.sketch, against.value_or(std::vector<int>()));
+}
+
+bool HostEvaluator::lead(const std::vector<DimensionGoal>& goals) {
+    const HostProcess::Scope bound(m_drawing.process());
+    std::vector<std::string> names;
+    for (const DimensionGoal& goal : goals)
+        if (const std::optional<Constraint> dimension = m_drawing.constraint(goal.id))
+            for (const Place& place : dimension->refs)
+                names.push_back(place.entity);
+    run([&] {
+        solveAround(std::move(names), [&](HostSketch& host) {
+            EditRequest request;
+            for (const DimensionGoal& goal : goals)
+                if (const int number = numberOf(host.sketch, goal.id); number >= 0)
+                    request.dimensions.push_back({number, goal.value});
+            return request;
+        });
+    });
+    for (const DimensionGoal& goal : m_last.solved ? goals : std::vector<DimensionGoal>())
+        m_drawing.setMeasure(goal.id, goal.value);
+    HostAccess::setStatus(m_drawing.group(), kUpToDateAssocStatus);
+    return m_last.solved;
 }
 
 bool HostEvaluator::drag(AssocConstraintHeader& header) {

@@ -18,6 +18,12 @@ struct SolveResult;
 namespace holdfast::hosting {
 
 class HostDrag;
+/// A value that a dimension is to have.
+struct DimensionGoal {
+    std::string id;
+    double value = 0.0;  ///< in the drawing's length unit, or radians
+};
+
 struct EditRequest;
 struct HostSketch;
 
@@ -47,6 +53,10 @@ public:
     /// among some first; the others on these entities are only given up when it cannot be without.
     std::vector<std::string> againstPlaced(const std::vector<std::string>& entities,
                                            const std::vector<std::string>& first) const;
+
+    /// Leads dimensions that drive the drawing to other values and has everything that hangs on them follow. False when
+    /// the constraints do not let them, and nothing has changed then.
+    bool lead(const std::vector<DimensionGoal>& goals);
 
     /// The command is over: drags and trials are forgotten.
     void endCommand();

@@ -14,7 +14,7 @@ namespace holdfast::report {
 enum class MarkTone {
     kept,       ///< quiet
     deleted,    ///< red, struck out
-    rePointed,  ///< amber, with a chevron
+    rePointed,  ///< amber, with a chevron; also one that says another thing than before
     added,      ///< green, with a plus
     broken      ///< red, with an exclamation mark: it does not hold
 };

@@ -98,6 +98,60 @@ Edit anyFillet() {
     return edit;
 }
 
+Edit anyConstrain() {
+    const auto kinds = constraintKinds();
+    std::vector<const ConstraintTraits*> own;
+    for (const ConstraintTraits& kind : kinds)
+        if (kind.residual != ConstraintResidual::none && kind.residual != ConstraintResidual::ellipseHelper)
+            own.push_back(&kind);
+    const ConstraintTraits& kind = *own[*rc::gen::inRange<std::size_t>(0, own.size())];
+    Constrain edit{.type = kind.type};
+    for (int left = *rc::gen::inRange(1, 4); left > 0; --left)
+        edit.places.emplace_back(anyPlace());
+    if (kind.isDimension() && toss())
+        edit.value = anyNumber();
+    edit.anyway = toss();
+    if (toss())
+        edit.as = anyName();
+    return edit;
+}
+
+std::vector<Vec2> anyPoints() {
+    std::vector<Vec2> points;
+    for (int left = *rc::gen::inRange(1, 6); left > 0; --left)
+        points.push_back(anyPoint());
+    return points;
+}
+
+Figure anyFigure() {
+    const Vec2 a = anyPoint(), b = anyPoint();
+    switch (*rc::gen::inRange(0, 9)) {
+        case 0:
+            return LineShape{a, b};
+        case 1:
+            return CircleShape{a, anyNumber()};
+        case 2:
+            return DrawnArc{a, b, anyPoint()};
+        case 3: {
+            DrawnPolyline polyline{anyPoints(), {}, toss()};
+            for (std::size_t i = 0; i < polyline.vertices.size(); ++i)
+                polyline.bulges.push_back(toss() ? 0.0 : anyNumber());
+            return polyline;
+        }
+        case 4:
+            return PointShape{a};
+        case 5:
+            return DrawnEllipse{a, b, anyNumber(),
+                                toss() ? std::optional(EllipseSpan{anyNumber(), anyNumber()}) : std::nullopt};
+        case 6:
+            return DrawnSpline{anyPoints(), *rc::gen::inRange(-3, 30), toss()};
+        case 7:
+            return DrawnEndless{a, b, toss()};
+        default:
+            return DrawnText{anyName().value, a, anyNumber(), anyNumber()};
+    }
+}
+
 Edit anyEdit() {
     static const std::array<Edit (*)(), std::variant_size_v<Edit>> makers{
         [] {
@@ -132,6 +186,18 @@ Edit anyEdit() {
         },
         [] { return anyDrag(); },
         [] { return anySet(); },
+        [] {
+            return Edit(SetDimension{anyName(), anyNumber()});
+        },
+        [] {
+            return Edit(SetDriving{anyName(), toss()});
+        },
+        [] { return anyConstrain(); },
+        [] { return Edit(Delete{anyNames()}); },
+        [] { return Edit(Erase{anyNames()}); },
+        [] {
+            return Edit(Draw{anyFigure(), toss(), toss() ? anyName() : Name()});
+        },
         [] { return Edit(Undo{}); },
         [] { return Edit(Redo{}); },
     };

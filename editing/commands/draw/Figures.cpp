@@ -1,0 +1,84 @@
+#include "editing/Figures.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "editing/EditError.h"
+#include "geometry/Angles.h"
+
+namespace holdfast::editing {
+
+namespace {
+
+constexpr double kDegree = kPi / 180.0;
+
+double directionOf(Vec2 v) {
+    return std::atan2(v.y, v.x);
+}
+
+/// The angle above another one, by a full turn at most.
+double above(double angle, double start) {
+    while (angle <= start)
+        angle += 2.0 * kPi;
+    return angle;
+}
+
+struct ShapeOf {
+    Shape operator()(const LineShape& line) const { return line; }
+    Shape operator()(const CircleShape& circle) const { return circle; }
+    Shape operator()(const PointShape& point) const { return point; }
+    Shape operator()(const DrawnArc& arc) const {
+        if (arc.from == arc.centre || arc.to == arc.centre)
+            throw EditError("an arc cannot begin or end in its centre; give other points");
+        const double start = directionOf(arc.from - arc.centre);
+        return ArcShape{arc.centre, distance(arc.centre, arc.from), start, above(directionOf(arc.to - arc.centre), start)};
+    }
+    Shape operator()(const DrawnEllipse& ellipse) const {
+        if (!ellipse.span)
+            return EllipseShape{ellipse.centre, ellipse.majorAxis, ellipse.ratio};
+        const double start = ellipse.span->from * kDegree;
+        return EllipticalArcShape{ellipse.centre, ellipse.majorAxis, ellipse.ratio, start,
+                                  above(ellipse.span->to * kDegree, start)};
+    }
+    Shape operator()(const DrawnSpline& spline) const {
+        const int count = static_cast<int>(spline.control.size());
+        if (spline.degree < 1 || count <= spline.degree)
+            throw EditError("a spline of degree " + std::to_string(spline.degree) + " takes " +
+                            std::to_string(std::max(spline.degree, 1) + 1) + " control points or more");
+        SplineShape shape{
+            .degree = spline.degree, .periodic = spline.closed, .control = spline.control, .knots = {}, .weights = {}};
+        if (spline.closed) {
+            for (int i = 0; i <= count; ++i)
+                shape.knots.push_back(i);
+            return shape;
+        }
+        const int spans = count - spline.degree;
+        for (int i = -spline.degree; i <= spans + spline.degree; ++i)
+            shape.knots.push_back(std::clamp(i, 0, spans));
+        return shape;
+    }
+    Shape operator()(const DrawnPolyline& polyline) const {
+        return PolylineShape{polyline.vertices, polyline.bulges, std::vector<int>(polyline.vertices.size(), 0),
+                             polyline.closed};
+    }
+    Shape operator()(const DrawnEndless& line) const {
+        if (line.point == line.through)
+            throw EditError("a line without an end needs two different points");
+        const Vec2 direction = unit(line.through - line.point);
+        if (line.isRay)
+            return RayShape{line.point, direction};
+        return XlineShape{line.point, direction};
+    }
+    Shape operator()(const DrawnText& text) const {
+        return TextShape{
+            .position = text.position, .rotation = text.degrees * kDegree, .height = text.height, .text = text.text};
+    }
+};
+
+}  // namespace
+
+Shape shapeOf(const Figure& figure) {
+    return std::visit(ShapeOf(), figure);
+}
+
+}  // namespace holdfast::editing

@@ -1,0 +1,69 @@
+#include "editing/commands/network/NamedConstraints.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "document/Names.h"
+#include "document/checks/ConstraintCheck.h"
+#include "document/text/Suggest.h"
+#include "editing/Refusal.h"
+#include "geometry/Angles.h"
+
+namespace holdfast::editing {
+
+Constraint requireConstraint(const Drawing& drawing, const Name& name) {
+    if (const std::string id = drawing.constraintCalled(name.value); !id.empty())
+        return *drawing.constraint(id);
+    if (!drawing.id(name.value).isNull())
+        throw RefusedWord(
+            {name.value + " is an entity; say which property of it to set, or name a dimension", {}, name.column});
+    const std::vector<std::string> ids = drawing.constraintIds();
+    const std::vector<std::string_view> candidates(ids.begin(), ids.end());
+    throw RefusedWord({"the drawing has no constraint " + name.value, suggestion(name.value, candidates), name.column});
+}
+
+Constraint requireDimension(const Drawing& drawing, const Name& name) {
+    Constraint found = requireConstraint(drawing, name);
+    if (!isDimension(found.type))
+        throw RefusedWord({found.id + " is no dimension (" + std::string(typeName(found.type)) +
+                               "); only dimensions have values",
+                           {},
+                           name.column});
+    if (!found.active)
+        throw RefusedWord({found.id + " is switched off; delete it and constrain anew", {}, name.column});
+    return found;
+}
+
+double spokenValue(ConstraintType type, double kept) {
+    return traitsOf(type).value == ConstraintValue::angle ? kept * (180.0 / kPi) : kept;
+}
+
+double keptValue(ConstraintType type, double spoken) {
+    return traitsOf(type).value == ConstraintValue::angle ? spoken * (kPi / 180.0) : spoken;
+}
+
+void refuseValue(const Drawing& drawing, const Constraint& dimension) {
+    std::vector<std::string> names;
+    for (const Place& place : dimension.refs)
+        names.push_back(place.entity);
+    const Document part = drawing.around(names);
+    if (const std::optional<Fault> fault = faultIn(dimension, EntityIndex(part)))
+        throw EditError(dimension.id + " cannot be " + fault->found + "; give " + fault->expected);
+}
+
+Document surroundingsOf(const Drawing& drawing, const Constraint& constraint) {
+    std::vector<std::string> names;
+    for (const Place& place : constraint.refs)
+        names.push_back(place.entity);
+    return drawing.partAround(names, std::numeric_limits<int>::max()).document;
+}
+
+std::string spokenConstraints(const Document& part, const std::vector<std::string>& ids) {
+    std::string list;
+    for (const Constraint& constraint : part.constraints)
+        if (std::find(ids.begin(), ids.end(), constraint.id) != ids.end())
+            list += (list.empty() ? "" : ", ") + spokenConstraint(constraint);
+    return list;
+}
+
+}  // namespace holdfast::editing

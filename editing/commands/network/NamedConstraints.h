@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "editing/EditContext.h"
+#include "editing/Uses.h"
+
+namespace holdfast::editing {
+
+/// The constraint that an edit names by its id or by the name of a dimension. RefusedWord with the nearest one for a
+/// name that none has.
+Constraint requireConstraint(const Drawing& drawing, const Name& name);
+
+/// The same for a dimension that its author has not switched off; RefusedWord for any other constraint.
+Constraint requireDimension(const Drawing& drawing, const Name& name);
+
+/// A dimension's value as users give and read it, angles in degrees, and as the drawing keeps it.
+double spokenValue(ConstraintType type, double kept);
+double keptValue(ConstraintType type, double spoken);
+
+/// EditError for a value that a dimension cannot have.
+void refuseValue(const Drawing& drawing, const Constraint& dimension);
+
+/// A constraint with everything that hangs together with its entities.
+Document surroundingsOf(const Drawing& drawing, const Constraint& constraint);
+
+/// "c3 (horizontal a), c7 (length b, 12)": constraints of a part of the drawing by their ids.
+std::string spokenConstraints(const Document& part, const std::vector<std::string>& ids);
+
+}  // namespace holdfast::editing
