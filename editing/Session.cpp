@@ -1,5 +1,6 @@
 #include "editing/Session.h"
 
+#include <algorithm>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -198,7 +199,19 @@ std::string Session::reasonOf(std::string_view text, const std::vector<std::stri
 
 /// When the evaluator has failed it knows better what was in the way than the command that gave up.
 std::string Session::solversReason(const std::string& reason, const std::vector<std::string>& edited) const {
-    return m_evaluator->last().solved ? reason : refusalOf(m_evaluator->last(), document(), edited);
+    const Evaluation& last = m_evaluator->last();
+    if (last.solved)
+        return reason;
+    Document concerned;
+    for (const Constraint& constraint : document().constraints)
+        if (constraint.id == last.worst || std::find(last.conflicting.begin(), last.conflicting.end(), constraint.id) !=
+                                               last.conflicting.end())
+            concerned.constraints.push_back(constraint);
+    // What the edit has added is in the way, too.
+    for (const std::string& id : last.conflicting)
+        if (std::optional<Constraint> added = m_drawing->constraint(id))
+            concerned.constraints.push_back(std::move(*added));
+    return refusalOf(last, concerned, edited);
 }
 
 void Session::run(const Edit& edit, EditContext& context, EditResult& result) {

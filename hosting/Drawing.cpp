@@ -4,6 +4,7 @@
 #include <charconv>
 #include <stdexcept>
 
+#include "document/Names.h"
 #include "document/Places.h"
 #include "host/model/EntityAccess.h"
 #include "host/model/ObjectHandles.h"
@@ -235,8 +236,11 @@ std::string Drawing::add(const Shape& shape, std::string_view like) {
     return entity.id;
 }
 
-std::string Drawing::freeName() {
-    return freshName("n");
+std::string Drawing::freeNameFor(const Shape& shape) {
+    const std::string base(typeName(shape));
+    for (int& number = m_nextNumbers.try_emplace(base + " alone", 1).first->second;; ++number)
+        if (std::string name = base + std::to_string(number); !m_entities.contains(name))
+            return name;
 }
 
 void Drawing::add(const Entity& entity) {

@@ -101,8 +101,8 @@ public:
     /// Adds an entity with the attributes of `like` (construction) under a fresh name derived from `like`'s, or "n1",
     /// "n2", ... without one. Returns the name.
     std::string add(const Shape& shape, std::string_view like = {});
-    /// A name that no entity has, for one that is like no other.
-    std::string freeName();
+    /// A name that no entity has: the kind of the shape and a number.
+    std::string freeNameFor(const Shape& shape);
     /// Adds an entity under its own name; no other may have that.
     void add(const Entity& entity);
     /// Gives a resident entity another shape. An entity of another kind of shape takes its place in the host, under

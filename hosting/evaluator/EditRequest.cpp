@@ -24,6 +24,7 @@ SolveRequest requestOf(const EditRequest& request, RelaxationLevel lastLevel) {
             .kept = request.kept,
             .values = request.dimensions,
             .edited = request.edited,
+            .added = request.added,
             .lastLevel = lastLevel,
             .keepsShapes = true};
 }

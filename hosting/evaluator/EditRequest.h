@@ -19,6 +19,7 @@ struct EditRequest {
     std::vector<Target> kept{};     ///< values of edited elements that stay where the constraints let them
     std::vector<int> edited{};      ///< elements that the edit is about
     std::vector<ValueGoal> dimensions{};  ///< dimensions that get another value
+    std::vector<int> added{};             ///< constraints that are new
     WhenInfeasible whenInfeasible = WhenInfeasible::refuse;
 
     /// Asks for all values of an element as a shape has them. A shape of another layout asks for nothing.

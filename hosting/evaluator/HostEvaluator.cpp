@@ -348,13 +348,11 @@ std::vector<std::string> HostEvaluator::againstPlaced(const std::vector<std::str
 
 bool HostEvaluator::lead(const std::vector<DimensionGoal>& goals) {
     const HostProcess::Scope bound(m_drawing.process());
-    std::vector<std::string> names;
+    std::vector<std::string> ids;
     for (const DimensionGoal& goal : goals)
-        if (const std::optional<Constraint> dimension = m_drawing.constraint(goal.id))
-            for (const Place& place : dimension->refs)
-                names.push_back(place.entity);
+        ids.push_back(goal.id);
     run([&] {
-        solveAround(std::move(names), [&](HostSketch& host) {
+        solveAround(entitiesOf(ids), [&](HostSketch& host) {
             EditRequest request;
             for (const DimensionGoal& goal : goals)
                 if (const int number = numberOf(host.sketch, goal.id); number >= 0)
@@ -366,6 +364,29 @@ bool HostEvaluator::lead(const std::vector<DimensionGoal>& goals) {
         m_drawing.setMeasure(goal.id, goal.value);
     HostAccess::setStatus(m_drawing.group(), kUpToDateAssocStatus);
     return m_last.solved;
+}
+
+bool HostEvaluator::hold(const std::string& constraint) {
+    const HostProcess::Scope bound(m_drawing.process());
+    run([&] {
+        solveAround(entitiesOf({constraint}), [&](HostSketch& host) {
+            EditRequest request;
+            if (const int number = numberOf(host.sketch, constraint); number >= 0)
+                request.added.push_back(number);
+            return request;
+        });
+    });
+    HostAccess::setStatus(m_drawing.group(), kUpToDateAssocStatus);
+    return m_last.solved;
+}
+
+std::vector<std::string> HostEvaluator::entitiesOf(const std::vector<std::string>& constraints) const {
+    std::vector<std::string> names;
+    for (const std::string& id : constraints)
+        if (const std::optional<Constraint> constraint = m_drawing.constraint(id))
+            for (const Place& place : constraint->refs)
+                names.push_back(place.entity);
+    return names;
 }
 
 bool HostEvaluator::drag(AssocConstraintHeader& header) {

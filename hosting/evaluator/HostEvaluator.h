@@ -57,6 +57,9 @@ public:
     /// Leads dimensions that drive the drawing to other values and has everything that hangs on them follow. False when
     /// the constraints do not let them, and nothing has changed then.
     bool lead(const std::vector<DimensionGoal>& goals);
+    /// Moves the drawing as little as it takes for a new constraint to hold, by shifting and turning where that will do.
+    /// False when the others do not let it, and nothing has changed then.
+    bool hold(const std::string& constraint);
 
     /// The command is over: drags and trials are forgotten.
     void endCommand();
@@ -73,6 +76,7 @@ private:
     template <class DemandFor>
     bool solveWith(HostSketch host, const DemandFor& demandFor);
     bool accept(HostSketch& host, const EditRequest& request, const SolveResult& result);
+    std::vector<std::string> entitiesOf(const std::vector<std::string>& constraints) const;
     std::vector<std::string> withUnsolved(std::vector<std::string> names) const;
     HostSketch allAround(std::vector<std::string> names) const;
     std::vector<std::string> namesIn(const AssocConstraintHeader& header) const;

@@ -23,7 +23,7 @@ void require(const Draw& edit, const Drawing& drawing) {
 
 void perform(const Draw& edit, EditContext& context) {
     const Shape shape = resolved(edit, context.drawing);
-    const std::string name = edit.as.value.empty() ? context.drawing.freeName() : edit.as.value;
+    const std::string name = edit.as.value.empty() ? context.drawing.freeNameFor(shape) : edit.as.value;
     context.drawing.add({.id = name, .shape = shape, .construction = edit.construction});
 }
 

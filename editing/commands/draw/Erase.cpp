@@ -8,12 +8,8 @@ void require(const Erase& edit, const Drawing& drawing) {
 }
 
 void perform(const Erase& edit, EditContext& context) {
-    for (const std::string& name : requireSelection(context.drawing, edit.entities)) {
-        for (const Constraint& constraint : context.drawing.around({name}).constraints)
-            if (!constraint.implied)
-                context.reasons.note(constraint.id, name + " was erased");
+    for (const std::string& name : requireSelection(context.drawing, edit.entities))
         context.drawing.erase(name);
-    }
 }
 
 }  // namespace holdfast::editing

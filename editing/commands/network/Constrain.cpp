@@ -3,7 +3,6 @@
 #include "document/Names.h"
 #include "document/checks/ConstraintCheck.h"
 #include "editing/Commands.h"
-#include "editing/Evaluation.h"
 #include "editing/commands/network/NamedConstraints.h"
 #include "hosting/evaluator/Implied.h"
 
@@ -118,8 +117,8 @@ void addGeometric(EditContext& context, const Wish& wish) {
         if (const std::vector<std::string> by = implying(part, wish.constraint.id); !by.empty())
             refuseImplied(wish, part, by);
     context.drawing.addConstraint(wish.constraint);
-    markChanged(context);
-    evaluate(context);
+    if (!context.evaluator.hold(wish.constraint.id))
+        throw EditError("the constraints of the drawing do not let it hold");
 }
 
 }  // namespace

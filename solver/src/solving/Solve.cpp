@@ -61,9 +61,12 @@ class Solving {
 public:
     Solving(const SketchData& sketch, const SolveRequest& request)
         : m_request(request), m_work(sketch), m_values(request.values) {
-        if (m_values.empty() && request.targets.empty() && request.edited.empty() && request.keepsShapes)
+        m_isEdit = !m_values.empty() || !request.targets.empty() || !request.edited.empty() || !request.added.empty();
+        if (!m_isEdit && request.keepsShapes) {
             m_values = changedDimensions(sketch);
-        m_isEdit = !m_values.empty() || !request.targets.empty() || !request.edited.empty();
+            m_isEdit = !m_values.empty();
+        }
+        m_dimensions = request.added;
         for (const ValueGoal& value : m_values)
             m_dimensions.push_back(value.constraint);
         m_way.emplace(sketch, request.targets, m_values, request.edited);

@@ -47,6 +47,7 @@ struct SolveRequest {
     std::vector<Target> kept{};       ///< values that stay where they are if the constraints let them
     std::vector<ValueGoal> values{};  ///< written into the sketch's constraints when they are reached
     std::vector<int> edited{};        ///< elements that the edit is about
+    std::vector<int> added{};         ///< constraints that the edit has added
     Scope reach = Scope::rings;
     RelaxationLevel lastLevel = RelaxationLevel::exact;  ///< no level after this one is tried
     /// Sizes of what the edit does not name are kept where shifting and turning can do it. Without an edit, dimensions
