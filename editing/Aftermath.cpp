@@ -98,8 +98,7 @@ void forElsewhere(const EditedPart& part, const std::vector<std::size_t>& doubtf
         const Constraint& constraint = part.after.constraints[number];
         const auto known = numberBefore.find(constraint.id);
         if (constraint.type == ConstraintType::fixed && known != numberBefore.end() &&
-            isElsewhere(part.before.constraints[known->second], before, constraint, after,
-                        kHolds * part.sizeAfter))
+            isElsewhere(part.before.constraints[known->second], before, constraint, after, kHolds * part.sizeAfter))
             take(constraint);
     }
 }

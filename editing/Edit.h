@@ -220,8 +220,8 @@ struct Redo {
 };
 
 /// Any editing command.
-using Edit = std::variant<Break, Trim, Extend, Fillet, FilletCorner, FilletSegments, Join, Lengthen, Stretch, Mirror,
-                          Align, Rotate, Drag, Set, SetDimension, SetDriving, Constrain, Delete, Erase, Draw, Undo,
-                          Redo>;
+using Edit =
+    std::variant<Break, Trim, Extend, Fillet, FilletCorner, FilletSegments, Join, Lengthen, Stretch, Mirror, Align,
+                 Rotate, Drag, Set, SetDimension, SetDriving, Constrain, Delete, Erase, Draw, Undo, Redo>;
 
 }  // namespace holdfast::editing

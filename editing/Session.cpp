@@ -204,8 +204,8 @@ std::string Session::solversReason(const std::string& reason, const std::vector<
         return reason;
     Document concerned;
     for (const Constraint& constraint : document().constraints)
-        if (constraint.id == last.worst || std::find(last.conflicting.begin(), last.conflicting.end(), constraint.id) !=
-                                               last.conflicting.end())
+        if (constraint.id == last.worst ||
+            std::find(last.conflicting.begin(), last.conflicting.end(), constraint.id) != last.conflicting.end())
             concerned.constraints.push_back(constraint);
     // What the edit has added is in the way, too.
     for (const std::string& id : last.conflicting)

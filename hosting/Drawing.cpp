@@ -535,7 +535,7 @@ void Drawing::takePlaces(Constraint& constraint, const YxGeomConstraint& host, S
 std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& known, Segments& segments) const {
     if (known.host == nullptr)  // switched off: the host does not know it
         return !known.isGone && !known.isDropped && hasPlaces(known.original) ? std::optional(known.original)
-                                                                                : std::nullopt;
+                                                                              : std::nullopt;
     if (HostAccess::isDeleted(*known.host))
         return std::nullopt;
     Constraint now = known.original;

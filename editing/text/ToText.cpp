@@ -178,9 +178,7 @@ struct Writer {
                (isListed(e.property.value) ? " " + textOf(e.index.value) : "") + " " +
                std::visit([](const auto& value) { return textOf(value); }, e.value);
     }
-    std::string operator()(const SetDimension& e) const {
-        return "set " + textOf(e.dimension) + " " + textOf(e.value);
-    }
+    std::string operator()(const SetDimension& e) const { return "set " + textOf(e.dimension) + " " + textOf(e.value); }
     std::string operator()(const SetDriving& e) const {
         return "set " + textOf(e.dimension) + (e.driving ? " driving" : " measured");
     }

@@ -15,9 +15,9 @@ enum class WhenInfeasible {
 
 /// What an edit asks of a sketch, whichever command it comes from.
 struct EditRequest {
-    std::vector<Target> targets{};  ///< the user's values; empty: only the constraints count
-    std::vector<Target> kept{};     ///< values of edited elements that stay where the constraints let them
-    std::vector<int> edited{};      ///< elements that the edit is about
+    std::vector<Target> targets{};        ///< the user's values; empty: only the constraints count
+    std::vector<Target> kept{};           ///< values of edited elements that stay where the constraints let them
+    std::vector<int> edited{};            ///< elements that the edit is about
     std::vector<ValueGoal> dimensions{};  ///< dimensions that get another value
     std::vector<int> added{};             ///< constraints that are new
     WhenInfeasible whenInfeasible = WhenInfeasible::refuse;

@@ -57,8 +57,8 @@ public:
     /// Leads dimensions that drive the drawing to other values and has everything that hangs on them follow. False when
     /// the constraints do not let them, and nothing has changed then.
     bool lead(const std::vector<DimensionGoal>& goals);
-    /// Moves the drawing as little as it takes for a new constraint to hold, by shifting and turning where that will do.
-    /// False when the others do not let it, and nothing has changed then.
+    /// Moves the drawing as little as it takes for a new constraint to hold, by shifting and turning where that will
+    /// do. False when the others do not let it, and nothing has changed then.
     bool hold(const std::string& constraint);
 
     /// The command is over: drags and trials are forgotten.

@@ -23,8 +23,8 @@ struct Row {
 constexpr std::string_view kReset = "\x1b[0m", kBold = "\x1b[1m", kFaint = "\x1b[2m";
 
 std::string_view colourOf(ConstraintFate fate) {
-    static constexpr std::array<std::string_view, kConstraintFates.size()> colours{"\x1b[31m", "\x1b[33m", "\x1b[33m", "\x1b[32m",
-                                                                                   "\x1b[32m", kFaint};
+    static constexpr std::array<std::string_view, kConstraintFates.size()> colours{"\x1b[31m", "\x1b[33m", "\x1b[33m",
+                                                                                   "\x1b[32m", "\x1b[32m", kFaint};
     return colours[static_cast<std::size_t>(fate)];
 }
 

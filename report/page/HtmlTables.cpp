@@ -103,8 +103,8 @@ std::string entityRow(const EntityOutcome& outcome, const ReportIndex& index, co
 }  // namespace
 
 std::string_view fateClass(ConstraintFate fate) {
-    static constexpr std::array<std::string_view, kConstraintFates.size()> names{"deleted", "pointed", "pointed", "added", "added",
-                                                                                 "kept"};
+    static constexpr std::array<std::string_view, kConstraintFates.size()> names{"deleted", "pointed", "pointed",
+                                                                                 "added",   "added",   "kept"};
     return names[static_cast<std::size_t>(fate)];
 }
 

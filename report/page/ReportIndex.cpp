@@ -11,8 +11,8 @@ namespace holdfast::report {
 namespace {
 
 MarkTone toneOf(ConstraintFate fate) {
-    static constexpr std::array tones{MarkTone::deleted, MarkTone::rePointed, MarkTone::rePointed, MarkTone::added, MarkTone::added,
-                                      MarkTone::kept};
+    static constexpr std::array tones{MarkTone::deleted, MarkTone::rePointed, MarkTone::rePointed,
+                                      MarkTone::added,   MarkTone::added,     MarkTone::kept};
     return tones[static_cast<std::size_t>(fate)];
 }
 

@@ -18,8 +18,9 @@ Document plate() {
                          lineEntity("top", {40, 20}, {0, 20}), lineEntity("left", {0, 20}, {0, 0})};
     const char* sides[] = {"bottom", "right", "top", "left"};
     for (int i = 0; i < 4; ++i)
-        document.constraints.push_back(constraintOf("c" + std::to_string(i), ConstraintType::coincident,
-                                                    {{sides[i], PlaceKind::end}, {sides[(i + 1) % 4], PlaceKind::start}}));
+        document.constraints.push_back(
+            constraintOf("c" + std::to_string(i), ConstraintType::coincident,
+                         {{sides[i], PlaceKind::end}, {sides[(i + 1) % 4], PlaceKind::start}}));
     document.constraints.push_back(constraintOf("f", ConstraintType::fixed, {{"bottom", PlaceKind::start}}));
     document.constraints.push_back(constraintOf("h0", ConstraintType::horizontal, {{"bottom"}}));
     document.constraints.push_back(constraintOf("v0", ConstraintType::vertical, {{"right"}}));
@@ -82,8 +83,9 @@ TEST(SetDimension, TakesAnglesInDegrees) {
     Document document;
     document.name = "angle";
     document.entities = {lineEntity("a", {0, 0}, {10, 0}), lineEntity("b", {0, 0}, {10, 10})};
-    document.constraints = {constraintOf("f", ConstraintType::fixed, {{"a"}}),
-                            constraintOf("c", ConstraintType::coincident, {{"a", PlaceKind::start}, {"b", PlaceKind::start}})};
+    document.constraints = {
+        constraintOf("f", ConstraintType::fixed, {{"a"}}),
+        constraintOf("c", ConstraintType::coincident, {{"a", PlaceKind::start}, {"b", PlaceKind::start}})};
     Session session(document);
     EXPECT_EQ(errorOf(session, "constrain angle a b as open"), "");
     EXPECT_NEAR(*constraintNamed(session.document(), "open").value, 0.7853981633974483, 1e-12);
@@ -96,8 +98,7 @@ TEST(SetDimension, TakesAnglesInDegrees) {
 
 TEST(SetDimension, IsRefusedWithWhatStandsInTheWay) {
     const RefusedEdit rows[] = {
-        {"set w -3",
-         "w cannot be -3.0; give a distance of 0 or more; distance_x and distance_y have signs"},
+        {"set w -3", "w cannot be -3.0; give a distance of 0 or more; distance_x and distance_y have signs"},
         {"set v 3", "edit \"set v 3\", column 5: the drawing has no constraint v, found \"v\"; did you mean \"f\"?"},
         {"set h0 3",
          "edit \"set h0 3\", column 5: h0 is no dimension (horizontal); only dimensions have values, found \"h0\""},
@@ -114,8 +115,7 @@ TEST(SetDriving, MeasuresAndDrivesAgain) {
     EXPECT_FALSE(constraintNamed(session.document(), "w").driving);
     EXPECT_EQ(errorOf(session, "drag right by 5,0"), "");
     EXPECT_NEAR(*constraintNamed(session.document(), "w").value, 45.0, 1e-9);
-    EXPECT_EQ(errorOf(session, "set w 50"),
-              "w is measured and follows the drawing; say \"set w driving\" first");
+    EXPECT_EQ(errorOf(session, "set w 50"), "w is measured and follows the drawing; say \"set w driving\" first");
     EXPECT_EQ(errorOf(session, "set w driving"), "");
     EXPECT_EQ(errorOf(session, "set w 50"), "");
     EXPECT_NEAR(lineOf(session, "top").start.x, 50.0, 1e-9);
@@ -171,7 +171,8 @@ TEST(Constrain, IsRefusedWhereItFollowsAlready) {
          "this parallel follows already from h0 (horizontal bottom), h1 (horizontal top); it would be redundant, "
          "nothing was added"},
         {"constrain distance top 60",
-         "this distance is 40 and follows already from c0 (coincident bottom.end right.start), c1 (coincident right.end "
+         "this distance is 40 and follows already from c0 (coincident bottom.end right.start), c1 (coincident "
+         "right.end "
          "top.start), c2 (coincident top.end left.start), c3 (coincident left.end bottom.start), h0 (horizontal "
          "bottom), v0 (vertical right), h1 (horizontal top), v1 (vertical left), w (distance bottom, 40); add "
          "\"anyway\" for a dimension that measures, or delete one of them first"},
@@ -196,19 +197,19 @@ TEST(Constrain, IsRefusedWhereItContradicts) {
 
 TEST(Constrain, SaysWhatAKindTakes) {
     const RefusedEdit rows[] = {
-        {"constrain horizontal", "edit \"constrain horizontal\": expected a place to constrain, but the edit ends there"},
-        {"constrain radius bottom 3",
-         "found radius of line \"bottom\"; expected radius takes one whole circle or arc"},
+        {"constrain horizontal",
+         "edit \"constrain horizontal\": expected a place to constrain, but the edit ends there"},
+        {"constrain radius bottom 3", "found radius of line \"bottom\"; expected radius takes one whole circle or arc"},
         {"constrain horizontal bottm",
-         "edit \"constrain horizontal bottm\", column 22: the drawing has no entity bottm, found \"bottm\"; did you mean "
+         "edit \"constrain horizontal bottm\", column 22: the drawing has no entity bottm, found \"bottm\"; did you "
+         "mean "
          "\"bottom\"?"},
         {"constrain horizontl bottom",
          "edit \"constrain horizontl bottom\", column 11: expected a kind of constraint (coincident, concentric, "
          "point_on_curve, fixed, horizontal, vertical, parallel, perpendicular, collinear, tangent, equal, symmetric, "
          "midpoint, g2_smooth, distance, distance_x, distance_y, radius, diameter or angle), found \"horizontl\"; did "
          "you mean \"horizontal\"?"},
-        {"constrain horizontal bottom anyway",
-         "horizontal is no dimension: it takes neither a value nor \"anyway\""},
+        {"constrain horizontal bottom anyway", "horizontal is no dimension: it takes neither a value nor \"anyway\""},
     };
     expectRefused(plate(), rows);
 }
@@ -281,8 +282,7 @@ TEST(Draw, IsRefusedForWhatIsNoShapeAndForATakenName) {
          "edit \"draw line 0,0 1,1 as top\", column 22: the drawing has an entity top already; choose another name, "
          "found \"top\""},
         {"draw spline 0,0 1,1 2,2", "a spline of degree 3 takes 4 control points or more"},
-        {"draw arc centre 0,0 from 0,0 to 1,1",
-         "an arc cannot begin or end in its centre; give other points"},
+        {"draw arc centre 0,0 from 0,0 to 1,1", "an arc cannot begin or end in its centre; give other points"},
         {"draw ray 1,1 through 1,1", "a line without an end needs two different points"},
     };
     expectRefused(plate(), rows);
@@ -299,9 +299,9 @@ TEST(Draw, GoesOnToBeConstrainedAndEdited) {
     Document document;
     document.name = "empty";
     Session session(document);
-    for (const char* edit : {"draw line 0,0 10,0 as a", "draw line 10,0 10,6 as b", "constrain coincident a.end b.start",
-                             "constrain horizontal a", "constrain vertical b", "constrain distance a 12",
-                             "fillet a b radius 2", "undo", "erase b", "undo"})
+    for (const char* edit : {"draw line 0,0 10,0 as a", "draw line 10,0 10,6 as b",
+                             "constrain coincident a.end b.start", "constrain horizontal a", "constrain vertical b",
+                             "constrain distance a 12", "fillet a b radius 2", "undo", "erase b", "undo"})
         EXPECT_EQ(errorOf(session, edit), "") << edit;
     EXPECT_NEAR(lineOf(session, "b").start.x, lineOf(session, "a").end.x, 1e-9);
     EXPECT_EQ(session.document().constraints.size(), 4u);

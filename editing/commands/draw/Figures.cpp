@@ -31,7 +31,8 @@ struct ShapeOf {
         if (arc.from == arc.centre || arc.to == arc.centre)
             throw EditError("an arc cannot begin or end in its centre; give other points");
         const double start = directionOf(arc.from - arc.centre);
-        return ArcShape{arc.centre, distance(arc.centre, arc.from), start, above(directionOf(arc.to - arc.centre), start)};
+        return ArcShape{arc.centre, distance(arc.centre, arc.from), start,
+                        above(directionOf(arc.to - arc.centre), start)};
     }
     Shape operator()(const DrawnEllipse& ellipse) const {
         if (!ellipse.span)

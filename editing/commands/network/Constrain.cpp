@@ -45,8 +45,8 @@ void refuseForeignWords(const Constrain& edit, const Drawing& drawing) {
     if (!isDimension(edit.type.value) && (edit.value || edit.anyway))
         throw EditError(std::string(kind) + " is no dimension: it takes neither a value nor \"anyway\"");
     if (!edit.as.value.empty() && drawing.hasConstraint(edit.as.value))
-        throw RefusedWord({"the drawing has a constraint " + edit.as.value + " already; choose another name", {},
-                           edit.as.column});
+        throw RefusedWord(
+            {"the drawing has a constraint " + edit.as.value + " already; choose another name", {}, edit.as.column});
     for (const Sourced<Place>& place : edit.places)
         requireEntity(drawing, {place.value.entity, place.column});
 }

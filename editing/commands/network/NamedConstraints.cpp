@@ -25,10 +25,10 @@ Constraint requireConstraint(const Drawing& drawing, const Name& name) {
 Constraint requireDimension(const Drawing& drawing, const Name& name) {
     Constraint found = requireConstraint(drawing, name);
     if (!isDimension(found.type))
-        throw RefusedWord({found.id + " is no dimension (" + std::string(typeName(found.type)) +
-                               "); only dimensions have values",
-                           {},
-                           name.column});
+        throw RefusedWord(
+            {found.id + " is no dimension (" + std::string(typeName(found.type)) + "); only dimensions have values",
+             {},
+             name.column});
     if (!found.active)
         throw RefusedWord({found.id + " is switched off; delete it and constrain anew", {}, name.column});
     return found;
