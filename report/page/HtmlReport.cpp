@@ -17,7 +17,7 @@ constexpr std::size_t kLongestOpenEdits = 10;
 constexpr double kPaneWidth = 640.0, kWidePaneWidth = 1300.0;
 constexpr double kWideFrom = 2.3;  // width over height from which the pictures stand one above the other
 
-/// What is restored is shown and hidden with what was added.
+/// What is restored is shown and hidden with what was added, what has changed with what was re-pointed.
 constexpr std::array kFilteredFates{ConstraintFate::deleted, ConstraintFate::rePointed, ConstraintFate::added,
                                     ConstraintFate::kept};
 
@@ -112,7 +112,7 @@ private:
         std::string text = "<div class=\"chips\">\n";
         for (const ConstraintFate fate : kConstraintFates)
             if (const std::size_t count = counts[static_cast<std::size_t>(fate)];
-                count > 0 || fate != ConstraintFate::restored)
+                count > 0 || (fate != ConstraintFate::restored && fate != ConstraintFate::changed))
                 text += chip(std::string(fateClass(fate)), fateName(fate), count);
         return text + "</div>\n";
     }
