@@ -10,7 +10,6 @@
 #include "editing/EditContext.h"
 #include "editing/EditError.h"
 #include "editing/Refusal.h"
-#include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
 #include "hosting/DocumentSketch.h"
@@ -111,9 +110,9 @@ void noteMeasure(DeletionReasons& reasons, const EditedPart& part, const Constra
     if (!constraint.value || isOfPoints)
         return;
     const auto number = static_cast<std::size_t>(&constraint - part.after.constraints.data());
-    const double unit = constraint.type == ConstraintType::angle ? kPi / 180.0 : 1.0;
-    reasons.note(constraint.id, "it measures " + spoken(DocumentSketch(part.after).measured(number) / unit) +
-                                    " now, not " + spoken(*constraint.value / unit));
+    const auto told = [&](double value) { return spoken(spokenValue(constraint.type, value)); };
+    reasons.note(constraint.id, "it measures " + told(DocumentSketch(part.after).measured(number)) + " now, not " +
+                                    told(*constraint.value));
 }
 
 void dropFalse(EditContext& context, const EditedPart& part) {

@@ -5,6 +5,7 @@
 
 #include "document/Names.h"
 #include "document/text/Suggest.h"
+#include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
 #include "geometry/curves/Nearest.h"
 #include "geometry/curves/Parameters.h"
@@ -53,6 +54,14 @@ std::string spoken(double number) {
     char text[40];
     std::snprintf(text, sizeof text, "%.6g", number + 0.0);
     return text;
+}
+
+double spokenValue(ConstraintType type, double kept) {
+    return traitsOf(type).value == ConstraintValue::angle ? kept * (180.0 / kPi) : kept;
+}
+
+double keptValue(ConstraintType type, double spoken) {
+    return traitsOf(type).value == ConstraintValue::angle ? spoken * (kPi / 180.0) : spoken;
 }
 
 double paramOnCurve(const Shape& shape, std::string_view name, Vec2 point) {

@@ -44,6 +44,10 @@ std::vector<std::string> valuesOf(const std::vector<Name>& names);
 std::string spoken(Vec2 point);
 std::string spoken(double number);
 
+/// A dimension's value as users give and read it, angles in degrees, and as the drawing keeps it.
+double spokenValue(ConstraintType type, double kept);
+double keptValue(ConstraintType type, double spoken);
+
 /// The parameter of a point that the user says lies on a curve; EditError with the nearest point when it does not.
 double paramOnCurve(const Shape& shape, std::string_view name, Vec2 point);
 

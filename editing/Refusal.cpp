@@ -47,7 +47,7 @@ std::string spokenConstraint(const Constraint& constraint) {
     for (const Place& place : constraint.refs)
         words += " " + spokenPlace(place);
     if (constraint.value)
-        words += ", " + spoken(*constraint.value);
+        words += ", " + spoken(spokenValue(constraint.type, *constraint.value));
     return words + ")";
 }
 

@@ -8,7 +8,6 @@
 
 #include "document/EntityIndex.h"
 #include "editing/EditContext.h"
-#include "editing/commands/network/NamedConstraints.h"
 #include "editing/fates/DeletionReasons.h"
 #include "editing/fates/Sizes.h"
 #include "geometry/Vec2.h"

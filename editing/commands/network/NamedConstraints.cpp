@@ -7,7 +7,6 @@
 #include "document/checks/ConstraintCheck.h"
 #include "document/text/Suggest.h"
 #include "editing/Refusal.h"
-#include "geometry/Angles.h"
 
 namespace holdfast::editing {
 
@@ -32,14 +31,6 @@ Constraint requireDimension(const Drawing& drawing, const Name& name) {
     if (!found.active)
         throw RefusedWord({found.id + " is switched off; delete it and constrain anew", {}, name.column});
     return found;
-}
-
-double spokenValue(ConstraintType type, double kept) {
-    return traitsOf(type).value == ConstraintValue::angle ? kept * (180.0 / kPi) : kept;
-}
-
-double keptValue(ConstraintType type, double spoken) {
-    return traitsOf(type).value == ConstraintValue::angle ? spoken * (kPi / 180.0) : spoken;
 }
 
 void refuseValue(const Drawing& drawing, const Constraint& dimension) {

@@ -14,10 +14,6 @@ Constraint requireConstraint(const Drawing& drawing, const Name& name);
 /// The same for a dimension that its author has not switched off; RefusedWord for any other constraint.
 Constraint requireDimension(const Drawing& drawing, const Name& name);
 
-/// A dimension's value as users give and read it, angles in degrees, and as the drawing keeps it.
-double spokenValue(ConstraintType type, double kept);
-double keptValue(ConstraintType type, double spoken);
-
 /// EditError for a value that a dimension cannot have.
 void refuseValue(const Drawing& drawing, const Constraint& dimension);
 
