@@ -105,7 +105,7 @@ Edit anyConstrain() {
         if (kind.residual != ConstraintResidual::none && kind.residual != ConstraintResidual::ellipseHelper)
             own.push_back(&kind);
     const ConstraintTraits& kind = *own[*rc::gen::inRange<std::size_t>(0, own.size())];
-    Constrain edit{.type = kind.type};
+    Constrain edit{.type = kind.type, .places = {}};
     for (int left = *rc::gen::inRange(1, 4); left > 0; --left)
         edit.places.emplace_back(anyPlace());
     if (kind.isDimension() && toss())

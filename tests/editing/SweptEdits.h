@@ -39,16 +39,29 @@ inline Document sweptDrawing() {
     return document;
 }
 
-/// One edit for each of the twelve commands, and some for their other ways.
+/// One edit for each command, and some for their other ways.
 inline const std::vector<std::string>& sweptEdits() {
-    static const std::vector<std::string> edits = {
-        "break base at 4,0 to 6,0",      "trim base at 9,0 by cut",
-        "extend beam end to wall",       "fillet base left radius 1",
-        "fillet wire corner 1 radius 2", "join base right",
-        "lengthen left end by 2",        "stretch window 9,-1 11,6 by 1,0",
-        "mirror beam about 0,0 1,0",     "mirror beam post about 15,0 15,1 keep",
-        "align right from 10,0 to 12,0", "rotate post about 0,20 by 10",
-        "drag right.end by 1,1",         "set right end 10,7"};
+    static const std::vector<std::string> edits = {"break base at 4,0 to 6,0",
+                                                   "trim base at 9,0 by cut",
+                                                   "extend beam end to wall",
+                                                   "fillet base left radius 1",
+                                                   "fillet wire corner 1 radius 2",
+                                                   "join base right",
+                                                   "lengthen left end by 2",
+                                                   "stretch window 9,-1 11,6 by 1,0",
+                                                   "mirror beam about 0,0 1,0",
+                                                   "mirror beam post about 15,0 15,1 keep",
+                                                   "align right from 10,0 to 12,0",
+                                                   "rotate post about 0,20 by 10",
+                                                   "drag right.end by 1,1",
+                                                   "set right end 10,7",
+                                                   "set c8 7",
+                                                   "set c8 measured",
+                                                   "constrain vertical cut",
+                                                   "constrain distance beam 12 as span",
+                                                   "delete c5 c7",
+                                                   "draw circle 3,3 radius 1 as hole",
+                                                   "erase post"};
     return edits;
 }
 
