@@ -1,7 +1,6 @@
 #include "hosting/evaluator/Implied.h"
 
 #include <algorithm>
-#include <span>
 
 #include "geometry/Tolerances.h"
 #include "hosting/evaluator/SketchFromDocument.h"
@@ -25,25 +24,26 @@ int numberOf(const SketchData& sketch, const std::string& id) {
 /// constraints matter.
 class Implication {
 public:
-    Implication(const SketchData& sketch, int implied) : m_sketch(sketch), m_implied(implied) {}
+    Implication(const SketchData& sketch, int implied) : m_with(sketch), m_without(sketch), m_implied(implied) {
+        m_with.constraints[at(implied)].driving = m_with.constraints[at(implied)].active = true;
+        m_without.constraints[at(implied)].active = false;
+    }
 
-    std::vector<int> find() const {
+    std::optional<std::vector<int>> find() const {
         std::vector<int> others;
-        for (int c = 0; c < static_cast<int>(m_sketch.constraints.size()); ++c)
-            if (c != m_implied && m_sketch.constraints[at(c)].binds())
+        for (int c = 0; c < static_cast<int>(m_with.constraints.size()); ++c)
+            if (c != m_implied && m_with.constraints[at(c)].binds())
                 others.push_back(c);
-        return isImplied(others) ? needed({}, others, false) : std::vector<int>();
+        if (!isImplied(others))
+            return std::nullopt;
+        return isImplied({}) ? std::vector<int>() : needed({}, others, false);
     }
 
 private:
-    /// The implied one is put last: of two constraints that say the same the later one is called redundant.
+    /// A constraint that takes no freedom says nothing of its own.
     bool isImplied(std::vector<int> by) const {
         by.push_back(m_implied);
-        const Extract extract(m_sketch, by);
-        const auto last = static_cast<int>(by.size()) - 1;
-        const Diagnosis diagnosis = diagnose(extract.sketch());
-        return std::any_of(diagnosis.redundant.begin(), diagnosis.redundant.end(),
-                           [last](const Redundancy& each) { return each.isWhole && each.constraint == last; });
+        return diagnose(Extract(m_with, by).sketch()).freedom == diagnose(Extract(m_without, by).sketch()).freedom;
     }
 
     /// Those of some constraints that are needed beside others that are kept (QuickXplain).
@@ -65,7 +65,7 @@ private:
         return a;
     }
 
-    const SketchData& m_sketch;
+    SketchData m_with, m_without;
     int m_implied;
 };
 
@@ -82,10 +82,13 @@ bool isHeld(const Document& document, const std::string& constraint) {
     return violationsOf(Extract(sketch, {&number, 1}).sketch()).front() <= kHolds * sketch.size();
 }
 
-std::vector<std::string> implying(const Document& document, const std::string& constraint) {
+std::optional<std::vector<std::string>> implying(const Document& document, const std::string& constraint) {
     const SketchData sketch = sketchFrom(document);
+    const std::optional<std::vector<int>> found = Implication(sketch, numberOf(sketch, constraint)).find();
+    if (!found)
+        return std::nullopt;
     std::vector<std::string> ids;
-    for (const int c : Implication(sketch, numberOf(sketch, constraint)).find())
+    for (const int c : *found)
         ids.push_back(sketch.constraints[at(c)].id);
     return ids;
 }

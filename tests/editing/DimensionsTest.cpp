@@ -180,6 +180,29 @@ TEST(Constrain, IsRefusedWhereItFollowsAlready) {
     expectRefused(plate(), rows);
 }
 
+TEST(Constrain, IsRefusedBetweenPlacesThatMayNotMove) {
+    Document document;
+    document.name = "datum";
+    document.entities = {shapeEntity("p", PointShape{{0, 0}}), shapeEntity("q", PointShape{{5, 0}})};
+    for (Entity& entity : document.entities)
+        entity.fixed = true;
+    const RefusedEdit rows[] = {
+        {"constrain distance p q",
+         "this distance is 5 and holds already, between what may not move; add \"anyway\" for a dimension that "
+         "measures"},
+        {"constrain horizontal p q",
+         "this horizontal holds already, between what may not move; it would be redundant, nothing was added"},
+    };
+    expectRefused(document, rows);
+}
+
+TEST(Delete, PointsToErase) {
+    const RefusedEdit rows[] = {{"delete top",
+                                 "edit \"delete top\", column 8: top is an entity, not a constraint; \"erase\" takes "
+                                 "entities, found \"top\""}};
+    expectRefused(plate(), rows);
+}
+
 TEST(Constrain, MeasuresAnywayWhatFollowsAlready) {
     Session session(plate());
     EXPECT_EQ(errorOf(session, "constrain distance top 60 anyway as also"), "");

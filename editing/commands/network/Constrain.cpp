@@ -82,12 +82,14 @@ Wish resolved(const Constrain& edit, const Drawing& drawing) {
 
 [[noreturn]] void refuseImplied(const Wish& wish, const Document& part, const std::vector<std::string>& by) {
     const Constraint& wanted = wish.constraint;
-    const std::string follows = " follows already from " + spokenConstraints(part, by);
+    const std::string follows = by.empty() ? " holds already, between what may not move"
+                                           : " follows already from " + spokenConstraints(part, by);
     if (!wanted.value)
         throw EditError("this " + std::string(typeName(wanted.type)) + follows +
                         "; it would be redundant, nothing was added");
     const std::string measure = spoken(spokenValue(wanted.type, *wanted.value));
-    const std::string remedy = "; add \"anyway\" for a dimension that measures, or delete one of them first";
+    const std::string remedy = std::string("; add \"anyway\" for a dimension that measures") +
+                               (by.empty() ? "" : ", or delete one of them first");
     throw EditError("this " + std::string(typeName(wanted.type)) + " is " + measure + " and" + follows + remedy);
 }
 
@@ -96,11 +98,11 @@ void addDimension(const Constrain& edit, EditContext& context, const Wish& wish)
     Drawing& drawing = context.drawing;
     const Constraint& wanted = wish.constraint;
     const Document part = withNew(drawing, wanted);
-    const std::vector<std::string> by = implying(part, wanted.id);
-    if (!by.empty() && !edit.anyway)
-        refuseImplied(wish, part, by);
+    const std::optional<std::vector<std::string>> by = implying(part, wanted.id);
+    if (by && !edit.anyway)
+        refuseImplied(wish, part, *by);
     drawing.addConstraint(wanted);
-    if (!by.empty())
+    if (by)
         return drawing.setDriving(wanted.id, false);
     if (!wish.value || context.evaluator.lead({{wanted.id, *wish.value}}))
         return;
@@ -114,8 +116,8 @@ void addDimension(const Constrain& edit, EditContext& context, const Wish& wish)
 void addGeometric(EditContext& context, const Wish& wish) {
     const Document part = withNew(context.drawing, wish.constraint);
     if (isHeld(part, wish.constraint.id))
-        if (const std::vector<std::string> by = implying(part, wish.constraint.id); !by.empty())
-            refuseImplied(wish, part, by);
+        if (const std::optional<std::vector<std::string>> by = implying(part, wish.constraint.id))
+            refuseImplied(wish, part, *by);
     context.drawing.addConstraint(wish.constraint);
     if (!context.evaluator.hold(wish.constraint.id))
         throw EditError("the constraints of the drawing do not let it hold");

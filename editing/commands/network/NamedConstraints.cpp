@@ -10,18 +10,27 @@
 
 namespace holdfast::editing {
 
+namespace {
+
+/// More than a message bears.
+constexpr std::size_t kNamedConstraints = 10;
+
+}  // namespace
+
 Constraint requireConstraint(const Drawing& drawing, const Name& name) {
     if (const std::string id = drawing.constraintCalled(name.value); !id.empty())
         return *drawing.constraint(id);
     if (!drawing.id(name.value).isNull())
-        throw RefusedWord(
-            {name.value + " is an entity; say which property of it to set, or name a dimension", {}, name.column});
+        throw RefusedWord({name.value + " is an entity, not a constraint; \"erase\" takes entities", {}, name.column});
     const std::vector<std::string> ids = drawing.constraintIds();
     const std::vector<std::string_view> candidates(ids.begin(), ids.end());
     throw RefusedWord({"the drawing has no constraint " + name.value, suggestion(name.value, candidates), name.column});
 }
 
 Constraint requireDimension(const Drawing& drawing, const Name& name) {
+    if (drawing.constraintCalled(name.value).empty() && !drawing.id(name.value).isNull())
+        throw RefusedWord(
+            {name.value + " is an entity; say which property of it to set, or name a dimension", {}, name.column});
     Constraint found = requireConstraint(drawing, name);
     if (!isDimension(found.type))
         throw RefusedWord(
@@ -51,10 +60,11 @@ Document surroundingsOf(const Drawing& drawing, const Constraint& constraint) {
 
 std::string spokenConstraints(const Document& part, const std::vector<std::string>& ids) {
     std::string list;
+    std::size_t named = 0;
     for (const Constraint& constraint : part.constraints)
-        if (std::find(ids.begin(), ids.end(), constraint.id) != ids.end())
-            list += (list.empty() ? "" : ", ") + spokenConstraint(constraint);
-    return list;
+        if (named < kNamedConstraints && std::find(ids.begin(), ids.end(), constraint.id) != ids.end())
+            list += (named++ == 0 ? "" : ", ") + spokenConstraint(constraint);
+    return ids.size() <= named ? list : list + " and " + std::to_string(ids.size() - named) + " more";
 }
 
 }  // namespace holdfast::editing

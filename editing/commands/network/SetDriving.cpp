@@ -16,10 +16,13 @@ Constraint resolved(const SetDriving& edit, const Drawing& drawing) {
 /// One that only says what follows already could never be set.
 void refuseImplied(const Drawing& drawing, const Constraint& dimension) {
     const Document part = surroundingsOf(drawing, dimension);
-    const std::vector<std::string> by = implying(part, dimension.id);
-    if (!by.empty())
-        throw EditError("what " + dimension.id + " measures follows already from " + spokenConstraints(part, by) +
-                        "; it can only be measured, or delete one of them first");
+    const std::optional<std::vector<std::string>> by = implying(part, dimension.id);
+    if (!by)
+        return;
+    if (by->empty())
+        throw EditError(dimension.id + " stands between what may not move; it can only be measured");
+    throw EditError("what " + dimension.id + " measures follows already from " + spokenConstraints(part, *by) +
+                    "; it can only be measured, or delete one of them first");
 }
 
 }  // namespace
