@@ -13,15 +13,11 @@ void* allocate(std::size_t size) {
     if (g_untilFailure == 0) {
         g_untilFailure = -1;
         g_hasFailed = true;
-        return nullptr;
+        throw std::bad_alloc();
     }
     if (g_untilFailure > 0)
         --g_untilFailure;
-    return std::malloc(size == 0 ? 1 : size);
-}
-
-void* allocateOrThrow(std::size_t size) {
-    if (void* memory = allocate(size))
+    if (void* memory = std::malloc(size == 0 ? 1 : size))
         return memory;
     throw std::bad_alloc();
 }
@@ -29,16 +25,17 @@ void* allocateOrThrow(std::size_t size) {
 }  // namespace
 
 void* operator new(std::size_t size) {
-    return allocateOrThrow(size);
+    return allocate(size);
 }
 void* operator new[](std::size_t size) {
-    return allocateOrThrow(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     return allocate(size);
+}
+// Who asks without exceptions goes on without the memory, and has nobody to tell: these are always met.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return std::malloc(size == 0 ? 1 : size);
 }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return allocate(size);
+    return std::malloc(size == 0 ? 1 : size);
 }
 void operator delete(void* memory) noexcept {
     std::free(memory);
