@@ -257,7 +257,9 @@ public:
             return motion;
         Matrix rigid(rates.size(), 3);
         const Vec2 base = pointAt(m_layout.points.front());
-        rigid << scaled(slide({1.0, 0.0})), scaled(slide({0.0, 1.0})), scaled(turn(base));
+        rigid.col(0) = scaled(slide({1.0, 0.0}));
+        rigid.col(1) = scaled(slide({0.0, 1.0}));
+        rigid.col(2) = scaled(turn(base));
         const Vector parts = rigid.completeOrthogonalDecomposition().solve(rates);
         if ((rigid * parts - rates).norm() > tolerance * rates.norm())
             return motion;
