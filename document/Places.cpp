@@ -169,4 +169,12 @@ std::optional<Vec2> pointAt(const Shape& shape, const Place& place) {
     return std::visit([&](const auto& kind) { return point(kind, place); }, shape);
 }
 
+std::vector<std::string> entitiesOf(const Constraint& constraint) {
+    std::vector<std::string> names;
+    names.reserve(constraint.refs.size());
+    for (const Place& place : constraint.refs)
+        names.push_back(place.entity);
+    return names;
+}
+
 }  // namespace holdfast::document

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "document/Document.h"
 #include "document/Uses.h"
@@ -20,6 +21,9 @@ std::size_t segmentEndVertex(const PolylineShape& polyline, std::size_t segment)
 /// centre; a spline start, end (unless it is periodic) and its control points; a polyline its segments; a ray, xline
 /// or text start, its base point. end of a ray or an xline stands for its direction turned round, in angles only.
 bool hasPlace(const Shape& shape, const Place& place);
+
+/// The entities that a constraint names, in the order of its places; one that it names twice stands there twice.
+std::vector<std::string> entitiesOf(const Constraint& constraint);
 
 /// The places of a shape in words, for messages: "whole, start, end or mid".
 std::string placesOf(const Shape& shape);

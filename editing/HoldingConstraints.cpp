@@ -2,6 +2,7 @@
 
 #include "document/EntityIndex.h"
 #include "document/Names.h"
+#include "document/Places.h"
 #include "document/checks/ConstraintCheck.h"
 #include "editing/EditContext.h"
 #include "geometry/Tolerances.h"
@@ -31,11 +32,11 @@ bool mayBePutBack(const Deletion& deletion, const DeletionReasons& reasons) {
            (reasons.wentAtOnce(deletion.constraint.id) && !tiesOnePolyline(deletion.constraint));
 }
 
-std::vector<std::string> entitiesOf(const std::vector<Constraint>& constraints) {
+std::vector<std::string> entitiesOfAll(const std::vector<Constraint>& constraints) {
     std::vector<std::string> names;
     for (const Constraint& constraint : constraints)
-        for (const Place& place : constraint.refs)
-            names.push_back(place.entity);
+        for (std::string& name : entitiesOf(constraint))
+            names.push_back(std::move(name));
     return names;
 }
 
@@ -50,7 +51,7 @@ void putBackHolding(const EditContext& context) {
                 deleted.push_back(std::move(*now));
     if (deleted.empty())
         return;
-    Document document = drawing.around(entitiesOf(deleted));
+    Document document = drawing.around(entitiesOfAll(deleted));
     const EntityIndex entities(document);
     const std::size_t first = document.constraints.size();
     for (Constraint& constraint : deleted)

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "document/Names.h"
+#include "editing/commands/network/NamedConstraints.h"
 #include "editing/text/ParseProperty.h"
 
 namespace holdfast::editing {
@@ -52,7 +53,7 @@ Drag::Held takeHold(EditText& text) {
 ConstraintType takeKind(EditText& text) {
     std::vector<std::string_view> words;
     for (const ConstraintTraits& kind : constraintKinds())
-        if (kind.residual != ConstraintResidual::none && kind.residual != ConstraintResidual::ellipseHelper)
+        if (canBeGiven(kind.type))
             words.push_back(kind.name);
     return *constraintTypeNamed(text.oneOfWords(words, "a kind of constraint"));
 }

@@ -8,6 +8,7 @@
 
 #include <yxbase/YxGeTol.h>
 
+#include "document/Places.h"
 #include "evaluation/EvaluationHeader.h"
 #include "hosting/HostOpening.h"
 #include "hosting/HostShapes.h"
@@ -15,6 +16,7 @@
 #include "hosting/evaluator/HostDrag.h"
 #include "hosting/evaluator/HostSketch.h"
 #include "hosting/evaluator/RotationTrial.h"
+#include "hosting/evaluator/SketchFromDocument.h"
 #include "solver/src/sketch/Index.h"
 
 namespace holdfast::hosting {
@@ -27,13 +29,6 @@ std::vector<std::string> namesOf(const SketchData& sketch, const std::vector<int
     for (const int c : constraints)
         names.push_back(sketch.constraints[at(c)].id);
     return names;
-}
-
-/// -1 for a constraint that the sketch does not have.
-int numberOf(const SketchData& sketch, std::string_view id) {
-    const auto found = std::find_if(sketch.constraints.begin(), sketch.constraints.end(),
-                                    [id](const SketchConstraint& constraint) { return constraint.id == id; });
-    return found == sketch.constraints.end() ? -1 : static_cast<int>(found - sketch.constraints.begin());
 }
 
 /// True when the drawing plane is turned over.
@@ -352,10 +347,10 @@ bool HostEvaluator::lead(const std::vector<DimensionGoal>& goals) {
     for (const DimensionGoal& goal : goals)
         ids.push_back(goal.id);
     run([&] {
-        solveAround(entitiesOf(ids), [&](HostSketch& host) {
+        solveAround(entitiesOn(ids), [&](HostSketch& host) {
             EditRequest request;
             for (const DimensionGoal& goal : goals)
-                if (const int number = numberOf(host.sketch, goal.id); number >= 0)
+                if (const int number = constraintNumber(host.sketch, goal.id); number >= 0)
                     request.dimensions.push_back({number, goal.value});
             return request;
         });
@@ -369,9 +364,9 @@ bool HostEvaluator::lead(const std::vector<DimensionGoal>& goals) {
 bool HostEvaluator::hold(const std::string& constraint) {
     const HostProcess::Scope bound(m_drawing.process());
     run([&] {
-        solveAround(entitiesOf({constraint}), [&](HostSketch& host) {
+        solveAround(entitiesOn({constraint}), [&](HostSketch& host) {
             EditRequest request;
-            if (const int number = numberOf(host.sketch, constraint); number >= 0)
+            if (const int number = constraintNumber(host.sketch, constraint); number >= 0)
                 request.added.push_back(number);
             return request;
         });
@@ -380,12 +375,12 @@ bool HostEvaluator::hold(const std::string& constraint) {
     return m_last.solved;
 }
 
-std::vector<std::string> HostEvaluator::entitiesOf(const std::vector<std::string>& constraints) const {
+std::vector<std::string> HostEvaluator::entitiesOn(const std::vector<std::string>& constraints) const {
     std::vector<std::string> names;
     for (const std::string& id : constraints)
         if (const std::optional<Constraint> constraint = m_drawing.constraint(id))
-            for (const Place& place : constraint->refs)
-                names.push_back(place.entity);
+            for (std::string& name : entitiesOf(*constraint))
+                names.push_back(std::move(name));
     return names;
 }
 

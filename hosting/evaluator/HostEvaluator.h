@@ -76,7 +76,7 @@ private:
     template <class DemandFor>
     bool solveWith(HostSketch host, const DemandFor& demandFor);
     bool accept(HostSketch& host, const EditRequest& request, const SolveResult& result);
-    std::vector<std::string> entitiesOf(const std::vector<std::string>& constraints) const;
+    std::vector<std::string> entitiesOn(const std::vector<std::string>& constraints) const;
     std::vector<std::string> withUnsolved(std::vector<std::string> names) const;
     HostSketch allAround(std::vector<std::string> names) const;
     std::vector<std::string> namesIn(const AssocConstraintHeader& header) const;

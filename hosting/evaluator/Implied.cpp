@@ -2,23 +2,14 @@
 
 #include <algorithm>
 
-#include "geometry/Tolerances.h"
 #include "hosting/evaluator/SketchFromDocument.h"
 #include "solver/src/diagnosis/Diagnose.h"
 #include "solver/src/diagnosis/Extract.h"
 #include "solver/src/sketch/Index.h"
-#include "solver/src/sketch/Measure.h"
 
 namespace holdfast::hosting {
 
 namespace {
-
-int numberOf(const SketchData& sketch, const std::string& id) {
-    for (std::size_t i = 0; i < sketch.constraints.size(); ++i)
-        if (sketch.constraints[i].id == id)
-            return static_cast<int>(i);
-    throw SketchError("the drawing has no constraint " + id);
-}
 
 /// Looks for the constraints that imply one. What is not needed goes by halves, which takes few questions where few
 /// constraints matter.
@@ -71,20 +62,12 @@ private:
 
 }  // namespace
 
-double measureOf(const Document& document, const std::string& dimension) {
-    const SketchData sketch = sketchFrom(document);
-    return measured(sketch, numberOf(sketch, dimension));
-}
-
-bool isHeld(const Document& document, const std::string& constraint) {
-    const SketchData sketch = sketchFrom(document);
-    const int number = numberOf(sketch, constraint);
-    return violationsOf(Extract(sketch, {&number, 1}).sketch()).front() <= kHolds * sketch.size();
-}
-
 std::optional<std::vector<std::string>> implying(const Document& document, const std::string& constraint) {
     const SketchData sketch = sketchFrom(document);
-    const std::optional<std::vector<int>> found = Implication(sketch, numberOf(sketch, constraint)).find();
+    const int number = constraintNumber(sketch, constraint);
+    if (number < 0)
+        throw SketchError("the drawing has no constraint " + constraint);
+    const std::optional<std::vector<int>> found = Implication(sketch, number).find();
     if (!found)
         return std::nullopt;
     std::vector<std::string> ids;

@@ -167,6 +167,12 @@ SketchData sketchFrom(const Document& document) {
     return sketch;
 }
 
+int constraintNumber(const SketchData& sketch, std::string_view id) {
+    const auto found = std::find_if(sketch.constraints.begin(), sketch.constraints.end(),
+                                    [id](const SketchConstraint& constraint) { return constraint.id == id; });
+    return found == sketch.constraints.end() ? -1 : static_cast<int>(found - sketch.constraints.begin());
+}
+
 void applySketch(const SketchData& sketch, Document& document) {
     assert(document.entities.size() == sketch.entities.size());
     assert(document.constraints.size() == sketch.constraints.size());

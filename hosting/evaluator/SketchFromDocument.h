@@ -10,6 +10,9 @@ namespace holdfast::hosting {
 /// drawing does not have.
 SketchData sketchFrom(const Document& document);
 
+/// The number of a constraint in the sketch by its id; -1 for one that it does not have. Linear in the constraints.
+int constraintNumber(const SketchData& sketch, std::string_view id);
+
 /// Writes the sketch's values into the drawing that it was made from, shapes that did not change untouched to the
 /// last bit, and measured dimensions at what they measure now.
 void applySketch(const SketchData& sketch, Document& document);

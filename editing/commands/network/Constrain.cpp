@@ -1,19 +1,16 @@
 #include <algorithm>
 
 #include "document/Names.h"
-#include "document/checks/ConstraintCheck.h"
+#include "document/Places.h"
 #include "editing/Commands.h"
 #include "editing/commands/network/NamedConstraints.h"
+#include "geometry/Tolerances.h"
+#include "hosting/DocumentSketch.h"
 #include "hosting/evaluator/Implied.h"
 
 namespace holdfast::editing {
 
 namespace {
-
-bool isSigned(ConstraintType type) {
-    const ConstraintValue value = traitsOf(type).value;
-    return value == ConstraintValue::signedLength;
-}
 
 /// The drawing around a constraint that it does not have yet, and that constraint.
 Document withNew(const Drawing& drawing, const Constraint& wanted) {
@@ -23,24 +20,19 @@ Document withNew(const Drawing& drawing, const Constraint& wanted) {
 }
 
 double measureOf(const Drawing& drawing, const Constraint& wanted) {
-    Constraint measured = wanted;
-    measured.driving = false;
-    return hosting::measureOf(withNew(drawing, measured), wanted.id);
+    Document part = drawing.around(entitiesOf(wanted));
+    part.constraints = {wanted};
+    return DocumentSketch(part).measured(0);
 }
 
-void refuseMeaningless(const Drawing& drawing, const Constraint& wanted) {
-    std::vector<std::string> names;
-    for (const Place& place : wanted.refs)
-        names.push_back(place.entity);
-    const Document part = drawing.around(names);
-    if (const std::optional<Fault> fault = faultIn(wanted, EntityIndex(part)))
-        throw EditError("found " + fault->found + "; expected " + fault->expected);
+bool isHeld(const Document& part, std::size_t number) {
+    const DocumentSketch sketch(part);
+    return sketch.shortfallOf(number) <= kHolds * sketch.size();
 }
 
 void refuseForeignWords(const Constrain& edit, const Drawing& drawing) {
     const std::string_view kind = typeName(edit.type.value);
-    if (traitsOf(edit.type.value).residual == ConstraintResidual::none ||
-        traitsOf(edit.type.value).residual == ConstraintResidual::ellipseHelper)
+    if (!canBeGiven(edit.type.value))
         throw RefusedWord({std::string(kind) + " is a kind that other constraints bring along", {}, edit.type.column});
     if (!isDimension(edit.type.value) && (edit.value || edit.anyway))
         throw EditError(std::string(kind) + " is no dimension: it takes neither a value nor \"anyway\"");
@@ -66,14 +58,16 @@ Wish resolved(const Constrain& edit, const Drawing& drawing) {
     const bool isDimension = traitsOf(wanted.type).isDimension();
     if (isDimension)
         wanted.value = edit.value ? keptValue(wanted.type, *edit.value) : 1.0;  // any that all of them may have
-    refuseMeaningless(drawing, wanted);
+    if (const std::optional<Fault> fault = faultOn(drawing, wanted))
+        throw EditError("found " + fault->found + "; expected " + fault->expected);
     if (!isDimension)
         return wish;
     if (edit.value)
         wish.value = wanted.value;
     wanted.value = measureOf(drawing, wanted);
     // Coordinates are told from one place to the other; who gives a length without a sign means the way it is drawn.
-    if (isSigned(wanted.type) && *wanted.value < 0.0 && wish.value.value_or(1.0) > 0.0) {
+    if (traitsOf(wanted.type).value == ConstraintValue::signedLength && *wanted.value < 0.0 &&
+        wish.value.value_or(1.0) > 0.0) {
         std::reverse(wanted.refs.begin(), wanted.refs.end());
         wanted.value = -*wanted.value;
     }
@@ -115,7 +109,7 @@ void addDimension(const Constrain& edit, EditContext& context, const Wish& wish)
 /// What holds as drawn and follows from others adds nothing.
 void addGeometric(EditContext& context, const Wish& wish) {
     const Document part = withNew(context.drawing, wish.constraint);
-    if (isHeld(part, wish.constraint.id))
+    if (isHeld(part, part.constraints.size() - 1))
         if (const std::optional<std::vector<std::string>> by = implying(part, wish.constraint.id))
             refuseImplied(wish, part, *by);
     context.drawing.addConstraint(wish.constraint);

@@ -1,9 +1,9 @@
 #include "editing/commands/network/NamedConstraints.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "document/Names.h"
+#include "document/Places.h"
 #include "document/checks/ConstraintCheck.h"
 #include "document/text/Suggest.h"
 #include "editing/Refusal.h"
@@ -16,6 +16,11 @@ namespace {
 constexpr std::size_t kNamedConstraints = 10;
 
 }  // namespace
+
+bool canBeGiven(ConstraintType type) {
+    const ConstraintResidual residual = traitsOf(type).residual;
+    return residual != ConstraintResidual::none && residual != ConstraintResidual::ellipseHelper;
+}
 
 Constraint requireConstraint(const Drawing& drawing, const Name& name) {
     if (const std::string id = drawing.constraintCalled(name.value); !id.empty())
@@ -42,20 +47,13 @@ Constraint requireDimension(const Drawing& drawing, const Name& name) {
     return found;
 }
 
-void refuseValue(const Drawing& drawing, const Constraint& dimension) {
-    std::vector<std::string> names;
-    for (const Place& place : dimension.refs)
-        names.push_back(place.entity);
-    const Document part = drawing.around(names);
-    if (const std::optional<Fault> fault = faultIn(dimension, EntityIndex(part)))
-        throw EditError(dimension.id + " cannot be " + fault->found + "; give " + fault->expected);
+std::optional<Fault> faultOn(const Drawing& drawing, const Constraint& constraint) {
+    const Document part = drawing.around(entitiesOf(constraint));
+    return faultIn(constraint, EntityIndex(part));
 }
 
 Document surroundingsOf(const Drawing& drawing, const Constraint& constraint) {
-    std::vector<std::string> names;
-    for (const Place& place : constraint.refs)
-        names.push_back(place.entity);
-    return drawing.partAround(names, std::numeric_limits<int>::max()).document;
+    return drawing.partAround(entitiesOf(constraint), kAllSteps).document;
 }
 
 std::string spokenConstraints(const Document& part, const std::vector<std::string>& ids) {

@@ -1,11 +1,16 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
+#include "document/text/DrawingError.h"
 #include "editing/EditContext.h"
 #include "editing/Uses.h"
 
 namespace holdfast::editing {
+
+/// False for kinds that other constraints and entities bring along.
+bool canBeGiven(ConstraintType type);
 
 /// The constraint that an edit names by its id or by the name of a dimension. RefusedWord with the nearest one for a
 /// name that none has.
@@ -14,8 +19,8 @@ Constraint requireConstraint(const Drawing& drawing, const Name& name);
 /// The same for a dimension that its author has not switched off; RefusedWord for any other constraint.
 Constraint requireDimension(const Drawing& drawing, const Name& name);
 
-/// EditError for a value that a dimension cannot have.
-void refuseValue(const Drawing& drawing, const Constraint& dimension);
+/// What keeps a constraint from meaning something on the drawing, which need not have it.
+std::optional<Fault> faultOn(const Drawing& drawing, const Constraint& constraint);
 
 /// A constraint with everything that hangs together with its entities.
 Document surroundingsOf(const Drawing& drawing, const Constraint& constraint);

@@ -11,7 +11,8 @@ Constraint resolved(const SetDimension& edit, const Drawing& drawing) {
         throw EditError(dimension.id + " is measured and follows the drawing; say \"set " + dimension.id +
                         " driving\" first");
     dimension.value = keptValue(dimension.type, edit.value);
-    refuseValue(drawing, dimension);
+    if (const std::optional<Fault> fault = faultOn(drawing, dimension))
+        throw EditError(dimension.id + " cannot be " + fault->found + "; give " + fault->expected);
     return dimension;
 }
 
