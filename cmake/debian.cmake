@@ -22,7 +22,9 @@ macro(debian_package component name section summary)
   set(CPACK_COMPONENT_${upper}_DEPENDS ${ARGN})
 endmacro()
 
+# What the module promises holds within a major version, what solver and engine promise within a minor one.
 set(abi ${PROJECT_VERSION_MAJOR})
+set(engine_abi ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
 set(CPACK_COMPONENTS_ALL "")
 if(TARGET host_model)
   debian_package(model libholdfast-host-model${abi} libs "In-memory CAD host for libholdfast")
@@ -36,12 +38,12 @@ else()
   debian_package(development libholdfast-dev libdevel "Headers and build files of libholdfast" module)
 endif()
 if(TARGET holdfast_solver)
-  debian_package(solver libholdfast-solver${abi} libs "Solver for 2-D geometric constraints")
+  debian_package(solver libholdfast-solver${engine_abi} libs "Solver for 2-D geometric constraints")
   debian_package(solver_development libholdfast-solver-dev libdevel "Headers and build files of libholdfast-solver"
                  solver)
 endif()
 if(TARGET holdfast_sketch)
-  debian_package(sketch libholdfast-sketch${abi} libs "Edits constrained drawings and tells each constraint's fate"
+  debian_package(sketch libholdfast-sketch${engine_abi} libs "Edits constrained drawings and tells each constraint's fate"
                  module)
   debian_package(sketch_development libholdfast-sketch-dev libdevel "Headers and build files of libholdfast-sketch"
                  sketch solver_development)

@@ -9,7 +9,7 @@
 
 namespace holdfast::editing {
 
-/// One verb of the workbench, for help, for suggestions, and for reading the words behind it. parse() throws
+/// One verb of the edits, for help, for suggestions, and for reading the words behind it. parse() throws
 /// EditSyntaxError when it cannot.
 struct EditVerb {
     std::string_view name;

@@ -52,7 +52,7 @@ enum class ConstraintValue {
     angle            ///< radians
 };
 
-/// What an evaluator has to make zero. Kinds that differ by an axis or a factor only have the same.
+/// What the solver has to make zero. Kinds that differ by an axis or a factor only have the same.
 enum class ConstraintResidual {
     none,  ///< nothing of its own: it only owns others
     samePoint,
@@ -100,7 +100,7 @@ struct ConstraintTraits {
     double residualFactor = 1.0;  ///< times the value: what the residual takes
     ConstraintValue value = ConstraintValue::none;
     std::string_view valuePrefix{};  ///< before the value in pictures
-    bool isJudgedByModule = true;    ///< false: the workbench sees for itself whether it still holds after a command
+    bool isJudgedByModule = true;    ///< false: the engine sees for itself whether it still holds after a command
     bool ownsMembers = false;        ///< it can own other constraints
     std::string_view takes{};        ///< in words: what it can hold between
     std::array<ConstraintSignature, 8> signatures{};  ///< the same in code; spare ones are unused

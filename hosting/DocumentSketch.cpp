@@ -55,8 +55,8 @@ DocumentDiagnosis diagnosisOf(const Diagnosis& found) {
         diagnosis.parts.push_back({numbersOf(part.entities), part.freedom});
     for (const Redundancy& redundancy : found.redundant)
         diagnosis.redundant.push_back({static_cast<std::size_t>(redundancy.constraint), redundancy.isWhole});
-    for (const std::vector<int>& conflict : found.conflicts)
-        diagnosis.conflicts.push_back(numbersOf(conflict));
+    for (const ConflictSet& conflict : found.conflicts)
+        diagnosis.conflicts.push_back(numbersOf(conflict.constraints));
     diagnosis.worstResidual = found.worstViolation;
     return diagnosis;
 }

@@ -11,17 +11,19 @@
 #include <holdfast/sketch/Sketch.h>
 
 #include <cstdio>
+#include <string>
 
 using namespace holdfast::sketch;
 
 void tell(const EditResult& result) {
     std::printf("%s: %s\n", result.text.c_str(), result.done() ? "done" : result.error.c_str());
     for (const ConstraintOutcome& each : result.constraints)
-        std::printf("  %s %s: %s\n", each.constraint.c_str(), fateName(each.fate).data(), each.reason.c_str());
+        std::printf("  %s %s: %s\n", each.constraint.c_str(), std::string(fateName(each.fate)).c_str(),
+                    each.reason.c_str());
     for (const EntityOutcome& each : result.entities) {
-        std::printf("  %s %s\n", each.entity.c_str(), fateName(each.fate).data());
+        std::printf("  %s %s\n", each.entity.c_str(), std::string(fateName(each.fate)).c_str());
         for (const SizeChange& size : each.sizes)
-            std::printf("    %s %g -> %g\n", sizeName(size.size).data(), size.before, size.after);
+            std::printf("    %s %g -> %g\n", std::string(sizeName(size.size)).c_str(), size.before, size.after);
     }
 }
 

@@ -1,7 +1,7 @@
 // A bracket that cannot be: the solver says which dimensions contradict each other, the sketch stays as it was, and
 // with one of them only measuring it can be solved. Prints:
 //
-//     radius of e0: radius of line e0; radius takes one whole circle or arc
+//     radius of e0: radius cannot hold on line e0
 //     it takes a circle, an arc or an arc segment, and a length above 0
 //     conflicting:
 //       base meets wall

@@ -20,6 +20,8 @@ EditResult resultOf(const editing::EditResult& done) {
                       .edit = done.edit,
                       .constraints = done.fates.constraints,
                       .entities = done.fates.entities,
+                      .shortfall = done.outcome.shortfall,
+                      .remarks = done.outcome.remarks,
                       .time = done.time};
     if (done.freedom) {
         result.freedomBefore = done.freedom->before;

@@ -117,7 +117,7 @@ TEST(Diagnose, NamesTwoGapsOfTheSameLinesAsAConflict) {
     const SketchText sketch("line a 0,0 5,1; line b 0,3 5,4; parallel a b; distance a b = 3; distance b a = 4");
     const Diagnosis diagnosis = diagnose(sketch.sketch);
     ASSERT_EQ(diagnosis.conflicts.size(), 1U);
-    EXPECT_THAT(sketch.namesOf(diagnosis.conflicts[0]), ::testing::HasSubstr("c1 c2"));
+    EXPECT_THAT(sketch.namesOf(diagnosis.conflicts[0].constraints), ::testing::HasSubstr("c1 c2"));
 }
 
 TEST(Diagnose, NamesEachConflictOnce) {
@@ -126,8 +126,8 @@ TEST(Diagnose, NamesEachConflictOnce) {
         "point r 20,20; point s 30,30; distance_x r s = 10; diameter c = 7");
     const Diagnosis diagnosis = diagnose(sketch.sketch);
     ASSERT_EQ(diagnosis.conflicts.size(), 2u);
-    EXPECT_EQ(sketch.namesOf(diagnosis.conflicts[0]), "c0 c1");
-    EXPECT_EQ(sketch.namesOf(diagnosis.conflicts[1]), "c2 c4");
+    EXPECT_EQ(sketch.namesOf(diagnosis.conflicts[0].constraints), "c0 c1");
+    EXPECT_EQ(sketch.namesOf(diagnosis.conflicts[1].constraints), "c2 c4");
 }
 
 TEST(Diagnose, NamesWhatARuleOfItsElementImplies) {
@@ -160,8 +160,8 @@ TEST(Diagnose, CountsNoFreedomThatTheDrawingCannotMoveAlong) {
 std::string conflictsIn(const char* text) {
     const SketchText sketch(text);
     std::string names;
-    for (const std::vector<int>& conflict : diagnose(sketch.sketch).conflicts)
-        names += (names.empty() ? "" : "; ") + sketch.namesOf(conflict);
+    for (const ConflictSet& conflict : diagnose(sketch.sketch).conflicts)
+        names += (names.empty() ? "" : "; ") + sketch.namesOf(conflict.constraints);
     return names;
 }
 
@@ -222,8 +222,8 @@ TEST(Diagnose, CallsNothingRedundantThatIsInConflict) {
         const Diagnosis diagnosis = diagnose(sketch.sketch);
         ASSERT_FALSE(diagnosis.conflicts.empty()) << text;
         for (const Redundancy& redundancy : diagnosis.redundant) {
-            for (const std::vector<int>& conflict : diagnosis.conflicts)
-                EXPECT_EQ(std::count(conflict.begin(), conflict.end(), redundancy.constraint), 0) << text;
+            for (const ConflictSet& conflict : diagnosis.conflicts)
+                EXPECT_THAT(conflict.constraints, ::testing::Not(::testing::Contains(redundancy.constraint))) << text;
         }
     }
 }
@@ -241,9 +241,10 @@ TEST(Diagnose, NamesSetsOfWhichNoMemberCanBeSpared) {
         "coincident b.end c.start; coincident c.end d.start; coincident d.end a.start; horizontal a; vertical b;"
         "parallel a c; perpendicular c d; distance a = 10; distance c = 12; distance b = 8; circle k 5,4 2;"
         "radius k = 2; point_on_curve k.centre a; distance k.centre c = 5");
-    const std::vector<std::vector<int>> conflicts = diagnose(sketch.sketch).conflicts;
+    const std::vector<ConflictSet> conflicts = diagnose(sketch.sketch).conflicts;
     ASSERT_EQ(conflicts.size(), 2u);
-    for (const std::vector<int>& conflict : conflicts) {
+    for (const auto& [conflict, targets, isMinimal] : conflicts) {
+        EXPECT_TRUE(isMinimal);
         EXPECT_FALSE(isSolvedWith(sketch.sketch, conflict)) << sketch.namesOf(conflict);
         for (std::size_t i = 0; i < conflict.size(); ++i) {
             std::vector<int> rest = conflict;

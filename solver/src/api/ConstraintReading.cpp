@@ -124,8 +124,12 @@ public:
     std::optional<Error> error;
 
     void operator()(PointId point) {
-        if (contains(point.entity()))
-            m_constraint.refs.push_back(m_sketch.placeOf(point));
+        if (!contains(point.entity()))
+            return;
+        const detail::SketchPlace place = m_sketch.placeOf(point);
+        if (!detail::pointAt(m_sketch.data, place) && !error)
+            error = Error{"there is no such point", toString(point), "name a point that the entity has"};
+        m_constraint.refs.push_back(place);
     }
     void operator()(CurveId curve) {
         using enum geometry::PlaceKind;
@@ -175,6 +179,11 @@ bool isSamePlace(const detail::SketchPlace& a, const detail::SketchPlace& b) {
 
 bool isLine(const SketchImpl& sketch, const detail::SketchPlace& place) {
     return detail::lineAt(sketch.data, detail::curveOf(place)).has_value();
+}
+
+Error misplaced(const Constraint& constraint, const std::string& places) {
+    return {std::string(nameOfKind(constraint)) + " cannot hold on " + places, describe(constraint),
+            "it takes " + std::string(takenBy(constraint))};
 }
 
 /// What the equations themselves do not find fault with.
@@ -257,6 +266,8 @@ std::optional<Error> faultOfEquations(const SketchImpl& sketch, int number, cons
         extract.sketch().constraints.front().driving = true;
         const int first = 0;
         detail::buildPlainSystem(extract.sketch(), {&first, 1});
+    } catch (const detail::PlaceError& e) {
+        return misplaced(constraint, e.places());
     } catch (const detail::SketchError& e) {
         return Error{withoutName(e.what()), describe(constraint), "it takes " + std::string(takenBy(constraint))};
     }

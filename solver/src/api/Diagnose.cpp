@@ -42,8 +42,8 @@ Diagnosis diagnosisOf(const SketchImpl& sketch, const detail::Diagnosis& found) 
         diagnosis.entities.push_back({sketch.entityId(static_cast<int>(i)), found.freedomOfEntity[i], {}, false});
     for (const detail::Redundancy& r : found.redundant)
         diagnosis.redundant.push_back({sketch.constraintId(r.constraint), r.redundantEquations, r.isWhole});
-    for (const std::vector<int>& conflict : found.conflicts)
-        diagnosis.conflicts.push_back(idsOf(sketch, conflict));
+    for (const detail::ConflictSet& conflict : found.conflicts)
+        diagnosis.conflicts.push_back({idsOf(sketch, conflict.constraints), {}, conflict.isMinimal});
     diagnosis.worstResidual = found.worstViolation;
     if (found.worstConstraint >= 0)
         diagnosis.worstConstraint = sketch.constraintId(found.worstConstraint);

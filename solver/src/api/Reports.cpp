@@ -143,12 +143,13 @@ std::string Diagnosis::report() const {
         text += "  " + std::to_string(part.freedom) + " in " + list(part.entities) + "\n";
     for (const Redundancy& r : redundant)
         text += "redundant: " + toString(r.constraint) + (r.isWhole ? "" : ", in part") + "\n";
-    for (const std::vector<ConstraintId>& conflict : conflicts)
-        text += "in conflict: " + list(conflict) + "\n";
+    for (const Conflict& conflict : conflicts)
+        text += "in conflict: " + list(conflict.constraints) + (conflict.isMinimal ? "" : ", perhaps not all of them") +
+                "\n";
     text += "worst residual " + inDigits(worstResidual);
     text += worstConstraint ? " of " + toString(*worstConstraint) + "\n" : "\n";
     if (endedEarly)
-        text += "the search for conflicts ended early: " + std::string(toString(*endedEarly)) + "\n";
+        text += "the search for conflicts and motions ended early: " + std::string(toString(*endedEarly)) + "\n";
     return text;
 }
 

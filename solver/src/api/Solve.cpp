@@ -217,7 +217,8 @@ SolveResult solve(Sketch& sketch, std::span<const Target> targets, const SolveOp
         for (std::size_t i = 0; i < options.values.size() && result.isSolved(); ++i)
             giveValue(impl, impl.find(options.values[i].dimension), options.values[i].value);
         impl.data.takeReference();
-        ++impl.revision;
+        if (result.ending == Ending::solved || !options.values.empty())
+            ++impl.revision;
         return result;
     } catch (const detail::SketchError& e) {
         return invalid({e.what(), "sketch", "put the constraint's entities elsewhere, or remove it"});

@@ -170,18 +170,19 @@ ConflictSet findConflict(const SketchData& sketch, std::span<const int> constrai
     return findConflict(sketch, constraints, targets, effort);
 }
 
-std::vector<std::vector<int>> findConflicts(const SketchData& sketch, Budget* budget) {
+std::vector<ConflictSet> findConflicts(const SketchData& sketch, Budget* budget) {
     Effort effort(budget);
-    std::vector<std::vector<int>> conflicts;
+    std::vector<ConflictSet> conflicts;
     SketchData trial = sketch;
     for (int i = 0; i < kMostConflicts && !effort.isSpent(); ++i) {
-        const ConflictSet set = findConflict(trial, bindingConstraints(trial), {}, effort);
+        ConflictSet set = findConflict(trial, bindingConstraints(trial), {}, effort);
         if (set.isEmpty())
             break;
-        conflicts.push_back(set.constraints);
         trial.constraints[at(set.constraints.back())].active = false;
+        conflicts.push_back(std::move(set));
     }
-    std::sort(conflicts.begin(), conflicts.end());
+    std::sort(conflicts.begin(), conflicts.end(),
+              [](const ConflictSet& a, const ConflictSet& b) { return a.constraints < b.constraints; });
     return conflicts;
 }
 

@@ -27,6 +27,6 @@ ConflictSet findConflict(const SketchData& sketch, std::span<const int> constrai
 
 /// Conflicts of which each has a constraint that none before it has: the member drawn last leaves the sketch, and the
 /// rest is searched. All together cost what one may.
-std::vector<std::vector<int>> findConflicts(const SketchData& sketch, Budget* budget = nullptr);
+std::vector<ConflictSet> findConflicts(const SketchData& sketch, Budget* budget = nullptr);
 
 }  // namespace holdfast::solver::detail

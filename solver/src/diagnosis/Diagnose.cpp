@@ -304,14 +304,14 @@ private:
 };
 
 /// What is said twice by those that can hold together: a contradiction implies everything.
-std::vector<Redundancy> redundantBeside(const SketchData& sketch, const std::vector<std::vector<int>>& conflicts) {
+std::vector<Redundancy> redundantBeside(const SketchData& sketch, const std::vector<ConflictSet>& conflicts) {
     SketchData rest = sketch;
-    for (const std::vector<int>& conflict : conflicts)
-        rest.constraints[at(conflict.back())].active = false;
+    for (const ConflictSet& conflict : conflicts)
+        rest.constraints[at(conflict.constraints.back())].active = false;
     std::vector<Redundancy> redundant = Examination(rest, false).run().redundant;
     std::erase_if(redundant, [&](const Redundancy& redundancy) {
-        return std::any_of(conflicts.begin(), conflicts.end(), [&](const std::vector<int>& conflict) {
-            return std::binary_search(conflict.begin(), conflict.end(), redundancy.constraint);
+        return std::any_of(conflicts.begin(), conflicts.end(), [&](const ConflictSet& conflict) {
+            return std::binary_search(conflict.constraints.begin(), conflict.constraints.end(), redundancy.constraint);
         });
     });
     return redundant;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "solver/src/Uses.h"
+#include "solver/src/diagnosis/Conflict.h"
 #include "solver/src/numerics/Budget.h"
 #include "solver/src/sketch/SketchData.h"
 
@@ -20,13 +21,13 @@ struct Redundancy {
 };
 
 struct Diagnosis {
-    int freedom = 0;                          ///< of the whole sketch
-    std::vector<SketchPart> parts;            ///< by their first element; fixed elements belong to none
-    std::vector<Redundancy> redundant;        ///< ascending; of two that imply each other the later drawn one
-    std::vector<std::vector<int>> conflicts;  ///< sets of constraints that cannot hold together
-    int worstConstraint = -1;                 ///< the binding constraint that is farthest from holding
-    double worstViolation = 0.0;              ///< by how much, as a length
-    std::vector<int> freedomOfEntity;         ///< when asked for: in how many independent ways each element can move
+    int freedom = 0;                     ///< of the whole sketch
+    std::vector<SketchPart> parts;       ///< by their first element; fixed elements belong to none
+    std::vector<Redundancy> redundant;   ///< ascending; of two that imply each other the later drawn one
+    std::vector<ConflictSet> conflicts;  ///< constraints that cannot hold together
+    int worstConstraint = -1;            ///< the binding constraint that is farthest from holding
+    double worstViolation = 0.0;         ///< by how much, as a length
+    std::vector<int> freedomOfEntity;    ///< when asked for: in how many independent ways each element can move
 };
 
 /// Degrees of freedom, redundancy and conflicts of a sketch where it is. Conflicts are searched for only when a

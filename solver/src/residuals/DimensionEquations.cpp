@@ -121,7 +121,7 @@ bool addCurveGap(EquationBuilder& builder, CurveRef one, CurveRef two) {
 
 void addGap(EquationBuilder& builder) {
     if (builder.target() < 0.0)
-        builder.fail("a distance is 0 or more");
+        builder.fail("its value is below 0");
     if (builder.constraint().refs.size() == 1) {
         addLength(builder);
         return;

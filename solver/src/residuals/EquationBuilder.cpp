@@ -289,8 +289,12 @@ void EquationBuilder::refusePlaces() const {
     std::string found;
     for (const SketchPlace& place : m_constraint->refs)
         found += (found.empty() ? "" : ", ") + nameOf(m_sketch, place);
+    if (found.empty())
+        found = "nothing";
     const std::string name(traits().name);
-    fail(name + " of " + (found.empty() ? "nothing" : found) + "; " + name + " takes " + std::string(traits().takes));
+    throw PlaceError("constraint " + m_constraint->id + ": " + name + " of " + found + "; " + name + " takes " +
+                         std::string(traits().takes),
+                     found);
 }
 
 void EquationBuilder::fail(const std::string& message) const {

@@ -80,6 +80,16 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// A constraint on places that its kind does not take.
+class PlaceError : public SketchError {
+public:
+    PlaceError(const std::string& message, std::string places) : SketchError(message), m_places(std::move(places)) {}
+    const std::string& places() const { return m_places; }  ///< what it is on: "line a, point p"
+
+private:
+    std::string m_places;
+};
+
 /// Elements in the plane of a constraint group and the constraints between them: what the solver works on.
 ///
 /// values are where the elements are now. reference is where they were when the edit began: it decides every choice

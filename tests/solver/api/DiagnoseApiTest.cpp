@@ -141,7 +141,9 @@ TEST(Diagnose, ExplainsAConflict) {
     Impossible triangle;
     const Diagnosis diagnosis = diagnose(triangle.sketch).value();
     ASSERT_EQ(diagnosis.conflicts.size(), 1u);
-    EXPECT_EQ(diagnosis.conflicts.front(), (std::vector<ConstraintId>{triangle.ab, triangle.bc, triangle.ca}));
+    EXPECT_EQ(diagnosis.conflicts.front().constraints,
+              (std::vector<ConstraintId>{triangle.ab, triangle.bc, triangle.ca}));
+    EXPECT_TRUE(diagnosis.conflicts.front().isMinimal);
     EXPECT_EQ(diagnosis.worstConstraint, triangle.ab);
     EXPECT_NEAR(diagnosis.worstResidual, 6.0, 1e-12);
     EXPECT_NE(diagnosis.report().find("in conflict: c0, c1, c2"), std::string::npos);

@@ -54,6 +54,14 @@ TEST(DragSession, RefusesASketchThatChangedMeanwhile) {
     EXPECT_EQ(crank.sketch.position(endOf(crank.arm)), (Vec2{3, 0}));
 }
 
+TEST(DragSession, GoesOnAfterASolveThatMovedNothing) {
+    Sketch sketch;
+    const EntityId line = sketch.addLine({0, 0}, {4, 0}).value();
+    DragSession drag = DragSession::begin(sketch, {endOf(line)}).value();
+    ASSERT_EQ(solve(sketch).ending, Ending::unchanged);
+    EXPECT_EQ(drag.step({5, 1}).ending, Ending::solved);
+}
+
 TEST(DragSession, KeepsTheSketchWhenItIsCancelled) {
     Crank crank;
     SolveOptions options;

@@ -116,9 +116,21 @@ TEST(Sketch, SaysWhatIsWrongWithAConstraintAndWhatWouldDo) {
     const auto refused = sketch.add(Radius{line, 3});
     ASSERT_FALSE(refused.isDone());
     EXPECT_EQ(refused.error().where, "radius of e0");
-    EXPECT_EQ(refused.error().what, "radius of line e0; radius takes one whole circle or arc");
+    EXPECT_EQ(refused.error().what, "radius cannot hold on line e0");
     EXPECT_EQ(refused.error().remedy, "it takes a circle, an arc or an arc segment, and a length above 0");
     EXPECT_TRUE(sketch.constraints().empty());
+}
+
+TEST(Sketch, SaysThatAPointIsNotThere) {
+    Sketch sketch;
+    const EntityId bent = sketch.addPolyline({.vertices = {{0, 0}, {4, 0}, {4, 3}}, .bulges = {0, 0, 0}}).value();
+    const EntityId point = sketch.addPoint({1, 1}).value(), circle = sketch.addCircle({5, 5}, 2).value();
+    for (const PointId missing : {vertexOf(bent, 3), controlPointOf(bent, 0), startOf(circle)}) {
+        const auto refused = sketch.add(Coincident{missing, pointOf(point)});
+        ASSERT_FALSE(refused.isDone());
+        EXPECT_EQ(refused.error().what, "there is no such point: " + toString(missing));
+    }
+    EXPECT_EQ(sketch.add(Focus{pointOf(point), circle}).error().what, "focus cannot hold on point e1, circle e2");
 }
 
 TEST(Sketch, RefusesConstraintsThatMakeNoSense) {

@@ -13,8 +13,10 @@ using editing::EntityOutcome;
 using editing::fateName;
 using editing::FateReport;
 using editing::PlaceMove;
+using editing::Shortfall;
 using editing::SizeChange;
 using editing::SizeKind;
 using editing::sizeName;
+using editing::SolverFigures;
 
 }  // namespace holdfast::sketch

@@ -25,6 +25,8 @@ struct EditResult {
     std::optional<Edit> edit{};                  ///< none when the text could not be read
     std::vector<ConstraintOutcome> constraints;  ///< deleted, re-pointed, added and restored ones; the others are kept
     std::vector<EntityOutcome> entities;         ///< with ways and sizes; those that are left out are untouched
+    Shortfall shortfall{};                       ///< how far a drag ended from where it was asked to, and why
+    std::vector<std::string> remarks{};          ///< what to know about an edit that was done, a sentence each
     /// How long it took, done or refused, without the degrees of freedom.
     std::chrono::duration<double> time{};
     /// Of the whole drawing; only when the session was asked to tell them and the solver can read the drawing.
@@ -36,7 +38,8 @@ struct EditResult {
 /// A drawing that is being edited. Every edit is one transaction: it is done whole, or the drawing is as it was, bit
 /// for bit, and the result says why.
 ///
-/// There may be many sessions, in as many threads. One thread at a time uses a session.
+/// There may be many sessions, in as many threads. One thread at a time uses a session. One that was moved from can only
+/// be assigned to and destroyed.
 class HOLDFAST_SKETCH_EXPORT Session {
 public:
     /// Throws DrawingError for a document that checkDocument refuses. Cost: linear in the drawing.

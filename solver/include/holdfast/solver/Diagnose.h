@@ -35,14 +35,23 @@ struct Redundancy {
     bool isWhole;   ///< all
 };
 
+/// Constraints, with targets where some were given, that cannot hold together.
+struct Conflict {
+    std::vector<ConstraintId> constraints{};
+    std::vector<std::size_t> targets{};  ///< numbers of the targets that take part
+    /// Leave out any one of them, and the others can hold: a solution was found for each.
+    bool isMinimal = false;
+
+    bool isEmpty() const { return constraints.empty() && targets.empty(); }
+};
+
 struct Diagnosis {
     int freedom = 0;                        ///< degrees of freedom of the whole sketch
     std::vector<Part> parts{};              ///< by their first entity; fixed entities belong to none
     std::vector<EntityFreedom> entities{};  ///< all, in their order
     std::vector<Redundancy> redundant{};    ///< of two that imply each other the one added later
-    /// Sets of constraints that cannot hold together; eight at most. Empty when all constraints hold.
-    std::vector<std::vector<ConstraintId>> conflicts{};
-    double worstResidual = 0.0;  ///< of the constraint that holds worst now, as a length
+    std::vector<Conflict> conflicts{};      ///< eight at most, without targets; none when all constraints hold
+    double worstResidual = 0.0;             ///< of the constraint that holds worst now, as a length
     std::optional<ConstraintId> worstConstraint{};
     /// none; or why the search for conflicts and motions ended early: iterationLimit, timeLimit, cancelled
     std::optional<Ending> endedEarly{};
@@ -58,15 +67,6 @@ struct Diagnosis {
 /// Cost: near to linear in the sketch; each conflict costs many solves of the part concerned, and motions cost a
 /// factorisation of the sketch and as many solves with it as its largest entity has numbers, at most 24.
 HOLDFAST_SOLVER_EXPORT Result<Diagnosis> diagnose(const Sketch& sketch, const SolveOptions& options = {});
-
-struct Conflict {
-    std::vector<ConstraintId> constraints{};
-    std::vector<std::size_t> targets{};  ///< numbers of the targets that take part
-    /// Leave out any one of them, and the others can hold: a solution was found for each.
-    bool isMinimal = false;
-
-    bool isEmpty() const { return constraints.empty() && targets.empty(); }
-};
 
 /// The constraints that cannot hold together (with the targets), while any of them left out frees the others: each was
 /// left out and the rest solved (U. Junker, QuickXplain). Empty when they can hold, or when a limit ends the search. A

@@ -17,8 +17,9 @@ namespace holdfast::solver {
 /// do. A step costs what the entities that it may move cost, however many others there are.
 class HOLDFAST_SOLVER_EXPORT DragSession {
 public:
-    /// The sketch outlives the session. Points that cannot be targets (see Target), and constraints that do not hold,
-    /// are errors. The options' firmness and edited entities mean nothing to a drag; its limits are those of one step.
+    /// The sketch outlives the session. No handles, points that cannot be targets (see Target), and constraints that do
+    /// not hold are errors. Of the options a drag knows the tolerance, the limits, which are those of one step, and
+    /// isCancelled.
     static Result<DragSession> begin(Sketch& sketch, std::vector<PointId> handles, const SolveOptions& options = {});
 
     ~DragSession();
@@ -27,7 +28,8 @@ public:
 
     /// Moves each handle to its goal, or as near to it as the constraints let it come; the result tells what moved
     /// since the step before. Where the constraints cannot be kept, an entity would collapse, or a limit is reached,
-    /// the sketch stays as it is. A sketch that was changed otherwise meanwhile is refused: Ending::invalid. What
+    /// the sketch stays as it is. A sketch that was changed otherwise meanwhile, and another number of goals than of
+    /// handles, are refused: Ending::invalid. What
     /// throws (memory runs out, isCancelled throws) leaves the sketch as it was and ends the session: Ending::invalid
     /// from then on.
     SolveResult step(std::span<const Vec2> goals);

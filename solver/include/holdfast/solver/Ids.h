@@ -93,6 +93,7 @@ constexpr PointId centreOf(EntityId entity) {
 constexpr PointId middleOf(EntityId entity) {
     return {entity, PointId::Place::middle};
 }
+/// Counted from 0.
 constexpr PointId controlPointOf(EntityId spline, int index) {
     return {spline, PointId::Place::control, index};
 }

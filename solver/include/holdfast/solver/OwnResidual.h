@@ -22,7 +22,8 @@ namespace holdfast::solver {
 ///             rows[0] = (twice * 0.5 - area) / length;  // by a length, so that the row is one
 ///         }
 ///     };
-///     sketch.add(makeResidual<6, 1>(TriangleArea{12.0, 5.0}, {startOf(a), startOf(b), startOf(c)}));
+///     const auto added = sketch.add(makeResidual<6, 1>(TriangleArea{12.0, 5.0}, {startOf(a), startOf(b),
+///     startOf(c)}));
 ///
 /// The functor must not throw and has no state that calls change.
 template <int Inputs, int Rows, class Functor>

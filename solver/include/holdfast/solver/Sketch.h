@@ -54,8 +54,9 @@ struct PolylineData {
 ///
 /// A sketch is a value: copies are of their own, and several sketches may be used in several threads at once; one
 /// sketch may be read in several as long as nobody changes it. A sketch that was moved from can only be assigned to and
-/// destroyed. No exception leaves any function of this library but std::bad_alloc and what a user's own function
-/// throws; after either the sketch may be read, solved again and destroyed, and what was being added is not there.
+/// destroyed. No exception leaves any function of this library but std::bad_alloc and what SolveOptions::isCancelled
+/// throws; after either the sketch may be read, solved again and destroyed, and what was being added is not there. A
+/// residual function of a user's own must not throw.
 ///
 /// Costs: adding is independent of the sketch's size, on average; removing an entity or a constraint, copying and
 /// solving are linear in it.

@@ -1,4 +1,4 @@
-// The way of one edit through the workbench, and each step's share of it: load, open, break the first line, solve,
+// The way of one edit through the program, and each step's share of it: load, open, break the first line, solve,
 // write, report. Processor time, medians. What the module takes includes the host's operations that it calls.
 
 #include <cstdio>
