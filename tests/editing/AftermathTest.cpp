@@ -5,7 +5,8 @@
 namespace holdfast::editing {
 namespace {
 
-Constraint dimension(std::string id, ConstraintType type, std::vector<Place> refs, double value, bool driving = true) {
+Constraint dimensionOn(std::string id, ConstraintType type, std::vector<Place> refs, double value,
+                       bool driving = true) {
     Constraint made = constraintOf(std::move(id), type, std::move(refs));
     made.value = value;
     made.driving = driving;
@@ -14,8 +15,8 @@ Constraint dimension(std::string id, ConstraintType type, std::vector<Place> ref
 
 TEST(DimensionAfterBreak, GoesWhenTheLineIsShorterThanItSays) {
     Document document = frameDrawing();
-    document.constraints.push_back(dimension("ten", ConstraintType::distance, {{"base"}}, 10.0));
-    document.constraints.push_back(dimension("five", ConstraintType::distance, {{"left"}}, 5.0));
+    document.constraints.push_back(dimensionOn("ten", ConstraintType::distance, {{"base"}}, 10.0));
+    document.constraints.push_back(dimensionOn("five", ConstraintType::distance, {{"left"}}, 5.0));
     Session session(document);
     EXPECT_EQ(session.apply("break base at 4,0").outcome.error, "");
     EXPECT_EQ(constraintIds(session.document()), "c0 c2 c3 five");
@@ -24,7 +25,7 @@ TEST(DimensionAfterBreak, GoesWhenTheLineIsShorterThanItSays) {
 TEST(DimensionAfterBreak, StaysWhereItStillHolds) {
     Document document = frameDrawing();
     document.constraints.push_back(
-        dimension("across", ConstraintType::distance, {{"base", PlaceKind::start}, {"left", PlaceKind::end}}, 5.0));
+        dimensionOn("across", ConstraintType::distance, {{"base", PlaceKind::start}, {"left", PlaceKind::end}}, 5.0));
     Session session(document);
     EXPECT_EQ(session.apply("break base at 4,0").outcome.error, "");
     EXPECT_NE(constraintIds(session.document()).find("across"), std::string::npos);
@@ -32,7 +33,7 @@ TEST(DimensionAfterBreak, StaysWhereItStillHolds) {
 
 TEST(DimensionAfterBreak, FollowsWhenItOnlyMeasures) {
     Document document = frameDrawing();
-    document.constraints.push_back(dimension("length", ConstraintType::distance, {{"base"}}, 10.0, false));
+    document.constraints.push_back(dimensionOn("length", ConstraintType::distance, {{"base"}}, 10.0, false));
     Session session(document);
     EXPECT_EQ(session.apply("break base at 4,0").outcome.error, "");
     EXPECT_DOUBLE_EQ(*session.document().constraints.back().value, 4.0);

@@ -25,8 +25,8 @@ std::string lineText(const Session& session, const std::string& name) {
 
 void expectHalfCircle(const Session& session, Vec2 centre, Vec2 top) {
     const auto& arc = std::get<ArcShape>(session.document().entities.back().shape);
-    EXPECT_NEAR(distance(arc.centre, centre), 0.0, 1e-12);
-    EXPECT_NEAR(distance(pointAt(arc, 0.5 * (arc.startAngle + arc.endAngle)), top), 0.0, 1e-12);
+    EXPECT_NEAR(geometry::distance(arc.centre, centre), 0.0, 1e-12);
+    EXPECT_NEAR(geometry::distance(pointAt(arc, 0.5 * (arc.startAngle + arc.endAngle)), top), 0.0, 1e-12);
     EXPECT_NEAR(arc.endAngle - arc.startAngle, 3.141592653589793, 1e-12);
 }
 

@@ -74,7 +74,7 @@ TEST(RingBreak, LetsTheEndsGoApart) {
         const std::string end = std::to_string(polylineOf(session, "p").vertices.size() - 1);
         EXPECT_EQ(session.apply("set p vertex " + end + " y -3").outcome.error, "") << edit;
         const PolylineShape open = polylineOf(session, "p");
-        EXPECT_GT(distance(open.vertices.front(), open.vertices.back()), 2.0) << edit;
+        EXPECT_GT(geometry::distance(open.vertices.front(), open.vertices.back()), 2.0) << edit;
     }
 }
 

@@ -34,7 +34,7 @@ std::vector<Box> boxesAt(int level, const std::vector<Label>& labels, const Labe
     return boxes;
 }
 
-std::size_t overlapsIn(const std::vector<Box>& boxes) {
+std::size_t labelOverlapsIn(const std::vector<Box>& boxes) {
     std::size_t count = 0;
     for (std::size_t i = 0; i < boxes.size(); ++i)
         for (std::size_t j = i + 1; j < boxes.size(); ++j)
@@ -84,7 +84,7 @@ TEST(LabelPlacement, StaysInsideThePicture) {
 
 TEST(LabelPlacement, OverlapsNothingHoweverDenseTheCrowd) {
     const std::vector<Label> labels = crowd(400);
-    EXPECT_EQ(overlapsIn(boxesAt(1, labels, place(labels))), 0u);
+    EXPECT_EQ(labelOverlapsIn(boxesAt(1, labels, place(labels))), 0u);
 }
 
 TEST(LabelPlacement, CountsEveryLabelThatItDoesNotShow) {

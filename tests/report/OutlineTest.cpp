@@ -15,7 +15,7 @@ const Box kWindow{{-10, -10}, {10, 10}};
 double farthestFrom(const std::vector<Vec2>& points, Vec2 centre, double radius) {
     double worst = 0.0;
     for (const Vec2& point : points)
-        worst = std::max(worst, std::fabs(distance(point, centre) - radius));
+        worst = std::max(worst, std::fabs(geometry::distance(point, centre) - radius));
     return worst;
 }
 
@@ -54,9 +54,9 @@ TEST(OutlineOfPeriodicSpline, ReturnsToItsStartThroughOnePieceForEachSpan) {
     const Outline outline = outlineOf(spline, kWindow, 0.1);
     ASSERT_EQ(outline.strokes.size(), 5u);
     EXPECT_TRUE(outline.closed);
-    EXPECT_NEAR(distance(outline.strokes.front().to, outline.strokes.back().to), 0.0, 1e-12);
-    EXPECT_NEAR(distance(outline.strokes[0].to, splinePoint(spline, 0.0)), 0.0, 1e-12);
-    EXPECT_NEAR(distance(outline.strokes[2].to, splinePoint(spline, 2.0)), 0.0, 1e-12);
+    EXPECT_NEAR(geometry::distance(outline.strokes.front().to, outline.strokes.back().to), 0.0, 1e-12);
+    EXPECT_NEAR(geometry::distance(outline.strokes[0].to, splinePoint(spline, 0.0)), 0.0, 1e-12);
+    EXPECT_NEAR(geometry::distance(outline.strokes[2].to, splinePoint(spline, 2.0)), 0.0, 1e-12);
 }
 
 TEST(OutlineOfRationalSpline, FollowsACircleWithinTheTolerance) {

@@ -18,7 +18,7 @@ void expectRefused(SketchText sketch, const SolveRequest& request, const char* w
     EXPECT_EQ(sketch.sketch.values, before);
 }
 
-SolveRequest moving(const SketchText& sketch, std::string_view place, Vec2 to) {
+SolveRequest pulling(const SketchText& sketch, std::string_view place, Vec2 to) {
     const int v = sketch.valueOf(place);
     SolveRequest request;
     request.targets = {{v, to.x}, {v + 1, to.y}};
@@ -55,7 +55,7 @@ TEST(Degenerate, RefusesABulgeThatTurnsOver) {
 
 TEST(Degenerate, RefusesAnEllipticalArcTurnedInsideOut) {
     SketchText sketch("ellipse_arc e 0,0 6,0 0.5 0 80; fixed e.centre; fixed! point p 6,0; coincident e.start p");
-    SolveRequest request = moving(sketch, "e.end", {6 * std::cos(-0.3), 3 * std::sin(-0.3)});
+    SolveRequest request = pulling(sketch, "e.end", {6 * std::cos(-0.3), 3 * std::sin(-0.3)});
     expectRefused(sketch, request, "elliptical arc e would turn inside out");
 }
 

@@ -34,7 +34,7 @@ constexpr const char* kCurves =
     "diameter k = 8; radius w.segment:2 = 4; radius w.segment:0 = 4; horizontal x; vertical t; fixed x; fixed e;"
     "distance w.segment:0.centre w.segment:2 = 3";
 
-constexpr const char* kDirections =
+constexpr const char* kDirectionTexts =
     "line a 0,0 7,3; line b 1,9 5,2; xline x 1,1 30; ray r 2,0 100; text t 3,3 10; circle c 9,2 3; arc k 3,1 5 20 130;"
     "circle d 1,-4 2; ellipse e 2,7 6,1 0.5; ellipse_arc f -3,1 4,2 0.7 10 150; polyline w 0,0:0.4 6,1 9,5:-0.7 2,8;"
     "parallel a b; parallel a x; parallel r t; perpendicular a b; perpendicular a c; perpendicular w.segment:1 k;"
@@ -150,7 +150,7 @@ void expectExactSlopes(const SketchText& sketch, Coverage& coverage) {
 
 TEST(EquationSlopes, AgreeWithDifferencesForEveryFormulaAndOperand) {
     Coverage coverage;
-    for (const char* text : {kPoints, kCurves, kDirections, kTangents, kSmooth})
+    for (const char* text : {kPoints, kCurves, kDirectionTexts, kTangents, kSmooth})
         expectExactSlopes(SketchText(text), coverage);
     expectExactSlopes(unclampedSplines(), coverage);
     for (int residualKind = 0; residualKind <= static_cast<int>(ResidualKind::bulgeSweep); ++residualKind)

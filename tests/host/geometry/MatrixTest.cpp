@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr double kPi = std::numbers::pi;
-
 YxGeMatrix3d scaled(double x, double y, double z) {
     YxGeMatrix3d matrix;
     matrix(0, 0) = x;
@@ -39,7 +37,7 @@ TEST(MatrixTranslation, MovesPointsAndNotVectors) {
 }
 
 TEST(MatrixRotation, TurnsRightHandedAboutTheAxisThroughTheCentre) {
-    const YxGeMatrix3d matrix = rotated(kPi / 2, {0, 0, 5}, {1, 1, 0});
+    const YxGeMatrix3d matrix = rotated(std::numbers::pi / 2, {0, 0, 5}, {1, 1, 0});
     EXPECT_TRUE((matrix * YxGePoint3d(2, 1, 7)).isEqualTo({1, 2, 7}));
     EXPECT_TRUE((matrix * YxGePoint3d(1, 1, 0)).isEqualTo({1, 1, 0}));
 }
@@ -59,7 +57,7 @@ TEST(MatrixRotation, AboutACoordinateAxisLeavesThatAxisAlone) {
 
 TEST(MatrixProduct, AppliesTheLeftFactorLast) {
     YxGeMatrix3d matrix = YxGeMatrix3d().setToTranslation({1, 0, 0});
-    matrix.preMultBy(rotated(kPi / 2, YxGeVector3d::kZAxis));
+    matrix.preMultBy(rotated(std::numbers::pi / 2, YxGeVector3d::kZAxis));
     EXPECT_TRUE((matrix * YxGePoint3d::kOrigin).isEqualTo({0, 1, 0}));
 }
 
@@ -130,7 +128,7 @@ TEST(MatrixComparison, FollowsTheTolerance) {
 TEST(MatrixOnPoints, TransformsInPlace) {
     YxGePoint3d point(1, 0, 0);
     YxGeVector3d vector(1, 0, 0);
-    const YxGeMatrix3d matrix = rotated(kPi, YxGeVector3d::kZAxis, {2, 0, 0});
+    const YxGeMatrix3d matrix = rotated(std::numbers::pi, YxGeVector3d::kZAxis, {2, 0, 0});
     EXPECT_TRUE(point.transformBy(matrix).isEqualTo({3, 0, 0}));
     EXPECT_TRUE(vector.transformBy(matrix).isEqualTo({-1, 0, 0}));
 }

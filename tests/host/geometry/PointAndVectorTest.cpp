@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr double kPi = std::numbers::pi;
 constexpr double kLargest = std::numeric_limits<double>::max();
 constexpr double kSmallest = std::numeric_limits<double>::denorm_min();
 
@@ -97,8 +96,8 @@ TEST(VectorProducts, OfWhatIsNoNumberAreNone) {
 }
 
 TEST(VectorAngle, RunsFromZeroToPi) {
-    EXPECT_EQ(YxGeVector3d::kXAxis.angleTo({0, -3, 0}), kPi / 2);
-    EXPECT_EQ(YxGeVector3d::kXAxis.angleTo({-5, 0, 0}), kPi);
+    EXPECT_EQ(YxGeVector3d::kXAxis.angleTo({0, -3, 0}), std::numbers::pi / 2);
+    EXPECT_EQ(YxGeVector3d::kXAxis.angleTo({-5, 0, 0}), std::numbers::pi);
     EXPECT_EQ(YxGeVector3d(1, 1, 0).angleTo({7, 7, 0}), 0.0);
 }
 
@@ -134,5 +133,5 @@ RC_GTEST_PROP(VectorNormal, IsFiniteForEveryFiniteVector, (double x, double y, d
 RC_GTEST_PROP(VectorAngle, IsANumberForEveryFinitePair, (double x, double y, double z, double u)) {
     RC_PRE(std::isfinite(x) && std::isfinite(y) && std::isfinite(z) && std::isfinite(u));
     const double angle = YxGeVector3d(x, y, z).angleTo({u, x, y});
-    RC_ASSERT(angle >= 0.0 && angle <= kPi);
+    RC_ASSERT(angle >= 0.0 && angle <= std::numbers::pi);
 }

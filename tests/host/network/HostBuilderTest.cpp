@@ -13,13 +13,13 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-std::string complaint(const std::function<void()>& building) {
+std::string builderComplaint(const std::function<void()>& building) {
     try {
         building();
     } catch (const std::invalid_argument& error) {
         return error.what();
     }
-    return "no complaint";
+    return "no builderComplaint";
 }
 
 TEST(HostBuilder, StandsAllConstraintsOfAnEntityOnOneDependency) {
@@ -114,14 +114,15 @@ TEST(HostBuilder, SaysWhatItCannotBuild) {
     SmallHost host;
     const YxDbObjectId a = host.line();
     const YxDbObjectId p = host.polyline({1, 2});
-    EXPECT_EQ(complaint([&] { host.curve(YxDbObjectId()); }),
+    EXPECT_EQ(builderComplaint([&] { host.curve(YxDbObjectId()); }),
               "a constraint needs an entity that lives in the database; add the entity first");
-    EXPECT_EQ(complaint([&] { host.curve(host.groupId); }),
+    EXPECT_EQ(builderComplaint([&] { host.curve(host.groupId); }),
               "a constraint needs an entity that lives in the database; add the entity first");
-    EXPECT_EQ(complaint([&] { host.curve(p, 2); }), "segment 2 of a polyline with 1 segments; they are counted from 1");
-    EXPECT_EQ(complaint([&] { host.builder.geometry(host.group, {.entity = a, .isPosition = true}); }),
+    EXPECT_EQ(builderComplaint([&] { host.curve(p, 2); }),
+              "segment 2 of a polyline with 1 segments; they are counted from 1");
+    EXPECT_EQ(builderComplaint([&] { host.builder.geometry(host.group, {.entity = a, .isPosition = true}); }),
               "only a text or mtext has a position of its own; name a point of the curve instead");
-    EXPECT_EQ(complaint([&] { HostBuilder::group(a); }), "the id names no constraint group");
+    EXPECT_EQ(builderComplaint([&] { HostBuilder::group(a); }), "the id names no constraint group");
 }
 
 TEST(NamedFaults, RefuseOpeningByTheNameOfTheObject) {
@@ -131,7 +132,7 @@ TEST(NamedFaults, RefuseOpeningByTheNameOfTheObject) {
     EXPECT_TRUE(openedForWrite(scene.groupId()).isNull());
     EXPECT_FALSE(openedForRead(scene.groupId()).isNull());
     EXPECT_TRUE(openedForRead(scene.id("a")).isNull());
-    EXPECT_EQ(complaint([&] { scene.host().refuseOpen("b"); }), "no object of the host has the name \"b\"");
+    EXPECT_EQ(builderComplaint([&] { scene.host().refuseOpen("b"); }), "no object of the host has the name \"b\"");
 }
 
 TEST(NamedFaults, ReachDependenciesByTheirPlaces) {

@@ -6,7 +6,7 @@
 namespace holdfast::module {
 namespace {
 
-constexpr const char* kDrawing =
+constexpr const char* kBoxDrawing =
     "line b 0,0 0,3; circle f centre 70,0 radius 5; line a 0,0 4,0; dependency a; dependency b";
 
 bool fill(const FeedingScene& scene, std::initializer_list<const char*> names, YxArray<YxDbObjectId>& constrained,
@@ -15,7 +15,7 @@ bool fill(const FeedingScene& scene, std::initializer_list<const char*> names, Y
 }
 
 TEST(RotateBox, FillsTheHeaderAndKeepsTheRest) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kBoxDrawing);
     scene.prefill();
     YxArray<YxDbObjectId> constrained;
     EXPECT_TRUE(fill(scene, {"f", "a", "b"}, constrained));
@@ -30,7 +30,7 @@ TEST(RotateBox, FillsTheHeaderAndKeepsTheRest) {
 }
 
 TEST(RotateBox, TurnsByNinetyRadians) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kBoxDrawing);
     YxArray<YxDbObjectId> constrained;
     EXPECT_TRUE(fill(scene, {"a"}, constrained));
     const YxGeMatrix3d& turn = scene.header().staticTransform;
@@ -40,7 +40,7 @@ TEST(RotateBox, TurnsByNinetyRadians) {
 }
 
 TEST(RotateBox, AppendsItsBasePointToThoseOfEarlierRotations) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kBoxDrawing);
     YxArray<YxDbObjectId> constrained;
     fill(scene, {"a"}, constrained, {1, 2, 0});
     YxArray<YxDbObjectId> again;
@@ -53,7 +53,7 @@ TEST(RotateBox, AppendsItsBasePointToThoseOfEarlierRotations) {
 }
 
 TEST(RotateBox, AddsToTheIdsItIsGivenAndServesTheFirstOnesGroup) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kBoxDrawing);
     YxArray<YxDbObjectId> constrained = scene.ids({"outsider"});
     EXPECT_TRUE(fill(scene, {"a", "a"}, constrained));
     EXPECT_EQ(scene.text(constrained), "outsider a a");
@@ -63,7 +63,7 @@ TEST(RotateBox, AddsToTheIdsItIsGivenAndServesTheFirstOnesGroup) {
 }
 
 TEST(RotateBox, LeavesTheHeaderUntouchedWithoutAConstrainedObject) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kBoxDrawing);
     scene.prefill();
     YxArray<YxDbObjectId> constrained;
     EXPECT_FALSE(fill(scene, {"f", "stranger"}, constrained));
@@ -74,7 +74,7 @@ TEST(RotateBox, LeavesTheHeaderUntouchedWithoutAConstrainedObject) {
 TEST(RotateBox, LeavesTheHeaderUntouchedWithoutAProviderAGroupOrAHeader) {
     for (const char* missing :
          {"getConstraintDataProviderLvInstance", "getAssocCons2DGroup", "getAssocConstraintHeader"}) {
-        FeedingScene scene(kDrawing);
+        FeedingScene scene(kBoxDrawing);
         scene.prefill();
         scene.host().refuse(missing);
         YxArray<YxDbObjectId> constrained;
@@ -85,7 +85,7 @@ TEST(RotateBox, LeavesTheHeaderUntouchedWithoutAProviderAGroupOrAHeader) {
 }
 
 TEST(RotateBox, SkipsWhatDoesNotOpen) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kBoxDrawing);
     scene.refuseOpen("a");
     YxArray<YxDbObjectId> constrained;
     EXPECT_TRUE(fill(scene, {"a", "b"}, constrained));
@@ -94,7 +94,7 @@ TEST(RotateBox, SkipsWhatDoesNotOpen) {
 }
 
 TEST(RotateBox, ThrowsForAnObjectThatIsNoEntityAndKeepsTheIdsFoundByThen) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kBoxDrawing);
     scene.addNonEntity("plain");
     scene.prefill();
     YxArray<YxDbObjectId> constrained;
@@ -104,7 +104,7 @@ TEST(RotateBox, ThrowsForAnObjectThatIsNoEntityAndKeepsTheIdsFoundByThen) {
 }
 
 TEST(RotateBox, MayCollectIntoTheHeadersOwnList) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kBoxDrawing);
     EXPECT_TRUE(fill(scene, {"b", "a"}, scene.header().editedObjectIds));
     EXPECT_EQ(scene.text(scene.header().editedObjectIds), "b a");
 }
@@ -121,7 +121,7 @@ constexpr YxGeVector3d kY(0.0, 1.0, 0.0);
 constexpr YxGeVector3d kZ(0.0, 0.0, 1.0);
 
 TEST(RotateAxis, IsThatOfTheUserCoordinateSystemInModelSpace) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kBoxDrawing);
     scene.process().setUcs(kY, kZ);
     scene.process().setPaperUcs(kZ, kX);
     EXPECT_TRUE(turned(scene, kX).isEqualTo(kX));
@@ -129,13 +129,13 @@ TEST(RotateAxis, IsThatOfTheUserCoordinateSystemInModelSpace) {
 }
 
 TEST(RotateAxis, PointsDownWhenTheAxesAreSwapped) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kBoxDrawing);
     scene.process().setUcs(kY, kX);
     EXPECT_DOUBLE_EQ(turned(scene, kX).y, -0.89399666360055785);
 }
 
 TEST(RotateAxis, IsThatOfPaperSpaceThere) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kBoxDrawing);
     scene.process().setUcs(kY, kZ);
     scene.process().setPaperUcs(kZ, kX);
     scene.process().setPaperSpace(true);
@@ -143,7 +143,7 @@ TEST(RotateAxis, IsThatOfPaperSpaceThere) {
 }
 
 TEST(RotateAxis, IsThatOfModelSpaceSeenThroughALayout) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kBoxDrawing);
     scene.process().setUcs(kY, kZ);
     scene.process().setPaperUcs(kZ, kX);
     scene.process().setTilemode(false);
@@ -151,7 +151,7 @@ TEST(RotateAxis, IsThatOfModelSpaceSeenThroughALayout) {
 }
 
 TEST(RotateAxis, IsThatOfModelSpaceInTilesWhateverTheSpace) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kBoxDrawing);
     scene.process().setUcs(kY, kZ);
     scene.process().setPaperUcs(kZ, kX);
     scene.process().setPaperSpace(true);
@@ -161,7 +161,7 @@ TEST(RotateAxis, IsThatOfModelSpaceInTilesWhateverTheSpace) {
 
 TEST(RotateAxis, IsThatOfModelSpaceWhenTheHostCannotTellTheSpace) {
     for (const char* missing : {"layoutManager", "yxrxGetService"}) {
-        FeedingScene scene(kDrawing);
+        FeedingScene scene(kBoxDrawing);
         scene.process().setUcs(kY, kZ);
         scene.process().setPaperUcs(kZ, kX);
         scene.process().setPaperSpace(true);
@@ -171,11 +171,11 @@ TEST(RotateAxis, IsThatOfModelSpaceWhenTheHostCannotTellTheSpace) {
 }
 
 TEST(RotateAxis, IsTheWorldsWithoutADatabase) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kBoxDrawing);
     scene.process().setUcs(kY, kZ);
     scene.process().setWorkingDatabase(nullptr);
     EXPECT_TRUE(turned(scene, kZ).isEqualTo(kZ));
-    FeedingScene without(kDrawing);
+    FeedingScene without(kBoxDrawing);
     without.process().setUcs(kY, kZ);
     without.host().refuse("yxdbHostApplicationServices");
     EXPECT_TRUE(turned(without, kZ).isEqualTo(kZ));

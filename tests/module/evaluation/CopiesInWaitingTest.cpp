@@ -10,10 +10,10 @@
 namespace holdfast::module {
 namespace {
 
-constexpr const char* kDrawing = "line b 0,0 4,0; line a 0,0 0,3; dependency a; dependency b";
+constexpr const char* kWaiting = "line b 0,0 4,0; line a 0,0 0,3; dependency a; dependency b";
 
 TEST(CopiesInWaiting, AreFreedWhenNobodyTookThem) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kWaiting);
     {
         CopiesInWaiting waiting;
         waiting.keep(copyOf(*scene.pointer("a")));
@@ -24,7 +24,7 @@ TEST(CopiesInWaiting, AreFreedWhenNobodyTookThem) {
 }
 
 TEST(CopiesInWaiting, BelongToTheHeaderOnceHandedOver) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kWaiting);
     YxDbEntity* copy = copyOf(*scene.pointer("a"));
     {
         CopiesInWaiting waiting;
@@ -37,7 +37,7 @@ TEST(CopiesInWaiting, BelongToTheHeaderOnceHandedOver) {
 }
 
 TEST(CopiesInWaiting, StayWithTheirFirstHeader) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kWaiting);
     YxDbEntity* copy = copyOf(*scene.pointer("a"));
     CopiesInWaiting waiting;
     waiting.keep(copy);
@@ -48,7 +48,7 @@ TEST(CopiesInWaiting, StayWithTheirFirstHeader) {
 }
 
 TEST(CopiesInWaiting, AreSharedByCopiesOfTheirKeeper) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kWaiting);
     YxDbEntity* copy = copyOf(*scene.pointer("a"));
     std::optional<CopiesInWaiting> first(std::in_place);
     first->keep(copy);
@@ -60,7 +60,7 @@ TEST(CopiesInWaiting, AreSharedByCopiesOfTheirKeeper) {
 }
 
 TEST(CopiesInWaiting, AreNeverAHeadersWhenTheyAreNullOrNotKept) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kWaiting);
     CopiesInWaiting waiting;
     waiting.keep(nullptr);
     waiting.handOver(nullptr, scene.header());

@@ -7,7 +7,7 @@
 namespace holdfast::module {
 namespace {
 
-const std::string kLine = "line b 0,0 0,5; line a 0,0 10,0; coincident a.end b.end; parallel a b";
+const std::string kTiedLine = "line b 0,0 0,5; line a 0,0 10,0; coincident a.end b.end; parallel a b";
 
 /// Hands line a over, cut at 4, and says what was collected.
 std::string collected(CheckedScene& scene) {
@@ -18,7 +18,7 @@ std::string collected(CheckedScene& scene) {
 }
 
 TEST(SetFirstCurve, CollectsNothingWhileTheServiceIsDown) {
-    CheckedScene scene(kLine);
+    CheckedScene scene(kTiedLine);
     scene.serviceDown();
     EXPECT_EQ(collected(scene), "");
     EXPECT_EQ(scene.process().journal().count("getConstraintDataProviderLvInstance"), 0);
@@ -26,7 +26,7 @@ TEST(SetFirstCurve, CollectsNothingWhileTheServiceIsDown) {
 }
 
 TEST(SetFirstCurve, CollectsNothingWithoutAProviderOrAGroup) {
-    CheckedScene scene(kLine);
+    CheckedScene scene(kTiedLine);
     scene.host().refuse("getConstraintDataProviderLvInstance");
     EXPECT_EQ(collected(scene), "");
     scene.host().clear();
@@ -36,7 +36,7 @@ TEST(SetFirstCurve, CollectsNothingWithoutAProviderOrAGroup) {
 }
 
 TEST(SetFirstCurve, CollectsNothingWhenTheGroupDoesNotOpenAsOne) {
-    CheckedScene scene(kLine);
+    CheckedScene scene(kTiedLine);
     scene.refuseOpen("group");
     EXPECT_EQ(collected(scene), "");
     scene.host().clear();
@@ -45,7 +45,7 @@ TEST(SetFirstCurve, CollectsNothingWhenTheGroupDoesNotOpenAsOne) {
 }
 
 TEST(SetFirstCurve, CollectsNothingWhenTheUncutCurveDoesNotOpen) {
-    CheckedScene scene(kLine);
+    CheckedScene scene(kTiedLine);
     scene.refuseOpen("a");
     EXPECT_EQ(collected(scene), "");
     scene.host().clear();
@@ -54,7 +54,7 @@ TEST(SetFirstCurve, CollectsNothingWhenTheUncutCurveDoesNotOpen) {
 }
 
 TEST(SetFirstCurve, CollectsNothingForANullPiece) {
-    CheckedScene scene(kLine);
+    CheckedScene scene(kTiedLine);
     ConstraintBreakCmdCenter centre;
     centre.setFirstCurve(scene.id("a"), nullptr);
     EXPECT_TRUE(LvTestAccess::collected(centre).isEmpty());
@@ -81,7 +81,7 @@ TEST(SetFirstCurve, TakesCopiedDependenciesOffThePiece) {
 }
 
 TEST(SetFirstCurve, CollectsNothingMoreWithoutTheDatabaseService) {
-    CheckedScene scene(kLine);
+    CheckedScene scene(kTiedLine);
     scene.process().setServicesUp(false);
     EXPECT_EQ(collected(scene), "");
 }

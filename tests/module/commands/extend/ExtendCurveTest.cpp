@@ -66,19 +66,19 @@ TEST(ExtendOtherCurves, LoseNothing) {
               "fixed a; fixed a.centre");
 }
 
-const std::string kPolyline =
+const std::string kBent =
     "polyline a 0,0 10,0 10,10 20,10; line b 0,0 0,5; line c 20,10 20,15; coincident a[1].start b.start; "
     "coincident a[1].end a[2].start; coincident a[3].end c.start; horizontal a[2]";
 
 TEST(ExtendPolylineEnds, ExaminesOnlyTheSegmentAtTheMovedEnd) {
-    EXPECT_EQ(leftAfter(kPolyline, {-9, 0, 0}, kStartMoves),
+    EXPECT_EQ(leftAfter(kBent, {-9, 0, 0}, kStartMoves),
               "coincident a[1].end a[2].start; coincident a[3].end c.start; horizontal a[2]");
-    EXPECT_EQ(leftAfter(kPolyline, {30, 10, 0}, kEndMoves),
+    EXPECT_EQ(leftAfter(kBent, {30, 10, 0}, kEndMoves),
               "coincident a[1].start b.start; coincident a[1].end a[2].start; horizontal a[2]");
 }
 
 TEST(ExtendPolylineEnds, DoesNothingForAnUnknownEnd) {
-    TestScene scene(kPolyline);
+    TestScene scene(kBent);
     EXPECT_EQ(extendTo(scene, {30, 10, 0}, 0), 0);
 }
 
@@ -112,7 +112,7 @@ TEST(ExtendFault, CollectsNothingWithoutAServiceAGroupOrAnEntity) {
 
 TEST(ExtendFault, LeavesNothingOpenWhenAnyHostCallThrows) {
     for (int call = 1; call < 400; ++call) {
-        TestScene scene(kPolyline);
+        TestScene scene(kBent);
         scene.host().throwFromCall(call);
         ConstraintExtendCmdCenter centre;
         try {

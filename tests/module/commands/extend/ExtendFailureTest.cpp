@@ -10,7 +10,7 @@
 namespace holdfast::module {
 namespace {
 
-const std::string kLine = "line b 0,0 0,5; line a 0,0 10,0; coincident a.end b.end; parallel a b";
+const std::string kTiedLine = "line b 0,0 0,5; line a 0,0 10,0; coincident a.end b.end; parallel a b";
 
 std::string collected(CheckedScene& scene) {
     ConstraintExtendCmdCenter centre;
@@ -19,14 +19,14 @@ std::string collected(CheckedScene& scene) {
 }
 
 TEST(SetDeleteConstraint, CollectsNothingWhileTheServiceIsDown) {
-    CheckedScene scene(kLine);
+    CheckedScene scene(kTiedLine);
     scene.serviceDown();
     EXPECT_EQ(collected(scene), "");
     EXPECT_EQ(scene.process().journal().count("openObject"), 0);
 }
 
 TEST(SetDeleteConstraint, CollectsNothingWithoutProviderOrGroup) {
-    CheckedScene scene(kLine);
+    CheckedScene scene(kTiedLine);
     scene.host().refuse("getConstraintDataProviderLvInstance");
     EXPECT_EQ(collected(scene), "");
     scene.host().clear();
@@ -42,7 +42,7 @@ TEST(SetDeleteConstraint, CollectsNothingWithoutProviderOrGroup) {
 }
 
 TEST(SetDeleteConstraint, CollectsNothingWhenTheEntityDoesNotOpen) {
-    CheckedScene scene(kLine);
+    CheckedScene scene(kTiedLine);
     scene.refuseOpen("a");
     EXPECT_EQ(collected(scene), "");
     scene.host().clear();
@@ -54,7 +54,7 @@ TEST(SetDeleteConstraint, StopsWithoutDependenciesOrConstraints) {
     CheckedScene scene("line a 0,0 10,0; dependency a");
     EXPECT_EQ(collected(scene), "");
     EXPECT_EQ(scene.process().journal().count("getDependenciesOnObject"), 1);
-    CheckedScene unreached(kLine);
+    CheckedScene unreached(kTiedLine);
     unreached.process().setServicesUp(false);
     EXPECT_EQ(collected(unreached), "");
     EXPECT_EQ(unreached.process().journal().count("getDependenciesOnObject"), 0);
@@ -79,7 +79,7 @@ TEST(SetDeleteConstraint, SeesConstraintsOnTheCurveOnItsPointsAndInComposites) {
 }
 
 TEST(ExtendUnderFaults, LeavesNothingOpenOnALine) {
-    sweepSoundly(kLine + "; horizontal a.start a.end; composite { coincident a.start b.start; fixed a.start }",
+    sweepSoundly(kTiedLine + "; horizontal a.start a.end; composite { coincident a.start b.start; fixed a.start }",
                  [](Scene& scene) {
                      ConstraintExtendCmdCenter centre;
                      extendLine(scene, "a", centre, {15, 0, 0}, 2);

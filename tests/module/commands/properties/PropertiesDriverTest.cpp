@@ -8,7 +8,7 @@
 namespace holdfast::module {
 namespace {
 
-constexpr const char* kDrawing =
+constexpr const char* kDriverDrawing =
     "circle c centre 9,0 radius 2; line a 0,0 4,0; line b 0,0 0,3; line free 50,0 51,0; polyline p 0,9 4,9;"
     "spline s degree 3 at 0,0 1,1 2,0 3,1; horizontal a; coincident a.start b.start; vertical b; dependency c;"
     "dependency p[1]; dependency s";
@@ -31,7 +31,7 @@ TEST(PropertiesRecorders, RecordNothingWithoutAnEntity) {
 }
 
 TEST(PropertiesPoint, IsRecordedWithACopyOfTheEntity) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     EXPECT_TRUE(palette.point("a", 2, 6, 1));
     EXPECT_EQ(palette.recorded("a"), "kind 1 delta 2,1,0 values 0 0 identity type 1");
     const auto& copy = static_cast<const YxDbLine&>(*palette.record("a").preEditCopy);
@@ -40,7 +40,7 @@ TEST(PropertiesPoint, IsRecordedWithACopyOfTheEntity) {
 }
 
 TEST(PropertiesPoint, ReplacesTheEntitysEarlierRecord) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     palette.point("a", 2, 6, 1);
     palette.point("b", 1, 1, 1);
     EXPECT_TRUE(palette.point("a", 1, -1, 0));
@@ -50,7 +50,7 @@ TEST(PropertiesPoint, ReplacesTheEntitysEarlierRecord) {
 
 TEST(PropertiesPoint, IsRecordedUpToTheToleranceOffThePlane) {
     for (const double z : {0.0, 1e-10, -1e-10}) {
-        Palette palette(kDrawing);
+        Palette palette(kDriverDrawing);
         EXPECT_TRUE(palette.point("a", 1, 1, 2, z)) << z;
         EXPECT_EQ(palette.record("a").delta.z, z);
         EXPECT_EQ(palette.scene.calls("deleteConstraints"), 0);
@@ -59,7 +59,7 @@ TEST(PropertiesPoint, IsRecordedUpToTheToleranceOffThePlane) {
 
 TEST(PropertiesPoint, DeletesTheConstraintsWhenItLiesOffThePlane) {
     for (const double z : {1.0000001e-10, -1.0000001e-10, 5.0, std::numeric_limits<double>::quiet_NaN()}) {
-        Palette palette(kDrawing);
+        Palette palette(kDriverDrawing);
         EXPECT_FALSE(palette.point("a", 1, 1, 2, z)) << z;
         EXPECT_EQ(palette.scene.constraints("near"), "vertical b");
         EXPECT_EQ(palette.recorded("a"), "nothing");
@@ -69,14 +69,14 @@ TEST(PropertiesPoint, DeletesTheConstraintsWhenItLiesOffThePlane) {
 }
 
 TEST(PropertiesPoint, OffThePlaneDeletesWhateverTheProperty) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     EXPECT_FALSE(palette.point("p", 99, 1, 2, 3));
     EXPECT_FALSE(palette.point("a", 99, 1, 2, 3));
     EXPECT_EQ(palette.scene.calls("deleteConstraints"), 2);
 }
 
 TEST(PropertiesPoint, LeavesAnEarlierRecordWhenItIsRefused) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     palette.point("a", 2, 6, 1);
     EXPECT_FALSE(palette.point("a", 2, 1, 2, 3));
     EXPECT_FALSE(palette.point("a", 3, 1, 2));
@@ -84,7 +84,7 @@ TEST(PropertiesPoint, LeavesAnEarlierRecordWhenItIsRefused) {
 }
 
 TEST(PropertiesPoint, NeedsThreeNumbersAndDeletesNothingWithout) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     EXPECT_FALSE(palette.centre.addOriInfo(palette.scene.id("a"), 1, std::vector<double>{}));
     EXPECT_FALSE(palette.centre.addOriInfo(palette.scene.id("a"), 1, std::vector<double>{1, 2}));
     EXPECT_TRUE(palette.centre.addOriInfo(palette.scene.id("a"), 1, std::vector<double>{1, 2, 0, 7}));
@@ -92,7 +92,7 @@ TEST(PropertiesPoint, NeedsThreeNumbersAndDeletesNothingWithout) {
 }
 
 TEST(PropertiesPoint, OfAnEntityWithoutConstraintsIsRefusedAndDeletesNothing) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     EXPECT_FALSE(palette.point("free", 1, 1, 2));
     EXPECT_FALSE(palette.point("free", 1, 1, 2, 3));
     EXPECT_FALSE(palette.value("free", 1, 3.0, 2));
@@ -101,7 +101,7 @@ TEST(PropertiesPoint, OfAnEntityWithoutConstraintsIsRefusedAndDeletesNothing) {
 }
 
 TEST(PropertiesPoint, OfAnObjectThatDoesNotOpenOrIsNoEntityIsRefused) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     palette.scene.addNonEntity("plain");
     EXPECT_FALSE(palette.point("plain", 1, 1, 2));
     EXPECT_FALSE(palette.value("plain", 1, 1.0));
@@ -112,7 +112,7 @@ TEST(PropertiesPoint, OfAnObjectThatDoesNotOpenOrIsNoEntityIsRefused) {
 }
 
 TEST(PropertiesPoint, OfAPolylineOrASplineIsNotForThisOperation) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     EXPECT_FALSE(palette.point("p", 1, 1, 2));
     EXPECT_FALSE(palette.point("s", 2, 1, 2));
     EXPECT_FALSE(palette.value("p", 1, 1.0));
@@ -120,14 +120,14 @@ TEST(PropertiesPoint, OfAPolylineOrASplineIsNotForThisOperation) {
 }
 
 TEST(PropertiesPoint, OfAnEntityThatCannotBeCopiedIsRefused) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     palette.scene.refuse("clone", "a");
     EXPECT_FALSE(palette.point("a", 1, 1, 2));
     EXPECT_EQ(palette.recorded("a"), "nothing");
 }
 
 TEST(PropertiesPoint, IsTheOriginForACoordinateBeyondZ) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     EXPECT_TRUE(palette.value("a", 2, 7.0, 5));
     EXPECT_EQ(palette.recorded("a"), "kind 1 delta -4,0,0 values 0 0 identity type 1");
     EXPECT_EQ(textOf(palette.centre.oriVarConConvertPoint(7.0, -1, {1, 2, 3})), "0,0,0");
@@ -147,7 +147,7 @@ TEST(PropertiesPoint, IsConvertedFromItsCoordinates) {
 }
 
 TEST(PropertiesCoordinate, ReplacesThatOneOfTheOldPoint) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     EXPECT_TRUE(palette.value("b", 2, 5.0, 0));
     EXPECT_EQ(palette.recorded("b"), "kind 1 delta 5,0,0 values 0 0 identity type 1");
     EXPECT_TRUE(palette.value("b", 2, 5.0, 1));
@@ -157,7 +157,7 @@ TEST(PropertiesCoordinate, ReplacesThatOneOfTheOldPoint) {
 }
 
 TEST(PropertiesCoordinate, DeletesTheConstraintsOnlyAsZ) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     EXPECT_TRUE(palette.value("a", 1, 5.0, 0));
     EXPECT_TRUE(palette.value("a", 1, 5.0, 1));
     EXPECT_FALSE(palette.value("a", 1, 1.0000001e-10, 2));
@@ -166,7 +166,7 @@ TEST(PropertiesCoordinate, DeletesTheConstraintsOnlyAsZ) {
 }
 
 TEST(PropertiesScalar, DeletesTheConstraintsWhenReportedAsZ) {
-    Palette palette(kDrawing + std::string("; concentric c c"));
+    Palette palette(kDriverDrawing + std::string("; concentric c c"));
     EXPECT_FALSE(palette.value("c", 2, 5.0, 2));
     EXPECT_EQ(palette.scene.calls("deleteConstraints"), 1);
     EXPECT_EQ(palette.recorded("c"), "nothing");
@@ -174,7 +174,7 @@ TEST(PropertiesScalar, DeletesTheConstraintsWhenReportedAsZ) {
 }
 
 TEST(PropertiesScalar, IsRecordedUnderAnyOtherCoordinate) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     for (const int coordinate : {-1, 0, 1, 3}) {
         EXPECT_TRUE(palette.value("c", 2, 5.0, coordinate)) << coordinate;
         EXPECT_EQ(palette.recorded("c"), "kind 1 delta 0,0,0 values 5 0 identity type 5");
@@ -182,7 +182,7 @@ TEST(PropertiesScalar, IsRecordedUnderAnyOtherCoordinate) {
 }
 
 TEST(PropertiesDeletion, CountsOnlyTheLast) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     palette.point("a", 1, 1, 2, 3);
     palette.point("b", 1, 1, 2, 3);
     EXPECT_EQ(palette.centre.getWithResetDelConsCounts(), 1);
@@ -190,7 +190,7 @@ TEST(PropertiesDeletion, CountsOnlyTheLast) {
 }
 
 TEST(PropertiesCopies, AreFreedWhenTheyWereNeverHandedOver) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     {
         ConstraintPropertiesCmdCenter centre;
         EXPECT_TRUE(centre.addOriInfo(palette.scene.id("a"), 1, 0, 5.0));
@@ -201,7 +201,7 @@ TEST(PropertiesCopies, AreFreedWhenTheyWereNeverHandedOver) {
 }
 
 TEST(PropertiesCopies, AreSharedByACopiedCentre) {
-    Palette palette(kDrawing);
+    Palette palette(kDriverDrawing);
     std::optional<ConstraintPropertiesCmdCenter> first(std::in_place);
     first->addOriInfo(palette.scene.id("a"), 1, 0, 5.0);
     first->addExpanderOriInfo(palette.scene.id("p"), 0, 1, 0, 7.0);

@@ -8,12 +8,12 @@ namespace holdfast::module {
 namespace {
 
 /// Of p only the second segment is constrained: vertices 1 and 2.
-constexpr const char* kDrawing =
+constexpr const char* kExpanderDrawing =
     "spline s degree 3 at 0,0 1,1 2,0 3,1 4,4; line a 0,0 1,0; polyline p 0,9 4,9 4,12 0,12; polyline free 0,20 4,20;"
     "horizontal p[2]; dependency a; fixed s; dependency s";
 
 TEST(PropertiesExpander, CompletesAPolylinesVertexWithItsSecondCoordinate) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     EXPECT_EQ(palette.row("p", 1, 8, 6.0), 1);
     EXPECT_EQ(palette.recorded("p"), "nothing");
     EXPECT_EQ(LvTestAccess::expanderCount(palette.centre), 1);
@@ -24,14 +24,14 @@ TEST(PropertiesExpander, CompletesAPolylinesVertexWithItsSecondCoordinate) {
 }
 
 TEST(PropertiesExpander, TakesTheCoordinatesInEitherOrder) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     EXPECT_EQ(palette.row("p", 1, 5, 10.0), 1);
     EXPECT_EQ(palette.row("p", 1, 4, 3.0), 1);
     EXPECT_EQ(palette.recorded("p"), "kind 1 delta -1,1,0 values 0 0 identity type 2");
 }
 
 TEST(PropertiesExpander, CountsCoordinatesWithoutLookingWhichTheyAre) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     EXPECT_EQ(palette.row("p", 1, 4, 3.0), 1);
     EXPECT_EQ(palette.row("p", 1, 8, 6.0), 1);
     EXPECT_EQ(palette.recorded("p"), "kind 2 delta 2,-12,0 values 0 0 identity type 2");
@@ -45,7 +45,7 @@ TEST(PropertiesExpander, ReadsVertexAndCoordinateFromTheRow) {
 }
 
 TEST(PropertiesExpander, RefusesAVertexThatIsNotConstrained) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     for (const int vertex : {0, 3, 4})
         EXPECT_EQ(palette.row("p", 1, vertex * 4, 6.0), -1) << vertex;
     EXPECT_EQ(LvTestAccess::expanderCount(palette.centre), 0);
@@ -53,14 +53,14 @@ TEST(PropertiesExpander, RefusesAVertexThatIsNotConstrained) {
 }
 
 TEST(PropertiesExpander, RefusesAThirdCoordinateOfAPolyline) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     EXPECT_EQ(palette.row("p", 1, 10, 6.0), -1);
     EXPECT_EQ(palette.row("p", 1, 11, 6.0), -1);
     EXPECT_EQ(LvTestAccess::expanderCount(palette.centre), 0);
 }
 
 TEST(PropertiesExpander, RefusesWithoutConstraintsAnotherPropertyOrAnotherEntity) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     EXPECT_EQ(palette.row("free", 1, 4, 6.0), -1);
     EXPECT_EQ(palette.row("p", 0, 4, 6.0), -1);
     EXPECT_EQ(palette.row("p", 3, 4, 6.0), -1);
@@ -71,13 +71,13 @@ TEST(PropertiesExpander, RefusesWithoutConstraintsAnotherPropertyOrAnotherEntity
 }
 
 TEST(PropertiesExpander, RefusesWhatTheHostSaysNothingAbout) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     palette.scene.host().refuse("polyLineHasAssocConstraintIndex");
     EXPECT_EQ(palette.row("p", 1, 4, 6.0), -1);
 }
 
 TEST(PropertiesExpander, RefusesAPolylineByItsSecondPropertyWhenTheVertexIsComplete) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     EXPECT_EQ(palette.row("p", 2, 4, 6.0), 1);
     EXPECT_EQ(palette.row("p", 2, 5, 6.0), -1);
     EXPECT_EQ(palette.recorded("p"), "nothing");
@@ -85,7 +85,7 @@ TEST(PropertiesExpander, RefusesAPolylineByItsSecondPropertyWhenTheVertexIsCompl
 }
 
 TEST(PropertiesExpander, CompletesAControlPointWithItsThirdCoordinate) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     EXPECT_EQ(palette.row("s", 2, 8, 5.0), 1);
     EXPECT_EQ(palette.row("s", 2, 9, 6.0), 1);
     EXPECT_EQ(palette.recorded("s"), "nothing");
@@ -95,7 +95,7 @@ TEST(PropertiesExpander, CompletesAControlPointWithItsThirdCoordinate) {
 }
 
 TEST(PropertiesExpander, TakesTheControlPointsNumberOfTheLastRow) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     palette.row("s", 2, 8, 5.0);
     palette.row("s", 2, 9, 6.0);
     EXPECT_EQ(palette.row("s", 2, 14, 1e-10), 1);
@@ -104,13 +104,13 @@ TEST(PropertiesExpander, TakesTheControlPointsNumberOfTheLastRow) {
 }
 
 TEST(PropertiesExpander, RefusesAFourthRowOfASpline) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     EXPECT_EQ(palette.row("s", 2, 11, 5.0), -1);
     EXPECT_EQ(LvTestAccess::expanderCount(palette.centre), 0);
 }
 
 TEST(PropertiesExpander, RefusesASplineByItsFirstPropertyWhenThePointIsComplete) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     palette.row("s", 1, 8, 5.0);
     palette.row("s", 1, 9, 6.0);
     EXPECT_EQ(palette.row("s", 1, 10, 0.0), -1);
@@ -119,7 +119,7 @@ TEST(PropertiesExpander, RefusesASplineByItsFirstPropertyWhenThePointIsComplete)
 }
 
 TEST(PropertiesExpander, KeepsThePendingPointAfterADeletion) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     palette.row("s", 2, 8, 5.0);
     palette.row("s", 2, 9, 6.0);
     EXPECT_EQ(palette.row("s", 2, 10, 1.0000001e-10), -1);
@@ -132,7 +132,7 @@ TEST(PropertiesExpander, KeepsThePendingPointAfterADeletion) {
 }
 
 TEST(PropertiesExpander, TakesWhatIsPendingOverToTheNextEntity) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     palette.row("s", 2, 8, 5.0);
     palette.row("s", 2, 9, 6.0);
     palette.row("s", 2, 10, 2.0);
@@ -141,7 +141,7 @@ TEST(PropertiesExpander, TakesWhatIsPendingOverToTheNextEntity) {
 }
 
 TEST(PropertiesExpander, DeletesTheConstraintsForAHeightThatIsNotANumber) {
-    Palette palette(kDrawing);
+    Palette palette(kExpanderDrawing);
     palette.row("s", 2, 8, 5.0);
     palette.row("s", 2, 9, 6.0);
     EXPECT_EQ(palette.row("s", 2, 10, std::numeric_limits<double>::quiet_NaN()), -1);

@@ -5,12 +5,12 @@
 namespace holdfast::module {
 namespace {
 
-constexpr const char* kDrawing =
+constexpr const char* kHandOverDrawing =
     "line b 0,0 0,3; circle c centre 9,0 radius 2; line a 0,0 4,0; line free 50,0 51,0; dependency a; dependency c;"
     "dependency b";
 
 TEST(PropertiesHeader, GetsKindIdsConverterAndCopiesAndKeepsTheRest) {
-    Palette palette(kDrawing);
+    Palette palette(kHandOverDrawing);
     palette.scene.prefill();
     palette.point("a", 2, 6, 1);
     palette.centre.addDataToWork();
@@ -21,7 +21,7 @@ TEST(PropertiesHeader, GetsKindIdsConverterAndCopiesAndKeepsTheRest) {
 }
 
 TEST(PropertiesHeader, GetsEveryRecordInTheOrderOfTheIds) {
-    Palette palette(kDrawing);
+    Palette palette(kHandOverDrawing);
     palette.point("a", 2, 6, 1);
     palette.value("c", 3, 7.0);
     palette.point("b", 1, 1, 0);
@@ -35,7 +35,7 @@ TEST(PropertiesHeader, GetsEveryRecordInTheOrderOfTheIds) {
 }
 
 TEST(PropertiesHeader, IsThatOfTheFirstRecordsGroup) {
-    Palette palette(kDrawing);
+    Palette palette(kHandOverDrawing);
     palette.scene.prefill();
     palette.point("outsider", 1, 1, 0);
     palette.point("a", 2, 6, 1);
@@ -47,7 +47,7 @@ TEST(PropertiesHeader, IsThatOfTheFirstRecordsGroup) {
 }
 
 TEST(PropertiesHeader, StaysUntouchedWithoutARecord) {
-    Palette palette(kDrawing);
+    Palette palette(kHandOverDrawing);
     palette.scene.prefill();
     palette.centre.addDataToWork();
     EXPECT_EQ(palette.scene.changes("near") + palette.scene.changes("far"), "");
@@ -55,7 +55,7 @@ TEST(PropertiesHeader, StaysUntouchedWithoutARecord) {
 }
 
 TEST(PropertiesHeader, StaysUntouchedWhenTheFirstIdIsNull) {
-    Palette palette(kDrawing);
+    Palette palette(kHandOverDrawing);
     palette.point("a", 2, 6, 1);
     LvTestAccess::records(palette.centre)[YxDbObjectId()] = {};
     palette.scene.prefill();
@@ -67,7 +67,7 @@ TEST(PropertiesHeader, StaysUntouchedWithoutAProviderAGroupAHeaderOrAConverter) 
     for (const char* missing :
          {"getConstraintDataProviderLvInstance", "getAssocCons2DGroup", "getAssocConstraintHeader", "createInstance"}) {
         SCOPED_TRACE(missing);
-        Palette palette(kDrawing);
+        Palette palette(kHandOverDrawing);
         palette.scene.prefill();
         palette.point("a", 2, 6, 1);
         palette.scene.host().refuse(missing);
@@ -78,7 +78,7 @@ TEST(PropertiesHeader, StaysUntouchedWithoutAProviderAGroupAHeaderOrAConverter) 
 }
 
 TEST(PropertiesHeader, SkipsARecordWithoutACopyOrConstraints) {
-    Palette palette(kDrawing);
+    Palette palette(kHandOverDrawing);
     palette.point("a", 2, 6, 1);
     palette.point("b", 1, 1, 0);
     palette.value("c", 2, 7.0);
@@ -90,7 +90,7 @@ TEST(PropertiesHeader, SkipsARecordWithoutACopyOrConstraints) {
 }
 
 TEST(PropertiesHeader, KeepsAConverterOfAnotherTypeAndOnlyMissesTheRecords) {
-    Palette palette(kDrawing);
+    Palette palette(kHandOverDrawing);
     LvEvaDataConverter* earlier = LvEvaDataConverterFactory::createInstance(kLengthenEditor);
     palette.scene.header().converter = earlier;
     palette.point("a", 2, 6, 1);
@@ -102,7 +102,7 @@ TEST(PropertiesHeader, KeepsAConverterOfAnotherTypeAndOnlyMissesTheRecords) {
 }
 
 TEST(PropertiesHeader, GetsTheSameRecordsAgainByASecondCallAndFreesTheCopiesOnce) {
-    Palette palette(kDrawing);
+    Palette palette(kHandOverDrawing);
     palette.point("a", 2, 6, 1);
     palette.centre.addDataToWork();
     palette.centre.addDataToWork();
@@ -115,7 +115,7 @@ TEST(PropertiesHeader, GetsTheSameRecordsAgainByASecondCallAndFreesTheCopiesOnce
 }
 
 TEST(PropertiesHeader, OwnsTheCopyOfARecordThatIsReplacedLater) {
-    Palette palette(kDrawing);
+    Palette palette(kHandOverDrawing);
     palette.point("a", 2, 6, 1);
     palette.centre.addDataToWork();
     palette.point("a", 2, 7, 1);
@@ -125,7 +125,7 @@ TEST(PropertiesHeader, OwnsTheCopyOfARecordThatIsReplacedLater) {
 }
 
 TEST(PropertiesStatus, BecomesChangedUnlessItIsAndNothingIsEvaluated) {
-    Palette palette(kDrawing);
+    Palette palette(kHandOverDrawing);
     palette.point("a", 2, 6, 1);
     palette.centre.addDataToWork();
     EXPECT_EQ(palette.scene.process().journal().text({"setStatus"}), "status of near: 1, true, false");
@@ -135,7 +135,7 @@ TEST(PropertiesStatus, BecomesChangedUnlessItIsAndNothingIsEvaluated) {
 }
 
 TEST(PropertiesStatus, IsLeftAloneWhenTheGroupDoesNotOpenAsAGroup) {
-    Palette palette(kDrawing);
+    Palette palette(kHandOverDrawing);
     palette.point("a", 2, 6, 1);
     palette.scene.host().answerOther("openObject", palette.scene.pointer("stranger"), &palette.scene.group("near"));
     palette.centre.addDataToWork();

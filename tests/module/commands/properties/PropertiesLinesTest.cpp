@@ -11,7 +11,7 @@
 namespace holdfast::module {
 namespace {
 
-constexpr const char* kDrawing =
+constexpr const char* kLinesDrawing =
     "xline x 0,5 dir 1,0; ray r 1,1 dir 1,0; line a 0,0 4,0; dependency r; dependency a; dependency x";
 constexpr const char* kFixed = "xline x 0,5 dir 1,0; ray r 1,1 dir 1,0; line a 0,0 4,0; fixed r; fixed a; fixed x";
 
@@ -22,7 +22,7 @@ YxGeMatrix3d turn(double angle, const YxGePoint3d& base) {
 }
 
 TEST(PropertiesLine, MovesItsStartOrItsEnd) {
-    Palette palette(kDrawing);
+    Palette palette(kLinesDrawing);
     EXPECT_TRUE(palette.point("a", 1, 1, 2));
     EXPECT_EQ(palette.recorded("a"), "kind 0 delta 1,2,0 values 0 0 identity type 1");
     EXPECT_TRUE(palette.point("a", 2, 1, 2));
@@ -30,7 +30,7 @@ TEST(PropertiesLine, MovesItsStartOrItsEnd) {
 }
 
 TEST(PropertiesLine, HasNoThirdProperty) {
-    Palette palette(kDrawing);
+    Palette palette(kLinesDrawing);
     EXPECT_FALSE(palette.point("a", 3, 1, 2));
     EXPECT_FALSE(palette.point("a", 0, 1, 2));
     EXPECT_FALSE(palette.value("a", 3, 1.0));
@@ -53,39 +53,39 @@ TEST(PropertiesFixedLine, IsRecordedWithoutAChangeWhenItsEndIsMovedOffIt) {
 }
 
 TEST(PropertiesXline, MovesItsBasePoint) {
-    Palette palette(kDrawing);
+    Palette palette(kLinesDrawing);
     EXPECT_TRUE(palette.point("x", 1, 3, 3));
     EXPECT_EQ(palette.recorded("x"), "kind 0 delta 3,-2,0 values 0 0 identity type 4");
 }
 
 TEST(PropertiesXline, TurnsAboutItsBaseTowardsTheSecondPoint) {
-    Palette palette(kDrawing);
+    Palette palette(kLinesDrawing);
     EXPECT_TRUE(palette.point("x", 2, 0, 9));
     EXPECT_EQ(palette.recorded("x"),
               "kind 1 delta 0,0,0 values 0 0 " + textOf(turn(std::numbers::pi / 2.0, {0, 5, 0})) + " type 4");
 }
 
 TEST(PropertiesXline, HasNoThirdProperty) {
-    Palette palette(kDrawing);
+    Palette palette(kLinesDrawing);
     EXPECT_FALSE(palette.point("x", 3, 3, 3));
     EXPECT_FALSE(palette.point("r", 3, 3, 3));
 }
 
 TEST(PropertiesRay, MovesItsBasePoint) {
-    Palette palette(kDrawing);
+    Palette palette(kLinesDrawing);
     EXPECT_TRUE(palette.value("r", 1, 4.0, 1));
     EXPECT_EQ(palette.recorded("r"), "kind 0 delta 0,3,0 values 0 0 identity type 3");
 }
 
 TEST(PropertiesRay, HasItsSecondPointOneUnitFromItsBase) {
-    Palette palette(kDrawing);
+    Palette palette(kLinesDrawing);
     EXPECT_TRUE(palette.value("r", 2, 2.0, 1));
     EXPECT_EQ(palette.recorded("r"),
               "kind 1 delta 0,0,0 values 0 0 " + textOf(turn(std::numbers::pi / 4.0, {1, 1, 0})) + " type 3");
 }
 
 TEST(PropertiesRay, TurnsCounterclockwiseForAPointOnItsRight) {
-    Palette palette(kDrawing);
+    Palette palette(kLinesDrawing);
     EXPECT_TRUE(palette.point("r", 2, 1, -3));
     const YxGePoint3d turned = palette.record("r").transform * YxGePoint3d(2, 1, 0);
     EXPECT_NEAR(turned.x, 1.0, 1e-15);
@@ -93,7 +93,7 @@ TEST(PropertiesRay, TurnsCounterclockwiseForAPointOnItsRight) {
 }
 
 TEST(PropertiesRay, DoesNotTurnTowardsItsOwnBase) {
-    Palette palette(kDrawing);
+    Palette palette(kLinesDrawing);
     EXPECT_TRUE(palette.point("r", 2, 1, 1));
     EXPECT_EQ(palette.recorded("r"), "kind 1 delta 0,0,0 values 0 0 identity type 3");
 }

@@ -7,24 +7,23 @@
 namespace holdfast::module {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
-constexpr const char* kDrawing =
+constexpr const char* kPlacedDrawing =
     "text t 3,4 rotation 30; mtext m 5,6 rotation 0; point q 1,1; dependency q; horizontal m; horizontal t";
 
-YxGeMatrix3d turn(double angle, const YxGePoint3d& base) {
+YxGeMatrix3d turnAbout(double angle, const YxGePoint3d& base) {
     YxGeMatrix3d matrix;
     return matrix.setToRotation(angle, YxGeVector3d::kZAxis, base);
 }
 
 TEST(PropertiesPosition, OfAPointMovesIt) {
-    Palette palette(kDrawing);
+    Palette palette(kPlacedDrawing);
     EXPECT_TRUE(palette.point("q", 1, 4, 5));
     EXPECT_EQ(palette.recorded("q"), "kind 0 delta 3,4,0 values 0 0 identity type 8");
     EXPECT_FALSE(palette.point("q", 2, 4, 5));
 }
 
 TEST(PropertiesPosition, OfATextIsItsEleventhProperty) {
-    Palette palette(kDrawing);
+    Palette palette(kPlacedDrawing);
     EXPECT_TRUE(palette.point("t", 11, 4, 4));
     EXPECT_EQ(palette.recorded("t"), "kind 0 delta 1,0,0 values 0 0 identity type 9");
     EXPECT_FALSE(palette.point("t", 8, 4, 4));
@@ -32,28 +31,29 @@ TEST(PropertiesPosition, OfATextIsItsEleventhProperty) {
 }
 
 TEST(PropertiesPosition, OfAParagraphIsItsEighthProperty) {
-    Palette palette(kDrawing);
+    Palette palette(kPlacedDrawing);
     EXPECT_TRUE(palette.value("m", 8, 7.0, 0));
     EXPECT_EQ(palette.recorded("m"), "kind 0 delta 2,0,0 values 0 0 identity type 10");
     EXPECT_FALSE(palette.value("m", 11, 7.0, 0));
 }
 
 TEST(PropertiesRotation, TurnsATextByTheDifferenceAboutItsPosition) {
-    Palette palette(kDrawing);
-    EXPECT_TRUE(palette.value("t", 7, kPi / 2.0));
-    EXPECT_EQ(palette.recorded("t"),
-              "kind 7 delta 0,0,0 values 0 0 " + textOf(turn(kPi / 2.0 - kPi / 6.0, {3, 4, 0})) + " type 9");
+    Palette palette(kPlacedDrawing);
+    EXPECT_TRUE(palette.value("t", 7, std::numbers::pi / 2.0));
+    EXPECT_EQ(palette.recorded("t"), "kind 7 delta 0,0,0 values 0 0 " +
+                                         textOf(turnAbout(std::numbers::pi / 2.0 - std::numbers::pi / 6.0, {3, 4, 0})) +
+                                         " type 9");
 }
 
 TEST(PropertiesRotation, TurnsAParagraphAboutItsLocation) {
-    Palette palette(kDrawing);
-    EXPECT_TRUE(palette.value("m", 7, -kPi / 3.0));
+    Palette palette(kPlacedDrawing);
+    EXPECT_TRUE(palette.value("m", 7, -std::numbers::pi / 3.0));
     EXPECT_EQ(palette.recorded("m"),
-              "kind 7 delta 0,0,0 values 0 0 " + textOf(turn(-kPi / 3.0, {5, 6, 0})) + " type 10");
+              "kind 7 delta 0,0,0 values 0 0 " + textOf(turnAbout(-std::numbers::pi / 3.0, {5, 6, 0})) + " type 10");
 }
 
 TEST(PropertiesRotation, NeedsAConstrainedDirection) {
-    Palette palette(kDrawing);
+    Palette palette(kPlacedDrawing);
     palette.scene.host().refuse("checkEntHasGeomType");
     EXPECT_FALSE(palette.value("t", 7, 1.0));
     EXPECT_FALSE(palette.value("m", 7, 1.0));
@@ -62,7 +62,7 @@ TEST(PropertiesRotation, NeedsAConstrainedDirection) {
 }
 
 TEST(PropertiesRotation, AsksForTheKindOneBelowTheProperty) {
-    Palette palette(kDrawing);
+    Palette palette(kPlacedDrawing);
     palette.value("t", 7, 1.0);
     std::string arguments;
     for (const JournalEntry& entry : palette.scene.process().journal().entries())
@@ -72,14 +72,14 @@ TEST(PropertiesRotation, AsksForTheKindOneBelowTheProperty) {
 }
 
 TEST(PropertiesRotation, IsNegatedForATextSeenFromBelow) {
-    Palette palette(kDrawing);
+    Palette palette(kPlacedDrawing);
     palette.scene.add("u", EntityAccess::makeText({.position = {1, 2, 0}, .normal = {0, 0, -1}}));
     palette.scene.add("n", EntityAccess::makeMText({.position = {1, 2, 0}, .normal = {0, 0, -1}}));
     palette.scene.put("near", "u");
     palette.scene.put("near", "n");
     for (const char* name : {"u", "n"}) {
         EXPECT_TRUE(palette.value(name, 7, 0.5));
-        EXPECT_TRUE(palette.record(name).transform.isEqualTo(turn(0.5, {1, 2, 0}))) << name;
+        EXPECT_TRUE(palette.record(name).transform.isEqualTo(turnAbout(0.5, {1, 2, 0}))) << name;
     }
 }
 

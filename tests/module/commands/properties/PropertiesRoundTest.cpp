@@ -8,14 +8,13 @@
 namespace holdfast::module {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
-constexpr const char* kDrawing =
+constexpr const char* kRoundDrawing =
     "ellipse e centre 10,0 major 4,0 ratio 0.5 from 0 to 90; circle c centre 1,2 radius 3;"
     "arc k centre 0,0 radius 5 from 0 to 90; arc d centre 0,0 radius 5 from 0 to 90 down;"
     "dependency d; dependency k; dependency c; dependency e";
 
 TEST(PropertiesCircle, MovesItsCentre) {
-    Palette palette(kDrawing);
+    Palette palette(kRoundDrawing);
     EXPECT_TRUE(palette.point("c", 1, 4, 4));
     EXPECT_EQ(palette.recorded("c"), "kind 0 delta 3,2,0 values 0 0 identity type 5");
 }
@@ -33,7 +32,7 @@ TEST(PropertiesCircle, TurnsEverySizeIntoARadius) {
                           {"area", 5, 3.141592653589793, 1.0},
                           {"area", 5, 12.566370614359172, 2.0}};
     for (const Size& size : sizes) {
-        Palette palette(kDrawing);
+        Palette palette(kRoundDrawing);
         EXPECT_TRUE(palette.value("c", size.property, size.value)) << size.what;
         EXPECT_EQ(palette.record("c").value1, size.radius) << size.what;
         EXPECT_EQ(palette.record("c").changeKind, 1) << size.what;
@@ -42,7 +41,7 @@ TEST(PropertiesCircle, TurnsEverySizeIntoARadius) {
 }
 
 TEST(PropertiesCircle, RefusesASizeThatIsNotAboveZero) {
-    Palette palette(kDrawing);
+    Palette palette(kRoundDrawing);
     for (const int property : {2, 3, 4, 5})
         for (const double value : {0.0, -1.0, std::numeric_limits<double>::quiet_NaN()})
             EXPECT_FALSE(palette.value("c", property, value)) << property << " " << value;
@@ -51,19 +50,19 @@ TEST(PropertiesCircle, RefusesASizeThatIsNotAboveZero) {
 }
 
 TEST(PropertiesCircle, HasNoSixthProperty) {
-    Palette palette(kDrawing);
+    Palette palette(kRoundDrawing);
     EXPECT_FALSE(palette.value("c", 6, 1.0));
     EXPECT_FALSE(palette.value("c", 0, 1.0));
 }
 
 TEST(PropertiesArc, MovesItsCentre) {
-    Palette palette(kDrawing);
+    Palette palette(kRoundDrawing);
     EXPECT_TRUE(palette.value("k", 2, 3.0, 1));
     EXPECT_EQ(palette.recorded("k"), "kind 0 delta 0,3,0 values 0 0 identity type 6");
 }
 
 TEST(PropertiesArc, TakesARadiusAboveZero) {
-    Palette palette(kDrawing);
+    Palette palette(kRoundDrawing);
     EXPECT_FALSE(palette.value("k", 4, 0.0));
     EXPECT_FALSE(palette.value("k", 4, -2.0));
     EXPECT_TRUE(palette.value("k", 4, 2.5));
@@ -71,45 +70,45 @@ TEST(PropertiesArc, TakesARadiusAboveZero) {
 }
 
 TEST(PropertiesArc, MovesItsStartToTheNewAngle) {
-    Palette palette(kDrawing);
-    EXPECT_TRUE(palette.value("k", 5, -kPi / 2.0));
+    Palette palette(kRoundDrawing);
+    EXPECT_TRUE(palette.value("k", 5, -std::numbers::pi / 2.0));
     EXPECT_EQ(palette.record("k").changeKind, 1);
     EXPECT_NEAR(palette.record("k").delta.x, -5.0, 1e-12);
     EXPECT_NEAR(palette.record("k").delta.y, -5.0, 1e-12);
 }
 
 TEST(PropertiesArc, MovesItsEndToTheNewAngle) {
-    Palette palette(kDrawing);
-    EXPECT_TRUE(palette.value("k", 6, kPi));
+    Palette palette(kRoundDrawing);
+    EXPECT_TRUE(palette.value("k", 6, std::numbers::pi));
     EXPECT_EQ(palette.record("k").changeKind, 2);
     EXPECT_NEAR(palette.record("k").delta.x, -5.0, 1e-12);
     EXPECT_NEAR(palette.record("k").delta.y, -5.0, 1e-12);
 }
 
 TEST(PropertiesArc, MeasuresFromMinusXWhenItIsSeenFromBelow) {
-    Palette palette(kDrawing);
+    Palette palette(kRoundDrawing);
     EXPECT_TRUE(palette.value("d", 5, 0.0));
     EXPECT_NEAR(palette.record("d").delta.length(), 0.0, 1e-12);
-    EXPECT_TRUE(palette.value("d", 6, kPi / 2.0));
+    EXPECT_TRUE(palette.value("d", 6, std::numbers::pi / 2.0));
     EXPECT_NEAR(palette.record("d").delta.length(), 0.0, 1e-12);
-    EXPECT_TRUE(palette.value("d", 5, kPi));
+    EXPECT_TRUE(palette.value("d", 5, std::numbers::pi));
     EXPECT_NEAR(palette.record("d").delta.x, 10.0, 1e-12);
 }
 
 TEST(PropertiesArc, HasNoOtherProperties) {
-    Palette palette(kDrawing);
+    Palette palette(kRoundDrawing);
     for (const int property : {0, 1, 3, 7, 8})
         EXPECT_FALSE(palette.value("k", property, 1.0)) << property;
 }
 
 TEST(PropertiesEllipse, MovesItsCentre) {
-    Palette palette(kDrawing);
+    Palette palette(kRoundDrawing);
     EXPECT_TRUE(palette.point("e", 2, 11, 2));
     EXPECT_EQ(palette.recorded("e"), "kind 0 delta 1,2,0 values 0 0 identity type 7");
 }
 
 TEST(PropertiesEllipse, TakesAMajorRadiusDownToTheMinorOne) {
-    Palette palette(kDrawing);
+    Palette palette(kRoundDrawing);
     EXPECT_FALSE(palette.value("e", 4, 1.999));
     EXPECT_FALSE(palette.value("e", 4, 0.0));
     EXPECT_FALSE(palette.value("e", 4, -5.0));
@@ -119,7 +118,7 @@ TEST(PropertiesEllipse, TakesAMajorRadiusDownToTheMinorOne) {
 }
 
 TEST(PropertiesEllipse, TakesAMinorRadiusUpToTheMajorOne) {
-    Palette palette(kDrawing);
+    Palette palette(kRoundDrawing);
     EXPECT_FALSE(palette.value("e", 5, 4.001));
     EXPECT_FALSE(palette.value("e", 5, 0.0));
     EXPECT_TRUE(palette.value("e", 5, 4.0));
@@ -128,7 +127,7 @@ TEST(PropertiesEllipse, TakesAMinorRadiusUpToTheMajorOne) {
 }
 
 TEST(PropertiesEllipse, TurnsARatioBetweenItsLimitsIntoAMinorRadius) {
-    Palette palette(kDrawing);
+    Palette palette(kRoundDrawing);
     EXPECT_FALSE(palette.value("e", 6, 1.0));
     EXPECT_FALSE(palette.value("e", 6, 1e-7));
     EXPECT_TRUE(palette.value("e", 6, 1.0000001e-7));
@@ -137,29 +136,29 @@ TEST(PropertiesEllipse, TurnsARatioBetweenItsLimitsIntoAMinorRadius) {
 }
 
 TEST(PropertiesEllipse, MovesItsStartToTheNewParameter) {
-    Palette palette(kDrawing);
-    EXPECT_TRUE(palette.value("e", 7, kPi));
+    Palette palette(kRoundDrawing);
+    EXPECT_TRUE(palette.value("e", 7, std::numbers::pi));
     EXPECT_EQ(palette.record("e").changeKind, 3);
     EXPECT_NEAR(palette.record("e").delta.x, -8.0, 1e-12);
     EXPECT_NEAR(palette.record("e").delta.y, 0.0, 1e-12);
 }
 
 TEST(PropertiesEllipse, MovesItsEndToTheNewParameter) {
-    Palette palette(kDrawing);
-    EXPECT_TRUE(palette.value("e", 8, -kPi / 2.0));
+    Palette palette(kRoundDrawing);
+    EXPECT_TRUE(palette.value("e", 8, -std::numbers::pi / 2.0));
     EXPECT_EQ(palette.record("e").changeKind, 4);
     EXPECT_NEAR(palette.record("e").delta.x, 0.0, 1e-12);
     EXPECT_NEAR(palette.record("e").delta.y, -4.0, 1e-12);
 }
 
 TEST(PropertiesEllipse, HasNoOtherProperties) {
-    Palette palette(kDrawing);
+    Palette palette(kRoundDrawing);
     for (const int property : {0, 1, 3, 9})
         EXPECT_FALSE(palette.value("e", property, 1.0)) << property;
 }
 
 TEST(PropertiesRound, MeasuresFromTheOriginWhereAnEndCannotBeRead) {
-    Palette palette(kDrawing);
+    Palette palette(kRoundDrawing);
     palette.scene.refuse("getStartPoint", "k");
     EXPECT_TRUE(palette.value("k", 5, 0.0));
     EXPECT_EQ(textOf(palette.record("k").delta), "5,0,0");

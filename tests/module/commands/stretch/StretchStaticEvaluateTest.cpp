@@ -5,7 +5,7 @@
 namespace holdfast::module {
 namespace {
 
-constexpr const char* kDrawing =
+constexpr const char* kStaticDrawing =
     "line b 0,0 0,3; circle f centre 70,0 radius 5; line a 0,0 4,0; dependency a; "
     "dependency b";
 
@@ -14,7 +14,7 @@ LvEvaDataConverter& theOnlyConverter() {
 }
 
 TEST(StretchStaticEvaluate, HandsOverEveryObjectWithoutAnOffset) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStaticDrawing);
     Stretch stretch(scene);
     stretch.object("b", {0}, 5, 0).object("f", {}, 5, 0).object("a", {1}, 5, 0).begin({5, 0, 0});
     stretch.centre.addDataToStaticEvaluate();
@@ -26,7 +26,7 @@ TEST(StretchStaticEvaluate, HandsOverEveryObjectWithoutAnOffset) {
 }
 
 TEST(StretchStaticEvaluate, LeavesItsConverterToTheHost) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStaticDrawing);
     Stretch stretch(scene);
     stretch.object("a", {1}, 5, 0).begin();
     stretch.centre.addDataToStaticEvaluate();
@@ -38,7 +38,7 @@ TEST(StretchStaticEvaluate, LeavesItsConverterToTheHost) {
 }
 
 TEST(StretchStaticEvaluate, LeavesHeaderAndStatusAlone) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStaticDrawing);
     Stretch stretch(scene);
     stretch.object("a", {1}, 5, 0).begin();
     scene.prefill();
@@ -50,7 +50,7 @@ TEST(StretchStaticEvaluate, LeavesHeaderAndStatusAlone) {
 }
 
 TEST(StretchStaticEvaluate, DoesNothingWithoutAConverter) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStaticDrawing);
     Stretch stretch(scene);
     stretch.object("a", {1}, 5, 0).begin();
     scene.host().refuse("createInstance");
@@ -59,7 +59,7 @@ TEST(StretchStaticEvaluate, DoesNothingWithoutAConverter) {
 }
 
 TEST(StretchStaticEvaluate, EvaluatesEvenWithoutObjects) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStaticDrawing);
     ConstraintStretchCmdCenter().addDataToStaticEvaluate();
     EXPECT_EQ(scene.fed(theOnlyConverter()), "evaluate");
     scene.process().endOfCommand();

@@ -5,12 +5,12 @@
 namespace holdfast::module {
 namespace {
 
-constexpr const char* kDrawing =
+constexpr const char* kStepDrawing =
     "polyline p 0,0 10,0 10,10; circle f centre 70,0 radius 5; line b 0,0 0,3; line a 0,0 4,0; polyline g 40,0 50,0;"
     "arc k centre 20,0 radius 5 from 0 to 90; dependency a; dependency b; dependency k; dependency p[1]";
 
 TEST(StretchStep, WritesAllThatTheFirstStepHandsOver) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("a", {1}, 5, 0).object("p", {2, 1}, 5, 0).object("f", {0}, 5, 0).begin({5, 2, 0}, {1, 2, 3});
     scene.prefill();
@@ -27,7 +27,7 @@ TEST(StretchStep, WritesAllThatTheFirstStepHandsOver) {
 }
 
 TEST(StretchStep, SortsPolylinesAndFreeObjectsIntoTheirLists) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("f", {0}, 5, 0).object("p", {2, 1}, 5, 0).object("b", {1}, 5, 0).object("g", {0}, 5, 0).begin();
     stretch.centre.addDataToWork();
@@ -40,7 +40,7 @@ TEST(StretchStep, SortsPolylinesAndFreeObjectsIntoTheirLists) {
 }
 
 TEST(StretchStep, FeedsTheConverterInItsOrder) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("p", {2, 1}, 5, 0).object("f", {3}, 5, 0).object("k", {0}, 5, 0).begin({5, 2, 0});
     stretch.centre.addDataToWork();
@@ -51,7 +51,7 @@ TEST(StretchStep, FeedsTheConverterInItsOrder) {
 }
 
 TEST(StretchStep, LeavesOutAnObjectWithoutStretchedGrips) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("a", {1}, 5, 0).object("b", {}, 5, 0).object("f", {}, 5, 0).object("p", {}, 5, 0).begin();
     stretch.centre.addDataToWork();
@@ -62,7 +62,7 @@ TEST(StretchStep, LeavesOutAnObjectWithoutStretchedGrips) {
 }
 
 TEST(StretchStep, TakesTheKindFromTheSourceAndGoesOnWithoutOne) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("p", {1}, nullptr).object("f", {0}, nullptr).begin();
     stretch.centre.addDataToWork();
@@ -72,7 +72,7 @@ TEST(StretchStep, TakesTheKindFromTheSourceAndGoesOnWithoutOne) {
 }
 
 TEST(StretchStep, RewritesOnlyTransformAndListsLater) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("a", {1}, 5, 0).object("p", {1}, 5, 0).object("f", {0}, 5, 0).begin({5, 0, 0}, {1, 2, 3});
     stretch.centre.addDataToWork();
@@ -89,7 +89,7 @@ TEST(StretchStep, RewritesOnlyTransformAndListsLater) {
 }
 
 TEST(StretchStep, EmptiesTheListsOfAnEarlierStep) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("a", {1}, 5, 0).object("p", {1}, 5, 0).object("f", {0}, 5, 0).begin();
     stretch.centre.addDataToWork();
@@ -103,7 +103,7 @@ TEST(StretchStep, EmptiesTheListsOfAnEarlierStep) {
 }
 
 TEST(StretchStep, WithAForeignConverterCountsAsALaterOne) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("a", {1}, 5, 0).begin({5, 0, 0});
     scene.prefill();
@@ -115,7 +115,7 @@ TEST(StretchStep, WithAForeignConverterCountsAsALaterOne) {
 }
 
 TEST(StretchStep, HasWrittenKindIdsAndStartPointWhenNoConverterCanBeMade) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("a", {1}, 5, 0).begin({5, 0, 0});
     scene.prefill();
@@ -126,7 +126,7 @@ TEST(StretchStep, HasWrittenKindIdsAndStartPointWhenNoConverterCanBeMade) {
 }
 
 TEST(StretchStep, LeavesTheHeaderUntouchedWithoutAConstrainedObject) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("a", {}, 5, 0).object("f", {0}, 5, 0).begin({5, 0, 0});
     scene.prefill();
@@ -136,7 +136,7 @@ TEST(StretchStep, LeavesTheHeaderUntouchedWithoutAConstrainedObject) {
 }
 
 TEST(StretchStep, DoesNothingWhenTheListsDiffer) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("a", {1}, 5, 0).begin();
     stretch.sources().append(nullptr);
@@ -147,7 +147,7 @@ TEST(StretchStep, DoesNothingWhenTheListsDiffer) {
 }
 
 TEST(StretchStep, DoesNothingWithoutAGroupOrAHeader) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     scene.prefill();
     Stretch free(scene);
     free.object("f", {0}, 5, 0).begin().centre.addDataToWork();
@@ -160,7 +160,7 @@ TEST(StretchStep, DoesNothingWithoutAGroupOrAHeader) {
 }
 
 TEST(StretchStep, ServesTheGroupOfTheFirstConstrainedObject) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("f", {0}).object("outsider", {0}).object("a", {1}).begin();
     stretch.centre.addDataToWork();
@@ -170,7 +170,7 @@ TEST(StretchStep, ServesTheGroupOfTheFirstConstrainedObject) {
 }
 
 TEST(StretchStatus, BecomesChangedInEachStepUnlessItIs) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("a", {1}).begin();
     stretch.centre.addDataToWork();
@@ -183,7 +183,7 @@ TEST(StretchStatus, BecomesChangedInEachStepUnlessItIs) {
 }
 
 TEST(StretchInit, SetsTheHeaderBackToItsBeginning) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     scene.remember();
     scene.prefill();
     scene.header().converter = LvEvaDataConverterFactory::createInstance(kAlignEditor);
@@ -197,7 +197,7 @@ TEST(StretchInit, SetsTheHeaderBackToItsBeginning) {
 }
 
 TEST(StretchCopy, HasListsOfItsOwn) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("k", {0}, 5, 0).begin({5, 0, 0}, {1, 2, 3});
     ConstraintStretchCmdCenter copy(stretch.centre);
@@ -210,7 +210,7 @@ TEST(StretchCopy, HasListsOfItsOwn) {
 }
 
 TEST(StretchCopy, OfItselfChangesNothing) {
-    FeedingScene scene(kDrawing);
+    FeedingScene scene(kStepDrawing);
     Stretch stretch(scene);
     stretch.object("k", {0}, 5, 0).begin({5, 0, 0});
     const ConstraintStretchCmdCenter& itself = stretch.centre;
@@ -220,7 +220,7 @@ TEST(StretchCopy, OfItselfChangesNothing) {
 }
 
 TEST(StretchFailures, LeaveNothingOpen) {
-    const int calls = failEachCall(kDrawing, [](const FeedingScene& scene) {
+    const int calls = failEachCall(kStepDrawing, [](const FeedingScene& scene) {
         Stretch stretch(scene);
         stretch.object("p", {1, 2}, 5, 0).object("f", {0}, 5, 0).object("k", {0}, 5, 0).begin({5, 0, 0});
         stretch.centre.addDataToWork();
