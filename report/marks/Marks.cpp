@@ -137,7 +137,7 @@ private:
         Mark mark = traitsOf(m_constraint.type).mark == ConstraintMark::opening ? angle() : lengthMark();
         mark.text = valueText(m_constraint);
         if (mark.text.empty())
-            mark.text = "?";
+            mark.text.push_back('?');
         return mark;
     }
 
