@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
 
+#include "formats/json/JsonReader.h"
 #include "tests/editing/Shorthand.h"
 
 // What a user sees follow an edit.
@@ -67,6 +69,36 @@ TEST(LeastSurpriseEdit, KeepsParallelAndPerpendicularThroughARightAngle) {
             EXPECT_EQ(constraintIds(session.document()), "c0") << degrees;
             EXPECT_NEAR(lengthOf(lineOf(session, "b")), 10.0, 1e-8) << degrees;
         }
+}
+
+Document bracket() {
+    std::ifstream in("examples/drawings/mounting-bracket.json");
+    return formats::readJson(in, "mounting-bracket.json");
+}
+
+/// The entities of which a size is another than before.
+std::string resized(const Session& session) {
+    std::string names;
+    for (const EntityOutcome& entity : session.report().entities)
+        if (!entity.sizes.empty())
+            names += (names.empty() ? "" : " ") + entity.entity;
+    return names;
+}
+
+TEST(LeastSurpriseEdit, ChangesOneLengthForADimensionOnABracket) {
+    for (const char* value : {"54", "10", "5"}) {
+        Session session(bracket());
+        EXPECT_EQ(session.apply("constrain distance base.end rib.end " + std::string(value)).outcome.error, "")
+            << value;
+        EXPECT_EQ(resized(session), "rib") << value;
+    }
+}
+
+TEST(LeastSurpriseEdit, LeavesTheChamferOfABracketOnItsSide) {
+    Session session(bracket());
+    EXPECT_EQ(session.apply("constrain distance base 40").outcome.error, "");
+    EXPECT_NEAR(lineOf(session, "chamfer").start.x, 20.0, 1e-7);
+    EXPECT_NEAR(lineOf(session, "top").start.x, 30.0, 1e-7);
 }
 
 TEST(LeastSurpriseEdit, IsNotStoppedByAPartThatContradictsItself) {

@@ -30,7 +30,7 @@ bool shorten(Stepper& stepper, std::span<const double> step, double factor, std:
     const double before = lengthOf(stepper.residual);
     const std::vector<double> old = stepper.residual;
     for (int i = 0; i <= halvings; ++i, factor *= 0.5) {
-        const std::vector<double> next = moved(x, step, factor);
+        std::vector<double> next = moved(x, step, factor);
         stepper.evaluate(next);
         if (lengthOf(stepper.residual) < (1.0 - sufficient * factor) * before) {
             x = next;

@@ -83,7 +83,7 @@ double Stepper::reach(std::span<const double> step) const {
 bool Stepper::polish(std::vector<double>& x, int most, double aim) {
     double before = largest(residual);
     for (int i = 0; i < most && before > aim; ++i) {
-        const std::vector<double> next = moved(x, roughRestorationStep(), 1.0);
+        std::vector<double> next = moved(x, roughRestorationStep(), 1.0);
         const std::vector<double> old = residual;
         evaluate(next);
         const double now = largest(residual);

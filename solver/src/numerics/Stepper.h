@@ -19,7 +19,11 @@ public:
     std::vector<double> residual;
 
     void linearise(std::span<const double> x) { m_subproblem.linearise(x, residual); }
-    void evaluate(std::span<const double> x) { m_subproblem.evaluate(x, residual); }
+    /// What wishes miss there goes into x.
+    void evaluate(std::vector<double>& x) {
+        m_subproblem.evaluate(x, residual);
+        m_subproblem.absorb(x, residual);
+    }
 
     /// With the rows' squares damped by this part of them, or of their mean where they are next to nothing. False when
     /// there are no factors.

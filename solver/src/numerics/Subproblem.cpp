@@ -26,6 +26,7 @@ Subproblem::Subproblem(EquationSystem& system, std::span<const int> unknowns)
             m_members.push_back({v, column, m_system.links[at(v)].sign, m_system.links[at(v)].offset});
     }
     makePattern();
+    listSlacks();
     m_linear.analyse(m_pattern);
 }
 
@@ -98,6 +99,15 @@ void Subproblem::makePattern() {
     }
 }
 
+void Subproblem::listSlacks() {
+    for (std::size_t i = 0; i < m_equations.size(); ++i) {
+        const Equation& equation = m_system.set.equations[at(m_equations[i])];
+        for (int s = m_firstSlot[i]; equation.slack >= 0 && s < m_firstSlot[i + 1]; ++s)
+            if (m_slots[at(s)].input == equation.inputCount - 1)
+                m_slacks.push_back({equation.slack, m_slots[at(s)].column, m_firstRow[i]});
+    }
+}
+
 std::vector<double> Subproblem::read() const {
     std::vector<double> x;
     x.reserve(m_unknowns.size());
@@ -118,6 +128,14 @@ void Subproblem::evaluate(std::span<const double> x, std::vector<double>& residu
         const Equation& equation = m_system.set.equations[at(m_equations[i])];
         const auto rows = residuals(m_system.set, equation, m_system.values);
         std::copy_n(rows.begin(), equation.rows, residual.begin() + m_firstRow[i]);
+    }
+}
+
+void Subproblem::absorb(std::span<double> x, std::span<double> residual) {
+    for (const Slack& slack : m_slacks) {
+        x[at(slack.column)] += residual[at(slack.row)];
+        m_system.values[at(slack.value)] = x[at(slack.column)];
+        residual[at(slack.row)] = 0.0;
     }
 }
 

@@ -34,7 +34,11 @@ public:
     /// Residuals of all rows, at x, which is written.
     void evaluate(std::span<const double> x, std::vector<double>& residual);
 
-    /// The same and the exact Jacobian, kept until the next call.
+    /// Where sizes are wishes, takes what their rows are off by for what the wishes miss: they hold then, wherever the
+    /// others are. The residual is that of x, which is written.
+    void absorb(std::span<double> x, std::span<double> residual);
+
+    /// The same as evaluate() and the exact Jacobian, kept until the next call.
     void linearise(std::span<const double> x, std::vector<double>& residual);
     std::span<const double> jacobian() const { return m_jacobian; }
     const ColumnPattern& pattern() const { return m_pattern; }
@@ -70,14 +74,21 @@ private:
         double sign, offset;
     };
 
+    /// What a wish misses: one value of its own, and the row that tells it.
+    struct Slack {
+        int value, column, row;
+    };
+
     void collectEquations();
     void makePattern();
+    void listSlacks();
 
     EquationSystem& m_system;
     std::vector<int> m_unknowns;
     std::vector<int> m_equations;
     std::vector<double> m_metric;
     std::vector<Member> m_members;
+    std::vector<Slack> m_slacks;
     std::vector<int> m_entities, m_senses;
     std::vector<int> m_firstRow;   ///< per equation
     std::vector<int> m_firstSlot;  ///< per equation, one more at the end

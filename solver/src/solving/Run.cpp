@@ -107,12 +107,41 @@ bool Run::isUnchanged(const SizeRow& size, double way) const {
 }
 
 /// What constraints have made another size cannot be kept: no unknown is left in it that its row could be solved for.
+bool Run::canBeKept(const SizeRow& size) const {
+    const EquationSystem& s = system();
+    const auto inputs = s.set.inputsOf(s.set.equations[at(size.equation)]);
+    return s.residualOf(size.equation) <= s.tolerance && std::any_of(inputs.begin(), inputs.end(), [&](int v) {
+               return v < s.figureValueCount && s.links[at(v)].unknown >= 0;
+           });
+}
+
 std::vector<char> Run::unchangedSizes() const {
     const double way = longestWay();
-    std::vector<char> canBeKept;
+    std::vector<char> unchanged;
     for (const SizeRow& size : system().sizes)
-        canBeKept.push_back(isUnchanged(size, way) && system().residualOf(size.equation) <= system().tolerance);
-    return canBeKept;
+        unchanged.push_back(isUnchanged(size, way) && canBeKept(size));
+    return unchanged;
+}
+
+std::vector<int> Run::unchangedLengths() const {
+    return lengthsThatAre(true);
+}
+
+std::vector<int> Run::changedLengths() const {
+    return lengthsThatAre(false);
+}
+
+std::vector<int> Run::lengthsThatAre(bool unchanged) const {
+    const double way = longestWay();
+    const auto& sizes = system().sizes;
+    std::vector<int> found;
+    for (int i = 0; i < static_cast<int>(sizes.size()); ++i)
+        if (sizes[at(i)].kind != SizeRow::Kind::turn && canBeKept(sizes[at(i)]) &&
+            isUnchanged(sizes[at(i)], way) == unchanged)
+            found.push_back(i);
+    std::stable_sort(found.begin(), found.end(),
+                     [&](int a, int b) { return m_state.changeOf(sizes[at(a)]) < m_state.changeOf(sizes[at(b)]); });
+    return found;
 }
 
 Run::Changes Run::changes() const {
@@ -220,6 +249,7 @@ bool Run::meetsConstants() {
 
 bool Run::solveParts() {
     std::vector<int> seeds = m_state.violated();
+    m_state.takeSizes();
     seeds.insert(seeds.end(), m_seeds.begin(), m_seeds.end());
     std::vector<char> isSeed(at(system().unknownCount), 0);
     for (const int seed : seeds)

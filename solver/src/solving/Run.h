@@ -46,6 +46,9 @@ public:
 
     /// Sizes that changed by no more than a small part of what moved, so that they may well stay: by their number.
     std::vector<char> unchangedSizes() const;
+    /// The same without the turns, and lengths and bends that changed by more: the least changed first.
+    std::vector<int> unchangedLengths() const;
+    std::vector<int> changedLengths() const;
     /// How many of each kind have changed by more.
     struct Changes {
         int bends = 0, lengths = 0, turns = 0;
@@ -77,6 +80,8 @@ private:
     static EquationSystem systemFor(const SketchData& sketch, const Task& task);
     static SolverState stateFor(const SketchData& sketch, const Task& task);
     bool isUnchanged(const SizeRow& size, double way) const;
+    bool canBeKept(const SizeRow& size) const;
+    std::vector<int> lengthsThatAre(bool unchanged) const;
     void wishEdited();
     bool placeTargets();
     bool meetsConstants();

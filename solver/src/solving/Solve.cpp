@@ -7,6 +7,7 @@
 
 #include "solver/src/diagnosis/Conflict.h"
 #include "solver/src/sketch/Connections.h"
+#include "solver/src/sketch/Corners.h"
 #include "solver/src/sketch/Index.h"
 #include "solver/src/sketch/Measure.h"
 #include "solver/src/solving/Stopwatch.h"
@@ -28,11 +29,17 @@ constexpr double kTurnWeight = 10.0;
 /// nothing nearer could give way.
 constexpr std::size_t kMostShapes = 2000;
 
+/// What a side of a corner that would turn over counts when it turns instead of changing its length, and how often
+/// further corners may turn over then.
+constexpr double kUprightWeight = 1e4;
+constexpr int kMostUpright = 3;
+
 /// The first step on the way, and the smallest one: a hundred small steps are to find what one large one does.
 constexpr double kFirstStep = 0.5, kLeastStep = 1.0 / 128, kNudged = 1.0 / 16;
 
 /// Where a step fails, the sketch is shaken by this part of its size: it may stand where no slope tells the way.
 constexpr double kNudge = 1e-4;
+constexpr int kMostNudges = 3;
 
 /// Unknowns and rows gone through in steps that failed, each once for every iteration, before a way is given up: some
 /// tenths of a second. It is counted and not timed, so that the same edit ends the same way on every machine.
@@ -75,7 +82,10 @@ public:
         m_least = SolverState::kLeast * m_way->leastRatio();
         if (request.keepsShapes && m_isEdit)
             m_trying.keepShapes(shapesAround());
+        m_trying.shun([this](const Answer& answer) { return !turnedOver(answer).empty(); });
     }
+    Solving(const Solving&) = delete;
+    Solving& operator=(const Solving&) = delete;
 
     Answer run() {
         Answer first;
@@ -138,10 +148,30 @@ private:
         return m_trying.keepingShapes(std::move(task));
     }
 
+    /// Where a corner would turn over, its sides are kept from turning if that can be: then they grow or shrink.
     Answer reach(RelaxationLevel level) {
+        Answer answer = reachAsItComes(level);
+        const std::vector<KeptShape> shapes(m_trying.shapes().begin(), m_trying.shapes().end());
+        std::vector<int> over = answer.isSolved() && !shapes.empty() ? turnedOver(answer) : std::vector<int>();
+        for (int i = 0; i < kMostUpright && !over.empty(); ++i) {
+            m_trying.keepUpright(over, kUprightWeight);
+            Answer upright = reachAsItComes(level);
+            if (!upright.isSolved())
+                break;
+            over = turnedOver(upright);
+            if (over.empty())
+                return upright;
+        }
+        m_trying.keepShapes(shapes);
+        return answer;
+    }
+
+    Answer reachAsItComes(RelaxationLevel level) {
         const bool canFollow = m_request.patience != Patience::once && level == RelaxationLevel::exact;
         const bool isLed = m_isEdit && !m_way->isTrivial() && level == RelaxationLevel::exact;
         Answer atOnce = tryKeepingPlaces(task(level, isLed || m_request.patience == Patience::once));
+        if (!isLed && !atOnce.isSolved() && canFollow && m_isEdit && !atOnce.isContradicted)
+            return tryNudged(std::move(atOnce));
         if (!isLed)
             return atOnce.isSolved() || !canFollow ? atOnce : leadDimensions(std::move(atOnce));
         if (atOnce.isContradicted || (atOnce.isSolved() && !isDoubtful(atOnce)))
@@ -152,7 +182,7 @@ private:
         if (!canFollow)
             return carried.isSolved() && !atOnce.isSolved() ? carried : atOnce;
         Answer followed = follow(atOnce.isSolved() ? kNudged : kLeastStep);
-        if (followed.isSolved() && (!atOnce.isSolved() || isReversed(atOnce) || followed.strain < atOnce.strain))
+        if (followed.isSolved() && (!atOnce.isSolved() || isReversed(atOnce) || isLessSurprising(followed, atOnce)))
             return followed;
         if (atOnce.isSolved())
             return atOnce;
@@ -164,6 +194,21 @@ private:
         if (!careful.isSolved() && followed.result.degeneracy)
             careful.result.degeneracy = followed.result.degeneracy;
         return careful;
+    }
+
+    /// An edit that no way leads to may stand where no slope tells one.
+    Answer tryNudged(Answer failed) {
+        if (isSpent(m_request.budget))
+            return failed;
+        Task again = task(RelaxationLevel::exact, true);
+        const std::vector<double> aims = m_work.values;
+        again.aims = aims;
+        for (int number = 0; number < kMostNudges; ++number) {
+            Answer answer = m_trying.from(nudged(aims, number), [&] { return tryKeepingPlaces(again); });
+            if (answer.isSolved())
+                return answer;
+        }
+        return failed;
     }
 
     /// A plain solve that has failed: dimensions that do not hold are led from what they measure.
@@ -191,7 +236,24 @@ private:
     }
 
     bool isDoubtful(const Answer& answer) const {
-        return !answer.keepsPlaces && (answer.isTwisted || isReversed(answer));
+        return (!answer.keepsPlaces && (answer.isTwisted || isReversed(answer))) || !turnedOver(answer).empty();
+    }
+
+    /// Elements at corners that turn to the other side, but for those that the edit itself moves.
+    std::vector<int> turnedOver(const Answer& answer) const {
+        std::vector<int> over = m_corners.turnedOver(m_way->start(), answer.values);
+        if (over.empty())
+            return over;
+        std::vector<int> moved(m_request.edited.begin(), m_request.edited.end());
+        for (const Target& target : m_request.targets)
+            moved.push_back(entityOfValue(m_work, target.value));
+        std::erase_if(over, [&](int number) { return std::find(moved.begin(), moved.end(), number) != moved.end(); });
+        return over;
+    }
+
+    bool isLessSurprising(const Answer& answer, const Answer& other) const {
+        const bool isOver = !turnedOver(answer).empty(), isOtherOver = !turnedOver(other).empty();
+        return isOver != isOtherOver ? isOtherOver : answer.strain < other.strain;
     }
 
     /// Nothing but the edited elements has moved yet.
@@ -228,7 +290,8 @@ private:
         const std::vector<double> aims = m_work.values;
         settling.aims = aims;
         Answer settled = m_trying.from(last.values, [&] { return tryKeepingPlaces(settling); });
-        if (!settled.isSolved() || findReversed(m_work, settled.concerned, last.values, settled.values) >= 0)
+        if (!settled.isSolved() || findReversed(m_work, settled.concerned, last.values, settled.values) >= 0 ||
+            (!turnedOver(settled).empty() && turnedOver(last).empty()))
             return last;
         settled.result.iterations += last.result.iterations;
         return settled;
@@ -294,12 +357,12 @@ private:
         return answer;
     }
 
-    /// Every value a little elsewhere, always in the same way.
-    std::vector<double> nudged(std::vector<double> values) const {
+    /// Every value a little elsewhere, always in the same ways.
+    std::vector<double> nudged(std::vector<double> values, int number = 0) const {
         constexpr double phase = 2.7;  // radians from value to value: no simple part of a turn, so none move alike
         const double most = kNudge * m_work.size();
         for (std::size_t v = 0; v < values.size(); ++v)
-            values[v] += most * std::sin(1.0 + phase * static_cast<double>(v));
+            values[v] += most * std::sin(1.0 + number + phase * static_cast<double>(v));
         for (const SketchEntity& entity : m_work.entities)
             if (entity.fixed)
                 std::copy_n(m_work.values.begin() + entity.firstValue, entity.valueCount,
@@ -348,6 +411,7 @@ private:
     const SolveRequest& m_request;
     SketchData m_work;  ///< the sketch with the dimensions asked for
     Trying m_trying{m_work};
+    Corners m_corners{m_work};
     std::vector<ValueGoal> m_values;
     std::vector<int> m_dimensions;
     std::vector<int> m_named;

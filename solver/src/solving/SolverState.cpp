@@ -172,6 +172,16 @@ double SolverState::changeOf(const SizeRow& size) const {
     return equation.slack >= 0 ? std::abs(m_system.values[at(equation.slack)]) : 0.0;
 }
 
+void SolverState::takeSizes() {
+    for (const SizeRow& size : m_system.sizes) {
+        const Equation& equation = m_system.set.equations[at(size.equation)];
+        if (equation.slack < 0)
+            continue;
+        double& slack = m_system.values[at(equation.slack)];
+        slack += residuals(m_system.set, equation, m_system.values)[0];
+    }
+}
+
 /// Values that constraints make constant take that value at once; what differs by rounding only stays.
 void SolverState::putConstants() {
     for (std::size_t v = 0; v < m_system.values.size(); ++v) {

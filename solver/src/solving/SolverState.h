@@ -67,6 +67,10 @@ public:
     /// By how much a size that is kept differs from what it was, as a length.
     double changeOf(const SizeRow& size) const;
 
+    /// Lets each size that is a wish be what it is where the values are now: then its equation holds there, and only
+    /// the pull of what it was is left. Linear in the sizes.
+    void takeSizes();
+
     /// Unknowns of equations that do not hold, and unknowns whose merged values differ. Linear in the system.
     std::vector<int> violated() const;
 

@@ -1,5 +1,7 @@
 #include "solver/src/solving/Trying.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <limits>
 
 #include "solver/src/solving/Stopwatch.h"
@@ -14,11 +16,25 @@ constexpr int kMostReweighted = 4;
 /// A size that changes by more than this part of itself makes another way worth a look.
 constexpr double kTwisted = 0.5;
 
+/// Tries to keep exactly what weighing alone has not kept, and the unknowns and rows, once for every iteration, that
+/// one of them may have cost for another to follow: a hundredth of a second.
+constexpr int kMostKeeping = 24;
+constexpr long kMostKeepingWork = 30'000;
+
+/// What the sizes that change do more, together, may not be worth that fewer do.
+constexpr double kMostStrain = 2.0;
+
 int countOf(const Run::Changes& changes) {
     return changes.bends + changes.lengths + changes.turns;
 }
 
 }  // namespace
+
+void Trying::keepUpright(std::span<const int> elements, double turnWeight) {
+    for (KeptShape& shape : m_shapes)
+        if (std::binary_search(elements.begin(), elements.end(), shape.entity))
+            shape.turnWeight = turnWeight;
+}
 
 Answer Trying::once(const Task& task) {
     const Stopwatch building;
@@ -39,6 +55,8 @@ Answer Trying::once(const Task& task) {
     }
     if (!task.shapes.empty()) {
         answer.unchangedSizes = run.unchangedSizes();
+        answer.unchangedLengths = run.unchangedLengths();
+        answer.changedLengths = run.changedLengths();
         answer.emphasis = run.emphasis();
         answer.changes = run.changes();
         answer.strain = run.strain();
@@ -66,11 +84,53 @@ Answer Trying::wishing(Task task) {
     return wished;
 }
 
+/// Squares share a change out, and weighing again may end where several sizes hold each other up. So of those that have
+/// changed, the least first, as many as can be stay as they were exactly.
+Answer Trying::changingFewest(Task task, Answer wished) {
+    m_keepingTries = kMostKeeping;
+    const std::vector<int> unchanged = wished.unchangedLengths, changed = wished.changedLengths;
+    if (changed.size() < 2)
+        return wished;
+    task.isFirm.assign(wished.unchangedSizes.size(), 0);
+    keepAlso(task, unchanged, wished, changed.size());
+    const std::span<const int> all(changed);
+    const std::size_t half = changed.size() / 2;
+    keepAlso(task, all.first(half), wished, changed.size() - 1);
+    keepAlso(task, all.subspan(half), wished, changed.size() - 1);
+    return wished;
+}
+
+/// As many of these sizes as can be, those in front first, unless then more lengths than the most change.
+void Trying::keepAlso(Task& task, std::span<const int> sizes, Answer& best, std::size_t most) {
+    if (m_keepingTries <= 0 || sizes.empty())
+        return;
+    --m_keepingTries;
+    const long before = m_work;
+    Task firm = task;
+    for (const int size : sizes)
+        firm.isFirm[static_cast<std::size_t>(size)] = 1;
+    Answer kept = from(best.values, [&] { return once(firm); });
+    if (m_work - before > kMostKeepingWork)
+        m_keepingTries = 0;
+    if (kept.isSolved() && kept.changedLengths.size() <= std::min(most, best.changedLengths.size()) &&
+        kept.strain <= kMostStrain * best.strain && (!m_isShunned || !m_isShunned(kept) || m_isShunned(best))) {
+        task = std::move(firm);
+        best = std::move(kept);
+        return;
+    }
+    if (sizes.size() == 1)
+        return;
+    keepAlso(task, sizes.first(sizes.size() / 2), best, most);
+    keepAlso(task, sizes.subspan(sizes.size() / 2), best, most);
+}
+
 Answer Trying::keepingShapes(Task task) {
     if (m_shapes.empty())
         return once(task);
     const bool isQuick = std::exchange(task.isQuick, true);
     task.shapes = m_shapes;
+    const std::vector<double> aims(task.aims.empty() ? m_sketch.values
+                                                     : std::vector<double>(task.aims.begin(), task.aims.end()));
     Answer wished = wishing(task);
     if (!wished.isSolved()) {
         if (wished.isContradicted)
@@ -80,7 +140,15 @@ Answer Trying::keepingShapes(Task task) {
         Answer bare = once(task);
         bare.isTwisted = true;
         bare.strain = std::numeric_limits<double>::max();
-        return bare;
+        if (!bare.isSolved())
+            return bare;
+        // Wishes bar many ways to a solution, but not those from one to the next.
+        task.isQuick = true;
+        task.shapes = m_shapes;
+        task.aims = aims;
+        wished = from(bare.values, [&] { return wishing(task); });
+        if (!wished.isSolved())
+            return bare;
     }
     if (!wished.isBent)
         return wished;
@@ -92,9 +160,8 @@ Answer Trying::keepingShapes(Task task) {
         if (Answer other = wishing(again); other.isSolved() && other.changes < wished.changes)
             wished = std::move(other);
     }
-    const std::vector<double> aims(task.aims.empty() ? m_sketch.values
-                                                     : std::vector<double>(task.aims.begin(), task.aims.end()));
     task.aims = aims;
+    wished = changingFewest(task, std::move(wished));
     task.isFirm = wished.unchangedSizes;
     Answer firm = from(wished.values, [&] { return once(task); });
     return firm.isSolved() ? firm : wished;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <utility>
 
 #include "solver/src/Uses.h"
@@ -12,6 +13,7 @@ struct Answer {
     SolveResult result;
     std::vector<double> values, metric;
     std::vector<char> unchangedSizes;
+    std::vector<int> unchangedLengths, changedLengths;
     std::vector<double> emphasis;
     Run::Changes changes;
     bool leavesBroken = false;  ///< something that the edit does not concern does not hold
@@ -34,6 +36,11 @@ public:
     /// From now on, the shapes that keepingShapes() looks after, ascending.
     void keepShapes(std::vector<KeptShape> shapes) { m_shapes = std::move(shapes); }
     std::span<const KeptShape> shapes() const { return m_shapes; }
+    /// From now on a turn of these elements, ascending, counts this much in their shapes.
+    void keepUpright(std::span<const int> elements, double turnWeight);
+
+    /// What no other answer is to be exchanged for only because fewer sizes change.
+    void shun(std::function<bool(const Answer&)> isShunned) { m_isShunned = std::move(isShunned); }
 
     /// The sketch with other values, for as long as a try takes.
     template <class Try>
@@ -57,12 +64,16 @@ public:
 
 private:
     Answer wishing(Task task);
+    Answer changingFewest(Task task, Answer wished);
+    void keepAlso(Task& task, std::span<const int> sizes, Answer& best, std::size_t most);
     std::vector<KeptShape> unturned() const;
 
     SketchData& m_sketch;
     std::vector<KeptShape> m_shapes;
+    std::function<bool(const Answer&)> m_isShunned;
     double m_secondsBuilding = 0.0;
     long m_work = 0;
+    int m_keepingTries = 0;  ///< that are left
 };
 
 }  // namespace holdfast::solver::detail
