@@ -209,6 +209,51 @@ struct Draw {
     friend bool operator==(const Draw&, const Draw&) = default;
 };
 
+/// Shifts entities; what is tied to them follows.
+struct Move {
+    std::vector<Name> entities;  ///< each once
+    Vec2 by;                     ///< not 0,0
+    friend bool operator==(const Move&, const Move&) = default;
+};
+
+/// Copies in a row.
+struct CopyRow {
+    Vec2 by;                 ///< from one to the next; not 0,0
+    Sourced<int> times = 1;  ///< so many beside what is there already; 1 or more
+    friend bool operator==(const CopyRow&, const CopyRow&) = default;
+};
+
+/// A row of copies, or that row, with the originals, once more so many times.
+struct CopyGrid {
+    CopyRow row;
+    std::optional<CopyRow> rows{};
+    friend bool operator==(const CopyGrid&, const CopyGrid&) = default;
+};
+
+/// Copies that are turned about a point, each by the same angle more.
+struct CopyRing {
+    Vec2 about;
+    double degrees = 0.0;
+    Sourced<int> times = 1;  ///< so many beside the originals; 1 or more
+    friend bool operator==(const CopyRing&, const CopyRing&) = default;
+};
+
+/// Adds copies of entities. Each has a copy of the constraints and dimensions among the originals, as far as they hold
+/// of it, and none of those that tie the originals to others.
+struct Copy {
+    std::vector<Name> entities;  ///< each once
+    std::variant<CopyGrid, CopyRing> to;
+    friend bool operator==(const Copy&, const Copy&) = default;
+};
+
+/// Makes entities larger or smaller about a point. Dimensions among them are scaled, too; what is tied to them follows.
+struct Scale {
+    std::vector<Name> entities;  ///< each once
+    Vec2 about;
+    Sourced<double> factor = 1.0;  ///< above 0, not 1
+    friend bool operator==(const Scale&, const Scale&) = default;
+};
+
 /// Takes the last edit back that was done.
 struct Undo {
     friend bool operator==(const Undo&, const Undo&) = default;
@@ -220,8 +265,8 @@ struct Redo {
 };
 
 /// Any editing command.
-using Edit =
-    std::variant<Break, Trim, Extend, Fillet, FilletCorner, FilletSegments, Join, Lengthen, Stretch, Mirror, Align,
-                 Rotate, Drag, Set, SetDimension, SetDriving, Constrain, Delete, Erase, Draw, Undo, Redo>;
+using Edit = std::variant<Break, Trim, Extend, Fillet, FilletCorner, FilletSegments, Join, Lengthen, Stretch, Mirror,
+                          Align, Rotate, Drag, Set, SetDimension, SetDriving, Constrain, Delete, Erase, Draw, Move,
+                          Copy, Scale, Undo, Redo>;
 
 }  // namespace holdfast::editing

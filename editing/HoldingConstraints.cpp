@@ -10,12 +10,16 @@
 
 namespace holdfast::editing {
 
-void addHolding(Drawing& drawing, const Document& document, std::size_t firstNew) {
+std::vector<std::size_t> addHolding(Drawing& drawing, const Document& document, std::size_t firstNew) {
     const std::vector<double> misses = DocumentSketch(document).shortfalls();
     const double holds = kHolds * drawing.extent();
+    std::vector<std::size_t> leftOut;
     for (std::size_t i = firstNew; i < document.constraints.size(); ++i)
         if (misses[i] <= holds)
             drawing.addConstraint(document.constraints[i]);
+        else
+            leftOut.push_back(i);
+    return leftOut;
 }
 
 namespace {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <vector>
 
 #include "editing/Uses.h"
 #include "hosting/Drawing.h"
@@ -11,7 +12,8 @@ struct EditContext;
 
 /// Adds the constraints of a document from one on that hold in it; the others are left out. The document is a part of
 /// the drawing as it is, but for these constraints. Linear in it.
-void addHolding(Drawing& drawing, const Document& document, std::size_t firstNew);
+/// @return the numbers of those that were left out, ascending
+std::vector<std::size_t> addHolding(Drawing& drawing, const Document& document, std::size_t firstNew);
 
 /// Puts back what the module has deleted although it still holds where it is now: dimensions, which are the host's to
 /// judge, and what went at once without having been collected, but for what tied two segments of one polyline to each

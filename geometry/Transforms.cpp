@@ -131,6 +131,10 @@ PlaneTransform rotation(Vec2 centre, double angle) {
     return turned(direction(angle), 1.0, centre, centre);
 }
 
+PlaneTransform scaling(Vec2 centre, double factor) {
+    return turned({1.0, 0.0}, factor, centre, centre);
+}
+
 PlaneTransform reflection(Vec2 first, Vec2 second) {
     requireApart(first, second, "the points of the mirror line");
     const Vec2 along = unit(second - first);

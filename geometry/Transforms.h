@@ -25,6 +25,9 @@ PlaneTransform translation(Vec2 by);
 /// A turn about a point, counter-clockwise in radians. Quarter turns are exact.
 PlaneTransform rotation(Vec2 centre, double angle);
 
+/// Multiplies all distances from a point by a factor above 0.
+PlaneTransform scaling(Vec2 centre, double factor);
+
 /// The reflection in the line through two points; GeometryError when they are one point.
 PlaneTransform reflection(Vec2 first, Vec2 second);
 

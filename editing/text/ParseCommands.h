@@ -25,6 +25,9 @@ Edit parseConstrain(EditText& text);
 Edit parseDelete(EditText& text);
 Edit parseDraw(EditText& text);
 Edit parseErase(EditText& text);
+Edit parseMove(EditText& text);
+Edit parseCopy(EditText& text);
+Edit parseScale(EditText& text);
 Edit parseUndo(EditText& text);
 Edit parseRedo(EditText& text);
 

@@ -10,7 +10,8 @@ namespace holdfast::editing {
 namespace {
 
 /// Words that stand where a name could stand.
-constexpr std::array<std::string_view, 7> kKeywords{"about", "from", "by", "corner", "segments", "anyway", "as"};
+constexpr std::array<std::string_view, 8> kKeywords{"about",  "around",   "from",   "by",
+                                                    "corner", "segments", "anyway", "as"};
 
 bool isNumber(std::string_view name) {
     double value = 0.0;
@@ -127,6 +128,20 @@ struct FigureWriter {
     }
 };
 
+std::string timesOf(const Sourced<int>& times) {
+    return times.value == 1 ? "" : " times " + textOf(times.value);
+}
+
+struct ArrayWriter {
+    std::string operator()(const CopyGrid& grid) const {
+        return row(grid.row) + (grid.rows ? " and" + row(*grid.rows) : "");
+    }
+    std::string operator()(const CopyRing& ring) const {
+        return " around " + textOf(ring.about) + " by " + textOf(ring.degrees) + timesOf(ring.times);
+    }
+    static std::string row(const CopyRow& each) { return " by " + textOf(each.by) + timesOf(each.times); }
+};
+
 struct Writer {
     std::string operator()(const Break& e) const {
         return "break " + textOf(e.entity) + " at " + textOf(e.from) + (e.to ? " to " + textOf(*e.to) : "");
@@ -192,6 +207,13 @@ struct Writer {
     std::string operator()(const Erase& e) const { return "erase " + textOf(e.entities); }
     std::string operator()(const Draw& e) const {
         return "draw " + std::visit(FigureWriter(), e.figure) + (e.construction ? " construction" : "") + named(e.as);
+    }
+    std::string operator()(const Move& e) const { return "move " + textOf(e.entities) + " by " + textOf(e.by); }
+    std::string operator()(const Copy& e) const {
+        return "copy " + textOf(e.entities) + std::visit(ArrayWriter(), e.to);
+    }
+    std::string operator()(const Scale& e) const {
+        return "scale " + textOf(e.entities) + " about " + textOf(e.about) + " by " + textOf(e.factor.value);
     }
     std::string operator()(const Undo&) const { return "undo"; }
     std::string operator()(const Redo&) const { return "redo"; }

@@ -23,6 +23,8 @@ struct Move {
 
 std::vector<Move> moves() {
     return {{"drag % by 3,2", translation({3, 2})},
+            {"move % by 3,2", translation({3, 2})},
+            {"scale % about 1,2 by 2.5", scaling({1, 2}, 2.5)},
             {"drag % by 3,2 steps 3", translation({3, 2})},
             {"align % from 1,1 to 4,-1", translation({3, -2})},
             {"align % from 0,0 1,0 to 2,0 2,3", alignment({0, 0}, {1, 0}, {2, 0}, {2, 3}, false)},

@@ -36,9 +36,10 @@ Vec2 anyPoint() {
 /// Every sign, and the words that mean something else in an edit.
 Name anyName() {
     if (toss())
-        return oneOfThese<std::string>({"g1",     "about", "from",  "to",    "by", "at", "corner", "segments",
-                                        "radius", "keep",  "scale", "steps", "x",  "y",  "1,2",    "undo",
-                                        "a.end",  "a b",   "\\",    "\"",    "",   "#"});
+        return oneOfThese<std::string>({"g1",       "about",  "from",   "to",    "by",   "at",    "corner",
+                                        "segments", "radius", "around", "times", "and",  "keep",  "scale",
+                                        "steps",    "x",      "y",      "1,2",   "undo", "a.end", "a b",
+                                        "\\",       "\"",     "",       "#"});
     return *rc::gen::container<std::string>(rc::gen::inRange<char>(1, 127));
 }
 
@@ -152,6 +153,19 @@ Figure anyFigure() {
     }
 }
 
+CopyRow anyRow() {
+    return {anyPoint(), *rc::gen::inRange(-5, 2000)};
+}
+
+Edit anyCopy() {
+    Copy edit{.entities = anyNames(), .to = {}};
+    if (toss())
+        edit.to = CopyRing{anyPoint(), anyNumber(), *rc::gen::inRange(-5, 2000)};
+    else
+        edit.to = CopyGrid{anyRow(), toss() ? std::optional(anyRow()) : std::nullopt};
+    return edit;
+}
+
 Edit anyEdit() {
     static const std::array<Edit (*)(), std::variant_size_v<Edit>> makers{
         [] {
@@ -197,6 +211,13 @@ Edit anyEdit() {
         [] { return Edit(Erase{anyNames()}); },
         [] {
             return Edit(Draw{anyFigure(), toss(), toss() ? anyName() : Name()});
+        },
+        [] {
+            return Edit(Move{anyNames(), anyPoint()});
+        },
+        [] { return anyCopy(); },
+        [] {
+            return Edit(Scale{anyNames(), anyPoint(), anyNumber()});
         },
         [] { return Edit(Undo{}); },
         [] { return Edit(Redo{}); },

@@ -62,10 +62,11 @@ bool meet(const Shape& a, const Shape& b) {
 
 std::string RandomEdits::next(const Document& document) {
     using Maker = std::string (RandomEdits::*)(const Document&);
-    static constexpr std::array<Maker, 12> makers{
+    static constexpr std::array<Maker, 15> makers{
         &RandomEdits::breakEdit, &RandomEdits::trimEdit,     &RandomEdits::extendEdit,  &RandomEdits::filletEdit,
         &RandomEdits::joinEdit,  &RandomEdits::lengthenEdit, &RandomEdits::stretchEdit, &RandomEdits::mirrorEdit,
-        &RandomEdits::alignEdit, &RandomEdits::rotateEdit,   &RandomEdits::dragEdit,    &RandomEdits::setEdit};
+        &RandomEdits::alignEdit, &RandomEdits::rotateEdit,   &RandomEdits::dragEdit,    &RandomEdits::setEdit,
+        &RandomEdits::moveEdit,  &RandomEdits::copyEdit,     &RandomEdits::scaleEdit};
     if (chance(0.1))
         return chance(0.7) ? "undo" : "redo";
     for (int tries = 0; tries < 20; ++tries) {
@@ -269,6 +270,31 @@ std::string RandomEdits::setEdit(const Document& document) {
             return edit + " " + number(between(0.1, 1.0));
     }
     return edit;
+}
+
+std::string RandomEdits::someEntities(const Document& document) {
+    const Entity& entity = anyEntity(document);
+    std::string names = entity.id;
+    const Entity& partner = partnerOf(document, entity);
+    return chance(0.5) && partner.id != entity.id ? names + " " + partner.id : names;
+}
+
+std::string RandomEdits::moveEdit(const Document& document) {
+    return "move " + someEntities(document) + " by " + vector(0.2 * sizeOf(anyEntity(document).shape));
+}
+
+/// Few copies: a session of many edits is not to grow without end.
+std::string RandomEdits::copyEdit(const Document& document) {
+    const std::string names = "copy " + someEntities(document);
+    const double size = sizeOf(anyEntity(document).shape);
+    if (chance(0.5))
+        return names + " around " + vector(size) + " by " + (chance(0.5) ? "90" : number(between(-180, 180)));
+    return names + " by " + vector(size) + (chance(0.2) ? " times 2 and by " + vector(size) : "");
+}
+
+std::string RandomEdits::scaleEdit(const Document& document) {
+    return "scale " + someEntities(document) + " about " + vector(sizeOf(anyEntity(document).shape)) + " by " +
+           number(between(0.5, 2.0));
 }
 
 }  // namespace holdfast::editing

@@ -30,6 +30,11 @@ private:
     std::string rotateEdit(const Document& document);
     std::string dragEdit(const Document& document);
     std::string setEdit(const Document& document);
+    std::string moveEdit(const Document& document);
+    std::string copyEdit(const Document& document);
+    std::string scaleEdit(const Document& document);
+    /// One name or two, with blanks between them.
+    std::string someEntities(const Document& document);
 
     double share() { return std::uniform_real_distribution<double>(0.0, 1.0)(m_random); }
     double between(double low, double high) { return low + (high - low) * share(); }

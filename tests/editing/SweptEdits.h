@@ -62,7 +62,10 @@ inline const std::vector<std::string>& sweptEdits() {
                                                    "constrain distance beam 12 as span",
                                                    "delete c5 c7",
                                                    "draw circle 3,3 radius 1 as hole",
-                                                   "erase post"};
+                                                   "erase post",
+                                                   "move right by 2,0",
+                                                   "copy post beam by 0,30 times 2",
+                                                   "scale post beam about 0,20 by 2"};
     return edits;
 }
 

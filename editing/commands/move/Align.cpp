@@ -1,8 +1,5 @@
-#include "commands/align/ConstraintAlignCmdCenter.h"
 #include "editing/Commands.h"
-#include "editing/Evaluation.h"
-#include "editing/commands/move/FixedPlaces.h"
-#include "editing/commands/move/MirroredConstraints.h"
+#include "editing/commands/move/Aligning.h"
 #include "editing/commands/move/Moving.h"
 
 namespace holdfast::editing {
@@ -24,22 +21,7 @@ void require(const Align& edit, const Drawing& drawing) {
 }
 
 void perform(const Align& edit, EditContext& context) {
-    const std::vector<std::string> names = requireSelection(context.drawing, edit.entities, "from");
-    const PlaneTransform transform = transformOf(edit);
-    context.edited = names;
-    refuseMovingFixed(context, names, transform);
-    ConstraintAlignCmdCenter centre;
-    centre.seperateObjectes(idsOf(context, names));
-    centre.updateCenterMat(matrixOf(transform));
-    if (centre.getAssocObjs().isEmpty()) {
-        for (const std::string& name : names)
-            moveEntity(context, name, transform);
-        return;
-    }
-    turnMeasures(context.drawing, names, transform);
-    centre.addDataToWork();
-    evaluate(context);
-    refuseLess(context);
+    alignBy(context, requireSelection(context.drawing, edit.entities, "from"), transformOf(edit));
 }
 
 }  // namespace holdfast::editing

@@ -2,31 +2,13 @@
 
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
+#include "editing/commands/move/Copying.h"
 #include "editing/commands/move/FixedPlaces.h"
-#include "editing/commands/move/MirroredConstraints.h"
 #include "editing/commands/move/Moving.h"
+#include "editing/commands/move/TransformedConstraints.h"
 #include "hosting/HostShapes.h"
 
 namespace holdfast::editing {
-
-namespace {
-
-/// Copies are new geometry with the constraints that hold among the originals.
-void addMirrored(const EditContext& context, const std::vector<std::string>& names, const PlaneTransform& mirror) {
-    std::unordered_map<std::string, std::string> copies;
-    for (const std::string& name : names) {
-        Shape image = transformed(context.drawing.shape(name), mirror);
-        if (auto* polyline = std::get_if<PolylineShape>(&image))
-            polyline->ids.assign(polyline->vertices.size(), 0);
-        copies.emplace(name, context.drawing.add(image, name));
-    }
-    copyConstraints(context.drawing, copies, mirror);
-    for (const auto& [name, copy] : copies)
-        if (std::holds_alternative<PolylineShape>(context.drawing.shape(copy)))
-            context.drawing.tieCorners(copy);
-}
-
-}  // namespace
 
 void require(const Mirror& edit, const Drawing& drawing) {
     requireSelection(drawing, edit.entities, "about");
@@ -36,8 +18,10 @@ void require(const Mirror& edit, const Drawing& drawing) {
 void perform(const Mirror& edit, EditContext& context) {
     const std::vector<std::string> names = requireSelection(context.drawing, edit.entities, "about");
     const PlaneTransform mirror = reflection(edit.first, edit.second);
-    if (edit.keep)
-        return addMirrored(context, names, mirror);
+    if (edit.keep) {
+        addCopies(context.drawing, names, CopiedConstraints(context.drawing, names), mirror);
+        return;
+    }
     context.edited = names;
     refuseMovingFixed(context, names, mirror);
     turnMeasures(context.drawing, names, mirror);

@@ -17,16 +17,22 @@ bool isArc(const Shape& shape) {
 
 }  // namespace
 
-std::vector<std::string> requireSelection(const Drawing& drawing, const std::vector<Name>& entities,
-                                          std::string_view end) {
-    requireEntities(drawing, entities, {&end, end.empty() ? 0u : 1u});
+std::vector<std::string> requireOnce(const Drawing& drawing, const std::vector<Name>& entities,
+                                     std::span<const std::string_view> ends) {
+    requireEntities(drawing, entities, ends);
     std::unordered_set<std::string_view> seen;
-    for (const Name& name : entities) {
+    for (const Name& name : entities)
         if (!seen.insert(name.value).second)
             throw EditError(name.value + " is named twice; name each entity once");
-        refuseFixed(drawing, name.value);
-    }
     return valuesOf(entities);
+}
+
+std::vector<std::string> requireSelection(const Drawing& drawing, const std::vector<Name>& entities,
+                                          std::string_view end) {
+    std::vector<std::string> names = requireOnce(drawing, entities, {&end, end.empty() ? 0u : 1u});
+    for (const std::string& name : names)
+        refuseFixed(drawing, name);
+    return names;
 }
 
 YxGeMatrix3d matrixOf(const PlaneTransform& transform) {

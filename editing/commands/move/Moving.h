@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,10 @@ namespace holdfast::editing {
 /// list in an edit's text.
 std::vector<std::string> requireSelection(const Drawing& drawing, const std::vector<Name>& entities,
                                           std::string_view end = {});
+
+/// The entities that a command works on: each named once. `ends` are the words that end their list in an edit's text.
+std::vector<std::string> requireOnce(const Drawing& drawing, const std::vector<Name>& entities,
+                                     std::span<const std::string_view> ends = {});
 
 /// The transform as the host has it: the drawing plane is its xy plane, z scales alike.
 YxGeMatrix3d matrixOf(const PlaneTransform& transform);

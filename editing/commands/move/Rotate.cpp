@@ -5,8 +5,8 @@
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
 #include "editing/commands/move/FixedPlaces.h"
-#include "editing/commands/move/MirroredConstraints.h"
 #include "editing/commands/move/Moving.h"
+#include "editing/commands/move/TransformedConstraints.h"
 #include "geometry/Angles.h"
 
 namespace holdfast::editing {

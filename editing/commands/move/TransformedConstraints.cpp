@@ -1,11 +1,10 @@
-#include "editing/commands/move/MirroredConstraints.h"
+#include "editing/commands/move/TransformedConstraints.h"
 
 #include <algorithm>
 #include <cmath>
 #include <unordered_set>
 #include <utility>
 
-#include "document/EntityIndex.h"
 #include "editing/HoldingConstraints.h"
 #include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
@@ -55,8 +54,10 @@ bool isDirection(const Constraint& constraint, const EntityIndex& entities) {
     return !std::holds_alternative<ArcShape>(entity->shape);
 }
 
-double directionAfter(const Constraint& constraint, const PlaneTransform& mirror) {
-    return std::remainder(mirror.angleAfter(constraint.value.value()), kTurn);
+double directionAfter(const Constraint& constraint, const PlaneTransform& transform) {
+    const double before = constraint.value.value();
+    const bool turns = transform.mirrors || transform.angleAfter(0.0) != 0.0;
+    return turns ? std::remainder(transform.angleAfter(before), kTurn) : before;
 }
 
 /// The value of a signed dimension on the same places; nothing for what the transform leaves, or cannot express so.
@@ -74,16 +75,16 @@ std::optional<double> valueAfter(const Constraint& constraint, const PlaneTransf
     return std::nullopt;
 }
 
-/// What the constraint says of the reflected entities. The sense of signed dimensions turns with the order of places,
+/// What the constraint says of the transformed entities. The sense of signed dimensions turns with the order of places,
 /// so that the copy shows the same number.
-Constraint turned(Constraint constraint, const PlaneTransform& mirror, const EntityIndex& entities) {
-    const AxisImages images = axisImages(mirror);
+Constraint turned(Constraint constraint, const PlaneTransform& transform, const EntityIndex& entities) {
+    const AxisImages images = axisImages(transform);
     const bool isDistance =
         constraint.type == ConstraintType::distanceX || constraint.type == ConstraintType::distanceY;
     const double sense = constraint.type == ConstraintType::distanceX ? images.x : images.y;
-    const bool turnsAngle = constraint.type == ConstraintType::angle && constraint.refs.size() > 1;
+    const bool turnsAngle = transform.mirrors && constraint.type == ConstraintType::angle && constraint.refs.size() > 1;
     if (isDirection(constraint, entities))
-        constraint.value = directionAfter(constraint, mirror);
+        constraint.value = directionAfter(constraint, transform);
     if (turnsAngle || (isDistance && sense < 0.0))
         std::swap(constraint.refs[0], constraint.refs[1]);
     if (images.change && isAlongAxis(constraint.type))
@@ -91,48 +92,59 @@ Constraint turned(Constraint constraint, const PlaneTransform& mirror, const Ent
     return constraint;
 }
 
-/// Reflected arcs run counter-clockwise again: they start where the original ends.
-Place placeOnCopy(Place place, const std::string& copy, const EntityIndex& entities) {
-    const Shape& shape = entities.find(place.entity)->shape;
-    if (std::holds_alternative<ArcShape>(shape) || std::holds_alternative<EllipticalArcShape>(shape)) {
-        if (place.kind == PlaceKind::start)
-            place.kind = PlaceKind::end;
-        else if (place.kind == PlaceKind::end)
-            place.kind = PlaceKind::start;
-    }
-    place.entity = copy;
-    return place;
+PlaceKind otherEnd(PlaceKind kind) {
+    if (kind == PlaceKind::start)
+        return PlaceKind::end;
+    return kind == PlaceKind::end ? PlaceKind::start : kind;
 }
 
-bool canBeCopied(const Constraint& constraint, const std::unordered_map<std::string, std::string>& copies) {
+/// Reflected arcs run counter-clockwise again: they start where the original ends.
+Place placeOnCopy(Place place, const std::string& copy, bool mirrors, const EntityIndex& entities) {
+    const Shape& shape = entities.find(place.entity)->shape;
+    const bool isArc = std::holds_alternative<ArcShape>(shape) || std::holds_alternative<EllipticalArcShape>(shape);
+    return {copy, mirrors && isArc ? otherEnd(place.kind) : place.kind, place.index};
+}
+
+bool isAmong(const Constraint& constraint, const std::unordered_set<std::string_view>& names) {
+    return !constraint.refs.empty() && std::all_of(constraint.refs.begin(), constraint.refs.end(),
+                                                   [&](const Place& place) { return names.contains(place.entity); });
+}
+
+bool canBeCopied(const Constraint& constraint) {
     using enum ConstraintType;
-    if (constraint.refs.empty() || !constraint.active || constraint.type == fixed || constraint.type == g2Smooth)
-        return false;
-    return std::all_of(constraint.refs.begin(), constraint.refs.end(),
-                       [&](const Place& place) { return copies.contains(place.entity); });
+    return constraint.active && constraint.type != fixed && constraint.type != g2Smooth;
 }
 
 }  // namespace
 
-void copyConstraints(Drawing& drawing, const std::unordered_map<std::string, std::string>& copies,
-                     const PlaneTransform& mirror) {
+CopiedConstraints::CopiedConstraints(const Drawing& drawing, const std::vector<std::string>& originals)
+    : m_document(drawing.around(originals)), m_entities(m_document) {
+    const std::unordered_set<std::string_view> names(originals.begin(), originals.end());
+    for (const Constraint& constraint : m_document.constraints)
+        if (canBeCopied(constraint) && isAmong(constraint, names))
+            m_among.push_back(&constraint);
+}
+
+std::vector<std::string> CopiedConstraints::addTo(Drawing& drawing, const CopyNames& copies,
+                                                  const PlaneTransform& transform) const {
     std::vector<std::string> names;
+    names.reserve(copies.size());
     for (const auto& [original, copy] : copies)
-        names.insert(names.end(), {original, copy});
-    Document document = drawing.around(names);
-    const EntityIndex entities(document);
-    const std::size_t count = document.constraints.size();
-    for (std::size_t i = 0; i < count; ++i) {
-        if (!canBeCopied(document.constraints[i], copies))
-            continue;
-        Constraint copy = turned(document.constraints[i], mirror, entities);
+        names.push_back(copy);
+    Document part = drawing.around(names);
+    const std::size_t first = part.constraints.size();
+    for (const Constraint* original : m_among) {
+        Constraint copy = turned(*original, transform, m_entities);
         copy.id.clear();
         copy.name.clear();
         for (Place& place : copy.refs)
-            place = placeOnCopy(place, copies.at(place.entity), entities);
-        document.constraints.push_back(std::move(copy));
+            place = placeOnCopy(place, copies.at(place.entity), transform.mirrors, m_entities);
+        part.constraints.push_back(std::move(copy));
     }
-    addHolding(drawing, document, count);
+    std::vector<std::string> leftOut;
+    for (const std::size_t number : addHolding(drawing, part, first))
+        leftOut.push_back(m_among[number - first]->id);
+    return leftOut;
 }
 
 void turnMeasures(Drawing& drawing, const std::vector<std::string>& names, const PlaneTransform& transform) {
@@ -144,10 +156,20 @@ void turnMeasures(Drawing& drawing, const std::vector<std::string>& names, const
     const Document document = drawing.around(names);
     const EntityIndex entities(document);
     for (const Constraint& constraint : document.constraints)
-        if (std::all_of(constraint.refs.begin(), constraint.refs.end(),
-                        [&](const Place& place) { return moved.contains(place.entity); }))
+        if (isAmong(constraint, moved))
             if (const std::optional<double> value = valueAfter(constraint, transform, entities))
                 drawing.setMeasure(constraint.id, *value);
+}
+
+std::vector<Constraint> lengthsAmong(const Drawing& drawing, const std::vector<std::string>& names) {
+    const std::unordered_set<std::string_view> among(names.begin(), names.end());
+    std::vector<Constraint> lengths;
+    for (const Constraint& constraint : drawing.around(names).constraints) {
+        const ConstraintTraits& traits = traitsOf(constraint.type);
+        if (traits.isDimension() && traits.value != ConstraintValue::angle && isAmong(constraint, among))
+            lengths.push_back(constraint);
+    }
+    return lengths;
 }
 
 }  // namespace holdfast::editing

@@ -1,0 +1,51 @@
+#include <algorithm>
+#include <array>
+#include <set>
+
+#include "editing/Commands.h"
+#include "editing/commands/move/CopyPlaces.h"
+#include "editing/commands/move/Copying.h"
+#include "editing/commands/move/Moving.h"
+#include "editing/commands/move/TransformedConstraints.h"
+#include "editing/commands/network/NamedConstraints.h"
+
+namespace holdfast::editing {
+
+namespace {
+
+struct Resolved {
+    std::vector<std::string> names;
+    std::vector<PlaneTransform> places;
+};
+
+Resolved resolved(const Copy& edit, const Drawing& drawing) {
+    static constexpr std::array<std::string_view, 2> ends{"by", "around"};
+    return {requireOnce(drawing, edit.entities, ends), copyPlaces(edit)};
+}
+
+void tellLeftOut(EditContext& context, const CopiedConstraints& constraints, const std::set<std::string>& leftOut) {
+    if (leftOut.empty())
+        return;
+    const std::string list = spokenConstraints(constraints.document(), {leftOut.begin(), leftOut.end()});
+    context.remarks.push_back("left out where " + std::string(leftOut.size() == 1 ? "it does" : "they do") +
+                              " not hold of a copy: " + list);
+}
+
+}  // namespace
+
+void require(const Copy& edit, const Drawing& drawing) {
+    resolved(edit, drawing);
+}
+
+void perform(const Copy& edit, EditContext& context) {
+    const auto [names, places] = resolved(edit, context.drawing);
+    const CopiedConstraints constraints(context.drawing, names);
+    std::set<std::string> leftOut;
+    for (const PlaneTransform& place : places) {
+        const MadeCopies made = addCopies(context.drawing, names, constraints, place);
+        leftOut.insert(made.leftOut.begin(), made.leftOut.end());
+    }
+    tellLeftOut(context, constraints, leftOut);
+}
+
+}  // namespace holdfast::editing
