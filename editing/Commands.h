@@ -30,6 +30,7 @@ void require(const Constrain& edit, const Drawing& drawing);
 void require(const Delete& edit, const Drawing& drawing);
 void require(const Erase& edit, const Drawing& drawing);
 void require(const Draw& edit, const Drawing& drawing);
+void require(const Define& edit, const Drawing& drawing);
 
 void perform(const Break& edit, EditContext& context);
 void perform(const Trim& edit, EditContext& context);
@@ -51,6 +52,7 @@ void perform(const Constrain& edit, EditContext& context);
 void perform(const Delete& edit, EditContext& context);
 void perform(const Erase& edit, EditContext& context);
 void perform(const Draw& edit, EditContext& context);
+void perform(const Define& edit, EditContext& context);
 
 /// Refuses a word that is no property of an entity, with those that it has.
 [[noreturn]] void refuseProperty(const std::string& entity, const Shape& shape, const Sourced<std::string>& word);

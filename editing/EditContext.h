@@ -23,7 +23,8 @@ struct EditContext {
     std::vector<std::string> edited{};  ///< the entities that the user edited, by name
     /// Entities whose constraints the host judges after the module, which looked at vertices that are no longer there.
     std::vector<std::string> judgedAnew{};
-    Shortfall shortfall{};  ///< of an edit that comes as near as it can
+    Shortfall shortfall{};               ///< of an edit that comes as near as it can
+    std::vector<std::string> remarks{};  ///< what a user should know about it, a sentence each
     /// The session is to open the drawing anew afterwards, in which arcs are seen from above again.
     bool opensAgain = false;
 };

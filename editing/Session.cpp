@@ -226,6 +226,7 @@ void Session::run(const Edit& edit, EditContext& context, EditResult& result) {
     result.outcome.shortfall = context.shortfall;
     if (context.shortfall != Shortfall{})
         result.outcome.remarks = remarksOn(context.shortfall, document(), context.edited);
+    result.outcome.remarks.insert(result.outcome.remarks.end(), context.remarks.begin(), context.remarks.end());
     finishCommand(context);
     settleOwnConstraints(context, partOf(context.drawing.change(), sizeBefore));
     context.reasons.noteDeleted(context.drawing);

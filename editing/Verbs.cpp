@@ -47,6 +47,9 @@ constexpr EditVerb kVerbs[] = {
      "POINT [height H] [rotation DEGREES]; each with [construction] [as NAME]",
      "draw line 0,0 10,0 as rib", "adds an entity", &parseDraw},
     {"erase", "erase ENTITY...", "erase g3 g4", "erases entities with the constraints on them", &parseErase},
+    {"define", "define [ENTITY...] [rounded DECIMALS]", "define g1 g2",
+     "adds the constraints and dimensions that entities, or the whole drawing, lack for being fully determined",
+     &parseDefine},
     {"undo", "undo", "", "takes the last edit back", &parseUndo},
     {"redo", "redo", "", "does the edit again that was taken back last", &parseRedo},
 };

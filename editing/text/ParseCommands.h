@@ -25,6 +25,7 @@ Edit parseConstrain(EditText& text);
 Edit parseDelete(EditText& text);
 Edit parseDraw(EditText& text);
 Edit parseErase(EditText& text);
+Edit parseDefine(EditText& text);
 Edit parseUndo(EditText& text);
 Edit parseRedo(EditText& text);
 

@@ -10,7 +10,8 @@ namespace holdfast::editing {
 namespace {
 
 /// Words that stand where a name could stand.
-constexpr std::array<std::string_view, 7> kKeywords{"about", "from", "by", "corner", "segments", "anyway", "as"};
+constexpr std::array<std::string_view, 8> kKeywords{"about",    "from",   "by", "corner",
+                                                    "segments", "anyway", "as", "rounded"};
 
 bool isNumber(std::string_view name) {
     double value = 0.0;
@@ -192,6 +193,10 @@ struct Writer {
     std::string operator()(const Erase& e) const { return "erase " + textOf(e.entities); }
     std::string operator()(const Draw& e) const {
         return "draw " + std::visit(FigureWriter(), e.figure) + (e.construction ? " construction" : "") + named(e.as);
+    }
+    std::string operator()(const Define& e) const {
+        return "define" + (e.entities.empty() ? "" : " " + textOf(e.entities)) +
+               (e.decimals ? " rounded " + textOf(e.decimals->value) : "");
     }
     std::string operator()(const Undo&) const { return "undo"; }
     std::string operator()(const Redo&) const { return "redo"; }

@@ -198,6 +198,10 @@ Edit anyEdit() {
         [] {
             return Edit(Draw{anyFigure(), toss(), toss() ? anyName() : Name()});
         },
+        [] {
+            return Edit(Define{toss() ? anyNames() : std::vector<Name>(),
+                               toss() ? std::optional<Sourced<int>>(*rc::gen::inRange(0, 10)) : std::nullopt});
+        },
         [] { return Edit(Undo{}); },
         [] { return Edit(Redo{}); },
     };

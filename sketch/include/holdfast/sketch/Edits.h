@@ -15,6 +15,7 @@ using editing::AlignDirection;
 using editing::Break;
 using editing::Constrain;
 using editing::Coordinate;
+using editing::Define;
 using editing::Delete;
 using editing::Drag;
 using editing::Draw;
