@@ -33,6 +33,7 @@ void require(const Draw& edit, const Drawing& drawing);
 void require(const Move& edit, const Drawing& drawing);
 void require(const Copy& edit, const Drawing& drawing);
 void require(const Scale& edit, const Drawing& drawing);
+void require(const Define& edit, const Drawing& drawing);
 
 void perform(const Break& edit, EditContext& context);
 void perform(const Trim& edit, EditContext& context);
@@ -57,6 +58,7 @@ void perform(const Draw& edit, EditContext& context);
 void perform(const Move& edit, EditContext& context);
 void perform(const Copy& edit, EditContext& context);
 void perform(const Scale& edit, EditContext& context);
+void perform(const Define& edit, EditContext& context);
 
 /// Refuses a word that is no property of an entity, with those that it has.
 [[noreturn]] void refuseProperty(const std::string& entity, const Shape& shape, const Sourced<std::string>& word);

@@ -20,7 +20,7 @@ namespace holdfast::editing {
 // Points, displacements, lengths and radii are in the drawing's length unit, angles in degrees, counter-clockwise;
 // numbers are finite. Vertices, control points, corners and segments are counted from 0. Points on a curve may be
 // away from it by a thousandth of its size, as what a user reads off a picture. Entities are called by their names in
-// the drawing, and no list of them is empty.
+// the drawing, and no list of them is empty but that of Define.
 
 /// Cuts a curve in two at a point, or takes the part between two points out of it; of a closed curve the part that
 /// begins at the first point and runs in the curve's own direction.
@@ -254,6 +254,15 @@ struct Scale {
     friend bool operator==(const Scale&, const Scale&) = default;
 };
 
+/// Adds the constraints and dimensions that entities lack for being fully determined, as few as can be; nothing moves.
+struct Define {
+    std::vector<Name> entities{};  ///< each once; empty: the whole drawing
+    /// Dimensions that the edit adds are led to values with so many decimals, 0 to 9, and the drawing moves for that;
+    /// none: they have the values that they measure, and nothing moves.
+    std::optional<Sourced<int>> decimals{};
+    friend bool operator==(const Define&, const Define&) = default;
+};
+
 /// Takes the last edit back that was done.
 struct Undo {
     friend bool operator==(const Undo&, const Undo&) = default;
@@ -267,6 +276,6 @@ struct Redo {
 /// Any editing command.
 using Edit = std::variant<Break, Trim, Extend, Fillet, FilletCorner, FilletSegments, Join, Lengthen, Stretch, Mirror,
                           Align, Rotate, Drag, Set, SetDimension, SetDriving, Constrain, Delete, Erase, Draw, Move,
-                          Copy, Scale, Undo, Redo>;
+                          Copy, Scale, Define, Undo, Redo>;
 
 }  // namespace holdfast::editing

@@ -55,6 +55,9 @@ constexpr EditVerb kVerbs[] = {
      &parseCopy},
     {"scale", "scale ENTITY... about POINT by FACTOR", "scale g1 g2 about 0,0 by 2",
      "makes entities larger or smaller about a point, with the dimensions among them", &parseScale},
+    {"define", "define [ENTITY...] [rounded DECIMALS]", "define g1 g2",
+     "adds the constraints and dimensions that entities, or the whole drawing, lack for being fully determined",
+     &parseDefine},
     {"undo", "undo", "", "takes the last edit back", &parseUndo},
     {"redo", "redo", "", "does the edit again that was taken back last", &parseRedo},
 };

@@ -172,6 +172,8 @@ Inference inferConstraints(const Document& document, const InferOptions& options
     inferDirections(state);
     inferEqualRadii(state);
     inferEqualLengths(state);
+    if (options.relations)
+        inferRelations(state);
     return state.take();
 }
 

@@ -21,6 +21,9 @@ struct InferOptions {
         ConstraintType::coincident, ConstraintType::concentric,    ConstraintType::horizontal,
         ConstraintType::vertical,   ConstraintType::tangent,       ConstraintType::collinear,
         ConstraintType::parallel,   ConstraintType::perpendicular, ConstraintType::equal};
+    /// Relations between what does not meet are looked for as well, whatever the kinds: centres at one level, ends on
+    /// other curves, and pairs that are symmetric about reference or construction lines.
+    bool relations = false;
 };
 
 /// True when a constraint follows from those that a document has already. Asked once for each candidate, with the
@@ -47,7 +50,10 @@ struct Inference {
 /// - Constraints that the document has are kept, their coincidences, horizontals and verticals taken into account, and
 ///   none is repeated.
 ///
-/// Cost: sorting, O(n log n) for n curves, and one call of isRedundant for each candidate.
+/// Relations come behind all these.
+///
+/// Cost: sorting, O(n log n) for n curves, and one call of isRedundant for each candidate; with relations also a look
+/// at the points beside each curve, in the narrower of its two directions.
 /// The result passes checkDocument if the document does.
 Inference inferConstraints(const Document& document, const InferOptions& options = {},
                            const RedundancyTest& isRedundant = {});

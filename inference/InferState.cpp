@@ -27,6 +27,14 @@ double toleranceFor(const Document& document, const InferOptions& options) {
     return options.length > 0.0 ? options.length : std::max(drawnSizeOf(document) * millionth, smallest);
 }
 
+std::vector<ConstraintType> kindsOf(const InferOptions& options) {
+    std::vector<ConstraintType> kinds = options.kinds;
+    if (options.relations)
+        kinds.insert(kinds.end(), {ConstraintType::horizontal, ConstraintType::vertical, ConstraintType::pointOnCurve,
+                                   ConstraintType::symmetric});
+    return kinds;
+}
+
 std::size_t countOf(const std::vector<std::size_t>& clusters) {
     return clusters.empty() ? 0 : *std::max_element(clusters.begin(), clusters.end()) + 1;
 }
@@ -55,7 +63,7 @@ void nameOuterControlPoints(const PlaneCurve& curve, const SplineShape& spline,
 InferState::InferState(const Document& document, const InferOptions& options, const RedundancyTest& isRedundant)
     : m_result{document, toleranceFor(document, options)},
       m_angle(options.angle),
-      m_kinds(options.kinds),
+      m_kinds(kindsOf(options)),
       m_isRedundant(isRedundant),
       m_plane(planeCurvesOf(document, 2 * m_result.length)),
       m_clusters(clusteredPoints(pointsOf(m_plane.nodes), m_result.length)),

@@ -36,6 +36,9 @@ public:
     bool isUpright(std::size_t curve) const { return m_upright[curve]; }
     void setUpright(std::size_t curve) { m_upright[curve] = true; }
 
+    /// The drawing with what was found so far.
+    const Document& document() const { return m_result.document; }
+
     /// Adds a constraint unless its kind is not wanted, it is there already, or the redundancy test refuses it. In all
     /// cases it may be taken to hold from now on, except when its kind is not wanted: then false.
     bool propose(ConstraintType type, std::vector<Place> refs);
@@ -66,5 +69,8 @@ private:
 void inferUprightLines(InferState& state);
 void inferDirections(InferState& state);
 void inferEqualLengths(InferState& state);
+
+/// Centres at one level, points on curves, pairs symmetric about a line.
+void inferRelations(InferState& state);
 
 }  // namespace holdfast::inference

@@ -22,7 +22,7 @@ class PlaceReasons;
 /// which of the constraint's places it was.
 class DeletionReasons {
 public:
-    /// The reason of who deletes a constraint himself. It stands before any other.
+    /// The reason of who deletes or adds a constraint himself. It stands before any other.
     void note(const std::string& constraint, std::string reason);
     /// A command has the module judge a curve: what is done to it ("cut"), and the entities that are left of it,
     /// without any the entity itself.
@@ -34,6 +34,8 @@ public:
 
     /// True for a constraint that the module deleted without having collected it.
     bool wentAtOnce(const std::string& constraint) const { return m_atOnce.contains(constraint); }
+    /// What was noted about a constraint that the edit has added.
+    std::string reasonOfAdded(const std::string& constraint) const;
     /// What was noted about a deleted constraint.
     std::string reasonOf(const std::string& constraint) const;
 

@@ -17,6 +17,7 @@ namespace holdfast::editing {
 namespace {
 
 constexpr const char* kAsItWas = "the drawing is as it was without it";
+constexpr const char* kMadeByEdit = "made by the edit";
 
 /// The points that define a shape, and its sizes as points on an axis of their own.
 std::vector<Vec2> definingPoints(const Shape& shape) {
@@ -105,7 +106,11 @@ std::vector<ConstraintOutcome> constraintFates(const Document& before, const Doc
     }
     for (const Constraint& constraint : after.constraints)
         if (was.find(constraint.id) == was.end())
-            outcomes.push_back({constraint.id, ConstraintFate::added, "made by the edit", {}, edit});
+            outcomes.push_back({constraint.id,
+                                ConstraintFate::added,
+                                reasons == nullptr ? kMadeByEdit : reasons->reasonOfAdded(constraint.id),
+                                {},
+                                edit});
     return outcomes;
 }
 

@@ -244,6 +244,17 @@ Edit parseErase(EditText& text) {
     return Erase{text.names("an entity", {})};
 }
 
+Edit parseDefine(EditText& text) {
+    Define edit;
+    if (!text.atEnd() && !text.nextIs("rounded"))
+        edit.entities = takeEntitiesUpTo(text, "rounded");
+    if (text.accept("rounded")) {
+        const int decimals = text.integer("how many decimals");
+        edit.decimals = Sourced<int>(decimals, text.column());
+    }
+    return edit;
+}
+
 Edit parseUndo(EditText&) {
     return Undo{};
 }

@@ -28,6 +28,7 @@ Edit parseErase(EditText& text);
 Edit parseMove(EditText& text);
 Edit parseCopy(EditText& text);
 Edit parseScale(EditText& text);
+Edit parseDefine(EditText& text);
 Edit parseUndo(EditText& text);
 Edit parseRedo(EditText& text);
 

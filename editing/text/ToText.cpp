@@ -10,7 +10,7 @@ namespace holdfast::editing {
 namespace {
 
 /// Words that stand where a name could stand.
-constexpr std::array<std::string_view, 8> kKeywords{"about",  "around",   "from",   "by",
+constexpr std::array<std::string_view, 9> kKeywords{"about",  "around",   "from",   "by", "rounded",
                                                     "corner", "segments", "anyway", "as"};
 
 bool isNumber(std::string_view name) {
@@ -214,6 +214,10 @@ struct Writer {
     }
     std::string operator()(const Scale& e) const {
         return "scale " + textOf(e.entities) + " about " + textOf(e.about) + " by " + textOf(e.factor.value);
+    }
+    std::string operator()(const Define& e) const {
+        return "define" + (e.entities.empty() ? "" : " " + textOf(e.entities)) +
+               (e.decimals ? " rounded " + textOf(e.decimals->value) : "");
     }
     std::string operator()(const Undo&) const { return "undo"; }
     std::string operator()(const Redo&) const { return "redo"; }

@@ -219,6 +219,10 @@ Edit anyEdit() {
         [] {
             return Edit(Scale{anyNames(), anyPoint(), anyNumber()});
         },
+        [] {
+            return Edit(Define{toss() ? anyNames() : std::vector<Name>(),
+                               toss() ? std::optional<Sourced<int>>(*rc::gen::inRange(0, 10)) : std::nullopt});
+        },
         [] { return Edit(Undo{}); },
         [] { return Edit(Redo{}); },
     };

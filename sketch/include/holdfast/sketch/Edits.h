@@ -19,6 +19,7 @@ using editing::Copy;
 using editing::CopyGrid;
 using editing::CopyRing;
 using editing::CopyRow;
+using editing::Define;
 using editing::Delete;
 using editing::Drag;
 using editing::Draw;

@@ -1,0 +1,387 @@
+#include "editing/define/Missing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <optional>
+#include <tuple>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "document/EntityIndex.h"
+#include "document/Names.h"
+#include "document/Places.h"
+#include "editing/EditContext.h"
+#include "geometry/DisjointSets.h"
+#include "geometry/Tolerances.h"
+#include "geometry/Vec2.h"
+#include "hosting/ConstraintRanks.h"
+#include "hosting/DocumentSketch.h"
+#include "inference/Infer.h"
+
+namespace holdfast::editing {
+
+namespace {
+
+/// Parts of the drawing's size within which something holds as drawn: what the solver takes for that, so that nothing
+/// moves for what is added.
+constexpr double kHoldsAsDrawn = 1e-10;
+
+/// Directions may differ by more than rounding; the lengths decide.
+constexpr double kNearlyAlong = 1e-6;
+
+/// Rounds of taking out again what the diagnosis of the whole finds to be too much.
+constexpr int kMostRounds = 4;
+
+constexpr const char* kAsDrawn = "it holds as drawn";
+
+Proposal asDrawn(ConstraintType type, std::vector<Place> refs) {
+    Proposal proposal;
+    proposal.constraint.type = type;
+    proposal.constraint.refs = std::move(refs);
+    proposal.reason = kAsDrawn;
+    return proposal;
+}
+
+Place startOf(const Place& line) {
+    const bool isSegment = line.kind == PlaceKind::segment;
+    return {line.entity, isSegment ? PlaceKind::segmentStart : PlaceKind::start, line.index};
+}
+
+/// A constraint of two equations is followed by its halves, for where the drawing says one of them already.
+void addWithHalves(std::vector<Proposal>& proposals, const Constraint& whole) {
+    proposals.push_back(asDrawn(whole.type, whole.refs));
+    switch (whole.type) {
+        case ConstraintType::collinear:
+            proposals.push_back(asDrawn(ConstraintType::parallel, whole.refs));
+            proposals.push_back(asDrawn(ConstraintType::pointOnCurve, {startOf(whole.refs[1]), whole.refs[0]}));
+            return;
+        case ConstraintType::coincident:
+        case ConstraintType::concentric:
+            proposals.push_back(asDrawn(ConstraintType::horizontal, whole.refs));
+            proposals.push_back(asDrawn(ConstraintType::vertical, whole.refs));
+            return;
+        default:
+            return;
+    }
+}
+
+/// A value with the fewest decimals that still says what is measured; one with more than drawings are made with stays.
+double plainly(double measured, double same) {
+    constexpr int mostDecimals = 6;
+    double unit = 1.0;
+    for (int decimals = 0; decimals <= mostDecimals; ++decimals, unit *= 10.0) {
+        const double rounded = std::round(measured * unit) / unit;
+        if (std::abs(rounded - measured) <= same && rounded != 0.0)
+            return rounded;
+    }
+    return measured;
+}
+
+class Search {
+public:
+    Search(const Document& document, const std::vector<std::string>& entities)
+        : m_document(document), m_index(document), m_mayMove(document.entities.size(), entities.empty()) {
+        for (const std::string& name : entities)
+            m_mayMove[*m_index.position(name)] = true;
+        m_isWhole = entities.empty();
+    }
+
+    Missing run() {
+        const DocumentSketch sketch(m_document);
+        m_size = sketch.size();
+        m_same = kHoldsAsDrawn * m_size;
+        const DocumentDiagnosis given = sketch.diagnose();
+        leaveAlone(sketch, given);
+        if (given.freedom == 0)
+            return std::move(m_missing);
+        takeRelations();
+        takeDimensions();
+        for (int round = 0; round < kMostRounds && takenOut(); ++round) {
+        }
+        return std::move(m_missing);
+    }
+
+private:
+    /// Parts that do not hold have no freedom that could be told, and those that cannot move need nothing.
+    void leaveAlone(const DocumentSketch& sketch, const DocumentDiagnosis& given) {
+        m_isAlone.assign(m_document.entities.size(), false);
+        m_isRigid.assign(m_document.entities.size(), false);
+        const std::vector<double> misses = sketch.shortfalls();
+        std::unordered_set<std::string_view> broken;
+        for (std::size_t c = 0; c < m_document.constraints.size(); ++c)
+            if (misses[c] > kHolds * m_size)
+                for (const Place& place : m_document.constraints[c].refs)
+                    broken.insert(place.entity);
+        for (const DocumentDiagnosis::Part& part : given.parts) {
+            const bool isBroken = std::any_of(part.entities.begin(), part.entities.end(), [&](std::size_t number) {
+                return broken.contains(m_document.entities[number].id);
+            });
+            for (const std::size_t number : part.entities) {
+                m_isAlone[number] = isBroken;
+                m_isRigid[number] = part.freedom == 0;
+                if (isBroken && m_mayMove[number])
+                    m_missing.leftAlone.push_back(m_document.entities[number].id);
+            }
+        }
+        for (std::size_t i = 0; i < m_mayMove.size(); ++i)
+            m_mayMove[i] = m_mayMove[i] && !m_isAlone[i] && !m_document.entities[i].fixed;
+    }
+
+    /// The drawing with what is to be added so far.
+    Document soFar() const {
+        Document document = m_document;
+        for (const Proposal& proposal : m_missing.constraints)
+            add(document, proposal.constraint);
+        return document;
+    }
+
+    static void add(Document& document, Constraint constraint) {
+        constraint.id = "\nproposed " + std::to_string(document.constraints.size());
+        document.constraints.push_back(std::move(constraint));
+    }
+
+    ConstraintRanks ranksOf(const Document& document, std::size_t firstProposal) const {
+        ConstraintRanks ranks(document, firstProposal);
+        for (std::size_t i = 0; i < m_isRigid.size(); ++i)
+            if (m_isRigid[i] || m_isAlone[i])
+                ranks.hold(i);
+        return ranks;
+    }
+
+    /// On something that is to be held, and on nothing else that can still move.
+    bool isAsked(const Constraint& constraint, ConstraintRanks& ranks) const {
+        bool isAsked = false;
+        for (const Place& place : constraint.refs) {
+            const std::size_t number = *m_index.position(place.entity);
+            isAsked = isAsked || m_mayMove[number];
+            if (m_isAlone[number] || (!m_isWhole && !m_mayMove[number] && !isHeld(constraint, place, ranks)))
+                return false;
+        }
+        return isAsked;
+    }
+
+    /// As far as the constraint reads it: a coordinate, a point, or all of an entity.
+    bool isHeld(const Constraint& constraint, const Place& place, ConstraintRanks& ranks) const {
+        const ConstraintTraits& traits = traitsOf(constraint.type);
+        if (constraint.refs.size() == 2 && traits.coordinate >= 0 && ranks.isDetermined(place, traits.coordinate))
+            return true;
+        const int freedom = ranks.freedomOf(place);
+        return (freedom < 0 ? ranks.freedomOf(*m_index.position(place.entity)) : freedom) == 0;
+    }
+
+    /// Takes of the proposals, which are the last constraints of a document, those that say something of their own.
+    void takeFrom(std::vector<Proposal>& proposals, ConstraintRanks& ranks, std::size_t first,
+                  const std::vector<double>& misses) {
+        for (const bool inPart : {false, true})
+            for (std::size_t i = 0; i < proposals.size(); ++i) {
+                Proposal& proposal = proposals[i];
+                const std::size_t number = first + i;
+                if (misses[number] > m_same || (inPart && !proposal.mayBeImpliedInPart) ||
+                    !isAsked(proposal.constraint, ranks))
+                    continue;
+                if ((inPart ? ranks.takePart(number) : ranks.take(number)) > 0)
+                    m_missing.constraints.push_back(proposal);
+            }
+    }
+
+    std::vector<Proposal> relations() const {
+        std::vector<Proposal> proposals = heldEllipses(m_document);
+        InferOptions options;
+        options.length = m_same;
+        options.angle = kNearlyAlong;
+        options.relations = true;
+        const Inference found = inferConstraints(m_document, options);
+        for (std::size_t i = m_document.constraints.size(); i < found.document.constraints.size(); ++i)
+            addWithHalves(proposals, found.document.constraints[i]);
+        for (Proposal& upright : uprightProposals(m_document, kHoldsAsDrawn)) {
+            upright.reason = kAsDrawn;
+            proposals.push_back(std::move(upright));
+        }
+        return proposals;
+    }
+
+    void takeRelations() {
+        std::vector<Proposal> proposals = relations();
+        const std::size_t first = m_document.constraints.size();
+        Document document = m_document;
+        for (const Proposal& proposal : proposals)
+            add(document, proposal.constraint);
+        ConstraintRanks ranks = ranksOf(document, first);
+        takeFrom(proposals, ranks, first, DocumentSketch(document).shortfalls());
+        m_datum = datumIn(ranks);
+    }
+
+    /// Reference geometry at the origin, or what else is held already; where there is none, a point that is to be fixed
+    /// for it, at the origin or at the lower left. Points that are held in one direction only may serve for that one.
+    std::optional<Datum> datumIn(ConstraintRanks& ranks) const {
+        Best held, heldInX, heldInY, free, sliding;
+        for (std::size_t i = 0; i < m_document.entities.size(); ++i) {
+            const Entity& entity = m_document.entities[i];
+            for (const Place& place : pointsOf(entity)) {
+                const auto point = pointAt(entity.shape, place);
+                const int freedom = point && !m_isAlone[i] ? ranks.freedomOf(place) : -1;
+                if (freedom < 0 || (freedom > 0 && !m_mayMove[i]))
+                    continue;
+                const Rank rank = rankOf(entity, *point);
+                (freedom == 0 ? held : freedom == 1 ? sliding : free).take(place, rank, m_same);
+                if (freedom == 1 && ranks.isDetermined(place, 0))
+                    heldInX.take(place, rank, m_same);
+                if (freedom == 1 && ranks.isDetermined(place, 1))
+                    heldInY.take(place, rank, m_same);
+            }
+        }
+        if (held.place)
+            return Datum{*held.place, *held.place};
+        if (heldInX.place && heldInY.place)
+            return Datum{*heldInX.place, *heldInY.place};
+        if (free.place)
+            return Datum{*free.place, *free.place, free.place};
+        if (!sliding.place)
+            return std::nullopt;
+        return Datum{heldInX.place.value_or(*sliding.place), heldInY.place.value_or(*sliding.place), sliding.place,
+                     true};
+    }
+
+    /// How well a point serves as a datum: reference geometry first, of that and of the rest the origin first, then
+    /// what was drawn as a point, and then from the lower left on.
+    struct Rank {
+        bool isForeign = true, isElsewhere = true, isPart = true;
+        double position = 0.0;
+
+        bool isBefore(const Rank& other, double same) const {
+            const auto kind = std::tie(isForeign, isElsewhere, isPart);
+            const auto otherKind = std::tie(other.isForeign, other.isElsewhere, other.isPart);
+            return kind == otherKind ? position < other.position - same : kind < otherKind;
+        }
+    };
+
+    struct Best {
+        std::optional<Place> place{};
+        Rank rank{};
+
+        void take(const Place& other, const Rank& its, double same) {
+            if (place && !its.isBefore(rank, same))
+                return;
+            place = other;
+            rank = its;
+        }
+    };
+
+    Rank rankOf(const Entity& entity, Vec2 point) const {
+        return {!entity.fixed, std::hypot(point.x, point.y) > m_same,
+                !(entity.fixed && std::holds_alternative<PointShape>(entity.shape)), point.x + point.y};
+    }
+
+    std::vector<std::vector<std::size_t>> partsOf(const Document& document) const {
+        DisjointSets sets(document.entities.size());
+        for (const Constraint& constraint : document.constraints) {
+            std::optional<std::size_t> first;
+            for (const Place& place : constraint.refs) {
+                const std::size_t number = *m_index.position(place.entity);
+                if (m_document.entities[number].fixed)
+                    continue;
+                if (first)
+                    sets.join(*first, number);
+                first = number;
+            }
+        }
+        std::unordered_map<std::size_t, std::size_t> numbers;
+        std::vector<std::vector<std::size_t>> parts;
+        for (std::size_t i = 0; i < document.entities.size(); ++i) {
+            if (!m_mayMove[i])
+                continue;
+            const auto [found, isNew] = numbers.emplace(sets.find(i), parts.size());
+            if (isNew)
+                parts.emplace_back();
+            parts[found->second].push_back(i);
+        }
+        return parts;
+    }
+
+    void takeDimensions() {
+        if (!m_datum)
+            return;
+        Document document = soFar();
+        const std::size_t first = document.constraints.size();
+        std::vector<Proposal> proposals;
+        if (m_datum->toBeFixed && !m_datum->isHeldInPart)
+            proposals.push_back(fixedDatum());
+        for (Proposal& dimension : proposedDimensions(document, *m_datum, partsOf(document), m_same))
+            proposals.push_back(std::move(dimension));
+        addLastResorts(proposals);
+        for (const Proposal& proposal : proposals)
+            add(document, proposal.constraint);
+        measure(document, first, proposals);
+        ConstraintRanks ranks = ranksOf(document, first);
+        takeFrom(proposals, ranks, first, DocumentSketch(document).shortfalls());
+        noteStillFree(ranks);
+    }
+
+    Proposal fixedDatum() const {
+        Proposal fixed = asDrawn(ConstraintType::fixed, {*m_datum->toBeFixed});
+        fixed.reason = "the datum, from which the rest is measured";
+        return fixed;
+    }
+
+    /// What the drawing says in part already, but nothing else takes.
+    void addLastResorts(std::vector<Proposal>& proposals) const {
+        std::vector<Proposal> last = heldEllipses(m_document);
+        if (m_datum->toBeFixed && m_datum->isHeldInPart)
+            last.insert(last.begin(), fixedDatum());
+        for (Proposal& proposal : last) {
+            proposal.mayBeImpliedInPart = true;
+            proposals.push_back(std::move(proposal));
+        }
+    }
+
+    void measure(Document& document, std::size_t first, std::vector<Proposal>& proposals) const {
+        const DocumentSketch sketch(document);
+        for (std::size_t i = 0; i < proposals.size(); ++i) {
+            Constraint& wanted = proposals[i].constraint;
+            if (!wanted.value)
+                continue;
+            const double measured = sketch.measured(first + i);
+            const bool isAngle = traitsOf(wanted.type).value == ConstraintValue::angle;
+            const double said = plainly(spokenValue(wanted.type, measured), isAngle ? kHoldsAsDrawn : 0.5 * m_same);
+            wanted.value = keptValue(wanted.type, said);
+            document.constraints[first + i].value = wanted.value;
+        }
+    }
+
+    void noteStillFree(ConstraintRanks& ranks) {
+        for (std::size_t i = 0; i < m_document.entities.size(); ++i)
+            if (m_mayMove[i] && ranks.freedomOf(i) > 0)
+                m_missing.stillFree.push_back(m_document.entities[i].id);
+    }
+
+    /// What the diagnosis of the whole finds to be too much goes out again, the latest first.
+    bool takenOut() {
+        const std::size_t first = m_document.constraints.size();
+        std::vector<std::size_t> spare;
+        for (const DocumentDiagnosis::Redundancy& redundancy : DocumentSketch(soFar()).diagnose().redundant)
+            if (redundancy.constraint >= first && redundancy.isWhole)
+                spare.push_back(redundancy.constraint - first);
+        for (auto number = spare.rbegin(); number != spare.rend(); ++number)
+            m_missing.constraints.erase(m_missing.constraints.begin() + static_cast<std::ptrdiff_t>(*number));
+        return !spare.empty();
+    }
+
+    const Document& m_document;
+    EntityIndex m_index;
+    std::vector<bool> m_mayMove;  ///< by entity: it is to be held
+    std::vector<bool> m_isAlone, m_isRigid;
+    bool m_isWhole = false;
+    double m_size = 1.0, m_same = 0.0;
+    std::optional<Datum> m_datum;
+    Missing m_missing;
+};
+
+}  // namespace
+
+Missing missingIn(const Document& document, const std::vector<std::string>& entities) {
+    return Search(document, entities).run();
+}
+
+}  // namespace holdfast::editing
