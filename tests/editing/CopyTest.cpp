@@ -8,15 +8,6 @@
 namespace holdfast::editing {
 namespace {
 
-LineShape lineOf(const Session& session, const std::string& name) {
-    return std::get<LineShape>(entityNamed(session.document(), name).shape);
-}
-
-Constraint valued(Constraint constraint, double value) {
-    constraint.value = value;
-    return constraint;
-}
-
 /// Two lines that meet at right angles, the first level and 10 long, on a rail; and a circle of radius 1.
 Document hookDrawing() {
     Document document;

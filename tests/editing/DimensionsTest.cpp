@@ -45,10 +45,6 @@ std::string errorOf(Session& session, const std::string& edit) {
     return session.apply(edit).outcome.error;
 }
 
-LineShape lineOf(const Session& session, const std::string& name) {
-    return std::get<LineShape>(entityNamed(session.document(), name).shape);
-}
-
 TEST(SetDimension, MovesWhatHangsOnItAndNothingElse) {
     Session session(plate());
     EXPECT_EQ(errorOf(session, "set w 24"), "");

@@ -10,10 +10,6 @@
 namespace holdfast::editing {
 namespace {
 
-const LineShape& lineOf(const Session& session, const char* id) {
-    return std::get<LineShape>(entityNamed(session.document(), id).shape);
-}
-
 double lengthOf(const LineShape& line) {
     return std::hypot(line.end.x - line.start.x, line.end.y - line.start.y);
 }

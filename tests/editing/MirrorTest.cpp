@@ -20,11 +20,6 @@ Document bowDrawing() {
     return document;
 }
 
-Constraint valued(Constraint constraint, double value) {
-    constraint.value = value;
-    return constraint;
-}
-
 TEST(MirrorEdit, ReflectsFreeEntitiesOfEveryKind) {
     Document document;
     document.name = "free";

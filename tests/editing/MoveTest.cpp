@@ -5,10 +5,6 @@
 namespace holdfast::editing {
 namespace {
 
-LineShape lineOf(const Session& session, const std::string& name) {
-    return std::get<LineShape>(entityNamed(session.document(), name).shape);
-}
-
 /// The frame with its left side held in place.
 Document heldFrame() {
     Document document = frameDrawing();

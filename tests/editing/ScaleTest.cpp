@@ -5,15 +5,6 @@
 namespace holdfast::editing {
 namespace {
 
-LineShape lineOf(const Session& session, const std::string& name) {
-    return std::get<LineShape>(entityNamed(session.document(), name).shape);
-}
-
-Constraint valued(Constraint constraint, double value) {
-    constraint.value = value;
-    return constraint;
-}
-
 /// A frame with dimensions on it: a length, an angle and a radius; and a line that hangs on its end.
 Document sizedDrawing() {
     Document document = frameDrawing();

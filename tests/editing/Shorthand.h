@@ -49,6 +49,15 @@ inline const Entity& entityNamed(const Document& document, const std::string& id
     return none;
 }
 
+inline LineShape lineOf(const Session& session, const std::string& name) {
+    return std::get<LineShape>(entityNamed(session.document(), name).shape);
+}
+
+inline Constraint valued(Constraint constraint, double value) {
+    constraint.value = value;
+    return constraint;
+}
+
 /// Two lines at the ends of a third: a frame without its top.
 inline Document frameDrawing() {
     Document document;
