@@ -6,6 +6,7 @@
 
 #include "document/Places.h"
 #include "editing/EditContext.h"
+#include "geometry/Angles.h"
 
 namespace holdfast::editing {
 
@@ -92,7 +93,7 @@ private:
             return "along x";
         if (areParallel(direction, {0.0, 1.0}))
             return "along y";
-        return "towards " + spoken(std::atan2(direction.y, direction.x) * 180.0 / 3.141592653589793) + " degrees";
+        return "towards " + spoken(std::atan2(direction.y, direction.x) * kDegrees) + " degrees";
     }
 
     std::string nameOf(Vec2 centre) const {

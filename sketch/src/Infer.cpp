@@ -5,12 +5,13 @@
 #include <utility>
 
 #include "editing/InferredDrawing.h"
+#include "geometry/Angles.h"
 
 namespace holdfast::sketch {
 
 namespace {
 
-constexpr double kEighthOfATurn = 0.78539816339744828;  // radians: beyond it level lines would be upright as well
+constexpr double kEighthOfATurn = 0.5 * geometry::kQuarterTurn;  // radians: beyond it level lines would be upright as well
 
 std::string faultIn(const InferOptions& options) {
     if (!std::isfinite(options.length) || options.length < 0.0)
