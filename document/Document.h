@@ -45,8 +45,17 @@ struct Constraint {
     bool active = true;                  ///< false: switched off by its author
     bool implied = false;                ///< the host made it itself, at the corner of a polyline
     std::vector<std::string> members{};  ///< composite, g2_smooth: ids of the constraints that it owns
+    std::string formula{};               ///< a driving dimension's, of which the value is the result; empty: none
 
     friend bool operator==(const Constraint&, const Constraint&) = default;
+};
+
+/// A number with a name, from which dimensions can be calculated.
+struct Parameter {
+    std::string name;
+    std::string formula;  ///< "80", "width / 2 + 3 mm"
+    double value = 0.0;   ///< what it comes to: lengths in the drawing's unit, angles in radians
+    friend bool operator==(const Parameter&, const Parameter&) = default;
 };
 
 /// Where a drawing comes from; empty strings where unknown.
@@ -73,6 +82,7 @@ struct Document {
     std::optional<Plane> plane;
     std::vector<Entity> entities;
     std::vector<Constraint> constraints;
+    std::vector<Parameter> parameters{};  ///< in the order in which they were given
 
     friend bool operator==(const Document&, const Document&) = default;
 };

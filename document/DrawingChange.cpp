@@ -95,6 +95,8 @@ DrawingChange reversed(DrawingChange change) {
         std::swap(entity.before, entity.after);
     for (ConstraintChange& constraint : change.constraints)
         std::swap(constraint.before, constraint.after);
+    if (change.parameters)
+        std::swap(change.parameters->before, change.parameters->after);
     return change;
 }
 
@@ -106,8 +108,13 @@ OrderedDocument::OrderedDocument(Document plain)
 void OrderedDocument::apply(const DrawingChange& change) {
     ListChange<Entity> entities(document.entities, entityOrders, change.entities);
     ListChange<Constraint> constraints(document.constraints, constraintOrders, change.constraints);
+    std::vector<Parameter> parameters;
+    if (change.parameters)
+        parameters = change.parameters->after;
     entities.make();
     constraints.make();
+    if (change.parameters)
+        document.parameters.swap(parameters);
 }
 
 }  // namespace holdfast::document

@@ -29,12 +29,19 @@ struct NextOrders {
     std::size_t entity = 0, constraint = 0, constraintId = 1;
 };
 
+/// All parameters before and after.
+struct ParametersChange {
+    std::vector<Parameter> before, after;
+    friend bool operator==(const ParametersChange&, const ParametersChange&) = default;
+};
+
 /// The difference of two states of a drawing, each kind in ascending order.
 struct DrawingChange {
     std::vector<EntityChange> entities;
     std::vector<ConstraintChange> constraints;
+    std::optional<ParametersChange> parameters{};  ///< none: they are as they were
 
-    bool empty() const { return entities.empty() && constraints.empty(); }
+    bool empty() const { return entities.empty() && constraints.empty() && !parameters; }
     friend bool operator==(const DrawingChange&, const DrawingChange&) = default;
 };
 
@@ -50,8 +57,9 @@ struct OrderedDocument {
     /// Orders count from 0.
     explicit OrderedDocument(Document plain);
 
-    /// Cost: the changed ones times the logarithm of the document; where something is made in between or erased, one
-    /// pass over the document besides. When memory runs out nothing is changed.
+    /// Cost: the changed ones times the logarithm of the document, and all parameters where one has changed; where
+    /// something is made in between or erased, one pass over the document besides. When memory runs out nothing is
+    /// changed.
     void apply(const DrawingChange& change);
 };
 

@@ -33,7 +33,8 @@ Document notesOf(const Document& document) {
             .lengthUnit = document.lengthUnit,
             .plane = document.plane,
             .entities = {},
-            .constraints = {}};
+            .constraints = {},
+            .parameters = document.parameters};
 }
 
 }  // namespace
@@ -92,6 +93,8 @@ void Drawing::addKnown(const Constraint& constraint, std::size_t number) {
     known.original = constraint;
     known.taken.reset();
     known.isGone = known.isDropped = false;
+    if (!constraint.formula.empty())
+        m_calculated.insert(number);
     known.host = constraint.active ? build(constraint, number) : nullptr;
     if (!constraint.active)
         for (const Place& place : constraint.refs)

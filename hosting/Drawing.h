@@ -141,6 +141,16 @@ public:
     void setMeasure(std::string_view id, double value);
     /// Has a dimension hold the drawing, or measure it only.
     void setDriving(std::string_view id, bool driving);
+    /// Gives a dimension the formula that its value is calculated from, or none; the value stays as it is.
+    void setFormula(std::string_view id, const std::string& formula);
+    /// Ids of the dimensions with a formula, in the order in which they were added. Cost: as many as ever had one.
+    std::vector<std::string> calculated() const;
+
+    const std::vector<Parameter>& parameters() const { return m_notes.parameters; }
+    bool hasParameter(std::string_view name) const;
+    const std::string& lengthUnit() const { return m_notes.lengthUnit; }
+    /// Cost: all parameters.
+    void setParameters(std::vector<Parameter> parameters);
     /// Deletes the constraints whose place is gone: their dependency has the status of a removed segment, or names a
     /// segment that its polyline no longer has, or stands on an erased entity. Returns how many went. Looks at what was
     /// touched since changes were taken last.
@@ -222,7 +232,7 @@ private:
     HostProcess m_process;
     HostBuilder m_builder;
     YxDbObjectId m_group;
-    Document m_notes;  // name, source, licence, units, plane; no entities, no constraints
+    Document m_notes;  // name, source, licence, units, plane, parameters; no entities, no constraints
     std::unordered_map<std::string, KnownEntity> m_entities;
     std::unordered_map<std::string, int> m_nextNumbers;  // by base: below it, no number of a fresh name is free
     std::vector<KnownEntity*> m_numbered;        // as they were drawn; null for erased ones and those that never were
@@ -232,6 +242,7 @@ private:
     std::unordered_map<std::string, std::size_t> m_constraintIndex;
     std::unordered_map<const YxGeomConstraint*, std::size_t> m_constraintNumbers;
     std::unordered_map<std::string, std::set<std::size_t>> m_switchedOff;  // by entity
+    std::set<std::size_t> m_calculated;  // numbers of those that have, or had, a formula
 
     // What has changed since somebody asked.
     HostChanges m_hostChanges;
@@ -239,6 +250,7 @@ private:
     std::map<std::size_t, std::optional<Constraint>> m_constraintsBefore;
     std::unordered_set<YxGeomConstraint*> m_touchedInHost;
     std::vector<Deletion> m_deletions;
+    std::optional<std::vector<Parameter>> m_parametersBefore;
     bool m_isTouched = false;
     bool m_allUnsolved = true;
     std::set<std::size_t> m_unsolved;

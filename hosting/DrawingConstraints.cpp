@@ -51,10 +51,15 @@ YxGeomConstraint* Drawing::build(const Constraint& constraint, std::size_t numbe
     return &made;
 }
 
+bool Drawing::hasParameter(std::string_view name) const {
+    return std::any_of(m_notes.parameters.begin(), m_notes.parameters.end(),
+                       [&](const Parameter& parameter) { return parameter.name == name; });
+}
+
 /// Ids stay taken, so that as many numbers as there are constraints have been given at most.
 std::string Drawing::freeConstraintId() const {
     for (std::size_t number = std::max(m_nextConstraintNumber, m_constraints.size() + 1);; ++number)
-        if (std::string id = "k" + std::to_string(number); !m_constraintIndex.contains(id))
+        if (std::string id = "k" + std::to_string(number); !m_constraintIndex.contains(id) && !hasParameter(id))
             return id;
 }
 
@@ -189,6 +194,31 @@ void Drawing::setDriving(std::string_view id, bool driving) {
     for (const Place& place : known.original.refs)
         if (const auto on = m_entities.find(place.entity); driving && on != m_entities.end())
             m_unsolved.insert(on->second.number);
+}
+
+void Drawing::setFormula(std::string_view id, const std::string& formula) {
+    KnownConstraint& known = knownConstraint(id);
+    const std::size_t number = m_constraintIndex.find(std::string(id))->second;
+    noteConstraint(number);
+    known.original.formula = formula;
+    m_calculated.insert(number);
+}
+
+std::vector<std::string> Drawing::calculated() const {
+    std::vector<std::string> ids;
+    for (const std::size_t number : m_calculated)
+        if (number < m_constraints.size())
+            if (const KnownConstraint& known = m_constraints[number];
+                !known.original.formula.empty() && !isDeleted(known))
+                ids.push_back(known.original.id);
+    return ids;
+}
+
+void Drawing::setParameters(std::vector<Parameter> parameters) {
+    if (!m_parametersBefore)
+        m_parametersBefore = m_notes.parameters;
+    m_notes.parameters = std::move(parameters);
+    m_isTouched = true;
 }
 
 int Drawing::dropLostConstraints() {

@@ -145,6 +145,9 @@ void Drawing::countOnFrom(const NextOrders& next) {
 void Drawing::put(const DrawingChange& change, const NextOrders& next) {
     const HostProcess::Scope bound(m_process);
     m_isTouched = true;
+    if (change.parameters)
+        m_notes.parameters = change.parameters->after;
+    m_parametersBefore.reset();
     Reopening(*this, change).run();
     collect();
     countOnFrom(next);

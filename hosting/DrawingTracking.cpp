@@ -154,6 +154,8 @@ DrawingChange Drawing::change() {
         if (before != now)
             change.constraints.push_back({number, std::move(before), std::move(now)});
     }
+    if (m_parametersBefore && *m_parametersBefore != m_notes.parameters)
+        change.parameters = ParametersChange{*m_parametersBefore, m_notes.parameters};
     return change;
 }
 
@@ -182,6 +184,7 @@ void Drawing::commit(const DrawingChange& change) {
 
 void Drawing::take(const DrawingChange& change) {
     commit(change);
+    m_parametersBefore.reset();
     m_before.clear();
     m_constraintsBefore.clear();
     m_touchedInHost.clear();

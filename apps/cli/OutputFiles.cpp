@@ -99,6 +99,9 @@ void OutputFiles::addDrawing(const std::string& path, const Document& document, 
     if (output.lostConstraints > 0)
         m_notes.push_back(path + ": " + report::counted(output.lostConstraints, "constraint") +
                           (output.lostConstraints == 1 ? " was" : " were") + " left out");
+    if (output.lostParameters > 0)
+        m_notes.push_back(path + ": " + report::counted(output.lostParameters, "parameter") +
+                          (output.lostParameters == 1 ? " was" : " were") + " left out");
     if (document.lengthUnit != "mm")
         m_notes.push_back(path + ": numbers are in the unit " + inQuotes(document.lengthUnit) +
                           ", which the file does not say");

@@ -161,6 +161,18 @@ std::optional<Fault> faultInValue(const Constraint& constraint) {
     return std::nullopt;
 }
 
+/// Whether its names mean something only the whole drawing can tell.
+std::optional<Fault> faultInFormula(const Constraint& constraint) {
+    if (constraint.formula.empty())
+        return std::nullopt;
+    if (!isDimension(constraint.type))
+        return Fault{"formula", "a formula on a constraint of type " + std::string(typeName(constraint.type)),
+                     "formulas on dimensions only"};
+    if (!constraint.driving)
+        return Fault{"formula", "a formula on a measured dimension", "formulas on driving dimensions only"};
+    return std::nullopt;
+}
+
 std::optional<Fault> faultInRole(const Constraint& constraint, const EntityIndex& entities) {
     constexpr std::string_view roles[] = {"major_diameter", "minor_diameter", "focus1", "focus2"};
     const std::string& role = constraint.role;
@@ -211,6 +223,8 @@ std::optional<Fault> faultIn(const Constraint& constraint, const EntityIndex& en
     if (std::optional<Fault> fault = faultInKind(constraint, entities))
         return fault;
     if (std::optional<Fault> fault = faultInValue(constraint))
+        return fault;
+    if (std::optional<Fault> fault = faultInFormula(constraint))
         return fault;
     if (std::optional<Fault> fault = faultInRole(constraint, entities))
         return fault;

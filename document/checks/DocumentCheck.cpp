@@ -1,5 +1,6 @@
 #include "document/checks/DocumentCheck.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
@@ -14,7 +15,9 @@
 #include "document/Names.h"
 #include "document/checks/ConstraintCheck.h"
 #include "document/checks/ShapeCheck.h"
+#include "document/formulas/Calculation.h"
 #include "document/text/DrawingError.h"
+#include "document/text/NumberText.h"
 #include "document/text/Suggest.h"
 
 namespace holdfast::document {
@@ -62,6 +65,7 @@ public:
         checkConstraints();
         checkMembers();
         checkOwnership();
+        checkFormulas();
     }
 
 private:
@@ -198,6 +202,66 @@ private:
                       "the constraint " + inQuotes(m_document.constraints[at].id) + " as a member of itself" +
                           (m_owner[at] == at ? "" : " through " + inQuotes(m_document.constraints[m_owner[at]].id)),
                       "members that do not own their owner"});
+        }
+    }
+
+    void checkFormulas() const {
+        checkParameterNames();
+        const auto hasFormula = [](const Constraint& constraint) { return !constraint.formula.empty(); };
+        if (m_document.parameters.empty() &&
+            std::none_of(m_document.constraints.begin(), m_document.constraints.end(), hasFormula))
+            return;
+        Calculation calculation = calculationOver(m_document);
+        for (std::size_t i = 0; i < m_document.parameters.size(); ++i)
+            checkFormula(calculation, itemOf(m_document.parameters[i]), m_document.parameters[i].value,
+                         "/parameters/" + std::to_string(i));
+        for (std::size_t i = 0; i < m_document.constraints.size(); ++i)
+            if (const Constraint& constraint = m_document.constraints[i]; hasFormula(constraint))
+                checkFormula(calculation, itemOf(constraint), *constraint.value, "/constraints/" + std::to_string(i));
+    }
+
+    /// A fault in another formula on the way is told where that one stands, since all are checked.
+    void checkFormula(Calculation& calculation, const FormulaItem& item, double value, const std::string& where) const {
+        const Quantity result = [&] {
+            try {
+                return calculation.value(item);
+            } catch (const FormulaError& error) {
+                const std::string at = error.owner() == item.name
+                                           ? std::string()
+                                           : ", whose " + error.owner() + " is " + inQuotes(error.formula());
+                fail(where + "/formula", {"", inQuotes(item.formula) + at,
+                                          "a formula with a value: column " + std::to_string(error.column()) + ", " +
+                                              error.message() + error.hint()});
+            }
+        }();
+        if (!agrees(value, result.value))
+            fail(where + "/value",
+                 {"", numberText(value),
+                  numberText(result.value) + ", which the formula " + inQuotes(item.formula) + " comes to"});
+    }
+
+    /// The same name for two things would leave open what a formula means.
+    void checkParameterNames() const {
+        if (m_document.parameters.empty())
+            return;
+        std::unordered_map<std::string_view, std::string> taken;
+        for (std::size_t i = 0; i < m_document.constraints.size(); ++i) {
+            const Constraint& constraint = m_document.constraints[i];
+            taken.emplace(constraint.id, "/constraints/" + std::to_string(i) + "/id");
+            if (!constraint.name.empty())
+                taken.emplace(constraint.name, "/constraints/" + std::to_string(i) + "/name");
+        }
+        for (std::size_t i = 0; i < m_document.parameters.size(); ++i) {
+            const std::string where = "/parameters/" + std::to_string(i) + "/name";
+            const std::string& name = m_document.parameters[i].name;
+            if (const std::string fault = faultInFormulaName(name); !fault.empty())
+                fail(where, {"", inQuotes(name), "a name for formulas: " + fault});
+            if (m_document.parameters[i].formula.empty())
+                fail("/parameters/" + std::to_string(i) + "/formula",
+                     {"", "an empty formula", "a formula, such as \"80\" or \"width / 2 + 3 mm\""});
+            if (const auto [other, isNew] = taken.emplace(name, where); !isNew)
+                fail(where, {"", "the name " + inQuotes(name) + ", which " + other->second + " has already",
+                             "a name of its own"});
         }
     }
 

@@ -147,6 +147,7 @@ DxfOutput dxfText(const Document& document, double tolerance) {
     DxfOutput output;
     output.tolerance = tolerance;
     output.lostConstraints = document.constraints.size();
+    output.lostParameters = document.parameters.size();
     output.text = "  0\nSECTION\n  2\nENTITIES\n";
     for (const Entity& entity : document.entities)
         std::visit(Writer(output, entity), entity.shape);

@@ -28,6 +28,7 @@ struct DxfOutput {
     std::string text;
     std::vector<DxfNote> notes;       ///< in the order of the document
     std::size_t lostConstraints = 0;  ///< a DXF file holds none
+    std::size_t lostParameters = 0;   ///< nor these
     double tolerance = 0.0;           ///< of the curves that were flattened, in the drawing's unit
 };
 

@@ -15,13 +15,14 @@
 namespace holdfast::formats {
 namespace {
 
-constexpr std::string_view kDrawingFields[] = {"name",  "source",   "license",    "units",
-                                               "plane", "entities", "constraints"};
+constexpr std::string_view kDrawingFields[] = {"name",  "source",     "license",  "units",
+                                               "plane", "parameters", "entities", "constraints"};
+constexpr std::string_view kParameterFields[] = {"name", "formula", "value"};
 constexpr std::string_view kSourceFields[] = {"repository", "revision", "file", "sketch"};
 constexpr std::string_view kUnitFields[] = {"length", "angle"};
 constexpr std::string_view kPlaneFields[] = {"origin", "x_axis", "y_axis"};
-constexpr std::string_view kConstraintFields[] = {"id",    "type",    "refs",   "members", "role",
-                                                  "value", "driving", "active", "name",    "implied"};
+constexpr std::string_view kConstraintFields[] = {"id",      "type",    "refs",   "members", "role",   "value",
+                                                  "formula", "driving", "active", "name",    "implied"};
 constexpr std::string_view kRefFields[] = {"entity", "point"};
 
 std::string textOr(const JsonView& view, std::string_view key) {
@@ -117,11 +118,17 @@ Constraint readConstraint(const JsonView& view) {
     constraint.role = textOr(view, "role");
     if (const auto value = view.find("value"))
         constraint.value = value->number();
+    constraint.formula = textOr(view, "formula");
     constraint.driving = flagOr(view, "driving", true);
     constraint.active = flagOr(view, "active", true);
     constraint.name = textOr(view, "name");
     constraint.implied = flagOr(view, "implied", false);
     return constraint;
+}
+
+Parameter readParameter(const JsonView& view) {
+    view.allowOnly(kParameterFields);
+    return Parameter{view.at("name").text(), view.at("formula").text(), view.at("value").number()};
 }
 
 Document readDocument(const JsonView& view) {
@@ -134,6 +141,9 @@ Document readDocument(const JsonView& view) {
     document.lengthUnit = readLengthUnit(view.at("units"));
     if (const auto plane = view.find("plane"))
         document.plane = readPlane(*plane);
+    if (const auto parameters = view.find("parameters"))
+        for (const JsonView& parameter : parameters->list())
+            document.parameters.push_back(readParameter(parameter));
     for (const JsonView& entity : view.at("entities").list())
         document.entities.push_back(readEntity(entity));
     for (const JsonView& constraint : view.at("constraints").list())
@@ -161,12 +171,15 @@ std::optional<Document> readPieceByPiece(std::string_view text, const std::strin
                 listed.entities.push_back(readEntity(JsonView(item, fileName)));
             else if (list == "constraints")
                 listed.constraints.push_back(readConstraint(JsonView(item, fileName)));
+            else if (list == "parameters")
+                listed.parameters.push_back(readParameter(JsonView(item, fileName)));
         });
         Document document = readDocument(JsonView(root, fileName));
-        if (!document.entities.empty() || !document.constraints.empty())
+        if (!document.entities.empty() || !document.constraints.empty() || !document.parameters.empty())
             return std::nullopt;
         document.entities = std::move(listed.entities);
         document.constraints = std::move(listed.constraints);
+        document.parameters = std::move(listed.parameters);
         checkDocument(document, fileName);
         return document;
     } catch (const DrawingError&) {

@@ -213,6 +213,7 @@ void append(std::string& out, const Constraint& constraint) {
     object.memberUnlessEmpty("role", constraint.role);
     if (constraint.value)
         object.member("value", *constraint.value);
+    object.memberUnlessEmpty("formula", constraint.formula);
     if (!constraint.driving)
         object.flag("driving", false);
     if (!constraint.active)
@@ -220,6 +221,13 @@ void append(std::string& out, const Constraint& constraint) {
     object.memberUnlessEmpty("name", constraint.name);
     if (constraint.implied)
         object.flag("implied", true);
+}
+
+void append(std::string& out, const Parameter& parameter) {
+    ObjectLine object(out);
+    object.member("name", parameter.name);
+    object.member("formula", parameter.formula);
+    object.member("value", parameter.value);
 }
 
 void append(std::string& out, const Source& source) {
@@ -301,6 +309,10 @@ void writeJson(const Document& document, const std::function<void(std::string_vi
     out += ", \"angle\": \"rad\"},\n";
     if (document.plane)
         appendHead(out, "plane", *document.plane);
+    if (!document.parameters.empty()) {
+        appendLines(pieces, "parameters", document.parameters);
+        out += ",\n";
+    }
     appendLines(pieces, "entities", document.entities);
     out += ",\n";
     appendLines(pieces, "constraints", document.constraints);
