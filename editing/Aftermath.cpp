@@ -1,6 +1,7 @@
 #include "editing/Aftermath.h"
 
 #include <algorithm>
+#include <cmath>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -10,6 +11,7 @@
 #include "editing/EditContext.h"
 #include "editing/EditError.h"
 #include "editing/Refusal.h"
+#include "editing/fates/Fates.h"
 #include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
 #include "hosting/DocumentSketch.h"
@@ -21,6 +23,17 @@ namespace {
 /// As kHolds, for a constraint that holds without doubt: what was on the brink before an edit may be a little beyond
 /// after it.
 constexpr double kHeldSurely = 1e-7;
+
+/// Units of length from the origin. There the digits of a number end at a ten-thousandth of a unit, and beyond it what
+/// holds and what is free could not be told any more.
+constexpr double kFarthest = 1e12;
+
+bool isBoundless(const Shape& shape) {
+    const std::vector<Vec2> points = definingPoints(shape);
+    return std::any_of(points.begin(), points.end(), [](Vec2 point) {
+        return !(std::abs(point.x) <= kFarthest) || !(std::abs(point.y) <= kFarthest);
+    });
+}
 
 /// The module judges a spline by its ends, and where it is cut by its control points. What holds on the whole of one it
 /// leaves alone, and all control points of an outermost span move when the spline is led on.
@@ -135,9 +148,13 @@ void dropFalse(EditContext& context, const EditedPart& part) {
                  [&](const Constraint& constraint) { context.drawing.removeConstraint(constraint.id); });
 }
 
-void refreshMeasures(Drawing& drawing, const Document& before, const Document& now) {
-    const std::vector<std::size_t> followers = constraintsOnChanged(
-        before, now, [](const Constraint& constraint) { return !constraint.driving && constraint.value.has_value(); });
+}  // namespace
+
+void refreshMeasures(Drawing& drawing, const EditedPart& part) {
+    const Document& now = part.after;
+    const std::vector<std::size_t> followers = constraintsOnChanged(part.before, now, [](const Constraint& constraint) {
+        return !constraint.driving && constraint.value.has_value();
+    });
     if (followers.empty())
         return;
     const DocumentSketch sketch(now);
@@ -145,11 +162,18 @@ void refreshMeasures(Drawing& drawing, const Document& before, const Document& n
         drawing.setMeasure(now.constraints[number].id, sketch.measured(number));
 }
 
-}  // namespace
-
 void settleOwnConstraints(EditContext& context, const EditedPart& part) {
     dropFalse(context, part);
-    refreshMeasures(context.drawing, part.before, part.after);
+    refreshMeasures(context.drawing, part);
+}
+
+void refuseBoundless(const EditedPart& part, const std::string& lengthUnit) {
+    const EntityIndex was(part.before);
+    for (const Entity& entity : part.after.entities)
+        if (const Entity* before = was.find(entity.id);
+            isBoundless(entity.shape) && (before == nullptr || !isBoundless(before->shape)))
+            throw EditError(entity.id + " would reach farther than " + spoken(kFarthest) + " " + lengthUnit +
+                            ", where numbers have no digits left for what is near; choose smaller values");
 }
 
 void refuseBroken(const EditedPart& part) {

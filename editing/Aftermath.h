@@ -17,6 +17,12 @@ struct EditContext;
 /// that are judged anew, and for fixed points that are elsewhere. Linear in what the command touched.
 void settleOwnConstraints(EditContext& context, const EditedPart& part);
 
+/// Gives measured dimensions of changed entities what they measure now. Linear in what the command touched.
+void refreshMeasures(Drawing& drawing, const EditedPart& part);
+
+/// EditError with the name of an entity that the edit has led farther out than a drawing can reach, or made so large.
+void refuseBoundless(const EditedPart& part, const std::string& lengthUnit);
+
 /// EditError with the name of a constraint that held before an edit, was kept, and does not hold any more: the host or
 /// the solver did not do what they said. Linear in what the edit touched.
 void refuseBroken(const EditedPart& part);

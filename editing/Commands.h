@@ -34,6 +34,8 @@ void require(const Move& edit, const Drawing& drawing);
 void require(const Copy& edit, const Drawing& drawing);
 void require(const Scale& edit, const Drawing& drawing);
 void require(const Define& edit, const Drawing& drawing);
+void require(const SetFormula& edit, const Drawing& drawing);
+void require(const SetParameter& edit, const Drawing& drawing);
 
 void perform(const Break& edit, EditContext& context);
 void perform(const Trim& edit, EditContext& context);
@@ -59,6 +61,8 @@ void perform(const Move& edit, EditContext& context);
 void perform(const Copy& edit, EditContext& context);
 void perform(const Scale& edit, EditContext& context);
 void perform(const Define& edit, EditContext& context);
+void perform(const SetFormula& edit, EditContext& context);
+void perform(const SetParameter& edit, EditContext& context);
 
 /// Refuses a word that is no property of an entity, with those that it has.
 [[noreturn]] void refuseProperty(const std::string& entity, const Shape& shape, const Sourced<std::string>& word);

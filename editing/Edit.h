@@ -178,20 +178,36 @@ struct SetDriving {
     friend bool operator==(const SetDriving&, const SetDriving&) = default;
 };
 
+/// Has a driving dimension calculated from parameters and other dimensions; what hangs on it follows. A plain number
+/// gives it that value and takes its formula away.
+struct SetFormula {
+    Name dimension;
+    Sourced<std::string> formula;  ///< as document::Formula reads it, without blanks or ends of lines around it
+    friend bool operator==(const SetFormula&, const SetFormula&) = default;
+};
+
+/// Makes a parameter, or gives it another formula; what is calculated from it follows.
+struct SetParameter {
+    Name parameter;
+    Sourced<std::string> formula;  ///< "80", "width / 2 + 3 mm", as above
+    friend bool operator==(const SetParameter&, const SetParameter&) = default;
+};
+
 /// Adds a constraint; the drawing moves as little as it takes for it to hold.
 struct Constrain {
     Sourced<ConstraintType> type = ConstraintType::coincident;
     std::vector<Sourced<Place>> places;  ///< as many as the kind takes
     /// Of a dimension: its value, an angle in degrees; none: what it measures now.
     std::optional<double> value{};
-    bool anyway = false;  ///< a dimension that cannot drive the drawing is added to measure it
-    Name as{};            ///< its id; empty: a fresh one
+    bool anyway = false;             ///< a dimension that cannot drive the drawing is added to measure it
+    Name as{};                       ///< its id; empty: a fresh one
+    Sourced<std::string> formula{};  ///< of a dimension without a value: what calculates it; empty: none
     friend bool operator==(const Constrain&, const Constrain&) = default;
 };
 
-/// Deletes constraints.
+/// Deletes constraints, and parameters that no formula uses.
 struct Delete {
-    std::vector<Name> constraints;  ///< each once
+    std::vector<Name> constraints;  ///< or parameters; each once
     friend bool operator==(const Delete&, const Delete&) = default;
 };
 
@@ -276,6 +292,6 @@ struct Redo {
 /// Any editing command.
 using Edit = std::variant<Break, Trim, Extend, Fillet, FilletCorner, FilletSegments, Join, Lengthen, Stretch, Mirror,
                           Align, Rotate, Drag, Set, SetDimension, SetDriving, Constrain, Delete, Erase, Draw, Move,
-                          Copy, Scale, Define, Undo, Redo>;
+                          Copy, Scale, Define, SetFormula, SetParameter, Undo, Redo>;
 
 }  // namespace holdfast::editing

@@ -48,12 +48,38 @@ std::string spokenConstraint(const Constraint& constraint) {
         words += " " + spokenPlace(place);
     if (constraint.value)
         words += ", " + spoken(spokenValue(constraint.type, *constraint.value));
+    if (!constraint.formula.empty())
+        words += " = " + constraint.formula;
     return words + ")";
 }
 
 namespace {
 
-std::string reasonOf(const Evaluation& evaluation, const Document& document, const std::vector<std::string>& edited) {
+/// "the new distance base rib".
+std::string spokenNew(const Constraint& added) {
+    std::string words = "the new " + std::string(typeName(added.type));
+    for (const Place& place : added.refs)
+        words += " " + spokenPlace(place);
+    return words;
+}
+
+std::string againstNew(const Evaluation& evaluation, const Document& document, const std::vector<std::string>& edited,
+                       const std::vector<Constraint>& added) {
+    std::vector<std::string> conflicting = evaluation.conflicting;
+    for (const Constraint& constraint : added)
+        std::erase(conflicting, constraint.id);
+    if (conflicting.empty())
+        return spokenNew(added.front()) + " cannot hold, whatever else is deleted";
+    const bool isSingle = conflicting.size() == 1;
+    return "the constraints do not allow " + spokenNew(added.front()) + ": " + listOf(conflicting, document, edited) +
+           (isSingle ? " stands" : " stand") + " in the way; delete " + (isSingle ? "it" : "one of them") +
+           (added.front().value ? " or choose another value" : "");
+}
+
+std::string reasonOf(const Evaluation& evaluation, const Document& document, const std::vector<std::string>& edited,
+                     const std::vector<Constraint>& added) {
+    if (!added.empty() && !evaluation.conflicting.empty())
+        return againstNew(evaluation, document, edited, added);
     if (!evaluation.conflicting.empty())
         return "the constraints do not allow it: " + listOf(evaluation.conflicting, document, edited) +
                (evaluation.conflicting.size() == 1 ? " stands" : " stand") +
@@ -79,8 +105,9 @@ std::string reachOf(const Evaluation& evaluation) {
 
 }  // namespace
 
-std::string refusalOf(const Evaluation& evaluation, const Document& document, const std::vector<std::string>& edited) {
-    return reasonOf(evaluation, document, edited) + reachOf(evaluation);
+std::string refusalOf(const Evaluation& evaluation, const Document& document, const std::vector<std::string>& edited,
+                      const std::vector<Constraint>& added) {
+    return reasonOf(evaluation, document, edited, added) + reachOf(evaluation);
 }
 
 std::vector<std::string> remarksOn(const Shortfall& shortfall, const Document& document,

@@ -11,6 +11,7 @@
 #include "editing/Check.h"
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
+#include "editing/FormulaFollowing.h"
 #include "editing/HoldingConstraints.h"
 #include "editing/Refusal.h"
 #include "editing/fates/Freedom.h"
@@ -207,11 +208,16 @@ std::string Session::solversReason(const std::string& reason, const std::vector<
         if (constraint.id == last.worst ||
             std::find(last.conflicting.begin(), last.conflicting.end(), constraint.id) != last.conflicting.end())
             concerned.constraints.push_back(constraint);
-    // What the edit has added is in the way, too.
+    // What the edit has added is in the way, too, but nothing that could be deleted.
+    const auto isThere = [&](const std::string& id) {
+        return std::any_of(concerned.constraints.begin(), concerned.constraints.end(),
+                           [&](const Constraint& constraint) { return constraint.id == id; });
+    };
+    std::vector<Constraint> added;
     for (const std::string& id : last.conflicting)
-        if (std::optional<Constraint> added = m_drawing->constraint(id))
-            concerned.constraints.push_back(std::move(*added));
-    return refusalOf(last, concerned, edited);
+        if (std::optional<Constraint> found = isThere(id) ? std::nullopt : m_drawing->constraint(id))
+            added.push_back(std::move(*found));
+    return refusalOf(last, concerned, edited, added);
 }
 
 void Session::run(const Edit& edit, EditContext& context, EditResult& result) {
@@ -226,13 +232,15 @@ void Session::run(const Edit& edit, EditContext& context, EditResult& result) {
     result.outcome.shortfall = context.shortfall;
     if (context.shortfall != Shortfall{})
         result.outcome.remarks = remarksOn(context.shortfall, document(), context.edited);
-    result.outcome.remarks.insert(result.outcome.remarks.end(), context.remarks.begin(), context.remarks.end());
     finishCommand(context);
     settleOwnConstraints(context, partOf(context.drawing.change(), sizeBefore));
+    followFormulas(context);
     context.reasons.noteDeleted(context.drawing);
     DrawingChange change = context.drawing.change();
     const EditedPart part = partOf(change, sizeBefore);
+    refuseBoundless(part, context.drawing.lengthUnit());
     refuseBroken(part);
+    result.outcome.remarks.insert(result.outcome.remarks.end(), context.remarks.begin(), context.remarks.end());
     result.fates = fatesBetween(part.before, part.after, context.edited, m_results.size(), context.reasons);
     result.freedom = freedomOver(change, true);
     Step step{change, m_next, context.drawing.next(), m_results.size()};

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "document/text/Suggest.h"
 #include "editing/text/ParseCommands.h"
 
 namespace holdfast::editing {
@@ -35,11 +36,14 @@ constexpr EditVerb kVerbs[] = {
      "turns entities about a point, counter-clockwise for a positive angle", &parseRotate},
     {"drag", "drag ENTITY... | ENTITY.PLACE by VECTOR [steps N]", "drag g1.end by 3,2",
      "pulls entities, or one end, vertex or control point, as far as the constraints let them", &parseDrag},
-    {"set", "set ENTITY PROPERTY VALUE | set DIMENSION VALUE | set DIMENSION driving|measured", "set g5 radius 5",
-     "gives a property or a dimension another value: an end, a centre, a radius, an angle, a vertex", &parseSet},
-    {"constrain", "constrain KIND PLACE... [VALUE] [anyway] [as NAME]", "constrain horizontal g1",
+    {"set",
+     "set ENTITY PROPERTY VALUE | set DIMENSION VALUE | set DIMENSION = FORMULA | set DIMENSION driving|measured",
+     "set g5 radius 5", "gives a property or a dimension another value: an end, a centre, a radius, an angle, a vertex",
+     &parseSet},
+    {"constrain", "constrain KIND PLACE... [VALUE] [anyway] [as NAME] [= FORMULA]", "constrain horizontal g1",
      "adds a constraint or a dimension; the drawing moves as little as it takes", &parseConstrain},
-    {"delete", "delete CONSTRAINT...", "delete c9 c10", "deletes constraints", &parseDelete},
+    {"delete", "delete CONSTRAINT|PARAMETER...", "delete c9 c10",
+     "deletes constraints, and parameters that no formula uses", &parseDelete},
     {"draw",
      "draw line POINT POINT | draw circle POINT radius R | draw arc centre POINT from POINT to POINT | draw polyline "
      "POINT [bulge B] POINT... [closed] | draw point POINT | draw ellipse POINT major VECTOR ratio R [from DEGREES to "
@@ -58,9 +62,51 @@ constexpr EditVerb kVerbs[] = {
     {"define", "define [ENTITY...] [rounded DECIMALS]", "define g1 g2",
      "adds the constraints and dimensions that entities, or the whole drawing, lack for being fully determined",
      &parseDefine},
+    {"parameter", "parameter NAME = FORMULA", "parameter width = 80",
+     "makes a parameter or changes it; what is calculated from it follows", &parseParameter},
     {"undo", "undo", "", "takes the last edit back", &parseUndo},
     {"redo", "redo", "", "does the edit again that was taken back last", &parseRedo},
 };
+
+/// What people type who know other programs, and what it is called here. A verb of ours needs no row.
+struct ForeignVerb {
+    std::string_view word, meant;
+};
+
+constexpr ForeignVerb kForeignVerbs[] = {
+    {"brake", "\"break\""},
+    {"split", "\"break\""},
+    {"cut", "\"trim\" or \"break\""},
+    {"remove", "\"erase\" for entities or \"delete\" for constraints"},
+    {"del", "\"delete\" for constraints or \"erase\" for entities"},
+    {"dimension", "\"constrain\" with a kind such as distance, radius or angle"},
+    {"dim", "\"constrain\" with a kind such as distance, radius or angle"},
+    {"distance", "\"constrain distance\""},
+    {"horizontal", "\"constrain horizontal\""},
+    {"vertical", "\"constrain vertical\""},
+    {"parallel", "\"constrain parallel\""},
+    {"tangent", "\"constrain tangent\""},
+    {"coincident", "\"constrain coincident\""},
+    {"constraint", "\"constrain\""},
+    {"line", "\"draw line\""},
+    {"circle", "\"draw circle\""},
+    {"arc", "\"draw arc\""},
+    {"polyline", "\"draw polyline\""},
+    {"round", "\"fillet\""},
+    {"reflect", "\"mirror\""},
+    {"turn", "\"rotate\""},
+    {"pull", "\"drag\""},
+    {"shorten", "\"lengthen ... by\" with a negative length"},
+    {"variable", "\"parameter\""},
+    {"let", "\"parameter\""},
+};
+
+std::string_view ownWordsFor(std::string_view word) {
+    for (const ForeignVerb& verb : kForeignVerbs)
+        if (verb.word == word)
+            return verb.meant;
+    return {};
+}
 
 }  // namespace
 
@@ -72,6 +118,10 @@ const EditVerb& takeVerb(EditText& text) {
     std::vector<std::string_view> names;
     for (const EditVerb& verb : kVerbs)
         names.push_back(verb.name);
+    if (const std::string_view meant = ownWordsFor(text.peek()); !meant.empty()) {
+        text.otherName("an editing command");
+        text.fail("expected an editing command (" + oneOf(names) + ")", "; did you mean " + std::string(meant) + "?");
+    }
     const std::string found = text.oneOfWords(names, "an editing command");
     return *std::find_if(std::begin(kVerbs), std::end(kVerbs),
                          [&](const EditVerb& verb) { return verb.name == found; });

@@ -72,6 +72,11 @@ std::string DeletionReasons::reasonOfAdded(const std::string& constraint) const 
     return found == m_own.end() ? "made by the edit" : found->second;
 }
 
+std::string DeletionReasons::ownReasonOf(const std::string& constraint) const {
+    const auto found = m_own.find(constraint);
+    return found == m_own.end() ? std::string() : found->second;
+}
+
 std::string DeletionReasons::reasonOf(const std::string& constraint) const {
     for (const auto* reasons : {&m_own, &m_reasons})
         if (const auto found = reasons->find(constraint); found != reasons->end())

@@ -22,7 +22,7 @@ class PlaceReasons;
 /// which of the constraint's places it was.
 class DeletionReasons {
 public:
-    /// The reason of who deletes or adds a constraint himself. It stands before any other.
+    /// The reason of who deletes, adds or changes a constraint himself. It stands before any other.
     void note(const std::string& constraint, std::string reason);
     /// A command has the module judge a curve: what is done to it ("cut"), and the entities that are left of it,
     /// without any the entity itself.
@@ -32,6 +32,8 @@ public:
     /// Notes the reasons of all that was deleted by now and is not back. Cost: what the edit has touched.
     void noteDeleted(Drawing& drawing);
 
+    /// What was noted by who changed a constraint himself; empty: nothing.
+    std::string ownReasonOf(const std::string& constraint) const;
     /// True for a constraint that the module deleted without having collected it.
     bool wentAtOnce(const std::string& constraint) const { return m_atOnce.contains(constraint); }
     /// What was noted about a constraint that the edit has added.

@@ -12,7 +12,8 @@
 
 namespace holdfast::editing {
 
-/// What an edit did to a constraint, in the order in which a user cares. Changed: a dimension says something else.
+/// What an edit did to a constraint, in the order in which a user cares. Changed: a dimension says something else,
+/// or is calculated in another way.
 /// Restored: an undo has brought it back.
 enum class ConstraintFate { deleted, changed, rePointed, added, restored, kept };
 

@@ -19,32 +19,6 @@ namespace {
 constexpr const char* kAsItWas = "the drawing is as it was without it";
 constexpr const char* kMadeByEdit = "made by the edit";
 
-/// The points that define a shape, and its sizes as points on an axis of their own.
-std::vector<Vec2> definingPoints(const Shape& shape) {
-    struct Visitor {
-        static Vec2 on(Vec2 c, double r, double a) { return {c.x + r * std::cos(a), c.y + r * std::sin(a)}; }
-        std::vector<Vec2> operator()(const LineShape& s) const { return {s.start, s.end}; }
-        std::vector<Vec2> operator()(const ArcShape& s) const {
-            return {on(s.centre, s.radius, s.startAngle), on(s.centre, s.radius, s.endAngle), s.centre, {s.radius, 0}};
-        }
-        std::vector<Vec2> operator()(const CircleShape& s) const { return {s.centre, {s.radius, 0}}; }
-        std::vector<Vec2> operator()(const EllipseShape& s) const {
-            return {s.centre, s.majorAxis, {s.ratio * std::hypot(s.majorAxis.x, s.majorAxis.y), 0}};
-        }
-        std::vector<Vec2> operator()(const EllipticalArcShape& s) const {
-            const double major = std::hypot(s.majorAxis.x, s.majorAxis.y);
-            return {s.centre, s.majorAxis, {s.ratio * major, 0}, {s.startParam * major, 0}, {s.endParam * major, 0}};
-        }
-        std::vector<Vec2> operator()(const SplineShape& s) const { return s.control; }
-        std::vector<Vec2> operator()(const PointShape& s) const { return {s.position}; }
-        std::vector<Vec2> operator()(const XlineShape& s) const { return {s.point, s.direction}; }
-        std::vector<Vec2> operator()(const RayShape& s) const { return {s.point, s.direction}; }
-        std::vector<Vec2> operator()(const PolylineShape& s) const { return s.vertices; }
-        std::vector<Vec2> operator()(const TextShape& s) const { return {s.position}; }
-    };
-    return std::visit(Visitor(), shape);
-}
-
 /// Why places have other names; the names themselves are told by the moves.
 std::string reasonOfMove(const std::vector<PlaceMove>& moves, const EntityIndex& after) {
     const PlaceMove& move = moves.front();
@@ -68,11 +42,16 @@ std::vector<PlaceMove> movesBetween(const Constraint& was, const Constraint& is)
 /// How a dimension says another thing than before; empty where it does not. What measured ones read follows from the
 /// drawing.
 std::string reasonOfChange(const Constraint& was, const Constraint& is) {
+    const std::string lost =
+        was.formula.empty() || !is.formula.empty() ? "" : ", its formula " + was.formula + " is gone";
     if (was.driving != is.driving)
-        return is.driving ? "it drives the drawing now" : "it is measured now";
-    if (!is.driving || was.value == is.value || !was.value || !is.value)
+        return (is.driving ? "it drives the drawing now" : "it is measured now") + lost;
+    const bool hasChanged = is.driving && was.value != is.value && was.value && is.value;
+    if (!hasChanged && was.formula == is.formula)
         return {};
-    return spoken(spokenValue(was.type, *was.value)) + " -> " + spoken(spokenValue(is.type, *is.value));
+    const std::string now = is.value ? spoken(spokenValue(is.type, *is.value)) : std::string();
+    return (hasChanged ? spoken(spokenValue(was.type, *was.value)) + " -> " : "") + now +
+           (is.formula.empty() ? lost : " = " + is.formula);
 }
 
 std::unordered_map<std::string_view, const Constraint*> constraintsById(const Document& document) {
@@ -101,6 +80,8 @@ std::vector<ConstraintOutcome> constraintFates(const Document& before, const Doc
             std::string reason = reasonOfMove(moves, entitiesAfter);
             outcomes.push_back({constraint.id, ConstraintFate::rePointed, std::move(reason), std::move(moves), edit});
         } else if (std::string reason = reasonOfChange(constraint, *now->second); !reason.empty()) {
+            if (const std::string own = reasons == nullptr ? "" : reasons->ownReasonOf(constraint.id); !own.empty())
+                reason = own;
             outcomes.push_back({constraint.id, ConstraintFate::changed, std::move(reason), {}, edit});
         }
     }
@@ -142,6 +123,31 @@ std::vector<EntityOutcome> entityFates(const Document& before, const Document& a
 }
 
 }  // namespace
+
+std::vector<Vec2> definingPoints(const Shape& shape) {
+    struct Visitor {
+        static Vec2 on(Vec2 c, double r, double a) { return {c.x + r * std::cos(a), c.y + r * std::sin(a)}; }
+        std::vector<Vec2> operator()(const LineShape& s) const { return {s.start, s.end}; }
+        std::vector<Vec2> operator()(const ArcShape& s) const {
+            return {on(s.centre, s.radius, s.startAngle), on(s.centre, s.radius, s.endAngle), s.centre, {s.radius, 0}};
+        }
+        std::vector<Vec2> operator()(const CircleShape& s) const { return {s.centre, {s.radius, 0}}; }
+        std::vector<Vec2> operator()(const EllipseShape& s) const {
+            return {s.centre, s.majorAxis, {s.ratio * std::hypot(s.majorAxis.x, s.majorAxis.y), 0}};
+        }
+        std::vector<Vec2> operator()(const EllipticalArcShape& s) const {
+            const double major = std::hypot(s.majorAxis.x, s.majorAxis.y);
+            return {s.centre, s.majorAxis, {s.ratio * major, 0}, {s.startParam * major, 0}, {s.endParam * major, 0}};
+        }
+        std::vector<Vec2> operator()(const SplineShape& s) const { return s.control; }
+        std::vector<Vec2> operator()(const PointShape& s) const { return {s.position}; }
+        std::vector<Vec2> operator()(const XlineShape& s) const { return {s.point, s.direction}; }
+        std::vector<Vec2> operator()(const RayShape& s) const { return {s.point, s.direction}; }
+        std::vector<Vec2> operator()(const PolylineShape& s) const { return s.vertices; }
+        std::vector<Vec2> operator()(const TextShape& s) const { return {s.position}; }
+    };
+    return std::visit(Visitor(), shape);
+}
 
 double movement(const Shape& before, const Shape& after) {
     const std::vector<Vec2> from = definingPoints(before), to = definingPoints(after);

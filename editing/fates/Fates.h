@@ -30,6 +30,9 @@ Fates fatesBetween(const Document& before, const Document& after, const std::vec
 /// The same of an undo: what is there again is told as restored.
 Fates fatesOfUndo(const Document& before, const Document& after, std::size_t edit);
 
+/// The points that define a shape, and its sizes as points on an axis of their own.
+std::vector<Vec2> definingPoints(const Shape& shape);
+
 /// The longest way that one of a shape's defining points went, in drawing units; radii count as their change.
 /// Shapes of another kind, or of another number of points: the distance of their start points.
 double movement(const Shape& before, const Shape& after);

@@ -24,6 +24,13 @@ bool readNumber(std::string_view text, double& value) {
     return error == std::errc() && end == text.data() + text.size() && std::isfinite(value);
 }
 
+/// Digits that no number can hold, or so few that they are nothing.
+bool isBeyondNumbers(std::string_view text) {
+    double value = 0.0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc::result_out_of_range && end == text.data() + text.size();
+}
+
 /// What stands behind a backslash in quotes.
 char unescaped(char c) {
     switch (c) {
@@ -106,7 +113,10 @@ std::string EditText::oneOfWords(std::span<const std::string_view> choices, std:
 
 double EditText::number(std::string_view what) {
     double value = 0.0;
-    if (!readNumber(take(what).text, value))
+    const std::string& found = take(what).text;
+    if (isBeyondNumbers(found))
+        fail("expected " + std::string(what) + ", a number of less than 1e308");
+    if (!readNumber(found, value))
         fail("expected " + std::string(what) + ", a number such as 2.5");
     return value;
 }
@@ -180,6 +190,36 @@ Sourced<Place> EditText::place(std::string_view what) {
     return {*place, word.column};
 }
 
+bool EditText::nextIsFormula() const {
+    return !atEnd() && !m_words[m_next].hasQuotes && m_words[m_next].text.front() == '=';
+}
+
+void EditText::partAtEquals() {
+    if (atEnd() || m_words[m_next].hasQuotes)
+        return;
+    const std::size_t sign = m_words[m_next].text.find('=');
+    if (sign == 0 || sign == std::string::npos)
+        return;
+    const auto behind = m_words.begin() + static_cast<std::ptrdiff_t>(m_next) + 1;
+    m_words.insert(behind, wordAt(m_words[m_next].column - 1 + sign));
+    m_words[m_next].text.resize(sign);
+    m_words[m_next].end = m_words[m_next].column - 1 + sign;
+}
+
+Sourced<std::string> EditText::formula() {
+    if (!nextIsFormula())
+        failAt(m_next, "expected \"=\" and a formula, such as = width / 2 + 3 mm");
+    std::size_t begin = m_words[m_next].column, end = m_text.size();
+    while (begin < end && isSpace(m_text[begin]))
+        ++begin;
+    while (end > begin && isSpace(m_text[end - 1]))
+        --end;
+    m_next = m_words.size();
+    if (begin == end)
+        failAt(m_next, "expected a formula behind \"=\", such as width / 2 + 3 mm");
+    return {m_text.substr(begin, end - begin), begin + 1};
+}
+
 bool EditText::hasAhead(std::string_view word) const {
     return std::any_of(m_words.begin() + static_cast<std::ptrdiff_t>(m_next), m_words.end(),
                        [word](const Word& ahead) { return !ahead.hasQuotes && ahead.text == word; });
@@ -216,6 +256,10 @@ std::string sentenceOf(const Refusal& refusal, std::string_view edit) {
     for (std::size_t i = 0; i < text.m_words.size(); ++i)
         if (text.m_words[i].column == refusal.column)
             return text.sentenceAt(i, refusal.message, refusal.hint);
+    // Within a formula or behind it.
+    if (refusal.column > 0 && refusal.column <= edit.size() + 1)
+        return "edit \"" + text.m_text + "\", column " + std::to_string(refusal.column) + ": " + refusal.message +
+               refusal.hint;
     return refusal.message + refusal.hint;
 }
 

@@ -49,6 +49,12 @@ public:
     bool nextIsPlace() const;
     /// "g1.end", "s2.control:3", "p4.segment:1", or "g1" for the whole entity
     Sourced<Place> place(std::string_view what);
+    /// True when "=" stands at the beginning of the next word.
+    bool nextIsFormula() const;
+    /// A name without quotes ends before "=": "width=80" becomes two words.
+    void partAtEquals();
+    /// "= width / 2", to the end of the edit, without the sign and without blanks around it.
+    Sourced<std::string> formula();
     /// True when this keyword is the next word or comes later.
     bool hasAhead(std::string_view word) const;
     /// Throws when words are left over.

@@ -16,6 +16,19 @@ void refuseUnknown(const EditSyntaxError& error, const Drawing& drawing) {
         requireEntity(drawing, named.name, named.ends);
 }
 
+/// Of a dimension a word was meant for its value.
+void refuseDimensionValue(const PropertyFault& error, const Drawing& drawing) {
+    const std::string& name = error.entity().value;
+    if (!drawing.id(name).isNull() || drawing.constraintCalled(name).empty())
+        return;
+    throw RefusedWord({"expected the value of " + name +
+                           ", a number such as 2.5, or \"driving\" or \"measured\"; with a "
+                           "unit or a name it is a formula, such as set " +
+                           name + " = 5 mm",
+                       {},
+                       error.word().column});
+}
+
 void refuseForeign(const PropertyFault& error, const Drawing& drawing) {
     const Shape shape = drawing.shape(error.entity().value);
     const auto rows = propertiesOf(shape);
@@ -37,6 +50,7 @@ Edit parseFor(std::string_view text, const Drawing& drawing) {
     try {
         return parse(text);
     } catch (const PropertyFault& error) {
+        refuseDimensionValue(error, drawing);
         refuseUnknown(error, drawing);
         refuseForeign(error, drawing);
         throw;

@@ -188,9 +188,12 @@ Edit parseDrag(EditText& text) {
 /// A word of the third kind after a name of a dimension.
 std::optional<Edit> parsedDimension(EditText& text) {
     EditText onward = text;
+    onward.partAtEquals();
     const Name dimension = onward.otherName("a dimension");
     std::optional<Edit> edit;
-    if (onward.nextIsNumber())
+    if (onward.nextIsFormula())
+        edit = SetFormula{dimension, onward.formula()};
+    else if (onward.nextIsNumber())
         edit = SetDimension{dimension, onward.number("the value of the dimension")};
     else if (onward.accept("driving"))
         edit = SetDriving{dimension, true};
@@ -219,7 +222,7 @@ Edit parseSet(EditText& text) {
 Edit parseConstrain(EditText& text) {
     Constrain edit;
     edit.type = takeKind(text);
-    while (!text.atEnd() && !text.nextIs("anyway") && !text.nextIs("as") &&
+    while (!text.atEnd() && !text.nextIs("anyway") && !text.nextIs("as") && !text.nextIsFormula() &&
            !(isDimension(edit.type.value) && text.nextIsNumber()))
         edit.places.push_back(text.place("a place to constrain"));
     if (edit.places.empty())
@@ -229,6 +232,8 @@ Edit parseConstrain(EditText& text) {
     edit.anyway = text.accept("anyway");
     if (text.accept("as"))
         edit.as = text.otherName("a name for the constraint");
+    if (isDimension(edit.type.value) && !edit.value && text.nextIsFormula())
+        edit.formula = text.formula();
     return edit;
 }
 
@@ -252,6 +257,13 @@ Edit parseDefine(EditText& text) {
         const int decimals = text.integer("how many decimals");
         edit.decimals = Sourced<int>(decimals, text.column());
     }
+    return edit;
+}
+
+Edit parseParameter(EditText& text) {
+    text.partAtEquals();
+    SetParameter edit{.parameter = text.otherName("the name of a parameter"), .formula = {}};
+    edit.formula = text.formula();
     return edit;
 }
 

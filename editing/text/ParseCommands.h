@@ -29,6 +29,7 @@ Edit parseMove(EditText& text);
 Edit parseCopy(EditText& text);
 Edit parseScale(EditText& text);
 Edit parseDefine(EditText& text);
+Edit parseParameter(EditText& text);
 Edit parseUndo(EditText& text);
 Edit parseRedo(EditText& text);
 

@@ -119,6 +119,8 @@ Edit parseDraw(EditText& text) {
     edit.construction = text.accept("construction");
     if (text.accept("as"))
         edit.as = text.otherName("a name for the entity");
+    if (!edit.construction)
+        edit.construction = text.accept("construction");
     return edit;
 }
 

@@ -23,7 +23,7 @@ bool isNumber(std::string_view name) {
 
 bool needsQuotes(std::string_view name) {
     // A dot parts an entity from its place.
-    return name.empty() || isNumber(name) || name.find_first_of(" \t\r\n\".") != std::string_view::npos ||
+    return name.empty() || isNumber(name) || name.find_first_of(" \t\r\n\".=") != std::string_view::npos ||
            std::find(kKeywords.begin(), kKeywords.end(), name) != kKeywords.end();
 }
 
@@ -201,7 +201,8 @@ struct Writer {
         std::string text = "constrain " + std::string(typeName(e.type.value));
         for (const Sourced<Place>& place : e.places)
             text += " " + (place.value.kind == PlaceKind::whole ? textOf(place.value.entity) : textOf(place));
-        return text + (e.value ? " " + textOf(*e.value) : "") + (e.anyway ? " anyway" : "") + named(e.as);
+        return text + (e.value ? " " + textOf(*e.value) : "") + (e.anyway ? " anyway" : "") + named(e.as) +
+               (e.formula.value.empty() ? "" : calculated(e.formula));
     }
     std::string operator()(const Delete& e) const { return "delete " + textOf(e.constraints); }
     std::string operator()(const Erase& e) const { return "erase " + textOf(e.entities); }
@@ -219,10 +220,15 @@ struct Writer {
         return "define" + (e.entities.empty() ? "" : " " + textOf(e.entities)) +
                (e.decimals ? " rounded " + textOf(e.decimals->value) : "");
     }
+    std::string operator()(const SetFormula& e) const { return "set " + textOf(e.dimension) + calculated(e.formula); }
+    std::string operator()(const SetParameter& e) const {
+        return "parameter " + textOf(e.parameter) + calculated(e.formula);
+    }
     std::string operator()(const Undo&) const { return "undo"; }
     std::string operator()(const Redo&) const { return "redo"; }
 
     static std::string named(const Name& name) { return name.value.empty() ? "" : " as " + textOf(name); }
+    static std::string calculated(const Sourced<std::string>& formula) { return " = " + formula.value; }
     static std::string radius(const Sourced<double>& value) { return " radius " + textOf(value.value); }
 };
 

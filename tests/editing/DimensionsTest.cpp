@@ -209,8 +209,8 @@ TEST(Constrain, MeasuresAnywayWhatFollowsAlready) {
 TEST(Constrain, IsRefusedWhereItContradicts) {
     Session session(plate());
     EXPECT_EQ(errorOf(session, "constrain vertical bottom as v"),
-              "the constraints do not allow it: h0 (horizontal bottom), v (vertical bottom) stand "
-              "in the way; delete one of them or choose another value");
+              "the constraints do not allow the new vertical bottom: h0 (horizontal bottom) stands in the way; delete "
+              "it");
     EXPECT_EQ(session.document(), plate());
 }
 

@@ -99,6 +99,13 @@ Edit anyFillet() {
     return edit;
 }
 
+/// Without blanks around it; whether it is one only a drawing tells.
+std::string anyFormula() {
+    if (toss())
+        return oneOfThese<std::string>({"80", "width / 2 + 3 mm", "\"a b\"*2", "= 3", "as x", "\"", "30\u00B0"});
+    return "x" + *rc::gen::container<std::string>(rc::gen::inRange<char>(33, 127));
+}
+
 Edit anyConstrain() {
     const auto kinds = constraintKinds();
     std::vector<const ConstraintTraits*> own;
@@ -114,6 +121,8 @@ Edit anyConstrain() {
     edit.anyway = toss();
     if (toss())
         edit.as = anyName();
+    if (kind.isDimension() && !edit.value && toss())
+        edit.formula = anyFormula();
     return edit;
 }
 
@@ -222,6 +231,12 @@ Edit anyEdit() {
         [] {
             return Edit(Define{toss() ? anyNames() : std::vector<Name>(),
                                toss() ? std::optional<Sourced<int>>(*rc::gen::inRange(0, 10)) : std::nullopt});
+        },
+        [] {
+            return Edit(SetFormula{anyName(), anyFormula()});
+        },
+        [] {
+            return Edit(SetParameter{anyName(), anyFormula()});
         },
         [] { return Edit(Undo{}); },
         [] { return Edit(Redo{}); },

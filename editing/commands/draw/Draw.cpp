@@ -1,6 +1,7 @@
 #include "document/Names.h"
 #include "editing/Commands.h"
 #include "editing/commands/move/Moving.h"
+#include "editing/commands/network/NamedConstraints.h"
 
 namespace holdfast::editing {
 
@@ -8,8 +9,8 @@ namespace {
 
 Shape resolved(const Draw& edit, const Drawing& drawing) {
     const std::string& name = edit.as.value;
-    if (!name.empty() && !drawing.id(name).isNull())
-        throw RefusedWord({"the drawing has an entity " + name + " already; choose another name", {}, edit.as.column});
+    if (!name.empty())
+        requireNewName(drawing, edit.as);
     const Shape shape = shapeOf(edit.figure);
     refuseUnsound(name.empty() ? "the " + std::string(typeName(shape)) : name, shape);
     return shape;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "editing/EditError.h"
+#include "editing/EditContext.h"
 #include "geometry/Angles.h"
 
 namespace holdfast::editing {
@@ -43,9 +43,14 @@ struct ShapeOf {
     }
     Shape operator()(const DrawnSpline& spline) const {
         const int count = static_cast<int>(spline.control.size());
-        if (spline.degree < 1 || count <= spline.degree)
+        if (spline.degree < 1)
+            throw EditError("the degree of a spline is 1 or more, not " + std::to_string(spline.degree));
+        if (count <= spline.degree)
             throw EditError("a spline of degree " + std::to_string(spline.degree) + " takes " +
-                            std::to_string(std::max(spline.degree, 1) + 1) + " control points or more");
+                            std::to_string(spline.degree + 1) + " control points or more");
+        if (std::all_of(spline.control.begin(), spline.control.end(),
+                        [&](Vec2 point) { return point == spline.control.front(); }))
+            throw EditError("a spline needs different control points; all of them are " + spoken(spline.control[0]));
         SplineShape shape{
             .degree = spline.degree, .periodic = spline.closed, .control = spline.control, .knots = {}, .weights = {}};
         if (spline.closed) {
@@ -59,6 +64,12 @@ struct ShapeOf {
         return shape;
     }
     Shape operator()(const DrawnPolyline& polyline) const {
+        const std::size_t count = polyline.vertices.size();
+        for (std::size_t i = 0; count > 1 && i < count - (polyline.closed ? 0 : 1); ++i)
+            if (polyline.vertices[i] == polyline.vertices[(i + 1) % count])
+                throw EditError("vertex " + std::to_string((i + 1) % count) + " of the polyline is where vertex " +
+                                std::to_string(i) + " is, at " + spoken(polyline.vertices[i]) +
+                                "; give each corner once");
         return PolylineShape{polyline.vertices, polyline.bulges, std::vector<int>(polyline.vertices.size(), 0),
                              polyline.closed};
     }

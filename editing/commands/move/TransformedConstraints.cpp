@@ -137,6 +137,8 @@ std::vector<std::string> CopiedConstraints::addTo(Drawing& drawing, const CopyNa
         Constraint copy = turned(*original, transform, m_entities);
         copy.id.clear();
         copy.name.clear();
+        if (copy.value != original->value)
+            copy.formula.clear();
         for (Place& place : copy.refs)
             place = placeOnCopy(place, copies.at(place.entity), transform.mirrors, m_entities);
         part.constraints.push_back(std::move(copy));
@@ -157,8 +159,11 @@ void turnMeasures(Drawing& drawing, const std::vector<std::string>& names, const
     const EntityIndex entities(document);
     for (const Constraint& constraint : document.constraints)
         if (isAmong(constraint, moved))
-            if (const std::optional<double> value = valueAfter(constraint, transform, entities))
+            if (const std::optional<double> value = valueAfter(constraint, transform, entities)) {
                 drawing.setMeasure(constraint.id, *value);
+                if (!constraint.formula.empty() && *value == -*constraint.value)
+                    drawing.setFormula(constraint.id, "-(" + constraint.formula + ")");
+            }
 }
 
 std::vector<Constraint> lengthsAmong(const Drawing& drawing, const std::vector<std::string>& names) {

@@ -1,9 +1,12 @@
 #include <algorithm>
+#include <cmath>
 
 #include "document/Names.h"
 #include "document/Places.h"
 #include "editing/Commands.h"
+#include "editing/commands/network/Formulas.h"
 #include "editing/commands/network/NamedConstraints.h"
+#include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
 #include "hosting/DocumentSketch.h"
 #include "hosting/evaluator/Implied.h"
@@ -30,17 +33,27 @@ bool isHeld(const Document& part, std::size_t number) {
     return sketch.shortfallOf(number) <= kHolds * sketch.size();
 }
 
+/// A word behind the places that begins like a number, or is what numbers must not be, was meant for the value.
+void refuseSpoiltNumber(const Constrain& edit, const Drawing& drawing, const Sourced<Place>& place) {
+    const std::string& word = place.value.entity;
+    if (!isDimension(edit.type.value) || !isLikeNumber(word) || !drawing.id(word).isNull())
+        return;
+    throw RefusedWord(
+        {"expected the value, a number such as 2.5; with a unit it is a formula, such as = 5 mm", {}, place.column});
+}
+
 void refuseForeignWords(const Constrain& edit, const Drawing& drawing) {
     const std::string_view kind = typeName(edit.type.value);
     if (!canBeGiven(edit.type.value))
         throw RefusedWord({std::string(kind) + " is a kind that other constraints bring along", {}, edit.type.column});
-    if (!isDimension(edit.type.value) && (edit.value || edit.anyway))
+    if (!isDimension(edit.type.value) && (edit.value || edit.anyway || !edit.formula.value.empty()))
         throw EditError(std::string(kind) + " is no dimension: it takes neither a value nor \"anyway\"");
-    if (!edit.as.value.empty() && drawing.hasConstraint(edit.as.value))
-        throw RefusedWord(
-            {"the drawing has a constraint " + edit.as.value + " already; choose another name", {}, edit.as.column});
-    for (const Sourced<Place>& place : edit.places)
+    if (!edit.as.value.empty())
+        requireNewName(drawing, edit.as);
+    for (const Sourced<Place>& place : edit.places) {
+        refuseSpoiltNumber(edit, drawing, place);
         requireEntity(drawing, {place.value.entity, place.column});
+    }
 }
 
 /// The constraint as the edit means it, at the value that it measures now.
@@ -48,6 +61,29 @@ struct Wish {
     Constraint constraint;
     std::optional<double> value;  ///< that it is to have afterwards
 };
+
+/// As the drawing keeps it.
+std::optional<double> valueOf(const Constrain& edit, Constraint wanted, const Drawing& drawing) {
+    if (edit.value)
+        return keptValue(wanted.type, *edit.value);
+    if (edit.formula.value.empty())
+        return std::nullopt;
+    wanted.value = 0.0;
+    wanted.formula = edit.formula.value;
+    return typedValue(drawing, itemOf(wanted), edit.formula).value;
+}
+
+/// The gap of lines is one number only where they are parallel, as they are drawn.
+void refuseSlanted(const Drawing& drawing, const Constraint& wanted) {
+    if (wanted.type != ConstraintType::distance || wanted.refs.size() != 2)
+        return;
+    const std::optional<Vec2> a = directionIn(drawing, wanted.refs[0]), b = directionIn(drawing, wanted.refs[1]);
+    if (a && b && std::abs(cross(*a, *b)) > kHolds)
+        throw EditError(spokenPlace(wanted.refs[0]) + " and " + spokenPlace(wanted.refs[1]) +
+                        " are not parallel and have no distance; constrain them parallel first, or name a point of "
+                        "one, such as " +
+                        wanted.refs[1].entity + ".start");
+}
 
 Wish resolved(const Constrain& edit, const Drawing& drawing) {
     refuseForeignWords(edit, drawing);
@@ -57,12 +93,14 @@ Wish resolved(const Constrain& edit, const Drawing& drawing) {
         wanted.refs.push_back(place.value);
     const bool isDimension = traitsOf(wanted.type).isDimension();
     if (isDimension)
-        wanted.value = edit.value ? keptValue(wanted.type, *edit.value) : 1.0;  // any that all of them may have
+        wanted.value = valueOf(edit, wanted, drawing).value_or(1.0);  // any that all of them may have
     if (const std::optional<Fault> fault = faultOn(drawing, wanted))
         throw EditError("found " + fault->found + "; expected " + fault->expected);
     if (!isDimension)
         return wish;
-    if (edit.value)
+    refuseImpossible(drawing, wanted);
+    refuseSlanted(drawing, wanted);
+    if (valueOf(edit, wanted, drawing))
         wish.value = wanted.value;
     wanted.value = measureOf(drawing, wanted);
     // Coordinates are told from one place to the other; who gives a length without a sign means the way it is drawn.
@@ -87,6 +125,20 @@ Wish resolved(const Constrain& edit, const Drawing& drawing) {
     throw EditError("this " + std::string(typeName(wanted.type)) + " is " + measure + " and" + follows + remedy);
 }
 
+/// A formula comes with what other formulas say of the new one.
+bool leadNew(const Constrain& edit, EditContext& context, const Wish& wish) {
+    Constraint goal = wish.constraint;
+    goal.value = wish.value;
+    if (!edit.formula.value.empty() && !isPlainNumber(edit.formula.value))
+        goal.formula = edit.formula.value;
+    const Calculated next = calculated(context.drawing, {{goal.id, itemOf(goal)}}, edit.formula);
+    if (!leadWith(context, goal, next))
+        return false;
+    if (!goal.formula.empty())
+        context.drawing.setFormula(goal.id, goal.formula);
+    return true;
+}
+
 /// Adds a dimension at what it measures and leads it to its value.
 void addDimension(const Constrain& edit, EditContext& context, const Wish& wish) {
     Drawing& drawing = context.drawing;
@@ -96,14 +148,18 @@ void addDimension(const Constrain& edit, EditContext& context, const Wish& wish)
     if (by && !edit.anyway)
         refuseImplied(wish, part, *by);
     drawing.addConstraint(wanted);
-    if (by)
-        return drawing.setDriving(wanted.id, false);
-    if (!wish.value || context.evaluator.lead({{wanted.id, *wish.value}}))
+    if (!by && !wish.value)
+        return;
+    if (!by && leadNew(edit, context, wish))
         return;
     if (!edit.anyway)
-        throw EditError("the constraints do not let it be " + spoken(*edit.value) + "; it is " +
-                        spoken(spokenValue(wanted.type, *wanted.value)));
+        throw EditError("the constraints do not let it be " + spoken(spokenValue(wanted.type, *wish.value)) +
+                        "; it is " + spoken(spokenValue(wanted.type, *wanted.value)));
     drawing.setDriving(wanted.id, false);
+    if (wish.value && !agrees(*wish.value, *wanted.value))
+        context.remarks.push_back(wanted.id + " measures " + spoken(spokenValue(wanted.type, *wanted.value)) +
+                                  " and does not hold the " + spoken(spokenValue(wanted.type, *wish.value)) +
+                                  " that was asked for: the other constraints say what it is");
 }
 
 /// What holds as drawn and follows from others adds nothing.

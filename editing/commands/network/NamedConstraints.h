@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "document/text/DrawingError.h"
 #include "editing/EditContext.h"
@@ -19,8 +20,17 @@ Constraint requireConstraint(const Drawing& drawing, const Name& name);
 /// The same for a dimension that its author has not switched off; RefusedWord for any other constraint.
 Constraint requireDimension(const Drawing& drawing, const Name& name);
 
+/// RefusedWord for the name of something new that something else has, or that reads like a place of it.
+void requireNewName(const Drawing& drawing, const Name& name);
+
 /// What keeps a constraint from meaning something on the drawing, which need not have it.
 std::optional<Fault> faultOn(const Drawing& drawing, const Constraint& constraint);
+
+/// True for a word that begins like a number or is one of those that are none: "5mm", "nan".
+bool isLikeNumber(std::string_view word);
+
+/// The direction of a line, a straight segment or a line without ends, with length 1; nothing for another place.
+std::optional<Vec2> directionIn(const Drawing& drawing, const Place& place);
 
 /// A constraint with everything that hangs together with its entities.
 Document surroundingsOf(const Drawing& drawing, const Constraint& constraint);

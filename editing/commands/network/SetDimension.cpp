@@ -1,4 +1,5 @@
 #include "editing/Commands.h"
+#include "editing/commands/network/Formulas.h"
 #include "editing/commands/network/NamedConstraints.h"
 
 namespace holdfast::editing {
@@ -11,8 +12,8 @@ Constraint resolved(const SetDimension& edit, const Drawing& drawing) {
         throw EditError(dimension.id + " is measured and follows the drawing; say \"set " + dimension.id +
                         " driving\" first");
     dimension.value = keptValue(dimension.type, edit.value);
-    if (const std::optional<Fault> fault = faultOn(drawing, dimension))
-        throw EditError(dimension.id + " cannot be " + fault->found + "; give " + fault->expected);
+    dimension.formula.clear();
+    refuseImpossible(drawing, dimension);
     return dimension;
 }
 
@@ -24,7 +25,9 @@ void require(const SetDimension& edit, const Drawing& drawing) {
 
 void perform(const SetDimension& edit, EditContext& context) {
     const Constraint dimension = resolved(edit, context.drawing);
-    if (!context.evaluator.lead({{dimension.id, *dimension.value}}))
+    if (!context.drawing.constraint(dimension.id)->formula.empty())
+        context.drawing.setFormula(dimension.id, {});
+    if (!leadWith(context, dimension, calculated(context.drawing, {{dimension.id, itemOf(dimension)}})))
         throw EditError("the constraints do not let " + dimension.id + " be " + spoken(edit.value));
 }
 

@@ -34,6 +34,8 @@ void require(const SetDriving& edit, const Drawing& drawing) {
 void perform(const SetDriving& edit, EditContext& context) {
     const Constraint dimension = resolved(edit, context.drawing);
     context.drawing.setDriving(dimension.id, edit.driving);
+    if (!dimension.formula.empty())
+        context.drawing.setFormula(dimension.id, {});
     if (edit.driving)
         refuseImplied(context.drawing, dimension);
 }

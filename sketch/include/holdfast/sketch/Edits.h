@@ -50,6 +50,8 @@ using editing::Scale;
 using editing::Set;
 using editing::SetDimension;
 using editing::SetDriving;
+using editing::SetFormula;
+using editing::SetParameter;
 using editing::Sourced;
 using editing::Stretch;
 using editing::Trim;
