@@ -9,6 +9,7 @@
 #include "apps/cli/OutputFiles.h"
 #include "apps/cli/Terminal.h"
 #include "document/Names.h"
+#include "document/formulas/Calculation.h"
 #include "editing/Refusal.h"
 #include "editing/fates/SpokenFreedom.h"
 #include "formats/json/JsonWriter.h"
@@ -95,6 +96,16 @@ std::string geometryOf(const Shape& shape) {
     return "";
 }
 
+void tellParameters(const Document& document) {
+    if (document.parameters.empty())
+        return;
+    const std::vector<Quantity> values = parameterValues(document);
+    std::cout << "each parameter:\n";
+    for (std::size_t i = 0; i < values.size(); ++i)
+        std::cout << "  " << document.parameters[i].name << ": " << quantityText(values[i], document.lengthUnit)
+                  << " = " << document.parameters[i].formula << '\n';
+}
+
 void tellList(const Document& document) {
     const std::vector<EntityFreedom> freedom = spokenFreedom(document);
     std::cout << "each entity:\n";
@@ -107,6 +118,7 @@ void tellList(const Document& document) {
     for (const Constraint& constraint : document.constraints)
         std::cout << "  " << spokenConstraint(constraint) << (constraint.active ? "" : ", switched off")
                   << (constraint.driving ? "" : ", measured") << '\n';
+    tellParameters(document);
 }
 
 const char* motionWord(MotionKind kind) {
@@ -142,6 +154,8 @@ nlohmann::ordered_json listJson(const Document& document) {
     formats::writeJson(document, text);
     const auto whole = nlohmann::ordered_json::parse(text);
     nlohmann::ordered_json list{{"entities", whole.at("entities")}, {"constraints", whole.at("constraints")}};
+    if (whole.contains("parameters"))
+        list["parameters"] = whole.at("parameters");
     const std::vector<EntityFreedom> freedom = spokenFreedom(document);
     for (std::size_t i = 0; i < freedom.size(); ++i) {
         nlohmann::ordered_json& entity = list["entities"][i];

@@ -135,7 +135,7 @@ private:
 
     Mark dimension() const {
         Mark mark = traitsOf(m_constraint.type).mark == ConstraintMark::opening ? angle() : lengthMark();
-        mark.text = valueText(m_constraint);
+        mark.text = labelText(m_constraint);
         if (mark.text.empty())
             mark.text.push_back('?');
         return mark;

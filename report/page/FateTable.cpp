@@ -4,6 +4,7 @@
 #include <array>
 #include <span>
 
+#include "report/page/ParameterFates.h"
 #include "report/page/ReportIndex.h"
 #include "report/page/Wording.h"
 #include "report/picture/Markup.h"
@@ -170,6 +171,14 @@ Row rowOf(const EntityOutcome& outcome, const ReportIndex& index, const std::str
             colourOf(outcome.fate)};
 }
 
+Row rowOf(const ParameterOutcome& outcome) {
+    return {{outcome.fate, outcome.name, {}, {}, outcome.explanation("->")},
+            outcome.fate == "deleted"   ? colourOf(ConstraintFate::deleted)
+            : outcome.fate == "changed" ? colourOf(ConstraintFate::changed)
+            : outcome.fate == "added"   ? colourOf(ConstraintFate::added)
+                                        : colourOf(ConstraintFate::kept)};
+}
+
 std::string foldedCount(std::size_t count, bool afterOthers, std::string_view noun) {
     return afterOthers ? "and " + std::to_string(count) + " more" : counted(count, noun);
 }
@@ -268,6 +277,11 @@ std::string writeFateTable(const FateReport& report, const TableStyle& style) {
     for (const Table* table : {&constraints, &entities})
         if (table->hasRows())
             text += table->text() + "\n";
+    Table parameters(style, {"FATE", "PARAMETER", "", "", "VALUE"});
+    for (const ParameterOutcome& outcome : parameterOutcomes(whole))
+        parameters.add(rowOf(outcome));
+    if (parameters.hasRows())
+        text += parameters.text() + "\n";
     text += constraintTotals(whole) + "; " + entityTotals(whole) + "\n";
     return whole.solver ? text + solverLine(*whole.solver) : text;
 }

@@ -33,8 +33,8 @@ public:
     std::string text() const {
         return "<!DOCTYPE html>\n<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\">\n" + head() + "<body>\n" +
                filters() + "<div class=\"page\">\n" + header() + summary() + "<main>\n" + panes() +
-               constraintSection(m_report, m_index) + entitySection(m_report, m_index) + "</main>\n" + footer() +
-               "</div>\n<div id=\"tip\" hidden=\"hidden\"></div>\n<script>/*<![CDATA[*/\n" +
+               constraintSection(m_report, m_index) + entitySection(m_report, m_index) + parameterSection(m_report) +
+               "</main>\n" + footer() + "</div>\n<div id=\"tip\" hidden=\"hidden\"></div>\n<script>/*<![CDATA[*/\n" +
                std::string(kReportScript) + "/*]]>*/</script>\n</body>\n</html>\n";
     }
 

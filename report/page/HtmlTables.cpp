@@ -1,5 +1,7 @@
 #include "report/page/HtmlTables.h"
 
+#include "report/page/ParameterFates.h"
+
 #include <span>
 
 #include "report/marks/Glyphs.h"
@@ -79,6 +81,8 @@ private:
             text += " <i>" + escaped(constraint->name) + "</i>";
         if (const std::string value = valueText(*constraint); !value.empty())
             text += " <b>" + escaped(value) + "</b>";
+        if (!constraint->formula.empty())
+            text += " <i>= " + escaped(constraint->formula) + "</i>";
         return constraint->active ? text : text + " <i>(switched off)</i>";
     }
 
@@ -171,6 +175,21 @@ std::string entitySection(const FateReport& report, const ReportIndex& index) {
         content += "<details><summary>" + counted(rest, "entity") + " untouched</summary>\n<p class=\"ids\">" +
                    untouched + "</p></details>\n";
     return section("entities", "Entities", content);
+}
+
+std::string parameterSection(const FateReport& report) {
+    std::string rows;
+    for (const ParameterOutcome& outcome : parameterOutcomes(report)) {
+        const std::string_view classes = outcome.fate == "changed" ? "pointed" : std::string_view(outcome.fate);
+        rows += "<tr" + attribute("class", "prow " + std::string(classes)) + ">" + fateCell(classes, outcome.fate) +
+                cell("id", escaped(outcome.name)) + cell("why", escaped(outcome.explanation("\u2192"))) + "</tr>\n";
+    }
+    if (rows.empty())
+        return {};
+    return section("parameters", "Parameters",
+                   "<table class=\"entities\">\n<thead><tr><th scope=\"col\">Fate</th><th scope=\"col\">Name</th>"
+                   "<th scope=\"col\">Value</th></tr></thead>\n<tbody>\n" +
+                       rows + "</tbody>\n</table>\n");
 }
 
 }  // namespace holdfast::report

@@ -21,4 +21,7 @@ std::string constraintSection(const FateReport& report, const ReportIndex& index
 /// The table of entities that the edits touched, and the list of those that they did not.
 std::string entitySection(const FateReport& report, const ReportIndex& index);
 
+/// The table of parameters; empty for a drawing without any.
+std::string parameterSection(const FateReport& report);
+
 }  // namespace holdfast::report

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "document/Names.h"
+#include "report/page/ParameterFates.h"
 #include "report/page/ReportIndex.h"
 
 namespace holdfast::report {
@@ -21,6 +22,9 @@ Json constraintJson(const ConstraintOutcome& outcome, const report::ReportIndex&
     Json json{{"id", outcome.constraint}, {"fate", fateName(outcome.fate)}};
     if (const Constraint* constraint = index.constraint(outcome.constraint))
         json["type"] = typeName(constraint->type);
+    if (const Constraint* constraint = index.constraint(outcome.constraint);
+        constraint != nullptr && !constraint->formula.empty())
+        json["formula"] = constraint->formula;
     if (!outcome.reason.empty())
         json["reason"] = outcome.reason;
     for (const PlaceMove& move : outcome.moves)
@@ -41,6 +45,13 @@ Json entityJson(const EntityOutcome& outcome, const report::ReportIndex& index) 
     return json;
 }
 
+Json parameterJson(const ParameterOutcome& outcome) {
+    Json json{{"name", outcome.name}, {"fate", outcome.fate}, {"formula", outcome.formula}, {"value", outcome.value}};
+    if (outcome.valueBefore)
+        json["value_before"] = *outcome.valueBefore;
+    return json;
+}
+
 Json editJson(const EditOutcome& edit) {
     Json json{{"text", edit.text}, {"done", edit.done()}};
     if (!edit.done())
@@ -49,6 +60,8 @@ Json editJson(const EditOutcome& edit) {
         json["shortfall"] = {{"by", edit.shortfall.by}, {"held_back_by", edit.shortfall.heldBackBy}};
     if (!edit.shortfall.leftAlone.empty())
         json["left_alone"] = edit.shortfall.leftAlone;
+    if (!edit.remarks.empty())
+        json["remarks"] = edit.remarks;
     return json;
 }
 
@@ -87,6 +100,8 @@ std::string writeReportJson(const FateReport& report) {
         json["constraints"].push_back(constraintJson(outcome, index));
     for (const EntityOutcome& outcome : whole.entities)
         json["entities"].push_back(entityJson(outcome, index));
+    for (const ParameterOutcome& outcome : parameterOutcomes(whole))
+        json["parameters"].push_back(parameterJson(outcome));
     json["totals"] = {{"constraints", totalsJson(kConstraintFates, whole.constraints)},
                       {"entities", totalsJson(kEntityFates, whole.entities)}};
     if (whole.solver)

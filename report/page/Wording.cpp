@@ -43,8 +43,15 @@ std::string valueText(const Constraint& constraint) {
     if (traits.value == ConstraintValue::angle)
         text += decimal(*constraint.value * 180.0 / kPi, 2) + "\u00B0";
     else
-        text += shownNumber(std::fabs(*constraint.value));
+        text += shownNumber(traits.value == ConstraintValue::signedLength ? *constraint.value
+                                                                          : std::fabs(*constraint.value));
     return constraint.driving ? text : "(" + text + ")";
+}
+
+std::string labelText(Constraint constraint) {
+    if (constraint.value && traitsOf(constraint.type).value == ConstraintValue::signedLength)
+        constraint.value = std::fabs(*constraint.value);
+    return valueText(constraint);
 }
 
 std::string counted(std::size_t count, std::string_view noun) {

@@ -22,6 +22,9 @@ std::string placeNames(const Constraint& constraint);
 /// empty for anything but a dimension with a value.
 std::string valueText(const Constraint& constraint);
 
+/// The same as pictures show it, where coordinates have no sign: it shows in where the dimension lies.
+std::string labelText(Constraint constraint);
+
 /// The number and the noun that goes with it: "1 constraint", "3 constraints", "2 entities".
 std::string counted(std::size_t count, std::string_view noun);
 

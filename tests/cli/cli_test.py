@@ -446,9 +446,16 @@ class Program(unittest.TestCase):
         torn = drawing([{"id": "t", "type": "line", "start": [0, 0], "end": [10, 2]}],
                        [{"id": name, "type": kind, "refs": [{"entity": "t", "point": "whole"}]}
                         for name, kind in (("h", "horizontal"), ("v", "vertical"))])
-        calls = {"show": [("show", mend), ("show", loose, "--list")], "solve": [("solve", mend)], "infer": [("infer", DRAWINGS / "acrylic-case-top.dxf")],
+        sized = drawing(CORNER["entities"],
+                        [{"id": "wide", "type": "distance", "refs": [{"entity": "a", "point": "whole"}], "value": 10.0,
+                          "formula": "side * 2"},
+                         {"id": "other", "type": "distance", "refs": [{"entity": "b", "point": "whole"}], "value": 5.0}])
+        sized["parameters"] = [{"name": "side", "formula": "5", "value": 5.0},
+                               {"name": "double", "formula": "other * 2", "value": 10.0}]
+        calls = {"show": [("show", mend), ("show", loose, "--list"), ("show", self.file("sized.json", sized), "--list")], "solve": [("solve", mend)], "infer": [("infer", DRAWINGS / "acrylic-case-top.dxf")],
                  "edit": [("edit", self.path / "one.json", "lengthen a end by 2", "break a at 4,0"), ("run", cut),
-                          ("edit", loose, "drag base.end by 3,2"), ("edit", self.file("torn.json", torn), "drag t by 0,1")],
+                          ("edit", loose, "drag base.end by 3,2"), ("edit", self.file("torn.json", torn), "drag t by 0,1"),
+                          ("edit", self.path / "sized.json", "parameter side = 9", "delete other")],
                  "run": [("run", several)]}
         page = (DRAWINGS.parent.parent / "docs/json-output.md").read_text()
         for section in re.split(r"^## ", page, flags=re.M)[1:]:
@@ -458,9 +465,30 @@ class Program(unittest.TestCase):
             for call in calls[command]:
                 found |= keys(json.loads(self.run_program(*call, "--json").stdout))
             # Of what stands in a list as in a drawing file, the page of drawing files tells.
-            found = {key for key in found if not key.startswith(("list.entities[].", "list.constraints[]"))
+            found = {key for key in found if not key.startswith(("list.entities[].", "list.constraints[]", "list.parameters[]"))
                      or key.startswith(("list.entities[].freedom", "list.entities[].motions"))}
             self.assertEqual(found, written, command)
+
+    def test_parameters_are_shown_followed_and_left_out_of_dxf(self):
+        sized = drawing(CORNER["entities"], CORNER["constraints"] + [
+            {"id": "wide", "type": "distance", "refs": [{"entity": "a", "point": "whole"}], "value": 10.0,
+             "formula": "side * 2 + 1 mm - 1"}])
+        sized["parameters"] = [{"name": "side", "formula": "5", "value": 5.0}]
+        path = self.file("sized.json", sized)
+        listed = self.run_program("show", path, "--list").stdout
+        self.assertIn("  wide (distance a, 10 = side * 2 + 1 mm - 1)\n", listed)
+        self.assertIn("each parameter:\n  side: 5 = 5\n", listed)
+        out = self.path / "out.json"
+        edited = self.run_program("edit", path, "parameter side = 6", "-o", out)
+        self.assertIn("10 -> 12 = side * 2 + 1 mm - 1", edited.stdout)
+        self.assertIn("changed  side       5 -> 6 = 6\n", edited.stdout)
+        self.assertEqual(json.loads(out.read_text())["parameters"], [{"name": "side", "formula": "6", "value": 6.0}])
+        refused = self.run_program("edit", path, "set wide = sied * 2")
+        self.assertEqual(refused.returncode, REFUSED)
+        self.assertIn('column 12: there is no parameter or dimension sied, found "sied"; did you mean "side"?',
+                      refused.stderr)
+        lossy = self.run_program("convert", path, self.path / "out.dxf")
+        self.assertIn("1 parameter was left out", lossy.stderr)
 
     def test_every_command_has_help_with_an_example_that_runs(self):
         os.symlink(DRAWINGS.parent.resolve(), self.path / "examples")
