@@ -59,9 +59,7 @@ public:
     explicit Following(EditContext& context) : m_context(context), m_drawing(context.drawing) {}
 
     void run() {
-        const DrawingChange change = m_drawing.change();
-        freeUsersOf(deletedBy(change));
-        freeChanged(change);
+        freeFrom(m_drawing.change());
         for (int round = 0; round < kRounds; ++round) {
             const Calculated next = calculated(m_drawing, {});
             if (!leadTo(m_context, next))
@@ -77,6 +75,15 @@ public:
     }
 
 private:
+    void freeFrom(const DrawingChange& change) {
+        try {
+            freeUsersOf(deletedBy(change));
+            freeChanged(change);
+        } catch (const FormulaError& error) {
+            refuseFormula(error);
+        }
+    }
+
     void freeUsersOf(const OtherItems& deleted) {
         if (deleted.empty())
             return;

@@ -101,9 +101,12 @@ void tellParameters(const Document& document) {
         return;
     const std::vector<Quantity> values = parameterValues(document);
     std::cout << "each parameter:\n";
-    for (std::size_t i = 0; i < values.size(); ++i)
-        std::cout << "  " << document.parameters[i].name << ": " << quantityText(values[i], document.lengthUnit)
-                  << " = " << document.parameters[i].formula << '\n';
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const std::string text = quantityText(values[i], document.lengthUnit);
+        const Parameter& parameter = document.parameters[i];
+        std::cout << "  " << parameter.name << ": " << text
+                  << (parameter.formula == text ? "" : " = " + parameter.formula) << '\n';
+    }
 }
 
 void tellList(const Document& document) {

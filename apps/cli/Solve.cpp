@@ -7,6 +7,8 @@
 #include "apps/cli/OutputFiles.h"
 #include "apps/cli/Progress.h"
 #include "apps/cli/Terminal.h"
+#include "document/formulas/Calculation.h"
+#include "document/text/DrawingError.h"
 #include "editing/Refusal.h"
 #include "editing/fates/Fates.h"
 #include "hosting/DocumentSketch.h"
@@ -144,11 +146,28 @@ nlohmann::ordered_json jsonOf(const Findings& found) {
     return json;
 }
 
+/// A solve changes what measured dimensions say, and with that what is calculated from them.
+constexpr int kRounds = 8;
+
+Document solved(const Findings& found, const DocumentSketch& sketch) {
+    Document after = found.document;
+    if (found.result.ending != Ending::solved)
+        return after;
+    sketch.writeTo(after);
+    for (int round = 0; recalculate(after); ++round) {
+        DocumentSketch next(after);
+        if (round == kRounds || !next.solve({.keepsShapes = true, .namesConflicts = false}).isSolved())
+            throw DrawingError(found.name,
+                               {"", "formulas that change what they are calculated from, without coming to rest",
+                                "formulas over dimensions that stay"});
+        next.writeTo(after);
+    }
+    return after;
+}
+
 void writeResults(const SolveOptions& options, const Findings& found, const DocumentSketch& sketch,
                   OutputFiles& outputs) {
-    Document after = found.document;
-    if (found.result.ending == Ending::solved)
-        sketch.writeTo(after);
+    const Document after = solved(found, sketch);
     outputs.addDrawing(options.output, after);
     if (!options.report.empty()) {
         Fates fates = fatesBetween(found.document, after, {}, 0);

@@ -124,6 +124,26 @@ std::vector<Quantity> parameterValues(const Document& document) {
     return values;
 }
 
+bool recalculate(Document& document) {
+    if (document.parameters.empty() &&
+        std::all_of(document.constraints.begin(), document.constraints.end(),
+                    [](const Constraint& constraint) { return constraint.formula.empty(); }))
+        return false;
+    Document next = document;
+    Calculation calculation = calculationOver(document);
+    for (Parameter& parameter : next.parameters)
+        parameter.value = calculation.value(itemOf(parameter)).value;
+    bool hasChanged = false;
+    for (Constraint& constraint : next.constraints)
+        if (!constraint.formula.empty()) {
+            const double value = calculation.value(itemOf(constraint)).value;
+            hasChanged = hasChanged || !agrees(*constraint.value, value);
+            constraint.value = value;
+        }
+    document = std::move(next);
+    return hasChanged;
+}
+
 bool agrees(double value, double calculated) {
     return std::abs(value - calculated) <= kRounding * std::max({1e-3, std::abs(value), std::abs(calculated)});
 }

@@ -61,6 +61,10 @@ Calculation calculationOver(const Document& document);
 /// What the parameters of a document come to, with their units; of one without a value the number that it has.
 std::vector<Quantity> parameterValues(const Document& document);
 
+/// Gives parameters and dimensions of a document what their formulas come to. True when a dimension has another value
+/// than before. Throws FormulaError, and changes nothing, where a formula has no value.
+bool recalculate(Document& document);
+
 /// True when a value is what its formula comes to, but for rounding.
 bool agrees(double value, double calculated);
 

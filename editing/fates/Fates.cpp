@@ -89,7 +89,8 @@ std::vector<ConstraintOutcome> constraintFates(const Document& before, const Doc
         if (was.find(constraint.id) == was.end())
             outcomes.push_back({constraint.id,
                                 ConstraintFate::added,
-                                reasons == nullptr ? kMadeByEdit : reasons->reasonOfAdded(constraint.id),
+                                (reasons == nullptr ? kMadeByEdit : reasons->reasonOfAdded(constraint.id)) +
+                                    (constraint.formula.empty() ? "" : ", = " + constraint.formula),
                                 {},
                                 edit});
     return outcomes;

@@ -24,7 +24,8 @@ std::vector<std::string> textsOf(const Document& document) {
 }  // namespace
 
 std::string ParameterOutcome::explanation(std::string_view arrow) const {
-    return (valueBefore ? textBefore + " " + std::string(arrow) + " " : "") + text + " = " + formula;
+    return (valueBefore ? textBefore + " " + std::string(arrow) + " " : "") + text +
+           (formula == text ? "" : " = " + formula);
 }
 
 std::vector<ParameterOutcome> parameterOutcomes(const FateReport& report) {

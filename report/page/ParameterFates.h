@@ -20,7 +20,7 @@ struct ParameterOutcome {
     std::optional<double> valueBefore;  ///< of a changed one
     std::string textBefore;
 
-    /// "40 mm -> 43 mm = width / 2 + 3 mm"
+    /// "40 mm -> 43 mm = width / 2 + 3 mm", "80"
     std::string explanation(std::string_view arrow) const;
 };
 

@@ -43,15 +43,6 @@ std::vector<std::string> namesIn(const Drawing& drawing) {
     return names;
 }
 
-/// Where the user has typed it, else with the formula in full.
-[[noreturn]] void refuse(const FormulaError& error, const Sourced<std::string>& typed) {
-    if (typed.column > 0 && error.formula() == typed.value)
-        throw RefusedWord({error.message(), error.hint(), typed.column + error.column() - 1});
-    const std::string whose = error.owner().empty() ? "" : " of " + error.owner();
-    throw EditError("the formula" + whose + ", \"" + error.formula() + "\", column " + std::to_string(error.column()) +
-                    ": " + error.message() + error.hint());
-}
-
 Constraint withValue(Constraint dimension, double value) {
     dimension.value = value;
     return dimension;
@@ -74,11 +65,19 @@ Calculation calculationOver(const Drawing& drawing, OtherItems others) {
         [&drawing] { return namesIn(drawing); });
 }
 
+void refuseFormula(const FormulaError& error, const Sourced<std::string>& typed) {
+    if (typed.column > 0 && error.formula() == typed.value)
+        throw RefusedWord({error.message(), error.hint(), typed.column + error.column() - 1});
+    const std::string whose = error.owner().empty() ? "" : " of " + error.owner();
+    throw EditError("the formula" + whose + ", \"" + error.formula() + "\", column " + std::to_string(error.column()) +
+                    ": " + error.message() + error.hint());
+}
+
 Quantity typedValue(const Drawing& drawing, const FormulaItem& item, const Sourced<std::string>& typed) {
     try {
         return calculationOver(drawing, {{item.name, item}}).value(item);
     } catch (const FormulaError& error) {
-        refuse(error, typed);
+        refuseFormula(error, typed);
     }
 }
 
@@ -103,7 +102,7 @@ Calculated calculated(const Drawing& drawing, const OtherItems& others, const So
         }
         return found;
     } catch (const FormulaError& error) {
-        refuse(error, typed);
+        refuseFormula(error, typed);
     }
 }
 

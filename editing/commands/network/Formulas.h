@@ -32,6 +32,9 @@ Calculated calculated(const Drawing& drawing, const OtherItems& others, const So
 /// The value of a formula that a user has typed for an item; EditError as above.
 Quantity typedValue(const Drawing& drawing, const FormulaItem& item, const Sourced<std::string>& typed);
 
+/// EditError that points into the typed formula, or tells whose formula it is about.
+[[noreturn]] void refuseFormula(const FormulaError& error, const Sourced<std::string>& typed = {});
+
 /// Leads the dimensions to what they are calculated to be. False when the constraints do not let them.
 bool leadTo(EditContext& context, const Calculated& calculated);
 
