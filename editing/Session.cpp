@@ -88,7 +88,7 @@ Document Session::original() const {
 }
 
 const EditResult& Session::apply(std::string_view edit) {
-    return transact(edit, [&] { return parseFor(edit, *m_drawing); });
+    return transact(edit, [&] { return parseFor(edit, *m_drawing, &m_said); });
 }
 
 const EditResult& Session::apply(const Edit& edit) {
@@ -130,7 +130,10 @@ void Session::attempt(std::string_view text, const std::function<Edit()>& read, 
         DeletionReasons reasons;
         EditContext context{*m_drawing, *m_evaluator, reasons};
         try {
-            run(result.edit.emplace(read()), context, result);
+            m_said.clear();
+            const Edit& edit = result.edit.emplace(read());
+            context.remarks = std::move(m_said);
+            run(edit, context, result);
             return;
         } catch (...) {
             edited = std::move(context.edited);

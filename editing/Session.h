@@ -102,7 +102,8 @@ private:
     mutable OrderedDocument m_document;
     mutable std::vector<DrawingChange> m_pending;  ///< not in m_document yet, in the order in which they were made
     std::vector<Step> m_undo, m_redo;
-    NextOrders m_next;  ///< of the drawing without the edit that is being done
+    std::vector<std::string> m_said;  ///< remarks on an edit that is being read
+    NextOrders m_next;                ///< of the drawing without the edit that is being done
     std::vector<EditResult> m_results;
     bool m_tellsFreedom = false;
     std::optional<int> m_freedom;  ///< of the drawing without the edit that is being done; none: not counted

@@ -14,7 +14,8 @@ struct ShowOptions {
     std::string drawing;
     std::string output;  ///< an SVG file, or empty
     bool json = false;
-    bool list = false;  ///< every entity and constraint by name
+    bool list = false;     ///< every entity and constraint by name
+    bool missing = false;  ///< what it lacks for being fully determined
 };
 int show(const ShowOptions& options);
 

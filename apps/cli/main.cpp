@@ -36,7 +36,9 @@ void addShow(CLI::App& app, ShowOptions& options, std::function<int()>& action) 
     CLI::App* command = app.add_subcommand("show", "tell what is in a drawing");
     command->add_option("DRAWING", options.drawing, "a .json or .dxf file")->required();
     command->add_option("-o,--output", options.output, "draw it with its constraints into this .svg file");
-    command->add_flag("--list", options.list, "name every entity, how it can move, and every constraint");
+    command->add_flag("--list", options.list,
+                      "name every entity with its sizes, its freedom and the constraints on it, and every constraint");
+    command->add_flag("--missing", options.missing, "list what it lacks for being fully determined, as edits");
     command->add_flag("--json", options.json, "tell it as JSON");
     command->footer("Example:\n  holdfast show examples/drawings/mounting-bracket.json -o bracket.svg\n\n" +
                     std::string(kRefusals));

@@ -31,8 +31,8 @@ constexpr double kHoldsAsDrawn = 1e-10;
 /// Directions may differ by more than rounding; the lengths decide.
 constexpr double kNearlyAlong = 1e-6;
 
-/// Rounds of taking out again what the diagnosis of the whole finds to be too much.
-constexpr int kMostRounds = 4;
+/// Rounds without one more constraint that makes others redundant; few drawings need a second one.
+constexpr int kMostRounds = 12;
 
 constexpr const char* kAsDrawn = "it holds as drawn";
 
@@ -96,9 +96,13 @@ public:
         leaveAlone(sketch, given);
         if (given.freedom == 0)
             return std::move(m_missing);
-        takeRelations();
-        takeDimensions();
-        for (int round = 0; round < kMostRounds && takenOut(); ++round) {
+        const std::vector<std::string> alone = m_missing.leftAlone;
+        for (int round = 0; round < kMostRounds; ++round) {
+            m_missing = {{}, {}, alone};
+            takeRelations();
+            takeDimensions();
+            if (!isOneRefused(given))
+                break;
         }
         return std::move(m_missing);
     }
@@ -179,7 +183,7 @@ private:
                 Proposal& proposal = proposals[i];
                 const std::size_t number = first + i;
                 if (misses[number] > m_same || (inPart && !proposal.mayBeImpliedInPart) ||
-                    !isAsked(proposal.constraint, ranks))
+                    m_refused.contains(keyOf(proposal.constraint)) || !isAsked(proposal.constraint, ranks))
                     continue;
                 if ((inPart ? ranks.takePart(number) : ranks.take(number)) > 0)
                     m_missing.constraints.push_back(proposal);
@@ -356,16 +360,47 @@ private:
                 m_missing.stillFree.push_back(m_document.entities[i].id);
     }
 
-    /// What the diagnosis of the whole finds to be too much goes out again, the latest first.
-    bool takenOut() {
-        const std::size_t first = m_document.constraints.size();
-        std::vector<std::size_t> spare;
-        for (const DocumentDiagnosis::Redundancy& redundancy : DocumentSketch(soFar()).diagnose().redundant)
-            if (redundancy.constraint >= first && redundancy.isWhole)
-                spare.push_back(redundancy.constraint - first);
-        for (auto number = spare.rbegin(); number != spare.rend(); ++number)
-            m_missing.constraints.erase(m_missing.constraints.begin() + static_cast<std::ptrdiff_t>(*number));
-        return !spare.empty();
+    /// How many constraints of the drawing with the first of those that are to be added the diagnosis finds too many.
+    std::size_t spareWith(std::size_t count) const {
+        Document document = m_document;
+        for (std::size_t i = 0; i < count; ++i)
+            add(document, m_missing.constraints[i].constraint);
+        return DocumentSketch(document).diagnose().redundant.size();
+    }
+
+    /// A point that comes to be shared makes another equation of a tangency, which then may say what is said already.
+    /// The first constraint with which that happens is refused from now on.
+    bool isOneRefused(const DocumentDiagnosis& given) {
+        const std::size_t spare = given.redundant.size();
+        const DocumentDiagnosis whole = DocumentSketch(soFar()).diagnose();
+        if (whole.redundant.size() <= spare) {
+            noteStillFree(whole);
+            return false;
+        }
+        std::size_t good = 0, bad = m_missing.constraints.size();
+        while (bad - good > 1) {
+            const std::size_t middle = good + (bad - good) / 2;
+            (spareWith(middle) <= spare ? good : bad) = middle;
+        }
+        m_refused.insert(keyOf(m_missing.constraints[good].constraint));
+        return true;
+    }
+
+    /// What the drawing can still do although first derivatives do not show it.
+    void noteStillFree(const DocumentDiagnosis& whole) {
+        if (!m_isWhole || !m_missing.stillFree.empty())
+            return;
+        for (const DocumentDiagnosis::Part& part : whole.parts)
+            for (const std::size_t number : part.entities)
+                if (part.freedom > 0 && !m_isAlone[number])
+                    m_missing.stillFree.push_back(m_document.entities[number].id);
+    }
+
+    static std::string keyOf(const Constraint& constraint) {
+        std::string key(typeName(constraint.type));
+        for (const Place& place : constraint.refs)
+            key += '\n' + spokenPlace(place);
+        return key;
     }
 
     const Document& m_document;
@@ -375,6 +410,7 @@ private:
     bool m_isWhole = false;
     double m_size = 1.0, m_same = 0.0;
     std::optional<Datum> m_datum;
+    std::unordered_set<std::string> m_refused;  ///< constraints that make others redundant
     Missing m_missing;
 };
 

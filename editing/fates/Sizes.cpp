@@ -13,10 +13,7 @@ namespace holdfast::editing {
 
 namespace {
 
-struct Measure {
-    SizeKind size;
-    double value;
-};
+using Measure = EntitySize;
 
 /// Nothing for a curve that geometry does not measure.
 std::vector<Measure> withLength(const Shape& shape, std::vector<Measure> others = {}) {
@@ -57,10 +54,14 @@ bool isSame(double a, double b) {
 
 }  // namespace
 
+std::vector<EntitySize> sizesOf(const Shape& shape) {
+    return std::visit(Sizer(), shape);
+}
+
 std::vector<SizeChange> sizeChanges(const Shape& before, const Shape& after) {
     std::vector<SizeChange> changes;
-    const std::vector<Measure> now = std::visit(Sizer(), after);
-    for (const Measure& was : std::visit(Sizer(), before))
+    const std::vector<Measure> now = sizesOf(after);
+    for (const Measure& was : sizesOf(before))
         for (const Measure& is : now)
             if (is.size == was.size && !isSame(was.value, is.value))
                 changes.push_back({was.size, was.value, is.value});

@@ -31,6 +31,15 @@ bool isBeyondNumbers(std::string_view text) {
     return error == std::errc::result_out_of_range && end == text.data() + text.size();
 }
 
+std::optional<Vec2> pointIn(std::string_view text) {
+    const std::size_t comma = text.find(',');
+    Vec2 point;
+    if (comma == std::string_view::npos || !readNumber(text.substr(0, comma), point.x) ||
+        !readNumber(text.substr(comma + 1), point.y))
+        return std::nullopt;
+    return point;
+}
+
 /// What stands behind a backslash in quotes.
 char unescaped(char c) {
     switch (c) {
@@ -129,18 +138,36 @@ int EditText::integer(std::string_view what) {
 }
 
 Vec2 EditText::point(std::string_view what) {
-    const std::string& found = take(what).text;
-    const std::size_t comma = found.find(',');
-    Vec2 point;
-    if (comma == std::string::npos || !readNumber(std::string_view(found).substr(0, comma), point.x) ||
-        !readNumber(std::string_view(found).substr(comma + 1), point.y))
+    const std::optional<Vec2> point = pointIn(take(what).text);
+    if (!point)
         fail("expected " + std::string(what) + ", a point such as 4,0.5 without spaces");
-    return point;
+    return *point;
 }
 
 Name EditText::name(std::string_view what) {
-    m_named.push_back({otherName(what)});
-    return m_named.back().name;
+    Name named = otherName(what);
+    named.value = found(m_words[m_next - 1], named.value);
+    m_named.push_back({named});
+    return named;
+}
+
+/// The entity that a word names, by a point perhaps.
+std::string EditText::found(const Word& word, const std::string& name) const {
+    if (!m_finder || word.hasQuotes || !name.starts_with('@'))
+        return name;
+    const std::optional<Vec2> point = pointIn(std::string_view(name).substr(1));
+    return point ? m_finder(name, *point, word.column) : name;
+}
+
+/// Where the place begins behind an entity. The points of "@4,0.5.end" are no such dots, but the last.
+std::size_t EditText::dotIn(const Word& word) const {
+    std::size_t dot = word.text.find('.', word.quoted);
+    if (!m_finder || word.hasQuotes || !word.text.starts_with('@'))
+        return dot;
+    const std::string_view text = word.text;
+    while (dot != std::string::npos && !(pointIn(text.substr(1, dot - 1)) && parsePlace(text.substr(dot + 1))))
+        dot = text.find('.', dot + 1);
+    return dot;
 }
 
 Name EditText::otherName(std::string_view what) {
@@ -173,19 +200,19 @@ bool EditText::nextIsPlace() const {
     if (atEnd())
         return false;
     const Word& word = m_words[m_next];
-    const std::size_t dot = word.text.find('.', word.quoted);
+    const std::size_t dot = dotIn(word);
     const bool isApart = !word.hasQuotes || dot == word.quoted;
     return dot != std::string::npos && isApart && parsePlace(std::string_view(word.text).substr(dot + 1)).has_value();
 }
 
 Sourced<Place> EditText::place(std::string_view what) {
     const Word& word = take(what);
-    const std::size_t dot = word.text.find('.', word.quoted);
+    const std::size_t dot = dotIn(word);
     const std::string_view kind = dot == std::string::npos ? "whole" : std::string_view(word.text).substr(dot + 1);
     std::optional<Place> place = parsePlace(kind);
     if (!place)
         fail("expected " + std::string(what) + std::string(kPlaceExamples), placeSuggestion(kind));
-    place->entity = word.text.substr(0, dot);
+    place->entity = found(word, word.text.substr(0, dot));
     m_named.push_back({{place->entity, word.column}});
     return {*place, word.column};
 }

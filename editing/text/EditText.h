@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "document/Document.h"
@@ -20,6 +22,11 @@ namespace holdfast::editing {
 class EditText {
 public:
     explicit EditText(std::string_view text);
+
+    /// Who knows the drawing finds the entity that is named by a point: from the word as it stands ("@4,0.5"), the
+    /// point and the column to a name. Without it such a word is a name like any other.
+    using Finder = std::function<std::string(const std::string& word, Vec2 point, std::size_t column)>;
+    void findBy(Finder finder) { m_finder = std::move(finder); }
 
     const std::string& text() const { return m_text; }
     bool atEnd() const { return m_next == m_words.size(); }
@@ -80,6 +87,8 @@ private:
         bool isOpen = false;  ///< its quotes have no end
     };
     Word wordAt(std::size_t at) const;
+    std::string found(const Word& word, const std::string& name) const;
+    std::size_t dotIn(const Word& word) const;
     const Word& take(std::string_view what);
     std::string sentenceAt(std::size_t index, const std::string& message, const std::string& hint) const;
     [[noreturn]] void failAt(std::size_t index, const std::string& message, const std::string& hint = {}) const;
@@ -88,6 +97,7 @@ private:
     std::vector<Word> m_words;
     std::size_t m_next = 0;
     std::vector<NamedEntity> m_named;
+    Finder m_finder;
 };
 
 /// How messages show what a place looks like.

@@ -4,6 +4,7 @@
 
 #include "editing/Commands.h"
 #include "editing/Verbs.h"
+#include "editing/text/EntityAt.h"
 #include "editing/text/ParseProperty.h"
 #include "hosting/Drawing.h"
 
@@ -39,16 +40,35 @@ void refuseForeign(const PropertyFault& error, const Drawing& drawing) {
 
 }  // namespace
 
-Edit parse(std::string_view text) {
-    EditText words(text);
+namespace {
+
+Edit parsed(EditText& words) {
     Edit edit = takeVerb(words).parse(words);
     words.expectEnd();
     return edit;
 }
 
-Edit parseFor(std::string_view text, const Drawing& drawing) {
+}  // namespace
+
+Edit parse(std::string_view text) {
+    EditText words(text);
+    return parsed(words);
+}
+
+Edit parseFor(std::string_view text, const Drawing& drawing, std::vector<std::string>* remarks) {
+    EditText words(text);
+    words.findBy([&](const std::string& word, Vec2 point, std::size_t column) {
+        if (!drawing.id(word).isNull())
+            return word;
+        EntityAt found = entityAt(drawing, point, column);
+        const bool isSaid = remarks == nullptr || found.remark.empty() ||
+                            std::find(remarks->begin(), remarks->end(), found.remark) != remarks->end();
+        if (!isSaid)
+            remarks->push_back(found.remark);
+        return found.name;
+    });
     try {
-        return parse(text);
+        return parsed(words);
     } catch (const PropertyFault& error) {
         refuseDimensionValue(error, drawing);
         refuseUnknown(error, drawing);

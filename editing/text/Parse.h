@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "editing/Edit.h"
 #include "editing/EditError.h"
@@ -23,7 +24,8 @@ Edit parse(std::string_view text);
 std::string toText(const Edit& edit);
 
 /// The same as parse for a text that is meant for this drawing. Of several faults the first is told: RefusedWord for a
-/// name before the word that does not fit when the drawing has no such entity.
-Edit parseFor(std::string_view text, const Drawing& drawing);
+/// name before the word that does not fit when the drawing has no such entity. An entity may also be named by a point,
+/// "@4,0.5": the one that is nearest to it; where that is far away a remark says so.
+Edit parseFor(std::string_view text, const Drawing& drawing, std::vector<std::string>* remarks = nullptr);
 
 }  // namespace holdfast::editing

@@ -23,7 +23,8 @@ bool isNumber(std::string_view name) {
 
 bool needsQuotes(std::string_view name) {
     // A dot parts an entity from its place.
-    return name.empty() || isNumber(name) || name.find_first_of(" \t\r\n\".=") != std::string_view::npos ||
+    return name.empty() || name.starts_with('@') || isNumber(name) ||
+           name.find_first_of(" \t\r\n\".=") != std::string_view::npos ||
            std::find(kKeywords.begin(), kKeywords.end(), name) != kKeywords.end();
 }
 

@@ -436,6 +436,24 @@ class Program(unittest.TestCase):
         self.assertEqual(result.returncode, DONE)
         self.assertIn("holdfast infer --polylines", result.stderr)
 
+    def test_the_list_names_what_a_user_has_to_know(self):
+        listed = self.run_program("show", DRAWINGS / "mounting-bracket.json", "--list").stdout
+        self.assertIn("  base: line (0, 0) to (80, 0), length 80; ", listed)
+        self.assertIn("  hole1: circle about (15, 12), radius 4; ", listed)
+        self.assertRegex(listed, r"  axis: line .*; c14 c15 c16\n")
+        self.assertIn("  c13 (equal hole1 hole2)\n", listed)
+
+    def test_what_is_missing_is_told_as_edits_that_finish_the_drawing(self):
+        path = DRAWINGS / "mounting-bracket.json"
+        told = json.loads(self.run_program("show", path, "--missing", "--json").stdout)["missing"]
+        self.assertEqual(len(told), 14)
+        text = self.run_program("show", path, "--missing").stdout
+        self.assertIn("missing: 14\n", text)
+        self.assertIn("  constrain distance base 80  # its value as it stands\n", text)
+        out = self.path / "whole.json"
+        self.assertEqual(self.run_program("edit", path, *[each["edit"] for each in told], "-o", out).returncode, DONE)
+        self.assertEqual(json.loads(self.run_program("show", out, "--missing", "--json").stdout)["missing"], [])
+
     def test_every_key_of_the_json_is_written_down(self):
         self.file("one.json", CORNER)
         several = self.file("both.edit", "open one.json\nbreak a at 4,9\nopen one.json\n")
@@ -452,7 +470,7 @@ class Program(unittest.TestCase):
                          {"id": "other", "type": "distance", "refs": [{"entity": "b", "point": "whole"}], "value": 5.0}])
         sized["parameters"] = [{"name": "side", "formula": "5", "value": 5.0},
                                {"name": "double", "formula": "other * 2", "value": 10.0}]
-        calls = {"show": [("show", mend), ("show", loose, "--list"), ("show", self.file("sized.json", sized), "--list")], "solve": [("solve", mend)], "infer": [("infer", DRAWINGS / "acrylic-case-top.dxf")],
+        calls = {"show": [("show", mend), ("show", loose, "--list", "--missing"), ("show", self.file("sized.json", sized), "--list")], "solve": [("solve", mend)], "infer": [("infer", DRAWINGS / "acrylic-case-top.dxf")],
                  "edit": [("edit", self.path / "one.json", "lengthen a end by 2", "break a at 4,0"), ("run", cut),
                           ("edit", loose, "drag base.end by 3,2"), ("edit", self.file("torn.json", torn), "drag t by 0,1"),
                           ("edit", self.path / "sized.json", "parameter side = 9", "delete other")],
@@ -466,7 +484,8 @@ class Program(unittest.TestCase):
                 found |= keys(json.loads(self.run_program(*call, "--json").stdout))
             # Of what stands in a list as in a drawing file, the page of drawing files tells.
             found = {key for key in found if not key.startswith(("list.entities[].", "list.constraints[]", "list.parameters[]"))
-                     or key.startswith(("list.entities[].freedom", "list.entities[].motions"))}
+                     or key.startswith(("list.entities[].freedom", "list.entities[].motions", "list.entities[].sizes",
+                                        "list.entities[].constraints"))}
             self.assertEqual(found, written, command)
 
     def test_parameters_are_shown_followed_and_left_out_of_dxf(self):

@@ -1,0 +1,202 @@
+#include "apps/cli/ShowList.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+#include <iostream>
+#include <sstream>
+#include <unordered_map>
+
+#include "apps/cli/Terminal.h"
+#include "document/Names.h"
+#include "document/Places.h"
+#include "document/formulas/Calculation.h"
+#include "editing/EditContext.h"
+#include "editing/Refusal.h"
+#include "editing/define/Missing.h"
+#include "editing/fates/Sizes.h"
+#include "editing/fates/SpokenFreedom.h"
+#include "editing/text/Parse.h"
+#include "formats/json/JsonWriter.h"
+#include "geometry/Angles.h"
+
+namespace holdfast::cli {
+
+namespace {
+
+/// "(4, 0.5)"
+std::string pair(Vec2 point) {
+    return "(" + shortNumber(point.x) + ", " + shortNumber(point.y) + ")";
+}
+
+std::string towards(Vec2 direction) {
+    return " towards " + shortNumber(std::atan2(direction.y, direction.x) * kDegrees) + " degrees";
+}
+
+/// Where an entity is, in a few numbers.
+struct Geometry {
+    std::string operator()(const LineShape& s) const { return pair(s.start) + " to " + pair(s.end); }
+    std::string operator()(const ArcShape& s) const { return "about " + pair(s.centre); }
+    std::string operator()(const CircleShape& s) const { return "about " + pair(s.centre); }
+    std::string operator()(const EllipseShape& s) const { return "about " + pair(s.centre); }
+    std::string operator()(const EllipticalArcShape& s) const { return "about " + pair(s.centre); }
+    std::string operator()(const SplineShape& s) const {
+        return pair(s.control.front()) + " to " + pair(s.control.back()) + ", " + std::to_string(s.control.size()) +
+               " control points";
+    }
+    std::string operator()(const PointShape& s) const { return pair(s.position); }
+    std::string operator()(const XlineShape& s) const { return "through " + pair(s.point) + towards(s.direction); }
+    std::string operator()(const RayShape& s) const { return "from " + pair(s.point) + towards(s.direction); }
+    std::string operator()(const PolylineShape& s) const {
+        return pair(s.vertices.front()) + (s.closed ? " and back, " : " to " + pair(s.vertices.back()) + ", ") +
+               std::to_string(segmentCount(s)) + (segmentCount(s) == 1 ? " segment" : " segments");
+    }
+    std::string operator()(const TextShape& s) const { return "at " + pair(s.position); }
+};
+
+std::string sizesIn(const Shape& shape) {
+    std::string text;
+    for (const EntitySize& size : sizesOf(shape)) {
+        std::string name(sizeName(size.size));
+        for (char& letter : name)
+            letter = letter == '_' ? ' ' : letter;
+        text += ", " + name + " " + shortNumber(size.value) + (size.size == SizeKind::sweep ? " degrees" : "");
+    }
+    return text;
+}
+
+/// For each entity the ids of the constraints on it, in their order.
+std::unordered_map<std::string, std::vector<std::string>> constraintsByEntity(const Document& document) {
+    std::unordered_map<std::string, std::vector<std::string>> found;
+    for (const Constraint& constraint : document.constraints)
+        for (const Place& place : constraint.refs)
+            if (auto& ids = found[place.entity]; ids.empty() || ids.back() != constraint.id)
+                ids.push_back(constraint.id);
+    return found;
+}
+
+void tellEntities(const Document& document) {
+    const std::vector<EntityFreedom> freedom = spokenFreedom(document);
+    const auto constraints = constraintsByEntity(document);
+    std::cout << "each entity:\n";
+    for (std::size_t i = 0; i < document.entities.size(); ++i) {
+        const Entity& entity = document.entities[i];
+        std::cout << "  " << entity.id << ": " << typeName(entity.shape) << " " << std::visit(Geometry(), entity.shape)
+                  << sizesIn(entity.shape) << "; " << freedom[i].words;
+        if (const auto on = constraints.find(entity.id); on != constraints.end())
+            for (std::size_t c = 0; c < on->second.size(); ++c)
+                std::cout << (c == 0 ? "; " : " ") << on->second[c];
+        std::cout << '\n';
+    }
+}
+
+void tellConstraints(const Document& document) {
+    std::cout << "each constraint:\n";
+    for (const Constraint& constraint : document.constraints)
+        std::cout << "  " << spokenConstraint(constraint) << (constraint.active ? "" : ", switched off")
+                  << (constraint.driving ? "" : ", measured") << '\n';
+}
+
+void tellParameters(const Document& document) {
+    if (document.parameters.empty())
+        return;
+    const std::vector<Quantity> values = parameterValues(document);
+    std::cout << "each parameter:\n";
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const std::string text = quantityText(values[i], document.lengthUnit);
+        const Parameter& parameter = document.parameters[i];
+        std::cout << "  " << parameter.name << ": " << text
+                  << (parameter.formula == text ? "" : " = " + parameter.formula) << '\n';
+    }
+}
+
+const char* motionWord(MotionKind kind) {
+    switch (kind) {
+        case MotionKind::slide:
+            return "slide";
+        case MotionKind::turn:
+            return "turn";
+        case MotionKind::length:
+            return "length";
+        case MotionKind::radius:
+            return "radius";
+        case MotionKind::other:
+            return "other";
+    }
+    return "";
+}
+
+nlohmann::ordered_json motionJson(const FreeMotion& motion) {
+    nlohmann::ordered_json json{{"kind", motionWord(motion.kind)}};
+    if (motion.kind == MotionKind::slide)
+        json["direction"] = {motion.direction.x, motion.direction.y};
+    if (motion.kind == MotionKind::turn)
+        json["centre"] = {motion.centre.x, motion.centre.y};
+    if (motion.kind == MotionKind::length)
+        json["end"] = motion.isAtStart ? "start" : "end";
+    return json;
+}
+
+nlohmann::ordered_json sizesJson(const Shape& shape) {
+    nlohmann::ordered_json json = nlohmann::ordered_json::array();
+    for (const EntitySize& size : sizesOf(shape))
+        json.push_back({{"size", sizeName(size.size)}, {"value", size.value}});
+    return json;
+}
+
+/// The edit that would add a constraint.
+std::string editFor(const Constraint& constraint) {
+    Constrain edit;
+    edit.type = constraint.type;
+    for (const Place& place : constraint.refs)
+        edit.places.emplace_back(place);
+    if (constraint.value)
+        edit.value = spokenValue(constraint.type, *constraint.value);
+    return toText(edit);
+}
+
+}  // namespace
+
+void tellList(const Document& document) {
+    tellEntities(document);
+    tellConstraints(document);
+    tellParameters(document);
+}
+
+nlohmann::ordered_json listJson(const Document& document) {
+    std::stringstream text;
+    formats::writeJson(document, text);
+    const auto whole = nlohmann::ordered_json::parse(text);
+    nlohmann::ordered_json list{{"entities", whole.at("entities")}, {"constraints", whole.at("constraints")}};
+    if (whole.contains("parameters"))
+        list["parameters"] = whole.at("parameters");
+    const std::vector<EntityFreedom> freedom = spokenFreedom(document);
+    const auto constraints = constraintsByEntity(document);
+    for (std::size_t i = 0; i < freedom.size(); ++i) {
+        nlohmann::ordered_json& entity = list["entities"][i];
+        entity["freedom"] = freedom[i].words;
+        entity["motions"] = nlohmann::ordered_json::array();
+        for (const FreeMotion& motion : freedom[i].motions.motions)
+            entity["motions"].push_back(motionJson(motion));
+        entity["sizes"] = sizesJson(document.entities[i].shape);
+        const auto on = constraints.find(document.entities[i].id);
+        entity["constraints"] = on == constraints.end() ? std::vector<std::string>() : on->second;
+    }
+    return list;
+}
+
+void tellMissing(const Document& document) {
+    const Missing missing = missingIn(document);
+    std::cout << "missing: " << missing.constraints.size() << '\n';
+    for (const Proposal& proposal : missing.constraints)
+        std::cout << "  " << editFor(proposal.constraint) << "  # " << proposal.reason << '\n';
+}
+
+nlohmann::ordered_json missingJson(const Document& document) {
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
+    for (const Proposal& proposal : missingIn(document).constraints)
+        list.push_back({{"edit", editFor(proposal.constraint)}, {"reason", proposal.reason}});
+    return list;
+}
+
+}  // namespace holdfast::cli

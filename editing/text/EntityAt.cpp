@@ -1,0 +1,85 @@
+#include "editing/text/EntityAt.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "document/Places.h"
+#include "editing/EditContext.h"
+#include "geometry/Box.h"
+#include "geometry/GeometryError.h"
+#include "geometry/Tolerances.h"
+#include "geometry/curves/Nearest.h"
+#include "geometry/curves/Parameters.h"
+#include "geometry/curves/Soundness.h"
+
+namespace holdfast::editing {
+
+namespace {
+
+/// Parts of the drawing's size beyond which a user may have meant another entity: what is read off a picture is better.
+constexpr double kFar = 0.01;
+
+/// More names than a message bears.
+constexpr std::size_t kMostNames = 4;
+
+/// How far a shape is from a point, and the box around all that were asked.
+class Distances {
+public:
+    explicit Distances(Vec2 point) : m_point(point) { m_box.add(point); }
+
+    std::optional<double> to(const Shape& shape) {
+        if (!isCurve(shape)) {
+            const bool isPoint = std::holds_alternative<PointShape>(shape);
+            const auto at = pointAt(shape, {{}, isPoint ? PlaceKind::whole : PlaceKind::start});
+            return at ? std::optional(distance(*at, m_point)) : std::nullopt;
+        }
+        try {
+            const Nearest nearest = nearestOn(shape, m_point);
+            if (const Box its = boundsOf(shape); std::isfinite(its.diagonal()))
+                m_box.add(its);
+            return nearest.distance;
+        } catch (const GeometryError&) {
+            return std::nullopt;  // a line without length, for instance
+        }
+    }
+    double size() const { return m_box.diagonal(); }
+
+private:
+    Vec2 m_point;
+    Box m_box;
+};
+
+}  // namespace
+
+EntityAt entityAt(const Drawing& drawing, Vec2 point, std::size_t column) {
+    std::vector<std::pair<double, std::string>> near;
+    Distances distances(point);
+    for (const std::string& name : drawing.names())
+        if (const auto away = distances.to(drawing.shape(name)))
+            near.emplace_back(*away, name);
+    if (near.empty())
+        throw RefusedWord({"there is no entity at " + spoken(point), {}, column});
+    const double size = distances.size();
+    const double least = std::min_element(near.begin(), near.end())->first;
+    std::erase_if(near, [&](const auto& each) { return each.first > least + kSamePoint * size; });
+    if (near.size() > 1) {
+        std::string names;
+        for (std::size_t i = 0; i < std::min(near.size(), kMostNames); ++i)
+            names += (i == 0 ? "" : ", ") + near[i].second;
+        throw RefusedWord({"several entities are equally near to " + spoken(point) + ": " + names +
+                               (near.size() > kMostNames ? ", ..." : "") +
+                               "; name one, or a point that is nearer to it",
+                           {},
+                           column});
+    }
+    EntityAt found{near.front().second};
+    if (least > kFar * size)
+        found.remark =
+            "took " + found.name + " for the entity at " + spoken(point) + ", which is " + spoken(least) + " away";
+    return found;
+}
+
+}  // namespace holdfast::editing
