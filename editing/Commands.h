@@ -36,6 +36,10 @@ void require(const Scale& edit, const Drawing& drawing);
 void require(const Define& edit, const Drawing& drawing);
 void require(const SetFormula& edit, const Drawing& drawing);
 void require(const SetParameter& edit, const Drawing& drawing);
+void require(const Chamfer& edit, const Drawing& drawing);
+void require(const ChamferCorner& edit, const Drawing& drawing);
+void require(const Explode& edit, const Drawing& drawing);
+void require(const Offset& edit, const Drawing& drawing);
 
 void perform(const Break& edit, EditContext& context);
 void perform(const Trim& edit, EditContext& context);
@@ -63,6 +67,10 @@ void perform(const Scale& edit, EditContext& context);
 void perform(const Define& edit, EditContext& context);
 void perform(const SetFormula& edit, EditContext& context);
 void perform(const SetParameter& edit, EditContext& context);
+void perform(const Chamfer& edit, EditContext& context);
+void perform(const ChamferCorner& edit, EditContext& context);
+void perform(const Explode& edit, EditContext& context);
+void perform(const Offset& edit, EditContext& context);
 
 /// Refuses a word that is no property of an entity, with those that it has.
 [[noreturn]] void refuseProperty(const std::string& entity, const Shape& shape, const Sourced<std::string>& word);

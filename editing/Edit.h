@@ -256,9 +256,14 @@ struct CopyRing {
 
 /// Adds copies of entities. Each has a copy of the constraints and dimensions among the originals, as far as they hold
 /// of it, and none of those that tie the originals to others.
+///
+/// Linked copies have no dimensions of their own but follow their originals: equal lengths and radii, parallel lines
+/// (in rings at right angles after a quarter turn), and in rows and grids the same spacing throughout, for whose first
+/// steps the edit adds dimensions. Nothing of that is added that follows already.
 struct Copy {
     std::vector<Name> entities;  ///< each once
     std::variant<CopyGrid, CopyRing> to;
+    bool linked = false;
     friend bool operator==(const Copy&, const Copy&) = default;
 };
 
@@ -279,6 +284,52 @@ struct Define {
     friend bool operator==(const Define&, const Define&) = default;
 };
 
+/// How far before a corner a chamfer begins, measured along the curves.
+struct ChamferLengths {
+    Sourced<double> first;                    ///< along the first curve; above 0
+    std::optional<Sourced<double>> second{};  ///< along the second; none: the same
+    friend bool operator==(const ChamferLengths&, const ChamferLengths&) = default;
+};
+
+/// Cuts two curves off before their corner, to which they are led on where they do not reach it, and puts a line
+/// between their ends that is tied to both.
+struct Chamfer {
+    Name first, second;
+    ChamferLengths by;
+    std::optional<FilletPicks> picks{};  ///< none: where the curves come closest as they are drawn
+    friend bool operator==(const Chamfer&, const Chamfer&) = default;
+};
+
+/// Cuts one corner of a polyline off.
+struct ChamferCorner {
+    Name polyline;
+    int corner = 0;     ///< the number of its vertex
+    ChamferLengths by;  ///< first along the segment that leads to the corner
+    friend bool operator==(const ChamferCorner&, const ChamferCorner&) = default;
+};
+
+/// Makes lines and arcs of polylines, one of each segment that has a length: with the constraints that were on it, tied
+/// to its neighbours, and as a tangent to those that it runs smoothly into.
+struct Explode {
+    std::vector<Name> entities;  ///< polylines, each once
+    friend bool operator==(const Explode&, const Explode&) = default;
+};
+
+/// Adds curves beside others. Lines, arcs and open polylines whose ends meet are offset as one chain, with mitred
+/// corners; all others one by one.
+///
+/// The new curves have the geometric constraints among their originals that hold of them, and are tied where they meet.
+/// An arc whose radius the distance takes up has none beside it; its neighbours meet instead, which is told. What lies
+/// beside an ellipse or a spline is none, and is refused.
+struct Offset {
+    std::vector<Name> entities;  ///< each once
+    /// Not 0. Above 0: outside of circles, arcs and what is closed; to the left of a line or an open polyline on its
+    /// way from start to end. Below: on the other side. Of an open chain the curve that is named first counts.
+    Sourced<double> by = 1.0;
+    bool rounded = false;  ///< outer corners are rounded by arcs about the corners of the originals
+    friend bool operator==(const Offset&, const Offset&) = default;
+};
+
 /// Takes the last edit back that was done.
 struct Undo {
     friend bool operator==(const Undo&, const Undo&) = default;
@@ -290,8 +341,9 @@ struct Redo {
 };
 
 /// Any editing command.
-using Edit = std::variant<Break, Trim, Extend, Fillet, FilletCorner, FilletSegments, Join, Lengthen, Stretch, Mirror,
-                          Align, Rotate, Drag, Set, SetDimension, SetDriving, Constrain, Delete, Erase, Draw, Move,
-                          Copy, Scale, Define, SetFormula, SetParameter, Undo, Redo>;
+using Edit =
+    std::variant<Break, Trim, Extend, Fillet, FilletCorner, FilletSegments, Join, Lengthen, Stretch, Mirror, Align,
+                 Rotate, Drag, Set, SetDimension, SetDriving, Constrain, Delete, Erase, Draw, Move, Copy, Scale, Define,
+                 SetFormula, SetParameter, Chamfer, ChamferCorner, Explode, Offset, Undo, Redo>;
 
 }  // namespace holdfast::editing

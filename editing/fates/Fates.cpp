@@ -26,7 +26,8 @@ std::string reasonOfMove(const std::vector<PlaceMove>& moves, const EntityIndex&
         return "start and end of " + move.from.entity + " have changed places";
     if (move.from.entity == move.to.entity)
         return "the segments of " + move.from.entity + " are counted anew";
-    if (after.find(move.from.entity) == nullptr)
+    const bool wasSegment = move.from.kind >= PlaceKind::segment && move.to.kind < PlaceKind::segment;
+    if (after.find(move.from.entity) == nullptr && !wasSegment)
         return move.from.entity + " became part of " + move.to.entity;
     return "that part of " + move.from.entity + " is " + move.to.entity + " now";
 }

@@ -30,6 +30,9 @@ Edit parseCopy(EditText& text);
 Edit parseScale(EditText& text);
 Edit parseDefine(EditText& text);
 Edit parseParameter(EditText& text);
+Edit parseChamfer(EditText& text);
+Edit parseExplode(EditText& text);
+Edit parseOffset(EditText& text);
 Edit parseUndo(EditText& text);
 Edit parseRedo(EditText& text);
 

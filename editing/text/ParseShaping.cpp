@@ -35,6 +35,17 @@ CopyRing takeRing(EditText& text) {
     return ring;
 }
 
+ChamferLengths takeLengths(EditText& text) {
+    text.expect("by");
+    const double first = text.number("the length that is cut off");
+    ChamferLengths lengths{.first = {first, text.column()}};
+    if (text.nextIsNumber()) {
+        const double second = text.number("the length that is cut off the second curve");
+        lengths.second = Sourced<double>(second, text.column());
+    }
+    return lengths;
+}
+
 }  // namespace
 
 Edit parseMove(EditText& text) {
@@ -52,6 +63,7 @@ Edit parseCopy(EditText& text) {
         edit.to = takeRing(text);
     else
         edit.to = takeGrid(text);
+    edit.linked = text.accept("linked");
     return edit;
 }
 
@@ -63,6 +75,35 @@ Edit parseScale(EditText& text) {
     text.expect("by");
     const double factor = text.number("the factor");
     edit.factor = {factor, text.column()};
+    return edit;
+}
+
+Edit parseChamfer(EditText& text) {
+    const Name first = text.name("an entity");
+    if (text.accept("corner")) {
+        const int corner = text.integer("the number of a corner, counted from 0");
+        return ChamferCorner{first, corner, takeLengths(text)};
+    }
+    Chamfer edit{.first = first, .second = text.name("an entity"), .by = {}};
+    edit.by = takeLengths(text);
+    if (text.accept("at")) {
+        const Vec2 pick = text.point("a point on the first curve");
+        edit.picks = {pick, text.point("a point on the second curve")};
+    }
+    return edit;
+}
+
+Edit parseExplode(EditText& text) {
+    return Explode{text.names("an entity", {})};
+}
+
+Edit parseOffset(EditText& text) {
+    static constexpr std::array<std::string_view, 1> ends{"by"};
+    Offset edit{.entities = text.names("an entity", ends)};
+    text.expect("by");
+    const double by = text.number("the distance");
+    edit.by = {by, text.column()};
+    edit.rounded = text.accept("rounded");
     return edit;
 }
 

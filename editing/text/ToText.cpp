@@ -212,7 +212,7 @@ struct Writer {
     }
     std::string operator()(const Move& e) const { return "move " + textOf(e.entities) + " by " + textOf(e.by); }
     std::string operator()(const Copy& e) const {
-        return "copy " + textOf(e.entities) + std::visit(ArrayWriter(), e.to);
+        return "copy " + textOf(e.entities) + std::visit(ArrayWriter(), e.to) + (e.linked ? " linked" : "");
     }
     std::string operator()(const Scale& e) const {
         return "scale " + textOf(e.entities) + " about " + textOf(e.about) + " by " + textOf(e.factor.value);
@@ -225,11 +225,25 @@ struct Writer {
     std::string operator()(const SetParameter& e) const {
         return "parameter " + textOf(e.parameter) + calculated(e.formula);
     }
+    std::string operator()(const Chamfer& e) const {
+        return "chamfer " + textOf(e.first) + " " + textOf(e.second) + lengths(e.by) +
+               (e.picks ? " at " + textOf(e.picks->first) + " " + textOf(e.picks->second) : "");
+    }
+    std::string operator()(const ChamferCorner& e) const {
+        return "chamfer " + textOf(e.polyline) + " corner " + textOf(e.corner) + lengths(e.by);
+    }
+    std::string operator()(const Explode& e) const { return "explode " + textOf(e.entities); }
+    std::string operator()(const Offset& e) const {
+        return "offset " + textOf(e.entities) + " by " + textOf(e.by.value) + (e.rounded ? " rounded" : "");
+    }
     std::string operator()(const Undo&) const { return "undo"; }
     std::string operator()(const Redo&) const { return "redo"; }
 
     static std::string named(const Name& name) { return name.value.empty() ? "" : " as " + textOf(name); }
     static std::string calculated(const Sourced<std::string>& formula) { return " = " + formula.value; }
+    static std::string lengths(const ChamferLengths& by) {
+        return " by " + textOf(by.first.value) + (by.second ? " " + textOf(by.second->value) : "");
+    }
     static std::string radius(const Sourced<double>& value) { return " radius " + textOf(value.value); }
 };
 

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <numbers>
+#include <cmath>
 
 #include "document/Names.h"
+#include "geometry/Vec2.h"
+#include "hosting/DocumentSketch.h"
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
@@ -175,6 +177,84 @@ TEST(CopyEdit, SaysWhatIsWrong) {
         {"copy hole", "edit \"copy hole\": expected \"by\", but the edit ends there"},
     };
     expectRefused(hookDrawing(), rows);
+}
+
+/// Two holes of one radius, the first at a fixed place.
+Document holes() {
+    Document document;
+    document.name = "holes";
+    document.entities = {shapeEntity("hole", CircleShape{{5, 2}, 1}), lineEntity("slot", {0, 0}, {3, 4})};
+    document.constraints = {valued(constraintOf("r", ConstraintType::radius, {{"hole"}}), 1.0),
+                            constraintOf("f", ConstraintType::fixed, {{"hole", PlaceKind::centre}}),
+                            valued(constraintOf("l", ConstraintType::distance, {{"slot"}}), 5.0)};
+    return document;
+}
+
+std::string idOf(const Session& session, ConstraintType type) {
+    for (const Constraint& constraint : session.document().constraints)
+        if (constraint.type == type)
+            return constraint.id;
+    return "none";
+}
+
+CircleShape circleOf(const Session& session, const std::string& name) {
+    return std::get<CircleShape>(entityNamed(session.document(), name).shape);
+}
+
+TEST(CopyLinked, FollowsTheSizesOfItsOriginals) {
+    Session session(holes());
+    EXPECT_EQ(session.apply("copy hole slot by 10,0 times 2 linked").outcome.error, "");
+    EXPECT_EQ(session.apply("set r 3").outcome.error, "");
+    EXPECT_EQ(session.apply("set l 7").outcome.error, "");
+    for (const char* name : {"hole_2", "hole_3"})
+        EXPECT_NEAR(circleOf(session, name).radius, 3.0, 1e-9);
+    for (const char* name : {"slot", "slot_2", "slot_3"}) {
+        const LineShape line = lineOf(session, name);
+        EXPECT_NEAR(std::hypot(line.end.x - line.start.x, line.end.y - line.start.y), 7.0, 1e-9);
+    }
+}
+
+TEST(CopyLinked, KeepsItsSpacingEvenWhenTheFirstStepChanges) {
+    Session session(holes());
+    EXPECT_EQ(session.apply("copy hole by 10,0 times 3 linked").outcome.error, "");
+    EXPECT_EQ(session.apply("set " + idOf(session, ConstraintType::distanceX) + " 7").outcome.error, "");
+    EXPECT_NEAR(circleOf(session, "hole_2").centre.x, 12.0, 1e-9);
+    EXPECT_NEAR(circleOf(session, "hole_3").centre.x, 19.0, 1e-9);
+    EXPECT_NEAR(circleOf(session, "hole_4").centre.x, 26.0, 1e-9);
+    EXPECT_NEAR(circleOf(session, "hole_4").centre.y, 2.0, 1e-9);
+}
+
+TEST(CopyLinked, SpacesAGridByBothItsFirstSteps) {
+    Session session(holes());
+    EXPECT_EQ(session.apply("copy hole by 10,0 times 2 and by 0,8 times 2 linked").outcome.error, "");
+    EXPECT_EQ(session.apply("set " + idOf(session, ConstraintType::distanceX) + " 7").outcome.error, "");
+    EXPECT_EQ(session.apply("set " + idOf(session, ConstraintType::distanceY) + " 3").outcome.error, "");
+    EXPECT_LE(distance(circleOf(session, "hole_9").centre, {19, 8}), 1e-9);
+}
+
+TEST(CopyLinked, MovesNothingAndSaysNothingTwice) {
+    const char* edits[] = {"copy a b hole by 0,20 times 2 linked", "copy a b by 5,0 times 3 linked",
+                           "copy a b by 12,3 and by 3,15 linked", "copy a b hole around 0,0 by 90 times 3 linked"};
+    for (const char* edit : edits) {
+        Session session(hookDrawing());
+        const EditResult& result = session.apply(edit);
+        EXPECT_EQ(result.outcome.error, "") << edit;
+        for (const EntityOutcome& outcome : result.fates.entities)
+            EXPECT_EQ(outcome.fate, EntityFate::created) << edit;
+        for (const double miss : DocumentSketch(session.document()).shortfalls())
+            EXPECT_LE(miss, 1e-9) << edit;
+        EXPECT_TRUE(DocumentSketch(session.document()).diagnose().redundant.empty()) << edit;
+    }
+}
+
+TEST(CopyLinked, LeavesDimensionsToItsOriginals) {
+    Session session(holes());
+    session.apply("copy hole by 10,0 linked");
+    std::string kinds;
+    for (const Constraint& constraint : session.document().constraints)
+        if (constraint.id[0] == 'k')
+            kinds += std::string(typeName(constraint.type)) + " ";
+    EXPECT_EQ(kinds, "horizontal distance_x equal ");
 }
 
 }  // namespace

@@ -36,10 +36,10 @@ Vec2 anyPoint() {
 /// Every sign, and the words that mean something else in an edit.
 Name anyName() {
     if (toss())
-        return oneOfThese<std::string>({"g1",       "about",  "from",   "to",    "by",   "at",    "corner",
-                                        "segments", "radius", "around", "times", "and",  "keep",  "scale",
-                                        "steps",    "x",      "y",      "1,2",   "undo", "a.end", "a b",
-                                        "\\",       "\"",     "",       "#"});
+        return oneOfThese<std::string>({"g1",       "about",  "from",   "to",    "by",     "at",      "corner",
+                                        "segments", "radius", "around", "times", "linked", "rounded", "and",
+                                        "keep",     "scale",  "steps",  "x",     "y",      "1,2",     "undo",
+                                        "a.end",    "a b",    "\\",     "\"",    "",       "#"});
     return *rc::gen::container<std::string>(rc::gen::inRange<char>(1, 127));
 }
 
@@ -162,6 +162,10 @@ Figure anyFigure() {
     }
 }
 
+ChamferLengths anyLengths() {
+    return {anyNumber(), toss() ? std::optional(Sourced<double>(anyNumber())) : std::nullopt};
+}
+
 CopyRow anyRow() {
     return {anyPoint(), *rc::gen::inRange(-5, 2000)};
 }
@@ -172,6 +176,7 @@ Edit anyCopy() {
         edit.to = CopyRing{anyPoint(), anyNumber(), *rc::gen::inRange(-5, 2000)};
     else
         edit.to = CopyGrid{anyRow(), toss() ? std::optional(anyRow()) : std::nullopt};
+    edit.linked = toss();
     return edit;
 }
 
@@ -237,6 +242,17 @@ Edit anyEdit() {
         },
         [] {
             return Edit(SetParameter{anyName(), anyFormula()});
+        },
+        [] {
+            return Edit(Chamfer{anyName(), anyName(), anyLengths(),
+                                toss() ? std::optional(FilletPicks{anyPoint(), anyPoint()}) : std::nullopt});
+        },
+        [] {
+            return Edit(ChamferCorner{anyName(), anyIndex() - 1000, anyLengths()});
+        },
+        [] { return Edit(Explode{anyNames()}); },
+        [] {
+            return Edit(Offset{anyNames(), anyNumber(), toss()});
         },
         [] { return Edit(Undo{}); },
         [] { return Edit(Redo{}); },

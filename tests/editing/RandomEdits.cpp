@@ -62,11 +62,12 @@ bool meet(const Shape& a, const Shape& b) {
 
 std::string RandomEdits::next(const Document& document) {
     using Maker = std::string (RandomEdits::*)(const Document&);
-    static constexpr std::array<Maker, 15> makers{
-        &RandomEdits::breakEdit, &RandomEdits::trimEdit,     &RandomEdits::extendEdit,  &RandomEdits::filletEdit,
-        &RandomEdits::joinEdit,  &RandomEdits::lengthenEdit, &RandomEdits::stretchEdit, &RandomEdits::mirrorEdit,
-        &RandomEdits::alignEdit, &RandomEdits::rotateEdit,   &RandomEdits::dragEdit,    &RandomEdits::setEdit,
-        &RandomEdits::moveEdit,  &RandomEdits::copyEdit,     &RandomEdits::scaleEdit};
+    static constexpr std::array<Maker, 18> makers{
+        &RandomEdits::breakEdit,  &RandomEdits::trimEdit,     &RandomEdits::extendEdit,  &RandomEdits::filletEdit,
+        &RandomEdits::joinEdit,   &RandomEdits::lengthenEdit, &RandomEdits::stretchEdit, &RandomEdits::mirrorEdit,
+        &RandomEdits::alignEdit,  &RandomEdits::rotateEdit,   &RandomEdits::dragEdit,    &RandomEdits::setEdit,
+        &RandomEdits::moveEdit,   &RandomEdits::copyEdit,     &RandomEdits::scaleEdit,   &RandomEdits::chamferEdit,
+        &RandomEdits::offsetEdit, &RandomEdits::explodeEdit};
     if (chance(0.1))
         return chance(0.7) ? "undo" : "redo";
     for (int tries = 0; tries < 20; ++tries) {
@@ -295,6 +296,27 @@ std::string RandomEdits::copyEdit(const Document& document) {
 std::string RandomEdits::scaleEdit(const Document& document) {
     return "scale " + someEntities(document) + " about " + vector(sizeOf(anyEntity(document).shape)) + " by " +
            number(between(0.5, 2.0));
+}
+
+std::string RandomEdits::chamferEdit(const Document& document) {
+    const Entity* curve = anyCurve(document);
+    if (curve == nullptr)
+        return "";
+    const std::string by = " by " + number(sizeOf(curve->shape) * between(0.01, 0.3));
+    if (const auto* polyline = std::get_if<PolylineShape>(&curve->shape))
+        return "chamfer " + curve->id + " corner " + std::to_string(below(polyline->vertices.size())) + by;
+    return "chamfer " + curve->id + " " + partnerOf(document, *curve).id + by;
+}
+
+std::string RandomEdits::offsetEdit(const Document& document) {
+    return "offset " + someEntities(document) + " by " +
+           number(between(-0.1, 0.1) * sizeOf(anyEntity(document).shape)) + (chance(0.5) ? " rounded" : "");
+}
+
+std::string RandomEdits::explodeEdit(const Document& document) {
+    const Entity* curve = anyCurve(document);
+    const bool isPolyline = curve != nullptr && std::holds_alternative<PolylineShape>(curve->shape);
+    return isPolyline ? "explode " + curve->id : "";
 }
 
 }  // namespace holdfast::editing

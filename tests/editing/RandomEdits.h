@@ -33,6 +33,9 @@ private:
     std::string moveEdit(const Document& document);
     std::string copyEdit(const Document& document);
     std::string scaleEdit(const Document& document);
+    std::string chamferEdit(const Document& document);
+    std::string offsetEdit(const Document& document);
+    std::string explodeEdit(const Document& document);
     /// One name or two, with blanks between them.
     std::string someEntities(const Document& document);
 

@@ -68,7 +68,12 @@ inline const std::vector<std::string>& sweptEdits() {
                                                    "erase post",
                                                    "move right by 2,0",
                                                    "copy post beam by 0,30 times 2",
-                                                   "scale post beam about 0,20 by 2"};
+                                                   "scale post beam about 0,20 by 2",
+                                                   "copy post beam by 0,30 times 2 linked",
+                                                   "chamfer base left by 1 2",
+                                                   "chamfer wire corner 1 by 2",
+                                                   "offset base left by 1 rounded",
+                                                   "explode wire"};
     return edits;
 }
 

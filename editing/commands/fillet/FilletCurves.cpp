@@ -12,7 +12,7 @@ void addFilletArc(EditContext& context, const ArcShape& arc, const std::string& 
 std::string replaceOtherKind(EditContext& context, const FilletSide& side, const Shape& shape) {
     const bool isOtherKind = side.shape.index() != shape.index();
     const std::string successor = isOtherKind ? context.drawing.add(shape, side.name) : side.name;
-    context.reasons.noteEdited(side.name, "filleted", {successor});
+    context.reasons.noteEdited(side.name, side.verb + "ed", {successor});
     if (!isOtherKind)
         return side.name;
     context.drawing.erase(side.name);

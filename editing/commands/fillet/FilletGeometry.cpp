@@ -197,7 +197,7 @@ std::optional<Vec2> smoothJoint(const FilletSide& a, const FilletSide& b, double
 
 [[noreturn]] void refuseCornerless(const FilletSide& a, const FilletSide& b, Vec2 joint) {
     throw EditError(a.name + " and " + b.name + " run smoothly into each other in " + spoken(joint) +
-                    "; there is no corner to fillet");
+                    "; there is no corner to " + a.verb);
 }
 
 /// Curves that run smoothly into each other have no corner, whatever else a fillet of them comes to.
@@ -264,6 +264,10 @@ Shape endedAt(const Shape& shape, double param, CurveEnd end) {
 void refuseSmooth(const FilletSide& a, const FilletSide& b) {
     if (const std::optional<Vec2> joint = smoothJoint(a, b, kStraightOn))
         refuseCornerless(a, b, *joint);
+}
+
+std::optional<CurveFillet> sharpCorner(const FilletSide& a, const FilletSide& b) {
+    return jointsOf(a, b, 0.0).empty() ? std::nullopt : std::optional(filletCurves(a, b, 0.0));
 }
 
 CurveFillet filletCurves(const FilletSide& a, const FilletSide& b, double radius) {

@@ -16,6 +16,7 @@ struct FilletSide {
     std::optional<Vec2> pick{};       ///< where the user picked it, if he did
     std::optional<CurveEnd> moves{};  ///< the end that the fillet moves; none: the one that suits it best
     bool mayGrow = true;              ///< that end may be led on beyond where it is
+    std::string verb = "fillet";      ///< what is done to it, for messages
 };
 
 /// Two curves after their fillet; without an arc they meet in a sharp corner.
@@ -32,6 +33,9 @@ struct CurveFillet {
 /// whole. Parallel lines are joined by a half circle, of the only radius that fits. EditError where the curves have no
 /// such arc or corner, or where nothing of a curve would be left.
 CurveFillet filletCurves(const FilletSide& a, const FilletSide& b, double radius);
+
+/// The same with radius 0; nothing where the curves do not meet, not even when they are prolonged.
+std::optional<CurveFillet> sharpCorner(const FilletSide& a, const FilletSide& b);
 
 /// EditError for curves whose ends meet where the one goes on in the direction of the other: there is no corner.
 void refuseSmooth(const FilletSide& a, const FilletSide& b);

@@ -29,10 +29,11 @@ PolylineShape finished(const PolylineShape& polyline, const SegmentFillet& fille
 
 }  // namespace
 
-void filletWithin(EditContext& context, const std::string& polyline, const SegmentFillet& fillet) {
+void filletWithin(EditContext& context, const std::string& polyline, const SegmentFillet& fillet,
+                  const std::string& done) {
     Drawing& drawing = context.drawing;
     context.edited = {polyline};
-    context.reasons.noteEdited(polyline, "filleted");
+    context.reasons.noteEdited(polyline, done);
     if (fillet.sharp)
         context.judgedAnew = {polyline};
     {

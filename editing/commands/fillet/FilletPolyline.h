@@ -12,8 +12,9 @@ namespace holdfast::editing {
 // The host's half of fillets in which polylines take part. EditError, before anything has changed, for what cannot be
 // done; an open drawing that is left half edited by another exception is for the caller to put back.
 
-/// A fillet of two segments of one polyline.
-void filletWithin(EditContext& context, const std::string& polyline, const SegmentFillet& fillet);
+/// A fillet of two segments of one polyline; `done` says so in the reasons of what goes.
+void filletWithin(EditContext& context, const std::string& polyline, const SegmentFillet& fillet,
+                  const std::string& done = "filleted");
 
 /// Cuts the polyline off where the arc touches it. The arc and what is left of the curve stay entities of their own,
 /// so that the curve keeps its constraints.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 
+#include "editing/commands/fillet/ChamferGeometry.h"
 #include "editing/commands/fillet/SegmentSide.h"
 #include "editing/text/EditText.h"
 #include "geometry/Segments.h"
@@ -160,18 +161,8 @@ void requireSegment(const std::string& name, const PolylineShape& polyline, int 
             (count == 1 ? "; its only segment is 0" : "; its segments are 0 to " + std::to_string(count - 1)));
 }
 
-}  // namespace
-
-PolylineShape countedFrom(PolylineShape polyline, std::size_t vertex) {
-    assert(vertex < polyline.vertices.size() && (polyline.closed || vertex == 0));
-    const auto middle = static_cast<std::ptrdiff_t>(vertex);
-    std::rotate(polyline.vertices.begin(), polyline.vertices.begin() + middle, polyline.vertices.end());
-    std::rotate(polyline.bulges.begin(), polyline.bulges.begin() + middle, polyline.bulges.end());
-    std::rotate(polyline.ids.begin(), polyline.ids.begin() + middle, polyline.ids.end());
-    return polyline;
-}
-
-SegmentFillet cornerFillet(const std::string& name, const PolylineShape& polyline, int corner, double radius) {
+/// The fillet's numbers at one corner, before anything is done there.
+SegmentFillet cornerOf(const std::string& name, const PolylineShape& polyline, int corner) {
     const std::size_t count = polyline.vertices.size();
     const auto vertex = static_cast<std::size_t>(corner);
     if (corner < 0 || vertex >= count || (!polyline.closed && (vertex == 0 || vertex + 1 == count)) || count < 2)
@@ -187,7 +178,45 @@ SegmentFillet cornerFillet(const std::string& name, const PolylineShape& polylin
     } else {
         fillet.first = fillet.second - 1;
     }
-    return filleted(std::move(fillet), name, radius);
+    return fillet;
+}
+
+/// What is left of a segment without a length at the end that its side may move.
+CutSegment cutBackSegment(const FilletSide& side, const PolylineShape& polyline, std::size_t segment, double by) {
+    return cutSegment(side.name, polyline, segment, cutBack(side.name, side.shape, *side.moves, by), *side.moves);
+}
+
+}  // namespace
+
+PolylineShape countedFrom(PolylineShape polyline, std::size_t vertex) {
+    assert(vertex < polyline.vertices.size() && (polyline.closed || vertex == 0));
+    const auto middle = static_cast<std::ptrdiff_t>(vertex);
+    std::rotate(polyline.vertices.begin(), polyline.vertices.begin() + middle, polyline.vertices.end());
+    std::rotate(polyline.bulges.begin(), polyline.bulges.begin() + middle, polyline.bulges.end());
+    std::rotate(polyline.ids.begin(), polyline.ids.begin() + middle, polyline.ids.end());
+    return polyline;
+}
+
+SegmentFillet cornerFillet(const std::string& name, const PolylineShape& polyline, int corner, double radius) {
+    return filleted(cornerOf(name, polyline, corner), name, radius);
+}
+
+SegmentFillet cornerChamfer(const std::string& name, const PolylineShape& polyline, int corner, double before,
+                            double behind) {
+    SegmentFillet chamfer = cornerOf(name, polyline, corner);
+    const bool leadsOn = chamfer.mode == Mode::kCorner;
+    const std::size_t from = leadsOn ? chamfer.first : chamfer.second, to = leadsOn ? chamfer.second : chamfer.first;
+    CornerSides sides = sidesAt(chamfer, name, from, to);
+    sides.before.verb = sides.behind.verb = "chamfer";
+    refuseSmooth(sides.before, sides.behind);
+    const Rounding line{.from = cutBackSegment(sides.before, chamfer.counted, from, before),
+                        .to = cutBackSegment(sides.behind, chamfer.counted, to, behind)};
+    chamfer.edited = chamfer.counted;
+    if (leadsOn)
+        roundCorner(chamfer, line);
+    else
+        roundClosingCorner(chamfer, line);
+    return chamfer;
 }
 
 SegmentFillet segmentFillet(const std::string& name, const PolylineShape& polyline, int from, int to, double radius) {

@@ -28,6 +28,11 @@ struct SegmentFillet {
 /// has no such corner, where the arc does not fit between its segments or one of them would vanish.
 SegmentFillet cornerFillet(const std::string& name, const PolylineShape& polyline, int corner, double radius);
 
+/// Cuts the corner between two neighbours off: a length of the segment that leads to it, and one of that behind it.
+/// EditError as above.
+SegmentFillet cornerChamfer(const std::string& name, const PolylineShape& polyline, int corner, double before,
+                            double behind);
+
 /// Leads an arc, or with radius 0 a sharp corner, from the end of one segment to the start of another. Neighbours are
 /// filleted at their corner. An open polyline is closed when the arc leads from its last segment to its first; else its
 /// segments are taken in its own order. EditError as above.

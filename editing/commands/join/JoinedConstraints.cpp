@@ -100,8 +100,18 @@ private:
     std::size_t m_vertexCount;
 };
 
-/// What went with the composites that the pieces' constraints belonged to: members elsewhere come back as they were,
-/// and so do composites all of whose members are there.
+/// Why a constraint of the pieces is not one of the polyline.
+std::string reasonOfLoss(const CarryOver& carry, const Constraint& constraint, const Constraint& carried,
+                         const std::string& polyline, const EntityIndex& entities) {
+    if (carry.isOneVertex(carried))
+        return "it ties a vertex of " + polyline + " to itself";
+    return faultIn(carried, entities) ? polyline + " cannot have it: " + spokenPlace(constraint.refs.front()) + " is " +
+                                            spokenPlace(carried.refs.front()) + " there"
+                                      : "it does not hold on " + polyline;
+}
+
+}  // namespace
+
 void restoreComposites(const EditContext& context) {
     Drawing& drawing = context.drawing;
     std::vector<Constraint> owners;
@@ -120,18 +130,6 @@ void restoreComposites(const EditContext& context) {
             context.reasons.note(owner.id, "its member " + *missing + " is gone");
     }
 }
-
-/// Why a constraint of the pieces is not one of the polyline.
-std::string reasonOfLoss(const CarryOver& carry, const Constraint& constraint, const Constraint& carried,
-                         const std::string& polyline, const EntityIndex& entities) {
-    if (carry.isOneVertex(carried))
-        return "it ties a vertex of " + polyline + " to itself";
-    return faultIn(carried, entities) ? polyline + " cannot have it: " + spokenPlace(constraint.refs.front()) + " is " +
-                                            spokenPlace(carried.refs.front()) + " there"
-                                      : "it does not hold on " + polyline;
-}
-
-}  // namespace
 
 std::unordered_map<std::string, JoinedSegments> segmentsOf(const std::vector<ChainPiece>& pieces, std::size_t middle,
                                                            const Chain& chain) {

@@ -30,4 +30,8 @@ std::unordered_map<std::string, JoinedSegments> segmentsOf(const std::vector<Cha
 void carryOver(const EditContext& context, const Document& before, const std::string& polyline,
                const std::unordered_map<std::string, JoinedSegments>& pieces);
 
+/// What went with the composites that constraints of erased entities belonged to: members elsewhere come back as they
+/// were, and so do composites all of whose members are there. It is noted why others do not.
+void restoreComposites(const EditContext& context);
+
 }  // namespace holdfast::editing

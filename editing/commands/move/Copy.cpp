@@ -3,7 +3,9 @@
 #include <set>
 
 #include "editing/Commands.h"
+#include "editing/NewConstraints.h"
 #include "editing/commands/move/CopyPlaces.h"
+#include "editing/commands/move/CopyTies.h"
 #include "editing/commands/move/Copying.h"
 #include "editing/commands/move/Moving.h"
 #include "editing/commands/move/TransformedConstraints.h"
@@ -40,12 +42,17 @@ void require(const Copy& edit, const Drawing& drawing) {
 void perform(const Copy& edit, EditContext& context) {
     const auto [names, places] = resolved(edit, context.drawing);
     const CopiedConstraints constraints(context.drawing, names);
+    const CopiedKinds kinds = edit.linked ? CopiedKinds::geometric : CopiedKinds::all;
     std::set<std::string> leftOut;
+    std::vector<CopyNames> copies;
     for (const PlaneTransform& place : places) {
-        const MadeCopies made = addCopies(context.drawing, names, constraints, place);
+        MadeCopies made = addCopies(context.drawing, names, constraints, place, kinds);
         leftOut.insert(made.leftOut.begin(), made.leftOut.end());
+        copies.push_back(std::move(made.names));
     }
     tellLeftOut(context, constraints, leftOut);
+    if (edit.linked)
+        addNew(context.drawing, tiesOfCopies(context.drawing, edit, copies));
 }
 
 }  // namespace holdfast::editing

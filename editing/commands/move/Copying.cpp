@@ -3,7 +3,7 @@
 namespace holdfast::editing {
 
 MadeCopies addCopies(Drawing& drawing, const std::vector<std::string>& originals, const CopiedConstraints& constraints,
-                     const PlaneTransform& transform) {
+                     const PlaneTransform& transform, CopiedKinds kinds) {
     MadeCopies made;
     std::vector<std::string> polylines;
     for (const std::string& name : originals) {
@@ -16,7 +16,7 @@ MadeCopies addCopies(Drawing& drawing, const std::vector<std::string>& originals
             polylines.push_back(copy);
         made.names.emplace(name, copy);
     }
-    made.leftOut = constraints.addTo(drawing, made.names, transform);
+    made.leftOut = constraints.addTo(drawing, made.names, transform, kinds);
     for (const std::string& polyline : polylines)
         drawing.tieCorners(polyline);
     return made;

@@ -19,6 +19,6 @@ struct MadeCopies {
 /// Adds copies of entities under a transform, in the order of the originals, with a copy of the constraints among them.
 /// Linear in both.
 MadeCopies addCopies(Drawing& drawing, const std::vector<std::string>& originals, const CopiedConstraints& constraints,
-                     const PlaneTransform& transform);
+                     const PlaneTransform& transform, CopiedKinds kinds = CopiedKinds::all);
 
 }  // namespace holdfast::editing

@@ -5,6 +5,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "document/Names.h"
 #include "editing/HoldingConstraints.h"
 #include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
@@ -115,6 +116,11 @@ bool canBeCopied(const Constraint& constraint) {
     return constraint.active && constraint.type != fixed && constraint.type != g2Smooth;
 }
 
+bool areCopied(const Constraint& constraint, const CopyNames& copies) {
+    return std::all_of(constraint.refs.begin(), constraint.refs.end(),
+                       [&](const Place& place) { return copies.contains(place.entity); });
+}
+
 }  // namespace
 
 CopiedConstraints::CopiedConstraints(const Drawing& drawing, const std::vector<std::string>& originals)
@@ -126,14 +132,18 @@ CopiedConstraints::CopiedConstraints(const Drawing& drawing, const std::vector<s
 }
 
 std::vector<std::string> CopiedConstraints::addTo(Drawing& drawing, const CopyNames& copies,
-                                                  const PlaneTransform& transform) const {
+                                                  const PlaneTransform& transform, CopiedKinds kinds) const {
     std::vector<std::string> names;
     names.reserve(copies.size());
     for (const auto& [original, copy] : copies)
         names.push_back(copy);
     Document part = drawing.around(names);
     const std::size_t first = part.constraints.size();
+    std::vector<const Constraint*> tried;
     for (const Constraint* original : m_among) {
+        if ((kinds == CopiedKinds::geometric && isDimension(original->type)) || !areCopied(*original, copies))
+            continue;
+        tried.push_back(original);
         Constraint copy = turned(*original, transform, m_entities);
         copy.id.clear();
         copy.name.clear();
@@ -145,7 +155,7 @@ std::vector<std::string> CopiedConstraints::addTo(Drawing& drawing, const CopyNa
     }
     std::vector<std::string> leftOut;
     for (const std::size_t number : addHolding(drawing, part, first))
-        leftOut.push_back(m_among[number - first]->id);
+        leftOut.push_back(tried[number - first]->id);
     return leftOut;
 }
 

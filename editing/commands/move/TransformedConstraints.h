@@ -17,6 +17,9 @@ namespace holdfast::editing {
 /// The names of copies, by their originals.
 using CopyNames = std::unordered_map<std::string, std::string>;
 
+/// Which constraints copies get: all kinds, or no dimensions.
+enum class CopiedKinds { all, geometric };
+
 /// The constraints among some entities, for copies of these: those that are switched on, but for fixed ones and the
 /// bounds of composites, whose members come one by one.
 class CopiedConstraints {
@@ -28,9 +31,11 @@ public:
 
     /// Gives copies under a transform what holds among the originals: a level line may become an upright one, signed
     /// dimensions and angles are taken the other way round. Those that say where something lies or leads, and do not
-    /// hold of the copies, are left out. Linear in the constraints.
+    /// hold of the copies, are left out. Those on an original that has no copy are passed over. Linear in the
+    /// constraints.
     /// @return the ids of the originals of what was left out
-    std::vector<std::string> addTo(Drawing& drawing, const CopyNames& copies, const PlaneTransform& transform) const;
+    std::vector<std::string> addTo(Drawing& drawing, const CopyNames& copies, const PlaneTransform& transform,
+                                   CopiedKinds kinds = CopiedKinds::all) const;
 
     /// The originals, with what stands around them.
     const Document& document() const { return m_document; }

@@ -1,0 +1,167 @@
+#include "editing/commands/move/CopyTies.h"
+
+#include <cmath>
+#include <optional>
+
+#include "editing/EditContext.h"
+#include "geometry/Segments.h"
+#include "geometry/Tolerances.h"
+
+namespace holdfast::editing {
+
+namespace {
+
+using enum ConstraintType;
+
+bool isUpright(const Shape& shape) {
+    return std::holds_alternative<LineShape>(shape) || std::holds_alternative<RayShape>(shape) ||
+           std::holds_alternative<XlineShape>(shape) || std::holds_alternative<TextShape>(shape);
+}
+
+bool hasSize(const Shape& shape) {
+    return std::holds_alternative<LineShape>(shape) || std::holds_alternative<ArcShape>(shape) ||
+           std::holds_alternative<CircleShape>(shape) || std::holds_alternative<EllipseShape>(shape) ||
+           std::holds_alternative<EllipticalArcShape>(shape);
+}
+
+bool isRound(const Shape& shape) {
+    return hasSize(shape) && !std::holds_alternative<LineShape>(shape);
+}
+
+/// Where an entity is, for its spacing.
+Place anchorOf(const std::string& name, const Shape& shape) {
+    if (isRound(shape))
+        return {name, PlaceKind::centre};
+    if (std::holds_alternative<PointShape>(shape))
+        return {name};
+    if (std::holds_alternative<PolylineShape>(shape))
+        return {name, PlaceKind::segmentStart, 0};
+    if (std::holds_alternative<SplineShape>(shape))
+        return {name, PlaceKind::control, 0};
+    return {name, PlaceKind::start};
+}
+
+/// The same place of a copy.
+Place on(const std::string& copy, Place place) {
+    place.entity = copy;
+    return place;
+}
+
+/// One entity and its copies, the original first.
+struct Copied {
+    Shape shape;
+    std::vector<std::string> names;
+
+    Place anchor(std::size_t i) const { return anchorOf(names[i], shape); }
+};
+
+/// The parts of an entity that have a size or a direction of their own.
+struct Part {
+    Place place;
+    bool hasSize, isUpright;
+};
+
+std::vector<Part> partsOf(const Copied& entity) {
+    const auto* polyline = std::get_if<PolylineShape>(&entity.shape);
+    if (polyline == nullptr)
+        return {{{entity.names.front()}, hasSize(entity.shape), isUpright(entity.shape)}};
+    std::vector<Part> parts;
+    for (std::size_t i = 0; i < segmentCount(*polyline); ++i)
+        parts.push_back(
+            {{entity.names.front(), PlaceKind::segment, static_cast<int>(i)}, true, polyline->bulges[i] == 0.0});
+    return parts;
+}
+
+class Ties {
+public:
+    void equals(const Copied& entity) {
+        for (const Part& part : partsOf(entity))
+            for (std::size_t i = 1; part.hasSize && i < entity.names.size(); ++i)
+                add(equal, {part.place, on(entity.names[i], part.place)});
+    }
+    void directions(const Copied& entity, std::size_t copy, ConstraintType kind) {
+        for (const Part& part : partsOf(entity))
+            if (part.isUpright)
+                add(kind, {part.place, on(entity.names[copy], part.place)});
+    }
+    /// One step of a row; a level one stays level, whatever becomes of its length.
+    void step(const Place& from, const Place& to, Vec2 by) {
+        if (by.y == 0.0)
+            add(horizontal, {from, to});
+        if (by.x == 0.0)
+            add(vertical, {from, to});
+        if (by.x != 0.0)
+            coordinate(distanceX, from, to, by.x);
+        if (by.y != 0.0)
+            coordinate(distanceY, from, to, by.y);
+    }
+    /// A further step as wide as the one before it.
+    void onward(const Place& first, const Place& middle, const Place& last) { add(symmetric, {first, last, middle}); }
+    void add(ConstraintType type, std::vector<Place> refs) {
+        m_ties.push_back({.type = type, .refs = std::move(refs)});
+    }
+    std::vector<Constraint> take() { return std::move(m_ties); }
+
+private:
+    void coordinate(ConstraintType type, const Place& from, const Place& to, double by) {
+        add(type, by > 0.0 ? std::vector<Place>{from, to} : std::vector<Place>{to, from});
+        m_ties.back().value = std::abs(by);
+    }
+
+    std::vector<Constraint> m_ties;
+};
+
+void space(Ties& ties, const Copied& entity, const CopyGrid& grid) {
+    const auto columns = static_cast<std::size_t>(grid.row.times.value) + 1;
+    const std::size_t rows = entity.names.size() / columns;
+    const auto at = [&](std::size_t column, std::size_t row) { return entity.anchor(row * columns + column); };
+    const Vec2 along = grid.row.by, across = grid.rows ? grid.rows->by : Vec2{};
+    ties.step(at(0, 0), at(1, 0), along);
+    if (rows > 1)
+        ties.step(at(0, 0), at(0, 1), across);
+    const bool isSquare = (along.y == 0.0 && across.x == 0.0) || (along.x == 0.0 && across.y == 0.0);
+    if (rows > 1 && isSquare) {
+        ties.add(along.y == 0.0 ? horizontal : vertical, {at(0, 1), at(1, 1)});
+        ties.add(along.y == 0.0 ? vertical : horizontal, {at(1, 0), at(1, 1)});
+    } else if (rows > 1) {
+        ties.step(at(0, 1), at(1, 1), along);
+    }
+    for (std::size_t row = 0; row < rows; ++row)
+        for (std::size_t column = 0; column < columns; ++column)
+            if (row < 2 && column > 1)
+                ties.onward(at(column - 2, row), at(column - 1, row), at(column, row));
+            else if (row > 1)
+                ties.onward(at(column, row - 2), at(column, row - 1), at(column, row));
+}
+
+void tie(Ties& ties, const Copied& entity, const CopyGrid& grid) {
+    space(ties, entity, grid);
+    for (std::size_t i = 1; i < entity.names.size(); ++i)
+        ties.directions(entity, i, parallel);
+}
+
+void tie(Ties& ties, const Copied& entity, const CopyRing& ring) {
+    for (std::size_t i = 1; i < entity.names.size(); ++i) {
+        const double quarters = std::abs(std::remainder(ring.degrees * static_cast<double>(i), 180.0)) / 90.0;
+        if (quarters <= kSameDirection)
+            ties.directions(entity, i, parallel);
+        else if (std::abs(quarters - 1.0) <= kSameDirection)
+            ties.directions(entity, i, perpendicular);
+    }
+}
+
+}  // namespace
+
+std::vector<Constraint> tiesOfCopies(const Drawing& drawing, const Copy& edit, const std::vector<CopyNames>& copies) {
+    Ties ties;
+    for (const std::string& name : valuesOf(edit.entities)) {
+        Copied entity{drawing.shape(name), {name}};
+        for (const CopyNames& names : copies)
+            entity.names.push_back(names.at(name));
+        std::visit([&](const auto& array) { tie(ties, entity, array); }, edit.to);
+        ties.equals(entity);
+    }
+    return ties.take();
+}
+
+}  // namespace holdfast::editing
