@@ -16,6 +16,7 @@
 #include "editing/fates/Freedom.h"
 #include "editing/fates/TouchedFreedom.h"
 #include "editing/text/Parse.h"
+#include "editing/ties/Ties.h"
 #include "geometry/GeometryError.h"
 #include "hosting/Drawing.h"
 #include "hosting/evaluator/HostEvaluator.h"
@@ -39,6 +40,13 @@ struct Performer {
         perform(command, context);
     }
 };
+
+/// Ties know better than the comparison of two drawings why they are there.
+void tellTies(Fates& fates, const TieReasons& ties) {
+    for (ConstraintOutcome& outcome : fates.constraints)
+        if (const auto tie = ties.find(outcome.constraint); tie != ties.end() && !tie->second.empty())
+            outcome.reason = tie->second;
+}
 
 template <class T>
 void makeRoomIn(std::vector<T>& list) {
@@ -128,6 +136,7 @@ void Session::attempt(std::string_view text, const std::function<Edit()>& read, 
         result.outcome.text = text;
         DeletionReasons reasons;
         EditContext context{*m_drawing, *m_evaluator, reasons};
+        context.givesTies = m_givesTies;
         try {
             run(result.edit.emplace(read()), context, result);
             return;
@@ -229,11 +238,13 @@ void Session::run(const Edit& edit, EditContext& context, EditResult& result) {
     result.outcome.remarks.insert(result.outcome.remarks.end(), context.remarks.begin(), context.remarks.end());
     finishCommand(context);
     settleOwnConstraints(context, partOf(context.drawing.change(), sizeBefore));
+    const TieReasons ties = tied(context, edit, sizeBefore);
     context.reasons.noteDeleted(context.drawing);
     DrawingChange change = context.drawing.change();
     const EditedPart part = partOf(change, sizeBefore);
     refuseBroken(part);
     result.fates = fatesBetween(part.before, part.after, context.edited, m_results.size(), context.reasons);
+    tellTies(result.fates, ties);
     result.freedom = freedomOver(change, true);
     Step step{change, m_next, context.drawing.next(), m_results.size()};
     if (context.opensAgain)
@@ -262,6 +273,24 @@ void Session::finishCommand(const EditContext& context) {
     evaluate(context);
     context.drawing.process().endOfCommand();
     context.evaluator.endCommand();
+}
+
+TieReasons Session::tied(EditContext& context, const Edit& edit, double sizeBefore) const {
+    if (!m_givesTies)
+        return {};
+    return editing::giveTies(context, edit, partOf(context.drawing.change(), sizeBefore), deletedByUser());
+}
+
+/// By edits that are not taken back.
+std::vector<Constraint> Session::deletedByUser() const {
+    std::vector<Constraint> deleted;
+    for (const Step& step : m_undo)
+        if (const std::optional<Edit>& edit = m_results[step.result].edit;
+            edit && std::holds_alternative<Delete>(*edit))
+            for (const ConstraintChange& change : step.change.constraints)
+                if (change.before && !change.after)
+                    deleted.push_back(*change.before);
+    return deleted;
 }
 
 void Session::undo(EditResult& result) {

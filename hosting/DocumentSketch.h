@@ -88,6 +88,8 @@ public:
 
     /// Near to linear in the drawing; each conflict costs many solves of the part concerned.
     DocumentDiagnosis diagnose() const;
+    /// The redundancies alone, as if no constraints were in conflict. Cost: an elimination of all equations.
+    std::vector<DocumentDiagnosis::Redundancy> redundant() const;
     /// How each entity can move, in the document's order. A factorisation of the drawing, and up to 24 solves with it.
     std::vector<EntityMotions> freeMotions() const;
 

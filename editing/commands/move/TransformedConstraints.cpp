@@ -125,6 +125,19 @@ CopiedConstraints::CopiedConstraints(const Drawing& drawing, const std::vector<s
             m_among.push_back(&constraint);
 }
 
+std::vector<Constraint> CopiedConstraints::of(const CopyNames& copies, const PlaneTransform& transform) const {
+    std::vector<Constraint> copied;
+    for (const Constraint* original : m_among) {
+        Constraint copy = turned(*original, transform, m_entities);
+        copy.id.clear();
+        copy.name.clear();
+        for (Place& place : copy.refs)
+            place = placeOnCopy(place, copies.at(place.entity), transform.mirrors, m_entities);
+        copied.push_back(std::move(copy));
+    }
+    return copied;
+}
+
 std::vector<std::string> CopiedConstraints::addTo(Drawing& drawing, const CopyNames& copies,
                                                   const PlaneTransform& transform) const {
     std::vector<std::string> names;
@@ -133,14 +146,8 @@ std::vector<std::string> CopiedConstraints::addTo(Drawing& drawing, const CopyNa
         names.push_back(copy);
     Document part = drawing.around(names);
     const std::size_t first = part.constraints.size();
-    for (const Constraint* original : m_among) {
-        Constraint copy = turned(*original, transform, m_entities);
-        copy.id.clear();
-        copy.name.clear();
-        for (Place& place : copy.refs)
-            place = placeOnCopy(place, copies.at(place.entity), transform.mirrors, m_entities);
+    for (Constraint& copy : of(copies, transform))
         part.constraints.push_back(std::move(copy));
-    }
     std::vector<std::string> leftOut;
     for (const std::size_t number : addHolding(drawing, part, first))
         leftOut.push_back(m_among[number - first]->id);

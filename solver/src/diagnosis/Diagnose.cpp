@@ -319,6 +319,10 @@ std::vector<Redundancy> redundantBeside(const SketchData& sketch, const std::vec
 
 }  // namespace
 
+std::vector<Redundancy> redundanciesOf(const SketchData& sketch) {
+    return Examination(sketch, false).run().redundant;
+}
+
 Diagnosis diagnose(const SketchData& sketch, bool countsEntities, Budget* budget) {
     Diagnosis diagnosis = Examination(sketch, countsEntities).run();
     const std::vector<double> misses = violationsOf(sketch);

@@ -37,4 +37,7 @@ struct Diagnosis {
 /// would grow if the element were held.
 Diagnosis diagnose(const SketchData& sketch, bool countsEntities = false, Budget* budget = nullptr);
 
+/// The redundancies alone, as if no constraints of the sketch were in conflict: the elimination without the search.
+std::vector<Redundancy> redundanciesOf(const SketchData& sketch);
+
 }  // namespace holdfast::solver::detail
