@@ -173,7 +173,7 @@ struct Writer {
     std::string operator()(const Mirror& e) const {
         const bool isAtPoints = e.about.value.empty();
         return "mirror " + textOf(e.entities) + " about " +
-               (isAtPoints ? textOf(e.first) + " " + textOf(e.second) : textOf(e.about)) + (e.keep ? " keep" : "");
+               (isAtPoints ? textOf(e.first) + " " + textOf(e.second) : line(e.about.value)) + (e.keep ? " keep" : "");
     }
     std::string operator()(const Align& e) const {
         const std::string start = "align " + textOf(e.entities) + " from " + textOf(e.from);
@@ -224,6 +224,11 @@ struct Writer {
     std::string operator()(const Redo&) const { return "redo"; }
 
     static std::string named(const Name& name) { return name.value.empty() ? "" : " as " + textOf(name); }
+    /// A name where points could stand.
+    static std::string line(const std::string& name) {
+        return std::string_view("+-.,0123456789").find(name.front()) == std::string_view::npos ? textOf(name)
+                                                                                               : quoted(name);
+    }
     static std::string corner(bool isKept) { return isKept ? " keep corner" : ""; }
     static std::string radius(const Sourced<double>& value) { return " radius " + textOf(value.value); }
 };

@@ -7,7 +7,6 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
-#include <utility>
 
 #include "document/EntityIndex.h"
 #include "document/Places.h"
@@ -79,19 +78,17 @@ public:
     /// Ties come last, and of constraints that imply each other the last is named, but for a few kinds which are looked
     /// at first or last of all: there an older one may be named for a tie.
     std::vector<Implied> implied() const {
+        const DocumentSketch::Redundancies all = DocumentSketch(m_document).redundancies();
+        if (all.equations == 0 || all.equations == spareWith(0))
+            return {};
         std::vector<Implied> found;
-        Redundancies older;
-        for (const auto& [number, isWhole] : DocumentSketch(m_document).redundant())
+        for (const auto& [number, isWhole] : all.constraints)
             if (const std::optional<std::size_t> candidate = candidateOf(number))
                 found.push_back({*candidate, isWhole});
-            else
-                older.emplace(number, isWhole);
-        return found.empty() && older != redundantBeside(0) ? oneByOne() : found;
+        return found.empty() ? firstInTheWay() : found;
     }
 
 private:
-    using Redundancies = std::set<std::pair<std::size_t, bool>>;
-
     void addCandidates() {
         std::unordered_map<std::string, std::size_t> numberOf;
         for (std::size_t i = 0; i < m_document.constraints.size(); ++i)
@@ -115,21 +112,21 @@ private:
         return number < m_firstNew ? std::nullopt : std::optional(static_cast<std::size_t>(found - m_numbers.begin()));
     }
 
-    Redundancies redundantBeside(std::size_t ties) const {
+    /// How many equations are spare with so many of the new constraints.
+    int spareWith(std::size_t count) const {
         Document part = m_document;
-        part.constraints.resize(m_firstNew + ties);
-        Redundancies found;
-        for (const auto& [number, isWhole] : DocumentSketch(part).redundant())
-            found.emplace(number, isWhole);
-        return found;
+        part.constraints.resize(m_firstNew + count);
+        return DocumentSketch(part).redundancies().equations;
     }
 
     /// The first tie with which more is said twice than without.
-    std::vector<Implied> oneByOne() const {
-        const Redundancies alone = redundantBeside(0);
-        for (std::size_t ties = 1; m_firstNew + ties <= m_document.constraints.size(); ++ties)
-            if (redundantBeside(ties) != alone)
-                return {{*candidateOf(m_firstNew + ties - 1), true}};
+    std::vector<Implied> firstInTheWay() const {
+        const int alone = spareWith(0);
+        for (std::size_t count = 1; m_firstNew + count <= m_document.constraints.size(); ++count)
+            if (const int spare = spareWith(count) - alone; spare > 0) {
+                const Constraint& last = m_document.constraints[m_firstNew + count - 1];
+                return {{*candidateOf(m_firstNew + count - 1), spare > 1 || !halfOf(last, true)}};
+            }
         return {};
     }
 

@@ -10,6 +10,7 @@
 #include <iostream>
 #include <map>
 
+#include "editing/Refusal.h"
 #include "editing/Session.h"
 #include "formats/FileIo.h"
 #include "hosting/DocumentSketch.h"
@@ -56,6 +57,17 @@ struct Histogram {
     }
 };
 
+/// The constraints that are said twice, and what the edit has added.
+std::string told(const DocumentDiagnosis& diagnosis, const Document& after, const Document& before) {
+    std::string text;
+    for (const auto& [number, isWhole] : diagnosis.redundant)
+        text += (isWhole ? "\n  redundant: " : "\n  redundant in part: ") + spokenConstraint(after.constraints[number]);
+    for (const Constraint& constraint : after.constraints)
+        if (std::find(before.constraints.begin(), before.constraints.end(), constraint) == before.constraints.end())
+            text += "\n  added: " + spokenConstraint(constraint);
+    return text;
+}
+
 /// Compares one edit with ties and without. False for one that is refused.
 bool compare(const Document& document, const DocumentDiagnosis& before, const std::string& edit, Histogram& histogram) {
     Session bare(document), tied(document);
@@ -69,7 +81,8 @@ bool compare(const Document& document, const DocumentDiagnosis& before, const st
     EXPECT_EQ(bare.document().entities, tied.document().entities) << "something moved for a tie of " << edit;
     const DocumentDiagnosis without = DocumentSketch(bare.document()).diagnose();
     const DocumentDiagnosis with = DocumentSketch(tied.document()).diagnose();
-    EXPECT_LE(with.redundant.size(), without.redundant.size()) << "redundant ties after " << edit;
+    EXPECT_LE(with.redundant.size(), without.redundant.size())
+        << "redundant ties after " << edit << told(with, tied.document(), document);
     EXPECT_LE(with.freedom, without.freedom) << edit;
     histogram.add(without.freedom - before.freedom, with.freedom - before.freedom);
     histogram.ties +=
