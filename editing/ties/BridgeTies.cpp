@@ -36,17 +36,16 @@ std::optional<Landing> landingOn(const TieScene& scene, const std::string& curve
 
 void tieEnd(const TieScene& scene, const Place& end, bool isArc, std::vector<Tie>& ties) {
     const Vec2 at = *pointAt(*scene.now(end.entity), end);
+    const std::string leads = end.entity + (end.kind == PlaceKind::start ? " begins" : " ends");
     for (const std::string& curve : scene.editedCurves()) {
         const std::optional<Landing> landing = landingOn(scene, curve, at);
         if (!landing)
             continue;
         const Place& place = landing->place;
         if (landing->isEnd)
-            ties.push_back(
-                tieOf(ConstraintType::coincident, {place, end}, end.entity + " begins at " + spokenEnd(place)));
+            ties.push_back(tieOf(ConstraintType::coincident, {place, end}, leads + " at " + spokenEnd(place)));
         else
-            ties.push_back(
-                tieOf(ConstraintType::pointOnCurve, {end, place}, end.entity + " begins on " + spokenPlace(place)));
+            ties.push_back(tieOf(ConstraintType::pointOnCurve, {end, place}, leads + " on " + spokenPlace(place)));
         if (isArc)
             ties.push_back(tieOf(ConstraintType::tangent,
                                  landing->isEnd ? std::vector{place, end} : std::vector{end, place},

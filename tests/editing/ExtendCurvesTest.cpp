@@ -70,7 +70,7 @@ TEST(ExtendSpline, ThatIsRationalKeepsItsCourse) {
 const EllipticalArcShape kBow{{0, 0}, {10, 0}, 0.5, 0.5, 1.5};
 
 TEST(ExtendEllipticalArc, FollowsItsEllipseAtEitherEnd) {
-    Session left(curveAndWall(kBow, {-8, 0}, {-8, 9})), right(curveAndWall(kBow, {9.5, -9}, {9.5, 9}));
+    BareSession left(curveAndWall(kBow, {-8, 0}, {-8, 9})), right(curveAndWall(kBow, {9.5, -9}, {9.5, 9}));
     EXPECT_EQ(left.apply("extend c end to wall").outcome.error, "");
     EXPECT_NEAR(endOf(left, CurveEnd::end).x, -8.0, 1e-9);
     EXPECT_NEAR(endOf(left, CurveEnd::end).y, 3.0, 1e-9);
