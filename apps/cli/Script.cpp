@@ -97,10 +97,10 @@ private:
     }
 
     bool isOn(std::string_view rest) const {
-        static constexpr std::array<std::string_view, 2> words{"on", "off"};
+        static constexpr std::array<std::string_view, 2> words{"off", "on"};
         if (rest != words[0] && rest != words[1])
             fail("found " + inQuotes(rest) + " behind \"ties\"; expected on or off" + suggestion(rest, words));
-        return rest == words[0];
+        return rest == words[1];
     }
 
     std::string fileNamed(std::string_view rest) const {

@@ -385,7 +385,7 @@ class Program(unittest.TestCase):
                                       ({"TERM": "dumb"}, False)):
             told = self.on_terminal(environment, "edit", path, "break a at 4,0")
             self.assertEqual("\x1b[" in told, coloured, environment)
-            self.assertIn("1 deleted", told)
+            self.assertIn("1 re-pointed", told)
 
     def test_progress_makes_room_for_messages(self):
         self.file("rest.dxf", "0\nSECTION\n2\nENTITIES\n0\nSOLID\n0\nENDSEC\n0\nEOF\n")
@@ -411,9 +411,9 @@ class Program(unittest.TestCase):
         result = self.run_program("run", script)
         self.assertEqual(result.returncode, REFUSED)
         rows = [row.split() for row in result.stdout.splitlines()]
-        self.assertEqual(rows[1][:3], ["one.json", "1/1", "1"])
+        self.assertEqual(rows[1][:4], ["one.json", "1/1", "0", "1"])
         self.assertEqual(rows[2][:2], ["two.json", "0/1"])
-        self.assertEqual(rows[-1][:4], ["2", "drawings", "1/2", "1"])
+        self.assertEqual(rows[-1][:5], ["2", "drawings", "1/2", "0", "1"])
         self.assertIn("refused: line 5, break a at 4,9: ", result.stdout)
         self.assertTrue((self.path / "one-cut.json").exists())
 
