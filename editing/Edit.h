@@ -58,6 +58,7 @@ struct Fillet {
     Name first, second;
     Sourced<double> radius = 0.0;        ///< 0: a sharp corner
     std::optional<FilletPicks> picks{};  ///< none: where the curves come closest as they are drawn
+    bool keepCorner = false;             ///< a construction point stays at the corner and carries what held on it
     friend bool operator==(const Fillet&, const Fillet&) = default;
 };
 
@@ -66,6 +67,7 @@ struct FilletCorner {
     Name polyline;
     int corner = 0;                ///< the number of its vertex
     Sourced<double> radius = 0.0;  ///< 0: a sharp corner
+    bool keepCorner = false;       ///< a construction point stays at the corner and carries what held on it
     friend bool operator==(const FilletCorner&, const FilletCorner&) = default;
 };
 
@@ -102,11 +104,13 @@ struct Stretch {
     friend bool operator==(const Stretch&, const Stretch&) = default;
 };
 
-/// Reflects entities in the line through two points, or adds their reflection.
+/// Reflects entities in a line, or adds their reflection. About a line of the drawing a reflection that is added is
+/// tied to the originals: symmetric in that line.
 struct Mirror {
     std::vector<Name> entities;  ///< each once
-    Vec2 first, second;          ///< two different points of the mirror line
+    Vec2 first, second;          ///< two different points of the mirror line, where no entity is that
     bool keep = false;           ///< the originals stay, and the reflection has a copy of the constraints among them
+    Name about{};                ///< the mirror line: a line, ray or construction line; empty: through the points
     friend bool operator==(const Mirror&, const Mirror&) = default;
 };
 

@@ -25,6 +25,11 @@ struct EditContext {
     std::vector<std::string> judgedAnew{};
     Shortfall shortfall{};               ///< of an edit that comes as near as it can
     std::vector<std::string> remarks{};  ///< what else a user should know about the edit, a sentence each
+    /// The point that stands for the corner which a fillet has rounded, if it is to be kept.
+    std::optional<std::string> keptCorner{};
+    bool givesTies = true;  ///< the session adds ties when the command has done its work
+    /// Entities and the copies that the command has made to be tied to them.
+    std::vector<std::pair<std::string, std::string>> copies{};
     /// The session is to open the drawing anew afterwards, in which arcs are seen from above again.
     bool opensAgain = false;
 };

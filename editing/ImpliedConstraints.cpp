@@ -8,6 +8,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "editing/HalfConstraints.h"
 #include "hosting/DocumentSketch.h"
 
 namespace holdfast::editing {
@@ -16,30 +17,6 @@ namespace {
 
 /// A drawing with more constraints in the way than this has another fault: its tolerance is too coarse.
 constexpr std::size_t kMostContrary = 20;
-
-/// The start of a line or of a polyline's segment.
-Place startOf(const Place& line) {
-    const bool isSegment = line.kind == PlaceKind::segment;
-    return {line.entity, isSegment ? PlaceKind::segmentStart : PlaceKind::start, line.index};
-}
-
-/// One of the two halves of a constraint of two equations; nothing when it is of another kind.
-std::optional<Constraint> halfOf(const Constraint& whole, bool first) {
-    Constraint half = whole;
-    switch (whole.type) {
-        case ConstraintType::collinear:
-            half.type = first ? ConstraintType::pointOnCurve : ConstraintType::parallel;
-            if (first)
-                half.refs = {startOf(whole.refs[1]), whole.refs[0]};
-            return half;
-        case ConstraintType::coincident:
-        case ConstraintType::concentric:
-            half.type = first ? ConstraintType::horizontal : ConstraintType::vertical;
-            return half;
-        default:
-            return {};
-    }
-}
 
 class Thinner {
 public:

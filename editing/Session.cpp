@@ -17,6 +17,7 @@
 #include "editing/fates/Freedom.h"
 #include "editing/fates/TouchedFreedom.h"
 #include "editing/text/Parse.h"
+#include "editing/ties/Ties.h"
 #include "geometry/GeometryError.h"
 #include "hosting/Drawing.h"
 #include "hosting/evaluator/HostEvaluator.h"
@@ -40,6 +41,13 @@ struct Performer {
         perform(command, context);
     }
 };
+
+/// Ties know better than the comparison of two drawings why they are there.
+void tellTies(Fates& fates, const TieReasons& ties) {
+    for (ConstraintOutcome& outcome : fates.constraints)
+        if (const auto tie = ties.find(outcome.constraint); tie != ties.end() && !tie->second.empty())
+            outcome.reason = tie->second;
+}
 
 template <class T>
 void makeRoomIn(std::vector<T>& list) {
@@ -129,6 +137,7 @@ void Session::attempt(std::string_view text, const std::function<Edit()>& read, 
         result.outcome.text = text;
         DeletionReasons reasons;
         EditContext context{*m_drawing, *m_evaluator, reasons};
+        context.givesTies = m_givesTies;
         try {
             m_said.clear();
             const Edit& edit = result.edit.emplace(read());
@@ -238,6 +247,7 @@ void Session::run(const Edit& edit, EditContext& context, EditResult& result) {
     finishCommand(context);
     settleOwnConstraints(context, partOf(context.drawing.change(), sizeBefore));
     followFormulas(context);
+    const TieReasons ties = tied(context, edit, sizeBefore);
     context.reasons.noteDeleted(context.drawing);
     DrawingChange change = context.drawing.change();
     const EditedPart part = partOf(change, sizeBefore);
@@ -245,6 +255,7 @@ void Session::run(const Edit& edit, EditContext& context, EditResult& result) {
     refuseBroken(part);
     result.outcome.remarks.insert(result.outcome.remarks.end(), context.remarks.begin(), context.remarks.end());
     result.fates = fatesBetween(part.before, part.after, context.edited, m_results.size(), context.reasons);
+    tellTies(result.fates, ties);
     result.freedom = freedomOver(change, true);
     Step step{change, m_next, context.drawing.next(), m_results.size()};
     if (context.opensAgain)
@@ -273,6 +284,24 @@ void Session::finishCommand(const EditContext& context) {
     evaluate(context);
     context.drawing.process().endOfCommand();
     context.evaluator.endCommand();
+}
+
+TieReasons Session::tied(EditContext& context, const Edit& edit, double sizeBefore) const {
+    if (!m_givesTies)
+        return {};
+    return editing::giveTies(context, edit, partOf(context.drawing.change(), sizeBefore), deletedByUser());
+}
+
+/// By edits that are not taken back.
+std::vector<Constraint> Session::deletedByUser() const {
+    std::vector<Constraint> deleted;
+    for (const Step& step : m_undo)
+        if (const std::optional<Edit>& edit = m_results[step.result].edit;
+            edit && std::holds_alternative<Delete>(*edit))
+            for (const ConstraintChange& change : step.change.constraints)
+                if (change.before && !change.after)
+                    deleted.push_back(*change.before);
+    return deleted;
 }
 
 void Session::undo(EditResult& result) {

@@ -14,6 +14,7 @@
 #include "editing/Uses.h"
 #include "editing/fates/Fates.h"
 #include "editing/fates/FreedomChange.h"
+#include "editing/ties/Tie.h"
 
 namespace holdfast::hosting {
 class Drawing;
@@ -70,6 +71,10 @@ public:
     /// than most edits; after it an edit counts those of the parts that it touches.
     void tellFreedom(bool tells = true) { m_tellsFreedom = tells; }
 
+    /// From now on edits give ties, or leave the drawing as bare as the module does. They give them from the beginning:
+    /// an end on its cutter, pieces in line, what still holds or what another piece of a curve carries on.
+    void giveTies(bool gives = true) { m_givesTies = gives; }
+
     /// The report on all edits so far.
     FateReport report() const;
 
@@ -98,6 +103,8 @@ private:
     std::string reasonOf(std::string_view text, const std::vector<std::string>& edited) const;
     std::string solversReason(const std::string& reason, const std::vector<std::string>& edited) const;
     void finishCommand(const EditContext& context);
+    TieReasons tied(EditContext& context, const Edit& edit, double sizeBefore) const;
+    std::vector<Constraint> deletedByUser() const;
 
     mutable OrderedDocument m_document;
     mutable std::vector<DrawingChange> m_pending;  ///< not in m_document yet, in the order in which they were made
@@ -105,7 +112,7 @@ private:
     std::vector<std::string> m_said;  ///< remarks on an edit that is being read
     NextOrders m_next;                ///< of the drawing without the edit that is being done
     std::vector<EditResult> m_results;
-    bool m_tellsFreedom = false;
+    bool m_tellsFreedom = false, m_givesTies = true;
     std::optional<int> m_freedom;  ///< of the drawing without the edit that is being done; none: not counted
     std::unique_ptr<Drawing> m_drawing;
     std::unique_ptr<HostEvaluator> m_evaluator;

@@ -18,7 +18,8 @@ constexpr EditVerb kVerbs[] = {
     {"extend", "extend ENTITY start|end to ENTITY...", "extend g3 end to g7",
      "leads one end of a curve on to the first boundary that it meets", &parseExtend},
     {"fillet",
-     "fillet ENTITY ENTITY radius R [at POINT POINT] | fillet POLYLINE corner I radius R | fillet POLYLINE segments I "
+     "fillet ENTITY ENTITY radius R [at POINT POINT] [keep corner] | fillet POLYLINE corner I radius R [keep corner] | "
+     "fillet POLYLINE segments I "
      "J radius R",
      "fillet g1 g2 radius 2", "joins two curves or segments by an arc, or with radius 0 in a sharp corner",
      &parseFillet},
@@ -28,8 +29,8 @@ constexpr EditVerb kVerbs[] = {
      "moves one end of a curve along it, by a length or to a total length", &parseLengthen},
     {"stretch", "stretch window POINT POINT by VECTOR", "stretch window 0,0 10,10 by 5,0",
      "moves all ends, vertices and control points that lie in a window", &parseStretch},
-    {"mirror", "mirror ENTITY... about POINT POINT [keep]", "mirror g1 g2 about 0,0 0,1",
-     "reflects entities in the line through two points, or adds their reflection with its constraints", &parseMirror},
+    {"mirror", "mirror ENTITY... about POINT POINT | LINE [keep]", "mirror g1 g2 about 0,0 0,1",
+     "reflects entities in a line, or adds their reflection with its constraints", &parseMirror},
     {"align", "align ENTITY... from POINT [POINT] to POINT [POINT] [scale]", "align g1 g2 from 0,0 10,0 to 5,5 5,15",
      "moves entities so that source points come to destination points", &parseAlign},
     {"rotate", "rotate ENTITY... about POINT by DEGREES", "rotate g1 g2 about 0,0 by 30",

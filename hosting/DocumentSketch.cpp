@@ -48,13 +48,19 @@ Ending endingOf(SolveStatus status) {
     return Ending::unreached;
 }
 
+std::vector<DocumentDiagnosis::Redundancy> numbered(const std::vector<Redundancy>& found) {
+    std::vector<DocumentDiagnosis::Redundancy> redundant;
+    for (const Redundancy& redundancy : found)
+        redundant.push_back({static_cast<std::size_t>(redundancy.constraint), redundancy.isWhole});
+    return redundant;
+}
+
 DocumentDiagnosis diagnosisOf(const Diagnosis& found) {
     DocumentDiagnosis diagnosis;
     diagnosis.freedom = found.freedom;
     for (const SketchPart& part : found.parts)
         diagnosis.parts.push_back({numbersOf(part.entities), part.freedom});
-    for (const Redundancy& redundancy : found.redundant)
-        diagnosis.redundant.push_back({static_cast<std::size_t>(redundancy.constraint), redundancy.isWhole});
+    diagnosis.redundant = numbered(found.redundant);
     for (const ConflictSet& conflict : found.conflicts)
         diagnosis.conflicts.push_back(numbersOf(conflict.constraints));
     diagnosis.worstResidual = found.worstViolation;
@@ -111,6 +117,13 @@ double DocumentSketch::measured(std::size_t dimension) const {
 
 DocumentDiagnosis DocumentSketch::diagnose() const {
     return asUnsolvable([&] { return diagnosisOf(solver::detail::diagnose(m_inside->sketch)); });
+}
+
+DocumentSketch::Redundancies DocumentSketch::redundancies() const {
+    return asUnsolvable([&] {
+        const auto found = solver::detail::redundanciesOf(m_inside->sketch);
+        return Redundancies{numbered(found.constraints), found.equations};
+    });
 }
 
 std::vector<EntityMotions> DocumentSketch::freeMotions() const {

@@ -88,6 +88,12 @@ public:
 
     /// Near to linear in the drawing; each conflict costs many solves of the part concerned.
     DocumentDiagnosis diagnose() const;
+    /// What others imply, as if no constraints were in conflict. Cost: an elimination of all equations.
+    struct Redundancies {
+        std::vector<DocumentDiagnosis::Redundancy> constraints;
+        int equations = 0;  ///< which of them are spare is a choice in part, how many is none
+    };
+    Redundancies redundancies() const;
     /// How each entity can move, in the document's order. A factorisation of the drawing, and up to 24 solves with it.
     std::vector<EntityMotions> freeMotions() const;
 

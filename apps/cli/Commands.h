@@ -28,6 +28,8 @@ struct EditOptions {
     std::string picture;                   ///< an SVG file with before and after, or empty
     bool json = false;
     bool verbose = false;
+    bool noTies = false;          ///< edits leave the drawing as bare as the module does
+    std::vector<bool> ties = {};  ///< whether each edit of a script gives ties; empty: no script
 };
 int edit(const EditOptions& options);
 
@@ -37,6 +39,7 @@ struct RunOptions {
     std::string picture;
     bool json = false;
     bool verbose = false;
+    bool noTies = false;  ///< whatever the script says
 };
 int run(const RunOptions& options);
 

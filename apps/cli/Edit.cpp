@@ -27,6 +27,7 @@ std::string refusalOf(const EditOptions& options, std::size_t edit, const std::s
 void applyAll(Session& session, const EditOptions& options) {
     Progress progress("edits", options.edits.size());
     for (std::size_t i = 0; i < options.edits.size(); ++i) {
+        session.giveTies(!options.noTies && (options.ties.empty() || options.ties[i]));
         if (const EditResult& result = session.apply(options.edits[i]); !result.outcome.done())
             throw EditError(refusalOf(options, i, result.outcome.error));
         progress.step();

@@ -29,7 +29,7 @@ struct Line {
     std::string error;
 };
 
-Line runPart(const ScriptPart& part) {
+Line runPart(const ScriptPart& part, bool noTies) {
     Line line;
     line.drawing = part.drawing.substr(part.drawing.find_last_of('/') + 1);
     line.edits = part.edits.size();
@@ -37,6 +37,7 @@ Line runPart(const ScriptPart& part) {
         OutputFiles outputs{drawingNamed(part.output)};
         Session session(readAnyDrawing(part.drawing));
         for (; line.done < part.edits.size() && line.error.empty(); ++line.done) {
+            session.giveTies(!noTies && part.ties[line.done]);
             const EditResult& result = session.apply(part.edits[line.done]);
             if (result.outcome.done())
                 continue;
@@ -128,16 +129,16 @@ void tellJson(const std::vector<Line>& lines) {
     std::cout << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
 }
 
-int runSeveral(const std::vector<ScriptPart>& parts, bool json) {
+int runSeveral(const std::vector<ScriptPart>& parts, const RunOptions& options) {
     std::vector<Line> lines;
     {
         Progress progress("drawings", parts.size());
         for (const ScriptPart& part : parts) {
-            lines.push_back(runPart(part));
+            lines.push_back(runPart(part, options.noTies));
             progress.step();
         }
     }
-    if (json)
+    if (options.json)
         tellJson(lines);
     else
         tellSummary(lines);
@@ -151,7 +152,7 @@ int run(const RunOptions& options) {
     const std::vector<ScriptPart> parts = readScript(options.script);
     if (parts.size() > 1) {
         if (options.report.empty() && options.picture.empty())
-            return runSeveral(parts, options.json);
+            return runSeveral(parts, options);
         throw EditError(options.script + " opens " + std::to_string(parts.size()) +
                         " drawings; --report and --picture show one drawing, so give each its own script");
     }
@@ -162,7 +163,9 @@ int run(const RunOptions& options) {
                       .report = options.report,
                       .picture = options.picture,
                       .json = options.json,
-                      .verbose = options.verbose};
+                      .verbose = options.verbose,
+                      .noTies = options.noTies,
+                      .ties = part.ties};
     for (const int line : part.lines)
         edits.places.push_back(scriptPlace(options.script, line));
     return edit(edits);

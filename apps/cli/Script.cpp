@@ -1,6 +1,7 @@
 #include "apps/cli/Script.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <sstream>
 
@@ -38,7 +39,7 @@ std::string_view withoutQuotes(std::string_view name) {
 }
 
 std::vector<std::string_view> firstWords() {
-    std::vector<std::string_view> words{"open", "save", "undo", "redo"};
+    std::vector<std::string_view> words{"open", "save", "ties", "undo", "redo"};
     for (const EditVerb& verb : editVerbs())
         if (verb.name != "undo" && verb.name != "redo")
             words.push_back(verb.name);
@@ -75,7 +76,8 @@ private:
         if (std::find(m_words.begin(), m_words.end(), word) == m_words.end())
             fail("found " + inQuotes(word) + "; expected an edit (" + oneOf(m_words) + ")" + suggestion(word, m_words));
         if (word == "open") {
-            m_parts.push_back({fileNamed(rest), {}, {}, {}});
+            m_parts.push_back({.drawing = fileNamed(rest), .edits = {}, .lines = {}, .ties = {}, .output = {}});
+            m_ties = true;
             return;
         }
         if (m_parts.empty())
@@ -85,10 +87,20 @@ private:
             fail("the drawing is saved already; put this line before its \"save\", or open a drawing again");
         if (word == "save") {
             part.output = fileNamed(rest);
+        } else if (word == "ties") {
+            m_ties = isOn(rest);
         } else {
             part.edits.emplace_back(line);
             part.lines.push_back(m_line);
+            part.ties.push_back(m_ties);
         }
+    }
+
+    bool isOn(std::string_view rest) const {
+        static constexpr std::array<std::string_view, 2> words{"off", "on"};
+        if (rest != words[0] && rest != words[1])
+            fail("found " + inQuotes(rest) + " behind \"ties\"; expected on or off" + suggestion(rest, words));
+        return rest == words[1];
     }
 
     std::string fileNamed(std::string_view rest) const {
@@ -103,6 +115,7 @@ private:
     std::vector<std::string_view> m_words;
     std::vector<ScriptPart> m_parts;
     int m_line = 0;
+    bool m_ties = true;
 };
 
 }  // namespace

@@ -20,6 +20,8 @@ using namespace holdfast::cli;
 constexpr std::string_view kRefusals =
     "Exit codes: 0 done; 2 a file or an argument was refused and nothing was written.";
 
+constexpr const char* kNoTies = "add no constraints for what edits cut: no end on its cutter, no pieces in line";
+
 std::string editHelp() {
     std::string help = "Edits:\n";
     for (const EditVerb& verb : editVerbs())
@@ -54,6 +56,7 @@ void addEdit(CLI::App& app, EditOptions& options, std::function<int()>& action) 
     command->add_option("--picture", options.picture, "draw before and after into this .svg file");
     command->add_flag("--json", options.json, "tell the fates as JSON");
     command->add_flag("-v,--verbose", options.verbose, "tell what stayed as it was, too");
+    command->add_flag("--no-ties", options.noTies, kNoTies);
     command->footer(editHelp());
     command->callback([&] { action = [&] { return edit(options); }; });
 }
@@ -67,9 +70,12 @@ void addRun(CLI::App& app, RunOptions& options, std::function<int()>& action) {
     command->add_option("--picture", options.picture, "draw before and after into this .svg file");
     command->add_flag("--json", options.json, "tell the fates as JSON");
     command->add_flag("-v,--verbose", options.verbose, "tell what stayed as it was, too");
+    command->add_flag("--no-ties", options.noTies, std::string(kNoTies) + ", whatever the script says");
     command->footer(
-        "Names in a script are relative to it and may hold spaces; what follows a # after a space does not count.\nA "
-        "script may open several drawings; then a table tells what became of each.\n\nExample:\n  holdfast run "
+        "Names in a script are relative to it and may hold spaces; what follows a # after a space does not "
+        "count.\nAfter "
+        "a line \"ties off\" edits give no ties, after \"ties on\" they do again.\nA script may open several drawings; "
+        "then a table tells what became of each.\n\nExample:\n  holdfast run "
         "examples/commands/break-line.edit --report cut.html\n\nExit codes: 0 done; 2 a file, an edit or an argument "
         "was "
         "refused. A drawing with a refused edit is\nnot written; the script's other drawings are.");

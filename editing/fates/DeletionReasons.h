@@ -38,6 +38,8 @@ public:
     bool wentAtOnce(const std::string& constraint) const { return m_atOnce.contains(constraint); }
     /// What was noted about a constraint that the edit has added.
     std::string reasonOfAdded(const std::string& constraint) const;
+    /// The curves that commands had the module judge.
+    const EditedCurves& editedCurves() const { return m_edited; }
     /// What was noted about a deleted constraint.
     std::string reasonOf(const std::string& constraint) const;
 

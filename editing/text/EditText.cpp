@@ -184,6 +184,11 @@ bool EditText::nextIsNumber() const {
     return !atEnd() && !m_words[m_next].hasQuotes && readNumber(m_words[m_next].text, value);
 }
 
+bool EditText::nextIsNoName() const {
+    constexpr std::string_view beginnings = "+-.,0123456789";
+    return atEnd() || (!m_words[m_next].hasQuotes && beginnings.find(m_words[m_next].text.front()) != beginnings.npos);
+}
+
 std::vector<Name> EditText::names(std::string_view what, std::span<const std::string_view> ends) {
     std::vector<Name> found;
     const auto isNext = [this](std::string_view end) { return nextIs(end); };

@@ -52,6 +52,8 @@ public:
     Name otherName(std::string_view what);
     /// True when the next word is a number; one in quotes is a name.
     bool nextIsNumber() const;
+    /// True when the next word is no name, but begins as numbers do, or is missing.
+    bool nextIsNoName() const;
     /// True when the next word is spelt like a place with something behind its entity: "g1.end".
     bool nextIsPlace() const;
     /// "g1.end", "s2.control:3", "p4.segment:1", or "g1" for the whole entity

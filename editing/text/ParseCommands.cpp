@@ -26,9 +26,17 @@ Sourced<double> takeRadius(EditText& text) {
     return {radius, text.column()};
 }
 
+bool takeKeepCorner(EditText& text) {
+    if (!text.accept("keep"))
+        return false;
+    text.expect("corner");
+    return true;
+}
+
 FilletCorner parseCorner(EditText& text, const Name& polyline) {
     const int corner = text.integer("the number of a corner, counted from 0");
-    return {polyline, corner, takeRadius(text)};
+    const Sourced<double> radius = takeRadius(text);
+    return {polyline, corner, radius, takeKeepCorner(text)};
 }
 
 FilletSegments parseSegments(EditText& text, const Name& polyline) {
@@ -110,6 +118,7 @@ Edit parseFillet(EditText& text) {
         const Vec2 first = text.point("a point on the first curve");
         edit.picks = {first, text.point("a point on the second curve")};
     }
+    edit.keepCorner = takeKeepCorner(text);
     return edit;
 }
 
@@ -140,8 +149,12 @@ Edit parseStretch(EditText& text) {
 Edit parseMirror(EditText& text) {
     Mirror edit{.entities = takeEntitiesUpTo(text, "about"), .first = {}, .second = {}};
     text.expect("about");
-    edit.first = text.point("the first point of the mirror line");
-    edit.second = text.point("the second point of the mirror line");
+    if (text.nextIsNoName()) {
+        edit.first = text.point("the first point of the mirror line");
+        edit.second = text.point("the second point of the mirror line");
+    } else {
+        edit.about = text.name("a line to mirror at");
+    }
     edit.keep = text.accept("keep");
     return edit;
 }

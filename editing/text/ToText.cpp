@@ -155,10 +155,10 @@ struct Writer {
     }
     std::string operator()(const Fillet& e) const {
         return "fillet " + textOf(e.first) + " " + textOf(e.second) + radius(e.radius) +
-               (e.picks ? " at " + textOf(e.picks->first) + " " + textOf(e.picks->second) : "");
+               (e.picks ? " at " + textOf(e.picks->first) + " " + textOf(e.picks->second) : "") + corner(e.keepCorner);
     }
     std::string operator()(const FilletCorner& e) const {
-        return "fillet " + textOf(e.polyline) + " corner " + textOf(e.corner) + radius(e.radius);
+        return "fillet " + textOf(e.polyline) + " corner " + textOf(e.corner) + radius(e.radius) + corner(e.keepCorner);
     }
     std::string operator()(const FilletSegments& e) const {
         return "fillet " + textOf(e.polyline) + " segments " + textOf(e.from) + " " + textOf(e.to) + radius(e.radius);
@@ -172,8 +172,9 @@ struct Writer {
         return "stretch window " + textOf(e.first) + " " + textOf(e.second) + " by " + textOf(e.by);
     }
     std::string operator()(const Mirror& e) const {
-        return "mirror " + textOf(e.entities) + " about " + textOf(e.first) + " " + textOf(e.second) +
-               (e.keep ? " keep" : "");
+        const bool isAtPoints = e.about.value.empty();
+        return "mirror " + textOf(e.entities) + " about " +
+               (isAtPoints ? textOf(e.first) + " " + textOf(e.second) : line(e.about.value)) + (e.keep ? " keep" : "");
     }
     std::string operator()(const Align& e) const {
         const std::string start = "align " + textOf(e.entities) + " from " + textOf(e.from);
@@ -244,6 +245,12 @@ struct Writer {
     static std::string lengths(const ChamferLengths& by) {
         return " by " + textOf(by.first.value) + (by.second ? " " + textOf(by.second->value) : "");
     }
+    /// A name where points could stand.
+    static std::string line(const std::string& name) {
+        return std::string_view("+-.,0123456789").find(name.front()) == std::string_view::npos ? textOf(name)
+                                                                                               : quoted(name);
+    }
+    static std::string corner(bool isKept) { return isKept ? " keep corner" : ""; }
     static std::string radius(const Sourced<double>& value) { return " radius " + textOf(value.value); }
 };
 

@@ -3,7 +3,7 @@
 //     set g0 end 40,0
 //       degrees of freedom: 5, before 5
 //     fillet g0 g1 radius 5
-//       degrees of freedom: 12, before 5
+//       degrees of freedom: 6, before 5
 //     edit "trim g7", column 6: the drawing has no entity g7, found "g7"; did you mean "g0"?
 //     a page that ends, a picture that ends
 //     no such file of the drawing

@@ -2,6 +2,7 @@
 //
 //     trim rib at 40,50 by top: done
 //       height deleted: it measures 40 now, not 55
+//       k4 added: the new end of rib lies on top
 //       rib edited
 //         length 55 -> 40
 //     the rib ends at (40, 40)

@@ -69,6 +69,10 @@ void Session::tellFreedom(bool tells) {
     m_session->tellFreedom(tells);
 }
 
+void Session::giveTies(bool gives) {
+    m_session->giveTies(gives);
+}
+
 FateReport Session::report() const {
     return m_session->report();
 }

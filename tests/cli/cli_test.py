@@ -305,6 +305,7 @@ class Program(unittest.TestCase):
         for text, line, said in (("opn one.json\n", 1, 'did you mean "open"?'), ("\nbreak a at 4,0\n", 2, "open DRAWING"),
                                  ("open one.json\n\nudno\n", 3, 'did you mean "undo"?'),
                                  ("open one.json\nrdeo\n", 2, 'did you mean "redo"?'), ("open\n", 1, "expected the name"),
+                                 ("open one.json\nties of\n", 2, 'expected on or off; did you mean "off"?'),
                                  ("open one.json\nsave x.json\nundo\n", 3, "saved already"),
                                  ("open one.json\nsave x.json\nsave y.json\n", 3, "saved already"),
                                  ("open one.json\nbreak a at 4,0\n# c\nbreak q at 4,0\n", 4, "no entity q"),
@@ -331,6 +332,34 @@ class Program(unittest.TestCase):
         self.assertEqual(result.returncode, REFUSED)
         self.assertIn("there is no edit to do again", result.stderr)
 
+    def test_a_cut_gives_ties_unless_it_is_told_not_to(self):
+        corner, cut = self.file("corner.json", CORNER), self.path / "cut.json"
+
+        def kinds_after(*arguments):
+            result = self.run_program(*arguments)
+            self.assertEqual(result.returncode, DONE, result.stderr)
+            return [each["type"] for each in json.loads(cut.read_text())["constraints"]]
+
+        def of_script(lines, *options):
+            script = self.file("cut.edit", "open corner.json\n" + lines + "save cut.json\n")
+            return kinds_after("run", script, *options)
+
+        tied = kinds_after("edit", corner, "break a at 4,0", "-o", cut)
+        bare = kinds_after("edit", corner, "break a at 4,0", "-o", cut, "--no-ties")
+        self.assertEqual(bare, ["horizontal"])
+        self.assertEqual(set(tied), {"coincident", "horizontal", "parallel"})
+        self.assertEqual(of_script("break a at 4,0\n"), tied)
+        self.assertEqual(of_script("ties off\nbreak a at 4,0\n"), bare)
+        self.assertEqual(of_script("ties off\nties on\nbreak a at 4,0\n"), tied)
+        self.assertEqual(of_script("ties on\nbreak a at 4,0\n", "--no-ties"), bare)
+
+    def test_why_a_tie_is_there_is_told(self):
+        edit = ["edit", self.file("corner.json", CORNER), "break a at 4,0"]
+        self.assertIn("the pieces of a meet there", self.run_program(*edit).stdout)
+        added = [each["reason"] for each in json.loads(self.run_program(*edit, "--json").stdout)["constraints"]
+                 if each["fate"] == "added"]
+        self.assertIn("the pieces of a stay in one line", added)
+
     def test_help_lists_redo(self):
         self.assertIn("does the edit again that was taken back last", self.run_program("edit", "--help").stdout)
 
@@ -356,7 +385,7 @@ class Program(unittest.TestCase):
                                       ({"TERM": "dumb"}, False)):
             told = self.on_terminal(environment, "edit", path, "break a at 4,0")
             self.assertEqual("\x1b[" in told, coloured, environment)
-            self.assertIn("1 deleted", told)
+            self.assertIn("1 re-pointed", told)
 
     def test_progress_makes_room_for_messages(self):
         self.file("rest.dxf", "0\nSECTION\n2\nENTITIES\n0\nSOLID\n0\nENDSEC\n0\nEOF\n")
@@ -382,9 +411,9 @@ class Program(unittest.TestCase):
         result = self.run_program("run", script)
         self.assertEqual(result.returncode, REFUSED)
         rows = [row.split() for row in result.stdout.splitlines()]
-        self.assertEqual(rows[1][:3], ["one.json", "1/1", "1"])
+        self.assertEqual(rows[1][:4], ["one.json", "1/1", "0", "1"])
         self.assertEqual(rows[2][:2], ["two.json", "0/1"])
-        self.assertEqual(rows[-1][:4], ["2", "drawings", "1/2", "1"])
+        self.assertEqual(rows[-1][:5], ["2", "drawings", "1/2", "0", "1"])
         self.assertIn("refused: line 5, break a at 4,9: ", result.stdout)
         self.assertTrue((self.path / "one-cut.json").exists())
 

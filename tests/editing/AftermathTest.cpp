@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/editing/BareSession.h"
 #include "tests/editing/Shorthand.h"
 
 namespace holdfast::editing {
@@ -17,7 +18,7 @@ TEST(DimensionAfterBreak, GoesWhenTheLineIsShorterThanItSays) {
     Document document = frameDrawing();
     document.constraints.push_back(dimensionOn("ten", ConstraintType::distance, {{"base"}}, 10.0));
     document.constraints.push_back(dimensionOn("five", ConstraintType::distance, {{"left"}}, 5.0));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("break base at 4,0").outcome.error, "");
     EXPECT_EQ(constraintIds(session.document()), "c0 c2 c3 five");
 }
@@ -26,7 +27,7 @@ TEST(DimensionAfterBreak, StaysWhereItStillHolds) {
     Document document = frameDrawing();
     document.constraints.push_back(
         dimensionOn("across", ConstraintType::distance, {{"base", PlaceKind::start}, {"left", PlaceKind::end}}, 5.0));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("break base at 4,0").outcome.error, "");
     EXPECT_NE(constraintIds(session.document()).find("across"), std::string::npos);
 }
@@ -34,7 +35,7 @@ TEST(DimensionAfterBreak, StaysWhereItStillHolds) {
 TEST(DimensionAfterBreak, FollowsWhenItOnlyMeasures) {
     Document document = frameDrawing();
     document.constraints.push_back(dimensionOn("length", ConstraintType::distance, {{"base"}}, 10.0, false));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("break base at 4,0").outcome.error, "");
     EXPECT_DOUBLE_EQ(*session.document().constraints.back().value, 4.0);
 }
@@ -44,7 +45,7 @@ TEST(MidpointAfterBreak, GoesWithTheMiddleThatItMarked) {
     document.entities.push_back(lineEntity("post", {5, 0}, {5, 9}));
     document.constraints.push_back(
         constraintOf("middle", ConstraintType::midpoint, {{"post", PlaceKind::start}, {"base"}}));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("break base at 8,0").outcome.error, "");
     EXPECT_EQ(constraintIds(session.document()).find("middle"), std::string::npos);
 }
@@ -56,7 +57,7 @@ TEST(PointOnSplineAfterBreak, GoesWithThePartOfTheSplineThatItLayOn) {
         document.name = "bow";
         document.entities = {shapeEntity("bow", curve), shapeEntity("pin", PointShape{point})};
         document.constraints = {constraintOf("on", ConstraintType::pointOnCurve, {{"pin"}, {"bow"}})};
-        Session session(document);
+        BareSession session(document);
         EXPECT_EQ(session.apply("break bow at 5,4").outcome.error, "");
         EXPECT_EQ(constraintIds(session.document()), left);
     }

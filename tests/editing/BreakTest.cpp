@@ -1,12 +1,13 @@
 #include <gtest/gtest.h>
 
+#include "tests/editing/BareSession.h"
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
 namespace {
 
 TEST(BreakEdit, LosesOnlyWhatHeldAtTheEndThatMoved) {
-    Session session(frameDrawing());
+    BareSession session(frameDrawing());
     EXPECT_EQ(session.apply("break base at 4,0 to 6,0").outcome.error, "");
     EXPECT_EQ(constraintIds(session.document()), "c0 c2 c3");
     EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {4, 0}}));
@@ -27,7 +28,7 @@ TEST(BreakEdit, CutsAtTheSamePlacesWhicheverPickComesFirst) {
                             constraintOf("h2", ConstraintType::horizontal, {{"p0", segment, 2}}),
                             constraintOf("v3", ConstraintType::vertical, {{"p0", segment, 3}}),
                             constraintOf("c", ConstraintType::coincident, {{"g1", start}, {"p0", segmentStart, 3}})};
-    Session forward(document), backward(document);
+    BareSession forward(document), backward(document);
     EXPECT_EQ(forward.apply("break p0 at 3,0 to 10,10").outcome.error, "");
     EXPECT_EQ(backward.apply("break p0 at 10,10 to 3,0").outcome.error, "");
     EXPECT_EQ(constraintIds(forward.document()), "h0 h2 v3 c");
@@ -35,7 +36,7 @@ TEST(BreakEdit, CutsAtTheSamePlacesWhicheverPickComesFirst) {
 }
 
 TEST(BreakEdit, FromTheStartKeepsTheEntityForTheRest) {
-    Session session(frameDrawing());
+    BareSession session(frameDrawing());
     EXPECT_EQ(session.apply("break base at 0,0 to 6,0").outcome.error, "");
     EXPECT_EQ(constraintIds(session.document()), "c1 c2 c3");
     EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{6, 0}, {10, 0}}));
@@ -43,14 +44,14 @@ TEST(BreakEdit, FromTheStartKeepsTheEntityForTheRest) {
 }
 
 TEST(BreakEdit, FromTheStartLeavesTheEntityConstrainedForTheNextEdit) {
-    Session session(frameDrawing());
+    BareSession session(frameDrawing());
     session.apply("break base at 0,0 to 6,0");
     EXPECT_EQ(session.apply("break base at 8,0 to 10,0").outcome.error, "");
     EXPECT_EQ(constraintIds(session.document()), "c2 c3");
 }
 
 TEST(BreakEdit, TellsWhyAConstraintWent) {
-    Session session(frameDrawing());
+    BareSession session(frameDrawing());
     const EditResult& result = session.apply("break base at 4,0 to 10,0");
     ASSERT_EQ(result.fates.constraints.size(), 1u);
     EXPECT_EQ(result.fates.constraints[0].constraint, "c1");
@@ -61,7 +62,7 @@ TEST(BreakEdit, OfAConstructionLineSaysWhatBecameOfIt) {
     Document document = frameDrawing();
     document.entities.push_back(shapeEntity("guide", XlineShape{{0, 9}, {1, 0}}));
     document.constraints = {constraintOf("c0", ConstraintType::horizontal, {{"guide"}})};
-    Session session(document);
+    BareSession session(document);
     const EditResult& result = session.apply("break guide at 4,9");
     ASSERT_EQ(result.fates.constraints.size(), 1u);
     EXPECT_EQ(result.fates.constraints[0].reason, "guide was a construction line and became a ray");
@@ -73,7 +74,7 @@ TEST(BreakEdit, OfACircleLeavesAnArcWithoutConstraints) {
     document.entities = {shapeEntity("disc", CircleShape{{0, 0}, 5}), shapeEntity("hole", CircleShape{{0, 0}, 2})};
     document.constraints = {
         constraintOf("c0", ConstraintType::concentric, {{"disc", PlaceKind::centre}, {"hole", PlaceKind::centre}})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("break disc at 5,0 to 0,5").outcome.error, "");
     EXPECT_EQ(constraintIds(session.document()), "");
     EXPECT_TRUE(std::holds_alternative<ArcShape>(entityNamed(session.document(), "disc").shape));
@@ -89,7 +90,7 @@ TEST(BreakEdit, SendsPolylineDependenciesToTheRightPiece) {
                             constraintOf("c1", ConstraintType::vertical, {{"p", segment, 1}}),
                             constraintOf("c2", ConstraintType::horizontal, {{"p", segment, 2}}),
                             constraintOf("c3", ConstraintType::vertical, {{"p", segment, 3}})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("break p at 5,0 to 15,10").outcome.error, "");
     const auto& first = std::get<PolylineShape>(entityNamed(session.document(), "p").shape);
     const auto& second = std::get<PolylineShape>(entityNamed(session.document(), "p_2").shape);
@@ -101,7 +102,7 @@ TEST(BreakEdit, SendsPolylineDependenciesToTheRightPiece) {
 }
 
 TEST(BreakEdit, AtAVertexKeepsTheSegmentsOnBothSides) {
-    Session session(stair());
+    BareSession session(stair());
     EXPECT_EQ(session.apply("break p at 10,10").outcome.error, "");
     EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:1; c2 p_2.segment:0; c3 p_2.segment:1");
     EXPECT_EQ(liveFindings(session), "");
@@ -111,7 +112,7 @@ TEST(BreakEdit, AtAVertexKeepsTheSegmentsOnBothSides) {
 }
 
 TEST(BreakEdit, FromTheStartOfAPolylineLeavesTheNetworkSound) {
-    Session session(stair());
+    BareSession session(stair());
     EXPECT_EQ(session.apply("break p at 0,0 to 10,5").outcome.error, "");
     EXPECT_EQ(placesOf(session), "c1 p.segment:0; c2 p.segment:1; c3 p.segment:2");
     EXPECT_EQ(liveFindings(session) + findings(session), "");
@@ -119,7 +120,7 @@ TEST(BreakEdit, FromTheStartOfAPolylineLeavesTheNetworkSound) {
 
 TEST(BreakEdit, NextToAVertexIsAtTheVertex) {
     for (const char* edit : {"break p at 9.999995,0", "break p at 10,0", "break p at 10,0.000005"}) {
-        Session session(stair());
+        BareSession session(stair());
         EXPECT_EQ(session.apply(edit).outcome.error, "") << edit;
         EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0") << edit;
         EXPECT_EQ(verticesOf(session, "p_2"), "10,0 10,10 20,10 20,20") << edit;
@@ -130,7 +131,7 @@ TEST(BreakEdit, NextToAVertexIsAtTheVertex) {
 TEST(BreakEdit, LeavesAPolylineUntouchedWhoseVerticesOnlyGetIdentifiers) {
     Document document = stair();
     document.entities.push_back(lineEntity("far", {50, 0}, {60, 0}));
-    Session session(document);
+    BareSession session(document);
     const Fates& fates = session.apply("break far at 55,0").fates;
     ASSERT_EQ(fates.entities.size(), 2u);
     EXPECT_EQ(fates.entities[0].entity + " " + fates.entities[1].entity, "far far_2");

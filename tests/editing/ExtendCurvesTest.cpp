@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/editing/BareSession.h"
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
@@ -41,7 +42,7 @@ TEST(ExtendSpline, KeepsTheControlPointsThatStayedAndTheirConstraints) {
     document.entities.push_back(lineEntity("n", {12, 0}, {12, -9}));
     document.constraints.push_back(constraintOf("atControl", coincident, {{"c", control, 1}, {"m", start}}));
     document.constraints.push_back(constraintOf("inLastSpan", coincident, {{"c", control, 4}, {"n", start}}));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("extend c end to wall").outcome.error, "");
     EXPECT_EQ(std::get<SplineShape>(entityNamed(session.document(), "c").shape).control.size(), 6u);
     EXPECT_NEAR(endOf(session, CurveEnd::end).x, 15.0, 1e-9);
@@ -50,7 +51,7 @@ TEST(ExtendSpline, KeepsTheControlPointsThatStayedAndTheirConstraints) {
 }
 
 TEST(ExtendSpline, AtItsStartLosesWhatHeldThere) {
-    Session session(curveAndWall(kSpline, {-1, -20}, {-1, 20}));
+    BareSession session(curveAndWall(kSpline, {-1, -20}, {-1, 20}));
     EXPECT_EQ(session.apply("extend c start to wall").outcome.error, "");
     EXPECT_NEAR(endOf(session, CurveEnd::start).x, -1.0, 1e-9);
     EXPECT_EQ(constraintIds(session.document()), "atEnd");
@@ -59,7 +60,7 @@ TEST(ExtendSpline, AtItsStartLosesWhatHeldThere) {
 TEST(ExtendSpline, ThatIsRationalKeepsItsCourse) {
     // A quarter of the circle of radius 5 around the origin, from 5,0 to 0,5.
     const SplineShape quarter{2, false, {{5, 0}, {5, 5}, {0, 5}}, {0, 0, 0, 1, 1, 1}, {1, 0.70710678118654752, 1}};
-    Session session(curveAndWall(quarter, {-3, 0}, {-3, 9}));
+    BareSession session(curveAndWall(quarter, {-3, 0}, {-3, 9}));
     EXPECT_EQ(session.apply("extend c end to wall").outcome.error, "");
     EXPECT_NEAR(endOf(session, CurveEnd::end).x, -3.0, 1e-9);
     EXPECT_NEAR(endOf(session, CurveEnd::end).y, 4.0, 1e-9);
@@ -69,7 +70,7 @@ TEST(ExtendSpline, ThatIsRationalKeepsItsCourse) {
 const EllipticalArcShape kBow{{0, 0}, {10, 0}, 0.5, 0.5, 1.5};
 
 TEST(ExtendEllipticalArc, FollowsItsEllipseAtEitherEnd) {
-    Session left(curveAndWall(kBow, {-8, 0}, {-8, 9})), right(curveAndWall(kBow, {9.5, -9}, {9.5, 9}));
+    BareSession left(curveAndWall(kBow, {-8, 0}, {-8, 9})), right(curveAndWall(kBow, {9.5, -9}, {9.5, 9}));
     EXPECT_EQ(left.apply("extend c end to wall").outcome.error, "");
     EXPECT_NEAR(endOf(left, CurveEnd::end).x, -8.0, 1e-9);
     EXPECT_NEAR(endOf(left, CurveEnd::end).y, 3.0, 1e-9);
@@ -84,13 +85,13 @@ TEST(ExtendEllipticalArc, KeepsWhatHoldsAtItsCentre) {
     Document document = curveAndWall(kBow, {-8, 0}, {-8, 9});
     document.entities.push_back(shapeEntity("hub", CircleShape{{0, 0}, 1}));
     document.constraints.push_back(constraintOf("hubbed", concentric, {{"c", centre}, {"hub", centre}}));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("extend c end to wall").outcome.error, "");
     EXPECT_EQ(constraintIds(session.document()), "atStart hubbed");
 }
 
 TEST(ExtendArc, AtItsStartRunsBackwards) {
-    Session session(curveAndWall(ArcShape{{0, 0}, 5, 0.5, 2.0}, {-20, -3}, {20, -3}));
+    BareSession session(curveAndWall(ArcShape{{0, 0}, 5, 0.5, 2.0}, {-20, -3}, {20, -3}));
     EXPECT_EQ(session.apply("extend c start to wall").outcome.error, "");
     EXPECT_NEAR(endOf(session, CurveEnd::start).x, 4.0, 1e-9);
     EXPECT_NEAR(endOf(session, CurveEnd::start).y, -3.0, 1e-9);
@@ -100,7 +101,7 @@ TEST(ExtendArc, AtItsStartRunsBackwards) {
 TEST(ExtendRay, LeadsItsBackEndAndLosesWhatHeldThere) {
     Document document = curveAndWall(RayShape{{0, 0}, {1, 0}}, {-7, -5}, {-7, 5});
     document.constraints.push_back(constraintOf("level", horizontal, {{"c"}}));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("extend c start to wall").outcome.error, "");
     EXPECT_EQ(entityNamed(session.document(), "c").shape, Shape(RayShape{{-7, 0}, {1, 0}}));
     EXPECT_EQ(constraintIds(session.document()), "level");
@@ -122,14 +123,14 @@ Document stairWithPosts() {
 }
 
 TEST(ExtendPolyline, AtItsEndMovesTheLastVertexAlone) {
-    Session session(stairWithPosts());
+    BareSession session(stairWithPosts());
     EXPECT_EQ(session.apply("extend p end to roof").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0 10,10 20,10 20,25");
     EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2 c3 t0 t1 t2");
 }
 
 TEST(ExtendPolyline, AtItsStartMovesTheFirstVertexAlone) {
-    Session session(stairWithPosts());
+    BareSession session(stairWithPosts());
     EXPECT_EQ(session.apply("extend p start to left").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "-5,0 10,0 10,10 20,10 20,20");
     EXPECT_EQ(constraintIds(session.document()), "c0 c1 c2 c3 t1 t2 t3");
@@ -143,7 +144,7 @@ TEST(ExtendPolyline, BendsAnArcSegmentOnAlongItsCircle) {
         shapeEntity("p", PolylineShape{{{0, 0}, {10, 0}, {15, 5}}, {0, 0.41421356237309503, 0}, {0, 0, 0}, false}),
         lineEntity("roof", {0, 10}, {30, 10})};
     document.constraints = {constraintOf("c0", tangent, {{"p", segment, 0}, {"p", segment, 1}})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("extend p end to roof").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0^1 10,10");
     EXPECT_EQ(constraintIds(session.document()), "c0");

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/editing/BareSession.h"
 #include "tests/editing/Shorthand.h"
 
 namespace holdfast::editing {
@@ -14,14 +15,14 @@ Document frameBesideWalls() {
 }
 
 TEST(ExtendEdit, LosesOnlyWhatHeldAtTheEndThatMoved) {
-    Session session(frameBesideWalls());
+    BareSession session(frameBesideWalls());
     EXPECT_EQ(session.apply("extend base end to far").outcome.error, "");
     EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {20, 0}}));
     EXPECT_EQ(constraintIds(session.document()), "c0 c2 c3");
 }
 
 TEST(ExtendEdit, StopsAtTheBoundaryThatItMeetsFirst) {
-    Session session(frameBesideWalls());
+    BareSession session(frameBesideWalls());
     EXPECT_EQ(session.apply("extend base end to far near").outcome.error, "");
     EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {14, 0}}));
 }
@@ -31,7 +32,7 @@ TEST(ExtendEdit, OfAnArcStopsAtTheBoundaryNextAlongTheArc) {
     document.name = "bow";
     document.entities = {shapeEntity("bow", ArcShape{{0, 0}, 5, 0.0, 1.0}), lineEntity("left", {-10, 0}, {-1, 0}),
                          lineEntity("top", {0, 1}, {0, 10})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("extend bow end to left top").outcome.error, "");
     const auto& bow = std::get<ArcShape>(entityNamed(session.document(), "bow").shape);
     EXPECT_DOUBLE_EQ(bow.startAngle, 0.0);
@@ -48,7 +49,7 @@ TEST(ExtendEdit, OfAPolylineJudgesItsOutermostSegmentOnly) {
     document.constraints = {constraintOf("c0", ConstraintType::horizontal, {{"p", segment, 0}}),
                             constraintOf("c1", ConstraintType::vertical, {{"p", segment, 1}}),
                             constraintOf("c2", ConstraintType::coincident, {{"p", segmentEnd, 1}, {"post", start}})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("extend p end to roof").outcome.error, "");
     const auto& longer = std::get<PolylineShape>(entityNamed(session.document(), "p").shape);
     EXPECT_EQ(longer.vertices, (std::vector<Vec2>{{0, 0}, {10, 0}, {10, 15}}));

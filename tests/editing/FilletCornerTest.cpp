@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/editing/BareSession.h"
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
@@ -9,7 +10,7 @@ using enum ConstraintType;
 using enum PlaceKind;
 
 TEST(FilletCorner, RoundsItAndNamesTheLaterSegmentsAnew) {
-    Session session(stair());
+    BareSession session(stair());
     EXPECT_EQ(session.apply("fillet p corner 1 radius 2").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 8,0^0.414214 10,2 10,10 20,10 20,20");
     EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:2; c2 p.segment:3; c3 p.segment:4");
@@ -17,7 +18,7 @@ TEST(FilletCorner, RoundsItAndNamesTheLaterSegmentsAnew) {
 }
 
 TEST(FilletCorner, TellsFromWhichSegmentToWhichAConstraintWent) {
-    Session session(stair());
+    BareSession session(stair());
     const EditResult& result = session.apply("fillet p corner 2 radius 2");
     ASSERT_EQ(result.fates.constraints.size(), 2u);
     EXPECT_EQ(result.fates.constraints[0].constraint, "c2");
@@ -34,7 +35,7 @@ TEST(FilletCorner, OfEveryCornerOfARectangleNamesEverySide) {
         "0,0 10,0 10,8^0.414214 8,10 0,10 closed / c0 p.segment:0; c1 p.segment:1; c2 p.segment:3; c3 p.segment:4",
         "0,0 10,0 10,10 2,10^0.414214 0,8 closed / c0 p.segment:0; c1 p.segment:1; c2 p.segment:2; c3 p.segment:4"};
     for (int corner = 0; corner < 4; ++corner) {
-        Session session(rectangle());
+        BareSession session(rectangle());
         EXPECT_EQ(session.apply("fillet p corner " + std::to_string(corner) + " radius 2").outcome.error, "");
         EXPECT_EQ(verticesOf(session, "p") + " / " + placesOf(session), expected[corner]) << corner;
         EXPECT_EQ(findings(session), "") << corner;
@@ -42,7 +43,7 @@ TEST(FilletCorner, OfEveryCornerOfARectangleNamesEverySide) {
 }
 
 TEST(FilletCorner, OneAfterTheOtherLeavesASlotWithAllItsConstraints) {
-    Session session(rectangle());
+    BareSession session(rectangle());
     for (const char* edit : {"fillet p corner 3 radius 2", "fillet p corner 2 radius 2", "fillet p corner 1 radius 2",
                              "fillet p corner 0 radius 2"})
         EXPECT_EQ(session.apply(edit).outcome.error, "") << edit;
@@ -56,7 +57,7 @@ TEST(FilletCorner, LosesWhatHeldAtTheCorner) {
     Document document = stair();
     document.entities.push_back(lineEntity("post", {10, 0}, {15, -5}));
     document.constraints.push_back(constraintOf("c4", coincident, {{"p", segmentEnd, 0}, {"post", start}}));
-    Session session(document);
+    BareSession session(document);
     const EditResult& result = session.apply("fillet p corner 1 radius 2");
     EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:2; c2 p.segment:3; c3 p.segment:4");
     ASSERT_EQ(result.fates.constraints.size(), 4u);
@@ -70,7 +71,7 @@ TEST(FilletCorner, KeepsACoincidenceAtTheFarEndOfTheSegmentBehindIt) {
     document.entities.push_back(lineEntity("post", {10, 10}, {5, 15}));
     document.constraints.insert(document.constraints.begin(),
                                 constraintOf("far", coincident, {{"p", segmentEnd, 1}, {"post", start}}));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet p corner 1 radius 2").outcome.error, "");
     EXPECT_EQ(placesOf(session),
               "far p.segment:2.end post.start; c0 p.segment:0; c1 p.segment:2; c2 p.segment:3; c3 "
@@ -82,7 +83,7 @@ TEST(FilletCorner, KeepsADimensionAwayFromTheCorner) {
     Constraint gap = constraintOf("gap", distance, {{"p", segmentStart, 0}, {"p", segmentEnd, 3}});
     gap.value = 28.284271247461902;
     document.constraints.push_back(gap);
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet p corner 2 radius 2").outcome.error, "");
     EXPECT_EQ(session.document().constraints.back().refs,
               (std::vector<Place>{{"p", segmentStart, 0}, {"p", segmentEnd, 4}}));
@@ -94,7 +95,7 @@ TEST(FilletCorner, BetweenAnArcAndALineTouchesBoth) {
     // Clockwise half a round over 0,0 - 10,0, then straight back.
     document.entities = {shapeEntity("p", PolylineShape{{{0, 0}, {10, 0}, {2, 0}}, {-1, 0, 0}, {0, 0, 0}, false})};
     document.constraints = {constraintOf("c1", horizontal, {{"p", segment, 1}})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet p corner 1 radius 1").outcome.error, "");
     const PolylineShape after = polylineOf(session, "p");
     ASSERT_EQ(after.vertices.size(), 4u);
@@ -110,7 +111,7 @@ TEST(FilletCorner, BetweenTwoArcsOfATwoSidedLensTouchesBoth) {
         document.name = "lens";
         document.entities = {shapeEntity("p", PolylineShape{{{0, 0}, {10, 0}}, {0.5, 0.5}, {0, 0}, true})};
         document.constraints = {constraintOf("c0", equal, {{"p", segment, 0}, {"p", segment, 1}})};
-        Session session(document);
+        BareSession session(document);
         EXPECT_EQ(session.apply("fillet p corner " + std::to_string(corner) + " radius 1").outcome.error, "");
         const PolylineShape after = polylineOf(session, "p");
         ASSERT_EQ(after.vertices.size(), 3u);
@@ -122,7 +123,7 @@ TEST(FilletCorner, BetweenTwoArcsOfATwoSidedLensTouchesBoth) {
 
 TEST(FilletCorner, WithRadiusZeroLeavesASharpCornerAsItIs) {
     for (const char* edit : {"fillet p corner 1 radius 0", "fillet p corner 0 radius 0"}) {
-        Session session(rectangle());
+        BareSession session(rectangle());
         EXPECT_EQ(session.apply(edit).outcome.error, "");
         EXPECT_EQ(session.document().constraints, rectangle().constraints);
         EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0 10,10 0,10 closed");

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/editing/BareSession.h"
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
@@ -44,7 +45,7 @@ ArcShape expectRounded(const Session& session) {
 
 TEST(FilletArcs, ThatMeetInACornerAreRoundedThere) {
     // Two arcs of radius 5 that meet in 0,0 like the sides of a pointed arch.
-    Session session(
+    BareSession session(
         pairOf(ArcShape{{-4, -3}, 5, 0.0, 0.6435011087932844}, ArcShape{{4, -3}, 5, 2.498091544796509, 3.1}));
     EXPECT_EQ(session.apply("fillet a b radius 0.3").outcome.error, "");
     const ArcShape arc = expectRounded(session);
@@ -56,7 +57,7 @@ TEST(FilletArcs, ThatMeetInACornerAreRoundedThere) {
 
 TEST(FilletArcs, ThatCrossAreRoundedWhereTheirEndsAreClosest) {
     // Like two hooks: both reach past their crossing in 0,4 by a little.
-    Session session(pairOf(ArcShape{{-3, 0}, 5, 0.8, 2.5}, ArcShape{{3, 0}, 5, 0.6, 2.3}));
+    BareSession session(pairOf(ArcShape{{-3, 0}, 5, 0.8, 2.5}, ArcShape{{3, 0}, 5, 0.6, 2.3}));
     EXPECT_EQ(session.apply("fillet a b radius 0.5").outcome.error, "");
     const ArcShape arc = expectRounded(session);
     EXPECT_NEAR(arc.centre.x, 0.0, 1e-9);
@@ -70,7 +71,7 @@ TEST(FilletArcs, ThatCrossKeepThePartsThatWerePicked) {
     char edit[200];
     std::snprintf(edit, sizeof edit, "fillet a b radius 0.5 at %.9g,%.9g %.9g,%.9g", outerLeft.x, outerLeft.y,
                   innerRight.x, innerRight.y);
-    Session session(pairOf(left, right));
+    BareSession session(pairOf(left, right));
     EXPECT_EQ(session.apply(edit).outcome.error, "");
     expectRounded(session);
     EXPECT_DOUBLE_EQ(std::get<ArcShape>(shapeOf(session, "a")).endAngle, 2.0);
@@ -82,7 +83,7 @@ TEST(FilletArcs, KeepConcentricAndRadiusConstraintsAndLoseTheCorner) {
     document.entities.push_back(shapeEntity("hub", CircleShape{{-4, -3}, 1}));
     document.constraints = {constraintOf("corner", coincident, {{"a", end}, {"b", start}}),
                             constraintOf("hubbed", concentric, {{"a", centre}, {"hub", centre}})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet a b radius 0.5").outcome.error, "");
     EXPECT_EQ(constraintIds(session.document()), "hubbed");
 }
@@ -91,7 +92,7 @@ TEST(FilletEllipse, ThatIsWholeStaysWholeAndKeepsItsConstraints) {
     Document document = pairOf(EllipseShape{{0, 0}, {10, 0}, 0.5}, LineShape{{12, -20}, {12, 20}});
     document.entities.push_back(shapeEntity("hub", CircleShape{{0, 0}, 1}));
     document.constraints = {constraintOf("hubbed", concentric, {{"a", centre}, {"hub", centre}})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet a b radius 3 at 8,3 12,15").outcome.error, "");
     EXPECT_EQ(shapeOf(session, "a"), Shape(EllipseShape{{0, 0}, {10, 0}, 0.5}));
     expectRounded(session);
@@ -102,7 +103,7 @@ TEST(FilletEllipticalArc, EndsWhereTheArcTouchesIt) {
     Document document =
         pairOf(EllipticalArcShape{{0, 0}, {10, 0}, 0.5, 0.1, 1.5707963267948966}, LineShape{{0, 5}, {0, 20}});
     document.constraints = {constraintOf("corner", coincident, {{"a", end}, {"b", start}})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet a b radius 1").outcome.error, "");
     expectRounded(session);
     const auto arc = std::get<EllipticalArcShape>(shapeOf(session, "a"));
@@ -117,7 +118,7 @@ TEST(FilletSpline, KeepsWhatHeldAtControlPointsThatStayed) {
     document.entities.push_back(lineEntity("post", {0, 0}, {-5, 0}));
     document.constraints = {constraintOf("corner", coincident, {{"a", end}, {"b", start}}),
                             constraintOf("far", coincident, {{"a", start}, {"post", start}})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet a b radius 0.5").outcome.error, "");
     expectRounded(session);
     EXPECT_EQ(std::get<SplineShape>(shapeOf(session, "a")).control.size(), 4u);
@@ -127,18 +128,18 @@ TEST(FilletSpline, KeepsWhatHeldAtControlPointsThatStayed) {
 TEST(FilletSplines, AreJoinedByAnArcAndInACorner) {
     const SplineShape left{3, false, {{-8, 0}, {-6, 4}, {-2, 4}, {0, 0}}, {0, 0, 0, 0, 1, 1, 1, 1}, {}};
     const SplineShape right{3, false, {{0, 0}, {2, 4}, {6, 4}, {8, 0}}, {0, 0, 0, 0, 1, 1, 1, 1}, {}};
-    Session session(pairOf(left, right));
+    BareSession session(pairOf(left, right));
     EXPECT_EQ(session.apply("fillet a b radius 0.5").outcome.error, "");
     const ArcShape arc = expectRounded(session);
     EXPECT_NEAR(arc.centre.x, 0.0, 1e-6);
 }
 
 TEST(FilletRay, MovesItsBaseOrBecomesALine) {
-    Session base(pairOf(RayShape{{0, 0}, {1, 0}}, LineShape{{0, 0}, {0, 9}}));
+    BareSession base(pairOf(RayShape{{0, 0}, {1, 0}}, LineShape{{0, 0}, {0, 9}}));
     EXPECT_EQ(base.apply("fillet a b radius 2").outcome.error, "");
     EXPECT_EQ(shapeOf(base, "a"), Shape(RayShape{{2, 0}, {1, 0}}));
     EXPECT_EQ(shapeOf(base, "b"), Shape(LineShape{{0, 2}, {0, 9}}));
-    Session line(pairOf(RayShape{{-9, 0}, {1, 0}}, LineShape{{0, 1}, {0, 9}}));
+    BareSession line(pairOf(RayShape{{-9, 0}, {1, 0}}, LineShape{{0, 1}, {0, 9}}));
     EXPECT_EQ(line.apply("fillet a b radius 2 at -5,0 0,6").outcome.error, "");
     EXPECT_EQ(entityNamed(line.document(), "a_2").shape, Shape(LineShape{{-9, 0}, {-2, 0}}));
 }
@@ -146,7 +147,7 @@ TEST(FilletRay, MovesItsBaseOrBecomesALine) {
 TEST(FilletXline, BecomesARayOfItsOwnAndLosesItsConstraints) {
     Document document = pairOf(XlineShape{{0, 0}, {1, 0}}, LineShape{{0, 1}, {0, 9}});
     document.constraints = {constraintOf("level", horizontal, {{"a"}}), constraintOf("plumb", vertical, {{"b"}})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet a b radius 2 at 6,0 0,6").outcome.error, "");
     EXPECT_EQ(entityNamed(session.document(), "a_2").shape, Shape(RayShape{{2, 0}, {1, 0}}));
     EXPECT_EQ(shapeOf(session, "b"), Shape(LineShape{{0, 2}, {0, 9}}));
@@ -154,7 +155,7 @@ TEST(FilletXline, BecomesARayOfItsOwnAndLosesItsConstraints) {
 }
 
 TEST(FilletXlines, NeedAPickOnTheSidesToKeep) {
-    Session session(pairOf(XlineShape{{0, 0}, {1, 0}}, XlineShape{{0, 0}, {0, 1}}));
+    BareSession session(pairOf(XlineShape{{0, 0}, {1, 0}}, XlineShape{{0, 0}, {0, 1}}));
     EXPECT_EQ(session.apply("fillet a b radius 2 at -6,0 0,6").outcome.error, "");
     EXPECT_EQ(entityNamed(session.document(), "a_2").shape, Shape(RayShape{{-2, 0}, {-1, 0}}));
     EXPECT_EQ(entityNamed(session.document(), "b_2").shape, Shape(RayShape{{0, 2}, {0, 1}}));

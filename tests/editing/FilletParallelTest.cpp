@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/editing/BareSession.h"
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
@@ -31,7 +32,7 @@ void expectHalfCircle(const Session& session, Vec2 centre, Vec2 top) {
 }
 
 TEST(FilletParallelLines, BringsTheSecondLineBesideTheEndOfTheFirst) {
-    Session session(parallels(LineShape{{0, 0}, {10, 0}}, LineShape{{2, 4}, {12, 4}}));
+    BareSession session(parallels(LineShape{{0, 0}, {10, 0}}, LineShape{{2, 4}, {12, 4}}));
     EXPECT_EQ(session.apply("fillet a b radius 2").outcome.error, "");
     EXPECT_EQ(lineText(session, "a") + " / " + lineText(session, "b"), "0,0 10,0 / 2,4 10,4");
     expectHalfCircle(session, {10, 2}, {12, 2});
@@ -39,7 +40,7 @@ TEST(FilletParallelLines, BringsTheSecondLineBesideTheEndOfTheFirst) {
 }
 
 TEST(FilletParallelLines, TakesTheEndThatIsNearerToThePicks) {
-    Session session(parallels(LineShape{{0, 0}, {10, 0}}, LineShape{{12, 4}, {2, 4}}));
+    BareSession session(parallels(LineShape{{0, 0}, {10, 0}}, LineShape{{12, 4}, {2, 4}}));
     EXPECT_EQ(session.apply("fillet a b radius 2 at 1,0 3,4").outcome.error, "");
     EXPECT_EQ(lineText(session, "b"), "12,4 0,4");
     expectHalfCircle(session, {0, 2}, {-2, 2});
@@ -47,7 +48,7 @@ TEST(FilletParallelLines, TakesTheEndThatIsNearerToThePicks) {
 
 TEST(FilletParallelLines, MakesARayOfAConstructionLineNamedFirstOrSecond) {
     for (const char* edit : {"fillet a b radius 2 at 9,0 9,-4", "fillet b a radius 2 at 9,-4 9,0"}) {
-        Session session(parallels(LineShape{{0, 0}, {10, 0}}, XlineShape{{3, -4}, {1, 0}}));
+        BareSession session(parallels(LineShape{{0, 0}, {10, 0}}, XlineShape{{3, -4}, {1, 0}}));
         EXPECT_EQ(session.apply(edit).outcome.error, "") << edit;
         const auto& ray = std::get<RayShape>(entityNamed(session.document(), "b_2").shape);
         EXPECT_EQ(ray.point, (Vec2{10, -4})) << edit;
@@ -57,7 +58,7 @@ TEST(FilletParallelLines, MakesARayOfAConstructionLineNamedFirstOrSecond) {
 }
 
 TEST(FilletParallelSegments, RoundsTheSideBetweenThem) {
-    Session session(rectangle());
+    BareSession session(rectangle());
     EXPECT_EQ(session.apply("fillet p segments 0 2 radius 5").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0^1 10,10 0,10 closed");
     EXPECT_EQ(constraintIds(session.document()), "c0 c2 c3");
@@ -68,7 +69,7 @@ TEST(FilletParallelSegments, OfTwoPolylinesJoinsThem) {
     Document document = parallels(PolylineShape{{{-5, -5}, {0, 0}, {10, 0}}, {0, 0, 0}, {0, 0, 0}, false},
                                   PolylineShape{{{-5, 9}, {0, 4}, {12, 4}}, {0, 0, 0}, {0, 0, 0}, false});
     document.constraints.clear();
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet a b radius 2").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "a"), "-5,-5 0,0 10,0^1 10,4 0,4 -5,9");
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/editing/BareSession.h"
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
@@ -20,7 +21,7 @@ Document stairUnderBeam() {
 }
 
 TEST(FilletPolylineWithCurve, CutsBothAndKeepsThemApart) {
-    Session session(stairUnderBeam());
+    BareSession session(stairUnderBeam());
     EXPECT_EQ(session.apply("fillet p beam radius 2").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0 10,10 20,10 20,20");
     EXPECT_EQ(entityNamed(session.document(), "beam").shape, Shape(LineShape{{22, 22}, {40, 22}}));
@@ -33,14 +34,14 @@ TEST(FilletPolylineWithCurve, CutsBothAndKeepsThemApart) {
 }
 
 TEST(FilletPolylineWithCurve, TakesThePolylineAndTheCurveInEitherOrder) {
-    Session there(stairUnderBeam()), back(stairUnderBeam());
+    BareSession there(stairUnderBeam()), back(stairUnderBeam());
     there.apply("fillet p beam radius 1");
     EXPECT_EQ(back.apply("fillet beam p radius 1").outcome.error, "");
     EXPECT_EQ(there.document(), back.document());
 }
 
 TEST(FilletPolylineWithCurve, RemovesTheVerticesBehindAPickedSegment) {
-    Session session(stairUnderBeam());
+    BareSession session(stairUnderBeam());
     EXPECT_EQ(session.apply("fillet p beam radius 2 at 10,5 30,22").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0 10,20");
     EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:1; b1 beam.end post.start; b2 beam");
@@ -50,7 +51,7 @@ TEST(FilletPolylineWithCurve, RemovesTheVerticesBehindAPickedSegment) {
 TEST(FilletPolylineWithCurve, RemovesTheVerticesBeforeAPickedSegment) {
     Document document = stair();
     document.entities.push_back(lineEntity("keel", {12, -5}, {40, -5}));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet p keel radius 2 at 10,9 30,-5").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "10,-3 10,10 20,10 20,20");
     EXPECT_EQ(placesOf(session), "c1 p.segment:0; c2 p.segment:1; c3 p.segment:2");
@@ -58,7 +59,7 @@ TEST(FilletPolylineWithCurve, RemovesTheVerticesBeforeAPickedSegment) {
 }
 
 TEST(FilletPolylineWithCurve, TellsWhichSegmentsWereCutAway) {
-    Session session(stairUnderBeam());
+    BareSession session(stairUnderBeam());
     const EditResult& result = session.apply("fillet p beam radius 2 at 10,5 30,22");
     ASSERT_EQ(result.fates.constraints.size(), 3u);
     EXPECT_EQ(result.fates.constraints[0].constraint, "c2");
@@ -68,7 +69,7 @@ TEST(FilletPolylineWithCurve, TellsWhichSegmentsWereCutAway) {
 TEST(FilletPolylineWithCurve, TakesTheEndOfThePolylineNearerToTheCurve) {
     Document document = stair();
     document.entities.push_back(lineEntity("wall", {-3, 2}, {-3, 30}));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet p wall radius 2").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "-1,0 10,0 10,10 20,10 20,20");
     EXPECT_EQ(entityNamed(session.document(), "wall").shape, Shape(LineShape{{-3, 2}, {-3, 30}}));
@@ -76,7 +77,7 @@ TEST(FilletPolylineWithCurve, TakesTheEndOfThePolylineNearerToTheCurve) {
 }
 
 TEST(FilletPolylineWithCurve, WithRadiusZeroLeadsBothToTheirCorner) {
-    Session session(stairUnderBeam());
+    BareSession session(stairUnderBeam());
     EXPECT_EQ(session.apply("fillet p beam radius 0").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0 10,10 20,10 20,22");
     EXPECT_EQ(entityNamed(session.document(), "beam").shape, Shape(LineShape{{20, 22}, {40, 22}}));
@@ -90,7 +91,7 @@ TEST(FilletPolylineWithCurve, LeavesACircleWholeAndBendsAnArcSegment) {
                          shapeEntity("disc", CircleShape{{28, 0}, 5})};
     document.constraints = {constraintOf("c0", horizontal, {{"p", segment, 0}}),
                             constraintOf("c1", tangent, {{"p", segment, 0}, {"p", segment, 1}})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet p disc radius 2").outcome.error, "");
     EXPECT_EQ(entityNamed(session.document(), "disc").shape, Shape(CircleShape{{28, 0}, 5}));
     const PolylineShape after = polylineOf(session, "p");
@@ -106,7 +107,7 @@ TEST(FilletPolylineWithCurve, MovesTheBaseOfARay) {
     Document document = stair();
     document.entities.push_back(shapeEntity("beam", RayShape{{21, 22}, {1, 0}}));
     document.constraints.push_back(constraintOf("level", horizontal, {{"beam"}}));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet p beam radius 2").outcome.error, "");
     EXPECT_EQ(entityNamed(session.document(), "beam").shape, Shape(RayShape{{22, 22}, {1, 0}}));
     EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:1; c2 p.segment:2; c3 p.segment:3; level beam");
@@ -116,7 +117,7 @@ TEST(FilletPolylineWithCurve, ReplacesARayThatGetsASecondEnd) {
     Document document = stair();
     document.entities.push_back(shapeEntity("beam", RayShape{{0, 22}, {1, 0}}));
     document.constraints.push_back(constraintOf("level", horizontal, {{"beam"}}));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet p beam radius 2 at 20,15 5,22").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0 10,10 20,10 20,20");
     EXPECT_EQ(entityNamed(session.document(), "beam_2").shape, Shape(LineShape{{0, 22}, {18, 22}}));
@@ -168,7 +169,7 @@ Document twoStairs(bool turnFirst, bool turnSecond) {
 TEST(FilletTwoPolylines, JoinsThemByAnArcHoweverTheyRun) {
     for (const bool turnFirst : {false, true})
         for (const bool turnSecond : {false, true}) {
-            Session session(twoStairs(turnFirst, turnSecond));
+            BareSession session(twoStairs(turnFirst, turnSecond));
             EXPECT_EQ(session.apply("fillet p q radius 2").outcome.error, "");
             EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0 10,10 20,10 20,22^-0.414214 22,24 30,24 30,34 40,34");
             EXPECT_EQ(placesOf(session),
@@ -183,7 +184,7 @@ TEST(FilletTwoPolylines, JoinsThemByAnArcHoweverTheyRun) {
 TEST(FilletTwoPolylines, WithRadiusZeroShareTheCornerHoweverTheyRun) {
     for (const bool turnFirst : {false, true})
         for (const bool turnSecond : {false, true}) {
-            Session session(twoStairs(turnFirst, turnSecond));
+            BareSession session(twoStairs(turnFirst, turnSecond));
             EXPECT_EQ(session.apply("fillet p q radius 0").outcome.error, "");
             EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0 10,10 20,10 20,24 30,24 30,34 40,34");
             EXPECT_EQ(placesOf(session),
@@ -205,7 +206,7 @@ TEST(FilletTwoPolylines, KeepsPlacesAtTheEndsOfTurnedSegmentsWhereTheyWere) {
                              {{"low", start}, {"p", turnFirst ? segmentStart : segmentEnd, turnFirst ? 3 : 0}}),
                 constraintOf("e1", coincident,
                              {{"high", start}, {"q", turnSecond ? segmentEnd : segmentStart, turnSecond ? 0 : 2}})};
-            Session session(document);
+            BareSession session(document);
             EXPECT_EQ(session.apply("fillet p q radius 2").outcome.error, "");
             EXPECT_EQ(placesOf(session), "e0 low.start p.segment:0.end; e1 high.start p.segment:7.start");
             EXPECT_EQ(findings(session), "");
@@ -213,7 +214,7 @@ TEST(FilletTwoPolylines, KeepsPlacesAtTheEndsOfTurnedSegmentsWhereTheyWere) {
 }
 
 TEST(FilletTwoPolylines, RemovesTheVerticesBeyondPickedSegments) {
-    Session session(twoStairs(false, false));
+    BareSession session(twoStairs(false, false));
     EXPECT_EQ(session.apply("fillet p q radius 2 at 10,5 30,30").outcome.error,
               "segment 1 of p and segment 1 of q are parallel; only a half circle joins them, with radius 10");
     EXPECT_EQ(session.apply("fillet p q radius 2 at 10,5 39,34").outcome.error, "");
@@ -223,7 +224,7 @@ TEST(FilletTwoPolylines, RemovesTheVerticesBeyondPickedSegments) {
 }
 
 TEST(FilletTwoPolylines, TellsThatConstraintsWentToTheOtherPolyline) {
-    Session session(twoStairs(false, false));
+    BareSession session(twoStairs(false, false));
     const EditResult& result = session.apply("fillet p q radius 2");
     ASSERT_EQ(result.fates.constraints.size(), 3u);
     EXPECT_EQ(result.fates.constraints[0].moves, (std::vector<PlaceMove>{{{"q", segment, 0}, {"p", segment, 5}}}));
@@ -243,7 +244,7 @@ TEST(FilletTwoPolylines, PointsATurnedSegmentAtTheFirstVertexThatLiesWhereItEnde
     document.constraints = {constraintOf("c0", fixed, {{"p", segment, 0}}),
                             constraintOf("d0", fixed, {{"q", segment, 0}}),
                             constraintOf("d2", fixed, {{"q", segment, 2}})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet p q radius 1").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 12,0^0.414214 13,1 13,5 20,5 30,2 20,5 30,9");
     // d0 held on the segment from 20,5 to 30,9, which is segment 6 now.
@@ -253,7 +254,7 @@ TEST(FilletTwoPolylines, PointsATurnedSegmentAtTheFirstVertexThatLiesWhereItEnde
 TEST(FilletTwoPolylines, InASharpCornerAFirstWithoutConstraintsIsTakenInByTheSecond) {
     Document document = twoStairs(false, false);
     std::erase_if(document.constraints, [](const Constraint& constraint) { return constraint.id[0] == 'c'; });
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet p q radius 0").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "q"), "40,34 30,34 30,24 20,24 20,10 10,10 10,0 0,0");
     EXPECT_EQ(placesOf(session), "d0 q.segment:2; d1 q.segment:1; d2 q.segment:0");
@@ -262,7 +263,7 @@ TEST(FilletTwoPolylines, InASharpCornerAFirstWithoutConstraintsIsTakenInByTheSec
 TEST(FilletTwoPolylines, WithoutAnyConstraintsAreJoined) {
     Document document = twoStairs(false, false);
     document.constraints.clear();
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet p q radius 2").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0 10,10 20,10 20,22^-0.414214 22,24 30,24 30,34 40,34");
 }

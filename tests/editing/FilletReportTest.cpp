@@ -5,6 +5,7 @@
 #include "report/page/FateTable.h"
 #include "report/page/HtmlReport.h"
 #include "report/page/ReportJson.h"
+#include "tests/editing/BareSession.h"
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
@@ -15,7 +16,7 @@ namespace {
 using ::testing::HasSubstr;
 
 FateReport roundedStair() {
-    Session session(stair());
+    BareSession session(stair());
     session.apply("fillet p corner 1 radius 2");
     session.apply("fillet p corner 4 radius 2");
     return session.report();

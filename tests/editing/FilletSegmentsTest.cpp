@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/editing/BareSession.h"
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
@@ -38,7 +39,7 @@ Document hexagon() {
 }
 
 TEST(FilletSegments, RoundsAwayTheSegmentBetweenThem) {
-    Session session(arch());
+    BareSession session(arch());
     EXPECT_EQ(session.apply("fillet p segments 0 2 radius 1").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 0,11^-0.414214 1,12 10,12 15,10 5,0");
     EXPECT_EQ(placesOf(session), "c0 p.segment:0; c2 p.segment:2; c3 p.segment:3; c4 p.segment:4");
@@ -46,7 +47,7 @@ TEST(FilletSegments, RoundsAwayTheSegmentBetweenThem) {
 }
 
 TEST(FilletSegments, RoundsAwaySeveralSegmentsBetweenThem) {
-    Session session(arch());
+    BareSession session(arch());
     EXPECT_EQ(session.apply("fillet p segments 0 3 radius 1").outcome.error, "");
     ASSERT_EQ(polylineOf(session, "p").vertices.size(), 5u);
     expectSmooth(polylineOf(session, "p"), 1);
@@ -55,14 +56,14 @@ TEST(FilletSegments, RoundsAwaySeveralSegmentsBetweenThem) {
 }
 
 TEST(FilletSegments, TellThatTheSegmentThatTheArcReplacesWasCutAway) {
-    Session session(arch());
+    BareSession session(arch());
     const EditResult& result = session.apply("fillet p segments 0 2 radius 1");
     ASSERT_EQ(result.fates.constraints.size(), 1u);
     EXPECT_EQ(result.fates.constraints[0].reason, "p.segment:1 was cut away");
 }
 
 TEST(FilletSegments, TellThatTheSegmentBetweenThemWasCutAway) {
-    Session session(arch());
+    BareSession session(arch());
     const EditResult& result = session.apply("fillet p segments 1 3 radius 0");
     ASSERT_EQ(result.fates.constraints.size(), 3u);
     EXPECT_EQ(result.fates.constraints[0].constraint, "c2");
@@ -72,7 +73,7 @@ TEST(FilletSegments, TellThatTheSegmentBetweenThemWasCutAway) {
 }
 
 TEST(FilletSegments, LeadsBothToASharpCornerWithRadiusZero) {
-    Session session(arch());
+    BareSession session(arch());
     EXPECT_EQ(session.apply("fillet p segments 0 2 radius 0").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 0,12 10,12 15,10 5,0");
     EXPECT_EQ(placesOf(session), "c0 p.segment:0; c2 p.segment:1; c3 p.segment:2; c4 p.segment:3");
@@ -80,14 +81,14 @@ TEST(FilletSegments, LeadsBothToASharpCornerWithRadiusZero) {
 }
 
 TEST(FilletSegments, MeansTheSameInEitherOrderOnAnOpenPolyline) {
-    Session there(arch()), back(arch());
+    BareSession there(arch()), back(arch());
     there.apply("fillet p segments 1 3 radius 1");
     EXPECT_EQ(back.apply("fillet p segments 3 1 radius 1").outcome.error, "");
     EXPECT_EQ(there.document(), back.document());
 }
 
 TEST(FilletSegments, OfNeighboursIsTheFilletOfTheirCorner) {
-    Session corner(arch()), segments(arch()), closing(rectangle()), wrapped(rectangle());
+    BareSession corner(arch()), segments(arch()), closing(rectangle()), wrapped(rectangle());
     corner.apply("fillet p corner 3 radius 1");
     EXPECT_EQ(segments.apply("fillet p segments 2 3 radius 1").outcome.error, "");
     EXPECT_EQ(corner.document(), segments.document());
@@ -102,7 +103,7 @@ TEST(FilletSegments, InASharpCornerLoseACoincidenceAtTheFarEndOfTheSecond) {
     Document document = arch();
     document.entities.push_back(lineEntity("post", {10, 12}, {10, 20}));
     document.constraints.push_back(constraintOf("far", coincident, {{"p", segmentEnd, 2}, {"post", start}}));
-    Session arc(document), sharp(document);
+    BareSession arc(document), sharp(document);
     EXPECT_EQ(arc.apply("fillet p segments 0 2 radius 1").outcome.error, "");
     EXPECT_EQ(placesOf(arc),
               "c0 p.segment:0; c2 p.segment:2; c3 p.segment:3; c4 p.segment:4; far p.segment:2.end post.start");
@@ -121,7 +122,7 @@ TEST(FilletSegments, InASharpCornerLoseACoincidenceThatHeldInTheOrigin) {
             PolylineShape{{{-10, -10}, {-10, 5}, {-5, 8}, {0, 0}, {10, 0}}, {0, 0, 0, 0, 0}, {0, 0, 0, 0, 0}, false}),
         lineEntity("post", {0, 0}, {5, -9})};
     document.constraints = {constraintOf("c0", coincident, {{"p", segmentStart, 3}, {"post", start}})};
-    Session session(document);
+    BareSession session(document);
     const EditResult& result = session.apply("fillet p segments 0 3 radius 0");
     EXPECT_EQ(result.outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "-10,-10 -10,0 10,0");
@@ -131,7 +132,7 @@ TEST(FilletSegments, InASharpCornerLoseACoincidenceThatHeldInTheOrigin) {
 }
 
 TEST(FilletSegments, FromTheLastToTheFirstCloseThePolyline) {
-    Session session(arch());
+    BareSession session(arch());
     EXPECT_EQ(session.apply("fillet p segments 4 0 radius 1").outcome.error, "");
     const PolylineShape after = polylineOf(session, "p");
     EXPECT_TRUE(after.closed);
@@ -142,7 +143,7 @@ TEST(FilletSegments, FromTheLastToTheFirstCloseThePolyline) {
 }
 
 TEST(FilletSegments, FromTheLastToTheFirstMeetInASharpCorner) {
-    Session session(arch());
+    BareSession session(arch());
     EXPECT_EQ(session.apply("fillet p segments 4 0 radius 0").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,-5 0,10 5,12 10,12 15,10 closed");
     EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:1; c2 p.segment:2; c3 p.segment:3; c4 p.segment:4");
@@ -150,7 +151,7 @@ TEST(FilletSegments, FromTheLastToTheFirstMeetInASharpCorner) {
 }
 
 TEST(FilletSegments, OfAClosedPolylineLoseWhatLiesBetweenThemInItsDirection) {
-    Session arc(hexagon()), sharp(hexagon());
+    BareSession arc(hexagon()), sharp(hexagon());
     EXPECT_EQ(arc.apply("fillet p segments 0 2 radius 2").outcome.error, "");
     ASSERT_EQ(polylineOf(arc, "p").vertices.size(), 6u);
     expectSmooth(polylineOf(arc, "p"), 1);
@@ -162,7 +163,7 @@ TEST(FilletSegments, OfAClosedPolylineLoseWhatLiesBetweenThemInItsDirection) {
 }
 
 TEST(FilletSegments, OfAClosedPolylineLoseWhatLiesOverItsSeam) {
-    Session arc(hexagon()), sharp(hexagon());
+    BareSession arc(hexagon()), sharp(hexagon());
     EXPECT_EQ(arc.apply("fillet p segments 4 0 radius 2").outcome.error, "");
     EXPECT_EQ(verticesOf(arc, "p"), "2,0 10,0 15,8 10,16 0,16 0,2^0.414214 closed");
     EXPECT_EQ(placesOf(arc), "c0 p.segment:0; c1 p.segment:1; c2 p.segment:2; c3 p.segment:3; c4 p.segment:4");
@@ -173,7 +174,7 @@ TEST(FilletSegments, OfAClosedPolylineLoseWhatLiesOverItsSeam) {
 }
 
 TEST(FilletSegments, OfAClosedPolylineAreCountedFromTheArcWhenItsFirstVerticesGo) {
-    Session arc(hexagon()), sharp(hexagon());
+    BareSession arc(hexagon()), sharp(hexagon());
     EXPECT_EQ(arc.apply("fillet p segments 4 1 radius 2").outcome.error, "");
     ASSERT_EQ(polylineOf(arc, "p").vertices.size(), 5u);
     expectSmooth(polylineOf(arc, "p"), 4);
@@ -190,7 +191,7 @@ TEST(FilletSegments, OfArcsAreJoinedByATangentArc) {
     document.entities = {
         shapeEntity("p", PolylineShape{{{0, 0}, {10, 0}, {12, 0}, {22, 0}}, {-0.6, 0, -0.6, 0}, {0, 0, 0, 0}, false})};
     document.constraints = {constraintOf("c0", equal, {{"p", segment, 0}, {"p", segment, 2}})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet p segments 0 2 radius 2").outcome.error, "");
     const PolylineShape after = polylineOf(session, "p");
     ASSERT_EQ(after.vertices.size(), 4u);

@@ -1,12 +1,13 @@
 #include <gtest/gtest.h>
 
+#include "tests/editing/BareSession.h"
 #include "tests/editing/Shorthand.h"
 
 namespace holdfast::editing {
 namespace {
 
 TEST(FilletEdit, OfTwoLinesLosesTheirCommonEndAndAddsTheArc) {
-    Session session(frameDrawing());
+    BareSession session(frameDrawing());
     EXPECT_EQ(session.apply("fillet base left radius 2").outcome.error, "");
     const Document& after = session.document();
     EXPECT_EQ(entityNamed(after, "base").shape, Shape(LineShape{{2, 0}, {10, 0}}));
@@ -24,7 +25,7 @@ TEST(FilletEdit, WithRadiusZeroLeadsLinesToTheirCorner) {
     Document document;
     document.name = "gap";
     document.entities = {lineEntity("a", {2, 0}, {10, 0}), lineEntity("b", {0, 3}, {0, 9})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet a b radius 0").outcome.error, "");
     EXPECT_EQ(entityNamed(session.document(), "a").shape, Shape(LineShape{{0, 0}, {10, 0}}));
     EXPECT_EQ(entityNamed(session.document(), "b").shape, Shape(LineShape{{0, 0}, {0, 9}}));
@@ -35,7 +36,7 @@ TEST(FilletEdit, OfCrossingLinesKeepsThePartsThatWerePicked) {
     Document document;
     document.name = "cross";
     document.entities = {lineEntity("a", {-10, 0}, {10, 0}), lineEntity("b", {0, -10}, {0, 10})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet a b radius 2 at -6,0 0,6").outcome.error, "");
     EXPECT_EQ(entityNamed(session.document(), "a").shape, Shape(LineShape{{-10, 0}, {-2, 0}}));
     EXPECT_EQ(entityNamed(session.document(), "b").shape, Shape(LineShape{{0, 2}, {0, 10}}));
@@ -45,7 +46,7 @@ TEST(FilletEdit, LeavesACircleWhole) {
     Document document;
     document.name = "disc";
     document.entities = {lineEntity("floor", {0, 0}, {20, 0}), shapeEntity("disc", CircleShape{{0, 5}, 5})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("fillet floor disc radius 1 at 15,0 5,5").outcome.error, "");
     EXPECT_EQ(entityNamed(session.document(), "disc").shape, Shape(CircleShape{{0, 5}, 5}));
 }
@@ -55,7 +56,7 @@ TEST(FilletEdit, MakesAHelperArcOnlyBetweenHelpers) {
         Document document = frameDrawing();
         document.entities[0].construction = (helpers & 1) != 0;
         document.entities[1].construction = (helpers & 2) != 0;
-        Session session(document);
+        BareSession session(document);
         session.apply("fillet base left radius 2");
         ASSERT_EQ(session.document().entities.size(), 4u);
         EXPECT_EQ(session.document().entities.back().construction, helpers == 3) << helpers;

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "hosting/Drawing.h"
+#include "tests/editing/BareSession.h"
 #include "tests/editing/Shorthand.h"
 
 // A distance between two lines on its way through the edits.
@@ -74,7 +75,7 @@ TEST(LineGap, GoesWhenACutMovesTheMiddleOfASlantedLine) {
     document.entities.pop_back();
     document.constraints = {document.constraints[1]};
     document.constraints[0].value = 2.5;
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("break upper at 0.5,3.5").outcome.error, "");
     EXPECT_EQ(constraintIds(session.document()), "");
 }

@@ -3,6 +3,7 @@
 #include <numbers>
 
 #include "geometry/Angles.h"
+#include "tests/editing/BareSession.h"
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
@@ -172,7 +173,7 @@ TEST(MirrorEdit, OfAnArcKeepsConstraintsAtTheSamePointsOfIt) {
 }
 
 TEST(MirrorEdit, LeavesAnArcThatFurtherEditsUnderstand) {
-    Session session(bowDrawing());
+    BareSession session(bowDrawing());
     session.apply("mirror bow low high about 0,0 0,1");
     EXPECT_EQ(session.apply("break bow at -6.414213562373095,1.414213562373095").outcome.error, "");
     const auto& first = std::get<ArcShape>(entityNamed(session.document(), "bow").shape);

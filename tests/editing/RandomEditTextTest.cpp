@@ -96,6 +96,18 @@ Edit anyFillet() {
     Fillet edit{anyName(), anyName(), anyNumber()};
     if (toss())
         edit.picks = FilletPicks{anyPoint(), anyPoint()};
+    edit.keepCorner = toss();
+    return edit;
+}
+
+Edit anyMirror() {
+    Mirror edit{.entities = anyNames(), .first = {}, .second = {}, .keep = toss()};
+    if (toss()) {
+        edit.first = anyPoint();
+        edit.second = anyPoint();
+    } else {
+        edit.about = anyName();
+    }
     return edit;
 }
 
@@ -193,7 +205,7 @@ Edit anyEdit() {
         },
         [] { return anyFillet(); },
         [] {
-            return Edit(FilletCorner{anyName(), anyIndex() - 1000, anyNumber()});
+            return Edit(FilletCorner{anyName(), anyIndex() - 1000, anyNumber(), toss()});
         },
         [] {
             return Edit(FilletSegments{anyName(), anyIndex(), anyIndex(), anyNumber()});
@@ -205,9 +217,7 @@ Edit anyEdit() {
         [] {
             return Edit(Stretch{anyPoint(), anyPoint(), anyPoint()});
         },
-        [] {
-            return Edit(Mirror{anyNames(), anyPoint(), anyPoint(), toss()});
-        },
+        [] { return anyMirror(); },
         [] { return anyAlign(); },
         [] {
             return Edit(Rotate{anyNames(), anyPoint(), anyNumber()});

@@ -168,12 +168,14 @@ std::string RandomEdits::filletEdit(const Document& document) {
     if (curve == nullptr)
         return "";
     const double radius = chance(0.2) ? 0.0 : sizeOf(curve->shape) * between(0.01, 0.3);
+    const std::string keptCorner = chance(0.2) ? " keep corner" : "";
     if (const auto* polyline = std::get_if<PolylineShape>(&curve->shape); polyline != nullptr && chance(0.7)) {
         const auto any = [&] { return std::to_string(below(polyline->vertices.size())); };
-        return "fillet " + curve->id + (chance(0.5) ? " corner " + any() : " segments " + any() + " " + any()) +
-               " radius " + number(radius);
+        if (chance(0.5))
+            return "fillet " + curve->id + " corner " + any() + " radius " + number(radius) + keptCorner;
+        return "fillet " + curve->id + " segments " + any() + " " + any() + " radius " + number(radius);
     }
-    return "fillet " + curve->id + " " + partnerOf(document, *curve).id + " radius " + number(radius);
+    return "fillet " + curve->id + " " + partnerOf(document, *curve).id + " radius " + number(radius) + keptCorner;
 }
 
 std::string RandomEdits::joinEdit(const Document& document) {
@@ -208,6 +210,9 @@ std::string RandomEdits::mirrorEdit(const Document& document) {
     const Entity* curve = anyCurve(document);
     if (curve == nullptr)
         return "";
+    const auto isLine = [](const Shape& shape) { return std::holds_alternative<LineShape>(shape); };
+    if (const Entity* line = chance(0.4) ? otherCurve(document, *curve, isLine) : nullptr)
+        return "mirror " + curve->id + " about " + line->id + (chance(0.7) ? " keep" : "");
     const Vec2 p = anyPointOn(curve->shape);
     return "mirror " + curve->id + " about " + point(p) + " " + point({p.x + between(-1, 1), p.y + between(-1, 1)}) +
            (chance(0.3) ? " keep" : "");

@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "tests/editing/BareSession.h"
 #include "tests/editing/PolylineShorthand.h"
 #include "tests/editing/RealDrawings.h"
 
@@ -107,7 +108,7 @@ TEST(RandomPolylines, AreRoundedByArcsOfTheRadiusThatTouchBothSegments) {
     int rounded = 0;
     for (unsigned int seed = 0; seed < 2000; ++seed) {
         Dice dice(seed);
-        Session session(randomDrawing(dice));
+        BareSession session(randomDrawing(dice));
         const PolylineShape before = polylineOf(session, "p");
         const int corner = dice.below(static_cast<int>(before.vertices.size()));
         const double radius = dice.between(0.1, 1.5);

@@ -1,4 +1,5 @@
 #include "tests/editing/RealDrawings.h"
+#include "tests/editing/BareSession.h"
 
 #include <gtest/gtest.h>
 
@@ -14,12 +15,12 @@
 #include "document/EntityIndex.h"
 #include "document/Names.h"
 #include "document/Places.h"
-#include "editing/Session.h"
 #include "formats/FileIo.h"
 #include "geometry/curves/Geometry.h"
 #include "host/model/HostAudit.h"
 #include "hosting/Drawing.h"
 #include "hosting/HostShapes.h"
+#include "tests/editing/BareSession.h"
 
 namespace holdfast::editing {
 
@@ -214,7 +215,7 @@ std::string generalReason(const std::string& error) {
 
 void checkEdit(const Document& document, const RealEdit& edit, Tally& tally) {
     SCOPED_TRACE(edit.text);
-    Session session(document);
+    BareSession session(document);
     const EditResult& result = session.apply(edit.text);
     if (!result.outcome.done()) {
         ++tally.refused;

@@ -6,11 +6,11 @@
 #include <cmath>
 
 #include "document/Polylines.h"
-#include "editing/Session.h"
 #include "formats/FileIo.h"
 #include "geometry/Segments.h"
 #include "geometry/curves/Geometry.h"
 #include "hosting/Drawing.h"
+#include "tests/editing/BareSession.h"
 #include "tests/editing/RealDrawings.h"
 
 namespace holdfast::editing {
@@ -172,7 +172,7 @@ TEST(RealPolylines, RoundedAtAllCornersInOneSessionKeepWhatHoldsOnTheirSegments)
     for (const std::filesystem::path& file : drawingFiles()) {
         SCOPED_TRACE(file.filename().string());
         const ChainedDrawing drawing(readDrawing(file));
-        Session session(drawing.document);
+        BareSession session(drawing.document);
         for (const NamedPolyline& polyline : drawing.polylines) {
             const std::vector<std::size_t> corners = cornersOf(polyline.shape);
             for (auto corner = corners.rbegin(); corner != corners.rend(); ++corner)

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "editing/fates/DeletionReasons.h"
+#include "tests/editing/BareSession.h"
 #include "tests/editing/Shorthand.h"
 
 namespace holdfast::editing {
@@ -37,7 +38,7 @@ Document drawingOf(std::vector<Entity> entities, std::vector<Constraint> constra
 TEST(ReasonOfDeletion, OfADimensionIsWhatItMeasuresNow) {
     Document document = frameDrawing();
     document.constraints.push_back(dimension("ten", distance, {{"base"}}, 10.0));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(reasonOf(session.apply("break base at 4,0"), "ten"), "it measures 4 now, not 10");
 }
 
@@ -45,14 +46,14 @@ TEST(ReasonOfDeletion, OfARotationIsTheTurnAndNoChangeOfTheCurve) {
     Document document = drawingOf({lineEntity("k1", {0, 0}, {10, 0}), lineEntity("k2", {0, 5}, {10, 5})},
                                   {constraintOf("p", parallel, {{"k1"}, {"k2"}})});
     document.entities[1].fixed = true;
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(reasonOf(session.apply("rotate k1 about 4,0 by 30"), "p"), "it does not hold after a turn by 30 degrees");
 }
 
 TEST(ReasonOfDeletion, OnASplineThatIsCutIsItsOtherNumberOfControlPoints) {
     const SplineShape curve{
         3, false, {{0, 0}, {2, 4}, {6, 4}, {8, 0}, {12, 0}, {14, 4}}, {0, 0, 0, 0, 1, 2, 3, 3, 3, 3}, {}};
-    Session session(drawingOf(
+    BareSession session(drawingOf(
         {shapeEntity("s", curve), shapeEntity("pin", PointShape{{0, 0}}), lineEntity("wall", {5, -9}, {5, 9})},
         {constraintOf("on", coincident, {{"s", start}, {"pin"}})}));
     EXPECT_EQ(reasonOf(session.apply("trim s at 14,4 by wall"), "on"), "s had 6 control points and has 4");
@@ -80,7 +81,7 @@ TEST(ReasonOfDeletion, DoesNotBlameAPointThatOnlyRoundingMoved) {
 }
 
 TEST(ReasonOfDeletion, ByAnUndoIsThatTheDrawingIsAsItWas) {
-    Session session(frameDrawing());
+    BareSession session(frameDrawing());
     session.apply("mirror base left about 0,20 10,20 keep");
     const EditResult& undone = session.apply("undo");
     ASSERT_FALSE(undone.fates.constraints.empty());
@@ -91,7 +92,7 @@ TEST(ReasonOfDeletion, ByAnUndoIsThatTheDrawingIsAsItWas) {
 TEST(DimensionAfterBreak, StaysAtAnEndThatSlidAlongIt) {
     Document document = frameDrawing();
     document.constraints.push_back(dimension("high", distanceY, {{"base", end}, {"left", end}}, 5.0));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(reasonOf(session.apply("break base at 4,0"), "high"), "-");
     EXPECT_EQ(session.document().constraints.back().id, "high");
     EXPECT_EQ(session.document().constraints.back().refs, document.constraints.back().refs);
@@ -102,7 +103,7 @@ TEST(DimensionAfterBreak, OfAnEndFromAParallelLineStays) {
     document.entities.push_back(lineEntity("rail", {0, -3}, {20, -3}));
     document.constraints.insert(document.constraints.begin(),
                                 dimension("gap", distance, {{"base", end}, {"rail"}}, 3.0));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(reasonOf(session.apply("break base at 4,0"), "gap"), "-");
     EXPECT_EQ(constraintIds(session.document()), "gap c0 c2 c3");
     EXPECT_EQ(session.apply("undo").outcome.error, "");
@@ -112,7 +113,7 @@ TEST(DimensionAfterBreak, OfAnEndFromAParallelLineStays) {
 TEST(DimensionAfterBreak, GoesWithTheEndThatItHeldOn) {
     Document document = frameDrawing();
     document.constraints.push_back(dimension("wide", distanceX, {{"base", end}, {"left", end}}, -10.0));
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(reasonOf(session.apply("break base at 4,0"), "wide"), "the end of base moved from (10, 0) to (4, 0)");
 }
 
@@ -122,7 +123,7 @@ TEST(ExtendSplineWithFixedPoints, ReleasesThoseThatMoved) {
         drawingOf({shapeEntity("s", curve), lineEntity("b", {20, -20}, {20, 40})},
                   {constraintOf("f0", fixed, {{"s", start}}), constraintOf("f1", fixed, {{"s", control, 1}}),
                    constraintOf("f2", fixed, {{"s", control, 2}})});
-    Session session(document);
+    BareSession session(document);
     const EditResult& result = session.apply("extend s end to b");
     EXPECT_EQ(reasonOf(result, "f0"), "-");
     EXPECT_EQ(reasonOf(result, "f1"), "s.control:1 moved from (5, 5) to (6.66667, 6.66667)");
@@ -151,7 +152,7 @@ TEST(SmoothJoint, HasNoCornerToFillet) {
         {"fillet p corner 2 radius 0",
          "segment 1 of p and segment 2 of p run smoothly into each other in (20, 60); there is no corner to fillet"}};
     expectRefused(smoothDrawing(), rows);
-    Session session(smoothDrawing());
+    BareSession session(smoothDrawing());
     EXPECT_EQ(session.apply("fillet p corner 3 radius 0").outcome.error, "");
 }
 
@@ -166,7 +167,7 @@ Document boxDrawing() {
 }
 
 TEST(JoinOfComposite, KeepsItWithAllItsMembers) {
-    Session session(boxDrawing());
+    BareSession session(boxDrawing());
     const EditResult& result = session.apply("join a b");
     EXPECT_EQ(reasonOf(result, "ab"), "it ties a vertex of a_2 to itself");
     for (const char* id : {"h1", "v1", "h2", "box"})
@@ -182,7 +183,7 @@ TEST(JoinOfComposite, KeepsItWithAllItsMembers) {
 TEST(JoinOfComposite, TellsWhichOfItsMembersIsGone) {
     Document document = boxDrawing();
     document.constraints.back().members.push_back("ab");
-    Session session(document);
+    BareSession session(document);
     const EditResult& result = session.apply("join a b");
     EXPECT_EQ(reasonOf(result, "box"), "its member ab is gone");
     for (const char* id : {"h1", "v1", "h2"})

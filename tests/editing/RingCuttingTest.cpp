@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/editing/BareSession.h"
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
@@ -9,7 +10,7 @@ namespace {
 
 /// The polyline and the places of the constraints after an edit of the rectangle.
 std::string afterEdit(const std::string& edit, Document document = rectangle()) {
-    Session session(std::move(document));
+    BareSession session(std::move(document));
     EXPECT_EQ(session.apply(edit).outcome.error, "") << edit;
     EXPECT_EQ(liveFindings(session) + findings(session), "") << edit;
     EXPECT_FALSE(polylineOf(session, "p").closed) << edit;
@@ -69,7 +70,7 @@ TEST(RingBreak, OfTwoArcsLeavesThePartsOfBoth) {
 
 TEST(RingBreak, LetsTheEndsGoApart) {
     for (const char* edit : {"break p at 0,0", "break p at 0,5"}) {
-        Session session(rectangle());
+        BareSession session(rectangle());
         session.apply(edit);
         const std::string end = std::to_string(polylineOf(session, "p").vertices.size() - 1);
         EXPECT_EQ(session.apply("set p vertex " + end + " y -3").outcome.error, "") << edit;
@@ -79,7 +80,7 @@ TEST(RingBreak, LetsTheEndsGoApart) {
 }
 
 TEST(RingBreak, IsUndoneToTheLastBit) {
-    Session session(rectangle());
+    BareSession session(rectangle());
     session.apply("break p at 0,4 to 6,0");
     session.apply("undo");
     EXPECT_EQ(session.document(), rectangle());
@@ -90,7 +91,7 @@ TEST(RingTrim, TellsWhichVertexIsGone) {
     document.entities.push_back(lineEntity("low", {-5, 3}, {15, 3}));
     document.entities.push_back(shapeEntity("pin", PointShape{{10, 10}}));
     document.constraints = {constraintOf("c0", ConstraintType::coincident, {{"p", PlaceKind::segmentEnd, 1}, {"pin"}})};
-    Session session(document);
+    BareSession session(document);
     const EditResult& result = session.apply("trim p at 10,7 by low");
     EXPECT_EQ(verticesOf(session, "p"), "0,3 0,0 10,0 10,3");
     ASSERT_EQ(result.fates.constraints.size(), 1u);

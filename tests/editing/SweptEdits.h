@@ -52,6 +52,7 @@ inline const std::vector<std::string>& sweptEdits() {
                                                    "stretch window 9,-1 11,6 by 1,0",
                                                    "mirror beam about 0,0 1,0",
                                                    "mirror beam post about 15,0 15,1 keep",
+                                                   "mirror post about wall keep",
                                                    "align right from 10,0 to 12,0",
                                                    "rotate post about 0,20 by 10",
                                                    "drag right.end by 1,1",

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/editing/BareSession.h"
 #include "tests/editing/PolylineShorthand.h"
 
 namespace holdfast::editing {
@@ -13,14 +14,14 @@ Document crossedFrame() {
 }
 
 TEST(TrimEdit, RemovesThePartBehindTheCuttingEdge) {
-    Session session(crossedFrame());
+    BareSession session(crossedFrame());
     EXPECT_EQ(session.apply("trim base at 9,0 by cut").outcome.error, "");
     EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {7, 0}}));
     EXPECT_EQ(constraintIds(session.document()), "c0 c2 c3");
 }
 
 TEST(TrimEdit, RemovesThePartBetweenTwoEdges) {
-    Session session(crossedFrame());
+    BareSession session(crossedFrame());
     EXPECT_EQ(session.apply("trim base at 5,0 by cut cut2").outcome.error, "");
     EXPECT_EQ(entityNamed(session.document(), "base").shape, Shape(LineShape{{0, 0}, {3, 0}}));
     EXPECT_EQ(entityNamed(session.document(), "base_2").shape, Shape(LineShape{{7, 0}, {10, 0}}));
@@ -31,7 +32,7 @@ TEST(TrimEdit, TakesAClosedPolylineOverItsVertexZero) {
     document.name = "plate";
     PolylineShape square{{{0, 0}, {10, 0}, {10, 10}, {0, 10}}, {0, 0, 0, 0}, {1, 2, 3, 4}, true};
     document.entities = {shapeEntity("p", square), lineEntity("cut", {-1, 5}, {5, -1})};
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("trim p at 0,1 by cut").outcome.error, "");
     const auto& rest = std::get<PolylineShape>(entityNamed(session.document(), "p").shape);
     EXPECT_EQ(rest.vertices.front(), (Vec2{4, 0}));
@@ -46,7 +47,7 @@ TEST(TrimEdit, OfARingThatIsNotClosedTakesItsEndForNoStart) {
         shapeEntity("p", PolylineShape{{{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}}, {0, 0, 0, 0, 0}, {}, false}),
         lineEntity("cut", {-5, 4}, {5, 4})};
     std::get<PolylineShape>(document.entities[0].shape).ids.assign(5, 0);
-    Session session(document);
+    BareSession session(document);
     EXPECT_EQ(session.apply("trim p at 0,2 by cut").outcome.error, "");
     EXPECT_EQ(verticesOf(session, "p"), "0,0 10,0 10,10 0,10 0,4");
     EXPECT_EQ(placesOf(session), "c0 p.segment:0; c1 p.segment:1; c2 p.segment:2; c3 p.segment:3");

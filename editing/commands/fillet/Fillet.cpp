@@ -1,6 +1,7 @@
 #include "editing/Commands.h"
 #include "editing/commands/fillet/FilletCurves.h"
 #include "editing/commands/fillet/FilletPolyline.h"
+#include "editing/commands/fillet/KeptCorner.h"
 #include "geometry/curves/Parameters.h"
 
 namespace holdfast::editing {
@@ -81,6 +82,8 @@ FilletSides resolved(const Fillet& edit, const Drawing& drawing) {
 
 void require(const Fillet& edit, const Drawing& drawing) {
     const FilletSides sides = resolved(edit, drawing);
+    if (edit.keepCorner)
+        cornerOf(sides.first, sides.second);
     for (const FilletSide* side : {&sides.first, &sides.second})
         if (std::holds_alternative<PolylineShape>(side->shape))
             openPolylineSide(*side);
@@ -96,6 +99,7 @@ void require(const FilletSegments& edit, const Drawing& drawing) {
 
 void perform(const Fillet& edit, EditContext& context) {
     const auto [a, b] = resolved(edit, context.drawing);
+    const std::optional<Vec2> corner = edit.keepCorner ? std::optional(cornerOf(a, b)) : std::nullopt;
     const double radius = edit.radius.value;
     const bool first = std::holds_alternative<PolylineShape>(a.shape);
     const bool second = std::holds_alternative<PolylineShape>(b.shape);
@@ -105,10 +109,15 @@ void perform(const Fillet& edit, EditContext& context) {
         filletWithCurve(context, openPolylineSide(first ? a : b), first ? b : a, radius);
     else
         filletTwoCurves(context, a, b, radius);
+    keepCorner(context, corner);
 }
 
 void perform(const FilletCorner& edit, EditContext& context) {
-    filletWithin(context, edit.polyline.value, resolved(edit, context.drawing));
+    const FilletSide side = sideOf(edit.polyline, context.drawing);
+    const SegmentFillet fillet = resolved(edit, context.drawing);
+    filletWithin(context, edit.polyline.value, fillet);
+    if (edit.keepCorner)
+        keepCorner(context, polylineOf(side).vertices.at(static_cast<std::size_t>(edit.corner)));
 }
 
 void perform(const FilletSegments& edit, EditContext& context) {

@@ -4,24 +4,50 @@
 #include "editing/Evaluation.h"
 #include "editing/commands/move/Copying.h"
 #include "editing/commands/move/FixedPlaces.h"
+#include "editing/commands/move/MirrorLine.h"
 #include "editing/commands/move/Moving.h"
 #include "editing/commands/move/TransformedConstraints.h"
 #include "hosting/HostShapes.h"
 
 namespace holdfast::editing {
 
+namespace {
+
+/// The line of the drawing, or through two points, at which is mirrored.
+PlaneTransform mirrorOf(const Mirror& edit, const Drawing& drawing) {
+    const Name& about = edit.about;
+    if (about.value.empty())
+        return reflection(edit.first, edit.second);
+    requireEntity(drawing, about);
+    if (std::find(edit.entities.begin(), edit.entities.end(), about) != edit.entities.end())
+        throw RefusedWord({about.value + " cannot be mirrored at itself; choose another line", {}, about.column});
+    if (const std::optional<PlaneTransform> mirror = reflectionAt(drawing.shape(about.value)))
+        return *mirror;
+    throw RefusedWord({about.value + " is no line; mirror at a line or through two points", {}, about.column});
+}
+
+/// Copies that are tied to the mirror line need no copy of the constraints, which follow from that.
+void addMirrored(EditContext& context, const std::vector<std::string>& names, const PlaneTransform& mirror,
+                 bool areTied) {
+    const CopiedConstraints constraints(context.drawing, areTied ? std::vector<std::string>() : names);
+    const MadeCopies made = addCopies(context.drawing, names, constraints, mirror);
+    for (const std::string& name : names)
+        if (areTied)
+            context.copies.emplace_back(name, made.names.at(name));
+}
+
+}  // namespace
+
 void require(const Mirror& edit, const Drawing& drawing) {
     requireSelection(drawing, edit.entities, "about");
-    reflection(edit.first, edit.second);
+    mirrorOf(edit, drawing);
 }
 
 void perform(const Mirror& edit, EditContext& context) {
     const std::vector<std::string> names = requireSelection(context.drawing, edit.entities, "about");
-    const PlaneTransform mirror = reflection(edit.first, edit.second);
-    if (edit.keep) {
-        addCopies(context.drawing, names, CopiedConstraints(context.drawing, names), mirror);
-        return;
-    }
+    const PlaneTransform mirror = mirrorOf(edit, context.drawing);
+    if (edit.keep)
+        return addMirrored(context, names, mirror, context.givesTies && !edit.about.value.empty());
     context.edited = names;
     refuseMovingFixed(context, names, mirror);
     turnMeasures(context.drawing, names, mirror);

@@ -131,6 +131,26 @@ CopiedConstraints::CopiedConstraints(const Drawing& drawing, const std::vector<s
             m_among.push_back(&constraint);
 }
 
+Constraint CopiedConstraints::copyOf(const Constraint& original, const CopyNames& copies,
+                                     const PlaneTransform& transform) const {
+    Constraint copy = turned(original, transform, m_entities);
+    copy.id.clear();
+    copy.name.clear();
+    if (copy.value != original.value)
+        copy.formula.clear();
+    for (Place& place : copy.refs)
+        place = placeOnCopy(place, copies.at(place.entity), transform.mirrors, m_entities);
+    return copy;
+}
+
+std::vector<Constraint> CopiedConstraints::of(const CopyNames& copies, const PlaneTransform& transform) const {
+    std::vector<Constraint> copied;
+    for (const Constraint* original : m_among)
+        if (areCopied(*original, copies))
+            copied.push_back(copyOf(*original, copies, transform));
+    return copied;
+}
+
 std::vector<std::string> CopiedConstraints::addTo(Drawing& drawing, const CopyNames& copies,
                                                   const PlaneTransform& transform, CopiedKinds kinds) const {
     std::vector<std::string> names;
@@ -144,14 +164,7 @@ std::vector<std::string> CopiedConstraints::addTo(Drawing& drawing, const CopyNa
         if ((kinds == CopiedKinds::geometric && isDimension(original->type)) || !areCopied(*original, copies))
             continue;
         tried.push_back(original);
-        Constraint copy = turned(*original, transform, m_entities);
-        copy.id.clear();
-        copy.name.clear();
-        if (copy.value != original->value)
-            copy.formula.clear();
-        for (Place& place : copy.refs)
-            place = placeOnCopy(place, copies.at(place.entity), transform.mirrors, m_entities);
-        part.constraints.push_back(std::move(copy));
+        part.constraints.push_back(copyOf(*original, copies, transform));
     }
     std::vector<std::string> leftOut;
     for (const std::size_t number : addHolding(drawing, part, first))

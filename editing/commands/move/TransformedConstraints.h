@@ -29,6 +29,9 @@ public:
     CopiedConstraints(const CopiedConstraints&) = delete;
     CopiedConstraints& operator=(const CopiedConstraints&) = delete;
 
+    /// What the constraints are among copies under a transform, in their order, whether that holds or not. Linear in
+    /// the constraints.
+    std::vector<Constraint> of(const CopyNames& copies, const PlaneTransform& transform) const;
     /// Gives copies under a transform what holds among the originals: a level line may become an upright one, signed
     /// dimensions and angles are taken the other way round. Those that say where something lies or leads, and do not
     /// hold of the copies, are left out. Those on an original that has no copy are passed over. Linear in the
@@ -41,6 +44,8 @@ public:
     const Document& document() const { return m_document; }
 
 private:
+    Constraint copyOf(const Constraint& original, const CopyNames& copies, const PlaneTransform& transform) const;
+
     Document m_document;
     EntityIndex m_entities;
     std::vector<const Constraint*> m_among;

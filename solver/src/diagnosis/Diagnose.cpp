@@ -60,10 +60,14 @@ public:
         eliminate();
         if (leaveSingularPlaces())
             eliminate();
+        for (const auto& [constraint, count] : m_spares)
+            m_spareEquations += count;
         nameRedundant();
         listParts();
         return std::move(m_diagnosis);
     }
+
+    int spareEquations() const { return m_spareEquations; }
 
 private:
     /// Slopes are taken where merged values agree.
@@ -293,6 +297,7 @@ private:
     std::vector<int> m_partOfEquation;
     std::vector<double> m_lengths;  ///< per unknown: how much it changes when geometry moves by one
     std::map<int, int> m_spares;    ///< equations that others imply, by constraint
+    int m_spareEquations = 0;       ///< how many these are
     // Per element, meant at the root of its part:
     std::vector<int> m_freedom;
     std::vector<char> m_hasSpare, m_hasSpareRule;
@@ -318,6 +323,13 @@ std::vector<Redundancy> redundantBeside(const SketchData& sketch, const std::vec
 }
 
 }  // namespace
+
+Redundancies redundanciesOf(const SketchData& sketch) {
+    Examination examination(sketch, false);
+    Redundancies found{examination.run().redundant, 0};
+    found.equations = examination.spareEquations();
+    return found;
+}
 
 Diagnosis diagnose(const SketchData& sketch, bool countsEntities, Budget* budget) {
     Diagnosis diagnosis = Examination(sketch, countsEntities).run();

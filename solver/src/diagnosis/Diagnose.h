@@ -37,4 +37,11 @@ struct Diagnosis {
 /// would grow if the element were held.
 Diagnosis diagnose(const SketchData& sketch, bool countsEntities = false, Budget* budget = nullptr);
 
+/// What others imply, as if no constraints of the sketch were in conflict: the elimination without the search.
+struct Redundancies {
+    std::vector<Redundancy> constraints;
+    int equations = 0;  ///< of all constraints and rules; which of them are spare is a choice, how many is none
+};
+Redundancies redundanciesOf(const SketchData& sketch);
+
 }  // namespace holdfast::solver::detail

@@ -76,6 +76,12 @@ public:
     /// than most edits; after it an edit counts those of the parts that it touches.
     void tellFreedom(bool tells = true);
 
+    /// From now on edits give ties, as they do from the beginning, or leave the drawing barer: constraints for what
+    /// holds as drawn after a cut (an end on its cutter, pieces in line, the tangencies of a fillet), for what still
+    /// holds although a cut took it, and for what another piece of a curve carries on. Nothing moves for a tie, none
+    /// says what others say already, and undo takes them back with their edit.
+    void giveTies(bool gives = true);
+
     /// All edits so far in one report, refused ones included. Cost: linear in the drawing and in what they did.
     FateReport report() const;
 
