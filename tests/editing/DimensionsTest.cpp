@@ -33,18 +33,6 @@ Document plate() {
     return document;
 }
 
-const Constraint& constraintNamed(const Document& document, const std::string& id) {
-    for (const Constraint& constraint : document.constraints)
-        if (constraint.id == id)
-            return constraint;
-    static const Constraint none;
-    return none;
-}
-
-std::string errorOf(Session& session, const std::string& edit) {
-    return session.apply(edit).outcome.error;
-}
-
 TEST(SetDimension, MovesWhatHangsOnItAndNothingElse) {
     Session session(plate());
     EXPECT_EQ(errorOf(session, "set w 24"), "");

@@ -12,7 +12,7 @@ using enum PlaceKind;
 
 /// A slot with one rounded end: two level sides of 10, a half circle of radius 2 that runs counter-clockwise, and an
 /// open left side.
-Document hookDrawing() {
+Document bentDrawing() {
     Document document;
     document.name = "hook";
     document.entities = {shapeEntity("p", PolylineShape{{{0, 0}, {10, 0}, {10, 4}, {0, 4}}, {0, 1, 0, 0}, {}, false}),
@@ -42,7 +42,7 @@ std::string kindsAdded(const EditResult& result, const Document& document) {
 }
 
 TEST(ExplodeEdit, MakesALineOrAnArcOfEachSegment) {
-    Session session(hookDrawing());
+    Session session(bentDrawing());
     EXPECT_EQ(session.apply("explode p").outcome.error, "");
     EXPECT_EQ(session.document().entities.size(), 5u);
     EXPECT_EQ(entityNamed(session.document(), "p_2").shape, Shape(LineShape{{0, 0}, {10, 0}}));
@@ -53,7 +53,7 @@ TEST(ExplodeEdit, MakesALineOrAnArcOfEachSegment) {
 }
 
 TEST(ExplodeEdit, CarriesEachConstraintToItsPieceUnderItsId) {
-    Session session(hookDrawing());
+    Session session(bentDrawing());
     const EditResult& result = session.apply("explode p");
     const auto& constraints = session.document().constraints;
     ASSERT_GE(constraints.size(), 5u);
@@ -74,7 +74,7 @@ TEST(ExplodeEdit, CarriesEachConstraintToItsPieceUnderItsId) {
 }
 
 TEST(ExplodeEdit, TiesNeighboursAndSmoothOnesAsTangents) {
-    Session session(hookDrawing());
+    Session session(bentDrawing());
     const EditResult& result = session.apply("explode p");
     EXPECT_EQ(kindsAdded(result, session.document()),
               "coincident p_2.end p_3.start; coincident p_3.end p_4.start; tangent p_2 p_3; tangent p_3 p_4");
@@ -82,7 +82,7 @@ TEST(ExplodeEdit, TiesNeighboursAndSmoothOnesAsTangents) {
 }
 
 TEST(ExplodeEdit, KnowsTheEndsOfClockwiseArcs) {
-    Document document = hookDrawing();
+    Document document = bentDrawing();
     std::get<PolylineShape>(document.entities[0].shape).bulges[1] = -1.0;
     document.constraints.push_back(
         constraintOf("c5", ConstraintType::vertical, {{"p", segmentStart, 1}, {"p", segmentEnd, 1}}));
@@ -121,13 +121,13 @@ TEST(ExplodeEdit, PassesOverSegmentsWithoutALength) {
 }
 
 TEST(ExplodeEdit, IsUndoneAndJoinedAgain) {
-    Session session(hookDrawing());
+    Session session(bentDrawing());
     session.apply("explode p");
     EXPECT_EQ(session.apply("join p_2 p_3 p_4").outcome.error, "");
     EXPECT_EQ(session.document().constraints.size(), 5u + 2u);  // the tangencies are said now
     session.apply("undo");
     EXPECT_EQ(session.apply("undo").outcome.error, "");
-    EXPECT_EQ(withoutVertexNumbers(session.document()), hookDrawing());
+    EXPECT_EQ(withoutVertexNumbers(session.document()), bentDrawing());
 }
 
 TEST(ExplodeEdit, SaysWhatIsWrong) {
@@ -137,7 +137,7 @@ TEST(ExplodeEdit, SaysWhatIsWrong) {
         {"explode p p", "p is named twice; name each entity once"},
         {"explode", "edit \"explode\": expected an entity, but the edit ends there"},
     };
-    expectRefused(hookDrawing(), rows);
+    expectRefused(bentDrawing(), rows);
 }
 
 }  // namespace

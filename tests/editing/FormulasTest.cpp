@@ -21,7 +21,7 @@ Constraint dimension(std::string id, ConstraintType type, std::vector<Place> ref
 }
 
 /// A rectangle of 40 by 20 with one corner at the origin; w is the length of its bottom, h that of its right side.
-Document plate() {
+Document formulaPlate() {
     Document document;
     document.name = "plate";
     document.entities = {lineEntity("bottom", {0, 0}, {40, 0}), lineEntity("right", {40, 0}, {40, 20}),
@@ -41,18 +41,6 @@ Document plate() {
     return document;
 }
 
-const Constraint& constraintNamed(const Document& document, const std::string& id) {
-    for (const Constraint& constraint : document.constraints)
-        if (constraint.id == id)
-            return constraint;
-    static const Constraint none;
-    return none;
-}
-
-std::string errorOf(Session& session, const std::string& edit) {
-    return session.apply(edit).outcome.error;
-}
-
 void doAll(Session& session, const std::vector<std::string>& edits) {
     for (const std::string& edit : edits)
         EXPECT_EQ(errorOf(session, edit), "") << edit;
@@ -61,10 +49,6 @@ void doAll(Session& session, const std::vector<std::string>& edits) {
 
 double valueOf(const Session& session, const std::string& id) {
     return constraintNamed(session.document(), id).value.value_or(std::nan(""));
-}
-
-LineShape lineOf(const Session& session, const std::string& name) {
-    return std::get<LineShape>(entityNamed(session.document(), name).shape);
 }
 
 /// "changed w 40 -> 43", ...
@@ -77,7 +61,7 @@ std::string fatesOf(const EditResult& result) {
 }
 
 TEST(Formulas, GiveADimensionItsValue) {
-    Session session(plate());
+    Session session(formulaPlate());
     doAll(session, {"parameter width = 80", "set w = width / 2 + 3 mm"});
     EXPECT_EQ(valueOf(session, "w"), 43.0);
     EXPECT_EQ(constraintNamed(session.document(), "w").formula, "width / 2 + 3 mm");
@@ -86,7 +70,7 @@ TEST(Formulas, GiveADimensionItsValue) {
 }
 
 TEST(Formulas, FollowAParameterInOneEditThatUndoTakesBack) {
-    Session session(plate());
+    Session session(formulaPlate());
     doAll(session, {"parameter width = 80", "set w = width / 2", "set h = w / 4 + 10"});
     const Document before = session.document();
     const EditResult& result = session.apply("parameter width = 100");
@@ -99,11 +83,11 @@ TEST(Formulas, FollowAParameterInOneEditThatUndoTakesBack) {
     EXPECT_EQ(session.document(), before);
     doAll(session, {"redo"});
     EXPECT_EQ(session.document(), after);
-    EXPECT_EQ(session.original(), plate());
+    EXPECT_EQ(session.original(), formulaPlate());
 }
 
 TEST(Formulas, FollowADimensionThatTheyName) {
-    Session session(plate());
+    Session session(formulaPlate());
     doAll(session, {"set h = w / 2"});
     const EditResult& result = session.apply("set w 60");
     EXPECT_EQ(fatesOf(result), "changed w 40 -> 60; changed h 20 -> 30 = w / 2");
@@ -111,7 +95,7 @@ TEST(Formulas, FollowADimensionThatTheyName) {
 }
 
 TEST(Formulas, FollowAMeasuredDimensionWhateverChangesIt) {
-    Session session(plate());
+    Session session(formulaPlate());
     doAll(session, {"set w measured", "set h = w / 2", "drag right by 10,0"});
     EXPECT_NEAR(valueOf(session, "w"), 50.0, 1e-9);
     EXPECT_NEAR(valueOf(session, "h"), 25.0, 1e-9);
@@ -119,7 +103,7 @@ TEST(Formulas, FollowAMeasuredDimensionWhateverChangesIt) {
 }
 
 TEST(Formulas, NameDimensionsAsTheirAuthorsDo) {
-    Document document = plate();
+    Document document = formulaPlate();
     document.constraints[9].name = "wall length";
     Session session(document);
     doAll(session, {"set h = \"wall length\" / 4"});
@@ -143,7 +127,7 @@ TEST(Formulas, TurnAnglesByDegrees) {
 }
 
 TEST(Formulas, ComeWithANewDimension) {
-    Document document = plate();
+    Document document = formulaPlate();
     document.constraints.pop_back();
     Session session(document);
     doAll(session, {"parameter width=80", "constrain distance right as tall = width / 4 + 5"});
@@ -154,7 +138,7 @@ TEST(Formulas, ComeWithANewDimension) {
 }
 
 TEST(Formulas, ArePointedAtWhereTheyAreWrong) {
-    Document document = plate();
+    Document document = formulaPlate();
     document.parameters = {{"width", "80", 80.0}, {"none", "0", 0.0}};
     const RefusedEdit rows[] = {
         {"set w = widht / 2",
@@ -197,7 +181,7 @@ TEST(Formulas, ArePointedAtWhereTheyAreWrong) {
 }
 
 TEST(Formulas, TellInWhoseFormulaAFaultIs) {
-    Session session(plate());
+    Session session(formulaPlate());
     doAll(session, {"parameter gap = 4", "set w = 160 / gap"});
     EXPECT_EQ(errorOf(session, "parameter gap = 0"), "the formula of w, \"160 / gap\", column 5: division by zero");
     EXPECT_EQ(errorOf(session, "parameter gap = 2 deg"),
@@ -208,7 +192,7 @@ TEST(Formulas, TellInWhoseFormulaAFaultIs) {
 }
 
 TEST(Formulas, AreRefusedWhereTheConstraintsDoNotLetThem) {
-    Session session(plate());
+    Session session(formulaPlate());
     doAll(session, {"parameter width = 40", "set w = width"});
     EXPECT_EQ(errorOf(session, "constrain distance top anyway as t"), "");
     EXPECT_FALSE(constraintNamed(session.document(), "t").driving);
@@ -220,7 +204,7 @@ TEST(Formulas, AreRefusedWhereTheConstraintsDoNotLetThem) {
 }
 
 TEST(Formulas, GiveWayToANumber) {
-    Session session(plate());
+    Session session(formulaPlate());
     doAll(session, {"parameter width = 80", "set w = width / 2"});
     const EditResult& result = session.apply("set w 24");
     EXPECT_EQ(fatesOf(result), "changed w 40 -> 24, its formula width / 2 is gone");
@@ -231,7 +215,7 @@ TEST(Formulas, GiveWayToANumber) {
 }
 
 TEST(Formulas, GoWhenTheirDimensionIsMeasured) {
-    Session session(plate());
+    Session session(formulaPlate());
     doAll(session, {"set w = h * 2"});
     EXPECT_EQ(fatesOf(session.apply("set w measured")), "changed w it is measured now, its formula h * 2 is gone");
     doAll(session, {"set w driving"});
@@ -239,7 +223,7 @@ TEST(Formulas, GoWhenTheirDimensionIsMeasured) {
 }
 
 TEST(Formulas, LeaveTheirValueBehindWhenWhatTheyNameIsDeleted) {
-    Session session(plate());
+    Session session(formulaPlate());
     doAll(session, {"set w = h * 2", "parameter double = h * 2", "parameter half = double / 4"});
     const EditResult& result = session.apply("delete h");
     EXPECT_EQ(result.outcome.error, "");
@@ -254,7 +238,7 @@ TEST(Formulas, LeaveTheirValueBehindWhenWhatTheyNameIsDeleted) {
 }
 
 TEST(Formulas, LeaveTheirValueBehindWhenACutTakesWhatTheyName) {
-    Session session(plate());
+    Session session(formulaPlate());
     doAll(session, {"set w = h * 2", "break right at 40,5 to 40,8"});
     EXPECT_EQ(constraintNamed(session.document(), "h").id, "");
     EXPECT_EQ(constraintNamed(session.document(), "w").formula, "");
@@ -262,7 +246,7 @@ TEST(Formulas, LeaveTheirValueBehindWhenACutTakesWhatTheyName) {
 }
 
 TEST(Parameters, AreDeletedWhereNoFormulaUsesThem) {
-    Session session(plate());
+    Session session(formulaPlate());
     doAll(session, {"parameter width = 80", "parameter spare = 3", "set w = width / 2", "delete spare"});
     EXPECT_EQ(errorOf(session, "delete width"),
               "width is used by w (= width / 2); give these other formulas or numbers first");
@@ -274,7 +258,7 @@ TEST(Parameters, AreDeletedWhereNoFormulaUsesThem) {
 }
 
 TEST(Parameters, AreNoNamesForAnythingElse) {
-    Session session(plate());
+    Session session(formulaPlate());
     doAll(session, {"parameter width = 80"});
     EXPECT_THAT(errorOf(session, "draw point 1,1 as width"),
                 ::testing::HasSubstr("the drawing has a parameter width already; choose another name"));
@@ -283,7 +267,7 @@ TEST(Parameters, AreNoNamesForAnythingElse) {
 }
 
 TEST(Formulas, ComeBackFromAFileAsTheyWereWritten) {
-    Session session(plate());
+    Session session(formulaPlate());
     doAll(session, {"parameter width = 80", "parameter edge = width / 2 + 3 mm", "set w = edge"});
     const Document& document = session.document();
     const std::string text = formats::jsonText(document);

@@ -49,6 +49,19 @@ inline const Entity& entityNamed(const Document& document, const std::string& id
     return none;
 }
 
+inline const Constraint& constraintNamed(const Document& document, const std::string& id) {
+    for (const Constraint& constraint : document.constraints)
+        if (constraint.id == id)
+            return constraint;
+    static const Constraint none;
+    return none;
+}
+
+/// Why an edit was refused; empty: it was done.
+inline std::string errorOf(Session& session, const std::string& edit) {
+    return session.apply(edit).outcome.error;
+}
+
 inline LineShape lineOf(const Session& session, const std::string& name) {
     return std::get<LineShape>(entityNamed(session.document(), name).shape);
 }
