@@ -237,7 +237,9 @@ bool HostDrag::keepShapes(const EditRequest& request) {
                                               .keepsShapes = true,
                                               .patience = m_miss > 0.0 ? Patience::way : Patience::once,
                                               .namesConflicts = false});
-    if (!result.isSolved() || isTurnedOver(shaped.values))
+    const bool fellShort = m_miss > kHolds * m_drawn.size();
+    if (!result.isSolved() || (isTurnedOver(shaped.values, m_host.sketch.values) &&
+                               (!fellShort || isTurnedOver(shaped.values, m_drawn.values))))
         return false;
     const std::vector<double> followed = std::exchange(m_host.sketch.values, shaped.values);
     if (m_host.isCut && m_host.reachesBorder()) {
@@ -248,15 +250,15 @@ bool HostDrag::keepShapes(const EditRequest& request) {
     return true;
 }
 
-/// True where a line points away from where the last step has led it: the drag has gone over to a branch that is not to
-/// be left when it ends.
-bool HostDrag::isTurnedOver(const std::vector<double>& values) const {
+/// True where a line points away from where it was: the last step has gone over to a branch that is not to be left when
+/// the drag ends, unless it fell short there and the lines are as they were drawn.
+bool HostDrag::isTurnedOver(const std::vector<double>& values, const std::vector<double>& before) const {
     const auto along = [](const std::vector<double>& of, std::size_t v) {
         return Vec2{of[v + 2] - of[v], of[v + 3] - of[v + 1]};
     };
     return std::any_of(m_drawn.entities.begin(), m_drawn.entities.end(), [&](const SketchEntity& entity) {
         const std::size_t v = at(entity.firstValue);
-        return entity.kind == EntityKind::line && dot(along(values, v), along(m_host.sketch.values, v)) < 0.0;
+        return entity.kind == EntityKind::line && dot(along(values, v), along(before, v)) < 0.0;
     });
 }
 

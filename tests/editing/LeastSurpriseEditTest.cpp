@@ -97,6 +97,17 @@ TEST(LeastSurpriseEdit, LeavesTheChamferOfABracketOnItsSide) {
     EXPECT_NEAR(lineOf(session, "top").start.x, 30.0, 1e-7);
 }
 
+TEST(LeastSurpriseEdit, TakesABracketAlongInOneLongStrideOfADrag) {
+    Session session(bracket());
+    EXPECT_EQ(session.apply("delete c0 c18").outcome.error, "");
+    const EditResult result = session.apply("drag base.end by 0,80");
+    EXPECT_EQ(result.outcome.error, "");
+    EXPECT_EQ(result.outcome.shortfall.by, 0.0);
+    EXPECT_NEAR(lineOf(session, "base").end.y, 80.0, 1e-7);
+    EXPECT_NEAR(lineOf(session, "top").end.y, 120.0, 1e-7);
+    EXPECT_EQ(resized(session), "");
+}
+
 TEST(LeastSurpriseEdit, IsNotStoppedByAPartThatContradictsItself) {
     Document document = twoLines(ConstraintType::equal);
     document.constraints = {constraintOf("c0", ConstraintType::horizontal, {{"a"}}),
