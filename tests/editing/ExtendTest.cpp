@@ -58,6 +58,19 @@ TEST(ExtendEdit, OfAPolylineJudgesItsOutermostSegmentOnly) {
     EXPECT_EQ(session.document().constraints[1].refs[0], (Place{"p", segment, 1}));
 }
 
+TEST(ExtendEdit, TakesLinesThatDifferByRoundingForParallel) {
+    for (const double off : {1e-11, 4e-9, 1e-6}) {
+        Document document;
+        document.entities = {lineEntity("a", {0, 5}, {10, 5 + off}), lineEntity("axis", {-10, 0}, {20, 0})};
+        Session session(document);
+        const std::string error = session.apply("extend a start to axis").outcome.error;
+        EXPECT_TRUE(error.starts_with("a and axis are as good as parallel: they would meet ") ||
+                    error.starts_with("the start of a does not meet axis however far it is extended"))
+            << off << ": " << error;
+        EXPECT_EQ(session.document().entities[0].shape, document.entities[0].shape);
+    }
+}
+
 TEST(ExtendEdit, RefusesWithAReasonAndChangesNothing) {
     Document document = frameBesideWalls();
     document.entities.push_back(shapeEntity("disc", CircleShape{{50, 0}, 1}));

@@ -74,12 +74,24 @@ TEST(FilletParallelSegments, OfTwoPolylinesJoinsThem) {
     EXPECT_EQ(verticesOf(session, "a"), "-5,-5 0,0 10,0^1 10,4 0,4 -5,9");
 }
 
+TEST(FilletParallelLines, AreRefusedWhereTheyMeetFarOutOfTheDrawing) {
+    const RefusedEdit rows[] = {
+        {"fillet a b radius 1", "a and b are as good as parallel: they would meet 2e+06 away"},
+        {"fillet a b radius 0", "a and b are as good as parallel: they would meet 4e+06 away"},
+    };
+    Document document = parallels(LineShape{{0, 0}, {10, 0}}, LineShape{{2, 4}, {12, 4 + 1e-5}});
+    document.constraints.clear();
+    expectRefused(document, rows);
+}
+
 TEST(FilletParallelLines, AreRefusedWithTheRadiusThatTheyTake) {
     const RefusedEdit rows[] = {
         {"fillet a b radius 1", "a and b are parallel; only a half circle joins them, with radius 2"},
         {"fillet a b radius 0", "a and b are parallel; only a half circle joins them, with radius 2"},
     };
     expectRefused(parallels(LineShape{{0, 0}, {10, 0}}, LineShape{{2, 4}, {12, 4}}), rows);
+    for (const double off : {1e-11, 4e-9})
+        expectRefused(parallels(LineShape{{0, 0}, {10, 0}}, LineShape{{2, 4}, {12, 4 + off}}), rows);
     const RefusedEdit endless[] = {
         {"fillet a b radius 2",
          "no arc of radius 2 touches both a and b; choose another radius or curves that are not parallel"}};

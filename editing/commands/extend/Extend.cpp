@@ -3,6 +3,7 @@
 #include "commands/extend/ConstraintExtendCmdCenter.h"
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
+#include "editing/FarPlaces.h"
 #include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
@@ -100,7 +101,12 @@ void require(const Extend& edit, const Drawing& drawing) {
 }
 
 void perform(const Extend& edit, EditContext& context) {
-    moveEnd(context, edit.entity.value, edit.end, resolved(edit, context.drawing));
+    const Extension meeting = resolved(edit, context.drawing);
+    const std::string& name = edit.entity.value;
+    const Shape shape = context.drawing.shape(name);
+    refuseFarMeeting(context, edit.end == CurveEnd::start ? startPoint(shape) : endPoint(shape), meeting.point, name,
+                     edit.to.size() == 1 ? edit.to.front().value : "any of the boundaries");
+    moveEnd(context, name, edit.end, meeting);
 }
 
 }  // namespace holdfast::editing

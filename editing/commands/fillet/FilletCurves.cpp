@@ -2,8 +2,18 @@
 
 #include "commands/fillet/ConstraintFilletCmdCenter.h"
 #include "editing/Evaluation.h"
+#include "editing/FarPlaces.h"
+#include "geometry/curves/Parameters.h"
 
 namespace holdfast::editing {
+
+namespace {
+
+std::optional<Vec2> endOf(const Shape& shape, CurveEnd end) {
+    return end == CurveEnd::start ? startPoint(shape) : endPoint(shape);
+}
+
+}  // namespace
 
 void addFilletArc(EditContext& context, const ArcShape& arc, const std::string& first, const std::string& second) {
     context.drawing.add(arc, context.drawing.isConstruction(first) ? second : first);
@@ -22,6 +32,8 @@ std::string replaceOtherKind(EditContext& context, const FilletSide& side, const
 // Entities that are replaced go first, as their constraints are not for the centre to judge.
 void filletTwoCurves(EditContext& context, const FilletSide& a, const FilletSide& b, double radius) {
     const CurveFillet fillet = filletCurves(a, b, radius);
+    refuseFarMeeting(context, endOf(a.shape, fillet.firstEnd), endOf(fillet.first, fillet.firstEnd), a.name, b.name);
+    refuseFarMeeting(context, endOf(b.shape, fillet.secondEnd), endOf(fillet.second, fillet.secondEnd), a.name, b.name);
     Drawing& drawing = context.drawing;
     context.edited = {a.name, b.name};
     const std::string nameA = replaceOtherKind(context, a, fillet.first);

@@ -169,10 +169,11 @@ bool moves(const FilletSide& side, CurveEnd end) {
 
 std::vector<Joint> jointsOf(const FilletSide& a, const FilletSide& b, double radius) {
     std::vector<Joint> joints = halfCircles(a.shape, b.shape, radius);
-    if (radius == 0.0)
+    const bool meet = !gapOfParallels(a.shape, b.shape);  // where parallels meet is rounding
+    if (meet && radius == 0.0)
         for (const Crossing& crossing : intersect(a.shape, b.shape, Extent::carrier, Extent::carrier))
             joints.push_back(cornerAt(a, b, crossing));
-    else
+    else if (meet)
         for (const TangentCircle& circle : tangentCircles(a.shape, b.shape, radius))
             // Where the curves run smoothly into each other an arc has no length, or so little that it turns nowhere.
             if (distance(circle.pointA, circle.pointB) > std::max(kSamePoint * (1.0 + radius), kStraightOn * radius))
