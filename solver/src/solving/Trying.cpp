@@ -17,9 +17,9 @@ constexpr int kMostReweighted = 4;
 constexpr double kTwisted = 0.5;
 
 /// Tries to keep exactly what weighing alone has not kept, and the unknowns and rows, once for every iteration, that
-/// one of them may have cost for another to follow: a hundredth of a second.
+/// those of one solve may cost together: some hundredths of a second.
 constexpr int kMostKeeping = 24;
-constexpr long kMostKeepingWork = 30'000;
+constexpr long kMostKeepingWork = 60'000;
 
 /// What the sizes that change do more, together, may not be worth that fewer do.
 constexpr double kMostStrain = 2.0;
@@ -102,7 +102,7 @@ Answer Trying::changingFewest(Task task, Answer wished) {
 
 /// As many of these sizes as can be, those in front first, unless then more lengths than the most change.
 void Trying::keepAlso(Task& task, std::span<const int> sizes, Answer& best, std::size_t most) {
-    if (m_keepingTries <= 0 || sizes.empty())
+    if (m_keepingTries <= 0 || m_keepingWork > kMostKeepingWork || sizes.empty())
         return;
     --m_keepingTries;
     const long before = m_work;
@@ -110,8 +110,7 @@ void Trying::keepAlso(Task& task, std::span<const int> sizes, Answer& best, std:
     for (const int size : sizes)
         firm.isFirm[static_cast<std::size_t>(size)] = 1;
     Answer kept = from(best.values, [&] { return once(firm); });
-    if (m_work - before > kMostKeepingWork)
-        m_keepingTries = 0;
+    m_keepingWork += m_work - before;
     if (kept.isSolved() && kept.changedLengths.size() <= std::min(most, best.changedLengths.size()) &&
         kept.strain <= kMostStrain * best.strain && (!m_isShunned || !m_isShunned(kept) || m_isShunned(best))) {
         task = std::move(firm);

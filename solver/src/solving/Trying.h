@@ -73,6 +73,7 @@ private:
     std::function<bool(const Answer&)> m_isShunned;
     double m_secondsBuilding = 0.0;
     long m_work = 0;
+    long m_keepingWork = 0;  ///< of that, what keeping more sizes exactly has cost
     int m_keepingTries = 0;  ///< that are left
 };
 
