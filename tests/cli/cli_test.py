@@ -375,7 +375,7 @@ class Program(unittest.TestCase):
         result = self.run_program("run", script, "--json")
         self.assertEqual(result.returncode, REFUSED)
         one, two = json.loads(result.stdout)["drawings"]
-        self.assertEqual((one["done"], one["edits"], one["totals"]["constraints"]["deleted"]), (1, 1, 1))
+        self.assertEqual((one["done"], one["edits"], one["totals"]["constraints"]["re-pointed"]), (1, 1, 1))
         self.assertEqual((two["done"], two["edits"]), (0, 1))
         self.assertTrue(two["error"].startswith("line 4, break a at 4,9: "), two["error"])
 
