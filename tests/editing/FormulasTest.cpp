@@ -14,14 +14,14 @@
 namespace holdfast::editing {
 namespace {
 
-Constraint dimension(std::string id, ConstraintType type, std::vector<Place> refs, double value) {
+Constraint dimensionOf(std::string id, ConstraintType type, std::vector<Place> refs, double value) {
     Constraint made = constraintOf(std::move(id), type, std::move(refs));
     made.value = value;
     return made;
 }
 
 /// A rectangle of 40 by 20 with one corner at the origin; w is the length of its bottom, h that of its right side.
-Document plate() {
+Document sizedPlate() {
     Document document;
     document.name = "plate";
     document.entities = {lineEntity("bottom", {0, 0}, {40, 0}), lineEntity("right", {40, 0}, {40, 20}),
@@ -36,12 +36,12 @@ Document plate() {
     document.constraints.push_back(constraintOf("v0", ConstraintType::vertical, {{"right"}}));
     document.constraints.push_back(constraintOf("h1", ConstraintType::horizontal, {{"top"}}));
     document.constraints.push_back(constraintOf("v1", ConstraintType::vertical, {{"left"}}));
-    document.constraints.push_back(dimension("w", ConstraintType::distance, {{"bottom"}}, 40.0));
-    document.constraints.push_back(dimension("h", ConstraintType::distance, {{"right"}}, 20.0));
+    document.constraints.push_back(dimensionOf("w", ConstraintType::distance, {{"bottom"}}, 40.0));
+    document.constraints.push_back(dimensionOf("h", ConstraintType::distance, {{"right"}}, 20.0));
     return document;
 }
 
-const Constraint& constraintNamed(const Document& document, const std::string& id) {
+const Constraint& constraintIn(const Document& document, const std::string& id) {
     for (const Constraint& constraint : document.constraints)
         if (constraint.id == id)
             return constraint;
@@ -49,26 +49,22 @@ const Constraint& constraintNamed(const Document& document, const std::string& i
     return none;
 }
 
-std::string errorOf(Session& session, const std::string& edit) {
+std::string refusalIn(Session& session, const std::string& edit) {
     return session.apply(edit).outcome.error;
 }
 
-void doAll(Session& session, const std::vector<std::string>& edits) {
+void doEach(Session& session, const std::vector<std::string>& edits) {
     for (const std::string& edit : edits)
-        EXPECT_EQ(errorOf(session, edit), "") << edit;
+        EXPECT_EQ(refusalIn(session, edit), "") << edit;
     checkDocument(session.document(), "drawing");
 }
 
-double valueOf(const Session& session, const std::string& id) {
-    return constraintNamed(session.document(), id).value.value_or(std::nan(""));
-}
-
-LineShape lineOf(const Session& session, const std::string& name) {
-    return std::get<LineShape>(entityNamed(session.document(), name).shape);
+double valueIn(const Session& session, const std::string& id) {
+    return constraintIn(session.document(), id).value.value_or(std::nan(""));
 }
 
 /// "changed w 40 -> 43", ...
-std::string fatesOf(const EditResult& result) {
+std::string fatesTold(const EditResult& result) {
     std::string text;
     for (const ConstraintOutcome& outcome : result.fates.constraints)
         text += (text.empty() ? "" : "; ") + std::string(fateName(outcome.fate)) + " " + outcome.constraint + " " +
@@ -77,55 +73,55 @@ std::string fatesOf(const EditResult& result) {
 }
 
 TEST(Formulas, GiveADimensionItsValue) {
-    Session session(plate());
-    doAll(session, {"parameter width = 80", "set w = width / 2 + 3 mm"});
-    EXPECT_EQ(valueOf(session, "w"), 43.0);
-    EXPECT_EQ(constraintNamed(session.document(), "w").formula, "width / 2 + 3 mm");
+    Session session(sizedPlate());
+    doEach(session, {"parameter width = 80", "set w = width / 2 + 3 mm"});
+    EXPECT_EQ(valueIn(session, "w"), 43.0);
+    EXPECT_EQ(constraintIn(session.document(), "w").formula, "width / 2 + 3 mm");
     EXPECT_NEAR(lineOf(session, "right").start.x, 43.0, 1e-9);
     EXPECT_EQ(session.document().parameters, (std::vector<Parameter>{{"width", "80", 80.0}}));
 }
 
 TEST(Formulas, FollowAParameterInOneEditThatUndoTakesBack) {
-    Session session(plate());
-    doAll(session, {"parameter width = 80", "set w = width / 2", "set h = w / 4 + 10"});
+    Session session(sizedPlate());
+    doEach(session, {"parameter width = 80", "set w = width / 2", "set h = w / 4 + 10"});
     const Document before = session.document();
     const EditResult& result = session.apply("parameter width = 100");
     EXPECT_EQ(result.outcome.error, "");
-    EXPECT_EQ(fatesOf(result), "changed w 40 -> 50 = width / 2; changed h 20 -> 22.5 = w / 4 + 10");
+    EXPECT_EQ(fatesTold(result), "changed w 40 -> 50 = width / 2; changed h 20 -> 22.5 = w / 4 + 10");
     EXPECT_NEAR(lineOf(session, "top").start.x, 50.0, 1e-9);
     EXPECT_NEAR(lineOf(session, "top").start.y, 22.5, 1e-9);
     const Document after = session.document();
-    doAll(session, {"undo"});
+    doEach(session, {"undo"});
     EXPECT_EQ(session.document(), before);
-    doAll(session, {"redo"});
+    doEach(session, {"redo"});
     EXPECT_EQ(session.document(), after);
-    EXPECT_EQ(session.original(), plate());
+    EXPECT_EQ(session.original(), sizedPlate());
 }
 
 TEST(Formulas, FollowADimensionThatTheyName) {
-    Session session(plate());
-    doAll(session, {"set h = w / 2"});
+    Session session(sizedPlate());
+    doEach(session, {"set h = w / 2"});
     const EditResult& result = session.apply("set w 60");
-    EXPECT_EQ(fatesOf(result), "changed w 40 -> 60; changed h 20 -> 30 = w / 2");
+    EXPECT_EQ(fatesTold(result), "changed w 40 -> 60; changed h 20 -> 30 = w / 2");
     EXPECT_NEAR(lineOf(session, "top").start.y, 30.0, 1e-9);
 }
 
 TEST(Formulas, FollowAMeasuredDimensionWhateverChangesIt) {
-    Session session(plate());
-    doAll(session, {"set w measured", "set h = w / 2", "drag right by 10,0"});
-    EXPECT_NEAR(valueOf(session, "w"), 50.0, 1e-9);
-    EXPECT_NEAR(valueOf(session, "h"), 25.0, 1e-9);
+    Session session(sizedPlate());
+    doEach(session, {"set w measured", "set h = w / 2", "drag right by 10,0"});
+    EXPECT_NEAR(valueIn(session, "w"), 50.0, 1e-9);
+    EXPECT_NEAR(valueIn(session, "h"), 25.0, 1e-9);
     EXPECT_NEAR(lineOf(session, "top").start.y, 25.0, 1e-9);
 }
 
 TEST(Formulas, NameDimensionsAsTheirAuthorsDo) {
-    Document document = plate();
+    Document document = sizedPlate();
     document.constraints[9].name = "wall length";
     Session session(document);
-    doAll(session, {"set h = \"wall length\" / 4"});
-    EXPECT_EQ(valueOf(session, "h"), 10.0);
-    doAll(session, {"set \"wall length\" 60"});
-    EXPECT_EQ(valueOf(session, "h"), 15.0);
+    doEach(session, {"set h = \"wall length\" / 4"});
+    EXPECT_EQ(valueIn(session, "h"), 10.0);
+    doEach(session, {"set \"wall length\" 60"});
+    EXPECT_EQ(valueIn(session, "h"), 15.0);
 }
 
 TEST(Formulas, TurnAnglesByDegrees) {
@@ -136,25 +132,25 @@ TEST(Formulas, TurnAnglesByDegrees) {
         constraintOf("f", ConstraintType::fixed, {{"a"}}),
         constraintOf("c", ConstraintType::coincident, {{"a", PlaceKind::start}, {"b", PlaceKind::start}})};
     Session session(document);
-    doAll(session, {"parameter tilt = 20", "constrain angle a b as open", "set open = tilt + 10 deg"});
-    EXPECT_NEAR(valueOf(session, "open"), 30.0 * 3.14159265358979 / 180.0, 1e-12);
-    EXPECT_THAT(errorOf(session, "set open = 5 mm"),
+    doEach(session, {"parameter tilt = 20", "constrain angle a b as open", "set open = tilt + 10 deg"});
+    EXPECT_NEAR(valueIn(session, "open"), 30.0 * 3.14159265358979 / 180.0, 1e-12);
+    EXPECT_THAT(refusalIn(session, "set open = 5 mm"),
                 ::testing::HasSubstr("column 12: it comes to a length; open is an angle"));
 }
 
 TEST(Formulas, ComeWithANewDimension) {
-    Document document = plate();
+    Document document = sizedPlate();
     document.constraints.pop_back();
     Session session(document);
-    doAll(session, {"parameter width=80", "constrain distance right as tall = width / 4 + 5"});
-    EXPECT_EQ(valueOf(session, "tall"), 25.0);
-    EXPECT_EQ(constraintNamed(session.document(), "tall").formula, "width / 4 + 5");
-    doAll(session, {"parameter width = 40"});
-    EXPECT_EQ(valueOf(session, "tall"), 15.0);
+    doEach(session, {"parameter width=80", "constrain distance right as tall = width / 4 + 5"});
+    EXPECT_EQ(valueIn(session, "tall"), 25.0);
+    EXPECT_EQ(constraintIn(session.document(), "tall").formula, "width / 4 + 5");
+    doEach(session, {"parameter width = 40"});
+    EXPECT_EQ(valueIn(session, "tall"), 15.0);
 }
 
 TEST(Formulas, ArePointedAtWhereTheyAreWrong) {
-    Document document = plate();
+    Document document = sizedPlate();
     document.parameters = {{"width", "80", 80.0}, {"none", "0", 0.0}};
     const RefusedEdit rows[] = {
         {"set w = widht / 2",
@@ -197,53 +193,54 @@ TEST(Formulas, ArePointedAtWhereTheyAreWrong) {
 }
 
 TEST(Formulas, TellInWhoseFormulaAFaultIs) {
-    Session session(plate());
-    doAll(session, {"parameter gap = 4", "set w = 160 / gap"});
-    EXPECT_EQ(errorOf(session, "parameter gap = 0"), "the formula of w, \"160 / gap\", column 5: division by zero");
-    EXPECT_EQ(errorOf(session, "parameter gap = 2 deg"),
+    Session session(sizedPlate());
+    doEach(session, {"parameter gap = 4", "set w = 160 / gap"});
+    EXPECT_EQ(refusalIn(session, "parameter gap = 0"), "the formula of w, \"160 / gap\", column 5: division by zero");
+    EXPECT_EQ(refusalIn(session, "parameter gap = 2 deg"),
               "the formula of w, \"160 / gap\", column 1: it comes to an angle to the power of -1; w is a length");
-    EXPECT_EQ(errorOf(session, "parameter gap = w"),
+    EXPECT_EQ(refusalIn(session, "parameter gap = w"),
               "the formula of w, \"160 / gap\", column 7: gap would be calculated from itself (gap -> w -> gap)");
     EXPECT_EQ(session.document().parameters, (std::vector<Parameter>{{"gap", "4", 4.0}}));
 }
 
 TEST(Formulas, AreRefusedWhereTheConstraintsDoNotLetThem) {
-    Session session(plate());
-    doAll(session, {"parameter width = 40", "set w = width"});
-    EXPECT_EQ(errorOf(session, "constrain distance top anyway as t"), "");
-    EXPECT_FALSE(constraintNamed(session.document(), "t").driving);
+    Session session(sizedPlate());
+    doEach(session, {"parameter width = 40", "set w = width"});
+    EXPECT_EQ(refusalIn(session, "constrain distance top anyway as t"), "");
+    EXPECT_FALSE(constraintIn(session.document(), "t").driving);
     const Document before = session.document();
-    EXPECT_EQ(errorOf(session, "set t = width"), "t is measured and follows the drawing; say \"set t driving\" first");
-    EXPECT_EQ(errorOf(session, "parameter width = -4"),
+    EXPECT_EQ(refusalIn(session, "set t = width"),
+              "t is measured and follows the drawing; say \"set t driving\" first");
+    EXPECT_EQ(refusalIn(session, "parameter width = -4"),
               "w cannot be -4.0; give a distance of 0 or more; distance_x and distance_y have signs");
     EXPECT_EQ(session.document(), before);
 }
 
 TEST(Formulas, GiveWayToANumber) {
-    Session session(plate());
-    doAll(session, {"parameter width = 80", "set w = width / 2"});
+    Session session(sizedPlate());
+    doEach(session, {"parameter width = 80", "set w = width / 2"});
     const EditResult& result = session.apply("set w 24");
-    EXPECT_EQ(fatesOf(result), "changed w 40 -> 24, its formula width / 2 is gone");
-    EXPECT_EQ(constraintNamed(session.document(), "w").formula, "");
-    doAll(session, {"set w = width / 4", "set w = 30"});
-    EXPECT_EQ(constraintNamed(session.document(), "w").formula, "");
-    EXPECT_EQ(valueOf(session, "w"), 30.0);
+    EXPECT_EQ(fatesTold(result), "changed w 40 -> 24, its formula width / 2 is gone");
+    EXPECT_EQ(constraintIn(session.document(), "w").formula, "");
+    doEach(session, {"set w = width / 4", "set w = 30"});
+    EXPECT_EQ(constraintIn(session.document(), "w").formula, "");
+    EXPECT_EQ(valueIn(session, "w"), 30.0);
 }
 
 TEST(Formulas, GoWhenTheirDimensionIsMeasured) {
-    Session session(plate());
-    doAll(session, {"set w = h * 2"});
-    EXPECT_EQ(fatesOf(session.apply("set w measured")), "changed w it is measured now, its formula h * 2 is gone");
-    doAll(session, {"set w driving"});
-    EXPECT_EQ(constraintNamed(session.document(), "w").formula, "");
+    Session session(sizedPlate());
+    doEach(session, {"set w = h * 2"});
+    EXPECT_EQ(fatesTold(session.apply("set w measured")), "changed w it is measured now, its formula h * 2 is gone");
+    doEach(session, {"set w driving"});
+    EXPECT_EQ(constraintIn(session.document(), "w").formula, "");
 }
 
 TEST(Formulas, LeaveTheirValueBehindWhenWhatTheyNameIsDeleted) {
-    Session session(plate());
-    doAll(session, {"set w = h * 2", "parameter double = h * 2", "parameter half = double / 4"});
+    Session session(sizedPlate());
+    doEach(session, {"set w = h * 2", "parameter double = h * 2", "parameter half = double / 4"});
     const EditResult& result = session.apply("delete h");
     EXPECT_EQ(result.outcome.error, "");
-    EXPECT_EQ(fatesOf(result),
+    EXPECT_EQ(fatesTold(result),
               "changed w its formula h * 2 named h, which is gone; 40 stays as a plain number; "
               "deleted h deleted as asked");
     EXPECT_THAT(result.outcome.remarks,
@@ -254,37 +251,37 @@ TEST(Formulas, LeaveTheirValueBehindWhenWhatTheyNameIsDeleted) {
 }
 
 TEST(Formulas, LeaveTheirValueBehindWhenACutTakesWhatTheyName) {
-    Session session(plate());
-    doAll(session, {"set w = h * 2", "break right at 40,5 to 40,8"});
-    EXPECT_EQ(constraintNamed(session.document(), "h").id, "");
-    EXPECT_EQ(constraintNamed(session.document(), "w").formula, "");
-    EXPECT_EQ(valueOf(session, "w"), 40.0);
+    Session session(sizedPlate());
+    doEach(session, {"set w = h * 2", "break right at 40,5 to 40,8"});
+    EXPECT_EQ(constraintIn(session.document(), "h").id, "");
+    EXPECT_EQ(constraintIn(session.document(), "w").formula, "");
+    EXPECT_EQ(valueIn(session, "w"), 40.0);
 }
 
 TEST(Parameters, AreDeletedWhereNoFormulaUsesThem) {
-    Session session(plate());
-    doAll(session, {"parameter width = 80", "parameter spare = 3", "set w = width / 2", "delete spare"});
-    EXPECT_EQ(errorOf(session, "delete width"),
+    Session session(sizedPlate());
+    doEach(session, {"parameter width = 80", "parameter spare = 3", "set w = width / 2", "delete spare"});
+    EXPECT_EQ(refusalIn(session, "delete width"),
               "width is used by w (= width / 2); give these other formulas or numbers first");
-    doAll(session, {"delete width w"});
+    doEach(session, {"delete width w"});
     EXPECT_TRUE(session.document().parameters.empty());
-    doAll(session, {"undo"});
+    doEach(session, {"undo"});
     EXPECT_EQ(session.document().parameters.size(), 1u);
-    EXPECT_EQ(constraintNamed(session.document(), "w").formula, "width / 2");
+    EXPECT_EQ(constraintIn(session.document(), "w").formula, "width / 2");
 }
 
 TEST(Parameters, AreNoNamesForAnythingElse) {
-    Session session(plate());
-    doAll(session, {"parameter width = 80"});
-    EXPECT_THAT(errorOf(session, "draw point 1,1 as width"),
+    Session session(sizedPlate());
+    doEach(session, {"parameter width = 80"});
+    EXPECT_THAT(refusalIn(session, "draw point 1,1 as width"),
                 ::testing::HasSubstr("the drawing has a parameter width already; choose another name"));
-    EXPECT_THAT(errorOf(session, "constrain vertical left as width"),
+    EXPECT_THAT(refusalIn(session, "constrain vertical left as width"),
                 ::testing::HasSubstr("the drawing has a parameter width already; choose another name"));
 }
 
 TEST(Formulas, ComeBackFromAFileAsTheyWereWritten) {
-    Session session(plate());
-    doAll(session, {"parameter width = 80", "parameter edge = width / 2 + 3 mm", "set w = edge"});
+    Session session(sizedPlate());
+    doEach(session, {"parameter width = 80", "parameter edge = width / 2 + 3 mm", "set w = edge"});
     const Document& document = session.document();
     const std::string text = formats::jsonText(document);
     EXPECT_EQ(formats::readJson(text, "plate.json"), document);
@@ -308,12 +305,12 @@ TEST(Formulas, MirrorWithTheSenseOfTheirDimension) {
     document.entities = {lineEntity("a", {0, 0}, {10, 0}), lineEntity("b", {0, 0}, {0, 10})};
     document.constraints = {
         constraintOf("c", ConstraintType::coincident, {{"a", PlaceKind::start}, {"b", PlaceKind::start}}),
-        dimension("turn", ConstraintType::angle, {{"a"}, {"b"}}, 3.14159265358979323846 / 2.0)};
+        dimensionOf("turn", ConstraintType::angle, {{"a"}, {"b"}}, 3.14159265358979323846 / 2.0)};
     Session session(document);
-    doAll(session, {"parameter open = 90 deg", "set turn = open", "mirror a b about 0,0 1,0"});
-    EXPECT_EQ(constraintNamed(session.document(), "turn").formula, "-(open)");
-    doAll(session, {"parameter open = 60 deg"});
-    EXPECT_NEAR(valueOf(session, "turn"), -3.14159265358979323846 / 3.0, 1e-12);
+    doEach(session, {"parameter open = 90 deg", "set turn = open", "mirror a b about 0,0 1,0"});
+    EXPECT_EQ(constraintIn(session.document(), "turn").formula, "-(open)");
+    doEach(session, {"parameter open = 60 deg"});
+    EXPECT_NEAR(valueIn(session, "turn"), -3.14159265358979323846 / 3.0, 1e-12);
 }
 
 }  // namespace
