@@ -19,7 +19,7 @@ const std::map<std::string, Quantity> kValues = {
     {"m", {7.0, 1, 0}}, {"zero", {0.0, 1, 0}},
 };
 
-Quantity valueOf(std::string_view text, std::string_view unit = "mm") {
+Quantity formulaValueOf(std::string_view text, std::string_view unit = "mm") {
     return Formula(text).value(unit, [](const Formula::NameInIt& name) {
         const auto found = kValues.find(name.name);
         if (found == kValues.end())
@@ -28,9 +28,9 @@ Quantity valueOf(std::string_view text, std::string_view unit = "mm") {
     });
 }
 
-std::string errorOf(std::string_view text) {
+std::string formulaErrorOf(std::string_view text) {
     try {
-        valueOf(text);
+        formulaValueOf(text);
         return "none";
     } catch (const FormulaError& error) {
         return std::to_string(error.column()) + ": " + error.message() + error.hint();
@@ -38,7 +38,7 @@ std::string errorOf(std::string_view text) {
 }
 
 void expectValue(std::string_view text, const Quantity& expected, std::string_view unit = "mm") {
-    const Quantity found = valueOf(text, unit);
+    const Quantity found = formulaValueOf(text, unit);
     EXPECT_NEAR(found.value, expected.value, 1e-12 * std::max(1.0, std::abs(expected.value))) << text;
     EXPECT_TRUE(found.measuresAs(expected)) << text << " is " << spokenKind(found);
 }
@@ -66,7 +66,7 @@ TEST(Formula, KnowsLengthsInEveryUnit) {
     expectValue("(3/8) in", {9.525, 1, 0});
     expectValue("3 mm^2", {3, 2, 0});
     expectValue("(3 mm)^2", {9, 2, 0});
-    EXPECT_EQ(valueOf("1 in").value, 25.4);
+    EXPECT_EQ(formulaValueOf("1 in").value, 25.4);
 }
 
 TEST(Formula, TakesPlainNumbersForLengthsInTheDrawingsUnitAndForDegrees) {
@@ -87,8 +87,8 @@ TEST(Formula, CalculatesWithAngles) {
     expectValue("atan2(side, side)", {kPi / 4, 0, 1});
     expectValue("30 deg", {kPi / 6, 0, 1});
     expectValue("30\u00B0", {kPi / 6, 0, 1});
-    EXPECT_EQ(valueOf("cos(90)").value, 0.0);
-    EXPECT_EQ(valueOf("sin(180)").value, 0.0);
+    EXPECT_EQ(formulaValueOf("cos(90)").value, 0.0);
+    EXPECT_EQ(formulaValueOf("sin(180)").value, 0.0);
 }
 
 TEST(Formula, NamesInQuotesWhatIsNoWordOrAUnit) {
@@ -141,16 +141,16 @@ TEST(Formula, PointsAtWhatIsWrongInIt) {
         {"1 # 2", "3: found \"#\", which means nothing in a formula"},
     };
     for (const auto& [text, error] : rows)
-        EXPECT_EQ(errorOf(text), error) << text;
+        EXPECT_EQ(formulaErrorOf(text), error) << text;
 }
 
 TEST(Formula, IsRefusedWhereItIsTooDeepOrTooLong) {
-    EXPECT_EQ(errorOf(std::string(100, '(') + "1" + std::string(100, ')')), "65: nested more than 64 deep");
-    EXPECT_EQ(errorOf(std::string(100, '-') + "1"), "65: nested more than 64 deep");
+    EXPECT_EQ(formulaErrorOf(std::string(100, '(') + "1" + std::string(100, ')')), "65: nested more than 64 deep");
+    EXPECT_EQ(formulaErrorOf(std::string(100, '-') + "1"), "65: nested more than 64 deep");
     std::string sum = "1";
     for (int i = 0; i < 600; ++i)
         sum += "+1";
-    EXPECT_EQ(errorOf(sum), "1000: longer than 1000 signs; part it into parameters");
+    EXPECT_EQ(formulaErrorOf(sum), "1000: longer than 1000 signs; part it into parameters");
 }
 
 TEST(Formula, TellsTheNamesInItWithTheirColumns) {
@@ -171,21 +171,21 @@ TEST(FormulaName, IsAWordThatMeansNothingElse) {
         EXPECT_NE(faultInFormulaName(name), "") << name;
 }
 
-Document drawingWith(std::vector<Parameter> parameters) {
+Document calculatedDrawing(std::vector<Parameter> parameters) {
     Document document;
     document.parameters = std::move(parameters);
     return document;
 }
 
 TEST(Calculation, FollowsFormulasThroughEachOther) {
-    const Document document = drawingWith({{"a", "b / 2"}, {"b", "c + 4"}, {"c", "16"}});
+    const Document document = calculatedDrawing({{"a", "b / 2"}, {"b", "c + 4"}, {"c", "16"}});
     Calculation calculation = calculationOver(document);
     EXPECT_EQ(calculation.value(itemOf(document.parameters[0])).value, 10.0);
     EXPECT_EQ(calculation.value(itemOf(document.parameters[1])).value, 20.0);
 }
 
 TEST(Calculation, TellsWhichFormulasGoRoundInACircle) {
-    const Document document = drawingWith({{"a", "b / 2"}, {"b", "1 + c"}, {"c", "2 * a"}});
+    const Document document = calculatedDrawing({{"a", "b / 2"}, {"b", "1 + c"}, {"c", "2 * a"}});
     try {
         calculationOver(document).value(itemOf(document.parameters[0]));
         ADD_FAILURE();
@@ -197,7 +197,7 @@ TEST(Calculation, TellsWhichFormulasGoRoundInACircle) {
 }
 
 TEST(Calculation, SuggestsANameThatIsNear) {
-    const Document document = drawingWith({{"width", "80"}, {"half", "widht / 2"}});
+    const Document document = calculatedDrawing({{"width", "80"}, {"half", "widht / 2"}});
     try {
         calculationOver(document).value(itemOf(document.parameters[1]));
         ADD_FAILURE();
