@@ -233,8 +233,8 @@ TEST(CopyLinked, SpacesAGridByBothItsFirstSteps) {
 }
 
 TEST(CopyLinked, MovesNothingAndSaysNothingTwice) {
-    const char* edits[] = {"copy a b hole by 0,20 times 2 linked", "copy a b by 5,0 times 3 linked", "copy a b by 12,3 and by 3,15 linked",
-                           "copy a b hole around 0,0 by 90 times 3 linked"};
+    const char* edits[] = {"copy a b hole by 0,20 times 2 linked", "copy a b by 5,0 times 3 linked",
+                           "copy a b by 12,3 and by 3,15 linked", "copy a b hole around 0,0 by 90 times 3 linked"};
     for (const char* edit : edits) {
         Session session(hookDrawing());
         const EditResult& result = session.apply(edit);
