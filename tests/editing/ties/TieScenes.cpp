@@ -27,13 +27,6 @@ std::vector<std::string> partedBy(char mark, std::string_view text) {
     return parts;
 }
 
-const Constraint& constraintNamed(const Document& document, const std::string& id) {
-    for (const Constraint& constraint : document.constraints)
-        if (constraint.id == id)
-            return constraint;
-    throw std::invalid_argument("there is no constraint " + id);
-}
-
 /// "point_on_curve g3.end g7"
 std::string textOf(const Constraint& constraint) {
     std::string text(typeName(constraint.type));
