@@ -141,7 +141,7 @@ void printRefusals(const std::string& folder) {
         refusal.diagnosis = milliseconds([&] {
             const Diagnosis diagnosis = diagnose(sketch);
             refusal.conflicts = diagnosis.conflicts.size();
-            refusal.members = diagnosis.conflicts.empty() ? 0 : diagnosis.conflicts.front().size();
+            refusal.members = diagnosis.conflicts.empty() ? 0 : diagnosis.conflicts.front().constraints.size();
         });
         refusals.push_back(refusal);
     }
