@@ -246,8 +246,8 @@ void Session::run(const Edit& edit, EditContext& context, EditResult& result) {
         result.outcome.remarks = remarksOn(context.shortfall, document(), context.edited);
     finishCommand(context);
     settleOwnConstraints(context, partOf(context.drawing.change(), sizeBefore));
-    followFormulas(context);
     const TieReasons ties = tied(context, edit, sizeBefore);
+    followFormulas(context);
     context.reasons.noteDeleted(context.drawing);
     DrawingChange change = context.drawing.change();
     const EditedPart part = partOf(change, sizeBefore);

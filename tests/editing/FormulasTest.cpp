@@ -9,6 +9,7 @@
 #include "editing/text/Parse.h"
 #include "formats/json/JsonReader.h"
 #include "formats/json/JsonWriter.h"
+#include "tests/editing/BareSession.h"
 #include "tests/editing/Shorthand.h"
 
 namespace holdfast::editing {
@@ -237,8 +238,17 @@ TEST(Formulas, LeaveTheirValueBehindWhenWhatTheyNameIsDeleted) {
     checkDocument(session.document(), "drawing");
 }
 
-TEST(Formulas, LeaveTheirValueBehindWhenACutTakesWhatTheyName) {
+TEST(Formulas, StayWhenATieKeepsWhatTheyName) {
     Session session(formulaPlate());
+    doAll(session, {"set w = h * 2", "break right at 40,5 to 40,8"});
+    EXPECT_EQ(constraintNamed(session.document(), "h").id, "h");
+    EXPECT_EQ(constraintNamed(session.document(), "w").formula, "h * 2");
+    doAll(session, {"set h 25"});
+    EXPECT_EQ(valueOf(session, "w"), 50.0);
+}
+
+TEST(Formulas, LeaveTheirValueBehindWhenACutTakesWhatTheyName) {
+    BareSession session(formulaPlate());
     doAll(session, {"set w = h * 2", "break right at 40,5 to 40,8"});
     EXPECT_EQ(constraintNamed(session.document(), "h").id, "");
     EXPECT_EQ(constraintNamed(session.document(), "w").formula, "");
