@@ -17,10 +17,11 @@ namespace {
 /// does so in one or two rounds.
 constexpr int kRounds = 8;
 
-OtherItems deletedBy(const DrawingChange& change) {
+/// A tie may have made a dimension anew under its id: that is not gone.
+OtherItems deletedBy(const DrawingChange& change, const Drawing& drawing) {
     OtherItems deleted;
     for (const ConstraintChange& each : change.constraints)
-        if (each.before && !each.after && isDimension(each.before->type)) {
+        if (each.before && !each.after && isDimension(each.before->type) && !drawing.hasConstraint(each.before->id)) {
             deleted.emplace(each.before->id, itemOf(*each.before));
             if (!each.before->name.empty())
                 deleted.emplace(each.before->name, itemOf(*each.before));
@@ -77,7 +78,7 @@ public:
 private:
     void freeFrom(const DrawingChange& change) {
         try {
-            freeUsersOf(deletedBy(change));
+            freeUsersOf(deletedBy(change, m_drawing));
             freeChanged(change);
         } catch (const FormulaError& error) {
             refuseFormula(error);
