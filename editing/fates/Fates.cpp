@@ -22,7 +22,10 @@ constexpr const char* kMadeByEdit = "made by the edit";
 /// Why places have other names; the names themselves are told by the moves.
 std::string reasonOfMove(const std::vector<PlaceMove>& moves, const EntityIndex& after) {
     const PlaceMove& move = moves.front();
-    if (move.from.entity == move.to.entity && (move.to.kind == PlaceKind::start || move.to.kind == PlaceKind::end))
+    const bool isAtEnd = move.to.kind == PlaceKind::start || move.to.kind == PlaceKind::end;
+    if (move.from.kind == PlaceKind::whole && isAtEnd)
+        return "it is measured between ends now";
+    if (move.from.entity == move.to.entity && isAtEnd)
         return "start and end of " + move.from.entity + " have changed places";
     if (move.from.entity == move.to.entity)
         return "the segments of " + move.from.entity + " are counted anew";
