@@ -46,7 +46,7 @@ inline const std::vector<std::string>& sweptEdits() {
                                                    "extend beam end to wall",
                                                    "fillet base left radius 1",
                                                    "fillet wire corner 1 radius 2",
-                                                   "fillet wire segments 0 2 radius 1",
+                                                   "fillet wire segments 0 1 radius 1",
                                                    "join base right",
                                                    "lengthen left end by 2",
                                                    "stretch window 9,-1 11,6 by 1,0",
