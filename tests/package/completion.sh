@@ -34,7 +34,7 @@ offers "$drawing" edit examples/drawings/bat
 offers "$drawing" show examples/drawings/bat
 offers "examples/drawings/acrylic-case-top.dxf" infer examples/drawings/acr
 offers "trim ENTITY at POINT by ENTITY...|trim ..." edit "$drawing" '"tri'
-offers "stretch|set" edit "$drawing" '"s'
+offers "stretch|set|scale" edit "$drawing" '"s'
 offers "break ENTITY at POINT [to POINT]|break ..." edit "$drawing" '"br'
 offers "undo" edit "$drawing" un
 offers "redo" edit "$drawing" re
