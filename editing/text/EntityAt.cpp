@@ -22,6 +22,10 @@ namespace {
 /// Parts of the drawing's size beyond which a user may have meant another entity: what is read off a picture is better.
 constexpr double kFar = 0.01;
 
+/// The same, of the drawing with the point: the point is farther from every entity than the drawing is wide, and nobody
+/// can have meant one of them.
+constexpr double kOutside = 0.5;
+
 /// More names than a message bears.
 constexpr std::size_t kMostNames = 4;
 
@@ -64,6 +68,9 @@ EntityAt entityAt(const Drawing& drawing, Vec2 point, std::size_t column) {
         throw RefusedWord({"there is no entity at " + spoken(point), {}, column});
     const double size = distances.size();
     const double least = std::min_element(near.begin(), near.end())->first;
+    if (least > kOutside * size)
+        throw RefusedWord(
+            {"there is no entity near " + spoken(point) + "; the nearest is " + spoken(least) + " away", {}, column});
     std::erase_if(near, [&](const auto& each) { return each.first > least + kSamePoint * size; });
     if (near.size() > 1) {
         std::string names;

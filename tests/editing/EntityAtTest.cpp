@@ -46,6 +46,14 @@ TEST(EntityAtAPoint, IsToldWhenItIsFarAway) {
     EXPECT_EQ(result.outcome.remarks[0], "took hole for the entity at (6, 7), which is 2 away");
 }
 
+TEST(EntityAtAPoint, IsNoneFarOutsideOfTheDrawing) {
+    const RefusedEdit rows[] = {
+        {"erase @100,100",
+         "edit \"erase @100,100\", column 7: there is no entity near (100, 100); the nearest is "
+         "133.358 away, found \"@100,100\""}};
+    expectRefused(hooks(), rows);
+}
+
 TEST(EntityAtAPoint, IsRefusedWhereSeveralAreEquallyNear) {
     const RefusedEdit rows[] = {
         {"erase @0,0",
