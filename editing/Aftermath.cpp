@@ -89,6 +89,18 @@ void forBroken(const EditedPart& part, const std::vector<std::size_t>& doubtful,
     }
 }
 
+/// Adds the driving dimensions that say another thing than before, wherever they are.
+void addRevalued(const EditedPart& part, std::vector<std::size_t>& numbers) {
+    const auto numberBefore = numbersById(part.before);
+    for (std::size_t i = 0; i < part.after.constraints.size(); ++i) {
+        const Constraint& now = part.after.constraints[i];
+        const auto known = numberBefore.find(now.id);
+        if (now.active && now.driving && known != numberBefore.end() &&
+            part.before.constraints[known->second].value != now.value)
+            numbers.push_back(i);
+    }
+}
+
 /// A fixed constraint has no place of its own: it holds wherever its point is, and is true as long as that stays.
 bool isElsewhere(const Constraint& was, const EntityIndex& before, const Constraint& is, const EntityIndex& after,
                  double same) {
@@ -177,8 +189,9 @@ void refuseBoundless(const EditedPart& part, const std::string& lengthUnit) {
 }
 
 void refuseBroken(const EditedPart& part) {
-    const std::vector<std::size_t> kept =
+    std::vector<std::size_t> kept =
         constraintsOnChanged(part.before, part.after, [](const Constraint& constraint) { return constraint.driving; });
+    addRevalued(part, kept);
     forBroken(part, kept, kHeldSurely, kHolds, [](const Constraint& constraint) {
         throw EditError("after it " + spokenConstraint(constraint) +
                         " would be kept and would not hold; delete it first, or choose another value");
