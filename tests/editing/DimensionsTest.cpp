@@ -12,20 +12,7 @@ namespace {
 
 /// A rectangle of 40 by 20 with one corner at the origin, of which both sides have a length.
 Document plate() {
-    Document document;
-    document.name = "plate";
-    document.entities = {lineEntity("bottom", {0, 0}, {40, 0}), lineEntity("right", {40, 0}, {40, 20}),
-                         lineEntity("top", {40, 20}, {0, 20}), lineEntity("left", {0, 20}, {0, 0})};
-    const char* sides[] = {"bottom", "right", "top", "left"};
-    for (int i = 0; i < 4; ++i)
-        document.constraints.push_back(
-            constraintOf("c" + std::to_string(i), ConstraintType::coincident,
-                         {{sides[i], PlaceKind::end}, {sides[(i + 1) % 4], PlaceKind::start}}));
-    document.constraints.push_back(constraintOf("f", ConstraintType::fixed, {{"bottom", PlaceKind::start}}));
-    document.constraints.push_back(constraintOf("h0", ConstraintType::horizontal, {{"bottom"}}));
-    document.constraints.push_back(constraintOf("v0", ConstraintType::vertical, {{"right"}}));
-    document.constraints.push_back(constraintOf("h1", ConstraintType::horizontal, {{"top"}}));
-    document.constraints.push_back(constraintOf("v1", ConstraintType::vertical, {{"left"}}));
+    Document document = plateDrawing();
     Constraint width = constraintOf("w", ConstraintType::distance, {{"bottom"}});
     width.value = 40.0;
     width.name = "width";

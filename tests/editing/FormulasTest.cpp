@@ -15,30 +15,11 @@
 namespace holdfast::editing {
 namespace {
 
-Constraint dimension(std::string id, ConstraintType type, std::vector<Place> refs, double value) {
-    Constraint made = constraintOf(std::move(id), type, std::move(refs));
-    made.value = value;
-    return made;
-}
-
 /// A rectangle of 40 by 20 with one corner at the origin; w is the length of its bottom, h that of its right side.
 Document formulaPlate() {
-    Document document;
-    document.name = "plate";
-    document.entities = {lineEntity("bottom", {0, 0}, {40, 0}), lineEntity("right", {40, 0}, {40, 20}),
-                         lineEntity("top", {40, 20}, {0, 20}), lineEntity("left", {0, 20}, {0, 0})};
-    const char* sides[] = {"bottom", "right", "top", "left"};
-    for (int i = 0; i < 4; ++i)
-        document.constraints.push_back(
-            constraintOf("c" + std::to_string(i), ConstraintType::coincident,
-                         {{sides[i], PlaceKind::end}, {sides[(i + 1) % 4], PlaceKind::start}}));
-    document.constraints.push_back(constraintOf("f", ConstraintType::fixed, {{"bottom", PlaceKind::start}}));
-    document.constraints.push_back(constraintOf("h0", ConstraintType::horizontal, {{"bottom"}}));
-    document.constraints.push_back(constraintOf("v0", ConstraintType::vertical, {{"right"}}));
-    document.constraints.push_back(constraintOf("h1", ConstraintType::horizontal, {{"top"}}));
-    document.constraints.push_back(constraintOf("v1", ConstraintType::vertical, {{"left"}}));
-    document.constraints.push_back(dimension("w", ConstraintType::distance, {{"bottom"}}, 40.0));
-    document.constraints.push_back(dimension("h", ConstraintType::distance, {{"right"}}, 20.0));
+    Document document = plateDrawing();
+    document.constraints.push_back(dimensionOf("w", ConstraintType::distance, {{"bottom"}}, 40.0));
+    document.constraints.push_back(dimensionOf("h", ConstraintType::distance, {{"right"}}, 20.0));
     return document;
 }
 
@@ -302,7 +283,7 @@ TEST(Formulas, MirrorWithTheSenseOfTheirDimension) {
     document.entities = {lineEntity("a", {0, 0}, {10, 0}), lineEntity("b", {0, 0}, {0, 10})};
     document.constraints = {
         constraintOf("c", ConstraintType::coincident, {{"a", PlaceKind::start}, {"b", PlaceKind::start}}),
-        dimension("turn", ConstraintType::angle, {{"a"}, {"b"}}, 3.14159265358979323846 / 2.0)};
+        dimensionOf("turn", ConstraintType::angle, {{"a"}, {"b"}}, 3.14159265358979323846 / 2.0)};
     Session session(document);
     doAll(session, {"parameter open = 90 deg", "set turn = open", "mirror a b about 0,0 1,0"});
     EXPECT_EQ(constraintNamed(session.document(), "turn").formula, "-(open)");

@@ -21,12 +21,6 @@ std::string reasonOf(const EditResult& result, const std::string& id) {
     return "-";
 }
 
-Constraint dimension(std::string id, ConstraintType type, std::vector<Place> refs, double value) {
-    Constraint made = constraintOf(std::move(id), type, std::move(refs));
-    made.value = value;
-    return made;
-}
-
 Document drawingOf(std::vector<Entity> entities, std::vector<Constraint> constraints) {
     Document document;
     document.name = "scene";
@@ -37,7 +31,7 @@ Document drawingOf(std::vector<Entity> entities, std::vector<Constraint> constra
 
 TEST(ReasonOfDeletion, OfADimensionIsWhatItMeasuresNow) {
     Document document = frameDrawing();
-    document.constraints.push_back(dimension("ten", distance, {{"base"}}, 10.0));
+    document.constraints.push_back(dimensionOf("ten", distance, {{"base"}}, 10.0));
     BareSession session(document);
     EXPECT_EQ(reasonOf(session.apply("break base at 4,0"), "ten"), "it measures 4 now, not 10");
 }
@@ -91,7 +85,7 @@ TEST(ReasonOfDeletion, ByAnUndoIsThatTheDrawingIsAsItWas) {
 
 TEST(DimensionAfterBreak, StaysAtAnEndThatSlidAlongIt) {
     Document document = frameDrawing();
-    document.constraints.push_back(dimension("high", distanceY, {{"base", end}, {"left", end}}, 5.0));
+    document.constraints.push_back(dimensionOf("high", distanceY, {{"base", end}, {"left", end}}, 5.0));
     BareSession session(document);
     EXPECT_EQ(reasonOf(session.apply("break base at 4,0"), "high"), "-");
     EXPECT_EQ(session.document().constraints.back().id, "high");
@@ -102,7 +96,7 @@ TEST(DimensionAfterBreak, OfAnEndFromAParallelLineStays) {
     Document document = frameDrawing();
     document.entities.push_back(lineEntity("rail", {0, -3}, {20, -3}));
     document.constraints.insert(document.constraints.begin(),
-                                dimension("gap", distance, {{"base", end}, {"rail"}}, 3.0));
+                                dimensionOf("gap", distance, {{"base", end}, {"rail"}}, 3.0));
     BareSession session(document);
     EXPECT_EQ(reasonOf(session.apply("break base at 4,0"), "gap"), "-");
     EXPECT_EQ(constraintIds(session.document()), "gap c0 c2 c3");
@@ -112,7 +106,7 @@ TEST(DimensionAfterBreak, OfAnEndFromAParallelLineStays) {
 
 TEST(DimensionAfterBreak, GoesWithTheEndThatItHeldOn) {
     Document document = frameDrawing();
-    document.constraints.push_back(dimension("wide", distanceX, {{"base", end}, {"left", end}}, -10.0));
+    document.constraints.push_back(dimensionOf("wide", distanceX, {{"base", end}, {"left", end}}, -10.0));
     BareSession session(document);
     EXPECT_EQ(reasonOf(session.apply("break base at 4,0"), "wide"), "the end of base moved from (10, 0) to (4, 0)");
 }

@@ -8,12 +8,6 @@
 namespace holdfast::editing {
 namespace {
 
-Constraint lengthAt(std::string id, ConstraintType type, std::vector<Place> refs, double value) {
-    Constraint made = constraintOf(std::move(id), type, std::move(refs));
-    made.value = value;
-    return made;
-}
-
 /// base and left from the origin, at right angles; rib slants across, low runs below base. L is the length of base.
 Document slantedCorner() {
     Document document;
@@ -24,7 +18,7 @@ Document slantedCorner() {
         constraintOf("c1", ConstraintType::coincident, {{"base", PlaceKind::start}, {"left", PlaceKind::start}}),
         constraintOf("h", ConstraintType::horizontal, {{"base"}}),
         constraintOf("v", ConstraintType::vertical, {{"left"}}),
-        lengthAt("L", ConstraintType::distance, {{"base"}}, 40.0)};
+        dimensionOf("L", ConstraintType::distance, {{"base"}}, 40.0)};
     return document;
 }
 

@@ -33,6 +33,12 @@ inline Constraint constraintOf(std::string id, ConstraintType type, std::vector<
     return constraint;
 }
 
+inline Constraint dimensionOf(std::string id, ConstraintType type, std::vector<Place> refs, double value) {
+    Constraint dimension = constraintOf(std::move(id), type, std::move(refs));
+    dimension.value = value;
+    return dimension;
+}
+
 /// The ids of the constraints that are left, in order.
 inline std::string constraintIds(const Document& document) {
     std::string ids;
@@ -69,6 +75,25 @@ inline LineShape lineOf(const Session& session, const std::string& name) {
 inline Constraint valued(Constraint constraint, double value) {
     constraint.value = value;
     return constraint;
+}
+
+/// A rectangle of 40 by 20 with one corner fixed at the origin and level and upright sides, without a dimension.
+inline Document plateDrawing() {
+    Document document;
+    document.name = "plate";
+    document.entities = {lineEntity("bottom", {0, 0}, {40, 0}), lineEntity("right", {40, 0}, {40, 20}),
+                         lineEntity("top", {40, 20}, {0, 20}), lineEntity("left", {0, 20}, {0, 0})};
+    const char* sides[] = {"bottom", "right", "top", "left"};
+    for (int i = 0; i < 4; ++i)
+        document.constraints.push_back(
+            constraintOf("c" + std::to_string(i), ConstraintType::coincident,
+                         {{sides[i], PlaceKind::end}, {sides[(i + 1) % 4], PlaceKind::start}}));
+    document.constraints.push_back(constraintOf("f", ConstraintType::fixed, {{"bottom", PlaceKind::start}}));
+    document.constraints.push_back(constraintOf("h0", ConstraintType::horizontal, {{"bottom"}}));
+    document.constraints.push_back(constraintOf("v0", ConstraintType::vertical, {{"right"}}));
+    document.constraints.push_back(constraintOf("h1", ConstraintType::horizontal, {{"top"}}));
+    document.constraints.push_back(constraintOf("v1", ConstraintType::vertical, {{"left"}}));
+    return document;
 }
 
 /// Two lines at the ends of a third: a frame without its top.

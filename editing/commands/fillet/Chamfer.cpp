@@ -82,21 +82,9 @@ Place endOf(const std::string& name, CurveEnd end) {
 
 /// The module judges what the cuts made false as it does for a fillet without an arc.
 void chamferTwoCurves(EditContext& context, const FilletSide& a, const FilletSide& b, const CurveChamfer& chamfer) {
-    Drawing& drawing = context.drawing;
-    context.edited = {a.name, b.name};
-    const std::string nameA = replaceOtherKind(context, a, chamfer.first);
-    const std::string nameB = replaceOtherKind(context, b, chamfer.second);
-    const bool keepsA = nameA == a.name, keepsB = nameB == b.name;
-    ConstraintFilletCmdCenter centre;
-    centre.setEntityInfo(keepsA ? &drawing.entity(a.name) : nullptr, keepsB ? &drawing.entity(b.name) : nullptr);
-    if (keepsA)
-        drawing.write(a.name, chamfer.first);
-    if (keepsB)
-        drawing.write(b.name, chamfer.second);
-    const std::string line = drawing.add(chamfer.line, drawing.isConstruction(nameA) ? nameB : nameA);
-    deleteCollected(context, centre);
-    tie(context, {line, PlaceKind::start}, endOf(nameA, chamfer.firstEnd));
-    tie(context, {line, PlaceKind::end}, endOf(nameB, chamfer.secondEnd));
+    const auto [first, second, line] = leadTogether(context, a, chamfer.first, b, chamfer.second, chamfer.line);
+    tie(context, {line, PlaceKind::start}, endOf(first, chamfer.firstEnd));
+    tie(context, {line, PlaceKind::end}, endOf(second, chamfer.secondEnd));
 }
 
 }  // namespace

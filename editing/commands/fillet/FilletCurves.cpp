@@ -15,8 +15,8 @@ std::optional<Vec2> endOf(const Shape& shape, CurveEnd end) {
 
 }  // namespace
 
-void addFilletArc(EditContext& context, const ArcShape& arc, const std::string& first, const std::string& second) {
-    context.drawing.add(arc, context.drawing.isConstruction(first) ? second : first);
+std::string addBetween(EditContext& context, const Shape& shape, const std::string& first, const std::string& second) {
+    return context.drawing.add(shape, context.drawing.isConstruction(first) ? second : first);
 }
 
 std::string replaceOtherKind(EditContext& context, const FilletSide& side, const Shape& shape) {
@@ -30,24 +30,29 @@ std::string replaceOtherKind(EditContext& context, const FilletSide& side, const
 }
 
 // Entities that are replaced go first, as their constraints are not for the centre to judge.
+LedTogether leadTogether(EditContext& context, const FilletSide& a, const Shape& first, const FilletSide& b,
+                         const Shape& second, const std::optional<Shape>& between) {
+    Drawing& drawing = context.drawing;
+    context.edited = {a.name, b.name};
+    LedTogether names{replaceOtherKind(context, a, first), replaceOtherKind(context, b, second), {}};
+    const bool keepsA = names.first == a.name, keepsB = names.second == b.name;
+    ConstraintFilletCmdCenter centre;
+    centre.setEntityInfo(keepsA ? &drawing.entity(a.name) : nullptr, keepsB ? &drawing.entity(b.name) : nullptr);
+    if (keepsA)
+        drawing.write(a.name, first);
+    if (keepsB)
+        drawing.write(b.name, second);
+    if (between)
+        names.between = addBetween(context, *between, names.first, names.second);
+    deleteCollected(context, centre);
+    return names;
+}
+
 void filletTwoCurves(EditContext& context, const FilletSide& a, const FilletSide& b, double radius) {
     const CurveFillet fillet = filletCurves(a, b, radius);
     refuseFarMeeting(context, endOf(a.shape, fillet.firstEnd), endOf(fillet.first, fillet.firstEnd), a.name, b.name);
     refuseFarMeeting(context, endOf(b.shape, fillet.secondEnd), endOf(fillet.second, fillet.secondEnd), a.name, b.name);
-    Drawing& drawing = context.drawing;
-    context.edited = {a.name, b.name};
-    const std::string nameA = replaceOtherKind(context, a, fillet.first);
-    const std::string nameB = replaceOtherKind(context, b, fillet.second);
-    const bool keepsA = nameA == a.name, keepsB = nameB == b.name;
-    ConstraintFilletCmdCenter centre;
-    centre.setEntityInfo(keepsA ? &drawing.entity(a.name) : nullptr, keepsB ? &drawing.entity(b.name) : nullptr);
-    if (keepsA)
-        drawing.write(a.name, fillet.first);
-    if (keepsB)
-        drawing.write(b.name, fillet.second);
-    if (fillet.arc)
-        addFilletArc(context, *fillet.arc, nameA, nameB);
-    deleteCollected(context, centre);
+    leadTogether(context, a, fillet.first, b, fillet.second, fillet.arc);
 }
 
 }  // namespace holdfast::editing

@@ -77,7 +77,7 @@ void filletWithCurve(EditContext& context, const PolylineSide& polyline, const F
         deleteCollected(context, centre);
     }
     if (fillet.arc)
-        addFilletArc(context, *fillet.arc, curveName, polyline.name);
+        addBetween(context, *fillet.arc, curveName, polyline.name);
     settleSegments(drawing, polyline.name);
 }
 

@@ -61,6 +61,14 @@ Constraint requireDimension(const Drawing& drawing, const Name& name) {
     return found;
 }
 
+Constraint requireDriving(const Drawing& drawing, const Name& name) {
+    Constraint dimension = requireDimension(drawing, name);
+    if (!dimension.driving)
+        throw EditError(dimension.id + " is measured and follows the drawing; say \"set " + dimension.id +
+                        " driving\" first");
+    return dimension;
+}
+
 std::optional<Fault> faultOn(const Drawing& drawing, const Constraint& constraint) {
     const Document part = drawing.around(entitiesOf(constraint));
     return faultIn(constraint, EntityIndex(part));

@@ -20,6 +20,9 @@ Constraint requireConstraint(const Drawing& drawing, const Name& name);
 /// The same for a dimension that its author has not switched off; RefusedWord for any other constraint.
 Constraint requireDimension(const Drawing& drawing, const Name& name);
 
+/// The same for one that drives the drawing; EditError for one that is measured.
+Constraint requireDriving(const Drawing& drawing, const Name& name);
+
 /// RefusedWord for the name of something new that something else has, or that reads like a place of it.
 void requireNewName(const Drawing& drawing, const Name& name);
 

@@ -7,10 +7,7 @@ namespace holdfast::editing {
 namespace {
 
 Constraint resolved(const SetDimension& edit, const Drawing& drawing) {
-    Constraint dimension = requireDimension(drawing, edit.dimension);
-    if (!dimension.driving)
-        throw EditError(dimension.id + " is measured and follows the drawing; say \"set " + dimension.id +
-                        " driving\" first");
+    Constraint dimension = requireDriving(drawing, edit.dimension);
     dimension.value = keptValue(dimension.type, edit.value);
     dimension.formula.clear();
     refuseImpossible(drawing, dimension);

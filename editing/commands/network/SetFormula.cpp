@@ -7,10 +7,7 @@ namespace holdfast::editing {
 namespace {
 
 Constraint resolved(const SetFormula& edit, const Drawing& drawing) {
-    Constraint dimension = requireDimension(drawing, edit.dimension);
-    if (!dimension.driving)
-        throw EditError(dimension.id + " is measured and follows the drawing; say \"set " + dimension.id +
-                        " driving\" first");
+    Constraint dimension = requireDriving(drawing, edit.dimension);
     dimension.formula = edit.formula.value;
     dimension.value = typedValue(drawing, itemOf(dimension), edit.formula).value;
     refuseImpossible(drawing, dimension);
