@@ -3,8 +3,8 @@
 #include <cstddef>
 
 #include "document/Document.h"
-#include "editing/ImpliedConstraints.h"
 #include "editing/Uses.h"
+#include "editing/constraints/ImpliedConstraints.h"
 #include "inference/Infer.h"
 
 namespace holdfast::editing {

@@ -7,13 +7,13 @@
 
 #include <yxbase/YxError.h>
 
-#include "editing/Aftermath.h"
 #include "editing/Check.h"
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
-#include "editing/FormulaFollowing.h"
-#include "editing/HoldingConstraints.h"
 #include "editing/Refusal.h"
+#include "editing/aftermath/Aftermath.h"
+#include "editing/aftermath/FormulaFollowing.h"
+#include "editing/constraints/HoldingConstraints.h"
 #include "editing/fates/Freedom.h"
 #include "editing/fates/TouchedFreedom.h"
 #include "editing/text/Parse.h"

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "document/DrawingChange.h"
-#include "editing/LostVertices.h"
 #include "editing/Uses.h"
+#include "editing/aftermath/LostVertices.h"
 #include "editing/fates/EditedCurves.h"
 
 namespace holdfast::editing {

@@ -11,7 +11,7 @@
 #include "document/EntityIndex.h"
 #include "document/Places.h"
 #include "document/checks/ConstraintCheck.h"
-#include "editing/HalfConstraints.h"
+#include "editing/constraints/HalfConstraints.h"
 #include "geometry/Tolerances.h"
 #include "hosting/DocumentSketch.h"
 

@@ -13,7 +13,7 @@
 #include <thread>
 
 #include "document/Names.h"
-#include "editing/ImpliedConstraints.h"
+#include "editing/constraints/ImpliedConstraints.h"
 #include "formats/json/JsonReader.h"
 #include "hosting/evaluator/SketchFromDocument.h"
 #include "inference/Infer.h"

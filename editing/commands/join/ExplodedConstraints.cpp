@@ -9,9 +9,9 @@
 #include "document/Names.h"
 #include "document/Places.h"
 #include "document/checks/ConstraintCheck.h"
-#include "editing/HoldingConstraints.h"
-#include "editing/NewConstraints.h"
 #include "editing/commands/join/JoinedConstraints.h"
+#include "editing/constraints/HoldingConstraints.h"
+#include "editing/constraints/NewConstraints.h"
 #include "geometry/SegmentDirections.h"
 #include "geometry/Tolerances.h"
 

@@ -7,7 +7,7 @@
 #include "document/Names.h"
 #include "document/checks/ConstraintCheck.h"
 #include "editing/EditContext.h"
-#include "editing/HoldingConstraints.h"
+#include "editing/constraints/HoldingConstraints.h"
 
 namespace holdfast::editing {
 

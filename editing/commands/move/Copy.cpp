@@ -3,13 +3,13 @@
 #include <set>
 
 #include "editing/Commands.h"
-#include "editing/NewConstraints.h"
 #include "editing/commands/move/CopyPlaces.h"
 #include "editing/commands/move/CopyTies.h"
 #include "editing/commands/move/Copying.h"
 #include "editing/commands/move/Moving.h"
 #include "editing/commands/move/TransformedConstraints.h"
 #include "editing/commands/network/NamedConstraints.h"
+#include "editing/constraints/NewConstraints.h"
 
 namespace holdfast::editing {
 

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "document/Names.h"
-#include "editing/HoldingConstraints.h"
+#include "editing/constraints/HoldingConstraints.h"
 #include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
 

@@ -1,8 +1,8 @@
 #include "editing/Commands.h"
-#include "editing/NewConstraints.h"
 #include "editing/commands/move/Moving.h"
 #include "editing/commands/move/TransformedConstraints.h"
 #include "editing/commands/offset/OffsetEntities.h"
+#include "editing/constraints/NewConstraints.h"
 
 namespace holdfast::editing {
 

@@ -1,11 +1,11 @@
-#include "editing/NewConstraints.h"
+#include "editing/constraints/NewConstraints.h"
 
 #include <string>
 
 #include "document/EntityIndex.h"
 #include "document/Places.h"
 #include "document/checks/ConstraintCheck.h"
-#include "editing/ImpliedConstraints.h"
+#include "editing/constraints/ImpliedConstraints.h"
 #include "geometry/Tolerances.h"
 #include "hosting/DocumentSketch.h"
 

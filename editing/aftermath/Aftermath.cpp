@@ -1,4 +1,4 @@
-#include "editing/Aftermath.h"
+#include "editing/aftermath/Aftermath.h"
 
 #include <algorithm>
 #include <cmath>

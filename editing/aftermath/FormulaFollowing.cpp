@@ -1,4 +1,4 @@
-#include "editing/FormulaFollowing.h"
+#include "editing/aftermath/FormulaFollowing.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "document/Names.h"
-#include "editing/Aftermath.h"
+#include "editing/aftermath/Aftermath.h"
 #include "editing/commands/network/Formulas.h"
 
 namespace holdfast::editing {

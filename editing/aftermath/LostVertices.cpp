@@ -1,4 +1,4 @@
-#include "editing/LostVertices.h"
+#include "editing/aftermath/LostVertices.h"
 
 #include <algorithm>
 

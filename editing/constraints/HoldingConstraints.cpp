@@ -1,4 +1,4 @@
-#include "editing/HoldingConstraints.h"
+#include "editing/constraints/HoldingConstraints.h"
 
 #include "document/EntityIndex.h"
 #include "document/Names.h"

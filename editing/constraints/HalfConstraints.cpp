@@ -1,4 +1,4 @@
-#include "editing/HalfConstraints.h"
+#include "editing/constraints/HalfConstraints.h"
 
 namespace holdfast::editing {
 

@@ -1,4 +1,4 @@
-#include "editing/ImpliedConstraints.h"
+#include "editing/constraints/ImpliedConstraints.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -8,7 +8,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "editing/HalfConstraints.h"
+#include "editing/constraints/HalfConstraints.h"
 #include "hosting/DocumentSketch.h"
 
 namespace holdfast::editing {
