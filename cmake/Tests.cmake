@@ -40,22 +40,13 @@ function(keep_headers target)
   target_precompile_headers(${target} PRIVATE ${ARGN})
 endfunction()
 
-# In a release, tests run for seconds and compile for minutes: the higher level is for what users run.
+# In a release, tests run for seconds and compile for minutes: what they call is compiled for speed, they are not.
 add_library(holdfast_test_flags INTERFACE)
 target_compile_options(holdfast_test_flags INTERFACE
-  $<$<AND:$<CONFIG:Release>,$<CXX_COMPILER_ID:GNU,Clang,AppleClang>>:-O1>)
+  $<$<AND:$<CONFIG:Release>,$<CXX_COMPILER_ID:GNU,Clang,AppleClang>>:-O0>)
 target_link_libraries(holdfast_test_flags INTERFACE holdfast_kept_headers)
 keep_headers(holdfast_gtest_headers ${kept_headers})
 keep_headers(holdfast_gmock_headers ${kept_headers} <gmock/gmock.h>)
-
-# Tests are compiled eight at a time: what eight of them include costs more than what is in them, so that all together
-# compile in a third of the time. Names in one program's tests therefore differ, also the nameless namespaces'. For
-# clang-tidy each source stays by itself.
-function(holdfast_gather target)
-  if(NOT HOLDFAST_TIDY)
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
-  endif()
-endfunction()
 
 function(holdfast_test name)
   cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})

@@ -169,6 +169,11 @@ std::optional<Vec2> pointAt(const Shape& shape, const Place& place) {
     return std::visit([&](const auto& kind) { return point(kind, place); }, shape);
 }
 
+Place startOfLine(const Place& line) {
+    const bool isSegment = line.kind == PlaceKind::segment;
+    return {line.entity, isSegment ? PlaceKind::segmentStart : PlaceKind::start, line.index};
+}
+
 std::vector<std::string> entitiesOf(const Constraint& constraint) {
     std::vector<std::string> names;
     names.reserve(constraint.refs.size());

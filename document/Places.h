@@ -22,6 +22,9 @@ std::size_t segmentEndVertex(const PolylineShape& polyline, std::size_t segment)
 /// or text start, its base point. end of a ray or an xline stands for its direction turned round, in angles only.
 bool hasPlace(const Shape& shape, const Place& place);
 
+/// The start of a line or of a polyline's segment.
+Place startOfLine(const Place& line);
+
 /// The entities that a constraint names, in the order of its places; one that it names twice stands there twice.
 std::vector<std::string> entitiesOf(const Constraint& constraint);
 

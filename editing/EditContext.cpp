@@ -57,11 +57,11 @@ std::string spoken(double number) {
 }
 
 double spokenValue(ConstraintType type, double kept) {
-    return traitsOf(type).value == ConstraintValue::angle ? kept * (180.0 / kPi) : kept;
+    return traitsOf(type).value == ConstraintValue::angle ? inDegrees(kept) : kept;
 }
 
 double keptValue(ConstraintType type, double spoken) {
-    return traitsOf(type).value == ConstraintValue::angle ? spoken * (kPi / 180.0) : spoken;
+    return traitsOf(type).value == ConstraintValue::angle ? inRadians(spoken) : spoken;
 }
 
 double paramOnCurve(const Shape& shape, std::string_view name, Vec2 point) {

@@ -10,7 +10,7 @@ namespace holdfast::editing {
 
 namespace {
 
-constexpr std::size_t kNamedConstraints = 6;
+constexpr std::size_t kNamedInRefusal = 6;
 
 const Constraint* find(const Document& document, const std::string& id) {
     const auto found = std::find_if(document.constraints.begin(), document.constraints.end(),
@@ -25,18 +25,18 @@ bool touches(const Constraint& constraint, const std::vector<std::string>& edite
 }
 
 std::string listOf(std::vector<std::string> ids, const Document& document, const std::vector<std::string>& edited) {
-    if (ids.size() > kNamedConstraints)
+    if (ids.size() > kNamedInRefusal)
         std::stable_partition(ids.begin(), ids.end(), [&](const std::string& id) {
             const Constraint* constraint = find(document, id);
             return constraint != nullptr && touches(*constraint, edited);
         });
     std::string list;
-    for (std::size_t i = 0; i < std::min(ids.size(), kNamedConstraints); ++i) {
+    for (std::size_t i = 0; i < std::min(ids.size(), kNamedInRefusal); ++i) {
         const Constraint* constraint = find(document, ids[i]);
         list += (i == 0 ? "" : ", ") + (constraint == nullptr ? ids[i] : spokenConstraint(*constraint));
     }
-    if (ids.size() > kNamedConstraints)
-        list += " and " + std::to_string(ids.size() - kNamedConstraints) + " more";
+    if (ids.size() > kNamedInRefusal)
+        list += " and " + std::to_string(ids.size() - kNamedInRefusal) + " more";
     return list;
 }
 

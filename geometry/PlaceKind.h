@@ -17,4 +17,11 @@ enum class PlaceKind {
     segmentCentre  ///< "segment:i.centre": the centre of an arc segment
 };
 
+/// The end of a curve for its start, and the other way round; any other kind as it is.
+constexpr PlaceKind otherEnd(PlaceKind kind) {
+    if (kind == PlaceKind::start)
+        return PlaceKind::end;
+    return kind == PlaceKind::end ? PlaceKind::start : kind;
+}
+
 }  // namespace holdfast::geometry

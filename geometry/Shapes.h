@@ -98,4 +98,10 @@ struct TextShape {
 using Shape = std::variant<LineShape, ArcShape, CircleShape, EllipseShape, EllipticalArcShape, SplineShape, PointShape,
                            XlineShape, RayShape, PolylineShape, TextShape>;
 
+/// A line, bounded or not.
+inline bool isStraight(const Shape& shape) {
+    return std::holds_alternative<LineShape>(shape) || std::holds_alternative<RayShape>(shape) ||
+           std::holds_alternative<XlineShape>(shape);
+}
+
 }  // namespace holdfast::geometry

@@ -3,7 +3,6 @@
 #include <cmath>
 #include <iostream>
 #include <map>
-#include <numbers>
 
 #include "apps/cli/Commands.h"
 #include "apps/cli/DrawingFiles.h"
@@ -13,6 +12,7 @@
 #include "document/Names.h"
 #include "document/text/DrawingError.h"
 #include "editing/InferredDrawing.h"
+#include "geometry/Angles.h"
 #include "report/page/Wording.h"
 
 namespace holdfast::cli {
@@ -30,10 +30,6 @@ std::map<std::string_view, std::size_t> countsOf(const Inferred& found) {
     return counts;
 }
 
-double degrees(double radians) {
-    return radians * 180.0 / std::numbers::pi;
-}
-
 void tell(const Inferred& found, const InferOptions& options) {
     const Document& document = found.document;
     std::cout << report::counted(document.constraints.size() - found.firstNew, "constraint") << " put on "
@@ -41,7 +37,7 @@ void tell(const Inferred& found, const InferOptions& options) {
     for (const auto& [name, count] : countsOf(found))
         std::cout << "  " << name << ": " << count << '\n';
     std::cout << "tolerances: " << shortNumber(found.length) << ' ' << document.lengthUnit << ", "
-              << shortNumber(degrees(options.angle)) << " degrees\n";
+              << shortNumber(inDegrees(options.angle)) << " degrees\n";
     if (found.thinning.implied > 0)
         std::cout << "left out, because these imply them: " << found.thinning.implied << '\n';
     if (found.thinning.contrary > 0)
@@ -58,7 +54,7 @@ nlohmann::ordered_json jsonOf(const Inferred& found, const InferOptions& options
     json["implied"] = found.thinning.implied;
     json["contrary"] = found.thinning.contrary;
     json["length_tolerance"] = found.length;
-    json["angle_tolerance_degrees"] = degrees(options.angle);
+    json["angle_tolerance_degrees"] = inDegrees(options.angle);
     return json;
 }
 
@@ -71,7 +67,7 @@ InferOptions optionsOf(const InferCommandOptions& command) {
                            {"", shortNumber(command.angle), "degrees above 0 and not above 45, such as 0.1"});
     InferOptions options{.length = command.length};
     if (command.angle > 0.0)
-        options.angle = command.angle / degrees(1.0);
+        options.angle = inRadians(command.angle);
     return options;
 }
 

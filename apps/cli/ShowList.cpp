@@ -30,7 +30,7 @@ std::string pair(Vec2 point) {
 }
 
 std::string towards(Vec2 direction) {
-    return " towards " + shortNumber(std::atan2(direction.y, direction.x) * kDegrees) + " degrees";
+    return " towards " + shortNumber(inDegrees(std::atan2(direction.y, direction.x))) + " degrees";
 }
 
 /// Where an entity is, in a few numbers.

@@ -25,7 +25,7 @@ double degreesOf(const FunctionCall& call) {
     const Quantity& angle = call.values[0];
     if (!angle.isNumber() && !angle.isAngle())
         refuse(call, "takes an angle, or a number of degrees, not " + spokenKind(angle));
-    return angle.isNumber() ? angle.value : angle.value * kDegrees;
+    return angle.isNumber() ? angle.value : inDegrees(angle.value);
 }
 
 /// Exact at the quarters of a turn, where sin and cos of radians are off by rounding.
@@ -35,7 +35,7 @@ double sineOf(double degrees) {
         return 0.0;
     if (std::abs(turn) == 90.0)
         return turn > 0.0 ? 1.0 : -1.0;
-    return std::sin(turn / kDegrees);
+    return std::sin(inRadians(turn));
 }
 
 Quantity sine(const FunctionCall& call) {

@@ -17,7 +17,7 @@ struct Unit {
     double radians;      // 0 for a length
 };
 
-constexpr double kDegree = 1.0 / kDegrees;
+constexpr double kDegree = inRadians(1.0);
 
 constexpr Unit kUnits[] = {
     {"mm", 1e3, 0.0},       {"cm", 1e4, 0.0},     {"m", 1e6, 0.0},       {"um", 1.0, 0.0},  {"in", 25400.0, 0.0},
@@ -53,7 +53,7 @@ std::string spokenKind(const Quantity& quantity) {
 std::string quantityText(const Quantity& quantity, std::string_view lengthUnit) {
     const bool isAngle = quantity.isAngle();
     char number[40];
-    std::snprintf(number, sizeof number, "%.6g", (isAngle ? quantity.value * kDegrees : quantity.value) + 0.0);
+    std::snprintf(number, sizeof number, "%.6g", (isAngle ? inDegrees(quantity.value) : quantity.value) + 0.0);
     std::string text = number;
     const auto add = [&](std::string_view unit, int exponent) {
         if (exponent != 0)
@@ -67,7 +67,7 @@ std::string quantityText(const Quantity& quantity, std::string_view lengthUnit) 
 Quantity meantAs(const Quantity& plain, const Quantity& other) {
     if (!plain.isNumber() || (other.angle != 0 && !other.isAngle()))
         return plain;
-    return {other.isAngle() ? plain.value * kDegree : plain.value, other.length, other.angle};
+    return {other.isAngle() ? inRadians(plain.value) : plain.value, other.length, other.angle};
 }
 
 std::span<const std::string_view> unitNames() {

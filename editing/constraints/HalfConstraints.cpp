@@ -2,15 +2,7 @@
 
 namespace holdfast::editing {
 
-namespace {
-
-/// The start of a line or of a polyline's segment.
-Place startOf(const Place& line) {
-    const bool isSegment = line.kind == PlaceKind::segment;
-    return {line.entity, isSegment ? PlaceKind::segmentStart : PlaceKind::start, line.index};
-}
-
-}  // namespace
+namespace {}  // namespace
 
 std::optional<Constraint> halfOf(const Constraint& whole, bool first) {
     Constraint half = whole;
@@ -18,7 +10,7 @@ std::optional<Constraint> halfOf(const Constraint& whole, bool first) {
         case ConstraintType::collinear:
             half.type = first ? ConstraintType::pointOnCurve : ConstraintType::parallel;
             if (first)
-                half.refs = {startOf(whole.refs[1]), whole.refs[0]};
+                half.refs = {startOfLine(whole.refs[1]), whole.refs[0]};
             return half;
         case ConstraintType::coincident:
         case ConstraintType::concentric:

@@ -44,18 +44,13 @@ Proposal asDrawn(ConstraintType type, std::vector<Place> refs) {
     return proposal;
 }
 
-Place startOf(const Place& line) {
-    const bool isSegment = line.kind == PlaceKind::segment;
-    return {line.entity, isSegment ? PlaceKind::segmentStart : PlaceKind::start, line.index};
-}
-
 /// A constraint of two equations is followed by its halves, for where the drawing says one of them already.
 void addWithHalves(std::vector<Proposal>& proposals, const Constraint& whole) {
     proposals.push_back(asDrawn(whole.type, whole.refs));
     switch (whole.type) {
         case ConstraintType::collinear:
             proposals.push_back(asDrawn(ConstraintType::parallel, whole.refs));
-            proposals.push_back(asDrawn(ConstraintType::pointOnCurve, {startOf(whole.refs[1]), whole.refs[0]}));
+            proposals.push_back(asDrawn(ConstraintType::pointOnCurve, {startOfLine(whole.refs[1]), whole.refs[0]}));
             return;
         case ConstraintType::coincident:
         case ConstraintType::concentric:

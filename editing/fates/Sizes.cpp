@@ -35,7 +35,7 @@ struct Sizer {
     std::vector<Measure> operator()(const ArcShape& s) const {
         const double sweep = s.endAngle - s.startAngle;
         return {
-            {SizeKind::length, s.radius * sweep}, {SizeKind::radius, s.radius}, {SizeKind::sweep, sweep * kDegrees}};
+            {SizeKind::length, s.radius * sweep}, {SizeKind::radius, s.radius}, {SizeKind::sweep, inDegrees(sweep)}};
     }
     std::vector<Measure> operator()(const CircleShape& s) const { return {{SizeKind::radius, s.radius}}; }
     std::vector<Measure> operator()(const EllipseShape& s) const { return axesOf(s); }

@@ -93,7 +93,7 @@ private:
             return "along x";
         if (areParallel(direction, {0.0, 1.0}))
             return "along y";
-        return "towards " + spoken(std::atan2(direction.y, direction.x) * kDegrees) + " degrees";
+        return "towards " + spoken(inDegrees(std::atan2(direction.y, direction.x))) + " degrees";
     }
 
     std::string nameOf(Vec2 centre) const {

@@ -20,14 +20,14 @@ namespace holdfast::editing {
 namespace {
 
 /// Parts of the drawing's size beyond which a user may have meant another entity: what is read off a picture is better.
-constexpr double kFar = 0.01;
+constexpr double kFarFromCurve = 0.01;
 
 /// The same, of the drawing with the point: the point is farther from every entity than the drawing is wide, and nobody
 /// can have meant one of them.
 constexpr double kOutside = 0.5;
 
 /// More names than a message bears.
-constexpr std::size_t kMostNames = 4;
+constexpr std::size_t kMostNear = 4;
 
 /// How far a shape is from a point, and the box around all that were asked.
 class Distances {
@@ -74,16 +74,15 @@ EntityAt entityAt(const Drawing& drawing, Vec2 point, std::size_t column) {
     std::erase_if(near, [&](const auto& each) { return each.first > least + kSamePoint * size; });
     if (near.size() > 1) {
         std::string names;
-        for (std::size_t i = 0; i < std::min(near.size(), kMostNames); ++i)
+        for (std::size_t i = 0; i < std::min(near.size(), kMostNear); ++i)
             names += (i == 0 ? "" : ", ") + near[i].second;
         throw RefusedWord({"several entities are equally near to " + spoken(point) + ": " + names +
-                               (near.size() > kMostNames ? ", ..." : "") +
-                               "; name one, or a point that is nearer to it",
+                               (near.size() > kMostNear ? ", ..." : "") + "; name one, or a point that is nearer to it",
                            {},
                            column});
     }
     EntityAt found{near.front().second};
-    if (least > kFar * size)
+    if (least > kFarFromCurve * size)
         found.remark =
             "took " + found.name + " for the entity at " + spoken(point) + ", which is " + spoken(least) + " away";
     return found;

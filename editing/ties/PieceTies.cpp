@@ -12,12 +12,7 @@ namespace holdfast::editing {
 
 namespace {
 
-bool isStraight(const Shape& shape) {
-    return std::holds_alternative<LineShape>(shape) || std::holds_alternative<RayShape>(shape) ||
-           std::holds_alternative<XlineShape>(shape);
-}
-
-bool isRound(const Shape& shape) {
+bool isArcOrCircle(const Shape& shape) {
     return std::holds_alternative<ArcShape>(shape) || std::holds_alternative<CircleShape>(shape);
 }
 
@@ -82,8 +77,8 @@ void tieInLine(const Sides& sides, const Shape& first, bool touch, const std::st
         // Lines that share a point are in line when they are parallel.
         ties.push_back(
             tieOf(touch ? ConstraintType::parallel : ConstraintType::collinear, curves, pieces + " stay in one line"));
-    } else if (isRound(first) || isElliptic(first)) {
-        const std::string stay = pieces + (isRound(first) ? " stay on one circle" : " stay on one ellipse");
+    } else if (isArcOrCircle(first) || isElliptic(first)) {
+        const std::string stay = pieces + (isArcOrCircle(first) ? " stay on one circle" : " stay on one ellipse");
         ties.push_back(
             tieOf(ConstraintType::concentric, {centreOf(sides.firstCurve), centreOf(sides.secondCurve)}, stay));
         // A common centre and a common point make circles equal.

@@ -33,10 +33,6 @@ Vec2 pointOf(const DxfEntity& entity, int code) {
     return {entity.required(code), entity.required(code + 10)};
 }
 
-double radians(double degrees) {
-    return degrees * kPi / 180.0;
-}
-
 DxfReading of(Shape shape) {
     return {std::move(shape), {}, {}};
 }
@@ -72,8 +68,8 @@ DxfReading readArc(const DxfEntity& entity) {
         sweep += 360.0;
     const Facing facing = facingOf(entity);
     const double first = facing == Facing::down ? 180.0 - start - sweep : start;
-    return of(ArcShape{turned(pointOf(entity, 10), facing), entity.required(40), radians(first),
-                       radians(first) + radians(sweep)});
+    return of(ArcShape{turned(pointOf(entity, 10), facing), entity.required(40), inRadians(first),
+                       inRadians(first) + inRadians(sweep)});
 }
 
 /// Ratios above 1 come from programs that name the axes the other way round; the shape is the same.
@@ -207,7 +203,7 @@ DxfReading readSpline(const DxfEntity& entity) {
 
 DxfReading readText(const DxfEntity& entity) {
     const Facing facing = facingOf(entity);
-    const double rotation = radians(entity.number(50, 0.0));
+    const double rotation = inRadians(entity.number(50, 0.0));
     return of(TextShape{turned(pointOf(entity, 10), facing), facing == Facing::down ? kPi - rotation : rotation,
                         entity.required(40), shownText(decodedDxfText(entity.requiredText(1))), false});
 }
@@ -218,7 +214,7 @@ DxfReading readParagraph(const DxfEntity& entity) {
         if (group.code == 3 || group.code == 1)
             text += group.value;
     }
-    double rotation = radians(entity.number(50, 0.0));
+    double rotation = inRadians(entity.number(50, 0.0));
     if (entity.find(11) != nullptr)
         rotation = std::atan2(entity.required(21), entity.required(11));
     DxfReading reading = of(

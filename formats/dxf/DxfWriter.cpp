@@ -15,10 +15,6 @@
 namespace holdfast::formats {
 namespace {
 
-double degrees(double radians) {
-    return radians * 180.0 / kPi;
-}
-
 std::string_view layerOf(const Entity& entity) {
     if (entity.fixed)
         return "REFERENCE";
@@ -38,8 +34,8 @@ public:
         begin("ARC");
         point(10, arc.centre);
         number(40, arc.radius);
-        number(50, degrees(arc.startAngle));
-        number(51, degrees(arc.endAngle));
+        number(50, inDegrees(arc.startAngle));
+        number(51, inDegrees(arc.endAngle));
     }
     void operator()(const CircleShape& circle) const {
         begin("CIRCLE");
@@ -115,7 +111,7 @@ private:
         point(10, position);
         number(40, shape.height);
         group(1, encodedDxfText(text));
-        number(50, degrees(shape.rotation));
+        number(50, inDegrees(shape.rotation));
     }
 
     /// A paragraph hangs from its top left corner; baselines lie 5/3 of the text height apart.

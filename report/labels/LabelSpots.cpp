@@ -9,7 +9,6 @@ namespace holdfast::report {
 namespace {
 
 constexpr double kPlate = 13.0, kLoudPlate = 17.0;
-constexpr double kDegree = kPi / 180.0;
 
 /// Directions seen from the outward one: either side of a line serves a sign equally well, its ends hardly.
 constexpr std::array kTurns{0.0, 180.0, 35.0, -35.0, 145.0, -145.0, 68.0, -68.0, 112.0, -112.0, 90.0, -90.0};
@@ -28,7 +27,7 @@ void addRings(Label& label, Vec2 outward, const Gaps& gaps, double firstGap) {
     const double start = std::atan2(outward.y, outward.x);
     for (const double gap : gaps)
         for (const double turn : kTurns) {
-            const Vec2 direction = polar(1.0, start + turn * kDegree);
+            const Vec2 direction = polar(1.0, start + inRadians(turn));
             label.spots.push_back(
                 {label.anchor, direction * reachOf(direction, label.width, label.height, gap + firstGap)});
         }

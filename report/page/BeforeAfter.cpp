@@ -14,7 +14,7 @@ using report::decimal;
 
 namespace {
 
-constexpr double kPaneWidth = 520.0, kGap = 20.0, kCaption = 26.0;
+constexpr double kPaneWidth = 520.0, kPaneGap = 20.0, kCaption = 26.0;
 
 std::string pane(std::string_view name, double left, const report::Frame& frame, const std::string& body) {
     const std::string width = decimal(frame.width, 2), height = decimal(frame.height, 2);
@@ -43,7 +43,7 @@ std::string writeBeforeAfter(const FateReport& report) {
                                     .dimensionLines = true,
                                     .memory = &memory});
     };
-    const std::string width = decimal(2.0 * frame.width + kGap, 2), height = decimal(frame.height + kCaption, 2);
+    const std::string width = decimal(2.0 * frame.width + kPaneGap, 2), height = decimal(frame.height + kCaption, 2);
     std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\"" + attribute("width", width) +
                       attribute("height", height) + attribute("viewBox", "0 0 " + width + " " + height) +
                       " role=\"img\">\n<title>" + report::escaped(whole.before.name) +
@@ -51,7 +51,7 @@ std::string writeBeforeAfter(const FateReport& report) {
                       report::glyphSheet() + "<rect class=\"paper\"" + attribute("width", width) +
                       attribute("height", height) + "/>\n";
     svg += pane("Before", 0.0, frame, body(whole.before, index.notesBefore(), nullptr));
-    svg += pane("After", frame.width + kGap, frame, body(whole.after, index.notesAfter(), &whole.before));
+    svg += pane("After", frame.width + kPaneGap, frame, body(whole.after, index.notesAfter(), &whole.before));
     return svg + "</svg>\n";
 }
 

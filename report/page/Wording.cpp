@@ -41,7 +41,7 @@ std::string valueText(const Constraint& constraint) {
     const ConstraintTraits& traits = traitsOf(constraint.type);
     std::string text(traits.valuePrefix);
     if (traits.value == ConstraintValue::angle)
-        text += decimal(*constraint.value * 180.0 / kPi, 2) + "\u00B0";
+        text += decimal(inDegrees(*constraint.value), 2) + "\u00B0";
     else
         text += shownNumber(traits.value == ConstraintValue::signedLength ? *constraint.value
                                                                           : std::fabs(*constraint.value));

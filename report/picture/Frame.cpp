@@ -80,7 +80,7 @@ private:
 
     void arcPiece(const Stroke& arc, double to) {
         const bool round = std::fabs(norm(arc.major) - norm(arc.minor)) <= 1e-12 * norm(arc.major);
-        const double turn = round ? 0.0 : -std::atan2(arc.major.y, arc.major.x) * 180.0 / kPi;
+        const double turn = round ? 0.0 : -inDegrees(std::atan2(arc.major.y, arc.major.x));
         const bool left = (cross(arc.major, arc.minor) > 0.0) == (arc.endParam > arc.startParam);
         m_text += 'A';
         number(norm(arc.major) * m_frame.scale);

@@ -34,11 +34,6 @@ Gap gapToRound(const Shape& curve, const Shape& round, Vec2 centre) {
     return best;
 }
 
-bool isLine(const Shape& curve) {
-    return std::holds_alternative<LineShape>(curve) || std::holds_alternative<XlineShape>(curve) ||
-           std::holds_alternative<RayShape>(curve);
-}
-
 /// The nearest points of two curves, by going back and forth between them.
 Gap gapBetweenCurves(const Shape& first, const Shape& second) {
     Vec2 from = spotOf(first, {}).point, to = nearestOn(second, from);
@@ -58,7 +53,7 @@ Gap gapBetween(const Shape& first, const Shape& second) {
         const Gap gap = gapToRound(second, first, *centre);
         return {gap.to, gap.from};
     }
-    if (isLine(first) && isLine(second)) {
+    if (isStraight(first) && isStraight(second)) {
         const Vec2 middle = spotOf(second, {}).point;
         return {nearestOn(first, middle), middle};
     }

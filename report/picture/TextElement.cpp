@@ -27,7 +27,7 @@ std::string textElement(const TextShape& text, const Frame& frame, const std::st
     const Vec2 at = frame.toPicture(text.position);
     const double height = text.height * frame.scale;
     std::string element = "<text" + attributes + " transform=\"translate(" + decimal(at.x, places) + " " +
-                          decimal(at.y, places) + ") rotate(" + decimal(-text.rotation * 180.0 / kPi, 3) +
+                          decimal(at.y, places) + ") rotate(" + decimal(-inDegrees(text.rotation), 3) +
                           ")\" font-size=\"" + decimal(height * kFontSize, places) + "\">";
     double drop = text.multiline ? height : 0.0;
     for (const std::string_view line : linesOf(text.text)) {

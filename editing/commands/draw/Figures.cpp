@@ -10,14 +10,12 @@ namespace holdfast::editing {
 
 namespace {
 
-constexpr double kDegree = kPi / 180.0;
-
 double directionOf(Vec2 v) {
     return std::atan2(v.y, v.x);
 }
 
-/// The angle above another one, by a full turn at most.
-double above(double angle, double start) {
+/// The angle raisedAbove another one, by a full turn at most.
+double raisedAbove(double angle, double start) {
     while (angle <= start)
         angle += 2.0 * kPi;
     return angle;
@@ -32,14 +30,14 @@ struct ShapeOf {
             throw EditError("an arc cannot begin or end in its centre; give other points");
         const double start = directionOf(arc.from - arc.centre);
         return ArcShape{arc.centre, distance(arc.centre, arc.from), start,
-                        above(directionOf(arc.to - arc.centre), start)};
+                        raisedAbove(directionOf(arc.to - arc.centre), start)};
     }
     Shape operator()(const DrawnEllipse& ellipse) const {
         if (!ellipse.span)
             return EllipseShape{ellipse.centre, ellipse.majorAxis, ellipse.ratio};
-        const double start = ellipse.span->from * kDegree;
+        const double start = inRadians(ellipse.span->from);
         return EllipticalArcShape{ellipse.centre, ellipse.majorAxis, ellipse.ratio, start,
-                                  above(ellipse.span->to * kDegree, start)};
+                                  raisedAbove(inRadians(ellipse.span->to), start)};
     }
     Shape operator()(const DrawnSpline& spline) const {
         const int count = static_cast<int>(spline.control.size());
@@ -83,7 +81,7 @@ struct ShapeOf {
     }
     Shape operator()(const DrawnText& text) const {
         return TextShape{
-            .position = text.position, .rotation = text.degrees * kDegree, .height = text.height, .text = text.text};
+            .position = text.position, .rotation = inRadians(text.degrees), .height = text.height, .text = text.text};
     }
 };
 

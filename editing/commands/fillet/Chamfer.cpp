@@ -40,16 +40,12 @@ FilletSide curveSide(const Name& entity, const Drawing& drawing) {
     return side;
 }
 
-Vec2 pickOn(const FilletSide& side, Vec2 point) {
-    return pointAt(side.shape, paramOnCurve(side.shape, side.name, point));
-}
-
-struct Resolved {
+struct ResolvedChamfer {
     FilletSide a, b;
     CurveChamfer chamfer;
 };
 
-Resolved resolved(const Chamfer& edit, const Drawing& drawing) {
+ResolvedChamfer resolved(const Chamfer& edit, const Drawing& drawing) {
     FilletSide a = curveSide(edit.first, drawing);
     FilletSide b = curveSide(edit.second, drawing);
     const Lengths by = requireLengths(edit.by);

@@ -54,10 +54,6 @@ struct FilletSides {
     FilletSide first, second;
 };
 
-Vec2 pickOn(const FilletSide& side, Vec2 point) {
-    return pointAt(side.shape, paramOnCurve(side.shape, side.name, point));
-}
-
 void refuseItself(const FilletSides& sides) {
     const bool isPolyline = std::holds_alternative<PolylineShape>(sides.first.shape);
     if (sides.first.name == sides.second.name)

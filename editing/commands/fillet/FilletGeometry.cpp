@@ -64,7 +64,7 @@ std::vector<Vec2> movableEnds(const FilletSide& side) {
 }
 
 /// The middle between the ends of both curves that are closest to each other; none when a curve has no end.
-std::optional<Vec2> cornerOf(const FilletSide& a, const FilletSide& b) {
+std::optional<Vec2> middleOfEnds(const FilletSide& a, const FilletSide& b) {
     std::optional<Vec2> corner;
     double least = std::numeric_limits<double>::infinity();
     for (const Vec2 endA : movableEnds(a))
@@ -79,7 +79,7 @@ std::optional<Vec2> cornerOf(const FilletSide& a, const FilletSide& b) {
 /// The smaller, the better; infinite for a joint that is not to be had.
 double farness(const FilletSide& a, const FilletSide& b, const Joint& joint) {
     const Vec2 pointA = pointAt(a.shape, joint.paramA), pointB = pointAt(b.shape, joint.paramB);
-    const std::optional<Vec2> corner = cornerOf(a, b);
+    const std::optional<Vec2> corner = middleOfEnds(a, b);
     if (!a.pick && corner && isOnCurve(a.shape, joint.paramA) && isOnCurve(b.shape, joint.paramB))
         return distance(pointA, *corner) + distance(pointB, *corner);
     const double far =
@@ -110,11 +110,6 @@ Joint arcAt(const FilletSide& a, const FilletSide& b, const TangentCircle& circl
     const Vec2 across = circle.pointB - circle.pointA;
     return {circle.paramA, circle.paramB, endTowards(a.shape, circle.paramA, across),
             endTowards(b.shape, circle.paramB, -across), filletArc(circle)};
-}
-
-bool isStraight(const Shape& shape) {
-    return std::holds_alternative<LineShape>(shape) || std::holds_alternative<RayShape>(shape) ||
-           std::holds_alternative<XlineShape>(shape);
 }
 
 /// How far apart two parallel lines lie, whose directions differ by next to nothing.
@@ -261,6 +256,10 @@ Shape endedAt(const Shape& shape, double param, CurveEnd end) {
 }
 
 }  // namespace
+
+Vec2 pickOn(const FilletSide& side, Vec2 point) {
+    return pointAt(side.shape, paramOnCurve(side.shape, side.name, point));
+}
 
 void refuseSmooth(const FilletSide& a, const FilletSide& b) {
     if (const std::optional<Vec2> joint = smoothJoint(a, b, kStraightOn))

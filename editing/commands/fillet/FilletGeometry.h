@@ -28,6 +28,9 @@ struct CurveFillet {
     CurveEnd secondEnd = CurveEnd::end;
 };
 
+/// The point of a curve that a user means by one near it. EditError when it is far from the curve.
+Vec2 pickOn(const FilletSide& side, Vec2 point);
+
 /// Joins two curves by an arc, or with radius 0 in a corner: where they touch it, nearest to the picks. Without picks:
 /// on the curves as drawn, nearest to where their ends are closest, else nearest to their middles. Closed curves stay
 /// whole. Parallel lines are joined by a half circle, of the only radius that fits. EditError where the curves have no

@@ -19,10 +19,6 @@ namespace holdfast::editing {
 
 namespace {
 
-PlaceKind otherEnd(PlaceKind kind) {
-    return kind == PlaceKind::start ? PlaceKind::end : PlaceKind::start;
-}
-
 PlaceKind onPiece(PlaceKind kind) {
     using enum PlaceKind;
     switch (kind) {

@@ -15,12 +15,12 @@ namespace holdfast::editing {
 
 namespace {
 
-struct Resolved {
+struct ResolvedCopy {
     std::vector<std::string> names;
     std::vector<PlaneTransform> places;
 };
 
-Resolved resolved(const Copy& edit, const Drawing& drawing) {
+ResolvedCopy resolved(const Copy& edit, const Drawing& drawing) {
     static constexpr std::array<std::string_view, 2> ends{"by", "around"};
     return {requireOnce(drawing, edit.entities, ends), copyPlaces(edit)};
 }

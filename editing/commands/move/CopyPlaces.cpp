@@ -78,14 +78,14 @@ double degreesAfter(const CopyRing& ring, int steps) {
 void requireSteps(const CopyRing& ring) {
     requireTimes(ring.times);
     for (int i = 1; i <= ring.times.value; ++i)
-        if (degreesAfter(ring, i) <= kSameDirection * kDegrees)
+        if (degreesAfter(ring, i) <= inDegrees(kSameDirection))
             throw EditError(i == 1 ? "a turn by " + spoken(ring.degrees) +
                                          " degrees puts copies onto the originals; give another angle"
                                    : "copy " + std::to_string(i) + " would lie on the originals; " +
                                          std::to_string(i - 1) + " times goes all the way round");
 }
 
-std::vector<PlaneTransform> placesOf(const CopyGrid& grid) {
+std::vector<PlaneTransform> transformsOf(const CopyGrid& grid) {
     const std::vector<Vec2> places = displacements(grid);
     refuseMeeting(grid, places);
     std::vector<PlaneTransform> transforms;
@@ -94,10 +94,10 @@ std::vector<PlaneTransform> placesOf(const CopyGrid& grid) {
     return transforms;
 }
 
-std::vector<PlaneTransform> placesOf(const CopyRing& ring) {
+std::vector<PlaneTransform> transformsOf(const CopyRing& ring) {
     std::vector<PlaneTransform> transforms;
     for (int i = 1; i <= ring.times.value; ++i)
-        transforms.push_back(rotation(ring.about, std::remainder(ring.degrees * i, 360.0) * (kPi / 180.0)));
+        transforms.push_back(rotation(ring.about, inRadians(std::remainder(ring.degrees * i, 360.0))));
     return transforms;
 }
 
@@ -111,7 +111,7 @@ std::vector<PlaneTransform> copyPlaces(const Copy& edit) {
             if (made > kMostMade)
                 throw EditError("that would make " + std::to_string(made) + " entities, and one edit makes " +
                                 std::to_string(kMostMade) + " at most; copy fewer times");
-            return placesOf(array);
+            return transformsOf(array);
         },
         edit.to);
 }

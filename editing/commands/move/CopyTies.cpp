@@ -11,8 +11,6 @@ namespace holdfast::editing {
 
 namespace {
 
-using enum ConstraintType;
-
 bool isUpright(const Shape& shape) {
     return std::holds_alternative<LineShape>(shape) || std::holds_alternative<RayShape>(shape) ||
            std::holds_alternative<XlineShape>(shape) || std::holds_alternative<TextShape>(shape);
@@ -56,16 +54,16 @@ struct Copied {
 };
 
 /// The parts of an entity that have a size or a direction of their own.
-struct Part {
+struct SizedPart {
     Place place;
     bool hasSize, isUpright;
 };
 
-std::vector<Part> partsOf(const Copied& entity) {
+std::vector<SizedPart> partsOf(const Copied& entity) {
     const auto* polyline = std::get_if<PolylineShape>(&entity.shape);
     if (polyline == nullptr)
         return {{{entity.names.front()}, hasSize(entity.shape), isUpright(entity.shape)}};
-    std::vector<Part> parts;
+    std::vector<SizedPart> parts;
     for (std::size_t i = 0; i < segmentCount(*polyline); ++i)
         parts.push_back(
             {{entity.names.front(), PlaceKind::segment, static_cast<int>(i)}, true, polyline->bulges[i] == 0.0});
@@ -75,28 +73,30 @@ std::vector<Part> partsOf(const Copied& entity) {
 class Ties {
 public:
     void equals(const Copied& entity) {
-        for (const Part& part : partsOf(entity))
+        for (const SizedPart& part : partsOf(entity))
             for (std::size_t i = 1; part.hasSize && i < entity.names.size(); ++i)
-                add(equal, {part.place, on(entity.names[i], part.place)});
+                add(ConstraintType::equal, {part.place, on(entity.names[i], part.place)});
     }
     void directions(const Copied& entity, std::size_t copy, ConstraintType kind) {
-        for (const Part& part : partsOf(entity))
+        for (const SizedPart& part : partsOf(entity))
             if (part.isUpright)
                 add(kind, {part.place, on(entity.names[copy], part.place)});
     }
     /// One step of a row; a level one stays level, whatever becomes of its length.
     void step(const Place& from, const Place& to, Vec2 by) {
         if (by.y == 0.0)
-            add(horizontal, {from, to});
+            add(ConstraintType::horizontal, {from, to});
         if (by.x == 0.0)
-            add(vertical, {from, to});
+            add(ConstraintType::vertical, {from, to});
         if (by.x != 0.0)
-            coordinate(distanceX, from, to, by.x);
+            coordinate(ConstraintType::distanceX, from, to, by.x);
         if (by.y != 0.0)
-            coordinate(distanceY, from, to, by.y);
+            coordinate(ConstraintType::distanceY, from, to, by.y);
     }
     /// A further step as wide as the one before it.
-    void onward(const Place& first, const Place& middle, const Place& last) { add(symmetric, {first, last, middle}); }
+    void onward(const Place& first, const Place& middle, const Place& last) {
+        add(ConstraintType::symmetric, {first, last, middle});
+    }
     void add(ConstraintType type, std::vector<Place> refs) {
         m_ties.push_back({.type = type, .refs = std::move(refs)});
     }
@@ -121,8 +121,8 @@ void space(Ties& ties, const Copied& entity, const CopyGrid& grid) {
         ties.step(at(0, 0), at(0, 1), across);
     const bool isSquare = (along.y == 0.0 && across.x == 0.0) || (along.x == 0.0 && across.y == 0.0);
     if (rows > 1 && isSquare) {
-        ties.add(along.y == 0.0 ? horizontal : vertical, {at(0, 1), at(1, 1)});
-        ties.add(along.y == 0.0 ? vertical : horizontal, {at(1, 0), at(1, 1)});
+        ties.add(along.y == 0.0 ? ConstraintType::horizontal : ConstraintType::vertical, {at(0, 1), at(1, 1)});
+        ties.add(along.y == 0.0 ? ConstraintType::vertical : ConstraintType::horizontal, {at(1, 0), at(1, 1)});
     } else if (rows > 1) {
         ties.step(at(0, 1), at(1, 1), along);
     }
@@ -137,16 +137,16 @@ void space(Ties& ties, const Copied& entity, const CopyGrid& grid) {
 void tie(Ties& ties, const Copied& entity, const CopyGrid& grid) {
     space(ties, entity, grid);
     for (std::size_t i = 1; i < entity.names.size(); ++i)
-        ties.directions(entity, i, parallel);
+        ties.directions(entity, i, ConstraintType::parallel);
 }
 
 void tie(Ties& ties, const Copied& entity, const CopyRing& ring) {
     for (std::size_t i = 1; i < entity.names.size(); ++i) {
         const double quarters = std::abs(std::remainder(ring.degrees * static_cast<double>(i), 180.0)) / 90.0;
         if (quarters <= kSameDirection)
-            ties.directions(entity, i, parallel);
+            ties.directions(entity, i, ConstraintType::parallel);
         else if (std::abs(quarters - 1.0) <= kSameDirection)
-            ties.directions(entity, i, perpendicular);
+            ties.directions(entity, i, ConstraintType::perpendicular);
     }
 }
 

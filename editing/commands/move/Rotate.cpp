@@ -49,7 +49,7 @@ void require(const Rotate& edit, const Drawing& drawing) {
 void perform(const Rotate& edit, EditContext& context) {
     const std::vector<std::string> names = requireSelection(context.drawing, edit.entities, "about");
     context.edited = names;
-    const PlaneTransform turn = rotation(edit.about, std::remainder(edit.degrees, 360.0) * (kPi / 180.0));
+    const PlaneTransform turn = rotation(edit.about, inRadians(std::remainder(edit.degrees, 360.0)));
     refuseMovingFixed(context, names, turn);
     const bool followed = tryRotation(context, constrainedFirst(context, names), edit.about);
     turnMeasures(context.drawing, names, turn);

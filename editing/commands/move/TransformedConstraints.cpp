@@ -93,12 +93,6 @@ Constraint turned(Constraint constraint, const PlaneTransform& transform, const 
     return constraint;
 }
 
-PlaceKind otherEnd(PlaceKind kind) {
-    if (kind == PlaceKind::start)
-        return PlaceKind::end;
-    return kind == PlaceKind::end ? PlaceKind::start : kind;
-}
-
 /// Reflected arcs run counter-clockwise again: they start where the original ends.
 Place placeOnCopy(Place place, const std::string& copy, bool mirrors, const EntityIndex& entities) {
     const Shape& shape = entities.find(place.entity)->shape;

@@ -80,7 +80,7 @@ std::optional<OffsetSegment> between(const OffsetSegment& segment, Vec2 from, Ve
 }
 
 /// How two segments of an offset chain come together.
-struct Joint {
+struct SegmentJoint {
     Vec2 end, start;                     ///< of the one before and of the one behind: equal but where an arc goes
     std::optional<OffsetSegment> arc{};  ///< about the corner
     bool outOfNeed = false;              ///< there was to be none
@@ -112,7 +112,7 @@ private:
         const std::size_t count = m_segments.size();
         if (count == 0 || (m_polyline.closed && count == 1))
             throw GeometryError("at this distance nothing would be left of it; give a smaller one");
-        std::vector<Joint> joints;
+        std::vector<SegmentJoint> joints;
         for (std::size_t i = 0; i + 1 < count + (m_polyline.closed ? 1 : 0); ++i)
             joints.push_back(jointBetween(m_segments[i], m_segments[(i + 1) % count]));
         std::vector<OffsetSegment> kept, trimmed;
@@ -149,7 +149,7 @@ private:
         return segmentEndVertex(m_polyline, *a.origin) == *b.origin;
     }
 
-    Joint jointBetween(const OffsetSegment& a, const OffsetSegment& b) const {
+    SegmentJoint jointBetween(const OffsetSegment& a, const OffsetSegment& b) const {
         if (distance(a.to, b.from) <= m_same)
             return {a.to, a.to};
         const double turn = cross(directionAtEnd(a), directionAtStart(b));

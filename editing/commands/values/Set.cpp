@@ -65,16 +65,16 @@ void giveValue(Change& change, const Set& edit, const Shape& shape) {
     if (isPoint)
         return givePoint(change, edit, shape);
     const bool isAngle = change.row.valueKind == ValueKind::angle;
-    change.value.number = isAngle ? *number * (kPi / 180.0) : *number;
+    change.value.number = isAngle ? inRadians(*number) : *number;
 }
 
 /// The change, and the shape that it asks for.
-struct Wish {
+struct WantedShape {
     Change change;
     Shape before, wanted;
 };
 
-Wish resolved(const Set& edit, const Drawing& drawing) {
+WantedShape resolved(const Set& edit, const Drawing& drawing) {
     Change change;
     change.name = edit.entity.value;
     requireEntity(drawing, edit.entity);
@@ -132,11 +132,11 @@ bool isThere(const Shape& shape, const Change& change) {
     return std::abs(now.number - change.value.number) <= kSamePoint * size;
 }
 
-std::string spokenValue(const Change& change, const PropertyValue& value) {
+std::string propertyInWords(const Change& change, const PropertyValue& value) {
     if (change.row.valueKind == ValueKind::point)
         return spoken(value.point);
     const bool isAngle = change.row.valueKind == ValueKind::angle;
-    return spoken(isAngle ? value.number * (180.0 / kPi) : value.number);
+    return spoken(isAngle ? inDegrees(value.number) : value.number);
 }
 
 std::string spokenProperty(const Change& change) {
@@ -183,8 +183,8 @@ void setConstrained(const EditContext& context, const Change& change, const Shap
     const Shape now = context.drawing.shape(change.name);
     if (!isThere(now, change))
         throw EditError("the constraints do not let " + spokenProperty(change) + " be " +
-                        spokenValue(change, change.value) + "; it would come to " +
-                        spokenValue(change, propertyOf(now, change.row.property, change.value.index)));
+                        propertyInWords(change, change.value) + "; it would come to " +
+                        propertyInWords(change, propertyOf(now, change.row.property, change.value.index)));
 }
 
 /// True for what constraints may leave alone on a constrained entity: the host then changes it by itself.
@@ -222,7 +222,7 @@ void perform(const Set& edit, EditContext& context) {
         return setConstrained(context, change, wanted);
     }
     if (!canBeFree(change))
-        throw EditError(spokenProperty(change) + " cannot become " + spokenValue(change, change.value) +
+        throw EditError(spokenProperty(change) + " cannot become " + propertyInWords(change, change.value) +
                         " while the entity is constrained");
     context.drawing.write(change.name, wanted);
 }

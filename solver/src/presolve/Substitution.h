@@ -53,7 +53,7 @@ private:
     static std::size_t at(int value) { return static_cast<std::size_t>(std::ptrdiff_t{value} + 1); }
     void hang(int root, const Link& below);
 
-    // Element 0 is the ground, element v + 1 is value v.
+    // Member 0 is the ground, member v + 1 is value v.
     std::vector<Link> m_links;
     std::vector<int> m_sizes;
     std::vector<Tie> m_ties;

@@ -82,7 +82,7 @@ void fixAll(EquationBuilder& builder, std::span<const int> values) {
 
 }  // namespace
 
-/// Elements that a fixed constraint holds by constants alone. A line may slide along itself, so it needs equations.
+/// Entities that a fixed constraint holds by constants alone. A line may slide along itself, so it needs equations.
 bool tieFixed(EquationBuilder& builder) {
     const SketchPlace& place = builder.ref(0);
     if (const auto point = pointAt(builder.sketch(), place); point && isDirect(*point)) {

@@ -7,7 +7,7 @@
 
 namespace holdfast::solver::detail {
 
-/// The curve that a place is on: a whole element, or one segment of a polyline.
+/// The curve that a place is on: a whole entity, or one segment of a polyline.
 struct CurveRef {
     int entity = -1;
     int segment = -1;
@@ -18,9 +18,9 @@ struct CurveRef {
 
 CurveRef curveOf(const SketchPlace& place);
 
-// What a place means to equations. Nothing where the element has no such place.
+// What a place means to equations. Nothing where the entity has no such place.
 
-/// A point: a point or text element, an end, a middle, a centre, a control point.
+/// A point: a point or text entity, an end, a middle, a centre, a control point.
 std::optional<Operand> pointAt(const SketchData& sketch, const SketchPlace& place);
 
 /// A line, ray, construction line, text direction or straight segment.

@@ -44,7 +44,7 @@ void addPointOnSpline(EquationBuilder& builder, const Operand& point, int entity
                 {point, splineAt(builder.sketch(), entity, OperandKind::splinePoint, param)});
 }
 
-/// The element's line where the reference has it, as an operand of constants.
+/// The entity's line where the reference has it, as an operand of constants.
 Operand constantLine(EquationBuilder& builder, const Operand& line) {
     Operand constant{line.kind, {}, {}};
     for (const int v : line.inputs)

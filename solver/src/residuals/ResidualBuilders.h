@@ -6,7 +6,7 @@
 namespace holdfast::solver::detail {
 
 // What the residuals of constraint kinds are made of; ResidualBuilders.cpp says which belong together. All throw
-// SketchError where the constraint's elements cannot have its kind.
+// SketchError where the constraint's entities cannot have its kind.
 
 // What ties say at once; true when that is all.
 bool tieCoincident(EquationBuilder& builder);
@@ -14,7 +14,7 @@ bool tieSameCoordinate(EquationBuilder& builder);
 bool tieCoordinateGap(EquationBuilder& builder);
 bool tieRadius(EquationBuilder& builder);
 bool tieEqual(EquationBuilder& builder);
-/// Elements that a fixed constraint holds by constants alone. A line may slide along itself, so it needs equations.
+/// Entities that a fixed constraint holds by constants alone. A line may slide along itself, so it needs equations.
 bool tieFixed(EquationBuilder& builder);
 /// Ends that meet where they are tangent or smooth are the same point; never all that there is to say.
 bool tieMeetingEnds(EquationBuilder& builder);

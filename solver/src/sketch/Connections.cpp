@@ -16,7 +16,7 @@ int entityOfValue(const SketchData& sketch, int value) {
     return static_cast<int>(after - sketch.entities.begin()) - 1;
 }
 
-Surroundings surroundingsOf(const SketchData& sketch, std::span<const int> constraints, std::vector<int> elements) {
+Surroundings surroundingsOf(const SketchData& sketch, std::span<const int> constraints, std::vector<int> entities) {
     std::vector<std::pair<int, int>> uses;
     for (const int c : constraints) {
         for (const SketchPlace& place : sketch.constraints[at(c)].refs)
@@ -25,17 +25,17 @@ Surroundings surroundingsOf(const SketchData& sketch, std::span<const int> const
     const ListTable constraintsOf = tabulate(static_cast<int>(sketch.entities.size()), uses);
     Surroundings around;
     std::vector<char> isSeen(sketch.entities.size(), 0), isTaken(sketch.constraints.size(), 0);
-    for (std::size_t head = 0; head < elements.size(); ++head) {
-        const int element = elements[head];
-        if (std::exchange(isSeen[at(element)], 1) || sketch.entities[at(element)].fixed)
+    for (std::size_t head = 0; head < entities.size(); ++head) {
+        const int entity = entities[head];
+        if (std::exchange(isSeen[at(entity)], 1) || sketch.entities[at(entity)].fixed)
             continue;
-        around.elements.push_back(element);
-        for (const int c : constraintsOf[element]) {
+        around.entities.push_back(entity);
+        for (const int c : constraintsOf[entity]) {
             if (std::exchange(isTaken[at(c)], 1))
                 continue;
             around.constraints.push_back(c);
             for (const SketchPlace& place : sketch.constraints[at(c)].refs)
-                elements.push_back(place.entity);
+                entities.push_back(place.entity);
         }
     }
     return around;

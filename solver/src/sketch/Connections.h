@@ -8,17 +8,17 @@
 
 namespace holdfast::solver::detail {
 
-/// The element that a value belongs to. Logarithmic in the elements.
+/// The entity that a value belongs to. Logarithmic in the entities.
 int entityOfValue(const SketchData& sketch, int value);
 
-/// Elements and constraints in the order in which a walk meets them.
+/// Entities and constraints in the order in which a walk meets them.
 struct Surroundings {
-    std::vector<int> elements;
+    std::vector<int> entities;
     std::vector<int> constraints;
 };
 
-/// Walks from some elements along some constraints to the elements that they hold on, and on from there. Fixed elements
+/// Walks from some entities along some constraints to the entities that they hold on, and on from there. Fixed entities
 /// lead nowhere and are left out. Linear in the sketch and the constraints.
-Surroundings surroundingsOf(const SketchData& sketch, std::span<const int> constraints, std::vector<int> elements);
+Surroundings surroundingsOf(const SketchData& sketch, std::span<const int> constraints, std::vector<int> entities);
 
 }  // namespace holdfast::solver::detail

@@ -15,7 +15,7 @@ public:
     /// Linear in the sketch.
     explicit Corners(const SketchData& sketch);
 
-    /// Elements at corners that turn to the other side than before, ascending. Both are values of the sketch. Corners
+    /// Entities at corners that turn to the other side than before, ascending. Both are values of the sketch. Corners
     /// that are straight, before or now, turn to no side.
     std::vector<int> turnedOver(std::span<const double> before, std::span<const double> now) const;
 

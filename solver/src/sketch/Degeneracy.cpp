@@ -53,7 +53,7 @@ double polygonLength(Values v, const SketchEntity& entity) {
     return sum;
 }
 
-/// The smallest length or radius of an element, and what to call it.
+/// The smallest length or radius of an entity, and what to call it.
 struct Extent {
     double size;
     const char* name;
@@ -121,7 +121,7 @@ std::string wholeName(const SketchData& sketch, int number) {
     return nameOf(sketch, {number, PlaceKind::whole, 0});
 }
 
-/// Whether one of an element's sizes is next to nothing of what it was. Sizes that were nothing before do not count.
+/// Whether one of an entity's sizes is next to nothing of what it was. Sizes that were nothing before do not count.
 class Shrinking {
 public:
     Shrinking(const SketchData& sketch, int number, Values now, double least, double nothing)

@@ -7,27 +7,27 @@
 
 namespace holdfast::solver::detail {
 
-/// An element that a solution has degenerate, although every equation holds.
+/// An entity that a solution has degenerate, although every equation holds.
 struct Degeneracy {
     int entity = -1;      ///< or -1
     int constraint = -1;  ///< the tangency that turned over, or -1
     std::string what;     ///< "line g3 would have no length"
 };
 
-/// The first of the elements that has collapsed (no length, no radius: below 1e-6 of the sketch's size) or turned
+/// The first of the entities that has collapsed (no length, no radius: below 1e-6 of the sketch's size) or turned
 /// inside out (an arc's sweep that passed through none or a full turn, a bulge that changed sign, an ellipse whose
-/// minor axis has become the longer one), judged against the sketch's reference. An element that was so at the
-/// reference is not held against the solution. A margin above 1 calls bigger elements collapsed too, by that factor.
+/// minor axis has become the longer one), judged against the sketch's reference. An entity that was so at the
+/// reference is not held against the solution. A margin above 1 calls bigger entities collapsed too, by that factor.
 std::optional<Degeneracy> findFlaw(const SketchData& sketch, const EquationSystem& system,
                                    std::span<const int> entities, double margin = 1.0);
 
-/// The first of the elements of which a length, a radius or a sweep has shrunk below this part of what it was at the
+/// The first of the entities of which a length, a radius or a sweep has shrunk below this part of what it was at the
 /// reference, or of which a point has gone beyond all bounds: 1e4 times the sketch's size from where it was.
-/// isAsked: elements, by number, whose sizes the edit is about; they may shrink. Empty: none.
+/// isAsked: entities, by number, whose sizes the edit is about; they may shrink. Empty: none.
 std::optional<Degeneracy> findRuined(const SketchData& sketch, const EquationSystem& system,
                                      std::span<const int> entities, std::span<const char> isAsked, double least);
 
-/// The first of the elements that is a line, or has a straight segment, that now runs against its direction before:
+/// The first of the entities that is a line, or has a straight segment, that now runs against its direction before:
 /// turned by more than a right angle. Both are values of the sketch.
 int findReversed(const SketchData& sketch, std::span<const int> entities, std::span<const double> before,
                  std::span<const double> now);

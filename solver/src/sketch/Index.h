@@ -6,7 +6,7 @@
 
 namespace holdfast::solver::detail {
 
-/// Numbers of elements, values, unknowns and constraints are signed, as -1 says that there is none; lists are indexed
+/// Numbers of entities, values, unknowns and constraints are signed, as -1 says that there is none; lists are indexed
 /// by what this makes of them.
 constexpr std::size_t at(int number) {
     return static_cast<std::size_t>(number);

@@ -10,7 +10,7 @@ namespace holdfast::solver::detail {
 double measured(const SketchData& sketch, int constraint);
 
 /// How far each constraint is from holding now: its largest residual, as a length, computed without any merging. 0 for
-/// those that do not bind. One more number at the end: the rules of the elements themselves, the worst of them.
+/// those that do not bind. One more number at the end: the rules of the entities themselves, the worst of them.
 std::vector<double> violationsOf(const SketchData& sketch);
 
 }  // namespace holdfast::solver::detail

@@ -16,7 +16,7 @@
 
 namespace holdfast::solver::detail {
 
-/// What an element of a sketch is. The layout of each one's values stands beside it.
+/// What an entity of a sketch is. The layout of each one's values stands beside it.
 enum class EntityKind {
     line,           ///< x1 y1 x2 y2
     ray,            ///< x y angle
@@ -31,7 +31,7 @@ enum class EntityKind {
     polyline        ///< x y of each vertex, then one bulge for each arc segment
 };
 
-/// One element of a sketch; its numbers are values[firstValue ... firstValue + valueCount) of the sketch.
+/// One entity of a sketch; its numbers are values[firstValue ... firstValue + valueCount) of the sketch.
 struct SketchEntity {
     std::string id;
     EntityKind kind = EntityKind::point;
@@ -50,7 +50,7 @@ struct SketchEntity {
 /// What an `internal` constraint ties to its ellipse.
 enum class EllipseHelper { none, majorDiameter, minorDiameter, focus1, focus2 };
 
-/// A place on an element of the sketch. In angles `end` stands for the element's direction turned round.
+/// A place on an entity of the sketch. In angles `end` stands for the entity's direction turned round.
 struct SketchPlace {
     int entity = -1;
     PlaceKind kind = PlaceKind::whole;
@@ -67,14 +67,14 @@ struct SketchConstraint {
     bool active = true;
 
     /// A user's own equations instead of those of the type. They read, place by place: the two values of a point, or
-    /// all values of a whole element.
+    /// all values of a whole entity.
     std::shared_ptr<const ResidualFunction> own{};
 
     /// True for a constraint that the solver has to keep; measured and switched-off ones it leaves alone.
     bool binds() const { return driving && active && type != ConstraintType::composite; }
 };
 
-/// A constraint that its elements cannot have, or an element that makes no sense: what, where, and what would do.
+/// A constraint that its entities cannot have, or an entity that makes no sense: what, where, and what would do.
 class SketchError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -90,9 +90,9 @@ private:
     std::string m_places;
 };
 
-/// Elements in the plane of a constraint group and the constraints between them: what the solver works on.
+/// Entities in the plane of a constraint group and the constraints between them: what the solver works on.
 ///
-/// values are where the elements are now. reference is where they were when the edit began: it decides every choice
+/// values are where the entities are now. reference is where they were when the edit began: it decides every choice
 /// between branches (sides, inner or outer tangency, the sense of arcs) and where a fixed place is.
 struct SketchData {
     std::vector<SketchEntity> entities;
@@ -106,7 +106,7 @@ struct SketchData {
     double tolerance = kTolerance;
     double sizeAround = 0.0;  ///< of the drawing that the sketch is a part of; 0: it is the whole
 
-    // Each returns the number of the new element. Throws SketchError for a shape that is none.
+    // Each returns the number of the new entity. Throws SketchError for a shape that is none.
     int addLine(std::string id, Vec2 start, Vec2 end);
     int addRay(std::string id, Vec2 base, double angle);
     int addXline(std::string id, Vec2 base, double angle);

@@ -400,7 +400,7 @@ private:
         for (const int number : m_request.edited)
             isEdited[at(number)] = 1;
         std::vector<KeptShape> shapes;
-        for (const int number : surroundingsOf(m_work, bindingConstraints(m_work), m_named).elements)
+        for (const int number : surroundingsOf(m_work, bindingConstraints(m_work), m_named).entities)
             if (!isEdited[at(number)] && shapes.size() < kMostShapes)
                 shapes.push_back({number, kLengthWeight, kBendWeight, kTurnWeight});
         std::sort(shapes.begin(), shapes.end(),
