@@ -237,9 +237,7 @@ bool HostDrag::keepShapes(const EditRequest& request) {
                                               .keepsShapes = true,
                                               .patience = m_miss > 0.0 ? Patience::way : Patience::once,
                                               .namesConflicts = false});
-    const bool fellShort = m_miss > kHolds * m_drawn.size();
-    if (!result.isSolved() || (isTurnedOver(shaped.values, m_host.sketch.values) &&
-                               (!fellShort || isTurnedOver(shaped.values, m_drawn.values))))
+    if (!result.isSolved() || isTurnedOver(shaped.values))
         return false;
     const std::vector<double> followed = std::exchange(m_host.sketch.values, shaped.values);
     if (m_host.isCut && m_host.reachesBorder()) {
@@ -250,15 +248,21 @@ bool HostDrag::keepShapes(const EditRequest& request) {
     return true;
 }
 
-/// True where a line points away from where it was: the last step has gone over to a branch that is not to be left when
-/// the drag ends, unless it fell short there and the lines are as they were drawn.
-bool HostDrag::isTurnedOver(const std::vector<double>& values, const std::vector<double>& before) const {
-    const auto along = [](const std::vector<double>& of, std::size_t v) {
-        return Vec2{of[v + 2] - of[v], of[v + 3] - of[v + 1]};
-    };
+/// True where a line points away from where the last step had it: that step has gone over to a branch that is not to be
+/// left when the drag ends. It has not where it fell short, or has pushed a line over itself instead of turning it,
+/// while the line points as it was drawn.
+bool HostDrag::isTurnedOver(const std::vector<double>& values) const {
+    const double same = kHolds * m_drawn.size();
+    const bool fellShort = m_miss > same;
     return std::any_of(m_drawn.entities.begin(), m_drawn.entities.end(), [&](const SketchEntity& entity) {
-        const std::size_t v = at(entity.firstValue);
-        return entity.kind == EntityKind::line && dot(along(values, v), along(before, v)) < 0.0;
+        if (entity.kind != EntityKind::line)
+            return false;
+        const auto along = [v = at(entity.firstValue)](const std::vector<double>& of) {
+            return Vec2{of[v + 2] - of[v], of[v + 3] - of[v + 1]};
+        };
+        const Vec2 now = along(values), followed = along(m_host.sketch.values), drawn = along(m_drawn.values);
+        const bool isBranch = !fellShort && std::abs(norm(followed) - norm(drawn)) <= same;
+        return dot(now, followed) < 0.0 && (isBranch || dot(now, drawn) < 0.0);
     });
 }
 

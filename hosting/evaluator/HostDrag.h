@@ -67,7 +67,7 @@ private:
     SolveResult follow(const EditRequest& request, const std::vector<double>& goals);
     SolveResult yield(const EditRequest& request, const std::vector<double>& goals, const SolveResult& followed);
     bool keepShapes(const EditRequest& request);
-    bool isTurnedOver(const std::vector<double>& values, const std::vector<double>& before) const;
+    bool isTurnedOver(const std::vector<double>& values) const;
     std::vector<int> brokenNow() const;
     bool breaksWhatHeld() const;
     void leaveBroken();

@@ -108,6 +108,23 @@ TEST(LeastSurpriseEdit, TakesABracketAlongInOneLongStrideOfADrag) {
     EXPECT_EQ(resized(session), "");
 }
 
+/// A short line that hangs on the end of something is pushed over itself on the way; it shifts in the end all the same.
+TEST(LeastSurpriseEdit, ShiftsAShortLineThatHangsOnAPulledEnd) {
+    Document document = twoLines(ConstraintType::coincident);
+    document.entities[0].shape = SplineShape{.degree = 3,
+                                             .control = {{20, 0}, {30, 0}, {36, 8}, {44, 20}},
+                                             .knots = {0, 0, 0, 0, 1, 1, 1, 1},
+                                             .weights = {}};
+    document.entities[1].shape = LineShape{{44, 20}, {50, 29}};
+    document.constraints = {
+        constraintOf("c0", ConstraintType::coincident, {{"a", PlaceKind::end}, {"b", PlaceKind::start}})};
+    Session session(document);
+    EXPECT_EQ(session.apply("drag a.end by 10,8").outcome.error, "");
+    EXPECT_NEAR(lineOf(session, "b").start.x, 54.0, 1e-9);
+    EXPECT_NEAR(lineOf(session, "b").end.x, 60.0, 1e-7);
+    EXPECT_NEAR(lineOf(session, "b").end.y, 37.0, 1e-7);
+}
+
 TEST(LeastSurpriseEdit, IsNotStoppedByAPartThatContradictsItself) {
     Document document = twoLines(ConstraintType::equal);
     document.constraints = {constraintOf("c0", ConstraintType::horizontal, {{"a"}}),
