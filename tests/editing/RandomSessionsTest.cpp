@@ -5,11 +5,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdlib>
 #include <iostream>
 #include <map>
 #include <set>
-#include <unordered_set>
+#include <sstream>
+#include <unordered_map>
 
 #include "document/Polylines.h"
 #include "document/checks/DocumentCheck.h"
@@ -30,8 +32,12 @@ namespace holdfast::editing {
 using namespace formats;
 namespace {
 
-/// Parts of a drawing's size within which a constraint holds, before an edit and after it.
-constexpr double kHeld = 1e-7, kHolds = 1e-5;
+/// Parts of a drawing's size within which a constraint holds, before an edit and after it: what held well goes on so,
+/// and what held within the digits of its file holds as a user can see.
+constexpr double kHeldWell = 1e-10, kHoldsWell = 1e-9, kHeld = 1e-7, kHolds = 1e-5;
+
+/// Part of its size below which an entity that followed has collapsed.
+constexpr double kCollapsed = 0.01;
 
 /// A verb that was refused so often is never done at all.
 constexpr int kManyTries = 50;
@@ -67,13 +73,26 @@ std::string faultAfter(const Document& before, const Document& after) {
             return name + " is no proper curve any more";
     const DocumentSketch was(before), is(after);
     const std::vector<double> missesBefore = was.shortfalls(), missesAfter = is.shortfalls();
-    std::unordered_set<std::string_view> held;
+    std::unordered_map<std::string_view, double> allowed;
     for (std::size_t i = 0; i < before.constraints.size(); ++i)
         if (missesBefore[i] <= kHeld * was.size())
-            held.insert(before.constraints[i].id);
+            allowed[before.constraints[i].id] = missesBefore[i] <= kHeldWell * was.size() ? kHoldsWell : kHolds;
     for (std::size_t i = 0; i < after.constraints.size(); ++i)
-        if (held.contains(after.constraints[i].id) && !(missesAfter[i] <= kHolds * is.size()))
-            return spokenConstraint(after.constraints[i]) + " was kept and is off by " + std::to_string(missesAfter[i]);
+        if (const auto kept = allowed.find(after.constraints[i].id);
+            kept != allowed.end() && !(missesAfter[i] <= kept->second * is.size())) {
+            std::ostringstream fault;
+            fault << spokenConstraint(after.constraints[i]) << " was kept and is off by " << missesAfter[i];
+            return fault.str();
+        }
+    return {};
+}
+
+/// What has followed an edit and is next to nothing now; empty when all is well.
+std::string collapsedBy(const EditResult& result) {
+    for (const EntityOutcome& entity : result.fates.entities)
+        for (const SizeChange& size : entity.sizes)
+            if (entity.fate == EntityFate::followed && std::abs(size.after) < kCollapsed * std::abs(size.before))
+                return entity.entity + " has followed and collapsed";
     return {};
 }
 
@@ -109,7 +128,8 @@ public:
             return went(m_undone, m_states, before) ? "" : "redo did not bring the edit back";
         m_states.push_back(before);
         m_undone.clear();
-        return faultAfter(before, document());
+        const std::string collapse = collapsedBy(result);
+        return collapse.empty() ? faultAfter(before, document()) : collapse;
     }
 
 private:
