@@ -5,6 +5,7 @@
 #include <numeric>
 #include <optional>
 
+#include "solver/src/diagnosis/Feasibility.h"
 #include "solver/src/residuals/EquationSystem.h"
 #include "solver/src/sketch/Degeneracy.h"
 #include "solver/src/sketch/Index.h"
@@ -119,17 +120,20 @@ int sizesInVain(const SketchData& before, const SketchData& after, const std::ve
 
 namespace {
 
-SketchData onlyWith(const SketchData& sketch, const std::vector<int>& constraints, int without) {
+/// In one go, on a way, or from somewhere else: a yes is a solution.
+bool canHold(const SketchData& sketch, const std::vector<int>& constraints, int without) {
     SketchData part = sketch;
+    std::vector<int> active;
     for (SketchConstraint& constraint : part.constraints)
         constraint.active = false;
     for (const int c : constraints)
-        part.constraints[at(c)].active = c != without && sketch.constraints[at(c)].active;
-    return part;
-}
-
-bool canHold(SketchData sketch) {
-    return solve(sketch, {.reach = Scope::part, .namesConflicts = false}).isSolved();
+        if (c != without && sketch.constraints[at(c)].active) {
+            part.constraints[at(c)].active = true;
+            active.push_back(c);
+        }
+    Effort effort(nullptr);
+    return solve(part, {.reach = Scope::part, .namesConflicts = false}).isSolved() ||
+           solver::detail::canHold(sketch, active, {}, Care::thorough, effort);
 }
 
 }  // namespace
@@ -139,10 +143,9 @@ bool isProvenConflict(const SketchData& before, const SketchData& asked, const s
         return false;
     SketchData start = asked;
     start.values = start.reference = before.values;
-    if (canHold(onlyWith(start, constraints, -1)))
+    if (canHold(start, constraints, -1))
         return false;
-    return std::all_of(constraints.begin(), constraints.end(),
-                       [&](int c) { return canHold(onlyWith(start, constraints, c)); });
+    return std::all_of(constraints.begin(), constraints.end(), [&](int c) { return canHold(start, constraints, c); });
 }
 
 }  // namespace holdfast::reach

@@ -17,7 +17,8 @@ bool isSoundAfter(const SketchData& before, const SketchData& after);
 int sizesInVain(const SketchData& before, const SketchData& after, const std::vector<Target>& targets);
 
 /// True when the named constraints cannot hold together, with the targets, and any one of them left out frees the
-/// others, in one go or on a way. Constraints are those of `after`, values those of the drawing before.
+/// others, in one go, on a way or from another place. Constraints are those of `after`, values those of the drawing
+/// before.
 bool isProvenConflict(const SketchData& before, const SketchData& asked, const std::vector<int>& constraints);
 
 }  // namespace holdfast::reach

@@ -83,6 +83,17 @@ TEST(Degenerate, RefusesASplineDrawnIntoOnePoint) {
     expectRefused(sketch, request, "spline s would have no length");
 }
 
+TEST(Degenerate, RefusesATangencyThatConstantsTurnOver) {
+    for (const double end : {1.0, -1.0}) {
+        SketchText sketch(
+            "fixed! point o 0,0; line a 0,0 3,0; arc r 0,1 1 180 270; tangent a.start r.end; horizontal a; "
+            "radius r = 1; coincident o r.end; distance_x o a.end = 3");
+        sketch.sketch.constraints.back().value = end;
+        const SolveResult result = solve(sketch.sketch, {.keepsShapes = true});
+        EXPECT_EQ(result.isSolved(), end > 0.0) << end;
+    }
+}
+
 TEST(Degenerate, LetsAnElementStayThatWasCollapsedBefore) {
     SketchText sketch("line a 5,5 5,5; line b 0,0 4,1; horizontal b");
     EXPECT_EQ(solve(sketch.sketch, {}).status, SolveStatus::solved);

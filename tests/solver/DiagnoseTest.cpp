@@ -185,6 +185,15 @@ TEST(FindConflict, IsNotMistakenByALineThatTwoTargetsWouldCollapse) {
     EXPECT_TRUE(conflict.isMinimal);
 }
 
+TEST(FindConflict, FindsNoneWhereAShortLineCanShift) {
+    // Least movement would take half of the way at each end, and turn the short line round.
+    const SketchText sketch(
+        "line short -4.2,14.5 -4.5,14.5; line other 4.5,14.8 4.5,14.5; arc round -4.2,14.3 0.2 0 90; "
+        "tangent short.start round.end; distance_x short.end other.end = 7.2");
+    const ConflictSet conflict = findConflict(sketch.sketch, bindingConstraints(sketch.sketch), {});
+    EXPECT_EQ(sketch.namesOf(conflict.constraints), "");
+}
+
 /// Six bars between four places each, cell beside cell; the second diagonal of one of them is too long.
 SketchText truss(int cells, int wrong) {
     std::string text = "fixed! point p0 0,0; point q0 0,10";

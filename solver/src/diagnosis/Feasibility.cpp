@@ -8,6 +8,7 @@
 #include "solver/src/diagnosis/Extract.h"
 #include "solver/src/diagnosis/RowCircuits.h"
 #include "solver/src/sketch/Index.h"
+#include "solver/src/sketch/Measure.h"
 #include "solver/src/solving/SolverState.h"
 
 namespace holdfast::solver::detail {
@@ -37,6 +38,9 @@ constexpr int kMostIterations = 100;
 /// Parts of the largest residual from which a constraint is suspected, first and then: near the least sum the others'
 /// residuals are small, though not nothing.
 constexpr double kGuilty = 1e-2, kPerhapsGuilty = 1e-5;
+
+/// How many tolerances a constraint may miss and still hold.
+constexpr double kHolds = 10.0;
 
 std::size_t costOf(const Subproblem& subproblem, int iterations) {
     const auto width = static_cast<std::size_t>(subproblem.columnCount() + subproblem.rowCount());
@@ -157,6 +161,23 @@ private:
     Effort& m_effort;
     std::mt19937 m_random{1};
 };
+
+/// By all ways that a solve knows: the one that leads to a solution may be too narrow to be met with by chance. Shapes
+/// are kept, as least movement draws a short line together where it could shift.
+bool canBeSolved(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets,
+                 Effort& effort) {
+    Extract extract(sketch, constraints, targets);
+    const SolveResult result = solve(extract.sketch(), {.targets = extract.targets(),
+                                                        .reach = Scope::part,
+                                                        .keepsShapes = true,
+                                                        .namesConflicts = false,
+                                                        .budget = effort.budget()});
+    effort.spend(static_cast<std::size_t>(result.work));
+    // What the targets are not connected with has not been solved.
+    const std::vector<double> misses = violationsOf(extract.sketch());
+    const double most = kHolds * extract.sketch().tolerance * extract.sketch().size();
+    return result.isSolved() && std::all_of(misses.begin(), misses.end(), [&](double miss) { return miss <= most; });
+}
 
 /// The constraints as equations, nothing merged, brought as near to holding as they come.
 class LeastSquares {
@@ -295,7 +316,9 @@ private:
 
 bool canHold(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets, Care care,
              Effort& effort) {
-    return Trial(sketch, constraints, targets, effort).holds(care);
+    if (Trial(sketch, constraints, targets, effort).holds(care))
+        return true;
+    return care == Care::thorough && !effort.isSpent() && canBeSolved(sketch, constraints, targets, effort);
 }
 
 Suspects suspectsAmong(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets,

@@ -296,6 +296,8 @@ bool Run::isOverBudget() {
 bool Run::leavesPinnedSound() {
     m_result.degeneracy = m_state.degeneracyInConstants();
     if (!m_result.degeneracy)
+        m_result.degeneracy = m_state.ruinInConstants();
+    if (!m_result.degeneracy)
         return true;
     m_result.status = SolveStatus::degenerate;
     suspectPart();

@@ -116,6 +116,7 @@ public:
 
     const std::vector<ValueGoal>& values() const { return m_values; }
     double secondsBuilding() const { return m_trying.secondsBuilding(); }
+    long work() const { return m_trying.work(); }
 
 private:
     Task task(RelaxationLevel level, bool isQuick) const {
@@ -188,7 +189,7 @@ private:
             return atOnce;
         if (m_request.patience != Patience::all)
             return followed;
-        Answer careful = m_trying.once(task(level, false));
+        Answer careful = m_trying.isSpent() ? std::move(atOnce) : m_trying.once(task(level, false));
         if (!careful.isSolved())
             careful.result.reached = followed.result.reached;
         if (!careful.isSolved() && followed.result.degeneracy)
@@ -465,6 +466,7 @@ SolveResult solve(SketchData& sketch, const SolveRequest& request) {
     const Stopwatch iterating;
     Solving solving(sketch, request);
     Answer answer = solving.run();
+    answer.result.work = solving.work();
     answer.result.times.building = solving.secondsBuilding();
     answer.result.times.iterating = iterating.seconds() - answer.result.times.building;
     if (answer.isSolved()) {

@@ -92,6 +92,7 @@ struct SolveResult {
     SolveStatus status = SolveStatus::unchanged;
     RelaxationLevel level = RelaxationLevel::exact;
     int iterations = 0;
+    long work = 0;                         ///< unknowns and rows gone through, once for every iteration of every try
     double residual = 0.0;                 ///< of the constraint that holds worst, as a length
     int worstConstraint = -1;              ///< -1: none, or a rule of an element
     std::vector<int> conflicting;          ///< constraints that cannot hold together (with the targets), ascending

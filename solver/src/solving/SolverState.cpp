@@ -19,6 +19,10 @@ constexpr int kQuick = 25;
 /// Parts of the way from the reference: one, then this many times more, up to the most.
 constexpr int kMoreParts = 8, kMostParts = 64;
 
+/// What that way may cost, in unknowns and rows, once for every iteration: some tenths of a second; and iterations that
+/// it may take at least, however large the part is.
+constexpr long kMostFromReference = 400'000, kLeastIterations = 200;
+
 /// Strides of second tries, as parts of the sketch's size, and their iterations: short, so that none leads over to
 /// another branch, and as many as the size takes.
 constexpr double kReferenceStride = 0.05, kCarefulStride = 0.01;
@@ -33,8 +37,12 @@ constexpr double kRelief = 0.02;
 /// What differs by less than this many tolerances is the same.
 constexpr double kSame = 10.0;
 
+long widthOf(const Subproblem& subproblem) {
+    return subproblem.columnCount() + subproblem.rowCount();
+}
+
 long workOf(const Subproblem& subproblem, const IterationReport& report) {
-    return static_cast<long>(report.iterations) * (subproblem.columnCount() + subproblem.rowCount());
+    return report.iterations * widthOf(subproblem);
 }
 
 /// Where rings that are most of a part have failed, the next ones are all of it: they would be as dear and hardly
@@ -289,17 +297,22 @@ std::optional<Degeneracy> SolverState::degeneracyIn(std::span<const int> entitie
 }
 
 std::optional<Degeneracy> SolverState::degeneracyInConstants() const {
-    std::vector<int> unknowns, equations;
-    for (const auto& [unknown, goal] : m_pins) {
+    std::vector<int> unknowns, senses;
+    for (const auto& [unknown, goal] : m_pins)
         unknowns.push_back(unknown);
-        const auto reading = m_system.equationsOfUnknown[unknown];
-        equations.insert(equations.end(), reading.begin(), reading.end());
-    }
     if (auto degeneracy = findFlaw(m_sketch, m_system, entitiesOf(m_system, unknowns)))
         return degeneracy;
     if (auto degeneracy = findFlaw(m_sketch, m_system, m_displaced))
         return degeneracy;
-    return findTurnedTangency(m_sketch, m_system, sensesOf(m_system, equations));
+    // A tangency may turn over by constants and go on holding, so that nothing else moves.
+    for (int i = 0; i < static_cast<int>(m_system.senses.size()); ++i)
+        if (concernsEquation(m_system.senses[at(i)].equation))
+            senses.push_back(i);
+    return findTurnedTangency(m_sketch, m_system, senses);
+}
+
+std::optional<Degeneracy> SolverState::ruinInConstants() const {
+    return findRuined(m_sketch, m_system, m_displaced, m_isAsked, m_least);
 }
 
 Attempt SolverState::trySettling(Subproblem& subproblem, std::vector<double> x, IterationLimits limits) {
@@ -325,7 +338,8 @@ Attempt SolverState::trySettling(Subproblem& subproblem, std::vector<double> x, 
 /// of the solution cannot be lost on the way.
 Attempt SolverState::tryFromReference(Subproblem& subproblem) {
     Attempt attempt;
-    for (int steps = 1; steps <= kMostParts; steps *= kMoreParts) {
+    const long most = m_work + std::max(kMostFromReference, kLeastIterations * widthOf(subproblem));
+    for (int steps = 1; steps <= kMostParts && m_work < most; steps *= kMoreParts) {
         std::vector<double> x;
         for (const int u : subproblem.unknowns())
             x.push_back(m_system.meanOf(u, m_system.reference));
@@ -333,7 +347,7 @@ Attempt SolverState::tryFromReference(Subproblem& subproblem) {
         IterationLimits limits;
         limits.stride = kReferenceStride;
         limits.budget = m_budget;
-        for (int step = 1; step <= steps && isSatisfied; ++step) {
+        for (int step = 1; step <= steps && isSatisfied && m_work < most; ++step) {
             const double part = static_cast<double>(step) / steps;
             for (const auto& [unknown, goal] : m_pins)
                 m_system.assign(unknown, (1.0 - part) * m_system.meanOf(unknown, m_system.reference) + part * goal);
@@ -343,7 +357,7 @@ Attempt SolverState::tryFromReference(Subproblem& subproblem) {
         }
         for (const auto& [unknown, goal] : m_pins)
             m_system.assign(unknown, goal);
-        if (isSatisfied)
+        if (isSatisfied && m_work < most)
             attempt = trySettling(subproblem, x, limits);
         if (attempt.isSolved)
             return attempt;

@@ -96,6 +96,9 @@ public:
     /// What the constants of the constraints and of the edit have degenerate by themselves.
     std::optional<Degeneracy> degeneracyInConstants() const;
 
+    /// What they have made shrink to next to nothing of what it was, or moved out of sight.
+    std::optional<Degeneracy> ruinInConstants() const;
+
     /// What all further attempts may cost together; null: no bound. It outlives them.
     void setBudget(Budget* budget) { m_budget = budget; }
     bool hasSpentBudget() const { return isSpent(m_budget); }

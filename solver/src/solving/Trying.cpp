@@ -24,6 +24,10 @@ constexpr long kMostKeepingWork = 60'000;
 /// What the sizes that change do more, together, may not be worth that fewer do.
 constexpr double kMostStrain = 2.0;
 
+/// What all tries of one request may cost together, in the same measure: about a second; or in a drawing so large that
+/// one try takes as long, so many times that.
+constexpr long kMostWork = 2'500'000, kMostTimes = 20;
+
 int countOf(const Run::Changes& changes) {
     return changes.bends + changes.lengths + changes.turns;
 }
@@ -37,12 +41,17 @@ void Trying::keepUpright(std::span<const int> elements, double turnWeight) {
 }
 
 Answer Trying::once(const Task& task) {
+    Answer answer;
+    answer.result.status = SolveStatus::unreached;
+    if (isSpent())
+        return answer;
     const Stopwatch building;
     Run run(m_sketch, task);
     m_secondsBuilding += building.seconds();
-    Answer answer;
     answer.result = run.solve();
     m_work += run.work();
+    if (m_mostWork == std::numeric_limits<long>::max())
+        m_mostWork = std::max(kMostWork, kMostTimes * m_work);
     answer.isContradicted = run.isContradicted();
     answer.suspects = run.suspects();
     if (!answer.isSolved())

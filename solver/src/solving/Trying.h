@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <limits>
 #include <utility>
 
 #include "solver/src/Uses.h"
@@ -61,6 +62,8 @@ public:
     double secondsBuilding() const { return m_secondsBuilding; }
     /// What all of them have cost, as Run::work counts it.
     long work() const { return m_work; }
+    /// They have cost what one request may cost: what is tried now fails at once.
+    bool isSpent() const { return m_work >= m_mostWork; }
 
 private:
     Answer wishing(Task task);
@@ -73,6 +76,7 @@ private:
     std::function<bool(const Answer&)> m_isShunned;
     double m_secondsBuilding = 0.0;
     long m_work = 0;
+    long m_mostWork = std::numeric_limits<long>::max();
     long m_keepingWork = 0;  ///< of that, what keeping more sizes exactly has cost
     int m_keepingTries = 0;  ///< that are left
 };
