@@ -34,6 +34,7 @@ struct IterationLimits {
 struct IterationReport {
     bool isSatisfied = false;  ///< every equation holds to the system's tolerance
     bool isNearest = false;    ///< no movement along the equations comes nearer to the targets
+    bool isSound = false;      ///< IterationLimits::isSound was asked there, and had nothing against it
     int iterations = 0;        ///< factorisations
     double residual = 0.0;     ///< largest
 };

@@ -24,11 +24,37 @@ struct LinearSolver::Data {
     Matrix matrix;  // lower triangle: below each weight the curvature, then a column of J; last the damping
     std::vector<int> curvatureCounts;  // per column
     Factors factors;
-    Vector damping;
-    Vector solution, residual, step;
+    Vector inversePivots;
+    Vector right, solution, residual, step, work;
+
+    /// x = matrix^-1 b by the factors, in one pass down and one up.
+    void apply(const Vector& b, Vector& x) {
+        const Matrix& lower = factors.matrixL().nestedExpression();
+        const int* place = factors.permutationP().indices().data();
+        const int *starts = lower.outerIndexPtr(), *inner = lower.innerIndexPtr();
+        const double* values = lower.valuePtr();
+        const int size = static_cast<int>(b.size());
+        work.resize(size);
+        for (int i = 0; i < size; ++i)
+            work[place[i]] = b[i];
+        for (int j = 0; j < size; ++j) {
+            const double y = work[j];
+            for (int k = starts[j]; k < starts[j + 1]; ++k)
+                work[inner[k]] -= values[k] * y;
+        }
+        for (int j = size - 1; j >= 0; --j) {
+            double y = work[j] * inversePivots[j];
+            for (int k = starts[j]; k < starts[j + 1]; ++k)
+                y -= values[k] * work[inner[k]];
+            work[j] = y;
+        }
+        x.resize(size);
+        for (int i = 0; i < size; ++i)
+            x[i] = work[place[i]];
+    }
 
     /// residual = right - matrix * solution, without the damping.
-    double computeResidual(const Vector& right) {
+    double computeResidual() {
         residual = right;
         const double* values = matrix.valuePtr();
         const int* inner = matrix.innerIndexPtr();
@@ -44,13 +70,13 @@ struct LinearSolver::Data {
         return residual.lpNorm<Eigen::Infinity>();
     }
 
-    void refine(const Vector& right) {
-        double before = computeResidual(right);
+    void refine() {
+        double before = computeResidual();
         const double enough = kRounding * right.lpNorm<Eigen::Infinity>();
         for (int i = 0; i < kMostRefinements && before > enough; ++i) {
-            step = factors.solve(residual);
+            apply(residual, step);
             solution += step;
-            const double after = computeResidual(right);
+            const double after = computeResidual();
             if (!(after < before)) {
                 solution -= step;
                 return;
@@ -97,7 +123,6 @@ void LinearSolver::analyse(const ColumnPattern& pattern, const ColumnPattern& cu
     outer[size] = next;
     std::fill_n(d.matrix.valuePtr(), next, 1.0);
     d.factors.analyzePattern(d.matrix);
-    d.damping.resize(d.rows);
 }
 
 bool LinearSolver::factorise(std::span<const double> weights, std::span<const double> jacobian,
@@ -117,6 +142,7 @@ bool LinearSolver::factorise(std::span<const double> weights, std::span<const do
     for (int i = 0; i < d.rows; ++i)
         values[outer[d.columns + i]] = -damping[static_cast<std::size_t>(i)];
     d.factors.factorize(d.matrix);
+    d.inversePivots = d.factors.vectorD().cwiseInverse();
     return d.factors.info() == Eigen::Success && d.factors.vectorD().allFinite();
 }
 
@@ -126,12 +152,12 @@ int LinearSolver::negativePivots() const {
 
 void LinearSolver::solve(std::span<double> g, std::span<double> h, bool isExact) {
     Data& d = *m_data;
-    Vector right(d.columns + d.rows);
-    right.head(d.columns) = Eigen::Map<const Vector>(g.data(), d.columns);
-    right.tail(d.rows) = Eigen::Map<const Vector>(h.data(), d.rows);
-    d.solution = d.factors.solve(right);
+    d.right.resize(d.columns + d.rows);
+    d.right.head(d.columns) = Eigen::Map<const Vector>(g.data(), d.columns);
+    d.right.tail(d.rows) = Eigen::Map<const Vector>(h.data(), d.rows);
+    d.apply(d.right, d.solution);
     if (isExact)
-        d.refine(right);
+        d.refine();
     Eigen::Map<Vector>(g.data(), d.columns) = d.solution.head(d.columns);
     Eigen::Map<Vector>(h.data(), d.rows) = d.solution.tail(d.rows);
 }

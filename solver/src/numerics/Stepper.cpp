@@ -26,6 +26,7 @@ std::vector<double> moved(std::span<const double> x, std::span<const double> ste
 }
 
 bool Stepper::factorise(double damping) {
+    m_subproblem.carried().weights.clear();
     m_subproblem.rowSquares(m_weights, m_damping);
     double sum = 0.0;
     for (const double square : m_damping)

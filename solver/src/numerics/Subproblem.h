@@ -63,6 +63,14 @@ public:
 
     LinearSolver& linearSolver() { return m_linear; }
 
+    /// What the factors at hand were made with, and what multiplied the equations at the nearest point that was found
+    /// with them: the next search, from a place that differs little, begins with both. No weights: there is nothing
+    /// to begin with.
+    struct Carried {
+        std::vector<double> weights, multiplier;
+    };
+    Carried& carried() { return m_carried; }
+
     /// Made when it is first asked for, and kept.
     LagrangianHessian& curvature();
     EquationSystem& system() { return m_system; }
@@ -97,6 +105,7 @@ private:
     std::vector<double> m_slopes;
     ColumnPattern m_pattern;
     LinearSolver m_linear;
+    Carried m_carried;
     std::unique_ptr<LagrangianHessian> m_curvature;
 };
 

@@ -39,12 +39,25 @@ public:
           m_residual(std::max(residual, kSharp * m_system.aim)),
           m_residualNow(residual) {
         m_isGuarded = m_limits.isSound && m_limits.isSound(1.0);
+        const Subproblem::Carried& carried = subproblem.carried();
+        m_hasCarried = carried.weights == pull.weights;
+        if (m_hasCarried)
+            m_multiplier = carried.multiplier;
     }
 
     /// Writes the point that was reached; the residual there.
     double finish() {
         m_subproblem.write(m_x);
         return m_residualNow;
+    }
+
+    /// Every point that was taken is sound, the first one included.
+    bool isGuarded() const { return m_isGuarded; }
+
+    /// The factors at hand are those that found the nearest point: a search that begins near it begins with them.
+    void carryOver() {
+        if (!m_isCurved && !m_isStale && !m_multiplier.empty())
+            m_subproblem.carried() = {m_pull.weights, m_multiplier};
     }
 
     enum class Outcome { moved, nearest, stuck };
@@ -92,9 +105,12 @@ private:
     }
 
     Outcome step() {
-        m_stepper.linearise(m_x);
-        m_wish.resize(m_x.size());
-        std::transform(m_pull.targets.begin(), m_pull.targets.end(), m_x.begin(), m_wish.begin(), std::minus<>());
+        look();
+        if (std::exchange(m_hasCarried, false)) {
+            if (isNearestWithCarried())
+                return Outcome::nearest;
+            look();
+        }
         if (std::vector<double> way = chord(); !way.empty())
             return followed(way, m_stepper.reach(way));
         m_isStale = false;
@@ -111,6 +127,40 @@ private:
             return step();
         }
         return followed(way, reach);
+    }
+
+    /// Slopes, residuals and wishes of where it is.
+    void look() { lookFrom(m_x); }
+    void lookFrom(std::span<const double> x) {
+        m_stepper.linearise(x);
+        m_wish.resize(x.size());
+        std::transform(m_pull.targets.begin(), m_pull.targets.end(), x.begin(), m_wish.begin(), std::minus<>());
+    }
+
+    /// From where slopes have just been taken, with factors of an earlier search: steps towards the targets and back
+    /// to the equations at once, as long as they shrink. Only what they come to counts; it has to hold like any other
+    /// point. False leaves everything as it was but for the slopes.
+    bool isNearestWithCarried() {
+        std::vector<double> next = m_x;
+        double last = 0.0;
+        for (int i = 0; i < kMostCarried; ++i) {
+            if (i > 0)
+                lookFrom(next);
+            const auto way = m_stepper.chordStep(m_wish, m_multiplier);
+            const double reach = m_stepper.reach(way);
+            if (i == 0 && hasArrived(way, reach))
+                return true;
+            if (!(reach <= (i == 0 ? m_limits.stride * m_system.size : kContracts * last)))
+                return false;
+            for (std::size_t k = 0; k < m_multiplier.size(); ++k)
+                m_multiplier[k] += m_stepper.multiplier()[k];
+            for (std::size_t j = 0; j < next.size(); ++j)
+                next[j] += way[j];
+            if (i > 0 && reach / last * reach <= kNearEnough * m_system.tolerance)
+                return accepts(std::move(next), false);
+            last = reach;
+        }
+        return false;
     }
 
     bool hasArrived(std::span<const double> way, double reach) const {
@@ -194,6 +244,7 @@ private:
 
     static constexpr int kMostRestoring = 10;  // iterations of one point: beyond, a shorter step is cheaper
     static constexpr int kMostSharpening = 8;
+    static constexpr int kMostCarried = 6;      // steps with an earlier search's factors: beyond, new ones cost less
     static constexpr int kPolishing = 6;        // steps with factors at hand
     static constexpr double kSharper = 0.3;     // of the residual that a point may have: there is room to grow again
     static constexpr double kTrusted = 1e-4;    // of the size: farther away the nearest point is not at hand
@@ -214,6 +265,7 @@ private:
     double m_residual;  ///< that a point may have
     double m_residualNow, m_residualOfNext = 0.0;
     bool m_isGuarded = false;
+    bool m_hasCarried = false;
     bool m_isCurved = false;
     bool m_isStale = false;  ///< the factors are no longer those of m_x
 };
@@ -234,7 +286,10 @@ IterationReport slide(Subproblem& subproblem, const Pull& pull, std::vector<doub
     }
     if (limits.sharpens && report.isNearest)
         slider.sharpen();
+    else if (report.isNearest)
+        slider.carryOver();
     report.residual = slider.finish();
+    report.isSound = slider.isGuarded();
     return report;
 }
 

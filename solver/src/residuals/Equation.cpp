@@ -3,6 +3,7 @@
 #include <cassert>
 
 #include "geometry/SplineBasis.h"
+#include "solver/src/residuals/ClosedForms.h"
 #include "solver/src/residuals/Residuals.h"
 
 namespace holdfast::solver::detail {
@@ -141,13 +142,35 @@ Rows lineariseWith(const LocalReader& reader, const double* locals, std::vector<
         reader.spread(out[row].slope.data(),
                       slopes.data() + row * static_cast<std::size_t>(reader.equation.inputCount));
     }
-    if (reader.equation.slack >= 0) {
-        rows[0] -= reader.values[static_cast<std::size_t>(reader.equation.slack)];
-        const auto inputs = static_cast<std::size_t>(reader.equation.inputCount);
-        for (std::size_t row = 0; row < reader.equation.rows; ++row)
-            slopes[(row + 1) * inputs - 1] = row == 0 ? -1.0 : 0.0;
-    }
     return rows;
+}
+
+Rows lineariseLocals(const LocalReader& reader, const double* locals, std::vector<double>& slopes) {
+    const int count = reader.equation.locals;
+    if (count <= 4)
+        return lineariseWith<4>(reader, locals, slopes);
+    if (count <= 8)
+        return lineariseWith<8>(reader, locals, slopes);
+    if (count <= 10)
+        return lineariseWith<10>(reader, locals, slopes);
+    if (count <= 12)
+        return lineariseWith<12>(reader, locals, slopes);
+    return lineariseWith<EquationSet::kMaxLocals>(reader, locals, slopes);
+}
+
+/// What a wish misses is taken off the first row; it is the last input.
+void takeSlack(const Equation& equation, std::span<const double> values, Rows& rows, std::vector<double>& slopes) {
+    rows[0] -= values[static_cast<std::size_t>(equation.slack)];
+    const auto inputs = static_cast<std::size_t>(equation.inputCount);
+    for (std::size_t row = 0; row < equation.rows; ++row)
+        slopes[(row + 1) * inputs - 1] = row == 0 ? -1.0 : 0.0;
+}
+
+/// Of closed forms every input is a local.
+void readDirectly(const EquationSet& set, const Equation& equation, std::span<const double> values, double* locals) {
+    const int* inputs = set.inputs.data() + equation.firstInput;
+    for (int i = 0; i < equation.locals; ++i)
+        locals[i] = values[static_cast<std::size_t>(inputs[i])];
 }
 
 /// The inputs of a user's own function, as it wants them.
@@ -186,6 +209,7 @@ void EquationSet::add(Equation form, std::initializer_list<Operand> operands) {
         inputs.push_back(form.slack);
     assert(form.function >= 0 || locals <= kMaxLocals);
     form.locals = static_cast<std::uint8_t>(locals);
+    form.isClosed = hasClosedForm(form);
     form.inputCount = static_cast<int>(inputs.size()) - form.firstInput;
     equations.push_back(form);
 }
@@ -197,8 +221,12 @@ Rows residuals(const EquationSet& set, const Equation& equation, std::span<const
         return rows;
     }
     std::array<double, EquationSet::kMaxLocals> locals;
-    LocalReader{set, equation, values}.read(locals.data());
-    formulas::evaluate(equation, locals.data(), rows.data());
+    if (equation.isClosed)
+        readDirectly(set, equation, values, locals.data());
+    if (!equation.isClosed || !evaluateClosed(equation, locals.data(), rows.data())) {
+        LocalReader{set, equation, values}.read(locals.data());
+        formulas::evaluate(equation, locals.data(), rows.data());
+    }
     if (equation.slack >= 0)
         rows[0] -= values[static_cast<std::size_t>(equation.slack)];
     return rows;
@@ -206,28 +234,43 @@ Rows residuals(const EquationSet& set, const Equation& equation, std::span<const
 
 Rows linearise(const EquationSet& set, const Equation& equation, std::span<const double> values,
                std::vector<double>& slopes) {
+    if (!equation.isClosed)
+        return lineariseByDuals(set, equation, values, slopes);
+    const auto inputs = static_cast<std::size_t>(equation.inputCount);
+    slopes.resize(equation.rows * inputs);
+    std::array<double, EquationSet::kMaxLocals> locals;
+    readDirectly(set, equation, values, locals.data());
+    Rows rows{};
+    if (!lineariseClosed(equation, locals.data(), rows.data(), slopes.data(), inputs))
+        return lineariseByDuals(set, equation, values, slopes);
+    if (equation.slack >= 0)
+        takeSlack(equation, values, rows, slopes);
+    return rows;
+}
+
+Rows lineariseByDuals(const EquationSet& set, const Equation& equation, std::span<const double> values,
+                      std::vector<double>& slopes) {
     slopes.resize(static_cast<std::size_t>(equation.rows) * static_cast<std::size_t>(equation.inputCount));
+    Rows rows{};
     if (equation.function >= 0) {
-        Rows rows{};
         functionOf(set, equation).linearise(inputsOfFunction(set, equation, values).data(), rows.data(), slopes.data());
         return rows;
     }
     std::array<double, EquationSet::kMaxLocals> locals;
     const LocalReader reader{set, equation, values};
     reader.read(locals.data());
-    if (equation.locals <= 4)
-        return lineariseWith<4>(reader, locals.data(), slopes);
-    if (equation.locals <= 8)
-        return lineariseWith<8>(reader, locals.data(), slopes);
-    if (equation.locals <= 10)
-        return lineariseWith<10>(reader, locals.data(), slopes);
-    if (equation.locals <= 12)
-        return lineariseWith<12>(reader, locals.data(), slopes);
-    return lineariseWith<EquationSet::kMaxLocals>(reader, locals.data(), slopes);
+    rows = lineariseLocals(reader, locals.data(), slopes);
+    if (equation.slack >= 0)
+        takeSlack(equation, values, rows, slopes);
+    return rows;
 }
 
 double senseOf(const EquationSet& set, const Equation& equation, std::span<const double> values) {
     std::array<double, EquationSet::kMaxLocals> locals;
+    if (equation.isClosed && equation.residualKind == ResidualKind::directions) {
+        readDirectly(set, equation, values, locals.data());
+        return senseOfClosed(equation, locals.data());
+    }
     LocalReader{set, equation, values}.read(locals.data());
     const formulas::Meeting<double> m = formulas::meeting(equation, locals.data());
     return formulas::dot(m.first.direction(m.point), m.second.direction(m.point));

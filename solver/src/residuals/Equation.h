@@ -105,6 +105,7 @@ struct Equation {
     int constraint = -1;     ///< in SketchData::constraints; -1: a rule that belongs to the element
     int entity = -1;         ///< the element, when constraint is -1
     bool isImplied = false;  ///< another constraint usually says the same: spare without being redundant
+    bool isClosed = false;   ///< rows and slopes are worked out by hand, see hasClosedForm()
     int function = -1;       ///< in EquationSet::functions: a user's own rows instead of the residual kind's
     int slack = -1;          ///< a value that the first row is to equal instead of 0; the last input
     double value = 0.0;
@@ -146,6 +147,10 @@ std::array<double, EquationSet::kMaxRows> residuals(const EquationSet& set, cons
 /// The values of an equation's rows, and their exact derivatives: slopes[row * inputCount + k] by input k.
 std::array<double, EquationSet::kMaxRows> linearise(const EquationSet& set, const Equation& equation,
                                                     std::span<const double> values, std::vector<double>& slopes);
+
+/// The same by dual numbers alone, also where rows and slopes are worked out by hand: what these have to agree with.
+std::array<double, EquationSet::kMaxRows> lineariseByDuals(const EquationSet& set, const Equation& equation,
+                                                           std::span<const double> values, std::vector<double>& slopes);
 
 /// Scalar product of the unit directions of the two curves of a `directions` equation: negative when they run against
 /// each other.

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <utility>
 
 #include "solver/src/residuals/Operands.h"
 #include "solver/src/sketch/Index.h"
@@ -20,7 +21,8 @@ constexpr double kBeyond = 1e4;
 using Values = std::span<const double>;
 
 double distance(Values v, int a, int b) {
-    return std::hypot(v[at(b)] - v[at(a)], v[at(b + 1)] - v[at(a + 1)]);
+    const double x = v[at(b)] - v[at(a)], y = v[at(b + 1)] - v[at(a + 1)];
+    return std::sqrt(x * x + y * y);
 }
 
 /// Counter-clockwise turn from one direction to another, in [0, 2 pi).
@@ -29,9 +31,30 @@ double turn(double fromX, double fromY, double toX, double toY) {
     return angle < 0.0 ? angle + 2 * std::numbers::pi : angle;
 }
 
+/// From the centre of an arc to its start and to its end.
+std::pair<Vec2, Vec2> raysOf(Values v, int first) {
+    const Vec2 centre{v[at(first)], v[at(first + 1)]};
+    return {Vec2{v[at(first + 3)], v[at(first + 4)]} - centre, Vec2{v[at(first + 5)], v[at(first + 6)]} - centre};
+}
+
 double arcSweep(Values v, int first) {
-    return turn(v[at(first + 3)] - v[at(first)], v[at(first + 4)] - v[at(first + 1)], v[at(first + 5)] - v[at(first)],
-                v[at(first + 6)] - v[at(first + 1)]);
+    const auto [start, end] = raysOf(v, first);
+    return turn(start.x, start.y, end.x, end.y);
+}
+
+/// The arc turns by less than half a turn. Cheaper than the sweep.
+bool isMinorArc(Values v, int first) {
+    const auto [start, end] = raysOf(v, first);
+    return cross(start, end) >= 0.0;
+}
+
+/// A bound below the sweep of an arc, without an arc tangent: the sine where it turns by less than a right angle.
+double leastArcSweep(Values v, int first) {
+    const auto [start, end] = raysOf(v, first);
+    const double sine = cross(start, end), cosine = dot(start, end);
+    if (!(sine >= 0.0))
+        return sine < 0.0 ? std::numbers::pi : 0.0;
+    return cosine <= 0.0 ? 1.0 : sine / std::sqrt(sine * sine + cosine * cosine);
 }
 
 /// Difference of the eccentric angles.
@@ -98,7 +121,8 @@ bool isInsideOut(const SketchData& sketch, int number, Values now) {
     const SketchEntity& entity = sketch.entities[at(number)];
     const Values before = sketch.reference;
     if (entity.kind == EntityKind::arc)
-        return hasJumped(arcSweep(before, entity.firstValue), arcSweep(now, entity.firstValue));
+        return isMinorArc(before, entity.firstValue) != isMinorArc(now, entity.firstValue) &&
+               hasJumped(arcSweep(before, entity.firstValue), arcSweep(now, entity.firstValue));
     if (entity.kind == EntityKind::ellipticalArc)
         return hasJumped(ellipseSweep(before, entity.firstValue), ellipseSweep(now, entity.firstValue));
     return std::any_of(entity.bulgeValues.begin(), entity.bulgeValues.end(),
@@ -140,7 +164,7 @@ public:
             case EntityKind::circle:
                 return value(first + 2);
             case EntityKind::arc:
-                return value(first + 2) || sweep(&arcSweep);
+                return value(first + 2) || arcSweepFell();
             case EntityKind::ellipse:
                 return axes();
             case EntityKind::ellipticalArc:
@@ -161,6 +185,11 @@ private:
     bool value(int v) const { return fell(m_sketch.reference[at(v)], m_now[at(v)], m_nothing); }
     bool length(int a, int b) const {
         return fell(distance(m_sketch.reference, a, b), distance(m_now, a, b), m_nothing);
+    }
+    /// No arc turns by more than a full turn: most can be seen not to have shrunk that far.
+    bool arcSweepFell() const {
+        constexpr double full = 2 * std::numbers::pi;
+        return leastArcSweep(m_now, m_entity.firstValue) < m_least * full && sweep(&arcSweep);
     }
     bool sweep(double (*of)(Values, int)) const {
         constexpr double none = 1e-6;

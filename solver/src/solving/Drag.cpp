@@ -43,10 +43,12 @@ struct DragSession::State {
     /// Tries wider and wider subproblems until the handles are there. When not even the whole part brings them nearer,
     /// the first subproblem's solution is taken, and wider ones are not tried again before the miss has grown.
     Attempt solve() {
+        if (region.isWidest)
+            return DragPull(region).approach();
         const std::vector<double> before = region.subproblem->read();
         Attempt first = DragPull(region).approach();
         const double missFirst = region.miss();
-        if (region.isWidest || (first.isSolved && (region.isMet() || isHopeless(missFirst))))
+        if (first.isSolved && (region.isMet() || isHopeless(missFirst)))
             return first;
         Attempt attempt = first;
         const std::vector<double> found = region.subproblem->read();
@@ -78,7 +80,7 @@ struct DragSession::State {
     /// Where the way to the goals is barred, or has led far away, another one may be open from where the session
     /// began; the solution that moves less from there is taken.
     Attempt solveFromStart(Attempt attempt) {
-        const Pull pull = region.workspace.pullOf(*region.subproblem);
+        const Pull& pull = region.pull();
         if (attempt.isSolved && (attempt.isNearest || region.isMet()) && !isFarFetched(pull))
             return attempt;
         const std::vector<double> found = region.subproblem->read();
@@ -86,7 +88,7 @@ struct DragSession::State {
         std::vector<double> x;
         for (const int u : region.subproblem->unknowns())
             x.push_back(region.workspace.system().meanOf(u, region.workspace.startValues()));
-        Attempt again = region.workspace.trySettling(*region.subproblem, x, region.careful());
+        Attempt again = region.workspace.trySettling(*region.subproblem, x, region.careful(), pull);
         again.iterations += attempt.iterations;
         if (again.isSolved && (!attempt.isSolved || isBetter(pull, found, missBefore)))
             return again;
@@ -107,11 +109,14 @@ struct DragSession::State {
         std::pair<double, double> longest{0.0, 0.0};
         for (std::size_t j = 0; j < x.size(); ++j) {
             const int u = region.subproblem->unknowns()[j];
-            const double start = system.meanOf(u, region.workspace.startValues());
             const double metric = system.metric[at(system.valuesOfUnknown[u].front())];
-            // The seeds are the first unknowns of the subproblem.
-            double& way = j < region.seeds.size() ? longest.first : longest.second;
-            way = std::max(way, std::abs((j < region.seeds.size() ? pull.targets[j] : x[j]) - start) * metric);
+            // The seeds are the first unknowns of the subproblem; others would like to be where they began.
+            if (j >= region.seeds.size())
+                longest.second = std::max(longest.second, std::abs(x[j] - pull.targets[j]) * metric);
+            else
+                longest.first = std::max(
+                    longest.first,
+                    std::abs(pull.targets[j] - system.meanOf(u, region.workspace.startValues())) * metric);
         }
         return longest;
     }

@@ -24,7 +24,7 @@ constexpr double kCompliance = 1e-3;
 
 Attempt DragPull::approach() {
     const std::vector<double> before = m_region.subproblem->read();
-    Attempt attempt = m_region.workspace.trySettling(*m_region.subproblem, before, m_region.careful());
+    Attempt attempt = m_region.workspace.trySettling(*m_region.subproblem, before, m_region.careful(), m_region.pull());
     for (int i = 0; i < kMostPulls && attempt.isSolved; ++i) {
         const double wanted = wantedEmphasis(), ratio = wanted / m_region.emphasis;
         if (ratio < kSamePull && ratio > 1.0 / kSamePull)
@@ -51,7 +51,7 @@ Attempt DragPull::pullAgain(const Attempt& attempt, double wanted, const std::ve
     const std::vector<double> found = m_region.subproblem->read();
     const double old = std::exchange(m_region.emphasis, wanted);
     m_region.wishGoals();
-    Attempt again = m_region.workspace.trySettling(*m_region.subproblem, from, m_region.careful());
+    Attempt again = m_region.workspace.trySettling(*m_region.subproblem, from, m_region.careful(), m_region.pull());
     again.iterations += attempt.iterations;
     if (again.isSolved)
         return again;
@@ -69,7 +69,7 @@ int DragPull::overcomeCompliance() {
     for (std::size_t i = 0; i < m_region.goals.size(); ++i)
         m_region.workspace.wish(m_region.handles[i], 2 * m_region.goals[i] - system.values[at(m_region.handles[i])],
                                 m_region.emphasis);
-    const Attempt carried = m_region.workspace.trySettling(*m_region.subproblem, found, m_region.careful());
+    const Attempt carried = m_region.workspace.trySettling(*m_region.subproblem, found, m_region.careful(), m_region.pull());
     if (!carried.isSolved || m_region.miss() > missBefore)
         m_region.subproblem->write(found);
     m_region.wishGoals();

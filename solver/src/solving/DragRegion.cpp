@@ -44,6 +44,7 @@ void DragRegion::makeRegion() {
     emphasis = kHandleEmphasis;
     wishGoals();
     subproblem = std::make_unique<Subproblem>(workspace.system(), around.unknowns);
+    m_pull.reset();
 }
 
 void DragRegion::setGoals(std::span<const double> wanted) {
@@ -54,6 +55,14 @@ void DragRegion::setGoals(std::span<const double> wanted) {
 void DragRegion::wishGoals() {
     for (std::size_t i = 0; i < goals.size(); ++i)
         workspace.wish(handles[i], goals[i], emphasis);
+}
+
+const Pull& DragRegion::pull() {
+    if (m_pull)
+        workspace.updatePull(*subproblem, seeds.size(), *m_pull);
+    else
+        m_pull = workspace.pullOf(*subproblem);
+    return *m_pull;
 }
 
 double DragRegion::miss() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -33,6 +34,9 @@ struct DragRegion {
     void setGoals(std::span<const double> wanted);
     void wishGoals();
 
+    /// Where everything would like to be now. Cost: the handles' but for the first time in a region.
+    const Pull& pull();
+
     /// How far the handles are from their goals, at worst.
     double miss();
     bool isMet();
@@ -48,6 +52,9 @@ struct DragRegion {
 
     /// Handles closer to their goals than this part of the sketch's size have reached them.
     static constexpr double kReached = 1e-7;
+
+private:
+    std::optional<Pull> m_pull{};
 };
 
 }  // namespace holdfast::solver::detail

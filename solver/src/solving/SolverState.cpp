@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 #include <utility>
 
 #include "solver/src/sketch/Connections.h"
@@ -271,20 +272,28 @@ int SolverState::brokenConstantEquation() const {
 
 Pull SolverState::pullOf(const Subproblem& subproblem) const {
     Pull pull;
-    for (const int u : subproblem.unknowns()) {
-        double sum = 0.0, weight = 0.0;
-        for (const int v : m_system.valuesOfUnknown[u]) {
-            const auto wish = m_wishes.find(v);
-            const double target = wish == m_wishes.end() ? m_start[at(v)] : wish->second.target;
-            const double scale = m_system.metric[at(v)] * (wish == m_wishes.end() ? 1.0 : wish->second.emphasis);
-            const ValueLink& link = m_system.links[at(v)];
-            sum += scale * scale * link.sign * (target - link.offset);
-            weight += scale * scale;
-        }
-        pull.targets.push_back(sum / weight);
-        pull.weights.push_back(weight);
-    }
+    pull.targets.resize(subproblem.unknowns().size());
+    pull.weights.resize(subproblem.unknowns().size());
+    updatePull(subproblem, pull.targets.size(), pull);
     return pull;
+}
+
+void SolverState::updatePull(const Subproblem& subproblem, std::size_t first, Pull& pull) const {
+    for (std::size_t j = 0; j < first; ++j)
+        std::tie(pull.targets[j], pull.weights[j]) = pullOf(subproblem.unknowns()[j]);
+}
+
+std::pair<double, double> SolverState::pullOf(int unknown) const {
+    double sum = 0.0, weight = 0.0;
+    for (const int v : m_system.valuesOfUnknown[unknown]) {
+        const auto wish = m_wishes.find(v);
+        const double target = wish == m_wishes.end() ? m_start[at(v)] : wish->second.target;
+        const double scale = m_system.metric[at(v)] * (wish == m_wishes.end() ? 1.0 : wish->second.emphasis);
+        const ValueLink& link = m_system.links[at(v)];
+        sum += scale * scale * link.sign * (target - link.offset);
+        weight += scale * scale;
+    }
+    return {sum / weight, weight};
 }
 
 std::optional<Degeneracy> SolverState::degeneracyIn(std::span<const int> entities, std::span<const int> senses,
@@ -328,7 +337,7 @@ Attempt SolverState::trySettling(Subproblem& subproblem, std::vector<double> x, 
     const IterationReport report = settle(subproblem, pull, x, limits);
     m_work += workOf(subproblem, report);
     Attempt attempt{report.isSatisfied, report.isNearest, report.iterations, report.residual, std::nullopt};
-    if (attempt.isSolved)
+    if (attempt.isSolved && !report.isSound)
         attempt.degeneracy = degeneracyIn(subproblem.entities(), subproblem.senses());
     attempt.isSolved = attempt.isSolved && !attempt.degeneracy.has_value();
     return attempt;

@@ -87,6 +87,8 @@ public:
     Attempt trySettling(Subproblem& subproblem, std::vector<double> x, IterationLimits limits, const Pull& pull);
 
     Pull pullOf(const Subproblem& subproblem) const;
+    /// The same where only the first unknowns have got other wishes since. Cost: theirs.
+    void updatePull(const Subproblem& subproblem, std::size_t first, Pull& pull) const;
     std::span<const double> startValues() const { return m_start; }
 
     /// The part of a length, a radius or a sweep that has to be left of it, unless the edit asks for less: less is no
@@ -111,6 +113,8 @@ private:
         double target, emphasis;
     };
 
+    /// Target and weight of one unknown.
+    std::pair<double, double> pullOf(int unknown) const;
     std::optional<Degeneracy> degeneracyIn(std::span<const int> entities, std::span<const int> senses,
                                            double margin = 1.0) const;
     void limitTo(std::span<const int> about);
