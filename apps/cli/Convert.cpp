@@ -14,7 +14,8 @@ int convert(const ConvertOptions& options) {
     if (!(options.tolerance > 0.0) || !std::isfinite(options.tolerance))
         throw DrawingError("--tolerance", {"", shortNumber(options.tolerance), "a length above 0, such as 0.01"});
     OutputFiles outputs{drawingNamed(options.output)};
-    Document document = readAnyDrawing(options.input);
+    DrawingFile file = readDrawingFor(options.output, options.input);
+    Document& document = file.document;
     if (options.polylines) {
         PolylineConversion conversion = chainsToPolylines(document);
         if (conversion.chains.empty())
@@ -23,7 +24,7 @@ int convert(const ConvertOptions& options) {
                      "\"holdfast infer --polylines\" finds where they meet");
         document = std::move(conversion.document);
     }
-    outputs.addDrawing(options.output, document, options.tolerance);
+    outputs.addDrawing(options.output, document, file.dxf, options.tolerance);
     outputs.write();
     return kExitDone;
 }

@@ -41,6 +41,15 @@ Document readAnyDrawing(const std::string& path) {
     throw DrawingError(path, {"", "a name that ends in " + ending, "a drawing whose name ends in .json or .dxf"});
 }
 
+DrawingFile readDrawingFor(const std::string& output, const std::string& path) {
+    if (endingOf(path) != ".dxf" || endingOf(output) != ".dxf")
+        return {readAnyDrawing(path), std::nullopt};
+    std::string text = readFile(path);
+    DxfDrawing drawing = readDxf(text, path);
+    tellNotices(path, "not understood and kept as it is", drawing.notUnderstood);
+    return {drawing.document, DxfOriginal{std::move(text), std::move(drawing.layout), std::move(drawing.document)}};
+}
+
 std::string spokenName(const Document& document, const std::string& path) {
     return document.name.empty() ? utf8Of(std::filesystem::path(path).stem().string()) : document.name;
 }

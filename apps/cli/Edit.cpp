@@ -57,10 +57,11 @@ FateReport reportOf(const Session& session) {
 
 int edit(const EditOptions& options) {
     OutputFiles outputs{drawingNamed(options.output), reportNamed(options.report), pictureNamed(options.picture)};
-    Session session(readAnyDrawing(options.drawing));
+    DrawingFile file = readDrawingFor(options.output, options.drawing);
+    Session session(std::move(file.document));
     applyAll(session, options);
     const FateReport report = reportOf(session);
-    outputs.addDrawing(options.output, session.document());
+    outputs.addDrawing(options.output, session.document(), file.dxf);
     if (!options.report.empty())
         outputs.add(options.report, writeHtmlReport(report));
     if (!options.picture.empty())

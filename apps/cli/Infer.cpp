@@ -76,7 +76,8 @@ InferOptions optionsOf(const InferCommandOptions& command) {
 int infer(const InferCommandOptions& command) {
     OutputFiles outputs{drawingNamed(command.output)};
     InferOptions options = optionsOf(command);
-    Document plain = readAnyDrawing(command.input);
+    const DrawingFile file = readDrawingFor(command.output, command.input);
+    Document plain = file.document;
     const std::string name = spokenName(plain, command.input);
     const Progress progress("inferring constraints of " + name);
     if (command.polylines)
@@ -90,7 +91,7 @@ int infer(const InferCommandOptions& command) {
                            " cannot hold exactly; choose a smaller --tolerance");
         return kExitUnsolved;
     }
-    outputs.addDrawing(command.output, found.document);
+    outputs.addDrawing(command.output, found.document, file.dxf);
     outputs.write();
     if (command.json)
         std::cout << jsonOf(found, options).dump(2) << '\n';

@@ -7,7 +7,7 @@
 #include "apps/cli/Terminal.h"
 #include "document/text/DrawingError.h"
 #include "document/text/Suggest.h"
-#include "formats/dxf/DxfWriter.h"
+#include "formats/dxf/DxfPatch.h"
 #include "formats/json/JsonWriter.h"
 #include "report/page/Wording.h"
 #include "report/picture/Svg.h"
@@ -41,6 +41,8 @@ std::string noteOf(const DxfNote& note, const DxfOutput& output, const std::stri
                    shortNumber(output.tolerance) + " " + unit;
         case DxfLoss::split:
             return note.entity + " went out as " + report::counted(note.pieces, "single line") + " of text";
+        case DxfLoss::firstOfKind:
+            return note.entity + " is the first " + note.kind + " in the file, in the oldest form that it can have";
         case DxfLoss::leftOut:
             break;
     }
@@ -85,7 +87,8 @@ void OutputFiles::add(const std::string& path, std::string text) {
         m_files.push_back({path, std::move(text)});
 }
 
-void OutputFiles::addDrawing(const std::string& path, const Document& document, double tolerance) {
+void OutputFiles::addDrawing(const std::string& path, const Document& document, const std::optional<DxfOriginal>& from,
+                             double tolerance) {
     if (path.empty())
         return;
     const std::string ending = endingOf(path);
@@ -93,7 +96,16 @@ void OutputFiles::addDrawing(const std::string& path, const Document& document, 
         return add(path, jsonText(document));
     if (ending == ".svg")
         return add(path, writeTrueSizeSvg(document));
-    DxfOutput output = dxfText(document, tolerance);
+    DxfOutput output =
+        from ? patchedDxf(from->text, from->layout, from->drawing, document, tolerance) : dxfText(document, tolerance);
+    tellLosses(path, document, output);
+    if (!from && document.lengthUnit != "mm")
+        m_notes.push_back(path + ": numbers are in the unit " + inQuotes(document.lengthUnit) +
+                          ", which the file does not say");
+    add(path, std::move(output.text));
+}
+
+void OutputFiles::tellLosses(const std::string& path, const Document& document, const DxfOutput& output) {
     for (const DxfNote& note : output.notes)
         m_notes.push_back(path + ": " + noteOf(note, output, document.lengthUnit));
     if (output.lostConstraints > 0)
@@ -102,10 +114,6 @@ void OutputFiles::addDrawing(const std::string& path, const Document& document, 
     if (output.lostParameters > 0)
         m_notes.push_back(path + ": " + report::counted(output.lostParameters, "parameter") +
                           (output.lostParameters == 1 ? " was" : " were") + " left out");
-    if (document.lengthUnit != "mm")
-        m_notes.push_back(path + ": numbers are in the unit " + inQuotes(document.lengthUnit) +
-                          ", which the file does not say");
-    add(path, std::move(output.text));
 }
 
 void OutputFiles::write() {

@@ -2,13 +2,16 @@
 
 #include <filesystem>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "apps/cli/DrawingFiles.h"
 #include "apps/cli/Uses.h"
 #include "document/Document.h"
 #include "formats/FileIo.h"
+#include "formats/dxf/DxfWriter.h"
 
 namespace holdfast::cli {
 
@@ -40,12 +43,16 @@ public:
     /// Each takes a file unless its path is empty. A drawing is read back by the same ending: .json, .dxf (what that
     /// form cannot hold is told on standard error when the file is written) or, for looking at only, .svg in true size.
     void add(const std::string& path, std::string text);
-    void addDrawing(const std::string& path, const Document& document, double tolerance = kFlattening);
+    /// What was read from a .dxf file goes into another one by changing that: the file that the drawing comes from.
+    void addDrawing(const std::string& path, const Document& document, const std::optional<DxfOriginal>& from = {},
+                    double tolerance = kFlattening);
 
     /// Writes all of them or, with a DrawingError, none.
     void write();
 
 private:
+    void tellLosses(const std::string& path, const Document& document, const DxfOutput& output);
+
     std::vector<NamedText> m_files;
     std::vector<std::string> m_notes;
 };

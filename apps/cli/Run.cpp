@@ -35,7 +35,8 @@ Line runPart(const ScriptPart& part, bool noTies) {
     line.edits = part.edits.size();
     try {
         OutputFiles outputs{drawingNamed(part.output)};
-        Session session(readAnyDrawing(part.drawing));
+        DrawingFile file = readDrawingFor(part.output, part.drawing);
+        Session session(std::move(file.document));
         for (; line.done < part.edits.size() && line.error.empty(); ++line.done) {
             session.giveTies(!noTies && part.ties[line.done]);
             const EditResult& result = session.apply(part.edits[line.done]);
@@ -47,7 +48,7 @@ Line runPart(const ScriptPart& part, bool noTies) {
         }
         line.report = completed(reportOf(session));
         if (line.error.empty()) {
-            outputs.addDrawing(part.output, session.document());
+            outputs.addDrawing(part.output, session.document(), file.dxf);
             outputs.write();
         }
     } catch (const std::exception& error) {

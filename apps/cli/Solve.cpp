@@ -166,9 +166,9 @@ Document solved(const Findings& found, const DocumentSketch& sketch) {
 }
 
 void writeResults(const SolveOptions& options, const Findings& found, const DocumentSketch& sketch,
-                  OutputFiles& outputs) {
+                  const std::optional<DxfOriginal>& from, OutputFiles& outputs) {
     const Document after = solved(found, sketch);
-    outputs.addDrawing(options.output, after);
+    outputs.addDrawing(options.output, after, from);
     if (!options.report.empty()) {
         Fates fates = fatesBetween(found.document, after, {}, 0);
         FateReport report = runReport(found.document, after, {EditOutcome{"solve", {}}}, {fates});
@@ -182,14 +182,15 @@ void writeResults(const SolveOptions& options, const Findings& found, const Docu
 
 int solveDrawing(const SolveOptions& options) {
     OutputFiles outputs{drawingNamed(options.output), reportNamed(options.report)};
-    const Document before = readAnyDrawing(options.drawing);
+    const DrawingFile file = readDrawingFor(options.output, options.drawing);
+    const Document& before = file.document;
     const std::string name = spokenName(before, options.drawing);
     const Progress progress("solving " + name);
     DocumentSketch sketch(before);
     DocumentSolution solution = sketch.solve({.keepsShapes = true, .namesConflicts = false});
     const Findings found = findingsOf(name, before, sketch, std::move(solution));
     if (found.result.isSolved())
-        writeResults(options, found, sketch, outputs);
+        writeResults(options, found, sketch, file.dxf, outputs);
     if (options.json) {
         std::cout << jsonOf(found).dump(2) << '\n';
     } else {

@@ -110,7 +110,9 @@ void addConvert(CLI::App& app, ConvertOptions& options, std::function<int()>& ac
     command->add_flag("--polylines", options.polylines, "make polylines of lines and arcs with coincident ends");
     command->footer(
         "Example:\n  holdfast convert examples/drawings/mounting-bracket.json bracket.dxf\n\n.dxf files go out in the "
-        "old form that every program reads, without constraints; .svg files in true size.\n\n" +
+        "old form that every program reads, without constraints, and as they are when they\ncome from a .dxf file; "
+        ".svg "
+        "files in true size.\n\n" +
         std::string(kRefusals));
     command->callback([&] { action = [&] { return convert(options); }; });
 }

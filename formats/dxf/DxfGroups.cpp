@@ -36,7 +36,8 @@ bool holdsText(int code) {
 
 }  // namespace
 
-DxfGroups::DxfGroups(std::string_view text, const std::string& fileName) : m_rest(text), m_fileName(&fileName) {
+DxfGroups::DxfGroups(std::string_view text, const std::string& fileName)
+    : m_text(text), m_rest(text), m_fileName(&fileName) {
     if (text.find('\0') != std::string_view::npos)
         throw DrawingError(fileName, {"", "binary data", "a DXF file in text form; save it as an ASCII DXF"});
     if (trimmed(text.substr(0, text.find('\n'))).empty() && text.find_first_not_of(" \t\r\n") == std::string_view::npos)
@@ -67,18 +68,40 @@ int DxfGroups::codeOf(std::string_view line) const {
     return *code;
 }
 
+std::optional<std::uint64_t> handleIn(std::string_view text) {
+    text = trimmed(text);
+    std::uint64_t handle = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), handle, 16);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return handle;
+}
+
+void DxfGroups::noteHandle(const DxfGroup& group) {
+    constexpr int handle = 5, handleOfStyle = 105;
+    constexpr std::uint64_t highest = UINT64_MAX / 2;  // one above leaves no room for others: it is none
+    if (group.code != handle && group.code != handleOfStyle)
+        return;
+    if (const auto found = handleIn(group.value); found && *found < highest)
+        m_highestHandle = std::max(m_highestHandle, *found);
+}
+
 void DxfGroups::advance() {
-    constexpr int comment = 999;
+    constexpr int comment = 999, variable = 9;
+    const bool isOfVariable = m_next && m_next->code == variable;
     do {
         m_next.reset();
         if (m_rest.find_first_not_of(" \t\r\n") == std::string_view::npos)
             return;
+        const std::size_t begin = at();
         const int code = codeOf(takeLine());
         if (m_rest.empty())
             fail(m_line, "the end of the file", "a value for group code " + std::to_string(code));
         const std::string_view value = takeLine();
-        m_next = DxfGroup{code, holdsText(code) && code != 0 ? value : trimmed(value), m_line};
+        m_next = DxfGroup{code, holdsText(code) && code != 0 ? value : trimmed(value), m_line, begin, at()};
     } while (m_next->code == comment);
+    if (!isOfVariable)
+        noteHandle(*m_next);
 }
 
 DxfGroup DxfGroups::take(const char* expected) {
@@ -139,10 +162,11 @@ void DxfEntity::fail(std::string found, std::string expected) const {
 DxfEntity takeEntity(DxfGroups& groups) {
     constexpr int embeddedObject = 101, firstForeign = 1000;
     const DxfGroup name = groups.take("an entity");
-    DxfEntity entity{name.value, name.line, {}, &groups};
+    DxfEntity entity{name.value, name.line, {}, &groups, name.begin, name.end};
     bool embedded = false;
     while (!groups.peek() || groups.peek()->code != 0) {
         const DxfGroup group = groups.take("EOF as the value of group 0; the file is not complete");
+        entity.end = group.end;
         embedded = embedded || group.code == embeddedObject;
         if (!embedded && group.code < firstForeign)
             entity.groups.push_back(group);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,7 +16,8 @@ namespace holdfast::formats {
 struct DxfGroup {
     int code = 0;
     std::string_view value;
-    int line = 0;  ///< of the value, counted from 1
+    int line = 0;                    ///< of the value, counted from 1
+    std::size_t begin = 0, end = 0;  ///< both lines with their ends, in bytes of the text
 };
 
 /// Takes a DXF text apart into groups of two lines. Comments (code 999) are passed over. The text and the name must
@@ -33,18 +35,27 @@ public:
     double number(const DxfGroup& group) const;
     int integer(const DxfGroup& group) const;
 
+    /// The highest handle of the groups so far, those of header variables left out.
+    std::uint64_t highestHandle() const { return m_highestHandle; }
+
     [[noreturn]] void fail(int line, std::string found, std::string expected) const;
 
 private:
     void advance();
+    void noteHandle(const DxfGroup& group);
     std::string_view takeLine();
     int codeOf(std::string_view line) const;
+    std::size_t at() const { return static_cast<std::size_t>(m_rest.data() - m_text.data()); }
 
-    std::string_view m_rest;
+    std::string_view m_text, m_rest;
     const std::string* m_fileName;
     int m_line = 0;
     std::optional<DxfGroup> m_next;
+    std::uint64_t m_highestHandle = 0;
 };
+
+/// A number in hexadecimal digits; nothing for other texts.
+std::optional<std::uint64_t> handleIn(std::string_view text);
 
 /// One entity of a DXF text: its name and all groups up to the next name.
 struct DxfEntity {
@@ -52,6 +63,7 @@ struct DxfEntity {
     int line = 0;
     std::vector<DxfGroup> groups;
     const DxfGroups* source = nullptr;
+    std::size_t begin = 0, end = 0;  ///< of its groups, left out ones too, in bytes of the text
 
     const DxfGroup* find(int code) const;
     /// The first group of a code as a number, or a default when there is none.

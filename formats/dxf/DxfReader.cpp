@@ -29,6 +29,9 @@ constexpr std::array<std::pair<int, const char*>, 6> kUnits = {
 constexpr std::array<std::string_view, 5> kSilentSections = {"CLASSES", "TABLES", "BLOCKS", "OBJECTS",
                                                              "THUMBNAILIMAGE"};
 
+/// The first version of the format with classes of groups, and with ellipses and splines.
+constexpr std::string_view kNewerVersion = "AC1012";
+
 /// Every layout of the file has a block of its own; the others are definitions that INSERT entities use.
 bool isLayout(std::string_view blockName) {
     std::string name(blockName);
@@ -37,9 +40,13 @@ bool isLayout(std::string_view blockName) {
            name.starts_with("$PAPER_SPACE");
 }
 
+bool isInPaperSpace(const DxfEntity& entity) {
+    return entity.integer(67, 0) == 1;
+}
+
 class Reader {
 public:
-    Reader(std::string_view text, const std::string& fileName) : m_groups(text, fileName) {
+    Reader(std::string_view text, const std::string& fileName) : m_text(text), m_groups(text, fileName) {
         m_drawing.document.name = utf8Of(std::filesystem::path(fileName).stem().string());
     }
 
@@ -50,10 +57,23 @@ public:
         if (!m_hasEntities)
             for (const std::string& name : m_otherSections)
                 count(m_drawing.notUnderstood, "section " + inQuotes(name) + " instead of \"ENTITIES\"");
+        finishLayout();
         return std::move(m_drawing);
     }
 
 private:
+    void finishLayout() {
+        DxfLayout& layout = m_drawing.layout;
+        layout.hasEntities = m_hasEntities;
+        if (!m_hasEntities)
+            layout.recordsEnd = m_groups.peek()->begin;
+        layout.freeHandle = std::max(m_groups.highestHandle() + 1, m_seed);
+        // What the version allows the entities may do without; what they show, it need not say.
+        layout.form.isNewer = m_isNewer || layout.form.hasMarks;
+        layout.form.hasMarks = layout.form.hasMarks || (m_isNewer && layout.form.kinds.empty());
+        layout.form.hasHandles = layout.form.hasHandles || (m_isNewer && layout.form.kinds.empty());
+    }
+
     /// True at a group 0 of this name; at the end of the text, which ought to come later, an error.
     bool atName(std::string_view name) {
         if (!m_groups.peek())
@@ -90,7 +110,17 @@ private:
                 variable = group.value;
             else if (variable == "$INSUNITS" && group.code == 70)
                 setUnit(m_groups.integer(group));
+            else if (variable == "$ACADVER" && group.code == 1)
+                m_isNewer = group.value >= kNewerVersion;
+            else if (variable == "$HANDSEED" && group.code == 5)
+                setHandleSeed(group);
         }
+    }
+
+    void setHandleSeed(const DxfGroup& group) {
+        m_seed = handleIn(group.value).value_or(0);
+        const auto begin = static_cast<std::size_t>(group.value.data() - m_text.data());
+        m_drawing.layout.handleSeed = DxfRange{begin, begin + group.value.size()};
     }
 
     void setUnit(int code) {
@@ -107,10 +137,36 @@ private:
             if (entity.name == "SEQEND")
                 continue;  // the end of the attributes of an INSERT, which is counted itself
             std::vector<DxfEntity> vertices;
+            DxfRange range{entity.begin, entity.end};
             if (entity.name == "POLYLINE")
-                vertices = takeVertices();
-            add(readDxfEntity(entity, vertices));
+                vertices = takeVertices(range.end);
+            noteForm(entity);
+            add(readDxfEntity(entity, vertices), range);
         }
+        m_drawing.layout.recordsEnd = m_groups.peek()->begin;
+    }
+
+    void noteForm(const DxfEntity& entity) {
+        DxfForm& form = m_drawing.layout.form;
+        if (!form.kinds.contains(entity.name))
+            form.kinds.emplace(entity.name);
+        form.hasMarks = form.hasMarks || entity.find(100) != nullptr;
+        form.hasHandles = form.hasHandles || entity.find(5) != nullptr;
+        if (form.owner.empty() && !isInPaperSpace(entity))
+            form.owner = ownerOf(entity);
+    }
+
+    /// Lists in braces hold handles of other things.
+    static std::string ownerOf(const DxfEntity& entity) {
+        constexpr int list = 102, owner = 330;
+        bool isInList = false;
+        for (const DxfGroup& group : entity.groups) {
+            if (group.code == list)
+                isInList = group.value.starts_with('{');
+            else if (!isInList && group.code == owner)
+                return std::string(group.value);
+        }
+        return {};
     }
 
     DxfEntity takeNamed() {
@@ -120,18 +176,18 @@ private:
         return takeEntity(m_groups);
     }
 
-    std::vector<DxfEntity> takeVertices() {
+    std::vector<DxfEntity> takeVertices(std::size_t& end) {
         std::vector<DxfEntity> vertices;
         while (atName("VERTEX"))
             vertices.push_back(takeEntity(m_groups));
         if (!atName("SEQEND"))
             m_groups.fail(m_groups.peek()->line,
                           inQuotes(m_groups.peek()->value) + " behind the vertices of a POLYLINE", "VERTEX or SEQEND");
-        takeEntity(m_groups);
+        end = takeEntity(m_groups).end;
         return vertices;
     }
 
-    void add(DxfReading reading) {
+    void add(DxfReading reading, DxfRange range) {
         if (!reading.shape) {
             count(m_drawing.notUnderstood, reading.reason);
             return;
@@ -139,6 +195,7 @@ private:
         for (const std::string& what : reading.dropped)
             count(m_drawing.dropped, what);
         std::vector<Entity>& entities = m_drawing.document.entities;
+        m_drawing.layout.records.push_back(range);
         entities.push_back({"g" + std::to_string(entities.size()), std::move(*reading.shape)});
     }
 
@@ -155,8 +212,11 @@ private:
         }
     }
 
+    std::string_view m_text;
     DxfGroups m_groups;
     DxfDrawing m_drawing;
+    bool m_isNewer = false;
+    std::uint64_t m_seed = 0;
     bool m_hasEntities = false;
     std::vector<std::string> m_otherSections;
 };

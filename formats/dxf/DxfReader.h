@@ -6,6 +6,7 @@
 
 #include "document/Document.h"
 #include "formats/Uses.h"
+#include "formats/dxf/DxfLayout.h"
 
 namespace holdfast::formats {
 
@@ -22,6 +23,7 @@ struct DxfDrawing {
     Document document;
     std::vector<DxfNotice> notUnderstood;  ///< entities that are missing from the document, by kind
     std::vector<DxfNotice> dropped;        ///< properties that its entities have lost: width, height above the plane
+    DxfLayout layout;                      ///< for writing the file again
 };
 
 /// Reads LINE, ARC, CIRCLE, ELLIPSE, LWPOLYLINE, POLYLINE, SPLINE, RAY, XLINE, POINT, TEXT and MTEXT from the section

@@ -236,4 +236,17 @@ std::string encodedDxfText(std::string_view text) {
     return out;
 }
 
+std::string encodedDxfParagraph(std::string_view text) {
+    std::string coded;
+    for (const char c : text) {
+        if (c == '\n')
+            coded += "\\P";
+        else if (c == '\\' || c == '{' || c == '}')
+            coded.append("\\").append(1, c);
+        else
+            coded += c;
+    }
+    return encodedDxfText(coded);
+}
+
 }  // namespace holdfast::formats

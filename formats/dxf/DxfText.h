@@ -25,4 +25,7 @@ std::string shownParagraph(std::string_view decoded);
 /// A text as the value of a TEXT entity in ASCII; decodedDxfText and shownText give it back.
 std::string encodedDxfText(std::string_view text);
 
+/// The same for an MTEXT entity; decodedDxfText and shownParagraph give it back.
+std::string encodedDxfParagraph(std::string_view text);
+
 }  // namespace holdfast::formats

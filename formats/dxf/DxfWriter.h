@@ -6,23 +6,9 @@
 
 #include "document/Document.h"
 #include "formats/Uses.h"
+#include "formats/dxf/DxfOldForm.h"
 
 namespace holdfast::formats {
-
-/// What an entity lost on the way into a DXF file.
-enum class DxfLoss {
-    flattened,  ///< a curve that the file cannot hold went out as a polyline within the tolerance
-    split,      ///< a paragraph went out as single lines of text
-    leftOut     ///< the file cannot hold it at all
-};
-
-struct DxfNote {
-    std::string entity;  ///< its id
-    DxfLoss loss = DxfLoss::leftOut;
-    std::size_t pieces = 0;  ///< segments of the polyline, or lines of text
-
-    friend bool operator==(const DxfNote&, const DxfNote&) = default;
-};
 
 struct DxfOutput {
     std::string text;
@@ -38,5 +24,8 @@ struct DxfOutput {
 /// references on REFERENCE, all else on 0. The form has no unit: numbers are in the document's.
 /// Throws DrawingError for a document that does not pass checkDocument, and for a tolerance that is not above 0.
 DxfOutput dxfText(const Document& document, double tolerance = 0.01);
+
+/// What dxfText throws before it begins.
+void checkForDxf(const Document& document, double tolerance);
 
 }  // namespace holdfast::formats

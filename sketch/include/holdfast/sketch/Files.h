@@ -1,6 +1,7 @@
 #pragma once
 
 #include "holdfast/formats/FileIo.h"
+#include "holdfast/formats/dxf/DxfPatch.h"
 #include "holdfast/formats/dxf/DxfReader.h"
 #include "holdfast/formats/dxf/DxfWriter.h"
 #include "holdfast/formats/json/JsonReader.h"
@@ -16,11 +17,13 @@ using formats::writeDrawing;
 
 // Geometry alone, to and from others.
 using formats::DxfDrawing;
+using formats::DxfLayout;
 using formats::DxfLoss;
 using formats::DxfNote;
 using formats::DxfNotice;
 using formats::DxfOutput;
 using formats::dxfText;
+using formats::patchedDxf;
 using formats::readDxf;
 using formats::readFile;
 using formats::writeFile;

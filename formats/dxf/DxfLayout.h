@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "formats/Uses.h"
+
+namespace holdfast::formats {
+
+/// A part of a text, in bytes.
+struct DxfRange {
+    std::size_t begin = 0, end = 0;
+};
+
+/// How a file writes entities, as its own show.
+struct DxfForm {
+    std::set<std::string, std::less<>> kinds{};  ///< of the entities that it has, by their names
+    bool hasMarks = false;                       ///< entities say the classes of their groups (code 100)
+    bool hasHandles = false;                     ///< entities have handles (code 5)
+    bool isNewer = false;                        ///< its version knows ellipses, splines, xlines, rays and paragraphs
+    std::string owner{};                         ///< of the entities of the drawing's model (code 330), or empty
+};
+
+/// Where things stand in the text of a DXF file.
+struct DxfLayout {
+    std::vector<DxfRange> records;       ///< of the drawing's entities, in their order, each with its vertices
+    std::size_t recordsEnd = 0;          ///< where a further record goes
+    bool hasEntities = false;            ///< there is a section for it
+    std::optional<DxfRange> handleSeed;  ///< the value of the header's next free handle
+    std::uint64_t freeHandle = 1;        ///< it, and all above, are free
+    DxfForm form;
+};
+
+}  // namespace holdfast::formats

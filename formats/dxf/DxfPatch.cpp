@@ -1,0 +1,184 @@
+#include "formats/dxf/DxfPatch.h"
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "formats/dxf/DxfBodies.h"
+#include "formats/dxf/DxfOldForm.h"
+#include "formats/dxf/DxfPolylines.h"
+#include "formats/dxf/DxfRewrite.h"
+
+namespace holdfast::formats {
+namespace {
+
+/// Identifiers of vertices are no part of a DXF file.
+bool isDrawnAlike(const Shape& a, const Shape& b) {
+    const auto *first = std::get_if<PolylineShape>(&a), *second = std::get_if<PolylineShape>(&b);
+    if (first == nullptr || second == nullptr)
+        return a == b;
+    return first->closed == second->closed && first->vertices == second->vertices && first->bulges == second->bulges;
+}
+
+class Patch {
+public:
+    Patch(std::string_view text, const DxfLayout& layout, const Document& before, double tolerance)
+        : m_text(text), m_layout(layout), m_before(before), m_handles(layout.freeHandle) {
+        m_output.tolerance = tolerance;
+        for (std::size_t r = 0; r < m_before.entities.size(); ++r)
+            m_records.emplace(m_before.entities[r].id, r);
+    }
+
+    DxfOutput write(const Document& after) {
+        sort(after);
+        for (std::size_t r = 0; r < m_layout.records.size(); ++r) {
+            const Entity* now = m_inPlace[r];
+            if (now == nullptr)
+                m_changes.push_back({m_layout.records[r], ""});
+            else if (!isDrawnAlike(now->shape, m_before.entities[r].shape))
+                m_changes.push_back({m_layout.records[r], changed(*now, r, itemsOf(recordText(r)))});
+        }
+        m_changes.push_back({{m_layout.recordsEnd, m_layout.recordsEnd}, added()});
+        if (m_layout.handleSeed && m_handles.next() != m_layout.freeHandle)
+            m_changes.push_back({*m_layout.handleSeed, m_handles.nextText()});
+        m_output.text = changedText();
+        return std::move(m_output);
+    }
+
+private:
+    std::string_view recordText(std::size_t record) const {
+        const DxfRange range = m_layout.records[record];
+        return m_text.substr(range.begin, range.end - range.begin);
+    }
+
+    /// The first piece of what is gone takes its place.
+    void sort(const Document& after) {
+        m_inPlace.assign(m_layout.records.size(), nullptr);
+        for (const Entity& entity : after.entities)
+            if (const auto record = m_records.find(entity.id); record != m_records.end())
+                m_inPlace[record->second] = &entity;
+        for (const Entity& entity : after.entities) {
+            if (m_records.contains(entity.id))
+                continue;
+            const std::optional<std::size_t> record = originOf(entity.id);
+            if (record && m_inPlace[*record] == nullptr)
+                m_inPlace[*record] = &entity;
+            else
+                m_added.push_back({&entity, record});
+        }
+    }
+
+    /// The record that an entity was made of, which tells by its name: g3_2 is a piece of g3, g3_2_4 one of that.
+    std::optional<std::size_t> originOf(std::string_view name) const {
+        for (std::size_t bar = name.rfind('_'); bar != std::string_view::npos; bar = name.rfind('_')) {
+            if (name.find_first_not_of("0123456789", bar + 1) != std::string_view::npos)
+                break;
+            name = name.substr(0, bar);
+            if (const auto record = m_records.find(name); record != m_records.end())
+                return record->second;
+        }
+        return std::nullopt;
+    }
+
+    /// A record for an entity that was read from it or made of what was.
+    std::string changed(const Entity& entity, std::size_t number, DxfItems record) {
+        const Shape& before = m_before.entities[number].shape;
+        if (!canHold(record.front().value, entity.shape))
+            return another(entity, frameOf(record), styleOf(partsOf(record).front()));
+        if (!isDrawnAlike(before, entity.shape))
+            rewrite(record, before, entity.shape, m_handles);
+        return textOf(record);
+    }
+
+    /// Records for an entity of another kind, or of none of the file's.
+    std::string another(const Entity& entity, DxfFrame frame, const DxfStyle& style) {
+        const bool isHeld = canWrite(m_layout.form, entity.shape);
+        const OldForm form = isHeld ? OldForm{{entity.shape}} : oldForm(entity.shape, m_output.tolerance);
+        if (form.loss)
+            m_output.notes.push_back({entity.id, *form.loss, form.pieces});
+        std::string text;
+        for (const Shape& shape : form.shapes) {
+            if (!text.empty())
+                frame.head = copied(frame.head, m_handles);
+            const DxfItems record = newRecord(frame, shape, m_layout.form, style, m_handles);
+            noteKind(entity, record.front().value);
+            text += textOf(record);
+        }
+        return text;
+    }
+
+    void noteKind(const Entity& entity, const std::string& kind) {
+        if (!m_layout.form.kinds.contains(kind) && m_newKinds.insert(kind).second)
+            m_output.notes.push_back({entity.id, DxfLoss::firstOfKind, 0, kind});
+    }
+
+    std::string added() {
+        std::string text;
+        for (const auto& [entity, origin] : m_added) {
+            if (origin)
+                text += changed(*entity, *origin, copied(itemsOf(recordText(*origin)), m_handles));
+            else
+                text += another(*entity, newFrame("0", m_layout.form, fileStyle(), m_handles), fileStyle());
+        }
+        if (text.empty() || m_layout.hasEntities)
+            return text;
+        const DxfStyle& style = fileStyle();
+        const DxfItems head{newItem(0, "SECTION", style), newItem(2, "ENTITIES", style)};
+        return textOf(head) + text + textOf({newItem(0, "ENDSEC", style)});
+    }
+
+    /// That of its first entity or, without one, of the group behind which one would stand.
+    const DxfStyle& fileStyle() {
+        if (!m_fileStyle) {
+            const std::string_view last = m_text.substr(m_layout.recordsEnd);  // ENDSEC or EOF
+            const std::size_t second = last.find('\n', last.find('\n') + 1);
+            m_fileStyle = styleOf(itemsOf(m_layout.records.empty() ? last.substr(0, second + 1) : recordText(0)));
+        }
+        return *m_fileStyle;
+    }
+
+    std::string changedText() {
+        std::stable_sort(m_changes.begin(), m_changes.end(),
+                         [](const Change& a, const Change& b) { return a.range.begin < b.range.begin; });
+        std::string text;
+        std::size_t done = 0;
+        for (const Change& change : m_changes) {
+            text.append(m_text.substr(done, change.range.begin - done)).append(change.text);
+            done = change.range.end;
+        }
+        return text.append(m_text.substr(done));
+    }
+
+    struct Change {
+        DxfRange range;
+        std::string text;  // instead
+    };
+
+    std::string_view m_text;
+    const DxfLayout& m_layout;
+    const Document& m_before;
+    DxfHandles m_handles;
+    DxfOutput m_output;
+    std::vector<const Entity*> m_inPlace;                                       // by record; null: it goes
+    std::vector<std::pair<const Entity*, std::optional<std::size_t>>> m_added;  // with what it was made of
+    std::unordered_map<std::string_view, std::size_t> m_records;                // by the name of what was read from it
+    std::vector<Change> m_changes;
+    std::set<std::string> m_newKinds;
+    std::optional<DxfStyle> m_fileStyle;
+};
+
+}  // namespace
+
+DxfOutput patchedDxf(std::string_view text, const DxfLayout& layout, const Document& before, const Document& after,
+                     double tolerance) {
+    checkForDxf(after, tolerance);
+    DxfOutput output = Patch(text, layout, before, tolerance).write(after);
+    output.lostConstraints = after.constraints.size();
+    output.lostParameters = after.parameters.size();
+    return output;
+}
+
+}  // namespace holdfast::formats
