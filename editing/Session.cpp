@@ -1,6 +1,7 @@
 #include "editing/Session.h"
 
 #include <algorithm>
+#include <exception>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -29,6 +30,11 @@ namespace {
 constexpr const char* kNothingToTakeBack = "there is no edit to take back";
 constexpr const char* kNothingToDoAgain =
     "there is no edit to do again; redo does what was taken back last, until another edit is done";
+constexpr const char* kNothingToTry = "undo and redo cannot be tried; what they do is known";
+
+/// The host keeps what was erased and deleted until its process ends. So many objects of trials, and as many more as
+/// the drawing has, stay there at most: a megabyte or so, and a new process for every few hundred small trials.
+constexpr std::size_t kLeftBehind = 2000;
 
 /// Does any command; undo and redo are the session's own.
 struct Performer {
@@ -71,6 +77,7 @@ void Session::openAgain() {
     m_drawing = std::make_unique<Drawing>(m_document, m_next);
     m_evaluator = std::make_unique<HostEvaluator>(*m_drawing);
     m_next = m_drawing->next();
+    m_tried = 0;
 }
 
 Drawing& Session::drawing() {
@@ -101,6 +108,60 @@ const EditResult& Session::apply(std::string_view edit) {
 
 const EditResult& Session::apply(const Edit& edit) {
     return transact(toText(edit), [&] { return edit; });
+}
+
+/// The edit is done as any other, and taken out again as if it had not been.
+Trial Session::trial(std::string_view edit) {
+    document();  // what is pending afterwards is of this edit
+    std::vector<Step> redo;
+    redo.swap(m_redo);
+    const bool told = std::exchange(m_tellsFreedom, false);
+    const std::optional<int> freedom = m_freedom;
+    const std::size_t steps = m_undo.size();
+    Trial trial;
+    std::exception_ptr failure;
+    try {
+        transact(edit, [&] {
+            Edit read = parseFor(edit, *m_drawing, &m_said);
+            if (std::holds_alternative<Undo>(read) || std::holds_alternative<Redo>(read))
+                throw EditError(kNothingToTry);
+            return read;
+        });
+        trial.result = std::move(m_results.back());
+        m_results.pop_back();
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    if (m_undo.size() > steps) {
+        Step step = std::move(m_undo.back());
+        m_undo.pop_back();
+        trial.change = takenOut(std::move(step));
+    }
+    m_redo.swap(redo);
+    m_tellsFreedom = told;
+    m_freedom = freedom;
+    if (failure)
+        std::rethrow_exception(failure);
+    return trial;
+}
+
+/// A step's change, which the document has not heard of and the host forgets.
+DrawingChange Session::takenOut(Step step) noexcept {
+    m_pending.clear();
+    m_next = step.before;
+    try {
+        const HostProcess::Scope bound(m_drawing->process());
+        m_tried += step.change.entities.size() + step.change.constraints.size();
+        if (m_tried > kLeftBehind + m_document.document.entities.size() + m_document.document.constraints.size())
+            openAgain();
+        else
+            m_drawing->put(reversed(step.change), step.before);
+    } catch (...) {
+        // The next edit opens it.
+        m_evaluator.reset();
+        m_drawing.reset();
+    }
+    return std::move(step.change);
 }
 
 std::optional<Refusal> Session::check(const Edit& edit) {

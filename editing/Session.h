@@ -35,6 +35,12 @@ struct EditResult {
     std::optional<FreedomChange> freedom{};  ///< of an edit that was done, when the session was asked to tell it
 };
 
+/// What an edit would do, told without doing it.
+struct Trial {
+    EditResult result;     ///< as apply() would tell it, without degrees of freedom
+    DrawingChange change;  ///< from the drawing as it is to what it would be; empty when the edit was refused
+};
+
 /// A drawing that is being edited. Every edit is one transaction: it is done whole, or the drawing and the host are as
 /// they were, bit for bit, whatever is thrown on the way and by whom.
 ///
@@ -64,6 +70,16 @@ public:
 
     /// The same for an edit as a value; in the report it has the text of toText().
     const EditResult& apply(const Edit& edit);
+    /// What apply() would do now, without doing it: the drawing stays, undo and redo are where they were, the report
+    /// knows nothing of it. To undo and redo there is nothing to try: they are refused. Cost: that of the edit, and of
+    /// opening anew in the host what it touches.
+    Trial trial(std::string_view edit);
+    /// What edits have done since document() was asked last, one change for each edit, in their order; valid until
+    /// document() is asked again or another edit is done.
+    const std::vector<DrawingChange>& changes() const { return m_pending; }
+    /// Whether there is an edit to take back, and one to do again.
+    bool canUndo() const { return !m_undo.empty(); }
+    bool canRedo() const { return !m_redo.empty(); }
     /// Why an edit cannot be understood on the drawing as it is, without doing it; nothing when apply() would try it.
     std::optional<Refusal> check(const Edit& edit);
 
@@ -92,6 +108,7 @@ private:
     void undo(EditResult& result);
     void redo(EditResult& result);
     void put(const DrawingChange& change, const NextOrders& next);
+    DrawingChange takenOut(Step step) noexcept;
     void takeFreedom(const std::optional<FreedomChange>& told);
     std::optional<FreedomChange> freedomOver(const DrawingChange& change, bool isMade);
     FreedomChange wholeFreedomOver(const DrawingChange& change) const;
@@ -112,6 +129,7 @@ private:
     std::vector<std::string> m_said;  ///< remarks on an edit that is being read
     NextOrders m_next;                ///< of the drawing without the edit that is being done
     std::vector<EditResult> m_results;
+    std::size_t m_tried = 0;  ///< objects that trials have left behind in the host
     bool m_tellsFreedom = false, m_givesTies = true;
     std::optional<int> m_freedom;  ///< of the drawing without the edit that is being done; none: not counted
     std::unique_ptr<Drawing> m_drawing;

@@ -70,4 +70,13 @@ struct InferCommandOptions {
 };
 int infer(const InferCommandOptions& options);
 
+struct OpenOptions {
+    std::string drawing;
+    int port = 0;  ///< 0: any that is free
+    bool noBrowser = false;
+    bool readOnly = false;
+    double linger = 10.0;  ///< seconds after the last tab has gone
+};
+int open(const OpenOptions& options);
+
 }  // namespace holdfast::cli

@@ -136,6 +136,25 @@ void addInfer(CLI::App& app, InferCommandOptions& options, std::function<int()>&
     command->callback([&] { action = [&] { return infer(options); }; });
 }
 
+void addOpen(CLI::App& app, OpenOptions& options, std::function<int()>& action) {
+    CLI::App* command = app.add_subcommand("open", "edit a drawing by hand, in the browser");
+    command->add_option("DRAWING", options.drawing, "a .json or .dxf file")->required();
+    command->add_option("--port", options.port, "the port to listen on; any that is free unless given")
+        ->check(CLI::Range(0, 65535));
+    command->add_flag("--no-browser", options.noBrowser, "tell the address and start no browser");
+    command->add_flag("--read-only", options.readOnly,
+                      "write nothing: neither the drawing nor what is not saved of it");
+    command->add_option("--linger", options.linger, "seconds to go on after the last tab was closed; 10 unless given")
+        ->check(CLI::Range(0.0, 86400.0));
+    command->footer(
+        "Example:\n  holdfast open examples/drawings/mounting-bracket.json\n\nThe page comes from this machine and "
+        "is for this machine; its address holds a word that nobody else\nknows. The program ends after the last tab "
+        "was closed, or with Ctrl-C. Edits that were not saved are\nkept beside the drawing, in NAME.unsaved.json, "
+        "and taken up by the next window.\n\n" +
+        std::string(kRefusals));
+    command->callback([&] { action = [&] { return open(options); }; });
+}
+
 /// The exit code of a run, unless what it told could not be written to its end.
 int whenTold(int code) {
     std::cout.flush();
@@ -160,6 +179,7 @@ int main(int argc, char** argv) {
     ConvertOptions convertOptions;
     InferCommandOptions inferOptions;
     SolveOptions solveOptions;
+    OpenOptions openOptions;
     std::function<int()> action;
     addShow(app, showOptions, action);
     addEdit(app, editOptions, action);
@@ -167,6 +187,7 @@ int main(int argc, char** argv) {
     addSolve(app, solveOptions, action);
     addConvert(app, convertOptions, action);
     addInfer(app, inferOptions, action);
+    addOpen(app, openOptions, action);
     try {
         app.parse(argc, argv);
         return whenTold(action());

@@ -30,6 +30,16 @@ EditResult resultOf(const editing::EditResult& done) {
     return result;
 }
 
+/// What is there after a change, and the ids of what is not.
+template <class Change, class Thing>
+void takeSides(const std::vector<Change>& changes, std::vector<Thing>& there, std::vector<std::string>& gone) {
+    for (const Change& change : changes)
+        if (change.after)
+            there.push_back(*change.after);
+        else if (change.before)
+            gone.push_back(change.before->id);
+}
+
 }  // namespace
 
 Session::Session(Document document) : m_session(std::make_unique<editing::Session>(checked(std::move(document)))) {}
@@ -59,6 +69,14 @@ EditResult Session::undo() {
 
 EditResult Session::redo() {
     return apply(Redo{});
+}
+
+Trial Session::trial(std::string_view edit) {
+    const editing::Trial tried = m_session->trial(edit);
+    Trial trial{.result = resultOf(tried.result)};
+    takeSides(tried.change.entities, trial.entities, trial.erased);
+    takeSides(tried.change.constraints, trial.constraints, trial.deleted);
+    return trial;
 }
 
 std::optional<Refusal> Session::check(const Edit& edit) {

@@ -50,6 +50,8 @@ LIBRARIES = (
     ("report", ".h", JSON_BY_NAME),
     ("apps", ".cpp .h", JSON),
     ("apps", ".cpp .h", re.compile(r"^CLI/")),
+    ("apps/window", ".cpp", re.compile(r"^httplib\.h$")),
+    ("apps/window", ".h", JSON_BY_NAME),
     ("apps", ".cpp", re.compile(r"^(unistd|io|windows|sys/\w+)\.h$")),
     ("module/core", ".cpp", re.compile(r"^windows\.h$")),
 )

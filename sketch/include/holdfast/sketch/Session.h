@@ -35,11 +35,20 @@ struct EditResult {
     bool done() const { return error.empty(); }
 };
 
+/// What an edit would do, told without doing it.
+struct Trial {
+    EditResult result;                      ///< as apply() would tell it, without degrees of freedom
+    std::vector<Entity> entities{};         ///< those that would be made or be others, as they would be
+    std::vector<std::string> erased{};      ///< the ids of entities that would go
+    std::vector<Constraint> constraints{};  ///< the same of constraints
+    std::vector<std::string> deleted{};
+};
+
 /// A drawing that is being edited. Every edit is one transaction: it is done whole, or the drawing is as it was, bit
 /// for bit, and the result says why.
 ///
-/// There may be many sessions, in as many threads. One thread at a time uses a session. One that was moved from can only
-/// be assigned to and destroyed.
+/// There may be many sessions, in as many threads. One thread at a time uses a session. One that was moved from can
+/// only be assigned to and destroyed.
 class HOLDFAST_SKETCH_EXPORT Session {
 public:
     /// Throws DrawingError for a document that checkDocument refuses. Cost: linear in the drawing.
@@ -66,6 +75,11 @@ public:
     /// Does the edit again that was taken back last, with the fates that it had. Refused when there is none, or when
     /// another edit has been done since. Cost: what the edit touched.
     EditResult redo();
+
+    /// What apply() would do now with an edit as a user types it, without doing it: the drawing stays, undo and redo
+    /// are where they were, the report knows nothing of it. Refused are undo and redo. Cost: that of the edit, and of
+    /// opening anew what it touches.
+    Trial trial(std::string_view edit);
 
     /// Why an edit cannot be understood on the drawing as it is, without doing it; nothing when apply() would try it.
     /// Constraints that do not allow it show only when it is done. Cost: linear in the entities that the edit names,

@@ -1,0 +1,152 @@
+#include "apps/window/DrawingJson.h"
+
+#include <nlohmann/json.hpp>
+
+#include "document/Names.h"
+#include "report/page/Wording.h"
+
+namespace holdfast::window {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json pointJson(Vec2 point) {
+    return Json::array({point.x, point.y});
+}
+
+Json pointsJson(const std::vector<Vec2>& points) {
+    Json json = Json::array();
+    for (const Vec2 point : points)
+        json.push_back(pointJson(point));
+    return json;
+}
+
+/// Adds a shape's fields under the names that drawing files have for them.
+struct Fields {
+    Json& json;
+
+    void operator()(const LineShape& s) const {
+        json["start"] = pointJson(s.start);
+        json["end"] = pointJson(s.end);
+    }
+    void operator()(const ArcShape& s) const {
+        json["centre"] = pointJson(s.centre);
+        json["radius"] = s.radius;
+        json["start_angle"] = s.startAngle;
+        json["end_angle"] = s.endAngle;
+    }
+    void operator()(const CircleShape& s) const {
+        json["centre"] = pointJson(s.centre);
+        json["radius"] = s.radius;
+    }
+    void operator()(const EllipseShape& s) const {
+        json["centre"] = pointJson(s.centre);
+        json["major_axis"] = pointJson(s.majorAxis);
+        json["ratio"] = s.ratio;
+    }
+    void operator()(const EllipticalArcShape& s) const {
+        (*this)(EllipseShape{s.centre, s.majorAxis, s.ratio});
+        json["start_param"] = s.startParam;
+        json["end_param"] = s.endParam;
+    }
+    void operator()(const SplineShape& s) const {
+        json["degree"] = s.degree;
+        json["periodic"] = s.periodic;
+        json["control"] = pointsJson(s.control);
+        json["knots"] = s.knots;
+        json["weights"] = s.weights;
+    }
+    void operator()(const PointShape& s) const { json["position"] = pointJson(s.position); }
+    void operator()(const XlineShape& s) const {
+        json["point"] = pointJson(s.point);
+        json["direction"] = pointJson(s.direction);
+    }
+    void operator()(const RayShape& s) const { (*this)(XlineShape{s.point, s.direction}); }
+    void operator()(const PolylineShape& s) const {
+        json["vertices"] = pointsJson(s.vertices);
+        json["bulges"] = s.bulges;
+        json["closed"] = s.closed;
+    }
+    void operator()(const TextShape& s) const {
+        json["position"] = pointJson(s.position);
+        json["rotation"] = s.rotation;
+        json["height"] = s.height;
+        json["text"] = s.text;
+    }
+};
+
+}  // namespace
+
+Json entityJson(const Entity& entity) {
+    Json json{{"id", entity.id}, {"type", typeName(entity.shape)}};
+    std::visit(Fields{json}, entity.shape);
+    if (entity.construction)
+        json["construction"] = true;
+    if (entity.fixed)
+        json["fixed"] = true;
+    return json;
+}
+
+Json constraintJson(const Constraint& constraint) {
+    Json json{{"id", constraint.id}, {"type", typeName(constraint.type)}, {"refs", Json::array()}};
+    for (const Place& place : constraint.refs)
+        json["refs"].push_back({{"entity", place.entity}, {"point", placeText(place)}});
+    if (constraint.value) {
+        json["value"] = *constraint.value;
+        json["text"] = labelText(constraint);
+    }
+    const auto addText = [&](const char* name, const std::string& text) {
+        if (!text.empty())
+            json[name] = text;
+    };
+    addText("name", constraint.name);
+    addText("role", constraint.role);
+    addText("formula", constraint.formula);
+    if (!constraint.driving)
+        json["driving"] = false;
+    if (!constraint.active)
+        json["active"] = false;
+    if (!constraint.members.empty())
+        json["members"] = constraint.members;
+    return json;
+}
+
+Json parametersJson(const std::vector<Parameter>& parameters) {
+    Json json = Json::array();
+    for (const Parameter& parameter : parameters)
+        json.push_back({{"name", parameter.name}, {"formula", parameter.formula}, {"value", parameter.value}});
+    return json;
+}
+
+Json drawingJson(const Document& document) {
+    Json json{{"unit", document.lengthUnit}, {"entities", Json::array()}, {"constraints", Json::array()}};
+    for (const Entity& entity : document.entities)
+        json["entities"].push_back(entityJson(entity));
+    for (const Constraint& constraint : document.constraints)
+        json["constraints"].push_back(constraintJson(constraint));
+    json["parameters"] = parametersJson(document.parameters);
+    return json;
+}
+
+Json changeJson(const DrawingChange& change) {
+    Json json{{"entities", Json::array()},
+              {"erased", Json::array()},
+              {"constraints", Json::array()},
+              {"deleted", Json::array()}};
+    for (const EntityChange& each : change.entities)
+        if (each.after)
+            json["entities"].push_back(entityJson(*each.after));
+        else if (each.before)
+            json["erased"].push_back(each.before->id);
+    for (const ConstraintChange& each : change.constraints)
+        if (each.after)
+            json["constraints"].push_back(constraintJson(*each.after));
+        else if (each.before)
+            json["deleted"].push_back(each.before->id);
+    if (change.parameters)
+        json["parameters"] = parametersJson(change.parameters->after);
+    return json;
+}
+
+}  // namespace holdfast::window

@@ -1,0 +1,198 @@
+#include "apps/window/OpenDrawing.h"
+
+#include <nlohmann/json.hpp>
+
+#include <utility>
+
+#include "apps/window/Answers.h"
+#include "apps/window/DrawingJson.h"
+#include "document/text/DrawingError.h"
+#include "formats/FileIo.h"
+#include "formats/dxf/DxfWriter.h"
+#include "formats/json/JsonWriter.h"
+#include "report/page/HtmlReport.h"
+#include "report/picture/Svg.h"
+
+namespace holdfast::window {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+/// How far curves that a .dxf file cannot hold may deviate there, in the drawing's unit: what `convert` takes.
+constexpr double kFlattening = 0.01;
+
+Json saved(const std::string& error) {
+    return {{"done", error.empty()}, {"error", error}};
+}
+
+}  // namespace
+
+fs::path DrawingFile::unsaved() const {
+    fs::path path = opened;
+    return path.replace_extension(".unsaved.json");
+}
+
+OpenDrawing::OpenDrawing(DrawingFile file, Document document)
+    : m_file(std::move(file)), m_opened(std::move(document)), m_session(std::make_unique<Session>(m_opened)) {
+    takeUp();
+}
+
+OpenDrawing::~OpenDrawing() = default;
+
+/// What cannot be read, or is older than the drawing, stays where it is until something else is to be kept there.
+void OpenDrawing::takeUp() {
+    std::error_code missing;
+    const auto kept = fs::last_write_time(m_file.unsaved(), missing);
+    if (missing || m_file.isReadOnly || kept < fs::last_write_time(m_file.opened, missing))
+        return;
+    try {
+        m_session = std::make_unique<Session>(readDrawing(m_file.unsaved()));
+        m_isTakenUp = true;
+        m_kept = ++m_number;
+    } catch (const DrawingError&) {
+        m_session = std::make_unique<Session>(m_opened);
+    }
+}
+
+std::string OpenDrawing::state() {
+    const std::lock_guard lock(m_mutex);
+    Json json{{"number", m_number},
+              {"name", m_file.name},
+              {"file", m_file.opened.filename().string()},
+              {"readOnly", m_file.isReadOnly},
+              {"takesSaves", m_file.takesSaves()},
+              {"unsaved", m_number != m_saved},
+              {"takenUp", m_isTakenUp},
+              {"canUndo", m_session->canUndo()},
+              {"canRedo", m_session->canRedo()}};
+    json["log"] = Json::array();
+    for (const Logged& edit : m_log)
+        json["log"].push_back({{"text", edit.text}, {"error", edit.error}, {"remarks", edit.remarks}});
+    json["drawing"] = drawingJson(m_session->document());
+    return textOf(json);
+}
+
+std::string OpenDrawing::edit(std::string_view text) {
+    const std::lock_guard lock(m_mutex);
+    m_session->document();
+    const EditResult& result = m_session->apply(text);
+    Json json = resultJson(result);
+    m_log.push_back({result.outcome.text, result.outcome.error, result.outcome.remarks});
+    if (result.outcome.done()) {
+        ++m_number;
+        json["change"] = changeJson(m_session->changes().back());
+    }
+    json["number"] = m_number;
+    json["unsaved"] = m_number != m_saved;
+    json["canUndo"] = m_session->canUndo();
+    json["canRedo"] = m_session->canRedo();
+    return textOf(json);
+}
+
+std::string OpenDrawing::trial(std::string_view text) {
+    const std::lock_guard lock(m_mutex);
+    const Trial trial = m_session->trial(text);
+    Json json = resultJson(trial.result);
+    json["change"] = changeJson(trial.change);
+    json["number"] = m_number;
+    return textOf(json);
+}
+
+std::string OpenDrawing::freedom() {
+    Document document;
+    std::uint64_t number = 0;
+    {
+        const std::lock_guard lock(m_mutex);
+        document = m_session->document();
+        number = m_number;
+    }
+    Json json = freedomJson(document);
+    json["number"] = number;
+    return textOf(json);
+}
+
+std::string OpenDrawing::save() {
+    const std::lock_guard lock(m_mutex);
+    if (!m_file.takesSaves())
+        return textOf(saved(m_file.isReadOnly ? "the window was opened for reading only; download the drawing instead"
+                                              : "a .dxf file holds no constraints; download the drawing instead"));
+    try {
+        writeDrawing(m_session->document(), m_file.opened);
+    } catch (const DrawingError& failure) {
+        return textOf(saved(failure.what()));
+    }
+    m_opened = m_session->document();
+    m_saved = m_kept = m_number;
+    m_isTakenUp = false;
+    std::error_code ignored;
+    fs::remove(m_file.unsaved(), ignored);
+    return textOf(saved({}));
+}
+
+std::string OpenDrawing::discard() {
+    const std::lock_guard lock(m_mutex);
+    m_session = std::make_unique<Session>(m_opened);
+    m_log.clear();
+    m_saved = m_kept = ++m_number;
+    m_isTakenUp = false;
+    std::error_code ignored;
+    if (!m_file.isReadOnly)
+        fs::remove(m_file.unsaved(), ignored);
+    return textOf(saved({}));
+}
+
+std::string OpenDrawing::nameOf(std::string_view ending) const {
+    return m_file.opened.stem().string() + std::string(ending);
+}
+
+/// As a script: what `holdfast run` does from the drawing's file.
+std::string OpenDrawing::editLog() const {
+    std::string text = "open " + m_file.opened.filename().string() + "\n";
+    for (const Logged& edit : m_log)
+        if (edit.error.empty())
+            text += edit.text + "\n";
+    return text;
+}
+
+std::optional<OpenDrawing::Copy> OpenDrawing::copy(std::string_view what) {
+    const std::lock_guard lock(m_mutex);
+    const Document& document = m_session->document();
+    if (what == "drawing.json")
+        return Copy{jsonText(document), "application/json", nameOf(".json")};
+    if (what == "drawing.dxf")
+        return Copy{dxfText(document, kFlattening).text, "image/vnd.dxf", nameOf(".dxf")};
+    if (what == "picture.svg")
+        return Copy{writePicture(document), "image/svg+xml", nameOf(".svg")};
+    if (what == "report.html")
+        return Copy{writeHtmlReport(m_session->report()), "text/html", nameOf(".html")};
+    if (what == "edits.edit")
+        return Copy{editLog(), "text/plain", nameOf(".edit")};
+    return std::nullopt;
+}
+
+std::uint64_t OpenDrawing::number() const {
+    const std::lock_guard lock(m_mutex);
+    return m_number;
+}
+
+bool OpenDrawing::hasUnsaved() const {
+    const std::lock_guard lock(m_mutex);
+    return m_number != m_saved && !m_file.isReadOnly;
+}
+
+std::string OpenDrawing::keep() {
+    const std::lock_guard lock(m_mutex);
+    if (m_number == m_kept || m_file.isReadOnly)
+        return {};
+    m_kept = m_number;  // what failed once is tried again with the next change
+    try {
+        writeDrawing(m_session->document(), m_file.unsaved());
+        return {};
+    } catch (const DrawingError& failure) {
+        return failure.what();
+    }
+}
+
+}  // namespace holdfast::window

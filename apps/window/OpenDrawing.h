@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "apps/window/Uses.h"
+#include "document/Document.h"
+#include "editing/Session.h"
+
+namespace holdfast::window {
+
+/// The file behind a drawing in the window.
+struct DrawingFile {
+    std::filesystem::path opened;  ///< what was asked for; .json or .dxf
+    std::string name;              ///< what people call the drawing
+    bool isReadOnly = false;       ///< neither saved nor kept beside the file
+
+    /// Constraints can be saved there.
+    bool takesSaves() const { return !isReadOnly && opened.extension() == ".json"; }
+    /// "bracket.unsaved.json": where edits are kept until they are saved, beside the drawing.
+    std::filesystem::path unsaved() const;
+};
+
+/// A drawing with the one session in which all tabs edit it. Answers are JSON for the page. Any thread may call: edits
+/// take turns.
+class OpenDrawing {
+public:
+    /// Takes up edits that an earlier window has kept, when they are younger than the drawing.
+    OpenDrawing(DrawingFile file, Document document);
+    ~OpenDrawing();
+
+    /// All of it: the drawing, the edits so far, what can be done.
+    std::string state();
+    /// Does an edit; with what it has changed.
+    std::string edit(std::string_view text);
+    /// What an edit would do.
+    std::string trial(std::string_view text);
+    /// Degrees of freedom, contradictions. Works on a copy: edits need not wait for it.
+    std::string freedom();
+    /// Into the file that was opened.
+    std::string save();
+    /// The drawing as the file has it; what was kept of edits is thrown away.
+    std::string discard();
+
+    struct Copy {
+        std::string text, type, name;  ///< its type as the web calls it; a name for the file
+    };
+    /// The drawing as "drawing.json", "drawing.dxf", "picture.svg", "report.html", or its edits as "edits.edit";
+    /// nothing for another name.
+    std::optional<Copy> copy(std::string_view what);
+
+    /// Counts up with each change.
+    std::uint64_t number() const;
+    /// Writes what is not saved beside the file, if it is not there yet. An empty text, or why it cannot be.
+    std::string keep();
+    /// What was not saved is kept beside the file.
+    bool hasUnsaved() const;
+
+private:
+    struct Logged {
+        std::string text, error;
+        std::vector<std::string> remarks;
+    };
+    std::string editLog() const;
+    std::string nameOf(std::string_view ending) const;
+    void takeUp();
+
+    mutable std::mutex m_mutex;
+    DrawingFile m_file;
+    Document m_opened;  ///< as the file has it
+    std::unique_ptr<Session> m_session;
+    std::vector<Logged> m_log;
+    std::uint64_t m_number = 1, m_saved = 1, m_kept = 1;
+    bool m_isTakenUp = false;
+};
+
+}  // namespace holdfast::window

@@ -1,0 +1,218 @@
+#include "apps/window/Server.h"
+
+#include <httplib.h>
+#include <nlohmann/json.hpp>
+
+#include <chrono>
+#include <cstdlib>
+#include <functional>
+#include <optional>
+#include <stdexcept>
+#include <thread>
+
+#include "apps/window/Answers.h"
+#include "apps/window/Assets.h"
+#include "apps/window/Gate.h"
+#include "apps/window/OpenDrawing.h"
+#include "apps/window/Tabs.h"
+
+namespace holdfast::window {
+
+namespace {
+
+constexpr const char* kHere = "127.0.0.1";
+constexpr const char* kJson = "application/json";
+
+/// Tabs wait for news on a thread each; a browser has up to six connections open besides.
+constexpr std::size_t kThreads = Tabs::kMost + 12;
+
+/// How long a tab waits before it is sent a sign of life, by which one that has gone is noticed.
+constexpr std::chrono::milliseconds kHeartbeat{1000};
+
+constexpr int kTooMany = 503, kRefused = 400, kMissing = 404;  // statuses of HTTP, RFC 9110 section 15
+
+/// Nothing from outside, nothing written in the page itself, and no other page may show this one.
+constexpr const char* kPolicy =
+    "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' data:; connect-src 'self'; "
+    "base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+
+httplib::Headers headersOfAll() {
+    return {{"Content-Security-Policy", kPolicy},
+            {"X-Content-Type-Options", "nosniff"},
+            {"Referrer-Policy", "no-referrer"},
+            {"Cache-Control", "no-store"},
+            {"Cross-Origin-Opener-Policy", "same-origin"},
+            {"Cross-Origin-Resource-Policy", "same-origin"}};
+}
+
+/// A request that says two things at once counts as saying neither.
+std::string onlyHeader(const httplib::Request& request, const char* name) {
+    const std::size_t count = request.get_header_value_count(name);
+    return count == 1 ? request.get_header_value(name) : std::string(count == 0 ? "" : "several");
+}
+
+Knock knockOf(const httplib::Request& request) {
+    const std::string length = request.get_header_value("Content-Length");
+    return {.method = request.method,
+            .path = request.path,
+            .host = onlyHeader(request, "Host"),
+            .origin = onlyHeader(request, "Origin"),
+            .contentType = onlyHeader(request, "Content-Type"),
+            .contentEncoding = onlyHeader(request, "Content-Encoding"),
+            .site = onlyHeader(request, "Sec-Fetch-Site"),
+            .length = static_cast<std::size_t>(std::strtoull(length.c_str(), nullptr, 10))};
+}
+
+/// The one member of a message that an edit comes in; nothing for a message of another form.
+std::optional<std::string> editIn(const std::string& body) {
+    const nlohmann::json message = nlohmann::json::parse(body, nullptr, false);
+    if (!message.is_object() || message.size() != 1 || !message.contains("text") || !message["text"].is_string())
+        return std::nullopt;
+    return message["text"].get<std::string>();
+}
+
+void refuse(httplib::Response& response, int status, const char* why) {
+    response.status = status;
+    response.set_content(why, "text/plain; charset=utf-8");
+}
+
+/// One line of an event stream, as the browser's EventSource reads it.
+std::string eventOf(const Tabs::News& news) {
+    return "data: " + std::string(news.isOver ? "over" : std::to_string(news.state)) + "\n\n";
+}
+
+}  // namespace
+
+struct Server::Inside {
+    OpenDrawing& drawing;
+    Tabs& tabs;
+    httplib::Server server{};
+    std::optional<Gate> gate{};
+    std::string address{};
+    std::thread listening{};
+
+    Inside(OpenDrawing& theDrawing, Tabs& theTabs) : drawing(theDrawing), tabs(theTabs) {}
+
+    void setUp() {
+        server.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
+        server.set_tcp_nodelay(true);
+        // As it comes the library would share the port with whoever asks for it.
+        server.set_socket_options([](int socket) {
+            const int yes = 1;
+            setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+        });
+        server.set_payload_max_length(Gate::kLongestEdit);
+        server.set_keep_alive_max_count(100000);  // a drag of an hour asks so often
+        server.set_default_headers(headersOfAll());
+        server.set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
+            const int status = gate->refusal(knockOf(request));
+            if (status == 0)
+                return httplib::Server::HandlerResponse::Unhandled;
+            refuse(response, status, "this address is for the page that holdfast opened\n");
+            return httplib::Server::HandlerResponse::Handled;
+        });
+    }
+
+    /// Which port is listened on is known before the first request can come.
+    void listen(int port) {
+        const int bound = port == 0 ? server.bind_to_any_port(kHere) : server.bind_to_port(kHere, port) ? port : -1;
+        if (bound <= 0)
+            throw std::runtime_error("port " + std::to_string(port) +
+                                     " is taken, or not for this user; give another one with --port, or none");
+        const std::string word = Gate::freshWord();
+        gate.emplace(word, bound);
+        address = "http://" + std::string(kHere) + ":" + std::to_string(bound) + gate->prefix();
+        addNews();  // before the pages: they are looked for under any name
+        addAnswers();
+        addPages();
+        listening = std::thread([this] { server.listen_after_bind(); });
+    }
+
+    void addPages() {
+        server.Get(gate->prefix() + "([a-z0-9.-]*)", [](const httplib::Request& request, httplib::Response& response) {
+            const std::string name = request.matches[1];
+            const Asset* asset = assetNamed(name.empty() ? "index.html" : name);
+            if (asset == nullptr)
+                return refuse(response, kMissing, "there is no such page\n");
+            response.set_content(asset->text.data(), asset->text.size(), std::string(asset->type).c_str());
+        });
+        server.Get(gate->prefix() + "copy/([a-z.]+)",
+                   [this](const httplib::Request& request, httplib::Response& response) {
+                       const std::optional<OpenDrawing::Copy> copy = drawing.copy(std::string(request.matches[1]));
+                       if (!copy)
+                           return refuse(response, kMissing, "there is no such copy\n");
+                       response.set_content(copy->text, copy->type.c_str());
+                       response.set_header("Content-Disposition", "attachment");
+                   });
+    }
+
+    void addGet(const char* name, std::function<std::string()> answer) {
+        server.Get(gate->prefix() + "ask/" + name,
+                   [answer = std::move(answer)](const httplib::Request&, httplib::Response& response) {
+                       response.set_content(answer(), kJson);
+                   });
+    }
+
+    void addPost(const char* name, std::function<std::string(const std::string& edit)> answer) {
+        server.Post(gate->prefix() + "do/" + name,
+                    [this, answer = std::move(answer)](const httplib::Request& request, httplib::Response& response) {
+                        const std::optional<std::string> edit = editIn(request.body);
+                        if (!edit)
+                            return refuse(response, kRefused, "expected {\"text\": \"an edit\"}\n");
+                        response.set_content(answer(*edit), kJson);
+                        tabs.tell(drawing.number());
+                    });
+    }
+
+    void addAnswers() {
+        addGet("language", [] { return textOf(languageJson()); });
+        addGet("state", [this] { return drawing.state(); });
+        addGet("freedom", [this] { return drawing.freedom(); });
+        addPost("edit", [this](const std::string& edit) { return drawing.edit(edit); });
+        addPost("try", [this](const std::string& edit) { return drawing.trial(edit); });
+        addPost("save", [this](const std::string&) { return drawing.save(); });
+        addPost("discard", [this](const std::string&) { return drawing.discard(); });
+    }
+
+    /// A tab hears of every change, and we of its going.
+    void addNews() {
+        server.Get(gate->prefix() + "news", [this](const httplib::Request&, httplib::Response& response) {
+            if (!tabs.enter())
+                return refuse(response, kTooMany, "too many tabs show this drawing\n");
+            const auto known = std::make_shared<std::uint64_t>(0);
+            response.set_chunked_content_provider(
+                "text/event-stream", [this, known](std::size_t, httplib::DataSink& sink) { return send(sink, *known); },
+                [this](bool) { tabs.leave(); });
+        });
+    }
+
+    bool send(httplib::DataSink& sink, std::uint64_t& known) {
+        const Tabs::News news = tabs.wait(known, kHeartbeat);
+        const std::string line = news.state == known && !news.isOver ? std::string(":\n\n") : eventOf(news);
+        known = news.state;
+        if (!sink.is_writable() || !sink.write(line.data(), line.size()))
+            return false;
+        if (news.isOver)
+            sink.done();
+        return true;
+    }
+};
+
+Server::Server(OpenDrawing& drawing, Tabs& tabs, int port) : m_inside(std::make_unique<Inside>(drawing, tabs)) {
+    tabs.tell(drawing.number());
+    m_inside->setUp();
+    m_inside->listen(port);
+}
+
+Server::~Server() {
+    m_inside->tabs.close();
+    m_inside->server.stop();
+    if (m_inside->listening.joinable())
+        m_inside->listening.join();
+}
+
+std::string Server::address() const {
+    return m_inside->address;
+}
+
+}  // namespace holdfast::window

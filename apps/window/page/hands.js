@@ -1,0 +1,252 @@
+// The pointer on the drawing: looking, taking hold, pulling, choosing.
+
+import { picksAt, picksIn } from './picking.js';
+import { distance } from './shapes.js';
+import { named, placed, spoken, written } from './words.js';
+import { Latest, attempt } from './link.js';
+
+/** @typedef {import('./types').Point} Point */
+/** @typedef {import('./picking.js').Pick} Pick */
+/** @typedef {import('./window.js').Page} Page */
+
+const STILL = 4;   // pixels: a pointer that moves less than this was pressed, not pulled
+const COARSE = 2;  // fingers are so much broader than a mouse's tip
+
+/** A pull: what it holds, from where, and the edit that it comes to. */
+class Pull {
+  /** @param {Pick} pick @param {Set<string>} selected @param {Point} from */
+  constructor(pick, selected, from) {
+    this.pick = pick;
+    this.from = pick.place ? pick.point : from;
+    this.many = selected.has(pick.id) && selected.size > 1 ? [...selected] : null;
+    this.bends = !this.many && !pick.place && (pick.entity.type === 'circle' || pick.entity.type === 'arc');
+    /** @type {import('./types').Result | null} */
+    this.last = null;   // the last that can be done
+    this.error = '';    // of the latest, if it cannot
+  }
+
+  /** @param {Point} to @param {import('./view.js').View} view */
+  textTo(to, view) {
+    const { pick } = this;
+    if (this.bends) {
+      const centre = /** @type {Point} */ (pick.entity.centre);
+      return `set ${named(pick.id)} radius ${view.rounded([distance(centre, to), 0])[0]}`;
+    }
+    const by = view.rounded([to[0] - this.from[0], to[1] - this.from[1]]);
+    if (this.many) return `drag ${this.many.map(named).join(' ')} by ${written(by)}`;
+    const place = pick.place || (pick.entity.type === 'polyline' ? `segment:${pick.segment}` : 'whole');
+    return `drag ${placed(pick.id, place)} by ${written(by)}`;
+  }
+}
+
+export class Hands {
+  /** @param {Page} page @param {HTMLCanvasElement} canvas */
+  constructor(page, canvas) {
+    this.page = page;
+    this.canvas = canvas;
+    /** @type {{x: number, y: number, button: number, pick: Pick | null, p: Point} | null} */
+    this.pressed = null;
+    /** @type {Pull | null} */
+    this.pull = null;
+    /** @type {'pan' | 'box' | null} */
+    this.way = null;
+    this.isSpaceDown = false;
+    /** @type {Map<number, {x: number, y: number}>} */
+    this.fingers = new Map();
+    this.latest = new Latest(attempt, (result) => this.#tried(result), (failure) => this.#failed(failure));
+    const on = (/** @type {string} */ name, /** @type {(event: any) => void} */ what, options = {}) =>
+      canvas.addEventListener(name, what, options);
+    on('pointerdown', (event) => this.#down(event));
+    on('pointermove', (event) => this.#move(event));
+    on('pointerup', (event) => this.#up(event));
+    on('pointercancel', (event) => this.#cancel(event));
+    on('pointerleave', () => this.pressed || this.page.look(null));
+    on('wheel', (event) => this.#wheel(event), { passive: false });
+    on('contextmenu', (event) => event.preventDefault());
+    on('dblclick', (event) => this.page.open(this.#place(event), this.#at(event)));
+  }
+
+  /** @param {{clientX: number, clientY: number}} event @returns {Point} */
+  #at(event) {
+    const box = this.canvas.getBoundingClientRect();
+    return [event.clientX - box.left, event.clientY - box.top];
+  }
+
+  /** @param {{clientX: number, clientY: number}} event @returns {Point} */
+  #place(event) {
+    return this.page.view.toDrawing(...this.#at(event));
+  }
+
+  /** @param {PointerEvent} event @returns {Pick | null} */
+  #pick(event) {
+    const { page } = this, ease = event.pointerType === 'touch' ? COARSE : 1;
+    return picksAt(page.drawing.entities.values(), page.view, this.#place(event), page.scene.selected, ease)[0] || null;
+  }
+
+  /** @param {PointerEvent} event */
+  #down(event) {
+    this.canvas.focus({ preventScroll: true });
+    this.canvas.setPointerCapture(event.pointerId);
+    const [x, y] = this.#at(event);
+    this.fingers.set(event.pointerId, { x, y });
+    if (this.fingers.size === 2) return this.#pinch();
+    const pick = event.button === 0 ? this.#pick(event) : null;
+    this.pressed = { x, y, button: event.button, pick, p: this.#place(event) };
+    const drags = event.button === 1 || event.button === 2 || this.isSpaceDown || (event.pointerType === 'touch' && !pick);
+    this.way = drags ? 'pan' : null;
+    this.canvas.classList.toggle('held', this.way === 'pan' || Boolean(pick));
+  }
+
+  #pinch() {
+    this.#drop();
+    this.pressed = null;
+  }
+
+  /** @param {PointerEvent} event */
+  #move(event) {
+    const [x, y] = this.#at(event), finger = this.fingers.get(event.pointerId);
+    if (this.fingers.size === 2 && finger) return this.#spread(event.pointerId, x, y);
+    if (!this.pressed) return this.page.look(this.#pick(event), this.#place(event), [x, y]);
+    if (this.way === 'pan' && finger) {
+      this.page.view.pan(x - finger.x, y - finger.y);
+      this.page.moved();
+    }
+    if (finger) Object.assign(finger, { x, y });
+    if (this.way === 'pan') return;
+    if (!this.pull && this.way !== 'box' && Math.hypot(x - this.pressed.x, y - this.pressed.y) > STILL) this.#begin();
+    if (this.pull) this.#pullTo(this.#place(event));
+    else if (this.way === 'box') this.page.box(this.pressed.p, this.#place(event));
+  }
+
+  /**
+   * Two fingers: what lies between them stays between them.
+   * @param {number} id @param {number} x @param {number} y
+   */
+  #spread(id, x, y) {
+    const [a, b] = [...this.fingers.values()];
+    const before = Math.hypot(a.x - b.x, a.y - b.y), mx = (a.x + b.x) / 2, my = (a.y + b.y) / 2;
+    Object.assign(this.fingers.get(id) || {}, { x, y });
+    const after = Math.hypot(a.x - b.x, a.y - b.y);
+    this.page.view.pan((a.x + b.x) / 2 - mx, (a.y + b.y) / 2 - my);
+    if (before > 0) this.page.view.zoom((a.x + b.x) / 2, (a.y + b.y) / 2, after / before);
+    this.page.moved();
+  }
+
+  #begin() {
+    const pick = this.pressed?.pick;
+    if (!pick || !this.pressed || this.page.tool) {
+      this.way = this.page.tool ? null : 'box';
+      return;
+    }
+    if (pick.entity.fixed) return this.page.tip(`${pick.id} is fixed; the drawing may not move it`, [this.pressed.x, this.pressed.y], true);
+    if (this.page.isReadOnly) this.page.say('this window is for reading only: nothing that is pulled here is saved');
+    this.pull = new Pull(pick, this.page.scene.selected, this.pressed.p);
+    this.page.beginPull();
+  }
+
+  /** @param {Point} to */
+  #pullTo(to) {
+    const pull = /** @type {Pull} */ (this.pull);
+    this.to = to;
+    this.page.scene.rubber = { from: pull.from, to, caught: Boolean(pull.error) };
+    this.latest.want(pull.textTo(to, this.page.view));
+    this.page.paintSoon(false);
+  }
+
+  /** @param {import('./types').Result} result */
+  #tried(result) {
+    const { pull } = this;
+    if (!pull) return;
+    if (result.error && pull.bends && !pull.last) {
+      // Its radius is not free: then it goes as a whole.
+      pull.bends = false;
+      if (this.to) this.latest.want(pull.textTo(this.to, this.page.view));
+      return;
+    }
+    pull.error = result.error;
+    if (!result.error) pull.last = result;
+    this.page.showPull(result, pull.last);
+  }
+
+  /** @param {unknown} failure */
+  #failed(failure) {
+    this.#drop();
+    this.page.complain(failure);
+  }
+
+  /** @param {PointerEvent} event */
+  async #up(event) {
+    const { pressed, pull, way } = this;
+    this.fingers.delete(event.pointerId);
+    this.pressed = null;
+    this.way = null;
+    this.canvas.classList.remove('held');
+    if (!pressed) return;
+    if (pull) return this.#release(this.#place(event));
+    if (way === 'box') return this.page.choose(picksIn(this.page.drawing.entities.values(), pressed.p, this.#place(event)), event.shiftKey, true);
+    if (way === 'pan' && pressed.button !== 0) return;
+    if (pressed.button === 0 && way !== 'pan') this.page.click(pressed.pick, this.#place(event), event.shiftKey || event.ctrlKey);
+    else if (event.pointerType === 'touch') this.page.click(null, this.#place(event), false);
+  }
+
+  /**
+   * What was seen last is what is done.
+   * @param {Point} to
+   */
+  async #release(to) {
+    const pull = /** @type {Pull} */ (this.pull), wanted = pull.textTo(to, this.page.view);
+    this.latest.forget();
+    this.pull = null;
+    this.page.scene.rubber = null;
+    const isNothing = / by -?0,-?0$/.test(wanted);
+    const text = pull.error && pull.last ? pull.last.text : wanted;
+    if (isNothing) return this.page.endPull();
+    await this.page.edit(text);
+    this.page.endPull();
+  }
+
+  #drop() {
+    this.latest.forget();
+    this.pull = null;
+    this.way = null;
+    this.page.scene.rubber = null;
+    this.page.endPull();
+  }
+
+  /** @param {PointerEvent} event */
+  #cancel(event) {
+    this.fingers.delete(event.pointerId);
+    this.pressed = null;
+    this.#drop();
+  }
+
+  /** Whether there was something to let go of. */
+  letGo() {
+    const had = Boolean(this.pull || this.way === 'box');
+    this.pressed = null;
+    if (had) this.#drop();
+    return had;
+  }
+
+  /** @param {WheelEvent} event */
+  #wheel(event) {
+    event.preventDefault();
+    const [x, y] = this.#at(event);
+    const lines = event.deltaMode === 1 ? 16 : 1;  // a wheel that counts lines: of 16 pixels
+    if (event.shiftKey || (event.deltaX !== 0 && !event.ctrlKey && Math.abs(event.deltaX) > Math.abs(event.deltaY)))
+      this.page.view.pan(-lines * (event.deltaX || event.deltaY), 0);
+    else this.page.view.zoom(x, y, Math.exp(-Math.max(-120, Math.min(120, event.deltaY * lines)) * (event.ctrlKey ? 0.01 : 0.0022)));
+    this.page.moved();
+  }
+}
+
+/**
+ * How far a pull stayed behind, in words.
+ * @param {import('./types').Result} result @param {string} unit @param {(id: string) => string} spokenConstraint
+ */
+export function shortfallInWords(result, unit, spokenConstraint) {
+  const fall = result.shortfall;
+  if (!fall) return '';
+  const by = `stays ${spoken(fall.by, 3)} ${unit} behind`;
+  return fall.heldBackBy.length ? `${by}: held by ${fall.heldBackBy.slice(0, 4).map(spokenConstraint).join(', ')}` : by;
+}

@@ -1,0 +1,104 @@
+// The way to the server: questions, edits, and news of what other tabs did.
+
+/** Why the server did not answer. */
+export class Gone extends Error {}
+
+/**
+ * @param {string} path
+ * @param {RequestInit} [how]
+ * @returns {Promise<any>}
+ */
+async function call(path, how) {
+  let answer;
+  try {
+    answer = await fetch(path, how);
+  } catch (failure) {
+    throw new Gone('the program that shows this drawing has ended; what was not saved is kept beside the drawing');
+  }
+  if (!answer.ok) throw new Error((await answer.text()).trim() || `the server answered ${answer.status}`);
+  return answer.json();
+}
+
+/** @param {string} name */
+function post(name, text = '') {
+  return call(`do/${name}`, {
+    method: 'POST', headers: { 'Content-Type': 'application/json' }, body: JSON.stringify({ text }),
+  });
+}
+
+/** @returns {Promise<import('./types').Language>} */
+export const language = () => call('ask/language');
+/** @returns {Promise<import('./types').State>} */
+export const state = () => call('ask/state');
+/** @returns {Promise<import('./types').Freedom>} */
+export const freedom = () => call('ask/freedom');
+/** @param {string} text @returns {Promise<import('./types').Result>} */
+export const edit = (text) => post('edit', text);
+/** @param {string} text @returns {Promise<import('./types').Result>} */
+export const attempt = (text) => post('try', text);
+/** @returns {Promise<{done: boolean, error: string}>} */
+export const save = () => post('save');
+/** @returns {Promise<{done: boolean, error: string}>} */
+export const discard = () => post('discard');
+
+/**
+ * @param {(number: number) => void} onNews the number of the drawing's state
+ * @param {(isThere: boolean) => void} onLink whether the server can be reached
+ */
+export function listen(onNews, onLink) {
+  const source = new EventSource('news');
+  source.onopen = () => onLink(true);
+  source.onerror = () => onLink(false);
+  source.onmessage = (event) => {
+    if (event.data !== 'over') return onNews(Number(event.data));
+    source.close();
+    onLink(false);
+  };
+}
+
+/**
+ * Asks the latest question only: what comes while one is under way waits, and what waits gives way to what is newer.
+ */
+export class Latest {
+  /**
+   * @param {(text: string) => Promise<import('./types').Result>} ask
+   * @param {(result: import('./types').Result) => void} answer
+   * @param {(failure: unknown) => void} fail
+   */
+  constructor(ask, answer, fail) {
+    this.ask = ask;
+    this.answer = answer;
+    this.fail = fail;
+    /** @type {string | null} */
+    this.waiting = null;
+    this.isBusy = false;
+    this.round = 0;
+  }
+
+  /** @param {string} text */
+  want(text) {
+    this.waiting = text;
+    if (!this.isBusy) this.#next();
+  }
+
+  /** What is still under way is of no more interest. */
+  forget() {
+    this.waiting = null;
+    this.round += 1;
+  }
+
+  async #next() {
+    this.isBusy = true;
+    while (this.waiting !== null) {
+      const text = this.waiting, round = this.round;
+      this.waiting = null;
+      try {
+        const result = await this.ask(text);
+        if (round === this.round) this.answer(result);
+      } catch (failure) {
+        if (round === this.round) this.fail(failure);
+      }
+    }
+    this.isBusy = false;
+  }
+}

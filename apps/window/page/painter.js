@@ -1,0 +1,576 @@
+// Puts the drawing on the screen: below, what stays while the pointer moves; above, what follows it.
+
+import { boundsOf, gripsOf, textCorners, trace } from './shapes.js';
+import { drawMark, marksOf, place } from './marks.js';
+
+/** @typedef {import('./types').Entity} Entity */
+/** @typedef {import('./types').Point} Point */
+/** @typedef {import('./drawing.js').Drawing} Drawing */
+/**
+ * What is shown beside the drawing itself.
+ * @typedef {{
+ *   freedom: import('./types').Freedom | null,
+ *   hot: Set<string>, hotMarks: Set<string>, selected: Set<string>,
+ *   trial: import('./types').Result | null,
+ *   fates: Map<string, string>, gone: Map<string, import('./types').Constraint>, goneEntities: Map<string, Entity>,
+ *   names: boolean, marks: boolean,
+ *   rubber: {from: Point, to: Point, caught?: boolean} | null,
+ *   sketch: Entity[], snap: {point: Point, word: string} | null,
+ *   box: {from: Point, to: Point} | null,
+ *   moving: {id: string, phase: number} | null,
+ *   clashing?: Set<string>, clashes?: string[], entityFates?: Map<string, string>,
+ * }} Scene
+ */
+
+const CHUNK = 256;  // entities in one path: so many are drawn anew when one of them changes
+const MOST_MARKS = 4000;
+
+/** @param {string} name */
+const colour = (name) => getComputedStyle(document.documentElement).getPropertyValue(`--${name}`).trim();
+const NAMES = ['ink', 'soft', 'faint', 'card', 'free', 'defined', 'clash', 'fixed', 'mark', 'edited', 'followed',
+  'added', 'added-back', 'added-bar', 'deleted', 'deleted-back', 'deleted-bar', 'pointed', 'pointed-back',
+  'pointed-bar', 'dim', 'plate-rim', 'lead', 'kept'];
+
+export class Painter {
+  /**
+   * @param {HTMLCanvasElement} below @param {HTMLCanvasElement} above @param {import('./view.js').View} view
+   * @param {Map<string, import('./types').Kind>} kinds
+   */
+  constructor(below, above, view, kinds) {
+    this.canvases = [below, above];
+    this.below = /** @type {CanvasRenderingContext2D} */ (below.getContext('2d'));
+    this.above = /** @type {CanvasRenderingContext2D} */ (above.getContext('2d'));
+    this.view = view;
+    this.kinds = kinds;
+    /** @type {Record<string, string>} */
+    this.colours = {};
+    this.readColours();
+    /** @type {{ids: string[], paths: Map<string, Path2D> | null}[]} */
+    this.chunks = [];
+    /** @type {Map<string, number>} */
+    this.chunkOf = new Map();
+    /** @type {Point} */
+    this.origin = [0, 0];
+    /** @type {import('./marks.js').Placed[]} */
+    this.placed = [];
+    /** @type {Map<string, number>} */
+    this.widths = new Map();
+    /** @type {Set<string>} entities that are drawn above, not below */
+    this.lifted = new Set();
+    this.ratio = 1;
+  }
+
+  readColours() {
+    for (const name of NAMES) this.colours[name] = colour(name);
+  }
+
+  /** @param {number} width @param {number} height in pixels of the page */
+  resize(width, height) {
+    this.ratio = window.devicePixelRatio || 1;
+    this.view.width = width;
+    this.view.height = height;
+    for (const canvas of this.canvases) {
+      canvas.width = Math.round(width * this.ratio);
+      canvas.height = Math.round(height * this.ratio);
+    }
+  }
+
+  /** @param {Drawing} drawing */
+  takeAll(drawing) {
+    this.chunks = [];
+    this.chunkOf.clear();
+    const box = drawing.box();
+    this.origin = box ? [(box[0] + box[2]) / 2, (box[1] + box[3]) / 2] : [0, 0];
+    for (const id of drawing.entities.keys()) this.#chunk(id);
+  }
+
+  /** @param {string} id */
+  #chunk(id) {
+    let number = this.chunkOf.get(id);
+    if (number === undefined) {
+      if (!this.chunks.length || this.chunks[this.chunks.length - 1].ids.length >= CHUNK) this.chunks.push({ ids: [], paths: null });
+      number = this.chunks.length - 1;
+      this.chunks[number].ids.push(id);
+      this.chunkOf.set(id, number);
+    }
+    this.chunks[number].paths = null;
+  }
+
+  /** @param {Iterable<string>} ids of entities that are not what they were */
+  touch(ids) {
+    for (const id of ids) this.#chunk(id);
+  }
+
+  /** Colours of all entities may be others. */
+  touchAll() {
+    for (const chunk of this.chunks) chunk.paths = null;
+  }
+
+  /** @param {Set<string>} ids that are drawn above from now on */
+  lift(ids) {
+    const same = ids.size === this.lifted.size && [...ids].every((id) => this.lifted.has(id));
+    if (same) return false;
+    const touched = [...this.lifted, ...ids];
+    this.lifted = new Set(ids);
+    for (const id of touched) if (this.chunkOf.has(id)) this.#chunk(id);
+    return true;
+  }
+
+  /** @param {Entity} e @param {Scene} scene */
+  styleOf(e, scene) {
+    const told = scene.freedom?.entities?.[e.id];
+    const state = e.fixed ? 'fixed' : scene.clashing?.has(e.id) ? 'clash' : !told ? 'ink' : told.free ? 'free' : 'defined';
+    const end = e.type === 'xline' || e.type === 'ray' ? 'endless' : e.construction ? 'construction' : 'plain';
+    return `${state} ${end}`;
+  }
+
+  far() {
+    const { width, height, scale } = this.view;
+    return 4 * (width + height) / scale + 1e3 / scale;
+  }
+
+  /** @param {Drawing} drawing @param {Scene} scene @param {string[]} ids */
+  #paths(drawing, scene, ids) {
+    const paths = new Map();
+    for (const id of ids) {
+      const e = drawing.entities.get(id);
+      if (!e || this.lifted.has(id) || e.type === 'text' || e.type === 'mtext' || e.type === 'point') continue;
+      if (e.type === 'xline' || e.type === 'ray') continue;
+      const style = this.styleOf(e, scene);
+      let path = paths.get(style);
+      if (!path) paths.set(style, path = new Path2D());
+      trace(path, e, this.origin, 0);
+    }
+    return paths;
+  }
+
+  /** @param {CanvasRenderingContext2D} c */
+  #clear(c) {
+    c.setTransform(this.ratio, 0, 0, this.ratio, 0, 0);
+    c.clearRect(0, 0, this.view.width, this.view.height);
+    c.lineCap = 'round';
+    c.lineJoin = 'round';
+  }
+
+  /**
+   * Units of the drawing from here on, seen from the origin.
+   * @param {CanvasRenderingContext2D} c
+   */
+  #inDrawing(c) {
+    const { scale, width, height, x, y } = this.view, k = this.ratio * scale;
+    c.setTransform(k, 0, 0, -k, this.ratio * (width / 2 + (this.origin[0] - x) * scale),
+                   this.ratio * (height / 2 - (this.origin[1] - y) * scale));
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {string} style */
+  #pen(c, style) {
+    const [state, kind] = style.split(' '), px = 1 / this.view.scale;
+    c.strokeStyle = this.colours[state];
+    c.lineWidth = (kind === 'plain' ? (state === 'fixed' ? 1 : 1.7) : kind === 'construction' ? 1 : 0.8) * px;
+    c.setLineDash(kind === 'plain' ? [] : kind === 'construction' ? [6 * px, 3.5 * px] : [12 * px, 3 * px, 2 * px, 3 * px]);
+    c.lineCap = kind === 'plain' ? 'round' : 'butt';
+  }
+
+  /**
+   * What stays while the pointer moves.
+   * @param {Drawing} drawing @param {Scene} scene
+   */
+  paintBelow(drawing, scene) {
+    const c = this.below;
+    this.#clear(c);
+    this.#grid(c);
+    this.#inDrawing(c);
+    for (const chunk of this.chunks) {
+      chunk.paths ||= this.#paths(drawing, scene, chunk.ids);
+      for (const [style, path] of chunk.paths) {
+        this.#pen(c, style);
+        c.stroke(path);
+      }
+    }
+    for (const e of drawing.entities.values()) if (!this.lifted.has(e.id)) this.#single(c, e, scene);
+    c.setTransform(this.ratio, 0, 0, this.ratio, 0, 0);
+    c.setLineDash([]);
+    if (scene.marks) this.#marks(c, drawing, scene);
+    if (scene.names) this.#names(c, drawing);
+  }
+
+  /**
+   * What no path holds: points, texts, lines without end.
+   * @param {CanvasRenderingContext2D} c @param {Entity} e @param {Scene} scene
+   */
+  #single(c, e, scene) {
+    if (e.type === 'xline' || e.type === 'ray') {
+      this.#stroke(c, e, this.styleOf(e, scene));
+    } else if (e.type === 'point') {
+      this.#dot(c, /** @type {Point} */ (e.position), this.colours[this.styleOf(e, scene).split(' ')[0]], 2.6);
+    } else if (e.type === 'text' || e.type === 'mtext') {
+      this.#text(c, e, this.colours[this.styleOf(e, scene).split(' ')[0]]);
+    }
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {Entity} e @param {string} style */
+  #stroke(c, e, style) {
+    this.#inDrawing(c);
+    this.#pen(c, style);
+    const path = new Path2D();
+    trace(path, e, this.origin, this.far() + Math.hypot(...boundsMiddle(e, this.view)));
+    c.stroke(path);
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {Point} p @param {string} ink @param {number} size in pixels */
+  #dot(c, p, ink, size) {
+    c.setTransform(this.ratio, 0, 0, this.ratio, 0, 0);
+    const [x, y] = this.view.toScreen(p);
+    c.fillStyle = ink;
+    c.beginPath();
+    c.arc(x, y, size, 0, 7);
+    c.fill();
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {Entity} e @param {string} ink */
+  #text(c, e, ink) {
+    const [x, y] = this.view.toScreen(/** @type {Point} */ (e.position)), size = (e.height || 1) * this.view.scale;
+    if (size < 2) return;
+    c.setTransform(this.ratio, 0, 0, this.ratio, 0, 0);
+    c.translate(x, y);
+    c.rotate(-(e.rotation || 0));
+    c.fillStyle = ink;
+    c.font = `${size / 0.72}px ui-sans-serif, system-ui, "Liberation Sans", sans-serif`;  // capitals are as high as the text
+    c.textAlign = 'left';
+    c.textBaseline = 'alphabetic';
+    (e.text || '').split('\n').forEach((line, i) => c.fillText(line, 0, i * size * 1.6));
+  }
+
+  /**
+   * Faint lines to judge sizes by, of 1, 2 or 5 units times a power of ten.
+   * @param {CanvasRenderingContext2D} c
+   */
+  #grid(c) {
+    const { view } = this, wanted = 70 / view.scale, power = 10 ** Math.floor(Math.log10(wanted));
+    const step = power * ([1, 2, 5, 10].find((f) => f * power >= wanted) || 10);
+    const [x0, y1] = view.toDrawing(0, 0), [x1, y0] = view.toDrawing(view.width, view.height);
+    c.strokeStyle = this.colours.faint;
+    c.lineWidth = 1;
+    c.setLineDash([]);
+    c.globalAlpha = 0.55;
+    c.beginPath();
+    for (let x = Math.ceil(x0 / step); x * step <= x1; x += 1) {
+      const px = Math.round(view.toScreen([x * step, 0])[0]) + 0.5;
+      c.moveTo(px, 0);
+      c.lineTo(px, view.height);
+    }
+    for (let y = Math.ceil(y0 / step); y * step <= y1; y += 1) {
+      const py = Math.round(view.toScreen([0, y * step])[1]) + 0.5;
+      c.moveTo(0, py);
+      c.lineTo(view.width, py);
+    }
+    c.stroke();
+    c.globalAlpha = 1;
+  }
+
+  /** @param {string} text */
+  widthOf = (text) => {
+    let width = this.widths.get(text);
+    if (width === undefined) {
+      this.below.font = '11px ui-sans-serif, system-ui, "Liberation Sans", sans-serif';
+      this.widths.set(text, width = this.below.measureText(text).width);
+    }
+    return width;
+  };
+
+  /** @param {string} fate @param {boolean} isHot @param {import('./marks.js').Mark} mark @returns {import('./marks.js').Tone} */
+  #tone(fate, isHot, mark) {
+    const k = this.colours;
+    const fated = { deleted: 'deleted', 're-pointed': 'pointed', changed: 'pointed', added: 'added', restored: 'added', clash: 'deleted' }[fate];
+    const tone = fated
+      ? { ink: k[fated], plate: k[`${fated}-back`], rim: k[`${fated}-bar`], line: k[`${fated}-bar`],
+          isStruck: fate === 'deleted', isDashed: fated === 'pointed' }
+      : { ink: mark.text === undefined ? k.soft : k.dim, plate: k.card, rim: k['plate-rim'], line: k.lead };
+    return isHot ? { ...tone, ink: k.mark, rim: k.mark, line: k.mark } : tone;
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {Drawing} drawing @param {Scene} scene */
+  #marks(c, drawing, scene) {
+    const entity = this.#entityIn(drawing, scene);
+    const list = [];
+    const fates = this.#fatesOf(scene);
+    for (const constraint of drawing.constraints.values()) {
+      const kind = this.kinds.get(constraint.type);
+      if (!kind) continue;
+      const moved = scene.trial?.change?.constraints.find((each) => each.id === constraint.id);
+      list.push(...marksOf(moved || constraint, kind, entity));
+    }
+    const before = (/** @type {string} */ id) => scene.goneEntities.get(id) || drawing.entities.get(id);
+    for (const constraint of scene.gone.values()) {
+      const kind = this.kinds.get(constraint.type);
+      if (kind) list.push(...marksOf(constraint, kind, before));
+    }
+    for (const constraint of scene.trial?.change?.constraints || []) {
+      const kind = this.kinds.get(constraint.type);
+      if (kind && !drawing.constraints.has(constraint.id)) list.push(...marksOf(constraint, kind, entity));
+    }
+    const urgency = (/** @type {import('./marks.js').Mark} */ m) =>
+      (fates.has(m.id) ? 0 : scene.hotMarks.has(m.id) ? 1 : m.text !== undefined ? 2 : 3);
+    list.sort((a, b) => urgency(a) - urgency(b));
+    const { view } = this;
+    this.placed = place(list.slice(0, MOST_MARKS), view.toScreen, view.width, view.height, this.widthOf);
+    c.font = '11px ui-sans-serif, system-ui, "Liberation Sans", sans-serif';
+    c.textAlign = 'center';
+    c.textBaseline = 'middle';
+    for (const placed of [...this.placed].reverse()) {
+      const { id } = placed.mark, isOff = drawing.constraints.get(id)?.active === false;
+      const tone = this.#tone(fates.get(id) || '', scene.hotMarks.has(id), placed.mark);
+      drawMark(c, placed, isOff ? { ...tone, alpha: 0.45 } : tone, view.toScreen);
+    }
+  }
+
+  /** @param {Scene} scene @returns {Map<string, string>} */
+  #fatesOf(scene) {
+    const fates = new Map(scene.clashes?.map?.((id) => [id, 'clash']) || []);
+    for (const [id, fate] of scene.fates) fates.set(id, fate);
+    for (const { id, fate } of scene.trial?.constraints || []) fates.set(id, fate);
+    for (const id of scene.trial?.shortfall?.heldBackBy || []) fates.set(id, 'clash');
+    return fates;
+  }
+
+  /**
+   * The entities as a trial would have them.
+   * @param {Drawing} drawing @param {Scene} scene
+   */
+  #entityIn(drawing, scene) {
+    const tried = new Map((scene.trial?.change?.entities || []).map((e) => [e.id, e]));
+    return (/** @type {string} */ id) => tried.get(id) || drawing.entities.get(id);
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {Drawing} drawing */
+  #names(c, drawing) {
+    c.font = '11px ui-monospace, "Liberation Mono", "DejaVu Sans Mono", monospace';
+    c.textAlign = 'center';
+    c.textBaseline = 'middle';
+    for (const e of drawing.entities.values()) {
+      const [x0, y0, x1, y1] = boundsOf(e);
+      const [x, y] = this.view.toScreen([(x0 + x1) / 2, (y0 + y1) / 2]);
+      if (x < 0 || y < 0 || x > this.view.width || y > this.view.height) continue;
+      const w = c.measureText(e.id).width + 8;
+      c.globalAlpha = 0.85;
+      c.fillStyle = this.colours.card;
+      c.fillRect(x - w / 2, y - 8, w, 16);
+      c.globalAlpha = 1;
+      c.fillStyle = this.colours.ink;
+      c.fillText(e.id, x, y);
+    }
+  }
+
+  // --- What follows the pointer ---
+
+  /** @param {Drawing} drawing @param {Scene} scene */
+  paintAbove(drawing, scene) {
+    const c = this.above;
+    this.#clear(c);
+    for (const id of scene.selected) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 3.4, 0.55);
+    if (scene.trial) this.#trial(c, drawing, scene);
+    for (const id of scene.hot) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 4, 1);
+    for (const [id, fate] of scene.entityFates || []) {
+      const ink = fate === 'created' || fate === 'restored' ? 'added' : fate === 'edited' ? 'edited' : 'followed';
+      this.#bright(c, drawing.entities.get(id), this.colours[ink], 5, 0.35);
+    }
+    for (const e of scene.goneEntities.values()) if (!drawing.entities.has(e.id)) this.#erased(c, e);
+    for (const e of scene.sketch) this.#bright(c, e, this.colours.edited, 2, 1);
+    c.setTransform(this.ratio, 0, 0, this.ratio, 0, 0);
+    this.#grips(c, drawing, scene);
+    this.#arrows(c, drawing, scene);
+    this.#aids(c, scene);
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {Entity | undefined} e @param {string} ink @param {number} width @param {number} alpha */
+  #bright(c, e, ink, width, alpha) {
+    if (!e) return;
+    c.globalAlpha = alpha;
+    if (e.type === 'point') this.#dot(c, /** @type {Point} */ (e.position), ink, 3 + width / 2);
+    else if (e.type === 'text' || e.type === 'mtext') {
+      c.setTransform(this.ratio, 0, 0, this.ratio, 0, 0);
+      c.strokeStyle = ink;
+      c.lineWidth = 1.5;
+      c.beginPath();
+      textCorners(e).forEach((p) => c.lineTo(...this.view.toScreen(p)));
+      c.closePath();
+      c.stroke();
+    } else {
+      this.#inDrawing(c);
+      c.strokeStyle = ink;
+      c.lineWidth = width / this.view.scale;
+      c.lineCap = 'round';
+      c.setLineDash([]);
+      const path = new Path2D();
+      trace(path, e, this.origin, this.far() + Math.hypot(...boundsMiddle(e, this.view)));
+      c.stroke(path);
+    }
+    c.globalAlpha = 1;
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {Entity} e */
+  #erased(c, e) {
+    if (e.type === 'point' || e.type === 'text' || e.type === 'mtext') return this.#bright(c, e, this.colours.deleted, 2, 0.6);
+    this.#inDrawing(c);
+    const px = 1 / this.view.scale, path = new Path2D();
+    c.strokeStyle = this.colours.deleted;
+    c.lineWidth = 2 * px;
+    c.setLineDash([2 * px, 4 * px]);
+    trace(path, e, this.origin, this.far());
+    c.stroke(path);
+    c.setLineDash([]);
+  }
+
+  /**
+   * What there would be, and faintly what there is.
+   * @param {CanvasRenderingContext2D} c @param {Drawing} drawing @param {Scene} scene
+   */
+  #trial(c, drawing, scene) {
+    const trial = /** @type {import('./types').Result} */ (scene.trial);
+    const fates = new Map(trial.entities.map((each) => [each.id, each.fate]));
+    for (const e of trial.change?.entities || []) {
+      const old = drawing.entities.get(e.id);
+      if (old) this.#ghost(c, old);
+    }
+    for (const id of trial.change?.erased || []) {
+      const e = drawing.entities.get(id);
+      if (e) this.#erased(c, e);
+    }
+    for (const e of trial.change?.entities || []) {
+      const fate = fates.get(e.id) || 'followed';
+      const ink = fate === 'created' || fate === 'restored' ? 'added' : fate === 'edited' ? 'edited' : 'followed';
+      this.#bright(c, e, this.colours[ink], fate === 'followed' ? 2 : 2.6, 1);
+    }
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {Entity} e */
+  #ghost(c, e) {
+    if (e.type === 'point' || e.type === 'text' || e.type === 'mtext') return;
+    this.#inDrawing(c);
+    const px = 1 / this.view.scale, path = new Path2D();
+    c.strokeStyle = this.colours.fixed;
+    c.lineWidth = px;
+    c.setLineDash([1.5 * px, 3 * px]);
+    trace(path, e, this.origin, this.far());
+    c.stroke(path);
+    c.setLineDash([]);
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {Drawing} drawing @param {Scene} scene */
+  #grips(c, drawing, scene) {
+    const entity = this.#entityIn(drawing, scene);
+    for (const id of new Set([...scene.selected, ...scene.hot])) {
+      const e = entity(id);
+      if (!e || e.fixed) continue;
+      for (const { point } of gripsOf(e).slice(0, 400)) {
+        const [x, y] = this.view.toScreen(point);
+        c.fillStyle = this.colours.card;
+        c.strokeStyle = this.colours.mark;
+        c.lineWidth = 1.6;
+        c.beginPath();
+        c.arc(x, y, 4, 0, 7);
+        c.fill();
+        c.stroke();
+      }
+    }
+  }
+
+  /**
+   * Which way what is pointed at can still move.
+   * @param {CanvasRenderingContext2D} c @param {Drawing} drawing @param {Scene} scene
+   */
+  #arrows(c, drawing, scene) {
+    const [id] = scene.hot;
+    const e = scene.hot.size === 1 && !scene.trial ? drawing.entities.get(id) : undefined;
+    const motions = e && scene.freedom?.entities?.[id]?.motions;
+    if (!e || !motions) return;
+    const [x0, y0, x1, y1] = boundsOf(e), [x, y] = this.view.toScreen([(x0 + x1) / 2, (y0 + y1) / 2]);
+    c.strokeStyle = c.fillStyle = this.colours.free;
+    c.lineWidth = 2;
+    for (const motion of motions.slice(0, 3)) {
+      if (motion.kind === 'slide' && motion.direction) doubleArrow(c, x, y, motion.direction[0], -motion.direction[1]);
+      else if (motion.kind === 'turn' && motion.centre) turnArrow(c, ...this.view.toScreen(motion.centre));
+    }
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {Scene} scene */
+  #aids(c, scene) {
+    if (scene.rubber) {
+      const from = this.view.toScreen(scene.rubber.from), to = this.view.toScreen(scene.rubber.to);
+      c.strokeStyle = this.colours[scene.rubber.caught ? 'deleted' : 'soft'];
+      c.lineWidth = 1;
+      c.setLineDash([4, 4]);
+      c.beginPath();
+      c.moveTo(...from);
+      c.lineTo(...to);
+      c.stroke();
+      c.setLineDash([]);
+    }
+    if (scene.box) this.#box(c, scene.box);
+    if (scene.snap) this.#snap(c, scene.snap);
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {{from: Point, to: Point}} box */
+  #box(c, { from, to }) {
+    const [x0, y0] = this.view.toScreen(from), [x1, y1] = this.view.toScreen(to);
+    c.strokeStyle = c.fillStyle = this.colours.mark;
+    c.lineWidth = 1;
+    c.setLineDash(x1 < x0 ? [4, 3] : []);
+    c.strokeRect(x0, y0, x1 - x0, y1 - y0);
+    c.globalAlpha = 0.08;
+    c.fillRect(x0, y0, x1 - x0, y1 - y0);
+    c.globalAlpha = 1;
+    c.setLineDash([]);
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {{point: Point, word: string}} snap */
+  #snap(c, { point, word }) {
+    const [x, y] = this.view.toScreen(point);
+    c.strokeStyle = c.fillStyle = this.colours.added;
+    c.lineWidth = 2;
+    c.strokeRect(x - 5, y - 5, 10, 10);
+    c.font = '600 11px ui-sans-serif, system-ui, "Liberation Sans", sans-serif';
+    c.textAlign = 'left';
+    c.textBaseline = 'bottom';
+    c.fillText(word, x + 9, y - 6);
+  }
+}
+
+/**
+ * How far from the middle of the screen an endless line's point is.
+ * @param {Entity} e @param {import('./view.js').View} view @returns {Point}
+ */
+function boundsMiddle(e, view) {
+  const p = e.point || [view.x, view.y];
+  return [p[0] - view.x, p[1] - view.y];
+}
+
+/** @param {CanvasRenderingContext2D} c @param {number} x @param {number} y @param {number} dx @param {number} dy */
+function doubleArrow(c, x, y, dx, dy) {
+  for (const sign of [1, -1]) {
+    const fx = x + sign * dx * 12, fy = y + sign * dy * 12, tx = x + sign * dx * 34, ty = y + sign * dy * 34;
+    c.beginPath();
+    c.moveTo(fx, fy);
+    c.lineTo(tx, ty);
+    c.stroke();
+    head(c, tx, ty, sign * dx, sign * dy);
+  }
+}
+
+/** @param {CanvasRenderingContext2D} c @param {number} x @param {number} y */
+function turnArrow(c, x, y) {
+  c.beginPath();
+  c.arc(x, y, 16, -2.4, 0.6);
+  c.stroke();
+  head(c, x + 16 * Math.cos(0.6), y + 16 * Math.sin(0.6), -Math.sin(0.6), Math.cos(0.6));
+  head(c, x + 16 * Math.cos(-2.4), y + 16 * Math.sin(-2.4), Math.sin(-2.4), -Math.cos(-2.4));
+}
+
+/** @param {CanvasRenderingContext2D} c @param {number} x @param {number} y @param {number} dx @param {number} dy */
+function head(c, x, y, dx, dy) {
+  c.beginPath();
+  c.moveTo(x + 8 * dx, y + 8 * dy);
+  c.lineTo(x - 4.5 * dy, y + 4.5 * dx);
+  c.lineTo(x + 4.5 * dy, y - 4.5 * dx);
+  c.fill();
+}

@@ -1,0 +1,88 @@
+// What the server tells, in the words of drawing files.
+export type Point = [number, number];
+
+export interface Entity {
+  id: string;
+  type: string;
+  construction?: boolean;
+  fixed?: boolean;
+  start?: Point; end?: Point;
+  centre?: Point; radius?: number; start_angle?: number; end_angle?: number;
+  major_axis?: Point; ratio?: number; start_param?: number; end_param?: number;
+  degree?: number; periodic?: boolean; control?: Point[]; knots?: number[]; weights?: number[];
+  position?: Point; rotation?: number; height?: number; text?: string;
+  point?: Point; direction?: Point;
+  vertices?: Point[]; bulges?: number[]; closed?: boolean;
+}
+
+export interface Ref { entity: string; point: string; }
+
+export interface Constraint {
+  id: string;
+  type: string;
+  refs: Ref[];
+  value?: number;
+  text?: string;
+  name?: string;
+  formula?: string;
+  driving?: boolean;
+  active?: boolean;
+  members?: string[];
+}
+
+export interface Parameter { name: string; formula: string; value: number; }
+
+export interface DrawingData { unit: string; entities: Entity[]; constraints: Constraint[]; parameters: Parameter[]; }
+
+export interface Change {
+  entities: Entity[]; erased: string[];
+  constraints: Constraint[]; deleted: string[];
+  parameters?: Parameter[];
+}
+
+export interface Fate { id: string; fate: string; reason: string; moves?: { from: string; to: string }[]; }
+export interface EntityFate {
+  id: string; fate: string; movedBy?: number;
+  sizes?: { size: string; before: number; after: number }[];
+}
+
+export interface Result {
+  text: string; done: boolean; error: string; remarks: string[];
+  constraints: Fate[]; entities: EntityFate[];
+  shortfall?: { by: number; heldBackBy: string[] };
+  change?: Change;
+  number: number; seconds: number;
+  unsaved?: boolean; canUndo?: boolean; canRedo?: boolean;
+}
+
+export interface State {
+  number: number; name: string; file: string;
+  readOnly: boolean; takesSaves: boolean; unsaved: boolean; takenUp: boolean;
+  canUndo: boolean; canRedo: boolean;
+  log: { text: string; error: string; remarks: string[] }[];
+  drawing: DrawingData;
+}
+
+export interface Motion { kind: string; direction?: Point; centre?: Point; end?: string; }
+export interface Freedom {
+  number: number; error?: string;
+  freedom: number;
+  conflicts: string[][]; redundant: string[]; broken: { id: string; by: number }[];
+  entities: Record<string, { words: string; free: boolean; motions: Motion[] }>;
+}
+
+export interface Kind {
+  name: string; label: string; sign: string; takes: string; mark: string;
+  coordinate: number; isDimension: boolean; isAngle: boolean;
+}
+export interface Verb { name: string; usage: string; example: string; purpose: string; }
+export interface Language { kinds: Kind[]; verbs: Verb[]; glyphs: string; }
+
+export interface View { scale: number; x: number; y: number; width: number; height: number; }
+
+// Younger than the checker's own list of what browsers have.
+declare global {
+  interface CanvasRenderingContext2D {
+    roundRect(x: number, y: number, w: number, h: number, radius: number): void;
+  }
+}

@@ -1,0 +1,628 @@
+// The window: a drawing, its constraints, and hands to edit it with.
+
+import * as link from './link.js';
+import { Drawing } from './drawing.js';
+import { Hands, shortfallInWords } from './hands.js';
+import { Line } from './line.js';
+import { readGlyphs } from './marks.js';
+import { Painter } from './painter.js';
+import { Panel, constraintInWords } from './panel.js';
+import { View } from './view.js';
+import { byId, counted, element, entityInWords, listed, named, written } from './words.js';
+
+/** @typedef {import('./types').Point} Point */
+/** @typedef {import('./types').Result} Result */
+/** @typedef {import('./picking.js').Pick} Pick */
+
+const PAN_STEP = 60;           // pixels that an arrow key moves the view by
+const ZOOM_STEP = 1.25;
+const FREEDOM_DELAY = 60;      // milliseconds: edits that follow one another are diagnosed once
+const HINT = 'Pull points and curves · wheel zooms · right button pans · double click edits a dimension · ? shows the keys';
+const KEYS = `F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · Shift+arrows move it · Delete erase
+Ctrl+Z undo · Ctrl+Shift+Z redo · Ctrl+S save · / type an edit · M marks · T names · Esc let go`;
+
+export class Page {
+  /** @param {import('./types').Language} language */
+  constructor(language) {
+    this.kinds = new Map(language.kinds.map((kind) => [kind.name, kind]));
+    this.view = new View();
+    this.drawing = new Drawing();
+    this.number = 0;
+    this.isReadOnly = false;
+    this.isBusy = 0;
+    this.lit = '';      // what is bright, by name
+    this.takesSaves = false;
+    this.paintsAll = false;
+    this.isPainting = false;
+    /** @type {import('./tools.js').Tool | null} */
+    this.tool = null;
+    /** @type {{text: string, error: string}[]} */
+    this.log = [];
+    /** @type {import('./painter.js').Scene} */
+    this.scene = {
+      freedom: null, hot: new Set(), hotMarks: new Set(), selected: new Set(), trial: null, fates: new Map(), gone: new Map(),
+      goneEntities: new Map(), names: false, marks: true, rubber: null, sketch: [], snap: null, box: null, moving: null,
+    };
+    const above = /** @type {HTMLCanvasElement} */ (byId('above'));
+    this.painter = new Painter(/** @type {HTMLCanvasElement} */ (byId('drawing')), above, this.view, this.kinds);
+    this.panel = new Panel(this.kinds, {
+      point: (marks, entities) => this.point(marks, entities),
+      choose: (entities) => this.choose(entities, false, true),
+      edit: (text) => void this.edit(text),
+      dimension: (id) => this.openDimension(id),
+    });
+    this.line = new Line(language, () => this.drawing, (text) => void this.typed(text));
+    this.hands = new Hands(this, above);
+    this.#buttons();
+    this.#keys(above);
+    this.#watchSize();
+    byId('hint').textContent = HINT;
+  }
+
+  // --- The drawing as the server has it ---
+
+  /** All anew: at the beginning, and when another tab has edited. */
+  async load() {
+    const state = await link.state();
+    const isFirst = this.number === 0;
+    this.number = state.number;
+    this.isReadOnly = state.readOnly;
+    this.drawing = Drawing.of(state.drawing);
+    this.log = state.log;
+    this.painter.takeAll(this.drawing);
+    this.scene.selected = new Set([...this.scene.selected].filter((id) => this.drawing.entities.has(id)));
+    this.#forgetFates();
+    this.panel.show(this.drawing);
+    this.panel.showLog(this.log);
+    byId('name').textContent = state.name;
+    document.title = `${state.name} · Holdfast`;
+    this.takesSaves = state.takesSaves;
+    this.#showState(state.unsaved, state.canUndo, state.canRedo);
+    if (isFirst) {
+      this.view.fit(this.drawing.box());
+      if (state.takenUp) this.#offerDiscard(state.file);
+    }
+    this.paintSoon(true);
+    this.askFreedom();
+  }
+
+  /** @param {number} number */
+  async hear(number) {
+    if (this.isBusy > 0 || number <= this.number) return;
+    await this.load().catch((failure) => this.complain(failure));
+  }
+
+  /** @param {string} file */
+  #offerDiscard(file) {
+    const notice = byId('notice'), button = element('button', '', `Go back to ${file}`);
+    button.type = 'button';
+    button.addEventListener('click', async () => {
+      await link.discard();
+      notice.hidden = true;
+      await this.load();
+    });
+    notice.className = '';
+    notice.replaceChildren('Edits that an earlier window had not saved were taken up again.', button);
+    notice.hidden = false;
+  }
+
+  /** @param {boolean} unsaved @param {boolean} canUndo @param {boolean} canRedo */
+  #showState(unsaved, canUndo, canRedo) {
+    byId('unsaved').hidden = !unsaved;
+    /** @type {HTMLButtonElement} */ (byId('undo')).disabled = !canUndo;
+    /** @type {HTMLButtonElement} */ (byId('redo')).disabled = !canRedo;
+    const save = /** @type {HTMLButtonElement} */ (byId('save'));
+    save.disabled = !unsaved || !this.takesSaves;
+    save.hidden = !this.takesSaves;
+  }
+
+  /** @param {string} text an edit as users type it @returns {Promise<Result | null>} */
+  async edit(text) {
+    this.isBusy += 1;
+    try {
+      const result = await link.edit(text);
+      this.#take(result);
+      return result;
+    } catch (failure) {
+      this.complain(failure);
+      return null;
+    } finally {
+      this.isBusy -= 1;
+    }
+  }
+
+  /** @param {string} text */
+  async typed(text) {
+    const result = await this.edit(text);
+    if (result?.done) this.line.clear();
+  }
+
+  /** @param {Result} result */
+  #take(result) {
+    this.log.push({ text: result.text, error: result.error });
+    this.panel.showLog(this.log);
+    if (result.done && result.number > this.number + 1) return void this.load();
+    this.#forgetFates();
+    const { scene, drawing } = this;
+    if (result.change) {
+      for (const id of [...result.change.deleted, ...result.change.erased]) this.#keepGone(id);
+      drawing.apply(result.change);
+      this.number = result.number;
+      this.painter.touch([...result.change.entities.map((e) => e.id), ...result.change.erased]);
+      scene.selected = new Set([...scene.selected].filter((id) => drawing.entities.has(id)));
+      scene.fates = new Map(result.constraints.map(({ id, fate }) => [id, fate]));
+      scene.entityFates = new Map(result.entities.map(({ id, fate }) => [id, fate]));
+      scene.freedom = scene.freedom && { ...scene.freedom };
+      this.#showState(Boolean(result.unsaved), Boolean(result.canUndo), Boolean(result.canRedo));
+      this.panel.selected = scene.selected;
+      this.panel.show(drawing);
+      this.askFreedom();
+    }
+    this.panel.showFates(result, scene.gone);
+    this.say(result.error || this.#summary(result), Boolean(result.error));
+    this.look(null);
+    this.paintSoon(true);
+  }
+
+  /**
+   * What an edit takes away is shown struck out until the next one.
+   * @param {string} id
+   */
+  #keepGone(id) {
+    const { scene, drawing } = this, constraint = drawing.constraints.get(id), entity = drawing.entities.get(id);
+    if (constraint) {
+      scene.gone.set(id, constraint);
+      for (const ref of constraint.refs) {
+        const e = drawing.entities.get(ref.entity);
+        if (e) scene.goneEntities.set(e.id, e);
+      }
+    }
+    if (entity) scene.goneEntities.set(id, entity);
+  }
+
+  #forgetFates() {
+    this.scene.fates = new Map();
+    this.scene.entityFates = new Map();
+    this.scene.gone = new Map();
+    this.scene.goneEntities = new Map();
+  }
+
+  /** @param {Result} result */
+  #summary(result) {
+    /** @type {Record<string, number>} */
+    const counts = {};
+    for (const { fate } of result.constraints) counts[fate] = (counts[fate] || 0) + 1;
+    const what = listed(counts), fall = shortfallInWords(result, this.drawing.unit, (id) => this.spokenConstraint(id));
+    return `${result.text}: ${what ? `constraints: ${what}` : 'every constraint kept'}${fall ? `; ${fall}` : ''}`;
+  }
+
+  /** @param {string} id */
+  spokenConstraint(id) {
+    const constraint = this.drawing.constraints.get(id), kind = constraint && this.kinds.get(constraint.type);
+    return kind ? `${kind.label} ${id}` : id;
+  }
+
+  askFreedom() {
+    clearTimeout(this.freedomTimer);
+    this.freedomTimer = setTimeout(async () => {
+      try {
+        const freedom = await link.freedom();
+        if (freedom.number === this.number) this.#takeFreedom(freedom);
+      } catch (failure) {
+        if (!(failure instanceof link.Gone)) this.complain(failure);
+      }
+    }, FREEDOM_DELAY);
+  }
+
+  /** @param {import('./types').Freedom} freedom */
+  #takeFreedom(freedom) {
+    const { scene } = this;
+    scene.freedom = freedom;
+    scene.clashes = [...(freedom.conflicts || []).flat(), ...(freedom.broken || []).map((each) => each.id)];
+    scene.clashing = new Set(scene.clashes.flatMap((id) => (this.drawing.constraints.get(id)?.refs || []).map((ref) => ref.entity)));
+    this.panel.freedom = freedom;
+    this.panel.fillConstraints();
+    const state = byId('state');
+    state.replaceChildren();
+    if (freedom.error) state.textContent = freedom.error;
+    else if (freedom.conflicts.length) state.append(element('b', '', 'contradictory'), ` · ${counted(freedom.conflicts.length, 'conflict')}`);
+    else if (freedom.freedom === 0) state.append(element('b', '', 'fully defined'));
+    else state.append(element('b', '', String(freedom.freedom)), ` ${freedom.freedom === 1 ? 'degree' : 'degrees'} of freedom`);
+    this.painter.touchAll();
+    this.paintSoon(true);
+  }
+
+  // --- Looking, choosing, pulling ---
+
+  /**
+   * What the pointer is over.
+   * @param {Pick | null} pick @param {Point} [p] @param {Point} [at] on the screen
+   */
+  look(pick, p, at) {
+    const { scene } = this;
+    if (this.tool && p && at) return this.tool.look(pick, p, at);
+    const mark = at && !pick?.place ? this.markAt(at) : null;
+    const constraint = mark && this.drawing.constraints.get(mark);
+    const hot = constraint ? constraint.refs.map((ref) => ref.entity) : pick ? [pick.id] : [];
+    const hotMarks = constraint ? [constraint.id] : pick ? this.drawing.constraintsOn(pick.id) : [];
+    byId('above').classList.toggle('grab', Boolean(pick && !pick.entity.fixed));
+    if (!this.#light(hot, hotMarks)) return;
+    if (constraint && at) this.tip(constraintInWords(constraint, this.kinds.get(constraint.type)), at);
+    else if (pick && at) this.tip(this.#inWords(pick), at);
+    else this.tip('');
+    scene.snap = null;
+  }
+
+  /** @param {Pick} pick */
+  #inWords(pick) {
+    const freedom = this.scene.freedom?.entities?.[pick.id]?.words;
+    const words = `${pick.id}: ${entityInWords(pick.entity)}`;
+    return freedom ? `${words}\n${freedom}` : words;
+  }
+
+  /** @param {string[]} entities @param {string[]} marks whether anything changed */
+  #light(entities, marks) {
+    const { scene } = this;
+    const key = [...entities, '', ...marks].join('\n');
+    if (key === this.lit) return false;
+    this.lit = key;
+    scene.hot = new Set(entities);
+    scene.hotMarks = new Set(marks);
+    this.panel.light(scene.hotMarks);
+    this.paintSoon(true);
+    return true;
+  }
+
+  /**
+   * From a list.
+   * @param {string[]} marks @param {string[]} entities
+   */
+  point(marks, entities) {
+    this.#light(entities, marks);
+  }
+
+  /**
+   * The constraint whose mark is at a point of the screen.
+   * @param {Point} at
+   */
+  markAt([x, y]) {
+    const found = this.painter.placed.find((each) => Math.abs(each.x - x) * 2 <= each.w + 2 && Math.abs(each.y - y) * 2 <= each.h + 2);
+    return found && !found.mark.isSpot ? found.mark.id : null;
+  }
+
+  /** @param {Pick | null} pick @param {Point} p @param {boolean} adds */
+  click(pick, p, adds) {
+    if (this.tool) return this.tool.click(pick, p);
+    const mark = pick?.place ? null : this.markAt(this.view.toScreen(p));
+    const constraint = mark ? this.drawing.constraints.get(mark) : undefined;
+    if (constraint) return this.choose(constraint.refs.map((ref) => ref.entity), adds, true);
+    this.choose(pick ? [pick.id] : [], adds, false);
+  }
+
+  /** @param {string[]} ids @param {boolean} adds @param {boolean} isSet that are chosen, not toggled */
+  choose(ids, adds, isSet) {
+    const { scene } = this;
+    scene.box = null;
+    if (!adds) scene.selected = new Set(ids);
+    else for (const id of ids) if (!isSet && scene.selected.has(id)) scene.selected.delete(id); else scene.selected.add(id);
+    this.panel.selected = scene.selected;
+    this.panel.fillConstraints();
+    if (ids.length === 1) this.say(this.#nameOf(ids[0]));
+    this.paintSoon(true);
+  }
+
+  /** @param {string} id */
+  #nameOf(id) {
+    const e = this.drawing.entities.get(id), words = this.scene.freedom?.entities?.[id]?.words;
+    return e ? `${id}: ${entityInWords(e)}${words ? `, ${words}` : ''}, ${counted(this.drawing.constraintsOn(id).length, 'constraint')}` : id;
+  }
+
+  /** @param {Point} from @param {Point} to */
+  box(from, to) {
+    this.scene.box = { from, to };
+    this.paintSoon(false);
+  }
+
+  beginPull() {
+    this.tip('');
+    this.#forgetFates();
+    this.panel.hideFates();
+  }
+
+  /** @param {Result} result @param {Result | null} last */
+  showPull(result, last) {
+    const { scene } = this;
+    scene.trial = last;
+    if (scene.rubber) scene.rubber.caught = Boolean(result.error);
+    this.painter.lift(new Set((last?.change?.entities || []).map((e) => e.id)));
+    this.say(result.error || `${result.text}${result.shortfall ? `: ${shortfallInWords(result, this.drawing.unit, (id) => this.spokenConstraint(id))}` : ''}`, Boolean(result.error));
+    this.paintSoon(true);
+  }
+
+  endPull() {
+    const { scene } = this;
+    scene.trial = null;
+    scene.box = null;
+    this.painter.lift(new Set());
+    this.paintSoon(true);
+  }
+
+  /**
+   * A double click.
+   * @param {Point} p @param {Point} at on the screen
+   */
+  open(p, at) {
+    if (this.tool) return this.tool.finish();
+    const mark = this.markAt(at);
+    if (mark && this.kinds.get(this.drawing.constraints.get(mark)?.type || '')?.isDimension) this.openDimension(mark);
+  }
+
+  /**
+   * Its value is edited where it stands.
+   * @param {string} id
+   */
+  openDimension(id) {
+    const constraint = this.drawing.constraints.get(id);
+    if (!constraint || constraint.value === undefined) return;
+    const placed = this.painter.placed.find((each) => each.mark.id === id);
+    const [x, y] = placed ? [placed.x, placed.y] : [this.view.width / 2, this.view.height / 2];
+    const isAngle = this.kinds.get(constraint.type)?.isAngle, value = isAngle ? constraint.value * 180 / Math.PI : constraint.value;
+    byId('above').focus();  // what was open closes
+    const input = element('input');
+    input.id = 'inline';
+    input.setAttribute('aria-label', `value of ${id}; a number, or = and a formula`);
+    input.value = constraint.formula ? `= ${constraint.formula}` : String(Number(value.toPrecision(12)));
+    input.style.left = `${Math.max(4, Math.min(this.view.width - 140, x - 65))}px`;
+    input.style.top = `${Math.max(4, Math.min(this.view.height - 34, y - 15))}px`;
+    byId('stage').append(input);
+    input.select();
+    input.focus();
+    input.addEventListener('keydown', async (event) => {
+      event.stopPropagation();
+      if (event.key === 'Escape') byId('above').focus();
+      if (event.key !== 'Enter') return;
+      const result = await this.edit(`set ${named(id)} ${input.value.trim()}`);
+      if (result?.done) byId('above').focus();
+    });
+    input.addEventListener('blur', () => input.remove());
+  }
+
+  // --- What the page says ---
+
+  /** @param {string} text */
+  say(text, isBad = false) {
+    const said = byId('said');
+    if (said.textContent !== text) said.textContent = text;
+    said.classList.toggle('bad', isBad);
+  }
+
+  /** @param {string} text empty: none @param {Point} [at] on the screen */
+  tip(text, at, isBad = false) {
+    const tip = byId('tip');
+    tip.hidden = !text;
+    if (!text || !at) return;
+    tip.textContent = text;
+    tip.classList.toggle('bad', isBad);
+    tip.style.left = `${Math.min(at[0] + 16, this.view.width - tip.offsetWidth - 8)}px`;
+    tip.style.top = `${at[1] + 22 + tip.offsetHeight > this.view.height ? at[1] - tip.offsetHeight - 14 : at[1] + 20}px`;
+  }
+
+  /** @param {unknown} failure */
+  complain(failure) {
+    const text = failure instanceof Error ? failure.message : String(failure);
+    if (failure instanceof link.Gone) this.showGone(true);
+    this.say(text, true);
+  }
+
+  /** @param {boolean} isGone */
+  showGone(isGone) {
+    const notice = byId('notice');
+    if (!isGone) {
+      if (notice.classList.contains('bad')) notice.hidden = true;
+      return;
+    }
+    notice.className = 'bad';
+    notice.textContent = 'The program that shows this drawing cannot be reached. What was done until now is kept beside the drawing; '
+      + 'open it again in the terminal.';
+    notice.hidden = false;
+  }
+
+  // --- Painting ---
+
+  /** @param {boolean} all not only what follows the pointer */
+  paintSoon(all) {
+    this.paintsAll = this.paintsAll || all;
+    if (this.isPainting) return;
+    this.isPainting = true;
+    requestAnimationFrame(() => {
+      this.isPainting = false;
+      if (this.paintsAll) this.painter.paintBelow(this.drawing, this.scene);
+      this.paintsAll = false;
+      this.painter.paintAbove(this.drawing, this.scene);
+      document.body.dataset.painted = String(Number(document.body.dataset.painted || 0) + 1);
+    });
+  }
+
+  /** The view is another one. */
+  moved() {
+    this.tip('');
+    this.paintSoon(true);
+  }
+
+  #watchSize() {
+    const stage = byId('stage');
+    let isFirst = true;
+    new ResizeObserver(() => {
+      this.painter.resize(stage.clientWidth, stage.clientHeight);
+      if (isFirst) this.view.fit(this.drawing.box());
+      isFirst = false;
+      this.paintSoon(true);
+    }).observe(stage);
+    matchMedia('(prefers-color-scheme: dark)').addEventListener('change', () => {
+      this.painter.readColours();
+      this.paintSoon(true);
+    });
+  }
+
+  // --- Buttons and keys ---
+
+  #buttons() {
+    const on = (/** @type {string} */ id, /** @type {() => void} */ what) => byId(id).addEventListener('click', what);
+    on('undo', () => void this.edit('undo'));
+    on('redo', () => void this.edit('redo'));
+    on('fit', () => this.fit());
+    on('save', () => void this.save());
+    on('copy-log', () => void this.copyLog());
+    byId('copies').addEventListener('click', (event) => {
+      if (event.target instanceof HTMLAnchorElement) byId('copies').removeAttribute('open');
+    });
+    byId('new-parameter').addEventListener('submit', (event) => {
+      event.preventDefault();
+      const [name, formula] = ['parameter-name', 'parameter-formula'].map((id) => /** @type {HTMLInputElement} */ (byId(id)).value.trim());
+      if (name && formula) void this.edit(`parameter ${name} = ${formula}`);
+    });
+  }
+
+  fit() {
+    this.view.fit(this.drawing.box());
+    this.moved();
+  }
+
+  async save() {
+    if (!this.takesSaves) return this.say('this drawing cannot be saved here; download it instead', true);
+    try {
+      const { done, error } = await link.save();
+      if (!done) return this.say(error, true);
+      byId('unsaved').hidden = true;
+      /** @type {HTMLButtonElement} */ (byId('save')).disabled = true;
+      byId('notice').hidden = true;
+      this.say('saved');
+    } catch (failure) {
+      this.complain(failure);
+    }
+  }
+
+  async copyLog() {
+    const script = this.log.filter((edit) => !edit.error).map((edit) => edit.text).join('\n');
+    await navigator.clipboard.writeText(script).then(() => this.say('the edits are in the clipboard'),
+                                                    () => this.say('the clipboard is not to be had; download the script instead', true));
+  }
+
+  /** @param {HTMLCanvasElement} canvas */
+  #keys(canvas) {
+    document.addEventListener('keydown', (event) => {
+      if (!(event.ctrlKey || event.metaKey) || event.target instanceof HTMLInputElement) return;
+      const key = event.key.toLowerCase();
+      const what = key === 's' ? () => void this.save() : key === 'y' || (key === 'z' && event.shiftKey) ? () => void this.edit('redo')
+        : key === 'z' ? () => void this.edit('undo') : null;
+      if (!what) return;
+      event.preventDefault();
+      what();
+    });
+    canvas.addEventListener('keydown', (event) => {
+      if (event.ctrlKey || event.metaKey || event.altKey) return;
+      if (event.key === ' ') this.hands.isSpaceDown = true;
+      if (this.#keyed(event)) event.preventDefault();
+    });
+    canvas.addEventListener('keyup', (event) => {
+      if (event.key === ' ') this.hands.isSpaceDown = false;
+    });
+  }
+
+  /** @param {KeyboardEvent} event whether it meant something */
+  #keyed(event) {
+    const arrow = { ArrowLeft: [1, 0], ArrowRight: [-1, 0], ArrowUp: [0, 1], ArrowDown: [0, -1] }[event.key];
+    if (arrow && event.shiftKey) return this.#nudge(arrow);
+    if (arrow) return this.#look(() => this.view.pan(PAN_STEP * arrow[0], PAN_STEP * arrow[1]));
+    const middle = /** @type {const} */ ([this.view.width / 2, this.view.height / 2]);
+    switch (event.key) {
+      case '+': case '=': return this.#look(() => this.view.zoom(...middle, ZOOM_STEP));
+      case '-': return this.#look(() => this.view.zoom(...middle, 1 / ZOOM_STEP));
+      case 'f': case '0': return this.#look(() => this.view.fit(this.drawing.box()));
+      case 'n': return this.#step(1);
+      case 'p': return this.#step(-1);
+      case 'Enter': return this.#toggleHot();
+      case 'Escape': return this.escape();
+      case 'Delete': case 'Backspace': return this.#erase();
+      case '/': case ':': return this.line.put('') === undefined;
+      case 'm': return this.#look(() => { this.scene.marks = !this.scene.marks; });
+      case 't': return this.#look(() => { this.scene.names = !this.scene.names; });
+      case '?': return this.say(KEYS) === undefined;
+      case ' ': return true;
+      default: return false;
+    }
+  }
+
+  /** @param {() => void} change of what is seen */
+  #look(change) {
+    change();
+    this.moved();
+    return true;
+  }
+
+  escape() {
+    if (this.hands.letGo()) return true;
+    if (this.tool) {
+      this.tool = null;
+      return true;
+    }
+    this.choose([], false, true);
+    this.look(null);
+    return true;
+  }
+
+  /**
+   * The next entity.
+   * @param {number} by
+   */
+  #step(by) {
+    const ids = [...this.drawing.entities.keys()];
+    if (!ids.length) return true;
+    const [at] = this.scene.hot, i = ids.indexOf(at);
+    const id = ids[(i + by + ids.length + (i < 0 && by < 0 ? 1 : 0)) % ids.length];
+    this.#light([id], this.drawing.constraintsOn(id));
+    this.say(this.#nameOf(id));
+    return true;
+  }
+
+  #toggleHot() {
+    const [id] = this.scene.hot;
+    if (id) this.choose([id], true, false);
+    return true;
+  }
+
+  /** @param {number[]} arrow */
+  #nudge(arrow) {
+    const { selected } = this.scene;
+    if (!selected.size) return this.say('choose something to move first: N steps through the entities, Enter chooses') === undefined;
+    const step = this.view.step() * 10;
+    const by = this.view.rounded([-arrow[0] * step, arrow[1] * step]);
+    void this.edit(`drag ${[...selected].map(named).join(' ')} by ${written(by)}`);
+    return true;
+  }
+
+  #erase() {
+    const { selected } = this.scene;
+    if (selected.size) void this.edit(`erase ${[...selected].map(named).join(' ')}`);
+    return true;
+  }
+}
+
+async function start() {
+  const language = await link.language();
+  byId('signs').innerHTML = `<svg>${language.glyphs}</svg>`;
+  readGlyphs(byId('signs'));
+  const page = new Page(language);
+  Object.assign(window, { holdfast: page });  // for the curious, at the console, and for tests
+  await page.load();
+  link.listen((number) => void page.hear(number), (isThere) => {
+    page.showGone(!isThere);
+    if (isThere) void page.load();
+  });
+  document.body.dataset.ready = 'yes';
+}
+
+start().catch((failure) => {
+  byId('said').textContent = failure instanceof Error ? failure.message : String(failure);
+  byId('said').classList.add('bad');
+});

@@ -1,0 +1,362 @@
+#!/usr/bin/env python3
+"""The window in a real browser: what a person does with it, and what is seen then.
+
+usage: browser_test.py PROGRAM DRAWING.json FOLDER
+
+Exit code 77 (skipped) where chromium, its driver or selenium is missing. Screenshots stay in FOLDER to be looked at.
+"""
+import json
+import pathlib
+import shutil
+import sys
+import tempfile
+import time
+
+from program import Window, check, copied, outcome
+
+try:
+    from selenium import webdriver
+    from selenium.webdriver.common.action_chains import ActionChains
+    from selenium.webdriver.common.by import By
+    from selenium.webdriver.common.keys import Keys
+except ImportError:
+    print("skipped: selenium is not here; install python3-selenium")
+    sys.exit(77)
+
+PROGRAM, DRAWING, PICTURES = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
+
+
+def started(profile, *options):
+    chosen = webdriver.ChromeOptions()
+    chosen.binary_location = shutil.which("chromium") or shutil.which("chromium-browser")
+    for option in ("--headless=new", "--no-sandbox", "--disable-gpu", "--no-first-run", "--disable-background-networking",
+                   "--disable-component-update", "--disable-sync", "--window-size=1360,860", "--hide-scrollbars",
+                   "--host-resolver-rules=MAP * ~NOTFOUND, EXCLUDE 127.0.0.1", f"--user-data-dir={profile}", *options):
+        chosen.add_argument(option)
+    chosen.set_capability("goog:loggingPrefs", {"browser": "ALL"})
+    service = webdriver.chrome.service.Service(shutil.which("chromedriver"))
+    return webdriver.Chrome(service=service, options=chosen)
+
+
+class Tab:
+    """One tab, with the words for what a person does in it."""
+
+    def __init__(self, browser, window):
+        self.browser, self.window = browser, window
+        browser.get(window.address)
+        self.wait("return document.body.dataset.ready === 'yes' && window.holdfast.scene.freedom !== null", "the page is ready")
+
+    def run(self, script, *values):
+        return self.browser.execute_script(script, *values)
+
+    def wait(self, script, what, *values, seconds=8):
+        patience = time.time() + seconds
+        while time.time() < patience:
+            if self.run(script, *values):
+                return
+            time.sleep(0.03)
+        check(False, what)
+
+    def find(self, css):
+        return self.browser.find_element(By.CSS_SELECTOR, css)
+
+    def text(self, css):
+        return self.find(css).text
+
+    def at(self, x, y):
+        """Pixels from the middle of the canvas, as the pointer's driver counts."""
+        return self.run("const v = window.holdfast.view, p = v.toScreen([arguments[0], arguments[1]]);"
+                        "return [Math.round(p[0] - v.width / 2), Math.round(p[1] - v.height / 2)]", x, y)
+
+    def pointer(self):
+        return ActionChains(self.browser, duration=20)
+
+    def hover(self, x, y):
+        self.pointer().move_to_element_with_offset(self.find("#above"), *self.at(x, y)).perform()
+
+    def press(self, x, y):
+        self.pointer().move_to_element_with_offset(self.find("#above"), *self.at(x, y)).click_and_hold().perform()
+
+    def pull_to(self, x, y):
+        self.hover(x, y)
+
+    def release(self):
+        self.pointer().release().perform()
+
+    def click(self, x, y):
+        self.pointer().move_to_element_with_offset(self.find("#above"), *self.at(x, y)).click().perform()
+
+    def key(self, *keys):
+        self.find("#above").send_keys(*keys)
+
+    def type(self, edit):
+        line = self.find("#edit")
+        line.clear()
+        line.send_keys(edit, Keys.ENTER)
+
+    def steps(self):
+        return int(self.text("#steps"))
+
+    def after_edit(self, count):
+        self.wait("return document.getElementById('steps').textContent === arguments[0]", f"edit {count} is done", str(count))
+        self.wait("const p = window.holdfast; return p.isBusy === 0 && p.scene.freedom.number === p.number", "its freedom is told")
+
+    def picture(self, name):
+        self.run("return new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done)))")
+        self.browser.save_screenshot(str(PICTURES / f"{name}.png"))
+
+    def inked(self):
+        """The share of the canvas that is drawn on."""
+        return self.run("const c = document.getElementById('drawing'), d = c.getContext('2d').getImageData(0, 0, c.width, c.height).data;"
+                        "let n = 0; for (let i = 3; i < d.length; i += 4) n += d[i] > 150 ? 1 : 0; return n / (d.length / 4)")
+
+    def silent(self, what):
+        said = [line["message"] for line in self.browser.get_log("browser") if line["level"] in ("SEVERE", "WARNING")
+                and "willReadFrequently" not in line["message"]]  # we look at the canvas, the page never does
+        check(not said, f"{what}: the console is silent: {said}")
+
+
+def the_drawing_is_there(tab):
+    check(tab.text("#name") == "mounting bracket", "the drawing has its name")
+    check(tab.inked() > 0.003, f"something is drawn: {tab.inked()}")
+    check(tab.text("#count") == str(len(tab.window.ask("state")["drawing"]["constraints"])), "the constraints are counted")
+    check("freedom" in tab.text("#state") or "defined" in tab.text("#state"), "and so is what is free")
+    tab.picture("drawing")
+
+
+def hovering_shows_who_belongs_together(tab):
+    tab.hover(62, 0)
+    check(tab.run("return [...window.holdfast.scene.hot]") == ["base"], "the entity under the pointer is bright")
+    check(tab.find("#tip").is_displayed() and tab.text("#tip").startswith("base: line, length 80"), tab.text("#tip"))
+    hot = tab.run("return [...document.querySelectorAll('.row.hot .on')].map((e) => e.textContent)")
+    check(hot and all("base" in places for places in hot), f"and its constraints in the list: {hot}")
+    tab.picture("hover")
+    row = tab.find("#list .row")
+    tab.pointer().move_to_element(row).perform()
+    check(tab.run("return window.holdfast.scene.hotMarks.size") == 1, "a row of the list shows its mark")
+    check(tab.run("return window.holdfast.scene.hot.size") >= 1, "and its entities")
+
+
+def pulling_a_point_shows_who_follows(tab):
+    before = tab.window.entity("base")
+    tab.press(80, 0)
+    tab.pull_to(86, 4)
+    tab.pull_to(92, 6)
+    tab.wait("return window.holdfast.scene.trial && window.holdfast.scene.trial.text.startsWith('drag ')", "the pull is tried")
+    tab.wait("const t = window.holdfast.scene.trial; return t && !window.holdfast.hands.latest.isBusy", "the last place counts")
+    moved = tab.run("return window.holdfast.scene.trial.entities.map((e) => e.id)")
+    check("right" in moved or "base" in moved, f"others follow: {moved}")
+    check(tab.window.entity("base") == before, "nothing is done yet")
+    tab.picture("pull")
+    tab.release()
+    tab.after_edit(1)
+    shown = tab.run("return window.holdfast.drawing.entities.get('base').end")
+    check(shown == tab.window.entity("base")["end"] and shown != before["end"], f"it is done on release: {shown}")
+    check(tab.text("#log li:last-child code").startswith("drag ") or tab.run("return window.holdfast.log[0].text").startswith("drag "),
+          "the edit is in words")
+    check(tab.find("#unsaved").is_displayed(), "and not saved yet")
+
+
+def escape_lets_go(tab):
+    count, before = tab.steps(), tab.window.ask("state")["drawing"]
+    tab.press(15, 16)
+    tab.pull_to(15, 19)
+    tab.wait("return window.holdfast.scene.trial !== null", "the circle grows")
+    tab.key(Keys.ESCAPE)
+    tab.release()
+    check(tab.steps() == count and tab.window.ask("state")["drawing"] == before, "escape leaves the drawing as it was")
+
+
+def typed_edits_are_answered_in_words(tab):
+    count = tab.steps()
+    tab.type("fillet left top radius 400")
+    tab.after_edit(count + 1)
+    check(tab.find("#said").get_attribute("class") == "bad" and len(tab.text("#said")) > 20, "a refusal says why")
+    check(tab.find("#edit").get_attribute("value").startswith("fillet"), "and leaves the words to be mended")
+    tab.type("break rib at 40,20 to 40,30")
+    tab.after_edit(count + 2)
+    check(tab.find("#fates").is_displayed() and tab.text("#fates code").startswith("break rib"), "what it did is told")
+    check(tab.find("#edit").get_attribute("value") == "", "the line is free again")
+    tab.picture("fates")
+
+
+def undo_and_redo_go_by_key(tab):
+    count, broken = tab.steps(), tab.window.ask("state")["drawing"]
+    tab.key(Keys.CONTROL, "z")
+    tab.after_edit(count + 1)
+    check(len(tab.window.ask("state")["drawing"]["entities"]) < len(broken["entities"]), "undo takes the edit back")
+    tab.key(Keys.CONTROL, Keys.SHIFT, "z")
+    tab.after_edit(count + 2)
+    check(tab.window.ask("state")["drawing"] == broken, "redo does it again")
+    known = tab.run("return [...window.holdfast.drawing.entities.values()]")
+    check(sorted(known, key=lambda e: e["id"]) == sorted(broken["entities"], key=lambda e: e["id"]), "the page knows the drawing")
+
+
+def the_keyboard_reaches_everything(tab):
+    tab.key("n")
+    first = tab.run("return [...window.holdfast.scene.hot][0]")
+    check(tab.text("#said").startswith(f"{first}: "), "an entity is named when the keyboard comes to it")
+    tab.key("n", Keys.ENTER)
+    chosen = tab.run("return [...window.holdfast.scene.selected]")
+    check(len(chosen) == 1 and chosen[0] != first, f"and can be chosen: {chosen}")
+    check(tab.find("#selection").is_displayed(), "the list shows the constraints on it")
+    tab.key("f")
+    scale = tab.run("return window.holdfast.view.scale")
+    tab.key("+")
+    check(tab.run("return window.holdfast.view.scale") > scale, "plus zooms")
+    tab.key("f")
+    check(abs(tab.run("return window.holdfast.view.scale") / scale - 1) < 1e-9, "F shows all")
+    tab.key("/")
+    check(tab.run("return document.activeElement.id") == "edit", "a slash leads to the line")
+    tab.find("#edit").send_keys("tr")
+    check(tab.find("#offers").is_displayed() and "trim" in tab.text("#offers"), "which completes words")
+    tab.find("#edit").send_keys(Keys.TAB)
+    check(tab.find("#edit").get_attribute("value") == "trim " and "trim ENTITY" in tab.text("#help"), "and shows what follows")
+    tab.find("#edit").send_keys(Keys.BACKSPACE * 5, Keys.ESCAPE)
+    tab.key(Keys.ESCAPE)
+    check(not tab.run("return window.holdfast.scene.selected.size"), "escape chooses nothing")
+    unnamed = tab.run("return [...document.querySelectorAll('button, input, a, canvas[tabindex], select, summary')].filter((e) =>"
+                      "!(e.textContent.trim() || e.getAttribute('aria-label') || e.labels?.length)).map((e) => e.outerHTML)")
+    check(not unnamed, f"everything has a name: {unnamed}")
+
+
+def a_box_chooses(tab):
+    tab.press(-6, 46)
+    tab.pull_to(30, -6)
+    tab.release()
+    chosen = tab.run("return [...window.holdfast.scene.selected]")
+    check("left" in chosen and "hole1" in chosen and "base" not in chosen, f"what lies in a box is chosen: {chosen}")
+    tab.key(Keys.ESCAPE)
+
+
+def the_wheel_zooms_about_the_pointer(tab):
+    tab.key("f")
+    at = tab.run("return window.holdfast.view.toScreen([65, 12])")
+    tab.run("document.getElementById('above').dispatchEvent(new WheelEvent('wheel', {deltaY: -300, bubbles: true, cancelable: true,"
+            "clientX: arguments[0] + document.getElementById('above').getBoundingClientRect().left,"
+            "clientY: arguments[1] + document.getElementById('above').getBoundingClientRect().top}))", *at)
+    now = tab.run("return window.holdfast.view.toScreen([65, 12])")
+    check(max(abs(a - b) for a, b in zip(at, now)) < 2, "what is under the pointer stays there")
+    tab.key("f")
+
+
+def a_dimension_is_edited_where_it_stands(tab):
+    count = tab.steps()
+    tab.type("constrain distance left as height")
+    tab.after_edit(count + 1)
+    found = tab.run("const p = window.holdfast, m = p.painter.placed.find((e) => p.kinds.get(p.drawing.constraints.get(e.mark.id)?.type)"
+                    "?.isDimension); return m && [m.mark.id, m.x - p.view.width / 2, m.y - p.view.height / 2]")
+    check(found, "a dimension is to be seen")
+    if not found:
+        return
+    count = tab.steps()
+    name, x, y = found
+    value = tab.run("return window.holdfast.drawing.constraints.get(arguments[0]).value", name)
+    tab.pointer().move_to_element_with_offset(tab.find("#above"), round(x), round(y)).double_click().perform()
+    field = tab.find("#inline")
+    field.send_keys(Keys.CONTROL, "a")
+    field.send_keys(str(value + 1), Keys.ENTER)
+    tab.after_edit(count + 1)
+    now = tab.run("return window.holdfast.drawing.constraints.get(arguments[0]).value", name)
+    check(now == value + 1 or tab.text("#said"), f"{name} is {now}")
+    check(now == value + 1, f"a double click gives {name} another value: {value} -> {now}: {tab.text('#said')}")
+    tab.picture("dimension")
+
+
+def saving_writes_the_file(tab, path):
+    tab.key(Keys.CONTROL, "s")
+    tab.wait("return document.getElementById('unsaved').hidden", "it says that it is saved")
+    check(path.read_text() == tab.window.copy("drawing.json"), "the file holds the drawing")
+
+
+def two_tabs_see_the_same(tab, browser):
+    first = browser.current_window_handle
+    browser.switch_to.new_window("tab")
+    other = Tab(browser, tab.window)
+    other.type("draw circle 40,70 radius 5 as moon")
+    other.wait("return window.holdfast.drawing.entities.has('moon')", "one tab draws")
+    browser.close()
+    browser.switch_to.window(first)
+    tab.wait("return window.holdfast.drawing.entities.has('moon')", "the other one sees it")
+
+
+def names_are_no_markup(browser, folder):
+    """In every place where a name is shown."""
+    bad = '<img src=x onerror="document.title=1">'
+    drawing = json.loads(pathlib.Path(DRAWING).read_text())
+    text = json.dumps(drawing).replace('"base"', json.dumps(bad)).replace("mounting bracket", f"{bad}".replace('"', '\\"'))
+    path = pathlib.Path(folder) / "bad.json"
+    path.write_text(text.replace("BRACKET", "<b>bold</b>"))
+    with Window(PROGRAM, path) as window:
+        tab = Tab(browser, window)
+        tab.hover(62, 0)
+        tab.click(62, 0)
+        quoted = '"' + bad.replace('"', '\\"') + '"'
+        tab.type(f"drag {quoted} by 1,0")
+        tab.after_edit(1)
+        tab.type(f"erase {quoted}")
+        tab.after_edit(2)
+        check(tab.run("return document.images.length + document.querySelectorAll('main b b, aside img').length") == 0,
+              "a name is text wherever it is shown")
+        check(bad in tab.run("return document.body.textContent"), "and it is shown as it is")
+        tab.silent("names with markup")
+        browser.get("about:blank")
+
+
+def the_end_is_told(browser, folder):
+    with Window(PROGRAM, copied(folder, DRAWING, "ended.json")) as window:
+        tab = Tab(browser, window)
+        window.interrupt()
+        tab.wait("return !document.getElementById('notice').hidden", "a server that has gone is told")
+        tab.type("undo")
+        tab.wait("return document.getElementById('said').textContent.includes('ended')", "and what cannot be done says so")
+        browser.get_log("browser")  # the refused connections
+
+
+def narrow_and_dark(browser, window):
+    browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": [{"name": "prefers-color-scheme", "value": "dark"}]})
+    tab = Tab(browser, window)
+    tab.picture("dark")
+    check(tab.run("return getComputedStyle(document.body).backgroundColor") != "rgb(244, 245, 248)", "the dark is dark")
+    browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": []})
+    browser.set_window_size(420, 860)
+    tab = Tab(browser, window)
+    tab.picture("narrow")
+    check(tab.run("return document.documentElement.scrollWidth <= innerWidth"), "a narrow window needs no scrolling sideways")
+    check(tab.run("return document.getElementById('stage').clientHeight") > 200, "and has room for the drawing")
+    browser.set_window_size(1360, 860)
+    tab.silent("narrow and dark")
+
+
+def main():
+    if not (shutil.which("chromedriver") and (shutil.which("chromium") or shutil.which("chromium-browser"))):
+        print("skipped: there is no chromium with its driver; install chromium-driver")
+        return 77
+    PICTURES.mkdir(parents=True, exist_ok=True)
+    with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as folder:
+        browser = started(pathlib.Path(folder) / "profile")
+        try:
+            path = copied(folder, DRAWING)
+            with Window(PROGRAM, path) as window:
+                tab = Tab(browser, window)
+                for test in (the_drawing_is_there, hovering_shows_who_belongs_together, pulling_a_point_shows_who_follows,
+                             escape_lets_go, typed_edits_are_answered_in_words, undo_and_redo_go_by_key,
+                             the_keyboard_reaches_everything, a_box_chooses, the_wheel_zooms_about_the_pointer,
+                             a_dimension_is_edited_where_it_stands):
+                    start = time.time()
+                    test(tab)
+                    tab.silent(test.__name__)
+                    print(f"{test.__name__}: {time.time() - start:.1f} s")
+                saving_writes_the_file(tab, path)
+                two_tabs_see_the_same(tab, browser)
+                narrow_and_dark(browser, window)
+                browser.get("about:blank")
+            names_are_no_markup(browser, folder)
+            the_end_is_told(browser, folder)
+        finally:
+            browser.quit()
+    return outcome()
+
+
+if __name__ == "__main__":
+    sys.exit(main())

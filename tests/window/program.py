@@ -1,0 +1,96 @@
+"""Starts the program's window, and talks to it as a browser would and as one should not."""
+import json
+import pathlib
+import re
+import signal
+import socket
+import subprocess
+import urllib.error
+import urllib.request
+
+failures = []
+
+
+def check(holds, what):
+    if not holds:
+        failures.append(what)
+        print("FAILED:", what)
+
+
+class Window:
+    """`holdfast open` without a browser."""
+
+    def __init__(self, program, drawing, *options, linger=60):
+        self.process = subprocess.Popen([program, "open", str(drawing), "--no-browser", "--linger", str(linger), *options],
+                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        self.address = self.process.stdout.readline().strip()
+        found = re.fullmatch(r"http://127\.0\.0\.1:(\d+)/([0-9a-f]{32})/", self.address)
+        if not found:
+            raise RuntimeError(f"no address but {self.address!r} {self.process.stderr.read()!r}")
+        self.port, self.word = int(found.group(1)), found.group(2)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        if self.process.poll() is None:
+            self.process.kill()
+        self.process.communicate()
+
+    def interrupt(self):
+        """Ctrl-C; what it says then, and its exit code."""
+        self.process.send_signal(signal.SIGINT)
+        out, err = self.process.communicate(timeout=20)
+        return out + err, self.process.returncode
+
+    def raw(self, request):
+        """The status that a request gets, byte for byte as given; 0 for a connection that is closed."""
+        with socket.create_connection(("127.0.0.1", self.port), timeout=10) as connection:
+            connection.sendall(request)
+            try:
+                answer = connection.recv(64)
+            except ConnectionResetError:
+                return 0
+        found = re.match(rb"HTTP/1\.1 (\d+)", answer)
+        return int(found.group(1)) if found else 0
+
+    def status(self, path=None, method="GET", body=b"", **headers):
+        """Of a request that is right but for what is given here."""
+        sent = {"Host": f"127.0.0.1:{self.port}", "Connection": "close"}
+        if method == "POST":
+            sent |= {"Origin": f"http://127.0.0.1:{self.port}", "Content-Type": "application/json",
+                     "Content-Length": str(len(body))}
+        sent |= {name.replace("_", "-"): value for name, value in headers.items()}
+        lines = [f"{method} {path or f'/{self.word}/'} HTTP/1.1"]
+        lines += [f"{name}: {value}" for name, value in sent.items() if value is not None]
+        return self.raw("\r\n".join(lines).encode() + b"\r\n\r\n" + body)
+
+    def ask(self, name):
+        with urllib.request.urlopen(f"{self.address}ask/{name}", timeout=20) as answer:
+            return json.load(answer)
+
+    def do(self, name, text=""):
+        request = urllib.request.Request(
+            f"{self.address}do/{name}", json.dumps({"text": text}).encode(),
+            {"Content-Type": "application/json", "Origin": f"http://127.0.0.1:{self.port}"})
+        with urllib.request.urlopen(request, timeout=30) as answer:
+            return json.load(answer)
+
+    def copy(self, name):
+        with urllib.request.urlopen(f"{self.address}copy/{name}", timeout=30) as answer:
+            return answer.read().decode()
+
+    def entity(self, name):
+        return next((e for e in self.ask("state")["drawing"]["entities"] if e["id"] == name), None)
+
+
+def copied(folder, drawing, name="bracket.json"):
+    """A drawing of one's own, to be written to."""
+    path = pathlib.Path(folder) / name
+    path.write_bytes(pathlib.Path(drawing).read_bytes())
+    return path
+
+
+def outcome():
+    print(f"{len(failures)} failures" if failures else "all is well")
+    return 1 if failures else 0

@@ -1,0 +1,186 @@
+#!/usr/bin/env python3
+"""The window's server without a browser: whom it answers, what it keeps, how it ends.
+
+usage: server_test.py PROGRAM DRAWING.json
+"""
+import json
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+import time
+import urllib.request
+
+from program import Window, check, copied, outcome
+
+PROGRAM, DRAWING = sys.argv[1:3]
+EDIT = json.dumps({"text": "drag base.end by 1,0"}).encode()
+
+
+def who_is_answered(window):
+    word, port = window.word, window.port
+    check(window.status() == 200, "the page is there")
+    for path in ("/", "/window.js", f"/{word[:-1]}x/", f"/{word[:-1]}/", f"/{word}", "/" + "0" * 32 + "/ask/state"):
+        check(window.status(path) == 404, f"nothing is found without the word: {path}")
+    for host in ("evil.example", f"evil.example:{port}", "127.0.0.1", f"127.0.0.1.evil.example:{port}", "", None,
+                 f"127.0.0.1:{port + 1}"):
+        check(window.status(Host=host) in (403, 400, 0), f"a name of somebody's that leads here is refused: {host!r}")
+    check(window.status(Host=f"localhost:{port}") == 200, "the page may call this machine by its name")
+    for origin in ("http://evil.example", "null", f"https://127.0.0.1:{port}", f"http://127.0.0.1:{port}.evil.example"):
+        check(window.status(Origin=origin) == 403, f"another page is refused: {origin}")
+        check(window.status(f"/{word}/do/edit", "POST", EDIT, Origin=origin) == 403, f"and may not edit: {origin}")
+    twice = f"GET /{word}/ HTTP/1.1\r\nHost: 127.0.0.1:{port}\r\nHost: evil.example\r\nConnection: close\r\n\r\n"
+    check(window.raw(twice.encode()) in (400, 403), "two names are none")
+
+
+def what_is_answered(window):
+    word = window.word
+    do = f"/{word}/do/edit"
+    check(window.status(do, "POST", EDIT, Origin=None) == 403, "who edits says where it comes from")
+    check(window.status(do, "POST", EDIT, Content_Type="text/plain") == 415, "a form of another page is no edit")
+    check(window.status(do, "POST", EDIT, Content_Encoding="gzip") == 415, "nothing is unpacked")
+    check(window.status(do, "POST", EDIT, Sec_Fetch_Site="cross-site") == 403, "a browser that tells on the asker is heard")
+    check(window.status(do, "POST", b"", Content_Length="2000000") == 413, "what is too long is not read")
+    for body in (b"", b"{", b"[]", b"7", b'{"text": 7}', b'{"text": "undo", "more": 1}', b'{"txt": "undo"}', b"\xff\xfe",
+                 b"[" * 100000, b'{"text": "\xc3\x28"}'):
+        check(window.status(do, "POST", body) == 400, f"what is no message is refused: {body[:20]!r}")
+    for method in ("PUT", "DELETE", "PATCH", "OPTIONS"):
+        check(window.status(method=method) == 405, f"there is nothing to {method}")
+    for path in ("../../etc/passwd", "..%2f..%2fetc%2fpasswd", "%2e%2e/%2e%2e/etc/passwd", "copy/../../etc/passwd",
+                 "copy//etc/passwd", "window.js%00.html", "copy/drawing.json/../x", "ask/", "do/edit"):
+        check(window.status(f"/{word}/{path}") in (400, 404), f"no file but those of the page: {path}")
+    check(window.raw(b"\x16\x03\x01\x02\x00\x01\x00\x01") in (0, 400), "noise is answered by silence")
+    check(window.raw(b"GET " + b"/" * 100000 + b" HTTP/1.1\r\n\r\n") in (0, 400, 403, 414), "an endless address is none")
+    check(window.entity("base")["end"] == [80.0, 0.0], "none of this has touched the drawing")
+
+
+def what_the_page_may_do(window):
+    with urllib.request.urlopen(window.address, timeout=10) as answer:
+        policy, page = answer.headers["Content-Security-Policy"], answer.read().decode()
+        check(answer.headers["X-Content-Type-Options"] == "nosniff", "types are what they are said to be")
+        check("Set-Cookie" not in answer.headers, "there are no cookies")
+    check("default-src 'none'" in policy and "unsafe" not in policy and "frame-ancestors 'none'" in policy, policy)
+    check(not re.search(r"\son\w+=|style=|javascript:|https?://", page), "the page has nothing written in that could run")
+
+
+def edits(window):
+    done = window.do("edit", "fillet top left radius 400")
+    check(not done["done"] and len(done["error"]) > 20, "a refused edit says why")
+    tried = window.do("try", "drag base.end by 5,0")
+    check(tried["done"] and tried["change"]["entities"], f"a try tells what would be: {tried['error']}")
+    check(window.entity("base")["end"] == [80.0, 0.0], "and does nothing")
+    done = window.do("edit", "drag base.end by 5,0")
+    check(done["change"] == tried["change"], "what was shown is what is done")
+    check(window.ask("state")["unsaved"], "it is not saved yet")
+    check(window.do("edit", "undo")["done"] and window.entity("base")["end"] == [80.0, 0.0], "undo takes it back")
+    check(window.do("edit", "redo")["done"] and window.ask("state")["canRedo"] is False, "redo does it again")
+    freedom = window.ask("freedom")
+    check(freedom["freedom"] >= 0 and "base" in freedom["entities"], "each entity's freedom is told")
+
+
+def the_script_does_the_same(window, folder):
+    script = pathlib.Path(folder) / "again.edit"
+    script.write_text(window.copy("edits.edit") + "save again.json\n")
+    run = subprocess.run([PROGRAM, "run", str(script)], capture_output=True, text=True, timeout=60, check=False)
+    check(run.returncode == 0, f"the edits are a script: {run.stderr}")
+    check((pathlib.Path(folder) / "again.json").read_text() == window.copy("drawing.json"), "with the same result to the bit")
+    check(window.copy("picture.svg").startswith("<svg") and "<html" in window.copy("report.html")[:200], "there are pictures")
+    check("ENTITIES" in window.copy("drawing.dxf"), "and other forms")
+
+
+def saving(folder):
+    path = copied(folder, DRAWING, "saved.json")
+    with Window(PROGRAM, path) as window:
+        window.do("edit", "drag base.end by 5,0")
+        check(window.do("save")["done"], "a drawing can be saved")
+        check(path.read_text() == window.copy("drawing.json"), "the file holds it then")
+        check(not window.ask("state")["unsaved"], "and nothing is left to save")
+        said, code = window.interrupt()
+        check(code == 0 and "kept" not in said, "an end after that says nothing")
+    check(sorted(p.name for p in pathlib.Path(folder).glob("saved*")) == ["saved.json"], "nothing lies beside it")
+
+
+def reading_only(folder):
+    path = copied(folder, DRAWING, "read.json")
+    before = path.read_bytes()
+    with Window(PROGRAM, path, "--read-only") as window:
+        window.do("edit", "drag base.end by 5,0")
+        check(not window.do("save")["done"], "a drawing that is only read is not saved")
+        window.interrupt()
+    check(path.read_bytes() == before and len(list(pathlib.Path(folder).glob("read*"))) == 1, "nothing was written")
+
+
+def an_interrupt_loses_nothing(folder):
+    path = copied(folder, DRAWING, "kept.json")
+    before = path.read_bytes()
+    with Window(PROGRAM, path) as window:
+        window.do("edit", "drag base.end by 5,0")
+        after = window.copy("drawing.json")
+        said, code = window.interrupt()
+        check(code == 0 and "kept.unsaved.json" in said, f"an interrupt says where the work is: {said}")
+    check(path.read_bytes() == before, "the drawing is as it was")
+    with Window(PROGRAM, path) as window:
+        state = window.ask("state")
+        check(state["takenUp"] and window.copy("drawing.json") == after, "the next window goes on with it")
+        window.do("discard")
+        check(window.entity("base")["end"] == [80.0, 0.0], "unless it is not wanted")
+        window.interrupt()
+    check(not list(pathlib.Path(folder).glob("kept.unsaved*")), "then it is gone")
+
+
+def a_crash_loses_nothing(folder):
+    path = copied(folder, DRAWING, "crashed.json")
+    with Window(PROGRAM, path) as window:
+        window.do("edit", "drag base.end by 5,0")
+        after = window.copy("drawing.json")
+        kept, patience = path.with_suffix(".unsaved.json"), time.time() + 5
+        while not kept.exists() and time.time() < patience:
+            time.sleep(0.05)
+        window.process.kill()
+    with Window(PROGRAM, path) as window:
+        check(window.copy("drawing.json") == after, "a crash loses nothing that is older than a second")
+
+
+def the_end(folder):
+    path = copied(folder, DRAWING, "end.json")
+    with Window(PROGRAM, path, linger=0.5) as window:
+        time.sleep(1.2)
+        check(window.process.poll() is None, "it waits for its first tab as long as that takes")
+        with urllib.request.urlopen(f"{window.address}news", timeout=10) as news:
+            check(news.readline().startswith(b"data: "), "a tab hears news")
+            check(window.process.poll() is None, "it goes on while a tab is there")
+        patience = time.time() + 10
+        while window.process.poll() is None and time.time() < patience:
+            time.sleep(0.1)
+        check(window.process.poll() == 0, "it ends when the last tab has gone")
+
+
+def arguments(folder):
+    def run(*words):
+        return subprocess.run([PROGRAM, "open", *words], capture_output=True, text=True, timeout=20, check=False)
+    told = run("--help").stdout
+    check("Exit codes: 0 done" in told and "holdfast open examples/drawings/mounting-bracket.json" in told, "there is help")
+    missing = run(str(pathlib.Path(folder) / "none.json"))
+    check(missing.returncode == 2 and "none.json" in missing.stderr, "a missing drawing is named")
+    path = copied(folder, DRAWING, "port.json")
+    with Window(PROGRAM, path) as window:
+        taken = run(str(path), "--no-browser", "--port", str(window.port))
+        check(taken.returncode == 2 and "is taken" in taken.stderr, f"a port that is taken is told: {taken.stderr}")
+
+
+def main():
+    with tempfile.TemporaryDirectory() as folder:
+        with Window(PROGRAM, copied(folder, DRAWING)) as window:
+            who_is_answered(window)
+            what_is_answered(window)
+            what_the_page_may_do(window)
+            edits(window)
+            the_script_does_the_same(window, folder)
+        for test in (saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, the_end, arguments):
+            test(folder)
+    return outcome()
+
+
+if __name__ == "__main__":
+    sys.exit(main())
