@@ -26,7 +26,7 @@ FLAGS = re.compile(r"^build (\S+\.o): CXX_COMPILER.*\n(?:  .*\n)*?  FLAGS = (.*)
 OURS = re.compile(r"8holdfast|\d(?:Yx|Lv|CYx|Constraint|AssocConstraint)")
 # The standard library's functions that may be evaluated by the compiler: g++ 12 writes their two branches or only the
 # one that is taken, and which of the two differs from file to file.
-EITHER_WAY = re.compile(r"^_ZSt(?:10_Construct|12construct_at)I.*_Variadic_union|_M_deallocate_buckets")
+EITHER_WAY = re.compile(r"^_ZSt(?:10_Construct|12construct_at)I.*_Variadic_union|_M_deallocate_buckets|^_ZNSt10_HashtableI.*EC[12]E")
 
 
 class Program:
