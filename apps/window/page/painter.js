@@ -286,7 +286,7 @@ export class Painter {
       ? { ink: k[fated], plate: k[`${fated}-back`], rim: k[`${fated}-bar`], line: k[`${fated}-bar`],
           isStruck: fate === 'deleted', isDashed: fated === 'pointed' }
       : { ink: mark.text === undefined ? k.soft : k.dim, plate: k.card, rim: k['plate-rim'], line: k.lead };
-    return isHot ? { ...tone, ink: k.mark, rim: k.mark, line: k.mark } : tone;
+    return isHot && !fated ? { ...tone, ink: k.mark, rim: k.mark, line: k.mark } : tone;
   }
 
   /** @param {CanvasRenderingContext2D} c @param {Drawing} drawing @param {Scene} scene */
@@ -428,9 +428,11 @@ export class Painter {
   #trial(c, drawing, scene) {
     const trial = /** @type {import('./types').Result} */ (scene.trial);
     const fates = new Map(trial.entities.map((each) => [each.id, each.fate]));
+    const cuts = /^(trim|break) /.test(trial.text);
     for (const e of trial.change?.entities || []) {
       const old = drawing.entities.get(e.id);
-      if (old) this.#ghost(c, old);
+      if (old && cuts) this.#erased(c, old);
+      else if (old) this.#ghost(c, old);
     }
     for (const id of trial.change?.erased || []) {
       const e = drawing.entities.get(id);
