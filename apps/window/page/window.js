@@ -18,6 +18,7 @@ import { byId, counted, element, entityInWords, listed, named, written } from '.
 const PAN_STEP = 60;           // pixels that an arrow key moves the view by
 const ZOOM_STEP = 1.25;
 const FREEDOM_DELAY = 60;      // milliseconds: edits that follow one another are diagnosed once
+const SHARP_DELAY = 150;       // milliseconds without a pan until a large drawing is drawn anew
 const HINT = 'Pull points and curves · wheel zooms · right button pans · ? shows the keys';
 const KEYS = `F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · Shift+arrows move it · Delete erase
 Ctrl+Z undo · Ctrl+Shift+Z redo · Ctrl+S save · / type an edit · M marks · T names · Esc let go`;
@@ -516,7 +517,10 @@ export class Page {
   /** The view is another one. */
   moved() {
     this.tip('');
-    this.paintSoon(true);
+    if (!this.painter.shift()) return this.paintSoon(true);
+    clearTimeout(this.sharpTimer);
+    this.sharpTimer = setTimeout(() => this.paintSoon(true), SHARP_DELAY);
+    this.paintSoon(false);
   }
 
   #watchSize() {
