@@ -102,6 +102,7 @@ Json kindJson(const ConstraintTraits& kind) {
             {"label", kind.label},
             {"sign", kind.sign},
             {"takes", kind.takes},
+            {"icon", inlineGlyph(kind.type)},
             {"mark", mark < kMarks.size() ? kMarks[mark] : "opening"},
             {"coordinate", kind.coordinate},
             {"isDimension", kind.isDimension()},

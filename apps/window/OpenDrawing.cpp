@@ -31,15 +31,25 @@ Json saved(const std::string& error) {
 
 fs::path DrawingFile::unsaved() const {
     fs::path path = opened;
-    return path.replace_extension(".unsaved.json");
+    if (path.extension() == ".json")
+        return path.replace_extension(".unsaved.json");
+    return path += ".unsaved.json";  // a plate.json beside a plate.dxf has its own
 }
 
 OpenDrawing::OpenDrawing(DrawingFile file, Document document)
     : m_file(std::move(file)), m_opened(std::move(document)), m_session(std::make_unique<Session>(m_opened)) {
+    noteFile();
     takeUp();
 }
 
 OpenDrawing::~OpenDrawing() = default;
+
+/// Whether nobody has written the file since it was looked at last; looks at it.
+bool OpenDrawing::noteFile() {
+    std::error_code missing;
+    const fs::file_time_type written = fs::last_write_time(m_file.opened, missing);
+    return std::exchange(m_written, written) == written;
+}
 
 /// What cannot be read, or is older than the drawing, stays where it is until something else is to be kept there.
 void OpenDrawing::takeUp() {
@@ -118,8 +128,12 @@ std::string OpenDrawing::save() {
     if (!m_file.takesSaves())
         return textOf(saved(m_file.isReadOnly ? "the window was opened for reading only; download the drawing instead"
                                               : "a .dxf file holds no constraints; download the drawing instead"));
+    if (!noteFile())
+        return textOf(saved("somebody else has written " + m_file.opened.filename().string() +
+                            " since it was opened; save once more to write over that"));
     try {
         writeDrawing(m_session->document(), m_file.opened);
+        noteFile();
     } catch (const DrawingError& failure) {
         return textOf(saved(failure.what()));
     }

@@ -23,7 +23,7 @@ struct DrawingFile {
 
     /// Constraints can be saved there.
     bool takesSaves() const { return !isReadOnly && opened.extension() == ".json"; }
-    /// "bracket.unsaved.json": where edits are kept until they are saved, beside the drawing.
+    /// "bracket.unsaved.json", "plate.dxf.unsaved.json": where edits are kept until they are saved, beside the drawing.
     std::filesystem::path unsaved() const;
 };
 
@@ -69,6 +69,7 @@ private:
     };
     std::string editLog() const;
     std::string nameOf(std::string_view ending) const;
+    bool noteFile();
     void takeUp();
 
     mutable std::mutex m_mutex;
@@ -77,6 +78,7 @@ private:
     std::unique_ptr<Session> m_session;
     std::vector<Logged> m_log;
     std::uint64_t m_number = 1, m_saved = 1, m_kept = 1;
+    std::filesystem::file_time_type m_written{};  ///< the file, when it was looked at last
     bool m_isTakenUp = false;
 };
 

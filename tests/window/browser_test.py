@@ -7,6 +7,7 @@ Exit code 77 (skipped) where chromium, its driver or selenium is missing. Screen
 """
 import json
 import pathlib
+import re
 import shutil
 import sys
 import tempfile
@@ -67,6 +68,11 @@ class Tab:
         """Pixels from the middle of the canvas, as the pointer's driver counts."""
         return self.run("const v = window.holdfast.view, p = v.toScreen([arguments[0], arguments[1]]);"
                         "return [Math.round(p[0] - v.width / 2), Math.round(p[1] - v.height / 2)]", x, y)
+
+    def middle(self, line, share=0.5):
+        """A point of a line, by its share of the way from the end to the start."""
+        return self.run("const e = window.holdfast.drawing.entities.get(arguments[0]), t = arguments[1];"
+                        "return [e.end[0] + t * (e.start[0] - e.end[0]), e.end[1] + t * (e.start[1] - e.end[1])]", line, share)
 
     def pointer(self):
         return ActionChains(self.browser, duration=20)
@@ -140,8 +146,8 @@ def hovering_shows_who_belongs_together(tab):
 def pulling_a_point_shows_who_follows(tab):
     before = tab.window.entity("base")
     tab.press(80, 0)
-    tab.pull_to(86, 4)
-    tab.pull_to(92, 6)
+    tab.pull_to(84, 4)
+    tab.pull_to(88, 6)
     tab.wait("return window.holdfast.scene.trial && window.holdfast.scene.trial.text.startsWith('drag ')", "the pull is tried")
     tab.wait("const t = window.holdfast.scene.trial; return t && !window.holdfast.hands.latest.isBusy", "the last place counts")
     moved = tab.run("return window.holdfast.scene.trial.entities.map((e) => e.id)")
@@ -263,6 +269,97 @@ def a_dimension_is_edited_where_it_stands(tab):
     tab.picture("dimension")
 
 
+def a_tool_shows_what_it_would_do(tab):
+    count, before = tab.steps(), tab.window.ask("state")["drawing"]
+    tab.key("x")
+    check(tab.run("return document.querySelector('#rail [aria-pressed=true]').textContent") == "Trim", "a key takes a tool")
+    tab.hover(40, 50)
+    tab.wait("return window.holdfast.scene.trial !== null", "the trim is shown")
+    check(re.match(r"trim rib_2 at 40,\d\d(\.\d)? by .*top", tab.text("#tip")), f"in words, too: {tab.text('#tip')}")
+    check(tab.window.ask("state")["drawing"] == before, "and nothing is done")
+    tab.picture("trim")
+    tab.click(40, 50)
+    tab.after_edit(count + 1)
+    check(tab.run("return window.holdfast.log.at(-1).text").startswith("trim rib_2"), "a click does it")
+    tab.key(Keys.ESCAPE)
+    check(tab.run("return window.holdfast.tool === null"), "escape puts the tool back")
+
+
+def two_clicks_round_a_corner(tab):
+    count = tab.steps()
+    tab.key("r")
+    check(tab.find("#option").is_displayed(), "a fillet has a radius")
+    tab.find("#option").clear()
+    tab.find("#option").send_keys("3", Keys.ENTER)
+    tab.click(*tab.middle("top", 0.25))
+    tab.hover(*tab.middle("chamfer"))
+    tab.wait("return window.holdfast.scene.trial !== null", "the arc is shown")
+    made = tab.run("return window.holdfast.scene.trial.change.entities.filter((e) => e.type === 'arc').map((e) => e.radius)")
+    check(3 in made, f"with its radius: {made}")
+    tab.picture("fillet")
+    tab.click(*tab.middle("chamfer"))
+    tab.after_edit(count + 1)
+    check(" radius 3 at " in tab.run("return window.holdfast.log.at(-1).text"), "and made")
+    tab.key(Keys.ESCAPE)
+
+
+def what_is_drawn_is_tied(tab):
+    tab.key("l")
+    tab.click(50, 44)
+    tab.hover(50.1, 53)
+    tab.picture("draw")
+    check(tab.run("return window.holdfast.scene.snap.word") == "vertical", "a line that is nearly upright is drawn upright")
+    tab.click(50.1, 53)
+    tab.wait("const on = window.holdfast.drawing.constraintsOn('line1'); return on.length > 0", "and constrained so")
+    tab.click(70, 50)
+    tab.wait("return window.holdfast.drawing.constraintsOn('line2').length > 0", "the next line goes on from its end")
+    tab.key(Keys.ESCAPE)
+    kinds = tab.run("const d = window.holdfast.drawing; return d.constraintsOn('line2').map((id) => d.constraints.get(id).type)")
+    check("coincident" in kinds, f"to which it is tied: {kinds}")
+    tab.wait("const p = window.holdfast; return p.isBusy === 0 && p.scene.freedom.number === p.number", "its freedom is told")
+
+
+def constraints_are_made_by_picking(tab):
+    count = tab.steps()
+    tab.key(Keys.ESCAPE)  # what is chosen would count
+    tab.find("#rail [aria-label='constrain horizontal']").click()
+    tab.hover(*tab.middle("line2"))
+    tab.wait("return window.holdfast.scene.trial !== null", "what would follow is shown")
+    tab.click(*tab.middle("line2"))
+    tab.after_edit(count + 1)
+    kinds = tab.run("const d = window.holdfast.drawing; return d.constraintsOn('line2').map((id) => d.constraints.get(id).type)")
+    check("horizontal" in kinds, f"a click is enough for a level line: {kinds}")
+    tab.find("#rail [aria-label='constrain parallel']").click()
+    tab.click(*tab.middle("line1"))
+    check("takes" in tab.text("#said"), f"one line alone is not parallel: {tab.text('#said')}")
+    tab.click(*tab.middle("right"))
+    tab.wait("return document.getElementById('said').textContent.includes('redundant')", "what follows already is not added")
+    tab.key(Keys.ESCAPE)
+    tab.picture("constrain")
+
+
+def a_dimension_asks_for_its_value(tab):
+    count = tab.steps()
+    tab.find("#rail [aria-label='constrain distance']").click()
+    tab.click(*tab.middle("line1"))
+    tab.wait("return document.getElementById('inline') !== null", "a new dimension asks for its value")
+    tab.find("#inline").send_keys("20", Keys.ENTER)
+    tab.after_edit(count + 2)
+    line = tab.window.entity("line1")
+    check(abs(line["end"][1] - line["start"][1] - 20) < 1e-9, f"and the drawing follows: {line}")
+    tab.key(Keys.ESCAPE)
+
+
+def parameters_and_formulas(tab):
+    count = tab.steps()
+    tab.find("#head-parameters").click()
+    tab.find("#parameter-name").send_keys("side")
+    tab.find("#parameter-formula").send_keys("25", Keys.ENTER)
+    tab.after_edit(count + 1)
+    check("side" in tab.text("#values"), "a parameter is listed")
+    tab.find("#head-constraints").click()
+
+
 def saving_writes_the_file(tab, path):
     tab.key(Keys.CONTROL, "s")
     tab.wait("return document.getElementById('unsaved').hidden", "it says that it is saved")
@@ -342,7 +439,9 @@ def main():
                 for test in (the_drawing_is_there, hovering_shows_who_belongs_together, pulling_a_point_shows_who_follows,
                              escape_lets_go, typed_edits_are_answered_in_words, undo_and_redo_go_by_key,
                              the_keyboard_reaches_everything, a_box_chooses, the_wheel_zooms_about_the_pointer,
-                             a_dimension_is_edited_where_it_stands):
+                             a_dimension_is_edited_where_it_stands, a_tool_shows_what_it_would_do,
+                             two_clicks_round_a_corner, what_is_drawn_is_tied, constraints_are_made_by_picking,
+                             a_dimension_asks_for_its_value, parameters_and_formulas):
                     start = time.time()
                     test(tab)
                     tab.silent(test.__name__)

@@ -24,6 +24,7 @@ import { drawMark, marksOf, place } from './marks.js';
 
 const CHUNK = 256;  // entities in one path: so many are drawn anew when one of them changes
 const MOST_MARKS = 4000;
+const MANY = 3000;  // entities that take longer than a frame to draw where no graphics processor helps
 
 /** @param {string} name */
 const colour = (name) => getComputedStyle(document.documentElement).getPropertyValue(`--${name}`).trim();
@@ -58,6 +59,8 @@ export class Painter {
     /** @type {Set<string>} entities that are drawn above, not below */
     this.lifted = new Set();
     this.ratio = 1;
+    /** @type {{x: number, y: number, scale: number, picture: HTMLCanvasElement | null} | null} */
+    this.last = null;  // the view of the picture of what stays, and a copy of that once somebody pans
   }
 
   readColours() {
@@ -67,6 +70,7 @@ export class Painter {
   /** @param {number} width @param {number} height in pixels of the page */
   resize(width, height) {
     this.ratio = window.devicePixelRatio || 1;
+    this.last = null;
     this.view.width = width;
     this.view.height = height;
     for (const canvas of this.canvases) {
@@ -172,11 +176,33 @@ export class Painter {
   }
 
   /**
+   * The last picture of what stays, moved to where the view is now: while somebody pans a drawing that takes longer to
+   * draw than a frame. Whether there was one.
+   */
+  shift() {
+    const { last, view } = this, c = this.below, [still] = this.canvases;
+    if (!last || this.chunks.length * CHUNK < MANY) return false;
+    if (!last.picture) {
+      last.picture = document.createElement('canvas');
+      last.picture.width = still.width;
+      last.picture.height = still.height;
+      last.picture.getContext('2d')?.drawImage(still, 0, 0);
+    }
+    const grown = view.scale / last.scale;
+    const x = view.width / 2 + (last.x - view.x) * view.scale - grown * view.width / 2;
+    const y = view.height / 2 - (last.y - view.y) * view.scale - grown * view.height / 2;
+    this.#clear(c);
+    c.drawImage(last.picture, x, y, grown * view.width, grown * view.height);
+    return true;
+  }
+
+  /**
    * What stays while the pointer moves.
    * @param {Drawing} drawing @param {Scene} scene
    */
   paintBelow(drawing, scene) {
     const c = this.below;
+    this.last = { x: this.view.x, y: this.view.y, scale: this.view.scale, picture: null };
     this.#clear(c);
     this.#grid(c);
     this.#inDrawing(c);
@@ -286,7 +312,7 @@ export class Painter {
       ? { ink: k[fated], plate: k[`${fated}-back`], rim: k[`${fated}-bar`], line: k[`${fated}-bar`],
           isStruck: fate === 'deleted', isDashed: fated === 'pointed' }
       : { ink: mark.text === undefined ? k.soft : k.dim, plate: k.card, rim: k['plate-rim'], line: k.lead };
-    return isHot ? { ...tone, ink: k.mark, rim: k.mark, line: k.mark } : tone;
+    return isHot && !fated ? { ...tone, ink: k.mark, rim: k.mark, line: k.mark } : tone;
   }
 
   /** @param {CanvasRenderingContext2D} c @param {Drawing} drawing @param {Scene} scene */
@@ -428,9 +454,11 @@ export class Painter {
   #trial(c, drawing, scene) {
     const trial = /** @type {import('./types').Result} */ (scene.trial);
     const fates = new Map(trial.entities.map((each) => [each.id, each.fate]));
+    const cuts = /^(trim|break) /.test(trial.text);
     for (const e of trial.change?.entities || []) {
       const old = drawing.entities.get(e.id);
-      if (old) this.#ghost(c, old);
+      if (old && cuts) this.#erased(c, old);
+      else if (old) this.#ghost(c, old);
     }
     for (const id of trial.change?.erased || []) {
       const e = drawing.entities.get(id);

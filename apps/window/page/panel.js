@@ -20,16 +20,14 @@ const CLASS = { deleted: 'deleted', changed: 'pointed', 're-pointed': 'pointed',
 /** @param {string} fate */
 export const classOf = (fate) => CLASS[/** @type {keyof typeof CLASS} */ (fate)] || '';
 
-/** @param {string} sign */
-function signOf(sign) {
-  const svg = document.createElementNS('http://www.w3.org/2000/svg', 'svg');
-  svg.setAttribute('class', 'sign');
-  svg.setAttribute('viewBox', '-8 -8 16 16');
-  svg.setAttribute('aria-hidden', 'true');
-  const use = document.createElementNS('http://www.w3.org/2000/svg', 'use');
-  use.setAttribute('href', `#hf-${sign}`);
-  svg.append(use);
-  return svg;
+/**
+ * The sign of a kind, as the server draws it.
+ * @param {import('./types').Kind | undefined} kind
+ */
+export function signOf(kind) {
+  const holder = element('span', 'holder');
+  holder.innerHTML = kind?.icon || '';
+  return holder;
 }
 
 export class Panel {
@@ -115,7 +113,7 @@ export class Panel {
   #row(c) {
     const item = element('li'), row = element('button', 'row'), kind = this.kinds.get(c.type);
     row.type = 'button';
-    row.append(signOf(kind?.sign || 'coincident'), element('span', 'what', c.name || kind?.label || c.type),
+    row.append(signOf(kind), element('span', 'what', c.name || kind?.label || c.type),
                c.text ? element('span', 'value', c.text + (c.formula ? ` = ${c.formula}` : '')) : element('span', 'id', c.id),
                element('span', 'on', placesOf(c)));
     row.title = c.id;

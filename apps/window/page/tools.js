@@ -1,10 +1,546 @@
-// What the pointer does beside pulling: one tool is in the hand at a time.
+// What the pointer does beside pulling: one tool is in the hand at a time. Each shows what it would do before the click.
+
+import { Latest, attempt } from './link.js';
+import { boundsOf, distance, gripsOf, nearest, piecesOf } from './shapes.js';
+import { signOf } from './panel.js';
+import { snapAt } from './snapping.js';
+import { byId, element, listed, named, placed, written } from './words.js';
+
+/** @typedef {import('./types').Point} Point */
+/** @typedef {import('./types').Entity} Entity */
+/** @typedef {import('./types').Result} Result */
+/** @typedef {import('./picking.js').Pick} Pick */
+/** @typedef {import('./snapping.js').Snap} Snap */
+/** @typedef {import('./window.js').Page} Page */
+/**
+ * One tool in the hand.
+ * @typedef {{
+ *   look: (pick: Pick | null, p: Point, at: Point) => void,
+ *   click: (pick: Pick | null, p: Point) => void,
+ *   finish: () => void,
+ *   leave: () => void,
+ * }} Tool
+ */
+
+const MOST_OTHERS = 200;  // curves that may cut or bound: an edit that names more is none that a person reads
+
+/** @param {Entity} e */
+const isCurve = (e) => !['point', 'text', 'mtext'].includes(e.type);
+
+/**
+ * The curves that come near another one.
+ * @param {Page} page @param {Entity} to @param {number} grown by how much of the drawing's size
+ */
+function othersNear(page, to, grown) {
+  const box = page.drawing.box() || [0, 0, 1, 1], rim = grown * Math.hypot(box[2] - box[0], box[3] - box[1]);
+  const [x0, y0, x1, y1] = boundsOf(to);
+  const found = [];
+  for (const e of page.drawing.entities.values()) {
+    if (e.id === to.id || !isCurve(e)) continue;
+    const [a, b, c, d] = boundsOf(e), isEndless = e.type === 'xline' || e.type === 'ray';
+    if (isEndless || (a <= x1 + rim && c >= x0 - rim && b <= y1 + rim && d >= y0 - rim)) found.push(e.id);
+  }
+  return found.slice(0, MOST_OTHERS).map(named).join(' ');
+}
+
+/**
+ * What a trial comes to, in words.
+ * @param {Result} result @param {Page} page
+ */
+function told(result, page) {
+  if (result.error) return result.error;
+  /** @type {Record<string, number>} */
+  const counts = {};
+  for (const { fate } of result.constraints) counts[fate] = (counts[fate] || 0) + 1;
+  const lines = [result.text.length > 70 ? `${result.text.slice(0, 70)}…` : result.text];
+  lines.push(result.constraints.length ? `constraints: ${listed(counts)}` : 'every constraint kept');
+  for (const { id, fate, reason } of result.constraints.slice(0, 4)) lines.push(`${fate} ${page.spokenConstraint(id)}: ${reason}`);
+  return lines.join('\n');
+}
+
+/**
+ * A point of a curve with as few digits as it takes to lie on it.
+ * @param {Pick} pick @param {Page} page
+ */
+function onCurve(pick, page) {
+  const short = page.view.rounded(pick.point);
+  return written(distance(nearest(pick.entity, short).point, short) === 0 ? short : pick.point);
+}
+
+/** A tool that tries an edit where the pointer is, and does it on a click. */
+class Trying {
+  /** @param {Page} page */
+  constructor(page) {
+    this.page = page;
+    /** @type {Point} */
+    this.at = [0, 0];
+    this.wanted = '';
+    this.latest = new Latest(attempt, (result) => this.tried(result), (failure) => page.complain(failure));
+  }
+
+  /** @param {string} text empty: there is nothing to try */
+  want(text) {
+    if (text === this.wanted) return;
+    this.wanted = text;
+    if (text) return this.latest.want(text);
+    this.latest.forget();
+    this.page.showTrial(null);
+    this.page.tip('');
+  }
+
+  /** @param {Result} result */
+  tried(result) {
+    this.page.showTrial(result.error ? null : result);
+    this.page.tip(told(result, this.page), this.at, Boolean(result.error));
+    this.page.say(result.error || result.text, Boolean(result.error));
+  }
+
+  /** @param {string} text */
+  async done(text) {
+    this.latest.forget();
+    this.wanted = '';
+    this.page.showTrial(null);
+    this.page.tip('');
+    return this.page.edit(text);
+  }
+
+  finish() {}
+
+  leave() {
+    this.want('');
+    this.page.scene.snap = null;
+    this.page.scene.sketch = [];
+  }
+}
+
+/** One click, one edit. */
+class PickTool extends Trying {
+  /** @param {Page} page @param {(pick: Pick, p: Point, page: Page) => string} text */
+  constructor(page, text) {
+    super(page);
+    this.text = text;
+  }
+
+  /** @param {Pick | null} pick @param {Point} p @param {Point} at */
+  look(pick, p, at) {
+    this.at = at;
+    this.page.light(pick ? [pick.id] : []);
+    this.want(pick ? this.text(pick, p, this.page) : '');
+  }
+
+  /** @param {Pick | null} pick @param {Point} p */
+  click(pick, p) {
+    if (pick) void this.done(this.text(pick, p, this.page));
+  }
+}
+
+/** Two curves and a number: fillets and chamfers; of a polyline a corner is enough. */
+class CornerTool extends Trying {
+  /** @param {Page} page @param {string} verb @param {string} word before the number */
+  constructor(page, verb, word) {
+    super(page);
+    this.verb = verb;
+    this.word = word;
+    /** @type {Pick | null} */
+    this.first = null;
+  }
+
+  /** @param {Pick} pick */
+  #cornerOf(pick) {
+    const grips = gripsOf(pick.entity), i = grips.findIndex((grip) => grip.place === pick.place);
+    return pick.entity.type === 'polyline' && i >= 0 ? `${this.verb} ${named(pick.id)} corner ${i} ${this.word} ${this.page.option()}` : '';
+  }
+
+  /** @param {Pick | null} pick */
+  #text(pick) {
+    if (!pick) return '';
+    if (!this.first) return this.#cornerOf(pick);
+    if (pick.id === this.first.id) return '';
+    const places = this.verb === 'fillet' ? ` at ${onCurve(this.first, this.page)} ${onCurve(pick, this.page)}` : '';
+    return `${this.verb} ${named(this.first.id)} ${named(pick.id)} ${this.word} ${this.page.option()}${places}`;
+  }
+
+  /** @param {Pick | null} pick @param {Point} _p @param {Point} at */
+  look(pick, _p, at) {
+    this.at = at;
+    this.page.light([...(this.first ? [this.first.id] : []), ...(pick ? [pick.id] : [])]);
+    this.want(this.#text(pick));
+  }
+
+  /** @param {Pick | null} pick */
+  click(pick) {
+    const text = this.#text(pick);
+    if (text) {
+      this.first = null;
+      void this.done(text);
+    } else if (pick) {
+      this.first = pick;
+      this.page.say(`${pick.id}, and which other curve?`);
+    } else {
+      this.first = null;
+    }
+  }
+
+  leave() {
+    this.first = null;
+    super.leave();
+  }
+}
+
+/** Constraints and dimensions: as many places as the kind takes. */
+class ConstrainTool extends Trying {
+  /** @param {Page} page @param {import('./types').Kind} kind */
+  constructor(page, kind) {
+    super(page);
+    this.kind = kind;
+    /** @type {{id: string, place: string}[]} */
+    this.picks = [];
+    const chosen = [...page.scene.selected];
+    if (chosen.length && chosen.length <= 3) {
+      this.picks = chosen.map((id) => ({ id, place: 'whole' }));
+      void this.#tryNow();
+    }
+  }
+
+  /** @param {{id: string, place: string}[]} picks */
+  #text(picks) {
+    const isPoint = (/** @type {{id: string, place: string}} */ pick) => pick.place !== 'whole' || this.page.drawing.entities.get(pick.id)?.type === 'point';
+    const mixed = this.kind.name === 'coincident' && picks.length === 2 && isPoint(picks[0]) !== isPoint(picks[1]);
+    const ordered = mixed && !isPoint(picks[0]) ? [picks[1], picks[0]] : picks;
+    return `constrain ${mixed ? 'point_on_curve' : this.kind.name} ${ordered.map((pick) => placed(pick.id, pick.place)).join(' ')}`;
+  }
+
+  /** @param {Pick} pick */
+  #placeOf(pick) {
+    const place = pick.place || (pick.entity.type === 'polyline' ? `segment:${pick.segment}` : 'whole');
+    return { id: pick.id, place };
+  }
+
+  /** An angle is one between two lines, unless it is asked for of one. */
+  #isEnough() {
+    return this.kind.isAngle ? this.picks.length > 1 : true;
+  }
+
+  /** @param {Pick | null} pick @param {Point} _p @param {Point} at */
+  look(pick, _p, at) {
+    this.at = at;
+    this.page.light([...this.picks.map((each) => each.id), ...(pick ? [pick.id] : [])]);
+    this.page.scene.snap = pick?.place ? { point: pick.point, word: placed(pick.id, pick.place) } : null;
+    this.page.paintSoon(false);
+    const picks = pick ? [...this.picks, this.#placeOf(pick)] : this.picks;
+    if (pick && picks.length > (this.kind.isAngle ? 1 : 0)) this.want(this.#text(picks));
+    else this.want('');
+  }
+
+  /**
+   * What is missing yet is no fault.
+   * @param {Result} result
+   */
+  tried(result) {
+    if (!result.error || this.picks.length > 0) return super.tried(result);
+    this.page.showTrial(null);
+    this.page.tip(`${this.kind.label}: ${this.kind.takes}`, this.at);
+  }
+
+  /** @param {Pick | null} pick */
+  click(pick) {
+    if (!pick) {
+      this.picks = [];
+      return;
+    }
+    this.picks.push(this.#placeOf(pick));
+    void this.#tryNow();
+  }
+
+  async #tryNow() {
+    if (!this.#isEnough()) return this.page.say(`${this.kind.label}: and which other line? Enter takes one alone`);
+    const result = await attempt(this.#text(this.picks));
+    if (!result.error) return this.#add(result.text);
+    if (this.picks.length >= 3 || !/expected .* takes/.test(result.error)) {
+      this.picks = [];
+      this.page.say(result.error, true);
+      return;
+    }
+    this.page.say(`${this.kind.label} takes ${this.kind.takes}`);
+  }
+
+  /** @param {string} text */
+  async #add(text) {
+    this.picks = [];
+    const result = await this.done(text);
+    const made = this.kind.isDimension && result?.constraints.find((each) => each.fate === 'added');
+    if (made) this.page.afterPaint(() => this.page.openDimension(made.id));
+  }
+
+  finish() {
+    if (this.picks.length) void this.#add(this.#text(this.picks));
+  }
+
+  leave() {
+    this.picks = [];
+    super.leave();
+  }
+}
+
+/** Figures by clicks, with what they snap to tied to it. */
+class DrawTool extends Trying {
+  /** @param {Page} page @param {Figure} figure */
+  constructor(page, figure) {
+    super(page);
+    this.figure = figure;
+    /** @type {Snap[]} */
+    this.snaps = [];
+  }
+
+  /** @param {Pick | null} _pick @param {Point} p @param {Point} at */
+  look(_pick, p, at) {
+    this.at = at;
+    const snap = this.#snapped(p), { scene } = this.page;
+    scene.snap = snap.word ? { point: snap.point, word: snap.word } : null;
+    scene.sketch = this.figure.shape([...this.snaps, snap].map((each) => each.point));
+    this.page.light(snap.ref ? [snap.ref.entity] : []);
+    this.page.paintSoon(false);
+  }
+
+  /** @param {Point} p */
+  #snapped(p) {
+    return snapAt(this.page.drawing.entities.values(), this.page.view, p, this.figure.levels ? this.snaps[this.snaps.length - 1]?.point : undefined);
+  }
+
+  /** @param {Pick | null} _pick @param {Point} p */
+  click(_pick, p) {
+    const snap = this.#snapped(p), last = this.snaps[this.snaps.length - 1];
+    if (last && distance(last.point, snap.point) === 0) return;
+    this.snaps.push(snap);
+    if (this.snaps.length === this.figure.clicks) void this.#draw();
+  }
+
+  finish() {
+    if (this.figure.clicks === Infinity && this.snaps.length > 1) void this.#draw();
+    else this.snaps = [];
+  }
+
+  async #draw() {
+    const snaps = this.snaps, name = this.page.freshName(this.figure.name);
+    this.snaps = [];
+    this.page.scene.sketch = [];
+    const result = await this.done(`${this.figure.text(snaps.map((snap) => snap.point))} as ${name}`);
+    if (!result?.done) return;
+    for (const text of this.figure.ties(name, snaps)) await this.page.editIfItHolds(text);
+    if (this.figure.goesOn && this.page.tool === this) {
+      const last = snaps[snaps.length - 1];
+      this.snaps = [{ point: last.point, word: 'end', ref: { entity: name, place: 'end' } }];
+    }
+  }
+
+  leave() {
+    this.snaps = [];
+    super.leave();
+  }
+}
 
 /**
  * @typedef {{
- *   look: (pick: import('./picking.js').Pick | null, p: import('./types').Point, at: import('./types').Point) => void,
- *   click: (pick: import('./picking.js').Pick | null, p: import('./types').Point) => void,
- *   finish: () => void,
- * }} Tool
+ *   name: string, clicks: number, levels?: boolean, goesOn?: boolean,
+ *   text: (points: Point[]) => string, shape: (points: Point[]) => Entity[], ties: (name: string, snaps: Snap[]) => string[],
+ * }} Figure
  */
-export {};
+
+/**
+ * The constraint that a snap stands for.
+ * @param {string} name @param {string} place @param {Snap} snap @returns {string[]}
+ */
+function tie(name, place, snap) {
+  if (!snap.ref) return [];
+  const own = placed(name, place), other = placed(snap.ref.entity, snap.ref.place);
+  if (snap.word === 'on') return [`constrain point_on_curve ${own} ${other}`];
+  if (snap.word === 'middle') return [`constrain midpoint ${own} ${named(snap.ref.entity)}`];
+  return [`constrain coincident ${own} ${other}`];
+}
+
+/** @param {string} name @param {Snap} snap @returns {string[]} */
+const level = (name, snap) => (snap.level ? [`constrain ${snap.level} ${named(name)}`] : []);
+
+/** @type {(point: Point) => Entity} */
+const dotAt = (position) => ({ id: '', type: 'point', position });
+
+/** @type {Record<string, Figure>} */
+const FIGURES = {
+  line: {
+    name: 'line', clicks: 2, levels: true, goesOn: true,
+    text: ([a, b]) => `draw line ${written(a)} ${written(b)}`,
+    shape: ([start, end]) => (end ? [{ id: '', type: 'line', start, end }] : []),
+    ties: (name, [a, b]) => [...tie(name, 'start', a), ...tie(name, 'end', b), ...level(name, b)],
+  },
+  circle: {
+    name: 'circle', clicks: 2,
+    text: ([c, p]) => `draw circle ${written(c)} radius ${Number(distance(c, p).toPrecision(6))}`,
+    shape: ([centre, p]) => (p ? [{ id: '', type: 'circle', centre, radius: distance(centre, p) }] : []),
+    ties: (name, [c]) => tie(name, 'centre', c),
+  },
+  arc: {
+    name: 'arc', clicks: 3,
+    text: ([c, a, b]) => `draw arc centre ${written(c)} from ${written(a)} to ${written(b)}`,
+    shape: ([centre, a, b]) => {
+      if (!a) return [];
+      if (!b) return [{ id: '', type: 'line', start: centre, end: a }];
+      const angle = (/** @type {Point} */ p) => Math.atan2(p[1] - centre[1], p[0] - centre[0]);
+      const start = angle(a), end = angle(b);
+      return [{ id: '', type: 'arc', centre, radius: distance(centre, a), start_angle: start, end_angle: end > start ? end : end + 2 * Math.PI }];
+    },
+    ties: (name, [c, a]) => [...tie(name, 'centre', c), ...tie(name, 'start', a)],
+  },
+  polyline: {
+    name: 'polyline', clicks: Infinity, levels: true,
+    text: (points) => {
+      const isClosed = points.length > 3 && distance(points[0], points[points.length - 1]) === 0;
+      return `draw polyline ${(isClosed ? points.slice(0, -1) : points).map(written).join(' ')}${isClosed ? ' closed' : ''}`;
+    },
+    shape: (points) => (points.length > 1 ? [{ id: '', type: 'polyline', vertices: points, bulges: points.map(() => 0), closed: false }] : []),
+    ties: () => [],
+  },
+  point: {
+    name: 'point', clicks: 1,
+    text: ([p]) => `draw point ${written(p)}`,
+    shape: ([p]) => (p ? [dotAt(p)] : []),
+    ties: (name, [p]) => tie(name, 'whole', p),
+  },
+};
+
+/** @param {Pick} pick */
+function endOf(pick) {
+  if (pick.place === 'start' || pick.place === 'end') return pick.place;
+  const pieces = piecesOf(pick.entity);
+  const [from, to] = pieces.length ? [pieces[0].from, pieces[pieces.length - 1].to] : gripsOf(pick.entity).map((grip) => grip.point);
+  return distance(pick.point, from) < distance(pick.point, to) ? 'start' : 'end';
+}
+
+/**
+ * @typedef {{name: string, label: string, key: string, icon: string, hint: string, option?: string,
+ *            make: (page: Page) => Tool}} Kit
+ */
+
+/** @type {Kit[][]} */
+const KITS = [
+  [
+    { name: 'line', label: 'Line', key: 'l', icon: 'M4 18L18 4', hint: 'Click two points; the next line goes on from there. Esc ends.',
+      make: (page) => new DrawTool(page, FIGURES.line) },
+    { name: 'circle', label: 'Circle', key: 'c', icon: 'M11 4a7 7 0 1 0 .01 0M11 11h.01', hint: 'Click the centre, then a point on the circle.',
+      make: (page) => new DrawTool(page, FIGURES.circle) },
+    { name: 'arc', label: 'Arc', key: 'a', icon: 'M4 17A13 13 0 0 1 18 5M4 17h.01M18 5h.01', hint: 'Click the centre, the start and the end; it runs counter-clockwise.',
+      make: (page) => new DrawTool(page, FIGURES.arc) },
+    { name: 'polyline', label: 'Polyline', key: 'y', icon: 'M3 17l5-9 5 6 6-10', hint: 'Click vertex after vertex; Enter or a double click ends.',
+      make: (page) => new DrawTool(page, FIGURES.polyline) },
+    { name: 'point', label: 'Point', key: 'o', icon: 'M11 5v12M5 11h12', hint: 'Click where the point is to be.',
+      make: (page) => new DrawTool(page, FIGURES.point) },
+  ],
+  [
+    { name: 'trim', label: 'Trim', key: 'x', icon: 'M3 11h6M13 11h6M11 3v16', hint: 'Point at the part to take out; what goes with it is struck out.',
+      make: (page) => new PickTool(page, (pick) => `trim ${named(pick.id)} at ${onCurve(pick, page)} by ${othersNear(page, pick.entity, 0)}`) },
+    { name: 'break', label: 'Break', key: 'b', icon: 'M3 11h6M13 11h6', hint: 'Click where the curve is to be cut in two.',
+      make: (page) => new PickTool(page, (pick) => `break ${named(pick.id)} at ${onCurve(pick, page)}`) },
+    { name: 'extend', label: 'Extend', key: 'e', icon: 'M3 11h10M10 8l3 3-3 3M18 4v14', hint: 'Point at the end that is to go on to the next curve.',
+      make: (page) => new PickTool(page, (pick) => `extend ${named(pick.id)} ${endOf(pick)} to ${othersNear(page, pick.entity, 1)}`) },
+    { name: 'fillet', label: 'Fillet', key: 'r', icon: 'M4 4v7a7 7 0 0 0 7 7h7', option: 'Radius', hint: 'Click two curves, or a corner of a polyline.',
+      make: (page) => new CornerTool(page, 'fillet', 'radius') },
+    { name: 'chamfer', label: 'Chamfer', key: 'h', icon: 'M4 4v8l6 6h8', option: 'Length', hint: 'Click two curves, or a corner of a polyline.',
+      make: (page) => new CornerTool(page, 'chamfer', 'by') },
+    { name: 'erase', label: 'Erase', key: 'd', icon: 'M5 5l12 12M17 5L5 17', hint: 'Point at what is to go; its constraints are struck out.',
+      make: (page) => new PickTool(page, (pick) => `erase ${named(pick.id)}`) },
+  ],
+];
+
+const UNPICKED = new Set(['internal', 'composite', 'g2_smooth']);  // kinds that belong to others
+
+export class Toolbox {
+  /** @param {Page} page @param {import('./types').Language} language */
+  constructor(page, language) {
+    this.page = page;
+    /** @type {Map<string, HTMLButtonElement>} */
+    this.buttons = new Map();
+    /** @type {Map<string, Kit>} */
+    this.kits = new Map();
+    const rail = byId('rail');
+    rail.append(this.#button({ name: 'pull', label: 'Pull', key: 'v', icon: 'M6 3l11 9-5 .7 3 5.3-2.4 1.3-2.9-5.4L6 17z', hint: '', make: () => { throw new Error(); } }, () => this.leave()));
+    for (const group of KITS) {
+      rail.append(element('hr'));
+      for (const kit of group) rail.append(this.#button(kit, () => this.take(kit)));
+    }
+    rail.append(element('hr'));
+    for (const kind of language.kinds) if (!UNPICKED.has(kind.name)) rail.append(this.#kindButton(kind));
+    this.#mark('pull');
+  }
+
+  /** @param {Kit} kit @param {() => void} take */
+  #button(kit, take) {
+    const button = element('button'), label = element('span', '', kit.label);
+    button.type = 'button';
+    button.title = `${kit.label} (${kit.key.toUpperCase()})${kit.hint ? `: ${kit.hint}` : ''}`;
+    button.setAttribute('aria-keyshortcuts', kit.key);
+    const icon = document.createElementNS('http://www.w3.org/2000/svg', 'svg'), path = document.createElementNS('http://www.w3.org/2000/svg', 'path');
+    icon.setAttribute('viewBox', '0 0 22 22');
+    icon.setAttribute('aria-hidden', 'true');
+    path.setAttribute('d', kit.icon);
+    icon.append(path);
+    button.append(icon, label);
+    button.addEventListener('click', take);
+    this.buttons.set(kit.name, button);
+    this.kits.set(kit.key, kit);
+    return button;
+  }
+
+  /** @param {import('./types').Kind} kind */
+  #kindButton(kind) {
+    const button = element('button', 'kind');
+    button.type = 'button';
+    button.title = `${kind.label}: ${kind.takes}`;
+    button.setAttribute('aria-label', `constrain ${kind.label}`);
+    button.append(signOf(kind));
+    button.addEventListener('click', () => this.take({
+      name: `constrain ${kind.name}`, label: kind.label, key: '', icon: '', hint: `${kind.label} takes ${kind.takes}. Click it; Enter takes what was clicked.`,
+      make: (page) => new ConstrainTool(page, kind),
+    }));
+    this.buttons.set(`constrain ${kind.name}`, button);
+    return button;
+  }
+
+  /** @param {string} name */
+  #mark(name) {
+    for (const [each, button] of this.buttons) button.setAttribute('aria-pressed', String(each === name));
+  }
+
+  /** @param {Kit} kit */
+  take(kit) {
+    this.page.tool?.leave();
+    this.page.showOption(kit.option || '');
+    this.page.hint(kit.hint);
+    this.#mark(kit.name);
+    byId('above').classList.add('aim');
+    this.page.tool = kit.make(this.page);
+    this.page.say(`${kit.label}: ${kit.hint}`);
+  }
+
+  leave() {
+    this.page.tool?.leave();
+    this.page.tool = null;
+    this.page.showOption('');
+    this.page.hint('');
+    this.page.light([]);
+    this.#mark('pull');
+    byId('above').classList.remove('aim');
+  }
+
+  /**
+   * A key for a tool; whether there is one.
+   * @param {string} key
+   */
+  keyed(key) {
+    if (key === 'v') this.leave();
+    else {
+      const kit = this.kits.get(key);
+      if (!kit) return false;
+      this.take(kit);
+    }
+    return true;
+  }
+}

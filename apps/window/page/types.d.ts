@@ -72,7 +72,7 @@ export interface Freedom {
 }
 
 export interface Kind {
-  name: string; label: string; sign: string; takes: string; mark: string;
+  name: string; label: string; sign: string; icon: string; takes: string; mark: string;
   coordinate: number; isDimension: boolean; isAngle: boolean;
 }
 export interface Verb { name: string; usage: string; example: string; purpose: string; }

@@ -7,6 +7,7 @@ import { Line } from './line.js';
 import { readGlyphs } from './marks.js';
 import { Painter } from './painter.js';
 import { Panel, constraintInWords } from './panel.js';
+import { Toolbox } from './tools.js';
 import { View } from './view.js';
 import { byId, counted, element, entityInWords, listed, named, written } from './words.js';
 
@@ -17,7 +18,8 @@ import { byId, counted, element, entityInWords, listed, named, written } from '.
 const PAN_STEP = 60;           // pixels that an arrow key moves the view by
 const ZOOM_STEP = 1.25;
 const FREEDOM_DELAY = 60;      // milliseconds: edits that follow one another are diagnosed once
-const HINT = 'Pull points and curves · wheel zooms · right button pans · double click edits a dimension · ? shows the keys';
+const SHARP_DELAY = 150;       // milliseconds without a pan until a large drawing is drawn anew
+const HINT = 'Pull points and curves · wheel zooms · right button pans · ? shows the keys';
 const KEYS = `F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · Shift+arrows move it · Delete erase
 Ctrl+Z undo · Ctrl+Shift+Z redo · Ctrl+S save · / type an edit · M marks · T names · Esc let go`;
 
@@ -53,10 +55,11 @@ export class Page {
     });
     this.line = new Line(language, () => this.drawing, (text) => void this.typed(text));
     this.hands = new Hands(this, above);
+    this.toolbox = new Toolbox(this, language);
     this.#buttons();
     this.#keys(above);
     this.#watchSize();
-    byId('hint').textContent = HINT;
+    this.hint('');
   }
 
   // --- The drawing as the server has it ---
@@ -198,7 +201,8 @@ export class Page {
 
   /** @param {string} id */
   spokenConstraint(id) {
-    const constraint = this.drawing.constraints.get(id), kind = constraint && this.kinds.get(constraint.type);
+    const constraint = this.drawing.constraints.get(id) || this.scene.trial?.change?.constraints.find((each) => each.id === id);
+    const kind = constraint && this.kinds.get(constraint.type);
     return kind ? `${kind.label} ${id}` : id;
   }
 
@@ -348,6 +352,73 @@ export class Page {
   }
 
   /**
+   * What a tool would do.
+   * @param {Result | null} trial
+   */
+  showTrial(trial) {
+    this.scene.trial = trial;
+    this.painter.lift(new Set((trial?.change?.entities || []).map((e) => e.id)));
+    this.paintSoon(true);
+  }
+
+  /**
+   * What a tool is pointed at.
+   * @param {string[]} entities
+   */
+  light(entities) {
+    this.#light(entities, []);
+  }
+
+  /** The number that a tool works with. */
+  option() {
+    return Number(/** @type {HTMLInputElement} */ (byId('option')).value) || 1;
+  }
+
+  /**
+   * @param {string} label empty: the tool takes no number
+   */
+  showOption(label) {
+    const option = /** @type {HTMLInputElement} */ (byId('option')), box = this.drawing.box();
+    byId('options').hidden = !label;
+    byId('option-label').textContent = label;
+    // A twentieth of the drawing's smaller side looks like a fillet, of whatever size the drawing is.
+    if (label && !option.value && box) option.value = String(Number((Math.min(box[2] - box[0], box[3] - box[1]) / 20 || 1).toPrecision(1)));
+  }
+
+  /**
+   * @param {string} text empty: what pulling takes
+   */
+  hint(text) {
+    byId('hint').textContent = text || HINT;
+  }
+
+  /**
+   * A name that nothing has.
+   * @param {string} base
+   */
+  freshName(base) {
+    let number = 1;
+    while (this.drawing.entities.has(`${base}${number}`)) number += 1;
+    return `${base}${number}`;
+  }
+
+  /**
+   * A tie that drawing suggests: one that follows already is not made.
+   * @param {string} text
+   */
+  async editIfItHolds(text) {
+    const tried = await link.attempt(text).catch(() => null);
+    if (tried?.done) await this.edit(text);
+  }
+
+  /**
+   * @param {() => void} what is to be done when all is drawn
+   */
+  afterPaint(what) {
+    requestAnimationFrame(() => requestAnimationFrame(what));
+  }
+
+  /**
    * A double click.
    * @param {Point} p @param {Point} at on the screen
    */
@@ -446,7 +517,10 @@ export class Page {
   /** The view is another one. */
   moved() {
     this.tip('');
-    this.paintSoon(true);
+    if (!this.painter.shift()) return this.paintSoon(true);
+    clearTimeout(this.sharpTimer);
+    this.sharpTimer = setTimeout(() => this.paintSoon(true), SHARP_DELAY);
+    this.paintSoon(false);
   }
 
   #watchSize() {
@@ -475,6 +549,10 @@ export class Page {
     on('copy-log', () => void this.copyLog());
     byId('copies').addEventListener('click', (event) => {
       if (event.target instanceof HTMLAnchorElement) byId('copies').removeAttribute('open');
+    });
+    byId('options').addEventListener('submit', (event) => {
+      event.preventDefault();
+      byId('above').focus();
     });
     byId('new-parameter').addEventListener('submit', (event) => {
       event.preventDefault();
@@ -541,7 +619,7 @@ export class Page {
       case 'f': case '0': return this.#look(() => this.view.fit(this.drawing.box()));
       case 'n': return this.#step(1);
       case 'p': return this.#step(-1);
-      case 'Enter': return this.#toggleHot();
+      case 'Enter': return this.tool ? this.tool.finish() === undefined : this.#toggleHot();
       case 'Escape': return this.escape();
       case 'Delete': case 'Backspace': return this.#erase();
       case '/': case ':': return this.line.put('') === undefined;
@@ -549,7 +627,7 @@ export class Page {
       case 't': return this.#look(() => { this.scene.names = !this.scene.names; });
       case '?': return this.say(KEYS) === undefined;
       case ' ': return true;
-      default: return false;
+      default: return this.toolbox.keyed(event.key);
     }
   }
 
@@ -563,7 +641,7 @@ export class Page {
   escape() {
     if (this.hands.letGo()) return true;
     if (this.tool) {
-      this.tool = null;
+      this.toolbox.leave();
       return true;
     }
     this.choose([], false, true);
@@ -615,9 +693,11 @@ async function start() {
   const page = new Page(language);
   Object.assign(window, { holdfast: page });  // for the curious, at the console, and for tests
   await page.load();
+  let wasGone = false;
   link.listen((number) => void page.hear(number), (isThere) => {
     page.showGone(!isThere);
-    if (isThere) void page.load();
+    if (isThere && wasGone) page.load().catch((failure) => page.complain(failure));
+    wasGone = !isThere;
   });
   document.body.dataset.ready = 'yes';
 }
