@@ -95,6 +95,8 @@ void Subproblem::makePattern() {
                     m_pattern.rows[at(next[column]++)] = m_firstRow[i] + r;
             }
             m_slots[at(s)].entry = entryNow[column];
+            m_places.push_back(
+                {entryNow[column], static_cast<std::int16_t>(m_slots[at(s)].input), m_slots[at(s)].sign < 0.0});
         }
     }
 }
@@ -148,9 +150,11 @@ void Subproblem::linearise(std::span<const double> x, std::vector<double>& resid
         const auto rows = detail::linearise(m_system.set, equation, m_system.values, m_slopes);
         std::copy_n(rows.begin(), equation.rows, residual.begin() + m_firstRow[i]);
         for (int s = m_firstSlot[i]; s < m_firstSlot[i + 1]; ++s) {
-            const Slot& slot = m_slots[at(s)];
-            for (int r = 0; r < equation.rows; ++r)
-                m_jacobian[at(slot.entry + r)] += slot.sign * m_slopes[at(r * equation.inputCount + slot.input)];
+            const Place& place = m_places[at(s)];
+            for (int r = 0; r < equation.rows; ++r) {
+                const double slope = m_slopes[at(r * equation.inputCount + place.input)];
+                m_jacobian[at(place.entry + r)] += place.isNegative ? -slope : slope;
+            }
         }
     }
 }
