@@ -25,7 +25,7 @@ constexpr double kTooSlow = 3000.0;  // ms for one solve of the other: bigger sk
 
 struct Plan {
     int most = 100000;  ///< constraints
-    Effort effort;
+    TimeToMeasure effort;
 };
 
 struct Row {
@@ -97,7 +97,7 @@ void print(const char* name, const Row& row) {
     std::fflush(stdout);
 }
 
-Row measure(const Workload& work, const std::string& whyNotOther, const Effort& effort) {
+Row measure(const Workload& work, const std::string& whyNotOther, const TimeToMeasure& effort) {
     Row row;
     row.constraints = static_cast<int>(work.sketch.constraints.size());
     row.rings = timeOwn(work, Scope::rings, effort);

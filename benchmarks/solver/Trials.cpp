@@ -59,7 +59,7 @@ double timeSteps(Step step, double enough) {
 
 }  // namespace
 
-Times timeOwn(const Workload& work, Scope reach, const Effort& effort) {
+Times timeOwn(const Workload& work, Scope reach, const TimeToMeasure& effort) {
     Times times;
     const auto check = [&](const SolveResult& result, const char* what) {
         if (!result.isSolved())
@@ -95,7 +95,7 @@ Times timeOwn(const Workload& work, Scope reach, const Effort& effort) {
     return times;
 }
 
-Times timeOther(const Workload& work, const Effort& effort) {
+Times timeOther(const Workload& work, const TimeToMeasure& effort) {
     Times times;
     const auto check = [&](std::optional<const char*> trouble) {
         if (trouble)

@@ -18,13 +18,13 @@ struct Times {
 };
 
 /// How long to measure one thing, in ms.
-struct Effort {
+struct TimeToMeasure {
     double solves = 1000.0;
     double steps = 4000.0;  ///< of a drag
 };
 
-Times timeOwn(const Workload& work, Scope reach, const Effort& effort);
-Times timeOther(const Workload& work, const Effort& effort);
+Times timeOwn(const Workload& work, Scope reach, const TimeToMeasure& effort);
+Times timeOther(const Workload& work, const TimeToMeasure& effort);
 
 /// One step of a drag of the whole part that is far longer than an element.
 struct Jump {

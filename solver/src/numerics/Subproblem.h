@@ -78,7 +78,12 @@ public:
     EquationSystem& system() { return m_system; }
 
 private:
-    /// One value that hangs on an unknown, close together because all are written in every iteration.
+    /// One value that is an unknown's, as nearly all are; close together because all are written in every iteration.
+    struct Equal {
+        int value, column;
+    };
+
+    /// One that hangs on an unknown otherwise.
     struct Member {
         int value, column;
         double sign, offset;
@@ -104,7 +109,9 @@ private:
     std::vector<int> m_unknowns;
     std::vector<int> m_equations;
     std::vector<double> m_metric;
+    std::vector<Equal> m_equals;
     std::vector<Member> m_members;
+    std::vector<double> m_weights;  ///< of the unknowns' values together, see EquationSystem::weightOf()
     std::vector<Slack> m_slacks;
     std::vector<int> m_entities, m_senses;
     std::vector<int> m_firstRow;   ///< per equation

@@ -16,23 +16,15 @@ constexpr std::size_t kNear = 192;
 /// Parts up to so many times as large are taken as a whole.
 constexpr std::size_t kAsGood = 4;
 
-/// Binding constraints by element. Two passes over all places, and nothing else of the sketch's size.
+/// Binding constraints by element. Constraints lie about in memory: each is looked at once.
 ListTable constraintsByElement(const SketchData& sketch) {
-    ListTable table;
-    table.starts.assign(sketch.entities.size() + 2, 0);
-    const auto forEach = [&](auto&& visit) {
-        for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
-            if (sketch.constraints[c].binds())
-                for (const SketchPlace& place : sketch.constraints[c].refs)
-                    visit(at(place.entity), static_cast<int>(c));
-    };
-    forEach([&](std::size_t element, int) { ++table.starts[element + 2]; });
-    for (std::size_t i = 2; i < table.starts.size(); ++i)
-        table.starts[i] += table.starts[i - 1];
-    table.items.resize(at(table.starts.back()));
-    forEach([&](std::size_t element, int c) { table.items[at(table.starts[element + 1]++)] = c; });
-    table.starts.pop_back();
-    return table;
+    std::vector<std::pair<int, int>> uses;
+    uses.reserve(2 * sketch.constraints.size());
+    for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
+        if (sketch.constraints[c].binds())
+            for (const SketchPlace& place : sketch.constraints[c].refs)
+                uses.emplace_back(place.entity, static_cast<int>(c));
+    return tabulate(static_cast<int>(sketch.entities.size()), uses);
 }
 
 std::vector<Target> asTargets(std::span<const int> values) {
