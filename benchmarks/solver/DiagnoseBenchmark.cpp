@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -27,48 +26,6 @@ double milliseconds(auto&& work) {
     const auto start = std::chrono::steady_clock::now();
     work();
     return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-}
-
-std::string idOf(int number) {
-    return std::to_string(number);
-}
-
-/// Lines from one point outwards, each of its own length.
-SketchData starOf(int lines) {
-    SketchData sketch;
-    for (int i = 0; i < lines; ++i) {
-        const double angle = 6.0 * i / lines;
-        sketch.addLine(idOf(i), {0, 0}, {(9.0 + i % 3) * std::cos(angle), (9.0 + i % 3) * std::sin(angle)});
-        if (i > 0)
-            sketch.addConstraint({idOf(i), ConstraintType::coincident, {{0, PlaceKind::start}, {i, PlaceKind::start}}});
-    }
-    sketch.takeReference();
-    return sketch;
-}
-
-/// Slots side by side, all of one radius.
-SketchData slotsOf(int entities) {
-    SketchData sketch;
-    constexpr double pi = 3.141592653589793;
-    int next = 0;
-    const auto join = [&](ConstraintType type, std::vector<SketchPlace> places) {
-        sketch.addConstraint({idOf(next++), type, std::move(places)});
-    };
-    for (int i = 0; 4 * i < entities; ++i) {
-        const double y = 5.0 * i;
-        const int left = sketch.addArc(idOf(4 * i), {{0, y}, 2, pi / 2, 3 * pi / 2});
-        const int right = sketch.addArc(idOf(4 * i + 1), {{9, y}, 2, 3 * pi / 2, 5 * pi / 2});
-        const int below = sketch.addLine(idOf(4 * i + 2), {0, y - 2}, {9, y - 2});
-        const int above = sketch.addLine(idOf(4 * i + 3), {9, y + 2}, {0, y + 2});
-        join(ConstraintType::tangent, {{left, PlaceKind::end}, {below, PlaceKind::start}});
-        join(ConstraintType::tangent, {{below, PlaceKind::end}, {right, PlaceKind::start}});
-        join(ConstraintType::tangent, {{right, PlaceKind::end}, {above, PlaceKind::start}});
-        join(ConstraintType::tangent, {{above, PlaceKind::end}, {left, PlaceKind::start}});
-        if (i > 0)
-            join(ConstraintType::equal, {{0, PlaceKind::whole}, {left, PlaceKind::whole}});
-    }
-    sketch.takeReference();
-    return sketch;
 }
 
 SketchData gridWith(int entities) {

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstring>
 #include <map>
+#include <set>
 
 #include "geometry/DisjointSets.h"
 
@@ -31,6 +32,7 @@ struct OtherSolver::Data {
     std::map<int, Slvs_hParam> paramOfValue;             ///< by value of the sketch
     std::map<std::pair<int, int>, Slvs_hEntity> points;  ///< by element and place
     std::vector<Slvs_hParam> dragged;
+    std::set<int> held;  ///< first values of the sets of points that do not move
 
     Slvs_hParam addParam(Slvs_hGroup group, double value) {
         const auto handle = static_cast<Slvs_hParam>(params.size() + 1);
@@ -63,11 +65,12 @@ struct OtherSolver::Data {
 
     Slvs_hEntity newPoint(const SketchData& sketch, int firstValue) {
         const auto v = static_cast<std::size_t>(firstValue);
-        const Slvs_hParam x = addParam(kSketch, sketch.values[v]), y = addParam(kSketch, sketch.values[v + 1]);
+        const Slvs_hGroup group = held.contains(firstValue) ? kBase : kSketch;
+        const Slvs_hParam x = addParam(group, sketch.values[v]), y = addParam(group, sketch.values[v + 1]);
         paramOfValue[firstValue] = x;
         paramOfValue[firstValue + 1] = y;
         const Slvs_hEntity handle = nextEntity();
-        entities.push_back(Slvs_MakePoint2d(handle, kSketch, kPlane, x, y));
+        entities.push_back(Slvs_MakePoint2d(handle, group, kPlane, x, y));
         return handle;
     }
 
@@ -82,15 +85,34 @@ struct OtherSolver::Data {
             const SketchEntity& entity = sketch.entities[static_cast<std::size_t>(place.entity)];
             return static_cast<std::size_t>(endsOf(entity) + (place.kind == PlaceKind::end ? 2 : 0));
         };
+        const auto isEnd = [](const SketchPlace& place) {
+            return place.kind == PlaceKind::start || place.kind == PlaceKind::end;
+        };
         for (const SketchConstraint& constraint : sketch.constraints) {
-            if (constraint.type == ConstraintType::coincident)
-                meeting.join(firstValue(constraint.refs.front()), firstValue(constraint.refs.back()));
+            const SketchPlace &a = constraint.refs.front(), &b = constraint.refs.back();
+            const bool isJoint = constraint.type == ConstraintType::tangent && isEnd(a) && isEnd(b);
+            if (isJoint || constraint.type == ConstraintType::coincident)
+                meeting.join(firstValue(a), firstValue(b));
         }
+        for (const SketchEntity& entity : sketch.entities)
+            if (entity.fixed)
+                held.insert(static_cast<int>(meeting.find(static_cast<std::size_t>(entity.firstValue))));
+        for (const SketchConstraint& constraint : sketch.constraints)
+            if (constraint.type == ConstraintType::fixed && isEnd(constraint.refs.front()))
+                held.insert(static_cast<int>(meeting.find(firstValue(constraint.refs.front()))));
     }
 
     void addElement(const SketchData& sketch, int number) {
         const SketchEntity& entity = sketch.entities[static_cast<std::size_t>(number)];
+        if (entity.kind == EntityKind::point) {
+            const Slvs_hEntity point = addPoint(sketch, entity.firstValue);
+            points[{number, static_cast<int>(PlaceKind::whole)}] = point;
+            elements.push_back(point);
+            return;
+        }
         const bool isArc = entity.kind == EntityKind::arc;
+        if (!isArc && entity.kind != EntityKind::line)
+            throw SketchError(entity.id + ": it has no counterpart in the other solver");
         const int ends = endsOf(entity);
         const Slvs_hEntity centre = isArc ? addPoint(sketch, entity.firstValue) : 0;
         const Slvs_hEntity start = addPoint(sketch, ends), end = addPoint(sketch, ends + 2);
@@ -102,15 +124,20 @@ struct OtherSolver::Data {
         elements.push_back(handle);
     }
 
-    void addConstraint(int type, Slvs_hEntity p, Slvs_hEntity q, Slvs_hEntity a, Slvs_hEntity b, int other = 0) {
+    void addConstraint(int type, Slvs_hEntity p, Slvs_hEntity q, Slvs_hEntity a, Slvs_hEntity b, int other = 0,
+                       double value = 0.0) {
         const auto handle = static_cast<Slvs_hConstraint>(constraints.size() + 1);
-        constraints.push_back(Slvs_MakeConstraint(handle, kSketch, type, kPlane, 0.0, p, q, a, b));
+        constraints.push_back(Slvs_MakeConstraint(handle, kSketch, type, kPlane, value, p, q, a, b));
         constraints.back().other = other;
     }
 
     Slvs_hEntity element(const SketchPlace& place) const { return elements[static_cast<std::size_t>(place.entity)]; }
     Slvs_hEntity point(const SketchPlace& place) const {
         return points.at({place.entity, static_cast<int>(place.kind)});
+    }
+
+    Slvs_hEntity endOf(const SketchPlace& place, PlaceKind end) const {
+        return points.at({place.entity, static_cast<int>(end)});
     }
 
     void addConstraint(const SketchData& sketch, const SketchConstraint& constraint) {
@@ -122,8 +149,17 @@ struct OtherSolver::Data {
         switch (constraint.type) {
             case ConstraintType::coincident:
                 return;
+            case ConstraintType::fixed:
+                return;
             case ConstraintType::horizontal:
+                if (constraint.refs.size() == 2)
+                    return addConstraint(SLVS_C_HORIZONTAL, point(a), point(b), 0, 0);
                 return addConstraint(SLVS_C_HORIZONTAL, 0, 0, element(a), 0);
+            case ConstraintType::distance:
+                return addConstraint(SLVS_C_PT_PT_DISTANCE, endOf(a, PlaceKind::start), endOf(a, PlaceKind::end), 0, 0,
+                                     0, constraint.value);
+            case ConstraintType::radius:
+                return addConstraint(SLVS_C_DIAMETER, 0, 0, element(a), 0, 0, 2.0 * constraint.value);
             case ConstraintType::vertical:
                 return addConstraint(SLVS_C_VERTICAL, 0, 0, element(a), 0);
             case ConstraintType::perpendicular:

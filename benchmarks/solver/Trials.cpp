@@ -1,6 +1,8 @@
 #include "benchmarks/solver/Trials.h"
 
 #include <algorithm>
+#include <cmath>
+#include <numbers>
 
 #include "benchmarks/Timing.h"
 #include "benchmarks/solver/OtherSolver.h"
@@ -57,7 +59,7 @@ double timeSteps(Step step, double enough) {
 
 }  // namespace
 
-Times timeOwn(const Workload& work, Scope reach, const Effort& effort) {
+Times timeOwn(const Workload& work, Scope reach, const TimeToMeasure& effort) {
     Times times;
     const auto check = [&](const SolveResult& result, const char* what) {
         if (!result.isSolved())
@@ -69,6 +71,7 @@ Times timeOwn(const Workload& work, Scope reach, const Effort& effort) {
                              [&] { check(solve(sketch, {.reach = reach, .namesConflicts = false}), "solve failed"); },
                              effort.solves);
     times.residual = shortfallOf(sketch);
+    times.miss = times.residual * sketch.size();
 
     const std::vector<int> handles{work.handle, work.handle + 1};
     const auto stepTo = [&](DragSession& session, int step) {
@@ -86,11 +89,13 @@ Times timeOwn(const Workload& work, Scope reach, const Effort& effort) {
     DragSession session(sketch, handles, reach);
     stepTo(session, 1);
     times.laterStep = timeSteps([&](int step) { stepTo(session, step); }, effort.steps);
-    times.residual = std::max(times.residual, shortfallOf(sketch));
+    const double shortfall = shortfallOf(sketch);
+    times.residual = std::max(times.residual, shortfall);
+    times.miss = std::max(times.miss, shortfall * sketch.size());
     return times;
 }
 
-Times timeOther(const Workload& work, const Effort& effort) {
+Times timeOther(const Workload& work, const TimeToMeasure& effort) {
     Times times;
     const auto check = [&](std::optional<const char*> trouble) {
         if (trouble)
@@ -126,6 +131,33 @@ Times timeOther(const Workload& work, const Effort& effort) {
     other->read(answer);
     times.residual = std::max(times.residual, shortfallOf(answer));
     return times;
+}
+
+Jump timeJump(const Workload& work, double way) {
+    constexpr int directions = 8, runs = 2;
+    Jump jump;
+    for (int i = 0; i < directions; ++i) {
+        const double angle = 2.0 * std::numbers::pi * i / directions;
+        const auto v = static_cast<std::size_t>(work.handle);
+        const double goal[] = {work.sketch.values[v] + way * std::cos(angle),
+                               work.sketch.values[v + 1] + way * std::sin(angle)};
+        double least = 1e300;
+        bool isSolved = true;
+        for (int run = 0; run < runs && least > 0.0; ++run) {
+            SketchData sketch = work.sketch;
+            DragSession session(sketch, {work.handle, work.handle + 1}, Scope::part);
+            least = std::min(least, timed([&] { isSolved = session.step(goal).isSolved() && isSolved; }));
+        }
+        jump.milliseconds = std::max(jump.milliseconds, least);
+        jump.unsolved += isSolved ? 0 : 1;
+    }
+    return jump;
+}
+
+bool solvesShaken(const Workload& work, double amount) {
+    SketchData sketch = work.sketch;
+    disturb(sketch, amount);
+    return solve(sketch, {.reach = Scope::part, .namesConflicts = false}).isSolved();
 }
 
 std::pair<double, double> timeBesideOthers(const Workload& work, int others) {

@@ -177,6 +177,43 @@ Workload mechanismOf(int constraints) {
     return work;
 }
 
+SketchData starOf(int lines) {
+    SketchData sketch;
+    for (int i = 0; i < lines; ++i) {
+        const double angle = 6.0 * i / lines;
+        sketch.addLine(std::to_string(i), {0, 0}, {(9.0 + i % 3) * std::cos(angle), (9.0 + i % 3) * std::sin(angle)});
+        if (i > 0)
+            sketch.addConstraint(
+                {std::to_string(i), ConstraintType::coincident, {{0, PlaceKind::start}, {i, PlaceKind::start}}});
+    }
+    sketch.takeReference();
+    return sketch;
+}
+
+SketchData slotsOf(int entities) {
+    SketchData sketch;
+    constexpr double pi = std::numbers::pi;
+    int next = 0;
+    const auto join = [&](ConstraintType type, std::vector<SketchPlace> places) {
+        sketch.addConstraint({std::to_string(next++), type, std::move(places)});
+    };
+    for (int i = 0; 4 * i < entities; ++i) {
+        const double y = 5.0 * i;
+        const int left = sketch.addArc(std::to_string(4 * i), {{0, y}, 2, pi / 2, 3 * pi / 2});
+        const int right = sketch.addArc(std::to_string(4 * i + 1), {{9, y}, 2, 3 * pi / 2, 5 * pi / 2});
+        const int below = sketch.addLine(std::to_string(4 * i + 2), {0, y - 2}, {9, y - 2});
+        const int above = sketch.addLine(std::to_string(4 * i + 3), {9, y + 2}, {0, y + 2});
+        join(ConstraintType::tangent, {{left, PlaceKind::end}, {below, PlaceKind::start}});
+        join(ConstraintType::tangent, {{below, PlaceKind::end}, {right, PlaceKind::start}});
+        join(ConstraintType::tangent, {{right, PlaceKind::end}, {above, PlaceKind::start}});
+        join(ConstraintType::tangent, {{above, PlaceKind::end}, {left, PlaceKind::start}});
+        if (i > 0)
+            join(ConstraintType::equal, {{0, PlaceKind::whole}, {left, PlaceKind::whole}});
+    }
+    sketch.takeReference();
+    return sketch;
+}
+
 void addIslands(SketchData& sketch, int count) {
     const int perRow = std::max(1, static_cast<int>(std::sqrt(count)));
     for (int i = 0; i < count; ++i) {

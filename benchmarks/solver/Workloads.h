@@ -27,6 +27,12 @@ Workload gridOf(int constraints);
 Workload islandsOf(int constraints);
 Workload mechanismOf(int constraints);
 
+/// Lines from one point outwards, each of its own length.
+SketchData starOf(int lines);
+
+/// Slots side by side, all of one radius.
+SketchData slotsOf(int entities);
+
 /// Adds triangles like those of islandsOf beside the sketch.
 void addIslands(SketchData& sketch, int count);
 

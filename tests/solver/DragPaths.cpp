@@ -142,21 +142,20 @@ std::vector<DragPath> scriptedDrags() {
     return {slider(), sliderCrank(), straightArm(), chain(), tangentChain(), fourBar(), onSpline()};
 }
 
-DragFigures followed(DragPath path) {
+DragFigures figuresOf(DragPath& path, const std::function<bool(Vec2 goal)>& step, const std::function<void()>& land) {
     using Clock = std::chrono::steady_clock;
     SketchData& sketch = path.sketch;
     const std::vector<double> start = sketch.values;
     const double size = sketch.size();
     DragFigures figures;
-    DragSession session(sketch, {path.handle, path.handle + 1});
     Vec2 last = path.goals.back();
     for (const Vec2 goal : path.goals) {
         const std::vector<double> before = sketch.values;
-        const double goals[] = {goal.x, goal.y};
         const Clock::time_point begin = Clock::now();
-        figures.unsolved += !session.step(goals).isSolved();
+        figures.unsolved += !step(goal);
         figures.milliseconds += std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
-        figures.held += session.miss() > 1e-9 * size;
+        const Vec2 handle{sketch.values[at(path.handle)], sketch.values[at(path.handle + 1)]};
+        figures.held += std::max(std::abs(goal.x - handle.x), std::abs(goal.y - handle.y)) > 1e-9 * size;
         const double pointer = std::hypot(goal.x - last.x, goal.y - last.y);
         figures.jump = std::max(figures.jump, farthest(before, sketch.values) / pointer);
         figures.flips += isTurned(sketch);
@@ -164,9 +163,18 @@ DragFigures followed(DragPath path) {
         figures.residual = std::max(figures.residual, *std::max_element(misses.begin(), misses.end()) / size);
         last = goal;
     }
-    session.land();
+    land();
     figures.hysteresis = farthest(start, sketch.values) / size;
     return figures;
+}
+
+DragFigures followed(DragPath path) {
+    DragSession session(path.sketch, {path.handle, path.handle + 1});
+    const auto step = [&](Vec2 goal) {
+        const double goals[] = {goal.x, goal.y};
+        return session.step(goals).isSolved();
+    };
+    return figuresOf(path, step, [&] { session.land(); });
 }
 
 }  // namespace holdfast::solver::detail

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -33,5 +34,9 @@ struct DragFigures {
 
 /// Follows the path, and lands at its end.
 DragFigures followed(DragPath path);
+
+/// The same with another way of making a step, which leaves what it finds in the path's sketch and says whether it has
+/// found anything, and of landing.
+DragFigures figuresOf(DragPath& path, const std::function<bool(Vec2 goal)>& step, const std::function<void()>& land);
 
 }  // namespace holdfast::solver::detail

@@ -160,6 +160,58 @@ TEST(EquationSlopes, AgreeWithDifferencesForEveryFormulaAndOperand) {
         EXPECT_TRUE(coverage.operands.contains(static_cast<OperandKind>(operand))) << "operand " << operand;
 }
 
+/// Rows and slopes that are worked out by hand beside those of dual numbers; the formulas that were found.
+std::set<ResidualKind> expectSameAsDuals(const EquationSystem& system) {
+    std::set<ResidualKind> found;
+    std::vector<double> slopes, byDuals;
+    for (const Equation& equation : system.set.equations) {
+        if (!equation.isClosed)
+            continue;
+        found.insert(equation.residualKind);
+        const auto rows = linearise(system.set, equation, system.values, slopes);
+        const auto plain = residuals(system.set, equation, system.values);
+        const auto expected = lineariseByDuals(system.set, equation, system.values, byDuals);
+        EXPECT_EQ(slopes.size(), byDuals.size());
+        for (std::size_t row = 0; row < equation.rows; ++row) {
+            EXPECT_NEAR(rows[row], expected[row], 1e-13 * system.size);
+            EXPECT_EQ(rows[row], plain[row]);
+        }
+        for (std::size_t k = 0; k < byDuals.size(); ++k)
+            EXPECT_NEAR(slopes[k], byDuals[k], 1e-13 * (1 + std::abs(byDuals[k])))
+                << "residualKind " << static_cast<int>(equation.residualKind) << " mode "
+                << static_cast<int>(equation.mode) << " slope " << k;
+    }
+    return found;
+}
+
+TEST(EquationSlopes, WorkedOutByHandAreThoseOfDualNumbers) {
+    std::set<ResidualKind> found;
+    for (const char* text : {kPoints, kCurves, kDirectionTexts, kTangents, kSmooth}) {
+        const SketchText sketch(text);
+        KeptSizes sizes;
+        for (const auto& [id, number] : sketch.numbers)
+            sizes.shapes.push_back({number, 10.0, 10.0, 10.0});
+        for (const EquationSystem& system :
+             {buildSystem(sketch.sketch), buildSystem(sketch.sketch, bindingConstraints(sketch.sketch), sizes),
+              buildPlainSystem(sketch.sketch, bindingConstraints(sketch.sketch))})
+            found.merge(expectSameAsDuals(system));
+    }
+    using enum ResidualKind;
+    for (const ResidualKind kind :
+         {equalScalars, scalarIs, samePoint, pointsDistance, pointLine, pointCircle, directions, heading, lineLength,
+          equalLengths, radiusIs, equalRadii, mirrored, inverted, lineCircle, circleCircle})
+        EXPECT_TRUE(found.contains(kind)) << "residualKind " << static_cast<int>(kind) << " not tried";
+}
+
+TEST(EquationSlopes, AreThoseOfDualNumbersWhereALineHasNoLength) {
+    const SketchText sketch(
+        "line a 1,1 1,1; line d 2,2 2,2; circle c 1,1 2; parallel a d; distance a = 3; equal a d;"
+        "point_on_curve d.start c");
+    SketchText inside("circle c 1,1 2; point p 1,1; point_on_curve p c");
+    expectSameAsDuals(buildSystem(sketch.sketch));
+    expectSameAsDuals(buildSystem(inside.sketch));
+}
+
 TEST(EquationSlopes, AreFiniteWhereALineHasNoLength) {
     SketchText sketch("line a 1,1 1,1; line b 0,0 4,0; line d 2,2 2,2; parallel a d; distance a = 3; equal a b");
     const EquationSystem system = buildSystem(sketch.sketch);

@@ -32,6 +32,7 @@ int Extract::valueOf(int value) const {
 void Extract::take(int number) {
     if (!m_numbers.emplace(number, static_cast<int>(m_sketch.entities.size())).second)
         return;
+    m_taken.push_back(number);
     SketchEntity entity = m_source.entities[at(number)];
     takeValues(entity);
     if (entity.spline >= 0) {

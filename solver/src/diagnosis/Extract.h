@@ -16,6 +16,7 @@ public:
     const SketchData& sketch() const { return m_sketch; }
     SketchData& sketch() { return m_sketch; }
     const std::vector<Target>& targets() const { return m_targets; }
+    std::span<const int> taken() const { return m_taken; }  ///< the elements' numbers there, by number here
 
 private:
     int valueOf(int value) const;
@@ -26,6 +27,7 @@ private:
     const SketchData& m_source;
     SketchData m_sketch;
     std::map<int, int> m_numbers;  ///< of elements: there, here
+    std::vector<int> m_taken;
     std::vector<Target> m_targets;
 };
 

@@ -116,6 +116,10 @@ IterationReport restore(Subproblem& subproblem, std::span<const double> weights,
 
 IterationReport settle(Subproblem& subproblem, const Pull& pull, std::vector<double>& x,
                        const IterationLimits& limits) {
+    if (hasCarriedTo(subproblem, pull, x)) {
+        subproblem.write(x);
+        return slide(subproblem, pull, x, limits, subproblem.carried().residual);
+    }
     std::vector<double> rows;
     subproblem.evaluate(x, rows);
     double residual = largest(rows);

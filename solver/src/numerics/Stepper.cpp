@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include "solver/src/numerics/DenseStep.h"
 
@@ -71,6 +72,13 @@ std::span<const double> Stepper::chordStep(std::span<const double> wish, std::sp
              ++k)
             m_step[j] -= jacobian[k] * lastMultiplier[static_cast<std::size_t>(pattern.rows[k])];
     }
+    return solve(false);
+}
+
+std::span<const double> Stepper::followingStep(std::span<const double> change) {
+    residual.assign(static_cast<std::size_t>(m_subproblem.rowCount()), 0.0);
+    m_step.resize(change.size());
+    std::transform(m_weights.begin(), m_weights.end(), change.begin(), m_step.begin(), std::multiplies<>());
     return solve(false);
 }
 

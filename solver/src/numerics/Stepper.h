@@ -51,6 +51,9 @@ public:
     /// multiplier the last one, and the step's own multiplier is what it changes by.
     std::span<const double> chordStep(std::span<const double> wish, std::span<const double> lastMultiplier);
 
+    /// From a point that is nearest to its targets: to the one that is when these change, with the factors at hand.
+    std::span<const double> followingStep(std::span<const double> change);
+
     /// Longest movement of geometry in a step.
     double reach(std::span<const double> step) const;
 

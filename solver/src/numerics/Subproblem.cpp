@@ -22,8 +22,14 @@ Subproblem::Subproblem(EquationSystem& system, std::span<const int> unknowns)
         // What a wish is missed by weighs more than it moves.
         const bool isSlack = first >= m_system.figureValueCount;
         m_metric.push_back(isSlack ? std::min(m_system.metric[at(first)], 1.0) : m_system.metric[at(first)]);
-        for (const int v : m_system.valuesOfUnknown[u])
-            m_members.push_back({v, column, m_system.links[at(v)].sign, m_system.links[at(v)].offset});
+        m_weights.push_back(m_system.weightOf(u));
+        for (const int v : m_system.valuesOfUnknown[u]) {
+            const ValueLink& link = m_system.links[at(v)];
+            if (link.sign == 1.0 && link.offset == 0.0)
+                m_equals.push_back({v, column});
+            else
+                m_members.push_back({v, column, link.sign, link.offset});
+        }
     }
     makePattern();
     listSlacks();
@@ -95,6 +101,8 @@ void Subproblem::makePattern() {
                     m_pattern.rows[at(next[column]++)] = m_firstRow[i] + r;
             }
             m_slots[at(s)].entry = entryNow[column];
+            m_places.push_back(
+                {entryNow[column], static_cast<std::int16_t>(m_slots[at(s)].input), m_slots[at(s)].sign < 0.0});
         }
     }
 }
@@ -109,14 +117,22 @@ void Subproblem::listSlacks() {
 }
 
 std::vector<double> Subproblem::read() const {
-    std::vector<double> x;
-    x.reserve(m_unknowns.size());
-    for (const int u : m_unknowns)
-        x.push_back(m_system.meanOf(u));
+    std::vector<double> x(m_unknowns.size(), 0.0);
+    const auto add = [&](int value, int column, double unknown) {
+        x[at(column)] += m_system.metric[at(value)] * m_system.metric[at(value)] * unknown;
+    };
+    for (const Equal& equal : m_equals)
+        add(equal.value, equal.column, m_system.values[at(equal.value)]);
+    for (const Member& member : m_members)
+        add(member.value, member.column, member.sign * (m_system.values[at(member.value)] - member.offset));
+    for (std::size_t j = 0; j < x.size(); ++j)
+        x[j] /= m_weights[j];
     return x;
 }
 
 void Subproblem::write(std::span<const double> x) {
+    for (const Equal& equal : m_equals)
+        m_system.values[at(equal.value)] = x[at(equal.column)];
     for (const Member& member : m_members)
         m_system.values[at(member.value)] = member.sign * x[at(member.column)] + member.offset;
 }
@@ -148,9 +164,11 @@ void Subproblem::linearise(std::span<const double> x, std::vector<double>& resid
         const auto rows = detail::linearise(m_system.set, equation, m_system.values, m_slopes);
         std::copy_n(rows.begin(), equation.rows, residual.begin() + m_firstRow[i]);
         for (int s = m_firstSlot[i]; s < m_firstSlot[i + 1]; ++s) {
-            const Slot& slot = m_slots[at(s)];
-            for (int r = 0; r < equation.rows; ++r)
-                m_jacobian[at(slot.entry + r)] += slot.sign * m_slopes[at(r * equation.inputCount + slot.input)];
+            const Place& place = m_places[at(s)];
+            for (int r = 0; r < equation.rows; ++r) {
+                const double slope = m_slopes[at(r * equation.inputCount + place.input)];
+                m_jacobian[at(place.entry + r)] += place.isNegative ? -slope : slope;
+            }
         }
     }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "solver/src/Uses.h"
 #include "solver/src/numerics/LagrangianHessian.h"
 #include "solver/src/numerics/LinearSolver.h"
@@ -63,11 +65,11 @@ public:
 
     LinearSolver& linearSolver() { return m_linear; }
 
-    /// What the factors at hand were made with, and what multiplied the equations at the nearest point that was found
-    /// with them: the next search, from a place that differs little, begins with both. No weights: there is nothing
-    /// to begin with.
+    /// The nearest point that was found with the factors at hand: a search that begins there, for other targets,
+    /// begins with all of it. No weights: there is nothing to begin with.
     struct Carried {
-        std::vector<double> weights, multiplier;
+        std::vector<double> weights, targets, x, multiplier;
+        double residual = 0.0;
     };
     Carried& carried() { return m_carried; }
 
@@ -76,10 +78,22 @@ public:
     EquationSystem& system() { return m_system; }
 
 private:
-    /// One value that hangs on an unknown, close together because all are written in every iteration.
+    /// One value that is an unknown's, as nearly all are; close together because all are written in every iteration.
+    struct Equal {
+        int value, column;
+    };
+
+    /// One that hangs on an unknown otherwise.
     struct Member {
         int value, column;
         double sign, offset;
+    };
+
+    /// What linearise() needs of a slot, close together because all are gone through in every iteration.
+    struct Place {
+        int entry;
+        std::int16_t input;
+        bool isNegative;
     };
 
     /// What a wish misses: one value of its own, and the row that tells it.
@@ -95,12 +109,15 @@ private:
     std::vector<int> m_unknowns;
     std::vector<int> m_equations;
     std::vector<double> m_metric;
+    std::vector<Equal> m_equals;
     std::vector<Member> m_members;
+    std::vector<double> m_weights;  ///< of the unknowns' values together, see EquationSystem::weightOf()
     std::vector<Slack> m_slacks;
     std::vector<int> m_entities, m_senses;
     std::vector<int> m_firstRow;   ///< per equation
     std::vector<int> m_firstSlot;  ///< per equation, one more at the end
     std::vector<Slot> m_slots;
+    std::vector<Place> m_places;  ///< per slot
     std::vector<double> m_jacobian;
     std::vector<double> m_slopes;
     ColumnPattern m_pattern;

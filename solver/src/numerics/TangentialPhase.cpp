@@ -23,6 +23,20 @@ double pullOf(const Pull& pull, std::span<const double> x) {
     return 0.5 * sum;
 }
 
+}  // namespace
+
+bool hasCarriedTo(Subproblem& subproblem, const Pull& pull, std::span<const double> x) {
+    const Subproblem::Carried& carried = subproblem.carried();
+    if (carried.weights != pull.weights)
+        return false;
+    for (std::size_t j = 0; j < x.size(); ++j)
+        if (!(std::abs(x[j] - carried.x[j]) * subproblem.metric()[j] <= subproblem.system().aim))
+            return false;
+    return true;
+}
+
+namespace {
+
 /// The way along the equations from one point to the next.
 class Slider {
 public:
@@ -39,10 +53,7 @@ public:
           m_residual(std::max(residual, kSharp * m_system.aim)),
           m_residualNow(residual) {
         m_isGuarded = m_limits.isSound && m_limits.isSound(1.0);
-        const Subproblem::Carried& carried = subproblem.carried();
-        m_hasCarried = carried.weights == pull.weights;
-        if (m_hasCarried)
-            m_multiplier = carried.multiplier;
+        m_hasCarried = hasCarriedTo(subproblem, pull, x);
     }
 
     /// Writes the point that was reached; the residual there.
@@ -56,8 +67,9 @@ public:
 
     /// The factors at hand are those that found the nearest point: a search that begins near it begins with them.
     void carryOver() {
-        if (!m_isCurved && !m_isStale && !m_multiplier.empty())
-            m_subproblem.carried() = {m_pull.weights, m_multiplier};
+        m_subproblem.carried().weights.clear();
+        if (!m_isCurved && !m_isStale && !m_multiplier.empty() && m_carriedSteps <= kWorthCarrying)
+            m_subproblem.carried() = {m_pull.weights, m_pull.targets, m_x, m_multiplier, m_residualNow};
     }
 
     enum class Outcome { moved, nearest, stuck };
@@ -105,12 +117,9 @@ private:
     }
 
     Outcome step() {
+        if (std::exchange(m_hasCarried, false) && isNearestWithCarried())
+            return Outcome::nearest;
         look();
-        if (std::exchange(m_hasCarried, false)) {
-            if (isNearestWithCarried())
-                return Outcome::nearest;
-            look();
-        }
         if (std::vector<double> way = chord(); !way.empty())
             return followed(way, m_stepper.reach(way));
         m_isStale = false;
@@ -137,28 +146,32 @@ private:
         std::transform(m_pull.targets.begin(), m_pull.targets.end(), x.begin(), m_wish.begin(), std::minus<>());
     }
 
-    /// From where slopes have just been taken, with factors of an earlier search: steps towards the targets and back
-    /// to the equations at once, as long as they shrink. Only what they come to counts; it has to hold like any other
-    /// point. False leaves everything as it was but for the slopes.
+    /// From the nearest point of an earlier search, with its factors: steps towards the targets and back to the
+    /// equations at once, as long as they shrink. Only what they come to counts; it has to hold like any other point.
+    /// False leaves everything as it was.
     bool isNearestWithCarried() {
+        const Subproblem::Carried& carried = m_subproblem.carried();
+        m_multiplier = carried.multiplier;
+        m_wish.resize(m_x.size());
+        std::transform(m_pull.targets.begin(), m_pull.targets.end(), carried.targets.begin(), m_wish.begin(),
+                       std::minus<>());
+        auto way = m_stepper.followingStep(m_wish);
+        double reach = m_stepper.reach(way), last = 0.0;
+        if (hasArrived(way, reach))
+            return true;
         std::vector<double> next = m_x;
-        double last = 0.0;
-        for (int i = 0; i < kMostCarried; ++i) {
-            if (i > 0)
-                lookFrom(next);
-            const auto way = m_stepper.chordStep(m_wish, m_multiplier);
-            const double reach = m_stepper.reach(way);
-            if (i == 0 && hasArrived(way, reach))
-                return true;
-            if (!(reach <= (i == 0 ? m_limits.stride * m_system.size : kContracts * last)))
-                return false;
+        while (reach <= (last > 0.0 ? kContracts * last : m_limits.stride * m_system.size)) {
             for (std::size_t k = 0; k < m_multiplier.size(); ++k)
                 m_multiplier[k] += m_stepper.multiplier()[k];
             for (std::size_t j = 0; j < next.size(); ++j)
                 next[j] += way[j];
-            if (i > 0 && reach / last * reach <= kNearEnough * m_system.tolerance)
+            if (last > 0.0 && reach / last * reach <= kNearEnough * m_system.tolerance)
                 return accepts(std::move(next), false);
-            last = reach;
+            if (++m_carriedSteps == kMostCarried)
+                return false;
+            lookFrom(next);
+            way = m_stepper.chordStep(m_wish, m_multiplier);
+            last = std::exchange(reach, m_stepper.reach(way));
         }
         return false;
     }
@@ -245,6 +258,7 @@ private:
     static constexpr int kMostRestoring = 10;  // iterations of one point: beyond, a shorter step is cheaper
     static constexpr int kMostSharpening = 8;
     static constexpr int kMostCarried = 6;      // steps with an earlier search's factors: beyond, new ones cost less
+    static constexpr int kWorthCarrying = 4;    // the same, for the next search
     static constexpr int kPolishing = 6;        // steps with factors at hand
     static constexpr double kSharper = 0.3;     // of the residual that a point may have: there is room to grow again
     static constexpr double kTrusted = 1e-4;    // of the size: farther away the nearest point is not at hand
@@ -266,6 +280,7 @@ private:
     double m_residualNow, m_residualOfNext = 0.0;
     bool m_isGuarded = false;
     bool m_hasCarried = false;
+    int m_carriedSteps = 0;
     bool m_isCurved = false;
     bool m_isStale = false;  ///< the factors are no longer those of m_x
 };

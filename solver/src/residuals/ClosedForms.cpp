@@ -31,10 +31,6 @@ public:
                 return scalars();
             case ResidualKind::samePoint:
                 return samePoint();
-            case ResidualKind::pointsDeltaX:
-                return delta(0);
-            case ResidualKind::pointsDeltaY:
-                return delta(1);
             case ResidualKind::pointsDistance:
                 return pointsDistance();
             case ResidualKind::pointLine:
@@ -123,13 +119,6 @@ private:
             slope(0, 1, -m_equation.sign * scale);
         }
         m_rows[0] = value * scale;
-        return true;
-    }
-
-    bool delta(int coordinate) {
-        m_rows[0] = m_locals[2 + coordinate] - m_locals[coordinate] - m_equation.value;
-        slope(0, coordinate, -1.0);
-        slope(0, 2 + coordinate, 1.0);
         return true;
     }
 
@@ -348,8 +337,6 @@ bool hasClosedForm(const Equation& e) {
         case ResidualKind::scalarIs:
             return true;
         case ResidualKind::samePoint:
-        case ResidualKind::pointsDeltaX:
-        case ResidualKind::pointsDeltaY:
         case ResidualKind::pointsDistance:
             return takes(point, point, none);
         case ResidualKind::pointLine:

@@ -8,6 +8,7 @@
 #include "solver/src/solving/DragLanding.h"
 #include "solver/src/solving/DragPull.h"
 #include "solver/src/solving/DragRegion.h"
+#include "solver/src/solving/DragVicinity.h"
 
 namespace holdfast::solver::detail {
 
@@ -22,9 +23,8 @@ constexpr double kFarFetched = 2.0;
 /// How much a hopeless miss has to grow, or its goal to move in parts of it, before wider rings are tried again.
 constexpr double kPatience = 2.0, kPatienceSideways = 0.25;
 
-}  // namespace
-
-struct DragSession::State {
+/// Steps within a sketch that says all there is to know of what they move.
+struct Dragging {
     DragRegion region;
     double hopelessMiss = 0.0;  ///< the miss at which not even the whole part could help
     std::vector<double> hopelessGoals{};
@@ -59,6 +59,8 @@ struct DragSession::State {
         while (!region.isWidest && !(attempt.isSolved && region.isMet()) && !region.workspace.hasSpentBudget()) {
             region.rings *= 2;
             region.makeRegion();
+            if (region.isBeyond())
+                break;
             attempt = DragPull(region).approach();
             iterations += attempt.iterations;
             if (!attempt.isSolved)
@@ -114,9 +116,9 @@ struct DragSession::State {
             if (j >= region.seeds.size())
                 longest.second = std::max(longest.second, std::abs(x[j] - pull.targets[j]) * metric);
             else
-                longest.first = std::max(
-                    longest.first,
-                    std::abs(pull.targets[j] - system.meanOf(u, region.workspace.startValues())) * metric);
+                longest.first =
+                    std::max(longest.first,
+                             std::abs(pull.targets[j] - system.meanOf(u, region.workspace.startValues())) * metric);
         }
         return longest;
     }
@@ -143,51 +145,125 @@ struct DragSession::State {
         }
         result.status = result.movements.empty() ? SolveStatus::unchanged : SolveStatus::solved;
     }
+
+    SolveResult step(std::span<const double> goals, Budget* budget) {
+        region.workspace.setBudget(budget);
+        region.setGoals(goals);
+        Attempt attempt = solve();
+        SolveResult result;
+        if (region.isBeyond())
+            return result;
+        attempt = solveFromStart(attempt);
+        result.iterations = attempt.iterations;
+        result.residual = attempt.residual;
+        result.degeneracy = attempt.degeneracy;
+        region.workspace.setBudget(nullptr);
+        if (attempt.isSolved && !isSpent(budget)) {
+            takeOver(result);
+            return result;
+        }
+        result.status = attempt.degeneracy ? SolveStatus::degenerate : SolveStatus::unreached;
+        region.undo();
+        return result;
+    }
+
+    SolveResult land(Budget* budget) {
+        region.workspace.setBudget(budget);
+        const Attempt attempt = DragLanding(region).land();
+        region.workspace.setBudget(nullptr);
+        SolveResult result;
+        result.iterations = attempt.iterations;
+        takeOver(result);
+        return result;
+    }
+};
+
+}  // namespace
+
+struct DragSession::State {
+    SketchData& sketch;
+    std::vector<int> handles;
+    Scope reach;
+    std::unique_ptr<DragVicinity> vicinity;  ///< null: steps are made in the whole sketch
+    std::unique_ptr<Dragging> dragging;
+
+    State(SketchData& figure, std::vector<int> values, Scope scope, const KeptSizes& sizes)
+        : sketch(figure), handles(std::move(values)), reach(scope) {
+        if (reach == Scope::rings && sizes.shapes.empty())
+            vicinity = DragVicinity::around(sketch, handles);
+        if (vicinity) {
+            const std::span<const int> near = vicinity->handles();
+            dragging.reset(new Dragging{
+                {vicinity->sketch(), std::vector<int>(near.begin(), near.end()), reach, sizes, vicinity->isRim()}});
+        }
+        if (!vicinity || dragging->region.isBeyond()) {
+            vicinity.reset();
+            dragging.reset(new Dragging{{sketch, handles, reach, sizes}});
+        }
+    }
+
+    SolveResult step(std::span<const double> goals, Budget* budget) {
+        SolveResult result = dragging->step(goals, budget);
+        if (dragging->region.isBeyond()) {
+            if (!takesWhole()) {
+                dragging->region.undo();
+                result.status = SolveStatus::unreached;
+                return result;
+            }
+            result = dragging->step(goals, budget);
+        }
+        if (vicinity)
+            vicinity->takeOver(result, sketch);
+        return result;
+    }
+
+    /// Goes on in the whole sketch, as if the session had begun there: with what was, and from where the last step has
+    /// ended. False where the sketch has a constraint, far away, that its elements cannot have.
+    bool takesWhole() {
+        vicinity->copyStart(sketch.values);
+        std::unique_ptr<Dragging> whole;
+        try {
+            whole.reset(new Dragging{{sketch, handles, reach, {}}});
+        } catch (const SketchError&) {
+        }
+        vicinity->copyNow(sketch.values);
+        if (!whole)
+            return false;
+        whole->region.readSketch();
+        dragging = std::move(whole);
+        vicinity.reset();
+        return true;
+    }
+
+    SolveResult land(Budget* budget) {
+        SolveResult result = dragging->land(budget);
+        if (vicinity)
+            vicinity->takeOver(result, sketch);
+        return result;
+    }
 };
 
 DragSession::DragSession(SketchData& sketch, std::vector<int> handles, Scope reach, const KeptSizes& sizes)
-    : m_state(new State{{sketch, std::move(handles), reach, sizes}}) {}
+    : m_state(std::make_unique<State>(sketch, std::move(handles), reach, sizes)) {}
 
 DragSession::~DragSession() = default;
 DragSession::DragSession(DragSession&&) noexcept = default;
 DragSession& DragSession::operator=(DragSession&&) noexcept = default;
 
 SolveResult DragSession::step(std::span<const double> goals, Budget* budget) {
-    State& state = *m_state;
-    state.region.workspace.setBudget(budget);
-    state.region.setGoals(goals);
-    const Attempt attempt = state.solveFromStart(state.solve());
-    SolveResult result;
-    result.iterations = attempt.iterations;
-    result.residual = attempt.residual;
-    result.degeneracy = attempt.degeneracy;
-    state.region.workspace.setBudget(nullptr);
-    if (attempt.isSolved && !isSpent(budget)) {
-        state.takeOver(result);
-        return result;
-    }
-    result.status = attempt.degeneracy ? SolveStatus::degenerate : SolveStatus::unreached;
-    state.region.undo();
-    return result;
+    return m_state->step(goals, budget);
 }
 
 SolveResult DragSession::land(Budget* budget) {
-    State& state = *m_state;
-    state.region.workspace.setBudget(budget);
-    const Attempt attempt = DragLanding(state.region).land();
-    state.region.workspace.setBudget(nullptr);
-    SolveResult result;
-    result.iterations = attempt.iterations;
-    state.takeOver(result);
-    return result;
+    return m_state->land(budget);
 }
 
 double DragSession::miss() const {
-    return m_state->region.miss();
+    return m_state->dragging->region.miss();
 }
 
 int DragSession::freedom() const {
-    return m_state->region.subproblem->columnCount();
+    return m_state->dragging->region.subproblem->columnCount();
 }
 
 }  // namespace holdfast::solver::detail

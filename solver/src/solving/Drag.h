@@ -16,7 +16,7 @@ namespace holdfast::solver::detail {
 class DragSession {
 public:
     /// The handles are values of the sketch, the same in every step. The sketch outlives the session and changes
-    /// through it only. Throws SketchError for a constraint that its elements cannot have.
+    /// through it only. Throws SketchError for a constraint, of those near the handles, that its elements cannot have.
     /// Elements of `sizes` keep their lengths, radii, bulges and sweeps, as if constraints said so.
     DragSession(SketchData& sketch, std::vector<int> handles, Scope reach = Scope::rings, const KeptSizes& sizes = {});
     ~DragSession();

@@ -69,7 +69,8 @@ int DragPull::overcomeCompliance() {
     for (std::size_t i = 0; i < m_region.goals.size(); ++i)
         m_region.workspace.wish(m_region.handles[i], 2 * m_region.goals[i] - system.values[at(m_region.handles[i])],
                                 m_region.emphasis);
-    const Attempt carried = m_region.workspace.trySettling(*m_region.subproblem, found, m_region.careful(), m_region.pull());
+    const Attempt carried =
+        m_region.workspace.trySettling(*m_region.subproblem, found, m_region.careful(), m_region.pull());
     if (!carried.isSolved || m_region.miss() > missBefore)
         m_region.subproblem->write(found);
     m_region.wishGoals();

@@ -20,13 +20,15 @@ constexpr int kFirstRings = 2;
 
 }  // namespace
 
-DragRegion::DragRegion(SketchData& figure, std::vector<int> h, Scope r, const KeptSizes& sizes)
+DragRegion::DragRegion(SketchData& figure, std::vector<int> h, Scope r, const KeptSizes& sizes,
+                       std::span<const char> rim)
     : sketch(figure),
       handles(std::move(h)),
       reach(r),
       workspace(sketch, buildSystem(sketch, bindingConstraints(sketch), sizes)),
       rings(kFirstRings),
-      emphasis(kHandleEmphasis) {
+      emphasis(kHandleEmphasis),
+      m_isRim(rim) {
     for (const int v : handles) {
         if (const int unknown = workspace.system().links[at(v)].unknown; unknown >= 0)
             seeds.push_back(unknown);
@@ -45,6 +47,16 @@ void DragRegion::makeRegion() {
     wishGoals();
     subproblem = std::make_unique<Subproblem>(workspace.system(), around.unknowns);
     m_pull.reset();
+    m_isBeyond = m_isBeyond || touchesRim();
+}
+
+bool DragRegion::touchesRim() const {
+    return !m_isRim.empty() && std::any_of(subproblem->entities().begin(), subproblem->entities().end(),
+                                           [&](int element) { return m_isRim[at(element)] != 0; });
+}
+
+void DragRegion::readSketch() {
+    std::copy(sketch.values.begin(), sketch.values.end(), workspace.system().values.begin());
 }
 
 void DragRegion::setGoals(std::span<const double> wanted) {

@@ -24,7 +24,9 @@ struct DragRegion {
     bool isWidest = false;
     double emphasis;  ///< of the handles
 
-    DragRegion(SketchData& sketch, std::vector<int> handles, Scope reach, const KeptSizes& sizes);
+    /// isRim: elements, by number, of which the sketch does not say all; empty: none.
+    DragRegion(SketchData& sketch, std::vector<int> handles, Scope reach, const KeptSizes& sizes,
+               std::span<const char> isRim = {});
     DragRegion(const DragRegion&) = delete;  // the subproblem looks into the workspace
     DragRegion& operator=(const DragRegion&) = delete;
 
@@ -36,6 +38,12 @@ struct DragRegion {
 
     /// Where everything would like to be now. Cost: the handles' but for the first time in a region.
     const Pull& pull();
+
+    /// More was asked for than the sketch says: what comes of it means nothing.
+    bool isBeyond() const { return m_isBeyond; }
+
+    /// Values of the sketch are now what the last step has left.
+    void readSketch();
 
     /// How far the handles are from their goals, at worst.
     double miss();
@@ -54,7 +62,11 @@ struct DragRegion {
     static constexpr double kReached = 1e-7;
 
 private:
+    bool touchesRim() const;
+
     std::optional<Pull> m_pull{};
+    std::span<const char> m_isRim;
+    bool m_isBeyond = false;
 };
 
 }  // namespace holdfast::solver::detail
