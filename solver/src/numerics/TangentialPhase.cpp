@@ -66,7 +66,7 @@ public:
     Outcome advance() {
         const bool wasCurved = m_isCurved;
         const Outcome outcome = step();
-        if (outcome == Outcome::stuck && !wasCurved) {
+        if (outcome == Outcome::stuck && !wasCurved && !m_hasComeBack) {
             m_isCurved = true;
             return step();
         }
@@ -189,8 +189,11 @@ private:
         const double whole = std::min(1.0, m_limits.stride * m_system.size / reach);
         double factor = whole;
         for (int i = 0; i < halvings; ++i, factor *= 0.5) {
-            if (!accepts(moved(m_x, step, factor), i % 2 == 0))
+            if (!accepts(moved(m_x, step, factor), i % 2 == 0, factor * reach)) {
+                if (m_hasComeBack)
+                    break;
                 continue;
+            }
             m_isCurved = m_isCurved || factor < whole;
             m_expected = std::max(kContracts, kExceeds * (1.0 - factor)) * reach;
             const double next = reach / std::exchange(m_whole, factor < 1.0 ? 0.0 : reach) * reach;
@@ -207,10 +210,15 @@ private:
         return sum;
     }
 
-    /// Brings the point back to the equations and takes it if it is nearer to the targets.
-    bool accepts(std::vector<double> next, bool isWorthRestoring) {
-        if (!returnsByPolishing(next) && !(isWorthRestoring && returnsByRestoring(next)))
-            return false;
+    /// Brings the point, so far away, back to the equations and takes it if it is nearer to the targets.
+    bool accepts(std::vector<double> next, bool isWorthRestoring, double reach) {
+        if (!returnsByPolishing(next)) {
+            if (!isWorthRestoring || !returnsByRestoring(next))
+                return false;
+            m_hasComeBack = reachTo(next) <= kComeBack * reach;
+            if (m_hasComeBack)
+                return false;
+        }
         const double then = pullOf(m_pull, next);
         if (!(then < m_pullNow) || (m_isGuarded && !m_limits.isSound(kMargin)))
             return false;
@@ -218,6 +226,12 @@ private:
         m_residualNow = m_residualOfNext;
         m_x = std::move(next);
         return true;
+    }
+
+    double reachTo(std::span<const double> next) {
+        std::vector<double> way(m_x.size());
+        std::transform(next.begin(), next.end(), m_x.begin(), way.begin(), std::minus<>());
+        return m_stepper.reach(way);
     }
 
     bool returnsByPolishing(std::vector<double>& next) {
@@ -250,6 +264,7 @@ private:
     static constexpr double kTrusted = 1e-4;    // of the size: farther away the nearest point is not at hand
     static constexpr double kShrinks = 0.5;     // what a step may be of the one before; Newton's shrink far faster
     static constexpr double kMargin = 2.0;      // collapses: a way that ended at a border can be taken up again
+    static constexpr double kComeBack = 1e-2;   // of a step: less is where it began, as at a double root
     static constexpr double kRounding = 1e-14;  // of the pull: no step that promises less can be seen to help
 
     Subproblem& m_subproblem;
@@ -267,7 +282,8 @@ private:
     bool m_isGuarded = false;
     bool m_hasCarried = false;
     bool m_isCurved = false;
-    bool m_isStale = false;  ///< the factors are no longer those of m_x
+    bool m_hasComeBack = false;  ///< the slopes show a freedom that the equations do not have
+    bool m_isStale = false;      ///< the factors are no longer those of m_x
 };
 
 }  // namespace
