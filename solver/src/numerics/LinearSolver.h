@@ -42,6 +42,9 @@ public:
     /// Of the last factorisation; as many as J has rows when W is positive for all steps with J step = 0.
     int negativePivots() const;
 
+    /// Multiplications that the last factorisation took, about; 0 before the first. Linear in the unknowns and rows.
+    double multiplications() const;
+
     /// Overwrites g with the step and h with the multiplier. isExact: refined towards D = 0, else D as it stands.
     void solve(std::span<double> g, std::span<double> h, bool isExact);
 

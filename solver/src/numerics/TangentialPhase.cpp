@@ -157,7 +157,7 @@ private:
             for (std::size_t j = 0; j < next.size(); ++j)
                 next[j] += way[j];
             if (i > 0 && reach / last * reach <= kNearEnough * m_system.tolerance)
-                return accepts(std::move(next), false);
+                return accepts(std::move(next), 0.0);
             last = reach;
         }
         return false;
@@ -189,7 +189,7 @@ private:
         const double whole = std::min(1.0, m_limits.stride * m_system.size / reach);
         double factor = whole;
         for (int i = 0; i < halvings; ++i, factor *= 0.5) {
-            if (!accepts(moved(m_x, step, factor), i % 2 == 0, factor * reach)) {
+            if (!accepts(moved(m_x, step, factor), i % 2 == 0 ? factor * reach : 0.0)) {
                 if (m_hasComeBack)
                     break;
                 continue;
@@ -210,10 +210,11 @@ private:
         return sum;
     }
 
-    /// Brings the point, so far away, back to the equations and takes it if it is nearer to the targets.
-    bool accepts(std::vector<double> next, bool isWorthRestoring, double reach) {
+    /// Brings the point back to the equations and takes it if it is nearer to the targets. A reach says how far away it
+    /// is and that new factors are worth it; 0: they are not.
+    bool accepts(std::vector<double> next, double reach) {
         if (!returnsByPolishing(next)) {
-            if (!isWorthRestoring || !returnsByRestoring(next))
+            if (reach == 0.0 || !returnsByRestoring(next))
                 return false;
             m_hasComeBack = reachTo(next) <= kComeBack * reach;
             if (m_hasComeBack)
