@@ -37,6 +37,9 @@ std::vector<char> placedElements(const SketchData& sketch, const EditRequest& re
     return isPlaced;
 }
 
+/// Unknowns and rows that trying a rotation out may cost, once for every iteration: a second in most drawings.
+constexpr long kMostWork = 1'000'000;
+
 /// Constraints that did not hold when the edited elements were still where the reference has them.
 std::vector<int> brokenBefore(SketchData sketch, const EditRequest& request) {
     for (const int number : request.edited) {
@@ -94,23 +97,36 @@ public:
             setActive(*m_last, constraints, isBinding);
     }
 
+    /// False as well when the effort is spent.
     bool holds() {
-        if (m_last && solve(*m_last, m_request).isSolved())
+        if (m_last && isSolved(*m_last))
             return true;
         SketchData sketch = m_start;
-        if (!solve(sketch, m_request).isSolved())
+        if (!isSolved(sketch))
             return false;
         m_last = std::move(sketch);
         return true;
     }
 
+    /// What trying may cost has been spent: nothing is known of what was not tried.
+    bool isSpent() const { return m_work > kMostWork; }
+
     /// The solution that was found last.
     const SketchData& last() const { return *m_last; }
 
 private:
+    bool isSolved(SketchData& sketch) {
+        if (isSpent())
+            return false;
+        const SolveResult result = solve(sketch, m_request);
+        m_work += result.work;
+        return result.isSolved();
+    }
+
     SketchData m_start;
     std::optional<SketchData> m_last;
     SolveRequest m_request;
+    long m_work = 0;
 };
 
 /// Has candidates bind, the earlier the sooner, as many as can hold beside those that bind already; the others join
@@ -120,6 +136,8 @@ void admit(Feasible& held, std::span<const int> candidates, std::vector<int>& ag
     if (candidates.empty() || held.holds())
         return;
     held.bind(candidates, false);
+    if (held.isSpent())
+        return;
     if (candidates.size() == 1)
         return against.push_back(candidates.front());
     const std::size_t half = candidates.size() / 2;
@@ -155,6 +173,8 @@ std::optional<std::vector<int>> constraintsAgainst(const SketchData& sketch, con
     std::vector<int> against = brokenByTargets(held.last(), request, mayGo), doubtful;
     std::set_difference(mayGo.begin(), mayGo.end(), against.begin(), against.end(), std::back_inserter(doubtful));
     admit(held, doubtful, against);
+    if (held.isSpent())
+        return std::nullopt;
     std::sort(against.begin(), against.end());
     return against;
 }

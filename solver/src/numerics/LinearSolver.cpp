@@ -24,8 +24,19 @@ struct LinearSolver::Data {
     Matrix matrix;  // lower triangle: below each weight the curvature, then a column of J; last the damping
     std::vector<int> curvatureCounts;  // per column
     Factors factors;
+    bool hasFactors = false;
+    double multiplications = 0.0;  // of one factorisation; 0: not counted yet
     Vector inversePivots;
     Vector right, solution, residual, step, work;
+
+    /// Squares of what each column of the factors holds.
+    void count() {
+        const Matrix& lower = factors.matrixL().nestedExpression();
+        for (int j = 0; j < lower.cols(); ++j) {
+            const double entries = lower.outerIndexPtr()[j + 1] - lower.outerIndexPtr()[j];
+            multiplications += entries * entries;
+        }
+    }
 
     /// x = matrix^-1 b by the factors, in one pass down and one up.
     void apply(const Vector& b, Vector& x) {
@@ -123,6 +134,8 @@ void LinearSolver::analyse(const ColumnPattern& pattern, const ColumnPattern& cu
     outer[size] = next;
     std::fill_n(d.matrix.valuePtr(), next, 1.0);
     d.factors.analyzePattern(d.matrix);
+    d.hasFactors = false;
+    d.multiplications = 0.0;
 }
 
 bool LinearSolver::factorise(std::span<const double> weights, std::span<const double> jacobian,
@@ -142,12 +155,23 @@ bool LinearSolver::factorise(std::span<const double> weights, std::span<const do
     for (int i = 0; i < d.rows; ++i)
         values[outer[d.columns + i]] = -damping[static_cast<std::size_t>(i)];
     d.factors.factorize(d.matrix);
+    if (d.multiplications == 0.0)
+        d.count();
     d.inversePivots = d.factors.vectorD().cwiseInverse();
-    return d.factors.info() == Eigen::Success && d.factors.vectorD().allFinite();
+    d.hasFactors = d.factors.info() == Eigen::Success && d.factors.vectorD().allFinite();
+    return d.hasFactors;
+}
+
+bool LinearSolver::hasFactors() const {
+    return m_data->hasFactors;
 }
 
 int LinearSolver::negativePivots() const {
     return static_cast<int>((m_data->factors.vectorD().array() < 0.0).count());
+}
+
+double LinearSolver::multiplications() const {
+    return m_data->multiplications;
 }
 
 void LinearSolver::solve(std::span<double> g, std::span<double> h, bool isExact) {

@@ -39,8 +39,14 @@ public:
     bool factorise(std::span<const double> weights, std::span<const double> jacobian, std::span<const double> damping,
                    std::span<const double> curvature = {});
 
+    /// Whether the last factorisation since the pattern was given has succeeded: without one nothing can be solved.
+    bool hasFactors() const;
+
     /// Of the last factorisation; as many as J has rows when W is positive for all steps with J step = 0.
     int negativePivots() const;
+
+    /// Multiplications that the last factorisation took, about; 0 before the first. Linear in the unknowns and rows.
+    double multiplications() const;
 
     /// Overwrites g with the step and h with the multiplier. isExact: refined towards D = 0, else D as it stands.
     void solve(std::span<double> g, std::span<double> h, bool isExact);

@@ -27,7 +27,7 @@ double pullOf(const Pull& pull, std::span<const double> x) {
 
 bool hasCarriedTo(Subproblem& subproblem, const Pull& pull, std::span<const double> x) {
     const Subproblem::Carried& carried = subproblem.carried();
-    if (carried.weights != pull.weights)
+    if (carried.weights != pull.weights || !subproblem.linearSolver().hasFactors())
         return false;
     for (std::size_t j = 0; j < x.size(); ++j)
         if (!(std::abs(x[j] - carried.x[j]) * subproblem.metric()[j] <= subproblem.system().aim))
@@ -68,7 +68,7 @@ public:
     /// The factors at hand are those that found the nearest point: a search that begins near it begins with them.
     void carryOver() {
         m_subproblem.carried().weights.clear();
-        if (!m_isCurved && !m_isStale && !m_multiplier.empty() && m_carriedSteps <= kWorthCarrying)
+        if (!m_isCurved && !m_isStale && !m_multiplier.empty() && m_subproblem.linearSolver().hasFactors() && m_carriedSteps <= kWorthCarrying)
             m_subproblem.carried() = {m_pull.weights, m_pull.targets, m_x, m_multiplier, m_residualNow};
     }
 
@@ -78,7 +78,7 @@ public:
     Outcome advance() {
         const bool wasCurved = m_isCurved;
         const Outcome outcome = step();
-        if (outcome == Outcome::stuck && !wasCurved) {
+        if (outcome == Outcome::stuck && !wasCurved && !m_hasComeBack) {
             m_isCurved = true;
             return step();
         }
@@ -166,7 +166,7 @@ private:
             for (std::size_t j = 0; j < next.size(); ++j)
                 next[j] += way[j];
             if (last > 0.0 && reach / last * reach <= kNearEnough * m_system.tolerance)
-                return accepts(std::move(next), false);
+                return accepts(std::move(next), 0.0);
             if (++m_carriedSteps == kMostCarried)
                 return false;
             lookFrom(next);
@@ -202,8 +202,11 @@ private:
         const double whole = std::min(1.0, m_limits.stride * m_system.size / reach);
         double factor = whole;
         for (int i = 0; i < halvings; ++i, factor *= 0.5) {
-            if (!accepts(moved(m_x, step, factor), i % 2 == 0))
+            if (!accepts(moved(m_x, step, factor), i % 2 == 0 ? factor * reach : 0.0)) {
+                if (m_hasComeBack)
+                    break;
                 continue;
+            }
             m_isCurved = m_isCurved || factor < whole;
             m_expected = std::max(kContracts, kExceeds * (1.0 - factor)) * reach;
             const double next = reach / std::exchange(m_whole, factor < 1.0 ? 0.0 : reach) * reach;
@@ -220,10 +223,16 @@ private:
         return sum;
     }
 
-    /// Brings the point back to the equations and takes it if it is nearer to the targets.
-    bool accepts(std::vector<double> next, bool isWorthRestoring) {
-        if (!returnsByPolishing(next) && !(isWorthRestoring && returnsByRestoring(next)))
-            return false;
+    /// Brings the point back to the equations and takes it if it is nearer to the targets. A reach says how far away it
+    /// is and that new factors are worth it; 0: they are not.
+    bool accepts(std::vector<double> next, double reach) {
+        if (!returnsByPolishing(next)) {
+            if (reach == 0.0 || !returnsByRestoring(next))
+                return false;
+            m_hasComeBack = reachTo(next) <= kComeBack * reach;
+            if (m_hasComeBack)
+                return false;
+        }
         const double then = pullOf(m_pull, next);
         if (!(then < m_pullNow) || (m_isGuarded && !m_limits.isSound(kMargin)))
             return false;
@@ -231,6 +240,12 @@ private:
         m_residualNow = m_residualOfNext;
         m_x = std::move(next);
         return true;
+    }
+
+    double reachTo(std::span<const double> next) {
+        std::vector<double> way(m_x.size());
+        std::transform(next.begin(), next.end(), m_x.begin(), way.begin(), std::minus<>());
+        return m_stepper.reach(way);
     }
 
     bool returnsByPolishing(std::vector<double>& next) {
@@ -264,6 +279,7 @@ private:
     static constexpr double kTrusted = 1e-4;    // of the size: farther away the nearest point is not at hand
     static constexpr double kShrinks = 0.5;     // what a step may be of the one before; Newton's shrink far faster
     static constexpr double kMargin = 2.0;      // collapses: a way that ended at a border can be taken up again
+    static constexpr double kComeBack = 1e-2;   // of a step: less is where it began, as at a double root
     static constexpr double kRounding = 1e-14;  // of the pull: no step that promises less can be seen to help
 
     Subproblem& m_subproblem;
@@ -282,7 +298,8 @@ private:
     bool m_hasCarried = false;
     int m_carriedSteps = 0;
     bool m_isCurved = false;
-    bool m_isStale = false;  ///< the factors are no longer those of m_x
+    bool m_hasComeBack = false;  ///< the slopes show a freedom that the equations do not have
+    bool m_isStale = false;      ///< the factors are no longer those of m_x
 };
 
 }  // namespace

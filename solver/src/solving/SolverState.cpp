@@ -24,6 +24,9 @@ constexpr int kMoreParts = 8, kMostParts = 64;
 /// it may take at least, however large the part is.
 constexpr long kMostFromReference = 400'000, kLeastIterations = 200;
 
+/// Multiplications of a factorisation that take as long as one unknown or row in an iteration.
+constexpr double kMultiplicationsOfUnit = 400.0;
+
 /// Strides of second tries, as parts of the sketch's size, and their iterations: short, so that none leads over to
 /// another branch, and as many as the size takes.
 constexpr double kReferenceStride = 0.05, kCarefulStride = 0.01;
@@ -42,8 +45,12 @@ long widthOf(const Subproblem& subproblem) {
     return subproblem.columnCount() + subproblem.rowCount();
 }
 
-long workOf(const Subproblem& subproblem, const IterationReport& report) {
-    return report.iterations * widthOf(subproblem);
+/// Unknowns and rows gone through, and what factors that fill up take beside that, in the same measure.
+long workOf(Subproblem& subproblem, const IterationReport& report) {
+    if (report.iterations == 0)
+        return 0;
+    const double filling = subproblem.linearSolver().multiplications() / kMultiplicationsOfUnit;
+    return report.iterations * (widthOf(subproblem) + static_cast<long>(filling));
 }
 
 /// Where rings that are most of a part have failed, the next ones are all of it: they would be as dear and hardly
