@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "document/text/Suggest.h"
+#include "formats/dxf/DxfCodes.h"
 #include "formats/dxf/DxfGroups.h"
 #include "formats/dxf/DxfShapes.h"
 #include "formats/dxf/DxfText.h"
@@ -150,20 +151,19 @@ private:
         DxfForm& form = m_drawing.layout.form;
         if (!form.kinds.contains(entity.name))
             form.kinds.emplace(entity.name);
-        form.hasMarks = form.hasMarks || entity.find(100) != nullptr;
-        form.hasHandles = form.hasHandles || entity.find(5) != nullptr;
+        form.hasMarks = form.hasMarks || entity.find(kClassMark) != nullptr;
+        form.hasHandles = form.hasHandles || entity.find(kHandle) != nullptr;
         if (form.owner.empty() && !isInPaperSpace(entity))
             form.owner = ownerOf(entity);
     }
 
     /// Lists in braces hold handles of other things.
     static std::string ownerOf(const DxfEntity& entity) {
-        constexpr int list = 102, owner = 330;
         bool isInList = false;
         for (const DxfGroup& group : entity.groups) {
-            if (group.code == list)
+            if (group.code == kList)
                 isInList = group.value.starts_with('{');
-            else if (!isInList && group.code == owner)
+            else if (!isInList && group.code == kOwner)
                 return std::string(group.value);
         }
         return {};

@@ -8,6 +8,7 @@
 
 #include "document/text/NumberText.h"
 #include "formats/dxf/DxfBodies.h"
+#include "formats/dxf/DxfCodes.h"
 #include "formats/dxf/DxfPolylines.h"
 #include "formats/dxf/DxfText.h"
 #include "geometry/Angles.h"
@@ -15,12 +16,6 @@
 
 namespace holdfast::formats {
 namespace {
-
-constexpr int kEmbedded = 101, kFirstForeign = 1000;
-
-bool looksDown(const DxfItems& record) {
-    return ownNumber(record, 230, 1.0) < 0.0;
-}
 
 /// Angles in a file run from 0 to 360 degrees, or from -180 to 180 where the one that stood there was negative.
 double degreesLike(double radians, double former) {
