@@ -85,8 +85,9 @@ DxfStyle styleOf(const DxfItems& items) {
     const bool isReturned = end != std::string::npos && end > 0 && head[end - 1] == '\r';
     style.lineEnd = isReturned ? "\r\n" : "\n";
     style.codeWidth = end == std::string::npos ? 0 : end - (isReturned ? 1 : 0);
-    if (const auto coordinate = findOwn(items, 10))
-        style.sample = items[*coordinate].value;
+    for (const int coordinate : {11, 10})
+        if (const auto found = findOwn(items, coordinate))
+            style.sample = items[*found].value;
     return style;
 }
 
