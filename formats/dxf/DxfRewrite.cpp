@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 #include "document/text/NumberText.h"
 #include "formats/dxf/DxfBodies.h"
@@ -131,10 +132,14 @@ private:
     }
 
     void drop(std::initializer_list<int> codes) {
-        const std::vector<std::size_t> own = ownGroups(m_record);
-        for (auto i = own.rbegin(); i != own.rend(); ++i)
-            if (std::find(codes.begin(), codes.end(), m_record[*i].code) != codes.end())
-                m_record.erase(m_record.begin() + static_cast<std::ptrdiff_t>(*i));
+        std::vector<bool> goes(m_record.size(), false);
+        for (const std::size_t i : ownGroups(m_record))
+            goes[i] = std::find(codes.begin(), codes.end(), m_record[i].code) != codes.end();
+        DxfItems kept;
+        for (std::size_t i = 0; i < m_record.size(); ++i)
+            if (!goes[i])
+                kept.push_back(std::move(m_record[i]));
+        m_record = std::move(kept);
     }
 
     void renumber(const SplineShape& now) {

@@ -1,7 +1,5 @@
 #include "formats/dxf/DxfText.h"
 
-#include <iconv.h>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -10,6 +8,11 @@
 #include <utility>
 
 #include "document/text/Utf8.h"
+
+#if defined(__linux__) && __has_include(<iconv.h>)
+#define HOLDFAST_CODE_PAGES  // the system's library has them; elsewhere they are one that may be missing
+#include <iconv.h>
+#endif
 
 namespace holdfast::formats {
 namespace {
@@ -161,6 +164,7 @@ void appendUtf16(std::string& out, char32_t code) {
     appendUnit(out, 0xDC00 + ((code - 0x10000) & 0x3FFU));
 }
 
+#ifdef HOLDFAST_CODE_PAGES
 /// What the system calls a code page: the number at its end tells, but for those of another family.
 std::string systemsName(std::string_view codePage) {
     const std::size_t digits = codePage.find_last_not_of("0123456789") + 1;
@@ -171,8 +175,8 @@ std::string systemsName(std::string_view codePage) {
 }
 
 /// Nothing where the system does not know the code page, or the text is none of it.
-std::optional<std::string> fromCodePage(std::string_view value, const std::string& codePage) {
-    const iconv_t converter = ::iconv_open("UTF-8", codePage.c_str());
+std::optional<std::string> fromCodePage(std::string_view value, std::string_view codePage) {
+    const iconv_t converter = ::iconv_open("UTF-8", systemsName(codePage).c_str());
     if (converter == reinterpret_cast<iconv_t>(-1))
         return std::nullopt;
     constexpr std::size_t longest = 4;  // bytes of a character in UTF-8
@@ -186,6 +190,11 @@ std::optional<std::string> fromCodePage(std::string_view value, const std::strin
     text.resize(text.size() - outLeft);
     return text;
 }
+#else
+std::optional<std::string> fromCodePage(std::string_view, std::string_view) {
+    return std::nullopt;
+}
+#endif
 
 }  // namespace
 
@@ -193,7 +202,7 @@ std::string utf8Of(std::string_view value, std::string_view codePage) {
     if (isUtf8(value))
         return std::string(value);
     if (!codePage.empty())
-        if (std::optional<std::string> text = fromCodePage(value, systemsName(codePage)))
+        if (std::optional<std::string> text = fromCodePage(value, codePage))
             return std::move(*text);
     std::string text;
     for (const char c : value)
