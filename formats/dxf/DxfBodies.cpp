@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "formats/dxf/DxfCodes.h"
 #include "formats/dxf/DxfPolylines.h"
 #include "formats/dxf/DxfRewrite.h"
 #include "formats/dxf/DxfText.h"
@@ -13,8 +14,6 @@
 
 namespace holdfast::formats {
 namespace {
-
-constexpr int kHandle = 5, kOwner = 330, kClassMark = 100, kList = 102, kHardOwned = 360, kFirstForeign = 1000;
 
 /// Groups that mean the same on every kind of entity.
 constexpr std::array<int, 17> kCommon = {5, 330, 360, 67, 410, 8, 6, 347, 62, 48, 60, 370, 420, 430, 440, 390, 284};

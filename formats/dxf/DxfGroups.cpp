@@ -7,6 +7,7 @@
 
 #include "document/text/DrawingError.h"
 #include "document/text/Suggest.h"
+#include "formats/dxf/DxfCodes.h"
 
 namespace holdfast::formats {
 namespace {
@@ -78,16 +79,16 @@ std::optional<std::uint64_t> handleIn(std::string_view text) {
 }
 
 void DxfGroups::noteHandle(const DxfGroup& group) {
-    constexpr int handle = 5, handleOfStyle = 105;
+    constexpr int handleOfStyle = 105;
     constexpr std::uint64_t highest = UINT64_MAX / 2;  // one above leaves no room for others: it is none
-    if (group.code != handle && group.code != handleOfStyle)
+    if (group.code != kHandle && group.code != handleOfStyle)
         return;
     if (const auto found = handleIn(group.value); found && *found < highest)
         m_highestHandle = std::max(m_highestHandle, *found);
 }
 
 void DxfGroups::advance() {
-    constexpr int comment = 999, variable = 9;
+    constexpr int variable = 9;
     const bool isOfVariable = m_next && m_next->code == variable;
     do {
         m_next.reset();
@@ -99,7 +100,7 @@ void DxfGroups::advance() {
             fail(m_line, "the end of the file", "a value for group code " + std::to_string(code));
         const std::string_view value = takeLine();
         m_next = DxfGroup{code, holdsText(code) && code != 0 ? value : trimmed(value), m_line, begin, at()};
-    } while (m_next->code == comment);
+    } while (m_next->code == kComment);
     if (!isOfVariable)
         noteHandle(*m_next);
 }
@@ -160,15 +161,14 @@ void DxfEntity::fail(std::string found, std::string expected) const {
 }
 
 DxfEntity takeEntity(DxfGroups& groups) {
-    constexpr int embeddedObject = 101, firstForeign = 1000;
     const DxfGroup name = groups.take("an entity");
     DxfEntity entity{name.value, name.line, {}, &groups, name.begin, name.end};
     bool embedded = false;
     while (!groups.peek() || groups.peek()->code != 0) {
         const DxfGroup group = groups.take("EOF as the value of group 0; the file is not complete");
         entity.end = group.end;
-        embedded = embedded || group.code == embeddedObject;
-        if (!embedded && group.code < firstForeign)
+        embedded = embedded || group.code == kEmbedded;
+        if (!embedded && group.code < kFirstForeign)
             entity.groups.push_back(group);
     }
     return entity;

@@ -35,6 +35,10 @@ public:
     double number(const DxfGroup& group) const;
     int integer(const DxfGroup& group) const;
 
+    /// The code page of texts that are not UTF-8, as the header names it.
+    void setCodePage(std::string_view name) { m_codePage = name; }
+    std::string_view codePage() const { return m_codePage; }
+
     /// The highest handle of the groups so far, those of header variables left out.
     std::uint64_t highestHandle() const { return m_highestHandle; }
 
@@ -52,6 +56,7 @@ private:
     int m_line = 0;
     std::optional<DxfGroup> m_next;
     std::uint64_t m_highestHandle = 0;
+    std::string_view m_codePage;
 };
 
 /// A number in hexadecimal digits; nothing for other texts.

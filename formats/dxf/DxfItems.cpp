@@ -6,12 +6,12 @@
 #include <cmath>
 
 #include "document/text/NumberText.h"
+#include "formats/dxf/DxfCodes.h"
 
 namespace holdfast::formats {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r";
-constexpr int kComment = 999, kFirstForeign = 1000, kEmbedded = 101, kList = 102;
+constexpr std::string_view kBlanksAround = " \t\r";
 
 std::string_view takeWholeLine(std::string_view& rest) {
     const std::size_t end = rest.find('\n');
@@ -37,8 +37,8 @@ std::pair<std::size_t, std::size_t> valueIn(std::string_view line, int code) {
         --end;
     if (code >= 1 && code <= 9)
         return {0, end};
-    const std::size_t first = std::min(end, line.find_first_not_of(kBlanks));
-    const std::size_t last = line.substr(0, end).find_last_not_of(kBlanks);
+    const std::size_t first = std::min(end, line.find_first_not_of(kBlanksAround));
+    const std::size_t last = line.substr(0, end).find_last_not_of(kBlanksAround);
     return {first, last == std::string_view::npos ? first : last + 1};
 }
 
@@ -85,8 +85,9 @@ DxfStyle styleOf(const DxfItems& items) {
     const bool isReturned = end != std::string::npos && end > 0 && head[end - 1] == '\r';
     style.lineEnd = isReturned ? "\r\n" : "\n";
     style.codeWidth = end == std::string::npos ? 0 : end - (isReturned ? 1 : 0);
-    if (const auto coordinate = findOwn(items, 10))
-        style.sample = items[*coordinate].value;
+    for (const int coordinate : {11, 10})
+        if (const auto found = findOwn(items, coordinate))
+            style.sample = items[*found].value;
     return style;
 }
 
@@ -150,6 +151,10 @@ double ownNumber(const DxfItems& items, int code, double otherwise) {
     double value = otherwise;
     std::from_chars(text.data(), text.data() + text.size(), value);
     return value;
+}
+
+bool looksDown(const DxfItems& items) {
+    return ownNumber(items, 230, 1.0) < 0.0;
 }
 
 }  // namespace holdfast::formats

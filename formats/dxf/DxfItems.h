@@ -50,4 +50,7 @@ std::optional<std::size_t> findOwn(const DxfItems& items, int code);
 /// The value of the first of its own groups with a code as a number, or a default when there is none.
 double ownNumber(const DxfItems& items, int code, double otherwise);
 
+/// True for an entity on a plane that is seen from below.
+bool looksDown(const DxfItems& items);
+
 }  // namespace holdfast::formats

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "formats/dxf/DxfBinary.h"
 #include "formats/dxf/DxfBodies.h"
 #include "formats/dxf/DxfOldForm.h"
 #include "formats/dxf/DxfPolylines.h"
@@ -22,6 +23,11 @@ bool isDrawnAlike(const Shape& a, const Shape& b) {
         return a == b;
     return first->closed == second->closed && first->vertices == second->vertices && first->bulges == second->bulges;
 }
+
+struct Change {
+    DxfRange range;
+    std::string text;  // instead
+};
 
 class Patch {
 public:
@@ -47,6 +53,9 @@ public:
         m_output.text = changedText();
         return std::move(m_output);
     }
+
+    /// What was written, in the order of the file.
+    const std::vector<Change>& changes() const { return m_changes; }
 
 private:
     std::string_view recordText(std::size_t record) const {
@@ -152,11 +161,6 @@ private:
         return text.append(m_text.substr(done));
     }
 
-    struct Change {
-        DxfRange range;
-        std::string text;  // instead
-    };
-
     std::string_view m_text;
     const DxfLayout& m_layout;
     const Document& m_before;
@@ -170,12 +174,25 @@ private:
     std::optional<DxfStyle> m_fileStyle;
 };
 
+DxfOutput patchedBytes(std::string_view bytes, const DxfLayout& layout, const Document& before, const Document& after,
+                       double tolerance) {
+    const DxfDecoded decoded = decodedDxf(bytes, after.name);
+    Patch patch(decoded.text, layout, before, tolerance);
+    DxfOutput output = patch.write(after);
+    DxfByteChanges changes(bytes, decoded);
+    for (const Change& change : patch.changes())
+        changes.replace(change.range.begin, change.range.end, change.text);
+    output.text = changes.finished();
+    return output;
+}
+
 }  // namespace
 
 DxfOutput patchedDxf(std::string_view text, const DxfLayout& layout, const Document& before, const Document& after,
                      double tolerance) {
     checkForDxf(after, tolerance);
-    DxfOutput output = Patch(text, layout, before, tolerance).write(after);
+    DxfOutput output = isBinaryDxf(text) ? patchedBytes(text, layout, before, after, tolerance)
+                                         : Patch(text, layout, before, tolerance).write(after);
     output.lostConstraints = after.constraints.size();
     output.lostParameters = after.parameters.size();
     return output;

@@ -5,6 +5,8 @@
 #include <optional>
 #include <utility>
 
+#include "formats/dxf/DxfCodes.h"
+
 namespace holdfast::formats {
 namespace {
 
@@ -92,9 +94,9 @@ private:
 
     /// A vertex beside one that is there, without what tells that one from others.
     DxfItems another(DxfItems vertex) {
-        constexpr int handle = 5, number = 91;
+        constexpr int number = 91;
         std::erase_if(vertex, [](const DxfItem& item) { return item.code == number; });
-        if (const auto own = findOwn(vertex, handle))
+        if (const auto own = findOwn(vertex, kHandle))
             vertex[*own].value = m_handles.take();
         return vertex;
     }
@@ -105,10 +107,6 @@ private:
     DxfStyle m_style;
     DxfHandles& m_handles;
 };
-
-bool looksDown(const DxfItems& head) {
-    return ownNumber(head, 230, 1.0) < 0.0;
-}
 
 void rewriteLight(DxfItems& record, const PolylineShape& before, const PolylineShape& now, DxfHandles& handles) {
     const auto isOfVertex = [](int code) {

@@ -7,6 +7,8 @@
 #include <utility>
 
 #include "document/text/Suggest.h"
+#include "formats/dxf/DxfBinary.h"
+#include "formats/dxf/DxfCodes.h"
 #include "formats/dxf/DxfGroups.h"
 #include "formats/dxf/DxfShapes.h"
 #include "formats/dxf/DxfText.h"
@@ -51,8 +53,12 @@ public:
     }
 
     DxfDrawing read() {
-        while (!atName("EOF"))
-            readSection();
+        while (!atName("EOF")) {
+            if (m_lastSection.empty() || m_groups.peek()->code != 0 || m_groups.peek()->value == "SECTION")
+                readSection();
+            else
+                readContents();  // of a section that has ended too early
+        }
         // Sections without a place in a drawing are passed over in silence, unless the entities may stand in one.
         if (!m_hasEntities)
             for (const std::string& name : m_otherSections)
@@ -89,22 +95,34 @@ private:
         const DxfGroup name = m_groups.take("the name of a section");
         if (name.code != 2)
             m_groups.fail(name.line, "group " + std::to_string(name.code), "the name of a section in group 2");
-        if (name.value == "ENTITIES") {
+        m_lastSection = name.value;
+        m_hasEnded = {};
+        if (name.value == "ENTITIES")
             m_hasEntities = true;
-            readEntities();
-        } else if (name.value == "HEADER") {
-            readHeader();
-        } else {
-            if (std::find(kSilentSections.begin(), kSilentSections.end(), name.value) == kSilentSections.end())
-                m_otherSections.emplace_back(name.value);
-            readOther(name.value == "BLOCKS");
-        }
-        m_groups.take("ENDSEC");
+        else if (name.value != "HEADER" &&
+                 std::find(kSilentSections.begin(), kSilentSections.end(), name.value) == kSilentSections.end())
+            m_otherSections.emplace_back(name.value);
+        readContents();
     }
+
+    void readContents() {
+        if (m_lastSection == "ENTITIES")
+            readEntities();
+        else if (m_lastSection == "HEADER")
+            readHeader();
+        else
+            readOther(m_lastSection == "BLOCKS");
+        if (atName("ENDSEC"))
+            m_groups.take("ENDSEC");
+        m_hasEnded = m_lastSection;
+    }
+
+    /// The end of a section; of one that goes on behind its end also the next section, and the end of the file.
+    bool atEnd() { return atName("ENDSEC") || (m_hasEnded == m_lastSection && (atName("SECTION") || atName("EOF"))); }
 
     void readHeader() {
         std::string_view variable;
-        while (!atName("ENDSEC")) {
+        while (!atEnd()) {
             const DxfGroup group = m_groups.take("a header variable");
             if (group.code == 9)
                 variable = group.value;
@@ -112,6 +130,8 @@ private:
                 setUnit(m_groups.integer(group));
             else if (variable == "$ACADVER" && group.code == 1)
                 m_isNewer = group.value >= kNewerVersion;
+            else if (variable == "$DWGCODEPAGE" && group.code == 3)
+                m_groups.setCodePage(group.value);
             else if (variable == "$HANDSEED" && group.code == 5)
                 setHandleSeed(group);
         }
@@ -132,7 +152,7 @@ private:
     }
 
     void readEntities() {
-        while (!atName("ENDSEC")) {
+        while (!atEnd()) {
             const DxfEntity entity = takeNamed();
             if (entity.name == "SEQEND")
                 continue;  // the end of the attributes of an INSERT, which is counted itself
@@ -150,20 +170,19 @@ private:
         DxfForm& form = m_drawing.layout.form;
         if (!form.kinds.contains(entity.name))
             form.kinds.emplace(entity.name);
-        form.hasMarks = form.hasMarks || entity.find(100) != nullptr;
-        form.hasHandles = form.hasHandles || entity.find(5) != nullptr;
+        form.hasMarks = form.hasMarks || entity.find(kClassMark) != nullptr;
+        form.hasHandles = form.hasHandles || entity.find(kHandle) != nullptr;
         if (form.owner.empty() && !isInPaperSpace(entity))
             form.owner = ownerOf(entity);
     }
 
     /// Lists in braces hold handles of other things.
     static std::string ownerOf(const DxfEntity& entity) {
-        constexpr int list = 102, owner = 330;
         bool isInList = false;
         for (const DxfGroup& group : entity.groups) {
-            if (group.code == list)
+            if (group.code == kList)
                 isInList = group.value.starts_with('{');
-            else if (!isInList && group.code == owner)
+            else if (!isInList && group.code == kOwner)
                 return std::string(group.value);
         }
         return {};
@@ -200,14 +219,15 @@ private:
     }
 
     void readOther(bool isBlocks) {
-        while (!atName("ENDSEC")) {
+        while (!atEnd()) {
             const DxfGroup& next = *m_groups.peek();
             if (!isBlocks || next.code != 0 || next.value != "BLOCK") {
                 m_groups.take("ENDSEC");
                 continue;
             }
             const DxfEntity block = takeEntity(m_groups);
-            if (!isLayout(block.requiredText(2)))
+            const DxfGroup* name = block.find(2);
+            if (name == nullptr || !isLayout(name->value))
                 count(m_drawing.notUnderstood, "BLOCK definition");
         }
     }
@@ -218,13 +238,17 @@ private:
     bool m_isNewer = false;
     std::uint64_t m_seed = 0;
     bool m_hasEntities = false;
+    std::string_view m_lastSection, m_hasEnded;
     std::vector<std::string> m_otherSections;
 };
 
 }  // namespace
 
 DxfDrawing readDxf(std::string_view text, const std::string& fileName) {
-    return Reader(text, fileName).read();
+    if (!isBinaryDxf(text))
+        return Reader(text, fileName).read();
+    const DxfDecoded decoded = decodedDxf(text, fileName);
+    return Reader(decoded.text, fileName).read();
 }
 
 }  // namespace holdfast::formats

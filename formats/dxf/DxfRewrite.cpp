@@ -5,9 +5,11 @@
 #include <charconv>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 #include "document/text/NumberText.h"
 #include "formats/dxf/DxfBodies.h"
+#include "formats/dxf/DxfCodes.h"
 #include "formats/dxf/DxfPolylines.h"
 #include "formats/dxf/DxfText.h"
 #include "geometry/Angles.h"
@@ -15,12 +17,6 @@
 
 namespace holdfast::formats {
 namespace {
-
-constexpr int kEmbedded = 101, kFirstForeign = 1000;
-
-bool looksDown(const DxfItems& record) {
-    return ownNumber(record, 230, 1.0) < 0.0;
-}
 
 /// Angles in a file run from 0 to 360 degrees, or from -180 to 180 where the one that stood there was negative.
 double degreesLike(double radians, double former) {
@@ -129,17 +125,21 @@ private:
         drop({11, 21, 31, 12, 22, 32, 13, 23, 33});  // what it was fitted to
         if (const auto fitted = findOwn(m_record, 74))
             m_record[*fitted].value = "0";
-        if (before.degree == now.degree && before.control.size() == now.control.size() &&
+        if (findOwn(m_record, 10) && before.degree == now.degree && before.control.size() == now.control.size() &&
             before.knots.size() == now.knots.size() && before.weights.size() == now.weights.size())
             return renumber(now);
         rebuild(now);
     }
 
     void drop(std::initializer_list<int> codes) {
-        const std::vector<std::size_t> own = ownGroups(m_record);
-        for (auto i = own.rbegin(); i != own.rend(); ++i)
-            if (std::find(codes.begin(), codes.end(), m_record[*i].code) != codes.end())
-                m_record.erase(m_record.begin() + static_cast<std::ptrdiff_t>(*i));
+        std::vector<bool> goes(m_record.size(), false);
+        for (const std::size_t i : ownGroups(m_record))
+            goes[i] = std::find(codes.begin(), codes.end(), m_record[i].code) != codes.end();
+        DxfItems kept;
+        for (std::size_t i = 0; i < m_record.size(); ++i)
+            if (!goes[i])
+                kept.push_back(std::move(m_record[i]));
+        m_record = std::move(kept);
     }
 
     void renumber(const SplineShape& now) {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "document/checks/ShapeCheck.h"
+#include "formats/dxf/DxfFitSpline.h"
 #include "formats/dxf/DxfText.h"
 #include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
@@ -183,6 +184,32 @@ void expectCount(const DxfEntity& entity, std::size_t found, int countCode, cons
                     std::to_string(count) + " " + what + ", as its group " + std::to_string(countCode) + " says");
 }
 
+std::optional<Vec2> tangentOf(const DxfEntity& entity, int code) {
+    const Vec2 tangent{entity.number(code, 0.0), entity.number(code + 10, 0.0)};
+    return tangent == Vec2{} ? std::nullopt : std::optional(tangent);
+}
+
+/// Points that a program was given for a spline, and left to others to find the spline for.
+DxfReading readFittedSpline(const DxfEntity& entity) {
+    constexpr unsigned closedFlag = 1;
+    const std::vector<double> xs = numbersOf(entity, 11), ys = numbersOf(entity, 21);
+    expectCount(entity, xs.size(), 74, "fit points");
+    if (xs.size() != ys.size())
+        entity.fail(
+            "a SPLINE of " + std::to_string(xs.size()) + " x and " + std::to_string(ys.size()) + " y of fit points",
+            "as many of both");
+    FitPoints fit{.points = {},
+                  .isClosed = (static_cast<unsigned>(entity.integer(70, 0)) & closedFlag) != 0,
+                  .startTangent = tangentOf(entity, 12),
+                  .endTangent = tangentOf(entity, 13)};
+    for (std::size_t i = 0; i < xs.size(); ++i)
+        if (const Vec2 point{xs[i], ys[i]}; fit.points.empty() || fit.points.back() != point)
+            fit.points.push_back(point);
+    if (fit.points.size() < 2)
+        return notUnderstood("SPLINE of fewer than two points");
+    return of(splineThrough(std::move(fit)));
+}
+
 DxfReading readSpline(const DxfEntity& entity) {
     const std::vector<double> xs = numbersOf(entity, 10), ys = numbersOf(entity, 20);
     SplineShape spline;
@@ -192,7 +219,7 @@ DxfReading readSpline(const DxfEntity& entity) {
     expectCount(entity, spline.knots.size(), 72, "knots");
     expectCount(entity, xs.size(), 73, "control points");
     if (xs.empty())
-        return notUnderstood("SPLINE that has fit points only");
+        return readFittedSpline(entity);
     if (xs.size() != ys.size())
         entity.fail("a SPLINE of " + std::to_string(xs.size()) + " x and " + std::to_string(ys.size()) + " y",
                     "as many of both");
@@ -205,7 +232,8 @@ DxfReading readText(const DxfEntity& entity) {
     const Facing facing = facingOf(entity);
     const double rotation = inRadians(entity.number(50, 0.0));
     return of(TextShape{turned(pointOf(entity, 10), facing), facing == Facing::down ? kPi - rotation : rotation,
-                        entity.required(40), shownText(decodedDxfText(entity.requiredText(1))), false});
+                        entity.required(40),
+                        shownText(decodedDxfText(entity.requiredText(1), entity.source->codePage())), false});
 }
 
 DxfReading readParagraph(const DxfEntity& entity) {
@@ -217,8 +245,8 @@ DxfReading readParagraph(const DxfEntity& entity) {
     double rotation = inRadians(entity.number(50, 0.0));
     if (entity.find(11) != nullptr)
         rotation = std::atan2(entity.required(21), entity.required(11));
-    DxfReading reading = of(
-        TextShape{pointOf(entity, 10), rotation, entity.number(40, 2.5), shownParagraph(decodedDxfText(text)), true});
+    DxfReading reading = of(TextShape{pointOf(entity, 10), rotation, entity.number(40, 2.5),
+                                      shownParagraph(decodedDxfText(text, entity.source->codePage())), true});
     constexpr int topLeft = 1;
     if (entity.integer(71, topLeft) != topLeft)
         reading.dropped.push_back("attachment of an MTEXT elsewhere than at its top left corner");

@@ -5,8 +5,14 @@
 #include <charconv>
 #include <cstddef>
 #include <optional>
+#include <utility>
 
 #include "document/text/Utf8.h"
+
+#if defined(__linux__) && __has_include(<iconv.h>)
+#define HOLDFAST_CODE_PAGES  // the system's library has them; elsewhere they are one that may be missing
+#include <iconv.h>
+#endif
 
 namespace holdfast::formats {
 namespace {
@@ -158,19 +164,54 @@ void appendUtf16(std::string& out, char32_t code) {
     appendUnit(out, 0xDC00 + ((code - 0x10000) & 0x3FFU));
 }
 
+#ifdef HOLDFAST_CODE_PAGES
+/// What the system calls a code page: the number at its end tells, but for those of another family.
+std::string systemsName(std::string_view codePage) {
+    const std::size_t digits = codePage.find_last_not_of("0123456789") + 1;
+    const bool isLatin = codePage.starts_with("ISO") || codePage.starts_with("iso");
+    if (digits == codePage.size())
+        return std::string(codePage);
+    return (isLatin ? "ISO-8859-" : "CP") + std::string(codePage.substr(digits));
+}
+
+/// Nothing where the system does not know the code page, or the text is none of it.
+std::optional<std::string> fromCodePage(std::string_view value, std::string_view codePage) {
+    const iconv_t converter = ::iconv_open("UTF-8", systemsName(codePage).c_str());
+    if (converter == reinterpret_cast<iconv_t>(-1))
+        return std::nullopt;
+    constexpr std::size_t longest = 4;  // bytes of a character in UTF-8
+    std::string from(value), text(longest * value.size(), '\0');
+    char *in = from.data(), *out = text.data();
+    std::size_t inLeft = from.size(), outLeft = text.size();
+    const bool isWhole = ::iconv(converter, &in, &inLeft, &out, &outLeft) != static_cast<std::size_t>(-1);
+    ::iconv_close(converter);
+    if (!isWhole)
+        return std::nullopt;
+    text.resize(text.size() - outLeft);
+    return text;
+}
+#else
+std::optional<std::string> fromCodePage(std::string_view, std::string_view) {
+    return std::nullopt;
+}
+#endif
+
 }  // namespace
 
-std::string utf8Of(std::string_view value) {
+std::string utf8Of(std::string_view value, std::string_view codePage) {
     if (isUtf8(value))
         return std::string(value);
+    if (!codePage.empty())
+        if (std::optional<std::string> text = fromCodePage(value, codePage))
+            return std::move(*text);
     std::string text;
     for (const char c : value)
         appendUtf8(text, fromWindows1252(c));
     return text;
 }
 
-std::string decodedDxfText(std::string_view value) {
-    const std::string text = utf8Of(value);
+std::string decodedDxfText(std::string_view value, std::string_view codePage) {
+    const std::string text = utf8Of(value, codePage);
     std::string out;
     std::size_t i = 0;
     while (i < text.size()) {

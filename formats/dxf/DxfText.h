@@ -7,12 +7,13 @@
 
 namespace holdfast::formats {
 
-/// A text in UTF-8; one that is none is taken as Windows-1252.
-std::string utf8Of(std::string_view value);
+/// A text in UTF-8. One that is none is taken as the code page that a file names (ANSI_1251, DOS850), and as
+/// Windows-1252 where it names none, or one that the system does not know or the text is none of.
+std::string utf8Of(std::string_view value, std::string_view codePage = {});
 
-/// The value of a DXF text group in UTF-8: bytes that are not UTF-8 are taken as Windows-1252, \U+XXXX becomes its
-/// character, ^I and ^J a tab and a line feed.
-std::string decodedDxfText(std::string_view value);
+/// The value of a DXF text group in UTF-8: bytes that are not UTF-8 are taken as the code page says, \U+XXXX becomes
+/// its character, ^I and ^J a tab and a line feed.
+std::string decodedDxfText(std::string_view value, std::string_view codePage = {});
 
 /// What a TEXT entity shows: %%d, %%p and %%c become the signs for degree, plus-minus and diameter, %%nnn a character,
 /// %%u, %%o and %%k (underline and such) vanish.

@@ -157,11 +157,6 @@ void refuseUnknownFields(const JsonView& view, Fields fields) {
     view.allowOnly(std::span(allowed.begin(), end));
 }
 
-bool flagOr(const JsonView& view, std::string_view key, bool otherwise) {
-    const auto member = view.find(key);
-    return member ? member->flag() : otherwise;
-}
-
 }  // namespace
 
 Entity readEntity(const JsonView& view) {

@@ -30,11 +30,6 @@ std::string textOr(const JsonView& view, std::string_view key) {
     return member ? member->text() : std::string();
 }
 
-bool flagOr(const JsonView& view, std::string_view key, bool otherwise) {
-    const auto member = view.find(key);
-    return member ? member->flag() : otherwise;
-}
-
 Source readSource(const JsonView& view) {
     view.allowOnly(kSourceFields);
     return Source{textOr(view, "repository"), textOr(view, "revision"), textOr(view, "file"), textOr(view, "sketch")};

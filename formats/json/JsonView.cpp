@@ -84,4 +84,9 @@ Vec2 JsonView::point() const {
     return {JsonView(*this, m_node->items[0]).number(), JsonView(*this, m_node->items[1]).number()};
 }
 
+bool flagOr(const JsonView& view, std::string_view key, bool otherwise) {
+    const auto member = view.find(key);
+    return member ? member->flag() : otherwise;
+}
+
 }  // namespace holdfast::formats

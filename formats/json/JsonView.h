@@ -49,4 +49,7 @@ private:
     const JsonNode* m_node;
 };
 
+/// A member that is true or false, or what is meant without it.
+bool flagOr(const JsonView& view, std::string_view key, bool otherwise);
+
 }  // namespace holdfast::formats

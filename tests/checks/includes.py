@@ -45,7 +45,7 @@ LIBRARIES = (
     ("solver", ".cpp .h", re.compile(r"^Eigen/")),
     ("formats", ".cpp", JSON),
     ("formats", ".h", JSON_BY_NAME),
-    ("formats", ".cpp", re.compile(r"^(unistd|fcntl|io|windows|sys/\w+)\.h$")),
+    ("formats", ".cpp", re.compile(r"^(unistd|fcntl|iconv|io|windows|sys/\w+)\.h$")),
     ("report", ".cpp", JSON),
     ("report", ".h", JSON_BY_NAME),
     ("apps", ".cpp .h", JSON),

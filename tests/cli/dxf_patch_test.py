@@ -18,10 +18,11 @@ import unittest
 
 try:
     import ezdxf
+    from ezdxf.lldxf.tagger import binary_tags_loader
 except ImportError:
     ezdxf = None
 
-PROGRAM, FOLDERS = sys.argv[1], [pathlib.Path(folder) for folder in sys.argv[2:]]
+PROGRAM, FOLDERS = sys.argv[1], [pathlib.Path(folder).resolve() for folder in sys.argv[2:]]
 LOOKS = (b"8", b"6", b"62", b"370", b"48", b"60", b"420")
 
 
@@ -299,6 +300,25 @@ class DxfPatchOfOtherPrograms(DxfPatch):
         made("R2018").saveas(file)
         self.assertEqual(self.run_program("convert", file, out).returncode, 0)
         self.assertEqual(out.read_bytes(), file.read_bytes())
+
+
+    def test_an_edit_of_a_binary_file_changes_the_records_of_what_it_edits(self):
+        for version in ("R12", "R2000", "R2018"):
+            file = self.path / "made.dxf"
+            made(version).saveas(file, fmt="bin")
+            edits = [["move g0 by 1,2"], ["erase g3"], ["break g0 at 4,0 to 6,0"], ["copy g3 by 5,5"],
+                     ["draw circle 1,2 radius 3"]]
+            for i, (edit, line) in enumerate(zip(edits, self.run_edits(file, edits, ".dxf"))):
+                with self.subTest(version=version, edit=edit):
+                    out, fates = self.path / f"{i}.dxf", line["totals"]["entities"]
+                    gone, come = difference(said(file.read_bytes()), said(out.read_bytes()))
+                    self.assertEqual((len(gone), len(come)), (fates["edited"] + fates["erased"], fates["edited"] + fates["created"]))
+                    self.assertFalse(ezdxf.readfile(out).audit().errors)
+
+
+def said(data):
+    """A binary file as the text that says the same."""
+    return b"".join(f"{tag.code}\n{tag.value}\n".encode() for tag in binary_tags_loader(data))
 
 
 def made(version):

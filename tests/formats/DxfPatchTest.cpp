@@ -236,6 +236,16 @@ TEST(DxfPatch, MovesTheControlPointsOfASplineAndTakesItsFitPointsAway) {
     EXPECT_EQ(file.written(), dxfFile(head + "0\n" + knots + "10 0\n20 0\n30 0\n10 1\n20 3\n30 0\n10 2\n20 0\n30 0"));
 }
 
+TEST(DxfPatch, GivesASplineThatHasFitPointsOnlyItsControlPoints) {
+    const std::string head = "0 SPLINE\n8 A\n70 8\n71 3\n";
+    Patched file(dxfFile(head + "74 2\n11 0\n21 0\n31 0\n11 3\n21 0\n31 0"));
+    EXPECT_EQ(file.written(), file.text);
+    for (Vec2& point : file.shape<SplineShape>(0).control)
+        point.y += 1;
+    EXPECT_EQ(file.written(), dxfFile(head + "72 8\n73 4\n74 0\n40 0\n40 0\n40 0\n40 0\n40 3\n40 3\n40 3\n40 3\n"
+                                             "10 0\n20 1\n30 0\n10 1\n20 1\n30 0\n10 2\n20 1\n30 0\n10 3\n20 1\n30 0"));
+}
+
 TEST(DxfPatch, RebuildsASplineWithAnotherNumberOfControlPoints) {
     Patched file(
         dxfFile("0 SPLINE\n8 A\n70 8\n71 1\n72 4\n73 2\n40 0\n40 0\n40 1\n40 1\n10 0\n20 0\n30 5\n10 2\n20 0\n30 5"));

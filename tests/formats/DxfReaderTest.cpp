@@ -1,5 +1,6 @@
 #include "formats/dxf/DxfReader.h"
 #include "geometry/Angles.h"
+#include "geometry/SplineCurve.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -104,7 +105,73 @@ TEST(DxfReader, CountsWhatItDoesNotUnderstand) {
                              DxfNotice{"CIRCLE on a tilted plane", 1}, DxfNotice{"CIRCLE with faulty radius", 1},
                              DxfNotice{"POLYLINE that is a mesh", 1}, DxfNotice{"POLYLINE in space", 1},
                              DxfNotice{"LWPOLYLINE of fewer than two vertices", 1},
-                             DxfNotice{"SPLINE that has fit points only", 1}));
+                             DxfNotice{"SPLINE of fewer than two points", 1}));
+}
+
+TEST(DxfReader, RunsASplineThroughItsFitPoints) {
+    const std::string points = "11 0\n21 0\n11 3\n21 4\n11 3\n21 4\n11 9\n21 4";
+    const auto spline = only<SplineShape>("0 SPLINE\n71 3\n74 4\n" + points);
+    EXPECT_EQ(spline.knots, (std::vector<double>{0, 0, 0, 0, 5, 11, 11, 11, 11}));
+    EXPECT_NEAR(distance(splinePoint(spline, 5), {3, 4}), 0, 1e-12);
+    EXPECT_EQ(spline.control.back(), (Vec2{9, 4}));
+    // It does not bend at its ends: there, three control points lie in a line.
+    EXPECT_NEAR(cross(spline.control[1] - spline.control[0], spline.control[2] - spline.control[0]), 0, 1e-12);
+    const auto led = only<SplineShape>("0 SPLINE\n71 3\n74 4\n" + points + "\n12 0\n22 2\n13 0\n23 -1");
+    EXPECT_NEAR(led.control[1].x, 0, 1e-12);
+    EXPECT_GT(led.control[1].y, 0);
+    EXPECT_NEAR(led.control[3].x, 9, 1e-12);
+    EXPECT_GT(led.control[3].y, 4);
+    EXPECT_NEAR(distance(splinePoint(led, 5), {3, 4}), 0, 1e-12);
+}
+
+TEST(DxfReader, ClosesASplineThroughItsFitPointsSmoothly) {
+    const auto ring = only<SplineShape>("0 SPLINE\n70 1\n71 3\n11 1\n21 0\n11 0\n21 1\n11 -1\n21 0\n11 0\n21 -1");
+    EXPECT_EQ(splineStart(ring), (Vec2{1, 0}));
+    EXPECT_EQ(splineEnd(ring), (Vec2{1, 0}));
+    const Vec2 out = ring.control[1] - ring.control[0],
+               in = ring.control.back() - ring.control[ring.control.size() - 2];
+    EXPECT_NEAR(distance(out, in), 0, 1e-12);
+    EXPECT_NEAR(out.x, 0, 1e-12);
+}
+
+TEST(DxfReader, ReadsOnBehindAnEndThatComesTooEarly) {
+    const std::string text = dxfLines(
+        "0 SECTION\n2 BLOCKS\n0 ENDSEC\n0 BLOCK\n2 PART\n0 ENDBLK\n0 SECTION\n2 ENTITIES\n0 POINT\n10 1\n20 2\n0 "
+        "ENDSEC\n"
+        "0 POINT\n10 3\n20 4\n0 ENDSEC\n0 POINT\n10 5\n20 6\n0 EOF\n");
+    const DxfDrawing drawing = readDxf(text, "test.dxf");
+    EXPECT_EQ(drawing.document.entities.size(), 3U);
+    EXPECT_THAT(drawing.notUnderstood, testing::ElementsAre(DxfNotice{"BLOCK definition", 1}));
+    EXPECT_EQ(text.substr(drawing.layout.recordsEnd), "0\nEOF\n");
+}
+
+TEST(DxfReader, CountsABlockWithoutAName) {
+    const DxfDrawing drawing =
+        readDxf(dxfLines("0 SECTION\n2 BLOCKS\n0 BLOCK\n10 0\n0 ENDBLK\n0 ENDSEC\n0 EOF\n"), "test.dxf");
+    EXPECT_THAT(drawing.notUnderstood, testing::ElementsAre(DxfNotice{"BLOCK definition", 1}));
+}
+
+TEST(DxfReader, ReadsTextsInTheCodePageOfTheHeader) {
+    const auto textIn = [](const std::string& codePage, const std::string& bytes) {
+        const DxfDrawing drawing =
+            readDxf(dxfLines("0 SECTION\n2 HEADER\n9 $DWGCODEPAGE\n3 " + codePage +
+                             "\n0 ENDSEC\n0 SECTION\n2 ENTITIES\n0 TEXT\n10 0\n"
+                             "20 0\n40 1\n1 " +
+                             bytes + "\n0 MTEXT\n10 0\n20 0\n40 1\n1 " + bytes + "\n0 ENDSEC\n0 EOF\n"),
+                    "test.dxf");
+        const auto text = [&](std::size_t i) {
+            return std::get<TextShape>(drawing.document.entities.at(i).shape).text;
+        };
+        EXPECT_EQ(text(0), text(1));
+        return text(0);
+    };
+    EXPECT_EQ(textIn("ANSI_1251", "\xCF\xF0"), "\u041F\u0440");
+    EXPECT_EQ(textIn("DOS850", "\x81"), "\u00FC");
+    EXPECT_EQ(textIn("ISO8859-2", "\xB1"), "\u0105");
+    EXPECT_EQ(textIn("ANSI_932", "\x93\xFA"), "\u65E5");
+    EXPECT_EQ(textIn("ANSI_1252", "\xFC"), "\u00FC");
+    EXPECT_EQ(textIn("STRANGE_9", "\xFC"), "\u00FC");
+    EXPECT_EQ(textIn("ANSI_1251", "\u041F"), "\u041F");
 }
 
 TEST(DxfReader, NamesPropertiesThatEntitiesLose) {
