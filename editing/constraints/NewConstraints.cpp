@@ -54,6 +54,27 @@ void dropPartlyImplied(Document& part, std::size_t firstNew) {
         part.constraints.erase(part.constraints.begin() + static_cast<std::ptrdiff_t>(*number));
 }
 
+/// How many equations are spare among the first constraints of a part.
+int spareWith(const Document& part, std::size_t count) {
+    Document first = part;
+    first.constraints.resize(count);
+    return DocumentSketch(first).redundancies().equations;
+}
+
+/// Where something is said twice it may be an older constraint that is named for it: the first new one with which that
+/// happens goes. Each costs as many eliminations as the number of new ones has binary digits.
+void dropTwiceSaid(Document& part, std::size_t firstNew) {
+    const int given = spareWith(part, firstNew);
+    while (part.constraints.size() > firstNew && spareWith(part, part.constraints.size()) > given) {
+        std::size_t good = firstNew, bad = part.constraints.size();
+        while (bad - good > 1) {
+            const std::size_t middle = good + (bad - good) / 2;
+            (spareWith(part, middle) > given ? bad : good) = middle;
+        }
+        part.constraints.erase(part.constraints.begin() + static_cast<std::ptrdiff_t>(good));
+    }
+}
+
 }  // namespace
 
 void addNew(Drawing& drawing, std::vector<Constraint> wanted) {
@@ -66,6 +87,7 @@ void addNew(Drawing& drawing, std::vector<Constraint> wanted) {
     dropFalse(part, first, kSamePoint * drawing.extent());
     thinOut(part, first);
     dropPartlyImplied(part, first);
+    dropTwiceSaid(part, first);
     for (std::size_t i = first; i < part.constraints.size(); ++i) {
         part.constraints[i].id.clear();
         drawing.addConstraint(part.constraints[i]);

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "document/Names.h"
+#include "geometry/Angles.h"
 #include "geometry/Vec2.h"
 #include "hosting/DocumentSketch.h"
 #include "tests/editing/PolylineShorthand.h"
@@ -245,6 +246,42 @@ TEST(CopyLinked, MovesNothingAndSaysNothingTwice) {
             EXPECT_LE(miss, 1e-9) << edit;
         EXPECT_TRUE(DocumentSketch(session.document()).diagnose().redundant.empty()) << edit;
     }
+}
+
+/// A slot: two level lines and two half circles that are tangent to them.
+Document slot() {
+    Document document;
+    document.name = "slot";
+    document.entities = {lineEntity("top", {0, 2}, {6, 2}), lineEntity("bottom", {0, 0}, {6, 0}),
+                         shapeEntity("right", ArcShape{{6, 1}, 1, -kPi / 2, kPi / 2}),
+                         shapeEntity("left", ArcShape{{0, 1}, 1, kPi / 2, 1.5 * kPi})};
+    const auto joint = [](const char* id, const char* line, PlaceKind at, const char* arc, PlaceKind end) {
+        return constraintOf(id, ConstraintType::coincident, {{line, at}, {arc, end}});
+    };
+    document.constraints = {joint("c0", "top", PlaceKind::end, "right", PlaceKind::end),
+                            joint("c1", "bottom", PlaceKind::end, "right", PlaceKind::start),
+                            joint("c2", "top", PlaceKind::start, "left", PlaceKind::start),
+                            joint("c3", "bottom", PlaceKind::start, "left", PlaceKind::end),
+                            constraintOf("t0", ConstraintType::tangent, {{"top"}, {"right"}}),
+                            constraintOf("t1", ConstraintType::tangent, {{"bottom"}, {"right"}}),
+                            constraintOf("t2", ConstraintType::tangent, {{"top"}, {"left"}}),
+                            constraintOf("h", ConstraintType::horizontal, {{"top"}})};
+    return document;
+}
+
+TEST(CopyLinked, SpacesEntitiesThatHangTogetherOnce) {
+    Session session(slot());
+    const auto spare = DocumentSketch(slot()).diagnose().redundant.size();
+    EXPECT_EQ(session.apply("copy top bottom right left by 20,0 linked").outcome.error, "");
+    EXPECT_EQ(DocumentSketch(session.document()).diagnose().redundant.size(), spare);
+    std::string spacing;
+    for (const Constraint& constraint : session.document().constraints)
+        if (isDimension(constraint.type))
+            spacing += std::string(typeName(constraint.type)) + " ";
+    EXPECT_EQ(spacing, "distance_x ");
+    EXPECT_EQ(session.apply("set " + idOf(session, ConstraintType::distanceX) + " 30").outcome.error, "");
+    EXPECT_LE(distance(lineOf(session, "top_2").end, lineOf(session, "top").end + Vec2{30, 0}), 1e-9);
+    EXPECT_LE(distance(lineOf(session, "bottom_2").end, lineOf(session, "bottom").end + Vec2{30, 0}), 1e-9);
 }
 
 TEST(CopyLinked, LeavesDimensionsToItsOriginals) {

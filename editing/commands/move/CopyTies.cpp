@@ -2,8 +2,11 @@
 
 #include <cmath>
 #include <optional>
+#include <unordered_map>
 
+#include "document/Names.h"
 #include "editing/EditContext.h"
+#include "geometry/DisjointSets.h"
 #include "geometry/Segments.h"
 #include "geometry/Tolerances.h"
 
@@ -134,13 +137,15 @@ void space(Ties& ties, const Copied& entity, const CopyGrid& grid) {
                 ties.onward(at(column, row - 2), at(column, row - 1), at(column, row));
 }
 
-void tie(Ties& ties, const Copied& entity, const CopyGrid& grid) {
-    space(ties, entity, grid);
+/// Rings have no spacing of their own.
+void space(Ties&, const Copied&, const CopyRing&) {}
+
+void turn(Ties& ties, const Copied& entity, const CopyGrid&) {
     for (std::size_t i = 1; i < entity.names.size(); ++i)
         ties.directions(entity, i, ConstraintType::parallel);
 }
 
-void tie(Ties& ties, const Copied& entity, const CopyRing& ring) {
+void turn(Ties& ties, const Copied& entity, const CopyRing& ring) {
     for (std::size_t i = 1; i < entity.names.size(); ++i) {
         const double quarters = std::abs(std::remainder(ring.degrees * static_cast<double>(i), 180.0)) / 90.0;
         if (quarters <= kSameDirection)
@@ -150,17 +155,57 @@ void tie(Ties& ties, const Copied& entity, const CopyRing& ring) {
     }
 }
 
+/// Of each set of entities that hang together by what is copied, whether an entity is the first.
+std::vector<bool> firstOfSets(const Drawing& drawing, const std::vector<std::string>& names) {
+    std::unordered_map<std::string_view, std::size_t> numbers;
+    for (const std::string& name : names)
+        numbers.emplace(name, numbers.size());
+    DisjointSets sets(names.size());
+    for (const Constraint& constraint : drawing.around(names).constraints) {
+        if (isDimension(constraint.type) || !constraint.active)
+            continue;
+        for (const Place& place : constraint.refs)
+            if (const auto a = numbers.find(constraint.refs.front().entity), b = numbers.find(place.entity);
+                a != numbers.end() && b != numbers.end())
+                sets.join(a->second, b->second);
+    }
+    std::vector<bool> isFirst, isSeen(names.size(), false);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        isFirst.push_back(!isSeen[sets.find(i)]);
+        isSeen[sets.find(i)] = true;
+    }
+    return isFirst;
+}
+
+std::vector<Copied> copiedEntities(const Drawing& drawing, const std::vector<std::string>& originals,
+                                   const std::vector<CopyNames>& copies) {
+    std::vector<Copied> entities;
+    for (const std::string& name : originals) {
+        entities.push_back({drawing.shape(name), {name}});
+        for (const CopyNames& names : copies)
+            entities.back().names.push_back(names.at(name));
+    }
+    return entities;
+}
+
 }  // namespace
 
 std::vector<Constraint> tiesOfCopies(const Drawing& drawing, const Copy& edit, const std::vector<CopyNames>& copies) {
+    const std::vector<std::string> originals = valuesOf(edit.entities);
+    const std::vector<Copied> entities = copiedEntities(drawing, originals, copies);
+    const std::vector<bool> isFirst = firstOfSets(drawing, originals);
     Ties ties;
-    for (const std::string& name : valuesOf(edit.entities)) {
-        Copied entity{drawing.shape(name), {name}};
-        for (const CopyNames& names : copies)
-            entity.names.push_back(names.at(name));
-        std::visit([&](const auto& array) { tie(ties, entity, array); }, edit.to);
+    const auto spaceThose = [&](bool first) {
+        for (std::size_t i = 0; i < entities.size(); ++i)
+            if (isFirst[i] == first)
+                std::visit([&](const auto& array) { space(ties, entities[i], array); }, edit.to);
+    };
+    spaceThose(true);
+    for (const Copied& entity : entities) {
+        std::visit([&](const auto& array) { turn(ties, entity, array); }, edit.to);
         ties.equals(entity);
     }
+    spaceThose(false);
     return ties.take();
 }
 
