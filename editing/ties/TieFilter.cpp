@@ -204,6 +204,22 @@ void eraseImplied(const Drawing& drawing, Candidates& candidates) {
     }
 }
 
+/// A point on the curve that an end of the curve has come to meet: the common point says both.
+void mergePointOnCurve(const Drawing& drawing, Candidate& candidate) {
+    if (!candidate.whole || candidate.whole->type != ConstraintType::coincident || !candidate.tie.constraint.id.empty())
+        return;
+    const std::vector<Place>& ends = candidate.whole->refs;
+    for (const Constraint& known : drawing.around({ends[0].entity}).constraints)
+        for (const std::size_t i : {0u, 1u})
+            if (known.type == ConstraintType::pointOnCurve && known.active && known.refs[0] == ends[i] &&
+                known.refs[1] == Place{ends[1 - i].entity}) {
+                candidate.tie.constraint = known;
+                candidate.tie.constraint.type = ConstraintType::coincident;
+                candidate.tie.constraint.refs[1] = ends[1 - i];
+                return;
+            }
+}
+
 }  // namespace
 
 std::vector<Tie> withoutImplied(Drawing& drawing, std::vector<Tie> ties) {
@@ -214,8 +230,10 @@ std::vector<Tie> withoutImplied(Drawing& drawing, std::vector<Tie> ties) {
     eraseSecondWays(candidates);
     eraseImplied(drawing, candidates);
     std::vector<Tie> lasting;
-    for (Candidate& candidate : candidates)
+    for (Candidate& candidate : candidates) {
+        mergePointOnCurve(drawing, candidate);
         lasting.push_back(std::move(candidate.tie));
+    }
     return lasting;
 }
 

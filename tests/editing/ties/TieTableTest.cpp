@@ -35,6 +35,10 @@ TEST(TieTable, OfTrims) {
          "kept c0; added point_on_curve base.end cut; deleted c1"},
         {"a new end meets an end of its cutter", FRAME "draw line 7,0 7,2 as cut", "trim base at 9,0 by cut",
          "kept c0; added coincident base.end cut.start; deleted c1"},
+        {"a new end meets a point that lay on the curve: both are one",
+         FRAME
+         "draw line 7,0 7,2 as cut; constrain point_on_curve cut.start base as c2; constrain horizontal base as c3",
+         "trim base at 9,0 by cut", "kept c0 c3; re-pointed c2 coincident cut.start base.end; deleted c1"},
         {"what is left behind the part is tied to its own cutter",
          FRAME "draw line 7,-2 7,2 as cut; draw line 3,-2 3,2 as cut2", "trim base at 5,0 by cut cut2",
          "kept c0; re-pointed c1 coincident base_2.end right.start; added point_on_curve base.end cut2, "
