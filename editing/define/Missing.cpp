@@ -198,6 +198,8 @@ private:
             upright.reason = kAsDrawn;
             proposals.push_back(std::move(upright));
         }
+        for (Proposal& text : slantedTexts(m_document, kHoldsAsDrawn))
+            proposals.push_back(std::move(text));
         return proposals;
     }
 

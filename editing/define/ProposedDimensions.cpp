@@ -18,6 +18,7 @@ namespace holdfast::editing {
 namespace {
 
 constexpr const char* kStands = "its value as it stands";
+constexpr const char* kAsItStands = "it holds as drawn";
 
 Place placeOf(const Entity& entity, PlaceKind kind, std::size_t index = 0) {
     return {entity.id, kind, static_cast<int>(index)};
@@ -298,6 +299,52 @@ std::vector<Proposal> uprightProposals(const Document& document, double same) {
         if (const auto [off, isLevel] = uprightness(*heading); off <= same)
             found.push_back(proposal(isLevel ? ConstraintType::horizontal : ConstraintType::vertical,
                                      {placeOf(entity, PlaceKind::whole)}, {}));
+    }
+    return found;
+}
+
+namespace {
+
+/// Where a direction without a sense points, between 0 and half a turn.
+double undirected(double heading) {
+    const double angle = std::fmod(heading, kPi);
+    return angle < 0.0 ? angle + kPi : angle;
+}
+
+/// The straight pieces of a drawing by their direction.
+std::vector<std::pair<double, Place>> straightPieces(const Document& document) {
+    std::vector<std::pair<double, Place>> lines;
+    for (const Entity& entity : document.entities)
+        for (const Piece& piece : std::visit(PieceLister{entity}, entity.shape))
+            if (piece.heading)
+                lines.emplace_back(undirected(*piece.heading), piece.whole);
+    std::stable_sort(lines.begin(), lines.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    return lines;
+}
+
+std::optional<Place> lineAlong(const std::vector<std::pair<double, Place>>& lines, double heading, double same) {
+    const auto found = std::lower_bound(lines.begin(), lines.end(), undirected(heading) - same,
+                                        [](const auto& line, double angle) { return line.first < angle; });
+    if (found == lines.end() || found->first > undirected(heading) + same)
+        return std::nullopt;
+    return found->second;
+}
+
+}  // namespace
+
+std::vector<Proposal> slantedTexts(const Document& document, double same) {
+    const auto lines = straightPieces(document);
+    std::vector<Proposal> found;
+    for (const Entity& entity : document.entities) {
+        const auto* text = std::get_if<TextShape>(&entity.shape);
+        if (text == nullptr || entity.fixed || uprightness(text->rotation).first <= same)
+            continue;
+        if (const auto along = lineAlong(lines, text->rotation, same))
+            found.push_back(
+                proposal(ConstraintType::parallel, {*along, placeOf(entity, PlaceKind::whole)}, kAsItStands));
+        else if (const auto across = lineAlong(lines, text->rotation + kQuarterTurn, same))
+            found.push_back(
+                proposal(ConstraintType::perpendicular, {*across, placeOf(entity, PlaceKind::whole)}, kAsItStands));
     }
     return found;
 }

@@ -34,6 +34,9 @@ std::vector<Proposal> heldEllipses(const Document& document);
 /// Upright texts, rays and lines without ends, and texts along lines.
 std::vector<Proposal> uprightProposals(const Document& document, double same);
 
+/// What holds texts that slant: a direction along a line or across it, as drawn. Linear but for a sort of the lines.
+std::vector<Proposal> slantedTexts(const Document& document, double same);
+
 /// All dimensions that might be missing, those that a designer would give first: radii, lengths, the longest first,
 /// where each part of the drawing lies from the datum, where centres lie, angles, then every other point from the
 /// datum; control points are fixed in pairs of coordinates. Values are not measured yet.

@@ -70,6 +70,21 @@ TEST(Define, AddsWhatHoldsAsDrawnBeforeDimensions) {
     EXPECT_EQ(shapesOf(session.document()), shapesOf(plainPlate()));
 }
 
+TEST(Define, HoldsTheDirectionOfASlantedText) {
+    Document along;
+    along.name = "label";
+    along.entities = {lineEntity("slope", {0, 0}, {30, 40}),
+                      shapeEntity("label", TextShape{{5, 20}, std::atan2(40.0, 30.0), 3, "A"}),
+                      shapeEntity("across", TextShape{{9, 20}, std::atan2(-30.0, 40.0), 3, "B"})};
+    Session session(along);
+    const std::string list = addedBy(session, "define");
+    EXPECT_NE(list.find("parallel slope label"), std::string::npos) << list;
+    EXPECT_NE(list.find("perpendicular slope across"), std::string::npos) << list;
+    EXPECT_EQ(degreesOfFreedom(session.document()), 0);
+    EXPECT_EQ(redundantIn(session.document()), "");
+    EXPECT_EQ(shapesOf(session.document()), shapesOf(along));
+}
+
 TEST(Define, TellsWhyForEachConstraint) {
     Session session(plainPlate());
     session.apply("define");
