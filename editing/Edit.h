@@ -296,19 +296,21 @@ struct ChamferLengths {
 };
 
 /// Cuts two curves off before their corner, to which they are led on where they do not reach it, and puts a line
-/// between their ends that is tied to both.
+/// between their ends that is tied to both. One of them may be a polyline.
 struct Chamfer {
     Name first, second;
     ChamferLengths by;
     std::optional<FilletPicks> picks{};  ///< none: where the curves come closest as they are drawn
+    bool keepCorner = false;             ///< a construction point stays where the corner was, with what was tied to it
     friend bool operator==(const Chamfer&, const Chamfer&) = default;
 };
 
 /// Cuts one corner of a polyline off.
 struct ChamferCorner {
     Name polyline;
-    int corner = 0;     ///< the number of its vertex
-    ChamferLengths by;  ///< first along the segment that leads to the corner
+    int corner = 0;           ///< the number of its vertex
+    ChamferLengths by;        ///< first along the segment that leads to the corner
+    bool keepCorner = false;  ///< as above
     friend bool operator==(const ChamferCorner&, const ChamferCorner&) = default;
 };
 

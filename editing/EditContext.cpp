@@ -64,14 +64,28 @@ double keptValue(ConstraintType type, double spoken) {
     return traitsOf(type).value == ConstraintValue::angle ? inRadians(spoken) : spoken;
 }
 
-double paramOnCurve(const Shape& shape, std::string_view name, Vec2 point) {
-    // What a user reads off a picture is good to about a thousandth of the curve.
+namespace {
+
+/// What a user reads off a picture is good to about this part of the curve.
+constexpr double kReadOff = 1e-3;
+
+/// Of the curve with the pick: farther away nobody can have meant it.
+constexpr double kElsewhere = 0.5;
+
+}  // namespace
+
+double paramOnCurve(const Shape& shape, std::string_view name, Vec2 point, std::vector<std::string>* remarks) {
     const Nearest nearest = nearestOn(shape, point);
-    const double size = boundsOf(shape).diagonal();
-    const double tolerance = std::isfinite(size) ? 1e-3 * size : 1e-3 * (1.0 + std::hypot(point.x, point.y));
-    if (nearest.distance > tolerance)
+    Box box = boundsOf(shape);
+    const bool isBounded = std::isfinite(box.diagonal());
+    const double size = isBounded ? box.diagonal() : 1.0 + std::hypot(point.x, point.y);
+    box.add(point);
+    if (isBounded && nearest.distance > kElsewhere * box.diagonal())
         throw EditError("the point " + spoken(point) + " is not on " + std::string(name) + "; its nearest point is " +
                         spoken(nearest.point));
+    if (nearest.distance > kReadOff * size && remarks != nullptr)
+        remarks->push_back("took " + spoken(nearest.point) + " on " + std::string(name) + " for the point " +
+                           spoken(point) + ", which is " + spoken(nearest.distance) + " away");
     return nearest.param;
 }
 

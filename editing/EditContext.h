@@ -54,8 +54,10 @@ std::string spoken(double number);
 double spokenValue(ConstraintType type, double kept);
 double keptValue(ConstraintType type, double spoken);
 
-/// The parameter of a point that the user says lies on a curve; EditError with the nearest point when it does not.
-double paramOnCurve(const Shape& shape, std::string_view name, Vec2 point);
+/// The parameter of the point of a curve that the user picked, or the one nearest to it. `remarks`, if given, takes a
+/// word about a pick that is farther away than a picture is read; EditError for one that nobody can have meant for this
+/// curve: farther from it than half the size of both.
+double paramOnCurve(const Shape& shape, std::string_view name, Vec2 point, std::vector<std::string>* remarks = nullptr);
 
 /// EditError for points and texts: "p is no curve; only curves can be broken".
 void refuseNoCurve(const std::string& name, const Shape& shape, std::string_view done);

@@ -67,7 +67,8 @@ constexpr EditVerb kVerbs[] = {
     {"parameter", "parameter NAME = FORMULA", "parameter width = 80",
      "makes a parameter or changes it; what is calculated from it follows", &parseParameter},
     {"chamfer",
-     "chamfer ENTITY ENTITY by LENGTH [LENGTH] [at POINT POINT] | chamfer POLYLINE corner I by LENGTH [LENGTH]",
+     "chamfer ENTITY ENTITY by LENGTH [LENGTH] [at POINT POINT] [keep corner] | chamfer POLYLINE corner I by LENGTH "
+     "[LENGTH] [keep corner]",
      "chamfer g1 g2 by 2", "cuts two curves, or a polyline, off before a corner and puts a line between",
      &parseChamfer},
     {"offset", "offset ENTITY... by DISTANCE [rounded]", "offset g1 by 2",

@@ -16,6 +16,7 @@ struct ShowOptions {
     bool json = false;
     bool list = false;     ///< every entity and constraint by name
     bool missing = false;  ///< what it lacks for being fully determined
+    bool ids = false;      ///< the picture shows the names of entities
 };
 int show(const ShowOptions& options);
 
@@ -30,6 +31,7 @@ struct EditOptions {
     bool verbose = false;
     bool noTies = false;          ///< edits leave the drawing as bare as the module does
     std::vector<bool> ties = {};  ///< whether each edit of a script gives ties; empty: no script
+    bool ids = false;             ///< the picture shows the names of entities
 };
 int edit(const EditOptions& options);
 
@@ -40,6 +42,7 @@ struct RunOptions {
     bool json = false;
     bool verbose = false;
     bool noTies = false;  ///< whatever the script says
+    bool ids = false;     ///< the picture shows the names of entities
 };
 int run(const RunOptions& options);
 

@@ -65,7 +65,7 @@ int edit(const EditOptions& options) {
     if (!options.report.empty())
         outputs.add(options.report, writeHtmlReport(report));
     if (!options.picture.empty())
-        outputs.add(options.picture, writeBeforeAfter(report));
+        outputs.add(options.picture, writeBeforeAfter(report, options.ids));
     outputs.write();
     tell(report, options.json, options.verbose);
     return kExitDone;

@@ -166,7 +166,8 @@ int run(const RunOptions& options) {
                       .json = options.json,
                       .verbose = options.verbose,
                       .noTies = options.noTies,
-                      .ties = part.ties};
+                      .ties = part.ties,
+                      .ids = options.ids};
     for (const int line : part.lines)
         edits.places.push_back(scriptPlace(options.script, line));
     return edit(edits);

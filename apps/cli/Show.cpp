@@ -82,7 +82,7 @@ int show(const ShowOptions& options) {
     const Document document = readAnyDrawing(options.drawing);
     const Overview overview = overviewOf(document);
     if (!options.output.empty())
-        outputs.add(options.output, writePicture(document));
+        outputs.add(options.output, writePicture(document, {}, {.names = options.ids}));
     outputs.write();
     const std::string name = spokenName(document, options.drawing);
     if (options.json) {

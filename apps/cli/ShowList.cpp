@@ -19,6 +19,7 @@
 #include "editing/text/Parse.h"
 #include "formats/json/JsonWriter.h"
 #include "geometry/Angles.h"
+#include "report/page/Wording.h"
 
 namespace holdfast::cli {
 
@@ -56,12 +57,9 @@ struct Geometry {
 
 std::string sizesIn(const Shape& shape) {
     std::string text;
-    for (const EntitySize& size : sizesOf(shape)) {
-        std::string name(sizeName(size.size));
-        for (char& letter : name)
-            letter = letter == '_' ? ' ' : letter;
-        text += ", " + name + " " + shortNumber(size.value) + (size.size == SizeKind::sweep ? " degrees" : "");
-    }
+    for (const EntitySize& size : sizesOf(shape))
+        text += ", " + report::sizeWords(size.size) + " " + shortNumber(size.value) +
+                (size.size == SizeKind::sweep ? " degrees" : "");
     return text;
 }
 

@@ -20,6 +20,8 @@ using namespace holdfast::cli;
 constexpr std::string_view kRefusals =
     "Exit codes: 0 done; 2 a file or an argument was refused and nothing was written.";
 
+constexpr const char* kIds = "show the names of entities in the picture";
+
 constexpr const char* kNoTies = "add no constraints for what edits cut: no end on its cutter, no pieces in line";
 
 std::string editHelp() {
@@ -37,7 +39,9 @@ std::string editHelp() {
 void addShow(CLI::App& app, ShowOptions& options, std::function<int()>& action) {
     CLI::App* command = app.add_subcommand("show", "tell what is in a drawing");
     command->add_option("DRAWING", options.drawing, "a .json or .dxf file")->required();
-    command->add_option("-o,--output", options.output, "draw it with its constraints into this .svg file");
+    CLI::Option* picture =
+        command->add_option("-o,--output", options.output, "draw it with its constraints into this .svg file");
+    command->add_flag("--ids", options.ids, kIds)->needs(picture);
     command->add_flag("--list", options.list,
                       "name every entity with its sizes, its freedom and the constraints on it, and every constraint");
     command->add_flag("--missing", options.missing, "list what it lacks for being fully determined, as edits");
@@ -53,7 +57,9 @@ void addEdit(CLI::App& app, EditOptions& options, std::function<int()>& action) 
     command->add_option("EDIT", options.edits, "edits, each one argument")->required();
     command->add_option("-o,--output", options.output, "write the edited drawing (.json, .dxf, .svg)");
     command->add_option("--report", options.report, "write the report as one .html file");
-    command->add_option("--picture", options.picture, "draw before and after into this .svg file");
+    CLI::Option* picture =
+        command->add_option("--picture", options.picture, "draw before and after into this .svg file");
+    command->add_flag("--ids", options.ids, kIds)->needs(picture);
     command->add_flag("--json", options.json, "tell the fates as JSON");
     command->add_flag("-v,--verbose", options.verbose, "tell what stayed as it was, too");
     command->add_flag("--no-ties", options.noTies, kNoTies);
@@ -67,7 +73,9 @@ void addRun(CLI::App& app, RunOptions& options, std::function<int()>& action) {
         ->add_option("SCRIPT", options.script, "\"open DRAWING\", then one edit a line, then perhaps \"save DRAWING\"")
         ->required();
     command->add_option("--report", options.report, "write the report as one .html file");
-    command->add_option("--picture", options.picture, "draw before and after into this .svg file");
+    CLI::Option* picture =
+        command->add_option("--picture", options.picture, "draw before and after into this .svg file");
+    command->add_flag("--ids", options.ids, kIds)->needs(picture);
     command->add_flag("--json", options.json, "tell the fates as JSON");
     command->add_flag("-v,--verbose", options.verbose, "tell what stayed as it was, too");
     command->add_flag("--no-ties", options.noTies, std::string(kNoTies) + ", whatever the script says");

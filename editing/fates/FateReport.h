@@ -50,7 +50,7 @@ struct SizeChange {
 struct EntityOutcome {
     std::string entity;
     EntityFate fate = EntityFate::untouched;
-    double movedBy = 0.0;  ///< followed: the longest way that one of its points went, in the drawing's length unit
+    double movedBy = 0.0;  ///< edited or followed: the longest way that one of its points went, in the length unit
     std::vector<SizeChange> sizes{};  ///< edited or followed: those that are others than before
     friend bool operator==(const EntityOutcome&, const EntityOutcome&) = default;
 };

@@ -43,11 +43,15 @@ std::vector<PlaceMove> movesBetween(const Constraint& was, const Constraint& is)
     return moves;
 }
 
+/// What goes with a dimension that was calculated.
+std::string lostFormula(const Constraint& was) {
+    return was.formula.empty() ? std::string() : ", its formula " + was.formula + " is gone";
+}
+
 /// How a dimension says another thing than before; empty where it does not. What measured ones read follows from the
 /// drawing.
 std::string reasonOfChange(const Constraint& was, const Constraint& is) {
-    const std::string lost =
-        was.formula.empty() || !is.formula.empty() ? "" : ", its formula " + was.formula + " is gone";
+    const std::string lost = is.formula.empty() ? lostFormula(was) : "";
     if (was.driving != is.driving)
         return (is.driving ? "it drives the drawing now" : "it is measured now") + lost;
     const bool hasChanged = is.driving && was.value != is.value && was.value && is.value;
@@ -75,11 +79,12 @@ std::vector<ConstraintOutcome> constraintFates(const Document& before, const Doc
     for (const Constraint& constraint : before.constraints) {
         const auto now = is.find(constraint.id);
         if (now == is.end()) {
-            outcomes.push_back({constraint.id,
-                                ConstraintFate::deleted,
-                                reasons == nullptr ? kAsItWas : reasons->reasonOf(constraint.id),
-                                {},
-                                edit});
+            outcomes.push_back(
+                {constraint.id,
+                 ConstraintFate::deleted,
+                 reasons == nullptr ? kAsItWas : reasons->reasonOf(constraint.id) + lostFormula(constraint),
+                 {},
+                 edit});
         } else if (std::vector<PlaceMove> moves = movesBetween(constraint, *now->second); !moves.empty()) {
             std::string reason = reasonOfMove(moves, entitiesAfter);
             outcomes.push_back({constraint.id, ConstraintFate::rePointed, std::move(reason), std::move(moves), edit});
@@ -154,7 +159,23 @@ std::vector<Vec2> definingPoints(const Shape& shape) {
     return std::visit(Visitor(), shape);
 }
 
+namespace {
+
+std::optional<Vec2> centreOf(const Shape& shape) {
+    return std::visit(
+        [](const auto& s) -> std::optional<Vec2> {
+            if constexpr (requires { s.centre; })
+                return s.centre;
+            return std::nullopt;
+        },
+        shape);
+}
+
+}  // namespace
+
 double movement(const Shape& before, const Shape& after) {
+    if (const auto was = centreOf(before), is = centreOf(after); before.index() != after.index() && was && is)
+        return distance(*was, *is);
     const std::vector<Vec2> from = definingPoints(before), to = definingPoints(after);
     double longest = 0.0;
     const std::size_t count = before.index() == after.index() && from.size() == to.size() ? from.size() : 1;

@@ -34,7 +34,8 @@ Fates fatesOfUndo(const Document& before, const Document& after, std::size_t edi
 std::vector<Vec2> definingPoints(const Shape& shape);
 
 /// The longest way that one of a shape's defining points went, in drawing units; radii count as their change.
-/// Shapes of another kind, or of another number of points: the distance of their start points.
+/// Shapes of another kind, or of another number of points: the distance of their start points; of what has a centre
+/// before and after, of the centres.
 double movement(const Shape& before, const Shape& after);
 
 /// Adds the outcomes of a further edit to those of earlier ones: a constraint that was added and then deleted vanishes,

@@ -40,6 +40,19 @@ std::optional<Vec2> pointIn(std::string_view text) {
     return point;
 }
 
+constexpr std::string_view kVertex = "vertex:";
+
+/// A place as it is spelt behind an entity; a vertex is taken for the start of the segment that begins there.
+std::optional<Place> placeIn(std::string_view text) {
+    if (!text.starts_with(kVertex))
+        return parsePlace(text);
+    return parsePlace("segment:" + std::string(text.substr(kVertex.size())) + ".start");
+}
+
+bool isIndex(std::string_view text) {
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
 /// What stands behind a backslash in quotes.
 char unescaped(char c) {
     switch (c) {
@@ -138,10 +151,35 @@ int EditText::integer(std::string_view what) {
 }
 
 Vec2 EditText::point(std::string_view what) {
-    const std::optional<Vec2> point = pointIn(take(what).text);
-    if (!point)
+    const Word word = take(what);
+    const std::optional<Vec2> point = word.hasQuotes ? std::nullopt : pointIn(word.text);
+    if (point)
+        return *point;
+    if (const std::optional<Vec2> found = pointOf(word))
+        return *found;
+    fail("expected " + std::string(what) + ", a point such as 4,0.5 without spaces");
+}
+
+Vec2 EditText::vector(std::string_view what) {
+    const std::optional<Vec2> vector = pointIn(take(what).text);
+    if (!vector)
         fail("expected " + std::string(what) + ", a point such as 4,0.5 without spaces");
-    return *point;
+    return *vector;
+}
+
+bool EditText::nextIsPoint() const {
+    return nextIsPlace() || (!atEnd() && !m_words[m_next].hasQuotes && pointIn(m_words[m_next].text));
+}
+
+/// Where the place lies that was read last.
+std::optional<Vec2> EditText::pointOf(const Word& word) {
+    if (!m_finders.pointAt)
+        return std::nullopt;
+    --m_next;
+    if (nextIsPlace())
+        return m_finders.pointAt(place("a point"));
+    ++m_next;
+    return m_finders.pointAt({Place{word.text}, word.column});
 }
 
 Name EditText::name(std::string_view what) {
@@ -153,19 +191,19 @@ Name EditText::name(std::string_view what) {
 
 /// The entity that a word names, by a point perhaps.
 std::string EditText::found(const Word& word, const std::string& name) const {
-    if (!m_finder || word.hasQuotes || !name.starts_with('@'))
+    if (!m_finders.entityAt || word.hasQuotes || !name.starts_with('@'))
         return name;
     const std::optional<Vec2> point = pointIn(std::string_view(name).substr(1));
-    return point ? m_finder(name, *point, word.column) : name;
+    return point ? m_finders.entityAt(name, *point, word.column) : name;
 }
 
 /// Where the place begins behind an entity. The points of "@4,0.5.end" are no such dots, but the last.
 std::size_t EditText::dotIn(const Word& word) const {
     std::size_t dot = word.text.find('.', word.quoted);
-    if (!m_finder || word.hasQuotes || !word.text.starts_with('@'))
+    if (!m_finders.entityAt || word.hasQuotes || !word.text.starts_with('@'))
         return dot;
     const std::string_view text = word.text;
-    while (dot != std::string::npos && !(pointIn(text.substr(1, dot - 1)) && parsePlace(text.substr(dot + 1))))
+    while (dot != std::string::npos && !(pointIn(text.substr(1, dot - 1)) && placeIn(text.substr(dot + 1))))
         dot = text.find('.', dot + 1);
     return dot;
 }
@@ -207,18 +245,20 @@ bool EditText::nextIsPlace() const {
     const Word& word = m_words[m_next];
     const std::size_t dot = dotIn(word);
     const bool isApart = !word.hasQuotes || dot == word.quoted;
-    return dot != std::string::npos && isApart && parsePlace(std::string_view(word.text).substr(dot + 1)).has_value();
+    return dot != std::string::npos && isApart && placeIn(std::string_view(word.text).substr(dot + 1)).has_value();
 }
 
 Sourced<Place> EditText::place(std::string_view what) {
     const Word& word = take(what);
     const std::size_t dot = dotIn(word);
     const std::string_view kind = dot == std::string::npos ? "whole" : std::string_view(word.text).substr(dot + 1);
-    std::optional<Place> place = parsePlace(kind);
+    std::optional<Place> place = placeIn(kind);
     if (!place)
         fail("expected " + std::string(what) + std::string(kPlaceExamples), placeSuggestion(kind));
     place->entity = found(word, word.text.substr(0, dot));
     m_named.push_back({{place->entity, word.column}});
+    if (m_finders.vertex && kind.starts_with(kVertex))
+        place = m_finders.vertex(place->entity, place->index);
     return {*place, word.column};
 }
 
@@ -236,6 +276,36 @@ void EditText::partAtEquals() {
     m_words.insert(behind, wordAt(m_words[m_next].column - 1 + sign));
     m_words[m_next].text.resize(sign);
     m_words[m_next].end = m_words[m_next].column - 1 + sign;
+}
+
+void EditText::partAtDot(std::span<const std::string_view> words) {
+    const auto isOne = [&](std::string_view word) {
+        return std::find(words.begin(), words.end(), word) != words.end();
+    };
+    if (atEnd() || (m_next + 1 < m_words.size() && isOne(m_words[m_next + 1].text)))
+        return;
+    const Word word = m_words[m_next];
+    if (m_finders.isName && m_finders.isName(word.text))
+        return;
+    const std::size_t dot = word.text.rfind('.');
+    if (dot == std::string::npos || dot < word.quoted || (word.hasQuotes && dot != word.quoted))
+        return;
+    const std::string_view tail = std::string_view(word.text).substr(dot + 1);
+    const std::size_t colon = tail.find(':');
+    const std::string_view kind = tail.substr(0, colon);
+    if (!isOne(kind) || (colon != std::string_view::npos && !isIndex(tail.substr(colon + 1))))
+        return;
+    // Behind quotes signs of the word are signs of the edit.
+    const std::size_t begin = word.end - tail.size();
+    const auto part = [&](std::size_t from, std::size_t to) {
+        return Word{.text = std::string(tail.substr(from, to - from)), .column = begin + from + 1, .end = begin + to};
+    };
+    m_words[m_next].text.resize(dot);
+    m_words[m_next].end = begin - 1;
+    auto behind = m_words.begin() + static_cast<std::ptrdiff_t>(m_next) + 1;
+    behind = m_words.insert(behind, part(0, kind.size()));
+    if (colon != std::string_view::npos)
+        m_words.insert(behind + 1, part(colon + 1, tail.size()));
 }
 
 Sourced<std::string> EditText::formula() {
@@ -279,7 +349,8 @@ void EditText::failAt(std::size_t index, const std::string& message, const std::
 }
 
 std::string placeSuggestion(std::string_view kind) {
-    constexpr std::string_view kinds[] = {"whole", "start", "end", "mid", "centre", "control:0", "segment:0"};
+    constexpr std::string_view kinds[] = {"whole",  "start",     "end",       "mid",
+                                          "centre", "control:0", "segment:0", "vertex:0"};
     return suggestion(kind, kinds);
 }
 

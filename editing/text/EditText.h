@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -23,10 +24,18 @@ class EditText {
 public:
     explicit EditText(std::string_view text);
 
-    /// Who knows the drawing finds the entity that is named by a point: from the word as it stands ("@4,0.5"), the
-    /// point and the column to a name. Without it such a word is a name like any other.
-    using Finder = std::function<std::string(const std::string& word, Vec2 point, std::size_t column)>;
-    void findBy(Finder finder) { m_finder = std::move(finder); }
+    /// What only those know who know the drawing. Without them a word that needs one is one like any other.
+    struct Finders {
+        /// The entity that is named by a point: from the word as it stands ("@4,0.5"), the point and the column.
+        std::function<std::string(const std::string& word, Vec2 point, std::size_t column)> entityAt{};
+        /// Whether there is something of just this name, a dot in it and all.
+        std::function<bool(const std::string& name)> isName{};
+        /// The place that is a vertex of a polyline: "p4.vertex:2".
+        std::function<Place(const std::string& polyline, int vertex)> vertex{};
+        /// Where a place lies that is named for a point; nothing for what is none.
+        std::function<std::optional<Vec2>(const Sourced<Place>& place)> pointAt{};
+    };
+    void findBy(Finders finders) { m_finders = std::move(finders); }
 
     const std::string& text() const { return m_text; }
     bool atEnd() const { return m_next == m_words.size(); }
@@ -42,8 +51,12 @@ public:
     std::string oneOfWords(std::span<const std::string_view> choices, std::string_view what);
     double number(std::string_view what);
     int integer(std::string_view what);
-    /// "x,y"
+    /// "x,y", or the place where it is: "g1.end"
     Vec2 point(std::string_view what);
+    /// "x,y" that leads from a point to another.
+    Vec2 vector(std::string_view what);
+    /// True when the next word is spelt like a point, or like a place that may be one.
+    bool nextIsPoint() const;
     /// The name of an entity.
     Name name(std::string_view what);
     /// One entity name or more, up to a word of `ends` or the end of the edit.
@@ -62,6 +75,9 @@ public:
     bool nextIsFormula() const;
     /// A name without quotes ends before "=": "width=80" becomes two words.
     void partAtEquals();
+    /// A name ends before a dot and one of these words: "g3.end" becomes two words, "p4.corner:1" three. Not where such
+    /// a word stands by itself behind it, nor where something is called so.
+    void partAtDot(std::span<const std::string_view> words);
     /// "= width / 2", to the end of the edit, without the sign and without blanks around it.
     Sourced<std::string> formula();
     /// True when this keyword is the next word or comes later.
@@ -91,6 +107,7 @@ private:
     Word wordAt(std::size_t at) const;
     std::string found(const Word& word, const std::string& name) const;
     std::size_t dotIn(const Word& word) const;
+    std::optional<Vec2> pointOf(const Word& word);
     const Word& take(std::string_view what);
     std::string sentenceAt(std::size_t index, const std::string& message, const std::string& hint) const;
     [[noreturn]] void failAt(std::size_t index, const std::string& message, const std::string& hint = {}) const;
@@ -99,7 +116,7 @@ private:
     std::vector<Word> m_words;
     std::size_t m_next = 0;
     std::vector<NamedEntity> m_named;
-    Finder m_finder;
+    Finders m_finders;
 };
 
 /// How messages show what a place looks like.

@@ -11,9 +11,10 @@ namespace holdfast::editing {
 
 namespace {
 
+constexpr std::array<std::string_view, 2> kEnds{"start", "end"};
+
 CurveEnd takeEnd(EditText& text, std::string_view what) {
-    static constexpr std::array<std::string_view, 2> ends{"start", "end"};
-    return text.oneOfWords(ends, what) == "start" ? CurveEnd::start : CurveEnd::end;
+    return text.oneOfWords(kEnds, what) == "start" ? CurveEnd::start : CurveEnd::end;
 }
 
 std::vector<Name> takeEntitiesUpTo(EditText& text, std::string_view end) {
@@ -24,13 +25,6 @@ Sourced<double> takeRadius(EditText& text) {
     text.expect("radius");
     const double radius = text.number("the radius");
     return {radius, text.column()};
-}
-
-bool takeKeepCorner(EditText& text) {
-    if (!text.accept("keep"))
-        return false;
-    text.expect("corner");
-    return true;
 }
 
 FilletCorner parseCorner(EditText& text, const Name& polyline) {
@@ -55,6 +49,20 @@ Drag::Held takeHold(EditText& text) {
         return takeEntitiesUpTo(text, "by");
     text = onward;
     return place;
+}
+
+/// Of two points the first may be a place, which alone would be the name of a line.
+bool isPointAhead(const EditText& text) {
+    EditText onward = text;
+    onward.otherName("a line or a point");
+    return text.nextIsPlace() && onward.nextIsPoint();
+}
+
+void refuseSecond(EditText& text) {
+    if (!text.nextIsPoint())
+        return;
+    text.otherName("a point");
+    text.fail("a line to mirror at is named alone; or give two points of one, such as 0,0 10,0");
 }
 
 /// A kind of constraint by its name in drawing files, or as reports call it.
@@ -99,6 +107,7 @@ Edit parseTrim(EditText& text) {
 }
 
 Edit parseExtend(EditText& text) {
+    text.partAtDot(kEnds);
     Extend edit{.entity = text.name("an entity"), .to = {}};
     edit.end = takeEnd(text, "the end to extend");
     text.expect("to");
@@ -107,8 +116,9 @@ Edit parseExtend(EditText& text) {
 }
 
 Edit parseFillet(EditText& text) {
+    text.partAtDot(kCorner);
     Fillet edit{.first = text.name("an entity"), .second = {}};
-    if (text.accept("corner"))
+    if (acceptCorner(text))
         return parseCorner(text, edit.first);
     if (text.accept("segments"))
         return parseSegments(text, edit.first);
@@ -122,11 +132,24 @@ Edit parseFillet(EditText& text) {
     return edit;
 }
 
+bool acceptCorner(EditText& text) {
+    EditText onward = text;
+    return text.accept(kCorner[0]) || (onward.accept(kCorner[1]) && onward.nextIsNumber() && text.accept(kCorner[1]));
+}
+
+bool takeKeepCorner(EditText& text) {
+    if (!text.accept("keep"))
+        return false;
+    text.expect("corner");
+    return true;
+}
+
 Edit parseJoin(EditText& text) {
     return Join{text.names("an entity", {})};
 }
 
 Edit parseLengthen(EditText& text) {
+    text.partAtDot(kEnds);
     static constexpr std::array<std::string_view, 2> ways{"by", "to"};
     Lengthen edit{.entity = text.name("an entity")};
     edit.end = takeEnd(text, "the end to move");
@@ -142,18 +165,19 @@ Edit parseStretch(EditText& text) {
     edit.first = text.point("a corner of the window");
     edit.second = text.point("the opposite corner");
     text.expect("by");
-    edit.by = text.point("the displacement");
+    edit.by = text.vector("the displacement");
     return edit;
 }
 
 Edit parseMirror(EditText& text) {
     Mirror edit{.entities = takeEntitiesUpTo(text, "about"), .first = {}, .second = {}};
     text.expect("about");
-    if (text.nextIsNoName()) {
+    if (text.nextIsNoName() || isPointAhead(text)) {
         edit.first = text.point("the first point of the mirror line");
         edit.second = text.point("the second point of the mirror line");
     } else {
         edit.about = text.name("a line to mirror at");
+        refuseSecond(text);
     }
     edit.keep = text.accept("keep");
     return edit;
@@ -190,7 +214,7 @@ Edit parseRotate(EditText& text) {
 Edit parseDrag(EditText& text) {
     Drag edit{.held = takeHold(text), .by = {}};
     text.expect("by");
-    edit.by = text.point("the displacement");
+    edit.by = text.vector("the displacement");
     if (text.accept("steps")) {
         const int steps = text.integer("the number of steps");
         edit.steps = {steps, text.column()};
@@ -218,6 +242,8 @@ std::optional<Edit> parsedDimension(EditText& text) {
 }
 
 Edit parseSet(EditText& text) {
+    const std::vector<std::string_view> properties = propertyWords();
+    text.partAtDot(properties);
     if (std::optional<Edit> edit = parsedDimension(text))
         return *edit;
     Set edit{.entity = text.name("an entity"), .value = {}};
@@ -231,6 +257,21 @@ Edit parseSet(EditText& text) {
         throw PropertyFault(error, edit.entity, word);
     }
 }
+
+namespace {
+
+/// A formula goes on to the end of the edit: a name stands before it.
+Sourced<std::string> formulaWithoutName(EditText& text) {
+    Sourced<std::string> formula = text.formula();
+    constexpr std::string_view as = " as ";
+    const std::size_t at = formula.value.rfind(as);
+    const std::string name = at == std::string::npos ? std::string() : formula.value.substr(at + as.size());
+    if (!name.empty() && name.find(' ') == std::string::npos)
+        text.fail("a name stands before the formula: as " + name + " = " + formula.value.substr(0, at));
+    return formula;
+}
+
+}  // namespace
 
 Edit parseConstrain(EditText& text) {
     Constrain edit;
@@ -246,7 +287,7 @@ Edit parseConstrain(EditText& text) {
     if (text.accept("as"))
         edit.as = text.otherName("a name for the constraint");
     if (isDimension(edit.type.value) && !edit.value && text.nextIsFormula())
-        edit.formula = text.formula();
+        edit.formula = formulaWithoutName(text);
     return edit;
 }
 

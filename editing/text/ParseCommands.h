@@ -1,5 +1,8 @@
 #pragma once
 
+#include <array>
+#include <string_view>
+
 #include "editing/Edit.h"
 #include "editing/Uses.h"
 #include "editing/text/EditText.h"
@@ -35,5 +38,14 @@ Edit parseExplode(EditText& text);
 Edit parseOffset(EditText& text);
 Edit parseUndo(EditText& text);
 Edit parseRedo(EditText& text);
+
+/// The words before the number of a polyline's corner.
+inline constexpr std::array<std::string_view, 2> kCorner{"corner", "vertex"};
+
+/// Takes one of them; the second may be the name of an entity as well, behind which no number stands.
+bool acceptCorner(EditText& text);
+
+/// "keep corner", or nothing.
+bool takeKeepCorner(EditText& text);
 
 }  // namespace holdfast::editing

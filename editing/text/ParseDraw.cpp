@@ -29,17 +29,12 @@ Figure parseArc(EditText& text) {
     return arc;
 }
 
-/// Up to a word that is no point.
-bool hasPointNext(const EditText& text) {
-    return !text.atEnd() && text.peek().find(',') != std::string_view::npos;
-}
-
 Figure parsePolyline(EditText& text) {
     DrawnPolyline polyline;
     do {
         polyline.vertices.push_back(text.point("a vertex"));
         polyline.bulges.push_back(text.accept("bulge") ? text.number("the bulge of the segment") : 0.0);
-    } while (hasPointNext(text));
+    } while (text.nextIsPoint());
     polyline.closed = text.accept("closed");
     return polyline;
 }
@@ -48,7 +43,7 @@ Figure parseEllipse(EditText& text) {
     DrawnEllipse ellipse;
     ellipse.centre = text.point("the centre of the ellipse");
     text.expect("major");
-    ellipse.majorAxis = text.point("the vector from the centre to a major vertex");
+    ellipse.majorAxis = text.vector("the vector from the centre to a major vertex");
     text.expect("ratio");
     ellipse.ratio = text.number("the minor radius divided by the major one");
     if (!text.accept("from"))
@@ -63,7 +58,7 @@ Figure parseSpline(EditText& text) {
     DrawnSpline spline;
     do {
         spline.control.push_back(text.point("a control point"));
-    } while (hasPointNext(text));
+    } while (text.nextIsPoint());
     if (text.accept("degree"))
         spline.degree = text.integer("the degree");
     spline.closed = text.accept("closed");

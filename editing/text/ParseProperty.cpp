@@ -4,8 +4,6 @@
 
 namespace holdfast::editing {
 
-namespace {
-
 std::vector<std::string_view> propertyWords() {
     std::vector<std::string_view> words;
     for (const PropertyRow& row : allProperties())
@@ -13,6 +11,8 @@ std::vector<std::string_view> propertyWords() {
             words.push_back(row.word);
     return words;
 }
+
+namespace {
 
 /// A word is the same property of the same kind for every entity that has it.
 const PropertyRow& rowOf(std::string_view word) {

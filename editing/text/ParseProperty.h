@@ -22,6 +22,9 @@ private:
     Sourced<std::string> m_word;
 };
 
+/// The names of all properties.
+std::vector<std::string_view> propertyWords();
+
 /// A property as users call it, whatever entity it belongs to.
 struct PropertyWord {
     Sourced<Property> property;

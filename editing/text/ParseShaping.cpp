@@ -16,7 +16,7 @@ Sourced<int> takeTimes(EditText& text) {
 
 CopyRow takeRow(EditText& text) {
     text.expect("by");
-    const Vec2 by = text.point("the displacement");
+    const Vec2 by = text.vector("the displacement");
     return {by, takeTimes(text)};
 }
 
@@ -52,7 +52,7 @@ Edit parseMove(EditText& text) {
     static constexpr std::array<std::string_view, 1> ends{"by"};
     Move edit{.entities = text.names("an entity", ends), .by = {}};
     text.expect("by");
-    edit.by = text.point("the displacement");
+    edit.by = text.vector("the displacement");
     return edit;
 }
 
@@ -79,10 +79,13 @@ Edit parseScale(EditText& text) {
 }
 
 Edit parseChamfer(EditText& text) {
+    text.partAtDot(kCorner);
     const Name first = text.name("an entity");
-    if (text.accept("corner")) {
+    if (acceptCorner(text)) {
         const int corner = text.integer("the number of a corner, counted from 0");
-        return ChamferCorner{first, corner, takeLengths(text)};
+        ChamferCorner edit{first, corner, takeLengths(text)};
+        edit.keepCorner = takeKeepCorner(text);
+        return edit;
     }
     Chamfer edit{.first = first, .second = text.name("an entity"), .by = {}};
     edit.by = takeLengths(text);
@@ -90,6 +93,7 @@ Edit parseChamfer(EditText& text) {
         const Vec2 pick = text.point("a point on the first curve");
         edit.picks = {pick, text.point("a point on the second curve")};
     }
+    edit.keepCorner = takeKeepCorner(text);
     return edit;
 }
 

@@ -228,10 +228,10 @@ struct Writer {
     }
     std::string operator()(const Chamfer& e) const {
         return "chamfer " + textOf(e.first) + " " + textOf(e.second) + lengths(e.by) +
-               (e.picks ? " at " + textOf(e.picks->first) + " " + textOf(e.picks->second) : "");
+               (e.picks ? " at " + textOf(e.picks->first) + " " + textOf(e.picks->second) : "") + corner(e.keepCorner);
     }
     std::string operator()(const ChamferCorner& e) const {
-        return "chamfer " + textOf(e.polyline) + " corner " + textOf(e.corner) + lengths(e.by);
+        return "chamfer " + textOf(e.polyline) + " corner " + textOf(e.corner) + lengths(e.by) + corner(e.keepCorner);
     }
     std::string operator()(const Explode& e) const { return "explode " + textOf(e.entities); }
     std::string operator()(const Offset& e) const {

@@ -10,6 +10,9 @@ namespace {
 
 constexpr double kPlate = 13.0, kLoudPlate = 17.0;
 
+/// The family of entities' names; those of marks are their tones.
+constexpr int kNames = -1;
+
 /// Directions seen from the outward one: either side of a line serves a sign equally well, its ends hardly.
 constexpr std::array kTurns{0.0, 180.0, 35.0, -35.0, 145.0, -145.0, 68.0, -68.0, 112.0, -112.0, 90.0, -90.0};
 constexpr std::array kQuietGaps{2.5, 7.0, 13.0, 21.0};
@@ -76,7 +79,7 @@ Label labelFor(const Mark& mark, const Frame& frame) {
     label.height = loud ? kLoudPlate : kPlate;
     label.width = mark.text.empty() ? label.height : textWidth(mark.text) + (loud ? 10.0 : 4.0);
     label.urgency = loud ? static_cast<int>(mark.tone) - 10 : mark.text.empty() ? 1 : 0;
-    label.family = static_cast<int>(mark.tone);
+    label.family = mark.entity.empty() ? static_cast<int>(mark.tone) : kNames;
     if (mark.measured) {
         const Span span = spanOf(*mark.measured, frame);
         if (hasRoomBetween(span, label.width, label.height)) {

@@ -108,7 +108,9 @@ private:
                 each.base = each.base + edge - label.anchor;
             label.anchor = edge;
         }
-        m_keys.push_back(mark.constraints.front() + " " + std::to_string(m_seen[mark.constraints.front()]++));
+        // No constraint's id begins so.
+        const std::string key = mark.entity.empty() ? mark.constraints.front() : "\n" + mark.entity;
+        m_keys.push_back(key + " " + std::to_string(m_seen[key]++));
         recall(label);
         m_labels.push_back(std::move(label));
         m_chosen.push_back(&mark);
@@ -133,7 +135,9 @@ private:
             m_memory->emplace(m_keys[i], placement.labels[i].choice);
     }
 
-    static bool isSpot(const Mark& mark) { return mark.tone == MarkTone::kept && marksAPoint(mark.type); }
+    static bool isSpot(const Mark& mark) {
+        return mark.entity.empty() && mark.tone == MarkTone::kept && marksAPoint(mark.type);
+    }
 
     /// Hundreds of points in one picture would hide the curves that they lie on: then they are smaller.
     std::string spotSize() const {
@@ -158,7 +162,9 @@ private:
             classes += " off";
         if (level > 1)
             classes += " from" + std::to_string(level);
-        return "<g" + attribute("class", classes) + attribute("data-c", joinedIds(mark.constraints));
+        return "<g" + attribute("class", classes) +
+               (mark.entity.empty() ? attribute("data-c", joinedIds(mark.constraints))
+                                    : attribute("data-e", idToken(mark.entity)));
     }
 
     /// The reader's tooltip for a change; what was kept has its words in the table only, to keep the picture small.
@@ -175,7 +181,10 @@ private:
         const Label& label = m_labels[index];
         if (label.line)
             return dimension(mark, label, placed);
-        const std::string_view kind = mark.text.empty() ? "" : mark.tone == MarkTone::kept ? "dim bare" : "dim";
+        const std::string_view kind = !mark.entity.empty()          ? "name bare"
+                                      : mark.text.empty()           ? ""
+                                      : mark.tone == MarkTone::kept ? "dim bare"
+                                                                    : "dim";
         return opening(mark, kind, placed.level) + movedTo(placed.spot.base) + ">" + remark(mark) + "<g class=\"z\">" +
                arc(mark) + leader(label, placed) + "<g" + movedTo(placed.spot.offset) + ">" + sign(mark, label) +
                "</g></g></g>\n";
@@ -243,11 +252,14 @@ private:
         for (const std::size_t index : cluster.labels) {
             const std::vector<std::string>& more = m_chosen[index]->constraints;
             ids.insert(ids.end(), more.begin(), more.end());
+            if (const std::string& entity = m_chosen[index]->entity; !entity.empty())
+                ids.push_back(entity);
         }
         const MarkTone tone = m_chosen[cluster.labels.front()]->tone;
+        const bool isOfNames = !m_chosen[cluster.labels.front()]->entity.empty();
         return "<g class=\"m cluster at" + std::to_string(cluster.level) + " " + std::string(className(tone)) + "\"" +
-               attribute("data-c", joinedIds(ids)) + movedTo(cluster.spot.base) + "><g class=\"z\"><g" +
-               movedTo(cluster.spot.offset) + ">" + plate(cluster.width, cluster.height) +
+               attribute(isOfNames ? "data-e" : "data-c", joinedIds(ids)) + movedTo(cluster.spot.base) +
+               "><g class=\"z\"><g" + movedTo(cluster.spot.offset) + ">" + plate(cluster.width, cluster.height) +
                centredText(std::to_string(cluster.labels.size())) + toneSign(tone, cluster.width, cluster.height) +
                "</g></g></g>\n";
     }

@@ -296,4 +296,17 @@ std::vector<Mark> marksOf(const Document& document, const EntityIndex& entities,
     return std::move(list).marks();
 }
 
+std::vector<Mark> namesOf(const Document& document) {
+    std::vector<Mark> names;
+    for (const Entity& entity : document.entities) {
+        const Spot spot = spotOf(entity.shape, {entity.id});
+        Mark name;
+        name.anchor = spot.point;
+        name.outward = leftOf(spot.tangent);
+        name.text = name.entity = entity.id;
+        names.push_back(std::move(name));
+    }
+    return names;
+}
+
 }  // namespace holdfast::report

@@ -35,7 +35,11 @@ struct Mark {
     std::string text;        ///< dimensions: the value
     std::optional<Measured> measured;
     std::optional<Opening> opening;
+    std::string entity{};  ///< not empty: the name of this entity, and no constraint
 };
+
+/// The names of entities, each for its middle, in drawing order.
+std::vector<Mark> namesOf(const Document& document);
 
 /// The marks of all constraints whose entities the drawing has, in the order of its constraints. Kept helpers of
 /// ellipses have none. Signs closer together than a reader could tell apart in the frame are one.

@@ -26,7 +26,7 @@ std::string pane(std::string_view name, double left, const report::Frame& frame,
 
 }  // namespace
 
-std::string writeBeforeAfter(const FateReport& report) {
+std::string writeBeforeAfter(const FateReport& report, bool names) {
     const FateReport whole = completed(report);
     const report::ReportIndex index(whole);
     geometry::Box window = report::windowOf(whole.before);
@@ -41,15 +41,16 @@ std::string writeBeforeAfter(const FateReport& report) {
                                     .overscan = 0.0,
                                     .marks = true,
                                     .dimensionLines = true,
+                                    .names = names,
                                     .memory = &memory});
     };
     const std::string width = decimal(2.0 * frame.width + kPaneGap, 2), height = decimal(frame.height + kCaption, 2);
     std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\"" + attribute("width", width) +
                       attribute("height", height) + attribute("viewBox", "0 0 " + width + " " + height) +
                       " role=\"img\">\n<title>" + report::escaped(whole.before.name) +
-                      ", before and after</title>\n<style>\n" + std::string(report::kPictureStyle) + "</style>\n" +
-                      report::glyphSheet() + "<rect class=\"paper\"" + attribute("width", width) +
-                      attribute("height", height) + "/>\n";
+                      ", before and after</title>\n<style>\n" + std::string(report::kPictureStyle) +
+                      std::string(names ? kNameStyle : "") + "</style>\n" + report::glyphSheet() +
+                      "<rect class=\"paper\"" + attribute("width", width) + attribute("height", height) + "/>\n";
     svg += pane("Before", 0.0, frame, body(whole.before, index.notesBefore(), nullptr));
     svg += pane("After", frame.width + kPaneGap, frame, body(whole.after, index.notesAfter(), &whole.before));
     return svg + "</svg>\n";

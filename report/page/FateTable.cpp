@@ -167,7 +167,7 @@ Row rowOf(const EntityOutcome& outcome, const ReportIndex& index, const std::str
              outcome.entity,
              entity == nullptr ? std::string() : std::string(kindName(entity->shape)),
              {},
-             explanation(outcome, unit)},
+             explanation(outcome, unit, "->")},
             colourOf(outcome.fate)};
 }
 
@@ -226,7 +226,7 @@ std::string solverLine(const SolverFigures& solver) {
     if (solver.iterations)
         add(*solver.iterations == 1 ? "1 solver iteration" : std::to_string(*solver.iterations) + " solver iterations");
     if (solver.worstResidual)
-        add("worst residual " + measure(*solver.worstResidual));
+        add("worst residual " + residualText(*solver.worstResidual));
     return text.empty() ? text : text + "\n";
 }
 

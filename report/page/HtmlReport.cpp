@@ -156,7 +156,7 @@ private:
         if (solver.iterations)
             text += figure("solver iterations", std::to_string(*solver.iterations));
         if (solver.worstResidual)
-            text += figure("worst residual", measure(*solver.worstResidual));
+            text += figure("worst residual", residualText(*solver.worstResidual));
         return text;
     }
 
@@ -190,6 +190,7 @@ private:
                             .overscan = 1.0,
                             .marks = true,
                             .dimensionLines = true,
+                            .names = false,
                             .memory = &memory}) +
                "</svg>\n</figure>\n";
     }

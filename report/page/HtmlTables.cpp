@@ -101,7 +101,7 @@ std::string entityRow(const EntityOutcome& outcome, const ReportIndex& index, co
     return "<tr" + attribute("class", "erow " + std::string(classes)) + attribute("data-e", idToken(outcome.entity)) +
            " tabindex=\"0\">" + fateCell(classes, fateName(outcome.fate)) + cell("id", escaped(outcome.entity)) +
            cell("kind", entity == nullptr ? std::string() : escaped(kindName(entity->shape))) +
-           cell("why", escaped(explanation(outcome, unit))) + "</tr>\n";
+           cell("why", escaped(explanation(outcome, unit, "\u2192"))) + "</tr>\n";
 }
 
 }  // namespace

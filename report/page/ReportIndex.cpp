@@ -122,9 +122,15 @@ std::string explanation(const ConstraintOutcome& outcome, std::string_view arrow
     return text + outcome.reason;
 }
 
-std::string explanation(const EntityOutcome& outcome, const std::string& unit) {
-    return outcome.fate == EntityFate::followed ? "moved by up to " + measure(outcome.movedBy) + " " + unit
-                                                : std::string();
+std::string explanation(const EntityOutcome& outcome, const std::string& unit, std::string_view arrow) {
+    const bool hasFollowed = outcome.fate == EntityFate::followed;
+    std::string text;
+    if (hasFollowed || (outcome.fate == EntityFate::edited && outcome.movedBy > 0.0))
+        text = "moved by up to " + measure(outcome.movedBy) + " " + unit;
+    for (const SizeChange& change : outcome.sizes)
+        text += (text.empty() ? "" : ", ") + sizeWords(change.size) + " " + measure(change.before) + " " +
+                std::string(arrow) + " " + measure(change.after) + (change.size == SizeKind::sweep ? " degrees" : "");
+    return text;
 }
 
 }  // namespace holdfast::report

@@ -40,7 +40,8 @@ std::string titleOf(const ReportIndex& index, const std::string& constraint);
 /// All that is said about an outcome beside its fate: "g3.end -> g12.end; the end of g3 moved ...".
 std::string explanation(const ConstraintOutcome& outcome, std::string_view arrow);
 
-/// "moved by up to 3.2 mm" for an entity that followed, else empty.
-std::string explanation(const EntityOutcome& outcome, const std::string& unit);
+/// "moved by up to 3.2 mm, radius 10 -> 16.3" for an entity that was edited or followed, as far as it applies; else
+/// empty.
+std::string explanation(const EntityOutcome& outcome, const std::string& unit, std::string_view arrow);
 
 }  // namespace holdfast::report

@@ -38,7 +38,7 @@ Json entityJson(const EntityOutcome& outcome, const report::ReportIndex& index) 
     Json json{{"id", outcome.entity}, {"fate", fateName(outcome.fate)}};
     if (const Entity* entity = index.entity(outcome.entity))
         json["type"] = typeName(entity->shape);
-    if (outcome.fate == EntityFate::followed)
+    if (outcome.fate == EntityFate::followed || outcome.fate == EntityFate::edited)
         json["moved_by"] = outcome.movedBy;
     for (const SizeChange& change : outcome.sizes)
         json["sizes"].push_back({{"size", sizeName(change.size)}, {"before", change.before}, {"after", change.after}});

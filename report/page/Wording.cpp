@@ -1,5 +1,6 @@
 #include "report/page/Wording.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -52,6 +53,17 @@ std::string labelText(Constraint constraint) {
     if (constraint.value && traitsOf(constraint.type).value == ConstraintValue::signedLength)
         constraint.value = std::fabs(*constraint.value);
     return valueText(constraint);
+}
+
+std::string residualText(double residual) {
+    constexpr double nothing = 1e-8;
+    return residual < nothing ? "below 1e-08" : measure(residual);
+}
+
+std::string sizeWords(SizeKind size) {
+    std::string words(sizeName(size));
+    std::replace(words.begin(), words.end(), '_', ' ');
+    return words;
 }
 
 std::string counted(std::size_t count, std::string_view noun) {

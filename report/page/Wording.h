@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "document/Document.h"
+#include "editing/fates/FateReport.h"
 #include "report/Uses.h"
 
 /// The words in which a report speaks of a drawing.
@@ -24,6 +25,13 @@ std::string valueText(const Constraint& constraint);
 
 /// The same as pictures show it, where coordinates have no sign: it shows in where the dimension lies.
 std::string labelText(Constraint constraint);
+
+/// A residual as a length; what is nothing for a drawing is told as that, since it is another one on every machine:
+/// "below 1e-08".
+std::string residualText(double residual);
+
+/// "length", "major radius", ...
+std::string sizeWords(SizeKind size);
 
 /// The number and the noun that goes with it: "1 constraint", "3 constraints", "2 entities".
 std::string counted(std::size_t count, std::string_view noun);

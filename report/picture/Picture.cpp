@@ -62,7 +62,7 @@ public:
     std::string body() {
         std::string text = ghost();
         text += geometry();
-        if (m_request.marks)
+        if (m_request.marks || m_request.names)
             text += marks();
         return text;
     }
@@ -122,8 +122,13 @@ private:
 
     std::string marks() {
         const EntityIndex entities(m_request.document);
-        return drawMarks(marksOf(m_request.document, entities, m_frame, m_request.notes.constraints), m_frame, m_ink,
-                         m_request.notes, m_request.dimensionLines, m_request.memory);
+        std::vector<Mark> marks;
+        if (m_request.marks)
+            marks = marksOf(m_request.document, entities, m_frame, m_request.notes.constraints);
+        if (m_request.names)
+            for (Mark& name : namesOf(m_request.document))
+                marks.push_back(std::move(name));
+        return drawMarks(marks, m_frame, m_ink, m_request.notes, m_request.dimensionLines, m_request.memory);
     }
 
     const PictureRequest& m_request;

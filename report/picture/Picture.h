@@ -18,6 +18,7 @@ struct PictureRequest {
     double overscan = 0.0;            ///< how far unbounded lines go beyond the frame, as a share of its size
     bool marks = true;
     bool dimensionLines = true;
+    bool names = false;            ///< of entities, beside them
     SpotMemory* memory = nullptr;  ///< shared by pictures that will be compared; may be null
 };
 

@@ -24,8 +24,9 @@ std::string writePicture(const Document& document, const PictureNotes& notes, co
     std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\"" + attribute("width", width) +
                       attribute("height", height) + attribute("viewBox", "0 0 " + width + " " + height) +
                       " role=\"img\">\n<title>" + report::escaped(document.name) + "</title>\n<style>\n" +
-                      std::string(report::kPictureStyle) + "</style>\n" + report::glyphSheet() +
-                      "<rect class=\"paper\"" + attribute("width", width) + attribute("height", height) + "/>\n";
+                      std::string(report::kPictureStyle) + std::string(options.names ? kNameStyle : "") + "</style>\n" +
+                      report::glyphSheet() + "<rect class=\"paper\"" + attribute("width", width) +
+                      attribute("height", height) + "/>\n";
     svg += report::pictureBody({.document = document,
                                 .notes = notes,
                                 .frame = frame,
@@ -33,6 +34,7 @@ std::string writePicture(const Document& document, const PictureNotes& notes, co
                                 .overscan = 0.0,
                                 .marks = options.marks,
                                 .dimensionLines = options.dimensionLines,
+                                .names = options.names,
                                 .memory = nullptr});
     return svg + "</svg>\n";
 }

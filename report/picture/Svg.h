@@ -35,7 +35,13 @@ struct PictureOptions {
     double highest = 0.9;        ///< greatest height as a share of the width; tall drawings get a narrower picture
     bool marks = true;           ///< constraint marks and dimensions
     bool dimensionLines = true;  ///< false: values alone, for crowded drawings
+    bool names = false;          ///< of entities, beside them
 };
+
+/// What the style of a picture has more where it shows names.
+inline constexpr std::string_view kNameStyle =
+    ".name { color: #1550c4; font-weight: 600; }\n"
+    "@media screen and (prefers-color-scheme: dark) { .name { color: #78adff; } }\n";
 
 /// A picture of a drawing with its constraint marks, complete in itself: style and signs inside, light and dark by the
 /// reader's setting, no outside references. Stroke widths do not depend on the scale.

@@ -317,6 +317,17 @@ class Program(unittest.TestCase):
             self.assertIn(said, result.stderr)
             self.assertEqual(sorted(file.name for file in self.path.iterdir()), ["bad.edit", "one.json"])
 
+    def test_ids_stand_in_pictures_on_request(self):
+        corner, picture = self.file("corner.json", CORNER), self.path / "p.svg"
+        for command in (["show", corner, "-o", picture], ["edit", corner, "break a at 4,0", "--picture", picture]):
+            for ids in ([], ["--ids"]):
+                self.assertEqual(self.run_program(*command, *ids).returncode, DONE)
+                self.assertEqual(">a</text>" in picture.read_text(), bool(ids), command)
+        for command in (["show", corner, "--ids"], ["edit", corner, "break a at 4,0", "--ids"]):
+            result = self.run_program(*command)
+            self.assertEqual(result.returncode, REFUSED)
+            self.assertIn("--ids", result.stderr)
+
     def test_redo_does_again_what_was_taken_back(self):
         corner = self.file("corner.json", CORNER)
         once, again = self.path / "once.json", self.path / "again.json"

@@ -137,9 +137,20 @@ TEST(BreakEdit, LeavesAPolylineUntouchedWhoseVerticesOnlyGetIdentifiers) {
     EXPECT_EQ(fates.entities[0].entity + " " + fates.entities[1].entity, "far far_2");
 }
 
+TEST(BreakEdit, TakesTheNearestPointAndTellsWhenItIsFar) {
+    BareSession near(frameDrawing()), far(frameDrawing());
+    EXPECT_TRUE(near.apply("break base at 4,0.009").outcome.remarks.empty());
+    const EditResult& result = far.apply("break base at 4,3");
+    EXPECT_EQ(result.outcome.error, "");
+    ASSERT_EQ(result.outcome.remarks.size(), 1u);
+    EXPECT_EQ(result.outcome.remarks[0], "took (4, 0) on base for the point (4, 3), which is 3 away");
+    EXPECT_EQ(near.document(), far.document());
+    EXPECT_EQ(lineOf(far, "base").end, (Vec2{4, 0}));
+}
+
 TEST(BreakEdit, RefusesWithAReasonAndChangesNothing) {
     const RefusedEdit rows[] = {
-        {"break base at 4,3", "the point (4, 3) is not on base; its nearest point is (4, 0)"},
+        {"break base at 4,30", "the point (4, 30) is not on base; its nearest point is (4, 0)"},
         {"break base at 0,0 to 10,0", "nothing of base would be left; erase it instead, or cut less"},
         {"break bse at 4,0",
          "edit \"break bse at 4,0\", column 7: the drawing has no entity bse, found \"bse\"; did you mean \"base\"?"},

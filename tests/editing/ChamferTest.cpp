@@ -107,6 +107,45 @@ TEST(ChamferCorner, TakesTheCornerInWhichAClosedPolylineBegins) {
     EXPECT_EQ(withoutVertexNumbers(session.document()), withoutVertexNumbers(rectangle()));
 }
 
+/// A polyline that ends 5 before a line which stands across it.
+Document wireAtWall() {
+    Document document;
+    document.name = "wire";
+    document.entities = {shapeEntity("p", PolylineShape{{{0, 9}, {0, 0}, {15, 0}}, {0, 0, 0}, {1, 2, 3}, false}),
+                         lineEntity("wall", {20, 3}, {20, 30})};
+    document.constraints = {constraintOf("c0", ConstraintType::vertical, {{"p", PlaceKind::segment, 0}}),
+                            constraintOf("c1", ConstraintType::horizontal, {{"p", PlaceKind::segment, 1}})};
+    return document;
+}
+
+TEST(ChamferPolylineWithCurve, CutsBothOffAndTiesALineBetween) {
+    for (const char* edit : {"chamfer p wall by 2 4", "chamfer wall p by 4 2"}) {
+        Session session(wireAtWall());
+        EXPECT_EQ(session.apply(edit).outcome.error, "");
+        EXPECT_EQ(verticesOf(session, "p"), "0,9 0,0 18,0") << edit;
+        expectLine(session, "wall", {{20, 4}, {20, 30}});
+        expectLine(session, "wall_2", {{18, 0}, {20, 4}});
+        EXPECT_EQ(placesOf(session),
+                  "c0 p.segment:0; c1 p.segment:1; k3 wall_2.start p.segment:1.end; k4 wall_2.end wall.start")
+            << edit;
+        EXPECT_EQ(session.apply("undo").outcome.error, "");
+        EXPECT_EQ(withoutVertexNumbers(session.document()), withoutVertexNumbers(wireAtWall()));
+    }
+}
+
+TEST(ChamferEdit, LeavesAPointAtTheCornerOnRequest) {
+    Session curves(frameDrawing()), polyline(stair());
+    EXPECT_EQ(curves.apply("chamfer base left by 2 keep corner").outcome.error, "");
+    const Entity& corner = curves.document().entities.back();
+    EXPECT_EQ(corner.shape, Shape(PointShape{{0, 0}}));
+    EXPECT_TRUE(corner.construction);
+    EXPECT_EQ(polyline.apply("chamfer p corner 1 by 2 keep corner").outcome.error, "");
+    EXPECT_EQ(polyline.document().entities.back().shape, Shape(PointShape{{10, 0}}));
+    EXPECT_EQ(polyline.apply("set p.vertex:1 9,0").outcome.error, "");
+    const auto& kept = std::get<PointShape>(polyline.document().entities.back().shape);
+    EXPECT_NEAR(kept.position.x, 10.0, 1e-9) << "the segments still lead to it";
+}
+
 TEST(ChamferEdit, IsTakenBackByUndo) {
     Session session(frameDrawing());
     session.apply("chamfer base left by 2");
@@ -120,6 +159,9 @@ TEST(ChamferEdit, SaysWhatIsWrong) {
         document.entities.push_back(entity);
     document.entities.push_back(shapeEntity("ring", CircleShape{{0, 0}, 3}));
     document.entities.push_back(lineEntity("on", {10, 0}, {20, 0}));
+    document.entities.push_back(shapeEntity("q", polylineOf(Session(stair()), "p")));
+    document.entities.push_back(lineEntity("flat", {0, 40}, {10, 40}));
+    document.entities.push_back(lineEntity("level", {0, 45}, {10, 45 - 1e-5}));
     const RefusedEdit rows[] = {
         {"chamfer base left by 12",
          "a chamfer of 12 would leave nothing of base, which is 10 long up to the corner; choose a smaller distance"},
@@ -135,8 +177,10 @@ TEST(ChamferEdit, SaysWhatIsWrong) {
         {"chamfer base on by 1", "base and on run smoothly into each other in (10, 0); there is no corner to chamfer"},
         {"chamfer base base by 1", "base cannot be chamfered with itself; name two curves"},
         {"chamfer ring base by 1", "ring is closed and has no end to chamfer; break it first"},
-        {"chamfer p base by 1",
-         "p is a polyline; name one of its corners (chamfer p corner I by LENGTH), or explode it first"},
+        {"chamfer p p by 1", "name a corner to chamfer p with itself: chamfer p corner I by LENGTH"},
+        {"chamfer p q by 1", "p and q are polylines; join them first and chamfer the corner"},
+        {"chamfer ring base by 1 keep corner", "ring is closed and has no end to chamfer; break it first"},
+        {"chamfer flat level by 1", "flat and level are as good as parallel: they would meet 4.99999e+06 away"},
         {"chamfer base corner 1 by 1", "base is no polyline; name the two curves whose corner is to be chamfered"},
         {"chamfer p corner 4 by 1", "vertex 4 is an end of p, not a corner; its corners are 1 to 3"},
         {"chamfer p corner 1 by 10",

@@ -16,7 +16,7 @@ TEST(Check, SaysWhatADrawingCannotUnderstandAndDoesNothing) {
     const std::pair<const char*, Refusal> rows[] = {
         {"break lime at 1,0", {"the drawing has no entity lime", "; did you mean \"line\"?", 7}},
         {"break point at 0,0", {"point is no curve; only curves can be broken"}},
-        {"break line at 1,1", {"the point (1, 1) is not on line; its nearest point is (1, 0)"}},
+        {"break line at 1,9", {"the point (1, 9) is not on line; its nearest point is (1, 0)"}},
         {"trim line at 1,0 by lime", {"the drawing has no entity lime", "; did you mean \"line\"?", 21}},
         {"extend circle end to line", {"circle is closed and has no end to extend; break it first"}},
         {"fillet line arc radius -1", {"a radius cannot be negative; give 0 for a sharp corner", {}, 24}},

@@ -41,6 +41,33 @@ TEST(EditText, ReadsPlacesOfEveryKind) {
     EXPECT_EQ(text.place("a place"), (Place{"p4", PlaceKind::segmentCentre, 1}));
 }
 
+TEST(EditText, PartsANameAtTheDotBeforeAWord) {
+    constexpr std::array<std::string_view, 2> words{"end", "corner"};
+    struct Row {
+        const char* text;
+        std::vector<std::string> parts;
+    };
+    const Row rows[] = {{"g3.end to g7", {"g3", "end", "to", "g7"}},
+                        {"p4.corner:12 radius 2", {"p4", "corner", "12", "radius", "2"}},
+                        {"\"a.b\".end to g7", {"a.b", "end", "to", "g7"}},
+                        {"\"a.end\" to g7", {"a.end", "to", "g7"}},
+                        {"a.end end to g7", {"a.end", "end", "to", "g7"}},
+                        {"a.start to g7", {"a.start", "to", "g7"}}};
+    for (const Row& row : rows) {
+        EditText text(row.text);
+        text.partAtDot(words);
+        for (const std::string& part : row.parts)
+            EXPECT_EQ(text.otherName("a word").value, part) << row.text;
+        EXPECT_TRUE(text.atEnd()) << row.text;
+    }
+    EditText text("\"a b\".corner:7");
+    text.partAtDot(words);
+    for (const std::size_t column : {1u, 7u, 14u}) {
+        text.otherName("a word");
+        EXPECT_EQ(text.column(), column);
+    }
+}
+
 TEST(EditText, GathersNamesUpToAnEndingWord) {
     constexpr std::array<std::string_view, 1> about{"about"};
     EditText text("g1 g2 about 0,0");

@@ -76,11 +76,15 @@ TEST(ExtendEdit, RefusesWithAReasonAndChangesNothing) {
     document.entities.push_back(shapeEntity("disc", CircleShape{{50, 0}, 1}));
     document.entities.push_back(shapeEntity("beam", RayShape{{0, 50}, {0, 1}}));
     document.entities.push_back(shapeEntity("dot", PointShape{{20, 0}}));
+    document.entities.push_back(lineEntity("beside", {4, -3}, {4, 3}));
     const RefusedEdit rows[] = {
         {"extend left end to far",
          "the end of left does not meet far however far it is extended; choose another boundary"},
         {"extend base start to far near",
-         "the start of base does not meet any of the boundaries however far it is extended; choose another boundary"},
+         "the start of base does not meet any of the boundaries however far it is extended; its end would, if that is "
+         "extended"},
+        {"extend beside start to base",
+         "the start of beside does not meet base however far it is extended; base crosses it: trim it there instead"},
         {"extend disc end to far", "disc is closed and has no end to extend; break it first"},
         {"extend beam end to far", "the end of beam is at infinity already; extend another end"},
         {"extend base end to right", "the end of base lies on right already; choose a boundary ahead of it"},

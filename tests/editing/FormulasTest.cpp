@@ -51,6 +51,16 @@ TEST(Formulas, GiveADimensionItsValue) {
     EXPECT_EQ(session.document().parameters, (std::vector<Parameter>{{"width", "80", 80.0}}));
 }
 
+TEST(Formulas, AreNamedWhenTheirDimensionGoes) {
+    for (const char* edit : {"chamfer bottom right by 2", "trim bottom at 35,0 by cut", "delete w"}) {
+        Document document = formulaPlate();
+        document.entities.push_back(lineEntity("cut", {30, -5}, {30, 5}));
+        BareSession session(document);
+        doAll(session, {"parameter width = 80", "set w = width / 2"});
+        EXPECT_THAT(fatesOf(session.apply(edit)), ::testing::HasSubstr(", its formula width / 2 is gone")) << edit;
+    }
+}
+
 TEST(Formulas, FollowAParameterInOneEditThatUndoTakesBack) {
     Session session(formulaPlate());
     doAll(session, {"parameter width = 80", "set w = width / 2", "set h = w / 4 + 10"});

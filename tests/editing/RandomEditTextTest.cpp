@@ -255,10 +255,10 @@ Edit anyEdit() {
         },
         [] {
             return Edit(Chamfer{anyName(), anyName(), anyLengths(),
-                                toss() ? std::optional(FilletPicks{anyPoint(), anyPoint()}) : std::nullopt});
+                                toss() ? std::optional(FilletPicks{anyPoint(), anyPoint()}) : std::nullopt, toss()});
         },
         [] {
-            return Edit(ChamferCorner{anyName(), anyIndex() - 1000, anyLengths()});
+            return Edit(ChamferCorner{anyName(), anyIndex() - 1000, anyLengths(), toss()});
         },
         [] { return Edit(Explode{anyNames()}); },
         [] {

@@ -50,5 +50,12 @@ offers "--angle" infer --an
 offers "docs/gallery/break-line.svg" edit --picture docs/gallery/break-l
 offers "examples/commands" run examples/comm
 offers "docs/gallery/break-line.svg" show -o docs/gallery/break-l
+sized=$(mktemp --suffix=.json)
+"$program" edit "$drawing" "parameter width = 80" "parameter wall = 3" "parameter pitch = 12" -o "$sized" >/dev/null
+offers "parameter width |parameter wall " edit "$sized" '"parameter w'
+offers "delete pitch |delete pitch ..." edit "$sized" '"delete p'
+offers "set c9 = 2 * width |set c9 = 2 * wall " edit "$sized" '"set c9 = 2 * w'
+offers "break g0 |break g0 ..." edit "$sized" '"break g0'
+rm "$sized"
 [ $failed -eq 0 ] && echo "the completion offers what it should"
 exit $failed

@@ -41,7 +41,24 @@ TEST(FateTable, AlignsTheFatesAndEndsWithTheTotals) {
         "\n"
         "1 deleted, 1 re-pointed, 1 added, 9 kept; 1 entity edited, 1 created, 1 followed by up to 2.5 mm, "
         "4 untouched\n"
-        "4 degrees of freedom, 6 solver iterations, worst residual 3.00e-13\n");
+        "4 degrees of freedom, 6 solver iterations, worst residual below 1e-08\n");
+}
+
+TEST(FateTable, TellsAResidualThatIsMoreThanNothing) {
+    FateReport report = test::brokenPlate();
+    report.solver->worstResidual = 2.5e-4;
+    EXPECT_THAT(writeFateTable(report), HasSubstr("worst residual 2.50e-04\n"));
+}
+
+TEST(FateTable, TellsHowFarAnEditedEntityMovedAndWhichOfItsSizesChanged) {
+    FateReport report = test::brokenPlate();
+    report.entities = {
+        {"base", EntityFate::edited, 12.0, {{SizeKind::length, 80.0, 92.0}}},
+        {"hole", EntityFate::followed, 2.5, {{SizeKind::majorRadius, 10.0, 16.3}, {SizeKind::sweep, 90.0, 45.0}}}};
+    const std::string text = writeFateTable(report);
+    EXPECT_THAT(text, HasSubstr("edited     base    line    moved by up to 12 mm, length 80 -> 92\n"));
+    EXPECT_THAT(text, HasSubstr("followed   hole    circle  moved by up to 2.5 mm, major radius 10 -> 16.3, "
+                                "sweep 90 -> 45 degrees\n"));
 }
 
 TEST(FateTable, HasColoursOnlyWhenAsked) {

@@ -53,6 +53,12 @@ TEST(ReportJson, TellsSizesThatChanged) {
               json::parse(R"([{"size": "radius", "before": 10.0, "after": 16.3}])"));
 }
 
+TEST(ReportJson, TellsHowFarAnEditedEntityMoved) {
+    FateReport report = test::brokenPlate();
+    report.entities = {{"hole", EntityFate::edited, 4.5}};
+    EXPECT_EQ(json::parse(writeReportJson(report))["entities"][0]["moved_by"], 4.5);
+}
+
 TEST(ReportJson, OfAnEmptyReportHasEmptyLists) {
     const json report = json::parse(writeReportJson({}));
     EXPECT_EQ(report["edits"], json::array());

@@ -51,6 +51,20 @@ TEST(Picture, KeepsCurvesAsCurves) {
     EXPECT_THAT((*entityNode(picture, "text")).allText(), "a < bsecond");
 }
 
+TEST(Picture, ShowsTheNamesOfEntitiesOnRequest) {
+    const Document document = test::everyShape();
+    const XmlNode plain = parseXml(writePicture(document));
+    EXPECT_TRUE(plain.withClass("name").empty());
+    const XmlNode picture = parseXml(writePicture(document, {}, {.names = true}));
+    std::set<std::string> names;
+    for (const XmlNode* node : picture.withClass("name")) {
+        EXPECT_EQ(node->allText(), (*node)["data-e"]);
+        names.insert((*node)["data-e"]);
+    }
+    for (const char* id : {"arc", "circle", "ellipse", "polyline"})
+        EXPECT_TRUE(names.contains(id)) << id;
+}
+
 TEST(Picture, HasStrokesThatDoNotDependOnTheScale) {
     const XmlNode picture = parseXml(writePicture(test::everyShape()));
     for (const XmlNode* path : picture.withClass("geometry").at(0)->all("path"))

@@ -36,14 +36,14 @@ struct Cut {
     double firstParam = 0.0, lastParam = 0.0;
 };
 
-Cut resolved(const Break& edit, const Drawing& drawing) {
+Cut resolved(const Break& edit, const Drawing& drawing, std::vector<std::string>* remarks = nullptr) {
     const std::string& name = edit.entity.value;
     requireEntity(drawing, edit.entity);
     refuseFixed(drawing, name);
     const Shape shape = drawing.shape(name);
     refuseNoCurve(name, shape, "broken");
-    const double firstParam = ontoVertex(shape, paramOnCurve(shape, name, edit.from));
-    return {shape, firstParam, ontoVertex(shape, paramOnCurve(shape, name, edit.to.value_or(edit.from)))};
+    const double firstParam = ontoVertex(shape, paramOnCurve(shape, name, edit.from, remarks));
+    return {shape, firstParam, edit.to ? ontoVertex(shape, paramOnCurve(shape, name, *edit.to, remarks)) : firstParam};
 }
 
 }  // namespace
@@ -54,7 +54,7 @@ void require(const Break& edit, const Drawing& drawing) {
 
 void perform(const Break& edit, EditContext& context) {
     const std::string& name = edit.entity.value;
-    const Cut cut = resolved(edit, context.drawing);
+    const Cut cut = resolved(edit, context.drawing, &context.remarks);
     if (const auto* polyline = std::get_if<PolylineShape>(&cut.shape); polyline == nullptr || !polyline->closed)
         return breakOpen(context, name, cut.firstParam, cut.lastParam);
     context.edited = {name};

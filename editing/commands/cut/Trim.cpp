@@ -78,7 +78,7 @@ void requireEdges(const Trim& edit, const Drawing& drawing) {
     }
 }
 
-Part resolved(const Trim& edit, const Drawing& drawing) {
+Part resolved(const Trim& edit, const Drawing& drawing, std::vector<std::string>* remarks = nullptr) {
     const std::string& name = edit.entity.value;
     requireEntity(drawing, edit.entity);
     requireEntities(drawing, edit.by);
@@ -87,7 +87,7 @@ Part resolved(const Trim& edit, const Drawing& drawing) {
     refuseNoCurve(name, shape, "trimmed");
     requireEdges(edit, drawing);
     const std::vector<double> cuts = cutParams(drawing, name, edit.by);
-    return partAround(shape, name, cuts, paramOnCurve(shape, name, edit.at));
+    return partAround(shape, name, cuts, paramOnCurve(shape, name, edit.at, remarks));
 }
 
 }  // namespace
@@ -98,7 +98,7 @@ void require(const Trim& edit, const Drawing& drawing) {
 
 void perform(const Trim& edit, EditContext& context) {
     const std::string& name = edit.entity.value;
-    const Part part = resolved(edit, context.drawing);
+    const Part part = resolved(edit, context.drawing, &context.remarks);
     const Shape shape = context.drawing.shape(name);
     if (const auto* polyline = std::get_if<PolylineShape>(&shape); polyline == nullptr || !polyline->closed)
         return removePart(context, name, part.first, part.last);

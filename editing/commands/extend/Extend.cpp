@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "commands/extend/ConstraintExtendCmdCenter.h"
@@ -8,6 +9,7 @@
 #include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
 #include "geometry/construction/Extending.h"
+#include "geometry/crossings/Intersections.h"
 #include "geometry/curves/Nearest.h"
 #include "geometry/curves/Parameters.h"
 #include "hosting/HostOpening.h"
@@ -36,15 +38,42 @@ double wayTo(const Shape& shape, CurveEnd end, double param) {
     return turns ? way - kTurn * std::floor(way / kTurn) : way;
 }
 
+bool touches(const Shape& shape, CurveEnd end, const Shape& boundary) {
+    const std::optional<Vec2> point = end == CurveEnd::start ? startPoint(shape) : endPoint(shape);
+    return point && nearestOn(boundary, *point).distance <= kSamePoint * (1.0 + norm(*point));
+}
+
 /// A boundary on which the end lies as it is.
 void refuseThereAlready(const Drawing& drawing, const std::string& name, CurveEnd end,
                         const std::vector<Name>& boundaries) {
-    const Shape shape = drawing.shape(name);
-    const std::optional<Vec2> point = end == CurveEnd::start ? startPoint(shape) : endPoint(shape);
     for (const Name& boundary : boundaries)
-        if (nearestOn(drawing.shape(boundary.value), *point).distance <= kSamePoint * (1.0 + norm(*point)))
+        if (touches(drawing.shape(name), end, drawing.shape(boundary.value)))
             throw EditError("the " + wordOf(end) + " of " + name + " lies on " + boundary.value +
                             " already; choose a boundary ahead of it");
+}
+
+bool crossesInside(const Shape& shape, const Shape& boundary) {
+    const ParamRange range = paramRange(shape);
+    const std::vector<Crossing> crossings = intersect(shape, boundary);
+    return std::any_of(crossings.begin(), crossings.end(), [&](const Crossing& crossing) {
+        return crossing.paramA > range.first + kSamePoint && crossing.paramA < range.last - kSamePoint;
+    });
+}
+
+/// What else would meet one of the boundaries: the other end, or the curve as it is.
+std::string otherWay(const Drawing& drawing, const std::string& name, CurveEnd end,
+                     const std::vector<Name>& boundaries) {
+    const Shape shape = drawing.shape(name);
+    const CurveEnd other = end == CurveEnd::start ? CurveEnd::end : CurveEnd::start;
+    const bool hasOther = (other == CurveEnd::start ? startPoint(shape) : endPoint(shape)).has_value();
+    for (const Name& boundary : boundaries) {
+        if (crossesInside(shape, drawing.shape(boundary.value)))
+            return boundary.value + " crosses it: trim it there instead";
+        if (hasOther && !touches(shape, other, drawing.shape(boundary.value)) &&
+            extensionTo(shape, other, drawing.shape(boundary.value)))
+            return "its " + wordOf(other) + " would, if that is extended";
+    }
+    return "choose another boundary";
 }
 
 /// Where the prolonged end first meets one of the boundaries.
@@ -62,7 +91,7 @@ Extension firstMeeting(const Drawing& drawing, const std::string& name, CurveEnd
     if (!nearest)
         throw EditError("the " + wordOf(end) + " of " + name + " does not meet " +
                         (boundaries.size() == 1 ? boundaries.front().value : std::string("any of the boundaries")) +
-                        " however far it is extended; choose another boundary");
+                        " however far it is extended; " + otherWay(drawing, name, end, boundaries));
     return *nearest;
 }
 

@@ -1,9 +1,11 @@
-#include "commands/fillet/ConstraintFilletCmdCenter.h"
 #include "editing/Commands.h"
-#include "editing/Evaluation.h"
+#include "editing/FarPlaces.h"
 #include "editing/commands/fillet/ChamferGeometry.h"
 #include "editing/commands/fillet/FilletCurves.h"
 #include "editing/commands/fillet/FilletPolyline.h"
+#include "editing/commands/fillet/KeptCorner.h"
+#include "editing/ties/EndPlaces.h"
+#include "geometry/Tolerances.h"
 #include "geometry/curves/Parameters.h"
 
 namespace holdfast::editing {
@@ -32,31 +34,61 @@ FilletSide sideOf(const Name& entity, const Drawing& drawing) {
     return side;
 }
 
-FilletSide curveSide(const Name& entity, const Drawing& drawing) {
-    FilletSide side = sideOf(entity, drawing);
-    if (std::holds_alternative<PolylineShape>(side.shape))
-        throw EditError(side.name + " is a polyline; name one of its corners (chamfer " + side.name +
-                        " corner I by LENGTH), or explode it first");
-    return side;
-}
-
-struct ResolvedChamfer {
+struct ChamferSides {
     FilletSide a, b;
-    CurveChamfer chamfer;
 };
 
-ResolvedChamfer resolved(const Chamfer& edit, const Drawing& drawing) {
-    FilletSide a = curveSide(edit.first, drawing);
-    FilletSide b = curveSide(edit.second, drawing);
-    const Lengths by = requireLengths(edit.by);
+ChamferSides chamferSidesOf(const Chamfer& edit, const Drawing& drawing, std::vector<std::string>* remarks = nullptr) {
+    ChamferSides sides{sideOf(edit.first, drawing), sideOf(edit.second, drawing)};
+    auto& [a, b] = sides;
+    const bool isPolyline = std::holds_alternative<PolylineShape>(a.shape);
+    if (isPolyline && std::holds_alternative<PolylineShape>(b.shape))
+        throw EditError(a.name == b.name
+                            ? "name a corner to chamfer " + a.name + " with itself: chamfer " + a.name +
+                                  " corner I by LENGTH"
+                            : a.name + " and " + b.name + " are polylines; join them first and chamfer the corner");
     if (a.name == b.name)
         throw EditError(a.name + " cannot be chamfered with itself; name two curves");
     if (edit.picks) {
-        a.pick = pickOn(a, edit.picks->first);
-        b.pick = pickOn(b, edit.picks->second);
+        a.pick = pickOn(a, edit.picks->first, remarks);
+        b.pick = pickOn(b, edit.picks->second, remarks);
     }
-    CurveChamfer chamfer = chamferCurves(a, b, by.first, by.second);
-    return {std::move(a), std::move(b), std::move(chamfer)};
+    return sides;
+}
+
+/// What the two curves become; of a polyline the segment that is cut.
+struct ResolvedChamfer {
+    FilletSide a, b;
+    CurveChamfer chamfer;
+    std::optional<PolylineSide> polyline{};  ///< a is a segment of this one
+    FilletedSegment segment{};
+};
+
+PolylineSide polylineToChamfer(const FilletSide& side) {
+    const auto& polyline = std::get<PolylineShape>(side.shape);
+    if (polyline.closed)
+        throw EditError(side.name +
+                        " is closed and has no end to chamfer; chamfer one of its corners, or break it "
+                        "first");
+    return {side.name, polyline, side.pick};
+}
+
+ResolvedChamfer resolved(const Chamfer& edit, const Drawing& drawing, std::vector<std::string>* remarks = nullptr) {
+    auto [a, b] = chamferSidesOf(edit, drawing, remarks);
+    Lengths by = requireLengths(edit.by);
+    if (std::holds_alternative<PolylineShape>(b.shape)) {
+        std::swap(a, b);
+        std::swap(by.first, by.second);
+    }
+    if (!std::holds_alternative<PolylineShape>(a.shape)) {
+        CurveChamfer chamfer = chamferCurves(a, b, by.first, by.second);
+        return {std::move(a), std::move(b), std::move(chamfer)};
+    }
+    PolylineSide polyline = polylineToChamfer(a);
+    FilletedSegment segment = filletedSegment(polyline, endTowards(polyline.shape, b.shape));
+    segment.side.verb = a.verb;
+    CurveChamfer chamfer = chamferCurves(segment.side, b, by.first, by.second);
+    return {std::move(a), std::move(b), std::move(chamfer), std::move(polyline), std::move(segment)};
 }
 
 SegmentFillet resolved(const ChamferCorner& edit, const Drawing& drawing) {
@@ -76,17 +108,43 @@ Place endOf(const std::string& name, CurveEnd end) {
     return {name, end == CurveEnd::start ? PlaceKind::start : PlaceKind::end};
 }
 
+/// A curve of another kind than before was endless, and has been picked where it is to stay.
+void refuseFarCorner(EditContext& context, const std::string& name, const std::string& other, const Shape& was,
+                     const Shape& is, CurveEnd end) {
+    if (was.index() != is.index())
+        return;
+    const auto at = [end](const Shape& shape) { return end == CurveEnd::start ? startPoint(shape) : endPoint(shape); };
+    refuseFarMeeting(context, at(was), at(is), name, other);
+}
+
 /// The module judges what the cuts made false as it does for a fillet without an arc.
 void chamferTwoCurves(EditContext& context, const FilletSide& a, const FilletSide& b, const CurveChamfer& chamfer) {
+    refuseFarCorner(context, a.name, b.name, a.shape, chamfer.first, chamfer.firstEnd);
+    refuseFarCorner(context, b.name, a.name, b.shape, chamfer.second, chamfer.secondEnd);
     const auto [first, second, line] = leadTogether(context, a, chamfer.first, b, chamfer.second, chamfer.line);
     tie(context, {line, PlaceKind::start}, endOf(first, chamfer.firstEnd));
     tie(context, {line, PlaceKind::end}, endOf(second, chamfer.secondEnd));
+}
+
+void chamferWithPolyline(EditContext& context, const ResolvedChamfer& found) {
+    const CurveChamfer& chamfer = found.chamfer;
+    const auto [polyline, curve, line] = leadPolyline(
+        context, *found.polyline, found.b,
+        {found.segment, chamfer.first, chamfer.firstEnd, chamfer.second, Shape(chamfer.line)}, "chamfered");
+    const double near = kSamePoint * context.drawing.extent();
+    if (const auto end = endAt(polyline, context.drawing.shape(polyline), chamfer.line.start, near))
+        tie(context, {line, PlaceKind::start}, *end);
+    tie(context, {line, PlaceKind::end}, endOf(curve, chamfer.secondEnd));
 }
 
 }  // namespace
 
 void require(const Chamfer& edit, const Drawing& drawing) {
     resolved(edit, drawing);
+    if (edit.keepCorner) {
+        const auto [a, b] = chamferSidesOf(edit, drawing);
+        cornerOf(a, b);
+    }
 }
 
 void require(const ChamferCorner& edit, const Drawing& drawing) {
@@ -94,12 +152,20 @@ void require(const ChamferCorner& edit, const Drawing& drawing) {
 }
 
 void perform(const Chamfer& edit, EditContext& context) {
-    const auto [a, b, chamfer] = resolved(edit, context.drawing);
-    chamferTwoCurves(context, a, b, chamfer);
+    const ResolvedChamfer found = resolved(edit, context.drawing, &context.remarks);
+    const std::optional<Vec2> corner = edit.keepCorner ? std::optional(cornerOf(found.a, found.b)) : std::nullopt;
+    if (found.polyline)
+        chamferWithPolyline(context, found);
+    else
+        chamferTwoCurves(context, found.a, found.b, found.chamfer);
+    keepCorner(context, corner);
 }
 
 void perform(const ChamferCorner& edit, EditContext& context) {
+    const Shape polyline = context.drawing.shape(edit.polyline.value);
     filletWithin(context, edit.polyline.value, resolved(edit, context.drawing), "chamfered");
+    if (edit.keepCorner)
+        keepCorner(context, std::get<PolylineShape>(polyline).vertices.at(static_cast<std::size_t>(edit.corner)));
 }
 
 }  // namespace holdfast::editing

@@ -61,13 +61,13 @@ void refuseItself(const FilletSides& sides) {
                                    : sides.first.name + " cannot be filleted with itself; name two curves");
 }
 
-FilletSides resolved(const Fillet& edit, const Drawing& drawing) {
+FilletSides resolved(const Fillet& edit, const Drawing& drawing, std::vector<std::string>* remarks = nullptr) {
     FilletSide a = sideOf(edit.first, drawing);
     FilletSide b = sideOf(edit.second, drawing);
     requireRadius(edit.radius);
     if (edit.picks) {
-        a.pick = pickOn(a, edit.picks->first);
-        b.pick = pickOn(b, edit.picks->second);
+        a.pick = pickOn(a, edit.picks->first, remarks);
+        b.pick = pickOn(b, edit.picks->second, remarks);
     }
     FilletSides sides{a, b};
     refuseItself(sides);
@@ -94,7 +94,7 @@ void require(const FilletSegments& edit, const Drawing& drawing) {
 }
 
 void perform(const Fillet& edit, EditContext& context) {
-    const auto [a, b] = resolved(edit, context.drawing);
+    const auto [a, b] = resolved(edit, context.drawing, &context.remarks);
     const std::optional<Vec2> corner = edit.keepCorner ? std::optional(cornerOf(a, b)) : std::nullopt;
     const double radius = edit.radius.value;
     const bool first = std::holds_alternative<PolylineShape>(a.shape);

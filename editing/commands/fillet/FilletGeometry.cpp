@@ -257,8 +257,8 @@ Shape endedAt(const Shape& shape, double param, CurveEnd end) {
 
 }  // namespace
 
-Vec2 pickOn(const FilletSide& side, Vec2 point) {
-    return pointAt(side.shape, paramOnCurve(side.shape, side.name, point));
+Vec2 pickOn(const FilletSide& side, Vec2 point, std::vector<std::string>* remarks) {
+    return pointAt(side.shape, paramOnCurve(side.shape, side.name, point, remarks));
 }
 
 void refuseSmooth(const FilletSide& a, const FilletSide& b) {

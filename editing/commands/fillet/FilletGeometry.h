@@ -28,8 +28,8 @@ struct CurveFillet {
     CurveEnd secondEnd = CurveEnd::end;
 };
 
-/// The point of a curve that a user means by one near it. EditError when it is far from the curve.
-Vec2 pickOn(const FilletSide& side, Vec2 point);
+/// The point of a curve that a user means by one near it; see paramOnCurve.
+Vec2 pickOn(const FilletSide& side, Vec2 point, std::vector<std::string>* remarks = nullptr);
 
 /// Joins two curves by an arc, or with radius 0 in a corner: where they touch it, nearest to the picks. Without picks:
 /// on the curves as drawn, nearest to where their ends are closest, else nearest to their middles. Closed curves stay

@@ -50,24 +50,23 @@ void filletWithin(EditContext& context, const std::string& polyline, const Segme
     settleSegments(drawing, polyline);
 }
 
-void filletWithCurve(EditContext& context, const PolylineSide& polyline, const FilletSide& curve, double radius) {
-    const FilletedSegment segment = filletedSegment(polyline, endTowards(polyline.shape, curve.shape));
-    const CurveFillet fillet = filletCurves(segment.side, curve, radius);
-    const PolylineCut cut =
-        cutAt(polyline, segment.segment,
-              cutSegment(segment.side.name, polyline.shape, segment.segment, fillet.first, fillet.firstEnd));
+LedTogether leadPolyline(EditContext& context, const PolylineSide& polyline, const FilletSide& curve,
+                         const LedPair& pair, const std::string& done) {
+    const std::size_t segment = pair.segment.segment;
+    const PolylineCut cut = cutAt(
+        polyline, segment, cutSegment(pair.segment.side.name, polyline.shape, segment, pair.first, pair.firstEnd));
     Drawing& drawing = context.drawing;
     context.edited = {polyline.name, curve.name};
-    context.reasons.noteEdited(polyline.name, "filleted");
-    const std::string curveName = replaceOtherKind(context, curve, fillet.second);
-    const bool keepsCurve = curveName == curve.name;
+    context.reasons.noteEdited(polyline.name, done);
+    LedTogether names{polyline.name, replaceOtherKind(context, curve, pair.second), {}};
+    const bool keepsCurve = names.second == curve.name;
     {
         const OpenPolyline open(drawing, polyline.name);
         ConstraintFilletCmdCenter centre;
         centre.setOnePolyLineDate(open.get());
         if (keepsCurve) {
             centre.setEntityInfo(&drawing.entity(curve.name), nullptr);
-            drawing.write(curve.name, fillet.second);
+            drawing.write(curve.name, pair.second);
         }
         drawing.write(polyline.name, cut.shape);
         centre.setOnePolyLineConstraint(open.get(), cut.moved == CurveEnd::start,
@@ -76,9 +75,19 @@ void filletWithCurve(EditContext& context, const PolylineSide& polyline, const F
             drawing.write(polyline.name, withoutLeading(polylineShape(drawing, polyline.name), cut.leading));
         deleteCollected(context, centre);
     }
-    if (fillet.arc)
-        addBetween(context, *fillet.arc, curveName, polyline.name);
+    if (pair.between)
+        names.between = addBetween(context, *pair.between, names.second, polyline.name);
     settleSegments(drawing, polyline.name);
+    return names;
+}
+
+void filletWithCurve(EditContext& context, const PolylineSide& polyline, const FilletSide& curve, double radius) {
+    FilletedSegment segment = filletedSegment(polyline, endTowards(polyline.shape, curve.shape));
+    const CurveFillet fillet = filletCurves(segment.side, curve, radius);
+    LedPair pair{std::move(segment), fillet.first, fillet.firstEnd, fillet.second};
+    if (fillet.arc)
+        pair.between = *fillet.arc;
+    leadPolyline(context, polyline, curve, pair, "filleted");
 }
 
 }  // namespace holdfast::editing

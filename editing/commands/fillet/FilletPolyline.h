@@ -5,6 +5,7 @@
 #include "editing/EditContext.h"
 #include "editing/Uses.h"
 #include "editing/commands/cut/PolylineCut.h"
+#include "editing/commands/fillet/FilletCurves.h"
 #include "editing/commands/fillet/PolylineCorner.h"
 
 namespace holdfast::editing {
@@ -15,6 +16,20 @@ namespace holdfast::editing {
 /// A fillet of two segments of one polyline; `done` says so in the reasons of what goes.
 void filletWithin(EditContext& context, const std::string& polyline, const SegmentFillet& fillet,
                   const std::string& done = "filleted");
+
+/// What a segment of a polyline and a curve become, and what comes between them.
+struct LedPair {
+    FilletedSegment segment;
+    Shape first;  ///< of the segment
+    CurveEnd firstEnd = CurveEnd::end;
+    Shape second;  ///< of the curve
+    std::optional<Shape> between{};
+};
+
+/// Leads a polyline and a curve together: the polyline is cut off where the segment ends now. What comes between them
+/// is an entity of its own. `done` says so in the reasons of what goes. The names of the polyline, the curve and that.
+LedTogether leadPolyline(EditContext& context, const PolylineSide& polyline, const FilletSide& curve,
+                         const LedPair& pair, const std::string& done);
 
 /// Cuts the polyline off where the arc touches it. The arc and what is left of the curve stay entities of their own,
 /// so that the curve keeps its constraints.
