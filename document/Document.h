@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "document/Look.h"
 #include "document/Uses.h"
 #include "geometry/ConstraintType.h"
 #include "geometry/PlaceKind.h"
@@ -21,6 +22,7 @@ struct Entity {
     Shape shape;
     bool construction = false;  ///< helper geometry: drawn, never cut
     bool fixed = false;         ///< reference geometry that the drawing may not move
+    SharedLook look{};
 
     friend bool operator==(const Entity&, const Entity&) = default;
 };
@@ -83,6 +85,7 @@ struct Document {
     std::vector<Entity> entities;
     std::vector<Constraint> constraints;
     std::vector<Parameter> parameters{};  ///< in the order in which they were given
+    std::vector<Layer> layers{};          ///< those that the file describes, in its order
 
     friend bool operator==(const Document&, const Document&) = default;
 };

@@ -156,7 +156,9 @@ public:
 private:
     void add(const Chain& chain) {
         const std::string id = freshId();
-        Entity entity{id, polylineOf(m_source, chain), m_source.entities[chain.links.front().entity].construction};
+        const Entity& model = m_source.entities[chain.links.front().entity];
+        Entity entity{
+            .id = id, .shape = polylineOf(m_source, chain), .construction = model.construction, .look = model.look};
         m_vertexCounts.emplace(id, static_cast<int>(std::get<PolylineShape>(entity.shape).vertices.size()));
         PolylineChain record{id, {}};
         std::size_t first = chain.links.front().entity;

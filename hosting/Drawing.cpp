@@ -34,7 +34,8 @@ Document notesOf(const Document& document) {
             .plane = document.plane,
             .entities = {},
             .constraints = {},
-            .parameters = document.parameters};
+            .parameters = document.parameters,
+            .layers = document.layers};
 }
 
 }  // namespace
@@ -219,7 +220,11 @@ std::string Drawing::add(const Shape& shape, std::string_view like) {
     const HostProcess::Scope bound(m_process);
     Entity entity;
     const auto model = m_entities.find(std::string(like));
-    entity.construction = model != m_entities.end() && model->second.original.construction;
+    if (model != m_entities.end()) {
+        const Entity& original = model->second.original;
+        entity.construction = original.construction;
+        entity.look = original.look;
+    }
     entity.id = freshName(like.empty() ? "n" : std::string(like));
     entity.shape = shape;
     add(entity);

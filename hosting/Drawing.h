@@ -98,8 +98,8 @@ public:
     bool isFixed(std::string_view name) const;
     bool isConstruction(std::string_view name) const;
 
-    /// Adds an entity with the attributes of `like` (construction) under a fresh name derived from `like`'s, or "n1",
-    /// "n2", ... without one. Returns the name.
+    /// Adds an entity with the attributes of `like` (construction, look) under a fresh name derived from
+    /// `like`'s, or "n1", "n2", ... without one. Returns the name.
     std::string add(const Shape& shape, std::string_view like = {});
     /// A name that no entity has: the kind of the shape and a number.
     std::string freeNameFor(const Shape& shape);

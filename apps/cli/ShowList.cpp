@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cmath>
 #include <iostream>
 #include <sstream>
@@ -17,6 +18,7 @@
 #include "editing/fates/Sizes.h"
 #include "editing/fates/SpokenFreedom.h"
 #include "editing/text/Parse.h"
+#include "formats/json/JsonLooks.h"
 #include "formats/json/JsonWriter.h"
 #include "geometry/Angles.h"
 #include "report/page/Wording.h"
@@ -63,6 +65,65 @@ std::string sizesIn(const Shape& shape) {
     return text;
 }
 
+std::string spokenColour(const Colour& colour) {
+    switch (colour.kind) {
+        case Colour::Kind::index:
+            return "colour " + std::to_string(colour.value);
+        case Colour::Kind::rgb:
+            return "colour " + colourText(colour);
+        case Colour::Kind::byBlock:
+            return "the block's colour";
+        case Colour::Kind::byLayer:
+            break;
+    }
+    return {};
+}
+
+std::string spokenWeight(int weight) {
+    constexpr double weightsInMillimetre = 100.0;
+    switch (weight) {
+        case kWeightByLayer:
+            return {};
+        case kWeightByBlock:
+            return "the block's width";
+        case kWeightDefault:
+            return "the usual width";
+        default:
+            return "width " + shortNumber(weight / weightsInMillimetre) + " mm";
+    }
+}
+
+/// A name from a file cannot command the terminal.
+std::string withoutControls(std::string name) {
+    std::replace_if(
+        name.begin(), name.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }, '?');
+    return name;
+}
+
+/// "on Cut, colour 1, DASHED, width 0.35 mm, invisible"; nothing of what is usual.
+std::string lookText(const std::string& layer, const Colour& colour, const std::string& linetype, int weight) {
+    std::string text = layer.empty() ? "" : "on " + withoutControls(layer);
+    for (const std::string& more : {spokenColour(colour), withoutControls(linetype), spokenWeight(weight)})
+        if (!more.empty())
+            text += (text.empty() ? "" : ", ") + more;
+    return text;
+}
+
+std::string lookText(const Look& look) {
+    const std::string text = lookText(look.layer, look.colour, look.linetype, look.weight);
+    return text + (look.visible ? "" : text.empty() ? "invisible" : ", invisible");
+}
+
+void tellLayers(const Document& document) {
+    if (document.layers.empty())
+        return;
+    std::cout << "each layer:\n";
+    for (const Layer& layer : document.layers)
+        std::cout << "  " << withoutControls(layer.name) << ": "
+                  << lookText("", layer.colour, layer.linetype, layer.weight) << (layer.isOff ? ", off" : "")
+                  << (layer.isFrozen ? ", frozen" : "") << (layer.isLocked ? ", locked" : "") << '\n';
+}
+
 /// For each entity the ids of the constraints on it, in their order.
 std::unordered_map<std::string, std::vector<std::string>> constraintsByEntity(const Document& document) {
     std::unordered_map<std::string, std::vector<std::string>> found;
@@ -81,6 +142,8 @@ void tellEntities(const Document& document) {
         const Entity& entity = document.entities[i];
         std::cout << "  " << entity.id << ": " << typeName(entity.shape) << " " << std::visit(Geometry(), entity.shape)
                   << sizesIn(entity.shape) << "; " << freedom[i].words;
+        if (!entity.look.isUsual())
+            std::cout << "; " << lookText(*entity.look);
         if (const auto on = constraints.find(entity.id); on != constraints.end())
             for (std::size_t c = 0; c < on->second.size(); ++c)
                 std::cout << (c == 0 ? "; " : " ") << on->second[c];
@@ -159,6 +222,7 @@ void tellList(const Document& document) {
     tellEntities(document);
     tellConstraints(document);
     tellParameters(document);
+    tellLayers(document);
 }
 
 nlohmann::ordered_json listJson(const Document& document) {
@@ -168,6 +232,8 @@ nlohmann::ordered_json listJson(const Document& document) {
     nlohmann::ordered_json list{{"entities", whole.at("entities")}, {"constraints", whole.at("constraints")}};
     if (whole.contains("parameters"))
         list["parameters"] = whole.at("parameters");
+    if (whole.contains("layers"))
+        list["layers"] = whole.at("layers");
     const std::vector<EntityFreedom> freedom = spokenFreedom(document);
     const auto constraints = constraintsByEntity(document);
     for (std::size_t i = 0; i < freedom.size(); ++i) {

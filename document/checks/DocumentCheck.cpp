@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <set>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -61,6 +62,7 @@ public:
     void check() {
         checkUnit();
         checkPlane();
+        checkLayers();
         checkEntities();
         checkConstraints();
         checkMembers();
@@ -103,6 +105,30 @@ private:
             fail(where, {"", "an axis whose length is not 1", "a unit vector"});
     }
 
+    void checkLayers() const {
+        std::set<std::string_view> names;
+        for (std::size_t i = 0; i < m_document.layers.size(); ++i) {
+            const Layer& layer = m_document.layers[i];
+            const std::string where = "/layers/" + std::to_string(i);
+            if (layer.name.empty())
+                fail(where + "/name", {"", "an empty name", "the name of a layer"});
+            if (!names.insert(layer.name).second)
+                fail(where + "/name", {"", inQuotes(layer.name) + " once more", "each layer once"});
+            checkLook(where, layer.colour, layer.weight);
+        }
+    }
+
+    void checkLook(const std::string& where, const Colour& colour, int weight) const {
+        constexpr std::uint32_t lastOfPalette = 255, white = 0xFFFFFF;
+        constexpr int heaviest = 211;
+        if (colour.kind == Colour::Kind::index && (colour.value == 0 || colour.value > lastOfPalette))
+            fail(where + "/colour", {"", "a colour that is not in the palette", "a number from 1 to 255"});
+        if (colour.kind == Colour::Kind::rgb && colour.value > white)
+            fail(where + "/colour", {"", "a colour beyond white", "two digits each of red, green and blue"});
+        if (weight < kWeightDefault || weight > heaviest)
+            fail(where + "/weight", {"", "a width out of range", "0 to 2.11 millimetres"});
+    }
+
     static double dot(const std::array<double, 3>& a, const std::array<double, 3>& b) {
         return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
     }
@@ -129,6 +155,8 @@ private:
         for (std::size_t i = 0; i < m_document.entities.size(); ++i) {
             if (std::optional<Fault> fault = faultIn(m_document.entities[i].shape))
                 fail("/entities/" + std::to_string(i), std::move(*fault));
+            if (const SharedLook& look = m_document.entities[i].look; !look.isUsual())
+                checkLook("/entities/" + std::to_string(i), look->colour, look->weight);
         }
     }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "formats/dxf/DxfCodes.h"
+#include "formats/dxf/DxfLooks.h"
 #include "formats/dxf/DxfPolylines.h"
 #include "formats/dxf/DxfRewrite.h"
 #include "formats/dxf/DxfText.h"
@@ -267,7 +268,7 @@ DxfFrame frameOf(const DxfItems& record) {
     return frame;
 }
 
-DxfFrame newFrame(std::string_view layer, const DxfForm& form, const DxfStyle& style, DxfHandles& handles) {
+DxfFrame newFrame(const Look& look, const DxfForm& form, const DxfStyle& style, DxfHandles& handles) {
     DxfFrame frame;
     if (form.hasHandles)
         frame.head.push_back(newItem(kHandle, handles.take(), style));
@@ -275,7 +276,15 @@ DxfFrame newFrame(std::string_view layer, const DxfForm& form, const DxfStyle& s
         frame.head.push_back(newItem(kOwner, form.owner, style));
     if (form.hasMarks)
         frame.head.push_back(newItem(kClassMark, "AcDbEntity", style));
-    frame.head.push_back(newItem(8, layer, style));
+    frame.head.push_back(newItem(8, look.layer.empty() ? "0" : encodedDxfText(look.layer), style));
+    if (!look.linetype.empty())
+        frame.head.push_back(newItem(6, encodedDxfText(look.linetype), style));
+    if (look.colour != Colour())
+        frame.head.push_back(newItem(62, std::to_string(paletteNumber(look.colour)), style));
+    if (form.isNewer && look.colour.kind == Colour::Kind::rgb)
+        frame.head.push_back(newItem(420, std::to_string(look.colour.value), style));
+    if (form.isNewer && look.weight != kWeightByLayer)
+        frame.head.push_back(newItem(370, std::to_string(look.weight), style));
     return frame;
 }
 

@@ -28,7 +28,7 @@ DxfItems newRecord(const DxfFrame& frame, const Shape& shape, const DxfForm& for
 DxfFrame frameOf(const DxfItems& record);
 
 /// The frame of an entity that comes from none of the file's.
-DxfFrame newFrame(std::string_view layer, const DxfForm& form, const DxfStyle& style, DxfHandles& handles);
+DxfFrame newFrame(const Look& look, const DxfForm& form, const DxfStyle& style, DxfHandles& handles);
 
 /// The same record for another entity: with handles of its own, and without what only one entity can own.
 DxfItems copied(const DxfItems& record, DxfHandles& handles);

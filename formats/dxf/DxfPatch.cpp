@@ -130,7 +130,7 @@ private:
             if (origin)
                 text += changed(*entity, *origin, copied(itemsOf(recordText(*origin)), m_handles));
             else
-                text += another(*entity, newFrame("0", m_layout.form, fileStyle(), m_handles), fileStyle());
+                text += another(*entity, newFrame(*entity->look, m_layout.form, fileStyle(), m_handles), fileStyle());
         }
         if (text.empty() || m_layout.hasEntities)
             return text;

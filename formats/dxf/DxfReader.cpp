@@ -10,6 +10,7 @@
 #include "formats/dxf/DxfBinary.h"
 #include "formats/dxf/DxfCodes.h"
 #include "formats/dxf/DxfGroups.h"
+#include "formats/dxf/DxfLooks.h"
 #include "formats/dxf/DxfShapes.h"
 #include "formats/dxf/DxfText.h"
 
@@ -161,7 +162,7 @@ private:
             if (entity.name == "POLYLINE")
                 vertices = takeVertices(range.end);
             noteForm(entity);
-            add(readDxfEntity(entity, vertices), range);
+            add(readDxfEntity(entity, vertices), lookOf(entity), range);
         }
         m_drawing.layout.recordsEnd = m_groups.peek()->begin;
     }
@@ -206,7 +207,7 @@ private:
         return vertices;
     }
 
-    void add(DxfReading reading, DxfRange range) {
+    void add(DxfReading reading, Look look, DxfRange range) {
         if (!reading.shape) {
             count(m_drawing.notUnderstood, reading.reason);
             return;
@@ -215,12 +216,24 @@ private:
             count(m_drawing.dropped, what);
         std::vector<Entity>& entities = m_drawing.document.entities;
         m_drawing.layout.records.push_back(range);
-        entities.push_back({"g" + std::to_string(entities.size()), std::move(*reading.shape)});
+        if (*m_look != look)  // most look like the one before them
+            m_look = SharedLook(std::move(look));
+        entities.push_back(
+            {.id = "g" + std::to_string(entities.size()), .shape = std::move(*reading.shape), .look = m_look});
+    }
+
+    void addLayer(Layer layer) {
+        if (!layer.name.empty() && m_layerNames.insert(layer.name).second)
+            m_drawing.document.layers.push_back(std::move(layer));
     }
 
     void readOther(bool isBlocks) {
         while (!atEnd()) {
             const DxfGroup& next = *m_groups.peek();
+            if (m_lastSection == "TABLES" && next.code == 0 && next.value == "LAYER") {
+                addLayer(layerOf(takeEntity(m_groups)));
+                continue;
+            }
             if (!isBlocks || next.code != 0 || next.value != "BLOCK") {
                 m_groups.take("ENDSEC");
                 continue;
@@ -238,6 +251,8 @@ private:
     bool m_isNewer = false;
     std::uint64_t m_seed = 0;
     bool m_hasEntities = false;
+    SharedLook m_look;  // of the entity before
+    std::set<std::string> m_layerNames;
     std::string_view m_lastSection, m_hasEnded;
     std::vector<std::string> m_otherSections;
 };

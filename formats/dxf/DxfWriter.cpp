@@ -7,21 +7,50 @@
 #include "document/checks/DocumentCheck.h"
 #include "document/text/DrawingError.h"
 #include "document/text/NumberText.h"
+#include "formats/dxf/DxfLooks.h"
 #include "formats/dxf/DxfText.h"
 #include "geometry/Angles.h"
 
 namespace holdfast::formats {
 namespace {
 
-std::string_view layerOf(const Entity& entity) {
+std::string layerNameOf(const Entity& entity) {
+    if (!entity.look->layer.empty())
+        return encodedDxfText(entity.look->layer);
     if (entity.fixed)
         return "REFERENCE";
     return entity.construction ? "CONSTRUCTION" : "0";
 }
 
+void appendGroup(std::string& text, int code, std::string_view value) {
+    const std::string digits = std::to_string(code);
+    text.append(digits.size() < 3 ? 3 - digits.size() : 0, ' ').append(digits).append("\n");
+    text.append(value).append("\n");
+}
+
+/// The table of layers. Line types would need a table of their own.
+void appendLayers(std::string& text, const std::vector<Layer>& layers) {
+    constexpr unsigned frozenFlag = 1, lockedFlag = 4;
+    if (layers.empty())
+        return;
+    for (const auto& [code, value] : {std::pair(0, "SECTION"), {2, "TABLES"}, {0, "TABLE"}, {2, "LAYER"}})
+        appendGroup(text, code, value);
+    appendGroup(text, 70, std::to_string(layers.size()));
+    for (const Layer& layer : layers) {
+        appendGroup(text, 0, "LAYER");
+        appendGroup(text, 2, encodedDxfText(layer.name));
+        appendGroup(text, 70, std::to_string((layer.isFrozen ? frozenFlag : 0) | (layer.isLocked ? lockedFlag : 0)));
+        appendGroup(text, 62, (layer.isOff ? "-" : "") + std::to_string(paletteNumber(layer.colour)));
+        appendGroup(text, 6, "CONTINUOUS");
+    }
+    appendGroup(text, 0, "ENDTAB");
+    appendGroup(text, 0, "ENDSEC");
+}
+
 class Writer {
 public:
-    Writer(DxfOutput& output, const Entity& entity) : m_output(output), m_entity(entity) {}
+    Writer(DxfOutput& output, const Entity& entity)
+        : m_output(output), m_entity(entity), m_layer(layerNameOf(entity)) {}
 
     void operator()(const LineShape& line) const {
         begin("LINE");
@@ -69,15 +98,12 @@ public:
     void operator()(const Newer&) const {}
 
 private:
-    void group(int code, std::string_view value) const {
-        std::string& text = m_output.text;
-        const std::string digits = std::to_string(code);
-        text.append(digits.size() < 3 ? 3 - digits.size() : 0, ' ').append(digits).append("\n");
-        text.append(value).append("\n");
-    }
+    void group(int code, std::string_view value) const { appendGroup(m_output.text, code, value); }
     void begin(std::string_view name) const {
         group(0, name);
-        group(8, layerOf(m_entity));
+        group(8, m_layer);
+        if (m_entity.look->colour != Colour())
+            group(62, std::to_string(paletteNumber(m_entity.look->colour)));
     }
     void number(int code, double value) const { group(code, numberText(value)); }
     void point(int code, Vec2 value) const {
@@ -88,6 +114,7 @@ private:
 
     DxfOutput& m_output;
     const Entity& m_entity;
+    std::string m_layer;
 };
 
 void write(const Entity& entity, DxfOutput& output) {
@@ -113,7 +140,8 @@ DxfOutput dxfText(const Document& document, double tolerance) {
     output.tolerance = tolerance;
     output.lostConstraints = document.constraints.size();
     output.lostParameters = document.parameters.size();
-    output.text = "  0\nSECTION\n  2\nENTITIES\n";
+    appendLayers(output.text, document.layers);
+    output.text += "  0\nSECTION\n  2\nENTITIES\n";
     for (const Entity& entity : document.entities)
         write(entity, output);
     output.text += "  0\nENDSEC\n  0\nEOF\n";

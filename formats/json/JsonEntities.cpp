@@ -8,6 +8,7 @@
 
 #include "document/Names.h"
 #include "document/text/Suggest.h"
+#include "formats/json/JsonLooks.h"
 
 namespace holdfast::formats {
 namespace {
@@ -150,10 +151,11 @@ const Form& formOf(const JsonView& view) {
 void refuseUnknownFields(const JsonView& view, Fields fields) {
     constexpr std::string_view before[] = {"id", "type"}, behind[] = {"construction", "fixed"};
     constexpr std::size_t most = std::size(kSpline);
-    std::array<std::string_view, std::size(before) + most + std::size(behind)> allowed;
+    std::array<std::string_view, std::size(before) + most + std::size(behind) + std::size(kLookFields)> allowed;
     auto end = std::copy(std::begin(before), std::end(before), allowed.begin());
     end = std::copy(fields.begin(), fields.end(), end);
     end = std::copy(std::begin(behind), std::end(behind), end);
+    end = std::copy(kLookFields.begin(), kLookFields.end(), end);
     view.allowOnly(std::span(allowed.begin(), end));
 }
 
@@ -163,7 +165,7 @@ Entity readEntity(const JsonView& view) {
     const Form& form = formOf(view);
     refuseUnknownFields(view, form.fields);
     return Entity{view.at("id").text(), form.read(view), flagOr(view, "construction", false),
-                  flagOr(view, "fixed", false)};
+                  flagOr(view, "fixed", false), readLook(view)};
 }
 
 }  // namespace holdfast::formats

@@ -11,12 +11,13 @@
 #include "document/text/DrawingError.h"
 #include "document/text/Suggest.h"
 #include "formats/json/JsonEntities.h"
+#include "formats/json/JsonLooks.h"
 
 namespace holdfast::formats {
 namespace {
 
-constexpr std::string_view kDrawingFields[] = {"name",  "source",     "license",  "units",
-                                               "plane", "parameters", "entities", "constraints"};
+constexpr std::string_view kDrawingFields[] = {"name",       "source", "license",  "units",      "plane",
+                                               "parameters", "layers", "entities", "constraints"};
 constexpr std::string_view kParameterFields[] = {"name", "formula", "value"};
 constexpr std::string_view kSourceFields[] = {"repository", "revision", "file", "sketch"};
 constexpr std::string_view kUnitFields[] = {"length", "angle"};
@@ -139,6 +140,9 @@ Document readDocument(const JsonView& view) {
     if (const auto parameters = view.find("parameters"))
         for (const JsonView& parameter : parameters->list())
             document.parameters.push_back(readParameter(parameter));
+    if (const auto layers = view.find("layers"))
+        for (const JsonView& layer : layers->list())
+            document.layers.push_back(readLayer(layer));
     for (const JsonView& entity : view.at("entities").list())
         document.entities.push_back(readEntity(entity));
     for (const JsonView& constraint : view.at("constraints").list())
@@ -168,13 +172,17 @@ std::optional<Document> readPieceByPiece(std::string_view text, const std::strin
                 listed.constraints.push_back(readConstraint(JsonView(item, fileName)));
             else if (list == "parameters")
                 listed.parameters.push_back(readParameter(JsonView(item, fileName)));
+            else if (list == "layers")
+                listed.layers.push_back(readLayer(JsonView(item, fileName)));
         });
         Document document = readDocument(JsonView(root, fileName));
-        if (!document.entities.empty() || !document.constraints.empty() || !document.parameters.empty())
+        if (!document.entities.empty() || !document.constraints.empty() || !document.parameters.empty() ||
+            !document.layers.empty())
             return std::nullopt;
         document.entities = std::move(listed.entities);
         document.constraints = std::move(listed.constraints);
         document.parameters = std::move(listed.parameters);
+        document.layers = std::move(listed.layers);
         checkDocument(document, fileName);
         return document;
     } catch (const DrawingError&) {

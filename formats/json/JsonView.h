@@ -35,6 +35,8 @@ public:
     /// A list of two numbers.
     Vec2 point() const;
 
+    bool isText() const { return m_node->kind == JsonNode::Kind::text; }
+
     [[noreturn]] void fail(std::string found, std::string expected) const;
     /// Fails with what stands here as what was found.
     [[noreturn]] void failAs(std::string expected) const;

@@ -6,6 +6,7 @@
 #include <ostream>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "document/Names.h"
@@ -13,6 +14,7 @@
 #include "document/text/DrawingError.h"
 #include "document/text/NumberText.h"
 #include "document/text/Utf8.h"
+#include "formats/json/JsonLooks.h"
 
 namespace holdfast::formats {
 namespace {
@@ -191,6 +193,32 @@ struct FieldWriter {
     ObjectLine& object;
 };
 
+void appendColour(ObjectLine& object, const Colour& colour) {
+    if (colour.kind == Colour::Kind::index)
+        object.member("colour", static_cast<int>(colour.value));
+    else
+        object.member("colour", colourText(colour));
+}
+
+void appendWeight(ObjectLine& object, int weight) {
+    constexpr double weightsInUnit = 100.0;
+    if (const std::string_view text = weightText(weight); !text.empty())
+        object.member("weight", text);
+    else
+        object.member("weight", weight / weightsInUnit);
+}
+
+void appendLook(ObjectLine& object, const Look& look) {
+    object.memberUnlessEmpty("layer", look.layer);
+    if (look.colour != Colour())
+        appendColour(object, look.colour);
+    object.memberUnlessEmpty("linetype", look.linetype);
+    if (look.weight != kWeightByLayer)
+        appendWeight(object, look.weight);
+    if (!look.visible)
+        object.flag("visible", false);
+}
+
 void append(std::string& out, const Entity& entity) {
     ObjectLine object(out);
     object.member("id", entity.id);
@@ -200,6 +228,21 @@ void append(std::string& out, const Entity& entity) {
         object.flag("construction", true);
     if (entity.fixed)
         object.flag("fixed", true);
+    if (!entity.look.isUsual())
+        appendLook(object, *entity.look);
+}
+
+void append(std::string& out, const Layer& layer) {
+    ObjectLine object(out);
+    object.member("name", layer.name);
+    appendColour(object, layer.colour);
+    object.memberUnlessEmpty("linetype", layer.linetype);
+    if (layer.weight != kWeightDefault)
+        appendWeight(object, layer.weight);
+    for (const auto& [name, is] :
+         {std::pair("off", layer.isOff), {"frozen", layer.isFrozen}, {"locked", layer.isLocked}})
+        if (is)
+            object.flag(name, true);
 }
 
 void append(std::string& out, const Constraint& constraint) {
@@ -311,6 +354,10 @@ void writeJson(const Document& document, const std::function<void(std::string_vi
         appendHead(out, "plane", *document.plane);
     if (!document.parameters.empty()) {
         appendLines(pieces, "parameters", document.parameters);
+        out += ",\n";
+    }
+    if (!document.layers.empty()) {
+        appendLines(pieces, "layers", document.layers);
         out += ",\n";
     }
     appendLines(pieces, "entities", document.entities);

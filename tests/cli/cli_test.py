@@ -510,6 +510,7 @@ class Program(unittest.TestCase):
                          {"id": "other", "type": "distance", "refs": [{"entity": "b", "point": "whole"}], "value": 5.0}])
         sized["parameters"] = [{"name": "side", "formula": "5", "value": 5.0},
                                {"name": "double", "formula": "other * 2", "value": 10.0}]
+        sized["layers"] = [{"name": "Cut"}]
         calls = {"show": [("show", mend), ("show", loose, "--list", "--missing"), ("show", self.file("sized.json", sized), "--list")], "solve": [("solve", mend)], "infer": [("infer", DRAWINGS / "acrylic-case-top.dxf")],
                  "edit": [("edit", self.path / "one.json", "lengthen a end by 2", "break a at 4,0"), ("run", cut),
                           ("edit", loose, "drag base.end by 3,2"), ("edit", self.file("torn.json", torn), "drag t by 0,1"),
@@ -523,10 +524,33 @@ class Program(unittest.TestCase):
             for call in calls[command]:
                 found |= keys(json.loads(self.run_program(*call, "--json").stdout))
             # Of what stands in a list as in a drawing file, the page of drawing files tells.
-            found = {key for key in found if not key.startswith(("list.entities[].", "list.constraints[]", "list.parameters[]"))
+            found = {key for key in found if not key.startswith(("list.entities[].", "list.constraints[]", "list.parameters[]", "list.layers[]"))
                      or key.startswith(("list.entities[].freedom", "list.entities[].motions", "list.entities[].sizes",
                                         "list.entities[].constraints"))}
             self.assertEqual(found, written, command)
+
+    def test_layers_and_colours_are_shown_kept_by_pieces_and_written(self):
+        coloured = json.loads(json.dumps(CORNER))
+        coloured["layers"] = [{"name": "Cut", "colour": 1, "weight": 0.35, "frozen": True}]
+        coloured["entities"][0].update(layer="Cut", colour="#ff8000", linetype="DOT", visible=False)
+        path, out = self.file("coloured.json", coloured), self.path / "out.json"
+        told = self.run_program("show", path, "--list").stdout
+        self.assertIn("; on Cut, colour #ff8000, DOT, invisible; ", told)
+        self.assertIn("each layer:\n  Cut: colour 1, width 0.35 mm, frozen\n", told)
+        edits = ("break a at 3,0 to 6,0", "fillet a_2 b radius 1", "copy a by 0,20", "move a by 1,1", "undo")
+        self.assertEqual(self.run_program("edit", path, *edits, "-o", out).returncode, DONE)
+        kept = json.loads(out.read_text())
+        self.assertEqual(kept["layers"], coloured["layers"])
+        looks = {e["id"]: (e.get("layer"), e.get("colour"), e.get("linetype"), e.get("visible")) for e in kept["entities"]}
+        cut = ("Cut", "#ff8000", "DOT", False)
+        self.assertEqual({name for name, look in looks.items() if look == cut}, set(looks) - {"b"}, looks)
+        self.assertEqual(looks["b"], (None,) * 4)
+        self.assertEqual(self.run_program("convert", out, self.path / "out.dxf").returncode, DONE)
+        self.assertIn("  8\nCut\n", (self.path / "out.dxf").read_text())
+        again = self.path / "again.json"
+        self.assertEqual(self.run_program("convert", self.path / "out.dxf", again).returncode, DONE)
+        self.assertEqual([(layer["name"], layer["colour"], layer["frozen"])
+                          for layer in json.loads(again.read_text())["layers"]], [("Cut", 1, True)])
 
     def test_parameters_are_shown_followed_and_left_out_of_dxf(self):
         sized = drawing(CORNER["entities"], CORNER["constraints"] + [

@@ -75,7 +75,9 @@ TEST_P(DxfBinary, IsReadAsTheTextThatSaysTheSame) {
     const std::string bytes = lineTo(4, GetParam());
     ASSERT_TRUE(isBinaryDxf(bytes));
     const Document document = readDxf(bytes, "a.dxf").document;
-    EXPECT_EQ(document.entities, (std::vector<Entity>{{"g0", LineShape{{0.1, 0}, {4, 1.0 / 3.0}}}}));
+    const SharedLook look({.layer = "Cut", .colour = {Colour::Kind::rgb, 0x112233}});
+    EXPECT_EQ(document.entities,
+              (std::vector<Entity>{{.id = "g0", .shape = LineShape{{0.1, 0}, {4, 1.0 / 3.0}}, .look = look}}));
 }
 
 TEST_P(DxfBinary, ComesBackToTheByteButForWhatWasEdited) {

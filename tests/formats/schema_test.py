@@ -37,6 +37,8 @@ FAULTS = {
     "unknown length unit": lambda d: d["units"].update(length="parsec"),
     "plane without an axis": lambda d: d["plane"].pop("x_axis"),
     "unknown entity type": lambda d: entity_of(d, "line").update(type="lien"),
+    "colour of no palette": lambda d: entity_of(d, "line").update(colour=300),
+    "layer without a name": lambda d: d.update(layers=[{"colour": 1}]),
     "entity without an id": lambda d: entity_of(d, "line").pop("id"),
     "empty id": lambda d: entity_of(d, "line").update(id=""),
     "line without an end": lambda d: entity_of(d, "line").pop("end"),
