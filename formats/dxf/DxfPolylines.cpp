@@ -145,7 +145,7 @@ void rewriteOld(DxfItems& record, const PolylineShape& before, const PolylineSha
         for (DxfItems& vertex : vertices)
             setFlags(vertex, flagsOf(vertex) & ~kOfFit, style);
     if (const auto smooth = findOwn(head, 75); smooth && (flagsOf(head) & kFitted) != 0)
-        head[*smooth].value = "0";
+        head[*smooth].value.assign(1, '0');
     setFlags(head, (flagsOf(head) & ~(kClosed | kFitted)) | (now.closed ? kClosed : 0), style);
     record = head;
     append(record, Vertices(vertices, before, now, looksDown(head), style, handles).all());
