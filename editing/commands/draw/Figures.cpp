@@ -14,7 +14,7 @@ double directionOf(Vec2 v) {
     return std::atan2(v.y, v.x);
 }
 
-/// The angle raisedAbove another one, by a full turn at most.
+/// The angle above another one, by a full turn at most.
 double raisedAbove(double angle, double start) {
     while (angle <= start)
         angle += 2.0 * kPi;
