@@ -124,7 +124,7 @@ private:
     void spline(const SplineShape& before, const SplineShape& now) {
         drop({11, 21, 31, 12, 22, 32, 13, 23, 33});  // what it was fitted to
         if (const auto fitted = findOwn(m_record, 74))
-            m_record[*fitted].value = "0";
+            m_record[*fitted].value.assign(1, '0');
         if (findOwn(m_record, 10) && before.degree == now.degree && before.control.size() == now.control.size() &&
             before.knots.size() == now.knots.size() && before.weights.size() == now.weights.size())
             return renumber(now);
