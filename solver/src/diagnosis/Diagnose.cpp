@@ -18,7 +18,7 @@ namespace holdfast::solver::detail {
 
 namespace {
 
-/// Elements joined into parts: the root of an element is the smallest number of its part.
+/// Entities joined into parts: the root of an entity is the smallest number of its part.
 class Parts {
 public:
     explicit Parts(std::size_t count) : m_up(count) { std::iota(m_up.begin(), m_up.end(), 0); }
@@ -80,7 +80,7 @@ private:
         }
     }
 
-    /// The element that an unknown belongs to; -1 for a contact, which its equation connects.
+    /// The entity that an unknown belongs to; -1 for a contact, which its equation connects.
     int entityOfUnknown(int unknown) const {
         for (const int v : m_system.valuesOfUnknown[unknown]) {
             if (v < m_system.figureValueCount)
@@ -101,7 +101,7 @@ private:
             m_partOfEquation.push_back(joinThrough(equation));
     }
 
-    /// Joins what the equation reads; returns an element of it, -1 when all of it is constant.
+    /// Joins what the equation reads; returns an entity of it, -1 when all of it is constant.
     int joinThrough(const Equation& equation) {
         int first = -1;
         for (const int v : m_system.set.inputsOf(equation)) {
@@ -298,7 +298,7 @@ private:
     std::vector<double> m_lengths;  ///< per unknown: how much it changes when geometry moves by one
     std::map<int, int> m_spares;    ///< equations that others imply, by constraint
     int m_spareEquations = 0;       ///< how many these are
-    // Per element, meant at the root of its part:
+    // Per entity, meant at the root of its part:
     std::vector<int> m_freedom;
     std::vector<char> m_hasSpare, m_hasSpareRule;
     int m_askedIfNeeded = 0;

@@ -7,7 +7,7 @@
 
 namespace holdfast::solver::detail {
 
-/// Elements that constraints tie together, and how freely they can move.
+/// Entities that constraints tie together, and how freely they can move.
 struct SketchPart {
     std::vector<int> entities;  ///< ascending
     int freedom = 0;            ///< values that remain to be chosen
@@ -22,19 +22,19 @@ struct Redundancy {
 
 struct Diagnosis {
     int freedom = 0;                     ///< of the whole sketch
-    std::vector<SketchPart> parts;       ///< by their first element; fixed elements belong to none
+    std::vector<SketchPart> parts;       ///< by their first entity; fixed entities belong to none
     std::vector<Redundancy> redundant;   ///< ascending; of two that imply each other the later drawn one
     std::vector<ConflictSet> conflicts;  ///< constraints that cannot hold together
     int worstConstraint = -1;            ///< the binding constraint that is farthest from holding
     double worstViolation = 0.0;         ///< by how much, as a length
-    std::vector<int> freedomOfEntity;    ///< when asked for: in how many independent ways each element can move
+    std::vector<int> freedomOfEntity;    ///< when asked for: in how many independent ways each entity can move
 };
 
 /// Degrees of freedom, redundancy and conflicts of a sketch where it is. Conflicts are searched for only when a
 /// constraint does not hold; the sketch is not changed. Throws SketchError as solve does.
 ///
-/// The freedom of single elements costs about as much again as the rest: each is by how much the rank of the Jacobian
-/// would grow if the element were held.
+/// The freedom of single entities costs about as much again as the rest: each is by how much the rank of the Jacobian
+/// would grow if the entity were held.
 Diagnosis diagnose(const SketchData& sketch, bool countsEntities = false, Budget* budget = nullptr);
 
 /// What others imply, as if no constraints of the sketch were in conflict: the elimination without the search.

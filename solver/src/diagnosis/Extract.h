@@ -7,8 +7,8 @@
 
 namespace holdfast::solver::detail {
 
-/// The elements that some constraints and targets are about, as a sketch of their own, with these constraints. Cost:
-/// linear in what is taken, times the logarithm of the sketch's elements.
+/// The entities that some constraints and targets are about, as a sketch of their own, with these constraints. Cost:
+/// linear in what is taken, times the logarithm of the sketch's entities.
 class Extract {
 public:
     Extract(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets = {});
@@ -16,7 +16,7 @@ public:
     const SketchData& sketch() const { return m_sketch; }
     SketchData& sketch() { return m_sketch; }
     const std::vector<Target>& targets() const { return m_targets; }
-    std::span<const int> taken() const { return m_taken; }  ///< the elements' numbers there, by number here
+    std::span<const int> taken() const { return m_taken; }  ///< the entities' numbers there, by number here
 
 private:
     int valueOf(int value) const;
@@ -26,7 +26,7 @@ private:
 
     const SketchData& m_source;
     SketchData m_sketch;
-    std::map<int, int> m_numbers;  ///< of elements: there, here
+    std::map<int, int> m_numbers;  ///< of entities: there, here
     std::vector<int> m_taken;
     std::vector<Target> m_targets;
 };

@@ -30,7 +30,7 @@ int placesOf(Care care) {
 /// leave a collapsed or flattened place, near enough not to look at another drawing.
 constexpr double kFirstShake = 0.02, kLastShake = 0.5;
 
-/// A target may be many sizes of the few elements at hand away: strides of their size reach it, where those of a solve
+/// A target may be many sizes of the few entities at hand away: strides of their size reach it, where those of a solve
 /// would run out. Another branch is no loss, as only whether there is a solution is asked.
 constexpr double kLongStride = 1.0;
 constexpr int kMostIterations = 100;
@@ -47,7 +47,7 @@ std::size_t costOf(const Subproblem& subproblem, int iterations) {
     return static_cast<std::size_t>(iterations + 1) * (kOverhead + width);
 }
 
-/// Constraints and the elements that they are about, which are to be brought to hold.
+/// Constraints and the entities that they are about, which are to be brought to hold.
 class Trial {
 public:
     Trial(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets, Effort& effort)
@@ -99,7 +99,7 @@ private:
         return false;
     }
 
-    /// An element that constants have collapsed may open again by its other values.
+    /// An entity that constants have collapsed may open again by its other values.
     bool isSoundInConstants(int starts) {
         const auto flaw = m_state.degeneracyInConstants();
         if (!flaw)
@@ -218,7 +218,7 @@ private:
         return buildPlainSystem(sketch, bindingConstraints(sketch));
     }
 
-    /// Nothing is merged, so constants of fixed elements and targets are held here.
+    /// Nothing is merged, so constants of fixed entities and targets are held here.
     void pinConstants() {
         for (const SketchEntity& entity : m_extract.sketch().entities) {
             for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount && entity.fixed; ++v)
@@ -289,7 +289,7 @@ private:
         return groups;
     }
 
-    /// Constraints of elements that have collapsed or turned over.
+    /// Constraints of entities that have collapsed or turned over.
     std::vector<int> onFlaws() const {
         std::vector<int> found;
         for (std::size_t i = 0; i < m_constraints.size(); ++i) {
@@ -309,7 +309,7 @@ private:
     Effort& m_effort;
     std::vector<std::vector<int>> m_circuits;
     std::vector<int> m_flawed, m_turned;
-    bool m_isMet = true;  ///< targets and fixed elements agree
+    bool m_isMet = true;  ///< targets and fixed entities agree
 };
 
 }  // namespace

@@ -33,7 +33,7 @@ enum class Care {
 
 /// Can these constraints and targets hold together, with no entity collapsed or turned over? A yes is certain, as a
 /// solution has been found. A no means that none was found from several places. The sketch is only read; the effort
-/// pays for the elements concerned.
+/// pays for the entities concerned.
 bool canHold(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets, Care care,
              Effort& effort);
 

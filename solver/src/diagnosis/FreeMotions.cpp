@@ -133,7 +133,7 @@ private:
     std::normal_distribution<double> m_normal;
 };
 
-/// Orthonormal columns that span what one element can do.
+/// Orthonormal columns that span what one entity can do.
 struct Space {
     Matrix basis;
     double named = kNamed;
@@ -162,7 +162,7 @@ Space spaceOf(const Samples& samples, int firstValue, int valueCount) {
     return {qr.householderQ() * Matrix::Identity(valueCount, real), kNamedAfterTry};
 }
 
-/// Where the coordinates of points and the x of vectors stand among an element's values.
+/// Where the coordinates of points and the x of vectors stand among an entity's values.
 struct Layout {
     std::vector<int> points, vectors;
     int angle = -1;
@@ -196,7 +196,7 @@ Layout layoutOf(const SketchEntity& entity) {
     return layout;
 }
 
-/// The motions that have names, of one element.
+/// The motions that have names, of one entity.
 class Names {
 public:
     Names(const SketchData& sketch, const EquationSystem& system, int number)
@@ -361,7 +361,7 @@ EntityMotions motionsIn(const Space& space, const Names& names) {
     return found;
 }
 
-/// How many ways an element has by itself: its values less its own rules.
+/// How many ways an entity has by itself: its values less its own rules.
 int ownFreedom(const SketchEntity& entity) {
     const bool hasRules = entity.kind == EntityKind::arc || entity.kind == EntityKind::ellipticalArc;
     return entity.valueCount - (hasRules ? 2 : 0);

@@ -16,7 +16,7 @@ namespace holdfast::solver::detail {
 
 namespace {
 
-/// A shake is this part of the smallest element's size, but never so small that it drowns in what an iteration leaves:
+/// A shake is this part of the smallest entity's size, but never so small that it drowns in what an iteration leaves:
 /// the root of the tolerance (1e-5 of the sketch) where a solution is a double one.
 constexpr double kShake = 1e-2, kLeastShake = 1e-4;
 

@@ -12,7 +12,7 @@ enum class Shaking {
     unknown    ///< they do not hold, or do not hold again: nothing was found out
 };
 
-/// How far elements have to be taken, in lengths, for a motion to show: a small part of the smallest one's size, but
+/// How far entities have to be taken, in lengths, for a motion to show: a small part of the smallest one's size, but
 /// never so small that it drowns in what an iteration leaves where a solution is a double one. Linear in them.
 double wayOfShake(const SketchData& sketch, const EquationSystem& system, std::span<const int> entities);
 
@@ -21,7 +21,7 @@ double wayOfShake(const SketchData& sketch, const EquationSystem& system, std::s
 /// unknowns given.
 Shaking shake(const SketchData& sketch, EquationSystem& system, std::span<const int> unknowns);
 
-/// Can the elements of these constraints move with them holding, beyond what first derivatives say?
+/// Can the entities of these constraints move with them holding, beyond what first derivatives say?
 bool canMove(const SketchData& sketch, std::span<const int> constraints);
 
 }  // namespace holdfast::solver::detail

@@ -100,7 +100,7 @@ void Ranks::hold(int entity) {
         m_elimination.add(row);
 }
 
-/// Of a point that is two values of its element; -1 for another place.
+/// Of a point that is two values of its entity; -1 for another place.
 int Ranks::firstValueOf(const SketchPlace& place) const {
     const auto point = pointAt(m_sketch, place);
     return point && isDirect(*point) ? point->inputs[0] : -1;

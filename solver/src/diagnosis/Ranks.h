@@ -24,13 +24,13 @@ public:
     Ranks(const Ranks&) = delete;  // the equations point into the sketch
     Ranks& operator=(const Ranks&) = delete;
 
-    /// From now on an element counts as one that cannot move.
+    /// From now on an entity counts as one that cannot move.
     void hold(int entity);
     /// In how many independent directions a point that is two values of its own can go; -1 for any other place.
     int freedomOf(const SketchPlace& place);
     /// Whether one coordinate of such a point, 0 for x and 1 for y, is determined.
     bool isDetermined(const SketchPlace& place, int coordinate);
-    /// How many values of an element are still to be chosen.
+    /// How many values of an entity are still to be chosen.
     int freedomOf(int entity);
 
     /// Counts a proposal if none of its equations is implied by what counts; how many there are, 0: it does not count.

@@ -12,7 +12,7 @@ namespace {
 constexpr int kEverything = std::numeric_limits<int>::max();
 
 /// An unknown that more equations read than this, for each step, would make everything a neighbour of everything: a
-/// radius or a level that many elements share. It stays outside until the rings are wide enough for it.
+/// radius or a level that many entities share. It stays outside until the rings are wide enough for it.
 constexpr int kHub = 8;
 
 }  // namespace

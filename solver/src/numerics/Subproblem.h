@@ -25,7 +25,7 @@ public:
     /// How far geometry moves when an unknown changes by one.
     std::span<const double> metric() const { return m_metric; }
 
-    /// Elements that have one of the unknowns, and the system's senses among the equations.
+    /// Entities that have one of the unknowns, and the system's senses among the equations.
     std::span<const int> entities() const { return m_entities; }
     std::span<const int> senses() const { return m_senses; }
 

@@ -68,8 +68,7 @@ public:
     /// The factors at hand are those that found the nearest point: a search that begins near it begins with them.
     void carryOver() {
         m_subproblem.carried().weights.clear();
-        if (!m_isCurved && !m_isStale && !m_multiplier.empty() && m_subproblem.linearSolver().hasFactors() &&
-            m_carriedSteps <= kWorthCarrying)
+        if (!m_isCurved && !m_isStale && !m_multiplier.empty() && m_carriedSteps <= kWorthCarrying)
             m_subproblem.carried() = {m_pull.weights, m_pull.targets, m_x, m_multiplier, m_residualNow};
     }
 

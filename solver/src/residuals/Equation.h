@@ -102,8 +102,8 @@ struct Equation {
     std::uint8_t locals = 0;
     int firstInput = 0;  ///< in EquationSet::inputs
     int inputCount = 0;
-    int constraint = -1;     ///< in SketchData::constraints; -1: a rule that belongs to the element
-    int entity = -1;         ///< the element, when constraint is -1
+    int constraint = -1;     ///< in SketchData::constraints; -1: a rule that belongs to the entity
+    int entity = -1;         ///< the entity, when constraint is -1
     bool isImplied = false;  ///< another constraint usually says the same: spare without being redundant
     bool isClosed = false;   ///< rows and slopes are worked out by hand, see hasClosedForm()
     int function = -1;       ///< in EquationSet::functions: a user's own rows instead of the residual kind's

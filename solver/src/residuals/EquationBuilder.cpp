@@ -85,7 +85,7 @@ void EquationBuilder::begin(int constraint) {
     m_constraint = &m_sketch.constraints[at(constraint)];
 }
 
-/// A user's own equations, of the points and whole elements that the constraint names.
+/// A user's own equations, of the points and whole entities that the constraint names.
 void EquationBuilder::addOwn() {
     Operand read;
     for (const SketchPlace& place : m_constraint->refs) {
@@ -111,7 +111,7 @@ void EquationBuilder::addOwn() {
     add(form, {read});
 }
 
-/// Constants of fixed elements; ends of arcs lie on them.
+/// Constants of fixed entities; ends of arcs lie on them.
 void EquationBuilder::addRules(int number) {
     const SketchEntity& entity = m_sketch.entities[at(number)];
     m_current = -1;

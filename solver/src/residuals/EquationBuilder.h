@@ -114,7 +114,7 @@ void addEquations(EquationBuilder& builder);
 /// Puts a point on a curve of any kind.
 void addPointOnCurve(EquationBuilder& builder, const Operand& point, const SketchPlace& curve);
 
-/// Equations that keep the sizes of one element as they are at the reference; see KeptSizes.
+/// Equations that keep the sizes of one entity as they are at the reference; see KeptSizes.
 void addKeptSizes(EquationBuilder& builder, const KeptShape& shape, const KeptSizes& sizes);
 
 /// A form with the residual kind set, one row unless said otherwise.

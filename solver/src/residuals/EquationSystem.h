@@ -40,11 +40,11 @@ struct SpareCount {
 
 /// A constraint that contradicts others, found while values were merged.
 struct Contradiction {
-    int constraint = -1;      ///< -1: a rule that belongs to an element
+    int constraint = -1;      ///< -1: a rule that belongs to an entity
     std::vector<int> others;  ///< the constraints that it contradicts
 };
 
-/// One intrinsic size of an element, as an equation that keeps it: exactly, or as a wish that may be missed.
+/// One intrinsic size of an entity, as an equation that keeps it: exactly, or as a wish that may be missed.
 struct SizeRow {
     int equation = -1;
     int entity = -1;
@@ -54,7 +54,7 @@ struct SizeRow {
 };
 
 /// A sketch as unknowns and equations: what coincides, lies level or has a given size is merged to one unknown, the
-/// rest are equations. Made once for a sketch and its constraints; where the elements are does not matter to it except
+/// rest are equations. Made once for a sketch and its constraints; where the entities are does not matter to it except
 /// for the choice of branches, which the sketch's reference decides.
 struct EquationSystem {
     double size = 1.0;       ///< extent of the sketch: all tolerances are relative to it
@@ -101,10 +101,10 @@ struct EquationSystem {
     double residualOf(int equation) const;
 };
 
-/// Elements that have a value merged in one of the unknowns, ascending.
+/// Entities that have a value merged in one of the unknowns, ascending.
 std::vector<int> entitiesOf(const EquationSystem& system, std::span<const int> unknowns);
 
-/// An element whose intrinsic sizes (lengths, radii, bulges, swept angles) are to stay as they are at the reference,
+/// An entity whose intrinsic sizes (lengths, radii, bulges, swept angles) are to stay as they are at the reference,
 /// and how much a change of each counts in the movement; 0: it stays exactly.
 struct KeptShape {
     int entity = -1;
@@ -128,7 +128,7 @@ inline KeptSizes keptExactly(std::span<const int> entities) {
     return sizes;
 }
 
-/// Builds the equations of the constraints listed, which all bind; throws SketchError for one that its elements cannot
+/// Builds the equations of the constraints listed, which all bind; throws SketchError for one that its entities cannot
 /// have.
 EquationSystem buildSystem(const SketchData& sketch, std::span<const int> constraints, const KeptSizes& sizes = {});
 

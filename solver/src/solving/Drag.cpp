@@ -218,7 +218,7 @@ struct DragSession::State {
     }
 
     /// Goes on in the whole sketch, as if the session had begun there: with what was, and from where the last step has
-    /// ended. False where the sketch has a constraint, far away, that its elements cannot have.
+    /// ended. False where the sketch has a constraint, far away, that its entities cannot have.
     bool takesWhole() {
         vicinity->copyStart(sketch.values);
         std::unique_ptr<Dragging> whole;

@@ -12,12 +12,12 @@ namespace holdfast::solver::detail {
 /// Every step is computed from where the sketch was when the session began, so steps do not add up: a drag that comes
 /// back to its beginning finds the sketch as it was. What is dragged yields where constraints do not let it; they
 /// never do. Patterns, orderings and the reach that a step needed are kept for the next one, and a step costs what
-/// the elements that it may move cost, however many others there are.
+/// the entities that it may move cost, however many others there are.
 class DragSession {
 public:
     /// The handles are values of the sketch, the same in every step. The sketch outlives the session and changes
-    /// through it only. Throws SketchError for a constraint, of those near the handles, that its elements cannot have.
-    /// Elements of `sizes` keep their lengths, radii, bulges and sweeps, as if constraints said so.
+    /// through it only. Throws SketchError for a constraint, of those near the handles, that its entities cannot have.
+    /// Entities of `sizes` keep their lengths, radii, bulges and sweeps, as if constraints said so.
     DragSession(SketchData& sketch, std::vector<int> handles, Scope reach = Scope::rings, const KeptSizes& sizes = {});
     ~DragSession();
     DragSession(DragSession&&) noexcept;
@@ -25,7 +25,7 @@ public:
 
     /// Moves each handle to its goal, or as near to it as the constraints let it come. The result's movements are
     /// those since the step before. When the constraints cannot be kept the sketch stays as it is. A drag that would
-    /// make an element collapse or turn inside out stops there, even where elements farther away could give way.
+    /// make an entity collapse or turn inside out stops there, even where entities farther away could give way.
     /// When the budget runs out the sketch stays as it is.
     SolveResult step(std::span<const double> goals, Budget* budget = nullptr);
 

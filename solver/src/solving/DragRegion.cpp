@@ -52,7 +52,7 @@ void DragRegion::makeRegion() {
 
 bool DragRegion::touchesRim() const {
     return !m_isRim.empty() && std::any_of(subproblem->entities().begin(), subproblem->entities().end(),
-                                           [&](int element) { return m_isRim[at(element)] != 0; });
+                                           [&](int entity) { return m_isRim[at(entity)] != 0; });
 }
 
 void DragRegion::readSketch() {

@@ -24,7 +24,7 @@ struct DragRegion {
     bool isWidest = false;
     double emphasis;  ///< of the handles
 
-    /// isRim: elements, by number, of which the sketch does not say all; empty: none.
+    /// isRim: entities, by number, of which the sketch does not say all; empty: none.
     DragRegion(SketchData& sketch, std::vector<int> handles, Scope reach, const KeptSizes& sizes,
                std::span<const char> isRim = {});
     DragRegion(const DragRegion&) = delete;  // the subproblem looks into the workspace

@@ -10,14 +10,14 @@ namespace holdfast::solver::detail {
 
 namespace {
 
-/// Elements whose neighbours are looked for: with twelve of them most handles have all of two rings around them.
+/// Entities whose neighbours are looked for: with twelve of them most handles have all of two rings around them.
 constexpr std::size_t kNear = 192;
 
 /// Parts up to so many times as large are taken as a whole.
 constexpr std::size_t kAsGood = 4;
 
-/// Binding constraints by element. Constraints lie about in memory: each is looked at once.
-ListTable constraintsByElement(const SketchData& sketch) {
+/// Binding constraints by entity. Constraints lie about in memory: each is looked at once.
+ListTable constraintsByEntity(const SketchData& sketch) {
     std::vector<std::pair<int, int>> uses;
     uses.reserve(2 * sketch.constraints.size());
     for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
@@ -39,23 +39,23 @@ std::vector<Target> asTargets(std::span<const int> values) {
 std::unique_ptr<DragVicinity> DragVicinity::around(const SketchData& sketch, std::span<const int> handles) {
     if (sketch.entities.size() <= kAsGood * kNear)
         return nullptr;
-    const ListTable constraintsOf = constraintsByElement(sketch);
+    const ListTable constraintsOf = constraintsByEntity(sketch);
     std::vector<char> isSeen(sketch.entities.size(), 0), isInside(sketch.entities.size(), 0);
     std::vector<char> isTaken(sketch.constraints.size(), 0);
-    std::vector<int> elements, constraints;
-    const auto see = [&](int element) {
-        if (!std::exchange(isSeen[at(element)], 1))
-            elements.push_back(element);
+    std::vector<int> entities, constraints;
+    const auto see = [&](int entity) {
+        if (!std::exchange(isSeen[at(entity)], 1))
+            entities.push_back(entity);
     };
     for (const int v : handles)
         see(entityOfValue(sketch, v));
     std::size_t inside = 0;
-    for (std::size_t head = 0; head < elements.size() && inside < kNear; ++head) {
-        isInside[at(elements[head])] = 1;
-        if (sketch.entities[at(elements[head])].fixed)
+    for (std::size_t head = 0; head < entities.size() && inside < kNear; ++head) {
+        isInside[at(entities[head])] = 1;
+        if (sketch.entities[at(entities[head])].fixed)
             continue;
         ++inside;
-        for (const int c : constraintsOf[elements[head]]) {
+        for (const int c : constraintsOf[entities[head]]) {
             if (std::exchange(isTaken[at(c)], 1))
                 continue;
             constraints.push_back(c);
@@ -63,8 +63,8 @@ std::unique_ptr<DragVicinity> DragVicinity::around(const SketchData& sketch, std
                 see(place.entity);
         }
     }
-    // An element that very many others hang on is no vicinity.
-    if (elements.size() > kAsGood * kNear)
+    // An entity that very many others hang on is no vicinity.
+    if (entities.size() > kAsGood * kNear)
         return nullptr;
     std::sort(constraints.begin(), constraints.end());
     return std::unique_ptr<DragVicinity>(new DragVicinity(sketch, std::move(constraints), handles, isInside));
@@ -75,9 +75,9 @@ DragVicinity::DragVicinity(const SketchData& whole, std::vector<int> constraints
     : m_constraints(std::move(constraints)), m_extract(whole, m_constraints, asTargets(handles)) {
     sketch().sizeAround = whole.size();
     m_start = sketch().values;
-    for (const int element : m_extract.taken()) {
-        m_isRim.push_back(!isInside[at(element)] && !whole.entities[at(element)].fixed);
-        m_firstThere.push_back(whole.entities[at(element)].firstValue);
+    for (const int entity : m_extract.taken()) {
+        m_isRim.push_back(!isInside[at(entity)] && !whole.entities[at(entity)].fixed);
+        m_firstThere.push_back(whole.entities[at(entity)].firstValue);
     }
     for (const Target& target : m_extract.targets())
         m_handles.push_back(target.value);
@@ -86,7 +86,7 @@ DragVicinity::DragVicinity(const SketchData& whole, std::vector<int> constraints
 void DragVicinity::takeOver(SolveResult& result, SketchData& whole) const {
     const std::span<const int> taken = m_extract.taken();
     for (Movement& movement : result.movements) {
-        copyElement(movement.entity, m_extract.sketch().values, whole.values);
+        copyEntity(movement.entity, m_extract.sketch().values, whole.values);
         movement.entity = taken[at(movement.entity)];
     }
     std::sort(result.movements.begin(), result.movements.end(),
@@ -101,12 +101,12 @@ void DragVicinity::takeOver(SolveResult& result, SketchData& whole) const {
 
 void DragVicinity::copy(std::span<const double> from, std::vector<double>& to) const {
     for (int i = 0; i < static_cast<int>(m_firstThere.size()); ++i)
-        copyElement(i, from, to);
+        copyEntity(i, from, to);
 }
 
-void DragVicinity::copyElement(int element, std::span<const double> from, std::vector<double>& to) const {
-    const SketchEntity& entity = m_extract.sketch().entities[at(element)];
-    std::copy_n(from.begin() + entity.firstValue, entity.valueCount, to.begin() + m_firstThere[at(element)]);
+void DragVicinity::copyEntity(int number, std::span<const double> from, std::vector<double>& to) const {
+    const SketchEntity& entity = m_extract.sketch().entities[at(number)];
+    std::copy_n(from.begin() + entity.firstValue, entity.valueCount, to.begin() + m_firstThere[at(number)]);
 }
 
 }  // namespace holdfast::solver::detail

@@ -2,7 +2,7 @@
 
 #include "solver/src/residuals/EquationBuilder.h"
 
-/// The intrinsic sizes of the elements, for edits that may turn and shift but not stretch them.
+/// The intrinsic sizes of the entities, for edits that may turn and shift but not stretch them.
 namespace holdfast::solver::detail {
 
 namespace {

@@ -11,7 +11,7 @@ namespace holdfast::solver::detail {
 
 namespace {
 
-/// How much more than others the values of edited elements count in the movement, and what targets count when they
+/// How much more than others the values of edited entities count in the movement, and what targets count when they
 /// are wishes.
 constexpr double kEditedEmphasis = 10.0;
 constexpr double kTargetEmphasis = 1e3;
@@ -312,8 +312,8 @@ void Run::noteWorst(int equation) {
     }
 }
 
-/// Ties leave no equations, so the walk goes by elements: constraints on them, the elements of those, and so on;
-/// fixed elements connect nothing.
+/// Ties leave no equations, so the walk goes by entities: constraints on them, the entities of those, and so on;
+/// fixed entities connect nothing.
 void Run::suspectAround(std::vector<int> entities) {
     const Surroundings around = surroundingsOf(m_sketch, bindingConstraints(m_sketch), std::move(entities));
     m_suspects.insert(m_suspects.end(), around.constraints.begin(), around.constraints.end());

@@ -12,7 +12,7 @@ struct Task {
     RelaxationLevel level = RelaxationLevel::exact;
     std::span<const Target> targets{};
     std::span<const Target> kept{};     ///< constants too, but for those that ties contradict
-    std::span<const int> edited{};      ///< elements whose values give way last
+    std::span<const int> edited{};      ///< entities whose values give way last
     std::span<const int> dimensions{};  ///< constraints whose values are asked for
     bool isEdit = false;                ///< only what is connected with these is solved
     std::span<const KeptShape> shapes{};
@@ -29,7 +29,7 @@ struct Task {
 /// One solve of a sketch in one level, from where its values are. The sketch is only read.
 class Run {
 public:
-    /// Throws SketchError for a constraint that its elements cannot have.
+    /// Throws SketchError for a constraint that its entities cannot have.
     Run(const SketchData& sketch, const Task& task);
 
     /// Movements are left out.
@@ -41,7 +41,7 @@ public:
     /// How far geometry moves when a value changes by one.
     std::span<const double> metric() const;
 
-    /// Elements that are connected with the edit, ascending; all without an edit.
+    /// Entities that are connected with the edit, ascending; all without an edit.
     std::vector<int> concerned() const;
 
     /// Sizes that changed by no more than a small part of what moved, so that they may well stay: by their number.
@@ -108,7 +108,7 @@ private:
     std::vector<int> m_suspects;
 };
 
-/// The elements that an edit names itself: edited ones, those of its targets and of its dimensions. Ascending.
+/// The entities that an edit names itself: edited ones, those of its targets and of its dimensions. Ascending.
 std::vector<int> namedElements(const SketchData& sketch, const Task& task);
 
 }  // namespace holdfast::solver::detail

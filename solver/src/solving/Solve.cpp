@@ -25,7 +25,7 @@ constexpr double kLengthWeight = 1e2, kBendWeight = 1e4;
 /// What follows by shifting does not turn.
 constexpr double kTurnWeight = 10.0;
 
-/// Elements around an edit of which the shapes are kept; what is farther away is reached by the rings only where
+/// Entities around an edit of which the shapes are kept; what is farther away is reached by the rings only where
 /// nothing nearer could give way.
 constexpr std::size_t kMostShapes = 2000;
 
@@ -134,7 +134,7 @@ private:
 
     void setGoals() { m_way->setValuesAt(1.0, m_work); }
 
-    /// With the edited elements' other places where they were, if that can be.
+    /// With the edited entities' other places where they were, if that can be.
     Answer tryKeepingPlaces(Task task) {
         if (!m_request.kept.empty() && task.level == RelaxationLevel::exact) {
             Task firm = task;
@@ -240,7 +240,7 @@ private:
         return (!answer.keepsPlaces && (answer.isTwisted || isReversed(answer))) || !turnedOver(answer).empty();
     }
 
-    /// Elements at corners that turn to the other side, but for those that the edit itself moves.
+    /// Entities at corners that turn to the other side, but for those that the edit itself moves.
     std::vector<int> turnedOver(const Answer& answer) const {
         std::vector<int> over = m_corners.turnedOver(m_way->start(), answer.values);
         if (over.empty())
@@ -257,10 +257,10 @@ private:
         return isOver != isOtherOver ? isOtherOver : answer.strain < other.strain;
     }
 
-    /// Nothing but the edited elements has moved yet.
+    /// Nothing but the edited entities has moved yet.
     bool isAtBeginning() const { return m_way->start() == m_work.reference; }
 
-    /// From where everything that is connected with the edited elements has gone along with them.
+    /// From where everything that is connected with the edited entities has gone along with them.
     Answer tryCarried() {
         const auto& motion = m_way->motion();
         Answer none;
@@ -372,7 +372,7 @@ private:
     }
 
     /// Constraints that are connected with the edit, are not named by it, and did not hold before it. Where the edit
-    /// does not tell how its elements were before, nothing is known of the constraints on them.
+    /// does not tell how its entities were before, nothing is known of the constraints on them.
     std::vector<int> brokenBefore() {
         if (!m_isEdit)
             return {};
@@ -395,7 +395,7 @@ private:
         return broken;
     }
 
-    /// The elements nearest to the edit, as constraints lead from one to the next; edited ones have no say.
+    /// The entities nearest to the edit, as constraints lead from one to the next; edited ones have no say.
     std::vector<KeptShape> shapesAround() const {
         std::vector<char> isEdited(m_work.entities.size(), 0);
         for (const int number : m_request.edited)

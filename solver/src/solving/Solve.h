@@ -24,14 +24,14 @@ struct ValueGoal {
 
 /// How far a solve may reach.
 enum class Scope {
-    rings,  ///< the neighbourhood of the edit, widened only as far as it takes: fewest elements move
+    rings,  ///< the neighbourhood of the edit, widened only as far as it takes: fewest entities move
     part    ///< everything that is connected with the edit: least movement in total
 };
 
 /// How firmly targets are meant, from the first to the last that is tried.
 enum class RelaxationLevel {
-    exact,  ///< A: the targets are constants, the rest of the edited elements gives way last
-    sizes,  ///< B: the targets are strong wishes, the sizes of the edited elements are constants
+    exact,  ///< A: the targets are constants, the rest of the edited entities gives way last
+    sizes,  ///< B: the targets are strong wishes, the sizes of the edited entities are constants
     wishes  ///< C: both are wishes, sizes the weaker
 };
 
@@ -46,7 +46,7 @@ struct SolveRequest {
     std::vector<Target> targets{};    ///< empty: only makes the constraints hold again
     std::vector<Target> kept{};       ///< values that stay where they are if the constraints let them
     std::vector<ValueGoal> values{};  ///< written into the sketch's constraints when they are reached
-    std::vector<int> edited{};        ///< elements that the edit is about
+    std::vector<int> edited{};        ///< entities that the edit is about
     std::vector<int> added{};         ///< constraints that the edit has added
     Scope reach = Scope::rings;
     RelaxationLevel lastLevel = RelaxationLevel::exact;  ///< no level after this one is tried
@@ -64,7 +64,7 @@ enum class SolveStatus {
     unchanged,  ///< everything held already
     solved,
     conflicting,  ///< constraints contradict each other or the edit
-    degenerate,   ///< solutions were found, but with collapsed or turned elements only
+    degenerate,   ///< solutions were found, but with collapsed or turned entities only
     unreached     ///< no solution was found, and no contradiction either; or the budget ran out
 };
 
@@ -75,7 +75,7 @@ struct SolveTimes {
     double explaining = 0.0;  ///< searching for the constraints in conflict
 };
 
-/// How far an element moved: the longest way of one of its defining points.
+/// How far an entity moved: the longest way of one of its defining points.
 struct Movement {
     int entity = -1;
     double distance = 0.0;
@@ -94,14 +94,14 @@ struct SolveResult {
     int iterations = 0;
     long work = 0;                         ///< unknowns and rows gone through, once for every iteration of every try
     double residual = 0.0;                 ///< of the constraint that holds worst, as a length
-    int worstConstraint = -1;              ///< -1: none, or a rule of an element
+    int worstConstraint = -1;              ///< -1: none, or a rule of an entity
     std::vector<int> conflicting;          ///< constraints that cannot hold together (with the targets), ascending
     std::vector<int> contradictedTargets;  ///< numbers of targets that are part of the conflict
     bool isConflictMinimal = false;        ///< without any one of these the others can hold
     std::optional<Degeneracy> degeneracy;  ///< what was wrong with the solution that was refused
     std::optional<ReachedPart> reached;    ///< when a way was followed in vain
     std::vector<int> leftAlone;            ///< constraints that did not hold before and could not be made to
-    std::vector<Movement> movements;       ///< elements that moved, ascending
+    std::vector<Movement> movements;       ///< entities that moved, ascending
     SolveTimes times;
 
     bool isSolved() const { return status == SolveStatus::solved || status == SolveStatus::unchanged; }
@@ -109,13 +109,13 @@ struct SolveResult {
 
 /// Moves the sketch as little as it takes for all binding constraints to hold and the targets to be met. When that
 /// cannot be, the sketch stays as it is and the result says what stands in the way. What is not connected with a
-/// change does not move, to the last bit, and cannot stop it: with targets, values or edited elements only what is
+/// change does not move, to the last bit, and cannot stop it: with targets, values or edited entities only what is
 /// connected with them is solved. Without, everything is.
 ///
 /// What is not reached at once is approached along its way in steps that are halved until they are sound, down to 1/128
 /// of the way; that costs as many solves. The answer is then taken as near to where the sketch was as can be.
 ///
-/// Throws SketchError for a constraint that its elements cannot have.
+/// Throws SketchError for a constraint that its entities cannot have.
 SolveResult solve(SketchData& sketch, const SolveRequest& request);
 
 }  // namespace holdfast::solver::detail

@@ -12,7 +12,7 @@ namespace holdfast::solver::detail {
 
 namespace {
 
-constexpr int kFirstRings = 2;  // an element and what it touches
+constexpr int kFirstRings = 2;  // an entity and what it touches
 
 /// Iterations of a quick try. Those that arrive take 3 to 10; the way is followed where they do not.
 constexpr int kQuick = 25;
@@ -82,7 +82,7 @@ void SolverState::limitTo(std::span<const int> about) {
     }
 }
 
-/// Elements, and what is connected with them over unknowns.
+/// Entities, and what is connected with them over unknowns.
 void SolverState::takeConcerned(std::span<const int> elements) {
     std::vector<int> seeds;
     for (const int number : elements) {
@@ -99,7 +99,7 @@ void SolverState::takeConcerned(std::span<const int> elements) {
         m_isConcerned[at(number)] = 1;
 }
 
-/// Elements that are not concerned yet and that constraints tie to one that becomes constant elsewhere, over others
+/// Entities that are not concerned yet and that constraints tie to one that becomes constant elsewhere, over others
 /// that do: what hangs on constants has no unknown in common. A later try begins where an earlier one has led, and the
 /// reference tells what that has moved. Linear in the sketch.
 std::vector<int> SolverState::tiedToDisplaced() const {
@@ -350,7 +350,7 @@ Attempt SolverState::trySettling(Subproblem& subproblem, std::vector<double> x, 
     return attempt;
 }
 
-/// From where the elements were at the reference, with the constants of the edit moved there bit by bit: the branch
+/// From where the entities were at the reference, with the constants of the edit moved there bit by bit: the branch
 /// of the solution cannot be lost on the way.
 Attempt SolverState::tryFromReference(Subproblem& subproblem) {
     Attempt attempt;

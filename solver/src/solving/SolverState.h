@@ -24,7 +24,7 @@ class SolverState {
 public:
     SolverState(const SketchData& sketch, EquationSystem system);
 
-    /// The same for an edit that concerns only what is connected with some elements: everything else stays as it is,
+    /// The same for an edit that concerns only what is connected with some entities: everything else stays as it is,
     /// whether it holds or not.
     SolverState(const SketchData& sketch, EquationSystem system, std::span<const int> about);
 
@@ -42,7 +42,7 @@ public:
     /// Where the values would like to be, instead of where they are now. Values of the sketch.
     void aimAt(std::span<const double> values);
 
-    /// The edit is about sizes of this element: they may shrink as far as it takes.
+    /// The edit is about sizes of this entity: they may shrink as far as it takes.
     void askOf(int entity);
 
     /// The part of what it was below which no other size may shrink.
@@ -138,12 +138,12 @@ private:
     std::unordered_map<int, double> m_pins;  ///< by unknown
     std::vector<int> m_touched;
     Budget* m_budget = nullptr;
-    std::vector<char> m_isConcerned, m_isConcernedUnknown;  ///< by element and by unknown; empty: all are
-    std::vector<char> m_isAsked;                            ///< by element
+    std::vector<char> m_isConcerned, m_isConcernedUnknown;  ///< by entity and by unknown; empty: all are
+    std::vector<char> m_isAsked;                            ///< by entity
     double m_least = kLeast;
     bool m_isQuick = false, m_isNearest = true;
     long m_work = 0;
-    std::vector<int> m_displaced;  ///< elements of values that constraints made constants elsewhere
+    std::vector<int> m_displaced;  ///< entities of values that constraints made constants elsewhere
 };
 
 }  // namespace holdfast::solver::detail

@@ -21,7 +21,7 @@ struct Answer {
     double strain = 0.0;        ///< sum of the changes of sizes that are kept
     bool isBent = false;        ///< anything that is kept has changed at all
     bool isTwisted = false;     ///< a size is not what it was by far
-    bool keepsPlaces = false;   ///< what is not asked of the edited elements is where it was: sizes give way before it
+    bool keepsPlaces = false;   ///< what is not asked of the edited entities is where it was: sizes give way before it
     bool isContradicted = false;
     std::vector<int> suspects, concerned;
 
@@ -37,7 +37,7 @@ public:
     /// From now on, the shapes that keepingShapes() looks after, ascending.
     void keepShapes(std::vector<KeptShape> shapes) { m_shapes = std::move(shapes); }
     std::span<const KeptShape> shapes() const { return m_shapes; }
-    /// From now on a turn of these elements, ascending, counts this much in their shapes.
+    /// From now on a turn of these entities, ascending, counts this much in their shapes.
     void keepUpright(std::span<const int> elements, double turnWeight);
 
     /// What no other answer is to be exchanged for only because fewer sizes change.

@@ -36,7 +36,7 @@ Vec2 turned(Vec2 p, double angle) {
     return {c * p.x - s * p.y, s * p.x + c * p.y};
 }
 
-/// Points of elements as they lie in two sets of values.
+/// Points of entities as they lie in two sets of values.
 struct Pairs {
     std::vector<Vec2> from, to;
 

@@ -5,15 +5,15 @@
 
 namespace holdfast::solver::detail {
 
-/// Elements carried along as one rigid body in the plane, bit by bit.
+/// Entities carried along as one rigid body in the plane, bit by bit.
 class RigidMotion {
 public:
-    /// The motion that brings the points of some elements from one set of values to another; none when they change
+    /// The motion that brings the points of some entities from one set of values to another; none when they change
     /// their shape, or when there are not two different points.
     static std::optional<RigidMotion> between(const SketchData& sketch, std::span<const int> entities,
                                               std::span<const double> from, std::span<const double> to);
 
-    /// Puts an element to where this part of the motion carries it.
+    /// Puts an entity to where this part of the motion carries it.
     void carry(const SketchEntity& entity, double part, std::span<const double> from, std::span<double> to) const;
 
     /// Of the whole motion, in radians.
@@ -30,7 +30,7 @@ private:
 /// rigid motion that they make together; dimensions run through the values between.
 class Way {
 public:
-    /// Dimensions begin at what they measure, edited elements where they are at the reference.
+    /// Dimensions begin at what they measure, edited entities where they are at the reference.
     Way(const SketchData& sketch, std::span<const Target> targets, std::span<const ValueGoal> values,
         std::span<const int> edited);
 
