@@ -10,7 +10,7 @@
 
 #include "document/text/DrawingError.h"
 #include "document/text/NumberText.h"
-#include "formats/dxf/DxfItems.h"
+#include "formats/dxf/records/DxfItems.h"
 
 namespace holdfast::formats {
 namespace {

@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "formats/dxf/DxfBinary.h"
-#include "formats/dxf/DxfBodies.h"
 #include "formats/dxf/DxfOldForm.h"
-#include "formats/dxf/DxfPolylines.h"
-#include "formats/dxf/DxfRewrite.h"
+#include "formats/dxf/records/DxfBodies.h"
+#include "formats/dxf/records/DxfPolylines.h"
+#include "formats/dxf/records/DxfRewrite.h"
 
 namespace holdfast::formats {
 namespace {

@@ -1,4 +1,4 @@
-#include "formats/dxf/DxfRewrite.h"
+#include "formats/dxf/records/DxfRewrite.h"
 
 #include <algorithm>
 #include <array>
@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "document/text/NumberText.h"
-#include "formats/dxf/DxfBodies.h"
 #include "formats/dxf/DxfCodes.h"
-#include "formats/dxf/DxfPolylines.h"
 #include "formats/dxf/DxfText.h"
+#include "formats/dxf/records/DxfBodies.h"
+#include "formats/dxf/records/DxfPolylines.h"
 #include "geometry/Angles.h"
 #include "geometry/SplineCurve.h"
 

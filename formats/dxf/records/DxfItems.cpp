@@ -1,4 +1,4 @@
-#include "formats/dxf/DxfItems.h"
+#include "formats/dxf/records/DxfItems.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "formats/dxf/DxfPolylines.h"
+#include "formats/dxf/records/DxfPolylines.h"
 
 #include <algorithm>
 #include <map>

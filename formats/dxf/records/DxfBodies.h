@@ -4,9 +4,9 @@
 
 #include "document/Document.h"
 #include "formats/Uses.h"
-#include "formats/dxf/DxfHandles.h"
-#include "formats/dxf/DxfItems.h"
 #include "formats/dxf/DxfLayout.h"
+#include "formats/dxf/records/DxfHandles.h"
+#include "formats/dxf/records/DxfItems.h"
 
 namespace holdfast::formats {
 

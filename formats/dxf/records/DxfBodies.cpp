@@ -1,4 +1,4 @@
-#include "formats/dxf/DxfBodies.h"
+#include "formats/dxf/records/DxfBodies.h"
 
 #include <algorithm>
 #include <array>
@@ -7,9 +7,9 @@
 
 #include "formats/dxf/DxfCodes.h"
 #include "formats/dxf/DxfLooks.h"
-#include "formats/dxf/DxfPolylines.h"
-#include "formats/dxf/DxfRewrite.h"
 #include "formats/dxf/DxfText.h"
+#include "formats/dxf/records/DxfPolylines.h"
+#include "formats/dxf/records/DxfRewrite.h"
 #include "geometry/Angles.h"
 #include "geometry/SplineCurve.h"
 
