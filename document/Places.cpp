@@ -67,12 +67,12 @@ bool has(const PolylineShape& polyline, const Place& place) {
     return place.kind != segmentCentre || polyline.bulges[static_cast<std::size_t>(place.index)] != 0.0;
 }
 
-MaybePoint point(const LineShape& line, const Place& place) {
+MaybePoint pointIn(const LineShape& line, const Place& place) {
     if (place.kind == mid)
         return between(line.start, line.end);
     return place.kind == start ? line.start : line.end;
 }
-MaybePoint point(const ArcShape& arc, const Place& place) {
+MaybePoint pointIn(const ArcShape& arc, const Place& place) {
     switch (place.kind) {
         case centre:
             return arc.centre;
@@ -82,35 +82,35 @@ MaybePoint point(const ArcShape& arc, const Place& place) {
             return circlePoint(arc.centre, arc.radius, place.kind == start ? arc.startAngle : arc.endAngle);
     }
 }
-MaybePoint point(const CircleShape& circle, const Place&) {
+MaybePoint pointIn(const CircleShape& circle, const Place&) {
     return circle.centre;
 }
-MaybePoint point(const EllipseShape& ellipse, const Place&) {
+MaybePoint pointIn(const EllipseShape& ellipse, const Place&) {
     return ellipse.centre;
 }
-MaybePoint point(const EllipticalArcShape& arc, const Place& place) {
+MaybePoint pointIn(const EllipticalArcShape& arc, const Place& place) {
     if (place.kind == centre)
         return arc.centre;
     return ellipsePoint(arc.centre, arc.majorAxis, arc.ratio, place.kind == start ? arc.startParam : arc.endParam);
 }
-MaybePoint point(const SplineShape& spline, const Place& place) {
+MaybePoint pointIn(const SplineShape& spline, const Place& place) {
     if (place.kind == control)
         return spline.control[static_cast<std::size_t>(place.index)];
     return place.kind == start ? splineStart(spline) : splineEnd(spline);
 }
-MaybePoint point(const PointShape& point, const Place&) {
+MaybePoint pointIn(const PointShape& point, const Place&) {
     return point.position;
 }
-MaybePoint point(const XlineShape& xline, const Place& place) {
+MaybePoint pointIn(const XlineShape& xline, const Place& place) {
     return place.kind == start ? MaybePoint(xline.point) : std::nullopt;
 }
-MaybePoint point(const RayShape& ray, const Place& place) {
+MaybePoint pointIn(const RayShape& ray, const Place& place) {
     return place.kind == start ? MaybePoint(ray.point) : std::nullopt;
 }
-MaybePoint point(const TextShape& text, const Place&) {
+MaybePoint pointIn(const TextShape& text, const Place&) {
     return text.position;
 }
-MaybePoint point(const PolylineShape& polyline, const Place& place) {
+MaybePoint pointIn(const PolylineShape& polyline, const Place& place) {
     const std::size_t index = static_cast<std::size_t>(place.index);
     const Vec2 from = polyline.vertices[index], to = polyline.vertices[segmentEndVertex(polyline, index)];
     const double bulge = polyline.bulges[index];
@@ -166,7 +166,7 @@ std::optional<Vec2> pointAt(const Shape& shape, const Place& place) {
     const auto* asPoint = std::get_if<PointShape>(&shape);
     if (place.kind == whole)
         return asPoint != nullptr ? std::optional<Vec2>(asPoint->position) : std::nullopt;
-    return std::visit([&](const auto& kind) { return point(kind, place); }, shape);
+    return std::visit([&](const auto& kind) { return pointIn(kind, place); }, shape);
 }
 
 Place startOfLine(const Place& line) {

@@ -14,12 +14,6 @@
 namespace holdfast::geometry {
 namespace {
 
-void requireFinite(double value) {
-    if (!std::isfinite(value)) {
-        throw GeometryError("a curve parameter or distance is not a finite number");
-    }
-}
-
 double speedAt(const Form& form, double t) {
     return norm(derivatives(form, t).first);
 }

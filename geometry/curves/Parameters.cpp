@@ -22,12 +22,6 @@ const PolylineShape* asPolyline(const Shape& shape) {
     return std::get_if<PolylineShape>(&shape);
 }
 
-void requireFinite(double param) {
-    if (!std::isfinite(param)) {
-        throw GeometryError("a curve parameter is not a finite number");
-    }
-}
-
 ParamRange rangeOf(const SplineShape& spline) {
     if (spline.periodic) {
         return {spline.knots.front(), spline.knots.back()};

@@ -164,4 +164,9 @@ void requireSound(const Shape& shape) {
     std::visit(Check(shape), shape);
 }
 
+void requireFinite(double alongCurve) {
+    if (!std::isfinite(alongCurve))
+        throw GeometryError("a curve parameter or distance is not a finite number");
+}
+
 }  // namespace holdfast::geometry

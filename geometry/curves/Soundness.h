@@ -14,4 +14,7 @@ const char* kindName(const Shape& shape);
 /// increasing knots as many as degree and control points ask for, positive weights.
 void requireSound(const Shape& shape);
 
+/// GeometryError unless the parameter or distance along a curve is finite.
+void requireFinite(double alongCurve);
+
 }  // namespace holdfast::geometry

@@ -20,7 +20,7 @@ constexpr double kBeyond = 1e4;
 
 using Values = std::span<const double>;
 
-double distance(Values v, int a, int b) {
+double gapBetween(Values v, int a, int b) {
     const double x = v[at(b)] - v[at(a)], y = v[at(b + 1)] - v[at(a + 1)];
     return std::sqrt(x * x + y * y);
 }
@@ -72,7 +72,7 @@ double ellipseSweep(Values v, int first) {
 double polygonLength(Values v, const SketchEntity& entity) {
     double sum = 0.0;
     for (int i = 2; i < entity.valueCount; i += 2)
-        sum += distance(v, entity.firstValue + i - 2, entity.firstValue + i);
+        sum += gapBetween(v, entity.firstValue + i - 2, entity.firstValue + i);
     return sum;
 }
 
@@ -84,9 +84,9 @@ struct Extent {
 
 Extent polylineExtent(const SketchData& sketch, int number, Values v) {
     const SketchEntity& entity = sketch.entities[at(number)];
-    double least = distance(v, sketch.vertexValue(number, 0), sketch.vertexValue(number, 1));
+    double least = gapBetween(v, sketch.vertexValue(number, 0), sketch.vertexValue(number, 1));
     for (int i = 1; i < entity.segmentCount(); ++i)
-        least = std::min(least, distance(v, sketch.vertexValue(number, i), sketch.vertexValue(number, i + 1)));
+        least = std::min(least, gapBetween(v, sketch.vertexValue(number, i), sketch.vertexValue(number, i + 1)));
     return {least, "a segment of no length"};
 }
 
@@ -95,7 +95,7 @@ Extent extentOf(const SketchData& sketch, int number, Values v) {
     const int first = entity.firstValue;
     switch (entity.kind) {
         case EntityKind::line:
-            return {distance(v, first, first + 2), "no length"};
+            return {gapBetween(v, first, first + 2), "no length"};
         case EntityKind::circle:
         case EntityKind::arc:
             return {v[at(first + 2)], "no radius"};
@@ -184,7 +184,7 @@ private:
     }
     bool value(int v) const { return fell(m_sketch.reference[at(v)], m_now[at(v)], m_nothing); }
     bool length(int a, int b) const {
-        return fell(distance(m_sketch.reference, a, b), distance(m_now, a, b), m_nothing);
+        return fell(gapBetween(m_sketch.reference, a, b), gapBetween(m_now, a, b), m_nothing);
     }
     /// No arc turns by more than a full turn: most can be seen not to have shrunk that far.
     bool arcSweepFell() const {

@@ -23,6 +23,8 @@ constexpr double kFarFetched = 2.0;
 /// How much a hopeless miss has to grow, or its goal to move in parts of it, before wider rings are tried again.
 constexpr double kPatience = 2.0, kPatienceSideways = 0.25;
 
+}  // namespace
+
 /// Steps within a sketch that says all there is to know of what they move.
 struct Dragging {
     DragRegion region;
@@ -177,8 +179,6 @@ struct Dragging {
         return result;
     }
 };
-
-}  // namespace
 
 struct DragSession::State {
     SketchData& sketch;

@@ -8,8 +8,6 @@
 namespace holdfast {
 namespace {
 
-constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
-
 /// A number and how far it may be off.
 struct Uncertain {
     double value = 0.0;

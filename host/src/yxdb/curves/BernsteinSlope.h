@@ -1,10 +1,14 @@
 #pragma once
 
+#include <limits>
 #include <span>
 #include <utility>
 #include <vector>
 
 namespace holdfast {
+
+/// What a sum or product of doubles may be off by, as a part of it.
+inline constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 
 /// (x w, y w, z w, w): a point of a rational curve, here always seen from a target point.
 struct HomogeneousPoint {

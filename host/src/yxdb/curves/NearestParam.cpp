@@ -6,8 +6,6 @@
 namespace holdfast {
 namespace {
 
-constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
-
 /// The curve as seen from the target, and in `error` how far rounding may have moved it.
 BezierPoints seenFrom(const YxGePoint3d& target, const BezierPoints& control, double& error) {
     BezierPoints seen;
