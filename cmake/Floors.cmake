@@ -35,7 +35,7 @@ function(holdfast_floor target)
   target_compile_features(${target} PUBLIC cxx_std_20)
 endfunction()
 
-# holdfast_gather(target): compiles its sources eight at a time. What eight sources of the upper floors, or eight tests,
+# holdfast_gather(target): compiles its sources eight at a time. What eight sources of a floor, or eight tests,
 # include costs more than what is in them, so that all together compile in a third of the time; a change of one costs
 # little more. Names in the nameless namespaces of one target therefore differ. For clang-tidy each source stays by
 # itself.

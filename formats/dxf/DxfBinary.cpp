@@ -10,6 +10,7 @@
 
 #include "document/text/DrawingError.h"
 #include "document/text/NumberText.h"
+#include "formats/dxf/DxfNumber.h"
 #include "formats/dxf/records/DxfItems.h"
 
 namespace holdfast::formats {
@@ -173,20 +174,11 @@ void putCode(std::string& out, int code, bool isWide) {
     putBits(out, bits, 2);
 }
 
-template <class Number>
-Number numberIn(std::string_view text) {
-    Number value{};
-    if (text.starts_with('+'))
-        text.remove_prefix(1);
-    std::from_chars(text.data(), text.data() + text.size(), value);
-    return value;
-}
-
 void putValue(std::string& out, ValueForm form, const std::string& value) {
     if (form == ValueForm::text) {
         out.append(value).append(1, '\0');
     } else if (form == ValueForm::real) {
-        putBits(out, std::bit_cast<std::uint64_t>(numberIn<double>(value)), sizeOf(form));
+        putBits(out, std::bit_cast<std::uint64_t>(numberIn<double>(value).value_or(0.0)), sizeOf(form));
     } else if (form == ValueForm::chunk) {
         putBits(out, value.size() / 2, 1);
         for (std::size_t i = 0; i + 1 < value.size(); i += 2) {
@@ -195,7 +187,7 @@ void putValue(std::string& out, ValueForm form, const std::string& value) {
             putBits(out, byte, 1);
         }
     } else {
-        putBits(out, static_cast<std::uint64_t>(numberIn<std::int64_t>(value)), sizeOf(form));
+        putBits(out, static_cast<std::uint64_t>(numberIn<std::int64_t>(value).value_or(0)), sizeOf(form));
     }
 }
 

@@ -8,6 +8,7 @@
 #include "document/text/DrawingError.h"
 #include "document/text/Suggest.h"
 #include "formats/dxf/DxfCodes.h"
+#include "formats/dxf/DxfNumber.h"
 
 namespace holdfast::formats {
 namespace {
@@ -18,17 +19,6 @@ std::string_view trimmed(std::string_view text) {
     if (begin == std::string_view::npos)
         return {};
     return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
-
-template <class Number>
-std::optional<Number> parsed(std::string_view text) {
-    if (text.starts_with('+'))
-        text.remove_prefix(1);
-    Number value{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size())
-        return std::nullopt;
-    return value;
 }
 
 bool holdsText(int code) {
@@ -63,7 +53,7 @@ std::string_view DxfGroups::takeLine() {
 }
 
 int DxfGroups::codeOf(std::string_view line) const {
-    const std::optional<int> code = parsed<int>(trimmed(line));
+    const std::optional<int> code = numberIn<int>(trimmed(line));
     if (!code)
         fail(m_line, inQuotes(trimmed(line)), "a group code, a whole number; lines come in pairs of code and value");
     return *code;
@@ -114,14 +104,14 @@ DxfGroup DxfGroups::take(const char* expected) {
 }
 
 double DxfGroups::number(const DxfGroup& group) const {
-    const std::optional<double> value = parsed<double>(trimmed(group.value));
+    const std::optional<double> value = numberIn<double>(trimmed(group.value));
     if (!value || !std::isfinite(*value))
         fail(group.line, inQuotes(group.value), "a number for group code " + std::to_string(group.code));
     return *value;
 }
 
 int DxfGroups::integer(const DxfGroup& group) const {
-    const std::optional<int> value = parsed<int>(trimmed(group.value));
+    const std::optional<int> value = numberIn<int>(trimmed(group.value));
     if (!value)
         fail(group.line, inQuotes(group.value), "a whole number for group code " + std::to_string(group.code));
     return *value;

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <charconv>
 #include <cmath>
 #include <optional>
 #include <string>
 
+#include "formats/dxf/DxfNumber.h"
 #include "formats/dxf/DxfText.h"
 
 namespace holdfast::formats {
@@ -17,11 +17,7 @@ constexpr int kByBlock = 0, kByLayer = 256, kHeaviest = 211;
 
 std::optional<int> wholeNumber(const DxfEntity& entity, int code) {
     const DxfGroup* group = entity.find(code);
-    if (group == nullptr)
-        return std::nullopt;
-    int value = 0;
-    const char* end = group->value.data() + group->value.size();
-    return std::from_chars(group->value.data(), end, value).ptr == end ? std::optional(value) : std::nullopt;
+    return group == nullptr ? std::nullopt : numberIn<int>(group->value);
 }
 
 std::string groupText(const DxfEntity& entity, int code) {

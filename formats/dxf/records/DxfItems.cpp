@@ -7,6 +7,7 @@
 
 #include "document/text/NumberText.h"
 #include "formats/dxf/DxfCodes.h"
+#include "formats/dxf/DxfNumber.h"
 
 namespace holdfast::formats {
 namespace {
@@ -143,14 +144,7 @@ std::optional<std::size_t> findOwn(const DxfItems& items, int code) {
 
 double ownNumber(const DxfItems& items, int code, double otherwise) {
     const auto found = findOwn(items, code);
-    if (!found)
-        return otherwise;
-    std::string_view text = items[*found].value;
-    if (text.starts_with('+'))
-        text.remove_prefix(1);
-    double value = otherwise;
-    std::from_chars(text.data(), text.data() + text.size(), value);
-    return value;
+    return found ? numberIn<double>(items[*found].value).value_or(otherwise) : otherwise;
 }
 
 bool looksDown(const DxfItems& items) {

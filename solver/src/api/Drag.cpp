@@ -25,13 +25,10 @@ struct DragSession::State {
 
 namespace {
 
-/// Rounding may leave residuals a little above what a solve has called satisfied.
-constexpr double kHolds = 10.0;
-
 std::optional<Error> faultOfStart(const SketchImpl& sketch) {
     const std::vector<double> misses = detail::violationsOf(sketch.data);
     const double worst = *std::max_element(misses.begin(), misses.end());
-    if (worst <= kHolds * sketch.data.tolerance * sketch.data.size())
+    if (worst <= sketch.data.slack())
         return std::nullopt;
     return Error{"a constraint does not hold", "sketch", "solve it before the drag begins"};
 }

@@ -39,9 +39,6 @@ constexpr int kMostIterations = 100;
 /// residuals are small, though not nothing.
 constexpr double kGuilty = 1e-2, kPerhapsGuilty = 1e-5;
 
-/// How many tolerances a constraint may miss and still hold.
-constexpr double kHolds = 10.0;
-
 std::size_t costOf(const Subproblem& subproblem, int iterations) {
     const auto width = static_cast<std::size_t>(subproblem.columnCount() + subproblem.rowCount());
     return static_cast<std::size_t>(iterations + 1) * (kOverhead + width);
@@ -175,7 +172,7 @@ bool canBeSolved(const SketchData& sketch, std::span<const int> constraints, std
     effort.spend(static_cast<std::size_t>(result.work));
     // What the targets are not connected with has not been solved.
     const std::vector<double> misses = violationsOf(extract.sketch());
-    const double most = kHolds * extract.sketch().tolerance * extract.sketch().size();
+    const double most = extract.sketch().slack();
     return result.isSolved() && std::all_of(misses.begin(), misses.end(), [&](double miss) { return miss <= most; });
 }
 

@@ -4,7 +4,6 @@
 #include <cassert>
 #include <utility>
 
-#include "solver/src/residuals/EquationSystem.h"
 #include "solver/src/sketch/Index.h"
 
 namespace holdfast::solver::detail {
@@ -16,13 +15,17 @@ int entityOfValue(const SketchData& sketch, int value) {
     return static_cast<int>(after - sketch.entities.begin()) - 1;
 }
 
-Surroundings surroundingsOf(const SketchData& sketch, std::span<const int> constraints, std::vector<int> entities) {
+ListTable constraintsByEntity(const SketchData& sketch, std::span<const int> constraints) {
     std::vector<std::pair<int, int>> uses;
     for (const int c : constraints) {
         for (const SketchPlace& place : sketch.constraints[at(c)].refs)
             uses.emplace_back(place.entity, c);
     }
-    const ListTable constraintsOf = tabulate(static_cast<int>(sketch.entities.size()), uses);
+    return tabulate(static_cast<int>(sketch.entities.size()), uses);
+}
+
+Surroundings surroundingsOf(const SketchData& sketch, std::span<const int> constraints, std::vector<int> entities) {
+    const ListTable constraintsOf = constraintsByEntity(sketch, constraints);
     Surroundings around;
     std::vector<char> isSeen(sketch.entities.size(), 0), isTaken(sketch.constraints.size(), 0);
     for (std::size_t head = 0; head < entities.size(); ++head) {

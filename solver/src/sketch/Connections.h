@@ -4,12 +4,16 @@
 #include <vector>
 
 #include "solver/src/Uses.h"
+#include "solver/src/residuals/EquationSystem.h"
 #include "solver/src/sketch/SketchData.h"
 
 namespace holdfast::solver::detail {
 
 /// The entity that a value belongs to. Logarithmic in the entities.
 int entityOfValue(const SketchData& sketch, int value);
+
+/// Some constraints, by the entities that they are on.
+ListTable constraintsByEntity(const SketchData& sketch, std::span<const int> constraints);
 
 /// Entities and constraints in the order in which a walk meets them.
 struct Surroundings {

@@ -133,6 +133,11 @@ struct SketchData {
     /// Length of the diagonal of the box around all geometry, at least that of the drawing around it; 1 for an empty or
     /// pointlike sketch. Unbounded lines count with their base point.
     double size() const;
+    /// Rounding may leave residuals a little above what a solve has called satisfied: up to so many tolerances, what
+    /// was satisfied still holds, and what differs is the same.
+    static constexpr double kHolds = 10.0;
+    /// In lengths: what a constraint that holds may be off by. Linear in the sketch.
+    double slack() const { return kHolds * tolerance * size(); }
 
 private:
     int add(std::string id, EntityKind kind, std::initializer_list<double> entityValues);

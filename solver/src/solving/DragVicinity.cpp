@@ -16,8 +16,8 @@ constexpr std::size_t kNear = 192;
 /// Parts up to so many times as large are taken as a whole.
 constexpr std::size_t kAsGood = 4;
 
-/// Binding constraints by entity. Constraints lie about in memory: each is looked at once.
-ListTable constraintsByEntity(const SketchData& sketch) {
+/// Binding constraints by entity. Constraints lie about in memory: to list those that bind first would cost as much.
+ListTable bindingByEntity(const SketchData& sketch) {
     std::vector<std::pair<int, int>> uses;
     uses.reserve(2 * sketch.constraints.size());
     for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
@@ -39,7 +39,7 @@ std::vector<Target> asTargets(std::span<const int> values) {
 std::unique_ptr<DragVicinity> DragVicinity::around(const SketchData& sketch, std::span<const int> handles) {
     if (sketch.entities.size() <= kAsGood * kNear)
         return nullptr;
-    const ListTable constraintsOf = constraintsByEntity(sketch);
+    const ListTable constraintsOf = bindingByEntity(sketch);
     std::vector<char> isSeen(sketch.entities.size(), 0), isInside(sketch.entities.size(), 0);
     std::vector<char> isTaken(sketch.constraints.size(), 0);
     std::vector<int> entities, constraints;

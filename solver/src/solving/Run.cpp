@@ -26,7 +26,7 @@ constexpr double kLeastChange = 1e-2;
 
 }  // namespace
 
-std::vector<int> namedElements(const SketchData& sketch, const Task& task) {
+std::vector<int> namedEntities(const SketchData& sketch, const Task& task) {
     std::vector<int> named(task.edited.begin(), task.edited.end());
     for (const Target& target : task.targets)
         named.push_back(entityOfValue(sketch, target.value));
@@ -63,7 +63,7 @@ EquationSystem Run::systemFor(const SketchData& sketch, const Task& task) {
 SolverState Run::stateFor(const SketchData& sketch, const Task& task) {
     if (!task.isEdit)
         return {sketch, systemFor(sketch, task)};
-    return {sketch, systemFor(sketch, task), namedElements(sketch, task)};
+    return {sketch, systemFor(sketch, task), namedEntities(sketch, task)};
 }
 
 SolveResult Run::solve() {
@@ -321,7 +321,7 @@ void Run::suspectAround(std::vector<int> entities) {
 }
 
 void Run::suspectPart() {
-    suspectAround(m_task.isEdit ? namedElements(m_sketch, m_task) : concerned());
+    suspectAround(m_task.isEdit ? namedEntities(m_sketch, m_task) : concerned());
 }
 
 void Run::tidySuspects() {

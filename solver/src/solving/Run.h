@@ -109,6 +109,6 @@ private:
 };
 
 /// The entities that an edit names itself: edited ones, those of its targets and of its dimensions. Ascending.
-std::vector<int> namedElements(const SketchData& sketch, const Task& task);
+std::vector<int> namedEntities(const SketchData& sketch, const Task& task);
 
 }  // namespace holdfast::solver::detail

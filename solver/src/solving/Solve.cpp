@@ -49,13 +49,10 @@ constexpr long kMostWasted = 1'000'000;
 /// cosines lose their slope.
 constexpr double kLongestTurn = 0.35, kTurned = 0.3;
 
-/// How many tolerances a constraint may miss and still hold.
-constexpr double kSlack = 10.0;
-
 /// Constraints that do not hold.
 std::vector<int> brokenIn(const SketchData& sketch) {
     const std::vector<double> misses = violationsOf(sketch);
-    const double most = kSlack * sketch.tolerance * sketch.size();
+    const double most = sketch.slack();
     std::vector<int> broken;
     for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
         if (!(misses[c] <= most))
@@ -78,7 +75,7 @@ public:
             m_dimensions.push_back(value.constraint);
         m_way.emplace(sketch, request.targets, m_values, request.edited);
         setGoals();
-        m_named = namedElements(m_work, task(RelaxationLevel::exact, true));
+        m_named = namedEntities(m_work, task(RelaxationLevel::exact, true));
         m_least = SolverState::kLeast * m_way->leastRatio();
         if (request.keepsShapes && m_isEdit)
             m_trying.keepShapes(shapesAround());

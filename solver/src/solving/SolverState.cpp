@@ -38,9 +38,6 @@ constexpr double kUnstrained = 0.01;
 /// Wider rings are worth it when they take this part of the change of sizes away.
 constexpr double kRelief = 0.02;
 
-/// What differs by less than this many tolerances is the same.
-constexpr double kSame = 10.0;
-
 long widthOf(const Subproblem& subproblem) {
     return subproblem.columnCount() + subproblem.rowCount();
 }
@@ -83,9 +80,9 @@ void SolverState::limitTo(std::span<const int> about) {
 }
 
 /// Entities, and what is connected with them over unknowns.
-void SolverState::takeConcerned(std::span<const int> elements) {
+void SolverState::takeConcerned(std::span<const int> entities) {
     std::vector<int> seeds;
-    for (const int number : elements) {
+    for (const int number : entities) {
         m_isConcerned[at(number)] = 1;
         const SketchEntity& entity = m_sketch.entities[at(number)];
         for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount; ++v)
@@ -113,11 +110,7 @@ std::vector<int> SolverState::tiedToDisplaced() const {
             displaced.push_back(i);
     if (displaced.empty())
         return tied;
-    std::vector<std::pair<int, int>> uses;
-    for (const int c : bindingConstraints(m_sketch))
-        for (const SketchPlace& place : m_sketch.constraints[at(c)].refs)
-            uses.emplace_back(place.entity, c);
-    const ListTable constraintsOf = tabulate(static_cast<int>(m_sketch.entities.size()), uses);
+    const ListTable constraintsOf = constraintsByEntity(m_sketch, bindingConstraints(m_sketch));
     std::vector<char> isSeen(m_sketch.constraints.size(), 0);
     for (std::size_t head = 0; head < displaced.size(); ++head)
         for (const int c : constraintsOf[displaced[head]]) {
@@ -168,7 +161,7 @@ bool SolverState::hasBrokenOutside() const {
     if (std::any_of(m_system.contradictions.begin(), m_system.contradictions.end(),
                     [&](const Contradiction& c) { return c.constraint >= 0 && !concernsConstraint(c.constraint); }))
         return true;
-    const double limit = kSame * m_system.tolerance;
+    const double limit = SketchData::kHolds * m_system.tolerance;
     for (std::size_t v = 0; v < at(m_system.figureValueCount); ++v) {
         if (concerns(m_system.entityOfValue[v]))
             continue;
@@ -220,7 +213,7 @@ void SolverState::wish(int value, double target, double emphasis) {
 bool SolverState::pin(int value, double goal) {
     askOf(m_system.entityOfValue[at(value)]);
     const ValueLink& link = m_system.links[at(value)];
-    const double tolerance = kSame * m_system.tolerance / m_system.metric[at(value)];
+    const double tolerance = SketchData::kHolds * m_system.tolerance / m_system.metric[at(value)];
     if (link.unknown < 0)
         return std::abs(link.offset - goal) <= tolerance;
     const double x = link.sign * (goal - link.offset);
@@ -271,7 +264,7 @@ int SolverState::brokenConstantEquation() const {
             return unknown < 0 || m_pins.contains(unknown);
         });
         if (isConstant && concernsEquation(static_cast<int>(e)) &&
-            !(m_system.residualOf(static_cast<int>(e)) <= kSame * m_system.tolerance))
+            !(m_system.residualOf(static_cast<int>(e)) <= SketchData::kHolds * m_system.tolerance))
             return static_cast<int>(e);
     }
     return -1;

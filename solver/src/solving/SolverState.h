@@ -118,7 +118,7 @@ private:
     std::optional<Degeneracy> degeneracyIn(std::span<const int> entities, std::span<const int> senses,
                                            double margin = 1.0) const;
     void limitTo(std::span<const int> about);
-    void takeConcerned(std::span<const int> elements);
+    void takeConcerned(std::span<const int> entities);
     std::vector<int> tiedToDisplaced() const;
     bool isConstantAwayFrom(std::span<const double> values, std::size_t value) const;
     bool concernsUnknown(int unknown) const {

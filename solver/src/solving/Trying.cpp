@@ -34,9 +34,9 @@ int countOf(const Run::Changes& changes) {
 
 }  // namespace
 
-void Trying::keepUpright(std::span<const int> elements, double turnWeight) {
+void Trying::keepUpright(std::span<const int> entities, double turnWeight) {
     for (KeptShape& shape : m_shapes)
-        if (std::binary_search(elements.begin(), elements.end(), shape.entity))
+        if (std::binary_search(entities.begin(), entities.end(), shape.entity))
             shape.turnWeight = turnWeight;
 }
 

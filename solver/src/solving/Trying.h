@@ -38,7 +38,7 @@ public:
     void keepShapes(std::vector<KeptShape> shapes) { m_shapes = std::move(shapes); }
     std::span<const KeptShape> shapes() const { return m_shapes; }
     /// From now on a turn of these entities, ascending, counts this much in their shapes.
-    void keepUpright(std::span<const int> elements, double turnWeight);
+    void keepUpright(std::span<const int> entities, double turnWeight);
 
     /// What no other answer is to be exchanged for only because fewer sizes change.
     void shun(std::function<bool(const Answer&)> isShunned) { m_isShunned = std::move(isShunned); }

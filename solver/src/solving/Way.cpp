@@ -19,9 +19,6 @@ constexpr double kRigid = 1e-7;
 /// Turns below this many radians are none: their centre would be far away.
 constexpr double kTurns = 1e-6;
 
-/// How many tolerances a dimension may miss and still hold.
-constexpr double kHolds = 10.0;
-
 Vec2 pointIn(std::span<const double> values, int v) {
     return {values[at(v)], values[at(v + 1)]};
 }
@@ -64,6 +61,7 @@ struct Pairs {
 
 std::optional<RigidMotion> RigidMotion::between(const SketchData& sketch, std::span<const int> entities,
                                                 std::span<const double> from, std::span<const double> to) {
+    const double size = sketch.size();
     Pairs pairs;
     for (const int number : entities) {
         const Layout layout = layoutOf(sketch.entities[at(number)]);
@@ -71,15 +69,14 @@ std::optional<RigidMotion> RigidMotion::between(const SketchData& sketch, std::s
             pairs.from.push_back(pointIn(from, v));
             pairs.to.push_back(pointIn(to, v));
         }
-        for (const int v : {layout.vector})
-            if (v >= 0) {
-                const Vec2 p = pairs.from.back(), q = pairs.to.back(), u = pointIn(from, v), w = pointIn(to, v);
-                pairs.from.push_back({p.x + u.x, p.y + u.y});
-                pairs.to.push_back({q.x + w.x, q.y + w.y});
-            }
+        if (const int v = layout.vector; v >= 0) {
+            const Vec2 p = pairs.from.back(), q = pairs.to.back(), u = pointIn(from, v), w = pointIn(to, v);
+            pairs.from.push_back({p.x + u.x, p.y + u.y});
+            pairs.to.push_back({q.x + w.x, q.y + w.y});
+        }
         if (const int v = layout.direction; v >= 0) {
             const Vec2 p = pairs.from.back(), q = pairs.to.back();
-            const Vec2 u = turned({sketch.size(), 0.0}, from[at(v)]), w = turned({sketch.size(), 0.0}, to[at(v)]);
+            const Vec2 u = turned({size, 0.0}, from[at(v)]), w = turned({size, 0.0}, to[at(v)]);
             pairs.from.push_back({p.x + u.x, p.y + u.y});
             pairs.to.push_back({q.x + w.x, q.y + w.y});
         }
@@ -99,7 +96,7 @@ std::optional<RigidMotion> RigidMotion::between(const SketchData& sketch, std::s
         const double k = 0.5 / std::tan(half);
         motion.m_centre = {0.5 * (a.x + b.x) + k * across.x, 0.5 * (a.y + b.y) + k * across.y};
     }
-    const double near = kRigid * sketch.size();
+    const double near = kRigid * size;
     bool isOnePoint = true;
     for (std::size_t i = 0; i < pairs.from.size(); ++i) {
         const Vec2 p = motion.carried(pairs.from[i], 1.0);
@@ -208,8 +205,9 @@ double Way::leastRatio() const {
 std::vector<ValueGoal> missedDimensions(const SketchData& sketch) {
     std::vector<ValueGoal> missed;
     const std::vector<double> misses = violationsOf(sketch);
+    const double limit = sketch.slack();
     for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
-        if (misses[c] > kHolds * sketch.tolerance * sketch.size() && !sketch.constraints[c].own &&
+        if (misses[c] > limit && !sketch.constraints[c].own &&
             traitsOf(sketch.constraints[c].type).isDimension())
             missed.push_back({static_cast<int>(c), sketch.constraints[c].value});
     return missed;
@@ -217,7 +215,7 @@ std::vector<ValueGoal> missedDimensions(const SketchData& sketch) {
 
 std::vector<ValueGoal> changedDimensions(const SketchData& sketch) {
     const std::vector<double> misses = violationsOf(sketch);
-    const double limit = kHolds * sketch.tolerance * sketch.size();
+    const double limit = sketch.slack();
     std::vector<ValueGoal> changed;
     for (std::size_t c = 0; c < sketch.constraints.size(); ++c) {
         if (misses[c] <= limit)
