@@ -12,9 +12,15 @@ namespace holdfast {
 namespace {
 
 // The operations of the host ask for the state all the time: a plain pointer is found without the check whether it has
-// been made yet.
-constinit thread_local HostState* t_state = nullptr;
-constinit thread_local bool t_isThreadOver = false;
+// been made yet, and one whose place is known when the program begins without a call.
+#if defined(__ELF__) && defined(__GNUC__)
+#define HOLDFAST_THREAD_VARIABLE [[gnu::tls_model("initial-exec")]] constinit thread_local
+#else
+#define HOLDFAST_THREAD_VARIABLE constinit thread_local
+#endif
+HOLDFAST_THREAD_VARIABLE HostState* t_state = nullptr;
+HOLDFAST_THREAD_VARIABLE bool t_isThreadOver = false;
+#undef HOLDFAST_THREAD_VARIABLE
 
 /// Keeps the thread's current state alive, which its process may leave behind when it ends on another thread.
 struct Kept {
