@@ -12,10 +12,10 @@ namespace holdfast::document {
 
 namespace {
 
-void collectNames(const Formula::Node& node, std::vector<Formula::NameInIt>& names) {
-    if (node.kind == Formula::Node::Kind::name)
+void collectNames(const FormulaNode& node, std::vector<Formula::NameInIt>& names) {
+    if (node.kind == FormulaNode::Kind::name)
         names.push_back({node.word, node.column});
-    for (const Formula::Node& operand : node.operands)
+    for (const FormulaNode& operand : node.operands)
         collectNames(operand, names);
 }
 
@@ -24,8 +24,8 @@ public:
     Evaluator(std::string_view lengthUnit, const Formula::ValueOf& valueOf)
         : m_lengthUnit(lengthUnit), m_valueOf(valueOf) {}
 
-    Quantity value(const Formula::Node& node) const {
-        using Kind = Formula::Node::Kind;
+    Quantity value(const FormulaNode& node) const {
+        using Kind = FormulaNode::Kind;
         switch (node.kind) {
             case Kind::number:
                 return {node.number};
@@ -49,7 +49,7 @@ private:
         return quantity;
     }
 
-    Quantity result(const Formula::Node& node) const {
+    Quantity result(const FormulaNode& node) const {
         Quantity a = value(node.operands[0]), b = value(node.operands[1]);
         switch (node.operation) {
             case '*':
@@ -69,9 +69,9 @@ private:
         }
     }
 
-    Quantity called(const Formula::Node& node) const {
+    Quantity called(const FormulaNode& node) const {
         std::vector<Quantity> values;
-        for (const Formula::Node& operand : node.operands)
+        for (const FormulaNode& operand : node.operands)
             values.push_back(value(operand));
         return functionNamed(node.word)->value({node.word, values, node.column});
     }
@@ -80,28 +80,9 @@ private:
     const Formula::ValueOf& m_valueOf;
 };
 
-std::string sentence(const std::string& message, std::size_t column, const std::string& hint) {
-    return message + " (column " + std::to_string(column) + ")" + hint;
-}
-
 }  // namespace
 
-FormulaError::FormulaError(std::string message, std::size_t column, std::string hint)
-    : std::runtime_error(sentence(message, column, hint)),
-      m_message(std::move(message)),
-      m_hint(std::move(hint)),
-      m_column(column) {}
-
-FormulaError FormulaError::in(const std::string& owner, const std::string& formula) const {
-    FormulaError error = *this;
-    if (error.m_owner.empty()) {
-        error.m_owner = owner;
-        error.m_formula = formula;
-    }
-    return error;
-}
-
-Formula::Formula(std::string_view text) : m_root(std::make_unique<Node>(FormulaReader(text).read())) {
+Formula::Formula(std::string_view text) : m_root(std::make_unique<FormulaNode>(FormulaReader(text).read())) {
     collectNames(*m_root, m_names);
 }
 

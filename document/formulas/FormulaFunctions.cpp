@@ -5,7 +5,7 @@
 #include <cmath>
 #include <vector>
 
-#include "document/formulas/Formula.h"
+#include "document/formulas/FormulaError.h"
 #include "document/text/NumberText.h"
 #include "geometry/Angles.h"
 

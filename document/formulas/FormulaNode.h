@@ -5,12 +5,11 @@
 #include <vector>
 
 #include "document/Uses.h"
-#include "document/formulas/Formula.h"
 
 namespace holdfast::document {
 
 /// A piece of a formula, with the pieces that it is calculated from.
-struct Formula::Node {
+struct FormulaNode {
     enum class Kind { number, unit, name, negative, operation, function };
 
     Kind kind = Kind::number;
@@ -19,7 +18,7 @@ struct Formula::Node {
     int power = 1;       ///< of a unit
     char operation = 0;  ///< + - * / ^
     std::string word{};  ///< of a unit, a name or a function
-    std::vector<Node> operands{};
+    std::vector<FormulaNode> operands{};
 };
 
 }  // namespace holdfast::document

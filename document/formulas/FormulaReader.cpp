@@ -62,7 +62,7 @@ FormulaReader::FormulaReader(std::string_view text) : m_text(text) {
     advance();
 }
 
-Formula::Node FormulaReader::read() {
+FormulaNode FormulaReader::read() {
     if (m_token.kind == Token::Kind::end)
         throw FormulaError("expected a formula, such as width / 2 + 3 mm", m_token.column);
     Node root = sum();
@@ -142,7 +142,7 @@ void FormulaReader::expect(char sign, const char* after) {
     advance();
 }
 
-Formula::Node FormulaReader::operation(Node left, Node (FormulaReader::*right)()) {
+FormulaNode FormulaReader::operation(Node left, Node (FormulaReader::*right)()) {
     Node node{.kind = Node::Kind::operation, .column = m_token.column, .operation = m_token.text.front()};
     advance();
     node.operands.push_back(std::move(left));
@@ -150,14 +150,14 @@ Formula::Node FormulaReader::operation(Node left, Node (FormulaReader::*right)()
     return node;
 }
 
-Formula::Node FormulaReader::sum() {
+FormulaNode FormulaReader::sum() {
     Node left = product();
     while (isSign('+') || isSign('-'))
         left = operation(std::move(left), &FormulaReader::product);
     return left;
 }
 
-Formula::Node FormulaReader::product() {
+FormulaNode FormulaReader::product() {
     Node left = signedPower();
     while (isSign('*') || isSign('/'))
         left = operation(std::move(left), &FormulaReader::signedPower);
@@ -165,7 +165,7 @@ Formula::Node FormulaReader::product() {
 }
 
 /// -2^2 is -4, as in mathematics.
-Formula::Node FormulaReader::signedPower() {
+FormulaNode FormulaReader::signedPower() {
     const Nested nested(*this);
     if (!isSign('-') && !isSign('+'))
         return power();
@@ -180,13 +180,13 @@ Formula::Node FormulaReader::signedPower() {
 }
 
 /// 2^3^2 is 2^9.
-Formula::Node FormulaReader::power() {
+FormulaNode FormulaReader::power() {
     Node base = withUnit();
     return isSign('^') ? operation(std::move(base), &FormulaReader::signedPower) : std::move(base);
 }
 
 /// A unit belongs to the number before it, with a power of its own: 3 mm^2 is an area of 3.
-Formula::Node FormulaReader::withUnit() {
+FormulaNode FormulaReader::withUnit() {
     const bool mayHaveUnit = m_token.kind == Token::Kind::number || isSign('(');
     Node value = primary();
     if (!mayHaveUnit || !isUnit())
@@ -212,7 +212,7 @@ int FormulaReader::unitPower() {
     return power;
 }
 
-Formula::Node FormulaReader::primary() {
+FormulaNode FormulaReader::primary() {
     if (isSign('(')) {
         advance();
         Node inside = sum();
@@ -232,7 +232,7 @@ Formula::Node FormulaReader::primary() {
                        m_token.column);
 }
 
-Formula::Node FormulaReader::named() {
+FormulaNode FormulaReader::named() {
     const Token name = m_token;
     advance();
     if (name.kind == Token::Kind::word && isSign('('))
@@ -250,7 +250,7 @@ Formula::Node FormulaReader::named() {
     return node;
 }
 
-Formula::Node FormulaReader::call(const Token& name) {
+FormulaNode FormulaReader::call(const Token& name) {
     const FormulaFunction* function = functionNamed(name.text);
     if (function == nullptr)
         throw FormulaError("there is no function " + name.text, name.column, suggestion(name.text, functionNames()));

@@ -6,9 +6,13 @@
 #include <vector>
 
 #include "document/Uses.h"
+#include "document/formulas/FormulaError.h"
 #include "document/formulas/FormulaNode.h"
 
 namespace holdfast::document {
+
+/// True for what can stand in a formula as it is: letters, digits and underscores, no digit first.
+bool isWord(std::string_view name);
 
 /// Reads a formula from left to right, by recursive descent.
 class FormulaReader {
@@ -16,10 +20,10 @@ public:
     explicit FormulaReader(std::string_view text);
 
     /// FormulaError at the first sign that does not fit.
-    Formula::Node read();
+    FormulaNode read();
 
 private:
-    using Node = Formula::Node;
+    using Node = FormulaNode;
     struct Token {
         enum class Kind { number, word, quoted, sign, end };
         Kind kind = Kind::end;
