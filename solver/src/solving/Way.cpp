@@ -207,8 +207,7 @@ std::vector<ValueGoal> missedDimensions(const SketchData& sketch) {
     const std::vector<double> misses = violationsOf(sketch);
     const double limit = sketch.slack();
     for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
-        if (misses[c] > limit && !sketch.constraints[c].own &&
-            traitsOf(sketch.constraints[c].type).isDimension())
+        if (misses[c] > limit && !sketch.constraints[c].own && traitsOf(sketch.constraints[c].type).isDimension())
             missed.push_back({static_cast<int>(c), sketch.constraints[c].value});
     return missed;
 }
