@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include <utility>
+#include <variant>
 
 #include "apps/window/Answers.h"
 #include "apps/window/DrawingJson.h"
@@ -86,14 +87,56 @@ std::string OpenDrawing::state() {
 
 std::string OpenDrawing::edit(std::string_view text) {
     const std::lock_guard lock(m_mutex);
+    return done(text, false);
+}
+
+std::string OpenDrawing::follow(std::string_view text) {
+    const std::lock_guard lock(m_mutex);
+    const Trial trial = m_session->trial(text);
+    return trial.result.outcome.done() ? done(text, true) : told(trial.result, false);
+}
+
+/// What belongs together is told by its last edit; the number says that there were more.
+std::string OpenDrawing::done(std::string_view text, bool follows) {
+    const bool undoes = !m_done.empty() && m_done.back() != 0;
+    const EditResult* result = &doOne(text, follows);
+    if (result->outcome.done() && std::holds_alternative<Undo>(*result->edit)) {
+        for (bool goesOn = undoes; goesOn && result->outcome.done();) {
+            goesOn = m_done.back() != 0;
+            result = &doOne(text, false);
+        }
+    } else if (result->outcome.done() && std::holds_alternative<Redo>(*result->edit)) {
+        while (!m_undone.empty() && m_undone.back() != 0 && result->outcome.done())
+            result = &doOne(text, false);
+    }
+    return told(*result, result->outcome.done());
+}
+
+const EditResult& OpenDrawing::doOne(std::string_view text, bool follows) {
     m_session->document();
     const EditResult& result = m_session->apply(text);
-    Json json = resultJson(result);
     m_log.push_back({result.outcome.text, result.outcome.error, result.outcome.remarks});
-    if (result.outcome.done()) {
-        ++m_number;
-        json["change"] = changeJson(m_session->changes().back());
+    if (!result.outcome.done())
+        return result;
+    ++m_number;
+    if (std::holds_alternative<Undo>(*result.edit)) {
+        m_undone.push_back(m_done.back());
+        m_done.pop_back();
+    } else if (std::holds_alternative<Redo>(*result.edit)) {
+        m_done.push_back(m_undone.back());
+        m_undone.pop_back();
+    } else {
+        m_done.push_back(follows ? 1 : 0);
+        m_undone.clear();
     }
+    return result;
+}
+
+/// A result, what it has changed, and how the drawing stands.
+std::string OpenDrawing::told(const EditResult& result, bool hasChanged) const {
+    Json json = resultJson(result);
+    if (hasChanged)
+        json["change"] = changeJson(m_session->changes().back());
     json["number"] = m_number;
     json["unsaved"] = m_number != m_saved;
     json["canUndo"] = m_session->canUndo();
@@ -149,6 +192,8 @@ std::string OpenDrawing::discard() {
     const std::lock_guard lock(m_mutex);
     m_session = std::make_unique<Session>(m_opened);
     m_log.clear();
+    m_done.clear();
+    m_undone.clear();
     m_saved = m_kept = ++m_number;
     m_isTakenUp = false;
     std::error_code ignored;

@@ -39,6 +39,9 @@ public:
     std::string state();
     /// Does an edit; with what it has changed.
     std::string edit(std::string_view text);
+    /// Does an edit that belongs to the one before: both are taken back, and done again, together. One that is refused
+    /// is forgotten: it says what holds as drawn, and it may hold already.
+    std::string follow(std::string_view text);
     /// What an edit would do.
     std::string trial(std::string_view text);
     /// Degrees of freedom, contradictions. Works on a copy: edits need not wait for it.
@@ -67,6 +70,9 @@ private:
         std::string text, error;
         std::vector<std::string> remarks;
     };
+    std::string done(std::string_view text, bool follows);
+    std::string told(const EditResult& result, bool hasChanged) const;
+    const EditResult& doOne(std::string_view text, bool follows);
     std::string editLog() const;
     std::string nameOf(std::string_view ending) const;
     bool noteFile();
@@ -77,6 +83,7 @@ private:
     Document m_opened;  ///< as the file has it
     std::unique_ptr<Session> m_session;
     std::vector<Logged> m_log;
+    std::vector<char> m_done, m_undone;  ///< by edit that can be taken back, or done again: belongs to the one before
     std::uint64_t m_number = 1, m_saved = 1, m_kept = 1;
     std::filesystem::file_time_type m_written{};  ///< the file, when it was looked at last
     bool m_isTakenUp = false;

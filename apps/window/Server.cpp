@@ -169,6 +169,7 @@ struct Server::Inside {
         addGet("state", [this] { return drawing.state(); });
         addGet("freedom", [this] { return drawing.freedom(); });
         addPost("edit", [this](const std::string& edit) { return drawing.edit(edit); });
+        addPost("follow", [this](const std::string& edit) { return drawing.follow(edit); });
         addPost("try", [this](const std::string& edit) { return drawing.trial(edit); });
         addPost("save", [this](const std::string&) { return drawing.save(); });
         addPost("discard", [this](const std::string&) { return drawing.discard(); });

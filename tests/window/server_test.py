@@ -75,6 +75,18 @@ def edits(window):
     check(window.ask("state")["unsaved"], "it is not saved yet")
     check(window.do("edit", "undo")["done"] and window.entity("base")["end"] == [80.0, 0.0], "undo takes it back")
     check(window.do("edit", "redo")["done"] and window.ask("state")["canRedo"] is False, "redo does it again")
+    drawn = window.do("edit", "draw line -50,-50 -20,-49 as added")
+    tie = window.do("follow", "constrain horizontal added")
+    check(drawn["done"] and tie["done"], f"what was drawn is tied: {tie['error']}")
+    again = window.do("follow", "constrain horizontal added")
+    texts = [edit["text"] for edit in window.ask("state")["log"]]
+    check(not again["done"] and texts.count("constrain horizontal added") == 1, "a tie that holds already leaves no trace")
+    window.do("edit", "undo")
+    state = window.ask("state")
+    check(all(e["id"] != "added" for e in state["drawing"]["entities"]), "a tie is taken back with what was drawn")
+    check(window.do("edit", "redo")["done"] and window.entity("added")["end"][1] == window.entity("added")["start"][1]
+          and not window.ask("state")["canRedo"], "and both are done again")
+    window.do("edit", "undo")
     freedom = window.ask("freedom")
     check(freedom["freedom"] >= 0 and "base" in freedom["entities"], "each entity's freedom is told")
 

@@ -34,6 +34,11 @@ export const state = () => call('ask/state');
 export const freedom = () => call('ask/freedom');
 /** @param {string} text @returns {Promise<import('./types').Result>} */
 export const edit = (text) => post('edit', text);
+/**
+ * An edit that belongs to the one before; one that is refused leaves no trace.
+ * @param {string} text @returns {Promise<import('./types').Result>}
+ */
+export const follow = (text) => post('follow', text);
 /** @param {string} text @returns {Promise<import('./types').Result>} */
 export const attempt = (text) => post('try', text);
 /** @returns {Promise<{done: boolean, error: string}>} */

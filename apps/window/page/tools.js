@@ -326,7 +326,7 @@ class DrawTool extends Trying {
     this.page.scene.sketch = [];
     const result = await this.done(`${this.figure.text(snaps.map((snap) => snap.point))} as ${name}`);
     if (!result?.done) return;
-    for (const text of this.figure.ties(name, snaps)) await this.page.editIfItHolds(text);
+    for (const text of this.figure.ties(name, snaps)) await this.page.tie(text);
     if (this.figure.goesOn && this.page.tool === this) {
       const last = snaps[snaps.length - 1];
       this.snaps = [{ point: last.point, word: 'end', ref: { entity: name, place: 'end' } }];

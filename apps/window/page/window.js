@@ -121,11 +121,16 @@ export class Page {
 
   /** @param {string} text an edit as users type it @returns {Promise<Result | null>} */
   async edit(text) {
+    const result = await this.#sent(() => link.edit(text));
+    if (result) this.#take(result);
+    return result;
+  }
+
+  /** @param {() => Promise<Result>} send @returns {Promise<Result | null>} */
+  async #sent(send) {
     this.isBusy += 1;
     try {
-      const result = await link.edit(text);
-      this.#take(result);
-      return result;
+      return await send();
     } catch (failure) {
       this.complain(failure);
       return null;
@@ -403,12 +408,12 @@ export class Page {
   }
 
   /**
-   * A tie that drawing suggests: one that follows already is not made.
+   * A tie that drawing suggests, undone with what was drawn; one that follows already is not made.
    * @param {string} text
    */
-  async editIfItHolds(text) {
-    const tried = await link.attempt(text).catch(() => null);
-    if (tried?.done) await this.edit(text);
+  async tie(text) {
+    const result = await this.#sent(() => link.follow(text));
+    if (result?.done) this.#take(result);
   }
 
   /**
