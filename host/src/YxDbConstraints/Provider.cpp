@@ -13,7 +13,6 @@
 #include "host/src/YxDbConstraints/GroupData.h"
 #include "host/src/YxDbConstraints/Subentities.h"
 
-using holdfast::HostAccess;
 using holdfast::hostCall;
 using holdfast::hostState;
 
