@@ -352,14 +352,15 @@ class Runs(Pipes):
 
     def test_an_interrupt_takes_files_away_that_are_on_their_way(self):
         out = self.file("out.json", "old")
-        with subprocess.Popen([PROGRAM, "edit", DRAWINGS / "honeycomb-grille.json", "move g0 by 1,0", "-o", out,
-                               "--report", self.path / "r.html", "--json"], stdout=subprocess.PIPE) as program:
-            while len(self.names()) < 3:  # both stand beside their places until standard output is read
+        many = self.file("many.json", drawing([line(f"l{i}", (i, 0), (i, 5)) for i in range(2000)], []))
+        with subprocess.Popen([PROGRAM, "edit", many, "move l0 by 0,1", "-o", out, "--report", self.path / "r.html",
+                               "--json"], stdout=subprocess.PIPE) as program:
+            while len(self.names()) < 4:  # both stand beside their places until standard output is read
                 self.assertIsNone(program.poll())
                 time.sleep(0.01)
             program.send_signal(signal.SIGTERM)
             self.assertEqual(program.wait(timeout=60), -signal.SIGTERM)
-        self.assertEqual((self.names(), out.read_text()), (["out.json"], "old"))
+        self.assertEqual((self.names(), out.read_text()), (["many.json", "out.json"], "old"))
 
     def test_an_ignored_signal_stays_ignored(self):
         os.mkfifo(self.path / "slow.json")
