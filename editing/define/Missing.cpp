@@ -94,9 +94,9 @@ public:
         leaveAlone(sketch, given);
         if (given.freedom == 0)
             return std::move(m_missing);
-        const std::vector<std::string> alone = m_missing.leftAlone;
+        const Missing told = m_missing;
         for (int round = 0; round < kMostRounds; ++round) {
-            m_missing = {{}, {}, alone};
+            m_missing = told;
             takeRelations();
             takeDimensions();
             if (!isOneRefused(given))

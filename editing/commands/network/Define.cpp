@@ -25,7 +25,8 @@ std::string listed(const std::vector<std::string>& names) {
 }
 
 void remarkOn(const Missing& missing, EditContext& context) {
-    if (missing.constraints.empty() && missing.stillFree.empty() && missing.leftAlone.empty())
+    if (missing.constraints.empty() && missing.stillFree.empty() && missing.leftAlone.empty() &&
+        missing.outOfReach.empty())
         context.remarks.emplace_back("nothing was missing: all of it is fully determined already");
     if (!missing.stillFree.empty())
         context.remarks.push_back(listed(missing.stillFree) +
