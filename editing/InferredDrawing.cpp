@@ -1,18 +1,41 @@
 #include "editing/InferredDrawing.h"
 
+#include <algorithm>
 #include <string>
 #include <unordered_set>
 #include <utility>
 
+#include "document/OutOfReach.h"
 #include "document/Polylines.h"
 
 namespace holdfast::editing {
+
+namespace {
+
+/// New joints of what is not to be edited by chance.
+void dropAtOutOfReach(Document& document, std::size_t firstNew) {
+    const OutOfReach outOfReach(document.layers);
+    std::unordered_set<std::string> left;
+    for (const Entity& entity : document.entities)
+        if (outOfReach.holds(*entity.look))
+            left.insert(entity.id);
+    const auto goes = [&](const Constraint& constraint) {
+        return std::any_of(constraint.refs.begin(), constraint.refs.end(),
+                           [&](const Place& place) { return left.contains(place.entity); });
+    };
+    auto& constraints = document.constraints;
+    const auto first = constraints.begin() + static_cast<std::ptrdiff_t>(firstNew);
+    constraints.erase(std::remove_if(first, constraints.end(), goes), constraints.end());
+}
+
+}  // namespace
 
 Document withPolylines(const Document& plain, InferOptions& options) {
     InferOptions joints = options;
     joints.kinds = {ConstraintType::coincident};
     const std::size_t given = plain.constraints.size();
-    const Inference joined = inferConstraints(plain, joints);
+    Inference joined = inferConstraints(plain, joints);
+    dropAtOutOfReach(joined.document, given);
     options.length = joined.length;
     std::unordered_set<std::string> added;
     for (std::size_t i = given; i < joined.document.constraints.size(); ++i)
@@ -22,9 +45,63 @@ Document withPolylines(const Document& plain, InferOptions& options) {
     return chained;
 }
 
+namespace {
+
+/// The drawing as far as it is in reach, with the names of what is not.
+struct Reach {
+    Document document;
+    std::vector<std::string> left;
+};
+
+Reach reachOf(const Document& document) {
+    Reach reach{document, {}};
+    const OutOfReach outOfReach(document.layers);
+    std::unordered_set<std::string> left;
+    for (const Entity& entity : document.entities)
+        if (outOfReach.holds(*entity.look) && left.insert(entity.id).second)
+            reach.left.push_back(entity.id);
+    if (left.empty())
+        return reach;
+    std::erase_if(reach.document.entities, [&](const Entity& entity) { return left.contains(entity.id); });
+    std::unordered_set<std::string> gone;
+    std::erase_if(reach.document.constraints, [&](const Constraint& constraint) {
+        const bool goes = std::any_of(constraint.refs.begin(), constraint.refs.end(),
+                                      [&](const Place& place) { return left.contains(place.entity); });
+        if (goes)
+            gone.insert(constraint.id);
+        return goes;
+    });
+    std::erase_if(reach.document.constraints, [&](const Constraint& constraint) {
+        return std::any_of(constraint.members.begin(), constraint.members.end(),
+                           [&](const std::string& member) { return gone.contains(member); });
+    });
+    return reach;
+}
+
+/// The whole drawing with the new constraints of its part, under ids that it has not.
+Document withNew(const Document& whole, const Document& part, std::size_t firstNew) {
+    Document document = whole;
+    std::unordered_set<std::string> known;
+    for (const Constraint& constraint : whole.constraints)
+        known.insert(constraint.id);
+    std::size_t next = 0;
+    for (std::size_t i = firstNew; i < part.constraints.size(); ++i) {
+        Constraint added = part.constraints[i];
+        while (!known.insert(added.id).second)
+            added.id = "c" + std::to_string(next++);
+        document.constraints.push_back(std::move(added));
+    }
+    return document;
+}
+
+}  // namespace
+
 InferredDrawing inferredDrawing(const Document& plain, const InferOptions& options) {
-    Inference inference = inferConstraints(plain, options);
-    InferredDrawing found{std::move(inference.document), plain.constraints.size(), inference.length, {}};
+    Reach reach = reachOf(plain);
+    Inference inference = inferConstraints(reach.document, options);
+    InferredDrawing found{{}, plain.constraints.size(), inference.length, {}, std::move(reach.left)};
+    found.document = found.outOfReach.empty() ? std::move(inference.document)
+                                              : withNew(plain, inference.document, reach.document.constraints.size());
     found.thinning = thinOut(found.document, found.firstNew);
     return found;
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
+#include <vector>
 
 #include "document/Document.h"
 #include "editing/Uses.h"
@@ -13,8 +15,9 @@ namespace holdfast::editing {
 struct InferredDrawing {
     Document document;
     std::size_t firstNew = 0;
-    double length = 0.0;  ///< the tolerance that was used, in the drawing's unit
-    Thinning thinning;    ///< what was taken out again, and whether all that is left can hold
+    double length = 0.0;                    ///< the tolerance that was used, in the drawing's unit
+    Thinning thinning;                      ///< what was taken out again, and whether all that is left can hold
+    std::vector<std::string> outOfReach{};  ///< entities that got none, as they are not to be edited by chance
 };
 
 /// Joined lines and arcs made polylines. A joint needs no constraint then, so that the drawing is left with those that

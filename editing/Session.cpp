@@ -211,9 +211,11 @@ void Session::attempt(std::string_view text, const std::function<Edit()>& read, 
         }
     } catch (...) {
         std::string error = errorOf(text, edited);
+        RefusalFacts facts = factsOf();
         rollBack();
         makeRoom();
         result.outcome = {std::string(text), std::move(error)};
+        result.refusal = std::move(facts);
         result.fates = {};
         result.freedom.reset();
     }
@@ -269,6 +271,47 @@ std::string Session::reasonOf(std::string_view text, const std::vector<std::stri
     } catch (...) {
         return failed("the program failed in it");
     }
+}
+
+/// The same for programs.
+RefusalFacts Session::factsOf() const noexcept {
+    try {
+        return blame();
+    } catch (...) {
+        return {RefusalCause::memory};
+    }
+}
+
+RefusalFacts Session::blame() const {
+    try {
+        throw;
+    } catch (const EditSyntaxError& refusal) {
+        return {RefusalCause::text, refusal.column()};
+    } catch (const RefusedWord& refusal) {
+        return solversFacts().value_or(RefusalFacts{RefusalCause::word, refusal.refusal().column});
+    } catch (const std::bad_alloc&) {
+        return {RefusalCause::memory};
+    } catch (const std::invalid_argument&) {
+        return solversFacts().value_or(RefusalFacts{});
+    } catch (const std::runtime_error&) {
+        return solversFacts().value_or(RefusalFacts{});
+    } catch (...) {
+        return {RefusalCause::failure};
+    }
+}
+
+std::optional<RefusalFacts> Session::solversFacts() const {
+    const Evaluation& last = m_evaluator->last();
+    if (last.solved)
+        return std::nullopt;
+    RefusalFacts facts{.cause = RefusalCause::constraints, .followed = last.followed};
+    std::vector<std::string> inTheWay = last.conflicting;
+    if (inTheWay.empty())
+        inTheWay.push_back(last.worst);
+    for (const Constraint& constraint : document().constraints)  // what the edit has added is none of the drawing's
+        if (std::find(inTheWay.begin(), inTheWay.end(), constraint.id) != inTheWay.end())
+            facts.constraints.push_back(constraint.id);
+    return facts;
 }
 
 /// When the evaluator has failed it knows better what was in the way than the command that gave up.

@@ -11,6 +11,7 @@
 #include "document/DrawingChange.h"
 #include "editing/Edit.h"
 #include "editing/EditError.h"
+#include "editing/RefusalFacts.h"
 #include "editing/Uses.h"
 #include "editing/fates/Fates.h"
 #include "editing/fates/FreedomChange.h"
@@ -28,8 +29,9 @@ struct EditContext;
 /// What became of one edit.
 struct EditResult {
     EditOutcome outcome;
-    std::optional<Edit> edit{};  ///< none when the text could not be read
-    Fates fates;                 ///< empty when the edit was refused
+    std::optional<Edit> edit{};             ///< none when the text could not be read
+    Fates fates;                            ///< empty when the edit was refused
+    std::optional<RefusalFacts> refusal{};  ///< of an edit that was refused
     /// How long it took, done or refused, without the degrees of freedom.
     std::chrono::duration<double> time{};
     std::optional<FreedomChange> freedom{};  ///< of an edit that was done, when the session was asked to tell it
@@ -118,6 +120,9 @@ private:
     void makeRoom();
     std::string errorOf(std::string_view text, const std::vector<std::string>& edited) const noexcept;
     std::string reasonOf(std::string_view text, const std::vector<std::string>& edited) const;
+    RefusalFacts factsOf() const noexcept;
+    RefusalFacts blame() const;
+    std::optional<RefusalFacts> solversFacts() const;
     std::string solversReason(const std::string& reason, const std::vector<std::string>& edited) const;
     void finishCommand(const EditContext& context);
     TieReasons tied(EditContext& context, const Edit& edit, double sizeBefore) const;

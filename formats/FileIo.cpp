@@ -12,8 +12,9 @@
 #include <system_error>
 #include <vector>
 
-#include "document/text/DrawingError.h"
 #include "document/text/Suggest.h"
+#include "formats/FileError.h"
+#include "formats/TemporaryFiles.h"
 #include "formats/json/JsonReader.h"
 #include "formats/json/JsonWriter.h"
 
@@ -27,7 +28,11 @@ std::string reasonOf(int code) {
 }
 
 [[noreturn]] void fail(const fs::path& path, std::string found, std::string expected) {
-    throw DrawingError(path.string(), {"", std::move(found), std::move(expected)});
+    throw FileError(FileError::Work::writing, path.string(), std::move(found), std::move(expected));
+}
+
+[[noreturn]] void failReading(const fs::path& path, std::string found, std::string expected) {
+    throw FileError(FileError::Work::reading, path.string(), std::move(found), std::move(expected));
 }
 
 /// An open file, closed at the end of its scope.
@@ -46,30 +51,6 @@ public:
 
 private:
     int m_number;
-};
-
-/// A file beside the target that vanishes again unless it has taken the target's place.
-class FileBeside {
-public:
-    explicit FileBeside(const fs::path& target)
-        : m_path(target.string() + ".XXXXXX"), m_file(::mkostemp(m_path.data(), O_CLOEXEC)) {}
-    FileBeside(const FileBeside&) = delete;
-    FileBeside& operator=(const FileBeside&) = delete;
-    ~FileBeside() {
-        if (m_file.isOpen() && !m_inPlace)
-            ::unlink(m_path.c_str());
-    }
-
-    const Descriptor& file() const { return m_file; }
-    bool replace(const fs::path& target) {
-        m_inPlace = ::rename(m_path.c_str(), target.c_str()) == 0;
-        return m_inPlace;
-    }
-
-private:
-    std::string m_path;
-    Descriptor m_file;
-    bool m_inPlace = false;
 };
 
 std::string similarNameBeside(const fs::path& path) {
@@ -94,14 +75,22 @@ bool writeAll(int file, std::string_view text) {
     return true;
 }
 
+/// Asked for once: the system tells it only to those who change it, and another thread would see that.
+mode_t newFileMask() {
+    static const mode_t mask = [] {
+        const mode_t now = ::umask(0);
+        ::umask(now);
+        return now;
+    }();
+    return mask;
+}
+
 /// What the new file's permissions are to be: the old file's, or those of any new file.
 mode_t permissionsFor(const fs::path& target) {
     struct stat status {};
     if (::stat(target.c_str(), &status) == 0)
         return status.st_mode & 07777U;
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666U & ~mask;
+    return 0666U & ~newFileMask();
 }
 
 void flushFolder(const fs::path& target) {
@@ -185,23 +174,30 @@ public:
         }
         if (fs::exists(status) && ::faccessat(AT_FDCWD, m_target.c_str(), W_OK, AT_EACCESS) != 0)
             fail(m_path, reasonOf(errno), "a file that may be written");
-        m_beside = std::make_unique<FileBeside>(m_target);
+        m_beside = std::make_unique<TemporaryFile>(m_target);
         fill(text);
     }
 
-    void arrive() {
-        if (m_beside == nullptr)
-            return;
-        if (!m_beside->replace(m_target))
+    void arrive(bool canComeBack, const Undisturbed& undisturbed) {
+        if (m_beside != nullptr && !m_beside->moveTo(m_target, canComeBack, undisturbed))
             fail(m_path, reasonOf(errno), "a name that may be replaced; the file is as it was");
-        flushFolder(m_target);
+    }
+
+    void goBack(const Undisturbed& undisturbed) noexcept {
+        if (m_beside != nullptr)
+            m_beside->moveBack(undisturbed);
+    }
+
+    void flush() const {
+        if (m_beside != nullptr)
+            flushFolder(m_target);
     }
 
 private:
     void fill(const Text& text) {
-        if (!m_beside->file().isOpen())
+        if (m_beside->number() < 0)
             fail(m_path, reasonOf(errno), "a folder in which files may be made");
-        const int file = m_beside->file().number();
+        const int file = m_beside->number();
         Written written = writeText(file, text);
         if (written.isWhole && (::fchmod(file, permissionsFor(m_target)) != 0 || ::fsync(file) != 0))
             written = {false, errno, written.size};
@@ -211,47 +207,75 @@ private:
     }
 
     fs::path m_path, m_target;
-    std::unique_ptr<FileBeside> m_beside;  // null: written already, to what cannot be replaced
+    std::unique_ptr<TemporaryFile> m_beside;  // null: written already, to what cannot be replaced
 };
+
+/// All of them or, when one may not be replaced, none.
+void arriveTogether(std::vector<Arrival>& arrivals) {
+    {
+        const Undisturbed undisturbed;
+        try {
+            for (Arrival& arrival : arrivals)
+                arrival.arrive(arrivals.size() > 1, undisturbed);
+        } catch (...) {
+            for (Arrival& arrival : arrivals)
+                arrival.goBack(undisturbed);
+            throw;
+        }
+    }
+    for (const Arrival& arrival : arrivals)
+        arrival.flush();
+}
+
+std::string readToEnd(int file, const fs::path& path) {
+    std::string text;
+    struct stat status {};
+    if (::fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0)
+        text.reserve(static_cast<std::size_t>(status.st_size));
+    std::array<char, 65536> buffer{};
+    for (;;) {
+        const ssize_t count = ::read(file, buffer.data(), buffer.size());
+        if (count == 0)
+            return text;
+        if (count > 0)
+            text.append(buffer.data(), static_cast<std::size_t>(count));
+        else if (errno != EINTR)
+            failReading(path, reasonOf(errno), "a file that can be read to its end");
+    }
+}
 
 }  // namespace
 
 std::string readFile(const fs::path& path) {
     std::error_code error;
     if (fs::is_directory(path, error))
-        fail(path, "a folder", "a file");
+        failReading(path, "a folder", "a file");
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (!file.isOpen() && errno == ENOENT)
-        fail(path, "no such file", "the name of a file" + similarNameBeside(path));
+        failReading(path, "no such file", "the name of a file" + similarNameBeside(path));
     if (!file.isOpen())
-        fail(path, reasonOf(errno), "a file that may be read");
-    std::string text;
-    struct stat status {};
-    if (::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0)
-        text.reserve(static_cast<std::size_t>(status.st_size));
-    std::array<char, 65536> buffer{};
-    for (;;) {
-        const ssize_t count = ::read(file.number(), buffer.data(), buffer.size());
-        if (count == 0)
-            return text;
-        if (count > 0)
-            text.append(buffer.data(), static_cast<std::size_t>(count));
-        else if (errno != EINTR)
-            fail(path, reasonOf(errno), "a file that can be read to its end");
-    }
+        failReading(path, reasonOf(errno), "a file that may be read");
+    return readToEnd(file.number(), path);
 }
 
-void writeFiles(std::span<const NamedText> files) {
+std::string readStandardInput() {
+    return readToEnd(STDIN_FILENO, "standard input");
+}
+
+void writeFiles(std::span<const NamedText> files, const std::function<void()>& beforeTheyArrive) {
     std::vector<Arrival> arrivals;
     arrivals.reserve(files.size());
     for (const NamedText& file : files)
         arrivals.emplace_back(file.path, [&file](const Put& put) { put(file.text); });
-    for (Arrival& arrival : arrivals)
-        arrival.arrive();
+    if (beforeTheyArrive)
+        beforeTheyArrive();
+    arriveTogether(arrivals);
 }
 
 void writeFile(const fs::path& path, std::string_view text) {
-    Arrival(path, [text](const Put& put) { put(text); }).arrive();
+    std::vector<Arrival> arrivals;
+    arrivals.emplace_back(path, [text](const Put& put) { put(text); });
+    arriveTogether(arrivals);
 }
 
 Document readDrawing(const fs::path& path) {
@@ -259,7 +283,9 @@ Document readDrawing(const fs::path& path) {
 }
 
 void writeDrawing(const Document& document, const fs::path& path) {
-    Arrival(path, [&document](const Put& put) { writeJson(document, put); }).arrive();
+    std::vector<Arrival> arrivals;
+    arrivals.emplace_back(path, [&document](const Put& put) { writeJson(document, put); });
+    arriveTogether(arrivals);
 }
 
 }  // namespace holdfast::formats

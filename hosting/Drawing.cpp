@@ -190,6 +190,12 @@ bool Drawing::isFixed(std::string_view name) const {
     return found != m_entities.end() && found->second.original.fixed;
 }
 
+const Look& Drawing::look(std::string_view name) const {
+    static const SharedLook usual;
+    const auto found = m_entities.find(std::string(name));
+    return found == m_entities.end() ? *usual : *found->second.original.look;
+}
+
 bool Drawing::isConstruction(std::string_view name) const {
     const auto found = m_entities.find(std::string(name));
     return found != m_entities.end() && found->second.original.construction;

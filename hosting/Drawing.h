@@ -97,6 +97,9 @@ public:
     std::vector<std::string> namesNear(const Box& window) const;
     bool isFixed(std::string_view name) const;
     bool isConstruction(std::string_view name) const;
+    /// How an entity is drawn; of an unknown one the usual look.
+    const Look& look(std::string_view name) const;
+    const std::vector<Layer>& layers() const { return m_notes.layers; }
 
     /// Adds an entity with the attributes of `like` (construction, look) under a fresh name derived from
     /// `like`'s, or "n1", "n2", ... without one. Returns the name.

@@ -3,17 +3,20 @@
 #include <string>
 #include <vector>
 
+#include "apps/cli/DrawingFiles.h"
+#include "apps/cli/TellingOptions.h"
 #include "apps/cli/Uses.h"
 
 namespace holdfast::cli {
 
-// The program's subcommands. Each returns the exit code, and throws DrawingError or EditError for bad input before it
-// has written anything.
+// The program's subcommands. Each returns the exit code, and throws before it has written anything when it cannot do
+// what it was asked for; docs/errors.md lists what. Files that are named "-" are the standard streams.
 
 struct ShowOptions {
-    std::string drawing;
-    std::string output;  ///< an SVG file, or empty
-    bool json = false;
+    std::vector<std::string> drawings;
+    std::string from;    ///< the form of the drawings, or empty: by their endings
+    std::string output;  ///< an SVG file, of several drawings a folder, or empty
+    TellingOptions telling;
     bool list = false;     ///< every entity and constraint by name
     bool missing = false;  ///< what it lacks for being fully determined
     bool ids = false;      ///< the picture shows the names of entities
@@ -21,13 +24,14 @@ struct ShowOptions {
 int show(const ShowOptions& options);
 
 struct EditOptions {
-    std::string drawing;
+    DrawingSource drawing;
     std::vector<std::string> edits;
-    std::vector<std::string> places = {};  ///< of the edits in a script, to begin an error with; empty: no script
-    std::string output;                    ///< the edited drawing, or empty
-    std::string report;                    ///< an HTML file, or empty
-    std::string picture;                   ///< an SVG file with before and after, or empty
-    bool json = false;
+    std::string script = {};      ///< in which the edits stand; empty: none
+    std::vector<int> lines = {};  ///< of the script, for each edit
+    DrawingTarget output;         ///< the edited drawing
+    std::string report;           ///< an HTML file, or empty
+    std::string picture;          ///< an SVG file with before and after, or empty
+    TellingOptions telling;
     bool verbose = false;
     bool noTies = false;          ///< edits leave the drawing as bare as the module does
     std::vector<bool> ties = {};  ///< whether each edit of a script gives ties; empty: no script
@@ -37,39 +41,44 @@ int edit(const EditOptions& options);
 
 struct RunOptions {
     std::string script;
+    std::string from, to;  ///< the forms of the drawings, or empty: by their endings
     std::string report;
     std::string picture;
-    bool json = false;
+    TellingOptions telling;
     bool verbose = false;
-    bool noTies = false;  ///< whatever the script says
-    bool ids = false;     ///< the picture shows the names of entities
+    bool noTies = false;   ///< whatever the script says
+    bool ids = false;      ///< the picture shows the names of entities
+    unsigned threads = 1;  ///< drawings that are edited at once
+    bool resumes = false;  ///< leaves out drawings that were saved before
 };
 int run(const RunOptions& options);
 
 struct SolveOptions {
-    std::string drawing;
-    std::string output;  ///< the solved drawing, or empty
-    std::string report;  ///< an HTML file, or empty
+    std::vector<std::string> drawings;
+    std::string from, to;  ///< the forms of the drawings, or empty: by their endings
+    std::string output;    ///< the solved drawing, of several a folder, or empty
+    std::string report;    ///< an HTML file, or empty
     bool explain = false;
-    bool json = false;
+    TellingOptions telling;
 };
 int solveDrawing(const SolveOptions& options);
 
 struct ConvertOptions {
-    std::string input;
-    std::string output;
+    DrawingSource input;
+    DrawingTarget output;
     double tolerance = 0.01;  ///< of curves that a DXF file cannot hold
     bool polylines = false;   ///< chains of lines and arcs become polylines
 };
 int convert(const ConvertOptions& options);
 
 struct InferCommandOptions {
-    std::string input;
-    std::string output;
+    std::vector<std::string> drawings;
+    std::string from, to;    ///< the forms of the drawings, or empty: by their endings
+    std::string output;      ///< the constrained drawing, of several a folder, or empty
     double length = 0.0;     ///< 0: a millionth of the drawing
     double angle = 0.0;      ///< degrees; 0: those of InferOptions
     bool polylines = false;  ///< chains of lines and arcs become polylines
-    bool json = false;
+    TellingOptions telling;
 };
 int infer(const InferCommandOptions& options);
 

@@ -3,12 +3,13 @@
 #include <filesystem>
 #include <span>
 
+#include "apps/cli/ErrorReport.h"
 #include "apps/cli/OutputFiles.h"
 #include "apps/cli/Terminal.h"
-#include "document/text/DrawingError.h"
 #include "formats/FileIo.h"
 #include "formats/dxf/DxfReader.h"
 #include "formats/dxf/DxfText.h"
+#include "formats/json/JsonReader.h"
 
 namespace holdfast::cli {
 
@@ -23,34 +24,80 @@ void tellNotices(const std::string& path, const char* what, std::span<const DxfN
         complain(path + ": " + what + ": " + list);
 }
 
-Document readDxfFile(const std::string& path) {
-    DxfDrawing drawing = readDxf(readFile(path), path);
-    tellNotices(path, "not understood and left out", drawing.notUnderstood);
-    tellNotices(path, "dropped", drawing.dropped);
+/// Standard input has no name of its own in messages.
+std::string spokenPath(const std::string& path) {
+    return path == kStandardStream ? kStandardInput : path;
+}
+
+std::string textOf(const std::string& path) {
+    return path == kStandardStream ? readStandardInput() : readFile(path);
+}
+
+/// A drawing in JSON begins with a brace, and a DXF file never does.
+std::string formOfText(const std::string& text) {
+    const std::size_t first = text.find_first_not_of(" \t\r\n\xEF\xBB\xBF");
+    return first == std::string::npos || text[first] == '{' ? ".json" : ".dxf";
+}
+
+/// The form by name, as far as the text need not be looked into.
+std::string namedForm(const DrawingSource& source) {
+    if (!source.form.empty())
+        return "." + source.form;
+    if (source.path == kStandardStream)
+        return {};
+    const std::string ending = endingOf(source.path);
+    if (ending == ".dxf" || ending == ".json" || ending.empty() || !std::filesystem::exists(source.path))
+        return ending == ".dxf" ? ending : ".json";
+    throw UsageError(source.path, "a name that ends in " + ending,
+                     "a drawing whose name ends in .json or .dxf, or its form behind --from");
+}
+
+struct DrawingText {
+    std::string name, text, form;
+};
+
+DrawingText readText(const DrawingSource& source) {
+    DrawingText read{spokenPath(source.path), {}, namedForm(source)};
+    read.text = textOf(source.path);
+    if (read.form.empty())
+        read.form = formOfText(read.text);
+    return read;
+}
+
+Document documentOf(const DrawingText& read) {
+    if (read.form != ".dxf")
+        return readJson(read.text, read.name);
+    DxfDrawing drawing = readDxf(read.text, read.name);
+    tellNotices(read.name, "not understood and left out", drawing.notUnderstood);
+    tellNotices(read.name, "dropped", drawing.dropped);
     return std::move(drawing.document);
 }
 
 }  // namespace
 
-Document readAnyDrawing(const std::string& path) {
-    const std::string ending = endingOf(path);
-    if (ending == ".dxf")
-        return readDxfFile(path);
-    if (ending == ".json" || ending.empty() || !std::filesystem::exists(path))
-        return readDrawing(path);
-    throw DrawingError(path, {"", "a name that ends in " + ending, "a drawing whose name ends in .json or .dxf"});
+Document readAnyDrawing(const DrawingSource& source) {
+    return documentOf(readText(source));
 }
 
-DrawingFile readDrawingFor(const std::string& output, const std::string& path) {
-    if (endingOf(path) != ".dxf" || endingOf(output) != ".dxf")
-        return {readAnyDrawing(path), std::nullopt};
-    std::string text = readFile(path);
-    DxfDrawing drawing = readDxf(text, path);
-    tellNotices(path, "not understood and kept as it is", drawing.notUnderstood);
-    return {drawing.document, DxfOriginal{std::move(text), std::move(drawing.layout), std::move(drawing.document)}};
+std::string formOf(const DrawingTarget& target, const std::string& cameAs) {
+    if (!target.form.empty())
+        return "." + target.form;
+    return target.path == kStandardStream ? cameAs : endingOf(target.path);
+}
+
+DrawingFile readDrawingFor(const DrawingTarget& target, const DrawingSource& source) {
+    DrawingText read = readText(source);
+    if (read.form != ".dxf" || target.path.empty() || formOf(target, read.form) != ".dxf")
+        return {documentOf(read), std::nullopt, read.form};
+    DxfDrawing drawing = readDxf(read.text, read.name);
+    tellNotices(read.name, "not understood and kept as it is", drawing.notUnderstood);
+    return {drawing.document, DxfOriginal{std::move(read.text), std::move(drawing.layout), std::move(drawing.document)},
+            read.form};
 }
 
 std::string spokenName(const Document& document, const std::string& path) {
+    if (path == kStandardStream && document.name.empty())
+        return spokenPath(path);
     return document.name.empty() ? utf8Of(std::filesystem::path(path).stem().string()) : document.name;
 }
 

@@ -9,8 +9,19 @@
 
 namespace holdfast::cli {
 
-/// Reads a drawing by the ending of its name: .json, or .dxf with notes of what was not understood on standard error.
-Document readAnyDrawing(const std::string& path);
+/// What stands for standard input or standard output where a file is named.
+inline constexpr const char* kStandardStream = "-";
+/// What messages call it where it is read.
+inline constexpr const char* kStandardInput = "standard input";
+
+/// Where a drawing comes from, and in which form.
+struct DrawingSource {
+    std::string path;    ///< a file, or "-": standard input
+    std::string form{};  ///< "json", "dxf"; empty: by the ending, of standard input by how it begins
+};
+
+/// Reads a drawing: .json, or .dxf with notes of what was not understood on standard error.
+Document readAnyDrawing(const DrawingSource& source);
 
 /// A DXF file that is to be written again, with the edits of the drawing that was read from it.
 struct DxfOriginal {
@@ -22,11 +33,21 @@ struct DxfOriginal {
 struct DrawingFile {
     Document document;
     std::optional<DxfOriginal> dxf;  ///< none: the drawing goes out as it is
+    std::string form;                ///< ".json" or ".dxf", in which it came in
 };
 
-/// Reads a drawing that is to be written to a file, or to none where that has no name. Where both are .dxf files, what
-/// is not understood is told as kept.
-DrawingFile readDrawingFor(const std::string& output, const std::string& path);
+/// Where a drawing goes to, and in which form.
+struct DrawingTarget {
+    std::string path;    ///< a file; "-": standard output; empty: nowhere
+    std::string form{};  ///< "json", "dxf", "svg"; empty: by the ending, to standard output as it came in
+};
+
+/// The form in which a drawing goes out that came in in another one, with a dot before it.
+std::string formOf(const DrawingTarget& target, const std::string& cameAs);
+
+/// Reads a drawing that is to be written to a file, or to none where that has no name. Where both are DXF, what is not
+/// understood is told as kept.
+DrawingFile readDrawingFor(const DrawingTarget& target, const DrawingSource& source);
 
 /// What to call a drawing: its own name or, without one, that of its file.
 std::string spokenName(const Document& document, const std::string& path);

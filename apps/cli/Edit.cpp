@@ -5,13 +5,15 @@
 #include "apps/cli/EditRun.h"
 #include "apps/cli/OutputFiles.h"
 #include "apps/cli/Progress.h"
+#include "apps/cli/Script.h"
+#include "apps/cli/Teller.h"
 #include "apps/cli/Terminal.h"
 #include "editing/text/EditText.h"
 #include "hosting/DocumentSketch.h"
 #include "report/page/BeforeAfter.h"
 #include "report/page/FateTable.h"
 #include "report/page/HtmlReport.h"
-#include "report/page/ReportJson.h"
+#include "report/page/ReportObject.h"
 
 namespace holdfast::cli {
 
@@ -19,8 +21,8 @@ namespace {
 
 /// An error that does not name its edit gets it in front, where there are several.
 std::string refusalOf(const EditOptions& options, std::size_t edit, const std::string& error) {
-    if (!options.places.empty())
-        return options.places[edit] + error;
+    if (!options.script.empty())
+        return scriptPlace(options.script, options.lines[edit]) + error;
     return options.edits.size() == 1 || error.starts_with("edit \"") ? error : options.edits[edit] + ": " + error;
 }
 
@@ -28,17 +30,47 @@ void applyAll(Session& session, const EditOptions& options) {
     Progress progress("edits", options.edits.size());
     for (std::size_t i = 0; i < options.edits.size(); ++i) {
         session.giveTies(!options.noTies && (options.ties.empty() || options.ties[i]));
-        if (const EditResult& result = session.apply(options.edits[i]); !result.outcome.done())
-            throw EditError(refusalOf(options, i, result.outcome.error));
+        if (const EditResult& result = session.apply(options.edits[i]); !result.outcome.done()) {
+            ErrorReport report = reportOf(result, i);
+            report.message = refusalOf(options, i, result.outcome.error);
+            report.file = options.script.empty() ? options.drawing.path : options.script;
+            report.line = options.script.empty() ? 0 : options.lines[i];
+            throw ReportedError(std::move(report));
+        }
         progress.step();
     }
 }
 
-void tell(const FateReport& report, bool json, bool verbose) {
-    if (json)
-        std::cout << writeReportJson(report) << '\n';
+void tell(const FateReport& report, const EditOptions& options, Teller& teller) {
+    if (teller.wantsJson())
+        teller.tell(reportJson(report));
     else
-        std::cout << writeFateTable(report, {.colours = wantsColours(), .verbose = verbose, .width = terminalWidth()});
+        std::cout << writeFateTable(report,
+                                    {.colours = wantsColours(), .verbose = options.verbose, .width = terminalWidth()});
+}
+
+/// Where the drawing takes standard output, what a user should know goes the other way.
+void tellRemarks(const FateReport& report) {
+    for (const EditOutcome& edit : report.edits)
+        for (const std::string& remark : edit.remarks)
+            complain(edit.text + ": " + remark);
+}
+
+int editOne(const EditOptions& options, Teller& teller) {
+    OutputFiles outputs({drawingNamed(options.output), reportNamed(options.report), pictureNamed(options.picture)},
+                        teller.wantsJson());
+    DrawingFile file = readDrawingFor(options.output, options.drawing);
+    Session session(std::move(file.document));
+    applyAll(session, options);
+    const FateReport report = reportOf(session);
+    outputs.addDrawing(options.output, session.document(), file);
+    if (!options.report.empty())
+        outputs.add(options.report, writeHtmlReport(report));
+    if (!options.picture.empty())
+        outputs.add(options.picture, writeBeforeAfter(report, options.ids));
+    if (!outputs.write([&] { tell(report, options, teller); }))
+        tellRemarks(report);
+    return kExitDone;
 }
 
 }  // namespace
@@ -55,20 +87,19 @@ FateReport reportOf(const Session& session) {
     return report;
 }
 
+ErrorReport reportOf(const EditResult& refused, std::size_t edit) {
+    const RefusalFacts facts = refused.refusal.value_or(RefusalFacts{});
+    return {.code = codeFor(facts.cause),
+            .message = refused.outcome.error,
+            .edit = edit,
+            .column = facts.column,
+            .constraints = facts.constraints,
+            .howFar = facts.followed};
+}
+
 int edit(const EditOptions& options) {
-    OutputFiles outputs{drawingNamed(options.output), reportNamed(options.report), pictureNamed(options.picture)};
-    DrawingFile file = readDrawingFor(options.output, options.drawing);
-    Session session(std::move(file.document));
-    applyAll(session, options);
-    const FateReport report = reportOf(session);
-    outputs.addDrawing(options.output, session.document(), file.dxf);
-    if (!options.report.empty())
-        outputs.add(options.report, writeHtmlReport(report));
-    if (!options.picture.empty())
-        outputs.add(options.picture, writeBeforeAfter(report, options.ids));
-    outputs.write();
-    tell(report, options.json, options.verbose);
-    return kExitDone;
+    return tellEach({options.drawing.path}, options.telling,
+                    [&](const std::string&, Teller& teller) { return editOne(options, teller); });
 }
 
 }  // namespace holdfast::cli

@@ -8,9 +8,10 @@
 #include "apps/cli/DrawingFiles.h"
 #include "apps/cli/OutputFiles.h"
 #include "apps/cli/Progress.h"
+#include "apps/cli/Teller.h"
 #include "apps/cli/Terminal.h"
 #include "document/Names.h"
-#include "document/text/DrawingError.h"
+#include "document/OutOfReach.h"
 #include "editing/InferredDrawing.h"
 #include "geometry/Angles.h"
 #include "report/page/Wording.h"
@@ -61,43 +62,65 @@ nlohmann::ordered_json jsonOf(const Inferred& found, const InferOptions& options
 InferOptions optionsOf(const InferCommandOptions& command) {
     const auto fits = [](double tolerance) { return tolerance >= 0.0 && std::isfinite(tolerance); };
     if (!fits(command.length))
-        throw DrawingError("--tolerance", {"", shortNumber(command.length), "a length above 0, such as 0.01"});
+        throw UsageError("--tolerance", shortNumber(command.length), "a length above 0, such as 0.01");
     if (!fits(command.angle) || command.angle > 45.0)
-        throw DrawingError("--angle",
-                           {"", shortNumber(command.angle), "degrees above 0 and not above 45, such as 0.1"});
+        throw UsageError("--angle", shortNumber(command.angle), "degrees above 0 and not above 45, such as 0.1");
     InferOptions options{.length = command.length};
     if (command.angle > 0.0)
         options.angle = inRadians(command.angle);
     return options;
 }
 
-}  // namespace
+void refuseContradiction(const Inferred& found, const std::string& drawing) {
+    if (found.thinning.holds)
+        return;
+    throw ReportedError(
+        {.code = ErrorCode::notSolved,
+         .message =
+             !found.thinning.ownHold
+                 ? found.name + ": its own constraints cannot hold together; \"holdfast solve --explain\" names them"
+                 : found.name + ": what holds within " + shortNumber(found.length) + " " + found.document.lengthUnit +
+                       " cannot hold exactly; choose a smaller --tolerance",
+         .file = drawing});
+}
 
-int infer(const InferCommandOptions& command) {
-    OutputFiles outputs{drawingNamed(command.output)};
+/// Constraints need the JSON form, unless another is asked for.
+DrawingTarget targetFor(const std::string& drawing, const InferCommandOptions& command) {
+    if (command.drawings.size() == 1)
+        return {command.output, command.to};
+    return {outputIn(command.output, drawing, command.to.empty() ? "json" : command.to), command.to};
+}
+
+int inferOne(const std::string& drawing, const InferCommandOptions& command, Teller& teller) {
+    const DrawingTarget target = targetFor(drawing, command);
+    OutputFiles outputs({drawingNamed(target)}, teller.wantsJson());
     InferOptions options = optionsOf(command);
-    const DrawingFile file = readDrawingFor(command.output, command.input);
+    const DrawingFile file = readDrawingFor(target, {drawing, command.from});
     Document plain = file.document;
-    const std::string name = spokenName(plain, command.input);
+    const std::string name = spokenName(plain, drawing);
     const Progress progress("inferring constraints of " + name);
     if (command.polylines)
         plain = withPolylines(plain, options);
     const Inferred found{inferredDrawing(plain, options), name};
-    if (!found.thinning.holds) {
-        complain(!found.thinning.ownHold
-                     ? plain.name +
-                           ": its own constraints cannot hold together; \"holdfast solve --explain\" names them"
-                     : name + ": what holds within " + shortNumber(found.length) + " " + plain.lengthUnit +
-                           " cannot hold exactly; choose a smaller --tolerance");
-        return kExitUnsolved;
-    }
-    outputs.addDrawing(command.output, found.document, file.dxf);
-    outputs.write();
-    if (command.json)
-        std::cout << jsonOf(found, options).dump(2) << '\n';
-    else
-        tell(found, options);
+    refuseContradiction(found, drawing);
+    if (!found.outOfReach.empty())
+        complain(name + ": " + leftOutOfReach(found.outOfReach));
+    outputs.addDrawing(target, found.document, file);
+    outputs.write([&] {
+        if (teller.wantsJson())
+            teller.tell(jsonOf(found, options));
+        else
+            tell(found, options);
+    });
     return kExitDone;
+}
+
+}  // namespace
+
+int infer(const InferCommandOptions& command) {
+    refuseSharedNames(command.drawings, command.output, command.to.empty() ? "json" : command.to);
+    return tellEach(command.drawings, command.telling,
+                    [&](const std::string& drawing, Teller& teller) { return inferOne(drawing, command, teller); });
 }
 
 }  // namespace holdfast::cli

@@ -8,7 +8,7 @@
 namespace holdfast::cli {
 
 int open(const OpenOptions& options) {
-    Document document = readAnyDrawing(options.drawing);
+    Document document = readAnyDrawing({options.drawing});
     const std::string name = spokenName(document, options.drawing);
     window::showWindow({.opened = options.drawing, .name = name, .isReadOnly = options.readOnly}, std::move(document),
                        {.port = options.port,

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iostream>
 #include <set>
 
+#include "apps/cli/ErrorReport.h"
 #include "apps/cli/Terminal.h"
-#include "document/text/DrawingError.h"
 #include "document/text/Suggest.h"
 #include "formats/dxf/DxfPatch.h"
 #include "formats/json/JsonWriter.h"
@@ -28,10 +29,10 @@ void checkEnding(const OutputName& name) {
     const std::string ending = endingOf(name.path);
     const bool fits = std::find(name.endings.begin(), name.endings.end(), ending) != name.endings.end();
     // A device has no ending; what it is to take is plain where there is one form only.
-    if (fits || (name.isOneForm && isDevice(name.path)))
+    if (fits || name.path == kStandardStream || (name.isOneForm && isDevice(name.path)))
         return;
-    throw DrawingError(name.path, {"", ending.empty() ? "a name without an ending" : "a name that ends in " + ending,
-                                   "a name that ends in " + oneOf(name.endings)});
+    throw UsageError(name.path, ending.empty() ? "a name without an ending" : "a name that ends in " + ending,
+                     "a name that ends in " + oneOf(name.endings));
 }
 
 std::string noteOf(const DxfNote& note, const DxfOutput& output, const std::string& unit) {
@@ -51,8 +52,8 @@ std::string noteOf(const DxfNote& note, const DxfOutput& output, const std::stri
 
 }  // namespace
 
-OutputName drawingNamed(const std::string& path) {
-    return {path, {".json", ".dxf", ".svg"}};
+OutputName drawingNamed(const DrawingTarget& target) {
+    return {target.path, {".json", ".dxf", ".svg"}, !target.form.empty()};
 }
 
 OutputName pictureNamed(const std::string& path) {
@@ -70,37 +71,74 @@ std::string endingOf(const fs::path& path) {
     return ending;
 }
 
-OutputFiles::OutputFiles(std::initializer_list<OutputName> names) {
+std::string outputIn(const std::string& folder, const std::string& drawing, const std::string& form) {
+    if (folder.empty())
+        return {};
+    fs::path name = drawing == kStandardStream ? fs::path("standard-input") : fs::path(drawing).filename();
+    if (!form.empty())
+        name.replace_extension(form);
+    return (fs::path(folder) / name).string();
+}
+
+void refuseSharedNames(const std::vector<std::string>& drawings, const std::string& folder, const std::string& form) {
+    if (drawings.size() == 1)
+        return;
+    if (std::count(drawings.begin(), drawings.end(), kStandardStream) > 1)
+        throw UsageError(kStandardStream, "standard input twice", "it once, since it can be read once");
+    if (folder.empty())
+        return;
+    std::error_code error;
+    if (!fs::is_directory(folder, error))
+        throw UsageError(folder, "one file for several drawings", "a folder that exists");
+    std::set<std::string> names;
+    for (const std::string& drawing : drawings)
+        if (!names.insert(outputIn(folder, drawing, form)).second)
+            throw UsageError(drawing, "a second drawing of this name",
+                             "names that differ, as the results have them too");
+}
+
+OutputFiles::OutputFiles(std::initializer_list<OutputName> names, bool tellsJson) {
     std::set<fs::path> known;
+    if (tellsJson)
+        known.insert(kStandardStream);
     for (const OutputName& name : names) {
         if (name.path.empty())
             continue;
         checkEnding(name);
         std::error_code error;
-        if (!isDevice(name.path) && !known.insert(fs::weakly_canonical(name.path, error)).second)
-            throw DrawingError(name.path, {"", "one name for two files", "a name of its own for each file"});
+        const bool isStream = name.path == kStandardStream;
+        if (isStream && !known.insert(name.path).second)
+            throw UsageError("standard output", "two things that go there",
+                             "\"-\" for one of them, and no --json beside");
+        if (!isStream && !isDevice(name.path) && !known.insert(fs::weakly_canonical(name.path, error)).second)
+            throw UsageError(name.path, "one name for two files", "a name of its own for each file");
     }
 }
 
 void OutputFiles::add(const std::string& path, std::string text) {
-    if (!path.empty())
+    if (path == kStandardStream)
+        m_standardOutput = std::move(text);
+    else if (!path.empty())
         m_files.push_back({path, std::move(text)});
 }
 
-void OutputFiles::addDrawing(const std::string& path, const Document& document, const std::optional<DxfOriginal>& from,
+void OutputFiles::addDrawing(const DrawingTarget& target, const Document& document, const DrawingFile& from,
                              double tolerance) {
+    const std::string& path = target.path;
     if (path.empty())
         return;
-    const std::string ending = endingOf(path);
-    if (ending == ".json")
+    const std::string form = formOf(target, from.form);
+    if (form == ".json")
         return add(path, jsonText(document));
-    if (ending == ".svg")
+    if (form == ".svg")
         return add(path, writeTrueSizeSvg(document));
+    const std::optional<DxfOriginal>& dxf = from.dxf;
     DxfOutput output =
-        from ? patchedDxf(from->text, from->layout, from->drawing, document, tolerance) : dxfText(document, tolerance);
-    tellLosses(path, document, output);
-    if (!from && document.lengthUnit != "mm")
-        m_notes.push_back(path + ": numbers are in the unit " + inQuotes(document.lengthUnit) +
+        dxf ? patchedDxf(dxf->text, dxf->layout, dxf->drawing, document, tolerance) : dxfText(document, tolerance);
+    const std::string name = path == kStandardStream ? "standard output" : path;
+    tellLosses(name, document, output);
+    if (!dxf && document.lengthUnit != "mm")
+        m_notes.push_back(name + ": numbers are in the unit " + inQuotes(document.lengthUnit) +
                           ", which the file does not say");
     add(path, std::move(output.text));
 }
@@ -116,10 +154,17 @@ void OutputFiles::tellLosses(const std::string& path, const Document& document, 
                           (output.lostParameters == 1 ? " was" : " were") + " left out");
 }
 
-void OutputFiles::write() {
-    writeFiles(m_files);
+bool OutputFiles::write(const std::function<void()>& tell) {
+    writeFiles(m_files, [&] {
+        if (m_standardOutput)
+            std::cout << *m_standardOutput;
+        else if (tell)
+            tell();
+        flushStandardOutput();
+    });
     for (const std::string& note : m_notes)
         complain(note);
+    return !m_standardOutput;
 }
 
 }  // namespace holdfast::cli

@@ -5,9 +5,10 @@
 #include <filesystem>
 #include <sstream>
 
+#include "apps/cli/DrawingFiles.h"
+#include "apps/cli/ErrorReport.h"
 #include "document/text/Suggest.h"
 #include "editing/Verbs.h"
-#include "editing/text/EditText.h"
 #include "formats/FileIo.h"
 
 namespace holdfast::cli {
@@ -46,13 +47,17 @@ std::vector<std::string_view> firstWords() {
     return words;
 }
 
+std::string scriptName(const std::string& path) {
+    return path == kStandardStream ? kStandardInput : path;
+}
+
 class ScriptReader {
 public:
     explicit ScriptReader(const std::string& path)
         : m_path(path), m_folder(std::filesystem::path(path).parent_path()), m_words(firstWords()) {}
 
     std::vector<ScriptPart> read() {
-        std::string text = readFile(m_path);
+        std::string text = m_path == kStandardStream ? readStandardInput() : readFile(m_path);
         if (text.starts_with("\xEF\xBB\xBF"))  // the mark that some editors put before UTF-8
             text.erase(0, 3);
         std::istringstream lines(text);
@@ -63,12 +68,20 @@ public:
                 take(meaning);
         }
         if (m_parts.empty())
-            throw EditError(m_path + ": expected \"open DRAWING\" on the first line, found no line at all");
+            throw ReportedError(
+                {.code = ErrorCode::badScript,
+                 .message = scriptName(m_path) + ": expected \"open DRAWING\" on the first line, found no line at all",
+                 .file = m_path});
         return std::move(m_parts);
     }
 
 private:
-    [[noreturn]] void fail(const std::string& message) const { throw EditError(scriptPlace(m_path, m_line) + message); }
+    [[noreturn]] void fail(const std::string& message) const {
+        throw ReportedError({.code = ErrorCode::badScript,
+                             .message = scriptPlace(m_path, m_line) + message,
+                             .file = m_path,
+                             .line = m_line});
+    }
 
     void take(std::string_view line) {
         const std::string_view word = line.substr(0, line.find_first_of(kBlanks));
@@ -76,7 +89,8 @@ private:
         if (std::find(m_words.begin(), m_words.end(), word) == m_words.end())
             fail("found " + inQuotes(word) + "; expected an edit (" + oneOf(m_words) + ")" + suggestion(word, m_words));
         if (word == "open") {
-            m_parts.push_back({.drawing = fileNamed(rest), .edits = {}, .lines = {}, .ties = {}, .output = {}});
+            m_parts.push_back(
+                {.drawing = fileNamed(rest), .line = m_line, .edits = {}, .lines = {}, .ties = {}, .output = {}});
             m_ties = true;
             return;
         }
@@ -107,7 +121,7 @@ private:
         const std::string_view name = withoutQuotes(rest);
         if (name.empty())
             fail("expected the name of a drawing, but the line ends there");
-        return (m_folder / name).string();
+        return name == kStandardStream ? std::string(name) : (m_folder / name).string();
     }
 
     const std::string& m_path;
@@ -125,7 +139,7 @@ std::vector<ScriptPart> readScript(const std::string& path) {
 }
 
 std::string scriptPlace(const std::string& path, int line) {
-    return path + ", line " + std::to_string(line) + ": ";
+    return scriptName(path) + ", line " + std::to_string(line) + ": ";
 }
 
 }  // namespace holdfast::cli

@@ -7,6 +7,7 @@
 #include "apps/cli/DrawingFiles.h"
 #include "apps/cli/OutputFiles.h"
 #include "apps/cli/ShowList.h"
+#include "apps/cli/Teller.h"
 #include "apps/cli/Terminal.h"
 #include "document/Names.h"
 #include "editing/Refusal.h"
@@ -75,31 +76,46 @@ nlohmann::ordered_json jsonOf(const std::string& name, const Document& document,
     return json;
 }
 
-}  // namespace
+nlohmann::ordered_json findingsOf(const std::string& name, const Document& document, const ShowOptions& options) {
+    nlohmann::ordered_json json = jsonOf(name, document, overviewOf(document));
+    if (options.list)
+        json["list"] = listJson(document);
+    if (options.missing)
+        json["missing"] = missingJson(document);
+    return json;
+}
 
-int show(const ShowOptions& options) {
-    OutputFiles outputs{pictureNamed(options.output)};
-    const Document document = readAnyDrawing(options.drawing);
-    const Overview overview = overviewOf(document);
-    if (!options.output.empty())
-        outputs.add(options.output, writePicture(document, {}, {.names = options.ids}));
-    outputs.write();
-    const std::string name = spokenName(document, options.drawing);
-    if (options.json) {
-        nlohmann::ordered_json json = jsonOf(name, document, overview);
-        if (options.list)
-            json["list"] = listJson(document);
-        if (options.missing)
-            json["missing"] = missingJson(document);
-        std::cout << json.dump(2) << '\n';
-        return kExitDone;
-    }
-    tell(name, document, overview);
+void tellFindings(const std::string& name, const Document& document, const ShowOptions& options) {
+    tell(name, document, overviewOf(document));
     if (options.list)
         tellList(document);
     if (options.missing)
         tellMissing(document);
+}
+
+int showOne(const std::string& drawing, const ShowOptions& options, Teller& teller) {
+    const std::string picture =
+        options.drawings.size() == 1 ? options.output : outputIn(options.output, drawing, "svg");
+    OutputFiles outputs({pictureNamed(picture)}, teller.wantsJson());
+    const Document document = readAnyDrawing({drawing, options.from});
+    if (!picture.empty())
+        outputs.add(picture, writePicture(document, {}, {.names = options.ids}));
+    const std::string name = spokenName(document, drawing);
+    outputs.write([&] {
+        if (teller.wantsJson())
+            teller.tell(findingsOf(name, document, options));
+        else
+            tellFindings(name, document, options);
+    });
     return kExitDone;
+}
+
+}  // namespace
+
+int show(const ShowOptions& options) {
+    refuseSharedNames(options.drawings, options.output, "svg");
+    return tellEach(options.drawings, options.telling,
+                    [&](const std::string& drawing, Teller& teller) { return showOne(drawing, options, teller); });
 }
 
 }  // namespace holdfast::cli

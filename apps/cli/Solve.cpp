@@ -6,6 +6,7 @@
 #include "apps/cli/DrawingFiles.h"
 #include "apps/cli/OutputFiles.h"
 #include "apps/cli/Progress.h"
+#include "apps/cli/Teller.h"
 #include "apps/cli/Terminal.h"
 #include "document/formulas/Calculation.h"
 #include "document/text/DrawingError.h"
@@ -88,15 +89,18 @@ void tellReached(const Findings& found) {
                   << '\n';
 }
 
+/// Why there is no solution, as far as it is known: "c7 (...), c9 (...) cannot hold together".
+std::string reasonOf(const Findings& found) {
+    if (!found.result.conflicting.empty())
+        return found.words(found.result.conflicting) + " cannot hold together";
+    return found.result.complaint;
+}
+
 void tellResult(const Findings& found) {
     const DocumentSolution& result = found.result;
     if (!result.isSolved()) {
-        std::cout << "not solved, nothing was changed";
-        if (!result.conflicting.empty())
-            std::cout << ": " << found.words(result.conflicting) << " cannot hold together";
-        else if (!result.complaint.empty())
-            std::cout << ": " << result.complaint;
-        std::cout << '\n';
+        const std::string reason = reasonOf(found);
+        std::cout << "not solved, nothing was changed" << (reason.empty() ? "" : ": ") << reason << '\n';
         tellReached(found);
         return;
     }
@@ -146,6 +150,15 @@ nlohmann::ordered_json jsonOf(const Findings& found) {
     return json;
 }
 
+ErrorReport errorOf(const Findings& found, const std::string& drawing) {
+    const std::string reason = reasonOf(found);
+    return {.code = ErrorCode::notSolved,
+            .message = found.name + ": not solved, nothing was changed" + (reason.empty() ? "" : ": ") + reason,
+            .file = drawing,
+            .constraints = found.ids(found.result.conflicting),
+            .howFar = found.result.followed};
+}
+
 /// A solve changes what measured dimensions say, and with that what is calculated from them.
 constexpr int kRounds = 8;
 
@@ -165,43 +178,70 @@ Document solved(const Findings& found, const DocumentSketch& sketch) {
     return after;
 }
 
-void writeResults(const SolveOptions& options, const Findings& found, const DocumentSketch& sketch,
-                  const std::optional<DxfOriginal>& from, OutputFiles& outputs) {
+void addResults(const SolveOptions& options, const DrawingTarget& target, const Findings& found,
+                const DocumentSketch& sketch, const DrawingFile& from, OutputFiles& outputs) {
     const Document after = solved(found, sketch);
-    outputs.addDrawing(options.output, after, from);
+    outputs.addDrawing(target, after, from);
     if (!options.report.empty()) {
         Fates fates = fatesBetween(found.document, after, {}, 0);
         FateReport report = runReport(found.document, after, {EditOutcome{"solve", {}}}, {fates});
         report.solver = {found.diagnosis.freedom, found.result.iterations, found.result.residual};
         outputs.add(options.report, writeHtmlReport(report));
     }
-    outputs.write();
 }
 
-}  // namespace
+void tellFindings(const Findings& found, bool explains) {
+    tellResult(found);
+    tellFreedom(found);
+    if (explains) {
+        tellParts(found);
+        tellRedundant(found);
+    }
+}
 
-int solveDrawing(const SolveOptions& options) {
-    OutputFiles outputs{drawingNamed(options.output), reportNamed(options.report)};
-    const DrawingFile file = readDrawingFor(options.output, options.drawing);
+nlohmann::ordered_json findingsJson(const Findings& found, const std::string& drawing) {
+    nlohmann::ordered_json json = jsonOf(found);
+    if (!found.result.isSolved())
+        json["error"] = errorJson(errorOf(found, drawing));
+    return json;
+}
+
+DrawingTarget targetFor(const std::string& drawing, const SolveOptions& options) {
+    const bool isSingle = options.drawings.size() == 1;
+    return {isSingle ? options.output : outputIn(options.output, drawing, options.to), options.to};
+}
+
+int solveOne(const std::string& drawing, const SolveOptions& options, Teller& teller) {
+    const DrawingTarget target = targetFor(drawing, options);
+    OutputFiles outputs({drawingNamed(target), reportNamed(options.report)}, teller.wantsJson());
+    const DrawingFile file = readDrawingFor(target, {drawing, options.from});
     const Document& before = file.document;
-    const std::string name = spokenName(before, options.drawing);
+    const std::string name = spokenName(before, drawing);
     const Progress progress("solving " + name);
     DocumentSketch sketch(before);
     DocumentSolution solution = sketch.solve({.keepsShapes = true, .namesConflicts = false});
     const Findings found = findingsOf(name, before, sketch, std::move(solution));
     if (found.result.isSolved())
-        writeResults(options, found, sketch, file.dxf, outputs);
-    if (options.json) {
-        std::cout << jsonOf(found).dump(2) << '\n';
-    } else {
-        tellResult(found);
-        tellFreedom(found);
-        if (options.explain) {
-            tellParts(found);
-            tellRedundant(found);
-        }
-    }
-    return found.result.isSolved() ? kExitDone : kExitUnsolved;
+        addResults(options, target, found, sketch, file, outputs);
+    else if (target.path == kStandardStream || options.report == kStandardStream)
+        throw ReportedError(errorOf(found, drawing));  // what goes there is a drawing or nothing
+    outputs.write([&] {
+        if (teller.wantsJson())
+            teller.tell(findingsJson(found, drawing));
+        else
+            tellFindings(found, options.explain);
+    });
+    return found.result.isSolved() ? kExitDone : exitOf(ErrorCode::notSolved);
+}
+
+}  // namespace
+
+int solveDrawing(const SolveOptions& options) {
+    refuseSharedNames(options.drawings, options.output, options.to);
+    if (options.drawings.size() > 1 && !options.report.empty())
+        throw UsageError("--report", "several drawings", "one drawing, as a report shows one");
+    return tellEach(options.drawings, options.telling,
+                    [&](const std::string& drawing, Teller& teller) { return solveOne(drawing, options, teller); });
 }
 
 }  // namespace holdfast::cli

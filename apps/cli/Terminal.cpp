@@ -8,12 +8,16 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include "apps/cli/DrawingFiles.h"
+#include "apps/cli/ErrorReport.h"
+
 namespace holdfast::cli {
 
 namespace {
 
 std::mutex g_errorLine;  // held while something is written to standard error
 bool g_passes = false;   // the last line there is a passing one
+thread_local KeptComplaints* t_kept = nullptr;
 
 std::size_t widthOf(int descriptor) {
     winsize size{};
@@ -80,10 +84,30 @@ std::string shortNumber(double value) {
     return text;
 }
 
+KeptComplaints::KeptComplaints() {
+    t_kept = this;
+}
+
+KeptComplaints::~KeptComplaints() {
+    t_kept = nullptr;
+}
+
 void complain(std::string_view message) {
+    if (t_kept != nullptr) {
+        t_kept->m_messages.emplace_back(message);
+        return;
+    }
     const std::scoped_lock lock(g_errorLine);
     wipe();
     std::cerr << "holdfast: " << message << '\n';
+}
+
+void flushStandardOutput() {
+    std::cout.flush();
+    if (!std::cout)
+        throw ReportedError({.code = ErrorCode::notWritten,
+                             .message = "standard output did not take all that was told, and no file was written",
+                             .file = kStandardStream});
 }
 
 }  // namespace holdfast::cli

@@ -3,16 +3,11 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "apps/cli/Uses.h"
 
 namespace holdfast::cli {
-
-// What the program's processes answer.
-inline constexpr int kExitDone = 0;
-inline constexpr int kExitUnsolved = 1;  ///< the constraints of a drawing cannot hold together; no output was written
-/// A file, an edit or an argument was refused and no file was written, or standard output could not be.
-inline constexpr int kExitBadInput = 2;
 
 /// Columns of the terminal on standard output, 0 when that is no terminal.
 std::size_t terminalWidth();
@@ -32,7 +27,25 @@ void wipePassingLine();
 /// A number in four digits at most.
 std::string shortNumber(double value);
 
-/// One line on standard error, with the program's name before it.
+/// One line on standard error, with the program's name before it; of a thread that keeps its messages, later.
 void complain(std::string_view message);
+
+/// Keeps what this thread complains of while it lives, for others to tell in their order.
+class KeptComplaints {
+public:
+    KeptComplaints();
+    KeptComplaints(const KeptComplaints&) = delete;
+    KeptComplaints& operator=(const KeptComplaints&) = delete;
+    ~KeptComplaints();
+
+    std::vector<std::string> taken() { return std::move(m_messages); }
+
+private:
+    friend void complain(std::string_view message);
+    std::vector<std::string> m_messages;
+};
+
+/// Has standard output take what it was told. ReportedError when it does not.
+void flushStandardOutput();
 
 }  // namespace holdfast::cli

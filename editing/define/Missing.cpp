@@ -11,6 +11,7 @@
 
 #include "document/EntityIndex.h"
 #include "document/Names.h"
+#include "document/OutOfReach.h"
 #include "document/Places.h"
 #include "editing/EditContext.h"
 #include "geometry/DisjointSets.h"
@@ -80,7 +81,9 @@ public:
         : m_document(document), m_index(document), m_mayMove(document.entities.size(), entities.empty()) {
         for (const std::string& name : entities)
             m_mayMove[*m_index.position(name)] = true;
-        m_isWhole = entities.empty();
+        if (entities.empty())
+            leaveOutOfReach();
+        m_isWhole = entities.empty() && m_missing.outOfReach.empty();
     }
 
     Missing run() {
@@ -91,9 +94,9 @@ public:
         leaveAlone(sketch, given);
         if (given.freedom == 0)
             return std::move(m_missing);
-        const std::vector<std::string> alone = m_missing.leftAlone;
+        const Missing told = m_missing;
         for (int round = 0; round < kMostRounds; ++round) {
-            m_missing = {{}, {}, alone};
+            m_missing = told;
             takeRelations();
             takeDimensions();
             if (!isOneRefused(given))
@@ -381,6 +384,15 @@ private:
         }
         m_refused.insert(keyOf(m_missing.constraints[good].constraint));
         return true;
+    }
+
+    void leaveOutOfReach() {
+        const OutOfReach outOfReach(m_document.layers);
+        for (std::size_t i = 0; i < m_mayMove.size(); ++i)
+            if (outOfReach.holds(*m_document.entities[i].look)) {
+                m_mayMove[i] = false;
+                m_missing.outOfReach.push_back(m_document.entities[i].id);
+            }
     }
 
     /// What the drawing can still do although first derivatives do not show it.

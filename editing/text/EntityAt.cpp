@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "document/OutOfReach.h"
 #include "document/Places.h"
 #include "editing/EditContext.h"
 #include "geometry/Box.h"
@@ -59,11 +60,18 @@ private:
 }  // namespace
 
 EntityAt entityAt(const Drawing& drawing, Vec2 point, std::size_t column) {
-    std::vector<std::pair<double, std::string>> near;
+    std::vector<std::pair<double, std::string>> near, unseen;
     Distances distances(point);
+    const OutOfReach outOfReach(drawing.layers());
     for (const std::string& name : drawing.names())
         if (const auto away = distances.to(drawing.shape(name)))
-            near.emplace_back(*away, name);
+            (outOfReach.holds(drawing.look(name)) ? unseen : near).emplace_back(*away, name);
+    if (near.empty() && !unseen.empty())
+        throw RefusedWord({"there is no entity at " + spoken(point) +
+                               " but what is invisible or on a layer that is "
+                               "frozen, off or locked; name it",
+                           {},
+                           column});
     if (near.empty())
         throw RefusedWord({"there is no entity at " + spoken(point), {}, column});
     const double size = distances.size();
@@ -82,7 +90,11 @@ EntityAt entityAt(const Drawing& drawing, Vec2 point, std::size_t column) {
                            column});
     }
     EntityAt found{near.front().second};
-    if (least > kFarFromCurve * size)
+    const auto nearest = std::min_element(unseen.begin(), unseen.end());
+    if (nearest != unseen.end() && nearest->first < least)
+        found.remark =
+            "took " + found.name + " for the entity at " + spoken(point) + "; " + leftOutOfReach({nearest->second});
+    else if (least > kFarFromCurve * size)
         found.remark =
             "took " + found.name + " for the entity at " + spoken(point) + ", which is " + spoken(least) + " away";
     return found;

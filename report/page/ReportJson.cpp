@@ -5,6 +5,7 @@
 #include "document/Names.h"
 #include "report/page/ParameterFates.h"
 #include "report/page/ReportIndex.h"
+#include "report/page/ReportObject.h"
 
 namespace holdfast::report {
 
@@ -87,7 +88,7 @@ Json totalsJson(const Fates& fates, const Outcomes& outcomes) {
 
 }  // namespace
 
-std::string writeReportJson(const FateReport& report) {
+nlohmann::ordered_json reportJson(const FateReport& report) {
     const FateReport whole = completed(report);
     const report::ReportIndex index(whole);
     const std::string& ownName = whole.after.name.empty() ? whole.before.name : whole.after.name;
@@ -106,7 +107,11 @@ std::string writeReportJson(const FateReport& report) {
                       {"entities", totalsJson(kEntityFates, whole.entities)}};
     if (whole.solver)
         json["solver"] = solverJson(*whole.solver);
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return json;
+}
+
+std::string writeReportJson(const FateReport& report) {
+    return reportJson(report).dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace holdfast::report

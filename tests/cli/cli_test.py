@@ -16,7 +16,7 @@ import tempfile
 import unittest
 
 PROGRAM, DRAWINGS = sys.argv[1], pathlib.Path(sys.argv[2])
-DONE, UNSOLVED, REFUSED = 0, 1, 2
+DONE, UNSOLVED, WRONG, REFUSED = 0, 1, 2, 3  # wrong: use or input; refused: by the drawing
 
 
 def line(name, start, end):
@@ -36,6 +36,7 @@ def drawing(entities, constraints):
 
 COUNTS = {"entities", "constraints", "added", "totals.constraints", "totals.entities",
           "drawings[].totals.constraints", "drawings[].totals.entities"}  # objects with a number for each kind or fate
+ELSEWHERE = {"drawings[].error", "drawings[].constraints", "drawings[].entities"}  # told of under errors and edit
 
 
 def keys(told, before=""):
@@ -44,9 +45,9 @@ def keys(told, before=""):
     for key, value in told.items():
         name = before + key
         below = value if isinstance(value, list) else [value]
-        if not isinstance(value, dict) or name in COUNTS:
+        if not isinstance(value, dict) or name in COUNTS | ELSEWHERE:
             found.add(name)
-        if name in COUNTS and isinstance(value, dict):
+        if name in ELSEWHERE or name in COUNTS and isinstance(value, dict):
             continue
         for each in below:
             if isinstance(each, dict):
@@ -168,7 +169,7 @@ class Program(unittest.TestCase):
         for arguments in (("show", path, "-o", path), ("edit", path, "break a at 4,0", "--report", path),
                           ("edit", path, "break a at 4,0", "--picture", path), ("solve", path, "--report", path)):
             result = self.run_program(*arguments)
-            self.assertEqual(result.returncode, REFUSED, arguments)
+            self.assertEqual(result.returncode, WRONG, arguments)
             self.assertIn("a name that ends in .json; expected a name that ends in", result.stderr)
             self.assertEqual(path.read_bytes(), before)
 
@@ -176,7 +177,7 @@ class Program(unittest.TestCase):
         path, out = self.file("corner.json", CORNER), self.path / "out.json"
         for report in (self.path / "nowhere" / "out.html", self.path / "out.txt", "/dev/full"):
             result = self.run_program("edit", path, "break a at 4,0", "-o", out, "--report", report)
-            self.assertEqual(result.returncode, REFUSED, result.stderr)
+            self.assertEqual(result.returncode, WRONG, result.stderr)
             self.assertEqual(sorted(file.name for file in self.path.iterdir()), ["corner.json"])
         twice = self.run_program("edit", path, "break a at 4,0", "-o", self.path / "a.svg", "--picture",
                                  self.path / "." / "a.svg")
@@ -186,7 +187,7 @@ class Program(unittest.TestCase):
         path = self.file("corner.json", CORNER)
         limited = subprocess.run([PROGRAM, "show", path, "-o", self.path / "corner.svg"], capture_output=True, check=False,
                                  preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (2000, 2000)))
-        self.assertEqual(limited.returncode, REFUSED, limited.stderr)
+        self.assertEqual(limited.returncode, WRONG, limited.stderr)
         self.assertIn(b"the file is as it was", limited.stderr)
         self.assertEqual([file.name for file in self.path.iterdir()], ["corner.json"])
 
@@ -255,11 +256,11 @@ class Program(unittest.TestCase):
         path, out = self.file("corner.json", CORNER), self.path / "out.dxf"
         for option, value in (("--tolerance", "-1"), ("--tolerance", "nan"), ("--angle", "-1"), ("--angle", "60")):
             result = self.run_program("infer", path, option, value)
-            self.assertEqual(result.returncode, REFUSED, (option, value))
+            self.assertEqual(result.returncode, WRONG, (option, value))
             self.assertIn(option, result.stderr)
         for value in ("0", "-1", "inf"):
             result = self.run_program("convert", path, out, "--tolerance", value)
-            self.assertEqual((result.returncode, out.exists()), (REFUSED, False), value)
+            self.assertEqual((result.returncode, out.exists()), (WRONG, False), value)
             self.assertIn(f"--tolerance: found {value}; expected a length", result.stderr)
 
     def test_a_drawing_without_a_name_is_called_by_its_file(self):
@@ -280,7 +281,7 @@ class Program(unittest.TestCase):
 
     def test_a_missing_file_is_refused_by_name(self):
         result = self.run_program("show", self.path / "none.json")
-        self.assertEqual(result.returncode, REFUSED)
+        self.assertEqual(result.returncode, WRONG)
         self.assertIn("none.json", result.stderr)
 
     def test_a_script_is_read_as_editors_on_other_systems_write_it(self):
@@ -312,7 +313,7 @@ class Program(unittest.TestCase):
                                  ("open one.json\nbreak a at 4,9\n", 2, "is not on a")):
             script = self.file("bad.edit", text)
             result = self.run_program("run", script)
-            self.assertEqual(result.returncode, REFUSED, text)
+            self.assertEqual(result.returncode, REFUSED if said.split()[0] in ("no", "is") else WRONG, text)
             self.assertTrue(result.stderr.startswith(f"holdfast: {script}, line {line}: "), result.stderr)
             self.assertIn(said, result.stderr)
             self.assertEqual(sorted(file.name for file in self.path.iterdir()), ["bad.edit", "one.json"])
@@ -325,7 +326,7 @@ class Program(unittest.TestCase):
                 self.assertEqual(">a</text>" in picture.read_text(), bool(ids), command)
         for command in (["show", corner, "--ids"], ["edit", corner, "break a at 4,0", "--ids"]):
             result = self.run_program(*command)
-            self.assertEqual(result.returncode, REFUSED)
+            self.assertEqual(result.returncode, WRONG)
             self.assertIn("--ids", result.stderr)
 
     def test_redo_does_again_what_was_taken_back(self):
@@ -388,7 +389,10 @@ class Program(unittest.TestCase):
         one, two = json.loads(result.stdout)["drawings"]
         self.assertEqual((one["done"], one["edits"], one["totals"]["constraints"]["re-pointed"]), (1, 1, 1))
         self.assertEqual((two["done"], two["edits"]), (0, 1))
-        self.assertTrue(two["error"].startswith("line 4, break a at 4,9: "), two["error"])
+        self.assertTrue(two["error"]["message"].startswith("line 4, break a at 4,9: "), two["error"])
+        self.assertEqual((two["error"]["code"], two["error"]["line"], two["error"]["edit"]), ("impossible_edit", 4, 0))
+        self.assertEqual([(each["id"], each["fate"]) for each in one["constraints"]],
+                         [("tie", "re-pointed"), ("k4", "added")])
 
     def test_colours_are_for_terminals_that_have_them(self):
         path = self.file("corner.json", CORNER)
@@ -497,6 +501,7 @@ class Program(unittest.TestCase):
     def test_every_key_of_the_json_is_written_down(self):
         self.file("one.json", CORNER)
         several = self.file("both.edit", "open one.json\nbreak a at 4,9\nopen one.json\n")
+        resumed = self.file("resumed.edit", "open one.json\nsave o.json\nopen one.json\n")
         broken = json.loads(json.dumps(CORNER))
         broken["entities"][1]["start"] = [10, 1]
         mend, cut = self.file("broken.json", broken), DRAWINGS.parent / "commands" / "fillet-corner.edit"
@@ -515,7 +520,7 @@ class Program(unittest.TestCase):
                  "edit": [("edit", self.path / "one.json", "lengthen a end by 2", "break a at 4,0"), ("run", cut),
                           ("edit", loose, "drag base.end by 3,2"), ("edit", self.file("torn.json", torn), "drag t by 0,1"),
                           ("edit", self.path / "sized.json", "parameter side = 9", "delete other")],
-                 "run": [("run", several)]}
+                 "run": [("run", several), ("run", resumed), ("run", resumed, "--resume")]}
         page = (DRAWINGS.parent.parent / "docs/json-output.md").read_text()
         for section in re.split(r"^## ", page, flags=re.M)[1:]:
             command = section.split("\n", 1)[0]
@@ -587,7 +592,7 @@ class Program(unittest.TestCase):
         for arguments, meant in ((["shwo"], "show"), (["solv", "x"], "solve"), (["edit", "x", "undo", "--repot", "y"], "--report"),
                                  (["infer", "x", "--tolerence", "1"], "--tolerance")):
             result = self.run_program(*arguments)
-            self.assertEqual(result.returncode, REFUSED)
+            self.assertEqual(result.returncode, WRONG)
             self.assertIn(f'did you mean "{meant}"?', result.stderr)
             self.assertTrue(result.stderr.startswith("holdfast: "), result.stderr)
             self.assertEqual(result.stderr.count("\n"), 1)
@@ -595,14 +600,15 @@ class Program(unittest.TestCase):
     def test_arguments_that_miss_or_are_too_many_are_named(self):
         self.assertIn("expected a command (show, edit,", self.run_program().stderr)
         self.assertIn("edit: EDIT is required", self.run_program("edit", "x.json").stderr)
-        self.assertIn('found "b.json"; nothing more was expected', self.run_program("show", "a.json", "b.json").stderr)
+        self.assertIn('found "c.json"; nothing more was expected',
+                      self.run_program("convert", "a.json", "b.json", "c.json").stderr)
 
     def test_a_full_standard_output_is_no_success(self):
         path = self.file("corner.json", CORNER)
         for arguments in (("show", path), ("edit", path, "break a at 4,0", "--json"), ("edit", "--help")):
             with open("/dev/full", "w") as full:
                 result = subprocess.run([PROGRAM, *arguments], stdout=full, stderr=subprocess.PIPE, check=False)
-            self.assertEqual(result.returncode, REFUSED, arguments)
+            self.assertEqual(result.returncode, WRONG, arguments)
             self.assertIn(b"standard output", result.stderr)
 
 

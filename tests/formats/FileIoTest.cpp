@@ -12,6 +12,7 @@
 #include <iterator>
 
 #include "document/text/DrawingError.h"
+#include "formats/FileError.h"
 
 namespace holdfast::formats {
 namespace {
@@ -215,6 +216,46 @@ TEST_F(Files, ThatBelongTogetherAreWrittenAllOrNone) {
     writeFiles(std::vector<NamedText>{{folder / "a.json", "new"}, {folder / "a.html", "page"}});
     EXPECT_EQ(got("a.json") + got("a.html"), "newpage");
     EXPECT_EQ(fileCount(), 2);
+}
+
+TEST_F(Files, ThatBelongTogetherArePutBackWhenOneCannotArrive) {
+    put("a.json", "old");
+    fs::create_directory(folder / "gone");
+    const std::vector<NamedText> files = {
+        {folder / "a.json", "new"}, {folder / "b.json", "new"}, {folder / "gone" / "c.json", "new"}};
+    EXPECT_THAT(messageOf([&] { writeFiles(files, [&] { fs::remove_all(folder / "gone"); }); }),
+                testing::HasSubstr("c.json: found No such file or directory"));
+    EXPECT_EQ(got("a.json"), "old");
+    EXPECT_EQ(fileCount(), 1);
+}
+
+TEST_F(Files, StayAsTheyWereWhenWhatBelongsToThemFails) {
+    put("a.json", "old");
+    const std::vector<NamedText> files = {{folder / "a.json", "new"}, {folder / "b.json", "new"}};
+    EXPECT_THROW(writeFiles(files, [] { throw std::runtime_error("no room on standard output"); }), std::runtime_error);
+    EXPECT_EQ(got("a.json"), "old");
+    EXPECT_EQ(fileCount(), 1);
+}
+
+TEST_F(Files, ThatTookThePlaceOfOthersLeaveNothingOfThemBehind) {
+    put("a.json", "old");
+    put("b.json", "old");
+    writeFiles(std::vector<NamedText>{{folder / "a.json", "new"}, {folder / "b.json", "newer"}});
+    EXPECT_EQ(got("a.json") + got("b.json"), "newnewer");
+    EXPECT_EQ(fileCount(), 2);
+}
+
+TEST_F(Files, TellWhetherTheyCouldNotBeReadOrNotBeWritten) {
+    const auto workOf = [](const std::function<void()>& action) {
+        try {
+            action();
+        } catch (const FileError& error) {
+            return error.work();
+        }
+        throw std::logic_error("no error");
+    };
+    EXPECT_EQ(workOf([&] { readFile(folder / "none.json"); }), FileError::Work::reading);
+    EXPECT_EQ(workOf([&] { writeFile(folder / "nowhere" / "a.json", "x"); }), FileError::Work::writing);
 }
 
 TEST_F(Files, ThatAreDevicesAreWrittenToDirectly) {

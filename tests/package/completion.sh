@@ -28,7 +28,9 @@ offers "edit" ed
 offers "--help|--help-all" --h
 offers "--version" --v
 offers "--report" edit --rep
-offers "--tolerance" convert --t
+offers "--tolerance" convert --tol
+offers "--resume" run --res
+offers "json|dxf|svg" convert --to ''
 offers "--output" show --out
 offers "$drawing" edit examples/drawings/bat
 offers "$drawing" show examples/drawings/bat
@@ -44,6 +46,8 @@ offers "trim g37 at 8,6 by g9 |trim g37 at 8,6 by g9 ..." edit "$drawing" '"trim
 offers "break g0 |break g0 ..." edit -v -o out.json "$drawing" '"break g0'
 offers "" edit "$drawing" '"break nothing'
 offers "break g0 |break g0 ..." edit --report out.html --picture out.svg "$drawing" '"break g0'
+offers "examples/drawings/acrylic-case-top.dxf" show "$drawing" examples/drawings/acr
+offers "break g0 |break g0 ..." edit --from json "$drawing" '"break g0'
 offers "" infer --tolerance ''
 offers "" infer --angle ''
 offers "--angle" infer --an

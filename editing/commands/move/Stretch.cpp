@@ -1,6 +1,7 @@
 #include <memory>
 
 #include "commands/stretch/ConstraintStretchCmdCenter.h"
+#include "document/OutOfReach.h"
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
 #include "editing/commands/move/Grips.h"
@@ -18,9 +19,15 @@ struct Stretched {
     Shape shape;
 };
 
+struct Caught {
+    std::vector<Stretched> entities;
+    std::vector<std::string> outOfReach;  ///< names of those that nobody means who draws a window
+};
+
 /// Reference geometry is not stretched: a window catches it without being asked to.
-std::vector<Stretched> caughtBy(const Box& window, const Drawing& drawing, Vec2 by) {
-    std::vector<Stretched> caught;
+Caught caughtBy(const Box& window, const Drawing& drawing, Vec2 by) {
+    Caught caught;
+    const OutOfReach outOfReach(drawing.layers());
     for (const std::string& name : drawing.namesNear(window)) {
         if (drawing.isFixed(name))
             continue;
@@ -31,10 +38,14 @@ std::vector<Stretched> caughtBy(const Box& window, const Drawing& drawing, Vec2 
                 grips.push_back(grip.number);
         if (grips.empty())
             continue;
+        if (outOfReach.holds(drawing.look(name))) {
+            caught.outOfReach.push_back(name);
+            continue;
+        }
         grips = completed(shape, std::move(grips));
         const Shape stretched = withGripsMoved(shape, grips, by);
         refuseUnsound(name, stretched);
-        caught.push_back({name, grips, stretched});
+        caught.entities.push_back({name, grips, stretched});
     }
     return caught;
 }
@@ -66,12 +77,14 @@ void stretchConstrained(const EditContext& context, const std::vector<Stretched>
     evaluate(context);
 }
 
-std::vector<Stretched> resolved(const Stretch& edit, const Drawing& drawing) {
+Caught resolved(const Stretch& edit, const Drawing& drawing) {
     Box window;
     window.add(edit.first);
     window.add(edit.second);
-    std::vector<Stretched> caught = caughtBy(window, drawing, edit.by);
-    if (caught.empty())
+    Caught caught = caughtBy(window, drawing, edit.by);
+    if (caught.entities.empty() && !caught.outOfReach.empty())
+        throw EditError("nothing else lies in the window: " + leftOutOfReach(caught.outOfReach));
+    if (caught.entities.empty())
         throw EditError("no end, vertex, control point or centre lies in the window from " + spoken(edit.first) +
                         " to " + spoken(edit.second) + "; draw a window around the points to move");
     return caught;
@@ -84,7 +97,10 @@ void require(const Stretch& edit, const Drawing& drawing) {
 }
 
 void perform(const Stretch& edit, EditContext& context) {
-    const std::vector<Stretched> caught = resolved(edit, context.drawing);
+    const Caught found = resolved(edit, context.drawing);
+    const std::vector<Stretched>& caught = found.entities;
+    if (!found.outOfReach.empty())
+        context.remarks.push_back(leftOutOfReach(found.outOfReach));
     bool followed = false;
     for (const Stretched& entity : caught) {
         context.edited.push_back(entity.name);

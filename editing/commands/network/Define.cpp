@@ -2,6 +2,7 @@
 #include <cmath>
 #include <unordered_set>
 
+#include "document/OutOfReach.h"
 #include "editing/Commands.h"
 #include "editing/define/Missing.h"
 #include "geometry/Tolerances.h"
@@ -24,11 +25,14 @@ std::string listed(const std::vector<std::string>& names) {
 }
 
 void remarkOn(const Missing& missing, EditContext& context) {
-    if (missing.constraints.empty() && missing.stillFree.empty() && missing.leftAlone.empty())
+    if (missing.constraints.empty() && missing.stillFree.empty() && missing.leftAlone.empty() &&
+        missing.outOfReach.empty())
         context.remarks.emplace_back("nothing was missing: all of it is fully determined already");
     if (!missing.stillFree.empty())
         context.remarks.push_back(listed(missing.stillFree) +
                                   " can still move: there is no constraint that takes the last of it");
+    if (!missing.outOfReach.empty())
+        context.remarks.push_back(leftOutOfReach(missing.outOfReach));
     if (!missing.leftAlone.empty())
         context.remarks.push_back(listed(missing.leftAlone) + (missing.leftAlone.size() == 1 ? " hangs" : " hang") +
                                   " on constraints that do not hold; nothing was added there");
