@@ -65,6 +65,21 @@ TEST(LeastSurprise, TakesAlongWhatHangsOnWhatIsFullyDetermined) {
     EXPECT_LT(sketch.worstViolation(), 1e-8);
 }
 
+TEST(LeastSurprise, LetsALineTurnRoundWhereTheWayLeadsOverNoLength) {
+    // The slot is led past the mark, so that the gauge has no length on the way: any few steps go over that place.
+    for (const double asked : {36.0, 45.0, 60.0}) {
+        SketchText sketch = slot();
+        for (const char* more : {"line gauge 30,20 40,20", "fixed! point mark 40,20", "vertical top.centre gauge.start",
+                                 "coincident gauge.end mark", "horizontal gauge"})
+            sketch.add(more);
+        sketch.sketch.takeReference();
+        ASSERT_TRUE(set(sketch, ConstraintType::distanceX, asked).isSolved()) << asked;
+        EXPECT_NEAR(sketch.at("gauge.start").x, asked, 1e-9) << asked;
+        EXPECT_NEAR(sketch.at("left.start").x, asked - 3.0, 1e-8) << asked;
+        EXPECT_LT(sketch.worstViolation(), 1e-8) << asked;
+    }
+}
+
 TEST(LeastSurprise, LeadsADimensionThatAPlainSolveFindsChanged) {
     SketchText sketch = slot();
     sketch.sketch.constraints[static_cast<std::size_t>(constraintOf(sketch, ConstraintType::distanceX))].value = 60.0;
