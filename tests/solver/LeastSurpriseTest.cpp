@@ -65,6 +65,54 @@ TEST(LeastSurprise, TakesAlongWhatHangsOnWhatIsFullyDetermined) {
     EXPECT_LT(sketch.worstViolation(), 1e-8);
 }
 
+TEST(LeastSurprise, LetsALineTurnRoundWhereTheWayLeadsOverNoLength) {
+    // The slot is led past the mark, so that the gauge has no length on the way: any few steps go over that place.
+    for (const double asked : {36.0, 45.0, 60.0}) {
+        SketchText sketch = slot();
+        for (const char* more : {"line gauge 30,20 40,20", "fixed! point mark 40,20", "vertical top.centre gauge.start",
+                                 "coincident gauge.end mark", "horizontal gauge"})
+            sketch.add(more);
+        sketch.sketch.takeReference();
+        ASSERT_TRUE(set(sketch, ConstraintType::distanceX, asked).isSolved()) << asked;
+        EXPECT_NEAR(sketch.at("gauge.start").x, asked, 1e-9) << asked;
+        EXPECT_NEAR(sketch.at("left.start").x, asked - 3.0, 1e-8) << asked;
+        EXPECT_LT(sketch.worstViolation(), 1e-8) << asked;
+    }
+}
+
+TEST(LeastSurprise, ShiftsASplineThatHangsOnAPulledLine) {
+    SketchText sketch(
+        "line run 0,0 20,0; spline lead 3 20,0 30,0 36,8 44,20; line off 44,20 50,29; "
+        "coincident run.end lead.start; coincident lead.end off.start; tangent run lead; horizontal run");
+    const SketchText before = sketch;
+    const int start = sketch.valueOf("off.start");
+    ASSERT_TRUE(solve(sketch.sketch, {.targets = {{start, 54.0}, {start + 1, 28.0}},
+                                      .edited = {sketch.numbers.at("off")},
+                                      .keepsShapes = true})
+                    .isSolved());
+    for (int i = 0; i < 8; ++i)
+        EXPECT_NEAR(sketch.value("lead", i), before.value("lead", i) + (i % 2 == 0 ? 10.0 : 8.0), 1e-7) << i;
+    EXPECT_NEAR(lengthOf(sketch, "run"), 20.0, 1e-7);
+    EXPECT_LT(sketch.worstViolation(), 1e-8);
+}
+
+TEST(LeastSurprise, ShiftsAPolylineThatHangsOnAPulledLine) {
+    SketchText sketch(
+        "line off 0,0 20,0; polyline plate 20,0 40,0 40,12:0.4 30,20 20,12 closed; "
+        "coincident off.end plate.segment:0.start");
+    const SketchText before = sketch;
+    const int end = sketch.valueOf("off.end");
+    ASSERT_TRUE(
+        solve(sketch.sketch,
+              {.targets = {{end, 30.0}, {end + 1, 8.0}}, .edited = {sketch.numbers.at("off")}, .keepsShapes = true})
+            .isSolved());
+    for (const char* place : {"plate.segment:0.start", "plate.segment:1.start", "plate.segment:2.start",
+                              "plate.segment:3.start", "plate.segment:4.start"}) {
+        EXPECT_NEAR(sketch.at(place).x, before.at(place).x + 10.0, 1e-7) << place;
+        EXPECT_NEAR(sketch.at(place).y, before.at(place).y + 8.0, 1e-7) << place;
+    }
+}
+
 TEST(LeastSurprise, LeadsADimensionThatAPlainSolveFindsChanged) {
     SketchText sketch = slot();
     sketch.sketch.constraints[static_cast<std::size_t>(constraintOf(sketch, ConstraintType::distanceX))].value = 60.0;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "solver/src/residuals/EquationBuilder.h"
@@ -19,17 +20,23 @@ public:
 
     /// The direction from one point to another.
     void turn(int firstX, int secondX) {
-        if (m_shape.turnWeight <= 0.0)
-            return;
-        const auto v = m_builder.values(When::reference);
-        const std::size_t a = static_cast<std::size_t>(firstX), b = static_cast<std::size_t>(secondX);
-        const double reach = std::hypot(v[b] - v[a], v[b + 1] - v[a + 1]);
-        constexpr double none = 1e-6;  // of the size: so short a piece has no direction
-        if (reach <= none * m_builder.size())
+        const double reach = reachOf(firstX, secondX);
+        if (m_shape.turnWeight <= 0.0 || !hasDirection(reach))
             return;
         Equation form = formOf(ResidualKind::heading);
         form.scale = reach;
         keep(form, {between(firstX, secondX)}, SizeRow::Kind::turn);
+    }
+
+    /// The angle between two pieces that meet.
+    void corner(int firstX, int middleX, int lastX) {
+        const double reach = std::min(reachOf(firstX, middleX), reachOf(middleX, lastX));
+        if (!hasDirection(reach))
+            return;
+        Equation form = formOf(ResidualKind::directions);
+        form.mode = static_cast<std::uint8_t>(DirectionMode::angle);
+        form.scale = reach;
+        keep(form, {between(firstX, middleX), between(middleX, lastX)}, SizeRow::Kind::bend);
     }
 
     void scalar(int value, double scale) {
@@ -55,21 +62,26 @@ public:
         scalar(entity().firstValue + 4, 1.0);
     }
 
+    /// Like as many lines and arcs.
     void polyline() {
-        turn(entity().firstValue, entity().firstValue + 2);
         for (int i = 0; i < entity().segmentCount(); ++i) {
-            length(sketch().vertexValue(m_shape.entity, i), sketch().vertexValue(m_shape.entity, i + 1));
+            const int start = sketch().vertexValue(m_shape.entity, i);
+            const int end = sketch().vertexValue(m_shape.entity, i + 1);
+            turn(start, end);
+            length(start, end);
             const int bulge = entity().bulgeValues[static_cast<std::size_t>(i)];
             if (bulge >= 0)
                 scalar(bulge, sizeOf(sketch(), {m_shape.entity, i}, m_builder.size()));
         }
     }
 
-    /// The legs of the control polygon.
+    /// The legs of the control polygon, and the angles between them: legs alone would let it flex like a chain.
     void spline() {
         const int first = entity().firstValue;
         for (int i = 2; i < entity().valueCount; i += 2)
             length(first + i - 2, first + i, SizeRow::Kind::bend);
+        for (int i = 4; i < entity().valueCount; i += 2)
+            corner(first + i - 4, first + i - 2, first + i);
         turn(first, first + 2);
     }
 
@@ -77,6 +89,17 @@ public:
 
 private:
     const SketchData& sketch() const { return m_builder.sketch(); }
+
+    double reachOf(int firstX, int secondX) const {
+        const auto v = m_builder.values(When::reference);
+        const std::size_t a = static_cast<std::size_t>(firstX), b = static_cast<std::size_t>(secondX);
+        return std::hypot(v[b] - v[a], v[b + 1] - v[a + 1]);
+    }
+
+    bool hasDirection(double reach) const {
+        constexpr double none = 1e-6;  // of the size: so short a piece points nowhere
+        return reach > none * m_builder.size();
+    }
 
     static Operand between(int firstX, int secondX) {
         return {OperandKind::segment, {firstX, firstX + 1, secondX, secondX + 1}, {}};

@@ -307,24 +307,32 @@ private:
             step.shapes = {};
             answer = m_trying.from(values, [&] { return m_trying.once(step); });
         }
-        if (answer.isSolved() && findReversed(m_work, answer.concerned, values, answer.values) >= 0)
+        answer.turnsRound = answer.isSolved() && findReversed(m_work, answer.concerned, values, answer.values) >= 0;
+        if (answer.turnsRound)
             answer.result.status = SolveStatus::unreached;
         return answer;
     }
 
+    /// No step turns a line round as long as a shorter one may do without. Where none does, the way leads through a
+    /// place where the line has no length, and the shortest step over it is taken: unless there is an answer already.
     Answer followFrom(std::vector<double> values, double leastStep) {
+        const bool mayTurnRound = leastStep < kNudged;
         double done = 0.0, step = kFirstStep;
         if (const auto& motion = m_way->motion(); motion && motion->angle() != 0.0)
             step = std::min(step, kLongestTurn / std::abs(motion->angle()));
         const double longest = step;
         // Most ways that lead nowhere do so from the beginning, which two tries show.
         Answer answer = stepOrNudge(leastStep, leastStep, values);
+        if (answer.turnsRound && mayTurnRound)
+            answer.result.status = SolveStatus::solved;
         if (answer.isSolved()) {
             done = leastStep;
             values = answer.values;
         }
         long wasted = 0;
         bool hasJustFailed = false;
+        Answer over;  // of the shortest step that turned a line round
+        double overTo = 0.0;
         while (done > 0.0 && done < 1.0) {
             const double next = std::min(1.0, done + step);
             const long before = m_trying.work();
@@ -340,8 +348,19 @@ private:
             }
             hasJustFailed = true;
             wasted += m_trying.work() - before;
-            if ((step *= 0.5) < leastStep || wasted > kMostWasted)
+            if (answer.turnsRound && mayTurnRound && (overTo <= done || next < overTo)) {
+                over = answer;
+                overTo = next;
+            }
+            if ((step *= 0.5) >= leastStep && wasted <= kMostWasted)
+                continue;
+            if (overTo <= done)
                 break;
+            answer = std::move(over);
+            answer.result.status = SolveStatus::solved;
+            step = std::min(longest, std::max(overTo - done, leastStep));
+            done = overTo;
+            values = answer.values;
         }
         if (!answer.isSolved())
             answer.result.reached = m_way->reachedAt(done);
@@ -350,9 +369,11 @@ private:
 
     Answer stepOrNudge(double next, double step, const std::vector<double>& values) {
         Answer answer = stepTo(next, values);
-        if (!answer.isSolved() && step <= kNudged && !isSpent(m_request.budget))
-            answer = stepTo(next, nudged(values));
-        return answer;
+        if (answer.isSolved() || step > kNudged || isSpent(m_request.budget))
+            return answer;
+        Answer shaken = stepTo(next, nudged(values));
+        shaken.turnsRound = false;  // by the shake, and not because the way leads there
+        return shaken.isSolved() || !answer.turnsRound ? shaken : answer;
     }
 
     /// Every value a little elsewhere, always in the same ways.

@@ -22,6 +22,7 @@ struct Answer {
     bool isBent = false;        ///< anything that is kept has changed at all
     bool isTwisted = false;     ///< a size is not what it was by far
     bool keepsPlaces = false;   ///< what is not asked of the edited entities is where it was: sizes give way before it
+    bool turnsRound = false;    ///< it would hold, but a line points the other way; it is told as unreached
     bool isContradicted = false;
     std::vector<int> suspects, concerned;
 
