@@ -296,7 +296,7 @@ struct ChamferLengths {
 };
 
 /// Cuts two curves off before their corner, to which they are led on where they do not reach it, and puts a line
-/// between their ends that is tied to both. One of them may be a polyline.
+/// between their ends that is tied to both. One of them may be a polyline; two of these become one.
 struct Chamfer {
     Name first, second;
     ChamferLengths by;

@@ -1,6 +1,7 @@
 #include "editing/FarPlaces.h"
 
 #include "editing/EditError.h"
+#include "geometry/curves/Parameters.h"
 
 namespace holdfast::editing {
 
@@ -17,6 +18,14 @@ void refuseFarMeeting(EditContext& context, std::optional<Vec2> from, std::optio
         return;
     throw EditError(name + " and " + others + " are as good as parallel: they would meet " +
                     spoken(distance(*from, *to)) + " away");
+}
+
+void refuseFarCorner(EditContext& context, const MeetingCurves& curves, const Shape& was, const Shape& is,
+                     CurveEnd end) {
+    if (was.index() != is.index())
+        return;
+    const auto at = [end](const Shape& shape) { return end == CurveEnd::start ? startPoint(shape) : endPoint(shape); };
+    refuseFarMeeting(context, at(was), at(is), curves.name, curves.other);
 }
 
 }  // namespace holdfast::editing

@@ -6,6 +6,7 @@
 
 #include "editing/EditContext.h"
 #include "editing/Uses.h"
+#include "geometry/CurveEnd.h"
 #include "geometry/Vec2.h"
 
 namespace holdfast::editing {
@@ -15,5 +16,15 @@ namespace holdfast::editing {
 /// curves that meet, for the message.
 void refuseFarMeeting(EditContext& context, std::optional<Vec2> from, std::optional<Vec2> to, const std::string& name,
                       const std::string& others);
+
+/// Two curves that meet, for messages.
+struct MeetingCurves {
+    std::string name, other;
+};
+
+/// The same for a curve that has been led to a corner by one of its ends. A curve of another kind than before was
+/// endless, and has been picked where it is to stay: it is never refused.
+void refuseFarCorner(EditContext& context, const MeetingCurves& curves, const Shape& was, const Shape& is,
+                     CurveEnd end);
 
 }  // namespace holdfast::editing

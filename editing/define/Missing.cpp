@@ -32,8 +32,9 @@ constexpr double kHoldsAsDrawn = 1e-10;
 /// Directions may differ by more than rounding; the lengths decide.
 constexpr double kNearlyAlong = 1e-6;
 
-/// Rounds without one more constraint that makes others redundant; few drawings need a second one.
-constexpr int kMostRounds = 12;
+/// Rounds without what made others redundant in those before; few drawings need a second one. In each round so many
+/// are left out at most.
+constexpr int kMostRounds = 12, kMostTwiceSaid = 24;
 
 constexpr const char* kAsDrawn = "it holds as drawn";
 
@@ -94,18 +95,34 @@ public:
         leaveAlone(sketch, given);
         if (given.freedom == 0)
             return std::move(m_missing);
-        const Missing told = m_missing;
-        for (int round = 0; round < kMostRounds; ++round) {
-            m_missing = told;
-            takeRelations();
-            takeDimensions();
-            if (!isOneRefused(given))
-                break;
-        }
+        search(given);
         return std::move(m_missing);
     }
 
 private:
+    /// Rounds until one leaves nothing out that was in its way, or nothing free; of those before, the one that leaves
+    /// the least.
+    void search(const DocumentDiagnosis& given) {
+        const Missing told = m_missing;
+        std::optional<Missing> best;
+        int leastFreedom = 0;
+        for (int round = 0; round < kMostRounds; ++round) {
+            m_missing = told;
+            takeRelations();
+            takeDimensions();
+            const bool isOneRefused = leavesTwiceSaidOut(given.redundant.size());
+            noteStillFree();
+            const int freedom = freedomLeft();
+            if (!best || freedom < leastFreedom) {
+                best = m_missing;
+                leastFreedom = freedom;
+            }
+            if (!isOneRefused || freedom == 0)
+                break;
+        }
+        m_missing = std::move(*best);
+    }
+
     /// Parts that do not hold have no freedom that could be told, and those that cannot move need nothing.
     void leaveAlone(const DocumentSketch& sketch, const DocumentDiagnosis& given) {
         m_isAlone.assign(m_document.entities.size(), false);
@@ -197,12 +214,11 @@ private:
         const Inference found = inferConstraints(m_document, options);
         for (std::size_t i = m_document.constraints.size(); i < found.document.constraints.size(); ++i)
             addWithHalves(proposals, found.document.constraints[i]);
-        for (Proposal& upright : uprightProposals(m_document, kHoldsAsDrawn)) {
-            upright.reason = kAsDrawn;
-            proposals.push_back(std::move(upright));
-        }
-        for (Proposal& text : slantedTexts(m_document, kHoldsAsDrawn))
-            proposals.push_back(std::move(text));
+        for (auto directions : {uprightProposals, slantedTexts})
+            for (Proposal& direction : directions(m_document, kHoldsAsDrawn)) {
+                direction.reason = kAsDrawn;
+                proposals.push_back(std::move(direction));
+            }
         return proposals;
     }
 
@@ -360,29 +376,35 @@ private:
                 m_missing.stillFree.push_back(m_document.entities[i].id);
     }
 
-    /// How many constraints of the drawing with the first of those that are to be added the diagnosis finds too many.
-    std::size_t spareWith(std::size_t count) const {
+    /// The drawing with the first of what is to be added.
+    DocumentDiagnosis diagnosedWith(std::size_t count) const {
         Document document = m_document;
         for (std::size_t i = 0; i < count; ++i)
             add(document, m_missing.constraints[i].constraint);
-        return DocumentSketch(document).diagnose().redundant.size();
+        return DocumentSketch(document).diagnose();
     }
 
-    /// A point that comes to be shared makes another equation of a tangency, which then may say what is said already.
-    /// The first constraint with which that happens is refused from now on.
-    bool isOneRefused(const DocumentDiagnosis& given) {
-        const std::size_t spare = given.redundant.size();
-        const DocumentDiagnosis whole = DocumentSketch(soFar()).diagnose();
-        if (whole.redundant.size() <= spare) {
-            noteStillFree(whole);
-            return false;
-        }
+    /// The first of what is to be added with which the diagnosis finds more too much than before.
+    std::size_t firstTwiceSaid(std::size_t given) const {
         std::size_t good = 0, bad = m_missing.constraints.size();
         while (bad - good > 1) {
             const std::size_t middle = good + (bad - good) / 2;
-            (spareWith(middle) <= spare ? good : bad) = middle;
+            (diagnosedWith(middle).redundant.size() <= given ? good : bad) = middle;
         }
-        m_refused.insert(keyOf(m_missing.constraints[good].constraint));
+        return good;
+    }
+
+    /// A point that comes to be shared makes another equation of a tangency, which then may say what is said already.
+    /// What makes that happen is left out and refused from now on; false where nothing does.
+    bool leavesTwiceSaidOut(std::size_t given) {
+        for (int found = 0; found < kMostTwiceSaid; ++found) {
+            m_whole = diagnosedWith(m_missing.constraints.size());
+            if (m_whole.redundant.size() <= given)
+                return found > 0;
+            const auto culprit = m_missing.constraints.begin() + static_cast<std::ptrdiff_t>(firstTwiceSaid(given));
+            m_refused.insert(keyOf(culprit->constraint));
+            m_missing.constraints.erase(culprit);
+        }
         return true;
     }
 
@@ -395,14 +417,25 @@ private:
             }
     }
 
-    /// What the drawing can still do although first derivatives do not show it.
-    void noteStillFree(const DocumentDiagnosis& whole) {
-        if (!m_isWhole || !m_missing.stillFree.empty())
+    /// What the drawing can still do, whatever the first derivatives show of it.
+    void noteStillFree() {
+        if (!m_isWhole)
             return;
-        for (const DocumentDiagnosis::Part& part : whole.parts)
+        std::vector<std::string> free;
+        for (const DocumentDiagnosis::Part& part : m_whole.parts)
             for (const std::size_t number : part.entities)
                 if (part.freedom > 0 && !m_isAlone[number])
-                    m_missing.stillFree.push_back(m_document.entities[number].id);
+                    free.push_back(m_document.entities[number].id);
+        if (free.empty() || m_missing.stillFree.empty())
+            m_missing.stillFree = std::move(free);
+    }
+
+    /// Of the parts that hold.
+    int freedomLeft() const {
+        int freedom = 0;
+        for (const DocumentDiagnosis::Part& part : m_whole.parts)
+            freedom += m_isAlone[part.entities.front()] ? 0 : part.freedom;
+        return freedom;
     }
 
     static std::string keyOf(const Constraint& constraint) {
@@ -420,6 +453,7 @@ private:
     double m_size = 1.0, m_same = 0.0;
     std::optional<Datum> m_datum;
     std::unordered_set<std::string> m_refused;  ///< constraints that make others redundant
+    DocumentDiagnosis m_whole;                  ///< of the drawing with what is to be added
     Missing m_missing;
 };
 

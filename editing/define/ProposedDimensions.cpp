@@ -18,7 +18,6 @@ namespace holdfast::editing {
 namespace {
 
 constexpr const char* kStands = "its value as it stands";
-constexpr const char* kAsItStands = "it holds as drawn";
 
 Place placeOf(const Entity& entity, PlaceKind kind, std::size_t index = 0) {
     return {entity.id, kind, static_cast<int>(index)};
@@ -340,11 +339,9 @@ std::vector<Proposal> slantedTexts(const Document& document, double same) {
         if (text == nullptr || entity.fixed || uprightness(text->rotation).first <= same)
             continue;
         if (const auto along = lineAlong(lines, text->rotation, same))
-            found.push_back(
-                proposal(ConstraintType::parallel, {*along, placeOf(entity, PlaceKind::whole)}, kAsItStands));
+            found.push_back(proposal(ConstraintType::parallel, {*along, placeOf(entity, PlaceKind::whole)}, {}));
         else if (const auto across = lineAlong(lines, text->rotation + kQuarterTurn, same))
-            found.push_back(
-                proposal(ConstraintType::perpendicular, {*across, placeOf(entity, PlaceKind::whole)}, kAsItStands));
+            found.push_back(proposal(ConstraintType::perpendicular, {*across, placeOf(entity, PlaceKind::whole)}, {}));
     }
     return found;
 }

@@ -133,6 +133,46 @@ TEST(ChamferPolylineWithCurve, CutsBothOffAndTiesALineBetween) {
     }
 }
 
+/// Two polylines whose last segments would meet in (20, 0).
+Document twoWires() {
+    Document document = wireAtWall();
+    document.entities[1] =
+        shapeEntity("wall", PolylineShape{{{9, 30}, {20, 30}, {20, 3}}, {0, 0, 0}, {4, 5, 6}, false});
+    document.constraints.push_back(constraintOf("c2", ConstraintType::vertical, {{"wall", PlaceKind::segment, 1}}));
+    return document;
+}
+
+TEST(ChamferTwoPolylines, JoinsThemWithASegmentBetween) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"chamfer p wall by 2 4", "c0 p.segment:0; c1 p.segment:1; c2 p.segment:3"},
+        {"chamfer wall p by 4 2", "c0 wall.segment:4; c1 wall.segment:3; c2 wall.segment:1"}};
+    for (const auto& [edit, places] : rows) {
+        Session session(twoWires());
+        EXPECT_EQ(session.apply(edit).outcome.error, "");
+        ASSERT_EQ(session.document().entities.size(), 1u) << edit;
+        const std::string joined = session.document().entities[0].id;
+        EXPECT_EQ(verticesOf(session, joined),
+                  joined == "p" ? "0,9 0,0 18,0 20,4 20,30 9,30" : "9,30 20,30 20,4 18,0 0,0 0,9");
+        EXPECT_EQ(placesOf(session), places) << edit;
+        EXPECT_EQ(session.apply("undo").outcome.error, "");
+        EXPECT_EQ(withoutVertexNumbers(session.document()), withoutVertexNumbers(twoWires()));
+    }
+}
+
+TEST(ChamferTwoPolylines, RefusesWhatMeetsTooFarAway) {
+    Document document = twoWires();
+    std::get<PolylineShape>(document.entities[1].shape).vertices = {{0, 30}, {0, 5}, {15, 5 - 1e-5}};
+    document.constraints.clear();
+    document.entities.push_back(lineEntity("level", {5, -3}, {15, -3 + 1e-5}));
+    const RefusedEdit rows[] = {
+        {"chamfer p wall by 1", "p and wall are as good as parallel: they would meet 7.49998e+06 away"},
+        {"fillet p wall radius 0", "p and wall are as good as parallel: they would meet 7.49999e+06 away"},
+        {"chamfer p level by 1", "p and level are as good as parallel: they would meet 2.99999e+06 away"},
+        {"fillet level p radius 0", "p and level are as good as parallel: they would meet 2.99999e+06 away"},
+    };
+    expectRefused(document, rows);
+}
+
 TEST(ChamferEdit, LeavesAPointAtTheCornerOnRequest) {
     Session curves(frameDrawing()), polyline(stair());
     EXPECT_EQ(curves.apply("chamfer base left by 2 keep corner").outcome.error, "");
@@ -178,7 +218,6 @@ TEST(ChamferEdit, SaysWhatIsWrong) {
         {"chamfer base base by 1", "base cannot be chamfered with itself; name two curves"},
         {"chamfer ring base by 1", "ring is closed and has no end to chamfer; break it first"},
         {"chamfer p p by 1", "name a corner to chamfer p with itself: chamfer p corner I by LENGTH"},
-        {"chamfer p q by 1", "p and q are polylines; join them first and chamfer the corner"},
         {"chamfer ring base by 1 keep corner", "ring is closed and has no end to chamfer; break it first"},
         {"chamfer flat level by 1", "flat and level are as good as parallel: they would meet 4.99999e+06 away"},
         {"chamfer base corner 1 by 1", "base is no polyline; name the two curves whose corner is to be chamfered"},

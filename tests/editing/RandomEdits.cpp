@@ -4,7 +4,9 @@
 #include <cmath>
 
 #include "document/EntityIndex.h"
+#include "document/Names.h"
 #include "document/Places.h"
+#include "editing/EditContext.h"
 #include "editing/commands/values/Properties.h"
 #include "geometry/GeometryError.h"
 #include "geometry/construction/Extending.h"
@@ -58,16 +60,23 @@ bool meet(const Shape& a, const Shape& b) {
     });
 }
 
+/// What a dimension says, as users give it.
+double saidBy(const Constraint& dimension) {
+    return spokenValue(dimension.type, *dimension.value);
+}
+
 }  // namespace
 
 std::string RandomEdits::next(const Document& document) {
     using Maker = std::string (RandomEdits::*)(const Document&);
-    static constexpr std::array<Maker, 18> makers{
-        &RandomEdits::breakEdit,  &RandomEdits::trimEdit,     &RandomEdits::extendEdit,  &RandomEdits::filletEdit,
-        &RandomEdits::joinEdit,   &RandomEdits::lengthenEdit, &RandomEdits::stretchEdit, &RandomEdits::mirrorEdit,
-        &RandomEdits::alignEdit,  &RandomEdits::rotateEdit,   &RandomEdits::dragEdit,    &RandomEdits::setEdit,
-        &RandomEdits::moveEdit,   &RandomEdits::copyEdit,     &RandomEdits::scaleEdit,   &RandomEdits::chamferEdit,
-        &RandomEdits::offsetEdit, &RandomEdits::explodeEdit};
+    static constexpr std::array<Maker, 26> makers{
+        &RandomEdits::breakEdit,     &RandomEdits::trimEdit,     &RandomEdits::extendEdit,    &RandomEdits::filletEdit,
+        &RandomEdits::joinEdit,      &RandomEdits::lengthenEdit, &RandomEdits::stretchEdit,   &RandomEdits::mirrorEdit,
+        &RandomEdits::alignEdit,     &RandomEdits::rotateEdit,   &RandomEdits::dragEdit,      &RandomEdits::setEdit,
+        &RandomEdits::moveEdit,      &RandomEdits::copyEdit,     &RandomEdits::scaleEdit,     &RandomEdits::chamferEdit,
+        &RandomEdits::offsetEdit,    &RandomEdits::explodeEdit,  &RandomEdits::drawEdit,      &RandomEdits::eraseEdit,
+        &RandomEdits::constrainEdit, &RandomEdits::deleteEdit,   &RandomEdits::dimensionEdit, &RandomEdits::formulaEdit,
+        &RandomEdits::parameterEdit, &RandomEdits::defineEdit};
     if (chance(0.1))
         return chance(0.7) ? "undo" : "redo";
     for (int tries = 0; tries < 20; ++tries) {
@@ -295,7 +304,8 @@ std::string RandomEdits::copyEdit(const Document& document) {
     const double size = sizeOf(anyEntity(document).shape);
     if (chance(0.5))
         return names + " around " + vector(size) + " by " + (chance(0.5) ? "90" : number(between(-180, 180)));
-    return names + " by " + vector(size) + (chance(0.2) ? " times 2 and by " + vector(size) : "");
+    return names + " by " + vector(size) + (chance(0.2) ? " times 2 and by " + vector(size) : "") +
+           (chance(0.4) ? " linked" : "");
 }
 
 std::string RandomEdits::scaleEdit(const Document& document) {
@@ -307,8 +317,9 @@ std::string RandomEdits::chamferEdit(const Document& document) {
     const Entity* curve = anyCurve(document);
     if (curve == nullptr)
         return "";
-    const std::string by = " by " + number(sizeOf(curve->shape) * between(0.01, 0.3));
-    if (const auto* polyline = std::get_if<PolylineShape>(&curve->shape))
+    const std::string by =
+        " by " + number(sizeOf(curve->shape) * between(0.01, 0.3)) + (chance(0.2) ? " keep corner" : "");
+    if (const auto* polyline = std::get_if<PolylineShape>(&curve->shape); polyline != nullptr && chance(0.7))
         return "chamfer " + curve->id + " corner " + std::to_string(below(polyline->vertices.size())) + by;
     return "chamfer " + curve->id + " " + partnerOf(document, *curve).id + by;
 }
@@ -322,6 +333,149 @@ std::string RandomEdits::explodeEdit(const Document& document) {
     const Entity* curve = anyCurve(document);
     const bool isPolyline = curve != nullptr && std::holds_alternative<PolylineShape>(curve->shape);
     return isPolyline ? "explode " + curve->id : "";
+}
+
+std::string RandomEdits::drawEdit(const Document& document) {
+    const Entity& near = anyEntity(document);
+    const double size = sizeOf(near.shape);
+    const std::string from = chance(0.4) ? pointOf(near) : vector(size);
+    const std::string how = chance(0.2) ? " construction" : "";
+    switch (below(7)) {
+        case 0:
+            return "draw circle " + from + " radius " + number(size * between(0.05, 0.5)) + how;
+        case 1:
+            return "draw polyline " + from + " " + vector(size) + " bulge " + number(between(-1.0, 1.0)) + " " +
+                   vector(size) + " " + vector(size) + (chance(0.3) ? " closed" : "") + how;
+        case 2:
+            return "draw arc centre 0,0 from " + number(between(0.1, 1.0) * size) + ",0 to " + vector(size) + how;
+        case 3:
+            return "draw point " + vector(size) + how;
+        case 4:
+            return "draw spline " + from + " " + vector(size) + " " + vector(size) + " " + vector(size) + how;
+        default:
+            return "draw line " + from + " " + vector(size) + how;
+    }
+}
+
+/// Of a drawing with few entities nothing is left soon, and the session ends.
+std::string RandomEdits::eraseEdit(const Document& document) {
+    return document.entities.size() < 4 ? "" : "erase " + someEntities(document);
+}
+
+std::string RandomEdits::pieceOf(const Entity& entity) {
+    const auto* polyline = std::get_if<PolylineShape>(&entity.shape);
+    return polyline == nullptr
+               ? entity.id
+               : spokenPlace({entity.id, PlaceKind::segment, static_cast<int>(below(polyline->vertices.size()))});
+}
+
+std::string RandomEdits::pointOf(const Entity& entity) {
+    static constexpr std::array<PlaceKind, 7> kinds{PlaceKind::start,     PlaceKind::end,     PlaceKind::centre,
+                                                    PlaceKind::mid,       PlaceKind::control, PlaceKind::segmentStart,
+                                                    PlaceKind::segmentEnd};
+    for (int tries = 0; tries < 20; ++tries)
+        if (const Place place{entity.id, kinds[below(kinds.size())], static_cast<int>(chance(0.5) ? 0 : below(4))};
+            hasPlace(entity.shape, place))
+            return spokenPlace(place);
+    return entity.id;
+}
+
+std::string RandomEdits::constraintOfOne(const Document& document) {
+    static constexpr std::array<std::string_view, 7> kinds{"horizontal", "vertical", "fixed", "distance",
+                                                           "radius",     "diameter", "angle"};
+    const Entity& entity = anyEntity(document);
+    const std::string kind = oneOf(kinds);
+    return kind + " " + (kind == "fixed" && chance(0.7) ? pointOf(entity) : pieceOf(entity));
+}
+
+std::string RandomEdits::constraintOfTwo(const Document& document) {
+    static constexpr std::array<std::string_view, 7> kinds{"parallel",  "perpendicular", "equal", "tangent",
+                                                           "collinear", "distance",      "angle"};
+    const Entity& entity = anyEntity(document);
+    return oneOf(kinds) + " " + pieceOf(entity) + " " + pieceOf(partnerOf(document, entity));
+}
+
+std::string RandomEdits::constraintOfPoints(const Document& document) {
+    static constexpr std::array<std::string_view, 7> kinds{"coincident", "concentric", "horizontal", "vertical",
+                                                           "distance",   "distance_x", "distance_y"};
+    const Entity& entity = anyEntity(document);
+    return oneOf(kinds) + " " + pointOf(entity) + " " +
+           pointOf(chance(0.5) ? partnerOf(document, entity) : anyEntity(document));
+}
+
+std::string RandomEdits::constraintOfMixed(const Document& document) {
+    const Entity &entity = anyEntity(document), &other = anyEntity(document);
+    static constexpr std::array<std::string_view, 3> kinds{"point_on_curve", "midpoint", "distance"};
+    if (chance(0.7))
+        return oneOf(kinds) + " " + pointOf(entity) + " " + pieceOf(other);
+    return "symmetric " + pointOf(entity) + " " + pointOf(other) + " " + pieceOf(anyEntity(document));
+}
+
+/// Of every kind; what cannot be between its places is refused.
+std::string RandomEdits::constrainEdit(const Document& document) {
+    using Maker = std::string (RandomEdits::*)(const Document&);
+    static constexpr std::array<Maker, 4> makers{&RandomEdits::constraintOfOne, &RandomEdits::constraintOfTwo,
+                                                 &RandomEdits::constraintOfPoints, &RandomEdits::constraintOfMixed};
+    const std::string what = (this->*makers[below(makers.size())])(document);
+    const bool takesLength = what.starts_with("distance") || what.starts_with("radius") || what.starts_with("diameter");
+    const std::string value =
+        takesLength && chance(0.3) ? " " + number(sizeOf(anyEntity(document).shape) * between(0.2, 1.0)) : "";
+    return "constrain " + what + value + (chance(0.1) ? " anyway" : "");
+}
+
+std::string RandomEdits::deleteEdit(const Document& document) {
+    if (!document.parameters.empty() && chance(0.1))
+        return "delete " + document.parameters[below(document.parameters.size())].name;
+    if (document.constraints.empty())
+        return "";
+    return "delete " + document.constraints[below(document.constraints.size())].id;
+}
+
+const Constraint* RandomEdits::anyDimension(const Document& document) {
+    for (int tries = 0; tries < 20 && !document.constraints.empty(); ++tries)
+        if (const Constraint& constraint = document.constraints[below(document.constraints.size())];
+            isDimension(constraint.type) && constraint.value && constraint.active)
+            return &constraint;
+    return nullptr;
+}
+
+std::string RandomEdits::dimensionEdit(const Document& document) {
+    const Constraint* dimension = anyDimension(document);
+    if (dimension == nullptr)
+        return "";
+    if (chance(0.2))
+        return "set " + dimension->id + (dimension->driving ? " measured" : " driving");
+    return "set " + dimension->id + " " + number(saidBy(*dimension) * between(0.8, 1.25));
+}
+
+std::string RandomEdits::formulaEdit(const Document& document) {
+    const Constraint *dimension = anyDimension(document), *other = anyDimension(document);
+    if (dimension == nullptr || other == nullptr)
+        return "";
+    const std::string edit = "set " + dimension->id + " = ";
+    if (!document.parameters.empty() && chance(0.6))
+        return edit + document.parameters[below(document.parameters.size())].name + " * " + number(saidBy(*dimension));
+    if (saidBy(*other) == 0.0)
+        return "";
+    return edit + "\"" + other->id + "\" * " + number(saidBy(*dimension) / saidBy(*other));
+}
+
+/// Plain numbers about 1, which formulas multiply.
+std::string RandomEdits::parameterEdit(const Document&) {
+    return "parameter factor" + std::to_string(below(3)) + " = " + number(between(0.8, 1.25));
+}
+
+/// Of a few entities: what is fully determined hardly lets itself be edited.
+std::string RandomEdits::defineEdit(const Document& document) {
+    return "define " + someEntities(document) + (chance(0.2) ? " rounded 3" : "");
+}
+
+std::string RandomEdits::linkedCopy(const Document& document) {
+    const Entity& entity = anyEntity(document);
+    const Entity& partner = partnerOf(document, entity);
+    const std::string names = partner.id == entity.id ? entity.id : entity.id + " " + partner.id;
+    return "copy " + names + " by " + number(2.0 * sizeOf(entity.shape)) + ",0" + (chance(0.3) ? " times 2" : "") +
+           " linked";
 }
 
 }  // namespace holdfast::editing

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <random>
 #include <string>
+#include <string_view>
 
 #include "document/Document.h"
 #include "editing/Uses.h"
@@ -16,6 +18,8 @@ public:
     explicit RandomEdits(unsigned seed) : m_random(seed) {}
 
     std::string next(const Document& document);
+    /// Of an entity and what a constraint ties to it.
+    std::string linkedCopy(const Document& document);
 
 private:
     std::string breakEdit(const Document& document);
@@ -36,6 +40,25 @@ private:
     std::string chamferEdit(const Document& document);
     std::string offsetEdit(const Document& document);
     std::string explodeEdit(const Document& document);
+    std::string drawEdit(const Document& document);
+    std::string eraseEdit(const Document& document);
+    std::string constrainEdit(const Document& document);
+    std::string deleteEdit(const Document& document);
+    std::string dimensionEdit(const Document& document);
+    std::string formulaEdit(const Document& document);
+    std::string parameterEdit(const Document& document);
+    std::string defineEdit(const Document& document);
+    /// Constraints on one piece, on two, on points, and on all that.
+    std::string constraintOfOne(const Document& document);
+    std::string constraintOfTwo(const Document& document);
+    std::string constraintOfPoints(const Document& document);
+    std::string constraintOfMixed(const Document& document);
+    /// A whole curve, or a segment of a polyline, as it is typed.
+    std::string pieceOf(const Entity& entity);
+    /// An end, a centre, a middle or a vertex as it is typed, or the whole entity where it has none.
+    std::string pointOf(const Entity& entity);
+    /// A dimension that may be changed, or null when a few tries find none.
+    const Constraint* anyDimension(const Document& document);
     /// One name or two, with blanks between them.
     std::string someEntities(const Document& document);
 
@@ -55,6 +78,10 @@ private:
     std::string number(double value);
     std::string point(Vec2 p);
     std::string vector(double size);
+    template <std::size_t N>
+    std::string oneOf(const std::array<std::string_view, N>& words) {
+        return std::string(words[below(N)]);
+    }
 
     std::mt19937 m_random;
 };

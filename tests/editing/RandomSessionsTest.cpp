@@ -15,9 +15,11 @@
 
 #include "document/Polylines.h"
 #include "document/checks/DocumentCheck.h"
+#include "document/formulas/Calculation.h"
 #include "editing/Refusal.h"
 #include "editing/Session.h"
 #include "formats/FileIo.h"
+#include "formats/json/JsonWriter.h"
 #include "geometry/GeometryError.h"
 #include "geometry/curves/Soundness.h"
 #include "host/model/HostAudit.h"
@@ -96,6 +98,18 @@ std::string collapsedBy(const EditResult& result) {
     return {};
 }
 
+/// What is calculated is what its formula comes to; empty when it is.
+std::string faultOfFormulas(const Document& after) {
+    Document calculated = after;
+    if (!recalculate(calculated))
+        return {};
+    for (std::size_t i = 0; i < after.constraints.size(); ++i)
+        if (const Constraint& is = after.constraints[i];
+            is.value && !agrees(*is.value, *calculated.constraints[i].value))
+            return spokenConstraint(is) + " is not what its formula comes to";
+    return {};
+}
+
 /// A refusal speaks of the edit and its entities, not of a shape without a name, as the checks of shapes do.
 std::string faultOfRefusal(const std::string& error) {
     static constexpr std::array<std::string_view, 8> kinds{"line",           "arc",    "circle",   "ellipse",
@@ -128,14 +142,16 @@ public:
             return went(m_undone, m_states, before) ? "" : "redo did not bring the edit back";
         m_states.push_back(before);
         m_undone.clear();
-        const std::string collapse = collapsedBy(result);
-        return collapse.empty() ? faultAfter(before, document()) : collapse;
+        for (std::string fault : {collapsedBy(result), faultAfter(before, document()), faultOfFormulas(document())})
+            if (!fault.empty())
+                return fault;
+        return {};
     }
 
 private:
     /// True when the drawing is as the one list has it, here and in the host; the other gets what it was.
     bool went(std::vector<Document>& back, std::vector<Document>& forth, const Document& before) {
-        const bool isThere = document() == back.back() &&
+        const bool isThere = document() == back.back() && jsonText(document()) == jsonText(back.back()) &&
                              withoutVertexNumbers(m_session.drawing().document()) == withoutVertexNumbers(document());
         back.pop_back();
         forth.push_back(before);
@@ -214,10 +230,13 @@ void runSessions(std::size_t stride, const std::string& opening, const Reader& r
     for (std::size_t i = 0; i < files.size(); i += stride)
         runSession(read(files[i]), opening + files[i].filename().string(), seed * 100003 + static_cast<unsigned>(i),
                    editCount, tally);
+    int done = 0;
     for (const auto& [verb, counts] : tally.byVerb) {
+        done += counts.first;
         std::cout << verb << ": " << counts.first << " done, " << counts.second << " refused\n";
         EXPECT_TRUE(counts.first > 0 || counts.second < kManyTries) << verb << " was never done";
     }
+    std::cout << done << " edits done in all\n";
 }
 
 TEST(RandomSessions, KeepTheNetworkTrueEditByEdit) {

@@ -10,6 +10,7 @@
 #include "editing/Refusal.h"
 #include "editing/Session.h"
 #include "formats/FileIo.h"
+#include "geometry/Tolerances.h"
 #include "hosting/DocumentSketch.h"
 #include "tests/support/DrawingFolder.h"
 
@@ -36,6 +37,13 @@ std::set<std::string> redundantIn(const Document& document) {
     return ids;
 }
 
+/// What contradicts itself is no freer than it should be: nothing is added to it, which is told.
+bool holdsItself(const Document& document) {
+    const DocumentSketch sketch(document);
+    const std::vector<double> misses = sketch.shortfalls();
+    return *std::max_element(misses.begin(), misses.end()) <= kHolds * sketch.size();
+}
+
 /// What is wrong with a drawing that was to be finished; empty: nothing.
 std::string faultOf(const Document& before, Session& session) {
     const EditResult& result = session.apply("define");
@@ -46,12 +54,15 @@ std::string faultOf(const Document& before, Session& session) {
     for (std::size_t i = 0; i < before.entities.size(); ++i)
         if (!(before.entities[i].shape == after.entities[i].shape))
             fault += " " + before.entities[i].id + " moved;";
-    const std::set<std::string> was = redundantIn(before);
-    for (const std::string& id : redundantIn(after))
-        if (!was.contains(id))
+    // Which of two that say the same is named is a choice; how many are is none.
+    const std::set<std::string> was = redundantIn(before), is = redundantIn(after);
+    for (const std::string& id : is)
+        if (is.size() > was.size() && !was.contains(id))
             for (const Constraint& constraint : after.constraints)
                 if (constraint.id == id)
                     fault += " " + spokenConstraint(constraint) + " is redundant;";
+    if (!holdsItself(before))
+        return result.outcome.remarks.empty() ? fault + " what does not hold is not told;" : fault;
     const int freedomBefore = DocumentSketch(before).diagnose().freedom;
     for (const std::string& remark : result.outcome.remarks)
         if (freedomBefore > 0)

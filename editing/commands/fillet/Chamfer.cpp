@@ -41,14 +41,11 @@ struct ChamferSides {
 ChamferSides chamferSidesOf(const Chamfer& edit, const Drawing& drawing, std::vector<std::string>* remarks = nullptr) {
     ChamferSides sides{sideOf(edit.first, drawing), sideOf(edit.second, drawing)};
     auto& [a, b] = sides;
-    const bool isPolyline = std::holds_alternative<PolylineShape>(a.shape);
-    if (isPolyline && std::holds_alternative<PolylineShape>(b.shape))
-        throw EditError(a.name == b.name
+    if (a.name == b.name)
+        throw EditError(std::holds_alternative<PolylineShape>(a.shape)
                             ? "name a corner to chamfer " + a.name + " with itself: chamfer " + a.name +
                                   " corner I by LENGTH"
-                            : a.name + " and " + b.name + " are polylines; join them first and chamfer the corner");
-    if (a.name == b.name)
-        throw EditError(a.name + " cannot be chamfered with itself; name two curves");
+                            : a.name + " cannot be chamfered with itself; name two curves");
     if (edit.picks) {
         a.pick = pickOn(a, edit.picks->first, remarks);
         b.pick = pickOn(b, edit.picks->second, remarks);
@@ -62,6 +59,8 @@ struct ResolvedChamfer {
     CurveChamfer chamfer;
     std::optional<PolylineSide> polyline{};  ///< a is a segment of this one
     FilletedSegment segment{};
+    std::optional<PolylineSide> otherPolyline{};  ///< and b of this one
+    FilletedSegment otherSegment{};
 };
 
 PolylineSide polylineToChamfer(const FilletSide& side) {
@@ -73,10 +72,28 @@ PolylineSide polylineToChamfer(const FilletSide& side) {
     return {side.name, polyline, side.pick};
 }
 
+FilletedSegment segmentToChamfer(const PolylineSide& polyline, CurveEnd end) {
+    FilletedSegment segment = filletedSegment(polyline, end);
+    segment.side.verb = "chamfer";
+    return segment;
+}
+
+ResolvedChamfer chamferOfPolylines(FilletSide a, FilletSide b, const Lengths& by) {
+    PolylineSide first = polylineToChamfer(a), second = polylineToChamfer(b);
+    const FacingEnds ends = facingEnds(first.shape, second.shape);
+    FilletedSegment segment = segmentToChamfer(first, ends.first), other = segmentToChamfer(second, ends.second);
+    CurveChamfer chamfer = chamferCurves(segment.side, other.side, by.first, by.second);
+    return {std::move(a),       std::move(b),      std::move(chamfer), std::move(first),
+            std::move(segment), std::move(second), std::move(other)};
+}
+
 ResolvedChamfer resolved(const Chamfer& edit, const Drawing& drawing, std::vector<std::string>* remarks = nullptr) {
     auto [a, b] = chamferSidesOf(edit, drawing, remarks);
     Lengths by = requireLengths(edit.by);
-    if (std::holds_alternative<PolylineShape>(b.shape)) {
+    const bool isSecondPolyline = std::holds_alternative<PolylineShape>(b.shape);
+    if (isSecondPolyline && std::holds_alternative<PolylineShape>(a.shape))
+        return chamferOfPolylines(std::move(a), std::move(b), by);
+    if (isSecondPolyline) {
         std::swap(a, b);
         std::swap(by.first, by.second);
     }
@@ -85,8 +102,7 @@ ResolvedChamfer resolved(const Chamfer& edit, const Drawing& drawing, std::vecto
         return {std::move(a), std::move(b), std::move(chamfer)};
     }
     PolylineSide polyline = polylineToChamfer(a);
-    FilletedSegment segment = filletedSegment(polyline, endTowards(polyline.shape, b.shape));
-    segment.side.verb = a.verb;
+    FilletedSegment segment = segmentToChamfer(polyline, endTowards(polyline.shape, b.shape));
     CurveChamfer chamfer = chamferCurves(segment.side, b, by.first, by.second);
     return {std::move(a), std::move(b), std::move(chamfer), std::move(polyline), std::move(segment)};
 }
@@ -108,19 +124,10 @@ Place endOf(const std::string& name, CurveEnd end) {
     return {name, end == CurveEnd::start ? PlaceKind::start : PlaceKind::end};
 }
 
-/// A curve of another kind than before was endless, and has been picked where it is to stay.
-void refuseFarCorner(EditContext& context, const std::string& name, const std::string& other, const Shape& was,
-                     const Shape& is, CurveEnd end) {
-    if (was.index() != is.index())
-        return;
-    const auto at = [end](const Shape& shape) { return end == CurveEnd::start ? startPoint(shape) : endPoint(shape); };
-    refuseFarMeeting(context, at(was), at(is), name, other);
-}
-
 /// The module judges what the cuts made false as it does for a fillet without an arc.
 void chamferTwoCurves(EditContext& context, const FilletSide& a, const FilletSide& b, const CurveChamfer& chamfer) {
-    refuseFarCorner(context, a.name, b.name, a.shape, chamfer.first, chamfer.firstEnd);
-    refuseFarCorner(context, b.name, a.name, b.shape, chamfer.second, chamfer.secondEnd);
+    refuseFarCorner(context, {a.name, b.name}, a.shape, chamfer.first, chamfer.firstEnd);
+    refuseFarCorner(context, {b.name, a.name}, b.shape, chamfer.second, chamfer.secondEnd);
     const auto [first, second, line] = leadTogether(context, a, chamfer.first, b, chamfer.second, chamfer.line);
     tie(context, {line, PlaceKind::start}, endOf(first, chamfer.firstEnd));
     tie(context, {line, PlaceKind::end}, endOf(second, chamfer.secondEnd));
@@ -130,7 +137,8 @@ void chamferWithPolyline(EditContext& context, const ResolvedChamfer& found) {
     const CurveChamfer& chamfer = found.chamfer;
     const auto [polyline, curve, line] = leadPolyline(
         context, *found.polyline, found.b,
-        {found.segment, chamfer.first, chamfer.firstEnd, chamfer.second, Shape(chamfer.line)}, "chamfered");
+        {found.segment, chamfer.first, chamfer.firstEnd, chamfer.second, chamfer.secondEnd, Shape(chamfer.line)},
+        "chamfered");
     const double near = kSamePoint * context.drawing.extent();
     if (const auto end = endAt(polyline, context.drawing.shape(polyline), chamfer.line.start, near))
         tie(context, {line, PlaceKind::start}, *end);
@@ -154,7 +162,10 @@ void require(const ChamferCorner& edit, const Drawing& drawing) {
 void perform(const Chamfer& edit, EditContext& context) {
     const ResolvedChamfer found = resolved(edit, context.drawing, &context.remarks);
     const std::optional<Vec2> corner = edit.keepCorner ? std::optional(cornerOf(found.a, found.b)) : std::nullopt;
-    if (found.polyline)
+    if (found.otherPolyline)
+        chamferPolylines(context, *found.polyline, *found.otherPolyline,
+                         {found.segment, found.otherSegment, found.chamfer});
+    else if (found.polyline)
         chamferWithPolyline(context, found);
     else
         chamferTwoCurves(context, found.a, found.b, found.chamfer);

@@ -3,17 +3,8 @@
 #include "commands/fillet/ConstraintFilletCmdCenter.h"
 #include "editing/Evaluation.h"
 #include "editing/FarPlaces.h"
-#include "geometry/curves/Parameters.h"
 
 namespace holdfast::editing {
-
-namespace {
-
-std::optional<Vec2> endOf(const Shape& shape, CurveEnd end) {
-    return end == CurveEnd::start ? startPoint(shape) : endPoint(shape);
-}
-
-}  // namespace
 
 std::string addBetween(EditContext& context, const Shape& shape, const std::string& first, const std::string& second) {
     return context.drawing.add(shape, context.drawing.isConstruction(first) ? second : first);
@@ -50,8 +41,8 @@ LedTogether leadTogether(EditContext& context, const FilletSide& a, const Shape&
 
 void filletTwoCurves(EditContext& context, const FilletSide& a, const FilletSide& b, double radius) {
     const CurveFillet fillet = filletCurves(a, b, radius);
-    refuseFarMeeting(context, endOf(a.shape, fillet.firstEnd), endOf(fillet.first, fillet.firstEnd), a.name, b.name);
-    refuseFarMeeting(context, endOf(b.shape, fillet.secondEnd), endOf(fillet.second, fillet.secondEnd), a.name, b.name);
+    refuseFarCorner(context, {a.name, b.name}, a.shape, fillet.first, fillet.firstEnd);
+    refuseFarCorner(context, {a.name, b.name}, b.shape, fillet.second, fillet.secondEnd);
     leadTogether(context, a, fillet.first, b, fillet.second, fillet.arc);
 }
 

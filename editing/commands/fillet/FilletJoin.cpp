@@ -1,7 +1,9 @@
 #include <algorithm>
 
 #include "editing/Evaluation.h"
+#include "editing/FarPlaces.h"
 #include "editing/SegmentNames.h"
+#include "editing/commands/fillet/ChamferGeometry.h"
 #include "editing/commands/fillet/FilletPolyline.h"
 #include "editing/commands/join/OpenPolyline.h"
 #include "geometry/curves/Polylines.h"
@@ -10,7 +12,7 @@ namespace holdfast::editing {
 
 namespace {
 
-/// One of two polylines that a fillet joins.
+/// One of two polylines that a fillet or chamfer joins.
 struct JoinSide {
     std::string name;
     PolylineCut cut;
@@ -54,29 +56,31 @@ void append(std::vector<T>& list, const std::vector<T>& more, std::size_t from) 
     list.insert(list.end(), more.begin() + static_cast<std::ptrdiff_t>(from), more.end());
 }
 
-/// The second behind the first, its vertices with identifier 0. Without an arc the last vertex of the first is the
-/// first of the second.
-PolylineShape joined(PolylineShape first, const PolylineShape& second, double arcBulge) {
-    const bool shared = arcBulge == 0.0;
-    first.bulges.back() = shared ? second.bulges.front() : arcBulge;
+/// The second behind the first, its vertices with identifier 0. Without a segment between them, which is told by its
+/// bulge, the last vertex of the first is the first of the second.
+PolylineShape joined(PolylineShape first, const PolylineShape& second, const std::optional<double>& between) {
+    const bool shared = !between;
+    first.bulges.back() = shared ? second.bulges.front() : *between;
     append(first.vertices, second.vertices, shared ? 1 : 0);
     append(first.bulges, second.bulges, shared ? 1 : 0);
     first.ids.resize(first.vertices.size(), 0);
     return first;
 }
 
-void join(EditContext& context, const JoinSide& first, const JoinSide& second, double arcBulge) {
+/// `done` says what was done in the reasons of what goes.
+void join(EditContext& context, const JoinSide& first, const JoinSide& second, const std::optional<double>& between,
+          const std::string& done) {
     Drawing& drawing = context.drawing;
     context.edited = {first.name, second.name};
-    context.reasons.noteEdited(first.name, "filleted");
-    context.reasons.noteEdited(second.name, "filleted", {first.name});
+    context.reasons.noteEdited(first.name, done);
+    context.reasons.noteEdited(second.name, done, {first.name});
     ConstraintFilletCmdCenter centre;
     moveEnds(centre, drawing, first, second);
     {
         const OpenPolyline openFirst(drawing, first.name), openSecond(drawing, second.name);
         centre.setTwoPolyLineCloneDate(openFirst.get(), openSecond.get());
         drawing.write(first.name,
-                      joined(inJoinedDirection(drawing, first), inJoinedDirection(drawing, second), arcBulge));
+                      joined(inJoinedDirection(drawing, first), inJoinedDirection(drawing, second), between));
         centre.setTwoPolyLineConstraint(openFirst.get(), first.turned, openSecond.get(), !second.turned);
     }
     context.reasons.noteAtOnce(drawing);
@@ -94,13 +98,26 @@ void filletPolylines(EditContext& context, const PolylineSide& first, const Poly
     const FacingEnds ends = facingEnds(first.shape, second.shape);
     const FilletedSegment a = filletedSegment(first, ends.first), b = filletedSegment(second, ends.second);
     const CurveFillet fillet = filletCurves(a.side, b.side, radius);
+    refuseFarCorner(context, {first.name, second.name}, a.side.shape, fillet.first, fillet.firstEnd);
+    refuseFarCorner(context, {second.name, first.name}, b.side.shape, fillet.second, fillet.secondEnd);
     const CutSegment cutA = cutSegment(a.side.name, first.shape, a.segment, fillet.first, fillet.firstEnd);
     CutSegment cutB = cutSegment(b.side.name, second.shape, b.segment, fillet.second, fillet.secondEnd);
     if (!fillet.arc)
         cutB.point = cutA.point;  // one vertex, to the last bit
     join(context, {first.name, cutAt(first, a.segment, cutA), cutA.moved == CurveEnd::start},
          {second.name, cutAt(second, b.segment, cutB), cutB.moved == CurveEnd::end},
-         fillet.arc ? bulgeFrom(*fillet.arc, cutA.point) : 0.0);
+         fillet.arc ? std::optional(bulgeFrom(*fillet.arc, cutA.point)) : std::nullopt, "filleted");
+}
+
+void chamferPolylines(EditContext& context, const PolylineSide& first, const PolylineSide& second,
+                      const PolylineChamfer& found) {
+    const auto& [a, b, chamfer] = found;
+    refuseFarCorner(context, {first.name, second.name}, a.side.shape, chamfer.first, chamfer.firstEnd);
+    refuseFarCorner(context, {second.name, first.name}, b.side.shape, chamfer.second, chamfer.secondEnd);
+    const CutSegment cutA = cutSegment(a.side.name, first.shape, a.segment, chamfer.first, chamfer.firstEnd);
+    const CutSegment cutB = cutSegment(b.side.name, second.shape, b.segment, chamfer.second, chamfer.secondEnd);
+    join(context, {first.name, cutAt(first, a.segment, cutA), cutA.moved == CurveEnd::start},
+         {second.name, cutAt(second, b.segment, cutB), cutB.moved == CurveEnd::end}, 0.0, "chamfered");
 }
 
 }  // namespace holdfast::editing

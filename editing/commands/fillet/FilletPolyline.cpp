@@ -1,6 +1,7 @@
 #include "editing/commands/fillet/FilletPolyline.h"
 
 #include "editing/Evaluation.h"
+#include "editing/FarPlaces.h"
 #include "editing/SegmentNames.h"
 #include "editing/commands/fillet/FilletCurves.h"
 #include "editing/commands/join/OpenPolyline.h"
@@ -53,6 +54,8 @@ void filletWithin(EditContext& context, const std::string& polyline, const Segme
 LedTogether leadPolyline(EditContext& context, const PolylineSide& polyline, const FilletSide& curve,
                          const LedPair& pair, const std::string& done) {
     const std::size_t segment = pair.segment.segment;
+    refuseFarCorner(context, {polyline.name, curve.name}, pair.segment.side.shape, pair.first, pair.firstEnd);
+    refuseFarCorner(context, {curve.name, polyline.name}, curve.shape, pair.second, pair.secondEnd);
     const PolylineCut cut = cutAt(
         polyline, segment, cutSegment(pair.segment.side.name, polyline.shape, segment, pair.first, pair.firstEnd));
     Drawing& drawing = context.drawing;
@@ -84,7 +87,7 @@ LedTogether leadPolyline(EditContext& context, const PolylineSide& polyline, con
 void filletWithCurve(EditContext& context, const PolylineSide& polyline, const FilletSide& curve, double radius) {
     FilletedSegment segment = filletedSegment(polyline, endTowards(polyline.shape, curve.shape));
     const CurveFillet fillet = filletCurves(segment.side, curve, radius);
-    LedPair pair{std::move(segment), fillet.first, fillet.firstEnd, fillet.second};
+    LedPair pair{std::move(segment), fillet.first, fillet.firstEnd, fillet.second, fillet.secondEnd};
     if (fillet.arc)
         pair.between = *fillet.arc;
     leadPolyline(context, polyline, curve, pair, "filleted");

@@ -10,9 +10,12 @@
 #include <iostream>
 #include <map>
 
+#include "document/EntityIndex.h"
+#include "document/checks/ConstraintCheck.h"
 #include "editing/Refusal.h"
 #include "editing/Session.h"
 #include "formats/FileIo.h"
+#include "geometry/Tolerances.h"
 #include "hosting/DocumentSketch.h"
 #include "tests/editing/RandomEdits.h"
 #include "tests/support/DrawingFolder.h"
@@ -35,25 +38,33 @@ bool isCut(const std::string& edit) {
 
 /// Edits by the freedom that they add.
 struct Histogram {
-    std::map<int, std::array<int, 2>> counts;  ///< without ties, with ties
-    int edits = 0, ties = 0;
-    std::array<long, 2> sums{};
+    std::map<int, std::array<int, 3>> counts;  ///< without ties, with ties, what the edit needs
+    int edits = 0, ties = 0, beyondNeed = 0;
+    std::array<long, 3> sums{};
 
-    void add(int bare, int tied) {
+    void add(int bare, int tied, int needed) {
         ++edits;
-        ++counts[std::clamp(bare, -4, 12)][0];
-        ++counts[std::clamp(tied, -4, 12)][1];
-        sums[0] += bare;
-        sums[1] += tied;
+        beyondNeed += tied > needed ? 1 : 0;
+        const std::array<int, 3> all{bare, tied, needed};
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            ++counts[std::clamp(all[i], -4, 12)][i];
+            sums[i] += all[i];
+        }
     }
 
     void print() const {
-        std::cout << edits << " edits, " << ties << " constraints more with ties\nfreedom   without      with\n";
-        for (const auto& [freedom, both] : counts)
-            std::cout << std::setw(7) << freedom << std::setw(10) << both[0] << std::setw(10) << both[1] << '\n';
-        std::cout << "   mean" << std::setw(10) << std::setprecision(3)
-                  << static_cast<double>(sums[0]) / std::max(edits, 1) << std::setw(10)
-                  << static_cast<double>(sums[1]) / std::max(edits, 1) << '\n';
+        std::cout << edits << " edits, " << ties << " constraints more with ties, " << beyondNeed
+                  << " edits leave more freedom than they need\nfreedom   without      with    needed\n";
+        for (const auto& [freedom, all] : counts) {
+            std::cout << std::setw(7) << freedom;
+            for (const int count : all)
+                std::cout << std::setw(10) << count;
+            std::cout << '\n';
+        }
+        std::cout << "   mean" << std::setprecision(3);
+        for (const long sum : sums)
+            std::cout << std::setw(10) << static_cast<double>(sum) / std::max(edits, 1);
+        std::cout << '\n';
     }
 };
 
@@ -66,6 +77,44 @@ std::string told(const DocumentDiagnosis& diagnosis, const Document& after, cons
         if (std::find(before.constraints.begin(), before.constraints.end(), constraint) == before.constraints.end())
             text += "\n  added: " + spokenConstraint(constraint);
     return text;
+}
+
+/// What a cut leaves to be chosen whatever is tied: where a break is, how wide its gap, how large an arc.
+int ownNeedOf(const Edit& edit) {
+    if (const auto* cut = std::get_if<Break>(&edit))
+        return cut->to ? 2 : 1;
+    if (const auto* fillet = std::get_if<Fillet>(&edit))
+        return fillet->radius.value > 0.0 ? 1 : 0;
+    if (const auto* corner = std::get_if<FilletCorner>(&edit))
+        return corner->radius.value > 0.0 ? 1 : 0;
+    if (const auto* segments = std::get_if<FilletSegments>(&edit))
+        return segments->radius.value > 0.0 ? 1 : 0;
+    return 0;
+}
+
+int equationsOf(ConstraintType type) {
+    using enum ConstraintType;
+    return type == coincident || type == concentric || type == collinear || type == symmetric || type == midpoint ? 2
+                                                                                                                  : 1;
+}
+
+/// That, and what the constraints held that have become false. A common point at the cut is none of them: the new ends
+/// are tied instead.
+int needOf(const EditResult& result, const Document& before, const Document& after) {
+    int need = ownNeedOf(*result.edit);
+    Document alone = after;
+    for (const ConstraintOutcome& outcome : result.fates.constraints)
+        for (const Constraint& constraint : before.constraints) {
+            const bool isGone = outcome.fate == ConstraintFate::deleted && constraint.id == outcome.constraint;
+            if (!isGone || !constraint.driving || !constraint.active || constraint.type == ConstraintType::coincident)
+                continue;
+            alone.constraints.assign(1, constraint);
+            const bool isThere = !faultIn(constraint, EntityIndex(alone));
+            const DocumentSketch sketch(isThere ? alone : Document());
+            if (!isThere || sketch.shortfallOf(0) > kHolds * sketch.size())
+                need += equationsOf(constraint.type);
+        }
+    return need;
 }
 
 /// Compares one edit with ties and without. False for one that is refused.
@@ -84,7 +133,8 @@ bool compare(const Document& document, const DocumentDiagnosis& before, const st
     EXPECT_LE(with.redundant.size(), without.redundant.size())
         << "redundant ties after " << edit << told(with, tied.document(), document);
     EXPECT_LE(with.freedom, without.freedom) << edit;
-    histogram.add(without.freedom - before.freedom, with.freedom - before.freedom);
+    histogram.add(without.freedom - before.freedom, with.freedom - before.freedom,
+                  needOf(result, document, tied.document()));
     histogram.ties +=
         static_cast<int>(tied.document().constraints.size()) - static_cast<int>(bare.document().constraints.size());
     return true;
