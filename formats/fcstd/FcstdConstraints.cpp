@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "document/Names.h"
+#include "document/Places.h"
 #include "formats/fcstd/FcstdShapes.h"
 #include "geometry/Angles.h"
 #include "geometry/ConstraintKinds.h"
@@ -14,6 +15,8 @@ namespace holdfast::formats {
 namespace {
 
 using Kind = FcstdKind;
+
+constexpr double kMeeting = 1e-7;  // millimetres: what the program takes for one point
 
 constexpr std::string_view kNames[] = {
     "None",      "Coincident",        "Horizontal", "Vertical",      "Parallel", "Tangent", "Distance",
@@ -203,7 +206,7 @@ private:
             case ConstraintType::fixed:
                 return refineFixed();
             case ConstraintType::symmetric:
-                return isPoint(0) && isPoint(1);
+                return refineSymmetry();
             case ConstraintType::tangent:
             case ConstraintType::perpendicular:
                 return refineContact();
@@ -221,6 +224,19 @@ private:
         if (std::holds_alternative<PointShape>(shapeOf(0)))
             m_terms.refs[0].point = FcstdRef::whole;
         return isWhole(0);
+    }
+
+    /// Points that meet on their mirror line have no direction in which to be apart: solvers that look at it stumble.
+    bool refineSymmetry() {
+        const auto placeOf = [this](std::size_t i) { return pointAt(shapeOf(i), m_constraint.refs[i]); };
+        if (!isPoint(0) || !isPoint(1))
+            return false;
+        const std::optional<Vec2> first = placeOf(0), second = placeOf(1);
+        if (isLine(2) && first && second && distance(*first, *second) < kMeeting) {
+            m_terms.kind = Kind::coincident;
+            m_terms.refs[2] = {};
+        }
+        return true;
     }
 
     /// The ends of the line mirror each other at its middle.

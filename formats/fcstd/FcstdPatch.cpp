@@ -1,6 +1,7 @@
 #include "formats/fcstd/FcstdPatch.h"
 
 #include <algorithm>
+#include <list>
 #include <map>
 #include <set>
 #include <unordered_map>
@@ -275,6 +276,10 @@ private:
 
     bool patch(const FcstdConstraintRecord& each) {
         const auto found = m_now.find(each.id);
+        if (!each.companion.empty() && (found == m_now.end()) == m_now.contains(each.companion)) {
+            noteNoTerms(found == m_now.end() ? *m_now.at(each.companion) : *found->second);
+            return false;
+        }
         if (found == m_now.end())
             return false;
         const Constraint &now = *found->second, &before = *m_before.at(each.id);
@@ -317,9 +322,44 @@ private:
         if (terms)
             putTerms(record, *terms);
         else
-            m_notes.push_back(constraint.id + ", " + std::string(traitsOf(constraint.type).label) +
-                              " of a kind that the document does not have, was left out");
+            noteNoTerms(constraint);
         return terms.has_value();
+    }
+
+    void noteNoTerms(const Constraint& constraint) {
+        m_notes.push_back(constraint.id + ", " + std::string(traitsOf(constraint.type).label) +
+                          " of a kind that the document does not have, was left out");
+    }
+
+    /// A line is blocked there with both of its ends; what is fixed here may slide along itself.
+    bool isLine(const std::string& entity) const {
+        const Entity* found = m_entities.find(entity);
+        return found != nullptr && std::holds_alternative<LineShape>(found->shape);
+    }
+
+    bool isFixedEnd(const Constraint& constraint, PlaceKind end) const {
+        return constraint.type == ConstraintType::fixed && constraint.refs[0].kind == end &&
+               isLine(constraint.refs[0].entity);
+    }
+
+    /// Of lines whose both ends become fixed, the first end stands for the whole and the other for nothing.
+    void gatherFixedEnds() {
+        std::unordered_set<std::string> starts, both;
+        for (const Constraint* constraint : m_new)
+            if (isFixedEnd(*constraint, PlaceKind::start))
+                starts.insert(constraint->refs[0].entity);
+        std::erase_if(m_new, [&](const Constraint* constraint) {
+            return isFixedEnd(*constraint, PlaceKind::end) && starts.contains(constraint->refs[0].entity) &&
+                   both.insert(constraint->refs[0].entity).second;
+        });
+        for (const Constraint*& constraint : m_new)
+            if (isFixedEnd(*constraint, PlaceKind::start) && both.contains(constraint->refs[0].entity)) {
+                m_blocks.push_back(*constraint);
+                m_blocks.back().refs[0].kind = PlaceKind::whole;
+                constraint = &m_blocks.back();
+            } else if (isFixedEnd(*constraint, PlaceKind::whole)) {
+                m_notes.push_back(constraint->id + ", fixed, holds the ends of the line there as well");
+            }
     }
 
     static void putState(pugi::xml_node record, const Constraint& now, const Constraint* before) {
@@ -338,6 +378,7 @@ private:
     }
 
     void addConstraints() {
+        gatherFixedEnds();
         for (const Constraint* constraint : m_new) {
             if (constraint->type == ConstraintType::composite)
                 continue;  // its members say all
@@ -362,22 +403,21 @@ private:
 
     /// Records say themselves what constraints make of them.
     void markUses() {
-        for (const Constraint& constraint : m_sketch.drawing.constraints)
-            mark(constraint, false);
-        for (const Constraint& constraint : m_after.constraints)
-            mark(constraint, true);
-    }
-
-    void mark(const Constraint& constraint, bool isOne) {
-        const bool isBlock = constraint.type == ConstraintType::fixed && constraint.refs[0].kind == PlaceKind::whole;
-        const bool isHelper = constraint.type == ConstraintType::internal;
-        const auto record = isBlock || isHelper ? m_records.find(constraint.refs[0].entity) : m_records.end();
-        if (record == m_records.end())
-            return;
-        if (isBlock)
-            putBlocked(record->second, isOne);
-        else
-            putAlignment(record->second, isOne ? static_cast<int>(alignmentOf(constraint.role)) : 0);
+        std::unordered_map<int, int> alignments;
+        std::unordered_set<int> blocked;
+        for (const pugi::xml_node& record : m_constraints.children("Constrain")) {
+            const auto kind = static_cast<FcstdKind>(integerIn(record, "Type"));
+            if (kind == FcstdKind::block)
+                blocked.insert(refsIn(record)[0].geometry);
+            if (kind == FcstdKind::alignment)
+                alignments.emplace(refsIn(record)[0].geometry, integerIn(record, "InternalAlignmentType"));
+        }
+        int number = 0;
+        for (const pugi::xml_node& record : m_list.children("Geometry")) {
+            const auto alignment = alignments.find(number);
+            putBlocked(record, blocked.contains(number++));
+            putAlignment(record, alignment == alignments.end() ? 0 : alignment->second);
+        }
     }
 
     // Expressions.
@@ -520,6 +560,7 @@ private:
     std::vector<std::optional<std::size_t>> m_constraintNumbers;  // of records, now
     std::size_t m_constraintCount = 0;
     std::vector<const Constraint*> m_new;
+    std::list<Constraint> m_blocks;                                       // in the place of new ones
     std::unordered_map<std::string, std::size_t> m_constraintNumbersNow;  // by id
     std::unordered_map<std::string, const Constraint*> m_byName;          // dimensions
     std::vector<std::string> m_notes;

@@ -231,8 +231,7 @@ void FcstdSketch::readConstraints() {
         if (found) {
             found->id = each.id;
             if (!faultIn(*found, entities)) {
-                each.isRead = true;
-                drawing.constraints.push_back(std::move(*found));
+                take(each, std::move(*found));
                 continue;
             }
         }
@@ -240,6 +239,22 @@ void FcstdSketch::readConstraints() {
         if (!each.isFolded)
             notUnderstood.push_back(refusalOf(each));
     }
+}
+
+/// A fixed line may slide along itself in drawings, and a blocked one may not.
+void FcstdSketch::take(FcstdConstraintRecord& record, Constraint found) {
+    record.isRead = true;
+    const bool isBlock = found.type == ConstraintType::fixed && found.refs[0].kind == PlaceKind::whole &&
+                         std::holds_alternative<LineShape>(*shapeOf(found.refs[0].entity));
+    if (isBlock)
+        found.refs[0].kind = PlaceKind::start;
+    drawing.constraints.push_back(found);
+    if (!isBlock)
+        return;
+    record.companion = record.id + "_end";
+    found.id = record.companion;
+    found.refs[0].kind = PlaceKind::end;
+    drawing.constraints.push_back(std::move(found));
 }
 
 /// What only says how the helpers of a spline belong to it.

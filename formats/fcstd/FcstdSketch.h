@@ -29,9 +29,10 @@ struct FcstdGeometryRecord {
 /// A record of a sketch's constraints.
 struct FcstdConstraintRecord {
     pugi::xml_node record;
-    std::string id;         ///< c3
-    bool isRead = false;    ///< the drawing has it
-    bool isFolded = false;  ///< it only says how a helper of a spline belongs to it
+    std::string id;           ///< c3
+    bool isRead = false;      ///< the drawing has it
+    bool isFolded = false;    ///< it only says how a helper of a spline belongs to it
+    std::string companion{};  ///< of a blocked line, which is one with both ends fixed: the constraint on its end
 };
 
 /// A sketch as its document has it, with the drawing that was read from it.
@@ -77,6 +78,7 @@ private:
     const Shape* shapeOf(const std::string& entity) const;
     std::string refusalOf(const FcstdConstraintRecord& record) const;
     bool isFolded(const pugi::xml_node& record) const;
+    void take(FcstdConstraintRecord& record, Constraint found);
 
     std::string m_file;
     std::map<std::string, std::size_t, std::less<>> m_entities;  // by name: the number in the drawing

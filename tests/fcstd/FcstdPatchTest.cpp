@@ -217,7 +217,7 @@ TEST(FcstdPatch, NewConstraintsOfEachKindComeBackAsTheyWere) {
         {.type = Type::tangent, .refs = {line, arc}},
         {.type = Type::tangent, .refs = {end, arcStart}},
         {.type = Type::equal, .refs = {line, other}},
-        {.type = Type::symmetric, .refs = {end, start, axis}},
+        {.type = Type::symmetric, .refs = {end, point, axis}},
         {.type = Type::distance, .refs = {line}, .value = 10.0},
         {.type = Type::distance, .refs = {point, line}, .value = 6.0},
         {.type = Type::distanceX, .refs = {origin, point}, .value = 4.0},
@@ -294,6 +294,43 @@ TEST(FcstdPatch, ABlockedRecordSaysSoAsLongAsItIs) {
     PatchedDocument document(cornerSketch());
     document.now.constraints.push_back({.id = "k", .type = ConstraintType::fixed, .refs = {{.entity = "g1"}}});
     EXPECT_THAT(document.written(), HasSubstr("geometryModeFlags=\"00000000000000000000000000000001\""));
+    EXPECT_THAT(document.output().notes, ElementsAre("k, fixed, holds the ends of the line there as well"));
+}
+
+TEST(FcstdPatch, ALineWithBothEndsFixedIsABlockedOne) {
+    PatchedDocument document(cornerSketch());
+    for (const PlaceKind end : {PlaceKind::start, PlaceKind::end})
+        document.now.constraints.push_back(
+            {.id = end == PlaceKind::start ? "k" : "l", .type = ConstraintType::fixed, .refs = {{"g1", end}}});
+    EXPECT_THAT(document.output().notes, IsEmpty());
+    const Document again = document.readAgain().document;
+    ASSERT_EQ(again.constraints.size(), 8U);
+    EXPECT_EQ(again.constraints[6].refs, (std::vector<Place>{{"g1", PlaceKind::start}}));
+    EXPECT_EQ(again.constraints[7].refs, (std::vector<Place>{{"g1", PlaceKind::end}}));
+}
+
+TEST(FcstdPatch, ABlockThatLosesAnEndIsTold) {
+    SketchText sketch = cornerSketch();
+    sketch.constraints.push_back(constrain({17, {1, 0, -2000, 0, -2000, 0}}));
+    PatchedDocument document(sketch);
+    document.remove("c6_end");
+    EXPECT_THAT(document.output().notes,
+                ElementsAre("c6, fixed of a kind that the document does not have, was left out"));
+}
+
+TEST(FcstdPatch, PointsThatMeetOnTheirMirrorLineAreCoincident) {
+    SketchText sketch = cornerSketch();
+    sketch.constraints = {};
+    sketch.expressions = {};
+    PatchedDocument document(sketch);
+    document.now.entities.push_back({.id = "g2", .shape = LineShape{{0, 0}, {-10, 0}}});
+    document.now.constraints.push_back(
+        {.id = "k",
+         .type = ConstraintType::symmetric,
+         .refs = {{"g0", PlaceKind::start}, {"g2", PlaceKind::start}, {.entity = "y_axis"}}});
+    const Document again = document.readAgain().document;
+    ASSERT_EQ(again.constraints.size(), 1U);
+    EXPECT_EQ(again.constraints[0].type, ConstraintType::coincident);
 }
 
 TEST(FcstdPatch, LabelsAndValuesOfOtherConstraintsStay) {
