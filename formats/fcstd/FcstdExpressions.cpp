@@ -5,6 +5,7 @@
 #include <span>
 
 #include "document/formulas/Formula.h"
+#include "document/formulas/FormulaReader.h"
 
 namespace holdfast::formats {
 namespace {
