@@ -5,6 +5,7 @@
 
 #include "apps/cli/ErrorReport.h"
 #include "apps/cli/OutputFiles.h"
+#include "apps/cli/SketchFiles.h"
 #include "apps/cli/Terminal.h"
 #include "formats/FileIo.h"
 #include "formats/dxf/DxfReader.h"
@@ -76,6 +77,8 @@ Document documentOf(const DrawingText& read) {
 }  // namespace
 
 Document readAnyDrawing(const DrawingSource& source) {
+    if (isSketch(source))
+        return readSketchFor({}, source).document;
     return documentOf(readText(source));
 }
 
@@ -86,6 +89,8 @@ std::string formOf(const DrawingTarget& target, const std::string& cameAs) {
 }
 
 DrawingFile readDrawingFor(const DrawingTarget& target, const DrawingSource& source) {
+    if (isSketch(source) || formOf(target, {}) == kSketchForm)
+        return readSketchFor(target, source);
     DrawingText read = readText(source);
     if (read.form != ".dxf" || target.path.empty() || formOf(target, read.form) != ".dxf")
         return {documentOf(read), std::nullopt, read.form};

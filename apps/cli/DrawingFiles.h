@@ -20,7 +20,8 @@ struct DrawingSource {
     std::string form{};  ///< "json", "dxf"; empty: by the ending, of standard input by how it begins
 };
 
-/// Reads a drawing: .json, or .dxf with notes of what was not understood on standard error.
+/// Reads a drawing: .json, or .dxf and sketches (part.FCStd#Sketch001) with notes of what was not understood on
+/// standard error.
 Document readAnyDrawing(const DrawingSource& source);
 
 /// A DXF file that is to be written again, with the edits of the drawing that was read from it.
@@ -30,10 +31,17 @@ struct DxfOriginal {
     Document drawing;  ///< as it was read
 };
 
+/// A FreeCAD document that is to be written again, with the edits of one of its sketches.
+struct SketchOriginal {
+    std::string bytes;
+    std::string sketch;  ///< its name
+};
+
 struct DrawingFile {
     Document document;
-    std::optional<DxfOriginal> dxf;  ///< none: the drawing goes out as it is
-    std::string form;                ///< ".json" or ".dxf", in which it came in
+    std::optional<DxfOriginal> dxf;          ///< none: the drawing goes out as it is
+    std::string form;                        ///< ".json", ".dxf" or ".fcstd", in which it came in
+    std::optional<SketchOriginal> sketch{};  ///< none: the drawing goes out as it is
 };
 
 /// Where a drawing goes to, and in which form.
@@ -45,8 +53,8 @@ struct DrawingTarget {
 /// The form in which a drawing goes out that came in in another one, with a dot before it.
 std::string formOf(const DrawingTarget& target, const std::string& cameAs);
 
-/// Reads a drawing that is to be written to a file, or to none where that has no name. Where both are DXF, what is not
-/// understood is told as kept.
+/// Reads a drawing that is to be written to a file, or to none where that has no name. Where both are DXF, or
+/// FreeCAD documents, what is not understood is told as kept.
 DrawingFile readDrawingFor(const DrawingTarget& target, const DrawingSource& source);
 
 /// What to call a drawing: its own name or, without one, that of its file.

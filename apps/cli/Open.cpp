@@ -2,12 +2,17 @@
 
 #include "apps/cli/Commands.h"
 #include "apps/cli/DrawingFiles.h"
+#include "apps/cli/ErrorReport.h"
+#include "apps/cli/SketchFiles.h"
 #include "apps/cli/Terminal.h"
 #include "apps/window/Window.h"
 
 namespace holdfast::cli {
 
 int open(const OpenOptions& options) {
+    if (sketchPathOf(options.drawing))
+        throw UsageError(options.drawing, "a sketch of a document, into which the window does not write",
+                         "a .json file; \"holdfast convert\" makes one of it");
     Document document = readAnyDrawing({options.drawing});
     const std::string name = spokenName(document, options.drawing);
     window::showWindow({.opened = options.drawing, .name = name, .isReadOnly = options.readOnly}, std::move(document),

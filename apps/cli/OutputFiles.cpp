@@ -6,6 +6,7 @@
 #include <set>
 
 #include "apps/cli/ErrorReport.h"
+#include "apps/cli/SketchFiles.h"
 #include "apps/cli/Terminal.h"
 #include "document/text/Suggest.h"
 #include "formats/dxf/DxfPatch.h"
@@ -53,7 +54,7 @@ std::string noteOf(const DxfNote& note, const DxfOutput& output, const std::stri
 }  // namespace
 
 OutputName drawingNamed(const DrawingTarget& target) {
-    return {target.path, {".json", ".dxf", ".svg"}, !target.form.empty()};
+    return {target.path, {".json", ".dxf", ".svg", kSketchForm}, !target.form.empty()};
 }
 
 OutputName pictureNamed(const std::string& path) {
@@ -132,15 +133,25 @@ void OutputFiles::addDrawing(const DrawingTarget& target, const Document& docume
         return add(path, jsonText(document));
     if (form == ".svg")
         return add(path, writeTrueSizeSvg(document));
+    const std::string name = path == kStandardStream ? "standard output" : path;
+    if (from.sketch && form == kSketchForm)
+        return addSketch(path, name, document, *from.sketch);
     const std::optional<DxfOriginal>& dxf = from.dxf;
     DxfOutput output =
         dxf ? patchedDxf(dxf->text, dxf->layout, dxf->drawing, document, tolerance) : dxfText(document, tolerance);
-    const std::string name = path == kStandardStream ? "standard output" : path;
     tellLosses(name, document, output);
     if (!dxf && document.lengthUnit != "mm")
         m_notes.push_back(name + ": numbers are in the unit " + inQuotes(document.lengthUnit) +
                           ", which the file does not say");
     add(path, std::move(output.text));
+}
+
+void OutputFiles::addSketch(const std::string& path, const std::string& name, const Document& document,
+                            const SketchOriginal& from) {
+    SketchOutput output = documentWith(document, from);
+    for (const std::string& note : output.notes)
+        m_notes.push_back(name + ": " + note);
+    add(path, std::move(output.bytes));
 }
 
 void OutputFiles::tellLosses(const std::string& path, const Document& document, const DxfOutput& output) {

@@ -60,6 +60,8 @@ public:
     bool write(const std::function<void()>& tell = {});
 
 private:
+    void addSketch(const std::string& path, const std::string& name, const Document& document,
+                   const SketchOriginal& from);
     void tellLosses(const std::string& path, const Document& document, const DxfOutput& output);
 
     std::vector<NamedText> m_files;

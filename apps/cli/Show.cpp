@@ -7,6 +7,7 @@
 #include "apps/cli/DrawingFiles.h"
 #include "apps/cli/OutputFiles.h"
 #include "apps/cli/ShowList.h"
+#include "apps/cli/SketchFiles.h"
 #include "apps/cli/Teller.h"
 #include "apps/cli/Terminal.h"
 #include "document/Names.h"
@@ -97,6 +98,8 @@ int showOne(const std::string& drawing, const ShowOptions& options, Teller& tell
     const std::string picture =
         options.drawings.size() == 1 ? options.output : outputIn(options.output, drawing, "svg");
     OutputFiles outputs({pictureNamed(picture)}, teller.wantsJson());
+    if (const auto document = sketchPathOf(drawing); document && document->sketch.empty())
+        return showSketches(*document, options, teller);
     const Document document = readAnyDrawing({drawing, options.from});
     if (!picture.empty())
         outputs.add(picture, writePicture(document, {}, {.names = options.ids}));

@@ -26,8 +26,9 @@ constexpr std::string_view kExitCodes =
     "not be written; 3 the drawing does not allow an edit. Unless it is 0 nothing was written. With --json an object\n"
     "on standard output tells the error.";
 
-constexpr const char* kDrawing = "a .json or .dxf file; - for standard input";
-constexpr const char* kDrawings = "a .json or .dxf file, or several; - for standard input";
+constexpr const char* kDrawing = "a .json or .dxf file, or a sketch: part.FCStd#Sketch001; - for standard input";
+constexpr const char* kDrawings =
+    "a .json or .dxf file, a sketch (part.FCStd#Sketch001), or several; - for standard input";
 constexpr const char* kJson = "tell it as one JSON object";
 constexpr const char* kLines = "tell it as JSON, a line for each drawing";
 

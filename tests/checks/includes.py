@@ -46,6 +46,7 @@ LIBRARIES = (
     ("formats", ".cpp", JSON),
     ("formats", ".h", JSON_BY_NAME),
     ("formats", ".cpp", re.compile(r"^(unistd|fcntl|iconv|io|windows|sys/\w+)\.h$")),
+    ("formats/fcstd", ".cpp", re.compile(r"^zip\.h$")),
     ("report", ".cpp", JSON),
     ("report", ".h", JSON_BY_NAME),
     ("apps", ".cpp .h", JSON),

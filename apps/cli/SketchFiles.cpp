@@ -1,0 +1,195 @@
+#include "apps/cli/SketchFiles.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <iostream>
+#include <string_view>
+
+#include "apps/cli/ErrorReport.h"
+#include "apps/cli/OutputFiles.h"
+#include "apps/cli/Terminal.h"
+#include "document/text/DrawingError.h"
+#include "document/text/Suggest.h"
+#include "editing/Session.h"
+#include "formats/FileIo.h"
+#include "formats/fcstd/FcstdPatch.h"
+#include "formats/fcstd/FcstdReader.h"
+#include "hosting/DocumentSketch.h"
+#include "report/page/Wording.h"
+
+namespace holdfast::cli {
+
+namespace {
+
+constexpr std::string_view kEnding = kSketchForm;
+
+void tellKept(const std::string& path, const char* what, const std::vector<std::string>& notUnderstood) {
+    std::string list;
+    for (const std::string& each : notUnderstood)
+        list += (list.empty() ? "" : ", ") + each;
+    if (!list.empty())
+        complain(path + ": " + what + ": " + list);
+}
+
+std::string sketchCount(std::size_t count) {
+    return std::to_string(count) + (count == 1 ? " sketch" : " sketches");
+}
+
+/// The only one of a document, unless the user has named one.
+std::string chosenSketch(const SketchPath& path, const std::string& bytes) {
+    if (!path.sketch.empty())
+        return path.sketch;
+    const std::vector<FcstdSketchName> sketches = sketchesInFcstd(bytes, path.file);
+    if (sketches.size() == 1)
+        return sketches.front().name;
+    std::vector<std::string> names;
+    for (const FcstdSketchName& sketch : sketches)
+        names.push_back(path.file + "#" + sketch.name);
+    const std::vector<std::string_view> views(names.begin(), names.end());
+    throw UsageError(path.file, "a document of " + sketchCount(sketches.size()),
+                     sketches.empty() ? "one with a sketch" : "one of them: " + oneOf(views));
+}
+
+Document withoutPolylines(const Document& drawing, std::vector<std::string>& notes) {
+    Explode explode;
+    for (const Entity& entity : drawing.entities)
+        if (std::holds_alternative<PolylineShape>(entity.shape))
+            explode.entities.push_back(entity.id);
+    if (explode.entities.empty())
+        return drawing;
+    Session session(drawing);
+    if (!session.apply(explode).outcome.done())
+        return drawing;
+    for (const Name& polyline : explode.entities)
+        notes.push_back(polyline.value + ", a polyline, went out as lines and arcs");
+    return session.document();
+}
+
+/// What the list of sketches tells of one.
+struct SketchLine {
+    FcstdSketchName sketch;
+    std::size_t entities = 0, constraints = 0;
+    std::optional<int> freedom;
+    std::string fault;
+};
+
+SketchLine lineOf(const FcstdSketchName& sketch, const std::string& bytes, const std::string& file) {
+    SketchLine line;
+    line.sketch = sketch;
+    try {
+        const Document drawing = readFcstd(bytes, sketch.name, file).document;
+        line.entities = static_cast<std::size_t>(std::count_if(drawing.entities.begin(), drawing.entities.end(),
+                                                               [](const Entity& entity) { return !entity.fixed; }));
+        line.constraints = drawing.constraints.size();
+        line.freedom = DocumentSketch(drawing).diagnose().freedom;
+    } catch (const UnsolvableDocument&) {
+        line.freedom.reset();
+    } catch (const DrawingError& error) {
+        line.fault = error.what();
+    }
+    return line;
+}
+
+void tell(const SketchLine& line) {
+    std::cout << "  " << line.sketch.name;
+    if (line.sketch.label != line.sketch.name)
+        std::cout << ' ' << inQuotes(line.sketch.label);
+    if (!line.fault.empty()) {
+        std::cout << ": " << line.fault << '\n';
+        return;
+    }
+    std::cout << ": " << report::counted(line.entities, "entity") << ", "
+              << report::counted(line.constraints, "constraint");
+    if (line.freedom)
+        std::cout << ", degrees of freedom: " << *line.freedom;
+    std::cout << '\n';
+}
+
+nlohmann::ordered_json jsonOf(const SketchLine& line) {
+    nlohmann::ordered_json json{{"name", line.sketch.name}, {"label", line.sketch.label}};
+    if (!line.fault.empty()) {
+        json["fault"] = line.fault;
+        return json;
+    }
+    json["entities"] = line.entities;
+    json["constraints"] = line.constraints;
+    if (line.freedom)
+        json["degrees_of_freedom"] = *line.freedom;
+    return json;
+}
+
+nlohmann::ordered_json jsonOf(const SketchPath& path, const std::vector<SketchLine>& lines) {
+    nlohmann::ordered_json json{{"document", path.file}, {"sketches", nlohmann::ordered_json::array()}};
+    for (const SketchLine& line : lines)
+        json["sketches"].push_back(jsonOf(line));
+    return json;
+}
+
+}  // namespace
+
+std::optional<SketchPath> sketchPathOf(const std::string& path) {
+    if (endingOf(path) == kEnding)
+        return SketchPath{path, ""};
+    std::string small = path;
+    std::transform(small.begin(), small.end(), small.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    const std::size_t at = small.rfind(std::string(kEnding) + "#");
+    std::error_code error;
+    if (at == std::string::npos || std::filesystem::exists(path, error))
+        return std::nullopt;
+    return SketchPath{path.substr(0, at + kEnding.size()), path.substr(at + kEnding.size() + 1)};
+}
+
+bool isSketch(const DrawingSource& source) {
+    return source.form.empty() && sketchPathOf(source.path).has_value();
+}
+
+DrawingFile readSketchFor(const DrawingTarget& target, const DrawingSource& source) {
+    if (!isSketch(source))
+        throw UsageError(target.path, "a drawing that comes from " + inQuotes(source.path),
+                         "a sketch of a document, of which this becomes a copy; or a name that ends in .json or .dxf");
+    const SketchPath from = *sketchPathOf(source.path);
+    std::string bytes = readFile(from.file);
+    const std::string sketch = chosenSketch(from, bytes);
+    FcstdDrawing read = readFcstd(bytes, sketch, from.file);
+    const bool isPatched = !target.path.empty() && formOf(target, kSketchForm) == kSketchForm;
+    tellKept(from.file, isPatched ? "not understood and kept as it is" : "not understood and left out",
+             read.notUnderstood);
+    DrawingFile file{std::move(read.document), std::nullopt, kSketchForm};
+    if (isPatched)
+        file.sketch = SketchOriginal{std::move(bytes), sketch};
+    return file;
+}
+
+SketchOutput documentWith(const Document& drawing, const SketchOriginal& from) {
+    SketchOutput out;
+    FcstdOutput patched =
+        patchedFcstd(from.bytes, from.sketch, withoutPolylines(drawing, out.notes), "the document of " + from.sketch);
+    out.bytes = std::move(patched.archive);
+    out.notes.insert(out.notes.end(), patched.notes.begin(), patched.notes.end());
+    return out;
+}
+
+int showSketches(const SketchPath& path, const ShowOptions& options, Teller& teller) {
+    if (!options.output.empty() || options.list || options.missing)
+        throw UsageError(path.file, "a whole document", "one of its sketches: " + path.file + "#NAME");
+    const std::string bytes = readFile(path.file);
+    std::vector<SketchLine> lines;
+    for (const FcstdSketchName& sketch : sketchesInFcstd(bytes, path.file))
+        lines.push_back(lineOf(sketch, bytes, path.file));
+    OutputFiles({}, teller.wantsJson()).write([&] {
+        if (teller.wantsJson()) {
+            teller.tell(jsonOf(path, lines));
+            return;
+        }
+        std::cout << path.file << ": " << sketchCount(lines.size()) << '\n';
+        for (const SketchLine& line : lines)
+            tell(line);
+    });
+    return kExitDone;
+}
+
+}  // namespace holdfast::cli
