@@ -87,6 +87,19 @@ TEST(FewestSizes, GrowsOneLineWhereARadiusShrinks) {
     EXPECT_EQ(std::count(changed.begin(), changed.end(), ' '), 1) << changed;
 }
 
+TEST(FewestSizes, ChangesTheSweepOfAnArcInsteadOfLengthsOnItsOtherSide) {
+    const SketchText before(
+        "fixed! point o 0,0; fixed! point mark 50,30; arc round 0,0 10 90 270; line upper 0,10 50,10; "
+        "line side 50,10 50,30; line lower 0,-10 50,-10; coincident round.centre o; radius round = 10; "
+        "coincident round.start upper.start; coincident upper.end side.start; coincident side.end mark; "
+        "vertical side; coincident round.end lower.start; tangent upper round; tangent lower round; "
+        "distance_x o lower.end = 50");
+    SketchText sketch = before;
+    ASSERT_TRUE(give(sketch, "distance_y o lower.end", -10.0, -14.0));
+    EXPECT_EQ(changedSizes(before, sketch), "lower");
+    EXPECT_LT(sketch.worstViolation(), 1e-8);
+}
+
 TEST(FewestSizes, KeepsALengthWhenALineIsStoodUpright) {
     const SketchText before(
         "point foot 7.5,0; point edge 7.5,6; circle hole 7.5,8.65 2.65; arc round 7.5,8.65 7.5 -0.00013 179.99987; "

@@ -48,8 +48,8 @@ struct Contradiction {
 struct SizeRow {
     int equation = -1;
     int entity = -1;
-    /// The length of a straight piece; a size of something round or of a whole shape; or no size: where it is turned
-    /// to.
+    /// The length of a straight piece, or the sweep of an arc; another size of something round or of a whole shape; or
+    /// no size: where it is turned to.
     enum class Kind { length, bend, turn } kind = Kind::length;
 };
 

@@ -45,13 +45,14 @@ public:
         keep(form, {Operand{OperandKind::scalar, {value}, {}}}, SizeRow::Kind::bend);
     }
 
+    /// A sweep follows from where the neighbours lead to: kept like a radius it would change lengths on both sides.
     void arc() {
         const CurveRef curve{m_shape.entity, -1};
         const Operand circle = *circleAt(sketch(), curve);
         keep(formOf(ResidualKind::radiusIs), {circle}, SizeRow::Kind::bend);
         Equation form = formOf(ResidualKind::arcSweep);
         form.scale = sizeOf(sketch(), curve, m_builder.size());
-        keep(form, {circle, *startOf(sketch(), curve), *endOf(sketch(), curve)}, SizeRow::Kind::bend);
+        keep(form, {circle, *startOf(sketch(), curve), *endOf(sketch(), curve)}, SizeRow::Kind::length);
         turn(entity().firstValue, entity().firstValue + 3);
     }
 

@@ -19,7 +19,7 @@ namespace holdfast::solver::detail {
 namespace {
 
 /// How much a change of a size counts in the movement, squared: a point rather goes a hundred times as far than that
-/// a straight length changes, and a length gives way before a radius, a sweep or a spline does.
+/// a straight length or a sweep changes, and these give way before a radius or a spline does.
 constexpr double kLengthWeight = 1e2, kBendWeight = 1e4;
 
 /// What follows by shifting does not turn.
