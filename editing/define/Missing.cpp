@@ -424,17 +424,18 @@ private:
         std::vector<std::string> free;
         for (const DocumentDiagnosis::Part& part : m_whole.parts)
             for (const std::size_t number : part.entities)
-                if (part.freedom > 0 && !m_isAlone[number])
+                if (part.freedom > 0 && m_mayMove[number])
                     free.push_back(m_document.entities[number].id);
         if (free.empty() || m_missing.stillFree.empty())
             m_missing.stillFree = std::move(free);
     }
 
-    /// Of the parts that hold.
+    /// Of the parts with something that is to be held.
     int freedomLeft() const {
         int freedom = 0;
         for (const DocumentDiagnosis::Part& part : m_whole.parts)
-            freedom += m_isAlone[part.entities.front()] ? 0 : part.freedom;
+            if (std::any_of(part.entities.begin(), part.entities.end(), [&](std::size_t i) { return m_mayMove[i]; }))
+                freedom += part.freedom;
         return freedom;
     }
 
