@@ -64,10 +64,12 @@ struct SolveOptions {
 int solveDrawing(const SolveOptions& options);
 
 struct ConvertOptions {
-    DrawingSource input;
-    DrawingTarget output;
+    std::vector<std::string> drawings;
+    std::string from, to;     ///< the forms of the drawings, or empty: by their endings
+    std::string output;       ///< of several drawings a folder
     double tolerance = 0.01;  ///< of curves that a DXF file cannot hold
     bool polylines = false;   ///< chains of lines and arcs become polylines
+    TellingOptions telling{.hasText = false};
 };
 int convert(const ConvertOptions& options);
 

@@ -18,7 +18,7 @@ void printError(const ErrorReport& report, bool isOneLine) {
 
 void Teller::begin(const std::string& file) {
     m_file = file;
-    if (m_hasBegun && !wantsJson())
+    if (m_hasBegun && !wantsJson() && m_options.hasText)
         std::cout << '\n';
     m_hasBegun = true;
 }

@@ -26,6 +26,8 @@ constexpr std::string_view kExitCodes =
     "not be written; 3 the drawing does not allow an edit. Unless it is 0 nothing was written. With --json an object\n"
     "on standard output tells the error.";
 
+constexpr int kAnyNumber = 1 << 20;  // of arguments: more than a system takes
+
 constexpr const char* kDrawing = "a .json or .dxf file, or a sketch: part.FCStd#Sketch001; - for standard input";
 constexpr const char* kDrawings =
     "a .json or .dxf file, a sketch (part.FCStd#Sketch001), or several; - for standard input";
@@ -148,9 +150,15 @@ void addSolve(CLI::App& app, SolveOptions& options, std::function<int()>& action
 
 void addConvert(CLI::App& app, ConvertOptions& options, std::function<int()>& action) {
     CLI::App* command = app.add_subcommand("convert", "turn a drawing into another form");
-    command->add_option("IN", options.input.path, kDrawing)->required();
-    command->add_option("OUT", options.output.path, "a .json, .dxf or .svg file; - for standard output")->required();
-    addForms(command, options.input.form, options.output.form);
+    command
+        ->add_option(
+            "IN OUT", options.drawings,
+            "a .json or .dxf file or a sketch (part.FCStd#Sketch001), then a .json, .dxf, .svg or .FCStd file; - for "
+            "the standard streams. Several files, then a folder for what becomes of them")
+        ->required()
+        ->expected(2, kAnyNumber);
+    addForms(command, options.from, options.to);
+    addTelling(command, options.telling);
     command->add_option(
         "--tolerance", options.tolerance,
         "how far polylines deviate from ellipses and splines, which a .dxf file cannot hold; 0.01 unless "
@@ -162,7 +170,11 @@ void addConvert(CLI::App& app, ConvertOptions& options, std::function<int()>& ac
         ".svg "
         "files in true size.\n\n" +
         std::string(kExitCodes));
-    command->callback([&] { action = [&] { return convert(options); }; });
+    command->callback([&] {
+        options.output = options.drawings.back();
+        options.drawings.pop_back();
+        action = [&] { return convert(options); };
+    });
 }
 
 void addInfer(CLI::App& app, InferCommandOptions& options, std::function<int()>& action) {

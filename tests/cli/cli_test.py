@@ -517,6 +517,7 @@ class Program(unittest.TestCase):
                                {"name": "double", "formula": "other * 2", "value": 10.0}]
         sized["layers"] = [{"name": "Cut"}]
         calls = {"show": [("show", mend), ("show", loose, "--list", "--missing"), ("show", self.file("sized.json", sized), "--list")], "solve": [("solve", mend)], "infer": [("infer", DRAWINGS / "acrylic-case-top.dxf")],
+                 "convert": [("convert", mend, self.path / "mended.dxf")],
                  "edit": [("edit", self.path / "one.json", "lengthen a end by 2", "break a at 4,0"), ("run", cut),
                           ("edit", loose, "drag base.end by 3,2"), ("edit", self.file("torn.json", torn), "drag t by 0,1"),
                           ("edit", self.path / "sized.json", "parameter side = 9", "delete other")],
@@ -600,8 +601,7 @@ class Program(unittest.TestCase):
     def test_arguments_that_miss_or_are_too_many_are_named(self):
         self.assertIn("expected a command (show, edit,", self.run_program().stderr)
         self.assertIn("edit: EDIT is required", self.run_program("edit", "x.json").stderr)
-        self.assertIn('found "c.json"; nothing more was expected',
-                      self.run_program("convert", "a.json", "b.json", "c.json").stderr)
+        self.assertIn('found "b.edit"; nothing more was expected', self.run_program("run", "a.edit", "b.edit").stderr)
 
     def test_a_full_standard_output_is_no_success(self):
         path = self.file("corner.json", CORNER)

@@ -31,6 +31,7 @@ CALLS = [
     ["edit", "torn.json", "drag a by 0,1"], ["edit", "sized.json", "parameter side = 9", "parameter more = 2"],
     ["edit", B, "erase bsae"], ["edit", B, "braek base at 10,0"], ["edit", B, "set c9 5000"],
     ["solve", B, "--explain"], ["solve", "torn.json"], ["solve", B, "torn.json"],
+    ["convert", B, "out.dxf"], ["convert", B, LOOSE, "."], ["convert", B, "out.txt"],
     ["infer", LOOSE], ["infer", LOOSE, "torn.json"], ["infer", "torn.json"],
     ["run", "examples/commands/fillet-corner.edit"], ["run", "all.edit"], ["run", "all.edit", "--resume"],
 ]

@@ -247,6 +247,17 @@ class Several(Pipes):
         self.assertEqual(sorted(each.name for each in (self.path / "out").iterdir()),
                          ["acrylic-case-top.json", "one.json", "one.svg", "two.json", "two.svg"])
 
+    def test_several_drawings_are_converted_into_a_folder(self):
+        (self.path / "out").mkdir()
+        one = self.file("one.json", CORNER)
+        told = self.run_program("convert", one, PLATE, "none.json", "out", "--to", "dxf", "--jsonl", code=WRONG).stdout
+        lines = [json.loads(each) for each in told.splitlines()]
+        self.assertEqual([each.get("written") for each in lines], ["out/one.dxf", "out/acrylic-case-top.dxf", None])
+        self.assertEqual((self.path / "out" / "acrylic-case-top.dxf").read_text(), PLATE.read_text())
+        self.assertEqual(self.run_program("convert", one, "out").stdout, "")
+        self.assertTrue((self.path / "out" / "one.json").exists())
+        self.assertIn("a folder that exists", self.run_program("convert", one, PLATE, "b.json", code=WRONG).stderr)
+
     def test_several_drawings_do_not_share_a_file(self):
         (self.path / "out").mkdir(), (self.path / "in").mkdir()
         self.file("one.json", CORNER), self.file("in/one.json", CORNER)
