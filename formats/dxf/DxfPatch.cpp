@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "formats/PieceNames.h"
 #include "formats/dxf/DxfBinary.h"
 #include "formats/dxf/DxfOldForm.h"
 #include "formats/dxf/records/DxfBodies.h"
@@ -80,16 +81,11 @@ private:
         }
     }
 
-    /// The record that an entity was made of, which tells by its name: g3_2 is a piece of g3, g3_2_4 one of that.
     std::optional<std::size_t> originOf(std::string_view name) const {
-        for (std::size_t bar = name.rfind('_'); bar != std::string_view::npos; bar = name.rfind('_')) {
-            if (name.find_first_not_of("0123456789", bar + 1) != std::string_view::npos)
-                break;
-            name = name.substr(0, bar);
-            if (const auto record = m_records.find(name); record != m_records.end())
-                return record->second;
-        }
-        return std::nullopt;
+        return originByName(name, [this](std::string_view known) {
+            const auto record = m_records.find(known);
+            return record == m_records.end() ? std::nullopt : std::optional(record->second);
+        });
     }
 
     /// A record for an entity that was read from it or made of what was.

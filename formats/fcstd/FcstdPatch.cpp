@@ -11,6 +11,7 @@
 #include "document/EntityIndex.h"
 #include "document/Names.h"
 #include "document/Places.h"
+#include "formats/PieceNames.h"
 #include "formats/fcstd/FcstdArchive.h"
 #include "formats/fcstd/FcstdJoints.h"
 #include "formats/fcstd/FcstdShapes.h"
@@ -96,17 +97,12 @@ private:
         }
     }
 
-    /// The record that an entity was made of, which tells by its name: g3_2 is a piece of g3, g3_2_4 one of that.
     static std::optional<std::size_t> originOf(std::string_view name,
                                                const std::unordered_map<std::string_view, std::size_t>& records) {
-        for (std::size_t bar = name.rfind('_'); bar != std::string_view::npos; bar = name.rfind('_')) {
-            if (name.find_first_not_of("0123456789", bar + 1) != std::string_view::npos)
-                break;
-            name = name.substr(0, bar);
-            if (const auto record = records.find(name); record != records.end())
-                return record->second;
-        }
-        return std::nullopt;
+        return originByName(name, [&](std::string_view known) {
+            const auto record = records.find(known);
+            return record == records.end() ? std::nullopt : std::optional(record->second);
+        });
     }
 
     void patchGeometry() {

@@ -1,7 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "document/text/DrawingError.h"
+#include "formats/fcstd/FcstdPatch.h"
 #include "formats/fcstd/FcstdReader.h"
 #include "tests/fcstd/Documents.h"
 
@@ -110,6 +113,41 @@ TEST(FcstdFaults, HugeMultiplicitiesMakeNoHugeSplines) {
                  "</BSplineCurve>")};
     EXPECT_EQ(readFcstd(documentOf(sketch), "Sketch", "part.FCStd").notUnderstood,
               std::vector<std::string>{"g0 (BSplineCurve)"});
+}
+
+/// Documents with one piece of their text in another's place: they are read, and written, or refused.
+TEST(FcstdFaults, TextsWithPiecesInWrongPlacesAreReadOrRefused) {
+    SketchText sketch = cornerSketch();
+    sketch.geometry.push_back(
+        geometry("BSplineCurve",
+                 "<BSplineCurve PolesCount=\"2\" KnotsCount=\"2\" Degree=\"1\" IsPeriodic=\"0\"><Pole X=\"0\" "
+                 "Y=\"0\" Z=\"0\" Weight=\"1\"/><Pole X=\"1\" Y=\"2\" Z=\"0\" Weight=\"1\"/><Knot "
+                 "Value=\"0\" Mult=\"2\"/><Knot Value=\"1\" Mult=\"2\"/></BSplineCurve>"));
+    sketch.geometry.push_back(geometry("Point", "<GeomPoint X=\"1\" Y=\"2\" Z=\"0\"/>"));
+    sketch.constraints.push_back(
+        constrain({15, {3, 1, 2, 0, -2000, 0}, "0", "", "InternalAlignmentType=\"9\" InternalAlignmentIndex=\"1\" "}));
+    sketch.constraints.push_back(constrain({17, {1, 0, -2000, 0, -2000, 0}}));
+    const std::string sound = documentText({sketch});
+    std::mt19937 random(7);
+    const auto upTo = [&](std::size_t most) { return std::uniform_int_distribution<std::size_t>(0, most)(random); };
+    int read = 0, refused = 0;
+    for (int i = 0; i < 1000; ++i) {
+        std::string text = sound;
+        const std::size_t length = upTo(3), from = upTo(text.size() - 4), to = upTo(text.size() - 4);
+        text.replace(to, length, text.substr(from, upTo(3)));
+        const std::string archive = archiveOf(text);
+        try {
+            Document drawing = readFcstd(archive, "Sketch", "part.FCStd").document;
+            drawing.entities.push_back({.id = "g0_2", .shape = LineShape{{1, 2}, {3, 4}}});
+            drawing.constraints.clear();
+            EXPECT_FALSE(patchedFcstd(archive, "Sketch", drawing, "part.FCStd").archive.empty());
+            ++read;
+        } catch (const DrawingError&) {
+            ++refused;
+        }
+    }
+    EXPECT_GT(read, 30);
+    EXPECT_GT(refused, 30);
 }
 
 }  // namespace
