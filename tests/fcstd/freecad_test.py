@@ -211,7 +211,9 @@ def blocked(m):
 
 MAKERS = [plate, loose_plate, slot, polygon, symmetric_bracket, chain, triangle_with_angles, ellipse, spline, calculated,
           blocked]
-SEEDS = 3
+# Every kind of document three times; with a stride, as tests over real drawings have it, once.
+IS_SAMPLE = int(os.environ.get("HOLDFAST_STRIDE") or 1) > 1
+SEEDS = 1 if IS_SAMPLE else 3
 
 
 def write_document(make, seed, file):
@@ -488,9 +490,9 @@ def main():
     verbs = sorted({verb for verb, _ in seen})
     for verb in verbs:
         print(f"{verb}: {seen[verb, 'done']} done, {seen[verb, 'refused']} refused")
-        if not WANTED and seen[verb, "done"] == 0:
+        if not WANTED and not IS_SAMPLE and seen[verb, "done"] == 0:
             failures.append(f"{verb}: refused everywhere")
-    if not WANTED and count < 30:
+    if not WANTED and not IS_SAMPLE and count < 30:
         failures.append(f"only {count} documents")
     print(f"{count} documents, {sum(n for (_, how), n in seen.items() if how == 'done')} edits, {len(failures)} failures")
     print("\n".join(failures[:60]))
