@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "apps/cli/DrawingFiles.h"
-#include "apps/cli/TellingOptions.h"
 #include "apps/cli/Uses.h"
+#include "apps/cli/files/DrawingFiles.h"
+#include "apps/cli/telling/TellingOptions.h"
 
 namespace holdfast::cli {
 

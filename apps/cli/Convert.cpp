@@ -3,11 +3,11 @@
 #include <utility>
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/DrawingFiles.h"
-#include "apps/cli/ErrorReport.h"
-#include "apps/cli/OutputFiles.h"
-#include "apps/cli/Teller.h"
-#include "apps/cli/Terminal.h"
+#include "apps/cli/files/DrawingFiles.h"
+#include "apps/cli/files/OutputFiles.h"
+#include "apps/cli/telling/ErrorReport.h"
+#include "apps/cli/telling/Teller.h"
+#include "apps/cli/telling/Terminal.h"
 #include "document/Polylines.h"
 
 namespace holdfast::cli {

@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-#include "apps/cli/ErrorReport.h"
 #include "apps/cli/Uses.h"
+#include "apps/cli/telling/ErrorReport.h"
 #include "editing/Session.h"
 
 namespace holdfast::cli {

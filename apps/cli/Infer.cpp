@@ -5,11 +5,11 @@
 #include <map>
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/DrawingFiles.h"
-#include "apps/cli/OutputFiles.h"
-#include "apps/cli/Progress.h"
-#include "apps/cli/Teller.h"
-#include "apps/cli/Terminal.h"
+#include "apps/cli/files/DrawingFiles.h"
+#include "apps/cli/files/OutputFiles.h"
+#include "apps/cli/telling/Progress.h"
+#include "apps/cli/telling/Teller.h"
+#include "apps/cli/telling/Terminal.h"
 #include "document/Names.h"
 #include "document/OutOfReach.h"
 #include "editing/InferredDrawing.h"

@@ -1,10 +1,10 @@
 #include <iostream>
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/DrawingFiles.h"
-#include "apps/cli/ErrorReport.h"
-#include "apps/cli/SketchFiles.h"
-#include "apps/cli/Terminal.h"
+#include "apps/cli/files/DrawingFiles.h"
+#include "apps/cli/files/SketchFiles.h"
+#include "apps/cli/telling/ErrorReport.h"
+#include "apps/cli/telling/Terminal.h"
 #include "apps/window/Window.h"
 
 namespace holdfast::cli {

@@ -4,12 +4,12 @@
 #include <map>
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/DrawingFiles.h"
-#include "apps/cli/OutputFiles.h"
 #include "apps/cli/ShowList.h"
-#include "apps/cli/SketchFiles.h"
-#include "apps/cli/Teller.h"
-#include "apps/cli/Terminal.h"
+#include "apps/cli/files/DrawingFiles.h"
+#include "apps/cli/files/OutputFiles.h"
+#include "apps/cli/files/SketchFiles.h"
+#include "apps/cli/telling/Teller.h"
+#include "apps/cli/telling/Terminal.h"
 #include "document/Names.h"
 #include "editing/Refusal.h"
 #include "hosting/DocumentSketch.h"

@@ -8,7 +8,7 @@
 #include <sstream>
 #include <unordered_map>
 
-#include "apps/cli/Terminal.h"
+#include "apps/cli/telling/Terminal.h"
 #include "document/Names.h"
 #include "document/Places.h"
 #include "document/formulas/Calculation.h"

@@ -3,11 +3,11 @@
 #include <iostream>
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/DrawingFiles.h"
-#include "apps/cli/OutputFiles.h"
-#include "apps/cli/Progress.h"
-#include "apps/cli/Teller.h"
-#include "apps/cli/Terminal.h"
+#include "apps/cli/files/DrawingFiles.h"
+#include "apps/cli/files/OutputFiles.h"
+#include "apps/cli/telling/Progress.h"
+#include "apps/cli/telling/Teller.h"
+#include "apps/cli/telling/Terminal.h"
 #include "document/formulas/Calculation.h"
 #include "document/text/DrawingError.h"
 #include "editing/Refusal.h"

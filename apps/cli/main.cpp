@@ -10,11 +10,11 @@
 #include <vector>
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/ErrorReport.h"
 #include "apps/cli/Signals.h"
-#include "apps/cli/Teller.h"
-#include "apps/cli/Terminal.h"
 #include "apps/cli/Usage.h"
+#include "apps/cli/telling/ErrorReport.h"
+#include "apps/cli/telling/Teller.h"
+#include "apps/cli/telling/Terminal.h"
 #include "editing/Verbs.h"
 
 namespace {

@@ -12,28 +12,13 @@ import resource
 import shlex
 import subprocess
 import sys
-import tempfile
 import unittest
+
+sys.dont_write_bytecode = True
+from corner import CORNER, InAFolder, constraint, drawing, line  # noqa: E402
 
 PROGRAM, DRAWINGS = sys.argv[1], pathlib.Path(sys.argv[2])
 DONE, UNSOLVED, WRONG, REFUSED = 0, 1, 2, 3  # wrong: use or input; refused: by the drawing
-
-
-def line(name, start, end):
-    return {"id": name, "type": "line", "start": list(start), "end": list(end)}
-
-
-def constraint(name, kind, *places, value=None):
-    found = {"id": name, "type": kind, "refs": [{"entity": e, "point": at} for e, at in places]}
-    if value is not None:
-        found["value"] = value
-    return found
-
-
-def drawing(entities, constraints):
-    return {"name": "corner", "license": "", "units": {"length": "mm", "angle": "rad"}, "entities": entities, "constraints": constraints}
-
-
 COUNTS = {"entities", "constraints", "added", "totals.constraints", "totals.entities",
           "drawings[].totals.constraints", "drawings[].totals.entities"}  # objects with a number for each kind or fate
 ELSEWHERE = {"drawings[].error", "drawings[].constraints", "drawings[].entities"}  # told of under errors and edit
@@ -55,22 +40,7 @@ def keys(told, before=""):
     return found
 
 
-CORNER = drawing([line("a", (0, 0), (10, 0)), line("b", (10, 0), (10, 5))],
-                 [constraint("tie", "coincident", ("a", "end"), ("b", "start")),
-                  constraint("level", "horizontal", ("a", "whole"))])
-
-
-class Program(unittest.TestCase):
-    def setUp(self):
-        self.folder = tempfile.TemporaryDirectory()
-        self.addCleanup(self.folder.cleanup)
-        self.path = pathlib.Path(self.folder.name)
-
-    def file(self, name, content):
-        path = self.path / name
-        path.write_text(content if isinstance(content, str) else json.dumps(content))
-        return path
-
+class Program(InAFolder):
     def run_program(self, *arguments):
         result = subprocess.run([PROGRAM, *map(str, arguments)], capture_output=True, text=True, timeout=300,
                                 check=False)

@@ -73,7 +73,7 @@ def answers(call, folder):
 def main():
     jsonschema.Draft202012Validator.check_schema(SCHEMA)
     failures, known, count = [], {}, 0
-    table = re.findall(r'ErrorRow\{ErrorCode::\w+, "(\w+)"', (ROOT / "apps/cli/ErrorCodes.cpp").read_text())
+    table = re.findall(r'ErrorRow\{ErrorCode::\w+, "(\w+)"', (ROOT / "apps/cli/telling/ErrorCodes.cpp").read_text())
     if SCHEMA["$defs"]["error"]["properties"]["code"]["enum"] != table:
         failures.append(f"the schema does not know the codes {table}")
     with tempfile.TemporaryDirectory() as name:

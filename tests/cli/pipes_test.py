@@ -9,47 +9,21 @@ import pathlib
 import signal
 import subprocess
 import sys
-import tempfile
 import time
 import unittest
+
+sys.dont_write_bytecode = True
+from corner import CORNER, InAFolder, constraint, drawing, line  # noqa: E402
 
 PROGRAM, DRAWINGS = pathlib.Path(sys.argv[1]).resolve(), pathlib.Path(sys.argv[2]).resolve()
 DONE, FAULTS, WRONG, REFUSED = range(4)
 BRACKET, PLATE = DRAWINGS / "mounting-bracket.json", DRAWINGS / "acrylic-case-top.dxf"
 CUT = "break base at 40,0"
-
-
-def line(name, start, end):
-    return {"id": name, "type": "line", "start": list(start), "end": list(end)}
-
-
-def constraint(name, kind, *places, **more):
-    return {"id": name, "type": kind, "refs": [{"entity": e, "point": at} for e, at in places], **more}
-
-
-def drawing(entities, constraints):
-    return {"name": "corner", "license": "", "units": {"length": "mm", "angle": "rad"}, "entities": entities,
-            "constraints": constraints}
-
-
-CORNER = drawing([line("a", (0, 0), (10, 0)), line("b", (10, 0), (10, 5))],
-                 [constraint("tie", "coincident", ("a", "end"), ("b", "start")),
-                  constraint("level", "horizontal", ("a", "whole"))])
 TORN = drawing(CORNER["entities"], CORNER["constraints"] + [constraint("ten", "distance", ("a", "whole"), value=10),
                                                             constraint("nine", "distance", ("a", "whole"), value=9)])
 
 
-class Pipes(unittest.TestCase):
-    def setUp(self):
-        self.folder = tempfile.TemporaryDirectory()
-        self.addCleanup(self.folder.cleanup)
-        self.path = pathlib.Path(self.folder.name)
-
-    def file(self, name, content):
-        path = self.path / name
-        path.write_text(content if isinstance(content, str) else json.dumps(content))
-        return path
-
+class Pipes(InAFolder):
     def run_program(self, *arguments, stdin="", code=DONE, **more):
         result = subprocess.run([PROGRAM, *map(str, arguments)], input=stdin, capture_output=True, text=True,
                                 timeout=300, check=False, cwd=self.path, **more)

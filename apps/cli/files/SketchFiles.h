@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/DrawingFiles.h"
-#include "apps/cli/Teller.h"
 #include "apps/cli/Uses.h"
+#include "apps/cli/files/DrawingFiles.h"
+#include "apps/cli/telling/Teller.h"
 #include "document/Document.h"
 
 namespace holdfast::cli {

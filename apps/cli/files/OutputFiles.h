@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "apps/cli/DrawingFiles.h"
 #include "apps/cli/Uses.h"
+#include "apps/cli/files/DrawingFiles.h"
 #include "document/Document.h"
 #include "formats/FileIo.h"
 #include "formats/dxf/DxfWriter.h"

@@ -7,9 +7,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "apps/cli/ErrorReport.h"
-#include "apps/cli/TellingOptions.h"
 #include "apps/cli/Uses.h"
+#include "apps/cli/telling/ErrorReport.h"
+#include "apps/cli/telling/TellingOptions.h"
 
 namespace holdfast::cli {
 

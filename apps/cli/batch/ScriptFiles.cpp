@@ -1,12 +1,12 @@
-#include "apps/cli/ScriptFiles.h"
+#include "apps/cli/batch/ScriptFiles.h"
 
 #include <filesystem>
 #include <map>
 #include <optional>
 #include <set>
 
-#include "apps/cli/DrawingFiles.h"
-#include "apps/cli/ErrorReport.h"
+#include "apps/cli/files/DrawingFiles.h"
+#include "apps/cli/telling/ErrorReport.h"
 
 namespace holdfast::cli {
 

@@ -1,4 +1,4 @@
-#include "apps/cli/Terminal.h"
+#include "apps/cli/telling/Terminal.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -8,8 +8,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include "apps/cli/DrawingFiles.h"
-#include "apps/cli/ErrorReport.h"
+#include "apps/cli/files/DrawingFiles.h"
+#include "apps/cli/telling/ErrorReport.h"
 
 namespace holdfast::cli {
 

@@ -1,4 +1,4 @@
-#include "apps/cli/ErrorCodes.h"
+#include "apps/cli/telling/ErrorCodes.h"
 
 #include <array>
 #include <cstddef>

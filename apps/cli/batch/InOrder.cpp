@@ -1,4 +1,4 @@
-#include "apps/cli/InOrder.h"
+#include "apps/cli/batch/InOrder.h"
 
 #include <algorithm>
 #include <condition_variable>

@@ -1,12 +1,12 @@
-#include "apps/cli/Script.h"
+#include "apps/cli/batch/Script.h"
 
 #include <algorithm>
 #include <array>
 #include <filesystem>
 #include <sstream>
 
-#include "apps/cli/DrawingFiles.h"
-#include "apps/cli/ErrorReport.h"
+#include "apps/cli/files/DrawingFiles.h"
+#include "apps/cli/telling/ErrorReport.h"
 #include "document/text/Suggest.h"
 #include "editing/Verbs.h"
 #include "formats/FileIo.h"

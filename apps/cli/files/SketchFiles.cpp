@@ -1,4 +1,4 @@
-#include "apps/cli/SketchFiles.h"
+#include "apps/cli/files/SketchFiles.h"
 
 #include <nlohmann/json.hpp>
 
@@ -8,9 +8,9 @@
 #include <iostream>
 #include <string_view>
 
-#include "apps/cli/ErrorReport.h"
-#include "apps/cli/OutputFiles.h"
-#include "apps/cli/Terminal.h"
+#include "apps/cli/files/OutputFiles.h"
+#include "apps/cli/telling/ErrorReport.h"
+#include "apps/cli/telling/Terminal.h"
 #include "document/text/DrawingError.h"
 #include "document/text/Suggest.h"
 #include "editing/Session.h"

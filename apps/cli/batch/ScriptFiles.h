@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "apps/cli/Script.h"
 #include "apps/cli/Uses.h"
+#include "apps/cli/batch/Script.h"
 
 namespace holdfast::cli {
 

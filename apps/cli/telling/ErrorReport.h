@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "apps/cli/ErrorCodes.h"
 #include "apps/cli/Uses.h"
+#include "apps/cli/telling/ErrorCodes.h"
 #include "document/text/DrawingError.h"
 #include "editing/RefusalFacts.h"
 

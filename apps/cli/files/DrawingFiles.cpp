@@ -1,12 +1,12 @@
-#include "apps/cli/DrawingFiles.h"
+#include "apps/cli/files/DrawingFiles.h"
 
 #include <filesystem>
 #include <span>
 
-#include "apps/cli/ErrorReport.h"
-#include "apps/cli/OutputFiles.h"
-#include "apps/cli/SketchFiles.h"
-#include "apps/cli/Terminal.h"
+#include "apps/cli/files/OutputFiles.h"
+#include "apps/cli/files/SketchFiles.h"
+#include "apps/cli/telling/ErrorReport.h"
+#include "apps/cli/telling/Terminal.h"
 #include "formats/FileIo.h"
 #include "formats/dxf/DxfReader.h"
 #include "formats/dxf/DxfText.h"

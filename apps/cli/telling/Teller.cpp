@@ -1,9 +1,9 @@
-#include "apps/cli/Teller.h"
+#include "apps/cli/telling/Teller.h"
 
 #include <algorithm>
 #include <iostream>
 
-#include "apps/cli/Terminal.h"
+#include "apps/cli/telling/Terminal.h"
 
 namespace holdfast::cli {
 

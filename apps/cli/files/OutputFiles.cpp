@@ -1,13 +1,13 @@
-#include "apps/cli/OutputFiles.h"
+#include "apps/cli/files/OutputFiles.h"
 
 #include <algorithm>
 #include <cctype>
 #include <iostream>
 #include <set>
 
-#include "apps/cli/ErrorReport.h"
-#include "apps/cli/SketchFiles.h"
-#include "apps/cli/Terminal.h"
+#include "apps/cli/files/SketchFiles.h"
+#include "apps/cli/telling/ErrorReport.h"
+#include "apps/cli/telling/Terminal.h"
 #include "document/text/Suggest.h"
 #include "formats/dxf/DxfPatch.h"
 #include "formats/json/JsonWriter.h"

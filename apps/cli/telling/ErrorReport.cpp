@@ -1,11 +1,11 @@
-#include "apps/cli/ErrorReport.h"
+#include "apps/cli/telling/ErrorReport.h"
 
 #include <nlohmann/json.hpp>
 
 #include <charconv>
 #include <new>
 
-#include "apps/cli/DrawingFiles.h"
+#include "apps/cli/files/DrawingFiles.h"
 #include "editing/EditError.h"
 #include "formats/FileError.h"
 #include "hosting/DocumentSketch.h"

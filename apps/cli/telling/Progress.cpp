@@ -1,8 +1,8 @@
-#include "apps/cli/Progress.h"
+#include "apps/cli/telling/Progress.h"
 
 #include <chrono>
 
-#include "apps/cli/Terminal.h"
+#include "apps/cli/telling/Terminal.h"
 
 namespace holdfast::cli {
 
