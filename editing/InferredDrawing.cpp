@@ -12,19 +12,28 @@ namespace holdfast::editing {
 
 namespace {
 
-/// New joints of what is not to be edited by chance.
-void dropAtOutOfReach(Document& document, std::size_t firstNew) {
+/// What is not to be edited by chance.
+std::vector<std::string> outOfReachIn(const Document& document) {
     const OutOfReach outOfReach(document.layers);
-    std::unordered_set<std::string> left;
+    std::vector<std::string> names;
     for (const Entity& entity : document.entities)
         if (outOfReach.holds(*entity.look))
-            left.insert(entity.id);
-    const auto goes = [&](const Constraint& constraint) {
-        return std::any_of(constraint.refs.begin(), constraint.refs.end(),
-                           [&](const Place& place) { return left.contains(place.entity); });
-    };
+            names.push_back(entity.id);
+    return names;
+}
+
+bool isOn(const Constraint& constraint, const std::unordered_set<std::string>& entities) {
+    return std::any_of(constraint.refs.begin(), constraint.refs.end(),
+                       [&](const Place& place) { return entities.contains(place.entity); });
+}
+
+/// New joints of what is not to be edited by chance.
+void dropAtOutOfReach(Document& document, std::size_t firstNew) {
+    const std::vector<std::string> names = outOfReachIn(document);
+    const std::unordered_set<std::string> left(names.begin(), names.end());
     auto& constraints = document.constraints;
     const auto first = constraints.begin() + static_cast<std::ptrdiff_t>(firstNew);
+    const auto goes = [&](const Constraint& constraint) { return isOn(constraint, left); };
     constraints.erase(std::remove_if(first, constraints.end(), goes), constraints.end());
 }
 
@@ -54,19 +63,14 @@ struct Reach {
 };
 
 Reach reachOf(const Document& document) {
-    Reach reach{document, {}};
-    const OutOfReach outOfReach(document.layers);
-    std::unordered_set<std::string> left;
-    for (const Entity& entity : document.entities)
-        if (outOfReach.holds(*entity.look) && left.insert(entity.id).second)
-            reach.left.push_back(entity.id);
-    if (left.empty())
+    Reach reach{document, outOfReachIn(document)};
+    if (reach.left.empty())
         return reach;
+    const std::unordered_set<std::string> left(reach.left.begin(), reach.left.end());
     std::erase_if(reach.document.entities, [&](const Entity& entity) { return left.contains(entity.id); });
     std::unordered_set<std::string> gone;
     std::erase_if(reach.document.constraints, [&](const Constraint& constraint) {
-        const bool goes = std::any_of(constraint.refs.begin(), constraint.refs.end(),
-                                      [&](const Place& place) { return left.contains(place.entity); });
+        const bool goes = isOn(constraint, left);
         if (goes)
             gone.insert(constraint.id);
         return goes;

@@ -20,10 +20,10 @@ struct Missing {
 };
 
 /// The fewest constraints and dimensions that take the freedom of some entities, or of all that are not out of reach
-/// where none is named. First
-/// what holds as drawn: shared points, level and upright lines, tangencies, lines in line, parallel and at right
-/// angles, equal radii and lengths, points on curves, symmetric pairs. Then dimensions at the values that they measure,
-/// from a datum: what the drawing holds already, else a point that is fixed for it, at the origin or at the lower left.
+/// where none is named. First what holds as drawn: shared points, level and upright lines, tangencies, lines in line,
+/// parallel and at right angles, equal radii and lengths, points on curves, symmetric pairs. Then dimensions at the
+/// values that they measure, from a datum: what the drawing holds already, else a point that is fixed for it, at the
+/// origin or at the lower left.
 /// Nothing moves for any of it: what counts as holding is what the solver counts as that, 1e-10 of the drawing's size.
 ///
 /// Of parts with constraints that do not hold nothing is said. Throws UnsolvableDocument for a drawing that the solver
