@@ -23,7 +23,7 @@ NEEDS_ITS_MEMORY = b"__asan_init"  # a program under this sanitizer does not beg
 
 
 def codes():
-    rows = TABLE.findall((ROOT / "apps" / "cli" / "ErrorCodes.cpp").read_text())
+    rows = TABLE.findall((ROOT / "apps" / "cli" / "telling" / "ErrorCodes.cpp").read_text())
     return {name: EXITS[exit] for name, exit in rows}
 
 
