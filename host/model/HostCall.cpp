@@ -1,19 +1,8 @@
 #include "host/model/HostCall.h"
 
 #include <cstdio>
-#include <utility>
-
-#include "host/model/HostState.h"
 
 namespace holdfast {
-
-HostObserver* hostObserver() {
-    return hostState().observer;
-}
-
-HostObserver* setHostObserver(HostObserver* observer) {
-    return std::exchange(hostState().observer, observer);
-}
 
 std::string describe(const YxRxObject* object) {
     HostObserver* const observer = hostObserver();

@@ -5,6 +5,7 @@
 #include <YxDbConstraints/AssocConstraintHeader.h>
 
 #include "host/model/HostAccess.h"
+#include "host/model/HostCall.h"
 #include "host/src/yxdb/ObjectData.h"
 
 namespace holdfast {
@@ -46,14 +47,30 @@ HostState& stateAfterTheEnd() {
     return state;
 }
 
+HostState& stateWithoutProcess() {
+    if (t_isThreadOver)
+        return stateAfterTheEnd();
+    CurrentHost::set(std::make_shared<HostState>());
+    return *t_state;
+}
+
+HostState& currentState() {
+    return t_state != nullptr ? *t_state : stateWithoutProcess();
+}
+
 }  // namespace
 
 HostState& hostState() {
-    if (t_state == nullptr && t_isThreadOver)
-        return stateAfterTheEnd();
-    if (t_state == nullptr)
-        CurrentHost::set(std::make_shared<HostState>());
-    return *t_state;
+    return currentState();
+}
+
+// Every operation of the host asks who listens: here, the state is at hand without a call.
+HostObserver* hostObserver() {
+    return currentState().observer;
+}
+
+HostObserver* setHostObserver(HostObserver* observer) {
+    return std::exchange(currentState().observer, observer);
 }
 
 std::shared_ptr<HostState> CurrentHost::get() {

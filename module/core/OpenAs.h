@@ -9,7 +9,7 @@ namespace holdfast::module {
 /// never open. The open ends with the pointer.
 template <class T>
 YxSmartPtr<T> openAs(const YxDbObjectId& id, int mode = YxDb::kForRead) {
-    const YxSmartPtr<YxDbObject> object = YxDbObjectIdImpl::openObject(id, mode, false);
+    YxSmartPtr<YxDbObject> object = YxDbObjectIdImpl::openObject(id, mode, false);
     if (object.isNull() || !object->isKindOf(T::desc()))
         return {};
     return object;

@@ -8,7 +8,7 @@ namespace holdfast {
 namespace {
 
 std::string takeName(SceneStatement& statement, std::string_view expected) {
-    const std::string name = statement.take(expected);
+    std::string name = statement.take(expected);
     if (!isSceneName(name))
         statement.fail("\"" + name + "\" is no name; begin with a letter and use letters, digits, _ and - only");
     return name;

@@ -30,7 +30,7 @@ constexpr CutKind kCutKinds[] = {
     { false,            false,            false,          6 },
 };
 // clang-format on
-static_assert(std::size(kCutKinds) == 2 * 2 * 2, "one row for each kind of cut");
+static_assert(std::size(kCutKinds) == 8, "one row for each answer to three questions");
 
 int wholePart(double param) {
     if (std::isnan(param))

@@ -59,7 +59,7 @@ HomogeneousPoint SplineView::controlAt(int index) const {
 
 CurveSample SplineView::sampleAt(double param, int interval) const {
     std::array<HomogeneousPoint, kHighestDegree + 1> points;
-    std::array<double, 2U * kHighestDegree> knots;  // those from interval - degree + 1 to interval + degree
+    std::array<double, std::size_t{2} * kHighestDegree> knots;  // those from interval - degree + 1 to interval + degree
     for (int i = 0; i <= m_degree; ++i)
         points[static_cast<std::size_t>(i)] = controlAt(interval - m_degree + i);
     for (int i = 0; i < 2 * m_degree; ++i)
