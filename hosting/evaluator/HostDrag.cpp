@@ -148,7 +148,7 @@ SolveResult HostDrag::stepWithin(const YxGeMatrix3d& transform) {
 
 SolveResult HostDrag::follow(const EditRequest& request, const std::vector<double>& goals) {
     m_taken = nullptr;
-    const SolveResult followed = m_free->session.step(goals);
+    SolveResult followed = m_free->session.step(goals);
     if (followed.isSolved() && m_free->session.miss() <= kHolds * m_drawn.size()) {
         m_taken = m_free.get();
         take(m_free->sketch.values, m_free->session.miss());
@@ -163,7 +163,7 @@ SolveResult HostDrag::yield(const EditRequest& request, const std::vector<double
     if (m_held.empty()) {
         if (m_firm == nullptr)
             m_firm = std::make_unique<Following>(m_drawn, m_handles, keptExactly(m_edited));
-        const SolveResult kept = m_firm->session.step(goals);
+        SolveResult kept = m_firm->session.step(goals);
         if (kept.isSolved()) {
             m_taken = m_firm.get();
             take(m_firm->sketch.values, m_firm->session.miss());
@@ -232,12 +232,16 @@ void HostDrag::land(const YxGeMatrix3d& transform) {
 /// False, and nothing is taken, where the request cannot be met so.
 bool HostDrag::keepShapes(const EditRequest& request) {
     SketchData shaped = m_drawn;
-    const SolveResult result = solve(shaped, {.targets = request.targets,
-                                              .edited = request.edited,
-                                              .keepsShapes = true,
-                                              .patience = m_miss > 0.0 ? Patience::way : Patience::once,
-                                              .namesConflicts = false});
-    if (!result.isSolved() || isTurnedOver(shaped.values))
+    const auto isShapedWith = [&](Patience patience) {
+        shaped.values = m_drawn.values;
+        const SolveResult result = solve(shaped, {.targets = request.targets,
+                                                  .edited = request.edited,
+                                                  .keepsShapes = true,
+                                                  .patience = patience,
+                                                  .namesConflicts = false});
+        return result.isSolved() && !isTurnedOver(shaped.values);
+    };
+    if (!(m_miss == 0.0 && isShapedWith(Patience::once)) && !isShapedWith(Patience::way))
         return false;
     const std::vector<double> followed = std::exchange(m_host.sketch.values, shaped.values);
     if (m_host.isCut && m_host.reachesBorder()) {

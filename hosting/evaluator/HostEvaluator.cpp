@@ -31,6 +31,12 @@ std::vector<std::string> namesOf(const SketchData& sketch, const std::vector<int
     return names;
 }
 
+/// Of a set that is not proven nobody knows that it cannot hold together: how far the edit could be led is told
+/// instead.
+std::vector<std::string> provenConflict(const SketchData& sketch, const SolveResult& result) {
+    return result.isConflictMinimal ? namesOf(sketch, result.conflicting) : std::vector<std::string>();
+}
+
 /// True when the drawing plane is turned over.
 bool reflects(const YxGeMatrix3d& m) {
     return m(0, 0) * m(1, 1) - m(0, 1) * m(1, 0) < 0.0;
@@ -208,7 +214,7 @@ const Evaluation& HostEvaluator::refuseYielded() {
     m_yielded->request.whenInfeasible = WhenInfeasible::refuse;
     const SolveResult result = meet(m_yielded->sketch, m_yielded->request);
     m_last.solved = result.isSolved();
-    m_last.conflicting = namesOf(m_yielded->sketch, result.conflicting);
+    m_last.conflicting = provenConflict(m_yielded->sketch, result);
     if (!result.isSolved() && result.degeneracy)
         m_last.complaint = result.degeneracy->what;
     m_yielded.reset();
@@ -344,6 +350,7 @@ std::vector<std::string> HostEvaluator::againstPlaced(const std::vector<std::str
 bool HostEvaluator::lead(const std::vector<DimensionGoal>& goals) {
     const HostProcess::Scope bound(m_drawing.process());
     std::vector<std::string> ids;
+    ids.reserve(goals.size());
     for (const DimensionGoal& goal : goals)
         ids.push_back(goal.id);
     run([&] {
@@ -463,7 +470,7 @@ void HostEvaluator::evaluateStatic(LvEvaDataConverter& converter) {
 void HostEvaluator::note(const HostSketch& host, const SolveResult& result, double miss) {
     m_last.solved = result.isSolved();
     m_last.unchanged = result.status == SolveStatus::unchanged;
-    m_last.conflicting = namesOf(host.sketch, result.conflicting);
+    m_last.conflicting = provenConflict(host.sketch, result);
     m_last.residual = result.residual;
     m_last.iterations = result.iterations;
     m_last.miss = miss > YxGeContext::gTol.equalPoint() ? miss : 0.0;

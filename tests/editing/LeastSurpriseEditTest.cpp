@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <fstream>
+#include <numbers>
 
 #include "formats/json/JsonReader.h"
 #include "tests/editing/Shorthand.h"
@@ -97,6 +98,28 @@ TEST(LeastSurpriseEdit, LeavesTheChamferOfABracketOnItsSide) {
     EXPECT_NEAR(lineOf(session, "top").start.x, 30.0, 1e-7);
 }
 
+ArcShape arcOf(const Session& session, const std::string& name) {
+    return std::get<ArcShape>(entityNamed(session.document(), name).shape);
+}
+
+double sweepOf(const ArcShape& arc) {
+    return arc.endAngle - arc.startAngle;
+}
+
+/// The hook at the end of a clip shifts with its right side; its inner arc could as well end on the other side.
+TEST(LeastSurpriseEdit, LeavesTheHookOfAClipAsItIsWhenTheClipGrows) {
+    for (const char* width : {"25", "33", "40", "60"}) {
+        std::ifstream in("examples/drawings/battery-clip.json");
+        Session session(formats::readJson(in, "battery-clip.json"));
+        const ArcShape before = arcOf(session, "g19");
+        EXPECT_EQ(session.apply("set c9 " + std::string(width)).outcome.error, "") << width;
+        EXPECT_NEAR(arcOf(session, "g19").radius, before.radius, 1e-6) << width;
+        EXPECT_NEAR(sweepOf(arcOf(session, "g19")), sweepOf(before), 1e-6) << width;
+        EXPECT_NEAR(lengthOf(lineOf(session, "g20")), 1.5, 1e-5) << width;
+        EXPECT_NEAR(arcOf(session, "g21").radius, 0.75, 1e-5) << width;
+    }
+}
+
 TEST(LeastSurpriseEdit, TakesABracketAlongInOneLongStrideOfADrag) {
     Session session(bracket());
     EXPECT_EQ(session.apply("delete c0 c18").outcome.error, "");
@@ -123,6 +146,66 @@ TEST(LeastSurpriseEdit, ShiftsAShortLineThatHangsOnAPulledEnd) {
     EXPECT_NEAR(lineOf(session, "b").start.x, 54.0, 1e-9);
     EXPECT_NEAR(lineOf(session, "b").end.x, 60.0, 1e-7);
     EXPECT_NEAR(lineOf(session, "b").end.y, 37.0, 1e-7);
+}
+
+/// Two lines with a bend between them.
+Document bentPipe() {
+    constexpr double right = std::numbers::pi / 2.0;
+    Document document;
+    document.name = "pipe";
+    document.entities = {lineEntity("in", {0, 0}, {30, 0}), shapeEntity("bend", ArcShape{{30, 8}, 8, -right, 0.0}),
+                         lineEntity("out", {38, 8}, {38, 40})};
+    document.constraints = {
+        constraintOf("c0", ConstraintType::coincident, {{"in", PlaceKind::end}, {"bend", PlaceKind::start}}),
+        constraintOf("c1", ConstraintType::tangent, {{"in"}, {"bend"}}),
+        constraintOf("c2", ConstraintType::coincident, {{"bend", PlaceKind::end}, {"out", PlaceKind::start}}),
+        constraintOf("c3", ConstraintType::tangent, {{"bend"}, {"out"}})};
+    return document;
+}
+
+TEST(LeastSurpriseEdit, LeavesABendAsItIsWhenALineAtItIsDraggedFar) {
+    for (const char* edit : {"drag in by -20,10", "drag in by 15,-20", "drag out by -20,10", "drag in.end by -20,10"}) {
+        Session session(bentPipe());
+        EXPECT_EQ(session.apply(edit).outcome.error, "");
+        const auto& bend = std::get<ArcShape>(entityNamed(session.document(), "bend").shape);
+        EXPECT_NEAR(bend.radius, 8.0, 1e-8) << edit;
+    }
+}
+
+/// The hand of a clock: two sides in a mirror, and a round tip that is tangent to one of them and reaches the axis.
+Document clockHand() {
+    const double slope = std::atan2(0.125, 18.0), tip = 1.0 / std::cos(slope);
+    const Vec2 middle{20.0 - tip * std::sin(slope), 0.0};
+    Document document;
+    document.name = "hand";
+    document.entities = {
+        lineEntity("back", {2, 1.125}, {2, -1.125}),
+        lineEntity("upper", {2, 1.125}, {20, 1.0}),
+        lineEntity("lower", {2, -1.125}, {20, -1.0}),
+        shapeEntity("tip", ArcShape{middle, tip, slope - std::numbers::pi / 2.0, std::numbers::pi / 2.0 - slope}),
+        shapeEntity("nose", PointShape{{middle.x + tip, 0}}),
+        shapeEntity("axis", XlineShape{{0, 0}, {1, 0}})};
+    document.entities.back().fixed = true;
+    using enum PlaceKind;
+    document.constraints = {constraintOf("c0", ConstraintType::symmetric, {{"back", start}, {"back", end}, {"axis"}}),
+                            constraintOf("c1", ConstraintType::coincident, {{"upper", start}, {"back", start}}),
+                            constraintOf("c2", ConstraintType::coincident, {{"lower", start}, {"back", end}}),
+                            constraintOf("c3", ConstraintType::symmetric, {{"upper", end}, {"lower", end}, {"axis"}}),
+                            constraintOf("c4", ConstraintType::coincident, {{"tip", end}, {"upper", end}}),
+                            constraintOf("c5", ConstraintType::coincident, {{"tip", start}, {"lower", end}}),
+                            constraintOf("c6", ConstraintType::tangent, {{"tip"}, {"upper"}}),
+                            constraintOf("c7", ConstraintType::pointOnCurve, {{"nose"}, {"tip"}}),
+                            constraintOf("c8", ConstraintType::pointOnCurve, {{"nose"}, {"axis"}})};
+    return document;
+}
+
+/// The end is far away for one stride: the other one stays on the way there, too.
+TEST(LeastSurpriseEdit, LengthensALineThreefoldWithoutItsOtherEnd) {
+    Session session(clockHand());
+    EXPECT_EQ(session.apply("lengthen upper end by 36").outcome.error, "");
+    EXPECT_EQ(lineOf(session, "upper").start, (Vec2{2, 1.125}));
+    EXPECT_NEAR(lengthOf(lineOf(session, "upper")), std::hypot(18.0, 0.125) + 36.0, 1e-8);
+    EXPECT_EQ(lineOf(session, "back"), (LineShape{{2, 1.125}, {2, -1.125}}));
 }
 
 TEST(LeastSurpriseEdit, IsNotStoppedByAPartThatContradictsItself) {

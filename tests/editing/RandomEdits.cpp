@@ -68,7 +68,6 @@ double saidBy(const Constraint& dimension) {
 }  // namespace
 
 std::string RandomEdits::next(const Document& document) {
-    using Maker = std::string (RandomEdits::*)(const Document&);
     static constexpr std::array<Maker, 26> makers{
         &RandomEdits::breakEdit,     &RandomEdits::trimEdit,     &RandomEdits::extendEdit,    &RandomEdits::filletEdit,
         &RandomEdits::joinEdit,      &RandomEdits::lengthenEdit, &RandomEdits::stretchEdit,   &RandomEdits::mirrorEdit,
@@ -79,13 +78,25 @@ std::string RandomEdits::next(const Document& document) {
         &RandomEdits::parameterEdit, &RandomEdits::defineEdit};
     if (chance(0.1))
         return chance(0.7) ? "undo" : "redo";
+    const std::string edit = byOneOf(makers, document);
+    return edit.empty() ? "undo" : edit;
+}
+
+std::string RandomEdits::moving(const Document& document) {
+    static constexpr std::array<Maker, 5> makers{&RandomEdits::rotateEdit, &RandomEdits::setEdit,
+                                                 &RandomEdits::stretchEdit, &RandomEdits::dragEdit,
+                                                 &RandomEdits::mirrorEdit};
+    return byOneOf(makers, document);
+}
+
+std::string RandomEdits::byOneOf(std::span<const Maker> makers, const Document& document) {
     for (int tries = 0; tries < 20; ++tries) {
         const Maker maker = makers[below(makers.size())];
         std::string edit;
         if (holds([&] { return !(edit = (this->*maker)(document)).empty(); }))
             return edit;
     }
-    return "undo";
+    return "";
 }
 
 std::string RandomEdits::number(double value) {
@@ -413,7 +424,6 @@ std::string RandomEdits::constraintOfMixed(const Document& document) {
 
 /// Of every kind; what cannot be between its places is refused.
 std::string RandomEdits::constrainEdit(const Document& document) {
-    using Maker = std::string (RandomEdits::*)(const Document&);
     static constexpr std::array<Maker, 4> makers{&RandomEdits::constraintOfOne, &RandomEdits::constraintOfTwo,
                                                  &RandomEdits::constraintOfPoints, &RandomEdits::constraintOfMixed};
     const std::string what = (this->*makers[below(makers.size())])(document);

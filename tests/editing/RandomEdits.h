@@ -3,6 +3,7 @@
 #include <array>
 #include <functional>
 #include <random>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -18,10 +19,14 @@ public:
     explicit RandomEdits(unsigned seed) : m_random(seed) {}
 
     std::string next(const Document& document);
+    /// Of those that move what is there: rotate, set, stretch, drag and mirror. Empty where a few tries find none.
+    std::string moving(const Document& document);
     /// Of an entity and what a constraint ties to it.
     std::string linkedCopy(const Document& document);
 
 private:
+    using Maker = std::string (RandomEdits::*)(const Document&);
+    std::string byOneOf(std::span<const Maker> makers, const Document& document);
     std::string breakEdit(const Document& document);
     std::string trimEdit(const Document& document);
     std::string extendEdit(const Document& document);

@@ -221,6 +221,25 @@ TEST(FindConflict, NamesTheCellOfATrussThatABarContradicts) {
     EXPECT_EQ(sketch.namesOf(conflict.constraints), "c75 c77 c78 c79 c80 c81");
 }
 
+TEST(FindConflict, ProvesASetOfManyMembers) {
+    // A chain of 14 links hangs between walls that are too far apart: every link and every joint is needed for that.
+    constexpr int links = 14;
+    std::string text = "fixed! point from 0,0; fixed! point to 154,0; line l0 0,0 10,3; coincident from l0.start";
+    for (int i = 1; i < links; ++i) {
+        const std::string n = std::to_string(i), last = std::to_string(i - 1), up = i % 2 == 0 ? "3" : "0";
+        text += "; line l" + n + " " + std::to_string(10 * i) + "," + (i % 2 == 0 ? "0 " : "3 ") +
+                std::to_string(10 * i + 10) + "," + up + "; coincident l" + last + ".end l" + n + ".start";
+    }
+    text += "; coincident l" + std::to_string(links - 1) + ".end to";
+    for (int i = 0; i < links; ++i)
+        text += "; distance l" + std::to_string(i) + " = 10; horizontal l" + std::to_string(i) + ".start from";
+    const SketchText sketch(text.c_str());
+    Effort effort(nullptr, Effort::kMostForEdit);
+    const ConflictSet conflict = findConflict(sketch.sketch, bindingConstraints(sketch.sketch), {}, effort);
+    EXPECT_TRUE(conflict.isMinimal);
+    EXPECT_EQ(conflict.constraints.size(), 2u * links + 1);
+}
+
 TEST(Diagnose, CallsNothingRedundantThatIsInConflict) {
     for (const char* text :
          {"line a 0,0 10,1; line b 0,5 9,7; parallel a b; perpendicular a b",

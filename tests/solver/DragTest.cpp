@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <sstream>
 
@@ -30,6 +31,26 @@ std::string chainOfLinks(int count) {
         text += "line " + id + " " + std::to_string(8 * i) + from + std::to_string(8 * i + 8) + to + id + " = 10;";
         if (i > 0)
             text += "coincident l" + std::to_string(i - 1) + ".end " + id + ".start;";
+    }
+    return text;
+}
+
+/// A net of lines 10 long, side times side meshes; the two lines that begin in a node are equally long.
+std::string netOfLines(int side) {
+    const auto line = [](char kind, int i, int j) { return kind + std::to_string(i) + "x" + std::to_string(j); };
+    std::string text;
+    for (int j = 0; j < side; ++j) {
+        for (int i = 0; i < side; ++i) {
+            const std::string x = std::to_string(10 * i), y = std::to_string(10 * j), node = " " + x + "," + y + " ";
+            const std::string right = line('r', i, j), up = line('u', i, j);
+            text += "line " + right + node + std::to_string(10 * i + 10) + "," + y + ";";
+            text += "line " + up + node + x + "," + std::to_string(10 * j + 10) + ";";
+            text += "coincident " + right + ".start " + up + ".start; equal " + right + " " + up + ";";
+            if (i > 0)
+                text += "coincident " + line('r', i - 1, j) + ".end " + right + ".start;";
+            if (j > 0)
+                text += "coincident " + line('u', i, j - 1) + ".end " + right + ".start;";
+        }
     }
     return text;
 }
@@ -63,6 +84,20 @@ TEST(Drag, ComesBackToWhereItBegan) {
         ASSERT_TRUE(dragTo(session, {x, x < 63.0 ? 20.0 : 0.0}).isSolved());
     for (std::size_t i = 0; i < before.size(); ++i)
         EXPECT_NEAR(sketch.sketch.values[i], before[i], 1e-6);
+}
+
+TEST(Drag, TakesNoMoreIterationsFarFromWhereItBegan) {
+    SketchText sketch(netOfLines(8));
+    const Vec2 start = sketch.at("r4x4.start");
+    DragSession session = beginAt(sketch, "r4x4.start", Scope::part);
+    int most = 0;
+    for (int i = 1; i <= 120; ++i) {
+        const SolveResult result = dragTo(session, {start.x + 0.02 * i, start.y + 0.01 * i});
+        ASSERT_TRUE(result.isSolved()) << i;
+        if (i > 2)
+            most = std::max(most, result.iterations);
+    }
+    EXPECT_LE(most, 2);
 }
 
 TEST(Drag, MovesOnlyTheNeighbourhoodThatTheDragNeeds) {

@@ -125,19 +125,38 @@ TEST(DragVicinity, IsLeftWhereWhatIsNearCannotFollow) {
 /// Starts on one level are one value: what is near is not all that moves.
 TEST(DragVicinity, IsNotUsedWhereWhatMovesReachesBeyondIt) {
     constexpr int count = 800, middle = 400;
-    SketchData sketch = barOf(count);
-    sketch.constraints.clear();
+    SketchData sketch;
+    for (int i = 0; i < count; ++i)
+        sketch.addLine("b" + std::to_string(i), {8.0 * i, 0}, {8.0 * i + 8.0, 6});
     for (int i = 1; i < count; ++i)
         sketch.addConstraint(
             {"h" + std::to_string(i), ConstraintType::horizontal, {{i - 1, PlaceKind::start}, {i, PlaceKind::start}}});
-    for (std::size_t i = 0; i < sketch.entities.size(); ++i)
-        sketch.values[static_cast<std::size_t>(sketch.entities[i].firstValue) + 1] = 0.0;
     sketch.takeReference();
     const int v = sketch.entities[middle].firstValue;
     DragSession session(sketch, {v, v + 1});
     ASSERT_TRUE(ledTo(session, {sketch.values[static_cast<std::size_t>(v)], 3.0}).isSolved());
     for (const SketchEntity& entity : sketch.entities)
         EXPECT_NEAR(sketch.values[static_cast<std::size_t>(entity.firstValue) + 1], 3.0, 1e-5) << entity.id;
+}
+
+std::vector<int> onEntity(const SketchData& sketch, int entity) {
+    std::vector<int> found;
+    sketch.constraintsOn.forEachOn(entity, [&](int constraint) { found.push_back(constraint); });
+    return found;
+}
+
+TEST(ConstraintLists, FollowWhatIsAppendedAndTakenBack) {
+    SketchData sketch = zigzagOf(3, 0.0);  // d0, d1, c1, d2, c2
+    EXPECT_EQ(onEntity(sketch, 0), (std::vector<int>{2, 0}));
+    EXPECT_EQ(onEntity(sketch, 1), (std::vector<int>{4, 2, 1}));
+    EXPECT_EQ(onEntity(sketch, 7), std::vector<int>());
+    sketch.constraintsOn.shorten(3);
+    EXPECT_EQ(sketch.constraintsOn.count(), 3u);
+    EXPECT_EQ(onEntity(sketch, 1), (std::vector<int>{2, 1}));
+    EXPECT_EQ(onEntity(sketch, 2), std::vector<int>());
+    sketch.constraintsOn.append(std::vector<SketchPlace>{{2}, {0}});
+    EXPECT_EQ(onEntity(sketch, 0), (std::vector<int>{3, 2, 0}));
+    EXPECT_EQ(onEntity(sketch, 2), (std::vector<int>{3}));
 }
 
 }  // namespace

@@ -100,6 +100,46 @@ TEST(FewestSizes, ChangesTheSweepOfAnArcInsteadOfLengthsOnItsOtherSide) {
     EXPECT_LT(sketch.worstViolation(), 1e-8);
 }
 
+TEST(FewestSizes, ChangesSweepsInsteadOfRadii) {
+    // Two arcs lead from a base into a ring; as the ring grows, they meet it elsewhere.
+    const SketchText before(
+        "fixed! xline axis 0,0 90; arc left -5.4,12.4107 2.16065 270 363.596 ; arc right 5.4,12.4107 2.16065 176.404 "
+        "270; "
+        "arc ring 0,12.75 3.25 356.404 543.596; circle hole 0,12.75 1.75; line base -5.4,10.25 5.4,10.25; "
+        "coincident ring.end left.end; coincident ring.start right.start; tangent ring left; tangent right ring; "
+        "concentric hole.centre ring.centre; diameter hole = 3.5; coincident base.start left.start; "
+        "coincident base.end right.end; point_on_curve ring.centre axis; distance_y right.end ring.centre = 2.5");
+    for (const double diameter : {5.2, 7.8, 9.75}) {
+        SketchText sketch = before;
+        ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
+        const SketchText settled = sketch;
+        ASSERT_TRUE(give(sketch, "diameter ring", 2.0 * sketch.value("ring", 2), diameter));
+        EXPECT_EQ(changedSizes(settled, sketch), "ring") << diameter;
+        EXPECT_LT(sketch.worstViolation(), 1e-8) << diameter;
+    }
+}
+
+TEST(FewestSizes, KeepsExactlyWhatHardlyHasToChange) {
+    // The step of a key moves up on its ring: what holds it may slide round, and only its own height is asked for.
+    SketchText sketch(
+        "fixed! point o 0,0; arc rim 0,0 40 2.866 354.261; arc bore 0,0 35.5 0 353.531; line spoke 0,0 -35.5,0; "
+        "line tip -35.5,0 -40,0; line top 39.95,2 52,2; line step 52,2 52,0; line low 52,0 35.5,0; "
+        "line foot 35.2739,-4 39.7995,-4; coincident rim.centre o; concentric bore.centre rim.centre; "
+        "coincident spoke.start rim.centre; point_on_curve spoke.end bore; horizontal spoke; "
+        "coincident spoke.end tip.start; point_on_curve tip.end rim; horizontal tip; coincident top.end step.start; "
+        "coincident step.end low.start; horizontal top; horizontal low; vertical step; coincident top.start rim.start; "
+        "horizontal foot; coincident rim.end foot.end; coincident low.end bore.start; "
+        "distance_y bore.end bore.start = 4; coincident foot.start bore.end");
+    ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
+    const SketchText settled = sketch;
+    const double was = sizeOf(sketch, "step");
+    ASSERT_TRUE(give(sketch, "distance_y step.end step.start", was, 3.0));
+    const std::string changed = changedSizes(settled, sketch);
+    EXPECT_EQ(std::count(changed.begin(), changed.end(), ' '), 1) << changed;
+    EXPECT_NE(changed.find("step"), std::string::npos) << changed;
+    EXPECT_LT(sketch.worstViolation(), 1e-8);
+}
+
 TEST(FewestSizes, KeepsALengthWhenALineIsStoodUpright) {
     const SketchText before(
         "point foot 7.5,0; point edge 7.5,6; circle hole 7.5,8.65 2.65; arc round 7.5,8.65 7.5 -0.00013 179.99987; "

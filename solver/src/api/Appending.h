@@ -24,6 +24,7 @@ public:
         shorten(m_sketch.data.entities, m_entities);
         shorten(m_sketch.data.splines, m_splines);
         shorten(m_sketch.data.constraints, m_constraints);
+        m_sketch.data.constraintsOn.shorten(m_constraints);
         shorten(m_sketch.data.values, m_values);
         shorten(m_sketch.data.reference, m_values);
         shorten(m_sketch.kinds, m_constraints);

@@ -40,7 +40,8 @@ DragSession::~DragSession() = default;
 DragSession::DragSession(DragSession&&) noexcept = default;
 DragSession& DragSession::operator=(DragSession&&) noexcept = default;
 
-Result<DragSession> DragSession::begin(Sketch& sketch, std::vector<PointId> handles, const SolveOptions& options) {
+Result<DragSession> DragSession::begin(Sketch& sketch, const std::vector<PointId>& handles,
+                                       const SolveOptions& options) {
     SketchImpl& impl = SketchAccess::of(sketch);
     if (auto fault = faultOf(options))
         return *std::move(fault);

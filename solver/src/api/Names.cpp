@@ -15,7 +15,7 @@ std::string toString(ConstraintId id) {
 }
 
 std::string toString(PointId id) {
-    const std::string index = std::to_string(id.index()), entity = toString(id.entity());
+    std::string index = std::to_string(id.index()), entity = toString(id.entity());
     switch (id.place()) {
         case PointId::Place::self:
             return entity;

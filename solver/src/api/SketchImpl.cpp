@@ -69,7 +69,7 @@ void takeConstraint(const SketchImpl& sketch, std::size_t from, SketchImpl& kept
     kept.constraintOf[at(sketch.idOfConstraint[from])] = static_cast<int>(kept.data.constraints.size());
     kept.idOfConstraint.push_back(sketch.idOfConstraint[from]);
     kept.kinds.push_back(sketch.kinds[from]);
-    kept.data.constraints.push_back(std::move(constraint));
+    kept.data.addConstraint(std::move(constraint));
 }
 
 }  // namespace

@@ -40,8 +40,8 @@ constexpr int kMostIterations = 100;
 constexpr double kGuilty = 1e-2, kPerhapsGuilty = 1e-5;
 
 std::size_t costOf(const Subproblem& subproblem, int iterations) {
-    const auto width = static_cast<std::size_t>(subproblem.columnCount() + subproblem.rowCount());
-    return static_cast<std::size_t>(iterations + 1) * (kOverhead + width);
+    const auto width = at(subproblem.columnCount()) + at(subproblem.rowCount());
+    return (at(iterations) + 1) * (kOverhead + width);
 }
 
 /// Constraints and the entities that they are about, which are to be brought to hold.

@@ -28,6 +28,7 @@ public:
     /// Factorises with the curvature of the last update added to the weights; the Jacobian is the subproblem's, taken
     /// where the unknowns are now.
     bool factorise(std::span<const double> weights, std::span<const double> damping);
+    bool hasFactors() const { return m_linear.hasFactors(); }
     void solve(std::span<double> g, std::span<double> h, bool isExact) { m_linear.solve(g, h, isExact); }
 
 private:

@@ -112,6 +112,7 @@ std::span<const double> Stepper::restorationStep(bool isExact) {
 }
 
 std::span<const double> Stepper::solve(bool isExact) {
+    ++m_solves;
     m_multiplier.resize(residual.size());
     std::transform(residual.begin(), residual.end(), m_multiplier.begin(), [](double f) { return -f; });
     if (m_isCurved)

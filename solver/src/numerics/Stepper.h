@@ -32,6 +32,11 @@ public:
     /// From now on steps know how the equations bend, under these multipliers, where they were linearised last.
     void useHessian(std::span<const double> multiplier);
 
+    bool isCurved() const { return m_isCurved; }
+    /// From now on steps are computed with the factors at hand that know how the equations bend, or with those that do
+    /// not.
+    void takeFactors(bool areCurved) { m_isCurved = areCurved; }
+
     /// Of the step before.
     std::span<const double> multiplier() const { return m_multiplier; }
 
@@ -54,6 +59,9 @@ public:
     /// From a point that is nearest to its targets: to the one that is when these change, with the factors at hand.
     std::span<const double> followingStep(std::span<const double> change);
 
+    /// Steps that were computed, each from factors at hand.
+    int solves() const { return m_solves; }
+
     /// Longest movement of geometry in a step.
     double reach(std::span<const double> step) const;
 
@@ -68,6 +76,7 @@ private:
     Subproblem& m_subproblem;
     std::span<const double> m_weights;
     std::vector<double> m_damping, m_step, m_multiplier;
+    int m_solves = 0;
     bool m_isExact = true;
     bool m_isCurved = false;
 };

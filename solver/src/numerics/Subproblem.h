@@ -70,6 +70,11 @@ public:
     struct Carried {
         std::vector<double> weights, targets, x, multiplier;
         double residual = 0.0;
+        bool isCurved = false;  ///< the factors know how the equations bend
+        int solves = 0;         ///< of the first search with these factors; 0: there was none yet
+        int excess = 0;         ///< solves of later searches above that
+        /// What the targets changed by in the search that came here, and what of its way the factors did not foretell.
+        std::vector<double> change, bend, multiplierBend;
     };
     Carried& carried() { return m_carried; }
 

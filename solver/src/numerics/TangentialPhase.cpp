@@ -27,7 +27,8 @@ double pullOf(const Pull& pull, std::span<const double> x) {
 
 bool hasCarriedTo(Subproblem& subproblem, const Pull& pull, std::span<const double> x) {
     const Subproblem::Carried& carried = subproblem.carried();
-    if (carried.weights != pull.weights || !subproblem.linearSolver().hasFactors())
+    if (carried.weights != pull.weights ||
+        !(carried.isCurved ? subproblem.curvature().hasFactors() : subproblem.linearSolver().hasFactors()))
         return false;
     for (std::size_t j = 0; j < x.size(); ++j)
         if (!(std::abs(x[j] - carried.x[j]) * subproblem.metric()[j] <= subproblem.system().aim))
@@ -65,11 +66,54 @@ public:
     /// Every point that was taken is sound, the first one included.
     bool isGuarded() const { return m_isGuarded; }
 
-    /// The factors at hand are those that found the nearest point: a search that begins near it begins with them.
+    /// The factors at hand are those that found the nearest point: a search that begins near it begins with them. With
+    /// the way from where they were made, searches take more and more solves; when these have cost what new factors
+    /// do, new ones are made.
     void carryOver() {
-        m_subproblem.carried().weights.clear();
-        if (!m_isCurved && !m_isStale && !m_multiplier.empty() && m_carriedSteps <= kWorthCarrying)
-            m_subproblem.carried() = {m_pull.weights, m_pull.targets, m_x, m_multiplier, m_residualNow};
+        Subproblem::Carried& carried = m_subproblem.carried();
+        carried.weights.clear();
+        if (m_isStale || m_multiplier.empty())
+            return;
+        int first = 0, excess = 0;
+        if (m_isCarried) {
+            first = carried.solves > 0 ? carried.solves : m_stepper.solves();
+            excess = carried.excess + std::max(0, m_stepper.solves() - first);
+        }
+        if (excess >= kWorthFactors) {
+            m_stepper.linearise(m_x);
+            if (m_stepper.isCurved())
+                m_stepper.useHessian(m_multiplier);
+            if (!m_stepper.factorise(kLeastDamping))
+                return;
+            first = excess = 0;
+            correct();
+        }
+        carried = {.weights = m_pull.weights,
+                   .targets = m_pull.targets,
+                   .x = m_x,
+                   .multiplier = m_multiplier,
+                   .residual = m_residualNow,
+                   .isCurved = m_stepper.isCurved(),
+                   .solves = first,
+                   .excess = excess,
+                   .change = {},
+                   .bend = {},
+                   .multiplierBend = {}};
+        if (m_isCarried && !m_change.empty()) {
+            carried.change = std::move(m_change);
+            carried.bend = moved(m_x, m_foretold, -1.0);
+            carried.multiplierBend = moved(m_multiplier, m_foretoldMultiplier, -1.0);
+        }
+    }
+
+    /// Old factors leave what they hardly see. New ones show it.
+    void correct() {
+        lookedAt(m_x);
+        const auto way = m_stepper.chordStep(m_wish, m_multiplier);
+        if (hasArrived(way, m_stepper.reach(way)))
+            return;
+        addMultiplier();
+        accepts(moved(m_x, way, 1.0), 0.0);
     }
 
     enum class Outcome { moved, nearest, stuck };
@@ -117,8 +161,13 @@ private:
     }
 
     Outcome step() {
-        if (std::exchange(m_hasCarried, false) && isNearestWithCarried())
-            return Outcome::nearest;
+        if (std::exchange(m_hasCarried, false)) {
+            m_stepper.takeFactors(m_subproblem.carried().isCurved);
+            m_isCarried = isNearestWithCarried();
+            if (m_isCarried)
+                return Outcome::nearest;
+            m_stepper.takeFactors(false);
+        }
         look();
         if (std::vector<double> way = chord(); !way.empty())
             return followed(way, m_stepper.reach(way));
@@ -138,10 +187,19 @@ private:
         return followed(way, reach);
     }
 
+    /// What the step with factors at hand says that the multiplier changes by.
+    void addMultiplier() {
+        for (std::size_t k = 0; k < m_multiplier.size(); ++k)
+            m_multiplier[k] += m_stepper.multiplier()[k];
+    }
+
     /// Slopes, residuals and wishes of where it is.
     void look() { lookFrom(m_x); }
     void lookFrom(std::span<const double> x) {
         m_stepper.linearise(x);
+        lookedAt(x);
+    }
+    void lookedAt(std::span<const double> x) {
         m_wish.resize(x.size());
         std::transform(m_pull.targets.begin(), m_pull.targets.end(), x.begin(), m_wish.begin(), std::minus<>());
     }
@@ -159,14 +217,24 @@ private:
         double reach = m_stepper.reach(way), last = 0.0;
         if (hasArrived(way, reach))
             return true;
+        m_change = m_wish;
+        m_foretold = moved(m_x, way, 1.0);
+        m_foretoldMultiplier = moved(m_multiplier, m_stepper.multiplier(), 1.0);
         std::vector<double> next = m_x;
+        double bent = 0.0;  // by how much a guess has made the next step shorter
+        if (const double share = shareOfLastChange(); share > 0.0) {
+            next = moved(m_x, carried.bend, share);
+            m_multiplier = moved(m_multiplier, carried.multiplierBend, share);
+            bent = share * m_stepper.reach(carried.bend);
+        }
         while (reach <= (last > 0.0 ? kContracts * last : m_limits.stride * m_system.size)) {
-            for (std::size_t k = 0; k < m_multiplier.size(); ++k)
-                m_multiplier[k] += m_stepper.multiplier()[k];
+            addMultiplier();
             for (std::size_t j = 0; j < next.size(); ++j)
                 next[j] += way[j];
-            if (last > 0.0 && reach / last * reach <= kNearEnough * m_system.tolerance)
+            if (last > 0.0 && std::max(reach, bent) / last * reach <= kNearEnough * m_system.tolerance)
                 return accepts(std::move(next), 0.0);
+            if (last > 0.0)
+                bent = 0.0;
             if (++m_carriedSteps == kMostCarried)
                 return false;
             lookFrom(next);
@@ -174,6 +242,18 @@ private:
             last = std::exchange(reach, m_stepper.reach(way));
         }
         return false;
+    }
+
+    /// How much of what the targets changed by in the search before they change by now, in its direction; where they
+    /// go on as they went, the equations will bend the way as they did. 0: nothing is known of that.
+    double shareOfLastChange() const {
+        const Subproblem::Carried& carried = m_subproblem.carried();
+        double along = 0.0, whole = 0.0;
+        for (std::size_t j = 0; j < carried.change.size(); ++j) {
+            along += m_pull.weights[j] * m_change[j] * carried.change[j];
+            whole += m_pull.weights[j] * carried.change[j] * carried.change[j];
+        }
+        return along > 0.0 && along <= kMostAlike * whole ? along / whole : 0.0;
     }
 
     bool hasArrived(std::span<const double> way, double reach) const {
@@ -192,8 +272,7 @@ private:
         const auto found = m_stepper.chordStep(m_wish, m_multiplier);
         if (!(m_stepper.reach(found) <= kContracts * m_whole))
             return {};
-        for (std::size_t i = 0; i < m_multiplier.size(); ++i)
-            m_multiplier[i] += m_stepper.multiplier()[i];
+        addMultiplier();
         return {found.begin(), found.end()};
     }
 
@@ -273,7 +352,8 @@ private:
     static constexpr int kMostRestoring = 10;  // iterations of one point: beyond, a shorter step is cheaper
     static constexpr int kMostSharpening = 8;
     static constexpr int kMostCarried = 6;      // steps with an earlier search's factors: beyond, new ones cost less
-    static constexpr int kWorthCarrying = 4;    // the same, for the next search
+    static constexpr double kMostAlike = 2.0;   // changes that are longer have another bend
+    static constexpr int kWorthFactors = 4;     // solves that take as long as new slopes and factors
     static constexpr int kPolishing = 6;        // steps with factors at hand
     static constexpr double kSharper = 0.3;     // of the residual that a point may have: there is room to grow again
     static constexpr double kTrusted = 1e-4;    // of the size: farther away the nearest point is not at hand
@@ -289,6 +369,9 @@ private:
     const IterationLimits& m_limits;
     Stepper m_stepper;
     std::vector<double> m_wish, m_multiplier;
+    std::vector<double> m_change;  ///< of the targets since the carried point was found
+    /// The nearest point and its multiplier as carried factors foretell them.
+    std::vector<double> m_foretold, m_foretoldMultiplier;
     double m_whole = 0.0;  ///< reach of the step before if it was taken as a whole; steps shrink by about one factor
     double m_expected = std::numeric_limits<double>::max();  ///< what the step before promised of the next one's reach
     double m_pullNow;
@@ -296,6 +379,7 @@ private:
     double m_residualNow, m_residualOfNext = 0.0;
     bool m_isGuarded = false;
     bool m_hasCarried = false;
+    bool m_isCarried = false;  ///< the nearest point was found with an earlier search's factors
     int m_carriedSteps = 0;
     bool m_isCurved = false;
     bool m_hasComeBack = false;  ///< the slopes show a freedom that the equations do not have

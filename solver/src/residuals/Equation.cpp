@@ -107,7 +107,7 @@ struct LocalReader {
             const SplineReading reading(set, equation.splineUses[k], inputs, values);
             std::fill_n(byInput, reading.inputCount, 0.0);
             for (int order = 0; 2 * order < count; ++order)
-                spreadSpline(reading, inputs, order, byLocal + local + 2 * order, byInput);
+                spreadSpline(reading, inputs, order, byLocal + local + static_cast<std::ptrdiff_t>(2) * order, byInput);
             byInput += reading.inputCount;
             return reading.inputCount;
         });

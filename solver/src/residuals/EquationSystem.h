@@ -48,9 +48,9 @@ struct Contradiction {
 struct SizeRow {
     int equation = -1;
     int entity = -1;
-    /// The length of a straight piece, or the sweep of an arc; another size of something round or of a whole shape; or
-    /// no size: where it is turned to.
-    enum class Kind { length, bend, turn } kind = Kind::length;
+    /// The length of a straight piece; a size of something round or of a whole shape; the sweep of an arc, which
+    /// follows from where its neighbours lead to; or no size: where it is turned to.
+    enum class Kind { length, bend, sweep, turn } kind = Kind::length;
 };
 
 /// A sketch as unknowns and equations: what coincides, lies level or has a given size is merged to one unknown, the

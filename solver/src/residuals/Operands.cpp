@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "geometry/SplineBasis.h"
+#include "solver/src/sketch/Index.h"
 
 namespace holdfast::solver::detail {
 
@@ -13,11 +14,11 @@ namespace {
 using enum PlaceKind;
 
 const SketchEntity& entityAt(const SketchData& sketch, int entity) {
-    return sketch.entities[static_cast<std::size_t>(entity)];
+    return sketch.entities[at(entity)];
 }
 
 std::vector<int> run(int first, int count) {
-    std::vector<int> result(static_cast<std::size_t>(count));
+    std::vector<int> result(at(count));
     std::iota(result.begin(), result.end(), first);
     return result;
 }
@@ -33,7 +34,7 @@ Operand segmentPoints(const SketchData& sketch, CurveRef curve, OperandKind kind
 }
 
 int bulgeOf(const SketchEntity& entity, int segment) {
-    return entity.bulgeValues[static_cast<std::size_t>(segment)];
+    return entity.bulgeValues[at(segment)];
 }
 
 Operand bulgePart(const SketchData& sketch, CurveRef curve, OperandKind kind) {
@@ -56,7 +57,7 @@ std::optional<Operand> startPoint(const SketchData& sketch, int number) {
         case EntityKind::ellipticalArc:
             return pointFrom(entity.firstValue + 5);
         case EntityKind::spline: {
-            const SplineKnots& spline = sketch.splines[static_cast<std::size_t>(entity.spline)];
+            const SplineKnots& spline = sketch.splines[at(entity.spline)];
             if (isClampedAtStart(spline))
                 return pointFrom(entity.firstValue);
             return splineAtConstant(sketch, number, OperandKind::splinePoint, splineRange(spline).first);
@@ -78,7 +79,7 @@ std::optional<Operand> endPoint(const SketchData& sketch, int number) {
         case EntityKind::point:
             return pointFrom(entity.firstValue);
         case EntityKind::spline: {
-            const SplineKnots& spline = sketch.splines[static_cast<std::size_t>(entity.spline)];
+            const SplineKnots& spline = sketch.splines[at(entity.spline)];
             if (isClampedAtEnd(spline))
                 return pointFrom(entity.firstValue + entity.valueCount - 2);
             return splineAtConstant(sketch, number, OperandKind::splinePoint, splineRange(spline).last);
@@ -147,8 +148,7 @@ bool isEndPlace(PlaceKind kind) {
 }
 
 double distance(std::span<const double> v, int a, int b) {
-    return std::hypot(v[static_cast<std::size_t>(b)] - v[static_cast<std::size_t>(a)],
-                      v[static_cast<std::size_t>(b + 1)] - v[static_cast<std::size_t>(a + 1)]);
+    return std::hypot(v[at(b)] - v[at(a)], v[at(b) + 1] - v[at(a) + 1]);
 }
 
 double controlExtent(std::span<const double> v, const SketchEntity& entity) {
@@ -247,7 +247,7 @@ std::optional<Operand> curveAt(const SketchData& sketch, const SketchPlace& plac
     if (!isSplineCurve(sketch, curve) || (place.kind != start && place.kind != end))
         return std::nullopt;
     const SketchEntity& entity = entityAt(sketch, place.entity);
-    const SplineRange range = splineRange(sketch.splines[static_cast<std::size_t>(entity.spline)]);
+    const SplineRange range = splineRange(sketch.splines[at(entity.spline)]);
     return splineAtConstant(sketch, place.entity, OperandKind::splineJet,
                             isEndPlace(place.kind) ? range.last : range.first);
 }
@@ -266,7 +266,7 @@ Operand splineAt(const SketchData& sketch, int number, OperandKind kind, int par
 
 Operand splineAtConstant(const SketchData& sketch, int number, OperandKind kind, double param) {
     const SketchEntity& entity = entityAt(sketch, number);
-    const SplineBasis basis = splineBasis(sketch.splines[static_cast<std::size_t>(entity.spline)], param);
+    const SplineBasis basis = splineBasis(sketch.splines[at(entity.spline)], param);
     Operand operand{kind, {}, {entity.spline, false, param}};
     for (int i = 0; i < basis.count; ++i) {
         const int x = entity.firstValue + 2 * basis.control(i);
@@ -289,7 +289,7 @@ std::optional<Operand> endOf(const SketchData& sketch, CurveRef curve) {
 
 std::string nameOf(const SketchData& sketch, const SketchPlace& place) {
     const SketchEntity& entity = entityAt(sketch, place.entity);
-    const std::string name = std::string(kindName(entity.kind)) + " " + entity.id;
+    std::string name = std::string(kindName(entity.kind)) + " " + entity.id;
     switch (place.kind) {
         case whole:
             return name;
@@ -316,11 +316,10 @@ double sizeOf(const SketchData& sketch, CurveRef curve, double unbounded) {
             return distance(v, entity.firstValue, entity.firstValue + 2);
         case EntityKind::circle:
         case EntityKind::arc:
-            return std::abs(v[static_cast<std::size_t>(entity.firstValue + 2)]);
+            return std::abs(v[at(entity.firstValue) + 2]);
         case EntityKind::ellipse:
         case EntityKind::ellipticalArc:
-            return std::hypot(v[static_cast<std::size_t>(entity.firstValue + 2)],
-                              v[static_cast<std::size_t>(entity.firstValue + 3)]);
+            return std::hypot(v[at(entity.firstValue) + 2], v[at(entity.firstValue) + 3]);
         case EntityKind::text:
             return entity.textHeight;
         case EntityKind::spline:

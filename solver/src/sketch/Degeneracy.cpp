@@ -227,6 +227,11 @@ bool isReversed(int a, int b, Values before, Values now) {
            0.0;
 }
 
+/// Ends of an arc that pass its centre make half a turn of its sweep at once.
+bool hasLeapt(int arc, Values before, Values now) {
+    return std::abs(arcSweep(now, arc) - arcSweep(before, arc)) > 0.5 * std::numbers::pi;
+}
+
 }  // namespace
 
 std::optional<Degeneracy> findFlaw(const SketchData& sketch, const EquationSystem& system,
@@ -261,6 +266,8 @@ int findReversed(const SketchData& sketch, std::span<const int> entities, Values
     for (const int number : entities) {
         const SketchEntity& entity = sketch.entities[at(number)];
         if (entity.kind == EntityKind::line && isReversed(entity.firstValue, entity.firstValue + 2, before, now))
+            return number;
+        if (entity.kind == EntityKind::arc && hasLeapt(entity.firstValue, before, now))
             return number;
         if (entity.kind != EntityKind::polyline)
             continue;

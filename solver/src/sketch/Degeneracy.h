@@ -28,7 +28,8 @@ std::optional<Degeneracy> findRuined(const SketchData& sketch, const EquationSys
                                      std::span<const int> entities, std::span<const char> isAsked, double least);
 
 /// The first of the entities that is a line, or has a straight segment, that now runs against its direction before:
-/// turned by more than a right angle. Both are values of the sketch.
+/// turned by more than a right angle; or an arc of which one end has as good as changed sides: it sweeps a right angle
+/// more or less. Both are values of the sketch.
 int findReversed(const SketchData& sketch, std::span<const int> entities, std::span<const double> before,
                  std::span<const double> now);
 

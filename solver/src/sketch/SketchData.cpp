@@ -38,7 +38,12 @@ public:
         include(x - reach, y - reach);
         include(x + reach, y + reach);
     }
-    double diagonal() const { return m_high.x < m_low.x ? 0.0 : std::hypot(m_high.x - m_low.x, m_high.y - m_low.y); }
+    bool isEmpty() const { return m_high.x < m_low.x; }
+    void include(const Extent& other) {
+        include(other.m_low.x, other.m_low.y);
+        include(other.m_high.x, other.m_high.y);
+    }
+    double diagonal() const { return isEmpty() ? 0.0 : std::hypot(m_high.x - m_low.x, m_high.y - m_low.y); }
 
 private:
     static constexpr double kFar = std::numeric_limits<double>::max();
@@ -49,6 +54,28 @@ private:
 void includePairs(Extent& extent, std::span<const double> pairs) {
     for (std::size_t i = 0; i + 1 < pairs.size(); i += 2)
         extent.include(pairs[i], pairs[i + 1]);
+}
+
+/// Many of them, two at a time: a minimum waits for the one before it.
+void includeManyPairs(Extent& extent, std::span<const double> pairs) {
+    constexpr std::size_t many = 16;  // fewer are included sooner than halves are put together
+    if (pairs.size() < many)
+        return includePairs(extent, pairs);
+    Extent even, odd;
+    std::size_t i = 0;
+    for (; i + 3 < pairs.size(); i += 4) {
+        even.include(pairs[i], pairs[i + 1]);
+        odd.include(pairs[i + 2], pairs[i + 3]);
+    }
+    includePairs(even, pairs.subspan(i));
+    for (const Extent& part : {even, odd})
+        if (!part.isEmpty())
+            extent.include(part);
+}
+
+/// Values that are coordinates and nothing else.
+bool isPoints(EntityKind kind) {
+    return kind == EntityKind::line || kind == EntityKind::point || kind == EntityKind::spline;
 }
 
 void include(Extent& extent, const SketchEntity& entity, std::span<const double> v) {
@@ -182,6 +209,7 @@ int SketchData::addPolyline(std::string id, const PolylineShape& polyline) {
 }
 
 int SketchData::addConstraint(SketchConstraint constraint) {
+    constraintsOn.append(constraint.refs);
     constraints.push_back(std::move(constraint));
     return static_cast<int>(constraints.size()) - 1;
 }
@@ -201,10 +229,23 @@ int SketchData::vertexValue(int entity, int vertex) const {
 double SketchData::size() const {
     assert(reference.size() == values.size());
     Extent extent;
-    for (const SketchEntity& entity : entities)
-        include(extent, entity,
-                std::span(reference).subspan(static_cast<std::size_t>(entity.firstValue),
-                                             static_cast<std::size_t>(entity.valueCount)));
+    const auto valuesFrom = [&](int from, int to) {
+        return std::span(reference).subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
+    };
+    int first = 0, last = 0;  // coordinates in a row, of one entity after the other
+    for (const SketchEntity& entity : entities) {
+        const int from = entity.firstValue, to = from + entity.valueCount;
+        if (!isPoints(entity.kind)) {
+            include(extent, entity, valuesFrom(from, to));
+            continue;
+        }
+        if (from != last) {  // an entity with other values lies between
+            includeManyPairs(extent, valuesFrom(first, last));
+            first = from;
+        }
+        last = to;
+    }
+    includeManyPairs(extent, valuesFrom(first, last));
     const double diagonal = extent.diagonal();
     return std::max(sizeAround, diagonal > 0.0 && std::isfinite(diagonal) ? diagonal : 1.0);
 }

@@ -13,6 +13,7 @@
 #include "geometry/Shapes.h"
 #include "geometry/SplineBasis.h"
 #include "solver/src/Uses.h"
+#include "solver/src/sketch/ConstraintLists.h"
 
 namespace holdfast::solver::detail {
 
@@ -98,6 +99,7 @@ struct SketchData {
     std::vector<SketchEntity> entities;
     std::vector<SplineKnots> splines;
     std::vector<SketchConstraint> constraints;
+    ConstraintLists constraintsOn;  ///< of all constraints, while these come by addConstraint() alone
     std::vector<double> values;
     std::vector<double> reference;
     /// What counts as satisfied, as a part of the sketch's size: far above the rounding of coordinates (2e-16), and far

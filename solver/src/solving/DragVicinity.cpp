@@ -16,17 +16,6 @@ constexpr std::size_t kNear = 192;
 /// Parts up to so many times as large are taken as a whole.
 constexpr std::size_t kAsGood = 4;
 
-/// Binding constraints by entity. Constraints lie about in memory: to list those that bind first would cost as much.
-ListTable bindingByEntity(const SketchData& sketch) {
-    std::vector<std::pair<int, int>> uses;
-    uses.reserve(2 * sketch.constraints.size());
-    for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
-        if (sketch.constraints[c].binds())
-            for (const SketchPlace& place : sketch.constraints[c].refs)
-                uses.emplace_back(place.entity, static_cast<int>(c));
-    return tabulate(static_cast<int>(sketch.entities.size()), uses);
-}
-
 std::vector<Target> asTargets(std::span<const int> values) {
     std::vector<Target> targets;
     for (const int v : values)
@@ -37,9 +26,8 @@ std::vector<Target> asTargets(std::span<const int> values) {
 }  // namespace
 
 std::unique_ptr<DragVicinity> DragVicinity::around(const SketchData& sketch, std::span<const int> handles) {
-    if (sketch.entities.size() <= kAsGood * kNear)
+    if (sketch.entities.size() <= kAsGood * kNear || sketch.constraintsOn.count() != sketch.constraints.size())
         return nullptr;
-    const ListTable constraintsOf = bindingByEntity(sketch);
     std::vector<char> isSeen(sketch.entities.size(), 0), isInside(sketch.entities.size(), 0);
     std::vector<char> isTaken(sketch.constraints.size(), 0);
     std::vector<int> entities, constraints;
@@ -55,13 +43,13 @@ std::unique_ptr<DragVicinity> DragVicinity::around(const SketchData& sketch, std
         if (sketch.entities[at(entities[head])].fixed)
             continue;
         ++inside;
-        for (const int c : constraintsOf[entities[head]]) {
-            if (std::exchange(isTaken[at(c)], 1))
-                continue;
+        sketch.constraintsOn.forEachOn(entities[head], [&](int c) {
+            if (std::exchange(isTaken[at(c)], 1) || !sketch.constraints[at(c)].binds())
+                return;
             constraints.push_back(c);
             for (const SketchPlace& place : sketch.constraints[at(c)].refs)
                 see(place.entity);
-        }
+        });
     }
     // An entity that very many others hang on is no vicinity.
     if (entities.size() > kAsGood * kNear)

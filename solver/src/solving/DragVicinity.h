@@ -13,8 +13,8 @@ namespace holdfast::solver::detail {
 /// rim lack constraints that lead away from it; unknowns of theirs say nothing about the whole sketch.
 class DragVicinity {
 public:
-    /// Null where all that is connected is about as large as what would be near. Cost: one look at every constraint;
-    /// all else follows what is near.
+    /// Null where all that is connected is about as large as what would be near. Cost: a byte for each entity and each
+    /// constraint, and the extent of the sketch; all else follows what is near.
     static std::unique_ptr<DragVicinity> around(const SketchData& sketch, std::span<const int> handles);
 
     SketchData& sketch() { return m_extract.sketch(); }

@@ -52,7 +52,7 @@ public:
         keep(formOf(ResidualKind::radiusIs), {circle}, SizeRow::Kind::bend);
         Equation form = formOf(ResidualKind::arcSweep);
         form.scale = sizeOf(sketch(), curve, m_builder.size());
-        keep(form, {circle, *startOf(sketch(), curve), *endOf(sketch(), curve)}, SizeRow::Kind::length);
+        keep(form, {circle, *startOf(sketch(), curve), *endOf(sketch(), curve)}, SizeRow::Kind::sweep);
         turn(entity().firstValue, entity().firstValue + 3);
     }
 

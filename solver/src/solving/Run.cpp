@@ -24,6 +24,10 @@ constexpr double kKeptLength = 0.02, kKeptBend = 0.01;
 /// Parts of the largest change below which all count the same when few are to change.
 constexpr double kLeastChange = 1e-2;
 
+bool isLengthOrBend(const SizeRow& size) {
+    return size.kind == SizeRow::Kind::length || size.kind == SizeRow::Kind::bend;
+}
+
 }  // namespace
 
 std::vector<int> namedEntities(const SketchData& sketch, const Task& task) {
@@ -131,13 +135,19 @@ std::vector<int> Run::changedLengths() const {
     return lengthsThatAre(false);
 }
 
+int Run::inexactLengths() const {
+    const double most = SketchData::kHolds * system().tolerance;
+    return static_cast<int>(std::count_if(system().sizes.begin(), system().sizes.end(), [&](const SizeRow& size) {
+        return isLengthOrBend(size) && m_state.changeOf(size) > most;
+    }));
+}
+
 std::vector<int> Run::lengthsThatAre(bool unchanged) const {
     const double way = longestWay();
     const auto& sizes = system().sizes;
     std::vector<int> found;
     for (int i = 0; i < static_cast<int>(sizes.size()); ++i)
-        if (sizes[at(i)].kind != SizeRow::Kind::turn && canBeKept(sizes[at(i)]) &&
-            isUnchanged(sizes[at(i)], way) == unchanged)
+        if (isLengthOrBend(sizes[at(i)]) && canBeKept(sizes[at(i)]) && isUnchanged(sizes[at(i)], way) == unchanged)
             found.push_back(i);
     std::stable_sort(found.begin(), found.end(),
                      [&](int a, int b) { return m_state.changeOf(sizes[at(a)]) < m_state.changeOf(sizes[at(b)]); });
@@ -150,9 +160,20 @@ Run::Changes Run::changes() const {
     for (const SizeRow& size : system().sizes) {
         if (isUnchanged(size, way))
             continue;
-        ++(size.kind == SizeRow::Kind::bend     ? changes.bends
-           : size.kind == SizeRow::Kind::length ? changes.lengths
-                                                : changes.turns);
+        switch (size.kind) {
+            case SizeRow::Kind::bend:
+                ++changes.bends;
+                break;
+            case SizeRow::Kind::length:
+                ++changes.lengths;
+                break;
+            case SizeRow::Kind::sweep:
+                ++changes.sweeps;
+                break;
+            case SizeRow::Kind::turn:
+                ++changes.turns;
+                break;
+        }
     }
     return changes;
 }
@@ -172,7 +193,7 @@ std::vector<double> Run::emphasis() const {
 double Run::strain() const {
     double sum = 0.0;
     for (const SizeRow& size : system().sizes)
-        if (size.kind != SizeRow::Kind::turn)
+        if (isLengthOrBend(size))
             sum += m_state.changeOf(size);
     return sum;
 }

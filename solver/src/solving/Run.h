@@ -46,18 +46,20 @@ public:
 
     /// Sizes that changed by no more than a small part of what moved, so that they may well stay: by their number.
     std::vector<char> unchangedSizes() const;
-    /// The same without the turns, and lengths and bends that changed by more: the least changed first.
+    /// The same of lengths and bends alone, and those that changed by more: the least changed first.
     std::vector<int> unchangedLengths() const;
     std::vector<int> changedLengths() const;
+    /// Lengths and bends that are not what they were exactly.
+    int inexactLengths() const;
     /// How many of each kind have changed by more.
     struct Changes {
-        int bends = 0, lengths = 0, turns = 0;
+        int bends = 0, lengths = 0, sweeps = 0, turns = 0;
         auto operator<=>(const Changes&) const = default;
     };
     Changes changes() const;
     /// How much more each of them is to count so that few change by much instead of many by a little.
     std::vector<double> emphasis() const;
-    /// The sum of all their changes, as lengths; and the largest change as a part of the size.
+    /// The sum of the changes of lengths and bends, as lengths; and the largest change as a part of the size.
     double strain() const;
     bool isBent() const;
     double mostChanged() const;

@@ -10,6 +10,7 @@
 #include "solver/src/sketch/Corners.h"
 #include "solver/src/sketch/Index.h"
 #include "solver/src/sketch/Measure.h"
+#include "solver/src/solving/Loan.h"
 #include "solver/src/solving/Stopwatch.h"
 #include "solver/src/solving/Trying.h"
 #include "solver/src/solving/Way.h"
@@ -63,8 +64,8 @@ std::vector<int> brokenIn(const SketchData& sketch) {
 /// One request, by all ways that there are.
 class Solving {
 public:
-    Solving(const SketchData& sketch, const SolveRequest& request)
-        : m_request(request), m_work(sketch), m_values(request.values) {
+    Solving(SketchData& sketch, const SolveRequest& request)
+        : m_request(request), m_work(sketch), m_loan(sketch), m_values(request.values) {
         m_isEdit = !m_values.empty() || !request.targets.empty() || !request.edited.empty() || !request.added.empty();
         if (!m_isEdit && request.keepsShapes) {
             m_values = changedDimensions(sketch);
@@ -110,6 +111,9 @@ public:
         }
         return first;
     }
+
+    /// The sketch is as it was from here on; nothing is to be tried after it.
+    void giveBack() { m_loan.giveBack(); }
 
     const std::vector<ValueGoal>& values() const { return m_values; }
     double secondsBuilding() const { return m_trying.secondsBuilding(); }
@@ -174,11 +178,13 @@ private:
             return atOnce.isSolved() || !canFollow ? atOnce : leadDimensions(std::move(atOnce));
         if (atOnce.isContradicted || (atOnce.isSolved() && !isDoubtful(atOnce)))
             return atOnce;
-        Answer carried = tryCarried();
+        Answer carried = tryCarried(atOnce.isSolved());
         if (carried.isSolved() && !carried.isTwisted)
             return carried;
         if (!canFollow)
             return carried.isSolved() && !atOnce.isSolved() ? carried : atOnce;
+        if (Answer keeping = followKeepingPlaces(); keeping.isSolved())
+            return keeping;
         Answer followed = follow(atOnce.isSolved() ? kNudged : kLeastStep);
         if (followed.isSolved() && (!atOnce.isSolved() || isReversed(atOnce) || isLessSurprising(followed, atOnce)))
             return followed;
@@ -187,9 +193,11 @@ private:
         if (m_request.patience != Patience::all)
             return followed;
         Answer careful = m_trying.isSpent() ? std::move(atOnce) : m_trying.once(task(level, false));
-        if (!careful.isSolved())
-            careful.result.reached = followed.result.reached;
-        if (!careful.isSolved() && followed.result.degeneracy)
+        if (careful.isSolved())
+            return careful;
+        careful.result.reached = followed.result.reached;
+        careful.values = std::move(followed.values);
+        if (followed.result.degeneracy)
             careful.result.degeneracy = followed.result.degeneracy;
         return careful;
     }
@@ -221,6 +229,7 @@ private:
         if (followed.isSolved())
             return followed;
         failed.result.reached = followed.result.reached;
+        failed.values = std::move(followed.values);
         return failed;
     }
 
@@ -257,12 +266,14 @@ private:
     /// Nothing but the edited entities has moved yet.
     bool isAtBeginning() const { return m_way->start() == m_work.reference; }
 
-    /// From where everything that is connected with the edited entities has gone along with them.
-    Answer tryCarried() {
+    /// From where everything that is connected with the edited entities has gone along with them. What has an answer
+    /// already is worth it only for a turn.
+    Answer tryCarried(bool isAnswered) {
         const auto& motion = m_way->motion();
         Answer none;
         none.result.status = SolveStatus::unreached;
-        if (!motion || std::abs(motion->angle()) < kTurned || (m_request.asksWhether && !isAtBeginning()))
+        if (!motion || (isAnswered && std::abs(motion->angle()) < kTurned) ||
+            (m_request.asksWhether && !isAtBeginning()))
             return none;
         const Task asked = task(RelaxationLevel::exact, true);
         const Run whole(m_work, asked);
@@ -275,6 +286,20 @@ private:
         carriedTask.aims = aims;
         Answer answer = m_trying.from(carried, [&] { return m_trying.keepingShapes(carriedTask); });
         answer.isTwisted = answer.isTwisted || (answer.isSolved() && isReversed(answer, carried));
+        return answer;
+    }
+
+    /// With the edited entities' other places as constants all the way.
+    Answer followKeepingPlaces() {
+        Answer answer;
+        answer.result.status = SolveStatus::unreached;
+        if (m_request.kept.empty())
+            return answer;
+        m_keepsPlaces = true;
+        answer = follow(kNudged);
+        m_keepsPlaces = false;
+        if (answer.isSolved() && isReversed(answer))
+            answer.result.status = SolveStatus::unreached;
         return answer;
     }
 
@@ -300,6 +325,8 @@ private:
         m_way->setValuesAt(part, m_work);
         Task step = task(RelaxationLevel::exact, true);
         step.targets = targets;
+        if (m_keepsPlaces)
+            step.kept = m_request.kept;
         step.shapes = m_trying.shapes();
         Answer answer = m_trying.from(values, [&] { return m_trying.once(step); });
         // Wishes make the equations many, and near a double root only few can be solved to the last digit.
@@ -356,14 +383,16 @@ private:
                 continue;
             if (overTo <= done)
                 break;
-            answer = std::move(over);
+            answer = std::exchange(over, {});
             answer.result.status = SolveStatus::solved;
             step = std::min(longest, std::max(overTo - done, leastStep));
             done = overTo;
             values = answer.values;
         }
-        if (!answer.isSolved())
+        if (!answer.isSolved()) {
             answer.result.reached = m_way->reachedAt(done);
+            answer.values = std::move(values);
+        }
         return answer;
     }
 
@@ -428,7 +457,8 @@ private:
     }
 
     const SolveRequest& m_request;
-    SketchData m_work;  ///< the sketch with the dimensions asked for
+    SketchData& m_work;  ///< the sketch with the dimensions asked for
+    Loan m_loan;
     Trying m_trying{m_work};
     Corners m_corners{m_work};
     std::vector<ValueGoal> m_values;
@@ -437,14 +467,27 @@ private:
     std::optional<Way> m_way;
     double m_least = SolverState::kLeast;
     bool m_isEdit = false;
+    bool m_keepsPlaces = false;  ///< on the way
 };
 
-void nameConflict(const SketchData& sketch, std::span<const int> suspects, std::span<const Target> targets,
-                  Budget* budget, SolveResult& result) {
-    const ConflictSet conflict = findConflict(sketch, suspects, targets, budget);
-    if (conflict.constraints.empty() && conflict.targets.empty())
+/// Whether a conflict can hold after all, from where the way of the edit has ended.
+bool holdsFarther(SketchData sketch, const ConflictSet& conflict, const Answer& answer, const SolveRequest& request) {
+    if (answer.values.size() != sketch.values.size())
+        return false;
+    sketch.values = answer.values;
+    std::vector<Target> targets;
+    for (const int number : conflict.targets)
+        targets.push_back(request.targets[at(number)]);
+    Effort effort(request.budget, Effort::kMostForEdit);
+    return canHold(sketch, conflict.constraints, targets, Care::thorough, effort);
+}
+
+void nameConflict(const SketchData& sketch, Answer& answer, const SolveRequest& request) {
+    const ConflictSet conflict = findConflict(sketch, answer.suspects, request.targets, request.budget);
+    if (conflict.isEmpty() || holdsFarther(sketch, conflict, answer, request))
         return;
-    if (result.status == SolveStatus::unreached)
+    SolveResult& result = answer.result;
+    if (conflict.isMinimal && result.status == SolveStatus::unreached)
         result.status = SolveStatus::conflicting;
     result.conflicting = conflict.constraints;
     result.contradictedTargets = conflict.targets;
@@ -484,6 +527,7 @@ SolveResult solve(SketchData& sketch, const SolveRequest& request) {
     const Stopwatch iterating;
     Solving solving(sketch, request);
     Answer answer = solving.run();
+    solving.giveBack();
     answer.result.work = solving.work();
     answer.result.times.building = solving.secondsBuilding();
     answer.result.times.iterating = iterating.seconds() - answer.result.times.building;
@@ -500,7 +544,7 @@ SolveResult solve(SketchData& sketch, const SolveRequest& request) {
         SketchData asked = sketch;
         for (const ValueGoal& value : solving.values())
             asked.constraints[at(value.constraint)].value = value.goal;
-        nameConflict(asked, answer.suspects, request.targets, request.budget, answer.result);
+        nameConflict(asked, answer, request);
     }
     answer.result.times.explaining = explaining.seconds();
     return std::move(answer.result);

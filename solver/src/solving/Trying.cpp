@@ -29,7 +29,7 @@ constexpr double kMostStrain = 2.0;
 constexpr long kMostWork = 2'500'000, kMostTimes = 20;
 
 int countOf(const Run::Changes& changes) {
-    return changes.bends + changes.lengths + changes.turns;
+    return changes.bends + changes.lengths + changes.sweeps + changes.turns;
 }
 
 }  // namespace
@@ -66,6 +66,7 @@ Answer Trying::once(const Task& task) {
         answer.unchangedSizes = run.unchangedSizes();
         answer.unchangedLengths = run.unchangedLengths();
         answer.changedLengths = run.changedLengths();
+        answer.inexactLengths = run.inexactLengths();
         answer.emphasis = run.emphasis();
         answer.changes = run.changes();
         answer.strain = run.strain();
@@ -98,19 +99,20 @@ Answer Trying::wishing(Task task) {
 Answer Trying::changingFewest(Task task, Answer wished) {
     m_keepingTries = kMostKeeping;
     const std::vector<int> unchanged = wished.unchangedLengths, changed = wished.changedLengths;
+    task.isFirm.assign(wished.unchangedSizes.size(), 0);
+    keepAlso(task, unchanged, wished, wished.inexactLengths);
     if (changed.size() < 2)
         return wished;
-    task.isFirm.assign(wished.unchangedSizes.size(), 0);
-    keepAlso(task, unchanged, wished, changed.size());
     const std::span<const int> all(changed);
     const std::size_t half = changed.size() / 2;
-    keepAlso(task, all.first(half), wished, changed.size() - 1);
-    keepAlso(task, all.subspan(half), wished, changed.size() - 1);
+    const int most = wished.inexactLengths - 1;
+    keepAlso(task, all.first(half), wished, most);
+    keepAlso(task, all.subspan(half), wished, most);
     return wished;
 }
 
 /// As many of these sizes as can be, those in front first, unless then more lengths than the most change.
-void Trying::keepAlso(Task& task, std::span<const int> sizes, Answer& best, std::size_t most) {
+void Trying::keepAlso(Task& task, std::span<const int> sizes, Answer& best, int most) {
     if (m_keepingTries <= 0 || m_keepingWork > kMostKeepingWork || sizes.empty())
         return;
     --m_keepingTries;
@@ -120,7 +122,7 @@ void Trying::keepAlso(Task& task, std::span<const int> sizes, Answer& best, std:
         firm.isFirm[static_cast<std::size_t>(size)] = 1;
     Answer kept = from(best.values, [&] { return once(firm); });
     m_keepingWork += m_work - before;
-    if (kept.isSolved() && kept.changedLengths.size() <= std::min(most, best.changedLengths.size()) &&
+    if (kept.isSolved() && kept.inexactLengths <= std::min(most, best.inexactLengths) &&
         kept.strain <= kMostStrain * best.strain && (!m_isShunned || !m_isShunned(kept) || m_isShunned(best))) {
         task = std::move(firm);
         best = std::move(kept);

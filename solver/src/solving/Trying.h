@@ -12,9 +12,10 @@ namespace holdfast::solver::detail {
 /// What came of one try.
 struct Answer {
     SolveResult result;
-    std::vector<double> values, metric;
+    std::vector<double> values, metric;  ///< of a failure the values where its way ended; empty when there was none
     std::vector<char> unchangedSizes;
     std::vector<int> unchangedLengths, changedLengths;
+    int inexactLengths = 0;
     std::vector<double> emphasis;
     Run::Changes changes;
     bool leavesBroken = false;  ///< something that the edit does not concern does not hold
@@ -69,7 +70,7 @@ public:
 private:
     Answer wishing(Task task);
     Answer changingFewest(Task task, Answer wished);
-    void keepAlso(Task& task, std::span<const int> sizes, Answer& best, std::size_t most);
+    void keepAlso(Task& task, std::span<const int> sizes, Answer& best, int most);
     std::vector<KeptShape> unturned() const;
 
     SketchData& m_sketch;

@@ -20,7 +20,8 @@ public:
     /// The sketch outlives the session. No handles, points that cannot be targets (see Target), and constraints that do
     /// not hold are errors. Of the options a drag knows the tolerance, the limits, which are those of one step, and
     /// isCancelled.
-    static Result<DragSession> begin(Sketch& sketch, std::vector<PointId> handles, const SolveOptions& options = {});
+    static Result<DragSession> begin(Sketch& sketch, const std::vector<PointId>& handles,
+                                     const SolveOptions& options = {});
 
     ~DragSession();
     DragSession(DragSession&& other) noexcept;
