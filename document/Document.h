@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "document/Blocks.h"
 #include "document/Look.h"
 #include "document/Uses.h"
 #include "geometry/ConstraintType.h"
@@ -84,8 +85,9 @@ struct Document {
     std::optional<Plane> plane;
     std::vector<Entity> entities;
     std::vector<Constraint> constraints;
-    std::vector<Parameter> parameters{};  ///< in the order in which they were given
-    std::vector<Layer> layers{};          ///< those that the file describes, in its order
+    std::vector<Parameter> parameters{};       ///< in the order in which they were given
+    std::vector<Layer> layers{};               ///< those that the file describes, in its order
+    std::vector<BlockReference> references{};  ///< drawn, and no entities
 
     friend bool operator==(const Document&, const Document&) = default;
 };

@@ -95,6 +95,8 @@ DrawingChange reversed(DrawingChange change) {
         std::swap(entity.before, entity.after);
     for (ConstraintChange& constraint : change.constraints)
         std::swap(constraint.before, constraint.after);
+    for (ReferenceChange& reference : change.references)
+        std::swap(reference.before, reference.after);
     if (change.parameters)
         std::swap(change.parameters->before, change.parameters->after);
     return change;
@@ -103,16 +105,19 @@ DrawingChange reversed(DrawingChange change) {
 OrderedDocument::OrderedDocument(Document plain)
     : document(std::move(plain)),
       entityOrders(counted(document.entities.size())),
-      constraintOrders(counted(document.constraints.size())) {}
+      constraintOrders(counted(document.constraints.size())),
+      referenceOrders(counted(document.references.size())) {}
 
 void OrderedDocument::apply(const DrawingChange& change) {
     ListChange<Entity> entities(document.entities, entityOrders, change.entities);
     ListChange<Constraint> constraints(document.constraints, constraintOrders, change.constraints);
+    ListChange<BlockReference> references(document.references, referenceOrders, change.references);
     std::vector<Parameter> parameters;
     if (change.parameters)
         parameters = change.parameters->after;
     entities.make();
     constraints.make();
+    references.make();
     if (change.parameters)
         document.parameters.swap(parameters);
 }

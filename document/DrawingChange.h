@@ -24,9 +24,16 @@ struct ConstraintChange {
     friend bool operator==(const ConstraintChange&, const ConstraintChange&) = default;
 };
 
-/// What the next entity and constraint that are made get: their orders, and the number in a constraint's id.
+/// The same for a block reference.
+struct ReferenceChange {
+    std::size_t order = 0;
+    std::optional<BlockReference> before, after;
+    friend bool operator==(const ReferenceChange&, const ReferenceChange&) = default;
+};
+
+/// What the next entity, constraint and reference that are made get: their orders, and the number in a constraint's id.
 struct NextOrders {
-    std::size_t entity = 0, constraint = 0, constraintId = 1;
+    std::size_t entity = 0, constraint = 0, constraintId = 1, reference = 0;
 };
 
 /// All parameters before and after.
@@ -40,18 +47,19 @@ struct DrawingChange {
     std::vector<EntityChange> entities;
     std::vector<ConstraintChange> constraints;
     std::optional<ParametersChange> parameters{};  ///< none: they are as they were
+    std::vector<ReferenceChange> references{};
 
-    bool empty() const { return entities.empty() && constraints.empty() && !parameters; }
+    bool empty() const { return entities.empty() && constraints.empty() && !parameters && references.empty(); }
     friend bool operator==(const DrawingChange&, const DrawingChange&) = default;
 };
 
 /// The change that takes another one back.
 DrawingChange reversed(DrawingChange change);
 
-/// A document whose entities and constraints know their order, so that changes can be applied to it.
+/// A document whose entities, constraints and references know their order, so that changes can be applied to it.
 struct OrderedDocument {
     Document document;
-    std::vector<std::size_t> entityOrders, constraintOrders;  ///< ascending
+    std::vector<std::size_t> entityOrders, constraintOrders, referenceOrders;  ///< ascending
 
     OrderedDocument() = default;
     /// Orders count from 0.

@@ -315,9 +315,9 @@ struct ChamferCorner {
 };
 
 /// Makes lines and arcs of polylines, one of each segment that has a length: with the constraints that were on it, tied
-/// to its neighbours, and as a tangent to those that it runs smoothly into.
+/// to its neighbours, and as a tangent to those that it runs smoothly into. Makes entities of block references.
 struct Explode {
-    std::vector<Name> entities;  ///< polylines, each once
+    std::vector<Name> entities;  ///< polylines and block references, each once
     friend bool operator==(const Explode&, const Explode&) = default;
 };
 

@@ -5,6 +5,7 @@
 
 #include "document/Names.h"
 #include "document/text/Suggest.h"
+#include "editing/RefusedReferences.h"
 #include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
 #include "geometry/curves/Nearest.h"
@@ -16,6 +17,7 @@ namespace holdfast::editing {
 void requireEntity(const Drawing& drawing, const Name& name, std::span<const std::string_view> ends) {
     if (!drawing.id(name.value).isNull())
         return;
+    refuseReference(drawing, name);
     const std::vector<std::string> names = drawing.names();
     std::vector<std::string_view> candidates(ends.begin(), ends.end());
     candidates.insert(candidates.end(), names.begin(), names.end());

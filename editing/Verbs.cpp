@@ -73,8 +73,10 @@ constexpr EditVerb kVerbs[] = {
      &parseChamfer},
     {"offset", "offset ENTITY... by DISTANCE [rounded]", "offset g1 by 2",
      "adds curves beside others: outside of what is round or closed, left of lines; chains as one", &parseOffset},
-    {"explode", "explode POLYLINE...", "explode p1",
-     "makes lines and arcs of a polyline, with its constraints and tied where they meet", &parseExplode},
+    {"explode", "explode POLYLINE|REFERENCE...", "explode p1",
+     "makes lines and arcs of a polyline, with its constraints and tied where they meet, or entities of a block "
+     "reference",
+     &parseExplode},
     {"undo", "undo", "", "takes the last edit back", &parseUndo},
     {"redo", "redo", "", "does the edit again that was taken back last", &parseRedo},
 };

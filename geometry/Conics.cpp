@@ -15,8 +15,9 @@ Box ellipticBox(Vec2 centre, Vec2 majorAxis, double ratio, double from, double t
     const Vec2 minor = minorAxis(majorAxis, ratio);
     const double end = std::min(to, from + kTurn);
     for (const double turn : {std::atan2(minor.x, majorAxis.x), std::atan2(minor.y, majorAxis.y)}) {
-        for (double t = turn + kPi * std::ceil((from - turn) / kPi); t < end; t += kPi)
-            box.add(ellipsePoint(centre, majorAxis, ratio, t));
+        const double first = turn + kPi * std::ceil((from - turn) / kPi);
+        for (int half = 0; first + half * kPi < end; ++half)
+            box.add(ellipsePoint(centre, majorAxis, ratio, first + half * kPi));
     }
     return box;
 }

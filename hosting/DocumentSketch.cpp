@@ -50,6 +50,7 @@ Ending endingOf(SolveStatus status) {
 
 std::vector<DocumentDiagnosis::Redundancy> numbered(const std::vector<Redundancy>& found) {
     std::vector<DocumentDiagnosis::Redundancy> redundant;
+    redundant.reserve(found.size());
     for (const Redundancy& redundancy : found)
         redundant.push_back({static_cast<std::size_t>(redundancy.constraint), redundancy.isWhole});
     return redundant;

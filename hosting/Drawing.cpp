@@ -40,16 +40,20 @@ Document notesOf(const Document& document) {
 
 }  // namespace
 
-Drawing::Drawing(const Document& document) : m_builder(m_process.database()), m_notes(notesOf(document)) {
+Drawing::Drawing(const Document& document)
+    : m_builder(m_process.database()), m_notes(notesOf(document)), m_references(document.references) {
     open(document, nullptr);
 }
 
 Drawing::Drawing(const OrderedDocument& ordered, const NextOrders& next)
-    : m_builder(m_process.database()), m_notes(notesOf(ordered.document)) {
+    : m_builder(m_process.database()),
+      m_notes(notesOf(ordered.document)),
+      m_references(ordered.document.references, &ordered.referenceOrders) {
     open(ordered.document, &ordered);
     m_numbered.resize(std::max(m_numbered.size(), next.entity));
     m_constraints.resize(std::max(m_constraints.size(), next.constraint));
     m_nextConstraintNumber = next.constraintId;
+    m_references.countOnFrom(std::max(m_references.next(), next.reference));
 }
 
 Drawing::~Drawing() {

@@ -16,6 +16,7 @@
 #include "host/model/HostBuilder.h"
 #include "host/model/HostProcess.h"
 #include "hosting/Deletion.h"
+#include "hosting/OpenReferences.h"
 #include "hosting/Uses.h"
 
 namespace holdfast::hosting {
@@ -100,6 +101,9 @@ public:
     /// How an entity is drawn; of an unknown one the usual look.
     const Look& look(std::string_view name) const;
     const std::vector<Layer>& layers() const { return m_notes.layers; }
+    /// What is drawn and is no entity. Other commands than those of references leave it alone.
+    const OpenReferences& references() const { return m_references; }
+    OpenReferences& references() { return m_references; }
 
     /// Adds an entity with the attributes of `like` (construction, look) under a fresh name derived from
     /// `like`'s, or "n1", "n2", ... without one. Returns the name.
@@ -236,6 +240,7 @@ private:
     HostBuilder m_builder;
     YxDbObjectId m_group;
     Document m_notes;  // name, source, licence, units, plane, parameters; no entities, no constraints
+    OpenReferences m_references;
     std::unordered_map<std::string, KnownEntity> m_entities;
     std::unordered_map<std::string, int> m_nextNumbers;  // by base: below it, no number of a fresh name is free
     std::vector<KnownEntity*> m_numbered;        // as they were drawn; null for erased ones and those that never were

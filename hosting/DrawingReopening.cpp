@@ -125,7 +125,8 @@ private:
 };
 
 NextOrders Drawing::next() const {
-    return {m_numbered.size(), m_constraints.size(), std::max(m_nextConstraintNumber, m_constraints.size() + 1)};
+    return {m_numbered.size(), m_constraints.size(), std::max(m_nextConstraintNumber, m_constraints.size() + 1),
+            m_references.next()};
 }
 
 /// What is behind the next numbers is gone by now, and its names are free.
@@ -148,6 +149,7 @@ void Drawing::put(const DrawingChange& change, const NextOrders& next) {
     if (change.parameters)
         m_notes.parameters = change.parameters->after;
     m_parametersBefore.reset();
+    m_references.put(change.references, next.reference);
     Reopening(*this, change).run();
     collect();
     countOnFrom(next);

@@ -98,7 +98,7 @@ std::vector<YxGeomConstraint*> Drawing::touchedInHost() {
 }
 
 bool Drawing::isUntouched() const {
-    return !m_isTouched && m_hostChanges.empty();
+    return !m_isTouched && m_hostChanges.empty() && m_references.isUntouched();
 }
 
 std::optional<Entity> Drawing::currentEntity(std::size_t number) const {
@@ -156,6 +156,7 @@ DrawingChange Drawing::change() {
     }
     if (m_parametersBefore && *m_parametersBefore != m_notes.parameters)
         change.parameters = ParametersChange{*m_parametersBefore, m_notes.parameters};
+    change.references = m_references.change();
     return change;
 }
 
@@ -185,6 +186,7 @@ void Drawing::commit(const DrawingChange& change) {
 void Drawing::take(const DrawingChange& change) {
     commit(change);
     m_parametersBefore.reset();
+    m_references.take();
     m_before.clear();
     m_constraintsBefore.clear();
     m_touchedInHost.clear();
@@ -230,6 +232,12 @@ EditedPart Drawing::editedPart(const DrawingChange& change) const {
             part.before.entities.push_back(*entity.before);
         if (entity.after)
             part.after.entities.push_back(*entity.after);
+    }
+    for (const ReferenceChange& reference : change.references) {
+        if (reference.before)
+            part.before.references.push_back(*reference.before);
+        if (reference.after)
+            part.after.references.push_back(*reference.after);
     }
     return part;
 }

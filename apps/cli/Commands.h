@@ -20,6 +20,7 @@ struct ShowOptions {
     bool list = false;     ///< every entity and constraint by name
     bool missing = false;  ///< what it lacks for being fully determined
     bool ids = false;      ///< the picture shows the names of entities
+    bool colours = false;  ///< the picture has the drawing's colours
 };
 int show(const ShowOptions& options);
 

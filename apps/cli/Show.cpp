@@ -25,7 +25,7 @@ using Counts = std::map<std::string, int>;
 constexpr double kBroken = 1e-6;
 
 struct Overview {
-    Counts entities, constraints;
+    Counts entities, references, constraints;
     int freedom = 0;
     std::vector<std::pair<std::size_t, double>> broken;  ///< numbers of constraints, and by how much
 };
@@ -34,6 +34,8 @@ Overview overviewOf(const Document& document) {
     Overview overview;
     for (const Entity& entity : document.entities)
         ++overview.entities[std::string(typeName(entity.shape))];
+    for (const BlockReference& reference : document.references)
+        ++overview.references[std::string(typeName(reference.kind))];
     for (const Constraint& constraint : document.constraints)
         ++overview.constraints[std::string(typeName(constraint.type))];
     const DocumentSketch sketch(document);
@@ -58,6 +60,8 @@ void tellCounts(const char* title, const Counts& counts) {
 void tell(const std::string& name, const Document& document, const Overview& overview) {
     std::cout << name << '\n';
     tellCounts("entities", overview.entities);
+    if (!overview.references.empty())
+        tellCounts("drawn as a whole", overview.references);
     tellCounts("constraints", overview.constraints);
     std::cout << "degrees of freedom: " << overview.freedom << '\n';
     std::cout << "broken constraints: " << overview.broken.size() << '\n';
@@ -69,6 +73,8 @@ nlohmann::ordered_json jsonOf(const std::string& name, const Document& document,
     nlohmann::ordered_json json;
     json["drawing"] = name;
     json["entities"] = overview.entities;
+    if (!overview.references.empty())
+        json["references"] = overview.references;
     json["constraints"] = overview.constraints;
     json["degrees_of_freedom"] = overview.freedom;
     json["broken"] = nlohmann::ordered_json::array();
@@ -102,7 +108,7 @@ int showOne(const std::string& drawing, const ShowOptions& options, Teller& tell
         return showSketches(*document, options, teller);
     const Document document = readAnyDrawing({drawing, options.from});
     if (!picture.empty())
-        outputs.add(picture, writePicture(document, {}, {.names = options.ids}));
+        outputs.add(picture, writePicture(document, {}, {.names = options.ids, .colours = options.colours}));
     const std::string name = spokenName(document, drawing);
     outputs.write([&] {
         if (teller.wantsJson())

@@ -9,6 +9,7 @@
 #include <unordered_map>
 
 #include "apps/cli/telling/Terminal.h"
+#include "document/BlockContents.h"
 #include "document/Names.h"
 #include "document/Places.h"
 #include "document/formulas/Calculation.h"
@@ -134,6 +135,46 @@ std::unordered_map<std::string, std::vector<std::string>> constraintsByEntity(co
     return found;
 }
 
+/// "(3, 4), turned by 30 degrees, scaled by 2 and -1, 3 columns and 2 rows"
+std::string placementText(const Placement& placement) {
+    std::string text = pair(placement.at);
+    if (placement.rotation != 0.0)
+        text += ", turned by " + shortNumber(inDegrees(placement.rotation)) + " degrees";
+    if (placement.xScale != 1.0 || placement.yScale != 1.0)
+        text += ", scaled by " + shortNumber(placement.xScale) +
+                (placement.xScale == placement.yScale ? "" : " and " + shortNumber(placement.yScale));
+    if (placement.columns > 1 || placement.rows > 1)
+        text += ", " + report::counted(static_cast<std::size_t>(placement.columns), "column") + " and " +
+                report::counted(static_cast<std::size_t>(placement.rows), "row") + " " + pair(placement.spacing) +
+                " apart";
+    return text;
+}
+
+/// References, each with its parts.
+void tellReferences(const Document& document) {
+    if (document.references.empty())
+        return;
+    std::cout << "each thing that is drawn as a whole:\n";
+    for (const BlockReference& reference : document.references) {
+        std::cout << "  " << reference.id << ": ";
+        if (reference.kind == BlockReference::Kind::insert)
+            std::cout << "block " << withoutControls(reference.block->name) << " at "
+                      << placementText(reference.placement);
+        else
+            std::cout << typeName(reference.kind);
+        if (!reference.look.isUsual())
+            std::cout << "; " << lookText(*reference.look);
+        std::cout << '\n';
+        forEachPart(reference, [](Entity&& part) {
+            std::cout << "    " << part.id << ": " << typeName(part.shape) << " " << std::visit(Geometry(), part.shape)
+                      << sizesIn(part.shape);
+            if (!part.look.isUsual())
+                std::cout << "; " << lookText(*part.look);
+            std::cout << '\n';
+        });
+    }
+}
+
 void tellEntities(const Document& document) {
     const std::vector<EntityFreedom> freedom = spokenFreedom(document);
     const auto constraints = constraintsByEntity(document);
@@ -220,10 +261,41 @@ std::string editFor(const Constraint& constraint) {
 
 void tellList(const Document& document) {
     tellEntities(document);
+    tellReferences(document);
     tellConstraints(document);
     tellParameters(document);
     tellLayers(document);
 }
+
+namespace {
+
+/// Parts as drawing files have entities.
+nlohmann::ordered_json partsJson(const BlockReference& reference) {
+    Document parts;
+    forEachPart(reference, [&](Entity&& part) { parts.entities.push_back(std::move(part)); });
+    return nlohmann::ordered_json::parse(formats::jsonText(parts)).at("entities");
+}
+
+nlohmann::ordered_json referencesJson(const Document& document) {
+    nlohmann::ordered_json json = nlohmann::ordered_json::array();
+    for (const BlockReference& reference : document.references) {
+        const Placement& placement = reference.placement;
+        nlohmann::ordered_json each{{"id", reference.id}, {"type", typeName(reference.kind)}};
+        if (reference.kind == BlockReference::Kind::insert)
+            each.update({{"block", reference.block->name},
+                         {"position", {placement.at.x, placement.at.y}},
+                         {"rotation", placement.rotation},
+                         {"scale", {placement.xScale, placement.yScale}},
+                         {"columns", placement.columns},
+                         {"rows", placement.rows},
+                         {"spacing", {placement.spacing.x, placement.spacing.y}}});
+        each["parts"] = partsJson(reference);
+        json.push_back(std::move(each));
+    }
+    return json;
+}
+
+}  // namespace
 
 nlohmann::ordered_json listJson(const Document& document) {
     std::stringstream text;
@@ -234,6 +306,8 @@ nlohmann::ordered_json listJson(const Document& document) {
         list["parameters"] = whole.at("parameters");
     if (whole.contains("layers"))
         list["layers"] = whole.at("layers");
+    if (!document.references.empty())
+        list["references"] = referencesJson(document);
     const std::vector<EntityFreedom> freedom = spokenFreedom(document);
     const auto constraints = constraintsByEntity(document);
     for (std::size_t i = 0; i < freedom.size(); ++i) {

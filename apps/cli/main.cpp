@@ -74,6 +74,8 @@ void addShow(CLI::App& app, ShowOptions& options, std::function<int()>& action) 
         command->add_option("-o,--output", options.output,
                             "draw it with its constraints into this .svg file; of several drawings, into this folder");
     command->add_flag("--ids", options.ids, kIds)->needs(picture);
+    command->add_flag("--colours", options.colours, "draw it in its own colours, those of entities or of their layers")
+        ->needs(picture);
     command->add_flag("--list", options.list,
                       "name every entity with its sizes, its freedom and the constraints on it, and every constraint");
     command->add_flag("--missing", options.missing, "list what it lacks for being fully determined, as edits");

@@ -2,6 +2,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include <string>
+#include <unordered_set>
+
+#include "document/BlockContents.h"
 #include "document/Names.h"
 #include "report/page/Wording.h"
 
@@ -76,6 +80,34 @@ struct Fields {
     }
 };
 
+/// What a reference shows, as entities that nothing moves.
+void addParts(Json& json, const BlockReference& reference) {
+    forEachShownPart(reference, [&](Entity&& part) {
+        part.fixed = true;
+        Json entity = entityJson(part);
+        entity["block"] = reference.id;
+        json.push_back(std::move(entity));
+    });
+}
+
+/// Parts that are no longer there are erased; a name may go from a part to an entity, and back.
+void addReferences(Json& json, const DrawingChange& change) {
+    for (const ReferenceChange& each : change.references)
+        if (each.after)
+            addParts(json["entities"], *each.after);
+    std::unordered_set<std::string> present;
+    for (const Json& entity : json["entities"])
+        present.insert(entity["id"].get<std::string>());
+    for (const ReferenceChange& each : change.references)
+        if (each.before)
+            forEachPart(*each.before, [&](Entity&& part) { json["erased"].push_back(part.id); });
+    Json erased = Json::array();
+    for (Json& id : json["erased"])
+        if (!present.contains(id.get<std::string>()))
+            erased.push_back(std::move(id));
+    json["erased"] = std::move(erased);
+}
+
 }  // namespace
 
 Json entityJson(const Entity& entity) {
@@ -123,6 +155,8 @@ Json drawingJson(const Document& document) {
     Json json{{"unit", document.lengthUnit}, {"entities", Json::array()}, {"constraints", Json::array()}};
     for (const Entity& entity : document.entities)
         json["entities"].push_back(entityJson(entity));
+    for (const BlockReference& reference : document.references)
+        addParts(json["entities"], reference);
     for (const Constraint& constraint : document.constraints)
         json["constraints"].push_back(constraintJson(constraint));
     json["parameters"] = parametersJson(document.parameters);
@@ -144,6 +178,8 @@ Json changeJson(const DrawingChange& change) {
             json["constraints"].push_back(constraintJson(*each.after));
         else if (each.before)
             json["deleted"].push_back(each.before->id);
+    if (!change.references.empty())
+        addReferences(json, change);
     if (change.parameters)
         json["parameters"] = parametersJson(change.parameters->after);
     return json;

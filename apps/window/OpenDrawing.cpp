@@ -2,11 +2,13 @@
 
 #include <nlohmann/json.hpp>
 
+#include <unordered_set>
 #include <utility>
 #include <variant>
 
 #include "apps/window/Answers.h"
 #include "apps/window/DrawingJson.h"
+#include "document/BlockContents.h"
 #include "document/text/DrawingError.h"
 #include "formats/FileIo.h"
 #include "formats/dxf/DxfWriter.h"
@@ -52,6 +54,18 @@ bool OpenDrawing::noteFile() {
     return std::exchange(m_written, written) == written;
 }
 
+/// Edits are kept as a drawing, whose file holds no references: they are where the opened drawing has them, but those
+/// that have been exploded.
+void OpenDrawing::addReferences(Document& kept) const {
+    std::unordered_set<std::string_view> exploded;
+    for (const Entity& entity : kept.entities)
+        for (const std::string_view whole : wholesOf(entity.id))
+            exploded.insert(whole);
+    for (const BlockReference& reference : m_opened.references)
+        if (!exploded.contains(reference.id))
+            kept.references.push_back(reference);
+}
+
 /// What cannot be read, or is older than the drawing, stays where it is until something else is to be kept there.
 void OpenDrawing::takeUp() {
     std::error_code missing;
@@ -59,7 +73,9 @@ void OpenDrawing::takeUp() {
     if (missing || m_file.isReadOnly || kept < fs::last_write_time(m_file.opened, missing))
         return;
     try {
-        m_session = std::make_unique<Session>(readDrawing(m_file.unsaved()));
+        Document unsaved = readDrawing(m_file.unsaved());
+        addReferences(unsaved);
+        m_session = std::make_unique<Session>(std::move(unsaved));
         m_isTakenUp = true;
         m_kept = ++m_number;
     } catch (const DrawingError&) {
@@ -248,7 +264,9 @@ std::string OpenDrawing::keep() {
     m_kept = m_number;  // what failed once is tried again with the next change
     try {
         writeDrawing(m_session->document(), m_file.unsaved());
-        return {};
+        return m_session->document().references == m_opened.references
+                   ? std::string()
+                   : m_file.unsaved().filename().string() + ": what was done to block references is not kept there";
     } catch (const DrawingError& failure) {
         return failure.what();
     }

@@ -77,6 +77,7 @@ private:
     std::string nameOf(std::string_view ending) const;
     bool noteFile();
     void takeUp();
+    void addReferences(Document& kept) const;
 
     mutable std::mutex m_mutex;
     DrawingFile m_file;

@@ -31,6 +31,17 @@ std::size_t slips(std::string_view a, std::string_view b) {
     return row[b.size()];
 }
 
+template <class Word>
+std::string listed(std::span<const Word> words, std::string_view beforeLast) {
+    std::string text;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (i > 0)
+            text += i + 1 == words.size() ? beforeLast : ", ";
+        text += words[i];
+    }
+    return text;
+}
+
 }  // namespace
 
 std::string_view nearestWord(std::string_view word, std::span<const std::string_view> candidates) {
@@ -71,13 +82,11 @@ std::string inQuotes(std::string_view text) {
 }
 
 std::string oneOf(std::span<const std::string_view> words) {
-    std::string text;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        if (i > 0)
-            text += i + 1 == words.size() ? " or " : ", ";
-        text += words[i];
-    }
-    return text;
+    return listed(words, " or ");
+}
+
+std::string allOf(std::span<const std::string> words) {
+    return listed(words, " and ");
 }
 
 }  // namespace holdfast::document

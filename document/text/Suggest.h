@@ -21,4 +21,7 @@ std::string inQuotes(std::string_view text);
 /// "a, b or c".
 std::string oneOf(std::span<const std::string_view> words);
 
+/// "a, b and c".
+std::string allOf(std::span<const std::string> words);
+
 }  // namespace holdfast::document

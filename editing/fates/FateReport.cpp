@@ -82,12 +82,12 @@ FateReport completed(FateReport report) {
                                                   : ConstraintFate::added;
             report.constraints.push_back({.constraint = id, .fate = fate, .reason = {}, .moves = {}, .edit = {}});
         });
-    addMissing(
-        report.before.entities, report.after.entities, std::move(knownEntities),
-        [&](const std::string& id, bool was, bool is) {
-            const EntityFate fate = was && is ? EntityFate::untouched : was ? EntityFate::erased : EntityFate::created;
-            report.entities.push_back({.entity = id, .fate = fate});
-        });
+    const auto addEntity = [&](const std::string& id, bool was, bool is) {
+        const EntityFate fate = was && is ? EntityFate::untouched : was ? EntityFate::erased : EntityFate::created;
+        report.entities.push_back({.entity = id, .fate = fate});
+    };
+    addMissing(report.before.entities, report.after.entities, knownEntities, addEntity);
+    addMissing(report.before.references, report.after.references, std::move(knownEntities), addEntity);
     sortByFate(report.constraints);
     sortByFate(report.entities);
     return report;

@@ -113,6 +113,26 @@ bool isDrawnAlike(const Shape& was, const Shape& is) {
     return before->vertices == after->vertices && before->bulges == after->bulges && before->closed == after->closed;
 }
 
+/// References stand behind the entities; none follows.
+void addReferenceFates(const Document& before, const Document& after, std::vector<EntityOutcome>& outcomes) {
+    std::unordered_map<std::string_view, const BlockReference*> was, is;
+    for (const BlockReference& reference : before.references)
+        was.emplace(reference.id, &reference);
+    for (const BlockReference& reference : after.references)
+        is.emplace(reference.id, &reference);
+    for (const BlockReference& reference : before.references) {
+        const auto now = is.find(reference.id);
+        if (now == is.end())
+            outcomes.push_back({reference.id, EntityFate::erased});
+        else if (reference != *now->second)
+            outcomes.push_back(
+                {reference.id, EntityFate::edited, distance(reference.placement.at, now->second->placement.at)});
+    }
+    for (const BlockReference& reference : after.references)
+        if (!was.contains(reference.id))
+            outcomes.push_back({reference.id, EntityFate::created});
+}
+
 std::vector<EntityOutcome> entityFates(const Document& before, const Document& after,
                                        const std::vector<std::string>& edited) {
     const EntityIndex was(before), is(after);
@@ -129,6 +149,7 @@ std::vector<EntityOutcome> entityFates(const Document& before, const Document& a
     for (const Entity& entity : after.entities)
         if (was.find(entity.id) == nullptr)
             outcomes.push_back({entity.id, EntityFate::created});
+    addReferenceFates(before, after, outcomes);
     return outcomes;
 }
 

@@ -127,7 +127,7 @@ const EditText::Word& EditText::take(std::string_view what) {
 }
 
 std::string EditText::oneOfWords(std::span<const std::string_view> choices, std::string_view what) {
-    const std::string found = take(what).text;
+    std::string found = take(what).text;
     if (std::find(choices.begin(), choices.end(), found) == choices.end())
         fail("expected " + std::string(what) + " (" + oneOf(choices) + ")", suggestion(found, choices));
     return found;

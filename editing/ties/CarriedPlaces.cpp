@@ -113,7 +113,7 @@ std::optional<Place> CarriedPlaces::unmoved(const Place& place) {
 
 std::optional<Place> CarriedPlaces::through(const Place& curve, Vec2 point) {
     if (isSegmentPlace(curve)) {
-        const std::optional<Place> same = segmentNow(curve);
+        std::optional<Place> same = segmentNow(curve);
         if (same && m_scene.passes(curveOf(*m_scene.now(same->entity), *same), point))
             return same;
         for (const std::string& piece : m_scene.piecesOf(curve.entity))

@@ -164,4 +164,13 @@ DxfEntity takeEntity(DxfGroups& groups) {
     return entity;
 }
 
+std::vector<DxfEntity> takeBehind(DxfGroups& groups, std::string_view name, std::size_t& end) {
+    std::vector<DxfEntity> behind;
+    for (; groups.peek()->value == name; end = behind.back().end)
+        behind.push_back(takeEntity(groups));
+    if (groups.peek()->value == "SEQEND")
+        end = takeEntity(groups).end;
+    return behind;
+}
+
 }  // namespace holdfast::formats

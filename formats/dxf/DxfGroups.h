@@ -84,4 +84,8 @@ struct DxfEntity {
 /// 1000) and embedded objects (from code 101) are left out.
 DxfEntity takeEntity(DxfGroups& groups);
 
+/// The entities of one name that stand behind another one, and the SEQEND that may end them; `end` goes behind the last
+/// one taken.
+std::vector<DxfEntity> takeBehind(DxfGroups& groups, std::string_view name, std::size_t& end);
+
 }  // namespace holdfast::formats

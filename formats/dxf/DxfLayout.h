@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -26,13 +27,20 @@ struct DxfForm {
     std::string owner{};                         ///< of the entities of the drawing's model (code 330), or empty
 };
 
+/// Where the parts of a block stand, and what stands in it by reference; both in the order of the block.
+struct DxfBlockRecords {
+    std::vector<DxfRange> parts, references;
+};
+
 /// Where things stand in the text of a DXF file.
 struct DxfLayout {
-    std::vector<DxfRange> records;       ///< of the drawing's entities, in their order, each with its vertices
-    std::size_t recordsEnd = 0;          ///< where a further record goes
-    bool hasEntities = false;            ///< there is a section for it
-    std::optional<DxfRange> handleSeed;  ///< the value of the header's next free handle
-    std::uint64_t freeHandle = 1;        ///< it, and all above, are free
+    std::vector<DxfRange> records;     ///< of the drawing's entities, in their order, each with its vertices
+    std::vector<DxfRange> references;  ///< of the drawing's references, in their order, each with its attributes
+    std::map<std::string, DxfBlockRecords, std::less<>> blocks;  ///< by name: those that are shown
+    std::size_t recordsEnd = 0;                                  ///< where a further record goes
+    bool hasEntities = false;                                    ///< there is a section for it
+    std::optional<DxfRange> handleSeed;                          ///< the value of the header's next free handle
+    std::uint64_t freeHandle = 1;                                ///< it, and all above, are free
     DxfForm form;
 };
 

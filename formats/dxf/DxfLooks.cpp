@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cmath>
 #include <optional>
 #include <string>
 
+#include "document/text/Capitals.h"
 #include "formats/dxf/DxfNumber.h"
 #include "formats/dxf/DxfText.h"
 
@@ -39,11 +39,6 @@ Colour colourOf(const DxfEntity& entity, Colour otherwise) {
 int weightOf(const DxfEntity& entity, int otherwise) {
     const int weight = wholeNumber(entity, 370).value_or(otherwise);
     return weight < kWeightDefault || weight > kHeaviest ? otherwise : weight;
-}
-
-bool isCalled(const std::string& name, std::string_view word) {
-    return std::equal(name.begin(), name.end(), word.begin(), word.end(),
-                      [](char a, char b) { return std::toupper(static_cast<unsigned char>(a)) == b; });
 }
 
 }  // namespace

@@ -7,9 +7,11 @@
 #include <utility>
 #include <vector>
 
+#include "document/BlockContents.h"
 #include "formats/PieceNames.h"
 #include "formats/dxf/DxfBinary.h"
 #include "formats/dxf/DxfOldForm.h"
+#include "formats/dxf/blocks/DxfReferences.h"
 #include "formats/dxf/records/DxfBodies.h"
 #include "formats/dxf/records/DxfPolylines.h"
 #include "formats/dxf/records/DxfRewrite.h"
@@ -37,6 +39,8 @@ public:
         m_output.tolerance = tolerance;
         for (std::size_t r = 0; r < m_before.entities.size(); ++r)
             m_records.emplace(m_before.entities[r].id, r);
+        for (std::size_t r = 0; r < m_before.references.size(); ++r)
+            m_referenceRecords.emplace(m_before.references[r].id, r);
     }
 
     DxfOutput write(const Document& after) {
@@ -48,6 +52,7 @@ public:
             else if (!isDrawnAlike(now->shape, m_before.entities[r].shape))
                 m_changes.push_back({m_layout.records[r], changed(*now, r, itemsOf(recordText(r)))});
         }
+        changeReferences(after);
         m_changes.push_back({{m_layout.recordsEnd, m_layout.recordsEnd}, added()});
         if (m_layout.handleSeed && m_handles.next() != m_layout.freeHandle)
             m_changes.push_back({*m_layout.handleSeed, m_handles.nextText()});
@@ -59,10 +64,8 @@ public:
     const std::vector<Change>& changes() const { return m_changes; }
 
 private:
-    std::string_view recordText(std::size_t record) const {
-        const DxfRange range = m_layout.records[record];
-        return m_text.substr(range.begin, range.end - range.begin);
-    }
+    std::string_view recordText(std::size_t record) const { return textIn(m_layout.records[record]); }
+    std::string_view textIn(DxfRange range) const { return m_text.substr(range.begin, range.end - range.begin); }
 
     /// The first piece of what is gone takes its place.
     void sort(const Document& after) {
@@ -86,6 +89,76 @@ private:
             const auto record = m_records.find(known);
             return record == m_records.end() ? std::nullopt : std::optional(record->second);
         });
+    }
+
+    /// Of those that are there still, the record of one that was moved; then what was made of others.
+    void changeReferences(const Document& after) {
+        std::vector<const BlockReference*> now(m_layout.references.size(), nullptr);
+        for (const BlockReference& reference : after.references)
+            if (const auto record = m_referenceRecords.find(reference.id); record != m_referenceRecords.end())
+                now[record->second] = &reference;
+            else
+                m_addedReferences.push_back(&reference);
+        for (std::size_t r = 0; r < now.size(); ++r)
+            if (now[r] == nullptr)
+                m_changes.push_back({m_layout.references[r], ""});
+            else if (*now[r] != m_before.references[r])
+                m_changes.push_back({m_layout.references[r],
+                                     moved(*now[r], m_before.references[r], itemsOf(textIn(m_layout.references[r])))});
+    }
+
+    std::string moved(const BlockReference& now, const BlockReference& before, DxfItems record) {
+        rewriteReference(record, before, now, m_handles);
+        return textOf(record);
+    }
+
+    /// The reference of the file that a name stands for, as a copy of it perhaps.
+    std::optional<std::size_t> referenceCalled(std::string_view name) const {
+        const auto find = [this](std::string_view known) {
+            const auto record = m_referenceRecords.find(known);
+            return record == m_referenceRecords.end() ? std::nullopt : std::optional(record->second);
+        };
+        const auto found = find(name);
+        return found ? found : originByName(name, find);
+    }
+
+    /// What a name was in the block of a reference that has been exploded.
+    std::optional<PartSource> partCalled(std::string_view name) const {
+        const auto wholes = wholesOf(name);
+        const auto reference = wholes.empty() ? std::nullopt : referenceCalled(wholes.back());
+        return reference ? sourceOf(m_before.references[*reference], name.substr(name.find('/') + 1)) : std::nullopt;
+    }
+
+    /// The record in a block, as one of the drawing.
+    DxfItems takenOut(DxfRange range, const Look& before, const Look& now) {
+        DxfItems record = copied(itemsOf(textIn(range)), m_handles);
+        putLook(record, before, now, m_layout.form.owner);
+        return record;
+    }
+
+    /// Nothing for what is none of a block's parts; attributes are written as the texts that they are now.
+    std::optional<std::string> exploded(const Entity& entity) {
+        const std::optional<PartSource> source = partCalled(entity.id);
+        if (!source || source->block == nullptr || source->part == nullptr)
+            return std::nullopt;
+        const DxfRange range = m_layout.blocks.find(source->block->name)->second.parts[source->number];
+        DxfItems record = takenOut(range, *source->part->look, *entity.look);
+        if (canHold(record.front().value, entity.shape)) {
+            rewrite(record, source->part->shape, entity.shape, m_handles);
+            return textOf(record);
+        }
+        return another(entity, frameOf(record), styleOf(partsOf(record).front()));
+    }
+
+    std::string added(const BlockReference& reference) {
+        if (const auto record = referenceCalled(reference.id))
+            return moved(reference, m_before.references[*record],
+                         copied(itemsOf(textIn(m_layout.references[*record])), m_handles));
+        const std::optional<PartSource> source = partCalled(reference.id);
+        if (!source || source->reference == nullptr)
+            return {};
+        const DxfRange range = m_layout.blocks.find(source->block->name)->second.references[source->number];
+        return moved(reference, *source->reference, takenOut(range, *source->reference->look, *reference.look));
     }
 
     /// A record for an entity that was read from it or made of what was.
@@ -125,9 +198,13 @@ private:
         for (const auto& [entity, origin] : m_added) {
             if (origin)
                 text += changed(*entity, *origin, copied(itemsOf(recordText(*origin)), m_handles));
+            else if (const std::optional<std::string> part = exploded(*entity))
+                text += *part;
             else
                 text += another(*entity, newFrame(*entity->look, m_layout.form, fileStyle(), m_handles), fileStyle());
         }
+        for (const BlockReference* reference : m_addedReferences)
+            text += added(*reference);
         if (text.empty() || m_layout.hasEntities)
             return text;
         const DxfStyle& style = fileStyle();
@@ -165,6 +242,8 @@ private:
     std::vector<const Entity*> m_inPlace;                                       // by record; null: it goes
     std::vector<std::pair<const Entity*, std::optional<std::size_t>>> m_added;  // with what it was made of
     std::unordered_map<std::string_view, std::size_t> m_records;                // by the name of what was read from it
+    std::unordered_map<std::string_view, std::size_t> m_referenceRecords;       // the same of references
+    std::vector<const BlockReference*> m_addedReferences;
     std::vector<Change> m_changes;
     std::set<std::string> m_newKinds;
     std::optional<DxfStyle> m_fileStyle;

@@ -19,6 +19,9 @@ namespace holdfast::formats {
 /// is written in the form that the file's records show: with marks of classes if these have them, a polyline as
 /// LWPOLYLINE if there is one. Kinds that neither the file nor its version has go out as in dxfText; the notes tell.
 ///
+/// Block references are kept, moved and copied with their attributes; what was made of one that was exploded has all
+/// that its record in the block says. Of `after` they have to be parts or copies of those of `before`, by their names.
+///
 /// `before` is the drawing as readDxf gave it with the layout. What an entity of `after` was made of, its name tells:
 /// g3_2 is a piece or copy of g3, as the edits of a session name them. Throws DrawingError as dxfText does. Cost:
 /// linear in the text and both drawings.

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <filesystem>
 #include <utility>
 
+#include "document/text/Capitals.h"
 #include "document/text/Suggest.h"
 #include "formats/dxf/DxfBinary.h"
 #include "formats/dxf/DxfCodes.h"
@@ -13,6 +13,7 @@
 #include "formats/dxf/DxfLooks.h"
 #include "formats/dxf/DxfShapes.h"
 #include "formats/dxf/DxfText.h"
+#include "formats/dxf/blocks/DxfBlocks.h"
 
 namespace holdfast::formats {
 namespace {
@@ -37,8 +38,7 @@ constexpr std::string_view kNewerVersion = "AC1012";
 
 /// Every layout of the file has a block of its own; the others are definitions that INSERT entities use.
 bool isLayout(std::string_view blockName) {
-    std::string name(blockName);
-    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::toupper(c); });
+    const std::string name = inCapitals(blockName);
     return name.starts_with("*MODEL_SPACE") || name.starts_with("*PAPER_SPACE") || name.starts_with("$MODEL_SPACE") ||
            name.starts_with("$PAPER_SPACE");
 }
@@ -64,11 +64,38 @@ public:
         if (!m_hasEntities)
             for (const std::string& name : m_otherSections)
                 count(m_drawing.notUnderstood, "section " + inQuotes(name) + " instead of \"ENTITIES\"");
+        finishReferences();
         finishLayout();
         return std::move(m_drawing);
     }
 
 private:
+    /// Blocks may stand behind what refers to them.
+    void finishReferences() {
+        for (DxfReference& read : m_references)
+            addReference(std::move(read));
+        for (const std::string& what : m_blocks.notUnderstood())
+            count(m_drawing.notUnderstood, what);
+        for (int i = m_blocks.unused(); i > 0; --i)
+            count(m_drawing.notUnderstood, "BLOCK definition");
+        m_drawing.layout.blocks = m_blocks.takeRecords();
+    }
+
+    void addReference(DxfReference read) {
+        DxfBlocks::Found found = m_blocks.find(read);
+        if (!found.block)
+            return count(m_drawing.notUnderstood, spokenFault(read, found.fault));
+        BlockReference& reference = read.reference;
+        reference.block = std::move(*found.block);
+        if (m_shown + costOf(reference) > kMostShown)
+            return count(m_drawing.notUnderstood, spokenFault(read, "of which there are more parts than can be drawn"));
+        m_shown += costOf(reference);
+        std::vector<BlockReference>& references = m_drawing.document.references;
+        reference.id = m_referenceNames.next(reference.kind);
+        m_drawing.layout.references.push_back(read.range);
+        references.push_back(std::move(reference));
+    }
+
     void finishLayout() {
         DxfLayout& layout = m_drawing.layout;
         layout.hasEntities = m_hasEntities;
@@ -162,9 +189,24 @@ private:
             if (entity.name == "POLYLINE")
                 vertices = takeVertices(range.end);
             noteForm(entity);
+            if (isDxfReference(entity.name)) {
+                addReference(entity, range);
+                continue;
+            }
             add(readDxfEntity(entity, vertices), lookOf(entity), range);
         }
         m_drawing.layout.recordsEnd = m_groups.peek()->begin;
+    }
+
+    void addReference(const DxfEntity& entity, DxfRange range) {
+        std::vector<DxfEntity> attributes;
+        if (entity.name == "INSERT")
+            attributes = takeBehind(m_groups, "ATTRIB", range.end);
+        DxfReferenceReading reading = readDxfReference(entity, attributes, range);
+        if (reading.reference)
+            m_references.push_back(std::move(*reading.reference));
+        else
+            count(m_drawing.notUnderstood, reading.reason);
     }
 
     void noteForm(const DxfEntity& entity) {
@@ -238,10 +280,8 @@ private:
                 m_groups.take("ENDSEC");
                 continue;
             }
-            const DxfEntity block = takeEntity(m_groups);
-            const DxfGroup* name = block.find(2);
-            if (name == nullptr || !isLayout(name->value))
-                count(m_drawing.notUnderstood, "BLOCK definition");
+            if (DxfBlock block = takeBlock(m_groups); !isLayout(block.block.name))
+                m_blocks.add(std::move(block));
         }
     }
 
@@ -252,6 +292,10 @@ private:
     std::uint64_t m_seed = 0;
     bool m_hasEntities = false;
     SharedLook m_look;  // of the entity before
+    DxfBlocks m_blocks;
+    std::vector<DxfReference> m_references;  // of the drawing, in the order of the file
+    ReferenceNames m_referenceNames;
+    double m_shown = 0.0;  // by references
     std::set<std::string> m_layerNames;
     std::string_view m_lastSection, m_hasEnded;
     std::vector<std::string> m_otherSections;

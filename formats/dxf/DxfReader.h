@@ -27,9 +27,10 @@ struct DxfDrawing {
 };
 
 /// Reads LINE, ARC, CIRCLE, ELLIPSE, LWPOLYLINE, POLYLINE, SPLINE, RAY, XLINE, POINT, TEXT and MTEXT from the section
-/// ENTITIES of a DXF text, and its unit of length from the header (millimetres when it has none). Everything else is
-/// counted. Layers, colours, line types and text styles are not part of a drawing.
-/// Throws DrawingError, with the line, for a text that is no DXF or breaks off.
+/// ENTITIES of a DXF text, with layers, colours, line types and widths, INSERT, DIMENSION and HATCH with the blocks,
+/// named insert:0, insert:1, ..., dimension:0, ..., hatch:0, ..., and the unit of length from the header (millimetres
+/// when it has none). Everything else is counted. Throws DrawingError, with the line, for a text that is no DXF or
+/// breaks off.
 DxfDrawing readDxf(std::string_view text, const std::string& fileName);
 
 }  // namespace holdfast::formats

@@ -7,28 +7,13 @@
 
 #include "document/checks/ShapeCheck.h"
 #include "formats/dxf/DxfFitSpline.h"
+#include "formats/dxf/DxfPlane.h"
 #include "formats/dxf/DxfText.h"
 #include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
 
 namespace holdfast::formats {
 namespace {
-
-/// Where the plane of an entity looks, by its extrusion direction.
-enum class Facing { up, down, sideways };
-
-Facing facingOf(const DxfEntity& entity) {
-    const double x = entity.number(210, 0.0), y = entity.number(220, 0.0), z = entity.number(230, 1.0);
-    const double tilt = kSameDirection * std::abs(z);
-    if (z == 0.0 || std::abs(x) > tilt || std::abs(y) > tilt)
-        return Facing::sideways;
-    return z > 0.0 ? Facing::up : Facing::down;
-}
-
-/// The axes of a plane that looks down are -x and y (the arbitrary axis algorithm of the DXF reference).
-Vec2 turned(Vec2 point, Facing facing) {
-    return facing == Facing::down ? Vec2{-point.x, point.y} : point;
-}
 
 Vec2 pointOf(const DxfEntity& entity, int code) {
     return {entity.required(code), entity.required(code + 10)};
@@ -303,6 +288,12 @@ DxfReading readKind(const DxfEntity& entity, std::span<const DxfEntity> vertices
 }
 
 }  // namespace
+
+std::optional<TextShape> readDxfAttribute(const DxfEntity& attribute) {
+    if (facingOf(attribute) == Facing::sideways || !(attribute.required(40) > 0.0))
+        return std::nullopt;
+    return std::get<TextShape>(*readText(attribute).shape);
+}
 
 DxfReading readDxfEntity(const DxfEntity& entity, std::span<const DxfEntity> vertices) {
     if (entity.integer(67, 0) == 1)

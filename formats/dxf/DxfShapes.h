@@ -23,4 +23,8 @@ struct DxfReading {
 /// Throws DrawingError for groups that are missing, are no numbers or do not count up to what the entity says.
 DxfReading readDxfEntity(const DxfEntity& entity, std::span<const DxfEntity> vertices);
 
+/// The text of an attribute; nothing on a tilted plane or without a height. It may be empty. Throws DrawingError as
+/// above.
+std::optional<TextShape> readDxfAttribute(const DxfEntity& attribute);
+
 }  // namespace holdfast::formats

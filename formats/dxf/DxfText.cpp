@@ -177,7 +177,7 @@ std::string systemsName(std::string_view codePage) {
 /// Nothing where the system does not know the code page, or the text is none of it.
 std::optional<std::string> fromCodePage(std::string_view value, std::string_view codePage) {
     const iconv_t converter = ::iconv_open("UTF-8", systemsName(codePage).c_str());
-    if (converter == reinterpret_cast<iconv_t>(-1))
+    if (converter == reinterpret_cast<iconv_t>(-1))  // NOLINT(performance-no-int-to-ptr): what the system answers
         return std::nullopt;
     constexpr std::size_t longest = 4;  // bytes of a character in UTF-8
     std::string from(value), text(longest * value.size(), '\0');

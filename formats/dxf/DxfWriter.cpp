@@ -140,6 +140,7 @@ DxfOutput dxfText(const Document& document, double tolerance) {
     output.tolerance = tolerance;
     output.lostConstraints = document.constraints.size();
     output.lostParameters = document.parameters.size();
+    output.lostReferences = document.references.size();
     appendLayers(output.text, document.layers);
     output.text += "  0\nSECTION\n  2\nENTITIES\n";
     for (const Entity& entity : document.entities)

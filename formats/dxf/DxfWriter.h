@@ -15,6 +15,7 @@ struct DxfOutput {
     std::vector<DxfNote> notes;       ///< in the order of the document
     std::size_t lostConstraints = 0;  ///< a DXF file holds none
     std::size_t lostParameters = 0;   ///< nor these
+    std::size_t lostReferences = 0;   ///< the oldest form has no blocks
     double tolerance = 0.0;           ///< of the curves that were flattened, in the drawing's unit
 };
 

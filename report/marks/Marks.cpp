@@ -306,6 +306,13 @@ std::vector<Mark> namesOf(const Document& document) {
         name.text = name.entity = entity.id;
         names.push_back(std::move(name));
     }
+    for (const BlockReference& reference : document.references) {
+        Mark name;
+        name.anchor = reference.placement.at;
+        name.outward = {0.0, 1.0};
+        name.text = name.entity = reference.id;
+        names.push_back(std::move(name));
+    }
     return names;
 }
 

@@ -162,10 +162,9 @@ Row rowOf(const ConstraintOutcome& outcome, const ReportIndex& index) {
 }
 
 Row rowOf(const EntityOutcome& outcome, const ReportIndex& index, const std::string& unit) {
-    const Entity* entity = index.entity(outcome.entity);
     return {{std::string(fateName(outcome.fate)),
              outcome.entity,
-             entity == nullptr ? std::string() : std::string(kindName(entity->shape)),
+             std::string(index.kindOf(outcome.entity)),
              {},
              explanation(outcome, unit, "->")},
             colourOf(outcome.fate)};

@@ -96,11 +96,10 @@ std::string section(std::string_view id, std::string_view heading, const std::st
 }
 
 std::string entityRow(const EntityOutcome& outcome, const ReportIndex& index, const std::string& unit) {
-    const Entity* entity = index.entity(outcome.entity);
     const std::string_view classes = fateClass(outcome.fate);
     return "<tr" + attribute("class", "erow " + std::string(classes)) + attribute("data-e", idToken(outcome.entity)) +
            " tabindex=\"0\">" + fateCell(classes, fateName(outcome.fate)) + cell("id", escaped(outcome.entity)) +
-           cell("kind", entity == nullptr ? std::string() : escaped(kindName(entity->shape))) +
+           cell("kind", escaped(index.kindOf(outcome.entity))) +
            cell("why", escaped(explanation(outcome, unit, "\u2192"))) + "</tr>\n";
 }
 

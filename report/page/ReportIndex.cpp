@@ -54,6 +54,8 @@ ReportIndex::ReportIndex(const FateReport& report) : m_report(report) {
     addAll(m_constraintsAfter, report.after.constraints);
     addAll(m_entities, report.after.entities);
     addAll(m_entities, report.before.entities);
+    addAll(m_references, report.after.references);
+    addAll(m_references, report.before.references);
 }
 
 const Constraint* ReportIndex::constraint(const std::string& id) const {
@@ -63,6 +65,18 @@ const Constraint* ReportIndex::constraint(const std::string& id) const {
 
 const Entity* ReportIndex::entity(const std::string& id) const {
     return found(m_entities, id);
+}
+
+std::string_view ReportIndex::kindOf(const std::string& id) const {
+    if (const Entity* known = entity(id))
+        return kindName(known->shape);
+    const BlockReference* reference = found(m_references, id);
+    return reference == nullptr ? std::string_view() : document::typeName(reference->kind);
+}
+
+std::string_view ReportIndex::typeOf(const std::string& id) const {
+    const Entity* known = entity(id);
+    return known == nullptr ? kindOf(id) : typeName(known->shape);
 }
 
 std::vector<std::string> ReportIndex::entitiesOf(const std::string& id) const {

@@ -18,6 +18,10 @@ public:
     /// As it stands after the edits, or as it stood before where it is gone; null where neither drawing has it.
     const Constraint* constraint(const std::string& id) const;
     const Entity* entity(const std::string& id) const;
+    /// The kind of an entity or of what is drawn as a whole, in words and as drawing files have it: "elliptical arc"
+    /// and "elliptical_arc", "insert". Empty where neither drawing has it.
+    std::string_view kindOf(const std::string& entity) const;
+    std::string_view typeOf(const std::string& entity) const;
 
     /// Every entity that the constraint names before or after.
     std::vector<std::string> entitiesOf(const std::string& constraint) const;
@@ -32,6 +36,7 @@ private:
     const FateReport& m_report;
     std::unordered_map<std::string_view, const Constraint*> m_constraintsBefore, m_constraintsAfter;
     std::unordered_map<std::string_view, const Entity*> m_entities;
+    std::unordered_map<std::string_view, const BlockReference*> m_references;
 };
 
 /// "c12: coincident g3.end  g7.start", as far as it is known.

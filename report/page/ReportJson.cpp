@@ -37,8 +37,8 @@ Json constraintJson(const ConstraintOutcome& outcome, const report::ReportIndex&
 
 Json entityJson(const EntityOutcome& outcome, const report::ReportIndex& index) {
     Json json{{"id", outcome.entity}, {"fate", fateName(outcome.fate)}};
-    if (const Entity* entity = index.entity(outcome.entity))
-        json["type"] = typeName(entity->shape);
+    if (const std::string_view type = index.typeOf(outcome.entity); !type.empty())
+        json["type"] = type;
     if (outcome.fate == EntityFate::followed || outcome.fate == EntityFate::edited)
         json["moved_by"] = outcome.movedBy;
     for (const SizeChange& change : outcome.sizes)

@@ -1,5 +1,6 @@
 #include "report/picture/Frame.h"
 
+#include "document/BlockContents.h"
 #include "report/picture/Markup.h"
 
 namespace holdfast::report {
@@ -110,13 +111,15 @@ Box withExtent(Box box) {
 }  // namespace
 
 Box windowOf(const Document& document) {
-    Box own, references;
+    Box own, fixed;
     for (const Entity& entity : document.entities)
-        (entity.fixed ? references : own).add(boundsOf(entity.shape));
+        (entity.fixed ? fixed : own).add(boundsOf(entity.shape));
+    for (const BlockReference& reference : document.references)
+        forEachShownPart(reference, [&](Entity&& part) { own.add(boundsOf(part.shape)); });
     if (own.isEmpty())
-        return references;
+        return fixed;
     Box all = own;
-    all.add(references);
+    all.add(fixed);
     constexpr double farAway = 1.8;
     return all.diagonal() <= farAway * own.diagonal() ? all : own;
 }

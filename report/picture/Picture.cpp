@@ -2,7 +2,9 @@
 
 #include <array>
 #include <string_view>
+#include <unordered_map>
 
+#include "document/BlockContents.h"
 #include "report/labels/LabelPlacer.h"
 #include "report/marks/MarkDrawing.h"
 #include "report/marks/Marks.h"
@@ -44,10 +46,10 @@ std::size_t layerOf(const Entity& entity, EntityTone tone) {
     return entity.fixed ? 0 : entity.construction ? 1 : 2;
 }
 
-std::string pointElement(Vec2 at, const std::string& classes, const std::string& id, bool fixed) {
-    return "<g" + attribute("class", classes + " point") + attribute("data-e", idToken(id)) +
-           " transform=\"translate(" + decimal(at.x, kPlaces) + " " + decimal(at.y, kPlaces) +
-           ")\"><path class=\"z\" d=\"" + (fixed ? "M-4.5 0H4.5M0 -4.5V4.5" : "M-3 -3L3 3M-3 3L3 -3") + "\"/></g>\n";
+std::string pointElement(Vec2 at, const std::string& classes, const std::string& tokens, bool fixed) {
+    return "<g" + attribute("class", classes + " point") + attribute("data-e", tokens) + " transform=\"translate(" +
+           decimal(at.x, kPlaces) + " " + decimal(at.y, kPlaces) + ")\"><path class=\"z\" d=\"" +
+           (fixed ? "M-4.5 0H4.5M0 -4.5V4.5" : "M-3 -3L3 3M-3 3L3 -3") + "\"/></g>\n";
 }
 
 class BodyWriter {
@@ -75,40 +77,74 @@ private:
         const EntityIndex now(m_request.document);
         for (const Entity& entity : m_request.ghost->entities) {
             const Entity* same = now.find(entity.id);
-            if (same != nullptr && same->shape == entity.shape)
-                continue;
-            const std::string path = pathData(outlineOf(entity.shape, m_reach, m_tolerance), m_frame, kPlaces);
-            if (!path.empty())
-                paths += "<path class=\"ghost\" vector-effect=\"non-scaling-stroke\" d=\"" + path + "\"/>\n";
+            if (same == nullptr || same->shape != entity.shape)
+                paths += ghostOf(entity);
         }
+        forChangedReferences([&](const Entity& part) { paths += ghostOf(part); });
         return paths.empty() ? paths : "<g class=\"ghosts\">\n" + paths + "</g>\n";
+    }
+
+    std::string ghostOf(const Entity& entity) const {
+        const std::string path = pathData(outlineOf(entity.shape, m_reach, m_tolerance), m_frame, kPlaces);
+        return path.empty() ? path
+                            : "<path class=\"ghost\" vector-effect=\"non-scaling-stroke\" d=\"" + path + "\"/>\n";
+    }
+
+    /// Those of the ghost that look different now.
+    template <class Take>
+    void forChangedReferences(const Take& take) const {
+        std::unordered_map<std::string_view, const BlockReference*> now;
+        for (const BlockReference& reference : m_request.document.references)
+            now.emplace(reference.id, &reference);
+        for (const BlockReference& reference : m_request.ghost->references)
+            if (const auto same = now.find(reference.id); same == now.end() || *same->second != reference)
+                forEachShownPart(reference, [&](Entity&& part) { take(part); });
     }
 
     std::string geometry() {
         std::array<std::string, 4> layers;
         for (const Entity& entity : m_request.document.entities) {
-            const auto noted = m_request.notes.entities.find(entity.id);
-            const EntityTone tone = noted == m_request.notes.entities.end() ? EntityTone::plain : noted->second;
-            layers[layerOf(entity, tone)] += element(entity, classesOf(entity, tone));
+            const EntityTone tone = toneOf(entity.id);
+            layers[layerOf(entity, tone)] += element(entity, classesIn(entity, tone), idToken(entity.id));
         }
+        for (const BlockReference& reference : m_request.document.references)
+            addParts(reference, layers);
         std::string all = "<g class=\"geometry\">\n";
         for (const std::string& layer : layers)
             all += layer;
         return all + "</g>\n";
     }
 
-    std::string element(const Entity& entity, const std::string& classes) {
+    EntityTone toneOf(const std::string& id) const {
+        const auto noted = m_request.notes.entities.find(id);
+        return noted == m_request.notes.entities.end() ? EntityTone::plain : noted->second;
+    }
+
+    std::string classesIn(const Entity& entity, EntityTone tone) const {
+        const bool isColoured = m_request.colours != nullptr && tone == EntityTone::plain;
+        return classesOf(entity, tone) + (isColoured ? m_request.colours->classOf(*entity.look) : "");
+    }
+
+    /// Parts carry the name of the reference besides their own.
+    void addParts(const BlockReference& reference, std::array<std::string, 4>& layers) {
+        const EntityTone tone = toneOf(reference.id);
+        forEachShownPart(reference, [&](Entity&& part) {
+            layers[layerOf(part, tone)] +=
+                element(part, classesIn(part, tone), idToken(part.id) + " " + idToken(reference.id));
+        });
+    }
+
+    std::string element(const Entity& entity, const std::string& classes, const std::string& tokens) {
         if (const auto* point = std::get_if<PointShape>(&entity.shape)) {
             m_ink.addSpot(m_frame.toPicture(point->position));
-            return pointElement(m_frame.toPicture(point->position), classes, entity.id, entity.fixed);
+            return pointElement(m_frame.toPicture(point->position), classes, tokens, entity.fixed);
         }
         if (const auto* text = std::get_if<TextShape>(&entity.shape))
-            return textElement(*text, m_frame,
-                               attribute("class", classes + " text") + attribute("data-e", idToken(entity.id)),
+            return textElement(*text, m_frame, attribute("class", classes + " text") + attribute("data-e", tokens),
                                kPlaces);
         const Outline outline = outlineOf(entity.shape, m_reach, m_tolerance);
         addInk(outline);
-        return "<path" + attribute("class", classes) + attribute("data-e", idToken(entity.id)) +
+        return "<path" + attribute("class", classes) + attribute("data-e", tokens) +
                " vector-effect=\"non-scaling-stroke\" d=\"" + pathData(outline, m_frame, kPlaces) + "\"/>\n";
     }
 

@@ -4,6 +4,7 @@
 
 #include "report/Uses.h"
 #include "report/marks/MarkDrawing.h"
+#include "report/picture/DrawnColours.h"
 #include "report/picture/Frame.h"
 #include "report/picture/Svg.h"
 
@@ -18,12 +19,14 @@ struct PictureRequest {
     double overscan = 0.0;            ///< how far unbounded lines go beyond the frame, as a share of its size
     bool marks = true;
     bool dimensionLines = true;
-    bool names = false;            ///< of entities, beside them
-    SpotMemory* memory = nullptr;  ///< shared by pictures that will be compared; may be null
+    bool names = false;               ///< of entities, beside them
+    SpotMemory* memory = nullptr;     ///< shared by pictures that will be compared; may be null
+    DrawnColours* colours = nullptr;  ///< what no edit has touched is drawn in these; null: in the colour of ink
 };
 
-/// The elements of a picture without the svg element, sheet and style round them. Every entity carries its id in
-/// data-e, every mark the ids of its constraints in data-c, both as tokens; signs of constant size carry class z.
+/// The elements of a picture without the svg element, sheet and style round them. Every entity, and every part of a
+/// block reference, carries its id in data-e, every mark the ids of its constraints in data-c, both as tokens; signs of
+/// constant size carry class z.
 std::string pictureBody(const PictureRequest& request);
 
 }  // namespace holdfast::report

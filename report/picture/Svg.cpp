@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "document/BlockContents.h"
 #include "report/marks/Glyphs.h"
 #include "report/page/Assets.h"
 #include "report/picture/Frame.h"
@@ -21,22 +22,24 @@ std::string writePicture(const Document& document, const PictureNotes& notes, co
     const report::Frame frame =
         report::trimmed(report::frameAround(window, options.width, options.lowest, options.highest), window, 0.4);
     const std::string width = decimal(frame.width, 2), height = decimal(frame.height, 2);
-    std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\"" + attribute("width", width) +
-                      attribute("height", height) + attribute("viewBox", "0 0 " + width + " " + height) +
-                      " role=\"img\">\n<title>" + report::escaped(document.name) + "</title>\n<style>\n" +
-                      std::string(report::kPictureStyle) + std::string(options.names ? kNameStyle : "") + "</style>\n" +
-                      report::glyphSheet() + "<rect class=\"paper\"" + attribute("width", width) +
-                      attribute("height", height) + "/>\n";
-    svg += report::pictureBody({.document = document,
-                                .notes = notes,
-                                .frame = frame,
-                                .ghost = nullptr,
-                                .overscan = 0.0,
-                                .marks = options.marks,
-                                .dimensionLines = options.dimensionLines,
-                                .names = options.names,
-                                .memory = nullptr});
-    return svg + "</svg>\n";
+    report::DrawnColours colours(document);
+    const std::string body = report::pictureBody({.document = document,
+                                                  .notes = notes,
+                                                  .frame = frame,
+                                                  .ghost = nullptr,
+                                                  .overscan = 0.0,
+                                                  .marks = options.marks,
+                                                  .dimensionLines = options.dimensionLines,
+                                                  .names = options.names,
+                                                  .memory = nullptr,
+                                                  .colours = options.colours ? &colours : nullptr});
+    const std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\"" + attribute("width", width) +
+                            attribute("height", height) + attribute("viewBox", "0 0 " + width + " " + height) +
+                            " role=\"img\">\n<title>" + report::escaped(document.name) + "</title>\n<style>\n" +
+                            std::string(report::kPictureStyle) + std::string(options.names ? kNameStyle : "") +
+                            colours.style() + "</style>\n" + report::glyphSheet() + "<rect class=\"paper\"" +
+                            attribute("width", width) + attribute("height", height) + "/>\n";
+    return svg + body + "</svg>\n";
 }
 
 namespace {
@@ -63,6 +66,8 @@ public:
                           attribute("stroke-width", shown(m_lineWidth)) + ">\n";
         for (const Entity& entity : m_document.entities)
             svg += element(entity);
+        for (const BlockReference& reference : m_document.references)
+            forEachShownPart(reference, [&](Entity&& part) { svg += element(part); });
         return svg + "</g>\n</svg>\n";
     }
 

@@ -36,6 +36,7 @@ struct PictureOptions {
     bool marks = true;           ///< constraint marks and dimensions
     bool dimensionLines = true;  ///< false: values alone, for crowded drawings
     bool names = false;          ///< of entities, beside them
+    bool colours = false;        ///< those of the drawing: of entities, or of their layers
 };
 
 /// What the style of a picture has more where it shows names.

@@ -19,7 +19,7 @@ from corner import CORNER, InAFolder, constraint, drawing, line  # noqa: E402
 
 PROGRAM, DRAWINGS = sys.argv[1], pathlib.Path(sys.argv[2])
 DONE, UNSOLVED, WRONG, REFUSED = 0, 1, 2, 3  # wrong: use or input; refused: by the drawing
-COUNTS = {"entities", "constraints", "added", "totals.constraints", "totals.entities",
+COUNTS = {"entities", "references", "constraints", "added", "totals.constraints", "totals.entities",
           "drawings[].totals.constraints", "drawings[].totals.entities"}  # objects with a number for each kind or fate
 ELSEWHERE = {"drawings[].error", "drawings[].constraints", "drawings[].entities"}  # told of under errors and edit
 
@@ -486,7 +486,8 @@ class Program(InAFolder):
         sized["parameters"] = [{"name": "side", "formula": "5", "value": 5.0},
                                {"name": "double", "formula": "other * 2", "value": 10.0}]
         sized["layers"] = [{"name": "Cut"}]
-        calls = {"show": [("show", mend), ("show", loose, "--list", "--missing"), ("show", self.file("sized.json", sized), "--list")], "solve": [("solve", mend)], "infer": [("infer", DRAWINGS / "acrylic-case-top.dxf")],
+        calls = {"show": [("show", mend), ("show", loose, "--list", "--missing"), ("show", self.file("sized.json", sized), "--list"),
+                          ("show", DRAWINGS.parent / "commands" / "plate-with-screws.dxf", "--list")], "solve": [("solve", mend)], "infer": [("infer", DRAWINGS / "acrylic-case-top.dxf")],
                  "convert": [("convert", mend, self.path / "mended.dxf")],
                  "edit": [("edit", self.path / "one.json", "lengthen a end by 2", "break a at 4,0"), ("run", cut),
                           ("edit", loose, "drag base.end by 3,2"), ("edit", self.file("torn.json", torn), "drag t by 0,1"),
@@ -500,7 +501,7 @@ class Program(InAFolder):
             for call in calls[command]:
                 found |= keys(json.loads(self.run_program(*call, "--json").stdout))
             # Of what stands in a list as in a drawing file, the page of drawing files tells.
-            found = {key for key in found if not key.startswith(("list.entities[].", "list.constraints[]", "list.parameters[]", "list.layers[]"))
+            found = {key for key in found if not key.startswith(("list.entities[].", "list.constraints[]", "list.parameters[]", "list.layers[]", "list.references[].parts[]"))
                      or key.startswith(("list.entities[].freedom", "list.entities[].motions", "list.entities[].sizes",
                                         "list.entities[].constraints"))}
             self.assertEqual(found, written, command)

@@ -32,13 +32,13 @@ def groups(record):
 
 
 def records(data):
-    """The bytes of a file from one group 0 to the next; the vertices of a polyline belong to it."""
+    """The bytes of a file from one group 0 to the next; vertices of a polyline and attributes belong to it."""
     found, at, inside = [b""], 0, False
     lines = data.split(b"\n")
     for code, value in zip(lines[::2], lines[1::2]):
         end = at + len(code) + len(value) + 2
         if code.strip().lstrip(b"\xef\xbb\xbf") == b"0":
-            if not inside:
+            if not inside and value.strip() not in (b"ATTRIB", b"SEQEND"):
                 found.append(b"")
             inside = value.strip() == b"POLYLINE" or (inside and value.strip() != b"SEQEND")
         found[-1] += data[at:end]

@@ -26,6 +26,7 @@ SIZED = {"name": "sized", "license": "", "units": {"length": "mm", "angle": "rad
                           "refs": [{"entity": "a", "point": "start"}, {"entity": "a", "point": "end"}]}]}
 CALLS = [
     ["show", B], ["show", B, "--list", "--missing"], ["show", "sized.json", "--list"], ["show", "torn.json"],
+    ["show", "examples/commands/plate-with-screws.dxf", "--list"],
     ["show", B, LOOSE], ["show", B, "none.json"], ["show", "none.json"], ["show", "--lits"],
     ["edit", B, "break base at 10,0", "lengthen base end by 2", "undo"], ["edit", B, "drag base.end by 3,2"],
     ["edit", "torn.json", "drag a by 0,1"], ["edit", "sized.json", "parameter side = 9", "parameter more = 2"],

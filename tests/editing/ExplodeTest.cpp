@@ -132,7 +132,7 @@ TEST(ExplodeEdit, IsUndoneAndJoinedAgain) {
 
 TEST(ExplodeEdit, SaysWhatIsWrong) {
     const RefusedEdit rows[] = {
-        {"explode base", "base is no polyline; only polylines can be exploded"},
+        {"explode base", "base is no polyline; only polylines and block references can be exploded"},
         {"explode q", "edit \"explode q\", column 9: the drawing has no entity q, found \"q\"; did you mean \"p\"?"},
         {"explode p p", "p is named twice; name each entity once"},
         {"explode", "edit \"explode\": expected an entity, but the edit ends there"},

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <iostream>
 #include <map>
 #include <set>
@@ -28,6 +27,7 @@
 #include "tests/editing/RandomEdits.h"
 #include "tests/editing/Shorthand.h"
 #include "tests/support/DrawingFolder.h"
+#include "tests/support/Environment.h"
 
 namespace holdfast::editing {
 
@@ -43,11 +43,6 @@ constexpr double kCollapsed = 0.01;
 
 /// A verb that was refused so often is never done at all.
 constexpr int kManyTries = 50;
-
-int numberFrom(const char* variable, int otherwise) {
-    const char* text = std::getenv(variable);
-    return text == nullptr ? otherwise : std::atoi(text);
-}
 
 /// The curves with which one cannot reckon: real drawings have lines without length, too.
 std::set<std::string> unsoundCurves(const Document& document) {
@@ -223,8 +218,8 @@ void runSession(const Document& document, const std::string& opening, unsigned s
 /// Sessions on every n-th drawing, as it comes from a reader.
 template <class Reader>
 void runSessions(std::size_t stride, const std::string& opening, const Reader& read) {
-    const int editCount = numberFrom("HOLDFAST_SESSION_EDITS", 12);
-    const auto seed = static_cast<unsigned>(numberFrom("HOLDFAST_SEED", 1));
+    const int editCount = testing::numberFrom("HOLDFAST_SESSION_EDITS", 12);
+    const auto seed = static_cast<unsigned>(testing::numberFrom("HOLDFAST_SEED", 1));
     Tally tally;
     const std::vector<std::filesystem::path> files = testing::drawingFiles();
     for (std::size_t i = 0; i < files.size(); i += stride)

@@ -5,7 +5,6 @@
 
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <iostream>
 
 #include "document/EntityIndex.h"
@@ -18,6 +17,7 @@
 #include "hosting/DocumentSketch.h"
 #include "tests/editing/RandomEdits.h"
 #include "tests/support/DrawingFolder.h"
+#include "tests/support/Environment.h"
 
 namespace holdfast::editing {
 namespace {
@@ -27,11 +27,6 @@ constexpr std::size_t kMostEntities = 120;
 
 /// So many edits at most begin at one drawing as it came.
 constexpr int kInARow = 25;
-
-int numberFrom(const char* variable, int otherwise) {
-    const char* text = std::getenv(variable);
-    return text == nullptr ? otherwise : std::atoi(text);
-}
 
 /// Those delete what they are told to.
 bool deletesByItself(const std::string& edit) {
@@ -62,8 +57,8 @@ std::string lostTrueOnes(const Document& before, const Session& session) {
 }
 
 TEST(TrueDimensions, OutliveRandomEdits) {
-    const int wanted = numberFrom("HOLDFAST_TRUE_EDITS", 200);
-    RandomEdits edits(static_cast<unsigned>(numberFrom("HOLDFAST_SEED", 1)));
+    const int wanted = testing::numberFrom("HOLDFAST_TRUE_EDITS", 200);
+    RandomEdits edits(static_cast<unsigned>(testing::numberFrom("HOLDFAST_SEED", 1)));
     std::vector<Document> drawings;
     for (const auto& file : testing::drawingFiles())
         if (Document document = formats::readDrawing(file);

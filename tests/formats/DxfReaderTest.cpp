@@ -101,11 +101,12 @@ TEST(DxfReader, CountsWhatItDoesNotUnderstand) {
     EXPECT_THAT(drawing.document.entities, testing::IsEmpty());
     EXPECT_THAT(
         drawing.notUnderstood,
-        testing::ElementsAre(DxfNotice{"HATCH", 2}, DxfNotice{"INSERT", 1}, DxfNotice{"CIRCLE in paper space", 1},
+        testing::ElementsAre(DxfNotice{"HATCH with faulty groups", 2}, DxfNotice{"CIRCLE in paper space", 1},
                              DxfNotice{"CIRCLE on a tilted plane", 1}, DxfNotice{"CIRCLE with faulty radius", 1},
                              DxfNotice{"POLYLINE that is a mesh", 1}, DxfNotice{"POLYLINE in space", 1},
                              DxfNotice{"LWPOLYLINE of fewer than two vertices", 1},
-                             DxfNotice{"SPLINE of fewer than two points", 1}));
+                             DxfNotice{"SPLINE of fewer than two points", 1},
+                             DxfNotice{"INSERT of block \"PART\", which is not there", 1}));
 }
 
 TEST(DxfReader, RunsASplineThroughItsFitPoints) {

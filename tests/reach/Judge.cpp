@@ -24,8 +24,8 @@ constexpr double kStayed = 1e-6;
 /// Changed sizes that are tried in one drawing, each by a solve: fewer in a large one, where a solve costs more.
 constexpr std::size_t kMostSizes = 12, kMostSizesTimesEntities = 600;
 
-/// Sets of more constraints than this are no explanation, and not tried without each member.
-constexpr std::size_t kMostMembers = 30;
+/// Sets of more constraints than this are not tried without each member, which takes as many solves.
+constexpr std::size_t kMostMembers = 100;
 
 /// The length of a line, or the radius of a circle or an arc; nothing for others.
 std::optional<double> sizeOf(const SketchData& sketch, int number) {

@@ -46,7 +46,8 @@ std::string answerOf(const SketchData& sketch, const SolveResult& result) {
     if (result.conflicting.empty())
         return result.degeneracy ? result.degeneracy->what : "no way was found";
     constexpr std::size_t most = 8;
-    std::string names = "conflict of " + std::to_string(result.conflicting.size()) + ":";
+    std::string names =
+        (result.isConflictMinimal ? "conflict of " : "among ") + std::to_string(result.conflicting.size()) + ":";
     for (std::size_t i = 0; i < std::min(most, result.conflicting.size()); ++i)
         names += " " + sketch.constraints[at(result.conflicting[i])].id;
     return names;
@@ -175,7 +176,7 @@ Trial tryDimension(const SketchData& sketch, int constraint, double factor) {
         return trial;
     }
     trial.answer = answerOf(sketch, result);
-    trial.ending = result.conflicting.empty() ? Ending::howFar : Ending::conflict;
+    trial.ending = result.isConflictMinimal ? Ending::conflict : Ending::howFar;
     for (const int steps : kStepCounts) {
         if (!reachesDimension(sketch, constraint, value, steps))
             continue;

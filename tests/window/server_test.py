@@ -159,6 +159,31 @@ def a_crash_loses_nothing(folder):
         check(window.copy("drawing.json") == after, "a crash loses nothing that is older than a second")
 
 
+def blocks_are_drawn(folder):
+    drawing = pathlib.Path(DRAWING).parent.parent / "commands" / "plate-with-screws.dxf"
+    path = copied(folder, drawing, "blocks.dxf")
+    with Window(PROGRAM, path) as window:
+        part = window.entity("insert:1/g0")
+        check(part["block"] == "insert:1" and part["fixed"] and part["start"] == [22.0, 60.0], f"a part is drawn: {part}")
+        moved = window.do("edit", "move insert:1 by 5,0")["change"]
+        check(not moved["erased"] and [e for e in moved["entities"] if e["id"] == "insert:1/g0"][0]["start"] == [27.0, 60.0],
+              f"it moves with its reference: {moved}")
+        exploded = window.do("edit", "explode insert:1")["change"]
+        found = [e for e in exploded["entities"] if e["id"] == "insert:1/g0"]
+        check(len(found) == 1 and "block" not in found[0] and "insert:1/g0" not in exploded["erased"],
+              f"it becomes an entity: {exploded}")
+        back = window.do("edit", "undo")["change"]
+        check(not back["erased"] and "block" in window.entity("insert:1/g0"), f"and a part again: {back}")
+        erased = window.do("edit", "erase insert:0")["change"]["erased"]
+        check(len(erased) == 8 and "insert:0[1,1]/g1" in erased, f"all parts go with their reference: {erased}")
+        said, _ = window.interrupt()
+        check("what was done to block references is not kept" in said, f"what cannot be kept is told: {said}")
+    with Window(PROGRAM, path) as window:
+        check(window.ask("state")["takenUp"] and window.entity("insert:0/g0"), "references are there again")
+        window.do("discard")
+        window.interrupt()
+
+
 def the_end(folder):
     path = copied(folder, DRAWING, "end.json")
     with Window(PROGRAM, path, linger=0.5) as window:
@@ -194,7 +219,7 @@ def main():
             what_the_page_may_do(window)
             edits(window)
             the_script_does_the_same(window, folder)
-        for test in (saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, the_end, arguments):
+        for test in (saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, blocks_are_drawn, the_end, arguments):
             test(folder)
     return outcome()
 

@@ -51,6 +51,23 @@ std::string noteOf(const DxfNote& note, const DxfOutput& output, const std::stri
     return note.entity + " was left out, a line without end";
 }
 
+/// "2 block references and 1 hatched area were left out".
+std::string leftOutReferences(const Document& document) {
+    using Kind = BlockReference::Kind;
+    const auto countOf = [&](Kind kind) {
+        return static_cast<std::size_t>(
+            std::count_if(document.references.begin(), document.references.end(),
+                          [kind](const BlockReference& reference) { return reference.kind == kind; }));
+    };
+    std::vector<std::string> counted;
+    for (const auto& [kind, word] : {std::pair(Kind::insert, "block reference"),
+                                     std::pair(Kind::dimension, "dimension"), std::pair(Kind::hatch, "hatched area")})
+        if (const std::size_t count = countOf(kind); count > 0)
+            counted.push_back(report::counted(count, word));
+    return allOf(counted) + (document.references.size() == 1 ? " was" : " were") + " left out" +
+           (countOf(Kind::insert) > 0 ? "; \"explode\" makes entities of a block reference" : "");
+}
+
 }  // namespace
 
 OutputName drawingNamed(const DrawingTarget& target) {
@@ -129,11 +146,13 @@ void OutputFiles::addDrawing(const DrawingTarget& target, const Document& docume
     if (path.empty())
         return;
     const std::string form = formOf(target, from.form);
+    const std::string name = path == kStandardStream ? "standard output" : path;
+    if (form != ".svg" && !from.dxf && !document.references.empty())
+        m_notes.push_back(name + ": " + leftOutReferences(document));
     if (form == ".json")
         return add(path, jsonText(document));
     if (form == ".svg")
         return add(path, writeTrueSizeSvg(document));
-    const std::string name = path == kStandardStream ? "standard output" : path;
     if (from.sketch && form == kSketchForm)
         return addSketch(path, name, document, *from.sketch);
     const std::optional<DxfOriginal>& dxf = from.dxf;

@@ -46,6 +46,7 @@ std::string chosenSketch(const SketchPath& path, const std::string& bytes) {
     if (sketches.size() == 1)
         return sketches.front().name;
     std::vector<std::string> names;
+    names.reserve(sketches.size());
     for (const FcstdSketchName& sketch : sketches)
         names.push_back(path.file + "#" + sketch.name);
     const std::vector<std::string_view> views(names.begin(), names.end());

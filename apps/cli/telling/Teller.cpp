@@ -23,7 +23,7 @@ void Teller::begin(const std::string& file) {
     m_hasBegun = true;
 }
 
-void Teller::tell(nlohmann::ordered_json findings) {
+void Teller::tell(const nlohmann::ordered_json& findings) {
     if (m_isSingle && !m_options.lines)
         return printJson(findings, false);
     nlohmann::ordered_json named{{"file", m_file}};

@@ -27,7 +27,7 @@ public:
     /// What comes next is of this file.
     void begin(const std::string& file);
     /// The findings of one drawing. ReportedError when standard output does not take them.
-    void tell(nlohmann::ordered_json findings);
+    void tell(const nlohmann::ordered_json& findings);
     /// Why a drawing has none. The others go on.
     void tellFailure(const ErrorReport& report);
     /// What was left to tell of all of them.

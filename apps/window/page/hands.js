@@ -138,6 +138,7 @@ export class Hands {
       this.way = this.page.tool ? null : 'box';
       return;
     }
+    if (pick.entity.block) return this.page.tip(`${pick.id} is a part of ${pick.entity.block}, which is edited as a whole`, [this.pressed.x, this.pressed.y], true);
     if (pick.entity.fixed) return this.page.tip(`${pick.id} is fixed; the drawing may not move it`, [this.pressed.x, this.pressed.y], true);
     if (this.page.isReadOnly) this.page.say('this window is for reading only: nothing that is pulled here is saved');
     this.pull = new Pull(pick, this.page.scene.selected, this.pressed.p);

@@ -123,7 +123,7 @@ export class Painter {
   /** @param {Entity} e @param {Scene} scene */
   styleOf(e, scene) {
     const told = scene.freedom?.entities?.[e.id];
-    const state = e.fixed ? 'fixed' : scene.clashing?.has(e.id) ? 'clash' : !told ? 'ink' : told.free ? 'free' : 'defined';
+    const state = e.fixed && !e.block ? 'fixed' : scene.clashing?.has(e.id) ? 'clash' : !told ? 'ink' : told.free ? 'free' : 'defined';
     const end = e.type === 'xline' || e.type === 'ray' ? 'endless' : e.construction ? 'construction' : 'plain';
     return `${state} ${end}`;
   }

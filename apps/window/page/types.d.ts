@@ -6,6 +6,7 @@ export interface Entity {
   type: string;
   construction?: boolean;
   fixed?: boolean;
+  block?: string;
   start?: Point; end?: Point;
   centre?: Point; radius?: number; start_angle?: number; end_angle?: number;
   major_axis?: Point; ratio?: number; start_param?: number; end_param?: number;

@@ -11,7 +11,7 @@ Shape resolved(const Draw& edit, const Drawing& drawing) {
     const std::string& name = edit.as.value;
     if (!name.empty())
         requireNewName(drawing, edit.as);
-    const Shape shape = shapeOf(edit.figure);
+    Shape shape = shapeOf(edit.figure);
     refuseUnsound(name.empty() ? "the " + std::string(typeName(shape)) : name, shape);
     return shape;
 }

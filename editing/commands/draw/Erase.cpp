@@ -1,5 +1,5 @@
 #include "editing/Commands.h"
-#include "editing/commands/move/Moving.h"
+#include "editing/commands/move/References.h"
 
 namespace holdfast::editing {
 
@@ -21,13 +21,16 @@ void refuseConstraints(const Erase& edit, const Drawing& drawing) {
 
 void require(const Erase& edit, const Drawing& drawing) {
     refuseConstraints(edit, drawing);
-    requireSelection(drawing, edit.entities);
+    requireThings(drawing, edit.entities);
 }
 
 void perform(const Erase& edit, EditContext& context) {
     refuseConstraints(edit, context.drawing);
-    for (const std::string& name : requireSelection(context.drawing, edit.entities))
+    const auto [names, references] = requireThings(context.drawing, edit.entities);
+    for (const std::string& name : names)
         context.drawing.erase(name);
+    for (const std::string& name : references)
+        context.drawing.references().erase(name);
 }
 
 }  // namespace holdfast::editing

@@ -15,7 +15,7 @@ CurveEnd cornerEnd(const Shape& shape, CurveEnd end) {
     return std::holds_alternative<RayShape>(shape) ? CurveEnd::start : end;
 }
 
-Vec2 pointOf(const Shape& shape, CurveEnd end) {
+Vec2 endPointOf(const Shape& shape, CurveEnd end) {
     return (end == CurveEnd::start ? startPoint(shape) : endPoint(shape)).value();
 }
 
@@ -48,7 +48,7 @@ CurveChamfer chamferCurves(const FilletSide& a, const FilletSide& b, double firs
     chamfer.secondEnd = cornerEnd(corner->second, corner->secondEnd);
     chamfer.first = cutBack(a.name, corner->first, chamfer.firstEnd, firstLength);
     chamfer.second = cutBack(b.name, corner->second, chamfer.secondEnd, secondLength);
-    chamfer.line = {pointOf(chamfer.first, chamfer.firstEnd), pointOf(chamfer.second, chamfer.secondEnd)};
+    chamfer.line = {endPointOf(chamfer.first, chamfer.firstEnd), endPointOf(chamfer.second, chamfer.secondEnd)};
     return chamfer;
 }
 

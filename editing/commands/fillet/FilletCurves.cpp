@@ -12,7 +12,7 @@ std::string addBetween(EditContext& context, const Shape& shape, const std::stri
 
 std::string replaceOtherKind(EditContext& context, const FilletSide& side, const Shape& shape) {
     const bool isOtherKind = side.shape.index() != shape.index();
-    const std::string successor = isOtherKind ? context.drawing.add(shape, side.name) : side.name;
+    std::string successor = isOtherKind ? context.drawing.add(shape, side.name) : side.name;
     context.reasons.noteEdited(side.name, side.verb + "ed", {successor});
     if (!isOtherKind)
         return side.name;

@@ -1,7 +1,7 @@
 #include "document/Places.h"
 #include "editing/Commands.h"
 #include "editing/commands/join/ExplodedConstraints.h"
-#include "editing/commands/move/Moving.h"
+#include "editing/commands/move/References.h"
 #include "geometry/Tolerances.h"
 #include "geometry/curves/Polylines.h"
 
@@ -9,12 +9,12 @@ namespace holdfast::editing {
 
 namespace {
 
-std::vector<std::string> resolved(const Explode& edit, const Drawing& drawing) {
-    std::vector<std::string> names = requireSelection(drawing, edit.entities);
-    for (const std::string& name : names)
+Things resolved(const Explode& edit, const Drawing& drawing) {
+    Things things = requireThings(drawing, edit.entities);
+    for (const std::string& name : things.entities)
         if (!std::holds_alternative<PolylineShape>(drawing.shape(name)))
-            throw EditError(name + " is no polyline; only polylines can be exploded");
-    return names;
+            throw EditError(name + " is no polyline; only polylines and block references can be exploded");
+    return things;
 }
 
 bool hasLength(const PolylineShape& polyline, std::size_t segment) {
@@ -37,7 +37,7 @@ void require(const Explode& edit, const Drawing& drawing) {
 }
 
 void perform(const Explode& edit, EditContext& context) {
-    const std::vector<std::string> names = resolved(edit, context.drawing);
+    const auto [names, references] = resolved(edit, context.drawing);
     context.edited = names;
     const Document before = context.drawing.around(names);
     ExplodedPolylines polylines;
@@ -46,6 +46,7 @@ void perform(const Explode& edit, EditContext& context) {
     for (const std::string& name : names)
         context.drawing.erase(name);
     carryToPieces(context, before, polylines);
+    explodeReferences(context, references);
 }
 
 }  // namespace holdfast::editing

@@ -7,6 +7,7 @@
 #include "editing/commands/move/CopyTies.h"
 #include "editing/commands/move/Copying.h"
 #include "editing/commands/move/Moving.h"
+#include "editing/commands/move/References.h"
 #include "editing/commands/move/TransformedConstraints.h"
 #include "editing/commands/network/NamedConstraints.h"
 #include "editing/constraints/NewConstraints.h"
@@ -16,13 +17,13 @@ namespace holdfast::editing {
 namespace {
 
 struct ResolvedCopy {
-    std::vector<std::string> names;
+    Things things;
     std::vector<PlaneTransform> places;
 };
 
 ResolvedCopy resolved(const Copy& edit, const Drawing& drawing) {
     static constexpr std::array<std::string_view, 2> ends{"by", "around"};
-    return {requireOnce(drawing, edit.entities, ends), copyPlaces(edit)};
+    return {requireThings(drawing, edit.entities, ends), copyPlaces(edit)};
 }
 
 void tellLeftOut(EditContext& context, const CopiedConstraints& constraints, const std::set<std::string>& leftOut) {
@@ -33,14 +34,8 @@ void tellLeftOut(EditContext& context, const CopiedConstraints& constraints, con
                               " not hold of a copy: " + list);
 }
 
-}  // namespace
-
-void require(const Copy& edit, const Drawing& drawing) {
-    resolved(edit, drawing);
-}
-
-void perform(const Copy& edit, EditContext& context) {
-    const auto [names, places] = resolved(edit, context.drawing);
+void copyEntities(const Copy& edit, EditContext& context, const std::vector<std::string>& names,
+                  const std::vector<PlaneTransform>& places) {
     const CopiedConstraints constraints(context.drawing, names);
     const CopiedKinds kinds = edit.linked ? CopiedKinds::geometric : CopiedKinds::all;
     std::set<std::string> leftOut;
@@ -53,6 +48,23 @@ void perform(const Copy& edit, EditContext& context) {
     tellLeftOut(context, constraints, leftOut);
     if (edit.linked)
         addNew(context.drawing, tiesOfCopies(context.drawing, edit, copies));
+}
+
+}  // namespace
+
+void require(const Copy& edit, const Drawing& drawing) {
+    resolved(edit, drawing);
+}
+
+void perform(const Copy& edit, EditContext& context) {
+    const auto [things, places] = resolved(edit, context.drawing);
+    Copy ofEntities = edit;
+    std::erase_if(ofEntities.entities,
+                  [&drawing = context.drawing](const Name& name) { return drawing.id(name.value).isNull(); });
+    if (!things.entities.empty())
+        copyEntities(ofEntities, context, things.entities, places);
+    for (const PlaneTransform& place : places)
+        copyReferences(context, things.references, place);
 }
 
 }  // namespace holdfast::editing

@@ -43,6 +43,7 @@ void refuseMeeting(const CopyGrid& grid, const std::vector<Vec2>& places) {
     if (!grid.rows || std::abs(cross(along, unit(grid.rows->by))) > kSameDirection)
         return;
     std::vector<double> distances;
+    distances.reserve(places.size());
     for (const Vec2 place : places)
         distances.push_back(dot(along, place));
     std::sort(distances.begin(), distances.end());

@@ -6,6 +6,7 @@
 #include "editing/commands/move/FixedPlaces.h"
 #include "editing/commands/move/MirrorLine.h"
 #include "editing/commands/move/Moving.h"
+#include "editing/commands/move/References.h"
 #include "editing/commands/move/TransformedConstraints.h"
 #include "hosting/HostShapes.h"
 
@@ -36,18 +37,7 @@ void addMirrored(EditContext& context, const std::vector<std::string>& names, co
             context.copies.emplace_back(name, made.names.at(name));
 }
 
-}  // namespace
-
-void require(const Mirror& edit, const Drawing& drawing) {
-    requireSelection(drawing, edit.entities, "about");
-    mirrorOf(edit, drawing);
-}
-
-void perform(const Mirror& edit, EditContext& context) {
-    const std::vector<std::string> names = requireSelection(context.drawing, edit.entities, "about");
-    const PlaneTransform mirror = mirrorOf(edit, context.drawing);
-    if (edit.keep)
-        return addMirrored(context, names, mirror, context.givesTies && !edit.about.value.empty());
+void mirrorEntities(EditContext& context, const std::vector<std::string>& names, const PlaneTransform& mirror) {
     context.edited = names;
     refuseMovingFixed(context, names, mirror);
     turnMeasures(context.drawing, names, mirror);
@@ -58,6 +48,26 @@ void perform(const Mirror& edit, EditContext& context) {
     context.opensAgain = std::any_of(names.begin(), names.end(), [&](const std::string& name) {
         return isSeenFromBelow(context.drawing.entity(name));
     });
+}
+
+}  // namespace
+
+void require(const Mirror& edit, const Drawing& drawing) {
+    requireThings(drawing, edit.entities, "about");
+    mirrorOf(edit, drawing);
+}
+
+void perform(const Mirror& edit, EditContext& context) {
+    const auto [names, references] = requireThings(context.drawing, edit.entities, "about");
+    const PlaneTransform mirror = mirrorOf(edit, context.drawing);
+    if (!names.empty() && edit.keep)
+        addMirrored(context, names, mirror, context.givesTies && !edit.about.value.empty());
+    else if (!names.empty())
+        mirrorEntities(context, names, mirror);
+    if (edit.keep)
+        copyReferences(context, references, mirror);
+    else
+        moveReferences(context, references, mirror);
 }
 
 }  // namespace holdfast::editing

@@ -1,16 +1,17 @@
 #include "editing/Commands.h"
 #include "editing/commands/move/Aligning.h"
 #include "editing/commands/move/Moving.h"
+#include "editing/commands/move/References.h"
 
 namespace holdfast::editing {
 
 namespace {
 
-std::vector<std::string> resolved(const Move& edit, const Drawing& drawing) {
-    std::vector<std::string> names = requireSelection(drawing, edit.entities, "by");
+Things resolved(const Move& edit, const Drawing& drawing) {
+    Things things = requireThings(drawing, edit.entities, "by");
     if (edit.by == Vec2{})
         throw EditError("a displacement of 0,0 moves nothing; give another one");
-    return names;
+    return things;
 }
 
 }  // namespace
@@ -20,7 +21,11 @@ void require(const Move& edit, const Drawing& drawing) {
 }
 
 void perform(const Move& edit, EditContext& context) {
-    alignBy(context, resolved(edit, context.drawing), translation(edit.by));
+    const auto [names, references] = resolved(edit, context.drawing);
+    const PlaneTransform shift = translation(edit.by);
+    if (!names.empty())
+        alignBy(context, names, shift);
+    moveReferences(context, references, shift);
 }
 
 }  // namespace holdfast::editing

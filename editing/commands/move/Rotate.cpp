@@ -6,6 +6,7 @@
 #include "editing/Evaluation.h"
 #include "editing/commands/move/FixedPlaces.h"
 #include "editing/commands/move/Moving.h"
+#include "editing/commands/move/References.h"
 #include "editing/commands/move/TransformedConstraints.h"
 #include "geometry/Angles.h"
 
@@ -40,16 +41,9 @@ void followReleasing(const EditContext& context, double degrees) {
     evaluate(context);
 }
 
-}  // namespace
-
-void require(const Rotate& edit, const Drawing& drawing) {
-    requireSelection(drawing, edit.entities, "about");
-}
-
-void perform(const Rotate& edit, EditContext& context) {
-    const std::vector<std::string> names = requireSelection(context.drawing, edit.entities, "about");
+void rotateEntities(EditContext& context, const std::vector<std::string>& names, const Rotate& edit,
+                    const PlaneTransform& turn) {
     context.edited = names;
-    const PlaneTransform turn = rotation(edit.about, inRadians(std::remainder(edit.degrees, 360.0)));
     refuseMovingFixed(context, names, turn);
     const bool followed = tryRotation(context, constrainedFirst(context, names), edit.about);
     turnMeasures(context.drawing, names, turn);
@@ -57,6 +51,20 @@ void perform(const Rotate& edit, EditContext& context) {
         moveEntity(context, name, turn);
     if (followed)
         followReleasing(context, edit.degrees);
+}
+
+}  // namespace
+
+void require(const Rotate& edit, const Drawing& drawing) {
+    requireThings(drawing, edit.entities, "about");
+}
+
+void perform(const Rotate& edit, EditContext& context) {
+    const auto [names, references] = requireThings(context.drawing, edit.entities, "about");
+    const PlaneTransform turn = rotation(edit.about, inRadians(std::remainder(edit.degrees, 360.0)));
+    if (!names.empty())
+        rotateEntities(context, names, edit, turn);
+    moveReferences(context, references, turn);
 }
 
 }  // namespace holdfast::editing

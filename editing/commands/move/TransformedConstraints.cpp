@@ -94,7 +94,7 @@ Constraint turned(Constraint constraint, const PlaneTransform& transform, const 
 }
 
 /// Reflected arcs run counter-clockwise again: they start where the original ends.
-Place placeOnCopy(Place place, const std::string& copy, bool mirrors, const EntityIndex& entities) {
+Place placeOnCopy(const Place& place, const std::string& copy, bool mirrors, const EntityIndex& entities) {
     const Shape& shape = entities.find(place.entity)->shape;
     const bool isArc = std::holds_alternative<ArcShape>(shape) || std::holds_alternative<EllipticalArcShape>(shape);
     return {copy, mirrors && isArc ? otherEnd(place.kind) : place.kind, place.index};

@@ -21,6 +21,7 @@ void requireNewName(const Drawing& drawing, const Name& name) {
     const std::string taken = !drawing.id(name.value).isNull()                ? "an entity "
                               : !drawing.constraintCalled(name.value).empty() ? "a constraint "
                               : drawing.hasParameter(name.value)              ? "a parameter "
+                              : drawing.references().find(name.value)         ? "a block reference "
                                                                               : "";
     if (!taken.empty())
         throw RefusedWord({"the drawing has " + taken + name.value + " already; choose another name", {}, name.column});

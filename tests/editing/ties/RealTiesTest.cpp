@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdlib>
 #include <iomanip>
 #include <iostream>
 #include <map>
@@ -19,17 +18,13 @@
 #include "hosting/DocumentSketch.h"
 #include "tests/editing/RandomEdits.h"
 #include "tests/support/DrawingFolder.h"
+#include "tests/support/Environment.h"
 
 namespace holdfast::editing {
 namespace {
 
 /// Larger drawings take longer to count than to edit.
 constexpr std::size_t kMostEntities = 400;
-
-int numberFrom(const char* variable, int otherwise) {
-    const char* text = std::getenv(variable);
-    return text == nullptr ? otherwise : std::atoi(text);
-}
 
 bool isCut(const std::string& edit) {
     constexpr std::array<std::string_view, 4> verbs{"break ", "trim ", "extend ", "fillet "};
@@ -141,8 +136,8 @@ bool compare(const Document& document, const DocumentDiagnosis& before, const st
 }
 
 TEST(RealTies, LeaveLessFreedomAndSayNothingTwice) {
-    const int editCount = numberFrom("HOLDFAST_TIE_EDITS", 3);
-    const auto seed = static_cast<unsigned>(numberFrom("HOLDFAST_SEED", 1));
+    const int editCount = testing::numberFrom("HOLDFAST_TIE_EDITS", 3);
+    const auto seed = static_cast<unsigned>(testing::numberFrom("HOLDFAST_SEED", 1));
     Histogram histogram;
     const auto files = testing::drawingFiles();
     for (std::size_t i = 0; i < files.size(); ++i) {
