@@ -15,8 +15,6 @@ namespace holdfast::window {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 /// Constraints farther than this part of the drawing's size from holding count as broken: what `show` says, too.
 constexpr double kBroken = 1e-6;
 

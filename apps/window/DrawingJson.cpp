@@ -13,8 +13,6 @@ namespace holdfast::window {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 Json pointJson(Vec2 point) {
     return Json::array({point.x, point.y});
 }

@@ -19,7 +19,6 @@
 namespace holdfast::window {
 
 namespace fs = std::filesystem;
-using Json = nlohmann::ordered_json;
 
 namespace {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
+
 // The floors that this one stands on: their names are used here as they are.
 namespace holdfast::geometry {}
 namespace holdfast::document {}
@@ -15,4 +17,6 @@ using namespace formats;
 using namespace hosting;
 using namespace editing;
 using namespace report;
+
+using Json = nlohmann::ordered_json;  ///< tells fields in the order in which they were given
 }  // namespace holdfast::window

@@ -1,15 +1,19 @@
 #include "editing/fates/FateReport.h"
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_set>
+#include <utility>
 
 namespace holdfast::editing {
 
 namespace {
 
+using Ids = std::unordered_set<std::string_view>;
+
 template <typename Item>
-std::unordered_set<std::string> idsOf(const std::vector<Item>& items) {
-    std::unordered_set<std::string> ids;
+Ids idsOf(const std::vector<Item>& items) {
+    Ids ids(items.size());
     for (const Item& item : items)
         ids.insert(item.id);
     return ids;
@@ -17,13 +21,17 @@ std::unordered_set<std::string> idsOf(const std::vector<Item>& items) {
 
 /// Calls add(id, wasThere, isThere) for every item of either list that is not in `known`, in drawing order.
 template <typename Item, typename Add>
-void addMissing(const std::vector<Item>& before, const std::vector<Item>& after, std::unordered_set<std::string> known,
-                Add add) {
-    const std::unordered_set<std::string> was = idsOf(before), is = idsOf(after);
+void addMissing(const std::vector<Item>& before, const std::vector<Item>& after, Ids known, Add add) {
+    const Ids was = idsOf(before), is = idsOf(after);
     for (const std::vector<Item>* items : {&before, &after})
         for (const Item& item : *items)
             if (known.insert(item.id).second)
                 add(item.id, was.count(item.id) > 0, is.count(item.id) > 0);
+}
+
+template <typename Outcome>
+void append(std::vector<Outcome>& outcomes, std::vector<Outcome>&& further) {
+    outcomes.insert(outcomes.end(), std::make_move_iterator(further.begin()), std::make_move_iterator(further.end()));
 }
 
 template <typename Outcome>
@@ -69,25 +77,29 @@ std::array<std::size_t, kEntityFates.size()> countFates(const std::vector<Entity
 }
 
 FateReport completed(FateReport report) {
-    std::unordered_set<std::string> knownConstraints, knownEntities;
+    Ids knownConstraints, knownEntities;
     for (const ConstraintOutcome& outcome : report.constraints)
         knownConstraints.insert(outcome.constraint);
     for (const EntityOutcome& outcome : report.entities)
         knownEntities.insert(outcome.entity);
+    std::vector<ConstraintOutcome> constraints;
     addMissing(
         report.before.constraints, report.after.constraints, std::move(knownConstraints),
         [&](const std::string& id, bool was, bool is) {
             const ConstraintFate fate = was && is ? ConstraintFate::kept
                                         : was     ? ConstraintFate::deleted
                                                   : ConstraintFate::added;
-            report.constraints.push_back({.constraint = id, .fate = fate, .reason = {}, .moves = {}, .edit = {}});
+            constraints.push_back({.constraint = id, .fate = fate, .reason = {}, .moves = {}, .edit = {}});
         });
+    std::vector<EntityOutcome> entities;
     const auto addEntity = [&](const std::string& id, bool was, bool is) {
         const EntityFate fate = was && is ? EntityFate::untouched : was ? EntityFate::erased : EntityFate::created;
-        report.entities.push_back({.entity = id, .fate = fate});
+        entities.push_back({.entity = id, .fate = fate});
     };
     addMissing(report.before.entities, report.after.entities, knownEntities, addEntity);
     addMissing(report.before.references, report.after.references, std::move(knownEntities), addEntity);
+    append(report.constraints, std::move(constraints));
+    append(report.entities, std::move(entities));
     sortByFate(report.constraints);
     sortByFate(report.entities);
     return report;

@@ -1,5 +1,7 @@
 #include "report/page/BeforeAfter.h"
 
+#include <utility>
+
 #include "report/marks/Glyphs.h"
 #include "report/page/Assets.h"
 #include "report/page/ReportIndex.h"
@@ -26,8 +28,8 @@ std::string pane(std::string_view name, double left, const report::Frame& frame,
 
 }  // namespace
 
-std::string writeBeforeAfter(const FateReport& report, bool names) {
-    const FateReport whole = completed(report);
+std::string writeBeforeAfter(FateReport report, bool names) {
+    const FateReport whole = completed(std::move(report));
     const report::ReportIndex index(whole);
     geometry::Box window = report::windowOf(whole.before);
     window.add(report::windowOf(whole.after));

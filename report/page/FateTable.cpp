@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <span>
+#include <utility>
 
 #include "report/page/ParameterFates.h"
 #include "report/page/ReportIndex.h"
@@ -258,13 +259,13 @@ std::string entityTotals(const FateReport& report) {
 
 }  // namespace
 
-std::string fateSummary(const FateReport& report) {
-    const FateReport whole = completed(report);
+std::string fateSummary(FateReport report) {
+    const FateReport whole = completed(std::move(report));
     return constraintTotals(whole) + "; " + entityTotals(whole);
 }
 
-std::string writeFateTable(const FateReport& report, const TableStyle& style) {
-    const FateReport whole = completed(report);
+std::string writeFateTable(FateReport report, const TableStyle& style) {
+    const FateReport whole = completed(std::move(report));
     const ReportIndex index(whole);
     std::string text = editLines(whole, style);
     Table constraints(style, {"FATE", "CONSTRAINT", "KIND", "ON", "WHY"});

@@ -17,9 +17,9 @@ struct TableStyle {
 
 /// The report as a table for a terminal, most important fates first, closed by a line of totals. Control characters in
 /// names and texts become U+FFFD, so that a drawing cannot steer the terminal.
-std::string writeFateTable(const FateReport& report, const TableStyle& style = {});
+std::string writeFateTable(FateReport report, const TableStyle& style = {});
 
 /// The totals alone, without a line end: "2 deleted, 1 re-pointed, 40 kept; 1 entity edited, ...".
-std::string fateSummary(const FateReport& report);
+std::string fateSummary(FateReport report);
 
 }  // namespace holdfast::report

@@ -1,6 +1,7 @@
 #include "report/page/HtmlReport.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "report/marks/Glyphs.h"
 #include "report/page/Assets.h"
@@ -240,8 +241,8 @@ private:
 
 }  // namespace
 
-std::string writeHtmlReport(const FateReport& report) {
-    const FateReport whole = completed(report);
+std::string writeHtmlReport(FateReport report) {
+    const FateReport whole = completed(std::move(report));
     return Page(whole).text();
 }
 

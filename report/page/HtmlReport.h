@@ -11,6 +11,6 @@ namespace holdfast::report {
 /// entity. It needs no other file and no network, works without scripts (those add pan, zoom and highlighting), prints,
 /// and follows the reader's choice of light or dark. The text is well-formed XML as well as HTML.
 /// Where both drawings are the same there is one picture.
-std::string writeHtmlReport(const FateReport& report);
+std::string writeHtmlReport(FateReport report);
 
 }  // namespace holdfast::report

@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <utility>
+
 #include "document/Names.h"
 #include "report/page/ParameterFates.h"
 #include "report/page/ReportIndex.h"
@@ -88,8 +90,8 @@ Json totalsJson(const Fates& fates, const Outcomes& outcomes) {
 
 }  // namespace
 
-nlohmann::ordered_json reportJson(const FateReport& report) {
-    const FateReport whole = completed(report);
+nlohmann::ordered_json reportJson(FateReport report) {
+    const FateReport whole = completed(std::move(report));
     const report::ReportIndex index(whole);
     const std::string& ownName = whole.after.name.empty() ? whole.before.name : whole.after.name;
     Json json{{"drawing", whole.title.empty() ? ownName : whole.title}, {"length_unit", whole.after.lengthUnit}};
@@ -110,8 +112,8 @@ nlohmann::ordered_json reportJson(const FateReport& report) {
     return json;
 }
 
-std::string writeReportJson(const FateReport& report) {
-    return reportJson(report).dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+std::string writeReportJson(FateReport report) {
+    return reportJson(std::move(report)).dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace holdfast::report

@@ -8,6 +8,6 @@
 namespace holdfast::report {
 
 /// What writeReportJson writes, for those who put it into an object of their own.
-nlohmann::ordered_json reportJson(const FateReport& report);
+nlohmann::ordered_json reportJson(FateReport report);
 
 }  // namespace holdfast::report
