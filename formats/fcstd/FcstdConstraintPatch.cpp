@@ -51,6 +51,11 @@ const Constraint* FcstdConstraintPatch::constraintNow(const std::string& id) con
     return found == m_now.end() ? nullptr : found->second;
 }
 
+const Constraint* FcstdConstraintPatch::constraintIn(std::size_t record) const {
+    const FcstdConstraintRecord& each = m_sketch.constraintRecords[record];
+    return each.isRead ? constraintNow(each.id) : nullptr;
+}
+
 std::optional<std::size_t> FcstdConstraintPatch::numberOf(const std::string& id) const {
     const auto found = m_numbersById.find(id);
     return found == m_numbersById.end() ? std::nullopt : std::optional(found->second);
@@ -67,11 +72,11 @@ void FcstdConstraintPatch::patchRecords() {
     const std::set<std::string, std::less<>> idle = idleCoincidences(m_sketch.drawing, m_after);
     for (const FcstdConstraintRecord& each : m_sketch.constraintRecords) {
         const bool stays = each.isRead ? !idle.contains(each.id) && patch(each) : renumber(each);
-        m_numbers.push_back(stays ? std::optional(m_count) : std::nullopt);
-        if (stays)
-            m_numbersById.emplace(each.id, m_count++);
-        else
+        m_numbers.push_back(stays ? std::optional(m_count++) : std::nullopt);
+        if (!stays)
             m_list.remove_child(each.record);
+        else if (each.isRead)
+            m_numbersById.emplace(each.id, *m_numbers.back());
     }
     for (const Constraint& constraint : m_after.constraints)
         if (!m_before.contains(constraint.id) && !idle.contains(constraint.id))

@@ -21,7 +21,7 @@ namespace holdfast::formats {
 /// them goes then. Records that stay follow the numbers of the geometry; new ones stand behind them, and behind these
 /// the alignments of the circles at control points that constraints are on.
 ///
-/// Calls:  apply  uses  constraintBefore* constraintNow* numberNow* numberOf*
+/// Calls:  apply  uses  constraintBefore* constraintNow* constraintIn* numberNow* numberOf*
 /// Borrows all that it is given; the geometry is patched already, and notes are added to those that are there. Serves
 /// one edited drawing.
 class FcstdConstraintPatch {
@@ -38,6 +38,9 @@ public:
     const Constraint& constraintBefore(const std::string& id) const { return *m_before.at(id); }
     /// That of the edited drawing; null where it has none.
     const Constraint* constraintNow(const std::string& id) const;
+    /// That of a record; null where it has gone or was never read: the id of such a record is free for a new
+    /// constraint.
+    const Constraint* constraintIn(std::size_t record) const;
 
     /// The number of the record that had another before the edits; nothing for what has gone.
     std::optional<std::size_t> numberNow(std::size_t before) const { return m_numbers[before]; }

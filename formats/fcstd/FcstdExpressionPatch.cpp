@@ -56,7 +56,7 @@ bool FcstdExpressionPatch::patch(pugi::xml_node each) {
     if (!nowPath)
         return false;
     if (const std::optional<std::size_t> owner = m_sketch.names.constraintAt(path))
-        text = textOfDimension(m_sketch.constraintRecords[*owner].id, std::move(text));
+        text = textOfDimension(*owner, std::move(text));
     else if (!text)
         m_notes.push_back("the expression of " + path + " went with a constraint that it names");
     if (!text)
@@ -67,13 +67,12 @@ bool FcstdExpressionPatch::patch(pugi::xml_node each) {
 }
 
 /// The expression of a dimension, of which the edit may have made another.
-std::optional<std::string> FcstdExpressionPatch::textOfDimension(const std::string& id,
-                                                                 std::optional<std::string> text) {
-    const Constraint* found = m_constraints.constraintNow(id);
+std::optional<std::string> FcstdExpressionPatch::textOfDimension(std::size_t record, std::optional<std::string> text) {
+    const Constraint* found = m_constraints.constraintIn(record);
     if (found == nullptr)
         return text;
-    const Constraint &now = *found, &before = m_constraints.constraintBefore(id);
-    m_done.insert(id);
+    const Constraint &now = *found, &before = m_constraints.constraintBefore(now.id);
+    m_done.insert(now.id);
     if (now.formula != before.formula)
         text = now.formula.empty() ? std::nullopt : expressionFor(now);
     else if (now.formula.empty() && now.value != before.value)
@@ -83,7 +82,7 @@ std::optional<std::string> FcstdExpressionPatch::textOfDimension(const std::stri
     if (!text && !now.formula.empty())
         noteFormula(now);
     else if (!text && before.formula.empty())
-        m_notes.push_back("the expression of " + id + " went, for the edit gives it a value of its own");
+        m_notes.push_back("the expression of " + now.id + " went, for the edit gives it a value of its own");
     return text;
 }
 
@@ -104,7 +103,7 @@ std::optional<std::string> FcstdExpressionPatch::tailOf(std::size_t record) cons
     const std::optional<std::size_t> number = m_constraints.numberNow(record);
     if (!number)
         return std::nullopt;
-    const Constraint* now = m_constraints.constraintNow(m_sketch.constraintRecords[record].id);
+    const Constraint* now = m_constraints.constraintIn(record);
     return tailOfNumber(*number, now == nullptr ? m_sketch.names.constraints[record] : now->name);
 }
 

@@ -30,7 +30,7 @@ public:
 
 private:
     bool patch(pugi::xml_node each);
-    std::optional<std::string> textOfDimension(const std::string& id, std::optional<std::string> text);
+    std::optional<std::string> textOfDimension(std::size_t record, std::optional<std::string> text);
     void add(const Constraint& dimension);
     std::optional<std::string> tailOf(std::size_t record) const;
     std::optional<std::string> expressionName(const std::string& name) const;

@@ -278,6 +278,27 @@ TEST(FcstdPatch, WhatWasNotUnderstoodStaysAndFollowsTheNumbers) {
     EXPECT_THAT(document.output().notes, ElementsAre("c2 went with what it was on"));
 }
 
+TEST(FcstdPatch, ANewDimensionMayHaveTheIdOfWhatWasNotUnderstood) {
+    SketchText sketch = cornerSketch();
+    sketch.constraints.push_back(constrain({16, {0, 2, 1, 1, 1, 0}, "1.25"}));
+    sketch.expressions.push_back(
+        "                        <Expression path=\"Constraints[6]\" expression=\".Constraints.width / 8\"/>\n");
+    PatchedDocument document(sketch);
+    document.now.constraints.push_back({.id = "c6",
+                                        .type = ConstraintType::distance,
+                                        .refs = {{.entity = "g0"}},
+                                        .value = 10.0,
+                                        .name = "reach",
+                                        .formula = "c5 * 2"});
+    EXPECT_THAT(document.written(),
+                HasSubstr("<Expression path=\"Constraints[6]\" expression=\".Constraints.width / 8\""));
+    EXPECT_THAT(document.written(),
+                HasSubstr("<Expression path=\"Constraints.reach\" expression=\"Constraints[5] * 2\""));
+    document.now.constraints.back().name = "";
+    EXPECT_THAT(document.written(), HasSubstr("<Expression path=\"Constraints[7]\" expression=\"Constraints[5] * 2\""));
+    EXPECT_THAT(document.output().notes, IsEmpty());
+}
+
 TEST(FcstdPatch, ACoincidenceThatATangencySaysAlreadyIsLeftOut) {
     PatchedDocument document(cornerSketch());
     document.now.entities.push_back({.id = "g2", .shape = ArcShape{{8, 5}, 2, 0, 1.5}});
