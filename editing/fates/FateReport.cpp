@@ -83,14 +83,13 @@ FateReport completed(FateReport report) {
     for (const EntityOutcome& outcome : report.entities)
         knownEntities.insert(outcome.entity);
     std::vector<ConstraintOutcome> constraints;
-    addMissing(
-        report.before.constraints, report.after.constraints, std::move(knownConstraints),
-        [&](const std::string& id, bool was, bool is) {
-            const ConstraintFate fate = was && is ? ConstraintFate::kept
-                                        : was     ? ConstraintFate::deleted
-                                                  : ConstraintFate::added;
-            constraints.push_back({.constraint = id, .fate = fate, .reason = {}, .moves = {}, .edit = {}});
-        });
+    addMissing(report.before.constraints, report.after.constraints, std::move(knownConstraints),
+               [&](const std::string& id, bool was, bool is) {
+                   const ConstraintFate fate = was && is ? ConstraintFate::kept
+                                               : was     ? ConstraintFate::deleted
+                                                         : ConstraintFate::added;
+                   constraints.push_back({.constraint = id, .fate = fate, .reason = {}, .moves = {}, .edit = {}});
+               });
     std::vector<EntityOutcome> entities;
     const auto addEntity = [&](const std::string& id, bool was, bool is) {
         const EntityFate fate = was && is ? EntityFate::untouched : was ? EntityFate::erased : EntityFate::created;
