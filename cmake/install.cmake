@@ -95,22 +95,22 @@ if(TARGET host_model)
   install_headers(model_development "${PROJECT_SOURCE_DIR}"
     host/model/ConverterRecord.h
     host/model/DynamicEdits.h
-    host/model/EntityAccess.h
-    host/model/EntityGeometry.h
-    host/model/HostAccess.h
+    host/model/entities/EntityAccess.h
+    host/model/entities/EntityGeometry.h
+    host/model/state/HostAccess.h
     host/model/HostAudit.h
     host/model/HostBuilder.h
-    host/model/HostCall.h
-    host/model/HostChanges.h
+    host/model/state/HostCall.h
+    host/model/state/HostChanges.h
     host/model/HostFaults.h
     host/model/HostJournal.h
     host/model/HostProcess.h
-    host/model/HostState.h
-    host/model/ImplementClass.h
+    host/model/state/HostState.h
+    host/model/state/ImplementClass.h
     host/model/NetworkAudit.h
-    host/model/ProtocolExtensions.h
+    host/model/state/ProtocolExtensions.h
     host/model/Scene.h
-    host/model/SegmentNames.h)
+    host/model/entities/SegmentNames.h)
 else()
   install(TARGETS host_api EXPORT HoldfastTargets)
 endif()

@@ -6,9 +6,9 @@
 
 #include "document/Names.h"
 #include "document/Places.h"
-#include "host/model/EntityAccess.h"
-#include "host/model/ObjectHandles.h"
-#include "host/model/SegmentNames.h"
+#include "host/model/entities/EntityAccess.h"
+#include "host/model/entities/SegmentNames.h"
+#include "host/model/state/ObjectHandles.h"
 #include "hosting/HostConstraints.h"
 #include "hosting/HostOpening.h"
 #include "hosting/HostShapes.h"

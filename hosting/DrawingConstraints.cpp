@@ -4,8 +4,8 @@
 #include <stdexcept>
 
 #include "document/Places.h"
-#include "host/model/EntityAccess.h"
-#include "host/model/SegmentNames.h"
+#include "host/model/entities/EntityAccess.h"
+#include "host/model/entities/SegmentNames.h"
 #include "hosting/Drawing.h"
 #include "hosting/HostConstraints.h"
 #include "hosting/NamedSegments.h"

@@ -3,7 +3,7 @@
 #include <map>
 #include <utility>
 
-#include "host/model/EntityGeometry.h"
+#include "host/model/entities/EntityGeometry.h"
 #include "hosting/Drawing.h"
 #include "hosting/HostShapes.h"
 #include "hosting/NamedSegments.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/model/EntityGeometry.h"
+#include "host/model/entities/EntityGeometry.h"
 #include "hosting/Drawing.h"
 #include "hosting/HostConstraints.h"
 #include "hosting/NamedSegments.h"

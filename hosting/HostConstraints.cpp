@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "host/model/ConstraintKinds.h"
-#include "host/model/EntityGeometry.h"
+#include "host/model/entities/EntityGeometry.h"
 #include "hosting/HostShapes.h"
 
 namespace holdfast::hosting {

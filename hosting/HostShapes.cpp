@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 #include "geometry/Angles.h"
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 
 namespace holdfast::hosting {
 

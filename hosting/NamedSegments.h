@@ -5,7 +5,7 @@
 #include <YxDbConstraints/YxDbAssocGeomDependency.h>
 #include <yxdb/YxDbPolyline.h>
 
-#include "host/model/SegmentNames.h"
+#include "host/model/entities/SegmentNames.h"
 #include "hosting/Drawing.h"
 #include "hosting/Uses.h"
 

@@ -24,7 +24,7 @@
 #include "benchmarks/Timing.h"
 #include "editing/Session.h"
 #include "formats/FileIo.h"
-#include "host/model/HostAccess.h"
+#include "host/model/state/HostAccess.h"
 #include "hosting/Drawing.h"
 
 namespace holdfast::editing {

@@ -10,7 +10,7 @@
 #include "editing/Session.h"
 #include "formats/FileIo.h"
 #include "formats/json/JsonWriter.h"
-#include "host/model/HostAccess.h"
+#include "host/model/state/HostAccess.h"
 #include "hosting/Drawing.h"
 #include "hosting/HostShapes.h"
 #include "hosting/evaluator/SketchFromDocument.h"

@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <vector>
 
-#include "host/model/EntityAccess.h"
 #include "host/model/HostBuilder.h"
 #include "host/model/HostProcess.h"
+#include "host/model/entities/EntityAccess.h"
 
 namespace holdfast {
 

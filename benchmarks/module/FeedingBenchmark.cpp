@@ -19,9 +19,9 @@
 #include "commands/stretch/ConstraintStretchCmdCenter.h"
 #include "drag/CYxRotateReleaseConstraint.h"
 #include "drag/LvConstraintDropData.h"
-#include "host/model/EntityAccess.h"
 #include "host/model/HostBuilder.h"
 #include "host/model/HostProcess.h"
+#include "host/model/entities/EntityAccess.h"
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include <yxdb/YxDbPolyline.h>
 
 #include "commands/break/ConstraintBreakCmdCenter.h"
-#include "host/model/EntityAccess.h"
 #include "host/model/Scene.h"
+#include "host/model/entities/EntityAccess.h"
 
 using holdfast::EntityAccess;
 using holdfast::HostAccess;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "host/model/HostAccess.h"
+#include "host/model/state/HostAccess.h"
 
 namespace holdfast {
 

@@ -2,8 +2,8 @@
 
 #include <unordered_set>
 
-#include "host/model/HostCall.h"
 #include "host/model/NetworkAudit.h"
+#include "host/model/state/HostCall.h"
 #include "host/src/YxDbConstraints/GroupData.h"
 #include "host/src/yxdb/ObjectData.h"
 

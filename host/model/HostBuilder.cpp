@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "host/model/entities/GeometryMaking.h"
 #include "host/src/YxDbConstraints/Subentities.h"
 #include "host/src/yxdb/ObjectData.h"

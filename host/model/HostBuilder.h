@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "host/model/HostAccess.h"
+#include "host/model/state/HostAccess.h"
 
 class YxDbPolyline;
 

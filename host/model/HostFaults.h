@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/model/HostCall.h"
+#include "host/model/state/HostCall.h"
 
 namespace holdfast {
 

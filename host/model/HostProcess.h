@@ -5,10 +5,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "host/model/HostAccess.h"
 #include "host/model/HostFaults.h"
 #include "host/model/HostJournal.h"
-#include "host/model/HostState.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/HostState.h"
 
 namespace holdfast {
 

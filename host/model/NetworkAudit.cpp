@@ -5,8 +5,8 @@
 
 #include <yxdb/YxDbPolyline.h>
 
-#include "host/model/HostCall.h"
-#include "host/model/SegmentNames.h"
+#include "host/model/entities/SegmentNames.h"
+#include "host/model/state/HostCall.h"
 #include "host/src/YxDbConstraints/GroupData.h"
 
 namespace holdfast {

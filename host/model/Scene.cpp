@@ -2,11 +2,11 @@
 
 #include <stdexcept>
 
-#include "host/model/HostCall.h"
 #include "host/model/scene/SceneEntities.h"
 #include "host/model/scene/ScenePlaces.h"
 #include "host/model/scene/ScenePrinter.h"
 #include "host/model/scene/SceneReader.h"
+#include "host/model/state/HostCall.h"
 
 namespace holdfast {
 

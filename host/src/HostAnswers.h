@@ -6,8 +6,8 @@
 #include <yxbase/YxArray.h>
 #include <yxdb/YxDbObject.h>
 
-#include "host/model/HostAccess.h"
-#include "host/model/HostCall.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/HostCall.h"
 
 namespace holdfast {
 

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/model/HostAccess.h"
+#include "host/model/state/HostAccess.h"
 #include "hosting/Uses.h"
 
 namespace holdfast::hosting {

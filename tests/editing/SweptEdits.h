@@ -8,9 +8,9 @@
 
 #include "document/Names.h"
 #include "editing/Refusal.h"
-#include "host/model/EntityAccess.h"
-#include "host/model/HostAccess.h"
 #include "host/model/HostAudit.h"
+#include "host/model/entities/EntityAccess.h"
+#include "host/model/state/HostAccess.h"
 #include "hosting/Drawing.h"
 #include "hosting/HostShapes.h"
 #include "tests/editing/Shorthand.h"

@@ -8,7 +8,7 @@
 
 #include <YxDbConstraints/YxDbAssocManager.h>
 
-#include "host/model/HostAccess.h"
+#include "host/model/state/HostAccess.h"
 #include "hosting/Drawing.h"
 #include "hosting/evaluator/HostEvaluator.h"
 

@@ -3,8 +3,8 @@
 #include <limits>
 #include <utility>
 
-#include "host/model/EntityAccess.h"
-#include "host/model/HostAccess.h"
+#include "host/model/entities/EntityAccess.h"
+#include "host/model/state/HostAccess.h"
 #include "host/src/EntityCheck.h"
 #include "host/src/yxdb/curves/BulgeSegment.h"
 

@@ -2,7 +2,7 @@
 #include <cmath>
 #include <utility>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "host/src/EntityCheck.h"
 #include "host/src/yxdb/curves/SplineView.h"
 

@@ -1,8 +1,8 @@
 #include <algorithm>
 
-#include "host/model/EntityAccess.h"
 #include "host/model/HostBuilder.h"
-#include "host/model/SegmentNames.h"
+#include "host/model/entities/EntityAccess.h"
+#include "host/model/entities/SegmentNames.h"
 
 namespace holdfast {
 

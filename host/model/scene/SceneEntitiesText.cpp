@@ -1,6 +1,6 @@
 #include <numbers>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "host/model/scene/SceneEntities.h"
 #include "host/model/scene/SceneNumbers.h"
 

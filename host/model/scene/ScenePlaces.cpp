@@ -5,7 +5,7 @@
 #include <optional>
 #include <stdexcept>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "host/model/scene/SceneNumbers.h"
 
 namespace holdfast {

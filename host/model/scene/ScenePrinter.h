@@ -5,7 +5,7 @@
 #include <unordered_set>
 
 #include "host/model/Scene.h"
-#include "host/model/SegmentNames.h"
+#include "host/model/entities/SegmentNames.h"
 
 namespace holdfast {
 

@@ -5,9 +5,9 @@
 #include <YxDbConstraints/YxDbAssoc2dConstraintGroup.h>
 #include <yxdb/YxDbEntity.h>
 
-#include "host/model/EntityGeometry.h"
-#include "host/model/HostAccess.h"
-#include "host/model/HostCall.h"
+#include "host/model/entities/EntityGeometry.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/HostCall.h"
 
 using holdfast::HostAccess;
 using holdfast::hostCall;

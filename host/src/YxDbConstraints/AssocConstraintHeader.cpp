@@ -5,8 +5,8 @@
 
 #include <yxdb/YxDbEntity.h>
 
-#include "host/model/HostAccess.h"
-#include "host/model/HostCall.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/HostCall.h"
 #include "host/src/yxdb/ObjectData.h"
 
 constinit thread_local bool AssocConstraintHeader::m_isForbidEvaStatic = false;

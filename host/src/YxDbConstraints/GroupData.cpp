@@ -1,6 +1,6 @@
 #include "host/src/YxDbConstraints/GroupData.h"
 
-#include "host/model/HostAccess.h"
+#include "host/model/state/HostAccess.h"
 
 using holdfast::HostAccess;
 

@@ -5,8 +5,8 @@
 #include <YxDbConstraints/YxDbAssocGeomDependency.h>
 #include <yxdb/YxDbPolyline.h>
 
-#include "host/model/HostAccess.h"
-#include "host/model/HostCall.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/HostCall.h"
 #include "host/src/YxDbConstraints/Provider.h"
 #include "host/src/YxDbConstraints/Subentities.h"
 

@@ -6,9 +6,9 @@
 #include <YxDbConstraints/YxDbConstraintDataProviderLv.h>
 #include <yxdb/YxDbPolyline.h>
 
-#include "host/model/EntityAccess.h"
-#include "host/model/HostAccess.h"
-#include "host/model/SegmentNames.h"
+#include "host/model/entities/EntityAccess.h"
+#include "host/model/entities/SegmentNames.h"
+#include "host/model/state/HostAccess.h"
 #include "host/src/HostAnswers.h"
 #include "host/src/YxDbConstraints/GroupData.h"
 #include "host/src/YxDbConstraints/Subentities.h"

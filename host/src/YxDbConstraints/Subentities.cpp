@@ -3,11 +3,11 @@
 #include <YxDbConstraints/YxDbAssocPersSubentId.h>
 #include <yxdb/YxDbPolyline.h>
 
-#include "host/model/EntityAccess.h"
-#include "host/model/HostAccess.h"
-#include "host/model/HostCall.h"
-#include "host/model/ImplementClass.h"
-#include "host/model/ProtocolExtensions.h"
+#include "host/model/entities/EntityAccess.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/HostCall.h"
+#include "host/model/state/ImplementClass.h"
+#include "host/model/state/ProtocolExtensions.h"
 
 namespace holdfast {
 

@@ -1,8 +1,8 @@
 #include <YxDbConstraints/YxDbAssocAction.h>
 
-#include "host/model/HostAccess.h"
-#include "host/model/HostCall.h"
-#include "host/model/ImplementClass.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/HostCall.h"
+#include "host/model/state/ImplementClass.h"
 
 using holdfast::hostCall;
 

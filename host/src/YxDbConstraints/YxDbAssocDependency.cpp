@@ -1,7 +1,7 @@
 #include <YxDbConstraints/YxDbAssocDependency.h>
 
-#include "host/model/HostAccess.h"
-#include "host/model/ImplementClass.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/ImplementClass.h"
 #include "host/src/HostAnswers.h"
 #include "host/src/yxdb/ObjectData.h"
 

@@ -2,9 +2,9 @@
 
 #include <yxdb/YxDbPolyline.h>
 
-#include "host/model/EntityAccess.h"
-#include "host/model/HostAccess.h"
-#include "host/model/ImplementClass.h"
+#include "host/model/entities/EntityAccess.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/ImplementClass.h"
 #include "host/src/HostAnswers.h"
 #include "host/src/YxDbConstraints/Subentities.h"
 #include "host/src/yxdb/ObjectData.h"

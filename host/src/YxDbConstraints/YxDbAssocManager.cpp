@@ -2,8 +2,8 @@
 
 #include <YxDbConstraints/AssocConstraintHeader.h>
 
-#include "host/model/HostAccess.h"
-#include "host/model/HostCall.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/HostCall.h"
 
 using holdfast::HostAccess;
 using holdfast::hostState;

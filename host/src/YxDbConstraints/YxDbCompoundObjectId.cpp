@@ -1,7 +1,7 @@
 #include <YxDbConstraints/YxDbCompoundObjectId.h>
 
-#include "host/model/HostAccess.h"
-#include "host/model/HostCall.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/HostCall.h"
 
 using holdfast::hostCall;
 

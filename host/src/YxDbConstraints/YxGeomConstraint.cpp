@@ -4,8 +4,8 @@
 
 #include <YxDbConstraints/YxConstrainedGeometry.h>
 
-#include "host/model/HostAccess.h"
-#include "host/model/ImplementClass.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/ImplementClass.h"
 #include "host/src/HostAnswers.h"
 
 using holdfast::hostCall;

@@ -1,6 +1,6 @@
 #include <yxbase/YxRxObject.h>
 
-#include "host/model/ProtocolExtensions.h"
+#include "host/model/state/ProtocolExtensions.h"
 
 YxRxObject::YxRxObject() = default;
 YxRxObject::YxRxObject(const YxRxObject&) = default;

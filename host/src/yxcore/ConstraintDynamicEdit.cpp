@@ -6,7 +6,7 @@
 #include <unordered_map>
 
 #include "host/model/DynamicEdits.h"
-#include "host/model/HostCall.h"
+#include "host/model/state/HostCall.h"
 #include "host/src/YxDbConstraints/Provider.h"
 
 namespace {

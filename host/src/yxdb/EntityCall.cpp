@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/model/HostAccess.h"
+#include "host/model/state/HostAccess.h"
 #include "host/src/yxdb/ObjectData.h"
 
 namespace holdfast {

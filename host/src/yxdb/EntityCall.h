@@ -3,7 +3,7 @@
 #include <yxbase/YxErrorStatus.h>
 #include <yxdb/YxDbEntity.h>
 
-#include "host/model/HostCall.h"
+#include "host/model/state/HostCall.h"
 
 namespace holdfast {
 

@@ -8,7 +8,7 @@
 #include <yxbase/YxGeVector3d.h>
 #include <yxdb/YxDbObject.h>
 
-#include "host/model/HostChanges.h"
+#include "host/model/state/HostChanges.h"
 #include "host/src/yxdb/ReactorList.h"
 
 namespace holdfast {

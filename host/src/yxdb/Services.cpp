@@ -3,8 +3,8 @@
 #include <yxdb/YxDbHostApplicationServices.h>
 #include <yxdb/YxGiWorldDraw.h>
 
-#include "host/model/HostAccess.h"
-#include "host/model/ImplementClass.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/ImplementClass.h"
 #include "host/src/HostAnswers.h"
 #include "host/src/yxdb/ObjectData.h"
 

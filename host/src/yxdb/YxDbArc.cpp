@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "host/model/ImplementClass.h"
+#include "host/model/state/ImplementClass.h"
 #include "host/src/yxbase/PlaneFrame.h"
 #include "host/src/yxdb/EntityCall.h"
 #include "host/src/yxdb/curves/CurveMath.h"

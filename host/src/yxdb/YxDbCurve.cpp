@@ -1,6 +1,6 @@
 #include <yxdb/YxDbCurve.h>
 
-#include "host/model/ImplementClass.h"
+#include "host/model/state/ImplementClass.h"
 #include "host/src/yxdb/EntityCall.h"
 
 YX_IMPLEMENT_CLASS(YxDbCurve, YxDbEntity)

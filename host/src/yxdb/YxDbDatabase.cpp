@@ -1,6 +1,6 @@
 #include <yxdb/YxDbDatabase.h>
 
-#include "host/model/HostAccess.h"
+#include "host/model/state/HostAccess.h"
 #include "host/src/HostAnswers.h"
 #include "host/src/yxdb/ObjectData.h"
 

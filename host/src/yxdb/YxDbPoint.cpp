@@ -1,6 +1,6 @@
 #include <yxdb/YxDbPoint.h>
 
-#include "host/model/ImplementClass.h"
+#include "host/model/state/ImplementClass.h"
 #include "host/src/yxdb/EntityCall.h"
 #include "host/src/yxdb/curves/CurveMath.h"
 #include "host/src/yxdb/curves/Similarity.h"

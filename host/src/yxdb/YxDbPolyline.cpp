@@ -6,7 +6,7 @@
 #include <limits>
 #include <utility>
 
-#include "host/model/ImplementClass.h"
+#include "host/model/state/ImplementClass.h"
 #include "host/src/yxdb/EntityCall.h"
 #include "host/src/yxdb/curves/BulgeSegment.h"
 #include "host/src/yxdb/curves/CurveMath.h"

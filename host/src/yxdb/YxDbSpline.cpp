@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "host/model/ImplementClass.h"
+#include "host/model/state/ImplementClass.h"
 #include "host/src/yxdb/EntityCall.h"
 #include "host/src/yxdb/curves/CurveMath.h"
 #include "host/src/yxdb/curves/Similarity.h"

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "tests/host/entities/Curves.h"
 
 using holdfast::EntityAccess;

@@ -3,7 +3,7 @@
 
 #include <yxbase/YxGeEllipArc3d.h>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "tests/host/entities/Curves.h"
 
 using holdfast::EntityAccess;

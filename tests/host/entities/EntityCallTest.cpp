@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/model/HostAccess.h"
-#include "host/model/HostCall.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/HostCall.h"
 #include "tests/host/entities/Polylines.h"
 
 using holdfast::EntityAccess;

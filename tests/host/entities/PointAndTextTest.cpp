@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "tests/host/entities/Curves.h"
 
 using holdfast::EntityAccess;

@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "tests/host/entities/Curves.h"
 
 namespace curves {

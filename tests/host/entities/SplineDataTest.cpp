@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "tests/host/entities/Curves.h"
 
 using holdfast::EntityAccess;

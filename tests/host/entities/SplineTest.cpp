@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "host/src/yxdb/curves/SplineView.h"
 #include "tests/host/entities/Curves.h"
 

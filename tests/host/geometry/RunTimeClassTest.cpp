@@ -4,8 +4,8 @@
 
 #include <yxbase/YxSmartPtr.h>
 
-#include "host/model/ImplementClass.h"
-#include "host/model/ProtocolExtensions.h"
+#include "host/model/state/ImplementClass.h"
+#include "host/model/state/ProtocolExtensions.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/model/EntityGeometry.h"
+#include "host/model/entities/EntityGeometry.h"
 #include "tests/host/network/SmallHost.h"
 
 namespace holdfast {

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-#include "host/model/EntityAccess.h"
-#include "host/model/HostAccess.h"
+#include "host/model/entities/EntityAccess.h"
+#include "host/model/state/HostAccess.h"
 
 namespace holdfast {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <numbers>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "tests/support/TestScene.h"
 
 namespace holdfast {

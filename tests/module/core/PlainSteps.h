@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "core/LvEditDeleteConstraint.h"
-#include "host/model/HostAccess.h"
+#include "host/model/state/HostAccess.h"
 
 namespace holdfast::plain {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "tests/module/core/RandomNetwork.h"
 
 namespace holdfast::module {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "tests/module/core/CheckedScene.h"
 #include "tests/module/core/TestAccess.h"
 

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "tests/module/core/CheckedScene.h"
 #include "tests/module/core/TestAccess.h"
 

@@ -10,8 +10,8 @@
 
 #include <YxDbConstraints/AssocConstraintHeader.h>
 
-#include "host/model/EntityAccess.h"
 #include "host/model/Scene.h"
+#include "host/model/entities/EntityAccess.h"
 
 namespace holdfast::module {
 

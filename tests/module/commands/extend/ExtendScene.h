@@ -4,7 +4,7 @@
 #include <string>
 
 #include "commands/extend/ConstraintExtendCmdCenter.h"
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "tests/support/TestScene.h"
 
 namespace holdfast::module {

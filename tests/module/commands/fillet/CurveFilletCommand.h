@@ -3,8 +3,8 @@
 #include <memory>
 #include <string>
 
-#include "host/model/EntityAccess.h"
 #include "host/model/Scene.h"
+#include "host/model/entities/EntityAccess.h"
 
 namespace holdfast::module {
 

@@ -2,7 +2,7 @@
 
 #include <type_traits>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "tests/module/commands/fillet/OpenScene.h"
 #include "tests/module/commands/fillet/TestAccess.h"
 

@@ -3,7 +3,7 @@
 #include <functional>
 #include <numbers>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "tests/module/commands/fillet/OpenScene.h"
 #include "tests/module/commands/fillet/TestAccess.h"
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "tests/module/commands/fillet/OpenForWrite.h"
 #include "tests/module/commands/fillet/TestAccess.h"
 #include "tests/support/TestScene.h"

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "host/model/EntityAccess.h"
 #include "host/model/Scene.h"
+#include "host/model/entities/EntityAccess.h"
 
 namespace holdfast::module {
 

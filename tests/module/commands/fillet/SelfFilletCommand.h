@@ -3,8 +3,8 @@
 #include <string>
 
 #include "commands/fillet/ConstraintFilletCmdCenter.h"
-#include "host/model/EntityAccess.h"
 #include "host/model/Scene.h"
+#include "host/model/entities/EntityAccess.h"
 
 namespace holdfast::module {
 

@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "core/CurveEnds.h"
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 #include "tests/support/TestScene.h"
 
 namespace holdfast::module {

@@ -5,7 +5,7 @@
 #include <YxDbConstraints/YxDbAssocPersSubentId.h>
 #include <yxdb/YxDbLine.h>
 
-#include "host/model/ProtocolExtensions.h"
+#include "host/model/state/ProtocolExtensions.h"
 #include "tests/module/commands/properties/PropertiesScene.h"
 
 namespace holdfast::module {

@@ -1,11 +1,11 @@
-#include "host/model/HostState.h"
+#include "host/model/state/HostState.h"
 
 #include <utility>
 
 #include <YxDbConstraints/AssocConstraintHeader.h>
 
-#include "host/model/HostAccess.h"
-#include "host/model/HostCall.h"
+#include "host/model/state/HostAccess.h"
+#include "host/model/state/HostCall.h"
 #include "host/src/yxdb/ObjectData.h"
 
 namespace holdfast {

@@ -1,6 +1,6 @@
-#include "host/model/ObjectHandles.h"
+#include "host/model/state/ObjectHandles.h"
 
-#include "host/model/HostAccess.h"
+#include "host/model/state/HostAccess.h"
 #include "host/src/yxdb/ObjectData.h"
 
 namespace holdfast {

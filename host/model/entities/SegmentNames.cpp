@@ -1,10 +1,10 @@
-#include "host/model/SegmentNames.h"
+#include "host/model/entities/SegmentNames.h"
 
 #include <YxDbConstraints/YxDbAssocPersSubentId.h>
 #include <yxdb/YxDbPolyline.h>
 
-#include "host/model/EntityAccess.h"
-#include "host/model/HostAccess.h"
+#include "host/model/entities/EntityAccess.h"
+#include "host/model/state/HostAccess.h"
 
 namespace holdfast {
 

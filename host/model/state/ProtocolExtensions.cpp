@@ -1,4 +1,4 @@
-#include "host/model/ProtocolExtensions.h"
+#include "host/model/state/ProtocolExtensions.h"
 
 #include <map>
 #include <utility>

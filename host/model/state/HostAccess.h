@@ -14,8 +14,8 @@
 #include <yxdb/YxDbEntity.h>
 
 #include "host/model/ConverterRecord.h"
-#include "host/model/HostChanges.h"
-#include "host/model/HostState.h"
+#include "host/model/state/HostChanges.h"
+#include "host/model/state/HostState.h"
 
 class YxDbHostApplicationServices;
 

@@ -1,8 +1,8 @@
-#include "host/model/EntityGeometry.h"
+#include "host/model/entities/EntityGeometry.h"
 
 #include <unordered_set>
 
-#include "host/model/HostAccess.h"
+#include "host/model/state/HostAccess.h"
 #include "host/src/YxDbConstraints/GroupData.h"
 
 namespace holdfast {

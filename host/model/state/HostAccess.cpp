@@ -1,4 +1,4 @@
-#include "host/model/HostAccess.h"
+#include "host/model/state/HostAccess.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "host/model/HostCall.h"
+#include "host/model/state/HostCall.h"
 
 #include <cstdio>
 

@@ -1,4 +1,4 @@
-#include "host/model/EntityAccess.h"
+#include "host/model/entities/EntityAccess.h"
 
 #include <cmath>
 
