@@ -71,7 +71,8 @@ std::uint32_t paletteColour(int number) {
     constexpr std::array<double, 5> brightness = {1.0, 165.0 / 255.0, 127.0 / 255.0, 76.0 / 255.0, 38.0 / 255.0};
     const double value = brightness[static_cast<std::size_t>(number % 10 / 2)];
     const double least = number % 2 == 0 ? 0.0 : 0.5 * value;
-    const double hue = (number / 10 - 1) / 4.0;  // in sixths of the circle
+    const int which = number / 10 - 1;
+    const double hue = which / 4.0;  // in sixths of the circle
     const auto part = [&](double from) {
         const double away = std::abs(std::remainder(hue - from, 6.0));
         return least + (value - least) * std::clamp(2.0 - away, 0.0, 1.0);
