@@ -134,14 +134,14 @@ struct Server::Inside {
             const Asset* asset = assetNamed(name.empty() ? "index.html" : name);
             if (asset == nullptr)
                 return refuse(response, kMissing, "there is no such page\n");
-            response.set_content(asset->text.data(), asset->text.size(), std::string(asset->type).c_str());
+            response.set_content(asset->text.data(), asset->text.size(), std::string(asset->type));
         });
         server.Get(gate->prefix() + "copy/([a-z.]+)",
                    [this](const httplib::Request& request, httplib::Response& response) {
                        const std::optional<OpenDrawing::Copy> copy = drawing.copy(std::string(request.matches[1]));
                        if (!copy)
                            return refuse(response, kMissing, "there is no such copy\n");
-                       response.set_content(copy->text, copy->type.c_str());
+                       response.set_content(copy->text, copy->type);
                        response.set_header("Content-Disposition", "attachment");
                    });
     }
