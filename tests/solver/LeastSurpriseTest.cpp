@@ -65,6 +65,21 @@ TEST(LeastSurprise, TakesAlongWhatHangsOnWhatIsFullyDetermined) {
     EXPECT_LT(sketch.worstViolation(), 1e-8);
 }
 
+TEST(LeastSurprise, WidensARectangleElsewhereThatIsAsWide) {
+    // Level lines that are as long as each other have no unknown in common once one length is known.
+    for (const double asked : {3.15, 6.0, 1.5}) {
+        SketchText sketch(
+            "line a 84,25 87,25; line b 87,25 87,-60; line c 84,-60 84,25; line far -50,70 -53,70; "
+            "coincident a.end b.start; coincident c.end a.start; horizontal a; vertical b; vertical c; horizontal far; "
+            "distance_x far.end far.start = 3; equal a far");
+        ASSERT_TRUE(set(sketch, ConstraintType::distanceX, asked).isSolved()) << asked;
+        EXPECT_NEAR(lengthOf(sketch, "far"), asked, 1e-9) << asked;
+        EXPECT_NEAR(lengthOf(sketch, "a"), asked, 1e-9) << asked;
+        EXPECT_NEAR(lengthOf(sketch, "b"), 85.0, 1e-8) << asked;
+        EXPECT_LT(sketch.worstViolation(), 1e-9) << asked;
+    }
+}
+
 TEST(LeastSurprise, LetsALineTurnRoundWhereTheWayLeadsOverNoLength) {
     // The slot is led past the mark, so that the gauge has no length on the way: any few steps go over that place.
     for (const double asked : {36.0, 45.0, 60.0}) {

@@ -96,14 +96,21 @@ void SolverState::takeConcerned(std::span<const int> entities) {
         m_isConcerned[at(number)] = 1;
 }
 
-/// Entities that are not concerned yet and that constraints tie to one that becomes constant elsewhere, over others
-/// that do: what hangs on constants has no unknown in common. A later try begins where an earlier one has led, and the
-/// reference tells what that has moved. Linear in the sketch.
+/// Entities that are not concerned yet and that constraints tie to one that constants place or shape anew, over others
+/// that they do: what hangs on constants has no unknown in common. A later try begins where an earlier one has led, and
+/// the reference tells what that has moved. Linear in the sketch.
 std::vector<int> SolverState::tiedToDisplaced() const {
     std::vector<char> isDisplaced(m_sketch.entities.size(), 0), isTaken(m_isConcerned);
-    for (std::size_t v = 0; v < m_system.entityOfValue.size(); ++v)
+    for (std::size_t v = 0; v < m_system.entityOfValue.size(); ++v) {
         if (isConstantAwayFrom(m_system.values, v) || isConstantAwayFrom(m_system.reference, v))
             isDisplaced[at(m_system.entityOfValue[v])] = 1;
+        for (const std::vector<double>* values : {&m_system.values, &m_system.reference})
+            if (const int other = apartFrom(*values, v); other >= 0) {
+                isDisplaced[at(m_system.entityOfValue[v])] = 1;
+                if (at(other) < m_system.entityOfValue.size())
+                    isDisplaced[at(m_system.entityOfValue[at(other)])] = 1;
+            }
+    }
     std::vector<int> displaced, tied;
     for (int i = 0; i < static_cast<int>(isDisplaced.size()); ++i)
         if (isDisplaced[at(i)] && concerns(i))
@@ -130,6 +137,16 @@ std::vector<int> SolverState::tiedToDisplaced() const {
 bool SolverState::isConstantAwayFrom(std::span<const double> values, std::size_t v) const {
     const ValueLink& link = m_system.links[v];
     return link.unknown < 0 && !(std::abs(values[v] - link.offset) * m_system.metric[v] <= m_system.tolerance);
+}
+
+int SolverState::apartFrom(std::span<const double> values, std::size_t v) const {
+    const ValueLink& link = m_system.links[v];
+    if (link.unknown < 0)
+        return -1;
+    const int first = m_system.valuesOfUnknown[link.unknown].front();
+    const ValueLink& firstLink = m_system.links[at(first)];
+    const double gap = link.sign * (values[v] - link.offset) - firstLink.sign * (values[at(first)] - firstLink.offset);
+    return std::abs(gap) * m_system.metric[v] <= m_system.tolerance ? -1 : first;
 }
 
 void SolverState::aimAt(std::span<const double> values) {
@@ -232,11 +249,7 @@ std::vector<int> SolverState::violated() const {
         const ValueLink& link = m_system.links[v];
         if (link.unknown < 0 || !concernsUnknown(link.unknown) || m_pins.contains(link.unknown))
             continue;
-        const double first = m_system.values[at(m_system.valuesOfUnknown[link.unknown].front())];
-        const ValueLink& firstLink = m_system.links[at(m_system.valuesOfUnknown[link.unknown].front())];
-        const double x = link.sign * (m_system.values[v] - link.offset);
-        const double firstX = firstLink.sign * (first - firstLink.offset);
-        if (!(std::abs(x - firstX) * m_system.metric[v] <= m_system.tolerance))
+        if (apartFrom(m_system.values, v) >= 0)
             isSeed[at(link.unknown)] = 1;
     }
     for (std::size_t e = 0; e < m_system.set.equations.size(); ++e) {

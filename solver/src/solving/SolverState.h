@@ -121,6 +121,8 @@ private:
     void takeConcerned(std::span<const int> entities);
     std::vector<int> tiedToDisplaced() const;
     bool isConstantAwayFrom(std::span<const double> values, std::size_t value) const;
+    /// The first value that is merged with this one, where they are to be another way apart than they are; -1: none.
+    int apartFrom(std::span<const double> values, std::size_t value) const;
     bool concernsUnknown(int unknown) const {
         return m_isConcernedUnknown.empty() || m_isConcernedUnknown[static_cast<std::size_t>(unknown)];
     }
