@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <numbers>
+
 #include "tests/editing/Shorthand.h"
 
 namespace holdfast::editing {
@@ -27,6 +29,46 @@ TEST(RotateEdit, TakesNeighboursAlongByTheAngleThatTheUserGave) {
     EXPECT_EQ(entityNamed(after, "left").shape, Shape(LineShape{{0, 0}, {-5, 0}}));
     EXPECT_EQ(entityNamed(after, "base").shape, Shape(LineShape{{0, 0}, {10, 0}}));
     EXPECT_EQ(constraintIds(after), "c0 c1 c2 c3");
+}
+
+/// Four lines and four arcs that run on into one another, and one radius that is given.
+Document roundedRectangle() {
+    Document document;
+    document.name = "rounded";
+    const double quarter = std::numbers::pi / 2.0;
+    document.entities = {
+        lineEntity("base", {5, 0}, {60, 0}),    shapeEntity("a", ArcShape{{60, 5}, 5, -quarter, 0.0}),
+        lineEntity("right", {65, 5}, {65, 30}), shapeEntity("b", ArcShape{{60, 30}, 5, 0.0, quarter}),
+        lineEntity("top", {60, 35}, {5, 35}),   shapeEntity("c", ArcShape{{5, 30}, 5, quarter, 2.0 * quarter}),
+        lineEntity("left", {0, 30}, {0, 5}),    shapeEntity("d", ArcShape{{5, 5}, 5, 2.0 * quarter, 3.0 * quarter})};
+    const std::size_t count = document.entities.size();
+    for (std::size_t i = 0; i < count; ++i)
+        document.constraints.push_back(constraintOf(
+            "t" + std::to_string(i), ConstraintType::tangent,
+            {{document.entities[i].id, PlaceKind::end}, {document.entities[(i + 1) % count].id, PlaceKind::start}}));
+    for (const char* other : {"b", "c", "d"})
+        document.constraints.push_back(constraintOf(std::string("e") + other, ConstraintType::equal, {{"a"}, {other}}));
+    document.constraints.push_back(constraintOf("r", ConstraintType::radius, {{"a"}}));
+    document.constraints.back().value = 5.0;
+    return document;
+}
+
+TEST(RotateEdit, TurnsARoundedRectangleAlongWithOneOfItsLines) {
+    for (const char* angle : {"60", "75", "90", "180", "270", "-100"})
+        for (const char* centre : {"0,0", "32.5,0"}) {
+            Session session(roundedRectangle());
+            ASSERT_EQ(session.apply(std::string("rotate base about ") + centre + " by " + angle).outcome.error, "");
+            const Document& after = session.document();
+            EXPECT_EQ(after.constraints.size(), 12U) << angle;
+            for (const char* arc : {"a", "b", "c", "d"}) {
+                const auto& shape = std::get<ArcShape>(entityNamed(after, arc).shape);
+                EXPECT_NEAR(shape.endAngle - shape.startAngle, std::numbers::pi / 2.0, 1e-9) << angle << ' ' << arc;
+            }
+            const auto& top = std::get<LineShape>(entityNamed(after, "top").shape);
+            const auto& base = std::get<LineShape>(entityNamed(after, "base").shape);
+            EXPECT_NEAR(norm(top.end - top.start), 55.0, 1e-8) << angle;
+            EXPECT_NEAR(norm(top.end - base.start), 35.0, 1e-8) << angle;
+        }
 }
 
 TEST(RotateEdit, FindsTheNetworkWhenAFreeEntityIsNamedFirst) {

@@ -203,6 +203,12 @@ bool Run::isBent() const {
                        [&](const SizeRow& size) { return m_state.changeOf(size) > system().tolerance; });
 }
 
+bool Run::isReshaped() const {
+    return std::any_of(system().sizes.begin(), system().sizes.end(), [&](const SizeRow& size) {
+        return size.kind != SizeRow::Kind::turn && m_state.changeOf(size) > system().tolerance;
+    });
+}
+
 double Run::mostChanged() const {
     double most = 0.0;
     for (const SizeRow& size : system().sizes) {

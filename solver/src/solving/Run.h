@@ -62,6 +62,8 @@ public:
     /// The sum of the changes of lengths and bends, as lengths; and the largest change as a part of the size.
     double strain() const;
     bool isBent() const;
+    /// The same without turns: a shape is another one, not only its place and how it lies.
+    bool isReshaped() const;
     double mostChanged() const;
 
     /// Something that the edit does not concern does not hold.

@@ -177,19 +177,21 @@ private:
         if (!isLed)
             return atOnce.isSolved() || !canFollow ? atOnce : leadDimensions(std::move(atOnce));
         if (atOnce.isContradicted || (atOnce.isSolved() && !isDoubtful(atOnce)))
-            return atOnce;
+            return orAlong(std::move(atOnce));
         Answer carried = tryCarried(atOnce.isSolved());
         if (carried.isSolved() && !carried.isTwisted)
-            return carried;
+            return orAlong(std::move(carried));
         if (!canFollow)
             return carried.isSolved() && !atOnce.isSolved() ? carried : atOnce;
         if (Answer keeping = followKeepingPlaces(); keeping.isSolved())
             return keeping;
         Answer followed = follow(atOnce.isSolved() ? kNudged : kLeastStep);
         if (followed.isSolved() && (!atOnce.isSolved() || isReversed(atOnce) || isLessSurprising(followed, atOnce)))
-            return followed;
+            return orAlong(std::move(followed));
         if (atOnce.isSolved())
-            return atOnce;
+            return orAlong(std::move(atOnce));
+        if (Answer along = goAlong(); along.isSolved())
+            return along;
         if (m_request.patience != Patience::all)
             return followed;
         Answer careful = m_trying.isSpent() ? std::move(atOnce) : m_trying.once(task(level, false));
@@ -275,6 +277,36 @@ private:
         if (!motion || (isAnswered && std::abs(motion->angle()) < kTurned) ||
             (m_request.asksWhether && !isAtBeginning()))
             return none;
+        return fromCarried(m_work.values);
+    }
+
+    /// What would change its shape to stay near goes along, if then nothing changes its shape.
+    Answer orAlong(Answer answer) {
+        if (!answer.isSolved() || !answer.isReshaped)
+            return answer;
+        Answer along = goAlong();
+        return along.isSolved() && !along.isReshaped ? along : answer;
+    }
+
+    /// As near as can be to where everything has gone along with the edited entities: then nothing needs to bend.
+    Answer goAlong() {
+        Answer none;
+        none.result.status = SolveStatus::unreached;
+        if (!m_way->motion())
+            return none;
+        const std::vector<KeptShape> shapes(m_trying.shapes().begin(), m_trying.shapes().end());
+        std::vector<KeptShape> turning = shapes;
+        for (KeptShape& shape : turning)
+            shape.turnWeight = 0.0;
+        m_trying.keepShapes(std::move(turning));
+        Answer answer = fromCarried({});
+        m_trying.keepShapes(shapes);
+        return answer.isTwisted ? none : answer;
+    }
+
+    /// As near to the aims as can be; where there are none, to where everything has gone along.
+    Answer fromCarried(std::vector<double> aims) {
+        const auto& motion = m_way->motion();
         const Task asked = task(RelaxationLevel::exact, true);
         const Run whole(m_work, asked);
         std::vector<double> carried = m_way->start();
@@ -282,7 +314,8 @@ private:
             if (!m_work.entities[at(number)].fixed)
                 motion->carry(m_work.entities[at(number)], 1.0, m_way->start(), carried);
         Task carriedTask = task(RelaxationLevel::exact, true);
-        const std::vector<double> aims = m_work.values;
+        if (aims.empty())
+            aims = carried;
         carriedTask.aims = aims;
         Answer answer = m_trying.from(carried, [&] { return m_trying.keepingShapes(carriedTask); });
         answer.isTwisted = answer.isTwisted || (answer.isSolved() && isReversed(answer, carried));

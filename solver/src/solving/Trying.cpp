@@ -72,6 +72,7 @@ Answer Trying::once(const Task& task) {
         answer.strain = run.strain();
         answer.isTwisted = run.mostChanged() > kTwisted;
         answer.isBent = run.isBent();
+        answer.isReshaped = run.isReshaped();
     }
     return answer;
 }

@@ -21,6 +21,7 @@ struct Answer {
     bool leavesBroken = false;  ///< something that the edit does not concern does not hold
     double strain = 0.0;        ///< sum of the changes of sizes that are kept
     bool isBent = false;        ///< anything that is kept has changed at all
+    bool isReshaped = false;    ///< a size that is kept has changed, and not only a direction
     bool isTwisted = false;     ///< a size is not what it was by far
     bool keepsPlaces = false;   ///< what is not asked of the edited entities is where it was: sizes give way before it
     bool turnsRound = false;    ///< it would hold, but a line points the other way; it is told as unreached
