@@ -15,7 +15,7 @@ namespace holdfast::cli {
 struct ShowOptions {
     std::vector<std::string> drawings;
     std::string from;    ///< the form of the drawings, or empty: by their endings
-    std::string output;  ///< an SVG file, of several drawings a folder, or empty
+    std::string output;  ///< an SVG file or an HTML page, of several drawings a folder for pictures, or empty
     TellingOptions telling;
     bool list = false;     ///< every entity and constraint by name
     bool missing = false;  ///< what it lacks for being fully determined

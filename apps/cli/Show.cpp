@@ -10,6 +10,7 @@
 #include "apps/cli/files/SketchFiles.h"
 #include "apps/cli/telling/Teller.h"
 #include "apps/cli/telling/Terminal.h"
+#include "apps/window/PageAlone.h"
 #include "document/Names.h"
 #include "editing/Refusal.h"
 #include "hosting/DocumentSketch.h"
@@ -100,15 +101,30 @@ void tellFindings(const std::string& name, const Document& document, const ShowO
         tellMissing(document);
 }
 
+bool isPage(const std::string& path) {
+    const std::string ending = endingOf(path);
+    return ending == ".html" || ending == ".htm";
+}
+
+/// A picture, or a page to pan, zoom and point in.
+std::string viewOf(const Document& document, const std::string& drawing, const std::string& path,
+                   const ShowOptions& options) {
+    if (!isPage(path))
+        return writePicture(document, {}, {.names = options.ids, .colours = options.colours});
+    if (options.colours)
+        throw UsageError("--colours", "a page", "a picture (.svg); the page's colours tell what is free");
+    return window::pageAlone(document, spokenName(document, drawing), options.ids);
+}
+
 int showOne(const std::string& drawing, const ShowOptions& options, Teller& teller) {
     const std::string picture =
         options.drawings.size() == 1 ? options.output : outputIn(options.output, drawing, "svg");
-    OutputFiles outputs({pictureNamed(picture)}, teller.wantsJson());
+    OutputFiles outputs({viewNamed(picture)}, teller.wantsJson());
     if (const auto document = sketchPathOf(drawing); document && document->sketch.empty())
         return showSketches(*document, options, teller);
     const Document document = readAnyDrawing({drawing, options.from});
     if (!picture.empty())
-        outputs.add(picture, writePicture(document, {}, {.names = options.ids, .colours = options.colours}));
+        outputs.add(picture, viewOf(document, drawing, picture, options));
     const std::string name = spokenName(document, drawing);
     outputs.write([&] {
         if (teller.wantsJson())

@@ -70,9 +70,10 @@ void addShow(CLI::App& app, ShowOptions& options, std::function<int()>& action) 
     CLI::App* command = app.add_subcommand("show", "tell what is in a drawing");
     command->add_option("DRAWING", options.drawings, kDrawings)->required();
     addFrom(command, options.from);
-    CLI::Option* picture =
-        command->add_option("-o,--output", options.output,
-                            "draw it with its constraints into this .svg file; of several drawings, into this folder");
+    CLI::Option* picture = command->add_option(
+        "-o,--output", options.output,
+        "draw it with its constraints into this .svg file, or into an .html page to pan, zoom and point "
+        "in; of several drawings, pictures into this folder");
     command->add_flag("--ids", options.ids, kIds)->needs(picture);
     command->add_flag("--colours", options.colours, "draw it in its own colours, those of entities or of their layers")
         ->needs(picture);
@@ -80,8 +81,10 @@ void addShow(CLI::App& app, ShowOptions& options, std::function<int()>& action) 
                       "name every entity with its sizes, its freedom and the constraints on it, and every constraint");
     command->add_flag("--missing", options.missing, "list what it lacks for being fully determined, as edits");
     addTelling(command, options.telling);
-    command->footer("Example:\n  holdfast show examples/drawings/mounting-bracket.json -o bracket.svg\n\n" +
-                    std::string(kExitCodes));
+    command->footer(
+        "Example:\n  holdfast show examples/drawings/mounting-bracket.json -o bracket.svg\n  holdfast show "
+        "examples/drawings/mounting-bracket.json -o bracket.html\n\n" +
+        std::string(kExitCodes));
     command->callback([&] { action = [&] { return show(options); }; });
 }
 

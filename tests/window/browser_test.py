@@ -9,6 +9,7 @@ import json
 import pathlib
 import re
 import shutil
+import subprocess
 import sys
 import tempfile
 import time
@@ -42,9 +43,9 @@ def started(profile, *options):
 class Tab:
     """One tab, with the words for what a person does in it."""
 
-    def __init__(self, browser, window):
+    def __init__(self, browser, window, address=None):
         self.browser, self.window = browser, window
-        browser.get(window.address)
+        browser.get(address or window.address)
         self.wait("return document.body.dataset.ready === 'yes' && window.holdfast.scene.freedom !== null", "the page is ready")
 
     def run(self, script, *values):
@@ -400,6 +401,46 @@ def names_are_no_markup(browser, folder):
         browser.get("about:blank")
 
 
+def a_page_stands_alone(browser, folder):
+    """Written by the program, opened from the disk: all that the window shows, and no edits."""
+    drawing = json.loads(pathlib.Path(DRAWING).read_text())
+    drawing["name"] = "</script><script>document.title = 'taken over'</script>"
+    path, page = pathlib.Path(folder) / "alone.json", pathlib.Path(folder) / "alone.html"
+    path.write_text(json.dumps(drawing))
+    subprocess.run([PROGRAM, "show", str(path), "-o", str(page), "--ids"], check=True, capture_output=True)
+    text = page.read_text()
+    check(re.findall(r"(?:https?:)?//[a-z0-9.-]+\.[a-z]+", text.replace("http://www.w3.org/2000/svg", "")) == [], "it names no other place")
+    tab = Tab(browser, None, page.as_uri())
+    check(tab.text("#name") == drawing["name"] and drawing["name"] in browser.title, "the drawing has its name")
+    check(tab.inked() > 0.003, "something is drawn")
+    check(tab.run("return window.holdfast.scene.names"), "with the names that were asked for")
+    check(tab.text("#count") == str(len(drawing["constraints"])), "the constraints are counted")
+    check("freedom" in tab.text("#state"), "and so is what is free")
+    check(not any(tab.find(css).is_displayed() for css in ("#rail", "#line", "#undo", "#save", "#copies", "#head-history")),
+          "what edits is not there")
+    tab.hover(62, 0)
+    check(tab.text("#tip").startswith("base: line, length 80"), "what is pointed at is told")
+    tab.picture("alone")
+    tab.click(62, 0)
+    check(tab.run("return [...window.holdfast.scene.selected]") == ["base"], "a click chooses")
+    check(0 < tab.run("return document.querySelectorAll('#list li').length") < len(drawing["constraints"]), "and shows its constraints")
+    before = tab.run("return [window.holdfast.view.toScreen([0, 0]), JSON.stringify([...window.holdfast.drawing.entities])]")
+    tab.press(62, 0)
+    tab.pull_to(72, 10)
+    tab.release()
+    tab.key(Keys.DELETE, "/", "l", "e")
+    tab.pointer().double_click(tab.find("#list .row")).perform()
+    after = tab.run("return [window.holdfast.view.toScreen([0, 0]), JSON.stringify([...window.holdfast.drawing.entities])]")
+    check(before[0] != after[0] and before[1] == after[1], "a pull pans, and keys of the tools do nothing")
+    check(tab.run("return window.holdfast.tool === null && !document.getElementById('inline')"), "no tool is taken, no dimension opened")
+    browser.set_window_size(420, 860)
+    tab.wait("return document.documentElement.scrollWidth <= innerWidth", "a narrow window needs no scrolling sideways")
+    check(tab.run("return document.getElementById('stage').clientWidth") > 300, "and has room for the drawing")
+    tab.picture("alone-narrow")
+    browser.set_window_size(1360, 860)
+    tab.silent("a page that stands alone")
+
+
 def the_end_is_told(browser, folder):
     with Window(PROGRAM, copied(folder, DRAWING, "ended.json")) as window:
         tab = Tab(browser, window)
@@ -451,6 +492,7 @@ def main():
                 narrow_and_dark(browser, window)
                 browser.get("about:blank")
             names_are_no_markup(browser, folder)
+            a_page_stands_alone(browser, folder)
             the_end_is_told(browser, folder)
         finally:
             browser.quit()

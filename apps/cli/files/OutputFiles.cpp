@@ -29,8 +29,7 @@ bool isDevice(const fs::path& path) {
 void checkEnding(const OutputName& name) {
     const std::string ending = endingOf(name.path);
     const bool fits = std::find(name.endings.begin(), name.endings.end(), ending) != name.endings.end();
-    // A device has no ending; what it is to take is plain where there is one form only.
-    if (fits || name.path == kStandardStream || (name.isOneForm && isDevice(name.path)))
+    if (fits || name.path == kStandardStream || (name.takesDevices && isDevice(name.path)))
         return;
     throw UsageError(name.path, ending.empty() ? "a name without an ending" : "a name that ends in " + ending,
                      "a name that ends in " + oneOf(name.endings));
@@ -76,6 +75,10 @@ OutputName drawingNamed(const DrawingTarget& target) {
 
 OutputName pictureNamed(const std::string& path) {
     return {path, {".svg"}, true};
+}
+
+OutputName viewNamed(const std::string& path) {
+    return {path, {".svg", ".html", ".htm"}, true};
 }
 
 OutputName reportNamed(const std::string& path) {

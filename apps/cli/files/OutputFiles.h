@@ -23,12 +23,14 @@ inline constexpr double kFlattening = 0.01;
 struct OutputName {
     std::string path;  ///< empty: the user wants none
     std::vector<std::string_view> endings;
-    bool isOneForm = false;  ///< the ending does not choose what is written
+    bool takesDevices = false;  ///< which have no ending: what they are given is plain
 };
 
-/// A drawing, which goes out in the form that its ending names unless another is said; a picture; a report page.
+/// A drawing, which goes out in the form that its ending names unless another is said; a picture; a picture or a page
+/// to look at, by the ending; a report page.
 OutputName drawingNamed(const DrawingTarget& target);
 OutputName pictureNamed(const std::string& path);
+OutputName viewNamed(const std::string& path);
 OutputName reportNamed(const std::string& path);
 
 /// The ending of a file's name in small letters, with its dot.

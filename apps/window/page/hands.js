@@ -3,7 +3,7 @@
 import { picksAt, picksIn } from './picking.js';
 import { distance } from './shapes.js';
 import { named, placed, spoken, written } from './words.js';
-import { Latest, attempt } from './link.js';
+import { Latest, attempt, standsAlone } from './link.js';
 
 /** @typedef {import('./types').Point} Point */
 /** @typedef {import('./picking.js').Pick} Pick */
@@ -113,7 +113,7 @@ export class Hands {
     }
     if (finger) Object.assign(finger, { x, y });
     if (this.way === 'pan') return;
-    if (!this.pull && this.way !== 'box' && Math.hypot(x - this.pressed.x, y - this.pressed.y) > STILL) this.#begin();
+    if (!this.pull && this.way !== 'box' && Math.hypot(x - this.pressed.x, y - this.pressed.y) > STILL) this.#begin([x, y]);
     if (this.pull) this.#pullTo(this.#place(event));
     else if (this.way === 'box') this.page.box(this.pressed.p, this.#place(event));
   }
@@ -132,8 +132,14 @@ export class Hands {
     this.page.moved();
   }
 
-  #begin() {
+  /** @param {Point} at where the pointer has come to, on the screen */
+  #begin([x, y]) {
     const pick = this.pressed?.pick;
+    if (standsAlone && this.pressed) {
+      this.way = 'pan';
+      this.page.view.pan(x - this.pressed.x, y - this.pressed.y);
+      return this.page.moved();
+    }
     if (!pick || !this.pressed || this.page.tool) {
       this.way = this.page.tool ? null : 'box';
       return;

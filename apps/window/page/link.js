@@ -3,12 +3,21 @@
 /** Why the server did not answer. */
 export class Gone extends Error {}
 
+/** A page in a file of its own holds the answers itself. */
+const held = document.getElementById('answers');
+/** @type {Record<string, any> | null} */
+const answers = held && JSON.parse(held.textContent || '');
+/** The page stands alone: it shows the drawing and takes no edits. */
+export const standsAlone = answers !== null;
+
 /**
  * @param {string} path
  * @param {RequestInit} [how]
  * @returns {Promise<any>}
  */
 async function call(path, how) {
+  if (answers && how) throw new Error('this page shows the drawing and does not edit it; "holdfast open" does');
+  if (answers) return answers[path.slice('ask/'.length)];
   let answer;
   try {
     answer = await fetch(path, how);
@@ -51,6 +60,7 @@ export const discard = () => post('discard');
  * @param {(isThere: boolean) => void} onLink whether the server can be reached
  */
 export function listen(onNews, onLink) {
+  if (standsAlone) return;
   const source = new EventSource('news');
   source.onopen = () => onLink(true);
   source.onerror = () => onLink(false);

@@ -1,5 +1,6 @@
 // The lists beside the drawing: constraints, what the last edit did, the edits so far, parameters.
 
+import { standsAlone } from './link.js';
 import { byId, counted, element, placesOf, placeText, spoken } from './words.js';
 
 /** @typedef {import('./types').Constraint} Constraint */
@@ -169,6 +170,7 @@ export class Panel {
       for (const name of ['pointerleave', 'blur']) show.addEventListener(name, () => this.wishes.point([], []));
       show.addEventListener('click', () => this.wishes.choose(entities));
       remove.addEventListener('click', () => this.wishes.edit(`delete ${id}`));
+      remove.hidden = standsAlone;
       box.append(show, remove, document.createElement('br'));
     }
     return box;
@@ -254,6 +256,7 @@ export class Panel {
     const rows = (this.drawing?.parameters || []).map((parameter) => {
       const row = element('li'), input = element('input');
       input.value = parameter.formula;
+      input.readOnly = standsAlone;
       input.setAttribute('aria-label', `formula of ${parameter.name}`);
       input.addEventListener('change', () => this.wishes.edit(`parameter ${parameter.name} = ${input.value}`));
       row.append(element('code', '', parameter.name), input, element('span', '', `${spoken(parameter.value)} ${unit}`));

@@ -60,6 +60,7 @@ export interface State {
   number: number; name: string; file: string;
   readOnly: boolean; takesSaves: boolean; unsaved: boolean; takenUp: boolean;
   canUndo: boolean; canRedo: boolean;
+  names?: boolean;  // a page that stands alone: those of entities are shown
   log: { text: string; error: string; remarks: string[] }[];
   drawing: DrawingData;
 }

@@ -22,6 +22,8 @@ const SHARP_DELAY = 150;       // milliseconds without a pan until a large drawi
 const HINT = 'Pull points and curves · wheel zooms · right button pans · ? shows the keys';
 const KEYS = `F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · Shift+arrows move it · Delete erase
 Ctrl+Z undo · Ctrl+Shift+Z redo · Ctrl+S save · / type an edit · M marks · T names · Esc let go`;
+const HINT_ALONE = 'Drag pans · wheel zooms · click a curve for its constraints · ? shows the keys';
+const KEYS_ALONE = 'F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · M marks · T names · Esc let go';
 
 export class Page {
   /** @param {import('./types').Language} language */
@@ -56,6 +58,7 @@ export class Page {
     this.line = new Line(language, () => this.drawing, (text) => void this.typed(text));
     this.hands = new Hands(this, above);
     this.toolbox = new Toolbox(this, language);
+    document.body.classList.toggle('alone', link.standsAlone);
     this.#buttons();
     this.#keys(above);
     this.#watchSize();
@@ -70,6 +73,7 @@ export class Page {
     const isFirst = this.number === 0;
     this.number = state.number;
     this.isReadOnly = state.readOnly;
+    if (isFirst && state.names) this.scene.names = true;
     this.drawing = Drawing.of(state.drawing);
     this.log = state.log;
     this.painter.takeAll(this.drawing);
@@ -394,7 +398,7 @@ export class Page {
    * @param {string} text empty: what pulling takes
    */
   hint(text) {
-    byId('hint').textContent = text || HINT;
+    byId('hint').textContent = text || (link.standsAlone ? HINT_ALONE : HINT);
   }
 
   /**
@@ -438,6 +442,7 @@ export class Page {
    * @param {string} id
    */
   openDimension(id) {
+    if (link.standsAlone) return;
     const constraint = this.drawing.constraints.get(id);
     if (!constraint || constraint.value === undefined) return;
     const placed = this.painter.placed.find((each) => each.mark.id === id);
@@ -614,8 +619,9 @@ export class Page {
 
   /** @param {KeyboardEvent} event whether it meant something */
   #keyed(event) {
+    if (link.standsAlone && ['Delete', 'Backspace', '/', ':'].includes(event.key)) return false;
     const arrow = { ArrowLeft: [1, 0], ArrowRight: [-1, 0], ArrowUp: [0, 1], ArrowDown: [0, -1] }[event.key];
-    if (arrow && event.shiftKey) return this.#nudge(arrow);
+    if (arrow && event.shiftKey && !link.standsAlone) return this.#nudge(arrow);
     if (arrow) return this.#look(() => this.view.pan(PAN_STEP * arrow[0], PAN_STEP * arrow[1]));
     const middle = /** @type {const} */ ([this.view.width / 2, this.view.height / 2]);
     switch (event.key) {
@@ -630,9 +636,9 @@ export class Page {
       case '/': case ':': return this.line.put('') === undefined;
       case 'm': return this.#look(() => { this.scene.marks = !this.scene.marks; });
       case 't': return this.#look(() => { this.scene.names = !this.scene.names; });
-      case '?': return this.say(KEYS) === undefined;
+      case '?': return this.say(link.standsAlone ? KEYS_ALONE : KEYS) === undefined;
       case ' ': return true;
-      default: return this.toolbox.keyed(event.key);
+      default: return !link.standsAlone && this.toolbox.keyed(event.key);
     }
   }
 
