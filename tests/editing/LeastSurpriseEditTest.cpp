@@ -48,6 +48,13 @@ TEST(LeastSurpriseEdit, LeavesTheOtherEndOfALineThatIsSetWhereItIs) {
     }
 }
 
+TEST(LeastSurpriseEdit, MakesTheOppositeSideAsShortAsTheEditAsks) {
+    Session session(plateDrawing());
+    EXPECT_EQ(session.apply("lengthen bottom end to 0.1").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), constraintIds(plateDrawing()));
+    EXPECT_NEAR(lengthOf(lineOf(session, "top")), 0.1, 1e-9);
+}
+
 TEST(LeastSurpriseEdit, TurnsARectangleAlongWithOneOfItsSides) {
     for (const char* degrees : {"45", "90", "180", "270"}) {
         Session session(rectangle());

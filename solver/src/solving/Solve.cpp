@@ -77,7 +77,7 @@ public:
         m_way.emplace(sketch, request.targets, m_values, request.edited);
         setGoals();
         m_named = namedEntities(m_work, task(RelaxationLevel::exact, true));
-        m_least = SolverState::kLeast * m_way->leastRatio();
+        m_least = m_way->leastPart(SolverState::kLeast, request.kept);
         if (request.keepsShapes && m_isEdit)
             m_trying.keepShapes(shapesAround());
         m_trying.shun([this](const Answer& answer) { return !turnedOver(answer).empty(); });

@@ -45,10 +45,13 @@ public:
     void setValuesAt(double part, SketchData& sketch) const;
     ReachedPart reachedAt(double part) const;
 
-    /// The smallest ratio of a dimension at the end to the beginning; at most 1.
-    double leastRatio() const;
+    /// The part of a size that has to be left of it: less than the most where a dimension is led to a part of what it
+    /// was, or where the edit itself leaves less of an entity, by its targets and what else of it is kept.
+    double leastPart(double most, std::span<const Target> kept) const;
 
 private:
+    std::vector<int> decidedEntities(std::span<const Target> kept) const;
+
     struct Lead {
         int constraint;
         double from, to;
@@ -58,7 +61,7 @@ private:
     std::vector<Target> m_targets;
     std::vector<int> m_edited;
     std::vector<Lead> m_leads;
-    std::vector<double> m_start;
+    std::vector<double> m_start, m_goals;  ///< values of the sketch
     std::optional<RigidMotion> m_motion;
     bool m_isTrivial = true;
 };
