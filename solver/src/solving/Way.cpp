@@ -189,6 +189,17 @@ ReachedPart Way::reachedAt(double part) const {
     return reached;
 }
 
+double Way::longest() const {
+    double longest = 0.0;
+    for (const Target& target : m_targets)
+        longest = std::max(longest, std::abs(target.goal - m_start[at(target.value)]));
+    for (const Lead& lead : m_leads) {
+        const bool isAngle = traitsOf(m_sketch.constraints[at(lead.constraint)].type).value == ConstraintValue::angle;
+        longest = std::max(longest, std::abs(lead.to - lead.from) * (isAngle ? m_sketch.size() : 1.0));
+    }
+    return longest;
+}
+
 double Way::leastPart(double most, std::span<const Target> kept) const {
     double ratio = 1.0;
     for (const Lead& lead : m_leads)

@@ -40,6 +40,8 @@ public:
     /// The sketch's values at its beginning.
     const std::vector<double>& start() const { return m_start; }
     const std::optional<RigidMotion>& motion() const { return m_motion; }
+    /// How far the farthest target has to go, or how much the dimension that changes most; angles are lengths there.
+    double longest() const;
     std::vector<Target> targetsAt(double part) const;
     /// Gives the dimensions of a sketch the values that they have there.
     void setValuesAt(double part, SketchData& sketch) const;
