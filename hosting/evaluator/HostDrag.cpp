@@ -117,9 +117,26 @@ EditRequest HostDrag::demandFor(const YxGeMatrix3d& transform) const {
     return request;
 }
 
-/// Near the edited entities first, as the session itself does not look farther in most cases.
 SolveResult HostDrag::step(const YxGeMatrix3d& transform) {
+    if (m_steps > 0 && m_last.isSolved() && m_lastTransform == transform)
+        return repeated();
     ++m_steps;
+    m_lastTransform = transform;
+    m_last.status = SolveStatus::unreached;  // as long as nothing else is known
+    return m_last = stepAnew(transform);
+}
+
+/// Where an entity is dropped it has been shown before: what was found for there counts, on whichever way.
+SolveResult HostDrag::repeated() const {
+    SolveResult result = m_last;
+    result.status = SolveStatus::unchanged;
+    result.movements.clear();
+    result.iterations = 0;
+    return result;
+}
+
+/// Near the edited entities first, as the session itself does not look farther in most cases.
+SolveResult HostDrag::stepAnew(const YxGeMatrix3d& transform) {
     SolveResult result = stepWithin(transform);
     if (!m_host.isCut || (result.isSolved() && m_miss <= kHolds * m_host.sketch.size() && !m_host.reachesBorder()))
         return result;

@@ -62,6 +62,8 @@ private:
     };
 
     void begin();
+    SolveResult repeated() const;
+    SolveResult stepAnew(const YxGeMatrix3d& transform);
     SolveResult stepWithin(const YxGeMatrix3d& transform);
     EditRequest demandFor(const YxGeMatrix3d& transform) const;
     SolveResult follow(const EditRequest& request, const std::vector<double>& goals);
@@ -87,6 +89,8 @@ private:
     std::vector<int> m_broken;                  ///< constraints that did not hold when the drag began
     bool m_isLeaving = false;
     int m_steps = 0;
+    SolveResult m_last;  ///< of the last step
+    YxGeMatrix3d m_lastTransform;
     std::unordered_map<int, YxDbEntity*> m_previews;
     double m_miss = 0.0;
 };

@@ -127,6 +127,21 @@ TEST(DragEdit, EndsWhereItWasAskedToInEveryDirectionThatIsFree) {
     }
 }
 
+TEST(DragEdit, LeadsACornerOfARectanglePastTheOppositeOne) {
+    Document plate = plateDrawing();
+    const Vec2 corners[] = {{0, 0}, {98, 0}, {98, 58.2}, {0, 58.2}};
+    for (std::size_t i = 0; i < 4; ++i)
+        plate.entities[i].shape = LineShape{corners[i], corners[(i + 1) % 4]};
+    for (const char* edit : {"drag top.end by 0,-98", "drag top.end by 0,-60", "drag right.end by 5,-98"}) {
+        Session session(plate);
+        const EditResult& result = session.apply(edit);
+        EXPECT_EQ(result.outcome.error, "") << edit;
+        EXPECT_EQ(result.outcome.shortfall.by, 0.0) << edit;
+        EXPECT_LT(lineOf(session, "left").start.y, -1.0) << edit;
+        EXPECT_EQ(lineOf(session, "left").end, (Vec2{0, 0})) << edit;
+    }
+}
+
 TEST(DragEdit, EndsOnTheNearestPointOfASlantedTrack) {
     Document document;
     document.name = "track";

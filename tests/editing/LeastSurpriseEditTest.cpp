@@ -48,6 +48,48 @@ TEST(LeastSurpriseEdit, LeavesTheOtherEndOfALineThatIsSetWhereItIs) {
     }
 }
 
+TEST(LeastSurpriseEdit, MakesTheOppositeSideAsShortAsTheEditAsks) {
+    Session session(plateDrawing());
+    EXPECT_EQ(session.apply("lengthen bottom end to 0.1").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), constraintIds(plateDrawing()));
+    EXPECT_NEAR(lengthOf(lineOf(session, "top")), 0.1, 1e-9);
+}
+
+/// A shoulder of 3 with a neck below it, that ends in a step of 0.1 and a bend.
+Document neck() {
+    Document document;
+    document.name = "neck";
+    document.entities = {lineEntity("shoulder", {0, 0}, {3, 0}), lineEntity("neck", {3, 0}, {3, -7}),
+                         lineEntity("step", {3, -7}, {2.9, -7}),
+                         shapeEntity("bend", ArcShape{{2.9, -7.1}, 0.1, std::numbers::pi / 2, std::numbers::pi}),
+                         lineEntity("shank", {2.8, -7.1}, {2.8, -8})};
+    const auto tie = [&](const char* id, ConstraintType type, const char* a, const char* b) {
+        document.constraints.push_back(constraintOf(id, type, {{a, PlaceKind::end}, {b, PlaceKind::start}}));
+    };
+    tie("c0", ConstraintType::coincident, "shoulder", "neck");
+    tie("c1", ConstraintType::coincident, "neck", "step");
+    tie("c2", ConstraintType::tangent, "step", "bend");
+    tie("c3", ConstraintType::tangent, "bend", "shank");
+    document.constraints.push_back(constraintOf("f", ConstraintType::fixed, {{"shoulder", PlaceKind::start}}));
+    document.constraints.push_back(constraintOf("h0", ConstraintType::horizontal, {{"shoulder"}}));
+    document.constraints.push_back(constraintOf("h1", ConstraintType::horizontal, {{"step"}}));
+    document.constraints.push_back(constraintOf("v0", ConstraintType::vertical, {{"neck"}}));
+    document.constraints.push_back(constraintOf("v1", ConstraintType::vertical, {{"shank"}}));
+    return document;
+}
+
+TEST(LeastSurpriseEdit, TakesAShortStepAlongFartherThanItIsLong) {
+    for (const char* edit : {"drag shank.end by 1,0", "move shank by 1,0", "lengthen shoulder end by 1"}) {
+        Session session(neck());
+        const EditResult& result = session.apply(edit);
+        EXPECT_EQ(result.outcome.error, "") << edit;
+        EXPECT_EQ(result.outcome.shortfall.by, 0.0) << edit;
+        EXPECT_EQ(constraintIds(session.document()), constraintIds(neck())) << edit;
+        EXPECT_NEAR(lengthOf(lineOf(session, "shoulder")), 4.0, 1e-9) << edit;
+        EXPECT_NEAR(lengthOf(lineOf(session, "step")), 0.1, 1e-9) << edit;
+    }
+}
+
 TEST(LeastSurpriseEdit, TurnsARectangleAlongWithOneOfItsSides) {
     for (const char* degrees : {"45", "90", "180", "270"}) {
         Session session(rectangle());

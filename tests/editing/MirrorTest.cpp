@@ -45,6 +45,17 @@ TEST(MirrorEdit, LeavesTheOriginalsWhenToldToKeepThem) {
     EXPECT_EQ(session.document().entities[4].shape, Shape(LineShape{{0, -2}, {0, -7}}));
 }
 
+TEST(MirrorEdit, IsRefusedWhereANeighbourWouldBeLeftWithoutALength) {
+    Document document = frameDrawing();
+    document.entities[1].shape = LineShape{{0, 0}, {0, 9}};
+    document.constraints.back() = constraintOf("f", ConstraintType::fixed, {{"right", PlaceKind::end}});
+    Session session(document);
+    EXPECT_EQ(errorOf(session, "mirror base about 0,2.49 1,2.49"),
+              "the constraints cannot be solved after it: line right would shrink to next to nothing");
+    EXPECT_EQ(entityNamed(session.document(), "base").shape, entityNamed(document, "base").shape);
+    EXPECT_EQ(errorOf(session, "mirror base about 0,2.4 1,2.4"), "");
+}
+
 TEST(MirrorCopy, CarriesTheConstraintsThatHoldAmongTheOriginals) {
     Session session(frameDrawing());
     session.apply("mirror base left about 0,-1 1,-1 keep");

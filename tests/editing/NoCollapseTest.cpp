@@ -1,10 +1,12 @@
 // Of nothing that random edits move less than a hundredth is left, unless they ask for it. HOLDFAST_COLLAPSE_EDITS says
-// how many edits are done, HOLDFAST_SEED where the dice begin.
+// how many edits are done, HOLDFAST_SEED where the dice begin; with HOLDFAST_TELL the drawing is printed in which
+// something has collapsed.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <iostream>
 #include <map>
 #include <unordered_map>
@@ -12,6 +14,7 @@
 #include "editing/Session.h"
 #include "editing/fates/Sizes.h"
 #include "formats/FileIo.h"
+#include "formats/json/JsonWriter.h"
 #include "geometry/Box.h"
 #include "geometry/GeometryError.h"
 #include "geometry/Vec2.h"
@@ -98,6 +101,7 @@ std::string collapsedIn(const Document& before, const Session& session, const st
 
 TEST(RandomMoves, LeaveMoreThanAHundredthOfEverySize) {
     const int wanted = testing::numberFrom("HOLDFAST_COLLAPSE_EDITS", 30);
+    const bool tells = std::getenv("HOLDFAST_TELL") != nullptr;
     RandomEdits edits(static_cast<unsigned>(testing::numberFrom("HOLDFAST_SEED", 1)));
     std::vector<Document> drawings;
     for (const auto& file : testing::drawingFiles())
@@ -116,9 +120,10 @@ TEST(RandomMoves, LeaveMoreThanAHundredthOfEverySize) {
             auto& [ofDone, ofRefused] = counts[edit.substr(0, edit.find(' '))];
             ++(isDone ? ofDone : ofRefused);
             done += isDone ? 1 : 0;
-            if (isDone) {
-                EXPECT_EQ(collapsedIn(before, session, edit), "") << drawing.name << ": " << edit;
-            }
+            const std::string collapsed = isDone ? collapsedIn(before, session, edit) : "";
+            EXPECT_EQ(collapsed, "") << drawing.name << ": " << edit;
+            if (tells && !collapsed.empty())
+                std::cout << formats::jsonText(before);
         }
     }
     for (const auto& [verb, count] : counts)

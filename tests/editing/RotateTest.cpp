@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <numbers>
 
 #include "tests/editing/Shorthand.h"
@@ -109,6 +110,18 @@ TEST(RotateEdit, ReleasesWhatANeighbourCannotKeepThatHasToFollow) {
     const auto& b = std::get<LineShape>(entityNamed(session.document(), "b").shape);
     EXPECT_NEAR(b.start.x, 8.660254037844387, 1e-9);
     EXPECT_NEAR(b.end.y, 8.0, 1e-9);
+}
+
+/// The other upright side hangs on the turned one by its level neighbours alone.
+TEST(RotateEdit, ReleasesACornerOfARectangleRatherThanFlattenIt) {
+    Document document = plateDrawing();
+    std::erase_if(document.constraints, [](const Constraint& constraint) { return constraint.id == "f"; });
+    Session session(document);
+    EXPECT_EQ(session.apply("rotate right about 40,0 by 90.3").outcome.error, "");
+    EXPECT_EQ(constraintIds(session.document()), "c0 c2 c3 h0 h1 v1");
+    const LineShape left = lineOf(session, "left"), right = lineOf(session, "right");
+    EXPECT_NEAR(distance(left.start, left.end), 20.0, 1e-8);
+    EXPECT_NEAR(right.end.x, 40 - 20 * std::sin(90.3 * std::numbers::pi / 180), 1e-8);
 }
 
 TEST(RotateEdit, IsRefusedByAFixedConstraintOnWhatItTurns) {

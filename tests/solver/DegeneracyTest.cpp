@@ -94,6 +94,57 @@ TEST(Degenerate, RefusesATangencyThatConstantsTurnOver) {
     }
 }
 
+/// A rectangle, of which a single side is free to turn.
+SketchText rectangle() {
+    return SketchText(
+        "line a 0,0 10,0; line b 10,0 10,9; line c 10,9 0,9; line d 0,9 0,0; coincident a.end b.start;"
+        "coincident b.end c.start; coincident c.end d.start; coincident d.end a.start; horizontal a; horizontal c;"
+        "vertical d");
+}
+
+SolveRequest placing(const SketchText& sketch, std::string_view line, Vec2 start, Vec2 end) {
+    SolveRequest request = pulling(sketch, std::string(line) + ".start", start);
+    const SolveRequest other = pulling(sketch, std::string(line) + ".end", end);
+    request.targets.insert(request.targets.end(), other.targets.begin(), other.targets.end());
+    request.edited = {sketch.numbers.at(std::string(line))};
+    return request;
+}
+
+TEST(Degenerate, RefusesALineThatAnEditOfAnotherFlattens) {
+    const SketchText sketch = rectangle();
+    for (const bool keepsShapes : {false, true}) {
+        SolveRequest request = placing(sketch, "b", {10, 0}, {1, 0.05});
+        request.keepsShapes = keepsShapes;
+        expectRefused(sketch, request, "line d would shrink to next to nothing");
+    }
+}
+
+TEST(Degenerate, RefusesAnArcThatAnEditOfAnotherLeavesNoSweep) {
+    const SketchText sketch(
+        "arc r 0,0 5 0 90; fixed r.centre; fixed r.end; line a 5,0 9,0; coincident a.start r.start");
+    const double angle = 1.56;
+    const Vec2 near{5 * std::cos(angle), 5 * std::sin(angle)};
+    expectRefused(sketch, placing(sketch, "a", near, {near.x + 4, near.y}), "arc r would shrink to next to nothing");
+}
+
+TEST(Degenerate, LetsAnotherLineShrinkAsFarAsTheEditedOne) {
+    for (const double left : {0.5, 0.05, 0.0005}) {
+        SketchText sketch = rectangle();
+        SolveRequest request = placing(sketch, "b", {10, 0}, {10, left});
+        request.keepsShapes = true;
+        EXPECT_EQ(solve(sketch.sketch, request).status, SolveStatus::solved) << left;
+        EXPECT_NEAR(sketch.at("d.start").y - sketch.at("d.end").y, left, 1e-9);
+    }
+}
+
+TEST(Degenerate, LetsALineShrinkAsFarAsTheOneThatItIsEqualTo) {
+    SketchText sketch("fixed! point o 0,0; line a 0,0 10,0; coincident a.start o; line b 0,5 10,5; equal a b");
+    SolveRequest request = placing(sketch, "a", {0, 0}, {0.04, 0});
+    request.keepsShapes = true;
+    EXPECT_EQ(solve(sketch.sketch, request).status, SolveStatus::solved);
+    EXPECT_NEAR(sketch.at("b.end").x - sketch.at("b.start").x, 0.04, 1e-9);
+}
+
 TEST(Degenerate, LetsAnElementStayThatWasCollapsedBefore) {
     SketchText sketch("line a 5,5 5,5; line b 0,0 4,1; horizontal b");
     EXPECT_EQ(solve(sketch.sketch, {}).status, SolveStatus::solved);

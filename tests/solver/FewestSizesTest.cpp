@@ -154,4 +154,27 @@ TEST(FewestSizes, KeepsALengthWhenALineIsStoodUpright) {
     EXPECT_LT(sketch.worstViolation(), 1e-8);
 }
 
+/// A change that is shared out alike would take more from the short line than there is of it.
+TEST(FewestSizes, AreThoseOfWhatIsLongEnough) {
+    for (const double length : {0.1, 0.01}) {
+        SketchText sketch(
+            "fixed! point o 0,0; line a 0,0 3,0; line b 3,0 3,-7; line c 3,-7 2.9,-7; arc d 2.9,-7.1 0.1 90 180;"
+            "line e 2.8,-7.1 2.8,-8; coincident o a.start; coincident a.end b.start; coincident b.end c.start;"
+            "tangent c.end d.start; tangent d.end e.start; horizontal a; vertical b; horizontal c; vertical e");
+        sketch.move("c.end", {3 - length, -7});
+        sketch.move("d.centre", {3 - length, -7.1});
+        sketch.move("d.start", {3 - length, -7});
+        sketch.move("d.end", {2.9 - length, -7.1});
+        sketch.move("e.start", {2.9 - length, -7.1});
+        sketch.move("e.end", {2.9 - length, -8});
+        sketch.sketch.takeReference();
+        const int end = sketch.valueOf("e.end");
+        const SolveRequest request{
+            .targets = {{end, 3.85 - length}, {end + 1, -8}}, .edited = {sketch.numbers["e"]}, .keepsShapes = true};
+        EXPECT_EQ(solve(sketch.sketch, request).status, SolveStatus::solved) << length;
+        EXPECT_NEAR(sketch.at("a.end").x, 3.95, 1e-9) << length;
+        EXPECT_NEAR(sketch.at("c.end").x, 3.95 - length, 1e-9) << length;
+    }
+}
+
 }  // namespace holdfast::solver::detail

@@ -118,6 +118,7 @@ struct KeptSizes {
     // By number of the size, those of all shapes counted on; may be shorter.
     std::vector<char> isFirm;      ///< stays exactly
     std::vector<double> emphasis;  ///< how much more it counts than its weight says
+    double sparedBelow = 0.0;      ///< smaller ones count more, by how much smaller they are
 };
 
 /// Shapes whose sizes stay exactly; they may turn.

@@ -262,6 +262,12 @@ std::optional<Degeneracy> findRuined(const SketchData& sketch, const EquationSys
     return std::nullopt;
 }
 
+bool haveShrunk(const SketchData& sketch, std::span<const int> entities, Values now, double least) {
+    const double nothing = kCollapsed * sketch.size();
+    return std::any_of(entities.begin(), entities.end(),
+                       [&](int number) { return Shrinking(sketch, number, now, least, nothing).isFound(); });
+}
+
 int findReversed(const SketchData& sketch, std::span<const int> entities, Values before, Values now) {
     for (const int number : entities) {
         const SketchEntity& entity = sketch.entities[at(number)];

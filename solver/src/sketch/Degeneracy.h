@@ -27,6 +27,10 @@ std::optional<Degeneracy> findFlaw(const SketchData& sketch, const EquationSyste
 std::optional<Degeneracy> findRuined(const SketchData& sketch, const EquationSystem& system,
                                      std::span<const int> entities, std::span<const char> isAsked, double least);
 
+/// True when a length, a radius or a sweep of one of the entities is below this part of what it was at the reference.
+/// Values of the sketch.
+bool haveShrunk(const SketchData& sketch, std::span<const int> entities, std::span<const double> now, double least);
+
 /// The first of the entities that is a line, or has a straight segment, that now runs against its direction before:
 /// turned by more than a right angle; or an arc of which one end has as good as changed sides: it sweeps a right angle
 /// more or less. Both are values of the sketch.

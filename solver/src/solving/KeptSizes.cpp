@@ -8,6 +8,12 @@ namespace holdfast::solver::detail {
 
 namespace {
 
+/// How much more a size may count because it is small.
+constexpr double kScarcest = 1e2;
+
+/// Parts of the sketch's size below which a length is none: so short a piece points nowhere.
+constexpr double kNothing = 1e-6;
+
 /// Adds the sizes of one shape, each at the value that it has at the reference.
 class Keeper {
 public:
@@ -97,10 +103,7 @@ private:
         return std::hypot(v[b] - v[a], v[b + 1] - v[a + 1]);
     }
 
-    bool hasDirection(double reach) const {
-        constexpr double none = 1e-6;  // of the size: so short a piece points nowhere
-        return reach > none * m_builder.size();
-    }
+    bool hasDirection(double reach) const { return reach > kNothing * m_builder.size(); }
 
     static Operand between(int firstX, int secondX) {
         return {OperandKind::segment, {firstX, firstX + 1, secondX, secondX + 1}, {}};
@@ -111,11 +114,16 @@ private:
         form.value = m_builder.residualAtReference(form, operands) / form.scale;
         const std::size_t number = m_builder.sizeCount();
         const bool isFirm = number < m_sizes.isFirm.size() && m_sizes.isFirm[number] != 0;
-        const double emphasis = number < m_sizes.emphasis.size() ? m_sizes.emphasis[number] : 1.0;
+        const double given = number < m_sizes.emphasis.size() ? m_sizes.emphasis[number] : 1.0;
+        const double emphasis = given * (kind == SizeRow::Kind::turn ? 1.0 : scarcity(form.value * form.scale));
         const double weight = kind == SizeRow::Kind::bend   ? m_shape.bendWeight
                               : kind == SizeRow::Kind::turn ? m_shape.turnWeight
                                                             : m_shape.lengthWeight;
         m_builder.addSize(form, operands, isFirm ? 0.0 : emphasis * weight, kind);
+    }
+
+    double scarcity(double size) const {
+        return std::clamp(m_sizes.sparedBelow / std::max(std::abs(size), m_builder.size() * kNothing), 1.0, kScarcest);
     }
 
     EquationBuilder& m_builder;

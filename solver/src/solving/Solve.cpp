@@ -77,9 +77,10 @@ public:
         m_way.emplace(sketch, request.targets, m_values, request.edited);
         setGoals();
         m_named = namedEntities(m_work, task(RelaxationLevel::exact, true));
-        m_least = SolverState::kLeast * m_way->leastRatio();
+        m_least = m_way->leastPart(SolverState::kLeast, request.kept);
         if (request.keepsShapes && m_isEdit)
             m_trying.keepShapes(shapesAround());
+        m_trying.spareBelow(m_way->longest());
         m_trying.shun([this](const Answer& answer) { return !turnedOver(answer).empty(); });
     }
     Solving(const Solving&) = delete;
@@ -361,7 +362,7 @@ private:
         if (m_keepsPlaces)
             step.kept = m_request.kept;
         step.shapes = m_trying.shapes();
-        Answer answer = m_trying.from(values, [&] { return m_trying.once(step); });
+        Answer answer = m_trying.from(values, [&] { return m_trying.sparingSmall(step); });
         // Wishes make the equations many, and near a double root only few can be solved to the last digit.
         if (answer.result.status == SolveStatus::unreached && !step.shapes.empty()) {
             step.shapes = {};

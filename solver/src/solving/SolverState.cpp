@@ -334,7 +334,20 @@ std::optional<Degeneracy> SolverState::degeneracyInConstants() const {
 }
 
 std::optional<Degeneracy> SolverState::ruinInConstants() const {
-    return findRuined(m_sketch, m_system, m_displaced, m_isAsked, m_least);
+    if (auto degeneracy = findRuined(m_sketch, m_system, m_displaced, m_isAsked, m_least))
+        return degeneracy;
+    return findRuined(m_sketch, m_system, hangingOnPins(), m_isAsked, m_least);
+}
+
+/// Entities that the edit does not name, but of which it makes a value constant: with nothing else about them left to
+/// solve for, no subproblem has looked at them.
+std::vector<int> SolverState::hangingOnPins() const {
+    std::vector<int> pinned;
+    for (const auto& [unknown, goal] : m_pins)
+        pinned.push_back(unknown);
+    std::vector<int> hanging = entitiesOf(m_system, pinned);
+    std::erase_if(hanging, [&](int number) { return at(number) < m_isAsked.size() && m_isAsked[at(number)] != 0; });
+    return hanging;
 }
 
 Attempt SolverState::trySettling(Subproblem& subproblem, std::vector<double> x, IterationLimits limits) {

@@ -98,7 +98,8 @@ public:
     /// What the constants of the constraints and of the edit have degenerate by themselves.
     std::optional<Degeneracy> degeneracyInConstants() const;
 
-    /// What they have made shrink to next to nothing of what it was, or moved out of sight.
+    /// What they have made shrink to next to nothing of what it was, or moved out of sight; but for what the edit
+    /// names.
     std::optional<Degeneracy> ruinInConstants() const;
 
     /// What all further attempts may cost together; null: no bound. It outlives them.
@@ -117,6 +118,7 @@ private:
     std::pair<double, double> pullOf(int unknown) const;
     std::optional<Degeneracy> degeneracyIn(std::span<const int> entities, std::span<const int> senses,
                                            double margin = 1.0) const;
+    std::vector<int> hangingOnPins() const;
     void limitTo(std::span<const int> about);
     void takeConcerned(std::span<const int> entities);
     std::vector<int> tiedToDisplaced() const;

@@ -77,9 +77,23 @@ Answer Trying::once(const Task& task) {
     return answer;
 }
 
+/// A change is shared out among sizes alike, and the share of a small one may be more than there is of it. The task
+/// says afterwards what it took.
+Answer Trying::sparingSmall(Task& task) {
+    Answer answer = once(task);
+    if (answer.result.status != SolveStatus::degenerate || task.shapes.empty() || m_sparedBelow == 0.0)
+        return answer;
+    task.sparedBelow = m_sparedBelow;
+    Answer spared = once(task);
+    if (spared.isSolved())
+        return spared;
+    task.sparedBelow = 0.0;
+    return answer;
+}
+
 /// With the shapes as wishes, weighed again until few change.
 Answer Trying::wishing(Task task) {
-    Answer wished = once(task);
+    Answer wished = sparingSmall(task);
     if (!wished.isSolved())
         return wished;
     const std::vector<double> aims(task.aims.empty() ? m_sketch.values

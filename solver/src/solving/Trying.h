@@ -43,6 +43,9 @@ public:
     /// From now on a turn of these entities, ascending, counts this much in their shapes.
     void keepUpright(std::span<const int> entities, double turnWeight);
 
+    /// From now on, how far the edit goes: where a size that is smaller would vanish, such sizes count more.
+    void spareBelow(double size) { m_sparedBelow = size; }
+
     /// What no other answer is to be exchanged for only because fewer sizes change.
     void shun(std::function<bool(const Answer&)> isShunned) { m_isShunned = std::move(isShunned); }
 
@@ -56,6 +59,9 @@ public:
     }
 
     Answer once(const Task& task);
+
+    /// And where something small would vanish, once more with small sizes spared.
+    Answer sparingSmall(Task& task);
 
     /// With the shapes as wishes; then those sizes that came out as they were are kept exactly. Without any wishes
     /// where that fails.
@@ -77,6 +83,7 @@ private:
     SketchData& m_sketch;
     std::vector<KeptShape> m_shapes;
     std::function<bool(const Answer&)> m_isShunned;
+    double m_sparedBelow = 0.0;
     double m_secondsBuilding = 0.0;
     long m_work = 0;
     long m_mostWork = std::numeric_limits<long>::max();

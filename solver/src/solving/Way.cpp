@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 #include "geometry/ConstraintKinds.h"
+#include "solver/src/sketch/Degeneracy.h"
 #include "solver/src/sketch/Index.h"
 #include "solver/src/sketch/Layout.h"
 #include "solver/src/sketch/Measure.h"
@@ -136,20 +138,13 @@ Way::Way(const SketchData& sketch, std::span<const Target> targets, std::span<co
         for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount; ++v)
             m_start[at(v)] = sketch.reference[at(v)];
     }
-    std::vector<double> goals = m_start;
-    std::vector<char> isGiven(goals.size(), 0);
+    m_goals = m_start;
     for (const Target& target : m_targets) {
-        goals[at(target.value)] = target.goal;
-        isGiven[at(target.value)] = 1;
+        m_goals[at(target.value)] = target.goal;
         m_isTrivial = m_isTrivial && target.goal == m_start[at(target.value)];
     }
-    const bool isWhole = !m_edited.empty() && std::all_of(m_edited.begin(), m_edited.end(), [&](int number) {
-        const SketchEntity& entity = sketch.entities[at(number)];
-        const auto first = isGiven.begin() + entity.firstValue;
-        return std::all_of(first, first + entity.valueCount, [](char given) { return given != 0; });
-    });
-    if (isWhole && !m_isTrivial)
-        m_motion = RigidMotion::between(sketch, m_edited, m_start, goals);
+    if (!m_edited.empty() && !m_isTrivial && decidedEntities({}).size() == m_edited.size())
+        m_motion = RigidMotion::between(sketch, m_edited, m_start, m_goals);
     for (const ValueGoal& value : values) {
         double from = measured(sketch, value.constraint);
         const SketchConstraint& constraint = sketch.constraints[at(value.constraint)];
@@ -194,12 +189,43 @@ ReachedPart Way::reachedAt(double part) const {
     return reached;
 }
 
-double Way::leastRatio() const {
-    double least = 1.0;
+double Way::longest() const {
+    double longest = 0.0;
+    for (const Target& target : m_targets)
+        longest = std::max(longest, std::abs(target.goal - m_start[at(target.value)]));
+    for (const Lead& lead : m_leads) {
+        const bool isAngle = traitsOf(m_sketch.constraints[at(lead.constraint)].type).value == ConstraintValue::angle;
+        longest = std::max(longest, std::abs(lead.to - lead.from) * (isAngle ? m_sketch.size() : 1.0));
+    }
+    return longest;
+}
+
+double Way::leastPart(double most, std::span<const Target> kept) const {
+    double ratio = 1.0;
     for (const Lead& lead : m_leads)
         if (lead.from != 0.0)
-            least = std::min(least, std::abs(lead.to / lead.from));
+            ratio = std::min(ratio, std::abs(lead.to / lead.from));
+    const std::vector<int> decided = decidedEntities(kept);
+    double least = most * ratio;
+    while (least > std::numeric_limits<double>::epsilon() && haveShrunk(m_sketch, decided, m_goals, least))
+        least *= most;
     return least;
+}
+
+/// Edited entities of which targets and kept values say all there is to know.
+std::vector<int> Way::decidedEntities(std::span<const Target> kept) const {
+    std::vector<char> isGiven(m_start.size(), 0);
+    for (const Target& target : m_targets)
+        isGiven[at(target.value)] = 1;
+    for (const Target& target : kept)
+        isGiven[at(target.value)] = 1;
+    std::vector<int> decided;
+    for (const int number : m_edited) {
+        const auto first = isGiven.begin() + m_sketch.entities[at(number)].firstValue;
+        if (std::all_of(first, first + m_sketch.entities[at(number)].valueCount, [](char given) { return given != 0; }))
+            decided.push_back(number);
+    }
+    return decided;
 }
 
 std::vector<ValueGoal> missedDimensions(const SketchData& sketch) {

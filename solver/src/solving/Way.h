@@ -40,15 +40,20 @@ public:
     /// The sketch's values at its beginning.
     const std::vector<double>& start() const { return m_start; }
     const std::optional<RigidMotion>& motion() const { return m_motion; }
+    /// How far the farthest target has to go, or how much the dimension that changes most; angles are lengths there.
+    double longest() const;
     std::vector<Target> targetsAt(double part) const;
     /// Gives the dimensions of a sketch the values that they have there.
     void setValuesAt(double part, SketchData& sketch) const;
     ReachedPart reachedAt(double part) const;
 
-    /// The smallest ratio of a dimension at the end to the beginning; at most 1.
-    double leastRatio() const;
+    /// The part of a size that has to be left of it: less than the most where a dimension is led to a part of what it
+    /// was, or where the edit itself leaves less of an entity, by its targets and what else of it is kept.
+    double leastPart(double most, std::span<const Target> kept) const;
 
 private:
+    std::vector<int> decidedEntities(std::span<const Target> kept) const;
+
     struct Lead {
         int constraint;
         double from, to;
@@ -58,7 +63,7 @@ private:
     std::vector<Target> m_targets;
     std::vector<int> m_edited;
     std::vector<Lead> m_leads;
-    std::vector<double> m_start;
+    std::vector<double> m_start, m_goals;  ///< values of the sketch
     std::optional<RigidMotion> m_motion;
     bool m_isTrivial = true;
 };
