@@ -63,12 +63,21 @@ double EquationSystem::weightOf(int unknown) const {
 }
 
 double EquationSystem::residualOf(int equation) const {
+    return residualOf(equation, values);
+}
+
+double EquationSystem::residualOf(int equation, std::span<const double> from) const {
     const Equation& e = set.equations[at(equation)];
-    const auto rows = residuals(set, e, values);
+    const auto rows = residuals(set, e, from);
     double worst = 0.0;
     for (std::size_t row = 0; row < e.rows; ++row)
         worst = std::isnan(rows[row]) ? rows[row] : std::max(worst, std::abs(rows[row]));
     return worst;
+}
+
+void EquationSystem::dropDoubtfulSenses() {
+    const double most = SketchData::kHolds * tolerance;
+    std::erase_if(senses, [&](const Sense& sense) { return !(residualOf(sense.equation, reference) <= most); });
 }
 
 std::vector<int> entitiesOf(const EquationSystem& system, std::span<const int> unknowns) {
