@@ -77,6 +77,13 @@ TEST(Diagnose, NamesAConstraintOfWhichOnlyOneEquationIsSpare) {
         "c2 partly");
 }
 
+TEST(Diagnose, NamesWhatIsSpareBesideConstantsOfOtherElements) {
+    // The middle of the arc is constant by what holds on the circle.
+    EXPECT_EQ(redundantIn(SketchText("fixed! point o 0,0; fixed! xline y 0,0 90; circle k 0,0 2; arc a 0,0 5 30 150; "
+                                     "coincident k.centre o; concentric a.centre k.centre; symmetric a.start a.end y")),
+              "c2 partly");
+}
+
 TEST(Diagnose, DoesNotCountACoincidenceThatATangencyRepeats) {
     EXPECT_EQ(
         redundantIn(SketchText("line a 0,0 5,0; arc k 5,3 3 270 350; coincident a.end k.start; tangent a.end k.start")),

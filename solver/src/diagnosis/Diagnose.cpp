@@ -248,19 +248,41 @@ private:
         }
     }
 
-    /// In parts in which merging has made a rule spare: one elimination of everything in the values themselves, rules
-    /// first, then the constraints in their order, each as it was merged or, where it was an equation, as that.
+    /// Around parts in which merging has made a rule spare: one elimination of everything in the values themselves,
+    /// rules first, then the constraints in their order, each as it was merged or, where it was an equation, as that.
     void nameExactly(const EquationSystem& plain) {
         if (std::count(m_hasSpareRule.begin(), m_hasSpareRule.end(), 1) == 0)
             return;
-        std::vector<char> isAsked(m_sketch.constraints.size(), 0);
-        for (std::size_t c = 0; c < isAsked.size(); ++c) {
-            const int part = partOf(m_sketch.constraints[c]);
-            isAsked[c] = part >= 0 && m_hasSpareRule[at(part)];
-        }
+        const std::vector<char> isAsked = besideSpareRules();
         std::erase_if(m_spares, [&](const auto& spare) { return isAsked[at(spare.first)] != 0; });
         for (const auto& [constraint, count] : sparesInValues(m_sketch, m_system, plain, isAsked))
             m_spares[constraint] += count;
+    }
+
+    /// Constraints of these parts, and of all that constraints tie to them: what other constraints have made constant
+    /// no longer joins parts, but the equations rest on it.
+    std::vector<char> besideSpareRules() {
+        Parts tied(m_sketch.entities.size());
+        const auto firstOf = [&](const SketchConstraint& constraint) {
+            const auto first =
+                std::find_if(constraint.refs.begin(), constraint.refs.end(),
+                             [&](const SketchPlace& place) { return !m_sketch.entities[at(place.entity)].fixed; });
+            return first == constraint.refs.end() ? -1 : first->entity;
+        };
+        for (const int c : bindingConstraints(m_sketch))
+            for (const SketchPlace& place : m_sketch.constraints[at(c)].refs)
+                if (!m_sketch.entities[at(place.entity)].fixed)
+                    tied.join(firstOf(m_sketch.constraints[at(c)]), place.entity);
+        std::vector<char> isBeside(m_sketch.entities.size(), 0);
+        for (int i = 0; i < static_cast<int>(isBeside.size()); ++i)
+            if (m_hasSpareRule[at(m_parts.find(i))])
+                isBeside[at(tied.find(i))] = 1;
+        std::vector<char> isAsked;
+        for (const SketchConstraint& constraint : m_sketch.constraints) {
+            const int first = firstOf(constraint);
+            isAsked.push_back(first >= 0 && isBeside[at(tied.find(first))]);
+        }
+        return isAsked;
     }
 
     /// In a part that cannot move although its first derivatives say so, a spare equation may be what holds it.
