@@ -16,6 +16,10 @@ namespace {
 /// a coordinate, which Newton steps reach one iteration after the tolerance.
 constexpr double kRelativeAim = 1e-13;
 
+/// The same as a part of an element's size, for sketches in which that is less: a thousand elements wide, a part of the
+/// whole would be a gap that is seen. And how small a part of the sketch's size it may become: a dozen roundings.
+constexpr double kElementAim = 1e-10, kLeastAim = 3e-15;
+
 }  // namespace
 
 ListTable tabulate(int listCount, std::span<const std::pair<int, int>> pairs) {
@@ -108,7 +112,8 @@ EquationSystem emptySystem(const SketchData& sketch) {
     EquationSystem system;
     system.size = sketch.size();
     system.tolerance = sketch.tolerance * system.size;
-    system.aim = kRelativeAim * (sketch.tolerance / SketchData::kTolerance) * system.size;
+    const double finest = std::max(kElementAim * sketch.typicalSize(), kLeastAim * system.size);
+    system.aim = (sketch.tolerance / SketchData::kTolerance) * std::min(kRelativeAim * system.size, finest);
     system.figureValueCount = static_cast<int>(sketch.values.size());
     system.values = sketch.values;
     system.set.splines = &sketch.splines;
