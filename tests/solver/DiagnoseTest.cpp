@@ -84,6 +84,17 @@ TEST(Diagnose, NamesWhatIsSpareBesideConstantsOfOtherElements) {
               "c2 partly");
 }
 
+TEST(Diagnose, NamesWhatMeetingEndsOfASlotImply) {
+    // Equal ends at one height have a level side already.
+    EXPECT_NE(redundantIn(SketchText(
+                  "fixed! xline x 0,0 0; fixed! xline y 0,0 90; arc a -17.5,0 3.5 90 270; arc b 17.5,0 3.5 270 450; "
+                  "line low -17.5,-3.5 17.5,-3.5; line top -17.5,3.5 17.5,3.5; tangent a.start top.start; "
+                  "tangent a.end low.start; tangent low.end b.start; tangent top.end b.end; horizontal low; equal a b; "
+                  "symmetric a.centre b.centre y; point_on_curve a.centre x; radius a = 3.5; "
+                  "distance_x a.centre b.centre = 35")),
+              "");
+}
+
 TEST(Diagnose, DoesNotCountACoincidenceThatATangencyRepeats) {
     EXPECT_EQ(
         redundantIn(SketchText("line a 0,0 5,0; arc k 5,3 3 270 350; coincident a.end k.start; tangent a.end k.start")),

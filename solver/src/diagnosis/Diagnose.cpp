@@ -49,6 +49,7 @@ public:
         : m_sketch(sketch),
           m_system(buildSystem(sketch)),
           m_parts(sketch.entities.size()),
+          m_tied(sketch.entities.size()),
           m_countsEntities(countsEntities) {
         for (int u = 0; u < m_system.unknownCount; ++u)
             m_lengths.push_back(1.0 / std::sqrt(m_system.weightOf(u)));
@@ -225,14 +226,6 @@ private:
         return entity < 0 ? -1 : m_parts.find(entity);
     }
 
-    int partOf(const SketchConstraint& constraint) {
-        for (const SketchPlace& place : constraint.refs) {
-            if (!m_sketch.entities[at(place.entity)].fixed)
-                return m_parts.find(place.entity);
-        }
-        return -1;
-    }
-
     void nameRedundant() {
         const EquationSystem plain = buildPlainSystem(m_sketch, bindingConstraints(m_sketch));
         std::vector<int> rows(m_sketch.constraints.size(), 0);
@@ -241,7 +234,9 @@ private:
                 rows[at(equation.constraint)] += equation.rows;
         }
         m_spares.erase(-1);
+        tieParts();
         nameExactly(plain);
+        m_isTiedToRigid = tiesWith(m_isRigid);
         for (const auto& [constraint, count] : m_spares) {
             if (!isNeeded(constraint))
                 m_diagnosis.redundant.push_back({constraint, count, count >= rows[at(constraint)]});
@@ -253,46 +248,56 @@ private:
     void nameExactly(const EquationSystem& plain) {
         if (std::count(m_hasSpareRule.begin(), m_hasSpareRule.end(), 1) == 0)
             return;
-        const std::vector<char> isAsked = besideSpareRules();
+        const std::vector<char> isBeside = tiesWith(m_hasSpareRule);
+        std::vector<char> isAsked;
+        for (const SketchConstraint& constraint : m_sketch.constraints) {
+            const int tie = tieOf(constraint);
+            isAsked.push_back(tie >= 0 && isBeside[at(tie)]);
+        }
         std::erase_if(m_spares, [&](const auto& spare) { return isAsked[at(spare.first)] != 0; });
         for (const auto& [constraint, count] : sparesInValues(m_sketch, m_system, plain, isAsked))
             m_spares[constraint] += count;
     }
 
-    /// Constraints of these parts, and of all that constraints tie to them: what other constraints have made constant
-    /// no longer joins parts, but the equations rest on it.
-    std::vector<char> besideSpareRules() {
-        Parts tied(m_sketch.entities.size());
-        const auto firstOf = [&](const SketchConstraint& constraint) {
-            const auto first =
-                std::find_if(constraint.refs.begin(), constraint.refs.end(),
-                             [&](const SketchPlace& place) { return !m_sketch.entities[at(place.entity)].fixed; });
-            return first == constraint.refs.end() ? -1 : first->entity;
-        };
+    /// Joins all that constraints tie together: what other constraints have made constant no longer joins parts, but
+    /// the equations rest on it.
+    void tieParts() {
         for (const int c : bindingConstraints(m_sketch))
             for (const SketchPlace& place : m_sketch.constraints[at(c)].refs)
                 if (!m_sketch.entities[at(place.entity)].fixed)
-                    tied.join(firstOf(m_sketch.constraints[at(c)]), place.entity);
-        std::vector<char> isBeside(m_sketch.entities.size(), 0);
-        for (int i = 0; i < static_cast<int>(isBeside.size()); ++i)
-            if (m_hasSpareRule[at(m_parts.find(i))])
-                isBeside[at(tied.find(i))] = 1;
-        std::vector<char> isAsked;
-        for (const SketchConstraint& constraint : m_sketch.constraints) {
-            const int first = firstOf(constraint);
-            isAsked.push_back(first >= 0 && isBeside[at(tied.find(first))]);
-        }
-        return isAsked;
+                    m_tied.join(firstFreeOf(m_sketch.constraints[at(c)]), place.entity);
+    }
+
+    /// -1: it has only fixed entities.
+    int firstFreeOf(const SketchConstraint& constraint) const {
+        for (const SketchPlace& place : constraint.refs)
+            if (!m_sketch.entities[at(place.entity)].fixed)
+                return place.entity;
+        return -1;
+    }
+
+    int tieOf(const SketchConstraint& constraint) {
+        const int first = firstFreeOf(constraint);
+        return first < 0 ? -1 : m_tied.find(first);
+    }
+
+    /// By the root of what is tied together: one of its parts has the mark, which is meant at the root of the part.
+    std::vector<char> tiesWith(const std::vector<char>& markOfPart) {
+        std::vector<char> has(m_sketch.entities.size(), 0);
+        for (int i = 0; i < static_cast<int>(has.size()); ++i)
+            if (markOfPart[at(m_parts.find(i))])
+                has[at(m_tied.find(i))] = 1;
+        return has;
     }
 
     /// In a part that cannot move although its first derivatives say so, a spare equation may be what holds it.
     bool isNeeded(int constraint) {
-        const int part = partOf(m_sketch.constraints[at(constraint)]);
-        if (part < 0 || !m_isRigid[at(part)] || m_askedIfNeeded++ >= kMostNeeded)
+        const int tie = tieOf(m_sketch.constraints[at(constraint)]);
+        if (tie < 0 || !m_isTiedToRigid[at(tie)] || m_askedIfNeeded++ >= kMostNeeded)
             return false;
         std::vector<int> others;
         for (const int c : bindingConstraints(m_sketch)) {
-            if (c != constraint && partOf(m_sketch.constraints[at(c)]) == part)
+            if (c != constraint && tieOf(m_sketch.constraints[at(c)]) == tie)
                 others.push_back(c);
         }
         return canMove(m_sketch, others);
@@ -316,6 +321,7 @@ private:
     const SketchData& m_sketch;
     EquationSystem m_system;
     Parts m_parts;
+    Parts m_tied;  ///< of larger parts: all that constraints tie together
     std::vector<int> m_partOfEquation;
     std::vector<double> m_lengths;  ///< per unknown: how much it changes when geometry moves by one
     std::map<int, int> m_spares;    ///< equations that others imply, by constraint
@@ -324,7 +330,8 @@ private:
     std::vector<int> m_freedom;
     std::vector<char> m_hasSpare, m_hasSpareRule;
     int m_askedIfNeeded = 0;
-    std::vector<char> m_isRigid;  ///< it cannot move, whatever the first derivatives say
+    std::vector<char> m_isTiedToRigid;  ///< by the root of what is tied together
+    std::vector<char> m_isRigid;        ///< it cannot move, whatever the first derivatives say
     std::vector<double> m_slopes;
     bool m_countsEntities;
     Diagnosis m_diagnosis;
