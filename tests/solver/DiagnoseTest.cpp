@@ -77,6 +77,24 @@ TEST(Diagnose, NamesAConstraintOfWhichOnlyOneEquationIsSpare) {
         "c2 partly");
 }
 
+TEST(Diagnose, NamesWhatIsSpareBesideConstantsOfOtherElements) {
+    // The middle of the arc is constant by what holds on the circle.
+    EXPECT_EQ(redundantIn(SketchText("fixed! point o 0,0; fixed! xline y 0,0 90; circle k 0,0 2; arc a 0,0 5 30 150; "
+                                     "coincident k.centre o; concentric a.centre k.centre; symmetric a.start a.end y")),
+              "c2 partly");
+}
+
+TEST(Diagnose, NamesWhatMeetingEndsOfASlotImply) {
+    // Equal ends at one height have a level side already.
+    EXPECT_NE(redundantIn(SketchText(
+                  "fixed! xline x 0,0 0; fixed! xline y 0,0 90; arc a -17.5,0 3.5 90 270; arc b 17.5,0 3.5 270 450; "
+                  "line low -17.5,-3.5 17.5,-3.5; line top -17.5,3.5 17.5,3.5; tangent a.start top.start; "
+                  "tangent a.end low.start; tangent low.end b.start; tangent top.end b.end; horizontal low; equal a b; "
+                  "symmetric a.centre b.centre y; point_on_curve a.centre x; radius a = 3.5; "
+                  "distance_x a.centre b.centre = 35")),
+              "");
+}
+
 TEST(Diagnose, DoesNotCountACoincidenceThatATangencyRepeats) {
     EXPECT_EQ(
         redundantIn(SketchText("line a 0,0 5,0; arc k 5,3 3 270 350; coincident a.end k.start; tangent a.end k.start")),

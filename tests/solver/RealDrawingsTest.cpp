@@ -9,6 +9,7 @@
 #include <random>
 #include <set>
 
+#include "Shaking.h"
 #include "formats/json/JsonReader.h"
 #include "hosting/evaluator/SketchFromDocument.h"
 #include "solver/src/diagnosis/Diagnose.h"
@@ -133,6 +134,27 @@ TEST(RealDrawings, ComeBackFromADisturbanceOfAThousandthOfTheirSize) {
 
 TEST(RealDrawings, ComeBackFromADisturbanceOfAHundredthOfTheirSize) {
     expectAll("disturbed by 1 %", [](const Sample& sample) { return solvedBack(sample.sketch, 0.01); });
+}
+
+/// A place where nothing is known but what the drawing says itself. Few may be refused, and none of them is called
+/// contradictory, as it held before.
+TEST(RealDrawings, ArePutRightWhenAllTheirCoordinatesAreOff) {
+    std::size_t solved = 0;
+    std::string refused;
+    for (const Sample& sample : samples()) {
+        SketchData sketch = sample.sketch;
+        constexpr double hundredth = 0.01;
+        shake(sketch, hundredth, 1);
+        const SolveResult result = solve(sketch, {.keepsShapes = true});
+        EXPECT_FALSE(result.isConflictMinimal) << sample.name << " is called contradictory";
+        solved += result.isSolved();
+        if (!result.isSolved())
+            refused += "  " + sample.name + (result.degeneracy ? ": " + result.degeneracy->what : "") + "\n";
+        sketch.takeReference();
+        EXPECT_TRUE(!result.isSolved() || worstViolation(sketch) <= 1e-9 * sketch.size()) << sample.name;
+    }
+    std::cout << "shaken by 1 %: " << solved << " of " << samples().size() << " put right\n" << refused;
+    EXPECT_GE(solved + samples().size() / 50, samples().size());
 }
 
 /// A point of the drawing on its way out along a bent path and back the same way, 50 steps each.

@@ -5,6 +5,8 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <random>
+#include <string>
 
 #include "tests/solver/Sketch.h"
 
@@ -249,6 +251,28 @@ TEST(Solve, FollowsTheReferenceWhenTheDirectWayLeadsToAnotherBranch) {
     const SolveResult result = solve(sketch.sketch, {});
     EXPECT_TRUE(result.isSolved());
     EXPECT_LT(sketch.worstViolation(), 1e-9);
+}
+
+TEST(Solve, HoldsToASmallPartOfAnElementHoweverWideTheSketchIs) {
+    std::string text = "fixed! point far 400000,400000; ";
+    constexpr int count = 30;
+    for (int i = 0; i < count; ++i) {
+        const std::string n = std::to_string(i), last = std::to_string(i - 1);
+        text += "line l" + n + " " + std::to_string(10 * ((i + 1) / 2)) + "," + std::to_string(10 * (i / 2)) + " " +
+                std::to_string(10 * ((i + 2) / 2)) + "," + std::to_string(10 * ((i + 1) / 2)) + "; ";
+        if (i > 0)
+            text += "coincident l" + last + ".end l" + n + ".start; equal l" + last + " l" + n + "; perpendicular l" +
+                    last + " l" + n + "; ";
+    }
+    for (unsigned seed = 1; seed <= 20; ++seed) {
+        SketchText sketch(text + "distance l0 = 10");
+        std::mt19937 random(seed);
+        std::uniform_real_distribution<double> off(-1.0, 1.0);
+        for (std::size_t v = 2; v < sketch.sketch.values.size(); ++v)
+            sketch.sketch.values[v] += off(random);
+        ASSERT_TRUE(solve(sketch.sketch, {.reach = Scope::part}).isSolved()) << seed;
+        EXPECT_LE(sketch.worstViolation(), 1e-8) << seed;
+    }
 }
 
 TEST(Solve, KeepsALineOnItsSideOfAnother) {

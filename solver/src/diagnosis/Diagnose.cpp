@@ -49,6 +49,7 @@ public:
         : m_sketch(sketch),
           m_system(buildSystem(sketch)),
           m_parts(sketch.entities.size()),
+          m_tied(sketch.entities.size()),
           m_countsEntities(countsEntities) {
         for (int u = 0; u < m_system.unknownCount; ++u)
             m_lengths.push_back(1.0 / std::sqrt(m_system.weightOf(u)));
@@ -225,14 +226,6 @@ private:
         return entity < 0 ? -1 : m_parts.find(entity);
     }
 
-    int partOf(const SketchConstraint& constraint) {
-        for (const SketchPlace& place : constraint.refs) {
-            if (!m_sketch.entities[at(place.entity)].fixed)
-                return m_parts.find(place.entity);
-        }
-        return -1;
-    }
-
     void nameRedundant() {
         const EquationSystem plain = buildPlainSystem(m_sketch, bindingConstraints(m_sketch));
         std::vector<int> rows(m_sketch.constraints.size(), 0);
@@ -241,36 +234,70 @@ private:
                 rows[at(equation.constraint)] += equation.rows;
         }
         m_spares.erase(-1);
+        tieParts();
         nameExactly(plain);
+        m_isTiedToRigid = tiesWith(m_isRigid);
         for (const auto& [constraint, count] : m_spares) {
             if (!isNeeded(constraint))
                 m_diagnosis.redundant.push_back({constraint, count, count >= rows[at(constraint)]});
         }
     }
 
-    /// In parts in which merging has made a rule spare: one elimination of everything in the values themselves, rules
-    /// first, then the constraints in their order, each as it was merged or, where it was an equation, as that.
+    /// Around parts in which merging has made a rule spare: one elimination of everything in the values themselves,
+    /// rules first, then the constraints in their order, each as it was merged or, where it was an equation, as that.
     void nameExactly(const EquationSystem& plain) {
         if (std::count(m_hasSpareRule.begin(), m_hasSpareRule.end(), 1) == 0)
             return;
-        std::vector<char> isAsked(m_sketch.constraints.size(), 0);
-        for (std::size_t c = 0; c < isAsked.size(); ++c) {
-            const int part = partOf(m_sketch.constraints[c]);
-            isAsked[c] = part >= 0 && m_hasSpareRule[at(part)];
+        const std::vector<char> isBeside = tiesWith(m_hasSpareRule);
+        std::vector<char> isAsked;
+        for (const SketchConstraint& constraint : m_sketch.constraints) {
+            const int tie = tieOf(constraint);
+            isAsked.push_back(tie >= 0 && isBeside[at(tie)]);
         }
         std::erase_if(m_spares, [&](const auto& spare) { return isAsked[at(spare.first)] != 0; });
         for (const auto& [constraint, count] : sparesInValues(m_sketch, m_system, plain, isAsked))
             m_spares[constraint] += count;
     }
 
+    /// Joins all that constraints tie together: what other constraints have made constant no longer joins parts, but
+    /// the equations rest on it.
+    void tieParts() {
+        for (const int c : bindingConstraints(m_sketch))
+            for (const SketchPlace& place : m_sketch.constraints[at(c)].refs)
+                if (!m_sketch.entities[at(place.entity)].fixed)
+                    m_tied.join(firstFreeOf(m_sketch.constraints[at(c)]), place.entity);
+    }
+
+    /// -1: it has only fixed entities.
+    int firstFreeOf(const SketchConstraint& constraint) const {
+        for (const SketchPlace& place : constraint.refs)
+            if (!m_sketch.entities[at(place.entity)].fixed)
+                return place.entity;
+        return -1;
+    }
+
+    int tieOf(const SketchConstraint& constraint) {
+        const int first = firstFreeOf(constraint);
+        return first < 0 ? -1 : m_tied.find(first);
+    }
+
+    /// By the root of what is tied together: one of its parts has the mark, which is meant at the root of the part.
+    std::vector<char> tiesWith(const std::vector<char>& markOfPart) {
+        std::vector<char> has(m_sketch.entities.size(), 0);
+        for (int i = 0; i < static_cast<int>(has.size()); ++i)
+            if (markOfPart[at(m_parts.find(i))])
+                has[at(m_tied.find(i))] = 1;
+        return has;
+    }
+
     /// In a part that cannot move although its first derivatives say so, a spare equation may be what holds it.
     bool isNeeded(int constraint) {
-        const int part = partOf(m_sketch.constraints[at(constraint)]);
-        if (part < 0 || !m_isRigid[at(part)] || m_askedIfNeeded++ >= kMostNeeded)
+        const int tie = tieOf(m_sketch.constraints[at(constraint)]);
+        if (tie < 0 || !m_isTiedToRigid[at(tie)] || m_askedIfNeeded++ >= kMostNeeded)
             return false;
         std::vector<int> others;
         for (const int c : bindingConstraints(m_sketch)) {
-            if (c != constraint && partOf(m_sketch.constraints[at(c)]) == part)
+            if (c != constraint && tieOf(m_sketch.constraints[at(c)]) == tie)
                 others.push_back(c);
         }
         return canMove(m_sketch, others);
@@ -294,6 +321,7 @@ private:
     const SketchData& m_sketch;
     EquationSystem m_system;
     Parts m_parts;
+    Parts m_tied;  ///< of larger parts: all that constraints tie together
     std::vector<int> m_partOfEquation;
     std::vector<double> m_lengths;  ///< per unknown: how much it changes when geometry moves by one
     std::map<int, int> m_spares;    ///< equations that others imply, by constraint
@@ -302,7 +330,8 @@ private:
     std::vector<int> m_freedom;
     std::vector<char> m_hasSpare, m_hasSpareRule;
     int m_askedIfNeeded = 0;
-    std::vector<char> m_isRigid;  ///< it cannot move, whatever the first derivatives say
+    std::vector<char> m_isTiedToRigid;  ///< by the root of what is tied together
+    std::vector<char> m_isRigid;        ///< it cannot move, whatever the first derivatives say
     std::vector<double> m_slopes;
     bool m_countsEntities;
     Diagnosis m_diagnosis;

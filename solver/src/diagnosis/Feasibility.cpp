@@ -49,7 +49,7 @@ class Trial {
 public:
     Trial(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets, Effort& effort)
         : m_extract(sketch, constraints, targets),
-          m_state(m_extract.sketch(), buildSystem(m_extract.sketch())),
+          m_state(m_extract.sketch(), systemOf(m_extract.sketch())),
           m_effort(effort) {
         effort.spend(kOverhead + m_state.system().values.size() + m_state.system().set.inputs.size());
     }
@@ -69,6 +69,13 @@ public:
     }
 
 private:
+    /// What is said to be impossible has to be so whichever way the curves run that are not tangent yet.
+    static EquationSystem systemOf(const SketchData& sketch) {
+        EquationSystem system = buildSystem(sketch);
+        system.dropDoubtfulSenses();
+        return system;
+    }
+
     bool meetsConstants() {
         if (!m_state.system().contradictions.empty())
             return false;

@@ -1,6 +1,7 @@
 #include "solver/src/diagnosis/ValueSpace.h"
 
 #include <algorithm>
+#include <array>
 #include <cassert>
 
 #include "geometry/ConstraintKinds.h"
@@ -22,18 +23,29 @@ public:
         std::copy_n(merged.values.begin(), merged.figureValueCount, m_plainValues.begin());
     }
 
+    /// Points that are put together come first: what a tangency says of its ends is in need of no other, and where it
+    /// is spare, what else says so is to be named.
     std::map<int, int> spares(const std::vector<char>& isAsked) {
         for (const Equation& equation : m_merged.set.equations) {
             if (equation.constraint < 0)
                 add(m_merged, m_merged.values, equation);
         }
-        for (const bool isTangency : {false, true}) {
-            for (std::size_t c = 0; c < isAsked.size(); ++c) {
-                const bool isOne = traitsOf(m_sketch.constraints[c].type).residual == ConstraintResidual::tangent;
-                if (isAsked[c] && isOne == isTangency)
-                    addConstraint(static_cast<int>(c));
-            }
+        std::array<std::vector<int>, 3> turns;  // coincidences, others, tangencies
+        for (std::size_t c = 0; c < isAsked.size(); ++c) {
+            const ConstraintType type = m_sketch.constraints[c].type;
+            const bool isTangency = traitsOf(type).residual == ConstraintResidual::tangent;
+            if (isAsked[c])
+                turns[type == ConstraintType::coincident ? 0 : isTangency ? 2 : 1].push_back(static_cast<int>(c));
         }
+        for (const int c : turns[0])
+            addOwn(c);
+        for (const std::vector<int>& turn : turns)
+            for (const int c : turn)
+                addImplied(c);
+        for (const int c : turns[1])
+            addOwn(c);
+        for (const int c : turns[2])
+            addOwn(c);
         return std::move(m_spares);
     }
 
@@ -48,21 +60,25 @@ private:
         return equations;
     }
 
-    void addConstraint(int constraint) {
+    void addImplied(int constraint) {
+        for (const int e : equationsOf(m_plain, constraint))
+            if (const Equation& equation = m_plain.set.equations[at(e)]; equation.isImplied)
+                add(m_plain, m_plainValues, equation);
+    }
+
+    /// As it was merged or, where it was an equation, as that.
+    void addOwn(int constraint) {
         const std::vector<int> merged = equationsOf(m_merged, constraint);
-        for (const int e : equationsOf(m_plain, constraint)) {
-            const Equation& equation = m_plain.set.equations[at(e)];
-            if (merged.empty() || equation.isImplied)
+        for (const int e : equationsOf(m_plain, constraint))
+            if (const Equation& equation = m_plain.set.equations[at(e)]; merged.empty() && !equation.isImplied)
                 note(add(m_plain, m_plainValues, equation), equation);
-        }
-        for (const int e : merged) {
-            const Equation& equation = m_merged.set.equations[at(e)];
-            note(add(m_merged, m_merged.values, equation), equation);
-        }
+        for (const int e : merged)
+            if (const Equation& equation = m_merged.set.equations[at(e)]; !equation.isImplied)
+                note(add(m_merged, m_merged.values, equation), equation);
     }
 
     void note(int spare, const Equation& equation) {
-        if (spare > 0 && !equation.isImplied)
+        if (spare > 0)
             m_spares[equation.constraint] += spare;
     }
 

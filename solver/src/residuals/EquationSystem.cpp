@@ -16,6 +16,10 @@ namespace {
 /// a coordinate, which Newton steps reach one iteration after the tolerance.
 constexpr double kRelativeAim = 1e-13;
 
+/// The same as a part of an element's size, for sketches in which that is less: a thousand elements wide, a part of the
+/// whole would be a gap that is seen. And how small a part of the sketch's size it may become: a dozen roundings.
+constexpr double kElementAim = 1e-10, kLeastAim = 3e-15;
+
 }  // namespace
 
 ListTable tabulate(int listCount, std::span<const std::pair<int, int>> pairs) {
@@ -63,12 +67,21 @@ double EquationSystem::weightOf(int unknown) const {
 }
 
 double EquationSystem::residualOf(int equation) const {
+    return residualOf(equation, values);
+}
+
+double EquationSystem::residualOf(int equation, std::span<const double> from) const {
     const Equation& e = set.equations[at(equation)];
-    const auto rows = residuals(set, e, values);
+    const auto rows = residuals(set, e, from);
     double worst = 0.0;
     for (std::size_t row = 0; row < e.rows; ++row)
         worst = std::isnan(rows[row]) ? rows[row] : std::max(worst, std::abs(rows[row]));
     return worst;
+}
+
+void EquationSystem::dropDoubtfulSenses() {
+    const double most = SketchData::kHolds * tolerance;
+    std::erase_if(senses, [&](const Sense& sense) { return !(residualOf(sense.equation, reference) <= most); });
 }
 
 std::vector<int> entitiesOf(const EquationSystem& system, std::span<const int> unknowns) {
@@ -99,7 +112,8 @@ EquationSystem emptySystem(const SketchData& sketch) {
     EquationSystem system;
     system.size = sketch.size();
     system.tolerance = sketch.tolerance * system.size;
-    system.aim = kRelativeAim * (sketch.tolerance / SketchData::kTolerance) * system.size;
+    const double finest = std::max(kElementAim * sketch.typicalSize(), kLeastAim * system.size);
+    system.aim = (sketch.tolerance / SketchData::kTolerance) * std::min(kRelativeAim * system.size, finest);
     system.figureValueCount = static_cast<int>(sketch.values.size());
     system.values = sketch.values;
     system.set.splines = &sketch.splines;

@@ -83,6 +83,8 @@ struct EquationSystem {
         bool isForward = true;
     };
     std::vector<Sense> senses;
+    /// Drops those of curves that were not tangent at the reference: there the sense may be chance.
+    void dropDoubtfulSenses();
 
     std::vector<SizeRow> sizes;  ///< that are kept, in the order of the shapes asked for
 
@@ -99,6 +101,8 @@ struct EquationSystem {
 
     /// Largest absolute residual of an equation at the values of now.
     double residualOf(int equation) const;
+    /// The same at other values.
+    double residualOf(int equation, std::span<const double> from) const;
 };
 
 /// Entities that have a value merged in one of the unknowns, ascending.

@@ -234,29 +234,29 @@ bool hasLeapt(int arc, Values before, Values now) {
 
 }  // namespace
 
-std::optional<Degeneracy> findFlaw(const SketchData& sketch, const EquationSystem& system,
-                                   std::span<const int> entities, double margin) {
-    const double least = margin * kCollapsed * system.size;
+std::optional<Degeneracy> findFlaw(const SketchData& sketch, Values now, double size, std::span<const int> entities,
+                                   double margin) {
+    const double least = margin * kCollapsed * size;
     for (const int number : entities) {
-        const Extent extent = extentOf(sketch, number, system.values);
+        const Extent extent = extentOf(sketch, number, now);
         if (!(extent.size >= least) && extentOf(sketch, number, sketch.reference).size >= least)
             return Degeneracy{number, -1, wholeName(sketch, number) + " would have " + extent.name};
-        if (isInsideOut(sketch, number, system.values))
+        if (isInsideOut(sketch, number, now))
             return Degeneracy{number, -1, wholeName(sketch, number) + " would turn inside out"};
-        if (hasExchangedAxes(sketch, number, system.values))
+        if (hasExchangedAxes(sketch, number, now))
             return Degeneracy{number, -1,
                               wholeName(sketch, number) + " would have a minor axis longer than its major one"};
     }
     return std::nullopt;
 }
 
-std::optional<Degeneracy> findRuined(const SketchData& sketch, const EquationSystem& system,
-                                     std::span<const int> entities, std::span<const char> isAsked, double least) {
+std::optional<Degeneracy> findRuined(const SketchData& sketch, Values now, double size, std::span<const int> entities,
+                                     std::span<const char> isAsked, double least) {
     for (const int number : entities) {
-        if (isBeyond(sketch, sketch.entities[at(number)], system.values, system.size))
+        if (isBeyond(sketch, sketch.entities[at(number)], now, size))
             return Degeneracy{number, -1, wholeName(sketch, number) + " would go far out of the drawing"};
         const bool mayShrink = at(number) < isAsked.size() && isAsked[at(number)] != 0;
-        if (!mayShrink && Shrinking(sketch, number, system.values, least, kCollapsed * system.size).isFound())
+        if (!mayShrink && Shrinking(sketch, number, now, least, kCollapsed * size).isFound())
             return Degeneracy{number, -1, wholeName(sketch, number) + " would shrink to next to nothing"};
     }
     return std::nullopt;

@@ -18,14 +18,24 @@ struct Degeneracy {
 /// inside out (an arc's sweep that passed through none or a full turn, a bulge that changed sign, an ellipse whose
 /// minor axis has become the longer one), judged against the sketch's reference. An entity that was so at the
 /// reference is not held against the solution. A margin above 1 calls bigger entities collapsed too, by that factor.
-std::optional<Degeneracy> findFlaw(const SketchData& sketch, const EquationSystem& system,
+/// The values now are the sketch's, and size is its size.
+std::optional<Degeneracy> findFlaw(const SketchData& sketch, std::span<const double> now, double size,
                                    std::span<const int> entities, double margin = 1.0);
+inline std::optional<Degeneracy> findFlaw(const SketchData& sketch, const EquationSystem& system,
+                                          std::span<const int> entities, double margin = 1.0) {
+    return findFlaw(sketch, system.values, system.size, entities, margin);
+}
 
 /// The first of the entities of which a length, a radius or a sweep has shrunk below this part of what it was at the
 /// reference, or of which a point has gone beyond all bounds: 1e4 times the sketch's size from where it was.
 /// isAsked: entities, by number, whose sizes the edit is about; they may shrink. Empty: none.
-std::optional<Degeneracy> findRuined(const SketchData& sketch, const EquationSystem& system,
+std::optional<Degeneracy> findRuined(const SketchData& sketch, std::span<const double> now, double size,
                                      std::span<const int> entities, std::span<const char> isAsked, double least);
+inline std::optional<Degeneracy> findRuined(const SketchData& sketch, const EquationSystem& system,
+                                            std::span<const int> entities, std::span<const char> isAsked,
+                                            double least) {
+    return findRuined(sketch, system.values, system.size, entities, isAsked, least);
+}
 
 /// True when a length, a radius or a sweep of one of the entities is below this part of what it was at the reference.
 /// Values of the sketch.

@@ -11,6 +11,9 @@ namespace holdfast::solver::detail {
 
 namespace {
 
+/// Elements that are asked for the size that is typical.
+constexpr std::size_t kMostAsked = 64;
+
 Vec2 onCircle(Vec2 centre, double radius, double angle) {
     return {centre.x + radius * std::cos(angle), centre.y + radius * std::sin(angle)};
 }
@@ -248,6 +251,28 @@ double SketchData::size() const {
     includeManyPairs(extent, valuesFrom(first, last));
     const double diagonal = extent.diagonal();
     return std::max(sizeAround, diagonal > 0.0 && std::isfinite(diagonal) ? diagonal : 1.0);
+}
+
+double SketchData::typicalSize() const {
+    const std::size_t stride = 1 + entities.size() / kMostAsked;
+    std::vector<double> diagonals;
+    for (std::size_t i = 0; i < entities.size(); i += stride) {
+        const SketchEntity& entity = entities[i];
+        const auto own = std::span(reference).subspan(static_cast<std::size_t>(entity.firstValue),
+                                                      static_cast<std::size_t>(entity.valueCount));
+        Extent extent;
+        if (isPoints(entity.kind))
+            includeManyPairs(extent, own);
+        else
+            include(extent, entity, own);
+        if (const double diagonal = extent.diagonal(); diagonal > 0.0 && std::isfinite(diagonal))
+            diagonals.push_back(diagonal);
+    }
+    if (diagonals.empty())
+        return size();
+    const auto middle = diagonals.begin() + std::ssize(diagonals) / 2;
+    std::nth_element(diagonals.begin(), middle, diagonals.end());
+    return *middle;
 }
 
 }  // namespace holdfast::solver::detail

@@ -135,6 +135,8 @@ struct SketchData {
     /// Length of the diagonal of the box around all geometry, at least that of the drawing around it; 1 for an empty or
     /// pointlike sketch. Unbounded lines count with their base point.
     double size() const;
+    /// The same of an element: of some all over the sketch as many are larger as smaller. Points are left out.
+    double typicalSize() const;
     /// Rounding may leave residuals a little above what a solve has called satisfied: up to so many tolerances, what
     /// was satisfied still holds, and what differs is the same.
     static constexpr double kHolds = 10.0;

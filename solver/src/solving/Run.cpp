@@ -61,7 +61,10 @@ EquationSystem Run::systemFor(const SketchData& sketch, const Task& task) {
         for (const int number : task.edited)
             sizes.shapes.push_back({number, weight, weight, 0.0});
     }
-    return buildSystem(sketch, bindingConstraints(sketch), sizes);
+    EquationSystem system = buildSystem(sketch, bindingConstraints(sketch), sizes);
+    if (task.isMending)
+        system.dropDoubtfulSenses();
+    return system;
 }
 
 SolverState Run::stateFor(const SketchData& sketch, const Task& task) {

@@ -22,7 +22,8 @@ struct Task {
     std::span<const double> aims{};      ///< where values would like to be; empty: where they are
     double least = SolverState::kLeast;  ///< see SolverState::setLeast
     bool isQuick = false;
-    bool isNearest = true;  ///< false: any solution will do
+    bool isNearest = true;   ///< false: any solution will do
+    bool isMending = false;  ///< tangencies that did not hold at the reference may turn over; see Answer::left
     Scope reach = Scope::rings;
     Budget* budget = nullptr;
 };

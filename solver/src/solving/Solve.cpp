@@ -11,6 +11,7 @@
 #include "solver/src/sketch/Index.h"
 #include "solver/src/sketch/Measure.h"
 #include "solver/src/solving/Loan.h"
+#include "solver/src/solving/Mending.h"
 #include "solver/src/solving/Stopwatch.h"
 #include "solver/src/solving/Trying.h"
 #include "solver/src/solving/Way.h"
@@ -176,7 +177,7 @@ private:
         if (!isLed && !atOnce.isSolved() && canFollow && m_isEdit && !atOnce.isContradicted)
             return tryNudged(std::move(atOnce));
         if (!isLed)
-            return atOnce.isSolved() || !canFollow ? atOnce : leadDimensions(std::move(atOnce));
+            return atOnce.isSolved() || !canFollow ? atOnce : mend(leadDimensions(std::move(atOnce)));
         if (atOnce.isContradicted || (atOnce.isSolved() && !isDoubtful(atOnce)))
             return orAlong(std::move(atOnce));
         Answer carried = tryCarried(atOnce.isSolved());
@@ -234,6 +235,14 @@ private:
         failed.result.reached = followed.result.reached;
         failed.values = std::move(followed.values);
         return failed;
+    }
+
+    /// A plain solve that has failed by all these ways.
+    Answer mend(Answer failed) {
+        if (m_isEdit || failed.isSolved() || isSpent(m_request.budget))
+            return failed;
+        Answer answer = Mending(m_work, m_trying, task(RelaxationLevel::exact, false)).run();
+        return answer.isSolved() ? answer : failed;
     }
 
     bool isReversed(const Answer& answer) const { return isReversed(answer, m_way->start()); }

@@ -54,8 +54,11 @@ Answer Trying::once(const Task& task) {
         m_mostWork = std::max(kMostWork, kMostTimes * m_work);
     answer.isContradicted = run.isContradicted();
     answer.suspects = run.suspects();
-    if (!answer.isSolved())
+    if (!answer.isSolved()) {
+        if (task.isMending)
+            answer.left.assign(run.values().begin(), run.values().end());
         return answer;
+    }
     answer.values.assign(run.values().begin(), run.values().end());
     answer.metric.assign(run.metric().begin(), run.metric().end());
     if (task.isEdit) {

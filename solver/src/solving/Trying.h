@@ -13,6 +13,7 @@ namespace holdfast::solver::detail {
 struct Answer {
     SolveResult result;
     std::vector<double> values, metric;  ///< of a failure the values where its way ended; empty when there was none
+    std::vector<double> left;            ///< where a try to mend has ended that failed
     std::vector<char> unchangedSizes;
     std::vector<int> unchangedLengths, changedLengths;
     int inexactLengths = 0;
