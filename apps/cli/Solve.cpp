@@ -89,11 +89,16 @@ void tellReached(const Findings& found) {
                   << '\n';
 }
 
-/// Why there is no solution, as far as it is known: "c7 (...), c9 (...) cannot hold together".
+/// Why there is no solution, as far as it is known: "c7 (...), c9 (...) cannot hold together". Where nothing is known,
+/// how near it came.
 std::string reasonOf(const Findings& found) {
-    if (!found.result.conflicting.empty())
-        return found.words(found.result.conflicting) + " cannot hold together";
-    return found.result.complaint;
+    const DocumentSolution& result = found.result;
+    if (!result.conflicting.empty())
+        return found.words(result.conflicting) + " cannot hold together";
+    if (!result.complaint.empty() || !result.worst)
+        return result.complaint;
+    return "no solution was found; where the search ended, " + spokenConstraint(found.constraint(*result.worst)) +
+           " was off by " + shortNumber(result.residual);
 }
 
 void tellResult(const Findings& found) {

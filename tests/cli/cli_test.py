@@ -91,6 +91,23 @@ class Program(InAFolder):
         self.assertIn("nine (distance a, 9)", result.stdout)
         self.assertFalse(out.exists())
 
+    def test_solve_tells_how_near_it_came_where_no_reason_is_known(self):
+        # Lines of one length, 10 at one end and 11 at the other: the set is too large to be proven.
+        count, lines, constraints = 3000, [], []
+        for i in range(count):
+            lines.append({"id": f"l{i}", "type": "line", "start": [10 * i, 3 * (i % 2)],
+                          "end": [10 * i + 10, 3 * ((i + 1) % 2)]})
+            if i > 0:
+                constraints += [constraint(f"e{i}", "equal", (f"l{i - 1}", "whole"), (f"l{i}", "whole")),
+                                constraint(f"c{i}", "coincident", (f"l{i - 1}", "end"), (f"l{i}", "start"))]
+        constraints += [constraint("ten", "distance", ("l0", "whole"), value=10),
+                        constraint("eleven", "distance", (f"l{count - 1}", "whole"), value=11)]
+        chain = dict(CORNER, entities=lines, constraints=constraints)
+        result = self.run_program("solve", self.file("chain.json", chain))
+        self.assertEqual(result.returncode, UNSOLVED)
+        self.assertRegex(result.stdout,
+                         r"no solution was found; where the search ended, \w+ \(.*\) was off by [0-9.e-]+\n")
+
     def test_solve_lists_each_conflict_once_and_calls_none_of_it_redundant(self):
         contrary = json.loads(json.dumps(CORNER))
         contrary["constraints"].append(constraint("upright", "vertical", ("a", "whole")))
