@@ -66,6 +66,15 @@ bool isFinite(const YxGeMatrix3d& transform) {
     return true;
 }
 
+/// The part of its length as drawn to which a line that has to turn round is led at most: steps keep twice of what an
+/// edit has to leave of it.
+constexpr double kVanishing = 0.03;
+
+Vec2 alongIn(const std::vector<double>& values, const SketchEntity& line) {
+    const std::size_t v = at(line.firstValue);
+    return {values[v + 2] - values[v], values[v + 3] - values[v + 1]};
+}
+
 std::vector<int> brokenIn(const SketchData& sketch) {
     const std::vector<double> misses = violationsOf(sketch);
     const double most = kHolds * sketch.size();
@@ -175,7 +184,8 @@ SolveResult HostDrag::follow(const EditRequest& request, const std::vector<doubl
 }
 
 /// Where the constraints do not let everything through, entities that are held whole keep their sizes if they can. What
-/// the first step of a drag cannot follow to may be reached on another way; later ones must not leave theirs.
+/// the first step of a drag cannot follow to may be reached on another way; later ones must not leave theirs, but for
+/// lines that stand before having no length: beyond that they go on, turned round.
 SolveResult HostDrag::yield(const EditRequest& request, const std::vector<double>& goals, const SolveResult& followed) {
     if (m_held.empty()) {
         if (m_firm == nullptr)
@@ -187,11 +197,16 @@ SolveResult HostDrag::yield(const EditRequest& request, const std::vector<double
             return kept;
         }
     }
-    if (m_steps == 1 || !followed.isSolved()) {
+    const bool isOpen = m_steps == 1 || !followed.isSolved();
+    const std::vector<int> vanishing = isOpen ? std::vector<int>() : vanishingLines(m_free->sketch.values);
+    if (isOpen || !vanishing.empty()) {
         SketchData direct = m_drawn;
-        const SolveRequest exactly{.targets = request.targets, .edited = request.edited, .namesConflicts = false};
+        const SolveRequest exactly{.targets = request.targets,
+                                   .edited = request.edited,
+                                   .patience = isOpen ? Patience::all : Patience::once,
+                                   .namesConflicts = false};
         SolveResult reached = solve(direct, exactly);
-        if (reached.isSolved()) {
+        if (reached.isSolved() && (isOpen || turnsOnly(vanishing, direct.values))) {
             take(direct.values, shortfallOf(direct, request));
             return reached;
         }
@@ -201,6 +216,27 @@ SolveResult HostDrag::yield(const EditRequest& request, const std::vector<double
         take(m_free->sketch.values, m_free->session.miss());
     }
     return followed;
+}
+
+/// Lines that a step has led to where nothing is left of them.
+std::vector<int> HostDrag::vanishingLines(const std::vector<double>& values) const {
+    std::vector<int> lines;
+    for (int number = 0; number < static_cast<int>(m_drawn.entities.size()); ++number)
+        if (const SketchEntity& entity = m_drawn.entities[at(number)]; entity.kind == EntityKind::line)
+            if (const double drawn = norm(alongIn(m_drawn.values, entity));
+                drawn > kHolds * m_drawn.size() && norm(alongIn(values, entity)) <= kVanishing * drawn)
+                lines.push_back(number);
+    return lines;
+}
+
+/// No other line points away from where the session has it.
+bool HostDrag::turnsOnly(const std::vector<int>& lines, const std::vector<double>& values) const {
+    for (int number = 0; number < static_cast<int>(m_drawn.entities.size()); ++number)
+        if (const SketchEntity& entity = m_drawn.entities[at(number)];
+            entity.kind == EntityKind::line && !std::binary_search(lines.begin(), lines.end(), number) &&
+            dot(alongIn(values, entity), alongIn(m_free->sketch.values, entity)) < 0.0)
+            return false;
+    return true;
 }
 
 std::vector<int> HostDrag::brokenNow() const {
@@ -278,10 +314,8 @@ bool HostDrag::isTurnedOver(const std::vector<double>& values) const {
     return std::any_of(m_drawn.entities.begin(), m_drawn.entities.end(), [&](const SketchEntity& entity) {
         if (entity.kind != EntityKind::line)
             return false;
-        const auto along = [v = at(entity.firstValue)](const std::vector<double>& of) {
-            return Vec2{of[v + 2] - of[v], of[v + 3] - of[v + 1]};
-        };
-        const Vec2 now = along(values), followed = along(m_host.sketch.values), drawn = along(m_drawn.values);
+        const Vec2 now = alongIn(values, entity), followed = alongIn(m_host.sketch.values, entity),
+                   drawn = alongIn(m_drawn.values, entity);
         const bool isBranch = !fellShort && std::abs(norm(followed) - norm(drawn)) <= same;
         return dot(now, followed) < 0.0 && (isBranch || dot(now, drawn) < 0.0);
     });

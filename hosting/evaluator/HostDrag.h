@@ -70,6 +70,8 @@ private:
     SolveResult yield(const EditRequest& request, const std::vector<double>& goals, const SolveResult& followed);
     bool keepShapes(const EditRequest& request);
     bool isTurnedOver(const std::vector<double>& values) const;
+    std::vector<int> vanishingLines(const std::vector<double>& values) const;
+    bool turnsOnly(const std::vector<int>& lines, const std::vector<double>& values) const;
     std::vector<int> brokenNow() const;
     bool breaksWhatHeld() const;
     void leaveBroken();

@@ -132,7 +132,8 @@ TEST(DragEdit, LeadsACornerOfARectanglePastTheOppositeOne) {
     const Vec2 corners[] = {{0, 0}, {98, 0}, {98, 58.2}, {0, 58.2}};
     for (std::size_t i = 0; i < 4; ++i)
         plate.entities[i].shape = LineShape{corners[i], corners[(i + 1) % 4]};
-    for (const char* edit : {"drag top.end by 0,-98", "drag top.end by 0,-60", "drag right.end by 5,-98"}) {
+    for (const char* edit : {"drag top.end by 0,-98", "drag top.end by 0,-60", "drag right.end by 5,-98",
+                             "drag top.end by 0,-98 steps 20", "drag right.end by 5,-98 steps 200"}) {
         Session session(plate);
         const EditResult& result = session.apply(edit);
         EXPECT_EQ(result.outcome.error, "") << edit;
