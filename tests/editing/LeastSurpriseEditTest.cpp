@@ -261,5 +261,45 @@ TEST(LeastSurpriseEdit, IsNotStoppedByAPartThatContradictsItself) {
     EXPECT_NEAR(lineOf(session, "b").end.y, 6.0, 1e-12);
 }
 
+/// A button: a side and two flanges, two arcs whose centres lie opposite each other, and a face that runs on from both.
+Document button() {
+    Document document;
+    document.name = "button";
+    const double quarter = std::numbers::pi / 2.0;
+    document.entities = {lineEntity("side", {-19, 9}, {-19, -9}),
+                         lineEntity("low", {-19, -9}, {-2, -9}),
+                         lineEntity("high", {-19, 9}, {-2, 9}),
+                         shapeEntity("top", ArcShape{{-2, 8}, 1, 0.0, quarter}),
+                         lineEntity("face", {-1, 8}, {-1, -8}),
+                         shapeEntity("foot", ArcShape{{-2, -8}, 1, -quarter, 0.0}),
+                         shapeEntity("x_axis", XlineShape{{0, 0}, {1, 0}})};
+    document.entities.back().fixed = true;
+    using enum PlaceKind;
+    document.constraints = {
+        constraintOf("c0", ConstraintType::vertical, {{"side"}}),
+        constraintOf("c1", ConstraintType::coincident, {{"low", start}, {"side", end}}),
+        constraintOf("c2", ConstraintType::horizontal, {{"low"}}),
+        constraintOf("c3", ConstraintType::coincident, {{"high", start}, {"side", start}}),
+        constraintOf("c4", ConstraintType::horizontal, {{"high"}}),
+        constraintOf("c5", ConstraintType::tangent, {{"high", end}, {"top", end}}),
+        constraintOf("c6", ConstraintType::tangent, {{"foot", start}, {"low", end}}),
+        constraintOf("c7", ConstraintType::tangent, {{"face", end}, {"foot", end}}),
+        constraintOf("c8", ConstraintType::tangent, {{"face", start}, {"top", start}}),
+        constraintOf("c9", ConstraintType::symmetric, {{"top", centre}, {"foot", centre}, {"x_axis"}})};
+    return document;
+}
+
+TEST(LeastSurpriseEdit, LetsOneRadiusGrowWhereAnotherOneCannotShrink) {
+    for (const char* by : {"1", "4", "9"}) {
+        Session session(button());
+        EXPECT_EQ(session.apply(std::string("lengthen side end by ") + by).outcome.error, "");
+        const Document& after = session.document();
+        EXPECT_EQ(after.constraints.size(), 10U);
+        EXPECT_EQ(lineOf(session, "side").start, (Vec2{-19, 9})) << by;
+        EXPECT_NEAR(std::get<ArcShape>(entityNamed(after, "top").shape).radius, 1.0, 1e-6) << by;
+        EXPECT_NEAR(std::get<ArcShape>(entityNamed(after, "foot").shape).radius, 1.0 + std::stod(by), 1e-6) << by;
+    }
+}
+
 }  // namespace
 }  // namespace holdfast::editing

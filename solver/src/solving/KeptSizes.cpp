@@ -123,6 +123,8 @@ private:
     }
 
     double scarcity(double size) const {
+        if (std::binary_search(m_sizes.spared.begin(), m_sizes.spared.end(), m_shape.entity))
+            return kScarcest;
         return std::clamp(m_sizes.sparedBelow / std::max(std::abs(size), m_builder.size() * kNothing), 1.0, kScarcest);
     }
 

@@ -55,7 +55,8 @@ Run::Run(const SketchData& sketch, const Task& task) : m_sketch(sketch), m_task(
 }
 
 EquationSystem Run::systemFor(const SketchData& sketch, const Task& task) {
-    KeptSizes sizes{{task.shapes.begin(), task.shapes.end()}, task.isFirm, task.emphasis, task.sparedBelow};
+    KeptSizes sizes{
+        {task.shapes.begin(), task.shapes.end()}, task.isFirm, task.emphasis, task.sparedBelow, task.spared};
     if (task.level != RelaxationLevel::exact) {
         const double weight = task.level == RelaxationLevel::sizes ? 0.0 : kSizeWeight;
         for (const int number : task.edited)

@@ -19,6 +19,7 @@ struct Task {
     std::vector<char> isFirm{};          ///< sizes of those shapes that stay exactly
     std::vector<double> emphasis{};      ///< of those sizes; see KeptSizes
     double sparedBelow = 0.0;            ///< the same
+    std::vector<int> spared{};           ///< the same
     std::span<const double> aims{};      ///< where values would like to be; empty: where they are
     double least = SolverState::kLeast;  ///< see SolverState::setLeast
     bool isQuick = false;

@@ -13,6 +13,9 @@ namespace {
 /// How often sizes are weighed again so that few change instead of many.
 constexpr int kMostReweighted = 4;
 
+/// How often what a try has left degenerate is spared in a further one.
+constexpr int kMostSpared = 2;
+
 /// A size that changes by more than this part of itself makes another way worth a look.
 constexpr double kTwisted = 0.5;
 
@@ -80,18 +83,38 @@ Answer Trying::once(const Task& task) {
     return answer;
 }
 
-/// A change is shared out among sizes alike, and the share of a small one may be more than there is of it. The task
-/// says afterwards what it took.
+/// A change is shared out among sizes alike, and the share of a small one may be more than there is of it: then small
+/// ones count more, and after that the very ones that came to nothing. The task says afterwards what it took.
 Answer Trying::sparingSmall(Task& task) {
     Answer answer = once(task);
     if (answer.result.status != SolveStatus::degenerate || task.shapes.empty() || m_sparedBelow == 0.0)
         return answer;
     task.sparedBelow = m_sparedBelow;
     Answer spared = once(task);
+    for (int i = 0; i < kMostSpared && spare(spared.result, task.spared); ++i)
+        spared = once(task);
     if (spared.isSolved())
         return spared;
     task.sparedBelow = 0.0;
+    task.spared.clear();
     return answer;
+}
+
+/// Adds what has degenerate to what is spared; false when nothing is to be added.
+bool Trying::spare(const SolveResult& result, std::vector<int>& spared) const {
+    if (result.status != SolveStatus::degenerate || !result.degeneracy)
+        return false;
+    const std::size_t before = spared.size();
+    const auto add = [&](int entity) {
+        const auto at = std::lower_bound(spared.begin(), spared.end(), entity);
+        if (entity >= 0 && (at == spared.end() || *at != entity))
+            spared.insert(at, entity);
+    };
+    add(result.degeneracy->entity);
+    if (const int constraint = result.degeneracy->constraint; constraint >= 0)
+        for (const SketchPlace& place : m_sketch.constraints[static_cast<std::size_t>(constraint)].refs)
+            add(place.entity);
+    return spared.size() > before;
 }
 
 /// With the shapes as wishes, weighed again until few change.

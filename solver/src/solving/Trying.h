@@ -77,6 +77,7 @@ public:
 
 private:
     Answer wishing(Task task);
+    bool spare(const SolveResult& result, std::vector<int>& spared) const;
     Answer changingFewest(Task task, Answer wished);
     void keepAlso(Task& task, std::span<const int> sizes, Answer& best, int most);
     std::vector<KeptShape> unturned() const;
