@@ -38,12 +38,15 @@ Mending::Mending(SketchData& sketch, Trying& trying, Task task)
     m_task.isMending = true;
 }
 
-Answer Mending::run() {
+Answer Mending::fromHere() {
     Answer best = inShape();
     if (best.isSolved())
         return best;
-    if (Answer answer = withoutDoubtful(); answer.isSolved())
-        return answer;
+    Answer answer = withoutDoubtful();
+    return answer.isSolved() ? answer : best;
+}
+
+Answer Mending::anew(Answer best) {
     const long most = m_trying.work() + kMostMending;
     std::size_t fewest = brokenAt(best.left).size();
     for (int i = 0; i < kMostBeginnings && !best.left.empty() && m_trying.work() < most; ++i) {

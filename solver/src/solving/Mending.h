@@ -10,11 +10,14 @@ namespace holdfast::solver::detail {
 /// change sides. What held keeps its sense, and nothing collapses or turns inside out, measured by the reference.
 class Mending {
 public:
-    /// The sketch is the caller's, and other than it was only for as long as run() takes.
+    /// The sketch is the caller's, and other than it was only for as long as a call takes.
     Mending(SketchData& sketch, Trying& trying, Task task);
 
-    /// The first answer of all ways that is sound; else one that is not solved.
-    Answer run();
+    /// The first sound answer from where the sketch is; else one that is not solved.
+    Answer fromHere();
+    /// From other beginnings, of which many may be tried: for what is not known to contradict itself. `best` is what
+    /// fromHere() gave.
+    Answer anew(Answer best);
 
 private:
     Answer inShape();

@@ -62,6 +62,30 @@ std::vector<int> brokenIn(const SketchData& sketch) {
     return broken;
 }
 
+/// Whether a conflict can hold after all, from where the way of the edit has ended.
+bool holdsFarther(SketchData sketch, const ConflictSet& conflict, const Answer& answer, const SolveRequest& request) {
+    if (answer.values.size() != sketch.values.size())
+        return false;
+    sketch.values = answer.values;
+    std::vector<Target> targets;
+    for (const int number : conflict.targets)
+        targets.push_back(request.targets[at(number)]);
+    Effort effort(request.budget, Effort::kMostForEdit);
+    return canHold(sketch, conflict.constraints, targets, Care::thorough, effort);
+}
+
+void nameConflict(const SketchData& sketch, Answer& answer, const SolveRequest& request) {
+    const ConflictSet conflict = findConflict(sketch, answer.suspects, request.targets, request.budget);
+    if (conflict.isEmpty() || holdsFarther(sketch, conflict, answer, request))
+        return;
+    SolveResult& result = answer.result;
+    if (conflict.isMinimal && result.status == SolveStatus::unreached)
+        result.status = SolveStatus::conflicting;
+    result.conflicting = conflict.constraints;
+    result.contradictedTargets = conflict.targets;
+    result.isConflictMinimal = conflict.isMinimal;
+}
+
 /// One request, by all ways that there are.
 class Solving {
 public:
@@ -117,7 +141,18 @@ public:
     /// The sketch is as it was from here on; nothing is to be tried after it.
     void giveBack() { m_loan.giveBack(); }
 
+    /// Names what stands in the way, once.
+    void explain(const SketchData& asked, Answer& answer) {
+        if (m_hasExplained || !m_request.namesConflicts || isSpent(m_request.budget))
+            return;
+        const Stopwatch explaining;
+        nameConflict(asked, answer, m_request);
+        m_secondsExplaining = explaining.seconds();
+        m_hasExplained = true;
+    }
+
     const std::vector<ValueGoal>& values() const { return m_values; }
+    double secondsExplaining() const { return m_secondsExplaining; }
     double secondsBuilding() const { return m_trying.secondsBuilding(); }
     long work() const { return m_trying.work(); }
 
@@ -237,11 +272,17 @@ private:
         return failed;
     }
 
-    /// A plain solve that has failed by all these ways.
+    /// A plain solve that has failed by all these ways. What is known to contradict itself begins nowhere else.
     Answer mend(Answer failed) {
         if (m_isEdit || failed.isSolved() || isSpent(m_request.budget))
             return failed;
-        Answer answer = Mending(m_work, m_trying, task(RelaxationLevel::exact, false)).run();
+        Mending mending(m_work, m_trying, task(RelaxationLevel::exact, false));
+        Answer answer = mending.fromHere();
+        if (answer.isSolved())
+            return answer;
+        explain(m_work, failed);
+        if (!failed.result.isConflictMinimal)
+            answer = mending.anew(std::move(answer));
         return answer.isSolved() ? answer : failed;
     }
 
@@ -511,31 +552,9 @@ private:
     double m_least = SolverState::kLeast;
     bool m_isEdit = false;
     bool m_keepsPlaces = false;  ///< on the way
+    bool m_hasExplained = false;
+    double m_secondsExplaining = 0.0;
 };
-
-/// Whether a conflict can hold after all, from where the way of the edit has ended.
-bool holdsFarther(SketchData sketch, const ConflictSet& conflict, const Answer& answer, const SolveRequest& request) {
-    if (answer.values.size() != sketch.values.size())
-        return false;
-    sketch.values = answer.values;
-    std::vector<Target> targets;
-    for (const int number : conflict.targets)
-        targets.push_back(request.targets[at(number)]);
-    Effort effort(request.budget, Effort::kMostForEdit);
-    return canHold(sketch, conflict.constraints, targets, Care::thorough, effort);
-}
-
-void nameConflict(const SketchData& sketch, Answer& answer, const SolveRequest& request) {
-    const ConflictSet conflict = findConflict(sketch, answer.suspects, request.targets, request.budget);
-    if (conflict.isEmpty() || holdsFarther(sketch, conflict, answer, request))
-        return;
-    SolveResult& result = answer.result;
-    if (conflict.isMinimal && result.status == SolveStatus::unreached)
-        result.status = SolveStatus::conflicting;
-    result.conflicting = conflict.constraints;
-    result.contradictedTargets = conflict.targets;
-    result.isConflictMinimal = conflict.isMinimal;
-}
 
 /// Puts the values of an answer into the sketch, and notes what moves there.
 void take(SketchData& sketch, Answer& answer) {
@@ -573,7 +592,7 @@ SolveResult solve(SketchData& sketch, const SolveRequest& request) {
     solving.giveBack();
     answer.result.work = solving.work();
     answer.result.times.building = solving.secondsBuilding();
-    answer.result.times.iterating = iterating.seconds() - answer.result.times.building;
+    answer.result.times.iterating = iterating.seconds() - answer.result.times.building - solving.secondsExplaining();
     if (answer.isSolved()) {
         for (const ValueGoal& value : solving.values())
             sketch.constraints[at(value.constraint)].value = value.goal;
@@ -582,14 +601,11 @@ SolveResult solve(SketchData& sketch, const SolveRequest& request) {
             noteLeftAlone(sketch, answer, answer.result.leftAlone);
         return std::move(answer.result);
     }
-    const Stopwatch explaining;
-    if (request.namesConflicts && !isSpent(request.budget)) {
-        SketchData asked = sketch;
-        for (const ValueGoal& value : solving.values())
-            asked.constraints[at(value.constraint)].value = value.goal;
-        nameConflict(asked, answer, request);
-    }
-    answer.result.times.explaining = explaining.seconds();
+    SketchData asked = sketch;
+    for (const ValueGoal& value : solving.values())
+        asked.constraints[at(value.constraint)].value = value.goal;
+    solving.explain(asked, answer);
+    answer.result.times.explaining = solving.secondsExplaining();
     return std::move(answer.result);
 }
 
