@@ -301,7 +301,9 @@ private:
 
     /// Entities at corners that turn to the other side, but for those that the edit itself moves.
     std::vector<int> turnedOver(const Answer& answer) const {
-        std::vector<int> over = m_corners.turnedOver(m_way->start(), answer.values);
+        if (!m_corners)
+            m_corners.emplace(m_work);
+        std::vector<int> over = m_corners->turnedOver(m_way->start(), answer.values);
         if (over.empty())
             return over;
         std::vector<int> moved(m_request.edited.begin(), m_request.edited.end());
@@ -544,7 +546,7 @@ private:
     SketchData& m_work;  ///< the sketch with the dimensions asked for
     Loan m_loan;
     Trying m_trying{m_work};
-    Corners m_corners{m_work};
+    mutable std::optional<Corners> m_corners;  ///< made when first asked for: a plain solve does not
     std::vector<ValueGoal> m_values;
     std::vector<int> m_dimensions;
     std::vector<int> m_named;
