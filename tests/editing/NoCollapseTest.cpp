@@ -13,14 +13,13 @@
 
 #include "editing/Session.h"
 #include "editing/fates/Sizes.h"
-#include "formats/FileIo.h"
 #include "formats/json/JsonWriter.h"
 #include "geometry/Box.h"
 #include "geometry/GeometryError.h"
 #include "geometry/Vec2.h"
 #include "geometry/curves/Parameters.h"
 #include "tests/editing/RandomEdits.h"
-#include "tests/support/DrawingFolder.h"
+#include "tests/editing/SmallDrawings.h"
 #include "tests/support/Environment.h"
 
 namespace holdfast::editing {
@@ -103,11 +102,7 @@ TEST(RandomMoves, LeaveMoreThanAHundredthOfEverySize) {
     const int wanted = testing::numberFrom("HOLDFAST_COLLAPSE_EDITS", 30);
     const bool tells = std::getenv("HOLDFAST_TELL") != nullptr;
     RandomEdits edits(static_cast<unsigned>(testing::numberFrom("HOLDFAST_SEED", 1)));
-    std::vector<Document> drawings;
-    for (const auto& file : testing::drawingFiles())
-        if (Document document = formats::readDrawing(file);
-            !document.entities.empty() && document.entities.size() <= kMostEntities)
-            drawings.push_back(std::move(document));
+    const std::vector<Document> drawings = smallDrawings(kMostEntities);
     std::map<std::string, std::pair<int, int>> counts;  // done, refused
     int done = 0;
     for (std::size_t next = 0; done < wanted; ++next) {

@@ -12,11 +12,10 @@
 #include "document/checks/ConstraintCheck.h"
 #include "editing/Refusal.h"
 #include "editing/Session.h"
-#include "formats/FileIo.h"
 #include "geometry/Tolerances.h"
 #include "hosting/DocumentSketch.h"
 #include "tests/editing/RandomEdits.h"
-#include "tests/support/DrawingFolder.h"
+#include "tests/editing/SmallDrawings.h"
 #include "tests/support/Environment.h"
 
 namespace holdfast::editing {
@@ -59,11 +58,7 @@ std::string lostTrueOnes(const Document& before, const Session& session) {
 TEST(TrueDimensions, OutliveRandomEdits) {
     const int wanted = testing::numberFrom("HOLDFAST_TRUE_EDITS", 200);
     RandomEdits edits(static_cast<unsigned>(testing::numberFrom("HOLDFAST_SEED", 1)));
-    std::vector<Document> drawings;
-    for (const auto& file : testing::drawingFiles())
-        if (Document document = formats::readDrawing(file);
-            !document.entities.empty() && document.entities.size() <= kMostEntities)
-            drawings.push_back(std::move(document));
+    const std::vector<Document> drawings = smallDrawings(kMostEntities);
     int done = 0, deleted = 0;
     for (std::size_t next = 0; done < wanted; ++next) {
         const Document& drawing = drawings[next % drawings.size()];

@@ -56,4 +56,14 @@ std::vector<double> violationsOf(const SketchData& sketch) {
     return misses;
 }
 
+std::vector<int> brokenConstraints(const SketchData& sketch) {
+    const std::vector<double> misses = violationsOf(sketch);
+    const double most = sketch.slack();
+    std::vector<int> broken;
+    for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
+        if (!(misses[c] <= most))
+            broken.push_back(static_cast<int>(c));
+    return broken;
+}
+
 }  // namespace holdfast::solver::detail

@@ -13,4 +13,7 @@ double measured(const SketchData& sketch, int constraint);
 /// those that do not bind. One more number at the end: the rules of the entities themselves, the worst of them.
 std::vector<double> violationsOf(const SketchData& sketch);
 
+/// Constraints that do not hold, ascending. Linear in the sketch.
+std::vector<int> brokenConstraints(const SketchData& sketch);
+
 }  // namespace holdfast::solver::detail

@@ -149,13 +149,9 @@ std::vector<int> Mending::doubtfulSides() const {
 std::vector<int> Mending::brokenAt(const std::vector<double>& values) const {
     if (values.empty())
         return {};
-    const std::vector<double> now = std::exchange(m_sketch.values, values);
-    const std::vector<double> misses = violationsOf(m_sketch);
-    m_sketch.values = now;
-    std::vector<int> broken;
-    for (std::size_t c = 0; c < m_sketch.constraints.size(); ++c)
-        if (!(misses[c] <= m_sketch.slack()))
-            broken.push_back(static_cast<int>(c));
+    std::vector<double> now = std::exchange(m_sketch.values, values);
+    std::vector<int> broken = brokenConstraints(m_sketch);
+    m_sketch.values = std::move(now);
     return broken;
 }
 

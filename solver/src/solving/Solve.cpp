@@ -51,17 +51,6 @@ constexpr long kMostWasted = 1'000'000;
 /// cosines lose their slope.
 constexpr double kLongestTurn = 0.35, kTurned = 0.3;
 
-/// Constraints that do not hold.
-std::vector<int> brokenIn(const SketchData& sketch) {
-    const std::vector<double> misses = violationsOf(sketch);
-    const double most = sketch.slack();
-    std::vector<int> broken;
-    for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
-        if (!(misses[c] <= most))
-            broken.push_back(static_cast<int>(c));
-    return broken;
-}
-
 /// Whether a conflict can hold after all, from where the way of the edit has ended.
 bool holdsFarther(SketchData sketch, const ConflictSet& conflict, const Answer& answer, const SolveRequest& request) {
     if (answer.values.size() != sketch.values.size())
@@ -514,7 +503,7 @@ private:
         const Task asked = task(RelaxationLevel::exact, true);
         const Run whole(m_work, asked);
         std::vector<int> broken;
-        for (const int number : brokenIn(before)) {
+        for (const int number : brokenConstraints(before)) {
             if (!whole.concernsConstraint(number) ||
                 std::find(m_dimensions.begin(), m_dimensions.end(), number) != m_dimensions.end())
                 continue;
@@ -579,7 +568,7 @@ void take(SketchData& sketch, Answer& answer) {
 void noteLeftAlone(const SketchData& sketch, const Answer& answer, std::vector<int>& leftAlone) {
     if (!answer.leavesBroken)
         return;
-    const std::vector<int> broken = brokenIn(sketch);
+    const std::vector<int> broken = brokenConstraints(sketch);
     leftAlone.insert(leftAlone.end(), broken.begin(), broken.end());
     std::sort(leftAlone.begin(), leftAlone.end());
     leftAlone.erase(std::unique(leftAlone.begin(), leftAlone.end()), leftAlone.end());
