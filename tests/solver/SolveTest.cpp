@@ -45,6 +45,15 @@ TEST(Solve, MeetsHalfWayWhenNothingElseDecides) {
     expectAt(sketch, "q", {2, 1});
 }
 
+TEST(Solve, MeetsAtTheMeanToTheLastBitWhereNoEquationIsLeft) {
+    SketchText sketch(
+        "line a 0,0.1 10,0.4; line b 20,0.7 30,0.2; horizontal a; horizontal b; coincident a.end b.start");
+    EXPECT_EQ(solve(sketch.sketch, {}).status, SolveStatus::solved);
+    EXPECT_EQ(sketch.at("a.start").y, (0.1 + 0.4 + 0.7 + 0.2) / 4);
+    EXPECT_EQ(sketch.at("a.end").x, 15.0);
+    EXPECT_EQ(sketch.at("b.start").x, 15.0);
+}
+
 TEST(Solve, MovesAPointOntoALineByTheShortestWay) {
     SketchText sketch("point p 3,4; fixed! line a 0,0 10,0; point_on_curve p a");
     solve(sketch.sketch, {});

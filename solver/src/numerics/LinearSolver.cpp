@@ -99,12 +99,14 @@ struct LinearSolver::Data {
     }
 };
 
-LinearSolver::LinearSolver() : m_data(std::make_unique<Data>()) {}
+LinearSolver::LinearSolver() = default;
 LinearSolver::~LinearSolver() = default;
 LinearSolver::LinearSolver(LinearSolver&&) noexcept = default;
 LinearSolver& LinearSolver::operator=(LinearSolver&&) noexcept = default;
 
 void LinearSolver::analyse(const ColumnPattern& pattern, const ColumnPattern& curvature) {
+    if (!m_data)
+        m_data = std::make_unique<Data>();
     Data& d = *m_data;
     d.columns = pattern.columnCount();
     d.rows = pattern.rowCount;
@@ -162,8 +164,12 @@ bool LinearSolver::factorise(std::span<const double> weights, std::span<const do
     return d.hasFactors;
 }
 
+bool LinearSolver::hasPattern() const {
+    return m_data != nullptr;
+}
+
 bool LinearSolver::hasFactors() const {
-    return m_data->hasFactors;
+    return m_data && m_data->hasFactors;
 }
 
 int LinearSolver::negativePivots() const {
@@ -171,7 +177,7 @@ int LinearSolver::negativePivots() const {
 }
 
 double LinearSolver::multiplications() const {
-    return m_data->multiplications;
+    return m_data ? m_data->multiplications : 0.0;
 }
 
 void LinearSolver::solve(std::span<double> g, std::span<double> h, bool isExact) {

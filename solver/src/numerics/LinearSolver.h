@@ -35,6 +35,8 @@ public:
     /// Orders the unknowns for a pattern of J, and of W below its diagonal; kept for all factorisations that follow.
     void analyse(const ColumnPattern& pattern, const ColumnPattern& curvature = {});
 
+    bool hasPattern() const;
+
     /// The diagonal of W, J, D, and W below its diagonal. False when a pivot is not a number.
     bool factorise(std::span<const double> weights, std::span<const double> jacobian, std::span<const double> damping,
                    std::span<const double> curvature = {});

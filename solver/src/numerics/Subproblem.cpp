@@ -31,12 +31,21 @@ Subproblem::Subproblem(EquationSystem& system, std::span<const int> unknowns)
                 m_members.push_back({v, column, link.sign, link.offset});
         }
     }
+    m_pattern.starts.assign(m_unknowns.size() + 1, 0);
+    m_firstSlot.push_back(0);
+    if (m_equations.empty())
+        return;
     makePattern();
     listSlacks();
-    m_linear.analyse(m_pattern);
 }
 
 Subproblem::~Subproblem() = default;
+
+LinearSolver& Subproblem::linearSolver() {
+    if (!m_linear.hasPattern())
+        m_linear.analyse(m_pattern);
+    return m_linear;
+}
 
 LagrangianHessian& Subproblem::curvature() {
     if (!m_curvature)
@@ -71,7 +80,6 @@ void Subproblem::makePattern() {
     for (std::size_t i = 0; i < m_equations.size(); ++i) {
         const Equation& equation = m_system.set.equations[at(m_equations[i])];
         const auto inputs = m_system.set.inputsOf(equation);
-        m_firstSlot.push_back(static_cast<int>(m_slots.size()));
         for (std::size_t k = 0; k < inputs.size(); ++k) {
             const ValueLink& link = m_system.links[at(inputs[k])];
             const auto column = link.unknown < 0 ? columnOf.end() : columnOf.find(link.unknown);
@@ -81,8 +89,8 @@ void Subproblem::makePattern() {
             if (std::exchange(lastUse[at(column->second)], static_cast<int>(i)) != static_cast<int>(i))
                 count[at(column->second) + 1] += equation.rows;
         }
+        m_firstSlot.push_back(static_cast<int>(m_slots.size()));
     }
-    m_firstSlot.push_back(static_cast<int>(m_slots.size()));
     std::partial_sum(count.begin(), count.end(), count.begin());
     m_pattern.starts = count;
     m_pattern.rows.resize(at(count.back()));

@@ -63,7 +63,10 @@ public:
     }
     int firstRowOf(std::size_t equation) const { return m_firstRow[equation]; }
 
-    LinearSolver& linearSolver() { return m_linear; }
+    /// Ordered when it is first asked for: where there are no equations nobody asks.
+    LinearSolver& linearSolver();
+    /// Of its last factorisation, see LinearSolver; 0 before the first.
+    double multiplications() const { return m_linear.multiplications(); }
 
     /// The nearest point that was found with the factors at hand: a search that begins there, for other targets,
     /// begins with all of it. No weights: there is nothing to begin with.

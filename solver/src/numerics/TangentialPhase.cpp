@@ -38,6 +38,9 @@ bool hasCarriedTo(Subproblem& subproblem, const Pull& pull, std::span<const doub
 
 namespace {
 
+/// Of collapses on the way: one that ended at a border can be taken up again.
+constexpr double kMargin = 2.0;
+
 /// The way along the equations from one point to the next.
 class Slider {
 public:
@@ -358,7 +361,6 @@ private:
     static constexpr double kSharper = 0.3;     // of the residual that a point may have: there is room to grow again
     static constexpr double kTrusted = 1e-4;    // of the size: farther away the nearest point is not at hand
     static constexpr double kShrinks = 0.5;     // what a step may be of the one before; Newton's shrink far faster
-    static constexpr double kMargin = 2.0;      // collapses: a way that ended at a border can be taken up again
     static constexpr double kComeBack = 1e-2;   // of a step: less is where it began, as at a double root
     static constexpr double kRounding = 1e-14;  // of the pull: no step that promises less can be seen to help
 
@@ -386,10 +388,32 @@ private:
     bool m_isStale = false;      ///< the factors are no longer those of m_x
 };
 
+/// Unknowns that no equation reads are nearest to their targets at them, and are brought there in one step: unless it
+/// is too long for one, or what they come to is not sound.
+std::optional<IterationReport> goFreely(Subproblem& subproblem, const Pull& pull, std::vector<double>& x,
+                                        const IterationLimits& limits) {
+    if (subproblem.rowCount() > 0 || limits.sliding == 0)
+        return std::nullopt;
+    const double most = limits.stride * subproblem.system().size;
+    for (std::size_t j = 0; j < x.size(); ++j)
+        if (!(std::abs(pull.targets[j] - x[j]) * subproblem.metric()[j] <= most))
+            return std::nullopt;
+    const bool isGuarded = limits.isSound && limits.isSound(1.0);
+    subproblem.write(pull.targets);
+    if ((isGuarded && !limits.isSound(kMargin)) || !maySpend(limits.budget)) {
+        subproblem.write(x);
+        return std::nullopt;
+    }
+    x = pull.targets;
+    return IterationReport{.isSatisfied = true, .isNearest = true, .isSound = isGuarded, .iterations = 1};
+}
+
 }  // namespace
 
 IterationReport slide(Subproblem& subproblem, const Pull& pull, std::vector<double>& x, const IterationLimits& limits,
                       double residual) {
+    if (const auto free = goFreely(subproblem, pull, x, limits))
+        return *free;
     Slider slider(subproblem, pull, x, limits, residual);
     IterationReport report;
     report.isSatisfied = true;

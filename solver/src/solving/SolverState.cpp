@@ -43,10 +43,10 @@ long widthOf(const Subproblem& subproblem) {
 }
 
 /// Unknowns and rows gone through, and what factors that fill up take beside that, in the same measure.
-long workOf(Subproblem& subproblem, const IterationReport& report) {
+long workOf(const Subproblem& subproblem, const IterationReport& report) {
     if (report.iterations == 0)
         return 0;
-    const double filling = subproblem.linearSolver().multiplications() / kMultiplicationsOfUnit;
+    const double filling = subproblem.multiplications() / kMultiplicationsOfUnit;
     return report.iterations * (widthOf(subproblem) + static_cast<long>(filling));
 }
 
