@@ -356,5 +356,33 @@ TEST(LeastSurpriseEdit, CarriesSmallArcsAlongHoweverFarADimensionIsLed) {
     }
 }
 
+/// A nose over a chord of 18, that an upright line 4 beside the chord touches.
+Document nose() {
+    const double half = 2.0 * std::atan(4.0 / 9.0), radius = 9.0 / std::sin(half);
+    Document document;
+    document.name = "nose";
+    document.entities = {lineEntity("chord", {0, -9}, {0, 9}), lineEntity("tip", {4, -50}, {4, 50}),
+                         shapeEntity("round", ArcShape{{4 - radius, 0}, radius, -half, half})};
+    const PlaceKind start = PlaceKind::start, end = PlaceKind::end;
+    document.constraints = {constraintOf("c0", ConstraintType::fixed, {{"chord", start}}),
+                            constraintOf("c1", ConstraintType::fixed, {{"chord", end}}),
+                            constraintOf("c2", ConstraintType::coincident, {{"round", start}, {"chord", start}}),
+                            constraintOf("c3", ConstraintType::coincident, {{"round", end}, {"chord", end}}),
+                            constraintOf("c4", ConstraintType::vertical, {{"tip"}}),
+                            constraintOf("c5", ConstraintType::tangent, {{"round"}, {"tip"}}),
+                            dimensionOf("c6", ConstraintType::distanceX, {{"chord", start}, {"tip", start}}, 4)};
+    return document;
+}
+
+TEST(LeastSurpriseEdit, LetsASweepGrowByMoreThanHalfATurn) {
+    for (const double to : {5.0, 25.0, 60.0, 600.0}) {
+        Session session(nose());
+        EXPECT_EQ(session.apply("set c6 " + std::to_string(to)).outcome.error, "") << to;
+        const auto& arc = std::get<ArcShape>(entityNamed(session.document(), "round").shape);
+        EXPECT_NEAR(arc.radius, (81 + to * to) / (2 * to), 1e-6) << to;
+        EXPECT_NEAR(arc.endAngle - arc.startAngle, 4 * std::atan(to / 9), 1e-6) << to;
+    }
+}
+
 }  // namespace
 }  // namespace holdfast::editing

@@ -414,6 +414,7 @@ private:
         Task settling = task(RelaxationLevel::exact, true);
         const std::vector<double> aims = m_work.values;
         settling.aims = aims;
+        settling.passed = last.values;
         Answer settled = m_trying.from(last.values, [&] { return tryKeepingPlaces(settling); });
         if (!settled.isSolved() || findReversed(m_work, settled.concerned, last.values, settled.values) >= 0 ||
             (!turnedOver(settled).empty() && turnedOver(last).empty()))
@@ -431,6 +432,7 @@ private:
         if (m_keepsPlaces)
             step.kept = m_request.kept;
         step.shapes = m_trying.shapes();
+        step.passed = values;
         if (&from != &values)
             step.aims = values;
         Answer answer = m_trying.from(from, [&] { return m_trying.sparingSmall(step); });
