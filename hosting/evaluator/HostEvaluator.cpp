@@ -80,6 +80,7 @@ void HostEvaluator::endCommand() {
     m_drag.reset();
     m_stretchStart.reset();
     m_rotateStart.reset();
+    m_placedFrom.clear();
     m_trialPointCount = 0;
     m_rotateReport.clear();
     m_yielded.reset();
@@ -124,9 +125,8 @@ bool HostEvaluator::evaluate(AssocConstraintHeader& header) {
         case EditKind::properties:
             return feedAndSolve(header, kPropertiesEditor, &propertiesDemand);
         case EditKind::mirror:
-            return solveAround(namesIn(header), [&](HostSketch& host) {
-                return placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds));
-            });
+            return solveAround(namesIn(header),
+                               [&](HostSketch& host) { return demandAsPlaced(host, header.editedObjectIds); });
         case EditKind::stretch:
             return stretch(header);
         case EditKind::rotate:
@@ -368,6 +368,30 @@ bool HostEvaluator::lead(const std::vector<DimensionGoal>& goals) {
     return m_last.solved;
 }
 
+bool HostEvaluator::leadLength(const std::string& line, double length) {
+    const HostProcess::Scope bound(m_drawing.process());
+    const Evaluation before = m_last;
+    run([&] {
+        HostSketch host = allAround({line});
+        SketchConstraint dimension;
+        dimension.type = ConstraintType::distance;
+        dimension.refs = {{host.numberOf(line), PlaceKind::whole, 0}};
+        dimension.value = length;
+        const ValueGoal goal{host.sketch.addConstraint(std::move(dimension)), length};
+        const SolveResult result = solve(host.sketch, {.values = {goal},
+                                                       .edited = {host.numberOf(line)},
+                                                       .keepsShapes = true,
+                                                       .patience = Patience::way,
+                                                       .namesConflicts = false});
+        accept(host, {}, result);
+    });
+    const bool isLed = m_last.solved;
+    if (!isLed)
+        m_last = before;
+    HostAccess::setStatus(m_drawing.group(), kUpToDateAssocStatus);
+    return isLed;
+}
+
 bool HostEvaluator::hold(const std::string& constraint) {
     const HostProcess::Scope bound(m_drawing.process());
     run([&] {
@@ -451,7 +475,15 @@ bool HostEvaluator::endDrag(AssocConstraintHeader& header) {
     return solveAndWrite(host, request);
 }
 
-/// Objects that the host has placed itself: they stay where they are, the others follow.
+/// They stay where they are, the others follow.
+EditRequest HostEvaluator::demandAsPlaced(HostSketch& host, const YxArray<YxDbObjectId>& ids) const {
+    for (const auto& [name, before] : m_placedFrom)
+        if (const int number = host.numberOf(name); number >= 0)
+            host.setReference(number, before);
+    return placedDemand(host, host.numbersOf(m_drawing, ids));
+}
+
+/// Objects that the host has placed itself.
 void HostEvaluator::evaluateStatic(LvEvaDataConverter& converter) {
     run([&] {
         YxArray<YxDbObjectId> ids;
@@ -461,8 +493,7 @@ void HostEvaluator::evaluateStatic(LvEvaDataConverter& converter) {
             ids.append(record->id);
             names.push_back(m_drawing.nameOf(record->id));
         }
-        solveAround(std::move(names),
-                    [&](HostSketch& host) { return placedDemand(host, host.numbersOf(m_drawing, ids)); });
+        solveAround(std::move(names), [&](HostSketch& host) { return demandAsPlaced(host, ids); });
     });
     ConverterFeed::consume(&converter);
 }

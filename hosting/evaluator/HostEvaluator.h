@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -57,9 +58,18 @@ public:
     /// Leads dimensions that drive the drawing to other values and has everything that hangs on them follow. False when
     /// the constraints do not let them, and nothing has changed then.
     bool lead(const std::vector<DimensionGoal>& goals);
+    /// Gives a line another length, wherever its ends come to lie. False when the constraints do not let it: then
+    /// nothing has changed, and last() is as it was.
+    bool leadLength(const std::string& line, double length);
     /// Moves the drawing as little as it takes for a new constraint to hold, by shifting and turning where that will
     /// do. False when the others do not let it, and nothing has changed then.
     bool hold(const std::string& constraint);
+
+    /// How an entity was before the command changed it, for when it is to stay as it is now: then the others are led
+    /// from there.
+    void knowPlaced(const std::string& entity, Shape before) {
+        m_placedFrom.insert_or_assign(entity, std::move(before));
+    }
 
     /// The command is over: drags and trials are forgotten.
     void endCommand();
@@ -70,6 +80,7 @@ private:
     bool evaluateGroup();
     bool evaluate(AssocConstraintHeader& header);
     void evaluateStatic(LvEvaDataConverter& converter);
+    EditRequest demandAsPlaced(HostSketch& host, const YxArray<YxDbObjectId>& ids) const;
     bool solveAndWrite(HostSketch& host, const EditRequest& request);
     template <class DemandFor>
     bool solveAround(std::vector<std::string> names, const DemandFor& demandFor);
@@ -101,6 +112,7 @@ private:
     int m_trialPointCount = 0;  ///< base points in the header when a rotation was tried last
     std::unique_ptr<HostDrag> m_drag;
     std::unique_ptr<HostSketch> m_stretchStart;
+    std::map<std::string, Shape> m_placedFrom;
     std::unique_ptr<HostSketch> m_rotateStart;  ///< the drawing when the rotation was tried, before it was made
 };
 

@@ -384,5 +384,43 @@ TEST(LeastSurpriseEdit, LetsASweepGrowByMoreThanHalfATurn) {
     }
 }
 
+/// A rounded rectangle of free size, the top of which lies on both sides of an axis alike.
+Document roundedRectangle() {
+    constexpr double right = std::numbers::pi / 2.0;
+    Document document;
+    document.name = "rounded";
+    document.entities = {lineEntity("bottom", {-150, -65}, {150, -65}),
+                         lineEntity("right", {160, -55}, {160, 55}),
+                         lineEntity("top", {150, 65}, {-150, 65}),
+                         lineEntity("left", {-160, 55}, {-160, -55}),
+                         shapeEntity("br", ArcShape{{150, -55}, 10, 3 * right, 4 * right}),
+                         shapeEntity("tr", ArcShape{{150, 55}, 10, 0.0, right}),
+                         shapeEntity("tl", ArcShape{{-150, 55}, 10, right, 2 * right}),
+                         shapeEntity("bl", ArcShape{{-150, -55}, 10, 2 * right, 3 * right}),
+                         shapeEntity("axis", XlineShape{{0, 0}, {0, 1}})};
+    document.entities.back().fixed = true;
+    using enum PlaceKind;
+    const char* const around[] = {"bottom", "br", "right", "tr", "top", "tl", "left", "bl", "bottom"};
+    for (int i = 0; i < 8; ++i)
+        document.constraints.push_back(
+            constraintOf("t" + std::to_string(i), ConstraintType::tangent, {{around[i], end}, {around[i + 1], start}}));
+    document.constraints.push_back(constraintOf("h", ConstraintType::horizontal, {{"bottom"}}));
+    document.constraints.push_back(constraintOf("v0", ConstraintType::vertical, {{"right"}}));
+    document.constraints.push_back(constraintOf("v1", ConstraintType::vertical, {{"left"}}));
+    document.constraints.push_back(
+        constraintOf("s", ConstraintType::symmetric, {{"top", start}, {"top", end}, {"axis"}}));
+    return document;
+}
+
+/// One end alone cannot go, unless corners become as large as the whole.
+TEST(LeastSurpriseEdit, LengthensTheSideOfASymmetricRectangleAtBothEnds) {
+    Session session(roundedRectangle());
+    EXPECT_EQ(session.apply("lengthen bottom end by 600").outcome.error, "");
+    EXPECT_NEAR(lengthOf(lineOf(session, "bottom")), 900.0, 1e-7);
+    EXPECT_NEAR(lineOf(session, "bottom").end.x, 450.0, 1e-6);
+    for (const char* corner : {"br", "tr", "tl", "bl"})
+        EXPECT_NEAR(arcOf(session, corner).radius, 10.0, 1e-6) << corner;
+}
+
 }  // namespace
 }  // namespace holdfast::editing

@@ -240,6 +240,110 @@ TEST(LeastSurprise, DoesNotShrinkANeighbourToNextToNothing) {
     }
 }
 
+/// At its dead centre a crank has no slope that tells it where to go: it is shaken, and nothing else.
+TEST(LeastSurprise, MovesNothingThatHangsOnNothingWhereACrankLeavesItsDeadCentre) {
+    SketchText sketch(
+        "fixed! point origin 0,0; fixed! xline x 0,0 0; line crank 0,0 10,0; line rod 10,0 20,0; line other 50,50 "
+        "60,50; "
+        "coincident crank.start origin; coincident crank.end rod.start; point_on_curve rod.end x; horizontal other; "
+        "distance crank = 10; distance rod = 10; distance_x origin rod.end = 20");
+    ASSERT_TRUE(set(sketch, ConstraintType::distanceX, 16.0).isSolved());
+    EXPECT_NEAR(sketch.at("crank.end").x, 8.0, 1e-7);
+    EXPECT_NEAR(std::abs(sketch.at("crank.end").y), 6.0, 1e-7);
+    EXPECT_EQ(sketch.at("other.start"), (Vec2{50.0, 50.0}));
+    EXPECT_EQ(sketch.at("other.end"), (Vec2{60.0, 50.0}));
+}
+
+/// The flanks of a hand run nearly parallel to where they touch its round tip: the first hundredth of a larger radius
+/// makes them half as long, the rest of it little shorter.
+TEST(LeastSurprise, FollowsARadiusWhoseFirstBitMovesTheMost) {
+    for (const double radius : {1.05, 1.2, 1.4}) {
+        SketchText sketch(
+            "fixed! point origin 0,0; fixed! xline x 0,0 0; point nose 16,0; line root 3.1,1.125 3.1,-1.125; "
+            "line upper 3.1,1.125 17.009,1; line lower 3.1,-1.125 17.009,-1; "
+            "arc tip 17.0000404,0 1.0000404 -89.484748 89.484748; symmetric root.start root.end x; "
+            "coincident upper.start root.start; coincident lower.start root.end; symmetric upper.end lower.end x; "
+            "distance_y lower.end upper.end = 2; distance_y root.end root.start = 2.25; coincident tip.end upper.end; "
+            "coincident tip.start lower.end; tangent tip upper; point_on_curve nose tip; point_on_curve nose x; "
+            "distance origin nose = 16; radius tip = 1.0000404");
+        ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
+        sketch.sketch.takeReference();
+        ASSERT_TRUE(set(sketch, ConstraintType::radius, radius).isSolved()) << radius;
+        EXPECT_NEAR(sketch.at("tip.centre").x, 16.0 + radius, 1e-8) << radius;
+        EXPECT_LT(sketch.worstViolation(), 1e-8) << radius;
+    }
+}
+
+/// Two slots, each in the mirror of the other, are pulled apart by many times their width.
+TEST(LeastSurprise, PullsSlotsApartByMoreThanTheyAreWide) {
+    for (const double by : {1.0, 9.0, 88.0}) {
+        SketchText sketch(
+            "fixed! xline x 0,0 0; fixed! xline y 0,0 90; arc a 44,17 0.4 -90 90; arc b -44,17 0.4 90 270; "
+            "arc c 44,-17 0.4 -90 90; arc d -44,-17 0.4 90 270; line low -44,16.6 44,16.6; line high -44,17.4 44,17.4; "
+            "line deep -44,-17.4 44,-17.4; line next -44,-16.6 44,-16.6; coincident low.end a.start; "
+            "coincident high.end a.end; coincident b.start high.start; coincident b.end low.start; "
+            "coincident deep.end c.start; coincident next.end c.end; coincident d.start next.start; "
+            "coincident d.end deep.start; horizontal low; tangent a low; tangent a high; tangent b low; tangent b "
+            "high; "
+            "tangent c deep; tangent c next; tangent d deep; tangent d next; symmetric b.centre a.centre y; "
+            "symmetric a.centre c.centre x; symmetric b.centre d.centre x; equal a c; equal c d");
+        const int end = sketch.valueOf("low.end");
+        ASSERT_TRUE(solve(sketch.sketch, {.targets = {{end, 44.0}, {end + 1, 16.6 + by}},
+                                          .edited = {sketch.numbers.at("low")},
+                                          .keepsShapes = true,
+                                          .patience = Patience::way})
+                        .isSolved())
+            << by;
+        EXPECT_NEAR(sketch.at("high.end").y, 17.4 + by, 1e-7) << by;
+        EXPECT_NEAR(sketch.at("next.end").y, -16.6 - by, 1e-7) << by;
+        EXPECT_LT(sketch.worstViolation(), 1e-8) << by;
+    }
+}
+
+/// A plate with a neck on it becomes half as wide. Its shoulders would be as good as gone; the neck has room.
+TEST(LeastSurprise, NarrowsTheNeckOfAPlateBeforeItsShouldersAreGone) {
+    SketchText sketch(
+        "fixed! point origin 0,0; fixed! xline y 0,0 90; line left -6.5,1.85 -3.23,1.85; line flank 6.5,1.85 "
+        "6.5,-1.85; "
+        "line foot 6.5,-1.85 -6.5,-1.85; line other -6.5,-1.85 -6.5,1.85; line up -3.23,1.85 -3.23,3.85; "
+        "line top -3.23,3.85 3.23,3.85; line down 3.23,3.85 3.23,1.85; line right 3.23,1.85 6.5,1.85; "
+        "coincident right.end flank.start; coincident flank.end foot.start; coincident foot.end other.start; "
+        "coincident other.end left.start; horizontal left; horizontal foot; vertical flank; vertical other; "
+        "symmetric left.start flank.end origin; distance_y flank.start flank.end = -3.7; vertical up; "
+        "coincident up.end top.start; horizontal top; coincident top.end down.start; vertical down; "
+        "symmetric up.end top.end y; coincident left.end up.start; coincident right.start down.end; collinear left "
+        "right; "
+        "distance_y down.start down.end = -2; distance_x foot.start foot.end = -13");
+    ASSERT_TRUE(set(sketch, ConstraintType::distanceX, -6.5).isSolved());
+    EXPECT_GT(lengthOf(sketch, "left"), 0.0327);
+    EXPECT_GT(lengthOf(sketch, "right"), 0.0327);
+    EXPECT_NEAR(lengthOf(sketch, "foot"), 6.5, 1e-8);
+    EXPECT_LT(sketch.worstViolation(), 1e-8);
+}
+
+/// Nothing of this outline is left to be chosen, on whichever part of the way it is looked at.
+TEST(LeastSurprise, LeavesShouldersOfAPlateThatIsWhollyDetermined) {
+    SketchText sketch(
+        "fixed! point origin 0,0; fixed! xline y 0,0 90; line a -154,53 -103,53; line b -103,53 -103,61; "
+        "line c -103,61 103,61; line d 103,61 103,53; line e 103,53 154,53; line f 154,53 154,-55; line g 154,-55 "
+        "-154,-55; "
+        "line h -154,-55 -154,53; horizontal a; coincident a.end b.start; coincident b.end c.start; coincident c.end "
+        "d.start; "
+        "coincident d.end e.start; horizontal e; coincident e.end f.start; coincident f.end g.start; horizontal g; "
+        "coincident g.end h.start; vertical h; vertical b; vertical d; vertical f; coincident h.end a.start; "
+        "distance_y f.end e.end = 108; distance_y origin e.end = 53; symmetric e.end a.start y; symmetric c.end b.end "
+        "y; "
+        "distance_y a.end b.end = 8; distance_x g.end f.end = 308; distance_x b.end c.end = 206");
+    const int width = static_cast<int>(sketch.sketch.constraints.size()) - 1;
+    const auto widened = [&](double value) {
+        return solve(sketch.sketch, {.values = {{width, value}}, .keepsShapes = true});
+    };
+    EXPECT_FALSE(widened(308.5).isSolved());
+    EXPECT_EQ(sketch.at("c.end"), (Vec2{103.0, 61.0}));
+    EXPECT_TRUE(widened(306.0).isSolved());
+    EXPECT_NEAR(lengthOf(sketch, "a"), 1.0, 1e-8);
+}
+
 TEST(LeastSurprise, TurnsAParallelLineAlongByAnyAngle) {
     for (const double degrees : {45.0, 89.99, 90.0, 180.0}) {
         SketchText sketch("line a 0,0 10,0; line b 0,5 10,5; parallel a b");

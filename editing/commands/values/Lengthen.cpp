@@ -25,7 +25,8 @@ bool record(const EditContext& context, const std::string& name, ConstraintLengt
 }
 
 /// The whole curve stays as the user wants it, and what is tied to it follows.
-void followWhole(const EditContext& context, const std::string& name, const Shape& wanted) {
+void followWhole(const EditContext& context, const std::string& name, const Shape& before, const Shape& wanted) {
+    context.evaluator.knowPlaced(name, before);
     followPlaced(context, {name});
     refuseLess(context);
     const double length = lengthOf(wanted), reached = lengthOf(context.drawing.shape(name));
@@ -34,16 +35,35 @@ void followWhole(const EditContext& context, const std::string& name, const Shap
                         spoken(reached));
 }
 
+/// Where a line cannot be followed there, it gets the length all the same, which is what the user asked for, if its
+/// ends may come to lie where the constraints lead them.
+void followWholeOrLength(const EditContext& context, const std::string& name, const Shape& before,
+                         const Shape& wanted) {
+    const DrawingChange edited = context.drawing.change();
+    try {
+        followWhole(context, name, before, wanted);
+    } catch (const EditError&) {
+        if (!std::holds_alternative<LineShape>(wanted))
+            throw;
+        putBack(context, edited);
+        context.drawing.write(name, before);
+        if (context.evaluator.leadLength(name, lengthOf(wanted)))
+            return;
+        context.drawing.write(name, wanted);
+        throw;
+    }
+}
+
 /// The evaluator keeps the end where the user wants it and may move the other one. Where that costs the length, which
 /// is what the user asked for, the whole curve is to stay as it is.
-void followLengthened(const EditContext& context, const std::string& name, const Shape& wanted) {
+void followLengthened(const EditContext& context, const std::string& name, const Shape& before, const Shape& wanted) {
     const DrawingChange edited = context.drawing.change();
     evaluate(context);
     const double length = lengthOf(wanted);
     if (std::abs(lengthOf(context.drawing.shape(name)) - length) <= kSamePoint * length)
         return;
     putBack(context, edited);
-    followWhole(context, name, wanted);
+    followWholeOrLength(context, name, before, wanted);
 }
 
 /// The curve as it is to be.
@@ -65,15 +85,15 @@ void require(const Lengthen& edit, const Drawing& drawing) {
 
 void perform(const Lengthen& edit, EditContext& context) {
     const std::string& name = edit.entity.value;
-    const Shape after = resolved(edit, context.drawing);
+    const Shape before = context.drawing.shape(name), after = resolved(edit, context.drawing);
     context.edited.push_back(name);
     ConstraintLengthenCmdCenter centre;
     const bool recorded = record(context, name, centre);
     writeEdited(context, name, after);
     if (recorded && centre.addDataToWork())
-        followLengthened(context, name, after);
+        followLengthened(context, name, before, after);
     else if (isConstrained(context, name))
-        followWhole(context, name, after);
+        followWholeOrLength(context, name, before, after);
 }
 
 }  // namespace holdfast::editing

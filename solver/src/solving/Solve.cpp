@@ -39,9 +39,9 @@ constexpr int kMostUpright = 3;
 /// The first step on the way, and the smallest one: a hundred small steps are to find what one large one does.
 constexpr double kFirstStep = 0.5, kLeastStep = 1.0 / 128, kNudged = 1.0 / 16;
 
-/// Where the smallest step fails at once, this part of it is tried, from where the way is seen ahead: what is small
-/// beside the way is overrun by less.
-constexpr double kTinyStep = 1.0 / 32;
+/// Where not even the smallest step succeeds, the way is begun with this part of it: on the way there may be much that
+/// is smaller than a hundredth of it.
+constexpr double kFiner = 1.0 / 64;
 
 /// Where a step fails, the sketch is shaken by this part of its size: it may stand where no slope tells the way.
 constexpr double kNudge = 1e-4;
@@ -118,7 +118,7 @@ public:
         m_way.emplace(sketch, request.targets, m_values, request.edited);
         setGoals();
         m_named = namedEntities(m_work, task(RelaxationLevel::exact, true));
-        m_least = m_way->leastPart(SolverState::kLeast, request.kept);
+        m_least = m_way->smallestFactor() * m_way->leastPart(SolverState::kLeast, request.kept);
         if (request.keepsShapes && m_isEdit)
             m_trying.keepShapes(shapesAround());
         m_trying.spareBelow(m_way->longest());
@@ -132,7 +132,7 @@ public:
         for (int level = 0; level <= static_cast<int>(m_request.lastLevel); ++level) {
             Answer answer = reach(static_cast<RelaxationLevel>(level));
             if (answer.isSolved())
-                return answer;
+                return shrinkingLess(std::move(answer));
             if (level == 0)
                 first = std::move(answer);
             if (isSpent(m_request.budget))
@@ -143,6 +143,7 @@ public:
         if (const std::vector<int> lame = brokenBefore(); !lame.empty() && !isSpent(m_request.budget)) {
             for (const int c : lame)
                 m_work.constraints[at(c)].active = false;
+            m_concerned.reset();
             Answer without = reach(RelaxationLevel::exact);
             if (without.isSolved()) {
                 without.result.leftAlone = lame;
@@ -221,6 +222,21 @@ private:
         return answer;
     }
 
+    /// Where a dimension becomes a part of what it was, others may have to shrink as much more. They do so only if they
+    /// have to.
+    Answer shrinkingLess(Answer answer) {
+        std::vector<int> others;
+        std::set_difference(answer.concerned.begin(), answer.concerned.end(), m_named.begin(), m_named.end(),
+                            std::back_inserter(others));
+        const double least = m_way->leastPart(SolverState::kLeast, m_request.kept);
+        if (m_least >= least || !haveShrunk(m_work, others, answer.values, least))
+            return answer;
+        const double allowed = std::exchange(m_least, least);
+        Answer other = reach(answer.result.level);
+        m_least = allowed;
+        return other.isSolved() ? other : answer;
+    }
+
     Answer reachAsItComes(RelaxationLevel level) {
         const bool canFollow = m_request.patience != Patience::once && level == RelaxationLevel::exact;
         const bool isLed = m_isEdit && !m_way->isTrivial() && level == RelaxationLevel::exact;
@@ -229,6 +245,9 @@ private:
             return tryNudged(std::move(atOnce));
         if (!isLed)
             return atOnce.isSolved() || !canFollow ? atOnce : mend(leadDimensions(std::move(atOnce)));
+        if (atOnce.isSolved() && !isDoubtful(atOnce) && !atOnce.keepsPlaces && !m_request.kept.empty() && canFollow)
+            if (Answer keeping = followKeepingPlaces(); keeping.isSolved())
+                return keeping;
         if (atOnce.isContradicted || (atOnce.isSolved() && !isDoubtful(atOnce)))
             return orAlong(std::move(atOnce));
         Answer carried = tryCarried(atOnce.isSolved());
@@ -238,7 +257,14 @@ private:
             return carried.isSolved() && !atOnce.isSolved() ? carried : atOnce;
         if (Answer keeping = followKeepingPlaces(); keeping.isSolved())
             return keeping;
-        Answer followed = follow(atOnce.isSolved() ? kNudged : kLeastStep);
+        Answer followed = follow(atOnce.isSolved() ? kNudged : kLeastStep, !atOnce.isSolved());
+        const bool isPartly = !followed.isSolved() && followed.result.reached && followed.result.reached->part > 0.0;
+        if (isPartly && !atOnce.isSolved()) {
+            m_sparesSmall = true;
+            if (Answer sparing = follow(kLeastStep, true); sparing.isSolved())
+                followed = std::move(sparing);
+            m_sparesSmall = false;
+        }
         if (followed.isSolved() && (!atOnce.isSolved() || isReversed(atOnce) || isLessSurprising(followed, atOnce)))
             return orAlong(std::move(followed));
         if (atOnce.isSolved())
@@ -280,7 +306,7 @@ private:
         if (missed.empty())
             return failed;
         m_way.emplace(m_work, m_request.targets, missed, m_request.edited);
-        Answer followed = follow(kLeastStep);
+        Answer followed = follow(kLeastStep, true);
         if (followed.isSolved())
             return followed;
         failed.result.reached = followed.result.reached;
@@ -376,10 +402,8 @@ private:
     /// As near to the aims as can be; where there are none, to where everything has gone along.
     Answer fromCarried(std::vector<double> aims) {
         const auto& motion = m_way->motion();
-        const Task asked = task(RelaxationLevel::exact, true);
-        const Run whole(m_work, asked);
         std::vector<double> carried = m_way->start();
-        for (const int number : whole.concerned())
+        for (const int number : concerned())
             if (!m_work.entities[at(number)].fixed)
                 motion->carry(m_work.entities[at(number)], 1.0, m_way->start(), carried);
         Task carriedTask = task(RelaxationLevel::exact, true);
@@ -398,16 +422,14 @@ private:
         if (m_request.kept.empty())
             return answer;
         m_keepsPlaces = true;
-        answer = follow(kNudged);
+        answer = follow(kLeastStep, false);
         m_keepsPlaces = false;
-        if (answer.isSolved() && isReversed(answer))
-            answer.result.status = SolveStatus::unreached;
         return answer;
     }
 
     /// In steps, each from where the last one has led; then as near to where the sketch was as can be.
-    Answer follow(double leastStep) {
-        Answer last = followFrom(m_way->start(), leastStep);
+    Answer follow(double leastStep, bool mayTurnRound) {
+        Answer last = followFrom(m_way->start(), leastStep, mayTurnRound);
         setGoals();
         if (!last.isSolved())
             return last;
@@ -416,7 +438,9 @@ private:
         settling.aims = aims;
         settling.passed = last.values;
         Answer settled = m_trying.from(last.values, [&] { return tryKeepingPlaces(settling); });
-        if (!settled.isSolved() || findReversed(m_work, settled.concerned, last.values, settled.values) >= 0 ||
+        last.keepsPlaces = m_keepsPlaces;
+        if (!settled.isSolved() || (m_keepsPlaces && !settled.keepsPlaces) ||
+            findReversed(m_work, settled.concerned, last.values, settled.values) >= 0 ||
             (!turnedOver(settled).empty() && turnedOver(last).empty()))
             return last;
         settled.result.iterations += last.result.iterations;
@@ -432,6 +456,8 @@ private:
         if (m_keepsPlaces)
             step.kept = m_request.kept;
         step.shapes = m_trying.shapes();
+        if (m_sparesSmall)
+            step.sparedBelow = m_way->longest();
         step.passed = values;
         if (&from != &values)
             step.aims = values;
@@ -449,24 +475,27 @@ private:
 
     /// No step turns a line round as long as a shorter one may do without. Where none does, the way leads through a
     /// place where the line has no length, and the shortest step over it is taken: unless there is an answer already.
-    Answer followFrom(std::vector<double> values, double leastStep) {
-        const bool mayTurnRound = leastStep < kNudged;
+    Answer followFrom(std::vector<double> values, double leastStep, bool mayTurnRound) {
         double done = 0.0, step = kFirstStep;
         if (const auto& motion = m_way->motion(); motion && motion->angle() != 0.0)
             step = std::min(step, kLongestTurn / std::abs(motion->angle()));
         const double longest = step;
         Course course(values);
-        // Most ways that lead nowhere do so from the beginning, which a few tries show.
+        // Most ways that lead nowhere do so from the beginning, which few tries show.
         Answer answer = stepOrNudge(leastStep, leastStep, values, {});
-        if (mayTurnRound && !answer.isSolved() && !answer.turnsRound && !isSpent(m_request.budget)) {
-            leastStep *= kTinyStep;
-            step = 2.0 * leastStep;
-            answer = stepOrNudge(leastStep, leastStep, values, {});
-        }
         if (answer.turnsRound && mayTurnRound)
             answer.result.status = SolveStatus::solved;
         if (answer.isSolved()) {
             done = leastStep;
+        } else if (leastStep < kNudged && !answer.isContradicted && !isSpent(m_request.budget)) {
+            leastStep *= kFiner;
+            answer = stepTo(leastStep, values, values);
+            if (answer.isSolved()) {
+                done = leastStep;
+                step = 2.0 * leastStep;
+            }
+        }
+        if (done > 0.0) {
             values = answer.values;
             course.pass(done, values);
         }
@@ -506,7 +535,7 @@ private:
             course.pass(done, values);
         }
         if (!answer.isSolved()) {
-            answer.result.reached = m_way->reachedAt(done);
+            answer.result.reached = m_way->reachedAt(done < kLeastStep ? 0.0 : done);
             answer.values = std::move(values);
         }
         return answer;
@@ -529,17 +558,25 @@ private:
         return shaken.isSolved() || !answer.turnsRound ? shaken : answer;
     }
 
-    /// Every value a little elsewhere, always in the same ways.
+    /// Every value that the edit concerns a little elsewhere, always in the same ways.
     std::vector<double> nudged(std::vector<double> values, int number = 0) const {
         constexpr double phase = 2.7;  // radians from value to value: no simple part of a turn, so none move alike
         const double most = kNudge * m_work.size();
-        for (std::size_t v = 0; v < values.size(); ++v)
-            values[v] += most * std::sin(1.0 + number + phase * static_cast<double>(v));
-        for (const SketchEntity& entity : m_work.entities)
-            if (entity.fixed)
-                std::copy_n(m_work.values.begin() + entity.firstValue, entity.valueCount,
-                            values.begin() + entity.firstValue);
+        for (const int i : concerned()) {
+            const SketchEntity& entity = m_work.entities[at(i)];
+            for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount && !entity.fixed; ++v)
+                values[at(v)] += most * std::sin(1.0 + number + phase * v);
+        }
         return values;
+    }
+
+    /// What is connected with the edit. Linear in the sketch when it is first asked for.
+    const std::vector<int>& concerned() const {
+        if (!m_concerned) {
+            const Task asked = task(RelaxationLevel::exact, true);
+            m_concerned = Run(m_work, asked).concerned();
+        }
+        return *m_concerned;
     }
 
     /// Constraints that are connected with the edit, are not named by it, and did not hold before it. Where the edit
@@ -584,7 +621,8 @@ private:
     SketchData& m_work;  ///< the sketch with the dimensions asked for
     Loan m_loan;
     Trying m_trying{m_work};
-    mutable std::optional<Corners> m_corners;  ///< made when first asked for: a plain solve does not
+    mutable std::optional<std::vector<int>> m_concerned;  ///< made when first asked for
+    mutable std::optional<Corners> m_corners;             ///< made when first asked for: a plain solve does not
     std::vector<ValueGoal> m_values;
     std::vector<int> m_dimensions;
     std::vector<int> m_named;
@@ -592,6 +630,7 @@ private:
     double m_least = SolverState::kLeast;
     bool m_isEdit = false;
     bool m_keepsPlaces = false;  ///< on the way
+    bool m_sparesSmall = false;  ///< the same: small sizes count more from its beginning
     bool m_hasExplained = false;
     double m_secondsExplaining = 0.0;
 };

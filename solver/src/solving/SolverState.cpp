@@ -208,17 +208,21 @@ void SolverState::takeSizes() {
     }
 }
 
-/// Values that constraints make constant take that value at once; what differs by rounding only stays.
+/// Values that constraints make constant take that value at once; what differs by rounding only stays. A try that
+/// begins where an earlier one has led finds them there, and only the reference tells that they have moved.
 void SolverState::putConstants() {
     for (std::size_t v = 0; v < m_system.values.size(); ++v) {
-        if (!isConstantAwayFrom(m_system.values, v))
+        const bool isOfEntity = v < m_system.entityOfValue.size();
+        const bool isAway = isConstantAwayFrom(m_system.values, v);
+        if (!isAway && !(isOfEntity && isConstantAwayFrom(m_system.reference, v)))
             continue;
-        if (v < m_system.entityOfValue.size()) {
+        if (isOfEntity) {
             if (!concerns(m_system.entityOfValue[v]))
                 continue;
             m_displaced.push_back(m_system.entityOfValue[v]);
         }
-        m_system.values[v] = m_system.links[v].offset;
+        if (isAway)
+            m_system.values[v] = m_system.links[v].offset;
     }
 }
 

@@ -200,13 +200,17 @@ double Way::longest() const {
     return longest;
 }
 
-double Way::leastPart(double most, std::span<const Target> kept) const {
-    double ratio = 1.0;
+double Way::smallestFactor() const {
+    double factor = 1.0;
     for (const Lead& lead : m_leads)
         if (lead.from != 0.0)
-            ratio = std::min(ratio, std::abs(lead.to / lead.from));
+            factor = std::min(factor, std::abs(lead.to / lead.from));
+    return factor;
+}
+
+double Way::leastPart(double most, std::span<const Target> kept) const {
     const std::vector<int> decided = decidedEntities(kept);
-    double least = most * ratio;
+    double least = most;
     while (least > std::numeric_limits<double>::epsilon() && haveShrunk(m_sketch, decided, m_goals, least))
         least *= most;
     return least;

@@ -47,8 +47,11 @@ public:
     void setValuesAt(double part, SketchData& sketch) const;
     ReachedPart reachedAt(double part) const;
 
-    /// The part of a size that has to be left of it: less than the most where a dimension is led to a part of what it
-    /// was, or where the edit itself leaves less of an entity, by its targets and what else of it is kept.
+    /// The least part of what it was to which a dimension is led; 1 where none shrinks.
+    double smallestFactor() const;
+
+    /// The part of a size that has to be left of it: less than the most where the edit itself leaves less of an entity,
+    /// by its targets and what else of it is kept.
     double leastPart(double most, std::span<const Target> kept) const;
 
 private:
