@@ -122,6 +122,7 @@ private:
     void limitTo(std::span<const int> about);
     void takeConcerned(std::span<const int> entities);
     std::vector<int> tiedToDisplaced() const;
+    bool hasMoved(std::size_t value) const;
     bool isConstantAwayFrom(std::span<const double> values, std::size_t value) const;
     /// The first value that is merged with this one, where they are to be another way apart than they are; -1: none.
     int apartFrom(std::span<const double> values, std::size_t value) const;
@@ -147,7 +148,8 @@ private:
     double m_least = kLeast;
     bool m_isQuick = false, m_isNearest = true;
     long m_work = 0;
-    std::vector<int> m_displaced;  ///< entities of values that constraints made constants elsewhere
+    std::vector<int>
+        m_displaced;  ///< entities of values that are elsewhere than at the reference before anything is solved
 };
 
 }  // namespace holdfast::solver::detail
