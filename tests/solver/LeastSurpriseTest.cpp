@@ -344,6 +344,20 @@ TEST(LeastSurprise, LeavesShouldersOfAPlateThatIsWhollyDetermined) {
     EXPECT_NEAR(lengthOf(sketch, "a"), 1.0, 1e-8);
 }
 
+/// Every part of the way holds, and what the last one begins with is no solution only because it holds.
+TEST(LeastSurprise, MakesNoEllipseWiderThanItIsLong) {
+    SketchText sketch(
+        "ellipse round 0,0 20,0 0.95; line long 20,0 -20,0; line wide 0,19 0,-19; internal long round as "
+        "major_diameter; "
+        "internal wide round as minor_diameter; distance_y wide.end wide.start = 38; distance_x long.end long.start = "
+        "40");
+    ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
+    sketch.sketch.takeReference();
+    sketch.sketch.constraints.back().value = 32.0;
+    EXPECT_FALSE(solve(sketch.sketch, {.namesConflicts = false}).isSolved());
+    EXPECT_NEAR(sketch.value("round", 2), 20.0, 1e-9);
+}
+
 TEST(LeastSurprise, TurnsAParallelLineAlongByAnyAngle) {
     for (const double degrees : {45.0, 89.99, 90.0, 180.0}) {
         SketchText sketch("line a 0,0 10,0; line b 0,5 10,5; parallel a b");

@@ -209,21 +209,28 @@ void SolverState::takeSizes() {
 }
 
 /// Values that constraints make constant take that value at once; what differs by rounding only stays. A try that
-/// begins where an earlier one has led finds them there, and only the reference tells that they have moved.
+/// begins where an earlier one has led may find everything in its place, and no subproblem looks at it: only the
+/// reference tells what has moved.
 void SolverState::putConstants() {
     for (std::size_t v = 0; v < m_system.values.size(); ++v) {
         const bool isOfEntity = v < m_system.entityOfValue.size();
         const bool isAway = isConstantAwayFrom(m_system.values, v);
-        if (!isAway && !(isOfEntity && isConstantAwayFrom(m_system.reference, v)))
+        if (!isAway && !(isOfEntity && hasMoved(v)))
             continue;
         if (isOfEntity) {
-            if (!concerns(m_system.entityOfValue[v]))
+            const int entity = m_system.entityOfValue[v];
+            if (!concerns(entity))
                 continue;
-            m_displaced.push_back(m_system.entityOfValue[v]);
+            if (m_displaced.empty() || m_displaced.back() != entity)
+                m_displaced.push_back(entity);
         }
         if (isAway)
             m_system.values[v] = m_system.links[v].offset;
     }
+}
+
+bool SolverState::hasMoved(std::size_t v) const {
+    return !(std::abs(m_system.values[v] - m_system.reference[v]) * m_system.metric[v] <= m_system.tolerance);
 }
 
 void SolverState::wish(int value, double target, double emphasis) {

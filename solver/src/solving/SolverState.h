@@ -126,6 +126,7 @@ private:
     void limitTo(std::span<const int> about);
     void takeConcerned(std::span<const int> entities);
     std::vector<int> tiedToDisplaced() const;
+    bool hasMoved(std::size_t value) const;
     bool isConstantAwayFrom(std::span<const double> values, std::size_t value) const;
     /// The first value that is merged with this one, where they are to be another way apart than they are; -1: none.
     int apartFrom(std::span<const double> values, std::size_t value) const;
@@ -152,7 +153,8 @@ private:
     std::span<const double> m_passed;
     bool m_isQuick = false, m_isNearest = true;
     long m_work = 0;
-    std::vector<int> m_displaced;  ///< entities of values that constraints made constants elsewhere
+    std::vector<int>
+        m_displaced;  ///< entities of values that are elsewhere than at the reference before anything is solved
 };
 
 }  // namespace holdfast::solver::detail
