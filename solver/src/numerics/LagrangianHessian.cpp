@@ -122,7 +122,9 @@ bool LagrangianHessian::factorise(std::span<const double> weights, std::span<con
 bool LagrangianHessian::factoriseOnce(std::span<const double> weights, std::span<const double> damping) {
     m_weights.resize(weights.size());
     std::transform(weights.begin(), weights.end(), m_diagonal.begin(), m_weights.begin(), std::plus<>());
-    return m_linear.factorise(m_weights, m_subproblem.jacobian(), damping, m_values);
+    const bool hasFactors = m_linear.factorise(m_weights, m_subproblem.jacobian(), damping, m_values);
+    m_subproblem.countFactors(m_linear);
+    return hasFactors;
 }
 
 }  // namespace holdfast::solver::detail

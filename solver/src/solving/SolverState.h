@@ -57,6 +57,9 @@ public:
     /// What all attempts have cost so far: iterations, times their unknowns and rows.
     long work() const { return m_work; }
 
+    /// What their factorisations have cost, in the same measure: more where steps were in doubt.
+    long factorWork() const { return m_factorWork; }
+
     bool concerns(int entity) const { return m_isConcerned.empty() || m_isConcerned[static_cast<std::size_t>(entity)]; }
     bool concernsConstraint(int constraint) const;
     bool concernsEquation(int equation) const;
@@ -131,6 +134,7 @@ private:
     double strainOf(const Subproblem& subproblem) const;
     Attempt trySubproblem(Subproblem& subproblem, bool isWhole);
     Attempt tryCarefully(Subproblem& subproblem, const std::vector<double>& x);
+    void count(const Subproblem& subproblem, const IterationReport& report, long factorWorkBefore);
     Attempt tryFromReference(Subproblem& subproblem);
     void putConstants();
 
@@ -146,7 +150,7 @@ private:
     std::vector<char> m_isAsked;                            ///< by entity
     double m_least = kLeast;
     bool m_isQuick = false, m_isNearest = true;
-    long m_work = 0;
+    long m_work = 0, m_factorWork = 0;
     std::vector<int> m_displaced;  ///< entities of values that constraints made constants elsewhere
 };
 
