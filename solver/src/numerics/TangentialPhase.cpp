@@ -76,6 +76,9 @@ public:
     /// Every point that was taken is sound, the first one included.
     bool isGuarded() const { return m_isGuarded; }
 
+    /// The last step that would have come nearer was not sound.
+    bool isBarred() const { return m_isBarred; }
+
     /// The factors at hand are those that found the nearest point: a search that begins near it begins with them. With
     /// the way from where they were made, searches take more and more solves; when these have cost what new factors
     /// do, new ones are made.
@@ -323,7 +326,10 @@ private:
                 return false;
         }
         const double then = pullOf(m_pull, next);
-        if (!(then < m_pullNow) || (m_isGuarded && !m_limits.isSound(kMargin)))
+        if (!(then < m_pullNow))
+            return false;
+        m_isBarred = m_isGuarded && !m_limits.isSound(kMargin);
+        if (m_isBarred)
             return false;
         m_pullNow = then;
         m_residualNow = m_residualOfNext;
@@ -391,6 +397,7 @@ private:
     double m_residual;  ///< that a point may have
     double m_residualNow, m_residualOfNext = 0.0;
     bool m_isGuarded = false;
+    bool m_isBarred = false;  ///< the last step that came nearer was not sound
     bool m_hasCarried = false;
     bool m_isCarried = false;  ///< the nearest point was found with an earlier search's factors
     int m_carriedSteps = 0;
@@ -434,6 +441,7 @@ IterationReport slide(Subproblem& subproblem, const Pull& pull, std::vector<doub
             break;
         outcome = slider.advance();
         report.isNearest = outcome == Slider::Outcome::nearest;
+        report.isBarred = outcome == Slider::Outcome::stuck && slider.isBarred();
     }
     if (limits.sharpens && report.isNearest)
         slider.sharpen();

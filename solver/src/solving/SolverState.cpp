@@ -352,7 +352,7 @@ Attempt SolverState::trySettling(Subproblem& subproblem, std::vector<double> x, 
     const long before = subproblem.factorWork();
     const IterationReport report = settle(subproblem, pull, x, limits);
     count(subproblem, report, before);
-    Attempt attempt{report.isSatisfied, report.isNearest, report.iterations, report.residual, std::nullopt};
+    Attempt attempt{report.isSatisfied, report.isNearest, report.isBarred, report.iterations, report.residual, {}};
     if (attempt.isSolved && !report.isSound)
         attempt.degeneracy = degeneracyIn(subproblem.entities(), subproblem.senses());
     attempt.isSolved = attempt.isSolved && !attempt.degeneracy.has_value();

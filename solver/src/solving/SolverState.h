@@ -13,6 +13,7 @@ namespace holdfast::solver::detail {
 struct Attempt {
     bool isSolved = false;
     bool isNearest = false;  ///< and no movement comes nearer to the targets
+    bool isBarred = false;   ///< and what comes nearer would degenerate
     int iterations = 0;
     double residual = 0.0;
     std::optional<Degeneracy> degeneracy;
