@@ -301,5 +301,88 @@ TEST(LeastSurpriseEdit, LetsOneRadiusGrowWhereAnotherOneCannotShrink) {
     }
 }
 
+/// The edge of a lid above a base line: a land, a bend down to a small toe, a floor, and the same way up again.
+Document lid() {
+    constexpr double eighth = std::numbers::pi / 4;
+    const double q = std::sqrt(0.5), crestX = -17 + 2 * q, crestY = 55 + 2 * q, floor = crestY - 2 + 0.3 * q - 0.3;
+    const Vec2 toe{crestX + 2 + 0.3 * q, floor + 0.3}, heel{toe.x + 26, toe.y};
+    const Vec2 foot{heel.x + 0.3 * q, heel.y - 0.3 * q}, brow{foot.x + 2, foot.y + 2};
+    Document document;
+    document.name = "lid";
+    document.entities = {lineEntity("base", {-40, -57}, {40, -57}),
+                         lineEntity("land", {-40, 57}, {-17, 57}),
+                         shapeEntity("crest", ArcShape{{-17, 55}, 2, eighth, 2 * eighth}),
+                         lineEntity("fall", {crestX, crestY}, {crestX + 2, crestY - 2}),
+                         shapeEntity("toe", ArcShape{toe, 0.3, 5 * eighth, 6 * eighth}),
+                         lineEntity("floor", {toe.x, floor}, {heel.x, floor}),
+                         shapeEntity("heel", ArcShape{heel, 0.3, 6 * eighth, 7 * eighth}),
+                         lineEntity("rise", foot, brow),
+                         shapeEntity("brow", ArcShape{{brow.x + 2 * q, brow.y - 2 * q}, 2, 2 * eighth, 3 * eighth}),
+                         shapeEntity("corner", ArcShape{{40, 55}, 2, 0, 2 * eighth})};
+    const PlaceKind start = PlaceKind::start, end = PlaceKind::end;
+    document.constraints = {
+        constraintOf("c0", ConstraintType::horizontal, {{"base"}}),
+        constraintOf("c1", ConstraintType::horizontal, {{"land"}}),
+        constraintOf("c2", ConstraintType::horizontal, {{"floor"}}),
+        constraintOf("c3", ConstraintType::tangent, {{"land", end}, {"crest", end}}),
+        constraintOf("c4", ConstraintType::tangent, {{"fall", start}, {"crest", start}}),
+        constraintOf("c5", ConstraintType::tangent, {{"fall", end}, {"toe", start}}),
+        constraintOf("c6", ConstraintType::tangent, {{"floor", start}, {"toe", end}}),
+        constraintOf("c7", ConstraintType::tangent, {{"floor", end}, {"heel", start}}),
+        constraintOf("c8", ConstraintType::tangent, {{"rise", start}, {"heel", end}}),
+        constraintOf("c9", ConstraintType::tangent, {{"rise", end}, {"brow", end}}),
+        constraintOf("c10", ConstraintType::equal, {{"corner"}, {"brow"}}),
+        dimensionOf("c11", ConstraintType::distanceY, {{"base", start}, {"land", start}}, 114),
+        dimensionOf("c12", ConstraintType::distanceY, {{"floor", start}, {"land", end}}, 57 - floor)};
+    return document;
+}
+
+TEST(LeastSurpriseEdit, CarriesSmallArcsAlongHoweverFarADimensionIsLed) {
+    for (const char* to : {"113", "180", "228", "300", "5000"}) {
+        Session session(lid());
+        EXPECT_EQ(session.apply(std::string("set c11 ") + to).outcome.error, "") << to;
+        const Document before = lid(), &after = session.document();
+        EXPECT_EQ(after.constraints.size(), 13U) << to;
+        for (const char* id : {"crest", "toe", "heel", "brow", "corner"}) {
+            const auto& was = std::get<ArcShape>(entityNamed(before, id).shape);
+            const auto& is = std::get<ArcShape>(entityNamed(after, id).shape);
+            EXPECT_NEAR(is.radius, was.radius, 1e-6) << id << " at " << to;
+            EXPECT_NEAR(is.endAngle - is.startAngle, was.endAngle - was.startAngle, 1e-6) << id << " at " << to;
+        }
+        for (const char* id : {"base", "land", "fall", "floor", "rise"})
+            EXPECT_NEAR(lengthOf(lineOf(session, id)), lengthOf(std::get<LineShape>(entityNamed(before, id).shape)),
+                        1e-6)
+                << id << " at " << to;
+    }
+}
+
+/// A nose over a chord of 18, that an upright line 4 beside the chord touches.
+Document nose() {
+    const double half = 2.0 * std::atan(4.0 / 9.0), radius = 9.0 / std::sin(half);
+    Document document;
+    document.name = "nose";
+    document.entities = {lineEntity("chord", {0, -9}, {0, 9}), lineEntity("tip", {4, -50}, {4, 50}),
+                         shapeEntity("round", ArcShape{{4 - radius, 0}, radius, -half, half})};
+    const PlaceKind start = PlaceKind::start, end = PlaceKind::end;
+    document.constraints = {constraintOf("c0", ConstraintType::fixed, {{"chord", start}}),
+                            constraintOf("c1", ConstraintType::fixed, {{"chord", end}}),
+                            constraintOf("c2", ConstraintType::coincident, {{"round", start}, {"chord", start}}),
+                            constraintOf("c3", ConstraintType::coincident, {{"round", end}, {"chord", end}}),
+                            constraintOf("c4", ConstraintType::vertical, {{"tip"}}),
+                            constraintOf("c5", ConstraintType::tangent, {{"round"}, {"tip"}}),
+                            dimensionOf("c6", ConstraintType::distanceX, {{"chord", start}, {"tip", start}}, 4)};
+    return document;
+}
+
+TEST(LeastSurpriseEdit, LetsASweepGrowByMoreThanHalfATurn) {
+    for (const double to : {5.0, 25.0, 60.0, 600.0}) {
+        Session session(nose());
+        EXPECT_EQ(session.apply("set c6 " + std::to_string(to)).outcome.error, "") << to;
+        const auto& arc = std::get<ArcShape>(entityNamed(session.document(), "round").shape);
+        EXPECT_NEAR(arc.radius, (81 + to * to) / (2 * to), 1e-6) << to;
+        EXPECT_NEAR(arc.endAngle - arc.startAngle, 4 * std::atan(to / 9), 1e-6) << to;
+    }
+}
+
 }  // namespace
 }  // namespace holdfast::editing

@@ -117,9 +117,7 @@ bool hasJumped(double before, double now) {
     return before > chance && before < full - chance && std::abs(now - before) > std::numbers::pi;
 }
 
-bool isInsideOut(const SketchData& sketch, int number, Values now) {
-    const SketchEntity& entity = sketch.entities[at(number)];
-    const Values before = sketch.reference;
+bool isInsideOut(const SketchEntity& entity, Values before, Values now) {
     if (entity.kind == EntityKind::arc)
         return isMinorArc(before, entity.firstValue) != isMinorArc(now, entity.firstValue) &&
                hasJumped(arcSweep(before, entity.firstValue), arcSweep(now, entity.firstValue));
@@ -235,13 +233,14 @@ bool hasLeapt(int arc, Values before, Values now) {
 }  // namespace
 
 std::optional<Degeneracy> findFlaw(const SketchData& sketch, Values now, double size, std::span<const int> entities,
-                                   double margin) {
+                                   double margin, Values passed) {
+    const Values before = passed.empty() ? Values(sketch.reference) : passed;
     const double least = margin * kCollapsed * size;
     for (const int number : entities) {
         const Extent extent = extentOf(sketch, number, now);
         if (!(extent.size >= least) && extentOf(sketch, number, sketch.reference).size >= least)
             return Degeneracy{number, -1, wholeName(sketch, number) + " would have " + extent.name};
-        if (isInsideOut(sketch, number, now))
+        if (isInsideOut(sketch.entities[at(number)], before, now))
             return Degeneracy{number, -1, wholeName(sketch, number) + " would turn inside out"};
         if (hasExchangedAxes(sketch, number, now))
             return Degeneracy{number, -1,

@@ -18,12 +18,16 @@ struct Degeneracy {
 /// inside out (an arc's sweep that passed through none or a full turn, a bulge that changed sign, an ellipse whose
 /// minor axis has become the longer one), judged against the sketch's reference. An entity that was so at the
 /// reference is not held against the solution. A margin above 1 calls bigger entities collapsed too, by that factor.
-/// The values now are the sketch's, and size is its size.
+/// The values now are the sketch's, and size is its size. Passed are the values of a place on the way here: what has
+/// turned inside out is seen from there, as a sweep that grows step by step may grow by more than half a turn; empty:
+/// from the reference.
 std::optional<Degeneracy> findFlaw(const SketchData& sketch, std::span<const double> now, double size,
-                                   std::span<const int> entities, double margin = 1.0);
+                                   std::span<const int> entities, double margin = 1.0,
+                                   std::span<const double> passed = {});
 inline std::optional<Degeneracy> findFlaw(const SketchData& sketch, const EquationSystem& system,
-                                          std::span<const int> entities, double margin = 1.0) {
-    return findFlaw(sketch, system.values, system.size, entities, margin);
+                                          std::span<const int> entities, double margin = 1.0,
+                                          std::span<const double> passed = {}) {
+    return findFlaw(sketch, system.values, system.size, entities, margin, passed);
 }
 
 /// The first of the entities of which a length, a radius or a sweep has shrunk below this part of what it was at the

@@ -6,6 +6,7 @@
 #include <random>
 #include <utility>
 
+#include "geometry/ConstraintKinds.h"
 #include "solver/src/sketch/Index.h"
 #include "solver/src/sketch/Measure.h"
 

@@ -47,6 +47,7 @@ Run::Run(const SketchData& sketch, const Task& task) : m_sketch(sketch), m_task(
     m_state.setLeast(task.least);
     m_state.setQuick(task.isQuick);
     m_state.setNearest(task.isNearest);
+    m_state.setPassed(task.passed);
     if (!task.aims.empty())
         m_state.aimAt(task.aims);
     for (const int c : task.dimensions)

@@ -21,6 +21,7 @@ struct Task {
     double sparedBelow = 0.0;            ///< the same
     std::vector<int> spared{};           ///< the same
     std::span<const double> aims{};      ///< where values would like to be; empty: where they are
+    std::span<const double> passed{};    ///< values of the last place on the way; see SolverState::setPassed
     double least = SolverState::kLeast;  ///< see SolverState::setLeast
     bool isQuick = false;
     bool isNearest = true;   ///< false: any solution will do

@@ -39,6 +39,10 @@ constexpr int kMostUpright = 3;
 /// The first step on the way, and the smallest one: a hundred small steps are to find what one large one does.
 constexpr double kFirstStep = 0.5, kLeastStep = 1.0 / 128, kNudged = 1.0 / 16;
 
+/// Where the smallest step fails at once, this part of it is tried, from where the way is seen ahead: what is small
+/// beside the way is overrun by less.
+constexpr double kTinyStep = 1.0 / 32;
+
 /// Where a step fails, the sketch is shaken by this part of its size: it may stand where no slope tells the way.
 constexpr double kNudge = 1e-4;
 constexpr int kMostNudges = 3;
@@ -74,6 +78,29 @@ void nameConflict(const SketchData& sketch, Answer& answer, const SolveRequest& 
     result.contradictedTargets = conflict.targets;
     result.isConflictMinimal = conflict.isMinimal;
 }
+
+/// The last two places of a way.
+class Course {
+public:
+    explicit Course(std::vector<double> start) : m_values(std::move(start)) {}
+
+    void pass(double part, const std::vector<double>& values) {
+        m_before = std::exchange(m_values, values);
+        m_lastStep = part - std::exchange(m_part, part);
+    }
+
+    /// Where it leads when it goes on straight; empty where it has only begun.
+    std::vector<double> ahead(double part) const {
+        std::vector<double> values = m_before;
+        for (std::size_t v = 0; v < values.size(); ++v)
+            values[v] = m_values[v] + (part - m_part) / m_lastStep * (m_values[v] - m_before[v]);
+        return values;
+    }
+
+private:
+    std::vector<double> m_before, m_values;
+    double m_part = 0.0, m_lastStep = 0.0;
+};
 
 /// One request, by all ways that there are.
 class Solving {
@@ -388,6 +415,7 @@ private:
         Task settling = task(RelaxationLevel::exact, true);
         const std::vector<double> aims = m_work.values;
         settling.aims = aims;
+        settling.passed = last.values;
         Answer settled = m_trying.from(last.values, [&] { return tryKeepingPlaces(settling); });
         if (!settled.isSolved() || findReversed(m_work, settled.concerned, last.values, settled.values) >= 0 ||
             (!turnedOver(settled).empty() && turnedOver(last).empty()))
@@ -396,7 +424,8 @@ private:
         return settled;
     }
 
-    Answer stepTo(double part, const std::vector<double>& values) {
+    /// From where the last step has led, or from elsewhere; as near to the former as can be.
+    Answer stepTo(double part, const std::vector<double>& values, const std::vector<double>& from) {
         const std::vector<Target> targets = m_way->targetsAt(part);
         m_way->setValuesAt(part, m_work);
         Task step = task(RelaxationLevel::exact, true);
@@ -404,11 +433,14 @@ private:
         if (m_keepsPlaces)
             step.kept = m_request.kept;
         step.shapes = m_trying.shapes();
-        Answer answer = m_trying.from(values, [&] { return m_trying.sparingSmall(step); });
+        step.passed = values;
+        if (&from != &values)
+            step.aims = values;
+        Answer answer = m_trying.from(from, [&] { return m_trying.sparingSmall(step); });
         // Wishes make the equations many, and near a double root only few can be solved to the last digit.
         if (answer.result.status == SolveStatus::unreached && !step.shapes.empty()) {
             step.shapes = {};
-            answer = m_trying.from(values, [&] { return m_trying.once(step); });
+            answer = m_trying.from(from, [&] { return m_trying.once(step); });
         }
         answer.turnsRound = answer.isSolved() && findReversed(m_work, answer.concerned, values, answer.values) >= 0;
         if (answer.turnsRound)
@@ -424,13 +456,20 @@ private:
         if (const auto& motion = m_way->motion(); motion && motion->angle() != 0.0)
             step = std::min(step, kLongestTurn / std::abs(motion->angle()));
         const double longest = step;
-        // Most ways that lead nowhere do so from the beginning, which two tries show.
-        Answer answer = stepOrNudge(leastStep, leastStep, values);
+        Course course(values);
+        // Most ways that lead nowhere do so from the beginning, which a few tries show.
+        Answer answer = stepOrNudge(leastStep, leastStep, values, {});
+        if (mayTurnRound && !answer.isSolved() && !answer.turnsRound && !isSpent(m_request.budget)) {
+            leastStep *= kTinyStep;
+            step = 2.0 * leastStep;
+            answer = stepOrNudge(leastStep, leastStep, values, {});
+        }
         if (answer.turnsRound && mayTurnRound)
             answer.result.status = SolveStatus::solved;
         if (answer.isSolved()) {
             done = leastStep;
             values = answer.values;
+            course.pass(done, values);
         }
         long wasted = 0;
         bool hasJustFailed = false;
@@ -439,12 +478,13 @@ private:
         while (done > 0.0 && done < 1.0) {
             const double next = std::min(1.0, done + step);
             const long before = m_trying.work();
-            answer = stepOrNudge(next, step, values);
+            answer = stepOrNudge(next, step, values, course.ahead(next));
             if (isSpent(m_request.budget))
                 break;
             if (answer.isSolved()) {
                 done = next;
                 values = answer.values;
+                course.pass(done, values);
                 step = hasJustFailed ? step : std::min(longest, 2.0 * step);
                 hasJustFailed = false;
                 continue;
@@ -464,6 +504,7 @@ private:
             step = std::min(longest, std::max(overTo - done, leastStep));
             done = overTo;
             values = answer.values;
+            course.pass(done, values);
         }
         if (!answer.isSolved()) {
             answer.result.reached = m_way->reachedAt(done);
@@ -472,11 +513,19 @@ private:
         return answer;
     }
 
-    Answer stepOrNudge(double next, double step, const std::vector<double>& values) {
-        Answer answer = stepTo(next, values);
-        if (answer.isSolved() || step > kNudged || isSpent(m_request.budget))
+    /// Where a step fails, from where the steps before lead when they go on straight: what is smaller than a step would
+    /// be overrun where it stands.
+    Answer stepOrNudge(double next, double step, const std::vector<double>& values, const std::vector<double>& ahead) {
+        Answer answer = stepTo(next, values, values);
+        if (answer.isSolved() || isSpent(m_request.budget))
             return answer;
-        Answer shaken = stepTo(next, nudged(values));
+        if (!ahead.empty())
+            if (Answer straight = stepTo(next, values, ahead); straight.isSolved())
+                return straight;
+        if (step > kNudged || isSpent(m_request.budget))
+            return answer;
+        const std::vector<double> shake = nudged(values);
+        Answer shaken = stepTo(next, shake, shake);
         shaken.turnsRound = false;  // by the shake, and not because the way leads there
         return shaken.isSolved() || !answer.turnsRound ? shaken : answer;
     }

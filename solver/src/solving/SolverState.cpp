@@ -300,7 +300,7 @@ std::pair<double, double> SolverState::pullOf(int unknown) const {
 
 std::optional<Degeneracy> SolverState::degeneracyIn(std::span<const int> entities, std::span<const int> senses,
                                                     double margin) const {
-    if (auto degeneracy = findFlaw(m_sketch, m_system, entities, margin))
+    if (auto degeneracy = findFlaw(m_sketch, m_system, entities, margin, m_passed))
         return degeneracy;
     if (auto degeneracy = findRuined(m_sketch, m_system, entities, m_isAsked, margin * m_least))
         return degeneracy;
@@ -311,9 +311,9 @@ std::optional<Degeneracy> SolverState::degeneracyInConstants() const {
     std::vector<int> unknowns, senses;
     for (const auto& [unknown, goal] : m_pins)
         unknowns.push_back(unknown);
-    if (auto degeneracy = findFlaw(m_sketch, m_system, entitiesOf(m_system, unknowns)))
+    if (auto degeneracy = findFlaw(m_sketch, m_system, entitiesOf(m_system, unknowns), 1.0, m_passed))
         return degeneracy;
-    if (auto degeneracy = findFlaw(m_sketch, m_system, m_displaced))
+    if (auto degeneracy = findFlaw(m_sketch, m_system, m_displaced, 1.0, m_passed))
         return degeneracy;
     // A tangency may turn over by constants and go on holding, so that nothing else moves.
     for (int i = 0; i < static_cast<int>(m_system.senses.size()); ++i)

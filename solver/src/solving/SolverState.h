@@ -49,6 +49,10 @@ public:
     /// The part of what it was below which no other size may shrink.
     void setLeast(double least) { m_least = least; }
 
+    /// Where the sketch was last on its way, by its values: what turns inside out is seen from there. Empty: from the
+    /// reference. They outlive all attempts.
+    void setPassed(std::span<const double> values) { m_passed = values; }
+
     /// A subproblem that is not solved at once is given up.
     void setQuick(bool isQuick) { m_isQuick = isQuick; }
 
@@ -150,6 +154,7 @@ private:
     std::vector<char> m_isConcerned, m_isConcernedUnknown;  ///< by entity and by unknown; empty: all are
     std::vector<char> m_isAsked;                            ///< by entity
     double m_least = kLeast;
+    std::span<const double> m_passed;
     bool m_isQuick = false, m_isNearest = true;
     long m_work = 0, m_factorWork = 0;
     std::vector<int> m_displaced;  ///< entities of values that constraints made constants elsewhere
