@@ -273,6 +273,17 @@ TEST(Drag, StopsBeforeAnArcWouldCollapse) {
     EXPECT_LT(sketch.worstViolation(), 1e-8);
 }
 
+/// The way there takes 19 iterations; it was gone three times.
+TEST(Drag, GoesToAStopOnlyOnce) {
+    SketchText sketch("fixed! line floor 0,0 10,0; circle wheel 5,3 3; tangent floor wheel");
+    DragSession session = beginAt(sketch, "wheel.centre", Scope::part);
+    const SolveResult result = dragTo(session, {5.0, -17.0});
+    ASSERT_TRUE(result.isSolved());
+    EXPECT_GT(sketch.value("wheel", 2), 0.0);
+    EXPECT_LT(sketch.value("wheel", 2), 0.01);
+    EXPECT_LE(result.iterations, 25);
+}
+
 TEST(Drag, LeavesOtherPartsAloneToTheLastBit) {
     SketchText sketch(chainOfLinks(6) + "line u 0.1,50.3 9.7,55.5; line v 9.7,55.5 3.3,60.1; coincident u.end v.start");
     const std::vector<double> before = sketch.sketch.values;

@@ -34,9 +34,10 @@ struct IterationLimits {
 struct IterationReport {
     bool isSatisfied = false;  ///< every equation holds to the system's tolerance
     bool isNearest = false;    ///< no movement along the equations comes nearer to the targets
-    bool isSound = false;      ///< IterationLimits::isSound was asked there, and had nothing against it
-    int iterations = 0;        ///< factorisations
-    double residual = 0.0;     ///< largest
+    bool isBarred = false;  ///< points that are nearer were found, but IterationLimits::isSound had something against
+    bool isSound = false;   ///< IterationLimits::isSound was asked there, and had nothing against it
+    int iterations = 0;     ///< factorisations
+    double residual = 0.0;  ///< largest
 };
 
 /// From x to a point where all equations hold: the least movement under the linearised equations, again and again,

@@ -36,9 +36,12 @@ private:
     struct Block {
         std::vector<int> columns;
         std::vector<int> entries;  ///< of the pairs (i > j), row by row
+        std::vector<int> places;   ///< of the equation's slots among the columns
+        std::size_t first = 0;     ///< of its second derivatives
     };
 
-    void compute(bool isProjected);
+    void sum(bool isProjected);
+    void differentiate(std::size_t equation);
     void add(std::size_t equation, bool isProjected);
     bool factoriseOnce(std::span<const double> weights, std::span<const double> damping);
 
@@ -46,6 +49,8 @@ private:
     std::vector<Block> m_blocks;  ///< per equation of the subproblem
     ColumnPattern m_pattern;
     std::vector<double> m_multiplier;
+    std::vector<double> m_second;  ///< derivatives of each block, times the multipliers, column by column
+    std::vector<double> m_inputs;  ///< of one equation, as they were
     std::vector<double> m_diagonal, m_values, m_weights, m_slopes;
     LinearSolver m_linear;
 };

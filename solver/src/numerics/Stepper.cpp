@@ -39,7 +39,9 @@ bool Stepper::factorise(double damping) {
     m_isExact = damping <= kLeastDamping;
     if (m_isCurved)
         return m_subproblem.curvature().factorise(m_weights, m_damping);
-    return m_subproblem.linearSolver().factorise(m_weights, m_subproblem.jacobian(), m_damping);
+    const bool hasFactors = m_subproblem.linearSolver().factorise(m_weights, m_subproblem.jacobian(), m_damping);
+    m_subproblem.countFactors(m_subproblem.linearSolver());
+    return hasFactors;
 }
 
 void Stepper::useHessian(std::span<const double> multiplier) {

@@ -11,6 +11,13 @@
 
 namespace holdfast::solver::detail {
 
+namespace {
+
+/// Multiplications of a factorisation that take as long as one unknown or row in an iteration.
+constexpr double kMultiplicationsOfUnit = 400.0;
+
+}  // namespace
+
 Subproblem::Subproblem(EquationSystem& system, std::span<const int> unknowns)
     : m_system(system), m_unknowns(unknowns.begin(), unknowns.end()) {
     collectEquations();
@@ -51,6 +58,10 @@ LagrangianHessian& Subproblem::curvature() {
     if (!m_curvature)
         m_curvature = std::make_unique<LagrangianHessian>(*this);
     return *m_curvature;
+}
+
+long Subproblem::workOf(const LinearSolver& factors) const {
+    return columnCount() + rowCount() + static_cast<long>(factors.multiplications() / kMultiplicationsOfUnit);
 }
 
 void Subproblem::collectEquations() {

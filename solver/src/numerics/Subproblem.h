@@ -65,8 +65,14 @@ public:
 
     /// Ordered when it is first asked for: where there are no equations nobody asks.
     LinearSolver& linearSolver();
-    /// Of its last factorisation, see LinearSolver; 0 before the first.
-    double multiplications() const { return m_linear.multiplications(); }
+
+    /// What one iteration takes: unknowns and rows gone through, and in the same measure what factors that fill up take
+    /// beside that.
+    long workOfIteration() const { return workOf(m_linear); }
+
+    /// What all factorisations have taken so far, whatever they were for, in the same measure.
+    long factorWork() const { return m_factorWork; }
+    void countFactors(const LinearSolver& factors) { m_factorWork += workOf(factors); }
 
     /// The nearest point that was found with the factors at hand: a search that begins there, for other targets,
     /// begins with all of it. No weights: there is nothing to begin with.
@@ -109,6 +115,7 @@ private:
         int value, column, row;
     };
 
+    long workOf(const LinearSolver& factors) const;
     void collectEquations();
     void makePattern();
     void listSlacks();
@@ -130,6 +137,7 @@ private:
     std::vector<double> m_slopes;
     ColumnPattern m_pattern;
     LinearSolver m_linear;
+    long m_factorWork = 0;
     Carried m_carried;
     std::unique_ptr<LagrangianHessian> m_curvature;
 };

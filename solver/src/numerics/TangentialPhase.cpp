@@ -53,6 +53,7 @@ public:
           m_x(x),
           m_limits(limits),
           m_stepper(subproblem, pull.weights),
+          m_factorWorkBefore(subproblem.factorWork()),
           m_pullNow(pullOf(pull, x)),
           m_residual(std::max(residual, kSharp * m_system.aim)),
           m_residualNow(residual) {
@@ -66,8 +67,17 @@ public:
         return m_residualNow;
     }
 
+    /// Factors have cost what the nearest point is worth: any other point of the way holds as well.
+    bool isSpent() const {
+        const long most = std::max(kMostSliding, kLeastSliding * m_subproblem.workOfIteration());
+        return m_subproblem.factorWork() - m_factorWorkBefore >= most;
+    }
+
     /// Every point that was taken is sound, the first one included.
     bool isGuarded() const { return m_isGuarded; }
+
+    /// The last step that would have come nearer was not sound.
+    bool isBarred() const { return m_isBarred; }
 
     /// The factors at hand are those that found the nearest point: a search that begins near it begins with them. With
     /// the way from where they were made, searches take more and more solves; when these have cost what new factors
@@ -309,14 +319,17 @@ private:
     /// is and that new factors are worth it; 0: they are not.
     bool accepts(std::vector<double> next, double reach) {
         if (!returnsByPolishing(next)) {
-            if (reach == 0.0 || !returnsByRestoring(next))
+            if (reach == 0.0 || isSpent() || !returnsByRestoring(next))
                 return false;
             m_hasComeBack = reachTo(next) <= kComeBack * reach;
             if (m_hasComeBack)
                 return false;
         }
         const double then = pullOf(m_pull, next);
-        if (!(then < m_pullNow) || (m_isGuarded && !m_limits.isSound(kMargin)))
+        if (!(then < m_pullNow))
+            return false;
+        m_isBarred = m_isGuarded && !m_limits.isSound(kMargin);
+        if (m_isBarred)
             return false;
         m_pullNow = then;
         m_residualNow = m_residualOfNext;
@@ -354,6 +367,9 @@ private:
 
     static constexpr int kMostRestoring = 10;  // iterations of one point: beyond, a shorter step is cheaper
     static constexpr int kMostSharpening = 8;
+    /// Unknowns and rows gone through in factorisations: some tenths of a second; and factorisations that a search may
+    /// make at least, however large it is.
+    static constexpr long kMostSliding = 2'000'000, kLeastSliding = 40;
     static constexpr int kMostCarried = 6;      // steps with an earlier search's factors: beyond, new ones cost less
     static constexpr double kMostAlike = 2.0;   // changes that are longer have another bend
     static constexpr int kWorthFactors = 4;     // solves that take as long as new slopes and factors
@@ -370,6 +386,7 @@ private:
     std::vector<double>& m_x;
     const IterationLimits& m_limits;
     Stepper m_stepper;
+    long m_factorWorkBefore;  ///< of the subproblem
     std::vector<double> m_wish, m_multiplier;
     std::vector<double> m_change;  ///< of the targets since the carried point was found
     /// The nearest point and its multiplier as carried factors foretell them.
@@ -380,6 +397,7 @@ private:
     double m_residual;  ///< that a point may have
     double m_residualNow, m_residualOfNext = 0.0;
     bool m_isGuarded = false;
+    bool m_isBarred = false;  ///< the last step that came nearer was not sound
     bool m_hasCarried = false;
     bool m_isCarried = false;  ///< the nearest point was found with an earlier search's factors
     int m_carriedSteps = 0;
@@ -419,10 +437,11 @@ IterationReport slide(Subproblem& subproblem, const Pull& pull, std::vector<doub
     report.isSatisfied = true;
     for (auto outcome = Slider::Outcome::moved; outcome == Slider::Outcome::moved && report.iterations < limits.sliding;
          ++report.iterations) {
-        if (!maySpend(limits.budget))
+        if (slider.isSpent() || !maySpend(limits.budget))
             break;
         outcome = slider.advance();
         report.isNearest = outcome == Slider::Outcome::nearest;
+        report.isBarred = outcome == Slider::Outcome::stuck && slider.isBarred();
     }
     if (limits.sharpens && report.isNearest)
         slider.sharpen();

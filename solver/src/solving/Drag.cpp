@@ -92,6 +92,8 @@ struct Dragging {
         std::vector<double> x;
         for (const int u : region.subproblem->unknowns())
             x.push_back(region.workspace.system().meanOf(u, region.workspace.startValues()));
+        if (x == region.triedFrom && (attempt.isBarred || region.emphasis == region.triedEmphasis))
+            return attempt;
         Attempt again = region.workspace.trySettling(*region.subproblem, x, region.careful(), pull);
         again.iterations += attempt.iterations;
         if (again.isSolved && (!attempt.isSolved || isBetter(pull, found, missBefore)))

@@ -23,15 +23,21 @@ constexpr double kCompliance = 1e-3;
 }  // namespace
 
 Attempt DragPull::approach() {
-    const std::vector<double> before = m_region.subproblem->read();
+    m_region.triedFrom = m_region.subproblem->read();
+    m_region.triedEmphasis = m_region.emphasis;
+    const std::vector<double>& before = m_region.triedFrom;
     Attempt attempt = m_region.workspace.trySettling(*m_region.subproblem, before, m_region.careful(), m_region.pull());
     for (int i = 0; i < kMostPulls && attempt.isSolved; ++i) {
         const double wanted = wantedEmphasis(), ratio = wanted / m_region.emphasis;
         if (ratio < kSamePull && ratio > 1.0 / kSamePull)
             break;
-        attempt = pullAgain(attempt, wanted, ratio < 1.0 ? before : m_region.subproblem->read());
+        // What is barred has not flung others about: it need not begin anew.
+        const bool beginsAnew = ratio < 1.0 && !attempt.isBarred;
+        attempt = pullAgain(attempt, wanted, beginsAnew ? before : m_region.subproblem->read());
         if (m_region.emphasis != wanted)
             break;
+        if (beginsAnew)
+            m_region.triedEmphasis = wanted;
     }
     if (attempt.isSolved && !m_region.isMet() && m_region.miss() <= kCompliance * m_region.workspace.system().size)
         attempt.iterations += overcomeCompliance();

@@ -47,6 +47,7 @@ void DragRegion::makeRegion() {
     wishGoals();
     subproblem = std::make_unique<Subproblem>(workspace.system(), around.unknowns);
     m_pull.reset();
+    triedFrom.clear();
     m_isBeyond = m_isBeyond || touchesRim();
 }
 
@@ -60,6 +61,7 @@ void DragRegion::readSketch() {
 }
 
 void DragRegion::setGoals(std::span<const double> wanted) {
+    triedFrom.clear();
     goals.assign(wanted.begin(), wanted.end());
     wishGoals();
 }

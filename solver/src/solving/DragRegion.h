@@ -23,6 +23,9 @@ struct DragRegion {
     int rings;
     bool isWidest = false;
     double emphasis;  ///< of the handles
+    /// Where the last search for these goals began, and with what emphasis; empty: there was none in this region.
+    std::vector<double> triedFrom{};
+    double triedEmphasis = 0.0;
 
     /// isRim: entities, by number, of which the sketch does not say all; empty: none.
     DragRegion(SketchData& sketch, std::vector<int> handles, Scope reach, const KeptSizes& sizes,

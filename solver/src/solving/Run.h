@@ -78,6 +78,9 @@ public:
     /// What it has cost so far: iterations, times their unknowns and rows.
     long work() const { return m_state.work(); }
 
+    /// What of that, and beside it where steps were in doubt, factorisations have cost.
+    long factorWork() const { return m_state.factorWork(); }
+
     /// A failure that no way leads around: values that are constants by themselves contradict each other.
     bool isContradicted() const { return m_isContradicted; }
 

@@ -172,6 +172,7 @@ public:
     double secondsExplaining() const { return m_secondsExplaining; }
     double secondsBuilding() const { return m_trying.secondsBuilding(); }
     long work() const { return m_trying.work(); }
+    long factorWork() const { return m_trying.factorWork(); }
 
 private:
     Task task(RelaxationLevel level, bool isQuick) const {
@@ -209,7 +210,7 @@ private:
         Answer answer = reachAsItComes(level);
         const std::vector<KeptShape> shapes(m_trying.shapes().begin(), m_trying.shapes().end());
         std::vector<int> over = answer.isSolved() && !shapes.empty() ? turnedOver(answer) : std::vector<int>();
-        for (int i = 0; i < kMostUpright && !over.empty(); ++i) {
+        for (int i = 0; i < kMostUpright && !over.empty() && (i == 0 || !m_trying.isCostly()); ++i) {
             m_trying.keepUpright(over, kUprightWeight);
             Answer upright = reachAsItComes(level);
             if (!upright.isSolved())
@@ -253,7 +254,7 @@ private:
         Answer carried = tryCarried(atOnce.isSolved());
         if (carried.isSolved() && !carried.isTwisted)
             return orAlong(std::move(carried));
-        if (!canFollow)
+        if (!canFollow || (atOnce.isSolved() && m_trying.isCostly()))
             return carried.isSolved() && !atOnce.isSolved() ? carried : atOnce;
         if (Answer keeping = followKeepingPlaces(); keeping.isSolved())
             return keeping;
@@ -670,6 +671,7 @@ SolveResult solve(SketchData& sketch, const SolveRequest& request) {
     Answer answer = solving.run();
     solving.giveBack();
     answer.result.work = solving.work();
+    answer.result.factorWork = solving.factorWork();
     answer.result.times.building = solving.secondsBuilding();
     answer.result.times.iterating = iterating.seconds() - answer.result.times.building - solving.secondsExplaining();
     if (answer.isSolved()) {

@@ -93,6 +93,7 @@ struct SolveResult {
     RelaxationLevel level = RelaxationLevel::exact;
     int iterations = 0;
     long work = 0;                         ///< unknowns and rows gone through, once for every iteration of every try
+    long factorWork = 0;                   ///< the same for every factorisation, several of which an iteration may need
     double residual = 0.0;                 ///< of the constraint that holds worst, as a length
     int worstConstraint = -1;              ///< -1: none, or a rule of an entity
     std::vector<int> conflicting;          ///< constraints that cannot hold together (with the targets), ascending

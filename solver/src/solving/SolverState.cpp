@@ -24,9 +24,6 @@ constexpr int kMoreParts = 8, kMostParts = 64;
 /// it may take at least, however large the part is.
 constexpr long kMostFromReference = 400'000, kLeastIterations = 200;
 
-/// Multiplications of a factorisation that take as long as one unknown or row in an iteration.
-constexpr double kMultiplicationsOfUnit = 400.0;
-
 /// Strides of second tries, as parts of the sketch's size, and their iterations: short, so that none leads over to
 /// another branch, and as many as the size takes.
 constexpr double kReferenceStride = 0.05, kCarefulStride = 0.01;
@@ -40,14 +37,6 @@ constexpr double kRelief = 0.02;
 
 long widthOf(const Subproblem& subproblem) {
     return subproblem.columnCount() + subproblem.rowCount();
-}
-
-/// Unknowns and rows gone through, and what factors that fill up take beside that, in the same measure.
-long workOf(const Subproblem& subproblem, const IterationReport& report) {
-    if (report.iterations == 0)
-        return 0;
-    const double filling = subproblem.multiplications() / kMultiplicationsOfUnit;
-    return report.iterations * (widthOf(subproblem) + static_cast<long>(filling));
 }
 
 /// Where rings that are most of a part have failed, the next ones are all of it: they would be as dear and hardly
@@ -371,13 +360,19 @@ Attempt SolverState::trySettling(Subproblem& subproblem, std::vector<double> x, 
         return !degeneracyIn(subproblem.entities(), subproblem.senses(), margin).has_value();
     };
     limits.budget = m_budget;
+    const long before = subproblem.factorWork();
     const IterationReport report = settle(subproblem, pull, x, limits);
-    m_work += workOf(subproblem, report);
-    Attempt attempt{report.isSatisfied, report.isNearest, report.iterations, report.residual, std::nullopt};
+    count(subproblem, report, before);
+    Attempt attempt{report.isSatisfied, report.isNearest, report.isBarred, report.iterations, report.residual, {}};
     if (attempt.isSolved && !report.isSound)
         attempt.degeneracy = degeneracyIn(subproblem.entities(), subproblem.senses());
     attempt.isSolved = attempt.isSolved && !attempt.degeneracy.has_value();
     return attempt;
+}
+
+void SolverState::count(const Subproblem& subproblem, const IterationReport& report, long factorWorkBefore) {
+    m_work += report.iterations * subproblem.workOfIteration();
+    m_factorWork += subproblem.factorWork() - factorWorkBefore;
 }
 
 /// From where the entities were at the reference, with the constants of the edit moved there bit by bit: the branch
@@ -397,8 +392,9 @@ Attempt SolverState::tryFromReference(Subproblem& subproblem) {
             const double part = static_cast<double>(step) / steps;
             for (const auto& [unknown, goal] : m_pins)
                 m_system.assign(unknown, (1.0 - part) * m_system.meanOf(unknown, m_system.reference) + part * goal);
+            const long before = subproblem.factorWork();
             const IterationReport report = restore(subproblem, pullOf(subproblem).weights, x, limits);
-            m_work += workOf(subproblem, report);
+            count(subproblem, report, before);
             isSatisfied = report.isSatisfied;
         }
         for (const auto& [unknown, goal] : m_pins)

@@ -13,6 +13,7 @@ namespace holdfast::solver::detail {
 struct Attempt {
     bool isSolved = false;
     bool isNearest = false;  ///< and no movement comes nearer to the targets
+    bool isBarred = false;   ///< and what comes nearer would degenerate
     int iterations = 0;
     double residual = 0.0;
     std::optional<Degeneracy> degeneracy;
@@ -60,6 +61,9 @@ public:
 
     /// What all attempts have cost so far: iterations, times their unknowns and rows.
     long work() const { return m_work; }
+
+    /// What their factorisations have cost, in the same measure: more where steps were in doubt.
+    long factorWork() const { return m_factorWork; }
 
     bool concerns(int entity) const { return m_isConcerned.empty() || m_isConcerned[static_cast<std::size_t>(entity)]; }
     bool concernsConstraint(int constraint) const;
@@ -136,6 +140,7 @@ private:
     double strainOf(const Subproblem& subproblem) const;
     Attempt trySubproblem(Subproblem& subproblem, bool isWhole);
     Attempt tryCarefully(Subproblem& subproblem, const std::vector<double>& x);
+    void count(const Subproblem& subproblem, const IterationReport& report, long factorWorkBefore);
     Attempt tryFromReference(Subproblem& subproblem);
     void putConstants();
 
@@ -152,9 +157,8 @@ private:
     double m_least = kLeast;
     std::span<const double> m_passed;
     bool m_isQuick = false, m_isNearest = true;
-    long m_work = 0;
-    std::vector<int>
-        m_displaced;  ///< entities of values that are elsewhere than at the reference before anything is solved
+    long m_work = 0, m_factorWork = 0;
+    std::vector<int> m_displaced;  ///< entities with values that are not at the reference before anything is solved
 };
 
 }  // namespace holdfast::solver::detail

@@ -37,6 +37,10 @@ int countOf(const Run::Changes& changes) {
 
 }  // namespace
 
+bool Trying::isCostly() const {
+    return m_betteringWork + m_dearest >= kMostWork;
+}
+
 void Trying::keepUpright(std::span<const int> entities, double turnWeight) {
     for (KeptShape& shape : m_shapes)
         if (std::binary_search(entities.begin(), entities.end(), shape.entity))
@@ -53,6 +57,8 @@ Answer Trying::once(const Task& task) {
     m_secondsBuilding += building.seconds();
     answer.result = run.solve();
     m_work += run.work();
+    m_factorWork += run.factorWork();
+    m_dearest = std::max(m_dearest, run.factorWork());
     if (m_mostWork == std::numeric_limits<long>::max())
         m_mostWork = std::max(kMostWork, kMostTimes * m_work);
     answer.isContradicted = run.isContradicted();
@@ -117,6 +123,13 @@ bool Trying::spare(const SolveResult& result, std::vector<int>& spared) const {
     return spared.size() > before;
 }
 
+Answer Trying::bettering(const std::vector<double>& values, const Task& task) {
+    const long before = m_factorWork;
+    Answer answer = from(values, [&] { return once(task); });
+    m_betteringWork += m_factorWork - before;
+    return answer;
+}
+
 /// With the shapes as wishes, weighed again until few change.
 Answer Trying::wishing(Task task) {
     Answer wished = sparingSmall(task);
@@ -125,9 +138,9 @@ Answer Trying::wishing(Task task) {
     const std::vector<double> aims(task.aims.empty() ? m_sketch.values
                                                      : std::vector<double>(task.aims.begin(), task.aims.end()));
     task.aims = aims;
-    for (int i = 0; i < kMostReweighted && countOf(wished.changes) > 1; ++i) {
+    for (int i = 0; i < kMostReweighted && countOf(wished.changes) > 1 && !isCostly(); ++i) {
         task.emphasis = wished.emphasis;
-        Answer fewer = from(wished.values, [&] { return once(task); });
+        Answer fewer = bettering(wished.values, task);
         if (!fewer.isSolved() || countOf(fewer.changes) > countOf(wished.changes))
             break;
         wished = std::move(fewer);
@@ -154,14 +167,14 @@ Answer Trying::changingFewest(Task task, Answer wished) {
 
 /// As many of these sizes as can be, those in front first, unless then more lengths than the most change.
 void Trying::keepAlso(Task& task, std::span<const int> sizes, Answer& best, int most) {
-    if (m_keepingTries <= 0 || m_keepingWork > kMostKeepingWork || sizes.empty())
+    if (m_keepingTries <= 0 || isCostly() || m_keepingWork > kMostKeepingWork || sizes.empty())
         return;
     --m_keepingTries;
     const long before = m_work;
     Task firm = task;
     for (const int size : sizes)
         firm.isFirm[static_cast<std::size_t>(size)] = 1;
-    Answer kept = from(best.values, [&] { return once(firm); });
+    Answer kept = bettering(best.values, firm);
     m_keepingWork += m_work - before;
     if (kept.isSolved() && kept.inexactLengths <= std::min(most, best.inexactLengths) &&
         kept.strain <= kMostStrain * best.strain && (!m_isShunned || !m_isShunned(kept) || m_isShunned(best))) {
@@ -204,7 +217,7 @@ Answer Trying::keepingShapes(Task task) {
     if (!wished.isBent)
         return wished;
     // Where sizes have to change anyway, fewer change if what would turn as well counts as much.
-    if (wished.changes.turns > 0 && wished.changes.bends + wished.changes.lengths > 0) {
+    if (wished.changes.turns > 0 && wished.changes.bends + wished.changes.lengths > 0 && !isCostly()) {
         const std::vector<KeptShape> straight = unturned();
         Task again = task;
         again.shapes = straight;

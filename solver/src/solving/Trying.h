@@ -72,10 +72,15 @@ public:
     double secondsBuilding() const { return m_secondsBuilding; }
     /// What all of them have cost, as Run::work counts it.
     long work() const { return m_work; }
+    /// The same of their factorisations alone, as Run::factorWork counts them.
+    long factorWork() const { return m_factorWork; }
+    /// Another try, as dear as the dearest so far, would cost more than it is worth to make better what is solved.
+    bool isCostly() const;
     /// They have cost what one request may cost: what is tried now fails at once.
     bool isSpent() const { return m_work >= m_mostWork; }
 
 private:
+    Answer bettering(const std::vector<double>& values, const Task& task);
     Answer wishing(Task task);
     bool spare(const SolveResult& result, std::vector<int>& spared) const;
     Answer changingFewest(Task task, Answer wished);
@@ -89,8 +94,11 @@ private:
     double m_secondsBuilding = 0.0;
     long m_work = 0;
     long m_mostWork = std::numeric_limits<long>::max();
-    long m_keepingWork = 0;  ///< of that, what keeping more sizes exactly has cost
-    int m_keepingTries = 0;  ///< that are left
+    long m_factorWork = 0;
+    long m_dearest = 0;        ///< of that, what one try has cost at most
+    long m_betteringWork = 0;  ///< and what tries have that were to make better what was solved
+    long m_keepingWork = 0;    ///< of that, what keeping more sizes exactly has cost
+    int m_keepingTries = 0;    ///< that are left
 };
 
 }  // namespace holdfast::solver::detail
