@@ -10,6 +10,7 @@
 #include "solver/src/sketch/Corners.h"
 #include "solver/src/sketch/Index.h"
 #include "solver/src/sketch/Measure.h"
+#include "solver/src/solving/Following.h"
 #include "solver/src/solving/Loan.h"
 #include "solver/src/solving/Mending.h"
 #include "solver/src/solving/Stopwatch.h"
@@ -36,24 +37,12 @@ constexpr std::size_t kMostShapes = 2000;
 constexpr double kUprightWeight = 1e4;
 constexpr int kMostUpright = 3;
 
-/// The first step on the way, and the smallest one: a hundred small steps are to find what one large one does.
-constexpr double kFirstStep = 0.5, kLeastStep = 1.0 / 128, kNudged = 1.0 / 16;
-
-/// Where not even the smallest step succeeds, the way is begun with this part of it: on the way there may be much that
-/// is smaller than a hundredth of it.
-constexpr double kFiner = 1.0 / 64;
-
 /// Where a step fails, the sketch is shaken by this part of its size: it may stand where no slope tells the way.
 constexpr double kNudge = 1e-4;
 constexpr int kMostNudges = 3;
 
-/// Unknowns and rows gone through in steps that failed, each once for every iteration, before a way is given up: some
-/// tenths of a second. It is counted and not timed, so that the same edit ends the same way on every machine.
-constexpr long kMostWasted = 1'000'000;
-
-/// The longest turn of one step, and the shortest that is worth carrying everything along: at a right angle sines and
-/// cosines lose their slope.
-constexpr double kLongestTurn = 0.35, kTurned = 0.3;
+/// The shortest turn that is worth carrying everything along, in radians.
+constexpr double kTurned = 0.3;
 
 /// Whether a conflict can hold after all, from where the way of the edit has ended.
 bool holdsFarther(SketchData sketch, const ConflictSet& conflict, const Answer& answer, const SolveRequest& request) {
@@ -78,29 +67,6 @@ void nameConflict(const SketchData& sketch, Answer& answer, const SolveRequest& 
     result.contradictedTargets = conflict.targets;
     result.isConflictMinimal = conflict.isMinimal;
 }
-
-/// The last two places of a way.
-class Course {
-public:
-    explicit Course(std::vector<double> start) : m_values(std::move(start)) {}
-
-    void pass(double part, const std::vector<double>& values) {
-        m_before = std::exchange(m_values, values);
-        m_lastStep = part - std::exchange(m_part, part);
-    }
-
-    /// Where it leads when it goes on straight; empty where it has only begun.
-    std::vector<double> ahead(double part) const {
-        std::vector<double> values = m_before;
-        for (std::size_t v = 0; v < values.size(); ++v)
-            values[v] = m_values[v] + (part - m_part) / m_lastStep * (m_values[v] - m_before[v]);
-        return values;
-    }
-
-private:
-    std::vector<double> m_before, m_values;
-    double m_part = 0.0, m_lastStep = 0.0;
-};
 
 /// One request, by all ways that there are.
 class Solving {
@@ -258,14 +224,12 @@ private:
             return carried.isSolved() && !atOnce.isSolved() ? carried : atOnce;
         if (Answer keeping = followKeepingPlaces(); keeping.isSolved())
             return keeping;
-        Answer followed = follow(atOnce.isSolved() ? kNudged : kLeastStep, !atOnce.isSolved());
+        Answer followed = follow({.leastStep = atOnce.isSolved() ? Following::kNudged : Following::kLeastStep,
+                                  .mayTurnRound = !atOnce.isSolved()});
         const bool isPartly = !followed.isSolved() && followed.result.reached && followed.result.reached->part > 0.0;
-        if (isPartly && !atOnce.isSolved()) {
-            m_sparesSmall = true;
-            if (Answer sparing = follow(kLeastStep, true); sparing.isSolved())
+        if (isPartly && !atOnce.isSolved())
+            if (Answer sparing = follow({.sparesSmall = true}); sparing.isSolved())
                 followed = std::move(sparing);
-            m_sparesSmall = false;
-        }
         if (followed.isSolved() && (!atOnce.isSolved() || isReversed(atOnce) || isLessSurprising(followed, atOnce)))
             return orAlong(std::move(followed));
         if (atOnce.isSolved())
@@ -307,7 +271,7 @@ private:
         if (missed.empty())
             return failed;
         m_way.emplace(m_work, m_request.targets, missed, m_request.edited);
-        Answer followed = follow(kLeastStep, true);
+        Answer followed = follow({});
         if (followed.isSolved())
             return followed;
         failed.result.reached = followed.result.reached;
@@ -422,15 +386,14 @@ private:
         answer.result.status = SolveStatus::unreached;
         if (m_request.kept.empty())
             return answer;
-        m_keepsPlaces = true;
-        answer = follow(kLeastStep, false);
-        m_keepsPlaces = false;
-        return answer;
+        return follow({.mayTurnRound = false, .kept = m_request.kept});
     }
 
     /// In steps, each from where the last one has led; then as near to where the sketch was as can be.
-    Answer follow(double leastStep, bool mayTurnRound) {
-        Answer last = followFrom(m_way->start(), leastStep, mayTurnRound);
+    Answer follow(const Following::Manner& manner) {
+        Following following(m_work, m_trying, *m_way, task(RelaxationLevel::exact, true),
+                            [this](const std::vector<double>& values) { return nudged(values); });
+        Answer last = following.run(manner);
         setGoals();
         if (!last.isSolved())
             return last;
@@ -439,124 +402,13 @@ private:
         settling.aims = aims;
         settling.passed = last.values;
         Answer settled = m_trying.from(last.values, [&] { return tryKeepingPlaces(settling); });
-        last.keepsPlaces = m_keepsPlaces;
-        if (!settled.isSolved() || (m_keepsPlaces && !settled.keepsPlaces) ||
+        last.keepsPlaces = !manner.kept.empty();
+        if (!settled.isSolved() || (last.keepsPlaces && !settled.keepsPlaces) ||
             findReversed(m_work, settled.concerned, last.values, settled.values) >= 0 ||
             (!turnedOver(settled).empty() && turnedOver(last).empty()))
             return last;
         settled.result.iterations += last.result.iterations;
         return settled;
-    }
-
-    /// From where the last step has led, or from elsewhere; as near to the former as can be.
-    Answer stepTo(double part, const std::vector<double>& values, const std::vector<double>& from) {
-        const std::vector<Target> targets = m_way->targetsAt(part);
-        m_way->setValuesAt(part, m_work);
-        Task step = task(RelaxationLevel::exact, true);
-        step.targets = targets;
-        if (m_keepsPlaces)
-            step.kept = m_request.kept;
-        step.shapes = m_trying.shapes();
-        if (m_sparesSmall)
-            step.sparedBelow = m_way->longest();
-        step.passed = values;
-        if (&from != &values)
-            step.aims = values;
-        Answer answer = m_trying.from(from, [&] { return m_trying.sparingSmall(step); });
-        // Wishes make the equations many, and near a double root only few can be solved to the last digit.
-        if (answer.result.status == SolveStatus::unreached && !step.shapes.empty()) {
-            step.shapes = {};
-            answer = m_trying.from(from, [&] { return m_trying.once(step); });
-        }
-        answer.turnsRound = answer.isSolved() && findReversed(m_work, answer.concerned, values, answer.values) >= 0;
-        if (answer.turnsRound)
-            answer.result.status = SolveStatus::unreached;
-        return answer;
-    }
-
-    /// No step turns a line round as long as a shorter one may do without. Where none does, the way leads through a
-    /// place where the line has no length, and the shortest step over it is taken: unless there is an answer already.
-    Answer followFrom(std::vector<double> values, double leastStep, bool mayTurnRound) {
-        double done = 0.0, step = kFirstStep;
-        if (const auto& motion = m_way->motion(); motion && motion->angle() != 0.0)
-            step = std::min(step, kLongestTurn / std::abs(motion->angle()));
-        const double longest = step;
-        Course course(values);
-        // Most ways that lead nowhere do so from the beginning, which few tries show.
-        Answer answer = stepOrNudge(leastStep, leastStep, values, {});
-        if (answer.turnsRound && mayTurnRound)
-            answer.result.status = SolveStatus::solved;
-        if (answer.isSolved()) {
-            done = leastStep;
-        } else if (leastStep < kNudged && !answer.isContradicted && !isSpent(m_request.budget)) {
-            leastStep *= kFiner;
-            answer = stepTo(leastStep, values, values);
-            if (answer.isSolved()) {
-                done = leastStep;
-                step = 2.0 * leastStep;
-            }
-        }
-        if (done > 0.0) {
-            values = answer.values;
-            course.pass(done, values);
-        }
-        long wasted = 0;
-        bool hasJustFailed = false;
-        Answer over;  // of the shortest step that turned a line round
-        double overTo = 0.0;
-        while (done > 0.0 && done < 1.0) {
-            const double next = std::min(1.0, done + step);
-            const long before = m_trying.work();
-            answer = stepOrNudge(next, step, values, course.ahead(next));
-            if (isSpent(m_request.budget))
-                break;
-            if (answer.isSolved()) {
-                done = next;
-                values = answer.values;
-                course.pass(done, values);
-                step = hasJustFailed ? step : std::min(longest, 2.0 * step);
-                hasJustFailed = false;
-                continue;
-            }
-            hasJustFailed = true;
-            wasted += m_trying.work() - before;
-            if (answer.turnsRound && mayTurnRound && (overTo <= done || next < overTo)) {
-                over = answer;
-                overTo = next;
-            }
-            if ((step *= 0.5) >= leastStep && wasted <= kMostWasted)
-                continue;
-            if (overTo <= done)
-                break;
-            answer = std::exchange(over, {});
-            answer.result.status = SolveStatus::solved;
-            step = std::min(longest, std::max(overTo - done, leastStep));
-            done = overTo;
-            values = answer.values;
-            course.pass(done, values);
-        }
-        if (!answer.isSolved()) {
-            answer.result.reached = m_way->reachedAt(done < kLeastStep ? 0.0 : done);
-            answer.values = std::move(values);
-        }
-        return answer;
-    }
-
-    /// Where a step fails, from where the steps before lead when they go on straight: what is smaller than a step would
-    /// be overrun where it stands.
-    Answer stepOrNudge(double next, double step, const std::vector<double>& values, const std::vector<double>& ahead) {
-        Answer answer = stepTo(next, values, values);
-        if (answer.isSolved() || isSpent(m_request.budget))
-            return answer;
-        if (!ahead.empty())
-            if (Answer straight = stepTo(next, values, ahead); straight.isSolved())
-                return straight;
-        if (step > kNudged || isSpent(m_request.budget))
-            return answer;
-        const std::vector<double> shake = nudged(values);
-        Answer shaken = stepTo(next, shake, shake);
-        shaken.turnsRound = false;  // by the shake, and not because the way leads there
-        return shaken.isSolved() || !answer.turnsRound ? shaken : answer;
     }
 
     /// Every value that the edit concerns a little elsewhere, always in the same ways.
@@ -630,8 +482,6 @@ private:
     std::optional<Way> m_way;
     double m_least = SolverState::kLeast;
     bool m_isEdit = false;
-    bool m_keepsPlaces = false;  ///< on the way
-    bool m_sparesSmall = false;  ///< the same: small sizes count more from its beginning
     bool m_hasExplained = false;
     double m_secondsExplaining = 0.0;
 };

@@ -1,0 +1,153 @@
+#include "solver/src/solving/Following.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "solver/src/sketch/Degeneracy.h"
+
+namespace holdfast::solver::detail {
+
+namespace {
+
+/// The first step on the way.
+constexpr double kFirstStep = 0.5;
+
+/// Where not even the smallest step succeeds, the way is begun with this part of it: on the way there may be much that
+/// is smaller than a hundredth of it.
+constexpr double kFiner = 1.0 / 64;
+
+/// Unknowns and rows gone through in steps that failed, each once for every iteration, before a way is given up: some
+/// tenths of a second. It is counted and not timed, so that the same edit ends the same way on every machine.
+constexpr long kMostWasted = 1'000'000;
+
+/// The longest turn of one step, in radians: at a right angle sines and cosines lose their slope.
+constexpr double kLongestTurn = 0.35;
+
+}  // namespace
+
+void Following::Course::pass(double part, const std::vector<double>& values) {
+    m_before = std::exchange(m_values, values);
+    m_lastStep = part - std::exchange(m_part, part);
+}
+
+std::vector<double> Following::Course::ahead(double part) const {
+    std::vector<double> values = m_before;
+    for (std::size_t v = 0; v < values.size(); ++v)
+        values[v] = m_values[v] + (part - m_part) / m_lastStep * (m_values[v] - m_before[v]);
+    return values;
+}
+
+Answer Following::run(const Manner& manner) {
+    m_manner = manner;
+    std::vector<double> values = m_way.start();
+    double leastStep = manner.leastStep;
+    double done = 0.0, step = kFirstStep;
+    if (const auto& motion = m_way.motion(); motion && motion->angle() != 0.0)
+        step = std::min(step, kLongestTurn / std::abs(motion->angle()));
+    const double longest = step;
+    Course course(values);
+    // Most ways that lead nowhere do so from the beginning, which few tries show.
+    Answer answer = stepOrNudge(leastStep, leastStep, values, {});
+    if (answer.turnsRound && manner.mayTurnRound)
+        answer.result.status = SolveStatus::solved;
+    if (answer.isSolved()) {
+        done = leastStep;
+    } else if (leastStep < kNudged && !answer.isContradicted && !isSpent(m_task.budget)) {
+        leastStep *= kFiner;
+        answer = stepTo(leastStep, values, values);
+        if (answer.isSolved()) {
+            done = leastStep;
+            step = 2.0 * leastStep;
+        }
+    }
+    if (done > 0.0) {
+        values = answer.values;
+        course.pass(done, values);
+    }
+    long wasted = 0;
+    bool hasJustFailed = false;
+    Answer over;  // of the shortest step that turned a line round
+    double overTo = 0.0;
+    while (done > 0.0 && done < 1.0) {
+        const double next = std::min(1.0, done + step);
+        const long before = m_trying.work();
+        answer = stepOrNudge(next, step, values, course.ahead(next));
+        if (isSpent(m_task.budget))
+            break;
+        if (answer.isSolved()) {
+            done = next;
+            values = answer.values;
+            course.pass(done, values);
+            step = hasJustFailed ? step : std::min(longest, 2.0 * step);
+            hasJustFailed = false;
+            continue;
+        }
+        hasJustFailed = true;
+        wasted += m_trying.work() - before;
+        if (answer.turnsRound && manner.mayTurnRound && (overTo <= done || next < overTo)) {
+            over = answer;
+            overTo = next;
+        }
+        if ((step *= 0.5) >= leastStep && wasted <= kMostWasted)
+            continue;
+        if (overTo <= done)
+            break;
+        answer = std::exchange(over, {});
+        answer.result.status = SolveStatus::solved;
+        step = std::min(longest, std::max(overTo - done, leastStep));
+        done = overTo;
+        values = answer.values;
+        course.pass(done, values);
+    }
+    if (!answer.isSolved()) {
+        answer.result.reached = m_way.reachedAt(done < kLeastStep ? 0.0 : done);
+        answer.values = std::move(values);
+    }
+    return answer;
+}
+
+/// From where the last step has led, or from elsewhere; as near to the former as can be.
+Answer Following::stepTo(double part, const std::vector<double>& values, const std::vector<double>& from) {
+    const std::vector<Target> targets = m_way.targetsAt(part);
+    m_way.setValuesAt(part, m_sketch);
+    Task step = m_task;
+    step.targets = targets;
+    step.kept = m_manner.kept;
+    step.shapes = m_trying.shapes();
+    if (m_manner.sparesSmall)
+        step.sparedBelow = m_way.longest();
+    step.passed = values;
+    if (&from != &values)
+        step.aims = values;
+    Answer answer = m_trying.from(from, [&] { return m_trying.sparingSmall(step); });
+    // Wishes make the equations many, and near a double root only few can be solved to the last digit.
+    if (answer.result.status == SolveStatus::unreached && !step.shapes.empty()) {
+        step.shapes = {};
+        answer = m_trying.from(from, [&] { return m_trying.once(step); });
+    }
+    answer.turnsRound = answer.isSolved() && findReversed(m_sketch, answer.concerned, values, answer.values) >= 0;
+    if (answer.turnsRound)
+        answer.result.status = SolveStatus::unreached;
+    return answer;
+}
+
+/// Where a step fails, from where the steps before lead when they go on straight: what is smaller than a step would
+/// be overrun where it stands.
+Answer Following::stepOrNudge(double next, double step, const std::vector<double>& values,
+                              const std::vector<double>& ahead) {
+    Answer answer = stepTo(next, values, values);
+    if (answer.isSolved() || isSpent(m_task.budget))
+        return answer;
+    if (!ahead.empty())
+        if (Answer straight = stepTo(next, values, ahead); straight.isSolved())
+            return straight;
+    if (step > kNudged || isSpent(m_task.budget))
+        return answer;
+    const std::vector<double> shake = m_shaken(values);
+    Answer shaken = stepTo(next, shake, shake);
+    shaken.turnsRound = false;  // by the shake, and not because the way leads there
+    return shaken.isSolved() || !answer.turnsRound ? shaken : answer;
+}
+
+}  // namespace holdfast::solver::detail
