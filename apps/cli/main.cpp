@@ -28,9 +28,9 @@ constexpr std::string_view kExitCodes =
 
 constexpr int kAnyNumber = 1 << 20;  // of arguments: more than a system takes
 
-constexpr const char* kDrawing = "a .json or .dxf file, or a sketch: part.FCStd#Sketch001; - for standard input";
+constexpr const char* kDrawing = "a .json, .dxf or .svg file, or a sketch: part.FCStd#Sketch001; - for standard input";
 constexpr const char* kDrawings =
-    "a .json or .dxf file, a sketch (part.FCStd#Sketch001), or several; - for standard input";
+    "a .json, .dxf or .svg file, a sketch (part.FCStd#Sketch001), or several; - for standard input";
 constexpr const char* kJson = "tell it as one JSON object";
 constexpr const char* kLines = "tell it as JSON, a line for each drawing";
 
@@ -40,8 +40,8 @@ void addTelling(CLI::App* command, TellingOptions& telling) {
 }
 
 void addFrom(CLI::App* command, std::string& from) {
-    command->add_option("--from", from, "the drawing's form, whatever its name: json, dxf")
-        ->check(CLI::IsMember({"json", "dxf"}));
+    command->add_option("--from", from, "the drawing's form, whatever its name: json, dxf, svg")
+        ->check(CLI::IsMember({"json", "dxf", "svg"}));
 }
 
 void addForms(CLI::App* command, std::string& from, std::string& to) {
@@ -156,10 +156,10 @@ void addSolve(CLI::App& app, SolveOptions& options, std::function<int()>& action
 void addConvert(CLI::App& app, ConvertOptions& options, std::function<int()>& action) {
     CLI::App* command = app.add_subcommand("convert", "turn a drawing into another form");
     command
-        ->add_option(
-            "IN OUT", options.drawings,
-            "a .json or .dxf file or a sketch (part.FCStd#Sketch001), then a .json, .dxf, .svg or .FCStd file; - for "
-            "the standard streams. Several files, then a folder for what becomes of them")
+        ->add_option("IN OUT", options.drawings,
+                     "a .json, .dxf or .svg file or a sketch (part.FCStd#Sketch001), then a .json, .dxf, .svg or "
+                     ".FCStd file; - for "
+                     "the standard streams. Several files, then a folder for what becomes of them")
         ->required()
         ->expected(2, kAnyNumber);
     addForms(command, options.from, options.to);
@@ -204,7 +204,7 @@ void addInfer(CLI::App& app, InferCommandOptions& options, std::function<int()>&
 
 void addOpen(CLI::App& app, OpenOptions& options, std::function<int()>& action) {
     CLI::App* command = app.add_subcommand("open", "edit a drawing by hand, in the browser");
-    command->add_option("DRAWING", options.drawing, "a .json or .dxf file")->required();
+    command->add_option("DRAWING", options.drawing, "a .json, .dxf or .svg file")->required();
     command->add_option("--port", options.port, "the port to listen on; any that is free unless given")
         ->check(CLI::Range(0, 65535));
     command->add_flag("--no-browser", options.noBrowser, "tell the address and start no browser");

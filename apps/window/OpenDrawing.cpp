@@ -185,7 +185,8 @@ std::string OpenDrawing::save() {
     const std::lock_guard lock(m_mutex);
     if (!m_file.takesSaves())
         return textOf(saved(m_file.isReadOnly ? "the window was opened for reading only; download the drawing instead"
-                                              : "a .dxf file holds no constraints; download the drawing instead"));
+                                              : "a " + m_file.opened.extension().string() +
+                                                    " file holds no constraints; download the drawing instead"));
     if (!noteFile())
         return textOf(saved("somebody else has written " + m_file.opened.filename().string() +
                             " since it was opened; save once more to write over that"));

@@ -17,7 +17,7 @@ namespace holdfast::window {
 
 /// The file behind a drawing in the window.
 struct DrawingFile {
-    std::filesystem::path opened;  ///< what was asked for; .json or .dxf
+    std::filesystem::path opened;  ///< what was asked for; .json, .dxf or .svg
     std::string name;              ///< what people call the drawing
     bool isReadOnly = false;       ///< neither saved nor kept beside the file
 

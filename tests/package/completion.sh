@@ -31,10 +31,12 @@ offers "--report" edit --rep
 offers "--tolerance" convert --tol
 offers "--resume" run --res
 offers "json|dxf|svg" convert --to ''
+offers "json|dxf|svg" show --from ''
 offers "--output" show --out
 offers "$drawing" edit examples/drawings/bat
 offers "$drawing" show examples/drawings/bat
 offers "examples/drawings/acrylic-case-top.dxf" infer examples/drawings/acr
+offers "examples/pictures/sensor-cover.svg" infer examples/pictures/sen
 offers "trim ENTITY at POINT by ENTITY...|trim ..." edit "$drawing" '"tri'
 offers "stretch|set|scale" edit "$drawing" '"s'
 offers "break ENTITY at POINT [to POINT]|break ..." edit "$drawing" '"br'

@@ -1,7 +1,7 @@
 #include "apps/cli/files/DrawingFiles.h"
 
 #include <filesystem>
-#include <span>
+#include <vector>
 
 #include "apps/cli/files/OutputFiles.h"
 #include "apps/cli/files/SketchFiles.h"
@@ -11,14 +11,18 @@
 #include "formats/dxf/DxfReader.h"
 #include "formats/dxf/DxfText.h"
 #include "formats/json/JsonReader.h"
+#include "formats/svg/SvgReader.h"
 
 namespace holdfast::cli {
 
 namespace {
 
-void tellNotices(const std::string& path, const char* what, std::span<const DxfNotice> notices) {
+constexpr const char* kPictureForm = ".svg";
+
+template <class Notice>
+void tellNotices(const std::string& path, const char* what, const std::vector<Notice>& notices) {
     std::string list;
-    for (const DxfNotice& notice : notices)
+    for (const Notice& notice : notices)
         list += (list.empty() ? "" : ", ") + notice.what +
                 (notice.count > 1 ? " (" + std::to_string(notice.count) + " times)" : "");
     if (!list.empty())
@@ -34,9 +38,11 @@ std::string textOf(const std::string& path) {
     return path == kStandardStream ? readStandardInput() : readFile(path);
 }
 
-/// A drawing in JSON begins with a brace, and a DXF file never does.
+/// A drawing in JSON begins with a brace, a picture with an angle, and a DXF file with neither.
 std::string formOfText(const std::string& text) {
     const std::size_t first = text.find_first_not_of(" \t\r\n\xEF\xBB\xBF");
+    if (first != std::string::npos && text[first] == '<')
+        return kPictureForm;
     return first == std::string::npos || text[first] == '{' ? ".json" : ".dxf";
 }
 
@@ -47,10 +53,12 @@ std::string namedForm(const DrawingSource& source) {
     if (source.path == kStandardStream)
         return {};
     const std::string ending = endingOf(source.path);
-    if (ending == ".dxf" || ending == ".json" || ending.empty() || !std::filesystem::exists(source.path))
-        return ending == ".dxf" ? ending : ".json";
+    if (ending == ".dxf" || ending == kPictureForm)
+        return ending;
+    if (ending == ".json" || ending.empty() || !std::filesystem::exists(source.path))
+        return ".json";
     throw UsageError(source.path, "a name that ends in " + ending,
-                     "a drawing whose name ends in .json or .dxf, or its form behind --from");
+                     "a drawing whose name ends in .json, .dxf or .svg, or its form behind --from");
 }
 
 struct DrawingText {
@@ -65,7 +73,18 @@ DrawingText readText(const DrawingSource& source) {
     return read;
 }
 
+Document pictureOf(const DrawingText& read) {
+    SvgDrawing drawing = readSvg(read.text, read.name);
+    if (!drawing.isMeasured)
+        complain(read.name + ": says no unit of length, and is taken as pixels, 96 an inch");
+    tellNotices(read.name, "not understood and left out", drawing.notUnderstood);
+    tellNotices(read.name, "dropped", drawing.dropped);
+    return std::move(drawing.document);
+}
+
 Document documentOf(const DrawingText& read) {
+    if (read.form == kPictureForm)
+        return pictureOf(read);
     if (read.form != ".dxf")
         return readJson(read.text, read.name);
     DxfDrawing drawing = readDxf(read.text, read.name);

@@ -17,10 +17,10 @@ inline constexpr const char* kStandardInput = "standard input";
 /// Where a drawing comes from, and in which form.
 struct DrawingSource {
     std::string path;    ///< a file, or "-": standard input
-    std::string form{};  ///< "json", "dxf"; empty: by the ending, of standard input by how it begins
+    std::string form{};  ///< "json", "dxf", "svg"; empty: by the ending, of standard input by how it begins
 };
 
-/// Reads a drawing: .json, or .dxf and sketches (part.FCStd#Sketch001) with notes of what was not understood on
+/// Reads a drawing: .json, or .dxf, .svg and sketches (part.FCStd#Sketch001) with notes of what was not understood on
 /// standard error.
 Document readAnyDrawing(const DrawingSource& source);
 
@@ -40,7 +40,7 @@ struct SketchOriginal {
 struct DrawingFile {
     Document document;
     std::optional<DxfOriginal> dxf;          ///< none: the drawing goes out as it is
-    std::string form;                        ///< ".json", ".dxf" or ".fcstd", in which it came in
+    std::string form;                        ///< ".json", ".dxf", ".svg" or ".fcstd", in which it came in
     std::optional<SketchOriginal> sketch{};  ///< none: the drawing goes out as it is
 };
 
