@@ -34,8 +34,10 @@ std::string textOf(const std::string& path) {
     return path == kStandardStream ? readStandardInput() : readFile(path);
 }
 
-/// A drawing in JSON begins with a brace, and a DXF file never does.
+/// A drawing in JSON begins with a brace, a SolveSpace file with three marks, and a DXF file never does.
 std::string formOfText(const std::string& text) {
+    if (text.starts_with("\xB1\xB2\xB3") || text.starts_with("\xC2\xB1\xC2\xB2"))
+        return kSlvsForm;
     const std::size_t first = text.find_first_not_of(" \t\r\n\xEF\xBB\xBF");
     return first == std::string::npos || text[first] == '{' ? ".json" : ".dxf";
 }
@@ -66,6 +68,8 @@ DrawingText readText(const DrawingSource& source) {
 }
 
 Document documentOf(const DrawingText& read) {
+    if (read.form == kSlvsForm)
+        return readSlvsSketch(read.text, "", read.name);
     if (read.form != ".dxf")
         return readJson(read.text, read.name);
     DxfDrawing drawing = readDxf(read.text, read.name);
