@@ -21,6 +21,8 @@
 namespace holdfast::formats {
 namespace {
 
+using Type = ConstraintType;
+
 /// The library's number for a kind of the file's. It begins the place of a point on a line at the line's end, and moves
 /// both to get on from there; a distance of 0 says the same.
 int kindOf(int kind) {
@@ -240,7 +242,6 @@ TEST(SlvsSolver, FindsConstraintsOfEveryKindHoldingAndOthersNot) {
                         {"s", SplineShape{3, false, {{10, 5}, {10, 7}, {4, 9}, {6, 9}}, {0, 0, 0, 0, 1, 1, 1, 1}, {}}},
                         {"x", XlineShape{{0, 0}, {1, 0}}, true, true},
                         {"y", XlineShape{{0, 0}, {0, 1}}, true, true}};
-    using Type = ConstraintType;
     const PlaceKind start = PlaceKind::start, end = PlaceKind::end, centre = PlaceKind::centre;
     const auto c = [](Type type, std::vector<Place> refs, std::optional<double> value = {}) {
         return Constraint{.id = "k", .type = type, .refs = std::move(refs), .value = value};
