@@ -120,7 +120,7 @@ int showOne(const std::string& drawing, const ShowOptions& options, Teller& tell
     const std::string picture =
         options.drawings.size() == 1 ? options.output : outputIn(options.output, drawing, "svg");
     OutputFiles outputs({viewNamed(picture)}, teller.wantsJson());
-    if (const auto document = sketchPathOf(drawing); document && document->sketch.empty())
+    if (const auto document = sketchPathOf(drawing); options.from.empty() && document && isListed(*document))
         return showSketches(*document, options, teller);
     const Document document = readAnyDrawing({drawing, options.from});
     if (!picture.empty())

@@ -28,9 +28,10 @@ constexpr std::string_view kExitCodes =
 
 constexpr int kAnyNumber = 1 << 20;  // of arguments: more than a system takes
 
-constexpr const char* kDrawing = "a .json, .dxf or .svg file, or a sketch: part.FCStd#Sketch001; - for standard input";
+constexpr const char* kDrawing =
+    "a .json, .dxf or .svg file, or a sketch: part.FCStd#Sketch001, part.slvs; - for standard input";
 constexpr const char* kDrawings =
-    "a .json, .dxf or .svg file, a sketch (part.FCStd#Sketch001), or several; - for standard input";
+    "a .json, .dxf or .svg file, a sketch (part.FCStd#Sketch001, part.slvs), or several; - for standard input";
 constexpr const char* kJson = "tell it as one JSON object";
 constexpr const char* kLines = "tell it as JSON, a line for each drawing";
 
@@ -40,14 +41,14 @@ void addTelling(CLI::App* command, TellingOptions& telling) {
 }
 
 void addFrom(CLI::App* command, std::string& from) {
-    command->add_option("--from", from, "the drawing's form, whatever its name: json, dxf, svg")
-        ->check(CLI::IsMember({"json", "dxf", "svg"}));
+    command->add_option("--from", from, "the drawing's form, whatever its name: json, dxf, svg, slvs")
+        ->check(CLI::IsMember({"json", "dxf", "svg", "slvs"}));
 }
 
 void addForms(CLI::App* command, std::string& from, std::string& to) {
     addFrom(command, from);
-    command->add_option("--to", to, "the form to write, whatever the name: json, dxf, svg")
-        ->check(CLI::IsMember({"json", "dxf", "svg"}));
+    command->add_option("--to", to, "the form to write, whatever the name: json, dxf, svg, slvs")
+        ->check(CLI::IsMember({"json", "dxf", "svg", "slvs"}));
 }
 
 constexpr const char* kIds = "show the names of entities in the picture";
@@ -157,9 +158,9 @@ void addConvert(CLI::App& app, ConvertOptions& options, std::function<int()>& ac
     CLI::App* command = app.add_subcommand("convert", "turn a drawing into another form");
     command
         ->add_option("IN OUT", options.drawings,
-                     "a .json, .dxf or .svg file or a sketch (part.FCStd#Sketch001), then a .json, .dxf, .svg or "
-                     ".FCStd file; - for "
-                     "the standard streams. Several files, then a folder for what becomes of them")
+                     "a .json, .dxf or .svg file or a sketch (part.FCStd#Sketch001, part.slvs), then a .json, .dxf, "
+                     ".svg, .slvs or .FCStd file; - for the standard streams. Several files, then a folder for what "
+                     "becomes of them")
         ->required()
         ->expected(2, kAnyNumber);
     addForms(command, options.from, options.to);

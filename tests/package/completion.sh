@@ -30,8 +30,8 @@ offers "--version" --v
 offers "--report" edit --rep
 offers "--tolerance" convert --tol
 offers "--resume" run --res
-offers "json|dxf|svg" convert --to ''
-offers "json|dxf|svg" show --from ''
+offers "json|dxf|svg|slvs" convert --to ''
+offers "json|dxf|svg|slvs" show --from ''
 offers "--output" show --out
 offers "$drawing" edit examples/drawings/bat
 offers "$drawing" show examples/drawings/bat

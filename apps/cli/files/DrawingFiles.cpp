@@ -38,8 +38,11 @@ std::string textOf(const std::string& path) {
     return path == kStandardStream ? readStandardInput() : readFile(path);
 }
 
-/// A drawing in JSON begins with a brace, a picture with an angle, and a DXF file with neither.
+/// A drawing in JSON begins with a brace, a picture with an angle, a SolveSpace file with three marks, and a DXF file
+/// with none of these.
 std::string formOfText(const std::string& text) {
+    if (text.starts_with("\xB1\xB2\xB3") || text.starts_with("\xC2\xB1\xC2\xB2"))
+        return kSlvsForm;
     const std::size_t first = text.find_first_not_of(" \t\r\n\xEF\xBB\xBF");
     if (first != std::string::npos && text[first] == '<')
         return kPictureForm;
@@ -58,7 +61,7 @@ std::string namedForm(const DrawingSource& source) {
     if (ending == ".json" || ending.empty() || !std::filesystem::exists(source.path))
         return ".json";
     throw UsageError(source.path, "a name that ends in " + ending,
-                     "a drawing whose name ends in .json, .dxf or .svg, or its form behind --from");
+                     "a drawing whose name ends in .json, .dxf, .svg or .slvs, or its form behind --from");
 }
 
 struct DrawingText {
@@ -85,6 +88,8 @@ Document pictureOf(const DrawingText& read) {
 Document documentOf(const DrawingText& read) {
     if (read.form == kPictureForm)
         return pictureOf(read);
+    if (read.form == kSlvsForm)
+        return readSlvsSketch(read.text, "", read.name);
     if (read.form != ".dxf")
         return readJson(read.text, read.name);
     DxfDrawing drawing = readDxf(read.text, read.name);

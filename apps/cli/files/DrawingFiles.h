@@ -17,11 +17,11 @@ inline constexpr const char* kStandardInput = "standard input";
 /// Where a drawing comes from, and in which form.
 struct DrawingSource {
     std::string path;    ///< a file, or "-": standard input
-    std::string form{};  ///< "json", "dxf", "svg"; empty: by the ending, of standard input by how it begins
+    std::string form{};  ///< "json", "dxf", "svg", "slvs"; empty: by the ending, of standard input by how it begins
 };
 
-/// Reads a drawing: .json, or .dxf, .svg and sketches (part.FCStd#Sketch001) with notes of what was not understood on
-/// standard error.
+/// Reads a drawing: .json, or .dxf, .svg and sketches (part.FCStd#Sketch001, part.slvs) with notes of what was not
+/// understood on standard error.
 Document readAnyDrawing(const DrawingSource& source);
 
 /// A DXF file that is to be written again, with the edits of the drawing that was read from it.
@@ -40,14 +40,14 @@ struct SketchOriginal {
 struct DrawingFile {
     Document document;
     std::optional<DxfOriginal> dxf;          ///< none: the drawing goes out as it is
-    std::string form;                        ///< ".json", ".dxf", ".svg" or ".fcstd", in which it came in
+    std::string form;                        ///< ".json", ".dxf", ".svg", ".slvs" or ".fcstd", in which it came in
     std::optional<SketchOriginal> sketch{};  ///< none: the drawing goes out as it is
 };
 
 /// Where a drawing goes to, and in which form.
 struct DrawingTarget {
     std::string path;    ///< a file; "-": standard output; empty: nowhere
-    std::string form{};  ///< "json", "dxf", "svg"; empty: by the ending, to standard output as it came in
+    std::string form{};  ///< "json", "dxf", "svg", "slvs"; empty: by the ending, to standard output as it came in
 };
 
 /// The form in which a drawing goes out that came in in another one, with a dot before it.

@@ -11,6 +11,7 @@
 #include "document/text/Suggest.h"
 #include "formats/dxf/DxfPatch.h"
 #include "formats/json/JsonWriter.h"
+#include "formats/slvs/SlvsWriter.h"
 #include "report/page/Wording.h"
 #include "report/picture/Svg.h"
 
@@ -70,7 +71,7 @@ std::string leftOutReferences(const Document& document) {
 }  // namespace
 
 OutputName drawingNamed(const DrawingTarget& target) {
-    return {target.path, {".json", ".dxf", ".svg", kSketchForm}, !target.form.empty()};
+    return {target.path, {".json", ".dxf", ".svg", kSketchForm, kSlvsForm}, !target.form.empty()};
 }
 
 OutputName pictureNamed(const std::string& path) {
@@ -158,6 +159,8 @@ void OutputFiles::addDrawing(const DrawingTarget& target, const Document& docume
         return add(path, writeTrueSizeSvg(document));
     if (from.sketch && form == kSketchForm)
         return addSketch(path, name, document, *from.sketch);
+    if (form == kSlvsForm)
+        return addSlvs(path, name, document, from, tolerance);
     const std::optional<DxfOriginal>& dxf = from.dxf;
     DxfOutput output =
         dxf ? patchedDxf(dxf->text, dxf->layout, dxf->drawing, document, tolerance) : dxfText(document, tolerance);
@@ -174,6 +177,18 @@ void OutputFiles::addSketch(const std::string& path, const std::string& name, co
     for (const std::string& note : output.notes)
         m_notes.push_back(name + ": " + note);
     add(path, std::move(output.bytes));
+}
+
+void OutputFiles::addSlvs(const std::string& path, const std::string& name, const Document& document,
+                          const DrawingFile& from, double tolerance) {
+    std::vector<std::string> notes;
+    if (from.form == kSlvsForm)
+        notes.emplace_back("a new file with this sketch alone; names, styles and views are not those of the old one");
+    SlvsOutput output = slvsText(withoutPolylines(document, notes), tolerance);
+    notes.insert(notes.end(), output.notes.begin(), output.notes.end());
+    for (const std::string& note : notes)
+        m_notes.push_back(name + ": " + note);
+    add(path, std::move(output.text));
 }
 
 void OutputFiles::tellLosses(const std::string& path, const Document& document, const DxfOutput& output) {

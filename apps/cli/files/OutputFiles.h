@@ -64,6 +64,8 @@ public:
 private:
     void addSketch(const std::string& path, const std::string& name, const Document& document,
                    const SketchOriginal& from);
+    void addSlvs(const std::string& path, const std::string& name, const Document& document, const DrawingFile& from,
+                 double tolerance);
     void tellLosses(const std::string& path, const Document& document, const DxfOutput& output);
 
     std::vector<NamedText> m_files;

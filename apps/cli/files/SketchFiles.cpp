@@ -17,14 +17,13 @@
 #include "formats/FileIo.h"
 #include "formats/fcstd/FcstdPatch.h"
 #include "formats/fcstd/FcstdReader.h"
+#include "formats/slvs/SlvsReader.h"
 #include "hosting/DocumentSketch.h"
 #include "report/page/Wording.h"
 
 namespace holdfast::cli {
 
 namespace {
-
-constexpr std::string_view kEnding = kSketchForm;
 
 void tellKept(const std::string& path, const char* what, const std::vector<std::string>& notUnderstood) {
     std::string list;
@@ -38,50 +37,52 @@ std::string sketchCount(std::size_t count) {
     return std::to_string(count) + (count == 1 ? " sketch" : " sketches");
 }
 
+/// A sketch by its name and that which its user has given it.
+struct SketchName {
+    std::string name, label;
+};
+
+std::vector<SketchName> sketchesIn(const std::string& form, const std::string& bytes, const std::string& file) {
+    std::vector<SketchName> names;
+    if (form == kSlvsForm)
+        for (SlvsSketchName& sketch : sketchesInSlvs(bytes, file))
+            names.push_back({std::move(sketch.name), std::move(sketch.label)});
+    else
+        for (FcstdSketchName& sketch : sketchesInFcstd(bytes, file))
+            names.push_back({std::move(sketch.name), std::move(sketch.label)});
+    return names;
+}
+
 /// The only one of a document, unless the user has named one.
 std::string chosenSketch(const SketchPath& path, const std::string& bytes) {
     if (!path.sketch.empty())
         return path.sketch;
-    const std::vector<FcstdSketchName> sketches = sketchesInFcstd(bytes, path.file);
+    const std::vector<SketchName> sketches = sketchesIn(path.form, bytes, path.file);
     if (sketches.size() == 1)
         return sketches.front().name;
     std::vector<std::string> names;
     names.reserve(sketches.size());
-    for (const FcstdSketchName& sketch : sketches)
+    for (const SketchName& sketch : sketches)
         names.push_back(path.file + "#" + sketch.name);
     const std::vector<std::string_view> views(names.begin(), names.end());
     throw UsageError(path.file, "a document of " + sketchCount(sketches.size()),
                      sketches.empty() ? "one with a sketch" : "one of them: " + oneOf(views));
 }
 
-Document withoutPolylines(const Document& drawing, std::vector<std::string>& notes) {
-    Explode explode;
-    for (const Entity& entity : drawing.entities)
-        if (std::holds_alternative<PolylineShape>(entity.shape))
-            explode.entities.push_back(entity.id);
-    if (explode.entities.empty())
-        return drawing;
-    Session session(drawing);
-    if (!session.apply(explode).outcome.done())
-        return drawing;
-    for (const Name& polyline : explode.entities)
-        notes.push_back(polyline.value + ", a polyline, went out as lines and arcs");
-    return session.document();
-}
-
 /// What the list of sketches tells of one.
 struct SketchLine {
-    FcstdSketchName sketch;
+    SketchName sketch;
     std::size_t entities = 0, constraints = 0;
     std::optional<int> freedom;
     std::string fault;
 };
 
-SketchLine lineOf(const FcstdSketchName& sketch, const std::string& bytes, const std::string& file) {
+SketchLine lineOf(const SketchName& sketch, const std::string& bytes, const SketchPath& path) {
     SketchLine line;
     line.sketch = sketch;
     try {
-        const Document drawing = readFcstd(bytes, sketch.name, file).document;
+        const Document drawing = path.form == kSlvsForm ? readSlvs(bytes, sketch.name, path.file).document
+                                                        : readFcstd(bytes, sketch.name, path.file).document;
         line.entities = static_cast<std::size_t>(std::count_if(drawing.entities.begin(), drawing.entities.end(),
                                                                [](const Entity& entity) { return !entity.fixed; }));
         line.constraints = drawing.constraints.size();
@@ -132,29 +133,41 @@ nlohmann::ordered_json jsonOf(const SketchPath& path, const std::vector<SketchLi
 }  // namespace
 
 std::optional<SketchPath> sketchPathOf(const std::string& path) {
-    if (endingOf(path) == kEnding)
-        return SketchPath{path, ""};
     std::string small = path;
     std::transform(small.begin(), small.end(), small.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    const std::size_t at = small.rfind(std::string(kEnding) + "#");
-    std::error_code error;
-    if (at == std::string::npos || std::filesystem::exists(path, error))
-        return std::nullopt;
-    return SketchPath{path.substr(0, at + kEnding.size()), path.substr(at + kEnding.size() + 1)};
+    for (const std::string_view ending : {kSketchForm, kSlvsForm}) {
+        if (endingOf(path) == ending)
+            return SketchPath{path, "", std::string(ending)};
+        const std::size_t at = small.rfind(std::string(ending) + "#");
+        std::error_code error;
+        if (at != std::string::npos && !std::filesystem::exists(path, error))
+            return SketchPath{path.substr(0, at + ending.size()), path.substr(at + ending.size() + 1),
+                              std::string(ending)};
+    }
+    return std::nullopt;
 }
 
 bool isSketch(const DrawingSource& source) {
     return source.form.empty() && sketchPathOf(source.path).has_value();
 }
 
+Document readSlvsSketch(const std::string& text, const std::string& sketch, const std::string& file) {
+    SlvsDrawing read = readSlvs(text, sketch, file);
+    tellKept(file, "not understood and left out", read.notUnderstood);
+    return std::move(read.document);
+}
+
 DrawingFile readSketchFor(const DrawingTarget& target, const DrawingSource& source) {
-    if (!isSketch(source))
+    const bool isFcstd = isSketch(source) && sketchPathOf(source.path)->form == kSketchForm;
+    if (!isFcstd && !target.path.empty() && formOf(target, {}) == kSketchForm)
         throw UsageError(target.path, "a drawing that comes from " + inQuotes(source.path),
                          "a sketch of a document, of which this becomes a copy; or a name that ends in .json or .dxf");
     const SketchPath from = *sketchPathOf(source.path);
     std::string bytes = readFile(from.file);
     const std::string sketch = chosenSketch(from, bytes);
+    if (!isFcstd)
+        return {readSlvsSketch(bytes, sketch, from.file), std::nullopt, kSlvsForm};
     FcstdDrawing read = readFcstd(bytes, sketch, from.file);
     const bool isPatched = !target.path.empty() && formOf(target, kSketchForm) == kSketchForm;
     tellKept(from.file, isPatched ? "not understood and kept as it is" : "not understood and left out",
@@ -163,6 +176,21 @@ DrawingFile readSketchFor(const DrawingTarget& target, const DrawingSource& sour
     if (isPatched)
         file.sketch = SketchOriginal{std::move(bytes), sketch};
     return file;
+}
+
+Document withoutPolylines(const Document& drawing, std::vector<std::string>& notes) {
+    Explode explode;
+    for (const Entity& entity : drawing.entities)
+        if (std::holds_alternative<PolylineShape>(entity.shape))
+            explode.entities.push_back(entity.id);
+    if (explode.entities.empty())
+        return drawing;
+    Session session(drawing);
+    if (!session.apply(explode).outcome.done())
+        return drawing;
+    for (const Name& polyline : explode.entities)
+        notes.push_back(polyline.value + ", a polyline, went out as lines and arcs");
+    return session.document();
 }
 
 SketchOutput documentWith(const Document& drawing, const SketchOriginal& from) {
@@ -174,13 +202,18 @@ SketchOutput documentWith(const Document& drawing, const SketchOriginal& from) {
     return out;
 }
 
+bool isListed(const SketchPath& path) {
+    return path.sketch.empty() &&
+           (path.form == kSketchForm || sketchesIn(path.form, readFile(path.file), path.file).size() != 1);
+}
+
 int showSketches(const SketchPath& path, const ShowOptions& options, Teller& teller) {
     if (!options.output.empty() || options.list || options.missing)
         throw UsageError(path.file, "a whole document", "one of its sketches: " + path.file + "#NAME");
     const std::string bytes = readFile(path.file);
     std::vector<SketchLine> lines;
-    for (const FcstdSketchName& sketch : sketchesInFcstd(bytes, path.file))
-        lines.push_back(lineOf(sketch, bytes, path.file));
+    for (const SketchName& sketch : sketchesIn(path.form, bytes, path.file))
+        lines.push_back(lineOf(sketch, bytes, path));
     OutputFiles({}, teller.wantsJson()).write([&] {
         if (teller.wantsJson()) {
             teller.tell(jsonOf(path, lines));

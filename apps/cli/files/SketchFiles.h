@@ -12,22 +12,28 @@
 
 namespace holdfast::cli {
 
-/// A sketch in a FreeCAD document, as users name it: part.FCStd#Sketch001.
+/// A sketch in a document, as users name it: part.FCStd#Sketch001, part.slvs#g002.
 struct SketchPath {
     std::string file;
     std::string sketch;  ///< by name or label; empty: the only one that there is
+    std::string form;    ///< of the document, as an ending
 };
 
 /// What a name means as one of a sketch; nothing for names of other files.
 std::optional<SketchPath> sketchPathOf(const std::string& path);
 
-/// The form of documents, as an ending.
+// The forms of documents, as endings: those of FreeCAD, into copies of which sketches go back, and those of SolveSpace,
+// which are written anew.
 inline constexpr const char* kSketchForm = ".fcstd";
+inline constexpr const char* kSlvsForm = ".slvs";
 bool isSketch(const DrawingSource& source);
 
 /// Reads a sketch that is to be written to a file, or to none where that has no name: as a copy of its document, or as
 /// a drawing of another form. Throws UsageError where something else is to become a document.
 DrawingFile readSketchFor(const DrawingTarget& target, const DrawingSource& source);
+
+/// The drawing with its polylines as lines and arcs, and a note on each.
+Document withoutPolylines(const Document& drawing, std::vector<std::string>& notes);
 
 struct SketchOutput {
     std::string bytes;
@@ -37,6 +43,12 @@ struct SketchOutput {
 /// out as lines and arcs.
 SketchOutput documentWith(const Document& drawing, const SketchOriginal& from);
 
+/// A SolveSpace file's sketch, the only one where none is named, with notes on what was left out on standard error.
+Document readSlvsSketch(const std::string& text, const std::string& sketch, const std::string& file);
+
+/// True for a document of which the sketches are to be told, and not a drawing: one that names none and has several,
+/// or of FreeCAD.
+bool isListed(const SketchPath& path);
 /// Tells the sketches of a document.
 int showSketches(const SketchPath& path, const ShowOptions& options, Teller& teller);
 
