@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <optional>
+#include <variant>
 
 #include "document/text/DrawingError.h"
 #include "document/text/Suggest.h"
@@ -24,54 +25,54 @@ struct Current {
     SlvsConstraint constraint;
 };
 
-enum class Form { handle, integer, number, flag, text };
+/// Where a field's value goes: its kind says how it is written.
+using Place = std::variant<SlvsHandle*, int*, double*, bool*, std::string_view*>;
 
 struct Field {
     std::string_view key;
-    Form form;
-    void* (*in)(Current& records);
+    Place (*in)(Current& records);
 };
 
 constexpr Field kFields[] = {
-    {"Constraint.entityA.v", Form::handle, [](Current& r) -> void* { return &r.constraint.entityA; }},
-    {"Constraint.entityB.v", Form::handle, [](Current& r) -> void* { return &r.constraint.entityB; }},
-    {"Constraint.entityC.v", Form::handle, [](Current& r) -> void* { return &r.constraint.entityC; }},
-    {"Constraint.entityD.v", Form::handle, [](Current& r) -> void* { return &r.constraint.entityD; }},
-    {"Constraint.group.v", Form::handle, [](Current& r) -> void* { return &r.constraint.group; }},
-    {"Constraint.h.v", Form::handle, [](Current& r) -> void* { return &r.constraint.handle; }},
-    {"Constraint.other", Form::flag, [](Current& r) -> void* { return &r.constraint.other; }},
-    {"Constraint.other2", Form::flag, [](Current& r) -> void* { return &r.constraint.other2; }},
-    {"Constraint.ptA.v", Form::handle, [](Current& r) -> void* { return &r.constraint.pointA; }},
-    {"Constraint.ptB.v", Form::handle, [](Current& r) -> void* { return &r.constraint.pointB; }},
-    {"Constraint.reference", Form::flag, [](Current& r) -> void* { return &r.constraint.isReference; }},
-    {"Constraint.type", Form::integer, [](Current& r) -> void* { return &r.constraint.type; }},
-    {"Constraint.valA", Form::number, [](Current& r) -> void* { return &r.constraint.value; }},
-    {"Constraint.workplane.v", Form::handle, [](Current& r) -> void* { return &r.constraint.plane; }},
-    {"Entity.actNormal.vx", Form::number, [](Current& r) -> void* { return &r.entity.turn[1]; }},
-    {"Entity.actNormal.vy", Form::number, [](Current& r) -> void* { return &r.entity.turn[2]; }},
-    {"Entity.actNormal.vz", Form::number, [](Current& r) -> void* { return &r.entity.turn[3]; }},
-    {"Entity.actNormal.w", Form::number, [](Current& r) -> void* { return r.entity.turn.data(); }},
-    {"Entity.actPoint.x", Form::number, [](Current& r) -> void* { return r.entity.at.data(); }},
-    {"Entity.actPoint.y", Form::number, [](Current& r) -> void* { return &r.entity.at[1]; }},
-    {"Entity.actPoint.z", Form::number, [](Current& r) -> void* { return &r.entity.at[2]; }},
-    {"Entity.h.v", Form::handle, [](Current& r) -> void* { return &r.entity.handle; }},
-    {"Entity.normal.v", Form::handle, [](Current& r) -> void* { return &r.entity.normal; }},
-    {"Entity.point[0].v", Form::handle, [](Current& r) -> void* { return r.entity.points.data(); }},
-    {"Entity.point[1].v", Form::handle, [](Current& r) -> void* { return &r.entity.points[1]; }},
-    {"Entity.type", Form::integer, [](Current& r) -> void* { return &r.entity.type; }},
-    {"Group.activeWorkplane.v", Form::handle, [](Current& r) -> void* { return &r.group.plane; }},
-    {"Group.h.v", Form::handle, [](Current& r) -> void* { return &r.group.handle; }},
-    {"Group.name", Form::text, [](Current& r) -> void* { return &r.group.name; }},
-    {"Group.type", Form::integer, [](Current& r) -> void* { return &r.group.type; }},
-    {"Param.h.v", Form::handle, [](Current& r) -> void* { return &r.param.handle; }},
-    {"Param.h.v.", Form::handle, [](Current& r) -> void* { return &r.param.handle; }},  // as the program writes it
-    {"Param.val", Form::number, [](Current& r) -> void* { return &r.param.value; }},
-    {"Request.construction", Form::flag, [](Current& r) -> void* { return &r.request.isConstruction; }},
-    {"Request.extraPoints", Form::integer, [](Current& r) -> void* { return &r.request.extraPoints; }},
-    {"Request.group.v", Form::handle, [](Current& r) -> void* { return &r.request.group; }},
-    {"Request.h.v", Form::handle, [](Current& r) -> void* { return &r.request.handle; }},
-    {"Request.type", Form::integer, [](Current& r) -> void* { return &r.request.type; }},
-    {"Request.workplane.v", Form::handle, [](Current& r) -> void* { return &r.request.plane; }},
+    {"Constraint.entityA.v", [](Current& r) -> Place { return &r.constraint.entityA; }},
+    {"Constraint.entityB.v", [](Current& r) -> Place { return &r.constraint.entityB; }},
+    {"Constraint.entityC.v", [](Current& r) -> Place { return &r.constraint.entityC; }},
+    {"Constraint.entityD.v", [](Current& r) -> Place { return &r.constraint.entityD; }},
+    {"Constraint.group.v", [](Current& r) -> Place { return &r.constraint.group; }},
+    {"Constraint.h.v", [](Current& r) -> Place { return &r.constraint.handle; }},
+    {"Constraint.other", [](Current& r) -> Place { return &r.constraint.other; }},
+    {"Constraint.other2", [](Current& r) -> Place { return &r.constraint.other2; }},
+    {"Constraint.ptA.v", [](Current& r) -> Place { return &r.constraint.pointA; }},
+    {"Constraint.ptB.v", [](Current& r) -> Place { return &r.constraint.pointB; }},
+    {"Constraint.reference", [](Current& r) -> Place { return &r.constraint.isReference; }},
+    {"Constraint.type", [](Current& r) -> Place { return &r.constraint.type; }},
+    {"Constraint.valA", [](Current& r) -> Place { return &r.constraint.value; }},
+    {"Constraint.workplane.v", [](Current& r) -> Place { return &r.constraint.plane; }},
+    {"Entity.actNormal.vx", [](Current& r) -> Place { return &r.entity.turn[1]; }},
+    {"Entity.actNormal.vy", [](Current& r) -> Place { return &r.entity.turn[2]; }},
+    {"Entity.actNormal.vz", [](Current& r) -> Place { return &r.entity.turn[3]; }},
+    {"Entity.actNormal.w", [](Current& r) -> Place { return r.entity.turn.data(); }},
+    {"Entity.actPoint.x", [](Current& r) -> Place { return r.entity.at.data(); }},
+    {"Entity.actPoint.y", [](Current& r) -> Place { return &r.entity.at[1]; }},
+    {"Entity.actPoint.z", [](Current& r) -> Place { return &r.entity.at[2]; }},
+    {"Entity.h.v", [](Current& r) -> Place { return &r.entity.handle; }},
+    {"Entity.normal.v", [](Current& r) -> Place { return &r.entity.normal; }},
+    {"Entity.point[0].v", [](Current& r) -> Place { return r.entity.points.data(); }},
+    {"Entity.point[1].v", [](Current& r) -> Place { return &r.entity.points[1]; }},
+    {"Entity.type", [](Current& r) -> Place { return &r.entity.type; }},
+    {"Group.activeWorkplane.v", [](Current& r) -> Place { return &r.group.plane; }},
+    {"Group.h.v", [](Current& r) -> Place { return &r.group.handle; }},
+    {"Group.name", [](Current& r) -> Place { return &r.group.name; }},
+    {"Group.type", [](Current& r) -> Place { return &r.group.type; }},
+    {"Param.h.v", [](Current& r) -> Place { return &r.param.handle; }},
+    {"Param.h.v.", [](Current& r) -> Place { return &r.param.handle; }},  // as the program writes it
+    {"Param.val", [](Current& r) -> Place { return &r.param.value; }},
+    {"Request.construction", [](Current& r) -> Place { return &r.request.isConstruction; }},
+    {"Request.extraPoints", [](Current& r) -> Place { return &r.request.extraPoints; }},
+    {"Request.group.v", [](Current& r) -> Place { return &r.request.group; }},
+    {"Request.h.v", [](Current& r) -> Place { return &r.request.handle; }},
+    {"Request.type", [](Current& r) -> Place { return &r.request.type; }},
+    {"Request.workplane.v", [](Current& r) -> Place { return &r.request.plane; }},
 };
 static_assert(std::is_sorted(std::begin(kFields), std::end(kFields),
                              [](const Field& a, const Field& b) { return a.key < b.key; }),
@@ -156,7 +157,7 @@ private:
             std::lower_bound(std::begin(kFields), std::end(kFields), key,
                              [](const Field& each, std::string_view wanted) { return each.key < wanted; });
         if (field != std::end(kFields) && field->key == key)
-            put(*field, value);
+            std::visit([&](auto* place) { put(*place, value); }, field->in(m_current));
     }
 
     void skipList() {
@@ -169,7 +170,7 @@ private:
     }
 
     template <class Number>
-    void put(void* place, std::string_view value, const char* expected, int base = 10) {
+    Number numberIn(std::string_view value, const char* expected, int base = 10) const {
         Number number{};
         std::from_chars_result result{};
         if constexpr (std::is_floating_point_v<Number>)
@@ -181,28 +182,16 @@ private:
             isWhole = isWhole && std::isfinite(number);
         if (!isWhole)
             refuse(inQuotes(value.substr(0, 40)), expected);
-        *static_cast<Number*>(place) = number;
+        return number;
     }
 
-    void put(const Field& field, std::string_view value) {
-        void* place = field.in(m_current);
-        switch (field.form) {
-            case Form::handle:
-                return put<SlvsHandle>(place, value, "a handle of up to eight hexadecimal digits", 16);
-            case Form::integer:
-                return put<int>(place, value, "a whole number");
-            case Form::number:
-                return put<double>(place, value, "a number");
-            case Form::flag: {
-                int flag = 0;
-                put<int>(&flag, value, "0 or 1");
-                *static_cast<bool*>(place) = flag != 0;
-                return;
-            }
-            case Form::text:
-                *static_cast<std::string_view*>(place) = value;
-        }
+    void put(SlvsHandle& place, std::string_view value) const {
+        place = numberIn<SlvsHandle>(value, "a handle of up to eight hexadecimal digits", 16);
     }
+    void put(int& place, std::string_view value) const { place = numberIn<int>(value, "a whole number"); }
+    void put(double& place, std::string_view value) const { place = numberIn<double>(value, "a number"); }
+    void put(bool& place, std::string_view value) const { place = numberIn<int>(value, "0 or 1") != 0; }
+    static void put(std::string_view& place, std::string_view value) { place = value; }
 
     void add(std::string_view owner) {
         if (!m_open.empty() && m_open != owner)

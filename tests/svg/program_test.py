@@ -58,7 +58,7 @@ class Program(unittest.TestCase):
         self.assertIn("circle: 1", self.run_it("show", "-", "--from", "svg", stdin=picture).stdout)
         (self.folder / "picture.xml").write_text(picture)
         self.assertIn("circle: 1", self.run_it("show", "picture.xml", "--from", "svg").stdout)
-        self.assertIn(".json, .dxf or .svg", self.run_it("show", "picture.xml", expected=REFUSED).stderr)
+        self.assertIn(".json, .dxf, .svg or .slvs", self.run_it("show", "picture.xml", expected=REFUSED).stderr)
 
     def test_a_part_is_inferred_and_edited(self):
         self.run_it("infer", COVER, "-o", "cover.json")
