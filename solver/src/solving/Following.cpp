@@ -117,7 +117,8 @@ Answer Following::stepTo(double part, const std::vector<double>& values, const s
     step.shapes = m_trying.shapes();
     if (m_manner.sparesSmall)
         step.sparedBelow = m_way.longest();
-    step.passed = values;
+    if (m_manner.mayTurnRound)
+        step.passed = values;
     if (&from != &values)
         step.aims = values;
     Answer answer = m_trying.from(from, [&] { return m_trying.sparingSmall(step); });

@@ -21,7 +21,7 @@ public:
         double leastStep = kLeastStep;
         /// No step turns a line round as long as a shorter one may do without. Where none does, the way leads through a
         /// place where the line has no length, and the shortest step over it is taken: unless there is an answer
-        /// already.
+        /// already. Nor does a sweep then change by more than half a turn on the whole way.
         bool mayTurnRound = true;
         bool sparesSmall = false;        ///< small sizes count more from the beginning
         std::span<const Target> kept{};  ///< constants on the whole way

@@ -400,7 +400,8 @@ private:
         Task settling = task(RelaxationLevel::exact, true);
         const std::vector<double> aims = m_work.values;
         settling.aims = aims;
-        settling.passed = last.values;
+        if (manner.mayTurnRound)
+            settling.passed = last.values;
         Answer settled = m_trying.from(last.values, [&] { return tryKeepingPlaces(settling); });
         last.keepsPlaces = !manner.kept.empty();
         if (!settled.isSolved() || (last.keepsPlaces && !settled.keepsPlaces) ||
