@@ -38,10 +38,11 @@ Subproblem::Subproblem(EquationSystem& system, std::span<const int> unknowns)
                 m_members.push_back({v, column, link.sign, link.offset});
         }
     }
-    m_pattern.starts.assign(m_unknowns.size() + 1, 0);
     m_firstSlot.push_back(0);
-    if (m_equations.empty())
+    if (m_equations.empty()) {
+        m_pattern.starts.assign(m_unknowns.size() + 1, 0);
         return;
+    }
     makePattern();
     listSlacks();
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include "solver/src/numerics/Stepper.h"

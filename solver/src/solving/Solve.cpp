@@ -84,7 +84,8 @@ public:
         m_way.emplace(sketch, request.targets, m_values, request.edited);
         setGoals();
         m_named = namedEntities(m_work, task(RelaxationLevel::exact, true));
-        m_least = m_way->smallestFactor() * m_way->leastPart(SolverState::kLeast, request.kept);
+        m_leastWished = m_way->leastPart(SolverState::kLeast, request.kept);
+        m_least = m_way->smallestFactor() * m_leastWished;
         if (request.keepsShapes && m_isEdit)
             m_trying.keepShapes(shapesAround());
         m_trying.spareBelow(m_way->longest());
@@ -192,13 +193,9 @@ private:
     /// Where a dimension becomes a part of what it was, others may have to shrink as much more. They do so only if they
     /// have to.
     Answer shrinkingLess(Answer answer) {
-        std::vector<int> others;
-        std::set_difference(answer.concerned.begin(), answer.concerned.end(), m_named.begin(), m_named.end(),
-                            std::back_inserter(others));
-        const double least = m_way->leastPart(SolverState::kLeast, m_request.kept);
-        if (m_least >= least || !haveShrunk(m_work, others, answer.values, least))
+        if (m_least >= m_leastWished || !haveShrunk(m_work, notNamed(answer), answer.values, m_leastWished))
             return answer;
-        const double allowed = std::exchange(m_least, least);
+        const double allowed = std::exchange(m_least, m_leastWished);
         Answer other = reach(answer.result.level);
         m_least = allowed;
         return other.isSolved() ? other : answer;
@@ -293,13 +290,18 @@ private:
         return answer.isSolved() ? answer : failed;
     }
 
-    bool isReversed(const Answer& answer) const { return isReversed(answer, m_way->start()); }
-
-    bool isReversed(const Answer& answer, std::span<const double> before) const {
+    /// What the answer concerns and the edit does not name.
+    std::vector<int> notNamed(const Answer& answer) const {
         std::vector<int> others;
         std::set_difference(answer.concerned.begin(), answer.concerned.end(), m_named.begin(), m_named.end(),
                             std::back_inserter(others));
-        return findReversed(m_work, others, before, answer.values) >= 0;
+        return others;
+    }
+
+    bool isReversed(const Answer& answer) const { return isReversed(answer, m_way->start()); }
+
+    bool isReversed(const Answer& answer, std::span<const double> before) const {
+        return findReversed(m_work, notNamed(answer), before, answer.values) >= 0;
     }
 
     bool isDoubtful(const Answer& answer) const {
@@ -382,11 +384,11 @@ private:
 
     /// With the edited entities' other places as constants all the way.
     Answer followKeepingPlaces() {
-        Answer answer;
-        answer.result.status = SolveStatus::unreached;
-        if (m_request.kept.empty())
-            return answer;
-        return follow({.mayTurnRound = false, .kept = m_request.kept});
+        if (!m_request.kept.empty())
+            return follow({.mayTurnRound = false, .kept = m_request.kept});
+        Answer none;
+        none.result.status = SolveStatus::unreached;
+        return none;
     }
 
     /// In steps, each from where the last one has led; then as near to where the sketch was as can be.
@@ -481,7 +483,8 @@ private:
     std::vector<int> m_dimensions;
     std::vector<int> m_named;
     std::optional<Way> m_way;
-    double m_least = SolverState::kLeast;
+    double m_leastWished = SolverState::kLeast;  ///< of what no other size is to shrink below
+    double m_least = SolverState::kLeast;        ///< and what it may, where it has to
     bool m_isEdit = false;
     bool m_hasExplained = false;
     double m_secondsExplaining = 0.0;
