@@ -10,7 +10,6 @@ namespace holdfast::formats {
 namespace {
 
 using Kind = SlvsConstraintKind;
-using Type = ConstraintType;
 
 struct KindName {
     int kind;
@@ -73,13 +72,13 @@ private:
         return place.value_or(Place{});
     }
 
-    bool hold(Type type, std::vector<Place> refs) {
+    bool hold(ConstraintType type, std::vector<Place> refs) {
         m_found.type = type;
         m_found.refs = std::move(refs);
         return true;
     }
 
-    bool measure(Type type, std::vector<Place> refs, double value) {
+    bool measure(ConstraintType type, std::vector<Place> refs, double value) {
         m_found.value = value;
         m_found.driving = !m_record.isReference;
         return hold(type, std::move(refs));
@@ -95,33 +94,34 @@ private:
             case Kind::planeDistance:
                 return takePlaneDistance();
             case Kind::lineDistance:
-                return measure(Type::distance, {at(r.pointA), at(r.entityA)}, std::abs(r.value));
+                return measure(ConstraintType::distance, {at(r.pointA), at(r.entityA)}, std::abs(r.value));
             case Kind::projectedDistance:
                 return takeProjectedDistance();
             case Kind::onPlane:
                 return takeOnPlane();
             case Kind::onLine:
             case Kind::onCircle:
-                return hold(Type::pointOnCurve, {at(r.pointA), at(r.entityA)});
+                return hold(ConstraintType::pointOnCurve, {at(r.pointA), at(r.entityA)});
             case Kind::equalLength:
             case Kind::equalRadius:
-                return hold(Type::equal, {at(r.entityA), at(r.entityB)});
+                return hold(ConstraintType::equal, {at(r.entityA), at(r.entityB)});
             case Kind::symmetric:
                 return takeSymmetry();
             case Kind::symmetricHorizontally:
             case Kind::symmetricVertically:
                 return r.plane == m_places.workplane() &&
-                       hold(Type::symmetric, {at(r.pointA), at(r.pointB),
-                                              m_places.axis(static_cast<Kind>(r.type) == Kind::symmetricVertically)});
+                       hold(ConstraintType::symmetric,
+                            {at(r.pointA), at(r.pointB),
+                             m_places.axis(static_cast<Kind>(r.type) == Kind::symmetricVertically)});
             case Kind::symmetricInLine:
-                return hold(Type::symmetric, {at(r.pointA), at(r.pointB), at(r.entityA)});
+                return hold(ConstraintType::symmetric, {at(r.pointA), at(r.pointB), at(r.entityA)});
             case Kind::midpoint:
-                return r.pointA != 0 && hold(Type::midpoint, {at(r.pointA), at(r.entityA)});
+                return r.pointA != 0 && hold(ConstraintType::midpoint, {at(r.pointA), at(r.entityA)});
             case Kind::horizontal:
             case Kind::vertical:
                 return takeUpright();
             case Kind::diameter:
-                return measure(r.other ? Type::radius : Type::diameter, {at(r.entityA)},
+                return measure(r.other ? ConstraintType::radius : ConstraintType::diameter, {at(r.entityA)},
                                r.other ? 0.5 * r.value : r.value);
             case Kind::angle:
                 return takeAngle();
@@ -133,7 +133,7 @@ private:
             case Kind::curvesTangent:
                 return takeTangency();
             case Kind::dragged:
-                return hold(Type::fixed, {at(r.pointA)});
+                return hold(ConstraintType::fixed, {at(r.pointA)});
             case Kind::comment:
                 break;
         }
@@ -143,7 +143,7 @@ private:
     bool takeCoincidence() {
         const Place a = at(m_record.pointA), b = at(m_record.pointB);
         const bool areCentres = a.kind == PlaceKind::centre && b.kind == PlaceKind::centre;
-        return hold(areCentres ? Type::concentric : Type::coincident, {a, b});
+        return hold(areCentres ? ConstraintType::concentric : ConstraintType::coincident, {a, b});
     }
 
     bool takeDistance() {
@@ -151,37 +151,39 @@ private:
         const bool isLength =
             a.entity == b.entity && m_isWhole && std::holds_alternative<LineShape>(m_places.shapeOf(a.entity));
         if (isLength)
-            return measure(Type::distance, {{.entity = a.entity}}, m_record.value);
-        return measure(Type::distance, {a, b}, m_record.value);
+            return measure(ConstraintType::distance, {{.entity = a.entity}}, m_record.value);
+        return measure(ConstraintType::distance, {a, b}, m_record.value);
     }
 
     bool takePlaneDistance() {
         const std::optional<SlvsAxis> axis = m_places.plane().cutBy(m_places.file(), m_record.entityA);
-        return axis &&
-               measure(Type::distance, {at(m_record.pointA), m_places.axis(axis->isX)}, std::abs(m_record.value));
+        return axis && measure(ConstraintType::distance, {at(m_record.pointA), m_places.axis(axis->isX)},
+                               std::abs(m_record.value));
     }
 
     bool takeProjectedDistance() {
         const std::optional<SlvsAxis> along = m_places.plane().alongNormal(m_places.file(), m_record.entityA);
-        return along &&
-               measure(along->isX ? Type::distanceX : Type::distanceY, {at(m_record.pointA), at(m_record.pointB)},
-                       along->isReversed ? -m_record.value : m_record.value);
+        return along && measure(along->isX ? ConstraintType::distanceX : ConstraintType::distanceY,
+                                {at(m_record.pointA), at(m_record.pointB)},
+                                along->isReversed ? -m_record.value : m_record.value);
     }
 
     bool takeOnPlane() {
         const std::optional<SlvsAxis> axis = m_places.plane().cutBy(m_places.file(), m_record.entityA);
-        return axis && hold(Type::pointOnCurve, {at(m_record.pointA), m_places.axis(axis->isX)});
+        return axis && hold(ConstraintType::pointOnCurve, {at(m_record.pointA), m_places.axis(axis->isX)});
     }
 
     bool takeSymmetry() {
         const std::optional<SlvsAxis> axis = m_places.plane().cutBy(m_places.file(), m_record.entityA);
-        return axis && hold(Type::symmetric, {at(m_record.pointA), at(m_record.pointB), m_places.axis(axis->isX)});
+        return axis &&
+               hold(ConstraintType::symmetric, {at(m_record.pointA), at(m_record.pointB), m_places.axis(axis->isX)});
     }
 
     bool takeUpright() {
         if (m_record.plane != m_places.workplane())
             return false;
-        const Type type = static_cast<Kind>(m_record.type) == Kind::horizontal ? Type::horizontal : Type::vertical;
+        const ConstraintType type = static_cast<Kind>(m_record.type) == Kind::horizontal ? ConstraintType::horizontal
+                                                                                         : ConstraintType::vertical;
         if (m_record.entityA != 0)
             return hold(type, {at(m_record.entityA)});
         return hold(type, {at(m_record.pointA), at(m_record.pointB)});
@@ -199,7 +201,8 @@ private:
     }
 
     bool takeDirections() {
-        const Type type = static_cast<Kind>(m_record.type) == Kind::parallel ? Type::parallel : Type::perpendicular;
+        const ConstraintType type = static_cast<Kind>(m_record.type) == Kind::parallel ? ConstraintType::parallel
+                                                                                       : ConstraintType::perpendicular;
         return hold(type, {direction(m_record.entityA).place, direction(m_record.entityB).place});
     }
 
@@ -222,7 +225,7 @@ private:
         const double opening = inRadians(m_record.value);
         if (isTurned)
             a.place.kind = PlaceKind::end;
-        return measure(Type::angle, {a.place, b.place}, std::sin(turn) < 0.0 ? -opening : opening);
+        return measure(ConstraintType::angle, {a.place, b.place}, std::sin(turn) < 0.0 ? -opening : opening);
     }
 
     Place endOf(SlvsHandle curve, bool isEnd) {
@@ -258,8 +261,8 @@ private:
         if (!end)
             return false;
         if (meet(a, *end))
-            return hold(Type::tangent, {a, *end});
-        return hasLine && isOnLine(a, b) && hold(Type::tangent, {a, b});
+            return hold(ConstraintType::tangent, {a, *end});
+        return hasLine && isOnLine(a, b) && hold(ConstraintType::tangent, {a, b});
     }
 
     bool isOnLine(const Place& end, const Place& line) const {
