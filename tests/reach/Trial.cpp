@@ -17,6 +17,11 @@ using namespace editing;
 
 namespace {
 
+/// Steps in which a way is gone whose end looks turned inside out, and how near its end is to the answer's, as a part
+/// of the size: another of the many answers of a loose drawing is another answer.
+constexpr int kStepsOfSweep = 50;
+constexpr double kSamePlace = 0.05;
+
 std::string shortly(double number) {
     char text[32];
     std::snprintf(text, sizeof text, "%.6g", number);
@@ -29,14 +34,37 @@ SolveResult changeDimension(SketchData& sketch, int constraint, double value, bo
     return solve(sketch, {.keepsShapes = true, .namesConflicts = namesConflicts});
 }
 
+/// The value of a dimension after so many steps of all; the last is exact.
+double valueAt(double first, double last, int step, int steps) {
+    return step == steps ? last : first + (last - first) * step / steps;
+}
+
+/// An answer that looks turned inside out beside the beginning may have come there by a sound way: a sweep that grows
+/// by more than half a turn does. Then every step of that way is sound beside the one before, and it ends where the
+/// answer is.
+template <class Step>
+bool isWholeAllTheWay(const SketchData& start, const SketchData& answer, const Step& take) {
+    SketchData now = start;
+    for (int step = 1; step <= kStepsOfSweep; ++step) {
+        const SketchData before = now;
+        if (!take(step, now) || now.values.size() != before.values.size() || !isSoundAfter(before, now))
+            return false;
+    }
+    if (now.values.size() != answer.values.size())
+        return false;
+    for (std::size_t v = 0; v < now.values.size(); ++v)
+        if (!(std::abs(now.values[v] - answer.values[v]) <= kSamePlace * start.size()))
+            return false;
+    return true;
+}
+
 /// Step by step, each from where the one before ended. The end has to be sound beside the beginning.
 bool reachesDimension(const SketchData& start, int constraint, double value, int steps) {
     SketchData sketch = start;
     const double first = start.constraints[at(constraint)].value;
     for (int step = 1; step <= steps; ++step) {
         sketch.takeReference();
-        const double now = step == steps ? value : first + (value - first) * step / steps;
-        if (!changeDimension(sketch, constraint, now, false).isSolved())
+        if (!changeDimension(sketch, constraint, valueAt(first, value, step, steps), false).isSolved())
             return false;
     }
     return worstResidual(start, sketch) <= kExact && isSoundAfter(start, sketch);
@@ -95,6 +123,18 @@ bool isSoundAfter(const Document& before, const Document& after) {
     return reach::isSoundAfter(sketchFrom(before), sketchFrom(after));
 }
 
+template <class Divide>
+bool isWholeAllTheWay(const Document& before, const Document& after, const Divide& divided) {
+    Session session(before);
+    const auto edits = divided(kStepsOfSweep);
+    return isWholeAllTheWay(sketchFrom(before), sketchFrom(after), [&](int step, SketchData& now) {
+        if (!session.apply(edits[at(step - 1)]).outcome.done())
+            return false;
+        now = sketchFrom(session.document());
+        return true;
+    });
+}
+
 /// The line stays where the edit has put it; other sizes may have followed in vain.
 int sizesInVain(const Document& before, const Document& after, const std::string& line) {
     const SketchData was = sketchFrom(before), is = sketchFrom(after);
@@ -112,14 +152,18 @@ int sizesInVain(const Document& before, const Document& after, const std::string
 
 /// How the whole edit is divided into steps, and how far its result is from what was asked, as a length.
 template <class Divide, class Miss>
-Trial tryEdit(const Document& document, const std::string& line, std::string what, Divide divided, Miss miss) {
+Trial tryEdit(const Document& document, const std::string& line, std::string what, Divide divided, Miss miss,
+              Judging judging) {
     Trial trial{.what = std::move(what)};
     Outcome whole;
     trial.milliseconds = timed([&] { whole = applied(document, divided(1)); });
     if (whole.isDone) {
         const SketchData before = sketchFrom(document), after = sketchFrom(whole.document);
         trial.residual = std::max(worstResidual(before, after), miss(whole.document) / before.size());
-        trial.isRuined = !isSoundAfter(document, whole.document);
+        trial.isRuined = !isSoundAfter(document, whole.document) &&
+                         (judging == Judging::atOnce || !isWholeAllTheWay(document, whole.document, divided));
+        if (judging == Judging::atOnce)
+            return trial;
         trial.sizesInVain = sizesInVain(document, whole.document, line);
         if (whole.deleted > 0) {
             const Outcome inSteps = applied(document, divided(kStepCounts[0]));
@@ -132,6 +176,8 @@ Trial tryEdit(const Document& document, const std::string& line, std::string wha
     const bool namesConflict =
         whole.error.find(" in the way") != std::string::npos || whole.error.find("cannot hold") != std::string::npos;
     trial.ending = namesConflict ? Ending::conflict : Ending::howFar;
+    if (judging == Judging::atOnce)
+        return trial;
     for (const int steps : kStepCounts) {
         const Outcome inSteps = applied(document, divided(steps));
         if (!inSteps.isDone || inSteps.deleted > 0 || !isSoundAfter(document, inSteps.document))
@@ -162,7 +208,7 @@ double radiusOf(const Shape& shape) {
     return arc != nullptr ? arc->radius : 0.0;
 }
 
-Trial tryDimension(const SketchData& sketch, int constraint, double factor) {
+Trial tryDimension(const SketchData& sketch, int constraint, double factor, Judging judging) {
     const SketchConstraint& dimension = sketch.constraints[at(constraint)];
     const double value = factor * dimension.value;
     Trial trial{.what = dimension.id + " " + shortly(dimension.value) + " -> " + shortly(value)};
@@ -171,12 +217,22 @@ Trial tryDimension(const SketchData& sketch, int constraint, double factor) {
     trial.milliseconds = timed([&] { result = changeDimension(after, constraint, value, true); });
     if (result.isSolved()) {
         trial.residual = worstResidual(sketch, after);
-        trial.isRuined = !isSoundAfter(sketch, after);
+        trial.isRuined =
+            !isSoundAfter(sketch, after) &&
+            (judging == Judging::atOnce || !isWholeAllTheWay(sketch, after, [&](int step, SketchData& now) {
+                 now.takeReference();
+                 return changeDimension(now, constraint, valueAt(dimension.value, value, step, kStepsOfSweep), false)
+                     .isSolved();
+             }));
+        if (judging == Judging::atOnce)
+            return trial;
         trial.sizesInVain = reach::sizesInVain(sketch, after, {});
         return trial;
     }
     trial.answer = answerOf(sketch, result);
     trial.ending = result.isConflictMinimal ? Ending::conflict : Ending::howFar;
+    if (judging == Judging::atOnce)
+        return trial;
     for (const int steps : kStepCounts) {
         if (!reachesDimension(sketch, constraint, value, steps))
             continue;
@@ -187,7 +243,7 @@ Trial tryDimension(const SketchData& sketch, int constraint, double factor) {
     return trial;
 }
 
-Trial tryLengthening(const Document& document, const Entity& line, double part) {
+Trial tryLengthening(const Document& document, const Entity& line, double part, Judging judging) {
     const double length = lengthOf(std::get<LineShape>(line.shape));
     const auto divided = [&](int steps) {
         return std::vector<Lengthen>(at(steps),
@@ -196,10 +252,11 @@ Trial tryLengthening(const Document& document, const Entity& line, double part) 
     const auto miss = [&](const Document& after) {
         return std::abs(lengthOf(lineIn(after, line.id)) - (1.0 + part) * length);
     };
-    return tryEdit(document, line.id, "lengthen " + line.id + " end by " + shortly(part * length), divided, miss);
+    return tryEdit(document, line.id, "lengthen " + line.id + " end by " + shortly(part * length), divided, miss,
+                   judging);
 }
 
-Trial tryRotation(const Document& document, const Entity& line, double degrees) {
+Trial tryRotation(const Document& document, const Entity& line, double degrees, Judging judging) {
     const LineShape& shape = std::get<LineShape>(line.shape);
     const Vec2 about = shape.start;
     const auto divided = [&](int steps) {
@@ -214,10 +271,10 @@ Trial tryRotation(const Document& document, const Entity& line, double degrees) 
         const double length = std::hypot(is.x, is.y), wanted = std::hypot(asked.x, asked.y);
         return std::hypot(is.x / length - asked.x / wanted, is.y / length - asked.y / wanted) * wanted;
     };
-    return tryEdit(document, line.id, "rotate " + line.id + " by " + shortly(degrees), divided, miss);
+    return tryEdit(document, line.id, "rotate " + line.id + " by " + shortly(degrees), divided, miss, judging);
 }
 
-Trial trySetting(const Document& document, const Entity& round, double factor) {
+Trial trySetting(const Document& document, const Entity& round, double factor, Judging judging) {
     const double radius = radiusOf(round.shape);
     const auto divided = [&](int steps) {
         std::vector<Set> edits;
@@ -228,10 +285,11 @@ Trial trySetting(const Document& document, const Entity& round, double factor) {
     const auto miss = [&](const Document& after) {
         return std::abs(radiusOf(entityIn(after, round.id).shape) - factor * radius);
     };
-    return tryEdit(document, round.id, "set " + round.id + " radius " + shortly(factor * radius), divided, miss);
+    return tryEdit(document, round.id, "set " + round.id + " radius " + shortly(factor * radius), divided, miss,
+                   judging);
 }
 
-Trial tryDragging(const Document& document, const Entity& line, double part) {
+Trial tryDragging(const Document& document, const Entity& line, double part, Judging judging) {
     const LineShape& shape = std::get<LineShape>(line.shape);
     const Vec2 by{-part * (shape.end.y - shape.start.y), part * (shape.end.x - shape.start.x)};
     const auto divided = [&](int steps) {
@@ -243,7 +301,7 @@ Trial tryDragging(const Document& document, const Entity& line, double part) {
         return std::hypot(end.x - shape.end.x - by.x, end.y - shape.end.y - by.y);
     };
     return tryEdit(document, line.id, "drag " + line.id + ".end by " + shortly(by.x) + "," + shortly(by.y), divided,
-                   miss);
+                   miss, judging);
 }
 
 }  // namespace holdfast::reach

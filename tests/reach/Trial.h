@@ -36,25 +36,31 @@ constexpr double kExact = 1e-9;
 /// The numbers of steps that a way is divided into where it is refused in one go.
 constexpr int kStepCounts[] = {20, 100};
 
+/// How closely an edit is looked at.
+enum class Judging {
+    whole,   ///< what is refused is tried in steps, what is done is held against what could have stayed
+    atOnce,  ///< only what it does in one go, and how long that takes
+};
+
 /// A drawing whose constraints hold, as a sketch; its branches are those of now.
 SketchData heldSketch(const Document& document);
 
 /// A driving dimension of the drawing gets its value times the factor.
-Trial tryDimension(const SketchData& sketch, int constraint, double factor);
+Trial tryDimension(const SketchData& sketch, int constraint, double factor, Judging judging);
 
 /// A line is made longer at its end by this part of its length.
-Trial tryLengthening(const Document& document, const Entity& line, double part);
+Trial tryLengthening(const Document& document, const Entity& line, double part, Judging judging);
 
 /// A line is turned about its start.
-Trial tryRotation(const Document& document, const Entity& line, double degrees);
+Trial tryRotation(const Document& document, const Entity& line, double degrees, Judging judging);
 
 /// The radius of a circle or an arc; 0 for others.
 double radiusOf(const Shape& shape);
 
 /// A circle or an arc gets its radius times the factor.
-Trial trySetting(const Document& document, const Entity& round, double factor);
+Trial trySetting(const Document& document, const Entity& round, double factor, Judging judging);
 
 /// The end of a line is dragged across it, by this part of its length.
-Trial tryDragging(const Document& document, const Entity& line, double part);
+Trial tryDragging(const Document& document, const Entity& line, double part, Judging judging);
 
 }  // namespace holdfast::reach

@@ -34,6 +34,7 @@ struct Options {
     int limit = 0;  ///< edits of one sort on one drawing; 0: all
     int jobs = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
     bool withDetails = false;
+    Judging judging = Judging::whole;
     std::string edits = "dimensions,lengthen,rotate,set,drag";
     std::string drawings = "stored,loose,inferred";
 
@@ -97,7 +98,7 @@ private:
         }
         for (const int c : spread(driving, m_options.limit)) {
             for (const double factor : kFactors)
-                note(withNumber("dimension x", factor), tryDimension(sketch, c, factor));
+                note(withNumber("dimension x", factor), tryDimension(sketch, c, factor, m_options.judging));
         }
     }
 
@@ -114,14 +115,14 @@ private:
     void lengthen() {
         for (const Entity* line : lines()) {
             for (const double part : kLengthenings)
-                note(withNumber("lengthen by", part), tryLengthening(m_document, *line, part));
+                note(withNumber("lengthen by", part), tryLengthening(m_document, *line, part, m_options.judging));
         }
     }
 
     void rotate() {
         for (const Entity* line : lines()) {
             for (const double degrees : kRotations)
-                note(withNumber("rotate by", degrees), tryRotation(m_document, *line, degrees));
+                note(withNumber("rotate by", degrees), tryRotation(m_document, *line, degrees, m_options.judging));
         }
     }
 
@@ -132,14 +133,14 @@ private:
                 found.push_back(&entity);
         for (const Entity* round : spread(found, m_options.limit)) {
             for (const double factor : kSettings)
-                note(withNumber("set radius x", factor), trySetting(m_document, *round, factor));
+                note(withNumber("set radius x", factor), trySetting(m_document, *round, factor, m_options.judging));
         }
     }
 
     void drag() {
         for (const Entity* line : lines()) {
             for (const double part : kDrags)
-                note(withNumber("drag across by", part), tryDragging(m_document, *line, part));
+                note(withNumber("drag across by", part), tryDragging(m_document, *line, part, m_options.judging));
         }
     }
 
@@ -233,6 +234,10 @@ bool read(int count, char** words, Options& options) {
         const std::string_view word = words[i];
         if (word == "--details") {
             options.withDetails = true;
+            continue;
+        }
+        if (word == "--at-once") {
+            options.judging = Judging::atOnce;
             continue;
         }
         if (!word.starts_with("--")) {
