@@ -112,4 +112,15 @@ TEST(Cost, OneSearchForTheNearestPointIsBounded) {
     EXPECT_LT(result.factorWork, 5'000'000);
 }
 
+/// The line can only touch the circle at its top, where Newton's steps lead half the way each.
+TEST(Cost, OfADoubleRootIsAFewIterations) {
+    SketchText text(
+        "fixed! circle c 0,0 5; fixed! point p -4,5; line a -4,5 0.8,5.1; coincident a.start p; horizontal a;"
+        "point_on_curve a.end c");
+    const SolveResult result = solve(text.sketch, {});
+    EXPECT_TRUE(result.isSolved());
+    EXPECT_LE(result.iterations, 8);
+    EXPECT_NEAR(text.at("a.end").x, 0.0, 1e-4);
+}
+
 }  // namespace holdfast::solver::detail

@@ -109,6 +109,7 @@ private:
         Matrix really = samples.first;
         IterationLimits limits;
         limits.budget = m_budget;
+        limits.mayDouble = false;
         for (std::size_t k = 0; k < steps.size(); ++k) {
             const double reach = samples.first.col(static_cast<Eigen::Index>(k)).lpNorm<Eigen::Infinity>();
             if (reach <= kStill)

@@ -62,7 +62,9 @@ private:
     }
 
     bool restoreAt(std::vector<double>& x) {
-        const bool holds = restore(m_subproblem, m_weights, x, {}).isSatisfied;
+        IterationLimits limits;
+        limits.mayDouble = false;
+        const bool holds = restore(m_subproblem, m_weights, x, limits).isSatisfied;
         m_subproblem.write(x);
         return holds;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <limits>
 
 #include "solver/src/Uses.h"
 #include "solver/src/numerics/Budget.h"
@@ -21,8 +22,12 @@ struct IterationLimits {
     int restoring = kRestoring;
     int sliding = kSliding;
     double stride = kStride;  ///< longest movement of one value in one iteration, as a part of the sketch's size
+    int lame = std::numeric_limits<int>::max();  ///< iterations in a row that leave half or more, and end restoring
     /// Restoring ends where it hardly gains any more; without, it goes on to the least sum of squares.
     bool givesUp = true;
+    /// Steps to a double root may be doubled, so that it is hit. Without, it is only approached: on the root itself the
+    /// slopes show a freedom that it does not have.
+    bool mayDouble = true;
     /// Asked at each point on the way while sliding: may it be passed? The margin is 1 at the beginning and more on the
     /// way, so that a way that ended at a border can be taken up again.
     std::function<bool(double margin)> isSound;

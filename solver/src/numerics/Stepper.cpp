@@ -54,6 +54,7 @@ std::span<const double> Stepper::denseRestorationStep() {
     m_multiplier.resize(residual.size());
     std::transform(residual.begin(), residual.end(), m_multiplier.begin(), [](double f) { return -f; });
     denseStep(m_subproblem.pattern(), m_subproblem.jacobian(), m_weights, m_multiplier, m_step);
+    m_subproblem.countDense();
     return m_step;
 }
 

@@ -73,6 +73,7 @@ public:
     /// What all factorisations have taken so far, whatever they were for, in the same measure.
     long factorWork() const { return m_factorWork; }
     void countFactors(const LinearSolver& factors) { m_factorWork += workOf(factors); }
+    void countDense() { m_factorWork += workOfDense(); }
 
     /// The nearest point that was found with the factors at hand: a search that begins there, for other targets,
     /// begins with all of it. No weights: there is nothing to begin with.
@@ -116,6 +117,7 @@ private:
     };
 
     long workOf(const LinearSolver& factors) const;
+    long workOfDense() const;
     void collectEquations();
     void makePattern();
     void listSlacks();

@@ -290,17 +290,19 @@ private:
         return {found.begin(), found.end()};
     }
 
+    /// The whole step, or a part of it. Where the last step could only be taken in a small part, this one is hardly
+    /// taken in a much larger one.
     Outcome follow(std::span<const double> step, double reach) {
-        constexpr int halvings = 7;  // nothing is damped here
         const double whole = std::min(1.0, m_limits.stride * m_system.size / reach);
-        double factor = whole;
-        for (int i = 0; i < halvings; ++i, factor *= 0.5) {
+        double factor = std::min(1.0, kMorePart * m_part) * whole;
+        for (int i = 0; factor >= kLeastPart * whole; ++i, factor *= 0.5) {
             if (!accepts(moved(m_x, step, factor), i % 2 == 0 ? factor * reach : 0.0)) {
                 if (m_hasComeBack)
                     break;
                 continue;
             }
             m_isCurved = m_isCurved || factor < whole;
+            m_part = factor / whole;
             m_expected = std::max(kContracts, kExceeds * (1.0 - factor)) * reach;
             const double next = reach / std::exchange(m_whole, factor < 1.0 ? 0.0 : reach) * reach;
             return next <= kNearEnough * m_system.tolerance ? Outcome::nearest : Outcome::moved;
@@ -360,13 +362,17 @@ private:
     bool returnsByRestoring(std::vector<double>& next) {
         IterationLimits limits;
         limits.restoring = kMostRestoring;
+        limits.lame = kMostLame;
         limits.budget = m_limits.budget;
         m_isStale = true;
         m_residualOfNext = restore(m_subproblem, m_pull.weights, next, limits).residual;
         return m_residualOfNext <= m_residual;
     }
 
-    static constexpr int kMostRestoring = 10;  // iterations of one point: beyond, a shorter step is cheaper
+    static constexpr double kLeastPart = 1.0 / 64;  // of a step: nothing is damped here
+    static constexpr double kMorePart = 4.0;        // than of the last step is tried of this one
+    static constexpr int kMostRestoring = 10;       // iterations of one point: beyond, a shorter step is cheaper
+    static constexpr int kMostLame = 2;             // of them, in a row, that hardly help
     static constexpr int kMostSharpening = 8;
     /// Unknowns and rows gone through in factorisations: some tenths of a second; and factorisations that a search may
     /// make at least, however large it is.
@@ -393,6 +399,7 @@ private:
     /// The nearest point and its multiplier as carried factors foretell them.
     std::vector<double> m_foretold, m_foretoldMultiplier;
     double m_whole = 0.0;  ///< reach of the step before if it was taken as a whole; steps shrink by about one factor
+    double m_part = 1.0;   ///< of the step before that was taken
     double m_expected = std::numeric_limits<double>::max();  ///< what the step before promised of the next one's reach
     double m_pullNow;
     double m_residual;  ///< that a point may have

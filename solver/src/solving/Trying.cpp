@@ -27,9 +27,9 @@ constexpr long kMostKeepingWork = 60'000;
 /// What the sizes that change do more, together, may not be worth that fewer do.
 constexpr double kMostStrain = 2.0;
 
-/// What all tries of one request may cost together, in the same measure: about a second; or in a drawing so large that
-/// one try takes as long, so many times that.
-constexpr long kMostWork = 2'500'000, kMostTimes = 20;
+/// What all tries of one request may cost together, in the same measure, and their factorisations: about a second each;
+/// or in a drawing so large that one try takes as long, so many times that.
+constexpr long kMostWork = 2'500'000, kMostFactorWork = 6'000'000, kMostTimes = 20;
 
 int countOf(const Run::Changes& changes) {
     return changes.bends + changes.lengths + changes.sweeps + changes.turns;
@@ -59,8 +59,10 @@ Answer Trying::once(const Task& task) {
     m_work += run.work();
     m_factorWork += run.factorWork();
     m_dearest = std::max(m_dearest, run.factorWork());
-    if (m_mostWork == std::numeric_limits<long>::max())
+    if (m_mostWork == std::numeric_limits<long>::max()) {
         m_mostWork = std::max(kMostWork, kMostTimes * m_work);
+        m_mostFactorWork = std::max(kMostFactorWork, kMostTimes * m_factorWork);
+    }
     answer.isContradicted = run.isContradicted();
     answer.suspects = run.suspects();
     if (!answer.isSolved()) {

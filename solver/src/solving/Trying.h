@@ -77,7 +77,7 @@ public:
     /// Another try, as dear as the dearest so far, would cost more than it is worth to make better what is solved.
     bool isCostly() const;
     /// They have cost what one request may cost: what is tried now fails at once.
-    bool isSpent() const { return m_work >= m_mostWork; }
+    bool isSpent() const { return m_work >= m_mostWork || m_factorWork >= m_mostFactorWork; }
 
 private:
     Answer bettering(const std::vector<double>& values, const Task& task);
@@ -95,6 +95,7 @@ private:
     long m_work = 0;
     long m_mostWork = std::numeric_limits<long>::max();
     long m_factorWork = 0;
+    long m_mostFactorWork = std::numeric_limits<long>::max();
     long m_dearest = 0;        ///< of that, what one try has cost at most
     long m_betteringWork = 0;  ///< and what tries have that were to make better what was solved
     long m_keepingWork = 0;    ///< of that, what keeping more sizes exactly has cost
