@@ -5,6 +5,7 @@
 #include <map>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 
 #include <yxbase/YxGeTol.h>
 
@@ -387,7 +388,7 @@ bool HostEvaluator::leadLength(const std::string& line, double length) {
     });
     const bool isLed = m_last.solved;
     if (!isLed)
-        m_last = before;
+        m_last.followed = std::max(before.followed, std::exchange(m_last, before).followed);
     HostAccess::setStatus(m_drawing.group(), kUpToDateAssocStatus);
     return isLed;
 }

@@ -59,7 +59,7 @@ public:
     /// the constraints do not let them, and nothing has changed then.
     bool lead(const std::vector<DimensionGoal>& goals);
     /// Gives a line another length, wherever its ends come to lie. False when the constraints do not let it: then
-    /// nothing has changed, and last() is as it was.
+    /// nothing has changed, and last() is as it was, but for how far the edit could be followed.
     bool leadLength(const std::string& line, double length);
     /// Moves the drawing as little as it takes for a new constraint to hold, by shifting and turning where that will
     /// do. False when the others do not let it, and nothing has changed then.

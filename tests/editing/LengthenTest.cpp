@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numbers>
 
 #include "geometry/curves/Lengths.h"
 #include "geometry/curves/Parameters.h"
@@ -114,6 +115,37 @@ TEST(LengthenEdit, OfAConstrainedPolylineMovesItsLastVertex) {
     EXPECT_EQ(poly.vertices.back(), (Vec2{4, 5}));
     EXPECT_EQ(poly.ids, (std::vector<int>{1, 2, 3}));
     EXPECT_NEAR(std::get<LineShape>(entityNamed(session.document(), "tail").shape).start.y, 5.0, 1e-9);
+}
+
+/// Its corners can only move outwards, not along a side: the hexagon grows about its centre.
+TEST(LengthenEdit, OfASideOfAHexagonAboutAFixedCentreMakesAllOfThemLonger) {
+    Document document;
+    document.name = "nut";
+    document.entities = {shapeEntity("rim", CircleShape{{0, 0}, 4}), shapeEntity("o", PointShape{{0, 0}})};
+    document.entities.back().fixed = true;
+    document.constraints = {constraintOf("middle", ConstraintType::coincident, {{"rim", PlaceKind::centre}, {"o"}})};
+    constexpr int sides = 6;
+    const auto corner = [](int i) {
+        const double angle = i * std::numbers::pi / 3;
+        return Vec2{4 * std::cos(angle), 4 * std::sin(angle)};
+    };
+    const auto side = [](int i) { return "g" + std::to_string(i % sides); };
+    for (int i = 0; i < sides; ++i) {
+        const std::string number = std::to_string(i);
+        document.entities.push_back(lineEntity(side(i), corner(i), corner(i + 1)));
+        document.constraints.push_back(constraintOf("joint" + number, ConstraintType::coincident,
+                                                    {{side(i), PlaceKind::end}, {side(i + 1), PlaceKind::start}}));
+        document.constraints.push_back(
+            constraintOf("on" + number, ConstraintType::pointOnCurve, {{side(i), PlaceKind::end}, {"rim"}}));
+        if (i > 0)
+            document.constraints.push_back(constraintOf("equal" + number, ConstraintType::equal, {{"g0"}, {side(i)}}));
+    }
+    document.constraints.push_back(constraintOf("level", ConstraintType::horizontal, {{"g1"}}));
+    Session session(document);
+    EXPECT_EQ(errorOf(session, "lengthen g0 end by 2"), "");
+    for (int i = 0; i < sides; ++i)
+        EXPECT_NEAR(lengthOf(entityNamed(session.document(), side(i)).shape), 6.0, 1e-9) << i;
+    EXPECT_NEAR(std::get<CircleShape>(entityNamed(session.document(), "rim").shape).radius, 6.0, 1e-9);
 }
 
 TEST(LengthenEdit, IsRefusedByTheConstraintsThatFixTheLength) {

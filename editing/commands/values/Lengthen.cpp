@@ -35,13 +35,14 @@ void followWhole(const EditContext& context, const std::string& name, const Shap
                         spoken(reached));
 }
 
-/// Where a line cannot be followed there, it gets the length all the same, which is what the user asked for, if its
-/// ends may come to lie where the constraints lead them.
-void followWholeOrLength(const EditContext& context, const std::string& name, const Shape& before,
-                         const Shape& wanted) {
+/// What is tried, and where a line cannot be followed so, it gets the length all the same, which is what the user asked
+/// for, if its ends may come to lie where the constraints lead them.
+template <class Try>
+void orLength(const EditContext& context, const std::string& name, const Shape& before, const Shape& wanted,
+              const Try& follow) {
     const DrawingChange edited = context.drawing.change();
     try {
-        followWhole(context, name, before, wanted);
+        follow();
     } catch (const EditError&) {
         if (!std::holds_alternative<LineShape>(wanted))
             throw;
@@ -54,11 +55,16 @@ void followWholeOrLength(const EditContext& context, const std::string& name, co
     }
 }
 
+void followWholeOrLength(const EditContext& context, const std::string& name, const Shape& before,
+                         const Shape& wanted) {
+    orLength(context, name, before, wanted, [&] { followWhole(context, name, before, wanted); });
+}
+
 /// The evaluator keeps the end where the user wants it and may move the other one. Where that costs the length, which
 /// is what the user asked for, the whole curve is to stay as it is.
 void followLengthened(const EditContext& context, const std::string& name, const Shape& before, const Shape& wanted) {
     const DrawingChange edited = context.drawing.change();
-    evaluate(context);
+    orLength(context, name, before, wanted, [&] { evaluate(context); });
     const double length = lengthOf(wanted);
     if (std::abs(lengthOf(context.drawing.shape(name)) - length) <= kSamePoint * length)
         return;
