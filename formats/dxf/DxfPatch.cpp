@@ -9,6 +9,7 @@
 
 #include "document/BlockContents.h"
 #include "document/EntityIndex.h"
+#include "formats/LostFacts.h"
 #include "formats/PieceNames.h"
 #include "formats/dxf/DxfBinary.h"
 #include "formats/dxf/DxfOldForm.h"
@@ -308,6 +309,8 @@ DxfOutput patchedDxf(std::string_view text, const DxfLayout& layout, const Docum
     checkForDxf(after, tolerance);
     DxfOutput output = isBinaryDxf(text) ? patchedBytes(text, layout, before, after, tolerance)
                                          : Patch(text, layout, before, tolerance).write(after);
+    output.lostFacts =
+        lostFacts(after, {Fact::layers, Fact::colours, Fact::linetypes, Fact::widths, Fact::invisibility});
     output.lostParameters = after.parameters.size();
     return output;
 }

@@ -18,6 +18,7 @@ struct DxfOutput {
     std::size_t lostReferences = 0;    ///< the oldest form has no blocks
     std::vector<std::string> redrawn;  ///< dimensions that follow what they measure, with a picture as it was
     std::vector<std::string> left;     ///< dimensions as they were, which the drawing has no more
+    std::string lostFacts;             ///< a sentence on what else the file has not, or empty
     double tolerance = 0.0;            ///< of the curves that were flattened, in the drawing's unit
 };
 

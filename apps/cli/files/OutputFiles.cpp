@@ -214,6 +214,8 @@ void OutputFiles::tellLosses(const std::string& path, const Document& document, 
     if (!output.left.empty())
         m_notes.push_back(
             path + ": dimensions that the drawing has no more stay as the file has them: " + firstOf(output.left));
+    if (!output.lostFacts.empty())
+        m_notes.push_back(path + ": " + output.lostFacts);
     if (output.lostConstraints > 0)
         m_notes.push_back(path + ": " + report::counted(output.lostConstraints, "constraint") +
                           (output.lostConstraints == 1 ? " was" : " were") + " left out");
