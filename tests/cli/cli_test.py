@@ -467,6 +467,13 @@ class Program(InAFolder):
         self.assertEqual(result.returncode, DONE)
         self.assertIn("holdfast infer --polylines", result.stderr)
 
+    def test_an_edit_that_is_a_drawing_leads_to_the_command_for_several(self):
+        one, two = self.file("one.json", CORNER), self.file("two.json", CORNER)
+        result = self.run_program("edit", one, two, "move a by 1,1", "-o", self.path / "out.json")
+        self.assertEqual(result.returncode, WRONG)
+        self.assertIn("two.json: found a second drawing; expected one drawing; \"holdfast run\" edits several",
+                      result.stderr)
+
     def test_the_list_names_what_a_user_has_to_know(self):
         listed = self.run_program("show", DRAWINGS / "mounting-bracket.json", "--list").stdout
         self.assertIn("  base: line (0, 0) to (80, 0), length 80; ", listed)

@@ -224,7 +224,7 @@ class DxfBlocks(unittest.TestCase):
         went, came = difference(file.read_bytes(), out.read_bytes())
         self.assertEqual((len(went), len(came)), (0, 1))
         result = self.run_program("convert", file, self.path / "a.json")
-        self.assertIn("1 dimension picture and 1 hatched area were left out", result.stderr)
+        self.assertIn("1 dimension picture and 1 hatched area were left out: dimension:0, hatch:0\n", result.stderr)
 
 
 if __name__ == "__main__":

@@ -140,7 +140,7 @@ class DxfDimensions(unittest.TestCase):
     def test_other_forms_have_the_value_and_not_the_picture(self):
         made("R2018")[0].saveas(self.file)
         result = self.run_program("convert", self.file, self.path / "a.json")
-        self.assertIn("2 dimensions and 8 dimension pictures were left out", result.stderr)
+        self.assertIn("2 dimensions and 8 dimension pictures were left out: dimension:0, dimension:1", result.stderr)
         told = json.loads((self.path / "a.json").read_text())["constraints"]
         self.assertEqual(len(told), 8)
 

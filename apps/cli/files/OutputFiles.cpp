@@ -78,7 +78,11 @@ std::string leftOutReferences(const Document& document) {
     add(countOf(Kind::dimension), "dimension");
     add(countOf(Kind::dimension, true), "dimension picture");
     add(countOf(Kind::hatch), "hatched area");
-    return allOf(counted) + (document.references.size() == 1 ? " was" : " were") + " left out" +
+    std::vector<std::string> names;
+    names.reserve(document.references.size());
+    for (const BlockReference& reference : document.references)
+        names.push_back(reference.id);
+    return allOf(counted) + (document.references.size() == 1 ? " was" : " were") + " left out: " + firstOf(names) +
            (countOf(Kind::insert) > 0 ? "; \"explode\" makes entities of a block reference" : "");
 }
 
