@@ -58,6 +58,7 @@ struct BlockReference {
     SharedLook look{};
     SharedBlock block{};
     std::vector<BlockPart> attributes{};  ///< texts of its own, where the drawing has them
+    std::string measure{};                ///< of a dimension: the constraint that measures the same, or empty
 
     friend bool operator==(const BlockReference&, const BlockReference&) = default;
 };

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <iostream>
 
 #include "apps/cli/Commands.h"
@@ -5,6 +6,7 @@
 #include "apps/cli/batch/Script.h"
 #include "apps/cli/files/DrawingFiles.h"
 #include "apps/cli/files/OutputFiles.h"
+#include "apps/cli/telling/ErrorReport.h"
 #include "apps/cli/telling/Progress.h"
 #include "apps/cli/telling/Teller.h"
 #include "apps/cli/telling/Terminal.h"
@@ -56,7 +58,18 @@ void tellRemarks(const FateReport& report) {
             complain(edit.text + ": " + remark);
 }
 
+/// No edit is one word that ends as the file of a drawing does.
+void refuseDrawings(const EditOptions& options) {
+    const std::vector<std::string_view> endings = drawingNamed({}).endings;
+    for (const std::string& edit : options.edits)
+        if (edit.find(' ') == std::string::npos &&
+            std::find(endings.begin(), endings.end(), endingOf(edit)) != endings.end())
+            throw UsageError(edit, "a second drawing", "one drawing; \"holdfast run\" edits several, with -j at once");
+}
+
 int editOne(const EditOptions& options, Teller& teller) {
+    if (options.script.empty())
+        refuseDrawings(options);
     OutputFiles outputs({drawingNamed(options.output), reportNamed(options.report), pictureNamed(options.picture)},
                         teller.wantsJson());
     DrawingFile file = readDrawingFor(options.output, options.drawing);

@@ -161,7 +161,8 @@ void tellReferences(const Document& document) {
             std::cout << "block " << withoutControls(reference.block->name) << " at "
                       << placementText(reference.placement);
         else
-            std::cout << typeName(reference.kind);
+            std::cout << typeName(reference.kind)
+                      << (reference.measure.empty() ? "" : ", measured by " + reference.measure);
         if (!reference.look.isUsual())
             std::cout << "; " << lookText(*reference.look);
         std::cout << '\n';
@@ -289,6 +290,8 @@ nlohmann::ordered_json referencesJson(const Document& document) {
                          {"columns", placement.columns},
                          {"rows", placement.rows},
                          {"spacing", {placement.spacing.x, placement.spacing.y}}});
+        if (!reference.measure.empty())
+            each["measured_by"] = reference.measure;
         each["parts"] = partsJson(reference);
         json.push_back(std::move(each));
     }

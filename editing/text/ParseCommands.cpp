@@ -279,8 +279,10 @@ Edit parseConstrain(EditText& text) {
     while (!text.atEnd() && !text.nextIs("anyway") && !text.nextIs("as") && !text.nextIsFormula() &&
            !(isDimension(edit.type.value) && text.nextIsNumber()))
         edit.places.push_back(text.place("a place to constrain"));
-    if (edit.places.empty())
+    if (edit.places.empty()) {
         text.place("a place to constrain");
+        text.fail("expected a place to constrain");  // and not what stands behind the places
+    }
     if (isDimension(edit.type.value) && text.nextIsNumber())
         edit.value = text.number("the value of the dimension");
     edit.anyway = text.accept("anyway");

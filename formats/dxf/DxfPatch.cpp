@@ -8,10 +8,13 @@
 #include <vector>
 
 #include "document/BlockContents.h"
+#include "document/EntityIndex.h"
+#include "formats/LostFacts.h"
 #include "formats/PieceNames.h"
 #include "formats/dxf/DxfBinary.h"
 #include "formats/dxf/DxfOldForm.h"
 #include "formats/dxf/blocks/DxfReferences.h"
+#include "formats/dxf/dimensions/DxfDimensionPatch.h"
 #include "formats/dxf/records/DxfBodies.h"
 #include "formats/dxf/records/DxfPolylines.h"
 #include "formats/dxf/records/DxfRewrite.h"
@@ -53,6 +56,7 @@ public:
                 m_changes.push_back({m_layout.records[r], changed(*now, r, itemsOf(recordText(r)))});
         }
         changeReferences(after);
+        changeDimensions(after);
         m_changes.push_back({{m_layout.recordsEnd, m_layout.recordsEnd}, added()});
         if (m_layout.handleSeed && m_handles.next() != m_layout.freeHandle)
             m_changes.push_back({*m_layout.handleSeed, m_handles.nextText()});
@@ -105,6 +109,43 @@ private:
             else if (*now[r] != m_before.references[r])
                 m_changes.push_back({m_layout.references[r],
                                      moved(*now[r], m_before.references[r], itemsOf(textIn(m_layout.references[r])))});
+    }
+
+    /// Those follow whose points are elsewhere now, as far as what they stood on is there still.
+    void changeDimensions(const Document& after) {
+        m_output.lostConstraints = after.constraints.size();
+        if (m_layout.measures.empty())
+            return;
+        std::unordered_map<std::string_view, const Constraint*> before, now;
+        for (const Constraint& constraint : m_before.constraints)
+            before.emplace(constraint.id, &constraint);
+        for (const Constraint& constraint : after.constraints)
+            now.emplace(constraint.id, &constraint);
+        const EntityIndex entitiesBefore(m_before), entitiesNow(after);
+        for (const DxfMeasure& measure : m_layout.measures) {
+            const auto was = before.find(measure.constraint), is = now.find(measure.constraint);
+            if (is != now.end() && !is->second->driving)
+                --m_output.lostConstraints;
+            if (is == now.end() || !change(measure, {entitiesBefore, *was->second}, {entitiesNow, *is->second}))
+                m_output.left.push_back(nameOf(measure));
+        }
+    }
+
+    static std::string nameOf(const DxfMeasure& measure) {
+        return measure.reference.empty() ? measure.constraint : measure.reference;
+    }
+
+    /// False where it can only stay as it was.
+    bool change(const DxfMeasure& measure, const DxfMeasuredIn& before, const DxfMeasuredIn& now) {
+        if (!hasMoved(measure, before, now))
+            return true;
+        DxfItems record = itemsOf(textIn(measure.range));
+        if (!rewriteDimension(record, measure, before, now))
+            return false;
+        m_changes.push_back({measure.range, textOf(record)});
+        if (!measure.reference.empty())
+            m_output.redrawn.push_back(measure.reference);
+        return true;
     }
 
     std::string moved(const BlockReference& now, const BlockReference& before, DxfItems record) {
@@ -268,7 +309,8 @@ DxfOutput patchedDxf(std::string_view text, const DxfLayout& layout, const Docum
     checkForDxf(after, tolerance);
     DxfOutput output = isBinaryDxf(text) ? patchedBytes(text, layout, before, after, tolerance)
                                          : Patch(text, layout, before, tolerance).write(after);
-    output.lostConstraints = after.constraints.size();
+    output.lostFacts =
+        lostFacts(after, {Fact::layers, Fact::colours, Fact::linetypes, Fact::widths, Fact::invisibility});
     output.lostParameters = after.parameters.size();
     return output;
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <optional>
+#include <unordered_map>
 #include <utility>
 
 #include "document/text/Capitals.h"
@@ -14,6 +16,8 @@
 #include "formats/dxf/DxfShapes.h"
 #include "formats/dxf/DxfText.h"
 #include "formats/dxf/blocks/DxfBlocks.h"
+#include "formats/dxf/dimensions/DxfDimension.h"
+#include "formats/dxf/dimensions/DxfMeasures.h"
 
 namespace holdfast::formats {
 namespace {
@@ -41,6 +45,10 @@ bool isLayout(std::string_view blockName) {
     const std::string name = inCapitals(blockName);
     return name.starts_with("*MODEL_SPACE") || name.starts_with("*PAPER_SPACE") || name.starts_with("$MODEL_SPACE") ||
            name.starts_with("$PAPER_SPACE");
+}
+
+bool isOtherDimension(std::string_view record) {
+    return record == "ARC_DIMENSION" || record == "LARGE_RADIAL_DIMENSION";
 }
 
 bool isInPaperSpace(const DxfEntity& entity) {
@@ -72,6 +80,7 @@ public:
 private:
     /// Blocks may stand behind what refers to them.
     void finishReferences() {
+        followDimensions();
         for (DxfReference& read : m_references)
             addReference(std::move(read));
         for (const std::string& what : m_blocks.notUnderstood())
@@ -81,10 +90,35 @@ private:
         m_drawing.layout.blocks = m_blocks.takeRecords();
     }
 
+    /// Those that stand on entities are dimensions of the drawing, with a picture or without.
+    void followDimensions() {
+        std::vector<DxfFollowing> following = followedDimensions(m_drawing.document.entities, m_dimensions);
+        for (std::size_t i = 0; i < following.size(); ++i) {
+            const DxfDimension& dimension = m_dimensions[i];
+            if (!following[i].constraint) {
+                const bool isDrawn = dimension.fault.empty();
+                count(isDrawn ? m_drawing.notMeasured : m_drawing.notUnderstood,
+                      isDrawn ? following[i].reason : dimension.fault);
+                continue;
+            }
+            std::vector<Constraint>& constraints = m_drawing.document.constraints;
+            following[i].constraint->id = "c" + std::to_string(constraints.size());
+            m_measureAt.emplace(dimension.range.begin, constraints.size());
+            constraints.push_back(std::move(*following[i].constraint));
+            m_drawing.layout.measures.push_back(
+                {constraints.back().id, {}, dimension.range, std::move(following[i].anchors)});
+        }
+    }
+
     void addReference(DxfReference read) {
+        const auto measure = m_measureAt.find(read.range.begin);
+        const bool isMeasured = measure != m_measureAt.end();
         DxfBlocks::Found found = m_blocks.find(read);
-        if (!found.block)
-            return count(m_drawing.notUnderstood, spokenFault(read, found.fault));
+        if (!found.block) {
+            if (!isMeasured)
+                count(m_drawing.notUnderstood, spokenFault(read, found.fault));
+            return;
+        }
         BlockReference& reference = read.reference;
         reference.block = std::move(*found.block);
         if (m_shown + costOf(reference) > kMostShown)
@@ -92,6 +126,10 @@ private:
         m_shown += costOf(reference);
         std::vector<BlockReference>& references = m_drawing.document.references;
         reference.id = m_referenceNames.next(reference.kind);
+        if (isMeasured) {
+            reference.measure = m_drawing.document.constraints[measure->second].id;
+            m_drawing.layout.measures[measure->second].reference = reference.id;
+        }
         m_drawing.layout.references.push_back(read.range);
         references.push_back(std::move(reference));
     }
@@ -203,10 +241,17 @@ private:
         if (entity.name == "INSERT")
             attributes = takeBehind(m_groups, "ATTRIB", range.end);
         DxfReferenceReading reading = readDxfReference(entity, attributes, range);
+        std::optional<DxfDimension> dimension = readDxfDimension(entity);
         if (reading.reference)
             m_references.push_back(std::move(*reading.reference));
+        else if (dimension)
+            dimension->fault = std::move(reading.reason);
         else
             count(m_drawing.notUnderstood, reading.reason);
+        if (dimension)
+            m_dimensions.push_back(std::move(*dimension));
+        else if (isOtherDimension(entity.name) && reading.reference)
+            count(m_drawing.notMeasured, std::string(entity.name));
     }
 
     void noteForm(const DxfEntity& entity) {
@@ -296,6 +341,9 @@ private:
     std::vector<DxfReference> m_references;  // of the drawing, in the order of the file
     ReferenceNames m_referenceNames;
     double m_shown = 0.0;  // by references
+    std::vector<DxfDimension> m_dimensions;
+    std::unordered_map<std::size_t, std::size_t>
+        m_measureAt;  // by where its record begins: the number among constraints
     std::set<std::string> m_layerNames;
     std::string_view m_lastSection, m_hasEnded;
     std::vector<std::string> m_otherSections;

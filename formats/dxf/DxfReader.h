@@ -22,6 +22,7 @@ struct DxfNotice {
 struct DxfDrawing {
     Document document;
     std::vector<DxfNotice> notUnderstood;  ///< entities that are missing from the document, by kind
+    std::vector<DxfNotice> notMeasured;    ///< dimensions that are drawn only, by why that is
     std::vector<DxfNotice> dropped;        ///< properties that its entities have lost: width, height above the plane
     DxfLayout layout;                      ///< for writing the file again
 };
@@ -29,8 +30,8 @@ struct DxfDrawing {
 /// Reads LINE, ARC, CIRCLE, ELLIPSE, LWPOLYLINE, POLYLINE, SPLINE, RAY, XLINE, POINT, TEXT and MTEXT from the section
 /// ENTITIES of a DXF text, with layers, colours, line types and widths, INSERT, DIMENSION and HATCH with the blocks,
 /// named insert:0, insert:1, ..., dimension:0, ..., hatch:0, ..., and the unit of length from the header (millimetres
-/// when it has none). Everything else is counted. Throws DrawingError, with the line, for a text that is no DXF or
-/// breaks off.
+/// when it has none). A DIMENSION that stands on entities is a measured dimension, too, named c0, c1, .... Everything
+/// else is counted. Throws DrawingError, with the line, for a text that is no DXF or breaks off.
 DxfDrawing readDxf(std::string_view text, const std::string& fileName);
 
 }  // namespace holdfast::formats

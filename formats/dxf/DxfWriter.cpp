@@ -7,6 +7,7 @@
 #include "document/checks/DocumentCheck.h"
 #include "document/text/DrawingError.h"
 #include "document/text/NumberText.h"
+#include "formats/LostFacts.h"
 #include "formats/dxf/DxfLooks.h"
 #include "formats/dxf/DxfText.h"
 #include "geometry/Angles.h"
@@ -141,6 +142,8 @@ DxfOutput dxfText(const Document& document, double tolerance) {
     output.lostConstraints = document.constraints.size();
     output.lostParameters = document.parameters.size();
     output.lostReferences = document.references.size();
+    // Helper geometry and fixed references have layers of their own.
+    output.lostFacts = lostFacts(document, {Fact::construction, Fact::fixedEntities, Fact::layers, Fact::colours});
     appendLayers(output.text, document.layers);
     output.text += "  0\nSECTION\n  2\nENTITIES\n";
     for (const Entity& entity : document.entities)

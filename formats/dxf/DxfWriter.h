@@ -12,11 +12,14 @@ namespace holdfast::formats {
 
 struct DxfOutput {
     std::string text;
-    std::vector<DxfNote> notes;       ///< in the order of the document
-    std::size_t lostConstraints = 0;  ///< a DXF file holds none
-    std::size_t lostParameters = 0;   ///< nor these
-    std::size_t lostReferences = 0;   ///< the oldest form has no blocks
-    double tolerance = 0.0;           ///< of the curves that were flattened, in the drawing's unit
+    std::vector<DxfNote> notes;        ///< in the order of the document
+    std::size_t lostConstraints = 0;   ///< a DXF file holds none but measured dimensions of its own
+    std::size_t lostParameters = 0;    ///< nor these
+    std::size_t lostReferences = 0;    ///< the oldest form has no blocks
+    std::vector<std::string> redrawn;  ///< dimensions that follow what they measure, with a picture as it was
+    std::vector<std::string> left;     ///< dimensions as they were, which the drawing has no more
+    std::string lostFacts;             ///< a sentence on what else the file has not, or empty
+    double tolerance = 0.0;            ///< of the curves that were flattened, in the drawing's unit
 };
 
 /// The document's entities in the oldest common form of DXF (LINE, ARC, CIRCLE, POINT, TEXT, POLYLINE), which every

@@ -10,6 +10,12 @@
 namespace holdfast::formats {
 namespace {
 
+/// Documents nest about ten deep.
+constexpr XmlRules kFcstdRules{.place = "Document.xml",
+                               .whole = "a whole document",
+                               .withoutType = "a document without one, as every document of FreeCAD is",
+                               .shallower = "elements as deep as documents nest them"};
+
 constexpr std::string_view kSketchType = "Sketcher::SketchObject";  // also the first letters of its kin
 constexpr const char* kIndent = "    ";                             // of the program's own writer
 
@@ -40,7 +46,8 @@ std::string decoded(std::string_view value) {
 
 class ObjectReader {
 public:
-    ObjectReader(std::string_view text, const std::string& file) : m_text(text), m_file(file), m_tags(text, file) {}
+    ObjectReader(std::string_view text, const std::string& file)
+        : m_text(text), m_file(file), m_tags(text, file, kFcstdRules) {}
 
     FcstdObjects read() {
         bool isFirst = true;

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "formats/Uses.h"
-#include "formats/fcstd/XmlTags.h"
+#include "formats/xml/XmlTags.h"
 
 namespace holdfast::formats {
 

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
+#include <string_view>
 #include <utility>
 
+#include "formats/LostFacts.h"
 #include "formats/fcstd/FcstdArchive.h"
 #include "formats/fcstd/FcstdConstraintPatch.h"
 #include "formats/fcstd/FcstdExpressionPatch.h"
@@ -52,6 +55,16 @@ std::string patchedText(std::string_view text, FcstdSketch& sketch) {
     return patched.append(text.substr(done));
 }
 
+/// What outside geometry has stays there.
+std::string lostOf(const Document& before, Document after) {
+    std::set<std::string_view> outside;
+    for (const Entity& entity : before.entities)
+        if (entity.fixed)
+            outside.insert(entity.id);
+    std::erase_if(after.entities, [&](const Entity& entity) { return outside.contains(entity.id); });
+    return lostFacts(after, {Fact::construction});
+}
+
 }  // namespace
 
 FcstdOutput patchedFcstd(std::string_view archive, const std::string& sketch, const Document& after,
@@ -63,6 +76,10 @@ FcstdOutput patchedFcstd(std::string_view archive, const std::string& sketch, co
     std::vector<std::string> notes = patchProperties(original, after);
     for (const Parameter& parameter : after.parameters)
         notes.push_back("the parameter " + parameter.name + " was left out");
+    if (after.lengthUnit != original.drawing.lengthUnit)
+        notes.push_back("numbers are in the unit \"" + after.lengthUnit + "\", where the document has mm");
+    if (std::string lost = lostOf(original.drawing, after); !lost.empty())
+        notes.push_back(std::move(lost));
     return {withDocumentText(archive, patchedText(text, original), file), std::move(notes)};
 }
 

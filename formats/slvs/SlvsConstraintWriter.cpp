@@ -151,9 +151,10 @@ bool SlvsConstraintWriter::addOnCurve(const Place& point, const Place& curve) {
     if (line != nullptr) {
         const std::optional<Vec2> at = pointAt(m_handles.find(point.entity)->entity->shape, point);
         const Vec2 along = line->end - line->start;
+        const double square = dot(along, along);
         m_out.back().param = ofConstraint(m_out.back().handle);
         m_params.push_back(
-            {m_out.back().param, dot(at.value_or(line->start) - line->start, along) / dot(along, along)});
+            {m_out.back().param, square > 0.0 ? dot(at.value_or(line->start) - line->start, along) / square : 0.0});
     }
     return true;
 }

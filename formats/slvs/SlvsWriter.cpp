@@ -9,6 +9,7 @@
 #include "document/Names.h"
 #include "document/text/DrawingError.h"
 #include "document/text/NumberText.h"
+#include "formats/LostFacts.h"
 #include "formats/slvs/SlvsConstraintWriter.h"
 #include "formats/slvs/SlvsCubics.h"
 #include "formats/slvs/SlvsSplines.h"
@@ -157,14 +158,19 @@ private:
             m_notes.push_back("left out, since the form does not have them: " + list(m_leftOut));
         if (!m_fixed.empty())
             m_notes.push_back("fixed; their points are held where they are: " + list(m_fixed));
-        if (!m_document.parameters.empty())
+        const bool hasFormulas = std::any_of(m_document.constraints.begin(), m_document.constraints.end(),
+                                             [](const Constraint& constraint) { return !constraint.formula.empty(); });
+        if (hasFormulas || !m_document.parameters.empty())
             m_notes.emplace_back("parameters and formulas were left out; dimensions have their values");
         if (m_document.plane)
             m_notes.emplace_back("the plane in space was left out; the sketch is in the xy plane");
-        const bool hasLooks = std::any_of(m_document.entities.begin(), m_document.entities.end(),
-                                          [](const Entity& entity) { return !entity.look.isUsual(); });
-        if (hasLooks || !m_document.layers.empty())
-            m_notes.emplace_back("layers and colours were left out");
+        const bool hasNames = std::any_of(m_document.constraints.begin(), m_document.constraints.end(),
+                                          [](const Constraint& constraint) { return !constraint.name.empty(); });
+        if (hasNames)
+            m_notes.emplace_back("names of constraints were left out");
+        if (std::string lost = lostFacts(m_document, {Fact::construction, Fact::fixedEntities, Fact::plane});
+            !lost.empty())
+            m_notes.push_back(std::move(lost));
         if (m_document.lengthUnit != "mm")
             m_notes.push_back("numbers are in the unit \"" + m_document.lengthUnit + "\", where the program has mm");
     }

@@ -1,13 +1,14 @@
 #include "formats/svg/SvgTree.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
-#include <vector>
 
 #include "document/text/Capitals.h"
 #include "document/text/DrawingError.h"
 #include "document/text/Suggest.h"
 #include "document/text/Utf8.h"
+#include "formats/xml/XmlTags.h"
 
 namespace holdfast::formats {
 namespace {
@@ -15,113 +16,34 @@ namespace {
 /// What an element and an attribute of a tree cost, in bytes.
 constexpr std::size_t kSvgElementSize = 64, kSvgAttributeSize = 40, kSvgLargestTree = 128U << 20U;
 constexpr std::size_t kSvgLongestText = 64U << 20U;
-constexpr std::string_view kSvgBlanks = " \t\r\n";
 
 int lineAt(std::string_view text, std::size_t at) {
     const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(at, text.size()));
     return static_cast<int>(1 + std::count(text.begin(), end, '\n'));
 }
 
+constexpr XmlRules kSvgRules{.place = "",
+                             .whole = "a whole picture; this one breaks off",
+                             .withoutType = "a picture without them; save it as plain SVG in the program that drew it",
+                             .shallower = "fewer groups in each other; ungroup in the program that drew it",
+                             .deepest = kSvgDeepest,
+                             .mayNameType = true};
+
 /// Goes through the tags of a text without keeping any.
-class SvgMarkup {
-public:
-    SvgMarkup(std::string_view text, const std::string& file) : m_text(text), m_file(file) {}
-
-    void check() {
-        for (m_at = m_text.find('<'); m_at != std::string_view::npos; m_at = m_text.find('<', m_at)) {
-            const std::string_view rest = m_text.substr(m_at);
-            if (rest.starts_with("<!--"))
-                passTo("-->", 4);
-            else if (rest.starts_with("<![CDATA["))
-                passTo("]]>", 9);
-            else if (rest.starts_with("<?"))
-                passTo("?>", 2);
-            else if (rest.starts_with("<!"))
-                passDocumentType();
-            else
-                passTag();
-        }
-        if (m_size == 0)
-            fail(0, "no element", "a picture, <svg>");
-        if (!m_path.empty())
-            fail(m_text.size(), "the end of the text inside of <" + std::string(m_path.back()) + ">",
-                 "a whole picture; this one breaks off");
+void checkMarkup(std::string_view text, const std::string& file) {
+    XmlTags tags(text, file, kSvgRules);
+    std::size_t size = 0;
+    while (const std::optional<XmlTag> tag = tags.next()) {
+        const std::string_view said = text.substr(tag->range.begin, tag->range.end - tag->range.begin);
+        size +=
+            kSvgElementSize + kSvgAttributeSize * static_cast<std::size_t>(std::count(said.begin(), said.end(), '='));
+        if (size > kSvgLargestTree)
+            tags.fail(tag->range.begin, "more than a million elements or attributes",
+                      "a smaller picture, or parts of it");
     }
-
-private:
-    [[noreturn]] void fail(std::size_t at, std::string found, std::string expected) const {
-        throw DrawingError(m_file, {"", std::move(found), std::move(expected)}, lineAt(m_text, at));
-    }
-
-    void passTo(std::string_view end, std::size_t from) {
-        const std::size_t found = m_text.find(end, m_at + from);
-        if (found == std::string_view::npos)
-            fail(m_at, inQuotes(m_text.substr(m_at, from)) + " without an end", inQuotes(end));
-        m_at = found + end.size();
-    }
-
-    /// The > that ends what begins here, or another sign of these; one in quotes does not count.
-    std::size_t find(std::string_view signs) const {
-        char quote = 0;
-        for (std::size_t at = m_at + 1; at < m_text.size(); ++at) {
-            const char c = m_text[at];
-            if (quote != 0)
-                quote = c == quote ? '\0' : quote;
-            else if (c == '"' || c == '\'')
-                quote = c;
-            else if (signs.find(c) != std::string_view::npos)
-                return at;
-        }
-        fail(m_at, "a tag without an end", "a > behind it");
-    }
-
-    /// Many programs name the type of the document; what a type defines itself could make much out of little, or read
-    /// other files.
-    void passDocumentType() {
-        const std::size_t end = find("[<>");
-        if (m_text[end] != '>')
-            fail(end, "a document type with definitions of its own",
-                 "a picture without them; save it as plain SVG in the program that drew it");
-        m_at = end + 1;
-    }
-
-    void passTag() {
-        const std::size_t end = find("<>");
-        if (m_text[end] == '<')
-            fail(m_at, "a tag without an end", "a > behind it");
-        const std::string_view tag = m_text.substr(m_at, end - m_at);
-        if (tag.starts_with("</"))
-            leave(tag.substr(2, tag.find_first_of(kSvgBlanks) - 2));
-        else
-            enter(tag);
-        m_at = end + 1;
-    }
-
-    void leave(std::string_view name) {
-        if (m_path.empty() || m_path.back() != name)
-            fail(m_at, "</" + std::string(name) + ">",
-                 m_path.empty() ? "the end of the text" : "</" + std::string(m_path.back()) + ">");
-        m_path.pop_back();
-    }
-
-    void enter(std::string_view tag) {
-        m_size +=
-            kSvgElementSize + kSvgAttributeSize * static_cast<std::size_t>(std::count(tag.begin(), tag.end(), '='));
-        if (m_size > kSvgLargestTree)
-            fail(m_at, "more than a million elements or attributes", "a smaller picture, or parts of it");
-        if (tag.ends_with('/'))
-            return;
-        if (m_path.size() == kSvgDeepest)
-            fail(m_at, "elements nested more than " + std::to_string(kSvgDeepest) + " deep",
-                 "fewer groups in each other; ungroup in the program that drew it");
-        m_path.push_back(tag.substr(1, tag.find_first_of(kSvgBlanks) - 1));
-    }
-
-    std::string_view m_text;
-    const std::string& m_file;
-    std::size_t m_at = 0, m_size = 0;
-    std::vector<std::string_view> m_path;  // the elements around what comes next
-};
+    if (size == 0)
+        tags.fail(0, "no element", "a picture, <svg>");
+}
 
 /// Texts of one byte a letter, of which the first 256 of Unicode are the common part.
 std::string fromLatin(std::string_view text) {
@@ -146,7 +68,7 @@ std::string inUtf8(std::string_view text, const std::string& file) {
 }  // namespace
 
 SvgTree::SvgTree(std::string_view text, const std::string& file) : m_text(inUtf8(text, file)), m_file(file) {
-    SvgMarkup(m_text, file).check();
+    checkMarkup(m_text, file);
     const pugi::xml_parse_result result =
         m_tree.load_buffer(m_text.data(), m_text.size(), pugi::parse_default, pugi::encoding_utf8);
     if (!result)

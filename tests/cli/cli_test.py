@@ -467,6 +467,13 @@ class Program(InAFolder):
         self.assertEqual(result.returncode, DONE)
         self.assertIn("holdfast infer --polylines", result.stderr)
 
+    def test_an_edit_that_is_a_drawing_leads_to_the_command_for_several(self):
+        one, two = self.file("one.json", CORNER), self.file("two.json", CORNER)
+        result = self.run_program("edit", one, two, "move a by 1,1", "-o", self.path / "out.json")
+        self.assertEqual(result.returncode, WRONG)
+        self.assertIn("two.json: found a second drawing; expected one drawing; \"holdfast run\" edits several",
+                      result.stderr)
+
     def test_the_list_names_what_a_user_has_to_know(self):
         listed = self.run_program("show", DRAWINGS / "mounting-bracket.json", "--list").stdout
         self.assertIn("  base: line (0, 0) to (80, 0), length 80; ", listed)
@@ -503,7 +510,11 @@ class Program(InAFolder):
         sized["parameters"] = [{"name": "side", "formula": "5", "value": 5.0},
                                {"name": "double", "formula": "other * 2", "value": 10.0}]
         sized["layers"] = [{"name": "Cut"}]
-        calls = {"show": [("show", mend), ("show", loose, "--list", "--missing"), ("show", self.file("sized.json", sized), "--list"),
+        measured = self.path / "measured.dxf"
+        measured.write_text("\n".join(
+            "0 SECTION 2 BLOCKS 0 BLOCK 2 *D1 0 POINT 10 0 20 0 0 ENDBLK 0 ENDSEC 0 SECTION 2 ENTITIES 0 CIRCLE 10 0 20 0 "
+            "40 5 0 DIMENSION 2 *D1 70 4 10 0 20 0 15 3 25 4 0 ENDSEC 0 EOF".split()) + "\n")
+        calls = {"show": [("show", mend), ("show", measured, "--list"), ("show", loose, "--list", "--missing"), ("show", self.file("sized.json", sized), "--list"),
                           ("show", DRAWINGS.parent / "commands" / "plate-with-screws.dxf", "--list")], "solve": [("solve", mend)], "infer": [("infer", DRAWINGS / "acrylic-case-top.dxf")],
                  "convert": [("convert", mend, self.path / "mended.dxf")],
                  "edit": [("edit", self.path / "one.json", "lengthen a end by 2", "break a at 4,0"), ("run", cut),

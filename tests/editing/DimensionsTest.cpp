@@ -193,6 +193,8 @@ TEST(Constrain, SaysWhatAKindTakes) {
     const RefusedEdit rows[] = {
         {"constrain horizontal",
          "edit \"constrain horizontal\": expected a place to constrain, but the edit ends there"},
+        {"constrain distance_x 6",
+         "edit \"constrain distance_x 6\", column 22: the drawing has no entity 6, found \"6\""},
         {"constrain radius bottom 3", "found radius of line \"bottom\"; expected radius takes one whole circle or arc"},
         {"constrain horizontal bottm",
          "edit \"constrain horizontal bottm\", column 22: the drawing has no entity bottm, found \"bottm\"; did you "

@@ -127,6 +127,15 @@ TEST(DxfPatch, PutsTheOnlyPieceOfWhatIsGoneInItsPlace) {
     EXPECT_EQ(file.written(), replaced(kOdd, " 40\r\n2.000", " 40\r\n3.000"));
 }
 
+TEST(DxfPatch, KeepsWhatIsMadeOfInvisibleEntitiesInvisible) {
+    Patched file(kOdd);
+    file.now.entities.push_back(
+        {.id = "p0", .shape = LineShape{{0, 0}, {1, 1}}, .look = SharedLook({.layer = "Cut", .visible = false})});
+    const Document again = readDxf(file.written(), "b.dxf").document;
+    EXPECT_FALSE(again.entities.back().look->visible);
+    EXPECT_TRUE(again.entities.front().look->visible);
+}
+
 TEST(DxfPatch, DrawsWhatComesOfNothingOnLayerZeroInTheFormOfTheFile) {
     Patched file(kOdd);
     file.now.entities.push_back({.id = "new", .shape = PointShape{{1, 2}}});

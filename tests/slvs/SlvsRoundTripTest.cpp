@@ -299,6 +299,14 @@ TEST(SlvsRoundTrip, EllipsesGoOutAsCubicsWithinTheTolerance) {
     }
 }
 
+TEST(SlvsRoundTrip, APointOnALineWithoutLengthCanBeReadAgain) {
+    Document drawing;
+    drawing.entities = {{.id = "line", .shape = LineShape{{3, 4}, {3, 4}}}, {.id = "dot", .shape = PointShape{{3, 4}}}};
+    drawing.constraints = {{.id = "on", .type = Type::pointOnCurve, .refs = {{"dot"}, {"line"}}}};
+    const std::string text = slvsText(drawing, 0.01).text;
+    EXPECT_EQ(readSlvs(text, "", "again.slvs").document.constraints.size(), 1u) << text;
+}
+
 TEST(SlvsRoundTrip, ListsWhatAFileCannotHold) {
     Document drawing = everyKind();
     drawing.lengthUnit = "inch";

@@ -94,6 +94,7 @@ Document documentOf(const DrawingText& read) {
         return readJson(read.text, read.name);
     DxfDrawing drawing = readDxf(read.text, read.name);
     tellNotices(read.name, "not understood and left out", drawing.notUnderstood);
+    tellNotices(read.name, "drawn and not measured", drawing.notMeasured);
     tellNotices(read.name, "dropped", drawing.dropped);
     return std::move(drawing.document);
 }
@@ -120,6 +121,7 @@ DrawingFile readDrawingFor(const DrawingTarget& target, const DrawingSource& sou
         return {documentOf(read), std::nullopt, read.form};
     DxfDrawing drawing = readDxf(read.text, read.name);
     tellNotices(read.name, "not understood and kept as it is", drawing.notUnderstood);
+    tellNotices(read.name, "drawn and not measured", drawing.notMeasured);
     return {drawing.document, DxfOriginal{std::move(read.text), std::move(drawing.layout), std::move(drawing.document)},
             read.form};
 }

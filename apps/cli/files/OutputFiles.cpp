@@ -51,20 +51,38 @@ std::string noteOf(const DxfNote& note, const DxfOutput& output, const std::stri
     return note.entity + " was left out, a line without end";
 }
 
+/// Some of many names.
+std::string firstOf(const std::vector<std::string>& names) {
+    constexpr std::size_t most = 5;
+    std::string text;
+    for (std::size_t i = 0; i < std::min(most, names.size()); ++i)
+        text += (i == 0 ? "" : ", ") + names[i];
+    return text + (names.size() > most ? " and " + std::to_string(names.size() - most) + " more" : "");
+}
+
 /// "2 block references and 1 hatched area were left out".
 std::string leftOutReferences(const Document& document) {
     using Kind = BlockReference::Kind;
-    const auto countOf = [&](Kind kind) {
+    const auto countOf = [&](Kind kind, bool isMeasured = false) {
         return static_cast<std::size_t>(
-            std::count_if(document.references.begin(), document.references.end(),
-                          [kind](const BlockReference& reference) { return reference.kind == kind; }));
+            std::count_if(document.references.begin(), document.references.end(), [&](const BlockReference& reference) {
+                return reference.kind == kind && reference.measure.empty() != isMeasured;
+            }));
     };
     std::vector<std::string> counted;
-    for (const auto& [kind, word] : {std::pair(Kind::insert, "block reference"),
-                                     std::pair(Kind::dimension, "dimension"), std::pair(Kind::hatch, "hatched area")})
-        if (const std::size_t count = countOf(kind); count > 0)
+    const auto add = [&](std::size_t count, const char* word) {
+        if (count > 0)
             counted.push_back(report::counted(count, word));
-    return allOf(counted) + (document.references.size() == 1 ? " was" : " were") + " left out" +
+    };
+    add(countOf(Kind::insert), "block reference");
+    add(countOf(Kind::dimension), "dimension");
+    add(countOf(Kind::dimension, true), "dimension picture");
+    add(countOf(Kind::hatch), "hatched area");
+    std::vector<std::string> names;
+    names.reserve(document.references.size());
+    for (const BlockReference& reference : document.references)
+        names.push_back(reference.id);
+    return allOf(counted) + (document.references.size() == 1 ? " was" : " were") + " left out: " + firstOf(names) +
            (countOf(Kind::insert) > 0 ? "; \"explode\" makes entities of a block reference" : "");
 }
 
@@ -194,6 +212,14 @@ void OutputFiles::addSlvs(const std::string& path, const std::string& name, cons
 void OutputFiles::tellLosses(const std::string& path, const Document& document, const DxfOutput& output) {
     for (const DxfNote& note : output.notes)
         m_notes.push_back(path + ": " + noteOf(note, output, document.lengthUnit));
+    if (!output.redrawn.empty())
+        m_notes.push_back(path + ": the pictures of dimensions that have changed are as the file has them: " +
+                          firstOf(output.redrawn));
+    if (!output.left.empty())
+        m_notes.push_back(
+            path + ": dimensions that the drawing has no more stay as the file has them: " + firstOf(output.left));
+    if (!output.lostFacts.empty())
+        m_notes.push_back(path + ": " + output.lostFacts);
     if (output.lostConstraints > 0)
         m_notes.push_back(path + ": " + report::counted(output.lostConstraints, "constraint") +
                           (output.lostConstraints == 1 ? " was" : " were") + " left out");

@@ -285,6 +285,8 @@ DxfFrame newFrame(const Look& look, const DxfForm& form, const DxfStyle& style, 
         frame.head.push_back(newItem(420, std::to_string(look.colour.value), style));
     if (form.isNewer && look.weight != kWeightByLayer)
         frame.head.push_back(newItem(370, std::to_string(look.weight), style));
+    if (!look.visible)
+        frame.head.push_back(newItem(60, "1", style));
     return frame;
 }
 

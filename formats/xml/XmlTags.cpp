@@ -1,4 +1,4 @@
-#include "formats/fcstd/XmlTags.h"
+#include "formats/xml/XmlTags.h"
 
 #include <algorithm>
 
@@ -6,12 +6,6 @@
 #include "document/text/Suggest.h"
 
 namespace holdfast::formats {
-namespace {
-
-/// Documents nest about ten deep.
-constexpr std::size_t kDeepest = 256;
-
-}  // namespace
 
 std::optional<XmlTag> XmlTags::next() {
     for (;;) {
@@ -19,7 +13,7 @@ std::optional<XmlTag> XmlTags::next() {
         if (m_at == std::string_view::npos) {
             m_at = m_text.size();
             if (!m_path.empty())
-                fail(m_at, "the end of the text inside of <" + std::string(m_path.back()) + ">", "a whole document");
+                fail(m_at, "the end of the text inside of <" + std::string(m_path.back()) + ">", m_rules.whole);
             return std::nullopt;
         }
         if (passMarkup())
@@ -31,9 +25,10 @@ std::optional<XmlTag> XmlTags::next() {
     }
 }
 
-void XmlTags::fail(std::size_t at, std::string found, std::string expected) const {
+void XmlTags::fail(std::size_t at, std::string found, std::string_view expected) const {
     const auto line = 1 + std::count(m_text.begin(), m_text.begin() + static_cast<std::ptrdiff_t>(at), '\n');
-    throw DrawingError(m_file, {"Document.xml", std::move(found), std::move(expected)}, static_cast<int>(line));
+    throw DrawingError(m_file, {std::string(m_rules.place), std::move(found), std::string(expected)},
+                       static_cast<int>(line));
 }
 
 /// Comments, instructions and raw texts have no tags.
@@ -46,7 +41,7 @@ bool XmlTags::passMarkup() {
     else if (rest.starts_with("<?"))
         passTo("?>", 2);
     else if (rest.starts_with("<!"))
-        fail(m_at, "a document type", "a document without one, as every document of FreeCAD is");
+        passDocumentType();
     else
         return false;
     return true;
@@ -59,9 +54,22 @@ void XmlTags::passTo(std::string_view end, std::size_t from) {
     m_at = found + end.size();
 }
 
+/// Many programs name the type of the document; what a type defines itself is another matter.
+void XmlTags::passDocumentType() {
+    if (!m_rules.mayNameType)
+        fail(m_at, "a document type", m_rules.withoutType);
+    const std::size_t end = endAt("[<>");
+    if (m_text[end] != '>')
+        fail(end, "a document type with definitions of its own", m_rules.withoutType);
+    m_at = end + 1;
+}
+
 XmlTag XmlTags::tag() {
     XmlTag found;
-    found.range = {m_at, tagEnd()};
+    const std::size_t last = endAt("<>");
+    if (m_text[last] == '<')
+        fail(m_at, "a tag without an end", "a > behind it");
+    found.range = {m_at, last + 1};
     std::size_t begin = m_at + 1;
     if (m_text[begin] == '/') {
         found.kind = XmlTag::Kind::closing;
@@ -75,28 +83,26 @@ XmlTag XmlTags::tag() {
     return found;
 }
 
-/// A > in quotes ends no tag.
-std::size_t XmlTags::tagEnd() const {
+/// The > that ends what begins here, or another sign of these; one in quotes does not count.
+std::size_t XmlTags::endAt(std::string_view signs) const {
     char quote = 0;
     for (std::size_t at = m_at + 1; at < m_text.size(); ++at) {
         const char c = m_text[at];
-        if (c == '<')
-            break;
         if (quote != 0)
             quote = c == quote ? '\0' : quote;
         else if (c == '"' || c == '\'')
             quote = c;
-        else if (c == '>')
-            return at + 1;
+        else if (signs.find(c) != std::string_view::npos)
+            return at;
     }
     fail(m_at, "a tag without an end", "a > behind it");
 }
 
 void XmlTags::follow(const XmlTag& tag) {
     if (tag.kind == XmlTag::Kind::opening) {
-        if (m_path.size() == kDeepest)
-            fail(tag.range.begin, "elements nested more than " + std::to_string(kDeepest) + " deep",
-                 "elements as deep as documents nest them");
+        if (m_path.size() == m_rules.deepest)
+            fail(tag.range.begin, "elements nested more than " + std::to_string(m_rules.deepest) + " deep",
+                 m_rules.shallower);
         m_path.push_back(tag.name);
     } else if (tag.kind == XmlTag::Kind::closing) {
         if (m_path.empty() || m_path.back() != tag.name)
