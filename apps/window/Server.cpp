@@ -12,6 +12,7 @@
 
 #include "apps/window/Answers.h"
 #include "apps/window/Assets.h"
+#include "apps/window/DroppedFile.h"
 #include "apps/window/Gate.h"
 #include "apps/window/OpenDrawing.h"
 #include "apps/window/Tabs.h"
@@ -59,6 +60,7 @@ Knock knockOf(const httplib::Request& request) {
             .origin = onlyHeader(request, "Origin"),
             .contentType = onlyHeader(request, "Content-Type"),
             .contentEncoding = onlyHeader(request, "Content-Encoding"),
+            .transferEncoding = onlyHeader(request, "Transfer-Encoding"),
             .site = onlyHeader(request, "Sec-Fetch-Site"),
             .length = static_cast<std::size_t>(std::strtoull(length.c_str(), nullptr, 10))};
 }
@@ -101,7 +103,7 @@ struct Server::Inside {
             const int yes = 1;
             setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
         });
-        server.set_payload_max_length(Gate::kLongestEdit);
+        server.set_payload_max_length(Gate::kLargestFile);
         server.set_keep_alive_max_count(100000);  // a drag of an hour asks so often
         server.set_default_headers(headersOfAll());
         server.set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
@@ -173,6 +175,20 @@ struct Server::Inside {
         addPost("try", [this](const std::string& edit) { return drawing.trial(edit); });
         addPost("save", [this](const std::string&) { return drawing.save(); });
         addPost("discard", [this](const std::string&) { return drawing.discard(); });
+        addPost("back", [this](const std::string&) { return drawing.goBack(); });
+        addDrop();
+    }
+
+    /// A file that was dropped comes as its bytes; its name and that of a sketch in it stand behind the address.
+    void addDrop() {
+        server.Post(gate->prefix() + std::string(Gate::kDrop),
+                    [this](const httplib::Request& request, httplib::Response& response) {
+                        response.set_content(drawing.takeDropped({.name = request.get_param_value("name"),
+                                                                  .bytes = request.body,
+                                                                  .sketch = request.get_param_value("sketch")}),
+                                             kJson);
+                        tabs.tell(drawing.number());
+                    });
     }
 
     /// A tab hears of every change, and we of its going.

@@ -52,6 +52,16 @@ export const follow = (text) => post('follow', text);
 export const attempt = (text) => post('try', text);
 /** @returns {Promise<{done: boolean, error: string}>} */
 export const save = () => post('save');
+/** @typedef {{done: boolean, error: string, remarks?: string[], sketches?: {name: string, label: string}[]}} Taken */
+/**
+ * Hands over a file that was dropped: its bytes, and the names that people have for it and for a sketch in it.
+ * @param {File} file @param {string} sketch @returns {Promise<Taken>}
+ */
+export const drop = (file, sketch) => call(`do/drop?${new URLSearchParams({ name: file.name, sketch })}`, {
+  method: 'POST', headers: { 'Content-Type': 'application/octet-stream' }, body: file,
+});
+/** @returns {Promise<Taken>} */
+export const back = () => post('back');
 /** @returns {Promise<{done: boolean, error: string}>} */
 export const discard = () => post('discard');
 

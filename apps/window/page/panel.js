@@ -68,6 +68,14 @@ export class Panel {
     });
   }
 
+  /** Another drawing comes. */
+  forget() {
+    this.selected = new Set();
+    this.freedom = null;
+    /** @type {HTMLInputElement} */ (byId('filter')).value = '';
+    this.hideFates();
+  }
+
   /** @param {Drawing} drawing */
   show(drawing) {
     this.drawing = drawing;

@@ -2,6 +2,7 @@
 
 import * as link from './link.js';
 import { Drawing } from './drawing.js';
+import { Files } from './files.js';
 import { Hands, shortfallInWords } from './hands.js';
 import { Line } from './line.js';
 import { readGlyphs } from './marks.js';
@@ -36,6 +37,9 @@ export class Page {
     this.isBusy = 0;
     this.lit = '';      // what is bright, by name
     this.takesSaves = false;
+    this.hasUnsaved = false;
+    this.file = '';
+    this.drawings = 0;  // which of those that were shown one after the other
     this.paintsAll = false;
     this.isPainting = false;
     /** @type {import('./tools.js').Tool | null} */
@@ -58,6 +62,7 @@ export class Page {
     this.line = new Line(language, () => this.drawing, (text) => void this.typed(text));
     this.hands = new Hands(this, above);
     this.toolbox = new Toolbox(this, language);
+    if (!link.standsAlone) this.files = new Files(this);
     document.body.classList.toggle('alone', link.standsAlone);
     this.#buttons();
     this.#keys(above);
@@ -70,7 +75,9 @@ export class Page {
   /** All anew: at the beginning, and when another tab has edited. */
   async load() {
     const state = await link.state();
-    const isFirst = this.number === 0;
+    const isFirst = state.drawings !== this.drawings;
+    if (isFirst && this.number > 0) this.#forgetAll();
+    this.drawings = state.drawings;
     this.number = state.number;
     this.isReadOnly = state.readOnly;
     if (isFirst && state.names) this.scene.names = true;
@@ -83,6 +90,9 @@ export class Page {
     this.panel.showLog(this.log);
     byId('name').textContent = state.name;
     document.title = `${state.name} · Holdfast`;
+    this.file = state.file;
+    byId('back').hidden = !state.dropped;
+    byId('back').textContent = `Back to ${state.own}`;
     this.takesSaves = state.takesSaves;
     this.#showState(state.unsaved, state.canUndo, state.canRedo);
     if (isFirst) {
@@ -91,6 +101,19 @@ export class Page {
     }
     this.paintSoon(true);
     this.askFreedom();
+  }
+
+  /** Another drawing comes: nothing of this one is of use any more. */
+  #forgetAll() {
+    this.hands.letGo();
+    this.toolbox.leave();
+    this.scene.selected = new Set();
+    this.scene.freedom = null;
+    this.scene.clashes = undefined;
+    this.scene.clashing = undefined;
+    this.panel.forget();
+    byId('notice').hidden = true;
+    this.tip('');
   }
 
   /** @param {number} number */
@@ -115,6 +138,7 @@ export class Page {
 
   /** @param {boolean} unsaved @param {boolean} canUndo @param {boolean} canRedo */
   #showState(unsaved, canUndo, canRedo) {
+    this.hasUnsaved = unsaved;
     byId('unsaved').hidden = !unsaved;
     /** @type {HTMLButtonElement} */ (byId('undo')).disabled = !canUndo;
     /** @type {HTMLButtonElement} */ (byId('redo')).disabled = !canRedo;
@@ -576,17 +600,20 @@ export class Page {
     this.moved();
   }
 
+  /** @returns {Promise<boolean>} whether the file has it all */
   async save() {
-    if (!this.takesSaves) return this.say('this drawing cannot be saved here; download it instead', true);
     try {
-      const { done, error } = await link.save();
-      if (!done) return this.say(error, true);
+      const { done, error } = this.takesSaves ? await link.save() : { done: false, error: 'this drawing cannot be saved here; download it instead' };
+      this.say(done ? 'saved' : error, !done);
+      if (!done) return false;
+      this.hasUnsaved = false;
       byId('unsaved').hidden = true;
       /** @type {HTMLButtonElement} */ (byId('save')).disabled = true;
       byId('notice').hidden = true;
-      this.say('saved');
+      return true;
     } catch (failure) {
       this.complain(failure);
+      return false;
     }
   }
 
