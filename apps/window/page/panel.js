@@ -1,5 +1,6 @@
 // The lists beside the drawing: constraints, what the last edit did, the edits so far, parameters.
 
+import { Filters } from './filters.js';
 import { standsAlone } from './link.js';
 import { byId, counted, element, placesOf, placeText, spoken } from './words.js';
 
@@ -44,6 +45,9 @@ export class Panel {
     this.freedom = null;
     /** @type {Map<string, HTMLElement>} */
     this.rows = new Map();
+    /** @type {Map<string, Constraint>} what the last edit took away */
+    this.gone = new Map();
+    this.filters = new Filters(kinds, signOf, () => this.fillConstraints());
     byId('filter').addEventListener('input', () => this.fillConstraints());
     this.#tabs();
   }
@@ -73,6 +77,7 @@ export class Panel {
     this.selected = new Set();
     this.freedom = null;
     /** @type {HTMLInputElement} */ (byId('filter')).value = '';
+    this.filters.forget();
     this.hideFates();
   }
 
@@ -83,11 +88,20 @@ export class Panel {
     this.fillParameters();
   }
 
+  /**
+   * What the last edit did to constraints: none when there was no edit.
+   * @param {Map<string, string>} fates @param {Map<string, Constraint>} gone @param {boolean} isTold
+   */
+  takeFates(fates, gone, isTold) {
+    this.gone = gone;
+    this.filters.takeFates(fates, isTold);
+  }
+
   // --- Constraints ---
 
   /** @param {string} id */
   #label(id) {
-    const c = this.drawing?.constraints.get(id);
+    const c = this.drawing?.constraints.get(id) || this.gone.get(id);
     return c ? this.kinds.get(c.type)?.label || c.type : '';
   }
 
@@ -96,7 +110,8 @@ export class Panel {
     const all = [...this.drawing.constraints.values()].filter((c) => c.type !== 'internal');
     byId('count').textContent = String(all.length);
     const words = /** @type {HTMLInputElement} */ (byId('filter')).value.toLowerCase().split(/\s+/).filter(Boolean);
-    const found = all.filter((c) => this.#isOnSelection(c) && words.every((word) => this.#textOf(c).includes(word)));
+    const shown = [...all, ...[...this.gone.values()].filter((c) => c.type !== 'internal')];
+    const found = this.filters.pass(shown.filter((c) => this.#isOnSelection(c) && words.every((word) => this.#textOf(c).includes(word))));
     const list = byId('list');
     this.rows.clear();
     list.replaceChildren(...found.slice(0, MOST_ROWS).map((c) => this.#row(c)));
@@ -126,14 +141,16 @@ export class Panel {
                c.text ? element('span', 'value', c.text + (c.formula ? ` = ${c.formula}` : '')) : element('span', 'id', c.id),
                element('span', 'on', placesOf(c)));
     row.title = c.id;
+    row.classList.toggle('gone', this.gone.has(c.id));
     row.classList.toggle('off', c.active === false || c.driving === false);
     row.classList.toggle('clash', this.isClashing(c.id));
     const entities = c.refs.map((ref) => ref.entity);
     for (const name of ['pointerenter', 'focus']) row.addEventListener(name, () => this.wishes.point([c.id], entities));
     for (const name of ['pointerleave', 'blur']) row.addEventListener(name, () => this.wishes.point([], []));
     row.addEventListener('click', () => this.wishes.choose(entities));
-    row.addEventListener('dblclick', () => kind?.isDimension && this.wishes.dimension(c.id));
+    row.addEventListener('dblclick', () => kind?.isDimension && !this.gone.has(c.id) && this.wishes.dimension(c.id));
     row.addEventListener('keydown', (event) => {
+      if (this.gone.has(c.id)) return;
       if (event.key === 'Delete') this.wishes.edit(`delete ${c.id}`);
       if (event.key === 'F2' && kind?.isDimension) this.wishes.dimension(c.id);
     });

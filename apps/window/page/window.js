@@ -188,6 +188,7 @@ export class Page {
       scene.selected = new Set([...scene.selected].filter((id) => drawing.entities.has(id)));
       scene.fates = new Map(result.constraints.map(({ id, fate }) => [id, fate]));
       scene.entityFates = new Map(result.entities.map(({ id, fate }) => [id, fate]));
+      this.panel.takeFates(scene.fates, scene.gone, true);
       scene.freedom = scene.freedom && { ...scene.freedom };
       this.#showState(Boolean(result.unsaved), Boolean(result.canUndo), Boolean(result.canRedo));
       this.panel.selected = scene.selected;
@@ -221,6 +222,7 @@ export class Page {
     this.scene.entityFates = new Map();
     this.scene.gone = new Map();
     this.scene.goneEntities = new Map();
+    this.panel.takeFates(this.scene.fates, this.scene.gone, false);
   }
 
   /** @param {Result} result */
@@ -279,7 +281,7 @@ export class Page {
     const { scene } = this;
     if (this.tool && p && at) return this.tool.look(pick, p, at);
     const mark = at && !pick?.place ? this.markAt(at) : null;
-    const constraint = mark && this.drawing.constraints.get(mark);
+    const constraint = mark && (this.drawing.constraints.get(mark) || scene.gone.get(mark));
     const hot = constraint ? constraint.refs.map((ref) => ref.entity) : pick ? [pick.id] : [];
     const hotMarks = constraint ? [constraint.id] : pick ? this.drawing.constraintsOn(pick.id) : [];
     byId('above').classList.toggle('grab', Boolean(pick && !pick.entity.fixed));
@@ -364,6 +366,7 @@ export class Page {
     this.tip('');
     this.#forgetFates();
     this.panel.hideFates();
+    this.panel.fillConstraints();
   }
 
   /** @param {Result} result @param {Result | null} last */
