@@ -63,7 +63,7 @@ export class Hands {
     on('pointerleave', () => this.pressed || this.page.look(null));
     on('wheel', (event) => this.#wheel(event), { passive: false });
     on('contextmenu', (event) => event.preventDefault());
-    on('dblclick', (event) => this.page.open(this.#place(event), this.#at(event)));
+    on('dblclick', (event) => this.page.open(this.#pick(event), this.#at(event), event.shiftKey));
   }
 
   /** @param {{clientX: number, clientY: number}} event @returns {Point} */

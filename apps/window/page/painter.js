@@ -17,7 +17,7 @@ import { drawMark, marksOf, place } from './marks.js';
  *   rubber: {from: Point, to: Point, caught?: boolean} | null,
  *   sketch: Entity[], snap: {point: Point, word: string} | null,
  *   box: {from: Point, to: Point} | null,
- *   moving: {id: string, phase: number} | null,
+ *   cut: Set<string>,
  *   clashing?: Set<string>, clashes?: string[], entityFates?: Map<string, string>,
  * }} Scene
  */
@@ -123,7 +123,7 @@ export class Painter {
   /** @param {Entity} e @param {Scene} scene */
   styleOf(e, scene) {
     const told = scene.freedom?.entities?.[e.id];
-    const state = e.fixed && !e.block ? 'fixed' : scene.clashing?.has(e.id) ? 'clash' : !told ? 'ink' : told.free ? 'free' : 'defined';
+    const state = (e.fixed && !e.block) || scene.cut.has(e.id) ? 'fixed' : scene.clashing?.has(e.id) ? 'clash' : !told ? 'ink' : told.free ? 'free' : 'defined';
     const end = e.type === 'xline' || e.type === 'ray' ? 'endless' : e.construction ? 'construction' : 'plain';
     return `${state} ${end}`;
   }

@@ -1,6 +1,8 @@
 // The window: a drawing, its constraints, and hands to edit it with.
 
 import * as link from './link.js';
+import { chainOf } from './chain.js';
+import { Clipboard } from './clipboard.js';
 import { Drawing } from './drawing.js';
 import { Files } from './files.js';
 import { Hands, shortfallInWords } from './hands.js';
@@ -22,7 +24,7 @@ const FREEDOM_DELAY = 60;      // milliseconds: edits that follow one another ar
 const SHARP_DELAY = 150;       // milliseconds without a pan until a large drawing is drawn anew
 const HINT = 'Pull points and curves · wheel zooms · right button pans · ? shows the keys';
 const KEYS = `F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · Shift+arrows move it · Delete erase
-Ctrl+Z undo · Ctrl+Shift+Z redo · Ctrl+S save · / type an edit · M marks · T names · Esc let go`;
+J what is joined · Ctrl+C Ctrl+X Ctrl+V copy, cut, put down · Ctrl+D copy beside · Ctrl+Z undo · Ctrl+Shift+Z redo · Ctrl+S save · / type an edit · M marks · T names · Esc let go`;
 const HINT_ALONE = 'Drag pans · wheel zooms · click a curve for its constraints · ? shows the keys';
 const KEYS_ALONE = 'F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · M marks · T names · Esc let go';
 
@@ -44,12 +46,14 @@ export class Page {
     this.isPainting = false;
     /** @type {import('./tools.js').Tool | null} */
     this.tool = null;
+    /** @type {Point | null} */
+    this.pointer = null;  // where it was last
     /** @type {{text: string, error: string}[]} */
     this.log = [];
     /** @type {import('./painter.js').Scene} */
     this.scene = {
       freedom: null, hot: new Set(), hotMarks: new Set(), selected: new Set(), trial: null, fates: new Map(), gone: new Map(),
-      goneEntities: new Map(), names: false, marks: true, rubber: null, sketch: [], snap: null, box: null, moving: null,
+      goneEntities: new Map(), names: false, marks: true, rubber: null, sketch: [], snap: null, box: null, cut: new Set(),
     };
     const above = /** @type {HTMLCanvasElement} */ (byId('above'));
     this.painter = new Painter(/** @type {HTMLCanvasElement} */ (byId('drawing')), above, this.view, this.kinds);
@@ -62,6 +66,7 @@ export class Page {
     this.line = new Line(language, () => this.drawing, (text) => void this.typed(text));
     this.hands = new Hands(this, above);
     this.toolbox = new Toolbox(this, language);
+    this.clipboard = new Clipboard(this);
     if (!link.standsAlone) this.files = new Files(this);
     document.body.classList.toggle('alone', link.standsAlone);
     this.#buttons();
@@ -111,6 +116,7 @@ export class Page {
     this.scene.freedom = null;
     this.scene.clashes = undefined;
     this.scene.clashing = undefined;
+    this.clipboard.forget();
     this.panel.forget();
     byId('notice').hidden = true;
     this.tip('');
@@ -279,6 +285,7 @@ export class Page {
    */
   look(pick, p, at) {
     const { scene } = this;
+    if (p) this.pointer = p;
     if (this.tool && p && at) return this.tool.look(pick, p, at);
     const mark = at && !pick?.place ? this.markAt(at) : null;
     const constraint = mark && (this.drawing.constraints.get(mark) || scene.gone.get(mark));
@@ -439,12 +446,14 @@ export class Page {
   }
 
   /**
-   * A tie that drawing suggests, undone with what was drawn; one that follows already is not made.
+   * What belongs to the edit before and is undone with it, such as a tie that drawing suggests; one that follows already
+   * is not made.
    * @param {string} text
    */
   async tie(text) {
     const result = await this.#sent(() => link.follow(text));
     if (result?.done) this.#take(result);
+    return result;
   }
 
   /**
@@ -455,13 +464,22 @@ export class Page {
   }
 
   /**
-   * A double click.
-   * @param {Point} p @param {Point} at on the screen
+   * A double click: on a dimension, or on a curve, which takes all that is joined to it.
+   * @param {Pick | null} pick @param {Point} at on the screen @param {boolean} adds
    */
-  open(p, at) {
+  open(pick, at, adds) {
     if (this.tool) return this.tool.finish();
-    const mark = this.markAt(at);
-    if (mark && this.kinds.get(this.drawing.constraints.get(mark)?.type || '')?.isDimension) this.openDimension(mark);
+    const mark = pick?.place ? null : this.markAt(at);
+    if (mark && this.kinds.get(this.drawing.constraints.get(mark)?.type || '')?.isDimension) return this.openDimension(mark);
+    if (pick && !mark) this.chooseChain([pick.id], adds);
+  }
+
+  /** @param {string[]} ids @param {boolean} adds */
+  chooseChain(ids, adds) {
+    if (!ids.length) return this.say('point at a curve, or choose one: J takes all that are joined to it');
+    const chain = chainOf(this.drawing, ids);
+    this.choose(chain, adds, true);
+    this.say(`${counted(chain.length, 'entity')} joined end to end`);
   }
 
   /**
@@ -631,8 +649,8 @@ export class Page {
     document.addEventListener('keydown', (event) => {
       if (!(event.ctrlKey || event.metaKey) || event.target instanceof HTMLInputElement) return;
       const key = event.key.toLowerCase();
-      const what = key === 's' ? () => void this.save() : key === 'y' || (key === 'z' && event.shiftKey) ? () => void this.edit('redo')
-        : key === 'z' ? () => void this.edit('undo') : null;
+      const what = this.#clipboardKey(key, event.target) || (key === 's' ? () => void this.save() : key === 'y' || (key === 'z' && event.shiftKey) ? () => void this.edit('redo')
+        : key === 'z' ? () => void this.edit('undo') : null);
       if (!what) return;
       event.preventDefault();
       what();
@@ -645,6 +663,21 @@ export class Page {
     canvas.addEventListener('keyup', (event) => {
       if (event.key === ' ') this.hands.isSpaceDown = false;
     });
+  }
+
+  /**
+   * Texts of the page are copied as everywhere.
+   * @param {string} key @param {EventTarget | null} target @returns {(() => void) | null}
+   */
+  #clipboardKey(key, target) {
+    if (link.standsAlone || (target !== byId('above') && target !== document.body)) return null;
+    switch (key) {
+      case 'c': return () => this.clipboard.copy(false);
+      case 'x': return () => this.clipboard.copy(true);
+      case 'v': return () => this.clipboard.paste();
+      case 'd': return () => void this.clipboard.duplicate();
+      default: return null;
+    }
   }
 
   /** @param {KeyboardEvent} event whether it meant something */
@@ -663,6 +696,7 @@ export class Page {
       case 'Enter': return this.tool ? this.tool.finish() === undefined : this.#toggleHot();
       case 'Escape': return this.escape();
       case 'Delete': case 'Backspace': return this.#erase();
+      case 'j': case 'J': return this.chooseChain([...(this.scene.hot.size ? this.scene.hot : this.scene.selected)], event.shiftKey) === undefined;
       case '/': case ':': return this.line.put('') === undefined;
       case 'm': return this.#look(() => { this.scene.marks = !this.scene.marks; });
       case 't': return this.#look(() => { this.scene.names = !this.scene.names; });
@@ -685,6 +719,7 @@ export class Page {
       this.toolbox.leave();
       return true;
     }
+    this.clipboard.uncut();
     this.choose([], false, true);
     this.look(null);
     return true;
