@@ -1,5 +1,6 @@
 // Puts the drawing on the screen: below, what stays while the pointer moves; above, what follows it.
 
+import { motionsOf, paintArrows } from './arrows.js';
 import { boundsOf, gripsOf, textCorners, trace } from './shapes.js';
 import { drawMark, marksOf, place } from './marks.js';
 
@@ -17,7 +18,7 @@ import { drawMark, marksOf, place } from './marks.js';
  *   rubber: {from: Point, to: Point, caught?: boolean} | null,
  *   sketch: Entity[], snap: {point: Point, word: string} | null,
  *   box: {from: Point, to: Point} | null,
- *   cut: Set<string>,
+ *   cut: Set<string>, wiggle: Entity[],
  *   clashing?: Set<string>, clashes?: string[], entityFates?: Map<string, string>,
  * }} Scene
  */
@@ -395,12 +396,13 @@ export class Painter {
     this.#clear(c);
     for (const id of scene.selected) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 3.4, 0.55);
     if (scene.trial) this.#trial(c, drawing, scene);
-    for (const id of scene.hot) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 4, 1);
+    if (!scene.wiggle.length) for (const id of scene.hot) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 4, 1);
     for (const [id, fate] of scene.entityFates || []) {
       const ink = fate === 'created' || fate === 'restored' ? 'added' : fate === 'edited' ? 'edited' : 'followed';
       this.#bright(c, drawing.entities.get(id), this.colours[ink], 5, 0.35);
     }
     for (const e of scene.goneEntities.values()) if (!drawing.entities.has(e.id)) this.#erased(c, e);
+    for (const e of scene.wiggle) this.#bright(c, e, this.colours.followed, 2.6, 1);
     for (const e of scene.sketch) this.#bright(c, e, this.colours.edited, 2, 1);
     c.setTransform(this.ratio, 0, 0, this.ratio, 0, 0);
     this.#grips(c, drawing, scene);
@@ -510,15 +512,10 @@ export class Painter {
   #arrows(c, drawing, scene) {
     const [id] = scene.hot;
     const e = scene.hot.size === 1 && !scene.trial ? drawing.entities.get(id) : undefined;
-    const motions = e && scene.freedom?.entities?.[id]?.motions;
-    if (!e || !motions) return;
-    const [x0, y0, x1, y1] = boundsOf(e), [x, y] = this.view.toScreen([(x0 + x1) / 2, (y0 + y1) / 2]);
+    if (!e || e.fixed || scene.wiggle.length) return;
     c.strokeStyle = c.fillStyle = this.colours.free;
     c.lineWidth = 2;
-    for (const motion of motions.slice(0, 3)) {
-      if (motion.kind === 'slide' && motion.direction) doubleArrow(c, x, y, motion.direction[0], -motion.direction[1]);
-      else if (motion.kind === 'turn' && motion.centre) turnArrow(c, ...this.view.toScreen(motion.centre));
-    }
+    paintArrows(c, this.view, e, motionsOf(scene.freedom?.entities?.[id]));
   }
 
   /** @param {CanvasRenderingContext2D} c @param {Scene} scene */
@@ -571,34 +568,4 @@ export class Painter {
 function boundsMiddle(e, view) {
   const p = e.point || [view.x, view.y];
   return [p[0] - view.x, p[1] - view.y];
-}
-
-/** @param {CanvasRenderingContext2D} c @param {number} x @param {number} y @param {number} dx @param {number} dy */
-function doubleArrow(c, x, y, dx, dy) {
-  for (const sign of [1, -1]) {
-    const fx = x + sign * dx * 12, fy = y + sign * dy * 12, tx = x + sign * dx * 34, ty = y + sign * dy * 34;
-    c.beginPath();
-    c.moveTo(fx, fy);
-    c.lineTo(tx, ty);
-    c.stroke();
-    head(c, tx, ty, sign * dx, sign * dy);
-  }
-}
-
-/** @param {CanvasRenderingContext2D} c @param {number} x @param {number} y */
-function turnArrow(c, x, y) {
-  c.beginPath();
-  c.arc(x, y, 16, -2.4, 0.6);
-  c.stroke();
-  head(c, x + 16 * Math.cos(0.6), y + 16 * Math.sin(0.6), -Math.sin(0.6), Math.cos(0.6));
-  head(c, x + 16 * Math.cos(-2.4), y + 16 * Math.sin(-2.4), Math.sin(-2.4), -Math.cos(-2.4));
-}
-
-/** @param {CanvasRenderingContext2D} c @param {number} x @param {number} y @param {number} dx @param {number} dy */
-function head(c, x, y, dx, dy) {
-  c.beginPath();
-  c.moveTo(x + 8 * dx, y + 8 * dy);
-  c.lineTo(x - 4.5 * dy, y + 4.5 * dx);
-  c.lineTo(x + 4.5 * dy, y - 4.5 * dx);
-  c.fill();
 }

@@ -12,6 +12,7 @@ import { Painter } from './painter.js';
 import { Panel, constraintInWords } from './panel.js';
 import { Toolbox } from './tools.js';
 import { View } from './view.js';
+import { Wiggle } from './wiggle.js';
 import { byId, counted, element, entityInWords, listed, named, written } from './words.js';
 
 /** @typedef {import('./types').Point} Point */
@@ -24,7 +25,7 @@ const FREEDOM_DELAY = 60;      // milliseconds: edits that follow one another ar
 const SHARP_DELAY = 150;       // milliseconds without a pan until a large drawing is drawn anew
 const HINT = 'Pull points and curves · wheel zooms · right button pans · ? shows the keys';
 const KEYS = `F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · Shift+arrows move it · Delete erase
-J what is joined · Ctrl+C Ctrl+X Ctrl+V copy, cut, put down · Ctrl+D copy beside · Ctrl+Z undo · Ctrl+Shift+Z redo · Ctrl+S save · / type an edit · M marks · T names · Esc let go`;
+J what is joined · W how it can move · Ctrl+C Ctrl+X Ctrl+V copy, cut, put down · Ctrl+D copy beside · Ctrl+Z undo · Ctrl+Shift+Z redo · Ctrl+S save · / type an edit · M marks · T names · Esc let go`;
 const HINT_ALONE = 'Drag pans · wheel zooms · click a curve for its constraints · ? shows the keys';
 const KEYS_ALONE = 'F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · M marks · T names · Esc let go';
 
@@ -53,7 +54,7 @@ export class Page {
     /** @type {import('./painter.js').Scene} */
     this.scene = {
       freedom: null, hot: new Set(), hotMarks: new Set(), selected: new Set(), trial: null, fates: new Map(), gone: new Map(),
-      goneEntities: new Map(), names: false, marks: true, rubber: null, sketch: [], snap: null, box: null, cut: new Set(),
+      goneEntities: new Map(), names: false, marks: true, rubber: null, sketch: [], snap: null, box: null, cut: new Set(), wiggle: [],
     };
     const above = /** @type {HTMLCanvasElement} */ (byId('above'));
     this.painter = new Painter(/** @type {HTMLCanvasElement} */ (byId('drawing')), above, this.view, this.kinds);
@@ -67,6 +68,7 @@ export class Page {
     this.hands = new Hands(this, above);
     this.toolbox = new Toolbox(this, language);
     this.clipboard = new Clipboard(this);
+    this.wiggle = new Wiggle(this);
     if (!link.standsAlone) this.files = new Files(this);
     document.body.classList.toggle('alone', link.standsAlone);
     this.#buttons();
@@ -111,6 +113,7 @@ export class Page {
   /** Another drawing comes: nothing of this one is of use any more. */
   #forgetAll() {
     this.hands.letGo();
+    this.wiggle.stop();
     this.toolbox.leave();
     this.scene.selected = new Set();
     this.scene.freedom = null;
@@ -163,6 +166,7 @@ export class Page {
   /** @param {() => Promise<Result>} send @returns {Promise<Result | null>} */
   async #sent(send) {
     this.isBusy += 1;
+    this.wiggle.stop();
     try {
       return await send();
     } catch (failure) {
@@ -370,6 +374,7 @@ export class Page {
   }
 
   beginPull() {
+    this.wiggle.stop();
     this.tip('');
     this.#forgetFates();
     this.panel.hideFates();
@@ -696,6 +701,7 @@ export class Page {
       case 'Enter': return this.tool ? this.tool.finish() === undefined : this.#toggleHot();
       case 'Escape': return this.escape();
       case 'Delete': case 'Backspace': return this.#erase();
+      case 'w': return link.standsAlone ? false : this.#wiggle();
       case 'j': case 'J': return this.chooseChain([...(this.scene.hot.size ? this.scene.hot : this.scene.selected)], event.shiftKey) === undefined;
       case '/': case ':': return this.line.put('') === undefined;
       case 'm': return this.#look(() => { this.scene.marks = !this.scene.marks; });
@@ -714,6 +720,7 @@ export class Page {
   }
 
   escape() {
+    this.wiggle.stop();
     if (this.hands.letGo()) return true;
     if (this.tool) {
       this.toolbox.leave();
@@ -736,6 +743,12 @@ export class Page {
     const id = ids[(i + by + ids.length + (i < 0 && by < 0 ? 1 : 0)) % ids.length];
     this.#light([id], this.drawing.constraintsOn(id));
     this.say(this.#nameOf(id));
+    return true;
+  }
+
+  #wiggle() {
+    const [hot] = this.scene.hot, [chosen] = this.scene.selected;
+    void this.wiggle.show(hot || chosen);
     return true;
   }
 
