@@ -25,6 +25,7 @@ except ImportError:
 import chains
 import choices
 import dropping
+import pulling
 
 PROGRAM, DRAWING, PICTURES = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
 
@@ -398,7 +399,7 @@ def main():
                 narrow_and_dark(browser, window)
                 browser.get("about:blank")
             for test in (choices.lists_are_filtered, chains.chains_are_chosen, chains.copies_follow_the_pointer, chains.what_is_free_wiggles,
-                         dropping.a_drawing_is_dropped):
+                         dropping.a_drawing_is_dropped, pulling.a_pulled_point_is_tied):
                 start = time.time()
                 with Window(PROGRAM, copied(folder, DRAWING, "fresh.json")) as window:
                     tab = Tab(browser, window, PICTURES)

@@ -44,8 +44,11 @@ export function paintArrows(c, view, e, motions) {
 
 /** @param {CanvasRenderingContext2D} c @param {import('./view.js').View} view @param {Entity} e */
 function radiusArrows(c, view, e) {
-  const at = placePoint(e, 'whole');
-  if (!e.centre || !at) return;
+  if (!e.centre || !e.radius) return;
+  const oblique = Math.SQRT1_2 * e.radius;  // between the arrows of a circle that can slide
+  /** @type {Point} */
+  const on = [e.centre[0] + oblique, e.centre[1] + oblique];
+  const at = e.type === 'circle' ? on : placePoint(e, 'whole') || on;
   const away = distance(e.centre, at) || 1;
   doubleArrow(c, ...view.toScreen(at), (at[0] - e.centre[0]) / away, -(at[1] - e.centre[1]) / away, 4, 18);
 }

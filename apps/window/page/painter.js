@@ -365,7 +365,7 @@ export class Painter {
    * @param {Drawing} drawing @param {Scene} scene
    */
   #entityIn(drawing, scene) {
-    const tried = new Map((scene.trial?.change?.entities || []).map((e) => [e.id, e]));
+    const tried = new Map([...(scene.trial?.change?.entities || []), ...scene.wiggle].map((e) => [e.id, e]));
     return (/** @type {string} */ id) => tried.get(id) || drawing.entities.get(id);
   }
 

@@ -3,7 +3,7 @@
 import { Latest, attempt } from './link.js';
 import { boundsOf, distance, gripsOf, nearest, piecesOf } from './shapes.js';
 import { signOf } from './panel.js';
-import { snapAt } from './snapping.js';
+import { snapAt, tieOf } from './snapping.js';
 import { byId, element, listed, named, placed, written } from './words.js';
 
 /** @typedef {import('./types').Point} Point */
@@ -346,18 +346,6 @@ class DrawTool extends Trying {
  * }} Figure
  */
 
-/**
- * The constraint that a snap stands for.
- * @param {string} name @param {string} place @param {Snap} snap @returns {string[]}
- */
-function tie(name, place, snap) {
-  if (!snap.ref) return [];
-  const own = placed(name, place), other = placed(snap.ref.entity, snap.ref.place);
-  if (snap.word === 'on') return [`constrain point_on_curve ${own} ${other}`];
-  if (snap.word === 'middle') return [`constrain midpoint ${own} ${named(snap.ref.entity)}`];
-  return [`constrain coincident ${own} ${other}`];
-}
-
 /** @param {string} name @param {Snap} snap @returns {string[]} */
 const level = (name, snap) => (snap.level ? [`constrain ${snap.level} ${named(name)}`] : []);
 
@@ -370,13 +358,13 @@ const FIGURES = {
     name: 'line', clicks: 2, levels: true, goesOn: true,
     text: ([a, b]) => `draw line ${written(a)} ${written(b)}`,
     shape: ([start, end]) => (end ? [{ id: '', type: 'line', start, end }] : []),
-    ties: (name, [a, b]) => [...tie(name, 'start', a), ...tie(name, 'end', b), ...level(name, b)],
+    ties: (name, [a, b]) => [...tieOf(name, 'start', a), ...tieOf(name, 'end', b), ...level(name, b)],
   },
   circle: {
     name: 'circle', clicks: 2,
     text: ([c, p]) => `draw circle ${written(c)} radius ${Number(distance(c, p).toPrecision(6))}`,
     shape: ([centre, p]) => (p ? [{ id: '', type: 'circle', centre, radius: distance(centre, p) }] : []),
-    ties: (name, [c]) => tie(name, 'centre', c),
+    ties: (name, [c]) => tieOf(name, 'centre', c),
   },
   arc: {
     name: 'arc', clicks: 3,
@@ -388,7 +376,7 @@ const FIGURES = {
       const start = angle(a), end = angle(b);
       return [{ id: '', type: 'arc', centre, radius: distance(centre, a), start_angle: start, end_angle: end > start ? end : end + 2 * Math.PI }];
     },
-    ties: (name, [c, a]) => [...tie(name, 'centre', c), ...tie(name, 'start', a)],
+    ties: (name, [c, a]) => [...tieOf(name, 'centre', c), ...tieOf(name, 'start', a)],
   },
   polyline: {
     name: 'polyline', clicks: Infinity, levels: true,
@@ -403,7 +391,7 @@ const FIGURES = {
     name: 'point', clicks: 1,
     text: ([p]) => `draw point ${written(p)}`,
     shape: ([p]) => (p ? [dotAt(p)] : []),
-    ties: (name, [p]) => tie(name, 'whole', p),
+    ties: (name, [p]) => tieOf(name, 'whole', p),
   },
 };
 

@@ -25,7 +25,7 @@ const FREEDOM_DELAY = 60;      // milliseconds: edits that follow one another ar
 const SHARP_DELAY = 150;       // milliseconds without a pan until a large drawing is drawn anew
 const HINT = 'Pull points and curves · wheel zooms · right button pans · ? shows the keys';
 const KEYS = `F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · Shift+arrows move it · Delete erase
-J what is joined · W how it can move · Ctrl+C Ctrl+X Ctrl+V copy, cut, put down · Ctrl+D copy beside · Ctrl+Z undo · Ctrl+Shift+Z redo · Ctrl+S save · / type an edit · M marks · T names · Esc let go`;
+J what is joined · W how it can move · Ctrl+C Ctrl+X Ctrl+V copy, cut, put down · Ctrl+D copy beside · Ctrl+Z undo · Ctrl+Shift+Z redo · Ctrl+S save · / type an edit · M marks · T names · Esc let go · Ctrl while pulling: no snapping`;
 const HINT_ALONE = 'Drag pans · wheel zooms · click a curve for its constraints · ? shows the keys';
 const KEYS_ALONE = 'F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · M marks · T names · Esc let go';
 
@@ -459,6 +459,15 @@ export class Page {
     const result = await this.#sent(() => link.follow(text));
     if (result?.done) this.#take(result);
     return result;
+  }
+
+  /**
+   * The tie of a point that was put on something: why it is not made is told.
+   * @param {string} text
+   */
+  async tieAfter(text) {
+    const result = await this.tie(text);
+    if (result?.error) this.say(`not tied: ${result.error}`);
   }
 
   /**
