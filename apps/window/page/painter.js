@@ -18,7 +18,7 @@ import { drawMark, marksOf, place } from './marks.js';
  *   rubber: {from: Point, to: Point, caught?: boolean} | null,
  *   sketch: Entity[], snap: {point: Point, word: string} | null,
  *   box: {from: Point, to: Point} | null,
- *   cut: Set<string>, wiggle: Entity[],
+ *   cut: Set<string>, wiggle: Entity[], pinned: {marks: Set<string>, entities: Set<string>},
  *   clashing?: Set<string>, clashes?: string[], entityFates?: Map<string, string>,
  * }} Scene
  */
@@ -337,7 +337,8 @@ export class Painter {
       if (kind && !drawing.constraints.has(constraint.id)) list.push(...marksOf(constraint, kind, entity));
     }
     const urgency = (/** @type {import('./marks.js').Mark} */ m) =>
-      (fates.has(m.id) ? 0 : scene.hotMarks.has(m.id) ? 1 : m.text !== undefined ? 2 : 3);
+      (fates.has(m.id) || pinned.marks.has(m.id) ? 0 : scene.hotMarks.has(m.id) ? 1 : m.text !== undefined ? 2 : 3);
+    const { pinned } = scene;
     list.sort((a, b) => urgency(a) - urgency(b));
     const { view } = this;
     this.placed = place(list.slice(0, MOST_MARKS), view.toScreen, view.width, view.height, this.widthOf);
@@ -346,7 +347,7 @@ export class Painter {
     c.textBaseline = 'middle';
     for (const placed of [...this.placed].reverse()) {
       const { id } = placed.mark, isOff = drawing.constraints.get(id)?.active === false;
-      const tone = this.#tone(fates.get(id) || '', scene.hotMarks.has(id), placed.mark);
+      const tone = this.#tone(fates.get(id) || (pinned.marks.has(id) ? 'clash' : ''), scene.hotMarks.has(id), placed.mark);
       drawMark(c, placed, isOff ? { ...tone, alpha: 0.45 } : tone, view.toScreen);
     }
   }
@@ -394,6 +395,7 @@ export class Painter {
   paintAbove(drawing, scene) {
     const c = this.above;
     this.#clear(c);
+    for (const id of scene.pinned.entities) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours['deleted-bar'], 6, 0.5);
     for (const id of scene.selected) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 3.4, 0.55);
     if (scene.trial) this.#trial(c, drawing, scene);
     if (!scene.wiggle.length) for (const id of scene.hot) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 4, 1);

@@ -2,6 +2,7 @@
 
 import { Filters } from './filters.js';
 import { standsAlone } from './link.js';
+import { Troubles } from './troubles.js';
 import { byId, counted, element, placesOf, placeText, spoken } from './words.js';
 
 /** @typedef {import('./types').Constraint} Constraint */
@@ -9,6 +10,8 @@ import { byId, counted, element, placesOf, placeText, spoken } from './words.js'
 /**
  * @typedef {{
  *   point: (marks: string[], entities: string[]) => void,
+ *   pin: (marks: string[], entities: string[]) => void,
+ *   refill: () => void,
  *   choose: (entities: string[]) => void,
  *   edit: (text: string) => void,
  *   dimension: (id: string) => void,
@@ -47,6 +50,7 @@ export class Panel {
     this.rows = new Map();
     /** @type {Map<string, Constraint>} what the last edit took away */
     this.gone = new Map();
+    this.troubles = new Troubles(kinds, wishes);
     this.filters = new Filters(kinds, signOf, () => this.fillConstraints());
     byId('filter').addEventListener('input', () => this.fillConstraints());
     this.#tabs();
@@ -120,7 +124,7 @@ export class Panel {
     const selection = byId('selection');
     selection.hidden = this.selected.size === 0;
     selection.replaceChildren('on ', element('b', '', [...this.selected].slice(0, 12).join(' ')), `: ${counted(found.length, 'constraint')}`);
-    this.#fillTrouble();
+    this.troubles.fill(this.drawing, this.freedom);
   }
 
   /** @param {Constraint} c */
@@ -169,36 +173,6 @@ export class Panel {
     for (const [id, row] of this.rows) row.classList.toggle('hot', ids.has(id));
     const [first] = ids;
     if (ids.size && first) this.rows.get(first)?.scrollIntoView({ block: 'nearest' });
-  }
-
-  #fillTrouble() {
-    const freedom = this.freedom, boxes = [];
-    for (const set of (freedom?.conflicts || []).slice(0, 5))
-      boxes.push(this.#troubleBox('trouble', `These ${set.length} cannot hold together:`, set));
-    const redundant = freedom?.redundant || [];
-    if (redundant.length)
-      boxes.push(this.#troubleBox('trouble mild', `${counted(redundant.length, 'constraint')} that others imply:`, redundant));
-    byId('trouble').replaceChildren(...boxes);
-  }
-
-  /** @param {string} className @param {string} title @param {string[]} ids */
-  #troubleBox(className, title, ids) {
-    const box = element('div', className);
-    box.append(element('p', '', title));
-    for (const id of ids.slice(0, 8)) {
-      const c = this.drawing?.constraints.get(id);
-      const show = element('button', '', `${this.#label(id)} ${id}`), remove = element('button', '', 'delete');
-      show.type = remove.type = 'button';
-      remove.setAttribute('aria-label', `delete ${this.#label(id)} ${id}`);
-      const entities = (c?.refs || []).map((ref) => ref.entity);
-      for (const name of ['pointerenter', 'focus']) show.addEventListener(name, () => this.wishes.point([id], entities));
-      for (const name of ['pointerleave', 'blur']) show.addEventListener(name, () => this.wishes.point([], []));
-      show.addEventListener('click', () => this.wishes.choose(entities));
-      remove.addEventListener('click', () => this.wishes.edit(`delete ${id}`));
-      remove.hidden = standsAlone;
-      box.append(show, remove, document.createElement('br'));
-    }
-    return box;
   }
 
   // --- What the last edit did ---

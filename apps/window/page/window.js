@@ -55,11 +55,14 @@ export class Page {
     this.scene = {
       freedom: null, hot: new Set(), hotMarks: new Set(), selected: new Set(), trial: null, fates: new Map(), gone: new Map(),
       goneEntities: new Map(), names: false, marks: true, rubber: null, sketch: [], snap: null, box: null, cut: new Set(), wiggle: [],
+      pinned: { marks: new Set(), entities: new Set() },
     };
     const above = /** @type {HTMLCanvasElement} */ (byId('above'));
     this.painter = new Painter(/** @type {HTMLCanvasElement} */ (byId('drawing')), above, this.view, this.kinds);
     this.panel = new Panel(this.kinds, {
       point: (marks, entities) => this.point(marks, entities),
+      pin: (marks, entities) => this.pin(marks, entities),
+      refill: () => this.panel.fillConstraints(),
       choose: (entities) => this.choose(entities, false, true),
       edit: (text) => void this.edit(text),
       dimension: (id) => this.openDimension(id),
@@ -329,6 +332,15 @@ export class Page {
    */
   point(marks, entities) {
     this.#light(entities, marks);
+  }
+
+  /**
+   * What stays bright whatever is pointed at.
+   * @param {string[]} marks @param {string[]} entities
+   */
+  pin(marks, entities) {
+    this.scene.pinned = { marks: new Set(marks), entities: new Set(entities) };
+    this.paintSoon(true);
   }
 
   /**
