@@ -15,6 +15,7 @@
 #include "apps/window/DroppedFile.h"
 #include "apps/window/Gate.h"
 #include "apps/window/OpenDrawing.h"
+#include "apps/window/Pace.h"
 #include "apps/window/Tabs.h"
 
 namespace holdfast::window {
@@ -30,7 +31,7 @@ constexpr std::size_t kThreads = Tabs::kMost + 12;
 /// How long a tab waits before it is sent a sign of life, by which one that has gone is noticed.
 constexpr std::chrono::milliseconds kHeartbeat{1000};
 
-constexpr int kTooMany = 503, kRefused = 400, kMissing = 404;  // statuses of HTTP, RFC 9110 section 15
+constexpr int kTooMany = 503, kTooOften = 429, kRefused = 400, kMissing = 404;  // statuses of HTTP, RFC 9110 section 15
 
 /// Nothing from outside, nothing written in the page itself, and no other page may show this one.
 constexpr const char* kPolicy =
@@ -73,9 +74,16 @@ std::optional<std::string> editIn(const std::string& body) {
     return message["text"].get<std::string>();
 }
 
+/// What is refused may not have been read to its end: the next request comes on another connection.
 void refuse(httplib::Response& response, int status, const char* why) {
     response.status = status;
+    response.set_header("Connection", "close");
     response.set_content(why, "text/plain; charset=utf-8");
+}
+
+void refuseHaste(httplib::Response& response) {
+    response.set_header("Retry-After", "1");
+    refuse(response, kTooOften, "too many requests in a second; nothing was done, ask again in a moment\n");
 }
 
 /// One line of an event stream, as the browser's EventSource reads it.
@@ -90,6 +98,7 @@ struct Server::Inside {
     Tabs& tabs;
     httplib::Server server{};
     std::optional<Gate> gate{};
+    Pace pace{};
     std::string address{};
     std::thread listening{};
 
@@ -108,9 +117,12 @@ struct Server::Inside {
         server.set_default_headers(headersOfAll());
         server.set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
             const int status = gate->refusal(knockOf(request));
-            if (status == 0)
+            if (status != 0)
+                refuse(response, status, "this address is for the page that holdfast opened\n");
+            else if (pace.allows(request.get_header_value("Holdfast-Tab")))
                 return httplib::Server::HandlerResponse::Unhandled;
-            refuse(response, status, "this address is for the page that holdfast opened\n");
+            else
+                refuseHaste(response);
             return httplib::Server::HandlerResponse::Handled;
         });
     }

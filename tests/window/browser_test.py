@@ -399,7 +399,8 @@ def main():
                 narrow_and_dark(browser, window)
                 browser.get("about:blank")
             for test in (choices.lists_are_filtered, chains.chains_are_chosen, chains.copies_follow_the_pointer, chains.what_is_free_wiggles,
-                         dropping.a_drawing_is_dropped, pulling.a_pulled_point_is_tied):
+                         dropping.a_drawing_is_dropped, pulling.a_pulled_point_is_tied, pulling.a_fast_hand_is_answered,
+                         pulling.too_much_is_mended):
                 start = time.time()
                 with Window(PROGRAM, copied(folder, DRAWING, "fresh.json")) as window:
                     tab = Tab(browser, window, PICTURES)

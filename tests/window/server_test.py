@@ -296,6 +296,7 @@ def main():
             who_is_answered(window)
             what_is_answered(window)
             what_may_be_dropped(window)
+            haste_is_refused(window)
             what_the_page_may_do(window)
             edits(window)
             the_script_does_the_same(window, folder)

@@ -10,6 +10,10 @@ const answers = held && JSON.parse(held.textContent || '');
 /** The page stands alone: it shows the drawing and takes no edits. */
 export const standsAlone = answers !== null;
 
+/** The server counts what each tab asks. */
+const tab = Array.from(crypto.getRandomValues(new Uint8Array(8)), (byte) => byte.toString(16).padStart(2, '0')).join('');
+const PAUSE = 4;  // milliseconds between two questions of a pull: no screen is drawn oftener, and the server answers no more
+
 /**
  * @param {string} path
  * @param {RequestInit} [how]
@@ -20,7 +24,7 @@ async function call(path, how) {
   if (answers) return answers[path.slice('ask/'.length)];
   let answer;
   try {
-    answer = await fetch(path, how);
+    answer = await fetch(path, { ...how, headers: { ...how?.headers, 'Holdfast-Tab': tab } });
   } catch (failure) {
     throw new Gone('the program that shows this drawing has ended; what was not saved is kept beside the drawing');
   }
@@ -117,12 +121,14 @@ export class Latest {
     while (this.waiting !== null) {
       const text = this.waiting, round = this.round;
       this.waiting = null;
+      const pause = new Promise((done) => setTimeout(done, PAUSE));
       try {
         const result = await this.ask(text);
         if (round === this.round) this.answer(result);
       } catch (failure) {
         if (round === this.round) this.fail(failure);
       }
+      await pause;
     }
     this.isBusy = false;
   }
