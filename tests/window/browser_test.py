@@ -193,6 +193,18 @@ def a_tool_shows_what_it_would_do(tab):
     check(tab.run("return window.holdfast.tool === null"), "escape puts the tool back")
 
 
+def tools_tell_what_they_do_not_take(tab):
+    count = tab.steps()
+    for key in "xberhd":
+        tab.key(key)
+        tab.hover(50, 25)
+        tab.wait("return window.holdfast.tool.latest.isBusy === false", "it is tried")
+        if key == "e":
+            check("label" in tab.text("#tip") and tab.find("#tip").get_attribute("class") == "bad", f"a text has no end: {tab.text('#tip')}")
+        tab.key(Keys.ESCAPE)
+    check(tab.steps() == count, "nothing is done")
+
+
 def two_clicks_round_a_corner(tab):
     count = tab.steps()
     tab.key("r")
@@ -387,7 +399,7 @@ def main():
                 for test in (the_drawing_is_there, hovering_shows_who_belongs_together, pulling_a_point_shows_who_follows,
                              escape_lets_go, typed_edits_are_answered_in_words, undo_and_redo_go_by_key,
                              the_keyboard_reaches_everything, a_box_chooses, the_wheel_zooms_about_the_pointer,
-                             a_dimension_is_edited_where_it_stands, a_tool_shows_what_it_would_do,
+                             a_dimension_is_edited_where_it_stands, a_tool_shows_what_it_would_do, tools_tell_what_they_do_not_take,
                              two_clicks_round_a_corner, what_is_drawn_is_tied, constraints_are_made_by_picking,
                              a_dimension_asks_for_its_value, parameters_and_formulas):
                     start = time.time()

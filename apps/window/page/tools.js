@@ -400,7 +400,7 @@ function endOf(pick) {
   if (pick.place === 'start' || pick.place === 'end') return pick.place;
   const pieces = piecesOf(pick.entity);
   const [from, to] = pieces.length ? [pieces[0].from, pieces[pieces.length - 1].to] : gripsOf(pick.entity).map((grip) => grip.point);
-  return distance(pick.point, from) < distance(pick.point, to) ? 'start' : 'end';
+  return to && distance(pick.point, from) < distance(pick.point, to) ? 'start' : 'end';  // a text has no ends; the server says so
 }
 
 /**
