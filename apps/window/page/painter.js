@@ -558,8 +558,14 @@ export class Painter {
     c.strokeRect(x - 5, y - 5, 10, 10);
     c.font = '600 11px ui-sans-serif, system-ui, "Liberation Sans", sans-serif';
     c.textAlign = 'left';
-    c.textBaseline = 'bottom';
-    c.fillText(word, x + 9, y - 6);
+    c.textBaseline = 'middle';
+    const width = c.measureText(word).width, left = Math.min(x + 9, this.view.width - width - 8);
+    c.fillStyle = this.colours.card;
+    c.globalAlpha = 0.85;
+    c.fillRect(left - 3, y - 21, width + 6, 15);
+    c.globalAlpha = 1;
+    c.fillStyle = this.colours.added;
+    c.fillText(word, left, y - 13);
   }
 }
 

@@ -42,7 +42,7 @@ export class Troubles {
   /** @param {string} className @param {string} title @param {string[]} ids */
   #box(className, title, ids) {
     const box = element('div', className), key = ids.join(' '), isShown = this.shown === key;
-    const all = this.#button(isShown ? 'let go' : 'show all', `show ${counted(ids.length, 'constraint')} in the drawing`, () => {
+    const all = this.#button(isShown ? 'let go' : 'show all', `${isShown ? 'let go' : 'show all'}: ${counted(ids.length, 'constraint')}`, () => {
       this.#pin(isShown ? '' : key, isShown ? [] : ids);
       this.wishes.refill();
     });
@@ -53,7 +53,7 @@ export class Troubles {
     list.append(...shown.map((id) => this.#member(id)));
     box.append(head, list);
     if (shown.length < ids.length)
-      box.append(this.#button(`${ids.length - shown.length} more`, `list ${ids.length - shown.length} more`, () => {
+      box.append(this.#button(`${ids.length - shown.length} more`, `${ids.length - shown.length} more constraints`, () => {
         this.open.add(key);
         this.wishes.refill();
       }));
@@ -70,7 +70,7 @@ export class Troubles {
     item.append(element('span', '', name), show);
     if (standsAlone) return item;
     if (kind?.isDimension && c?.driving !== false)
-      item.append(this.#button('measure', `let ${name} follow the drawing`, () => this.wishes.edit(`set ${named(id)} measured`)));
+      item.append(this.#button('measure', `measure ${name}: it follows the drawing`, () => this.wishes.edit(`set ${named(id)} measured`)));
     item.append(this.#button('delete', `delete ${name}`, () => this.wishes.edit(`delete ${named(id)}`)));
     return item;
   }

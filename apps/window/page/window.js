@@ -166,7 +166,10 @@ export class Page {
     return result;
   }
 
-  /** @param {() => Promise<Result>} send @returns {Promise<Result | null>} */
+  /**
+   * @template T
+   * @param {() => Promise<T>} send @returns {Promise<T | null>}
+   */
   async #sent(send) {
     this.isBusy += 1;
     this.wiggle.stop();
@@ -190,7 +193,7 @@ export class Page {
   #take(result) {
     this.log.push({ text: result.text, error: result.error });
     this.panel.showLog(this.log);
-    if (result.done && result.number > this.number + 1) return void this.load();
+    if (result.done && result.number > this.number + 1) return void this.#sent(() => this.load());
     this.#forgetFates();
     const { scene, drawing } = this;
     if (result.change) {
