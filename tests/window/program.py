@@ -93,7 +93,7 @@ class Window:
         return len(told[200]), len(told[429]), (told[429] or [""])[0], time.time() - start
 
     def ask(self, name):
-        with urllib.request.urlopen(f"{self.address}ask/{name}", timeout=20) as answer:
+        with urllib.request.urlopen(f"{self.address}ask/{name}", timeout=60) as answer:
             return json.load(answer)
 
     def do(self, name, text=""):
