@@ -6,6 +6,7 @@ import { Clipboard } from './clipboard.js';
 import { Drawing } from './drawing.js';
 import { Files } from './files.js';
 import { Hands, shortfallInWords } from './hands.js';
+import { Keys } from './keys.js';
 import { Line } from './line.js';
 import { readGlyphs } from './marks.js';
 import { Painter } from './painter.js';
@@ -19,15 +20,10 @@ import { byId, counted, element, entityInWords, listed, named, written } from '.
 /** @typedef {import('./types').Result} Result */
 /** @typedef {import('./picking.js').Pick} Pick */
 
-const PAN_STEP = 60;           // pixels that an arrow key moves the view by
-const ZOOM_STEP = 1.25;
 const FREEDOM_DELAY = 60;      // milliseconds: edits that follow one another are diagnosed once
 const SHARP_DELAY = 150;       // milliseconds without a pan until a large drawing is drawn anew
 const HINT = 'Pull points and curves · wheel zooms · right button pans · ? shows the keys';
-const KEYS = `F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · Shift+arrows move it · Delete erase
-J what is joined · W how it can move · Ctrl+C Ctrl+X Ctrl+V copy, cut, put down · Ctrl+D copy beside · Ctrl+Z undo · Ctrl+Shift+Z redo · Ctrl+S save · / type an edit · M marks · T names · Esc let go · Ctrl while pulling: no snapping`;
 const HINT_ALONE = 'Drag pans · wheel zooms · click a curve for its constraints · ? shows the keys';
-const KEYS_ALONE = 'F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · M marks · T names · Esc let go';
 
 export class Page {
   /** @param {import('./types').Language} language */
@@ -75,7 +71,7 @@ export class Page {
     if (!link.standsAlone) this.files = new Files(this);
     document.body.classList.toggle('alone', link.standsAlone);
     this.#buttons();
-    this.#keys(above);
+    new Keys(this, above);
     this.#watchSize();
     this.hint('');
   }
@@ -372,12 +368,12 @@ export class Page {
     else for (const id of ids) if (!isSet && scene.selected.has(id)) scene.selected.delete(id); else scene.selected.add(id);
     this.panel.selected = scene.selected;
     this.panel.fillConstraints();
-    if (ids.length === 1) this.say(this.#nameOf(ids[0]));
+    if (ids.length === 1) this.say(this.nameOf(ids[0]));
     this.paintSoon(true);
   }
 
   /** @param {string} id */
-  #nameOf(id) {
+  nameOf(id) {
     const e = this.drawing.entities.get(id), words = this.scene.freedom?.entities?.[id]?.words;
     return e ? `${id}: ${entityInWords(e)}${words ? `, ${words}` : ''}, ${counted(this.drawing.constraintsOn(id).length, 'constraint')}` : id;
   }
@@ -622,7 +618,7 @@ export class Page {
     });
   }
 
-  // --- Buttons and keys ---
+  // --- Buttons ---
 
   #buttons() {
     const on = (/** @type {string} */ id, /** @type {() => void} */ what) => byId(id).addEventListener('click', what);
@@ -673,76 +669,6 @@ export class Page {
                                                     () => this.say('the clipboard is not to be had; download the script instead', true));
   }
 
-  /** @param {HTMLCanvasElement} canvas */
-  #keys(canvas) {
-    document.addEventListener('keydown', (event) => {
-      if (!(event.ctrlKey || event.metaKey) || event.target instanceof HTMLInputElement) return;
-      const key = event.key.toLowerCase();
-      const what = this.#clipboardKey(key, event.target) || (key === 's' ? () => void this.save() : key === 'y' || (key === 'z' && event.shiftKey) ? () => void this.edit('redo')
-        : key === 'z' ? () => void this.edit('undo') : null);
-      if (!what) return;
-      event.preventDefault();
-      what();
-    });
-    canvas.addEventListener('keydown', (event) => {
-      if (event.ctrlKey || event.metaKey || event.altKey) return;
-      if (event.key === ' ') this.hands.isSpaceDown = true;
-      if (this.#keyed(event)) event.preventDefault();
-    });
-    canvas.addEventListener('keyup', (event) => {
-      if (event.key === ' ') this.hands.isSpaceDown = false;
-    });
-  }
-
-  /**
-   * Texts of the page are copied as everywhere.
-   * @param {string} key @param {EventTarget | null} target @returns {(() => void) | null}
-   */
-  #clipboardKey(key, target) {
-    if (link.standsAlone || (target !== byId('above') && target !== document.body)) return null;
-    switch (key) {
-      case 'c': return () => this.clipboard.copy(false);
-      case 'x': return () => this.clipboard.copy(true);
-      case 'v': return () => this.clipboard.paste();
-      case 'd': return () => void this.clipboard.duplicate();
-      default: return null;
-    }
-  }
-
-  /** @param {KeyboardEvent} event whether it meant something */
-  #keyed(event) {
-    if (link.standsAlone && ['Delete', 'Backspace', '/', ':'].includes(event.key)) return false;
-    const arrow = { ArrowLeft: [1, 0], ArrowRight: [-1, 0], ArrowUp: [0, 1], ArrowDown: [0, -1] }[event.key];
-    if (arrow && event.shiftKey && !link.standsAlone) return this.#nudge(arrow);
-    if (arrow) return this.#look(() => this.view.pan(PAN_STEP * arrow[0], PAN_STEP * arrow[1]));
-    const middle = /** @type {const} */ ([this.view.width / 2, this.view.height / 2]);
-    switch (event.key) {
-      case '+': case '=': return this.#look(() => this.view.zoom(...middle, ZOOM_STEP));
-      case '-': return this.#look(() => this.view.zoom(...middle, 1 / ZOOM_STEP));
-      case 'f': case '0': return this.#look(() => this.view.fit(this.drawing.box()));
-      case 'n': return this.#step(1);
-      case 'p': return this.#step(-1);
-      case 'Enter': return this.tool ? this.tool.finish() === undefined : this.#toggleHot();
-      case 'Escape': return this.escape();
-      case 'Delete': case 'Backspace': return this.#erase();
-      case 'w': return link.standsAlone ? false : this.#wiggle();
-      case 'j': case 'J': return this.chooseChain([...(this.scene.hot.size ? this.scene.hot : this.scene.selected)], event.shiftKey) === undefined;
-      case '/': case ':': return this.line.put('') === undefined;
-      case 'm': return this.#look(() => { this.scene.marks = !this.scene.marks; });
-      case 't': return this.#look(() => { this.scene.names = !this.scene.names; });
-      case '?': return this.say(link.standsAlone ? KEYS_ALONE : KEYS) === undefined;
-      case ' ': return true;
-      default: return !link.standsAlone && this.toolbox.keyed(event.key);
-    }
-  }
-
-  /** @param {() => void} change of what is seen */
-  #look(change) {
-    change();
-    this.moved();
-    return true;
-  }
-
   escape() {
     this.wiggle.stop();
     if (this.hands.letGo()) return true;
@@ -753,48 +679,6 @@ export class Page {
     this.clipboard.uncut();
     this.choose([], false, true);
     this.look(null);
-    return true;
-  }
-
-  /**
-   * The next entity.
-   * @param {number} by
-   */
-  #step(by) {
-    const ids = [...this.drawing.entities.keys()];
-    if (!ids.length) return true;
-    const [at] = this.scene.hot, i = ids.indexOf(at);
-    const id = ids[(i + by + ids.length + (i < 0 && by < 0 ? 1 : 0)) % ids.length];
-    this.#light([id], this.drawing.constraintsOn(id));
-    this.say(this.#nameOf(id));
-    return true;
-  }
-
-  #wiggle() {
-    const [hot] = this.scene.hot, [chosen] = this.scene.selected;
-    void this.wiggle.show(hot || chosen);
-    return true;
-  }
-
-  #toggleHot() {
-    const [id] = this.scene.hot;
-    if (id) this.choose([id], true, false);
-    return true;
-  }
-
-  /** @param {number[]} arrow */
-  #nudge(arrow) {
-    const { selected } = this.scene;
-    if (!selected.size) return this.say('choose something to move first: N steps through the entities, Enter chooses') === undefined;
-    const step = this.view.step() * 10;
-    const by = this.view.rounded([-arrow[0] * step, arrow[1] * step]);
-    void this.edit(`drag ${[...selected].map(named).join(' ')} by ${written(by)}`);
-    return true;
-  }
-
-  #erase() {
-    const { selected } = this.scene;
-    if (selected.size) void this.edit(`erase ${[...selected].map(named).join(' ')}`);
     return true;
   }
 }
