@@ -212,6 +212,7 @@ std::string OpenDrawing::freedom() {
 }
 
 std::string OpenDrawing::save() {
+    const std::lock_guard keeping(m_keeping);
     const std::lock_guard lock(m_mutex);
     if (!m_shown->file.takesSaves())
         return textOf(saved(m_shown->file.isReadOnly
@@ -236,6 +237,7 @@ std::string OpenDrawing::save() {
 }
 
 std::string OpenDrawing::discard() {
+    const std::lock_guard keeping(m_keeping);
     const std::lock_guard lock(m_mutex);
     m_shown->session = std::make_unique<Session>(m_shown->opened);
     m_shown->log.clear();
@@ -254,7 +256,8 @@ std::string OpenDrawing::discard() {
 std::vector<std::string> OpenDrawing::putAside() {
     std::vector<std::string> remarks;
     try {
-        if (std::string remark = keepShown(); !remark.empty())
+        const std::optional<Unkept> unkept = takeUnkept();
+        if (std::string remark = unkept ? unkept->write() : ""; !remark.empty())
             remarks.push_back(std::move(remark));
     } catch (const DrawingError& failure) {
         if (m_opened)
@@ -281,6 +284,7 @@ std::string OpenDrawing::takeDropped(DroppedFile file) {
                 json["sketches"].push_back({{"name", sketch.name}, {"label", sketch.label}});
             return textOf(json);
         }
+        const std::lock_guard keeping(m_keeping);
         const std::lock_guard lock(m_mutex);
         DrawingFile own = m_opened ? m_opened->file : m_shown->file;
         own.name = dropped.document.name.empty() ? fs::path(file.name).stem().string() : dropped.document.name;
@@ -297,6 +301,7 @@ std::string OpenDrawing::takeDropped(DroppedFile file) {
 }
 
 std::string OpenDrawing::goBack() {
+    const std::lock_guard keeping(m_keeping);
     const std::lock_guard lock(m_mutex);
     if (!m_opened)
         return textOf(saved("nothing was dropped here: this is the drawing that was opened"));
@@ -353,24 +358,34 @@ std::vector<fs::path> OpenDrawing::keptIn() const {
     return kept;
 }
 
+/// A disk may be slow: edits go on while a copy is written.
 std::string OpenDrawing::keep() {
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard keeping(m_keeping);
+    std::optional<Unkept> unkept;
+    {
+        const std::lock_guard lock(m_mutex);
+        unkept = takeUnkept();
+    }
     try {
-        return keepShown();
+        return unkept ? unkept->write() : std::string();
     } catch (const DrawingError& failure) {
         return failure.what();
     }
 }
 
-/// What of the edits is not kept there. Throws DrawingError.
-std::string OpenDrawing::keepShown() {
+/// What is to be kept of the drawing that is shown; nothing when all is.
+std::optional<OpenDrawing::Unkept> OpenDrawing::takeUnkept() {
     if (m_shown->isKept || m_shown->file.isReadOnly)
-        return {};
+        return std::nullopt;
     m_shown->isKept = true;  // what failed once is tried again with the next change
-    writeDrawing(m_shown->session->document(), m_shown->unsaved);
-    return m_shown->session->document().references == m_shown->opened.references
-               ? std::string()
-               : m_shown->unsaved.filename().string() + ": what was done to block references is not kept there";
+    const Document& document = m_shown->session->document();
+    return Unkept{document, m_shown->unsaved, document.references == m_shown->opened.references};
+}
+
+/// What of the edits is not kept there. Throws DrawingError.
+std::string OpenDrawing::Unkept::write() const {
+    writeDrawing(document, path);
+    return isWhole ? std::string() : path.filename().string() + ": what was done to block references is not kept there";
 }
 
 }  // namespace holdfast::window

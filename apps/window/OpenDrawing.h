@@ -87,9 +87,17 @@ private:
     bool noteFile();
     void takeUp();
     void addReferences(Document& kept) const;
-    std::string keepShown();
+    /// A copy of what is to be kept.
+    struct Unkept {
+        Document document;
+        std::filesystem::path path;
+        bool isWhole = true;
+        std::string write() const;
+    };
+    std::optional<Unkept> takeUnkept();
     std::vector<std::string> putAside();
 
+    std::mutex m_keeping;  ///< whoever writes or removes what is kept; taken before the other one
     mutable std::mutex m_mutex;
     std::unique_ptr<Shown> m_shown;
     std::unique_ptr<Shown> m_opened;               ///< while a dropped one is shown

@@ -96,11 +96,11 @@ class Window:
         with urllib.request.urlopen(f"{self.address}ask/{name}", timeout=60) as answer:
             return json.load(answer)
 
-    def do(self, name, text=""):
+    def do(self, name, text="", patience=30):
         request = urllib.request.Request(
             f"{self.address}do/{name}", json.dumps({"text": text}).encode(),
             {"Content-Type": "application/json", "Origin": f"http://127.0.0.1:{self.port}"})
-        with urllib.request.urlopen(request, timeout=30) as answer:
+        with urllib.request.urlopen(request, timeout=patience) as answer:
             return json.load(answer)
 
     def drop(self, name, content, **more):

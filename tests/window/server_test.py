@@ -4,6 +4,7 @@
 usage: server_test.py PROGRAM DRAWING.json
 """
 import json
+import os
 import pathlib
 import re
 import subprocess
@@ -192,6 +193,28 @@ def a_crash_loses_nothing(folder):
         check(window.copy("drawing.json") == after, "a crash loses nothing that is older than a second")
 
 
+def nobody_waits_for_a_slow_disk(folder):
+    path = copied(folder, DRAWING, "slow.json")
+    with Window(PROGRAM, path) as window:
+        slow = path.with_suffix(".unsaved.json")
+        os.mkfifo(slow)  # who writes there waits for somebody who reads
+        window.do("edit", "drag base.end by 5,0")
+        time.sleep(0.6)
+        start = time.time()
+        try:
+            done = window.do("edit", "drag base.end by 1,0", patience=5)["done"]
+        except TimeoutError:
+            done = False
+        check(done, f"an edit is done while what was edited before is being kept: {time.time() - start:.1f} s")
+        check("base" in slow.read_text(), "which goes on meanwhile")
+        slow.unlink(missing_ok=True)
+        after, patience = window.copy("drawing.json"), time.time() + 5
+        while (not slow.exists() or slow.read_text() != after) and time.time() < patience:
+            time.sleep(0.05)
+        check(slow.exists() and slow.read_text() == after, "and what was edited meanwhile is kept then")
+        window.interrupt()
+
+
 def dropped_drawings(folder):
     path = copied(folder, DRAWING, "under.json")
     with Window(PROGRAM, path) as window:
@@ -300,7 +323,8 @@ def main():
             what_the_page_may_do(window)
             edits(window)
             the_script_does_the_same(window, folder)
-        for test in (saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, dropped_drawings, blocks_are_drawn, the_end, arguments):
+        for test in (saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, nobody_waits_for_a_slow_disk,
+                     dropped_drawings, blocks_are_drawn, the_end, arguments):
             test(folder)
     return outcome()
 
