@@ -121,6 +121,9 @@ def edits(window):
     check(window.do("edit", "redo")["done"] and window.entity("added")["end"][1] == window.entity("added")["start"][1]
           and not window.ask("state")["canRedo"], "and both are done again")
     window.do("edit", "undo")
+    met = window.do("edit", "constrain perpendicular axis right.end")
+    check(met["done"] and window.ask("freedom")["broken"] == [], f"an end that is upright on a line lies on it: {window.ask('freedom')['broken']}")
+    window.do("edit", "undo")
     freedom = window.ask("freedom")
     check(freedom["freedom"] >= 0 and "base" in freedom["entities"], "each entity's freedom is told")
 
