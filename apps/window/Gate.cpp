@@ -10,7 +10,8 @@ namespace holdfast::window {
 namespace {
 
 // Statuses of HTTP, RFC 9110 section 15.
-constexpr int kForbidden = 403, kNotFound = 404, kNotAllowed = 405, kTooLarge = 413, kUnsupported = 415;
+constexpr int kForbidden = 403, kNotFound = 404, kNotAllowed = 405, kNoLength = 411, kTooLarge = 413,
+              kUnsupported = 415;
 
 constexpr std::array<std::string_view, 2> kOwnNames{"127.0.0.1", "localhost"};
 
@@ -43,9 +44,14 @@ int Gate::refusal(const Knock& knock) const {
     // What changes the drawing says where it comes from: every browser does in a POST.
     if (knock.origin.empty() || knock.site == "cross-site")
         return kForbidden;
-    if (knock.contentType != "application/json" || !knock.contentEncoding.empty())
+    if (!knock.transferEncoding.empty())
+        return kNoLength;  // how much it is is known before it is read
+    const bool drops = isDrop(knock.path);
+    // Neither is a type that a form of another page can have.
+    if (knock.contentType != (drops ? "application/octet-stream" : "application/json") ||
+        !knock.contentEncoding.empty())
         return kUnsupported;
-    return knock.length > kLongestEdit ? kTooLarge : 0;
+    return knock.length > (drops ? kLargestFile : kLongestEdit) ? kTooLarge : 0;
 }
 
 bool Gate::isOwnHost(std::string_view host) const {

@@ -10,7 +10,7 @@ namespace holdfast::window {
 
 /// What of a request decides whether it is answered; empty where the request has no such header.
 struct Knock {
-    std::string method, path, host, origin, contentType, contentEncoding;
+    std::string method, path, host, origin, contentType, contentEncoding, transferEncoding;
     std::string site;  ///< Sec-Fetch-Site: who asks, as the browser knows it
     std::size_t length = 0;
 };
@@ -33,11 +33,16 @@ public:
 
     /// Longest edit, in bytes. Edits name entities, by the hundred when all of a drawing is moved.
     static constexpr std::size_t kLongestEdit = 1 << 20;
+    /// Largest file that may be dropped, in bytes.
+    static constexpr std::size_t kLargestFile = 64 << 20;
+    /// What comes behind the word where a file is dropped.
+    static constexpr std::string_view kDrop = "do/drop";
 
 private:
     bool isOwnHost(std::string_view host) const;
     bool isOwnOrigin(std::string_view origin) const;
     bool hasWord(std::string_view path) const;
+    bool isDrop(std::string_view path) const { return path.substr(m_prefix.size()) == kDrop; }
 
     std::string m_prefix;
     int m_port;

@@ -8,6 +8,7 @@
 
 #include "apps/window/Answers.h"
 #include "apps/window/DrawingJson.h"
+#include "apps/window/DroppedFile.h"
 #include "document/BlockContents.h"
 #include "document/text/DrawingError.h"
 #include "formats/FileIo.h"
@@ -19,6 +20,7 @@
 namespace holdfast::window {
 
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 
 namespace {
 
@@ -34,12 +36,35 @@ Json saved(const std::string& error) {
 fs::path DrawingFile::unsaved() const {
     fs::path path = opened;
     if (path.extension() == ".json")
-        return path.replace_extension(".unsaved.json");
-    return path += ".unsaved.json";  // a plate.json beside a plate.dxf has its own
+        path.replace_extension();  // a plate.json beside a plate.dxf has its own
+    if (droppedAs.empty())
+        return path += ".unsaved.json";
+    path += ".dropped";
+    fs::path free = fs::path(path) += ".json";
+    for (int number = 2; fs::exists(free); ++number)
+        free = fs::path(path) += "-" + std::to_string(number) + ".json";
+    return free;
 }
 
+/// One drawing with its session.
+struct OpenDrawing::Shown {
+    struct Logged {
+        std::string text, error;
+        std::vector<std::string> remarks;
+    };
+    DrawingFile file;
+    Document opened;                    ///< as the file has it
+    fs::path unsaved = file.unsaved();  ///< where edits are kept
+    std::unique_ptr<Session> session = std::make_unique<Session>(opened);
+    std::vector<Logged> log{};
+    std::vector<char> done{}, undone{};  ///< by edit that can be taken back, or done again: belongs to the one before
+    bool isSaved = true, isKept = true;  ///< the file has all edits, or what is kept beside it
+    fs::file_time_type written{};        ///< the file, when it was looked at last
+    bool isTakenUp = false;
+};
+
 OpenDrawing::OpenDrawing(DrawingFile file, Document document)
-    : m_file(std::move(file)), m_opened(std::move(document)), m_session(std::make_unique<Session>(m_opened)) {
+    : m_shown(std::make_unique<Shown>(Shown{.file = std::move(file), .opened = std::move(document)})) {
     noteFile();
     takeUp();
 }
@@ -49,8 +74,8 @@ OpenDrawing::~OpenDrawing() = default;
 /// Whether nobody has written the file since it was looked at last; looks at it.
 bool OpenDrawing::noteFile() {
     std::error_code missing;
-    const fs::file_time_type written = fs::last_write_time(m_file.opened, missing);
-    return std::exchange(m_written, written) == written;
+    const fs::file_time_type written = fs::last_write_time(m_shown->file.opened, missing);
+    return std::exchange(m_shown->written, written) == written;
 }
 
 /// Edits are kept as a drawing, whose file holds no references: they are where the opened drawing has them, but those
@@ -60,7 +85,7 @@ void OpenDrawing::addReferences(Document& kept) const {
     for (const Entity& entity : kept.entities)
         for (const std::string_view whole : wholesOf(entity.id))
             exploded.insert(whole);
-    for (const BlockReference& reference : m_opened.references)
+    for (const BlockReference& reference : m_shown->opened.references)
         if (!exploded.contains(reference.id))
             kept.references.push_back(reference);
 }
@@ -68,35 +93,39 @@ void OpenDrawing::addReferences(Document& kept) const {
 /// What cannot be read, or is older than the drawing, stays where it is until something else is to be kept there.
 void OpenDrawing::takeUp() {
     std::error_code missing;
-    const auto kept = fs::last_write_time(m_file.unsaved(), missing);
-    if (missing || m_file.isReadOnly || kept < fs::last_write_time(m_file.opened, missing))
+    const auto kept = fs::last_write_time(m_shown->unsaved, missing);
+    if (missing || m_shown->file.isReadOnly || kept < fs::last_write_time(m_shown->file.opened, missing))
         return;
     try {
-        Document unsaved = readDrawing(m_file.unsaved());
+        Document unsaved = readDrawing(m_shown->unsaved);
         addReferences(unsaved);
-        m_session = std::make_unique<Session>(std::move(unsaved));
-        m_isTakenUp = true;
-        m_kept = ++m_number;
+        m_shown->session = std::make_unique<Session>(std::move(unsaved));
+        m_shown->isTakenUp = true;
+        m_shown->isSaved = false;
+        ++m_number;
     } catch (const DrawingError&) {
-        m_session = std::make_unique<Session>(m_opened);
+        m_shown->session = std::make_unique<Session>(m_shown->opened);
     }
 }
 
 std::string OpenDrawing::state() {
     const std::lock_guard lock(m_mutex);
     Json json{{"number", m_number},
-              {"name", m_file.name},
-              {"file", m_file.opened.filename().string()},
-              {"readOnly", m_file.isReadOnly},
-              {"takesSaves", m_file.takesSaves()},
-              {"unsaved", m_number != m_saved},
-              {"takenUp", m_isTakenUp},
-              {"canUndo", m_session->canUndo()},
-              {"canRedo", m_session->canRedo()}};
+              {"name", m_shown->file.name},
+              {"file", m_shown->file.fileName()},
+              {"readOnly", m_shown->file.isReadOnly},
+              {"takesSaves", m_shown->file.takesSaves()},
+              {"unsaved", !m_shown->isSaved},
+              {"drawings", m_drawings},
+              {"dropped", m_opened != nullptr},
+              {"own", (m_opened ? *m_opened : *m_shown).file.fileName()},
+              {"takenUp", m_shown->isTakenUp},
+              {"canUndo", m_shown->session->canUndo()},
+              {"canRedo", m_shown->session->canRedo()}};
     json["log"] = Json::array();
-    for (const Logged& edit : m_log)
+    for (const Shown::Logged& edit : m_shown->log)
         json["log"].push_back({{"text", edit.text}, {"error", edit.error}, {"remarks", edit.remarks}});
-    json["drawing"] = drawingJson(m_session->document());
+    json["drawing"] = drawingJson(m_shown->session->document());
     return textOf(json);
 }
 
@@ -107,42 +136,43 @@ std::string OpenDrawing::edit(std::string_view text) {
 
 std::string OpenDrawing::follow(std::string_view text) {
     const std::lock_guard lock(m_mutex);
-    const Trial trial = m_session->trial(text);
+    const Trial trial = m_shown->session->trial(text);
     return trial.result.outcome.done() ? done(text, true) : told(trial.result, false);
 }
 
 /// What belongs together is told by its last edit; the number says that there were more.
 std::string OpenDrawing::done(std::string_view text, bool follows) {
-    const bool undoes = !m_done.empty() && m_done.back() != 0;
+    const bool undoes = !m_shown->done.empty() && m_shown->done.back() != 0;
     const EditResult* result = &doOne(text, follows);
     if (result->outcome.done() && std::holds_alternative<Undo>(*result->edit)) {
         for (bool goesOn = undoes; goesOn && result->outcome.done();) {
-            goesOn = m_done.back() != 0;
+            goesOn = m_shown->done.back() != 0;
             result = &doOne(text, false);
         }
     } else if (result->outcome.done() && std::holds_alternative<Redo>(*result->edit)) {
-        while (!m_undone.empty() && m_undone.back() != 0 && result->outcome.done())
+        while (!m_shown->undone.empty() && m_shown->undone.back() != 0 && result->outcome.done())
             result = &doOne(text, false);
     }
     return told(*result, result->outcome.done());
 }
 
 const EditResult& OpenDrawing::doOne(std::string_view text, bool follows) {
-    m_session->document();
-    const EditResult& result = m_session->apply(text);
-    m_log.push_back({result.outcome.text, result.outcome.error, result.outcome.remarks});
+    m_shown->session->document();
+    const EditResult& result = m_shown->session->apply(text);
+    m_shown->log.push_back({result.outcome.text, result.outcome.error, result.outcome.remarks});
     if (!result.outcome.done())
         return result;
     ++m_number;
+    m_shown->isSaved = m_shown->isKept = false;
     if (std::holds_alternative<Undo>(*result.edit)) {
-        m_undone.push_back(m_done.back());
-        m_done.pop_back();
+        m_shown->undone.push_back(m_shown->done.back());
+        m_shown->done.pop_back();
     } else if (std::holds_alternative<Redo>(*result.edit)) {
-        m_done.push_back(m_undone.back());
-        m_undone.pop_back();
+        m_shown->done.push_back(m_shown->undone.back());
+        m_shown->undone.pop_back();
     } else {
-        m_done.push_back(follows ? 1 : 0);
-        m_undone.clear();
+        m_shown->done.push_back(follows ? 1 : 0);
+        m_shown->undone.clear();
     }
     return result;
 }
@@ -151,17 +181,17 @@ const EditResult& OpenDrawing::doOne(std::string_view text, bool follows) {
 std::string OpenDrawing::told(const EditResult& result, bool hasChanged) const {
     Json json = resultJson(result);
     if (hasChanged)
-        json["change"] = changeJson(m_session->changes().back());
+        json["change"] = changeJson(m_shown->session->changes().back());
     json["number"] = m_number;
-    json["unsaved"] = m_number != m_saved;
-    json["canUndo"] = m_session->canUndo();
-    json["canRedo"] = m_session->canRedo();
+    json["unsaved"] = !m_shown->isSaved;
+    json["canUndo"] = m_shown->session->canUndo();
+    json["canRedo"] = m_shown->session->canRedo();
     return textOf(json);
 }
 
 std::string OpenDrawing::trial(std::string_view text) {
     const std::lock_guard lock(m_mutex);
-    const Trial trial = m_session->trial(text);
+    const Trial trial = m_shown->session->trial(text);
     Json json = resultJson(trial.result);
     json["change"] = changeJson(trial.change);
     json["number"] = m_number;
@@ -173,7 +203,7 @@ std::string OpenDrawing::freedom() {
     std::uint64_t number = 0;
     {
         const std::lock_guard lock(m_mutex);
-        document = m_session->document();
+        document = m_shown->session->document();
         number = m_number;
     }
     Json json = freedomJson(document);
@@ -182,50 +212,117 @@ std::string OpenDrawing::freedom() {
 }
 
 std::string OpenDrawing::save() {
+    const std::lock_guard keeping(m_keeping);
     const std::lock_guard lock(m_mutex);
-    if (!m_file.takesSaves())
-        return textOf(saved(m_file.isReadOnly ? "the window was opened for reading only; download the drawing instead"
-                                              : "a " + m_file.opened.extension().string() +
-                                                    " file holds no constraints; download the drawing instead"));
+    if (!m_shown->file.takesSaves())
+        return textOf(saved(m_shown->file.isReadOnly
+                                ? "the window was opened for reading only; download the drawing instead"
+                                : "a " + m_shown->file.opened.extension().string() +
+                                      " file holds no constraints; download the drawing instead"));
     if (!noteFile())
-        return textOf(saved("somebody else has written " + m_file.opened.filename().string() +
+        return textOf(saved("somebody else has written " + m_shown->file.opened.filename().string() +
                             " since it was opened; save once more to write over that"));
     try {
-        writeDrawing(m_session->document(), m_file.opened);
+        writeDrawing(m_shown->session->document(), m_shown->file.opened);
         noteFile();
     } catch (const DrawingError& failure) {
         return textOf(saved(failure.what()));
     }
-    m_opened = m_session->document();
-    m_saved = m_kept = m_number;
-    m_isTakenUp = false;
+    m_shown->opened = m_shown->session->document();
+    m_shown->isSaved = m_shown->isKept = true;
+    m_shown->isTakenUp = false;
     std::error_code ignored;
-    fs::remove(m_file.unsaved(), ignored);
+    fs::remove(m_shown->unsaved, ignored);
     return textOf(saved({}));
 }
 
 std::string OpenDrawing::discard() {
+    const std::lock_guard keeping(m_keeping);
     const std::lock_guard lock(m_mutex);
-    m_session = std::make_unique<Session>(m_opened);
-    m_log.clear();
-    m_done.clear();
-    m_undone.clear();
-    m_saved = m_kept = ++m_number;
-    m_isTakenUp = false;
+    m_shown->session = std::make_unique<Session>(m_shown->opened);
+    m_shown->log.clear();
+    m_shown->done.clear();
+    m_shown->undone.clear();
+    ++m_number;
+    m_shown->isSaved = m_shown->isKept = true;
+    m_shown->isTakenUp = false;
     std::error_code ignored;
-    if (!m_file.isReadOnly)
-        fs::remove(m_file.unsaved(), ignored);
+    if (!m_shown->file.isReadOnly)
+        fs::remove(m_shown->unsaved, ignored);
     return textOf(saved({}));
 }
 
+/// The opened drawing waits meanwhile, a dropped one goes: its edits are kept first, or nothing changes.
+std::vector<std::string> OpenDrawing::putAside() {
+    std::vector<std::string> remarks;
+    try {
+        const std::optional<Unkept> unkept = takeUnkept();
+        if (std::string remark = unkept ? unkept->write() : ""; !remark.empty())
+            remarks.push_back(std::move(remark));
+    } catch (const DrawingError& failure) {
+        if (m_opened)
+            throw;
+        remarks.push_back("the edits so far cannot be kept beside the drawing: "s + failure.what());
+    }
+    if (!m_opened)
+        m_opened = std::move(m_shown);
+    else if (!m_shown->isSaved && !m_shown->file.isReadOnly)
+        m_dropped.push_back(m_shown->unsaved);
+    ++m_number;
+    ++m_drawings;
+    return remarks;
+}
+
+std::string OpenDrawing::takeDropped(DroppedFile file) {
+    file.name = plainName(file.name);
+    try {
+        DroppedDrawing dropped = readDropped(file);
+        Json json = saved({});
+        if (!dropped.sketches.empty()) {
+            json["done"] = false;
+            for (const DroppedDrawing::Sketch& sketch : dropped.sketches)
+                json["sketches"].push_back({{"name", sketch.name}, {"label", sketch.label}});
+            return textOf(json);
+        }
+        const std::lock_guard keeping(m_keeping);
+        const std::lock_guard lock(m_mutex);
+        DrawingFile own = m_opened ? m_opened->file : m_shown->file;
+        own.name = dropped.document.name.empty() ? fs::path(file.name).stem().string() : dropped.document.name;
+        own.droppedAs = file.sketch.empty() ? file.name : file.name + "#" + file.sketch;
+        auto taken = std::make_unique<Shown>(Shown{.file = std::move(own), .opened = std::move(dropped.document)});
+        for (std::string& remark : putAside())
+            dropped.remarks.push_back(std::move(remark));
+        m_shown = std::move(taken);
+        json["remarks"] = dropped.remarks;
+        return textOf(json);
+    } catch (const std::exception& failure) {
+        return textOf(saved(failure.what()));
+    }
+}
+
+std::string OpenDrawing::goBack() {
+    const std::lock_guard keeping(m_keeping);
+    const std::lock_guard lock(m_mutex);
+    if (!m_opened)
+        return textOf(saved("nothing was dropped here: this is the drawing that was opened"));
+    try {
+        Json json = saved({});
+        json["remarks"] = putAside();
+        m_shown = std::move(m_opened);
+        return textOf(json);
+    } catch (const DrawingError& failure) {
+        return textOf(saved("the edits so far cannot be kept: "s + failure.what()));
+    }
+}
+
 std::string OpenDrawing::nameOf(std::string_view ending) const {
-    return m_file.opened.stem().string() + std::string(ending);
+    return fs::path(m_shown->file.fileName()).stem().string() + std::string(ending);
 }
 
 /// As a script: what `holdfast run` does from the drawing's file.
 std::string OpenDrawing::editLog() const {
-    std::string text = "open " + m_file.opened.filename().string() + "\n";
-    for (const Logged& edit : m_log)
+    std::string text = "open " + m_shown->file.fileName() + "\n";
+    for (const Shown::Logged& edit : m_shown->log)
         if (edit.error.empty())
             text += edit.text + "\n";
     return text;
@@ -233,7 +330,7 @@ std::string OpenDrawing::editLog() const {
 
 std::optional<OpenDrawing::Copy> OpenDrawing::copy(std::string_view what) {
     const std::lock_guard lock(m_mutex);
-    const Document& document = m_session->document();
+    const Document& document = m_shown->session->document();
     if (what == "drawing.json")
         return Copy{jsonText(document), "application/json", nameOf(".json")};
     if (what == "drawing.dxf")
@@ -241,7 +338,7 @@ std::optional<OpenDrawing::Copy> OpenDrawing::copy(std::string_view what) {
     if (what == "picture.svg")
         return Copy{writePicture(document), "image/svg+xml", nameOf(".svg")};
     if (what == "report.html")
-        return Copy{writeHtmlReport(m_session->report()), "text/html", nameOf(".html")};
+        return Copy{writeHtmlReport(m_shown->session->report()), "text/html", nameOf(".html")};
     if (what == "edits.edit")
         return Copy{editLog(), "text/plain", nameOf(".edit")};
     return std::nullopt;
@@ -252,24 +349,43 @@ std::uint64_t OpenDrawing::number() const {
     return m_number;
 }
 
-bool OpenDrawing::hasUnsaved() const {
+std::vector<fs::path> OpenDrawing::keptIn() const {
     const std::lock_guard lock(m_mutex);
-    return m_number != m_saved && !m_file.isReadOnly;
+    std::vector<fs::path> kept = m_dropped;
+    for (const Shown* each : {m_opened.get(), m_shown.get()})
+        if (each != nullptr && !each->isSaved && !each->file.isReadOnly)
+            kept.push_back(each->unsaved);
+    return kept;
 }
 
+/// A disk may be slow: edits go on while a copy is written.
 std::string OpenDrawing::keep() {
-    const std::lock_guard lock(m_mutex);
-    if (m_number == m_kept || m_file.isReadOnly)
-        return {};
-    m_kept = m_number;  // what failed once is tried again with the next change
+    const std::lock_guard keeping(m_keeping);
+    std::optional<Unkept> unkept;
+    {
+        const std::lock_guard lock(m_mutex);
+        unkept = takeUnkept();
+    }
     try {
-        writeDrawing(m_session->document(), m_file.unsaved());
-        return m_session->document().references == m_opened.references
-                   ? std::string()
-                   : m_file.unsaved().filename().string() + ": what was done to block references is not kept there";
+        return unkept ? unkept->write() : std::string();
     } catch (const DrawingError& failure) {
         return failure.what();
     }
+}
+
+/// What is to be kept of the drawing that is shown; nothing when all is.
+std::optional<OpenDrawing::Unkept> OpenDrawing::takeUnkept() {
+    if (m_shown->isKept || m_shown->file.isReadOnly)
+        return std::nullopt;
+    m_shown->isKept = true;  // what failed once is tried again with the next change
+    const Document& document = m_shown->session->document();
+    return Unkept{document, m_shown->unsaved, document.references == m_shown->opened.references};
+}
+
+/// What of the edits is not kept there. Throws DrawingError.
+std::string OpenDrawing::Unkept::write() const {
+    writeDrawing(document, path);
+    return isWhole ? std::string() : path.filename().string() + ": what was done to block references is not kept there";
 }
 
 }  // namespace holdfast::window

@@ -15,20 +15,27 @@
 
 namespace holdfast::window {
 
+struct DroppedFile;
+
 /// The file behind a drawing in the window.
 struct DrawingFile {
     std::filesystem::path opened;  ///< what was asked for; .json, .dxf or .svg
     std::string name;              ///< what people call the drawing
     bool isReadOnly = false;       ///< neither saved nor kept beside the file
+    /// What a drawing is called that was dropped on the page; empty: it is the opened one.
+    std::string droppedAs{};
 
     /// Constraints can be saved there.
-    bool takesSaves() const { return !isReadOnly && opened.extension() == ".json"; }
+    bool takesSaves() const { return !isReadOnly && droppedAs.empty() && opened.extension() == ".json"; }
+    /// What scripts and downloads call it.
+    std::string fileName() const { return droppedAs.empty() ? opened.filename().string() : droppedAs; }
     /// "bracket.unsaved.json", "plate.dxf.unsaved.json": where edits are kept until they are saved, beside the drawing.
+    /// Those of a dropped one: "bracket.dropped.json", "bracket.dropped-2.json", the first name that is free.
     std::filesystem::path unsaved() const;
 };
 
-/// A drawing with the one session in which all tabs edit it. Answers are JSON for the page. Any thread may call: edits
-/// take turns.
+/// A drawing with the one session in which all tabs edit it, and, once one was dropped on the page, that one in its
+/// place. Answers are JSON for the page. Any thread may call: edits take turns.
 class OpenDrawing {
 public:
     /// Takes up edits that an earlier window has kept, when they are younger than the drawing.
@@ -50,6 +57,11 @@ public:
     std::string save();
     /// The drawing as the file has it; what was kept of edits is thrown away.
     std::string discard();
+    /// Shows a dropped drawing; the opened one waits until goBack(). Edits of what is shown until then are kept as at
+    /// the window's end. What cannot be read is told, and nothing has changed.
+    std::string takeDropped(DroppedFile file);
+    /// The opened drawing again, as it was left.
+    std::string goBack();
 
     struct Copy {
         std::string text, type, name;  ///< its type as the web calls it; a name for the file
@@ -62,14 +74,11 @@ public:
     std::uint64_t number() const;
     /// Writes what is not saved beside the file, if it is not there yet. An empty text, or why it cannot be.
     std::string keep();
-    /// What was not saved is kept beside the file.
-    bool hasUnsaved() const;
+    /// Where edits are kept that were not saved.
+    std::vector<std::filesystem::path> keptIn() const;
 
 private:
-    struct Logged {
-        std::string text, error;
-        std::vector<std::string> remarks;
-    };
+    struct Shown;
     std::string done(std::string_view text, bool follows);
     std::string told(const EditResult& result, bool hasChanged) const;
     const EditResult& doOne(std::string_view text, bool follows);
@@ -78,16 +87,22 @@ private:
     bool noteFile();
     void takeUp();
     void addReferences(Document& kept) const;
+    /// A copy of what is to be kept.
+    struct Unkept {
+        Document document;
+        std::filesystem::path path;
+        bool isWhole = true;
+        std::string write() const;
+    };
+    std::optional<Unkept> takeUnkept();
+    std::vector<std::string> putAside();
 
+    std::mutex m_keeping;  ///< whoever writes or removes what is kept; taken before the other one
     mutable std::mutex m_mutex;
-    DrawingFile m_file;
-    Document m_opened;  ///< as the file has it
-    std::unique_ptr<Session> m_session;
-    std::vector<Logged> m_log;
-    std::vector<char> m_done, m_undone;  ///< by edit that can be taken back, or done again: belongs to the one before
-    std::uint64_t m_number = 1, m_saved = 1, m_kept = 1;
-    std::filesystem::file_time_type m_written{};  ///< the file, when it was looked at last
-    bool m_isTakenUp = false;
+    std::unique_ptr<Shown> m_shown;
+    std::unique_ptr<Shown> m_opened;               ///< while a dropped one is shown
+    std::vector<std::filesystem::path> m_dropped;  ///< where edits of others are kept that were dropped
+    std::uint64_t m_number = 1, m_drawings = 1;
 };
 
 }  // namespace holdfast::window

@@ -12,8 +12,10 @@
 
 #include "apps/window/Answers.h"
 #include "apps/window/Assets.h"
+#include "apps/window/DroppedFile.h"
 #include "apps/window/Gate.h"
 #include "apps/window/OpenDrawing.h"
+#include "apps/window/Pace.h"
 #include "apps/window/Tabs.h"
 
 namespace holdfast::window {
@@ -29,7 +31,7 @@ constexpr std::size_t kThreads = Tabs::kMost + 12;
 /// How long a tab waits before it is sent a sign of life, by which one that has gone is noticed.
 constexpr std::chrono::milliseconds kHeartbeat{1000};
 
-constexpr int kTooMany = 503, kRefused = 400, kMissing = 404;  // statuses of HTTP, RFC 9110 section 15
+constexpr int kTooMany = 503, kTooOften = 429, kRefused = 400, kMissing = 404;  // statuses of HTTP, RFC 9110 section 15
 
 /// Nothing from outside, nothing written in the page itself, and no other page may show this one.
 constexpr const char* kPolicy =
@@ -59,6 +61,7 @@ Knock knockOf(const httplib::Request& request) {
             .origin = onlyHeader(request, "Origin"),
             .contentType = onlyHeader(request, "Content-Type"),
             .contentEncoding = onlyHeader(request, "Content-Encoding"),
+            .transferEncoding = onlyHeader(request, "Transfer-Encoding"),
             .site = onlyHeader(request, "Sec-Fetch-Site"),
             .length = static_cast<std::size_t>(std::strtoull(length.c_str(), nullptr, 10))};
 }
@@ -71,9 +74,16 @@ std::optional<std::string> editIn(const std::string& body) {
     return message["text"].get<std::string>();
 }
 
+/// What is refused may not have been read to its end: the next request comes on another connection.
 void refuse(httplib::Response& response, int status, const char* why) {
     response.status = status;
+    response.set_header("Connection", "close");
     response.set_content(why, "text/plain; charset=utf-8");
+}
+
+void refuseHaste(httplib::Response& response) {
+    response.set_header("Retry-After", "1");
+    refuse(response, kTooOften, "too many requests in a second; nothing was done, ask again in a moment\n");
 }
 
 /// One line of an event stream, as the browser's EventSource reads it.
@@ -88,6 +98,7 @@ struct Server::Inside {
     Tabs& tabs;
     httplib::Server server{};
     std::optional<Gate> gate{};
+    Pace pace{};
     std::string address{};
     std::thread listening{};
 
@@ -101,14 +112,17 @@ struct Server::Inside {
             const int yes = 1;
             setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
         });
-        server.set_payload_max_length(Gate::kLongestEdit);
+        server.set_payload_max_length(Gate::kLargestFile);
         server.set_keep_alive_max_count(100000);  // a drag of an hour asks so often
         server.set_default_headers(headersOfAll());
         server.set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
             const int status = gate->refusal(knockOf(request));
-            if (status == 0)
+            if (status != 0)
+                refuse(response, status, "this address is for the page that holdfast opened\n");
+            else if (pace.allows(request.get_header_value("Holdfast-Tab")))
                 return httplib::Server::HandlerResponse::Unhandled;
-            refuse(response, status, "this address is for the page that holdfast opened\n");
+            else
+                refuseHaste(response);
             return httplib::Server::HandlerResponse::Handled;
         });
     }
@@ -173,6 +187,20 @@ struct Server::Inside {
         addPost("try", [this](const std::string& edit) { return drawing.trial(edit); });
         addPost("save", [this](const std::string&) { return drawing.save(); });
         addPost("discard", [this](const std::string&) { return drawing.discard(); });
+        addPost("back", [this](const std::string&) { return drawing.goBack(); });
+        addDrop();
+    }
+
+    /// A file that was dropped comes as its bytes; its name and that of a sketch in it stand behind the address.
+    void addDrop() {
+        server.Post(gate->prefix() + std::string(Gate::kDrop),
+                    [this](const httplib::Request& request, httplib::Response& response) {
+                        response.set_content(drawing.takeDropped({.name = request.get_param_value("name"),
+                                                                  .bytes = request.body,
+                                                                  .sketch = request.get_param_value("sketch")}),
+                                             kJson);
+                        tabs.tell(drawing.number());
+                    });
     }
 
     /// A tab hears of every change, and we of its going.

@@ -45,7 +45,6 @@ void waitForTheEnd(const Interrupts& interrupts, const Tabs& tabs, OpenDrawing& 
 
 void showWindow(DrawingFile file, Document document, const WindowOptions& options) {
     const Interrupts interrupts;
-    const std::string unsaved = file.unsaved().string();
     OpenDrawing drawing(std::move(file), std::move(document));
     Tabs tabs;
     {
@@ -57,8 +56,9 @@ void showWindow(DrawingFile file, Document document, const WindowOptions& option
     }
     if (const std::string failure = drawing.keep(); !failure.empty())
         options.complain("unsaved edits were lost: " + failure);
-    else if (drawing.hasUnsaved())
-        options.tell("edits that were not saved are kept in " + unsaved + "; open the drawing again to go on");
+    for (const std::filesystem::path& kept : drawing.keptIn())
+        options.tell("edits that were not saved are kept in " + kept.string() + "; open " +
+                     (kept.stem().extension() == ".unsaved" ? "the drawing again" : "that") + " to go on");
 }
 
 }  // namespace holdfast::window

@@ -17,110 +17,17 @@ import time
 from program import Window, check, copied, outcome
 
 try:
-    from selenium import webdriver
-    from selenium.webdriver.common.action_chains import ActionChains
-    from selenium.webdriver.common.by import By
-    from selenium.webdriver.common.keys import Keys
+    from browser import Keys, Tab, started
 except ImportError:
     print("skipped: selenium is not here; install python3-selenium")
     sys.exit(77)
 
+import chains
+import choices
+import dropping
+import pulling
+
 PROGRAM, DRAWING, PICTURES = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
-
-
-def started(profile, *options):
-    chosen = webdriver.ChromeOptions()
-    chosen.binary_location = shutil.which("chromium") or shutil.which("chromium-browser")
-    for option in ("--headless=new", "--no-sandbox", "--disable-gpu", "--no-first-run", "--disable-background-networking",
-                   "--disable-component-update", "--disable-sync", "--window-size=1360,860", "--hide-scrollbars",
-                   "--host-resolver-rules=MAP * ~NOTFOUND, EXCLUDE 127.0.0.1", f"--user-data-dir={profile}", *options):
-        chosen.add_argument(option)
-    chosen.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-    service = webdriver.chrome.service.Service(shutil.which("chromedriver"))
-    return webdriver.Chrome(service=service, options=chosen)
-
-
-class Tab:
-    """One tab, with the words for what a person does in it."""
-
-    def __init__(self, browser, window, address=None):
-        self.browser, self.window = browser, window
-        browser.get(address or window.address)
-        self.wait("return document.body.dataset.ready === 'yes' && window.holdfast.scene.freedom !== null", "the page is ready")
-
-    def run(self, script, *values):
-        return self.browser.execute_script(script, *values)
-
-    def wait(self, script, what, *values, seconds=8):
-        patience = time.time() + seconds
-        while time.time() < patience:
-            if self.run(script, *values):
-                return
-            time.sleep(0.03)
-        check(False, what)
-
-    def find(self, css):
-        return self.browser.find_element(By.CSS_SELECTOR, css)
-
-    def text(self, css):
-        return self.find(css).text
-
-    def at(self, x, y):
-        """Pixels from the middle of the canvas, as the pointer's driver counts."""
-        return self.run("const v = window.holdfast.view, p = v.toScreen([arguments[0], arguments[1]]);"
-                        "return [Math.round(p[0] - v.width / 2), Math.round(p[1] - v.height / 2)]", x, y)
-
-    def middle(self, line, share=0.5):
-        """A point of a line, by its share of the way from the end to the start."""
-        return self.run("const e = window.holdfast.drawing.entities.get(arguments[0]), t = arguments[1];"
-                        "return [e.end[0] + t * (e.start[0] - e.end[0]), e.end[1] + t * (e.start[1] - e.end[1])]", line, share)
-
-    def pointer(self):
-        return ActionChains(self.browser, duration=20)
-
-    def hover(self, x, y):
-        self.pointer().move_to_element_with_offset(self.find("#above"), *self.at(x, y)).perform()
-
-    def press(self, x, y):
-        self.pointer().move_to_element_with_offset(self.find("#above"), *self.at(x, y)).click_and_hold().perform()
-
-    def pull_to(self, x, y):
-        self.hover(x, y)
-
-    def release(self):
-        self.pointer().release().perform()
-
-    def click(self, x, y):
-        self.pointer().move_to_element_with_offset(self.find("#above"), *self.at(x, y)).click().perform()
-
-    def key(self, *keys):
-        self.find("#above").send_keys(*keys)
-
-    def type(self, edit):
-        line = self.find("#edit")
-        line.clear()
-        line.send_keys(edit, Keys.ENTER)
-
-    def steps(self):
-        return int(self.text("#steps"))
-
-    def after_edit(self, count):
-        self.wait("return document.getElementById('steps').textContent === arguments[0]", f"edit {count} is done", str(count))
-        self.wait("const p = window.holdfast; return p.isBusy === 0 && p.scene.freedom.number === p.number", "its freedom is told")
-
-    def picture(self, name):
-        self.run("return new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done)))")
-        self.browser.save_screenshot(str(PICTURES / f"{name}.png"))
-
-    def inked(self):
-        """The share of the canvas that is drawn on."""
-        return self.run("const c = document.getElementById('drawing'), d = c.getContext('2d').getImageData(0, 0, c.width, c.height).data;"
-                        "let n = 0; for (let i = 3; i < d.length; i += 4) n += d[i] > 150 ? 1 : 0; return n / (d.length / 4)")
-
-    def silent(self, what):
-        said = [line["message"] for line in self.browser.get_log("browser") if line["level"] in ("SEVERE", "WARNING")
-                and "willReadFrequently" not in line["message"]]  # we look at the canvas, the page never does
-        check(not said, f"{what}: the console is silent: {said}")
 
 
 def the_drawing_is_there(tab):
@@ -286,6 +193,18 @@ def a_tool_shows_what_it_would_do(tab):
     check(tab.run("return window.holdfast.tool === null"), "escape puts the tool back")
 
 
+def tools_tell_what_they_do_not_take(tab):
+    count = tab.steps()
+    for key in "xberhd":
+        tab.key(key)
+        tab.hover(50, 25)
+        tab.wait("return window.holdfast.tool.latest.isBusy === false", "it is tried")
+        if key == "e":
+            check("label" in tab.text("#tip") and tab.find("#tip").get_attribute("class") == "bad", f"a text has no end: {tab.text('#tip')}")
+        tab.key(Keys.ESCAPE)
+    check(tab.steps() == count, "nothing is done")
+
+
 def two_clicks_round_a_corner(tab):
     count = tab.steps()
     tab.key("r")
@@ -370,7 +289,7 @@ def saving_writes_the_file(tab, path):
 def two_tabs_see_the_same(tab, browser):
     first = browser.current_window_handle
     browser.switch_to.new_window("tab")
-    other = Tab(browser, tab.window)
+    other = Tab(browser, tab.window, PICTURES)
     other.type("draw circle 40,70 radius 5 as moon")
     other.wait("return window.holdfast.drawing.entities.has('moon')", "one tab draws")
     browser.close()
@@ -386,7 +305,7 @@ def names_are_no_markup(browser, folder):
     path = pathlib.Path(folder) / "bad.json"
     path.write_text(text.replace("BRACKET", "<b>bold</b>"))
     with Window(PROGRAM, path) as window:
-        tab = Tab(browser, window)
+        tab = Tab(browser, window, PICTURES)
         tab.hover(62, 0)
         tab.click(62, 0)
         quoted = '"' + bad.replace('"', '\\"') + '"'
@@ -410,7 +329,7 @@ def a_page_stands_alone(browser, folder):
     subprocess.run([PROGRAM, "show", str(path), "-o", str(page), "--ids"], check=True, capture_output=True)
     text = page.read_text()
     check(re.findall(r"(?:https?:)?//[a-z0-9.-]+\.[a-z]+", text.replace("http://www.w3.org/2000/svg", "")) == [], "it names no other place")
-    tab = Tab(browser, None, page.as_uri())
+    tab = Tab(browser, None, PICTURES, page.as_uri())
     check(tab.text("#name") == drawing["name"] and drawing["name"] in browser.title, "the drawing has its name")
     check(tab.inked() > 0.003, "something is drawn")
     check(tab.run("return window.holdfast.scene.names"), "with the names that were asked for")
@@ -443,7 +362,7 @@ def a_page_stands_alone(browser, folder):
 
 def the_end_is_told(browser, folder):
     with Window(PROGRAM, copied(folder, DRAWING, "ended.json")) as window:
-        tab = Tab(browser, window)
+        tab = Tab(browser, window, PICTURES)
         window.interrupt()
         tab.wait("return !document.getElementById('notice').hidden", "a server that has gone is told")
         tab.type("undo")
@@ -453,12 +372,12 @@ def the_end_is_told(browser, folder):
 
 def narrow_and_dark(browser, window):
     browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": [{"name": "prefers-color-scheme", "value": "dark"}]})
-    tab = Tab(browser, window)
+    tab = Tab(browser, window, PICTURES)
     tab.picture("dark")
     check(tab.run("return getComputedStyle(document.body).backgroundColor") != "rgb(244, 245, 248)", "the dark is dark")
     browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": []})
     browser.set_window_size(420, 860)
-    tab = Tab(browser, window)
+    tab = Tab(browser, window, PICTURES)
     tab.picture("narrow")
     check(tab.run("return document.documentElement.scrollWidth <= innerWidth"), "a narrow window needs no scrolling sideways")
     check(tab.run("return document.getElementById('stage').clientHeight") > 200, "and has room for the drawing")
@@ -476,11 +395,11 @@ def main():
         try:
             path = copied(folder, DRAWING)
             with Window(PROGRAM, path) as window:
-                tab = Tab(browser, window)
+                tab = Tab(browser, window, PICTURES)
                 for test in (the_drawing_is_there, hovering_shows_who_belongs_together, pulling_a_point_shows_who_follows,
                              escape_lets_go, typed_edits_are_answered_in_words, undo_and_redo_go_by_key,
                              the_keyboard_reaches_everything, a_box_chooses, the_wheel_zooms_about_the_pointer,
-                             a_dimension_is_edited_where_it_stands, a_tool_shows_what_it_would_do,
+                             a_dimension_is_edited_where_it_stands, a_tool_shows_what_it_would_do, tools_tell_what_they_do_not_take,
                              two_clicks_round_a_corner, what_is_drawn_is_tied, constraints_are_made_by_picking,
                              a_dimension_asks_for_its_value, parameters_and_formulas):
                     start = time.time()
@@ -491,6 +410,18 @@ def main():
                 two_tabs_see_the_same(tab, browser)
                 narrow_and_dark(browser, window)
                 browser.get("about:blank")
+            for test in (choices.lists_are_filtered, chains.chains_are_chosen, chains.copies_follow_the_pointer, chains.what_is_free_wiggles,
+                         dropping.a_drawing_is_dropped, pulling.a_pulled_point_is_tied, pulling.a_fast_hand_is_answered,
+                         pulling.too_much_is_mended):
+                start = time.time()
+                with Window(PROGRAM, copied(folder, DRAWING, "fresh.json")) as window:
+                    tab = Tab(browser, window, PICTURES)
+                    test(tab, folder)
+                    tab.silent(test.__name__)
+                    chains.the_script_repeats(tab, PROGRAM, DRAWING, folder)
+                    browser.get("about:blank")
+                (pathlib.Path(folder) / "fresh.unsaved.json").unlink(missing_ok=True)
+                print(f"{test.__name__}: {time.time() - start:.1f} s")
             names_are_no_markup(browser, folder)
             a_page_stands_alone(browser, folder)
             the_end_is_told(browser, folder)

@@ -1,11 +1,15 @@
 """Starts the program's window, and talks to it as a browser would and as one should not."""
+import http.client
 import json
 import pathlib
 import re
 import signal
 import socket
 import subprocess
+import threading
+import time
 import urllib.error
+import urllib.parse
 import urllib.request
 
 failures = []
@@ -65,14 +69,45 @@ class Window:
         lines += [f"{name}: {value}" for name, value in sent.items() if value is not None]
         return self.raw("\r\n".join(lines).encode() + b"\r\n\r\n" + body)
 
+    def flood(self, requests, tabs):
+        """So many as fast as can be, from each of the tabs in turn: how many were answered, how many were too
+        many, what those were told, and how long it took."""
+        numbers, told, lock = iter(range(requests)), {200: [], 429: []}, threading.Lock()
+
+        def ask():
+            connection = http.client.HTTPConnection("127.0.0.1", self.port, timeout=60)
+            while True:
+                with lock:
+                    number = next(numbers, None)
+                if number is None:
+                    return connection.close()
+                connection.request("GET", f"/{self.word}/icon.svg", headers={"Holdfast-Tab": tabs[number % len(tabs)]})
+                answer = connection.getresponse()
+                told[answer.status].append(answer.read().decode())
+
+        start, askers = time.time(), [threading.Thread(target=ask) for _ in range(8)]
+        for asker in askers:
+            asker.start()
+        for asker in askers:
+            asker.join()
+        return len(told[200]), len(told[429]), (told[429] or [""])[0], time.time() - start
+
     def ask(self, name):
-        with urllib.request.urlopen(f"{self.address}ask/{name}", timeout=20) as answer:
+        with urllib.request.urlopen(f"{self.address}ask/{name}", timeout=60) as answer:
             return json.load(answer)
 
-    def do(self, name, text=""):
+    def do(self, name, text="", patience=30):
         request = urllib.request.Request(
             f"{self.address}do/{name}", json.dumps({"text": text}).encode(),
             {"Content-Type": "application/json", "Origin": f"http://127.0.0.1:{self.port}"})
+        with urllib.request.urlopen(request, timeout=patience) as answer:
+            return json.load(answer)
+
+    def drop(self, name, content, **more):
+        """A file on the page."""
+        request = urllib.request.Request(
+            f"{self.address}do/drop?{urllib.parse.urlencode({'name': name, **more})}", content,
+            {"Content-Type": "application/octet-stream", "Origin": f"http://127.0.0.1:{self.port}"})
         with urllib.request.urlopen(request, timeout=30) as answer:
             return json.load(answer)
 

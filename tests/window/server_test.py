@@ -4,6 +4,7 @@
 usage: server_test.py PROGRAM DRAWING.json
 """
 import json
+import os
 import pathlib
 import re
 import subprocess
@@ -12,10 +13,12 @@ import tempfile
 import time
 import urllib.request
 
+from documents import document
 from program import Window, check, copied, outcome
 
 PROGRAM, DRAWING = sys.argv[1:3]
 EDIT = json.dumps({"text": "drag base.end by 1,0"}).encode()
+EXAMPLES = pathlib.Path(DRAWING).parent.parent
 
 
 def who_is_answered(window):
@@ -55,6 +58,37 @@ def what_is_answered(window):
     check(window.entity("base")["end"] == [80.0, 0.0], "none of this has touched the drawing")
 
 
+def what_may_be_dropped(window):
+    drop = f"/{window.word}/do/drop?name=a.json"
+    octets = {"Content_Type": "application/octet-stream"}
+    check(window.status(drop, "POST", b"{}") == 415, "a file is none that a form could send")
+    check(window.status(f"/{window.word}/do/edit", "POST", EDIT, **octets) == 415, "and an edit is no file")
+    check(window.status(drop, "POST", b"{}", Origin=None, **octets) == 403, "who drops says where it comes from")
+    check(window.status(drop, "POST", b"", Content_Length=str((64 << 20) + 1), **octets) == 413, "what is too large is not read")
+    check(window.status(drop, "POST", b"0\r\n\r\n", Content_Length=None, Transfer_Encoding="chunked", **octets) == 411,
+          "nor what does not say how large it is")
+    check(window.status(drop, "GET") == 404, "nothing is got from there")
+    for name, content, words in (("a.json", b"{", "line 1"), ("a.json", b"", "a.json"), ("a.dxf", b"\0\1\2", "a.dxf"), ("a.svg", b"<svg", "a.svg"),
+                                 ("a.FCStd", b"PK\3\4", "a.FCStd"), ("a.slvs", b"nothing", "a.slvs"), ("a.step", b"ISO", "ends in .step"),
+                                 ("a", b"{}", "without an ending"), ("", b"{}", "without an ending"), ("none.FCStd", document(), "without a sketch"),
+                                 ("../../etc/passwd", b"", "passwd: found"), ("/etc/passwd.json", b"", "passwd.json")):
+        told = window.drop(name, content)
+        check(not told["done"] and words in told["error"] and "/etc" not in told["error"], f"what is no drawing is told: {name}: {told}")
+    state = window.ask("state")
+    check(not state["dropped"] and state["file"] == "bracket.json", "none of this has changed what is shown")
+
+
+def haste_is_refused(window):
+    answered, refused, told, seconds = window.flood(3000, ["a"])
+    check(answered + refused == 3000 and answered <= 400 * (1 + seconds) + 1, f"so many a second are answered: {answered} in {seconds:.2f} s")
+    check(refused > 0 or 3000 / seconds < 450, f"and no more, however fast one asks: {refused} in {seconds:.2f} s")
+    check(not refused or "too many requests in a second" in told, f"in words: {told}")
+    check(window.flood(1, ["b"])[0] == 1, "another tab is answered meanwhile")
+    time.sleep(1.1)
+    check(window.flood(300, ["a"])[0] == 300, "and so is that one, a second later")
+    check(window.entity("base")["end"] == [80.0, 0.0], "the drawing is as it was")
+
+
 def what_the_page_may_do(window):
     with urllib.request.urlopen(window.address, timeout=10) as answer:
         policy, page = answer.headers["Content-Security-Policy"], answer.read().decode()
@@ -86,6 +120,9 @@ def edits(window):
     check(all(e["id"] != "added" for e in state["drawing"]["entities"]), "a tie is taken back with what was drawn")
     check(window.do("edit", "redo")["done"] and window.entity("added")["end"][1] == window.entity("added")["start"][1]
           and not window.ask("state")["canRedo"], "and both are done again")
+    window.do("edit", "undo")
+    met = window.do("edit", "constrain perpendicular axis right.end")
+    check(met["done"] and window.ask("freedom")["broken"] == [], f"an end that is upright on a line lies on it: {window.ask('freedom')['broken']}")
     window.do("edit", "undo")
     freedom = window.ask("freedom")
     check(freedom["freedom"] >= 0 and "base" in freedom["entities"], "each entity's freedom is told")
@@ -159,6 +196,74 @@ def a_crash_loses_nothing(folder):
         check(window.copy("drawing.json") == after, "a crash loses nothing that is older than a second")
 
 
+def nobody_waits_for_a_slow_disk(folder):
+    path = copied(folder, DRAWING, "slow.json")
+    with Window(PROGRAM, path) as window:
+        slow = path.with_suffix(".unsaved.json")
+        os.mkfifo(slow)  # who writes there waits for somebody who reads
+        window.do("edit", "drag base.end by 5,0")
+        time.sleep(0.6)
+        start = time.time()
+        try:
+            done = window.do("edit", "drag base.end by 1,0", patience=5)["done"]
+        except TimeoutError:
+            done = False
+        check(done, f"an edit is done while what was edited before is being kept: {time.time() - start:.1f} s")
+        check("base" in slow.read_text(), "which goes on meanwhile")
+        slow.unlink(missing_ok=True)
+        after, patience = window.copy("drawing.json"), time.time() + 5
+        while (not slow.exists() or slow.read_text() != after) and time.time() < patience:
+            time.sleep(0.05)
+        check(slow.exists() and slow.read_text() == after, "and what was edited meanwhile is kept then")
+        window.interrupt()
+
+
+def dropped_drawings(folder):
+    path = copied(folder, DRAWING, "under.json")
+    with Window(PROGRAM, path) as window:
+        window.do("edit", "drag base.end by 5,0")
+        before = window.copy("drawing.json")
+        plate = (EXAMPLES / "drawings" / "acrylic-case-top.dxf").read_bytes()
+        told = window.drop("../a plate\n.dxf", plate)
+        state = window.ask("state")
+        check(told["done"] and state["dropped"] and state["file"] == "a plate_.dxf" and state["own"] == "under.json",
+              f"a drawing that was dropped is shown under its own name: {told} {state['file']}")
+        check(len(state["drawing"]["entities"]) > 10 and state["log"] == [] and not state["unsaved"] and not state["takesSaves"],
+              "with a log of its own")
+        check(path.with_suffix(".unsaved.json").exists(), "edits of the drawing before are kept")
+        check(not window.do("save")["done"] and path.read_bytes() == pathlib.Path(DRAWING).read_bytes(), "it is not saved over that")
+        window.do("edit", "draw line 0,0 5,5 as added")
+        check(window.copy("edits.edit").startswith("open a plate_.dxf\ndraw line 0,0 5,5"), "its edits are a script")
+        check(window.do("back")["done"] and window.copy("drawing.json") == before and window.ask("state")["canUndo"],
+              "the drawing before comes back as it was left")
+        check(not window.do("back")["done"], "once")
+        kept = path.parent / "under.dropped.json"
+        check(any(e["id"] == "added" for e in json.loads(kept.read_text())["entities"]), "edits of the dropped one are kept beside it")
+        told = window.drop("two.FCStd", document(Sketch=10, Sketch001=20))
+        check(not told["done"] and [s["name"] for s in told["sketches"]] == ["Sketch", "Sketch001"], f"one of several sketches is to be chosen: {told}")
+        told = window.drop("two.FCStd", document(Sketch=10, Sketch001=20), sketch="Sketch001")
+        check(told["done"] and window.entity("g0")["end"] == [20.0, 0.0] and window.ask("state")["file"] == "two.FCStd#Sketch001", f"and is shown: {told}")
+        window.do("edit", "draw line 0,0 5,5 as second")
+        for name in ("formats/hinge.slvs", "pictures/sensor-cover.svg", "drawings/mounting-bracket.json"):
+            told = window.drop(name, (EXAMPLES / name).read_bytes())
+            check(told["done"] and window.ask("state")["file"] == name.split("/")[1], f"{name} is shown: {told}")
+        kept = path.parent / "under.dropped-2.json"
+        check(any(e["id"] == "second" for e in json.loads(kept.read_text())["entities"]), "what is kept is not written over")
+        said, code = window.interrupt()
+        check(code == 0 and all(name in said for name in ("under.unsaved.json", "under.dropped.json", "under.dropped-2.json"))
+              and said.count("kept in") == 3, f"an end says where it all is: {said}")
+    with Window(PROGRAM, path) as window:
+        check(window.copy("drawing.json") == before, "the next window goes on with the drawing that was opened")
+        window.interrupt()
+    files = sorted(p.name for p in pathlib.Path(folder).glob("under*"))
+    with Window(PROGRAM, path, "--read-only") as window:
+        check(window.drop("plate.dxf", plate)["done"], "a window for reading only shows what is dropped")
+        window.do("edit", "draw line 0,0 5,5 as added")
+        window.drop("plate.dxf", plate)
+        window.interrupt()
+    check(sorted(p.name for p in pathlib.Path(folder).glob("under*")) == files, "and writes nothing")
+
+
 def blocks_are_drawn(folder):
     drawing = pathlib.Path(DRAWING).parent.parent / "commands" / "plate-with-screws.dxf"
     path = copied(folder, drawing, "blocks.dxf")
@@ -216,10 +321,13 @@ def main():
         with Window(PROGRAM, copied(folder, DRAWING)) as window:
             who_is_answered(window)
             what_is_answered(window)
+            what_may_be_dropped(window)
+            haste_is_refused(window)
             what_the_page_may_do(window)
             edits(window)
             the_script_does_the_same(window, folder)
-        for test in (saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, blocks_are_drawn, the_end, arguments):
+        for test in (saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, nobody_waits_for_a_slow_disk,
+                     dropped_drawings, blocks_are_drawn, the_end, arguments):
             test(folder)
     return outcome()
 

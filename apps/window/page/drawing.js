@@ -6,6 +6,8 @@ import { boundsOf } from './shapes.js';
 /** @typedef {import('./types').Constraint} Constraint */
 /** @typedef {import('./types').Change} Change */
 
+const TIES = new Set(['coincident', 'point_on_curve', 'midpoint', 'concentric']);
+
 export class Drawing {
   constructor() {
     /** @type {Map<string, Entity>} */
@@ -55,6 +57,29 @@ export class Drawing {
    */
   constraintsOn(entity) {
     return [...(this.on.get(entity) || [])];
+  }
+
+  /**
+   * The entities on which a place lies by a constraint, also by way of other points that coincide with it.
+   * @param {string} entity @param {string} place @returns {Set<string>}
+   */
+  tiedTo(entity, place) {
+    const key = (/** @type {import('./types').Ref} */ ref) => `${ref.entity}\n${ref.point}`;
+    /** @type {import('./types').Ref[]} */
+    const open = [{ entity, point: place }];
+    const places = new Set(open.map(key)), tied = new Set([entity]);
+    for (let ref = open.pop(); ref; ref = open.pop())
+      for (const id of this.on.get(ref.entity) || []) {
+        const c = this.constraints.get(id), own = key(ref);
+        if (!c || !TIES.has(c.type) || !c.refs.some((each) => key(each) === own)) continue;
+        for (const each of c.refs) {
+          tied.add(each.entity);
+          if (c.type !== 'coincident' || places.has(key(each))) continue;
+          places.add(key(each));
+          open.push(each);
+        }
+      }
+    return tied;
   }
 
   /**

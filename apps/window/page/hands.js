@@ -2,6 +2,7 @@
 
 import { picksAt, picksIn } from './picking.js';
 import { distance } from './shapes.js';
+import { snapAt, tieOf } from './snapping.js';
 import { named, placed, spoken, written } from './words.js';
 import { Latest, attempt, standsAlone } from './link.js';
 
@@ -9,8 +10,27 @@ import { Latest, attempt, standsAlone } from './link.js';
 /** @typedef {import('./picking.js').Pick} Pick */
 /** @typedef {import('./window.js').Page} Page */
 
+/**
+ * With Ctrl, nothing is snapped to.
+ * @param {MouseEvent} event
+ */
+const snapsWith = (event) => !(event.ctrlKey || event.metaKey || event.altKey);
+
 const STILL = 4;   // pixels: a pointer that moves less than this was pressed, not pulled
 const COARSE = 2;  // fingers are so much broader than a mouse's tip
+
+/**
+ * A way with as few digits as lead from a number to another one, to the bit if any do.
+ * @param {number} from @param {number} to @param {number} short a guess
+ */
+function wayTo(from, to, short) {
+  if (from + short === to) return short;
+  for (let digits = 3; digits < 17; digits += 1) {
+    const way = Number((to - from).toPrecision(digits));
+    if (from + way === to) return way;
+  }
+  return to - from;
+}
 
 /** A pull: what it holds, from where, and the edit that it comes to. */
 class Pull {
@@ -23,6 +43,28 @@ class Pull {
     /** @type {import('./types').Result | null} */
     this.last = null;   // the last that can be done
     this.error = '';    // of the latest, if it cannot
+    /** @type {import('./snapping.js').Snap | null} */
+    this.snap = null;   // what the point is on that is pulled
+    this.misses = false;  // it is held back before it gets there
+    /** @type {Set<string>} what moves along, or is tied to it, is nothing to be put on */
+    this.along = new Set([pick.id]);
+  }
+
+  /**
+   * What the point that is pulled falls on; nothing for curves, and for what follows it anyway.
+   * @param {Point} to @param {Page} page
+   */
+  snapped(to, page) {
+    const { pick } = this, isText = pick.entity.type === 'text' || pick.entity.type === 'mtext';
+    if (!pick.place || this.many || isText) return null;
+    const others = [...page.drawing.entities.values()].filter((e) => !this.along.has(e.id) && !e.block);
+    const snap = snapAt(others, page.view, to);
+    return snap.ref ? snap : null;
+  }
+
+  /** The constraint that would tie it there; empty: none. */
+  tie() {
+    return this.snap && !this.misses ? tieOf(this.pick.id, this.pick.place || 'whole', this.snap)[0] : '';
   }
 
   /** @param {Point} to @param {import('./view.js').View} view */
@@ -32,10 +74,12 @@ class Pull {
       const centre = /** @type {Point} */ (pick.entity.centre);
       return `set ${named(pick.id)} radius ${view.rounded([distance(centre, to), 0])[0]}`;
     }
-    const by = view.rounded([to[0] - this.from[0], to[1] - this.from[1]]);
-    if (this.many) return `drag ${this.many.map(named).join(' ')} by ${written(by)}`;
+    /** @type {Point} */
+    const way = [to[0] - this.from[0], to[1] - this.from[1]], short = view.rounded(way);
+    const by = this.snap ? way.map((_, i) => wayTo(this.from[i], to[i], short[i])) : short;
+    if (this.many) return `drag ${this.many.map(named).join(' ')} by ${written(/** @type {Point} */ (by))}`;
     const place = pick.place || (pick.entity.type === 'polyline' ? `segment:${pick.segment}` : 'whole');
-    return `drag ${placed(pick.id, place)} by ${written(by)}`;
+    return `drag ${placed(pick.id, place)} by ${written(/** @type {Point} */ (by))}`;
   }
 }
 
@@ -50,6 +94,11 @@ export class Hands {
     this.pull = null;
     /** @type {'pan' | 'box' | null} */
     this.way = null;
+    /** @type {Point} */
+    this.place = [0, 0];  // where the pointer is while it pulls
+    /** @type {Point} */
+    this.to = [0, 0];     // where it pulls to, which may be something near
+    this.snaps = true;
     this.isSpaceDown = false;
     /** @type {Map<number, {x: number, y: number}>} */
     this.fingers = new Map();
@@ -63,7 +112,7 @@ export class Hands {
     on('pointerleave', () => this.pressed || this.page.look(null));
     on('wheel', (event) => this.#wheel(event), { passive: false });
     on('contextmenu', (event) => event.preventDefault());
-    on('dblclick', (event) => this.page.open(this.#place(event), this.#at(event)));
+    on('dblclick', (event) => this.page.open(this.#pick(event), this.#at(event), event.shiftKey));
   }
 
   /** @param {{clientX: number, clientY: number}} event @returns {Point} */
@@ -114,7 +163,7 @@ export class Hands {
     if (finger) Object.assign(finger, { x, y });
     if (this.way === 'pan') return;
     if (!this.pull && this.way !== 'box' && Math.hypot(x - this.pressed.x, y - this.pressed.y) > STILL) this.#begin([x, y]);
-    if (this.pull) this.#pullTo(this.#place(event));
+    if (this.pull) this.#pullTo(this.#place(event), snapsWith(event));
     else if (this.way === 'box') this.page.box(this.pressed.p, this.#place(event));
   }
 
@@ -148,16 +197,29 @@ export class Hands {
     if (pick.entity.fixed) return this.page.tip(`${pick.id} is fixed; the drawing may not move it`, [this.pressed.x, this.pressed.y], true);
     if (this.page.isReadOnly) this.page.say('this window is for reading only: nothing that is pulled here is saved');
     this.pull = new Pull(pick, this.page.scene.selected, this.pressed.p);
+    for (const id of this.page.drawing.tiedTo(pick.id, pick.place || 'whole')) this.pull.along.add(id);
     this.page.beginPull();
   }
 
-  /** @param {Point} to */
-  #pullTo(to) {
-    const pull = /** @type {Pull} */ (this.pull);
-    this.to = to;
-    this.page.scene.rubber = { from: pull.from, to, caught: Boolean(pull.error) };
-    this.latest.want(pull.textTo(to, this.page.view));
-    this.page.paintSoon(false);
+  /** @param {Point} place @param {boolean} snaps */
+  #pullTo(place, snaps) {
+    const pull = /** @type {Pull} */ (this.pull), { page } = this;
+    this.#aim(place, snaps);
+    this.latest.want(pull.textTo(this.to, page.view));
+    page.paintSoon(false);
+  }
+
+  /** @param {Point} place @param {boolean} snaps */
+  #aim(place, snaps) {
+    const pull = /** @type {Pull} */ (this.pull), { page } = this, before = pull.snap;
+    this.place = place;
+    this.snaps = snaps;
+    pull.snap = snaps ? pull.snapped(place, page) : null;
+    if (before?.point[0] !== pull.snap?.point[0] || before?.point[1] !== pull.snap?.point[1]) pull.misses = false;
+    this.to = pull.snap?.point || place;
+    page.scene.rubber = { from: pull.from, to: this.to, caught: Boolean(pull.error) };
+    const tie = pull.tie();
+    page.scene.snap = pull.snap && tie ? { point: pull.snap.point, word: tie.replace('constrain ', '') } : null;
   }
 
   /** @param {import('./types').Result} result */
@@ -167,12 +229,24 @@ export class Hands {
     if (result.error && pull.bends && !pull.last) {
       // Its radius is not free: then it goes as a whole.
       pull.bends = false;
-      if (this.to) this.latest.want(pull.textTo(this.to, this.page.view));
+      this.latest.want(pull.textTo(this.to, this.page.view));
       return;
     }
     pull.error = result.error;
-    if (!result.error) pull.last = result;
+    if (!result.error) {
+      pull.last = result;
+      for (const each of result.change?.entities || []) pull.along.add(each.id);
+      const { snap } = pull, isLatest = result.text === pull.textTo(this.to, this.page.view);
+      pull.misses = Boolean(snap && isLatest && this.#isHeldBack(result));
+      if (snap?.ref && pull.along.has(snap.ref.entity)) return this.#pullTo(this.place, this.snaps);
+      if (pull.misses) this.page.scene.snap = null;
+    }
     this.page.showPull(result, pull.last);
+  }
+
+  /** @param {import('./types').Result} result whether it stays behind to be seen */
+  #isHeldBack(result) {
+    return (result.shortfall?.by || 0) * this.page.view.scale > 1;
   }
 
   /** @param {unknown} failure */
@@ -189,27 +263,30 @@ export class Hands {
     this.way = null;
     this.canvas.classList.remove('held');
     if (!pressed) return;
-    if (pull) return this.#release(this.#place(event));
+    if (pull) {
+      const place = this.#place(event);
+      if (distance(place, this.place) * this.page.view.scale > 1) this.#aim(place, snapsWith(event));
+      return this.#release();
+    }
     if (way === 'box') return this.page.choose(picksIn(this.page.drawing.entities.values(), pressed.p, this.#place(event)), event.shiftKey, true);
     if (way === 'pan' && pressed.button !== 0) return;
     if (pressed.button === 0 && way !== 'pan') this.page.click(pressed.pick, this.#place(event), event.shiftKey || event.ctrlKey);
     else if (event.pointerType === 'touch') this.page.click(null, this.#place(event), false);
   }
 
-  /**
-   * What was seen last is what is done.
-   * @param {Point} to
-   */
-  async #release(to) {
-    const pull = /** @type {Pull} */ (this.pull), wanted = pull.textTo(to, this.page.view);
+  /** What was seen last is what is done; a point that was put on something is tied to it, in one step with the pull. */
+  async #release() {
+    const pull = /** @type {Pull} */ (this.pull), { page } = this;
+    const wanted = pull.textTo(this.to, page.view), tie = pull.tie();
     this.latest.forget();
     this.pull = null;
-    this.page.scene.rubber = null;
-    const isNothing = / by -?0,-?0$/.test(wanted);
-    const text = pull.error && pull.last ? pull.last.text : wanted;
-    if (isNothing) return this.page.endPull();
-    await this.page.edit(text);
-    this.page.endPull();
+    page.scene.rubber = null;
+    page.scene.snap = null;
+    if (/ by -?0,-?0$/.test(wanted)) return page.endPull();
+    const isCaught = Boolean(pull.error && pull.last);
+    const result = await page.edit(isCaught && pull.last ? pull.last.text : wanted);
+    if (tie && !isCaught && result?.done && !this.#isHeldBack(result)) await page.tieAfter(tie);
+    page.endPull();
   }
 
   #drop() {
@@ -217,6 +294,7 @@ export class Hands {
     this.pull = null;
     this.way = null;
     this.page.scene.rubber = null;
+    this.page.scene.snap = null;
     this.page.endPull();
   }
 

@@ -10,6 +10,10 @@ const answers = held && JSON.parse(held.textContent || '');
 /** The page stands alone: it shows the drawing and takes no edits. */
 export const standsAlone = answers !== null;
 
+/** The server counts what each tab asks. */
+const tab = Array.from(crypto.getRandomValues(new Uint8Array(8)), (byte) => byte.toString(16).padStart(2, '0')).join('');
+const PAUSE = 4;  // milliseconds between two questions of a pull: no screen is drawn oftener, and the server answers no more
+
 /**
  * @param {string} path
  * @param {RequestInit} [how]
@@ -20,7 +24,7 @@ async function call(path, how) {
   if (answers) return answers[path.slice('ask/'.length)];
   let answer;
   try {
-    answer = await fetch(path, how);
+    answer = await fetch(path, { ...how, headers: { ...how?.headers, 'Holdfast-Tab': tab } });
   } catch (failure) {
     throw new Gone('the program that shows this drawing has ended; what was not saved is kept beside the drawing');
   }
@@ -52,6 +56,16 @@ export const follow = (text) => post('follow', text);
 export const attempt = (text) => post('try', text);
 /** @returns {Promise<{done: boolean, error: string}>} */
 export const save = () => post('save');
+/** @typedef {{done: boolean, error: string, remarks?: string[], sketches?: {name: string, label: string}[]}} Taken */
+/**
+ * Hands over a file that was dropped: its bytes, and the names that people have for it and for a sketch in it.
+ * @param {File} file @param {string} sketch @returns {Promise<Taken>}
+ */
+export const drop = (file, sketch) => call(`do/drop?${new URLSearchParams({ name: file.name, sketch })}`, {
+  method: 'POST', headers: { 'Content-Type': 'application/octet-stream' }, body: file,
+});
+/** @returns {Promise<Taken>} */
+export const back = () => post('back');
 /** @returns {Promise<{done: boolean, error: string}>} */
 export const discard = () => post('discard');
 
@@ -107,12 +121,14 @@ export class Latest {
     while (this.waiting !== null) {
       const text = this.waiting, round = this.round;
       this.waiting = null;
+      const pause = new Promise((done) => setTimeout(done, PAUSE));
       try {
         const result = await this.ask(text);
         if (round === this.round) this.answer(result);
       } catch (failure) {
         if (round === this.round) this.fail(failure);
       }
+      await pause;
     }
     this.isBusy = false;
   }

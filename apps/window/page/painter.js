@@ -1,5 +1,6 @@
 // Puts the drawing on the screen: below, what stays while the pointer moves; above, what follows it.
 
+import { motionsOf, paintArrows } from './arrows.js';
 import { boundsOf, gripsOf, textCorners, trace } from './shapes.js';
 import { drawMark, marksOf, place } from './marks.js';
 
@@ -17,7 +18,7 @@ import { drawMark, marksOf, place } from './marks.js';
  *   rubber: {from: Point, to: Point, caught?: boolean} | null,
  *   sketch: Entity[], snap: {point: Point, word: string} | null,
  *   box: {from: Point, to: Point} | null,
- *   moving: {id: string, phase: number} | null,
+ *   cut: Set<string>, wiggle: Entity[], pinned: {marks: Set<string>, entities: Set<string>},
  *   clashing?: Set<string>, clashes?: string[], entityFates?: Map<string, string>,
  * }} Scene
  */
@@ -123,7 +124,7 @@ export class Painter {
   /** @param {Entity} e @param {Scene} scene */
   styleOf(e, scene) {
     const told = scene.freedom?.entities?.[e.id];
-    const state = e.fixed && !e.block ? 'fixed' : scene.clashing?.has(e.id) ? 'clash' : !told ? 'ink' : told.free ? 'free' : 'defined';
+    const state = (e.fixed && !e.block) || scene.cut.has(e.id) ? 'fixed' : scene.clashing?.has(e.id) ? 'clash' : !told ? 'ink' : told.free ? 'free' : 'defined';
     const end = e.type === 'xline' || e.type === 'ray' ? 'endless' : e.construction ? 'construction' : 'plain';
     return `${state} ${end}`;
   }
@@ -336,7 +337,8 @@ export class Painter {
       if (kind && !drawing.constraints.has(constraint.id)) list.push(...marksOf(constraint, kind, entity));
     }
     const urgency = (/** @type {import('./marks.js').Mark} */ m) =>
-      (fates.has(m.id) ? 0 : scene.hotMarks.has(m.id) ? 1 : m.text !== undefined ? 2 : 3);
+      (fates.has(m.id) || pinned.marks.has(m.id) ? 0 : scene.hotMarks.has(m.id) ? 1 : m.text !== undefined ? 2 : 3);
+    const { pinned } = scene;
     list.sort((a, b) => urgency(a) - urgency(b));
     const { view } = this;
     this.placed = place(list.slice(0, MOST_MARKS), view.toScreen, view.width, view.height, this.widthOf);
@@ -345,7 +347,7 @@ export class Painter {
     c.textBaseline = 'middle';
     for (const placed of [...this.placed].reverse()) {
       const { id } = placed.mark, isOff = drawing.constraints.get(id)?.active === false;
-      const tone = this.#tone(fates.get(id) || '', scene.hotMarks.has(id), placed.mark);
+      const tone = this.#tone(fates.get(id) || (pinned.marks.has(id) ? 'clash' : ''), scene.hotMarks.has(id), placed.mark);
       drawMark(c, placed, isOff ? { ...tone, alpha: 0.45 } : tone, view.toScreen);
     }
   }
@@ -364,7 +366,7 @@ export class Painter {
    * @param {Drawing} drawing @param {Scene} scene
    */
   #entityIn(drawing, scene) {
-    const tried = new Map((scene.trial?.change?.entities || []).map((e) => [e.id, e]));
+    const tried = new Map([...(scene.trial?.change?.entities || []), ...scene.wiggle].map((e) => [e.id, e]));
     return (/** @type {string} */ id) => tried.get(id) || drawing.entities.get(id);
   }
 
@@ -393,14 +395,16 @@ export class Painter {
   paintAbove(drawing, scene) {
     const c = this.above;
     this.#clear(c);
+    for (const id of scene.pinned.entities) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours['deleted-bar'], 6, 0.5);
     for (const id of scene.selected) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 3.4, 0.55);
     if (scene.trial) this.#trial(c, drawing, scene);
-    for (const id of scene.hot) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 4, 1);
+    if (!scene.wiggle.length) for (const id of scene.hot) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 4, 1);
     for (const [id, fate] of scene.entityFates || []) {
       const ink = fate === 'created' || fate === 'restored' ? 'added' : fate === 'edited' ? 'edited' : 'followed';
       this.#bright(c, drawing.entities.get(id), this.colours[ink], 5, 0.35);
     }
     for (const e of scene.goneEntities.values()) if (!drawing.entities.has(e.id)) this.#erased(c, e);
+    for (const e of scene.wiggle) this.#bright(c, e, this.colours.followed, 2.6, 1);
     for (const e of scene.sketch) this.#bright(c, e, this.colours.edited, 2, 1);
     c.setTransform(this.ratio, 0, 0, this.ratio, 0, 0);
     this.#grips(c, drawing, scene);
@@ -510,15 +514,10 @@ export class Painter {
   #arrows(c, drawing, scene) {
     const [id] = scene.hot;
     const e = scene.hot.size === 1 && !scene.trial ? drawing.entities.get(id) : undefined;
-    const motions = e && scene.freedom?.entities?.[id]?.motions;
-    if (!e || !motions) return;
-    const [x0, y0, x1, y1] = boundsOf(e), [x, y] = this.view.toScreen([(x0 + x1) / 2, (y0 + y1) / 2]);
+    if (!e || e.fixed || scene.wiggle.length) return;
     c.strokeStyle = c.fillStyle = this.colours.free;
     c.lineWidth = 2;
-    for (const motion of motions.slice(0, 3)) {
-      if (motion.kind === 'slide' && motion.direction) doubleArrow(c, x, y, motion.direction[0], -motion.direction[1]);
-      else if (motion.kind === 'turn' && motion.centre) turnArrow(c, ...this.view.toScreen(motion.centre));
-    }
+    paintArrows(c, this.view, e, motionsOf(scene.freedom?.entities?.[id]));
   }
 
   /** @param {CanvasRenderingContext2D} c @param {Scene} scene */
@@ -559,8 +558,14 @@ export class Painter {
     c.strokeRect(x - 5, y - 5, 10, 10);
     c.font = '600 11px ui-sans-serif, system-ui, "Liberation Sans", sans-serif';
     c.textAlign = 'left';
-    c.textBaseline = 'bottom';
-    c.fillText(word, x + 9, y - 6);
+    c.textBaseline = 'middle';
+    const width = c.measureText(word).width, left = Math.min(x + 9, this.view.width - width - 8);
+    c.fillStyle = this.colours.card;
+    c.globalAlpha = 0.85;
+    c.fillRect(left - 3, y - 21, width + 6, 15);
+    c.globalAlpha = 1;
+    c.fillStyle = this.colours.added;
+    c.fillText(word, left, y - 13);
   }
 }
 
@@ -571,34 +576,4 @@ export class Painter {
 function boundsMiddle(e, view) {
   const p = e.point || [view.x, view.y];
   return [p[0] - view.x, p[1] - view.y];
-}
-
-/** @param {CanvasRenderingContext2D} c @param {number} x @param {number} y @param {number} dx @param {number} dy */
-function doubleArrow(c, x, y, dx, dy) {
-  for (const sign of [1, -1]) {
-    const fx = x + sign * dx * 12, fy = y + sign * dy * 12, tx = x + sign * dx * 34, ty = y + sign * dy * 34;
-    c.beginPath();
-    c.moveTo(fx, fy);
-    c.lineTo(tx, ty);
-    c.stroke();
-    head(c, tx, ty, sign * dx, sign * dy);
-  }
-}
-
-/** @param {CanvasRenderingContext2D} c @param {number} x @param {number} y */
-function turnArrow(c, x, y) {
-  c.beginPath();
-  c.arc(x, y, 16, -2.4, 0.6);
-  c.stroke();
-  head(c, x + 16 * Math.cos(0.6), y + 16 * Math.sin(0.6), -Math.sin(0.6), Math.cos(0.6));
-  head(c, x + 16 * Math.cos(-2.4), y + 16 * Math.sin(-2.4), Math.sin(-2.4), -Math.cos(-2.4));
-}
-
-/** @param {CanvasRenderingContext2D} c @param {number} x @param {number} y @param {number} dx @param {number} dy */
-function head(c, x, y, dx, dy) {
-  c.beginPath();
-  c.moveTo(x + 8 * dx, y + 8 * dy);
-  c.lineTo(x - 4.5 * dy, y + 4.5 * dx);
-  c.lineTo(x + 4.5 * dy, y - 4.5 * dx);
-  c.fill();
 }

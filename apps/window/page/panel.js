@@ -1,6 +1,8 @@
 // The lists beside the drawing: constraints, what the last edit did, the edits so far, parameters.
 
+import { Filters } from './filters.js';
 import { standsAlone } from './link.js';
+import { Troubles } from './troubles.js';
 import { byId, counted, element, placesOf, placeText, spoken } from './words.js';
 
 /** @typedef {import('./types').Constraint} Constraint */
@@ -8,6 +10,8 @@ import { byId, counted, element, placesOf, placeText, spoken } from './words.js'
 /**
  * @typedef {{
  *   point: (marks: string[], entities: string[]) => void,
+ *   pin: (marks: string[], entities: string[]) => void,
+ *   refill: () => void,
  *   choose: (entities: string[]) => void,
  *   edit: (text: string) => void,
  *   dimension: (id: string) => void,
@@ -44,6 +48,10 @@ export class Panel {
     this.freedom = null;
     /** @type {Map<string, HTMLElement>} */
     this.rows = new Map();
+    /** @type {Map<string, Constraint>} what the last edit took away */
+    this.gone = new Map();
+    this.troubles = new Troubles(kinds, wishes);
+    this.filters = new Filters(kinds, signOf, () => this.fillConstraints());
     byId('filter').addEventListener('input', () => this.fillConstraints());
     this.#tabs();
   }
@@ -68,6 +76,15 @@ export class Panel {
     });
   }
 
+  /** Another drawing comes. */
+  forget() {
+    this.selected = new Set();
+    this.freedom = null;
+    /** @type {HTMLInputElement} */ (byId('filter')).value = '';
+    this.filters.forget();
+    this.hideFates();
+  }
+
   /** @param {Drawing} drawing */
   show(drawing) {
     this.drawing = drawing;
@@ -75,11 +92,20 @@ export class Panel {
     this.fillParameters();
   }
 
+  /**
+   * What the last edit did to constraints: none when there was no edit.
+   * @param {Map<string, string>} fates @param {Map<string, Constraint>} gone @param {boolean} isTold
+   */
+  takeFates(fates, gone, isTold) {
+    this.gone = gone;
+    this.filters.takeFates(fates, isTold);
+  }
+
   // --- Constraints ---
 
   /** @param {string} id */
   #label(id) {
-    const c = this.drawing?.constraints.get(id);
+    const c = this.drawing?.constraints.get(id) || this.gone.get(id);
     return c ? this.kinds.get(c.type)?.label || c.type : '';
   }
 
@@ -88,7 +114,8 @@ export class Panel {
     const all = [...this.drawing.constraints.values()].filter((c) => c.type !== 'internal');
     byId('count').textContent = String(all.length);
     const words = /** @type {HTMLInputElement} */ (byId('filter')).value.toLowerCase().split(/\s+/).filter(Boolean);
-    const found = all.filter((c) => this.#isOnSelection(c) && words.every((word) => this.#textOf(c).includes(word)));
+    const shown = [...all, ...[...this.gone.values()].filter((c) => c.type !== 'internal')];
+    const found = this.filters.pass(shown.filter((c) => this.#isOnSelection(c) && words.every((word) => this.#textOf(c).includes(word))));
     const list = byId('list');
     this.rows.clear();
     list.replaceChildren(...found.slice(0, MOST_ROWS).map((c) => this.#row(c)));
@@ -97,7 +124,7 @@ export class Panel {
     const selection = byId('selection');
     selection.hidden = this.selected.size === 0;
     selection.replaceChildren('on ', element('b', '', [...this.selected].slice(0, 12).join(' ')), `: ${counted(found.length, 'constraint')}`);
-    this.#fillTrouble();
+    this.troubles.fill(this.drawing, this.freedom);
   }
 
   /** @param {Constraint} c */
@@ -118,14 +145,16 @@ export class Panel {
                c.text ? element('span', 'value', c.text + (c.formula ? ` = ${c.formula}` : '')) : element('span', 'id', c.id),
                element('span', 'on', placesOf(c)));
     row.title = c.id;
+    row.classList.toggle('gone', this.gone.has(c.id));
     row.classList.toggle('off', c.active === false || c.driving === false);
     row.classList.toggle('clash', this.isClashing(c.id));
     const entities = c.refs.map((ref) => ref.entity);
     for (const name of ['pointerenter', 'focus']) row.addEventListener(name, () => this.wishes.point([c.id], entities));
     for (const name of ['pointerleave', 'blur']) row.addEventListener(name, () => this.wishes.point([], []));
     row.addEventListener('click', () => this.wishes.choose(entities));
-    row.addEventListener('dblclick', () => kind?.isDimension && this.wishes.dimension(c.id));
+    row.addEventListener('dblclick', () => kind?.isDimension && !this.gone.has(c.id) && this.wishes.dimension(c.id));
     row.addEventListener('keydown', (event) => {
+      if (this.gone.has(c.id)) return;
       if (event.key === 'Delete') this.wishes.edit(`delete ${c.id}`);
       if (event.key === 'F2' && kind?.isDimension) this.wishes.dimension(c.id);
     });
@@ -144,36 +173,6 @@ export class Panel {
     for (const [id, row] of this.rows) row.classList.toggle('hot', ids.has(id));
     const [first] = ids;
     if (ids.size && first) this.rows.get(first)?.scrollIntoView({ block: 'nearest' });
-  }
-
-  #fillTrouble() {
-    const freedom = this.freedom, boxes = [];
-    for (const set of (freedom?.conflicts || []).slice(0, 5))
-      boxes.push(this.#troubleBox('trouble', `These ${set.length} cannot hold together:`, set));
-    const redundant = freedom?.redundant || [];
-    if (redundant.length)
-      boxes.push(this.#troubleBox('trouble mild', `${counted(redundant.length, 'constraint')} that others imply:`, redundant));
-    byId('trouble').replaceChildren(...boxes);
-  }
-
-  /** @param {string} className @param {string} title @param {string[]} ids */
-  #troubleBox(className, title, ids) {
-    const box = element('div', className);
-    box.append(element('p', '', title));
-    for (const id of ids.slice(0, 8)) {
-      const c = this.drawing?.constraints.get(id);
-      const show = element('button', '', `${this.#label(id)} ${id}`), remove = element('button', '', 'delete');
-      show.type = remove.type = 'button';
-      remove.setAttribute('aria-label', `delete ${this.#label(id)} ${id}`);
-      const entities = (c?.refs || []).map((ref) => ref.entity);
-      for (const name of ['pointerenter', 'focus']) show.addEventListener(name, () => this.wishes.point([id], entities));
-      for (const name of ['pointerleave', 'blur']) show.addEventListener(name, () => this.wishes.point([], []));
-      show.addEventListener('click', () => this.wishes.choose(entities));
-      remove.addEventListener('click', () => this.wishes.edit(`delete ${id}`));
-      remove.hidden = standsAlone;
-      box.append(show, remove, document.createElement('br'));
-    }
-    return box;
   }
 
   // --- What the last edit did ---

@@ -1,6 +1,7 @@
 // What a point that is drawn falls on: ends, middles, centres, crossings, curves, or the height of the last one.
 
 import { distance, gripsOf, midway, nearest, piecesOf, placePoint, boundsOf } from './shapes.js';
+import { named, placed } from './words.js';
 
 /** @typedef {import('./types').Point} Point */
 /** @typedef {import('./types').Entity} Entity */
@@ -92,4 +93,16 @@ function levelled(p, last) {
   if (level === 'horizontal') return { point: [p[0], last[1]], word: 'horizontal', level };
   if (level === 'vertical') return { point: [last[0], p[1]], word: 'vertical', level };
   return { point: p, word: '' };
+}
+
+/**
+ * The constraint that a snap stands for.
+ * @param {string} name @param {string} place what is snapped @param {Snap} snap @returns {string[]}
+ */
+export function tieOf(name, place, snap) {
+  if (!snap.ref) return [];
+  const own = placed(name, place), other = placed(snap.ref.entity, snap.ref.place);
+  if (snap.word === 'on') return [`constrain point_on_curve ${own} ${other}`];
+  if (snap.word === 'middle') return [`constrain midpoint ${own} ${named(snap.ref.entity)}`];
+  return [`constrain coincident ${own} ${other}`];
 }

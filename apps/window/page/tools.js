@@ -1,6 +1,7 @@
 // What the pointer does beside pulling: one tool is in the hand at a time. Each shows what it would do before the click.
 
 import { Latest, attempt } from './link.js';
+import { FIGURES } from './figures.js';
 import { boundsOf, distance, gripsOf, nearest, piecesOf } from './shapes.js';
 import { signOf } from './panel.js';
 import { snapAt } from './snapping.js';
@@ -12,6 +13,7 @@ import { byId, element, listed, named, placed, written } from './words.js';
 /** @typedef {import('./picking.js').Pick} Pick */
 /** @typedef {import('./snapping.js').Snap} Snap */
 /** @typedef {import('./window.js').Page} Page */
+/** @typedef {import('./figures.js').Figure} Figure */
 /**
  * One tool in the hand.
  * @typedef {{
@@ -339,80 +341,12 @@ class DrawTool extends Trying {
   }
 }
 
-/**
- * @typedef {{
- *   name: string, clicks: number, levels?: boolean, goesOn?: boolean,
- *   text: (points: Point[]) => string, shape: (points: Point[]) => Entity[], ties: (name: string, snaps: Snap[]) => string[],
- * }} Figure
- */
-
-/**
- * The constraint that a snap stands for.
- * @param {string} name @param {string} place @param {Snap} snap @returns {string[]}
- */
-function tie(name, place, snap) {
-  if (!snap.ref) return [];
-  const own = placed(name, place), other = placed(snap.ref.entity, snap.ref.place);
-  if (snap.word === 'on') return [`constrain point_on_curve ${own} ${other}`];
-  if (snap.word === 'middle') return [`constrain midpoint ${own} ${named(snap.ref.entity)}`];
-  return [`constrain coincident ${own} ${other}`];
-}
-
-/** @param {string} name @param {Snap} snap @returns {string[]} */
-const level = (name, snap) => (snap.level ? [`constrain ${snap.level} ${named(name)}`] : []);
-
-/** @type {(point: Point) => Entity} */
-const dotAt = (position) => ({ id: '', type: 'point', position });
-
-/** @type {Record<string, Figure>} */
-const FIGURES = {
-  line: {
-    name: 'line', clicks: 2, levels: true, goesOn: true,
-    text: ([a, b]) => `draw line ${written(a)} ${written(b)}`,
-    shape: ([start, end]) => (end ? [{ id: '', type: 'line', start, end }] : []),
-    ties: (name, [a, b]) => [...tie(name, 'start', a), ...tie(name, 'end', b), ...level(name, b)],
-  },
-  circle: {
-    name: 'circle', clicks: 2,
-    text: ([c, p]) => `draw circle ${written(c)} radius ${Number(distance(c, p).toPrecision(6))}`,
-    shape: ([centre, p]) => (p ? [{ id: '', type: 'circle', centre, radius: distance(centre, p) }] : []),
-    ties: (name, [c]) => tie(name, 'centre', c),
-  },
-  arc: {
-    name: 'arc', clicks: 3,
-    text: ([c, a, b]) => `draw arc centre ${written(c)} from ${written(a)} to ${written(b)}`,
-    shape: ([centre, a, b]) => {
-      if (!a) return [];
-      if (!b) return [{ id: '', type: 'line', start: centre, end: a }];
-      const angle = (/** @type {Point} */ p) => Math.atan2(p[1] - centre[1], p[0] - centre[0]);
-      const start = angle(a), end = angle(b);
-      return [{ id: '', type: 'arc', centre, radius: distance(centre, a), start_angle: start, end_angle: end > start ? end : end + 2 * Math.PI }];
-    },
-    ties: (name, [c, a]) => [...tie(name, 'centre', c), ...tie(name, 'start', a)],
-  },
-  polyline: {
-    name: 'polyline', clicks: Infinity, levels: true,
-    text: (points) => {
-      const isClosed = points.length > 3 && distance(points[0], points[points.length - 1]) === 0;
-      return `draw polyline ${(isClosed ? points.slice(0, -1) : points).map(written).join(' ')}${isClosed ? ' closed' : ''}`;
-    },
-    shape: (points) => (points.length > 1 ? [{ id: '', type: 'polyline', vertices: points, bulges: points.map(() => 0), closed: false }] : []),
-    ties: () => [],
-  },
-  point: {
-    name: 'point', clicks: 1,
-    text: ([p]) => `draw point ${written(p)}`,
-    shape: ([p]) => (p ? [dotAt(p)] : []),
-    ties: (name, [p]) => tie(name, 'whole', p),
-  },
-};
-
 /** @param {Pick} pick */
 function endOf(pick) {
   if (pick.place === 'start' || pick.place === 'end') return pick.place;
   const pieces = piecesOf(pick.entity);
   const [from, to] = pieces.length ? [pieces[0].from, pieces[pieces.length - 1].to] : gripsOf(pick.entity).map((grip) => grip.point);
-  return distance(pick.point, from) < distance(pick.point, to) ? 'start' : 'end';
+  return to && distance(pick.point, from) < distance(pick.point, to) ? 'start' : 'end';  // a text has no ends; the server says so
 }
 
 /**

@@ -58,6 +58,8 @@ export interface Result {
 
 export interface State {
   number: number; name: string; file: string;
+  drawings: number;  // counts up when another drawing takes the place of this one
+  dropped: boolean; own: string;  // it was dropped; the file that was opened
   readOnly: boolean; takesSaves: boolean; unsaved: boolean; takenUp: boolean;
   canUndo: boolean; canRedo: boolean;
   names?: boolean;  // a page that stands alone: those of entities are shown

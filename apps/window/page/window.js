@@ -1,29 +1,29 @@
 // The window: a drawing, its constraints, and hands to edit it with.
 
 import * as link from './link.js';
+import { chainOf } from './chain.js';
+import { Clipboard } from './clipboard.js';
 import { Drawing } from './drawing.js';
+import { Files } from './files.js';
 import { Hands, shortfallInWords } from './hands.js';
+import { Keys } from './keys.js';
 import { Line } from './line.js';
 import { readGlyphs } from './marks.js';
 import { Painter } from './painter.js';
 import { Panel, constraintInWords } from './panel.js';
 import { Toolbox } from './tools.js';
 import { View } from './view.js';
+import { Wiggle } from './wiggle.js';
 import { byId, counted, element, entityInWords, listed, named, written } from './words.js';
 
 /** @typedef {import('./types').Point} Point */
 /** @typedef {import('./types').Result} Result */
 /** @typedef {import('./picking.js').Pick} Pick */
 
-const PAN_STEP = 60;           // pixels that an arrow key moves the view by
-const ZOOM_STEP = 1.25;
 const FREEDOM_DELAY = 60;      // milliseconds: edits that follow one another are diagnosed once
 const SHARP_DELAY = 150;       // milliseconds without a pan until a large drawing is drawn anew
 const HINT = 'Pull points and curves · wheel zooms · right button pans · ? shows the keys';
-const KEYS = `F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · Shift+arrows move it · Delete erase
-Ctrl+Z undo · Ctrl+Shift+Z redo · Ctrl+S save · / type an edit · M marks · T names · Esc let go`;
 const HINT_ALONE = 'Drag pans · wheel zooms · click a curve for its constraints · ? shows the keys';
-const KEYS_ALONE = 'F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · M marks · T names · Esc let go';
 
 export class Page {
   /** @param {import('./types').Language} language */
@@ -36,21 +36,29 @@ export class Page {
     this.isBusy = 0;
     this.lit = '';      // what is bright, by name
     this.takesSaves = false;
+    this.hasUnsaved = false;
+    this.file = '';
+    this.drawings = 0;  // which of those that were shown one after the other
     this.paintsAll = false;
     this.isPainting = false;
     /** @type {import('./tools.js').Tool | null} */
     this.tool = null;
+    /** @type {Point | null} */
+    this.pointer = null;  // where it was last
     /** @type {{text: string, error: string}[]} */
     this.log = [];
     /** @type {import('./painter.js').Scene} */
     this.scene = {
       freedom: null, hot: new Set(), hotMarks: new Set(), selected: new Set(), trial: null, fates: new Map(), gone: new Map(),
-      goneEntities: new Map(), names: false, marks: true, rubber: null, sketch: [], snap: null, box: null, moving: null,
+      goneEntities: new Map(), names: false, marks: true, rubber: null, sketch: [], snap: null, box: null, cut: new Set(), wiggle: [],
+      pinned: { marks: new Set(), entities: new Set() },
     };
     const above = /** @type {HTMLCanvasElement} */ (byId('above'));
     this.painter = new Painter(/** @type {HTMLCanvasElement} */ (byId('drawing')), above, this.view, this.kinds);
     this.panel = new Panel(this.kinds, {
       point: (marks, entities) => this.point(marks, entities),
+      pin: (marks, entities) => this.pin(marks, entities),
+      refill: () => this.panel.fillConstraints(),
       choose: (entities) => this.choose(entities, false, true),
       edit: (text) => void this.edit(text),
       dimension: (id) => this.openDimension(id),
@@ -58,9 +66,12 @@ export class Page {
     this.line = new Line(language, () => this.drawing, (text) => void this.typed(text));
     this.hands = new Hands(this, above);
     this.toolbox = new Toolbox(this, language);
+    this.clipboard = new Clipboard(this);
+    this.wiggle = new Wiggle(this);
+    if (!link.standsAlone) this.files = new Files(this);
     document.body.classList.toggle('alone', link.standsAlone);
     this.#buttons();
-    this.#keys(above);
+    new Keys(this, above);
     this.#watchSize();
     this.hint('');
   }
@@ -70,7 +81,9 @@ export class Page {
   /** All anew: at the beginning, and when another tab has edited. */
   async load() {
     const state = await link.state();
-    const isFirst = this.number === 0;
+    const isFirst = state.drawings !== this.drawings;
+    if (isFirst && this.number > 0) this.#forgetAll();
+    this.drawings = state.drawings;
     this.number = state.number;
     this.isReadOnly = state.readOnly;
     if (isFirst && state.names) this.scene.names = true;
@@ -83,6 +96,9 @@ export class Page {
     this.panel.showLog(this.log);
     byId('name').textContent = state.name;
     document.title = `${state.name} · Holdfast`;
+    this.file = state.file;
+    byId('back').hidden = !state.dropped;
+    byId('back').textContent = `Back to ${state.own}`;
     this.takesSaves = state.takesSaves;
     this.#showState(state.unsaved, state.canUndo, state.canRedo);
     if (isFirst) {
@@ -91,6 +107,21 @@ export class Page {
     }
     this.paintSoon(true);
     this.askFreedom();
+  }
+
+  /** Another drawing comes: nothing of this one is of use any more. */
+  #forgetAll() {
+    this.hands.letGo();
+    this.wiggle.stop();
+    this.toolbox.leave();
+    this.scene.selected = new Set();
+    this.scene.freedom = null;
+    this.scene.clashes = undefined;
+    this.scene.clashing = undefined;
+    this.clipboard.forget();
+    this.panel.forget();
+    byId('notice').hidden = true;
+    this.tip('');
   }
 
   /** @param {number} number */
@@ -115,6 +146,7 @@ export class Page {
 
   /** @param {boolean} unsaved @param {boolean} canUndo @param {boolean} canRedo */
   #showState(unsaved, canUndo, canRedo) {
+    this.hasUnsaved = unsaved;
     byId('unsaved').hidden = !unsaved;
     /** @type {HTMLButtonElement} */ (byId('undo')).disabled = !canUndo;
     /** @type {HTMLButtonElement} */ (byId('redo')).disabled = !canRedo;
@@ -130,9 +162,13 @@ export class Page {
     return result;
   }
 
-  /** @param {() => Promise<Result>} send @returns {Promise<Result | null>} */
+  /**
+   * @template T
+   * @param {() => Promise<T>} send @returns {Promise<T | null>}
+   */
   async #sent(send) {
     this.isBusy += 1;
+    this.wiggle.stop();
     try {
       return await send();
     } catch (failure) {
@@ -153,7 +189,7 @@ export class Page {
   #take(result) {
     this.log.push({ text: result.text, error: result.error });
     this.panel.showLog(this.log);
-    if (result.done && result.number > this.number + 1) return void this.load();
+    if (result.done && result.number > this.number + 1) return void this.#sent(() => this.load());
     this.#forgetFates();
     const { scene, drawing } = this;
     if (result.change) {
@@ -164,6 +200,7 @@ export class Page {
       scene.selected = new Set([...scene.selected].filter((id) => drawing.entities.has(id)));
       scene.fates = new Map(result.constraints.map(({ id, fate }) => [id, fate]));
       scene.entityFates = new Map(result.entities.map(({ id, fate }) => [id, fate]));
+      this.panel.takeFates(scene.fates, scene.gone, true);
       scene.freedom = scene.freedom && { ...scene.freedom };
       this.#showState(Boolean(result.unsaved), Boolean(result.canUndo), Boolean(result.canRedo));
       this.panel.selected = scene.selected;
@@ -197,6 +234,7 @@ export class Page {
     this.scene.entityFates = new Map();
     this.scene.gone = new Map();
     this.scene.goneEntities = new Map();
+    this.panel.takeFates(this.scene.fates, this.scene.gone, false);
   }
 
   /** @param {Result} result */
@@ -253,9 +291,10 @@ export class Page {
    */
   look(pick, p, at) {
     const { scene } = this;
+    if (p) this.pointer = p;
     if (this.tool && p && at) return this.tool.look(pick, p, at);
     const mark = at && !pick?.place ? this.markAt(at) : null;
-    const constraint = mark && this.drawing.constraints.get(mark);
+    const constraint = mark && (this.drawing.constraints.get(mark) || scene.gone.get(mark));
     const hot = constraint ? constraint.refs.map((ref) => ref.entity) : pick ? [pick.id] : [];
     const hotMarks = constraint ? [constraint.id] : pick ? this.drawing.constraintsOn(pick.id) : [];
     byId('above').classList.toggle('grab', Boolean(pick && !pick.entity.fixed));
@@ -295,6 +334,15 @@ export class Page {
   }
 
   /**
+   * What stays bright whatever is pointed at.
+   * @param {string[]} marks @param {string[]} entities
+   */
+  pin(marks, entities) {
+    this.scene.pinned = { marks: new Set(marks), entities: new Set(entities) };
+    this.paintSoon(true);
+  }
+
+  /**
    * The constraint whose mark is at a point of the screen.
    * @param {Point} at
    */
@@ -320,12 +368,12 @@ export class Page {
     else for (const id of ids) if (!isSet && scene.selected.has(id)) scene.selected.delete(id); else scene.selected.add(id);
     this.panel.selected = scene.selected;
     this.panel.fillConstraints();
-    if (ids.length === 1) this.say(this.#nameOf(ids[0]));
+    if (ids.length === 1) this.say(this.nameOf(ids[0]));
     this.paintSoon(true);
   }
 
   /** @param {string} id */
-  #nameOf(id) {
+  nameOf(id) {
     const e = this.drawing.entities.get(id), words = this.scene.freedom?.entities?.[id]?.words;
     return e ? `${id}: ${entityInWords(e)}${words ? `, ${words}` : ''}, ${counted(this.drawing.constraintsOn(id).length, 'constraint')}` : id;
   }
@@ -337,9 +385,11 @@ export class Page {
   }
 
   beginPull() {
+    this.wiggle.stop();
     this.tip('');
     this.#forgetFates();
     this.panel.hideFates();
+    this.panel.fillConstraints();
   }
 
   /** @param {Result} result @param {Result | null} last */
@@ -412,12 +462,23 @@ export class Page {
   }
 
   /**
-   * A tie that drawing suggests, undone with what was drawn; one that follows already is not made.
+   * What belongs to the edit before and is undone with it, such as a tie that drawing suggests; one that follows already
+   * is not made.
    * @param {string} text
    */
   async tie(text) {
     const result = await this.#sent(() => link.follow(text));
     if (result?.done) this.#take(result);
+    return result;
+  }
+
+  /**
+   * The tie of a point that was put on something: why it is not made is told.
+   * @param {string} text
+   */
+  async tieAfter(text) {
+    const result = await this.tie(text);
+    if (result?.error) this.say(`not tied: ${result.error}`);
   }
 
   /**
@@ -428,13 +489,22 @@ export class Page {
   }
 
   /**
-   * A double click.
-   * @param {Point} p @param {Point} at on the screen
+   * A double click: on a dimension, or on a curve, which takes all that is joined to it.
+   * @param {Pick | null} pick @param {Point} at on the screen @param {boolean} adds
    */
-  open(p, at) {
+  open(pick, at, adds) {
     if (this.tool) return this.tool.finish();
-    const mark = this.markAt(at);
-    if (mark && this.kinds.get(this.drawing.constraints.get(mark)?.type || '')?.isDimension) this.openDimension(mark);
+    const mark = pick?.place ? null : this.markAt(at);
+    if (mark && this.kinds.get(this.drawing.constraints.get(mark)?.type || '')?.isDimension) return this.openDimension(mark);
+    if (pick && !mark) this.chooseChain([pick.id], adds);
+  }
+
+  /** @param {string[]} ids @param {boolean} adds */
+  chooseChain(ids, adds) {
+    if (!ids.length) return this.say('point at a curve, or choose one: J takes all that are joined to it');
+    const chain = chainOf(this.drawing, ids);
+    this.choose(chain, adds, true);
+    this.say(`${counted(chain.length, 'entity')} joined end to end`);
   }
 
   /**
@@ -548,7 +618,7 @@ export class Page {
     });
   }
 
-  // --- Buttons and keys ---
+  // --- Buttons ---
 
   #buttons() {
     const on = (/** @type {string} */ id, /** @type {() => void} */ what) => byId(id).addEventListener('click', what);
@@ -576,17 +646,20 @@ export class Page {
     this.moved();
   }
 
+  /** @returns {Promise<boolean>} whether the file has it all */
   async save() {
-    if (!this.takesSaves) return this.say('this drawing cannot be saved here; download it instead', true);
     try {
-      const { done, error } = await link.save();
-      if (!done) return this.say(error, true);
+      const { done, error } = this.takesSaves ? await link.save() : { done: false, error: 'this drawing cannot be saved here; download it instead' };
+      this.say(done ? 'saved' : error, !done);
+      if (!done) return false;
+      this.hasUnsaved = false;
       byId('unsaved').hidden = true;
       /** @type {HTMLButtonElement} */ (byId('save')).disabled = true;
       byId('notice').hidden = true;
-      this.say('saved');
+      return true;
     } catch (failure) {
       this.complain(failure);
+      return false;
     }
   }
 
@@ -596,103 +669,16 @@ export class Page {
                                                     () => this.say('the clipboard is not to be had; download the script instead', true));
   }
 
-  /** @param {HTMLCanvasElement} canvas */
-  #keys(canvas) {
-    document.addEventListener('keydown', (event) => {
-      if (!(event.ctrlKey || event.metaKey) || event.target instanceof HTMLInputElement) return;
-      const key = event.key.toLowerCase();
-      const what = key === 's' ? () => void this.save() : key === 'y' || (key === 'z' && event.shiftKey) ? () => void this.edit('redo')
-        : key === 'z' ? () => void this.edit('undo') : null;
-      if (!what) return;
-      event.preventDefault();
-      what();
-    });
-    canvas.addEventListener('keydown', (event) => {
-      if (event.ctrlKey || event.metaKey || event.altKey) return;
-      if (event.key === ' ') this.hands.isSpaceDown = true;
-      if (this.#keyed(event)) event.preventDefault();
-    });
-    canvas.addEventListener('keyup', (event) => {
-      if (event.key === ' ') this.hands.isSpaceDown = false;
-    });
-  }
-
-  /** @param {KeyboardEvent} event whether it meant something */
-  #keyed(event) {
-    if (link.standsAlone && ['Delete', 'Backspace', '/', ':'].includes(event.key)) return false;
-    const arrow = { ArrowLeft: [1, 0], ArrowRight: [-1, 0], ArrowUp: [0, 1], ArrowDown: [0, -1] }[event.key];
-    if (arrow && event.shiftKey && !link.standsAlone) return this.#nudge(arrow);
-    if (arrow) return this.#look(() => this.view.pan(PAN_STEP * arrow[0], PAN_STEP * arrow[1]));
-    const middle = /** @type {const} */ ([this.view.width / 2, this.view.height / 2]);
-    switch (event.key) {
-      case '+': case '=': return this.#look(() => this.view.zoom(...middle, ZOOM_STEP));
-      case '-': return this.#look(() => this.view.zoom(...middle, 1 / ZOOM_STEP));
-      case 'f': case '0': return this.#look(() => this.view.fit(this.drawing.box()));
-      case 'n': return this.#step(1);
-      case 'p': return this.#step(-1);
-      case 'Enter': return this.tool ? this.tool.finish() === undefined : this.#toggleHot();
-      case 'Escape': return this.escape();
-      case 'Delete': case 'Backspace': return this.#erase();
-      case '/': case ':': return this.line.put('') === undefined;
-      case 'm': return this.#look(() => { this.scene.marks = !this.scene.marks; });
-      case 't': return this.#look(() => { this.scene.names = !this.scene.names; });
-      case '?': return this.say(link.standsAlone ? KEYS_ALONE : KEYS) === undefined;
-      case ' ': return true;
-      default: return !link.standsAlone && this.toolbox.keyed(event.key);
-    }
-  }
-
-  /** @param {() => void} change of what is seen */
-  #look(change) {
-    change();
-    this.moved();
-    return true;
-  }
-
   escape() {
+    this.wiggle.stop();
     if (this.hands.letGo()) return true;
     if (this.tool) {
       this.toolbox.leave();
       return true;
     }
+    this.clipboard.uncut();
     this.choose([], false, true);
     this.look(null);
-    return true;
-  }
-
-  /**
-   * The next entity.
-   * @param {number} by
-   */
-  #step(by) {
-    const ids = [...this.drawing.entities.keys()];
-    if (!ids.length) return true;
-    const [at] = this.scene.hot, i = ids.indexOf(at);
-    const id = ids[(i + by + ids.length + (i < 0 && by < 0 ? 1 : 0)) % ids.length];
-    this.#light([id], this.drawing.constraintsOn(id));
-    this.say(this.#nameOf(id));
-    return true;
-  }
-
-  #toggleHot() {
-    const [id] = this.scene.hot;
-    if (id) this.choose([id], true, false);
-    return true;
-  }
-
-  /** @param {number[]} arrow */
-  #nudge(arrow) {
-    const { selected } = this.scene;
-    if (!selected.size) return this.say('choose something to move first: N steps through the entities, Enter chooses') === undefined;
-    const step = this.view.step() * 10;
-    const by = this.view.rounded([-arrow[0] * step, arrow[1] * step]);
-    void this.edit(`drag ${[...selected].map(named).join(' ')} by ${written(by)}`);
-    return true;
-  }
-
-  #erase() {
-    const { selected } = this.scene;
-    if (selected.size) void this.edit(`erase ${[...selected].map(named).join(' ')}`);
     return true;
   }
 }

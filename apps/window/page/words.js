@@ -15,7 +15,7 @@ export const written = (p) => `${p[0]},${p[1]}`;
 export const placeText = (entity, place) => (place === 'whole' ? entity : `${entity}.${place}`);
 /** @param {number} count @param {string} noun */
 export const counted = (count, noun) =>
-  `${count} ${count === 1 ? noun : noun.endsWith('y') ? `${noun.slice(0, -1)}ies` : `${noun}s`}`;
+  `${count} ${count === 1 ? noun : noun.endsWith('y') ? `${noun.slice(0, -1)}ies` : `${noun}${noun.endsWith('ch') ? 'es' : 's'}`}`;
 
 /** @param {import('./types').Constraint} c */
 export const placesOf = (c) => c.refs.map((ref) => placeText(ref.entity, ref.point)).join('  ');

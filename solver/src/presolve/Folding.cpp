@@ -147,8 +147,10 @@ bool foldParallel(EquationBuilder& builder) {
     return foldDirections(builder, false);
 }
 
+/// Between an end and a whole line it says two things: that the end lies on the line, too. Two ends are tied before.
 bool foldPerpendicular(EquationBuilder& builder) {
-    return foldDirections(builder, true);
+    const bool isOfAnEnd = isEndPlace(builder.ref(0)) != isEndPlace(builder.ref(1));
+    return !isOfAnEnd && foldDirections(builder, true);
 }
 
 bool foldCollinear(EquationBuilder& builder) {
