@@ -23,6 +23,7 @@ Ids idsOf(const std::vector<Item>& items) {
 template <typename Item, typename Add>
 void addMissing(const std::vector<Item>& before, const std::vector<Item>& after, Ids known, Add add) {
     const Ids was = idsOf(before), is = idsOf(after);
+    known.reserve(known.size() + std::max(before.size(), after.size()));
     for (const std::vector<Item>* items : {&before, &after})
         for (const Item& item : *items)
             if (known.insert(item.id).second)
