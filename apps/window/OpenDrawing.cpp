@@ -8,12 +8,12 @@
 
 #include "apps/window/Answers.h"
 #include "apps/window/DrawingJson.h"
+#include "apps/window/ReportPage.h"
 #include "document/BlockContents.h"
 #include "document/text/DrawingError.h"
 #include "formats/FileIo.h"
 #include "formats/dxf/DxfWriter.h"
 #include "formats/json/JsonWriter.h"
-#include "report/page/HtmlReport.h"
 #include "report/picture/Svg.h"
 
 namespace holdfast::window {
@@ -134,6 +134,7 @@ const EditResult& OpenDrawing::doOne(std::string_view text, bool follows) {
     if (!result.outcome.done())
         return result;
     ++m_number;
+    m_changes.push_back(m_session->changes().back());
     if (std::holds_alternative<Undo>(*result.edit)) {
         m_undone.push_back(m_done.back());
         m_done.pop_back();
@@ -208,6 +209,7 @@ std::string OpenDrawing::discard() {
     const std::lock_guard lock(m_mutex);
     m_session = std::make_unique<Session>(m_opened);
     m_log.clear();
+    m_changes.clear();
     m_done.clear();
     m_undone.clear();
     m_saved = m_kept = ++m_number;
@@ -241,7 +243,7 @@ std::optional<OpenDrawing::Copy> OpenDrawing::copy(std::string_view what) {
     if (what == "picture.svg")
         return Copy{writePicture(document), "image/svg+xml", nameOf(".svg")};
     if (what == "report.html")
-        return Copy{writeHtmlReport(m_session->report()), "text/html", nameOf(".html")};
+        return Copy{reportPage(m_session->report(), m_session->results(), m_changes), "text/html", nameOf(".html")};
     if (what == "edits.edit")
         return Copy{editLog(), "text/plain", nameOf(".edit")};
     return std::nullopt;

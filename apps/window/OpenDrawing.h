@@ -84,7 +84,8 @@ private:
     Document m_opened;  ///< as the file has it
     std::unique_ptr<Session> m_session;
     std::vector<Logged> m_log;
-    std::vector<char> m_done, m_undone;  ///< by edit that can be taken back, or done again: belongs to the one before
+    std::vector<DrawingChange> m_changes;  ///< of the edits in the log that were done
+    std::vector<char> m_done, m_undone;    ///< by edit that can be taken back, or done again: belongs to the one before
     std::uint64_t m_number = 1, m_saved = 1, m_kept = 1;
     std::filesystem::file_time_type m_written{};  ///< the file, when it was looked at last
     bool m_isTakenUp = false;
