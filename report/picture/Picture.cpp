@@ -218,14 +218,22 @@ private:
     std::string marks() {
         const EntityIndex entities(m_request.document);
         std::vector<Mark> marks;
-        if (m_request.marks)
+        if (m_request.marks && m_request.crowd != nullptr)
+            marks = marksOf(changedConstraints(), entities, m_frame, m_request.notes.constraints);
+        else if (m_request.marks)
             marks = marksOf(m_request.document, entities, m_frame, m_request.notes.constraints);
-        if (m_request.crowd != nullptr)
-            std::erase_if(marks, [](const Mark& mark) { return mark.tone == MarkTone::kept; });
         if (m_request.names)
             for (Mark& name : namesOf(m_request.document))
                 marks.push_back(std::move(name));
         return drawMarks(marks, m_frame, m_ink, m_request.notes, m_request.dimensionLines, m_request.memory);
+    }
+
+    Document changedConstraints() const {
+        Document changed;
+        for (const Constraint& constraint : m_request.document.constraints)
+            if (m_request.notes.constraints.contains(constraint.id))
+                changed.constraints.push_back(constraint);
+        return changed;
     }
 
     const PictureRequest& m_request;
