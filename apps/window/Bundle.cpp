@@ -66,8 +66,11 @@ private:
         body.append(line).append("\n");
     }
 
-    /// Of "class X ...", "function x(...", "const x = ...".
+    /// Of "class X ...", "function x(...", "async function x(...", "const x = ...".
     static std::string nameIn(std::string_view declaration) {
+        constexpr std::string_view kAsync = "async ";
+        if (declaration.starts_with(kAsync))
+            declaration.remove_prefix(kAsync.size());
         const std::string_view rest = declaration.substr(declaration.find(' ') + 1);
         return std::string(rest.substr(0, rest.find_first_of(" (")));
     }
@@ -75,6 +78,23 @@ private:
     std::string m_text;
     std::unordered_set<std::string> m_known;
 };
+
+/// Bytes that people look at in the source of a page.
+constexpr std::size_t kMostReadable = 1 << 18;
+
+std::string escapedInElement(std::string_view json) {
+    std::string text;
+    for (const char c : json)
+        if (c == '<')
+            text += "\\u003c";
+        else if (c == '>')
+            text += "\\u003e";
+        else if (c == '&')
+            text += "\\u0026";
+        else
+            text += c;
+    return text;
+}
 
 /// RFC 1952, by the library that everybody has. Speed counts more than the last percents.
 std::string gzipped(std::string_view text) {
@@ -127,22 +147,10 @@ std::string bundled(std::string_view main) {
 }
 
 std::string heldJson(std::string_view id, std::string_view json) {
-    std::string text;
-    for (const char c : json)
-        if (c == '<')
-            text += "\\u003c";
-        else if (c == '>')
-            text += "\\u003e";
-        else if (c == '&')
-            text += "\\u0026";
-        else
-            text += c;
-    return "<script id=\"" + std::string(id) + "\" type=\"application/json\">" + text + "</script>";
-}
-
-std::string packedJson(std::string_view id, std::string_view json) {
-    return "<script id=\"" + std::string(id) + "\" type=\"application/json\" data-packed=\"gzip\">" +
-           inLetters(gzipped(json)) + "</script>";
+    const bool isPacked = json.size() > kMostReadable;
+    return "<script id=\"" + std::string(id) + "\" type=\"application/json\"" +
+           (isPacked ? " data-packed=\"gzip\">" + inLetters(gzipped(json)) : ">" + escapedInElement(json)) +
+           "</script>";
 }
 
 }  // namespace holdfast::window

@@ -14,10 +14,8 @@ std::string_view textOfAsset(std::string_view name);
 std::string bundled(std::string_view main);
 
 /// An element under an id that holds JSON for the page's script. No HTML reader takes a part of it for the element's
-/// end, no XML reader for markup.
+/// end, no XML reader for markup. More than people look at is packed as gzip does it, in the letters of base64;
+/// data-packed says so.
 std::string heldJson(std::string_view id, std::string_view json);
-
-/// The same in few bytes: packed as gzip does, in the letters of base64; data-packed says so.
-std::string packedJson(std::string_view id, std::string_view json);
 
 }  // namespace holdfast::window

@@ -30,27 +30,19 @@ void replace(std::string& page, std::string_view what, const std::string& with) 
 std::string pageAlone(const Document& document, const std::string& name, bool showsNames) {
     Json freedom = freedomJson(document);
     freedom["number"] = 1;
-    const Json answers{{"language", languageJson()},
-                       {"state",
-                        {{"number", 1},
-                         {"name", name},
-                         {"file", name},
-                         {"readOnly", true},
-                         {"takesSaves", false},
-                         {"unsaved", false},
-                         {"takenUp", false},
-                         {"canUndo", false},
-                         {"canRedo", false},
-                         {"names", showsNames},
-                         {"log", Json::array()},
-                         {"drawing", drawingJson(document)}}},
-                       {"freedom", std::move(freedom)}};
+    const Json state{{"number", 1},         {"name", name},        {"file", name},        {"readOnly", true},
+                     {"takesSaves", false}, {"unsaved", false},    {"takenUp", false},    {"canUndo", false},
+                     {"canRedo", false},    {"names", showsNames}, {"log", Json::array()}};
+    const std::string opened = textOf(state);
+    const std::string answers = "{\"language\":" + textOf(languageJson()) + ",\"freedom\":" + textOf(freedom) +
+                                ",\"state\":" + opened.substr(0, opened.size() - 1) +
+                                ",\"drawing\":" + drawingText(document) + "}}";
     std::string page(textOfAsset("index.html"));
     replace(page, "<link rel=\"icon\" href=\"icon.svg\">\n", std::string(kPolicyAlone));
     replace(page, "<link rel=\"stylesheet\" href=\"window.css\">",
             "<style>\n" + std::string(textOfAsset("window.css")) + "</style>");
     replace(page, "<script type=\"module\" src=\"window.js\"></script>",
-            heldJson("answers", textOf(answers)) + "\n<script type=\"module\">\n" + bundled("window.js") + "</script>");
+            heldJson("answers", answers) + "\n<script type=\"module\">\n" + bundled("window.js") + "</script>");
     return page;
 }
 

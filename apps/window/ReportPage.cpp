@@ -19,32 +19,6 @@ namespace {
 
 /// Entities over all states of the drawing whose freedom is told: about a second's work.
 constexpr std::size_t kMostDiagnosed = 40'000;
-/// Bytes that people look at in the page's source; more are packed.
-constexpr std::size_t kMostReadable = 1 << 18;
-
-template <class List, class Make>
-std::string listText(const List& list, const Make& make) {
-    std::string text = "[";
-    for (const auto& each : list)
-        text += (text.size() > 1 ? ",\n" : "") + textOf(make(each));
-    return text + "]";
-}
-
-/// Item by item: a large drawing as one value takes ten times the room of its text.
-std::string drawingText(const Document& document) {
-    Document small;
-    small.lengthUnit = document.lengthUnit;
-    small.references = document.references;
-    small.parameters = document.parameters;
-    const Json rest = drawingJson(small);
-    std::string entities = listText(document.entities, entityJson);
-    if (const std::string parts = textOf(rest["entities"]); !rest["entities"].empty())
-        entities = document.entities.empty() ? parts : entities.substr(0, entities.size() - 1) + "," + parts.substr(1);
-    return "{\"unit\":" + textOf(rest["unit"]) + ",\"entities\":" + entities +
-           ",\n\"constraints\":" + listText(document.constraints, constraintJson) +
-           ",\n\"parameters\":" + textOf(rest["parameters"]) + "}";
-}
-
 class StepsText {
 public:
     StepsText(const FateReport& report, std::span<const EditResult> results, std::span<const DrawingChange> changes)
@@ -180,10 +154,8 @@ std::string reportPage(FateReport report, std::span<const EditResult> results, s
     const FateReport whole = completed(std::move(report));
     const std::string json = StepsText(whole, results, changes).text();
     const std::string script = bundled("steps.js");
-    return writeHtmlReport(
-        whole, {.style = textOfAsset("steps.css"),
-                .data = json.size() > kMostReadable ? packedJson("steps-data", json) : heldJson("steps-data", json),
-                .script = script});
+    return writeHtmlReport(whole,
+                           {.style = textOfAsset("steps.css"), .data = heldJson("steps-data", json), .script = script});
 }
 
 }  // namespace holdfast::window

@@ -370,6 +370,18 @@ def a_large_drawing_opens(browser, folder):
     report.silent("a large drawing")
 
 
+def a_page_alone_of_a_large_drawing_opens(browser, folder):
+    path, page = pathlib.Path(folder) / "plates.json", pathlib.Path(folder) / "alone.html"
+    path.write_text(json.dumps(plates(600)))
+    subprocess.run([PROGRAM, "show", str(path), "-o", str(page)], check=True, capture_output=True)
+    size = page.stat().st_size / 3000
+    check(size < 200, f"it is packed: {size:.0f} bytes for an entity with its constraints")
+    report = Report(browser, page)
+    check(report.run("return [holdfast.drawing.entities.size, holdfast.drawing.constraints.size]") == [3000, 4800], "all of it is there")
+    report.wait("return holdfast.scene.freedom && holdfast.scene.freedom.freedom === 4200", "with what is free")
+    report.silent("a page alone of a large drawing")
+
+
 def main():
     if not (shutil.which("chromedriver") and (shutil.which("chromium") or shutil.which("chromium-browser"))):
         print("skipped: there is no chromium with its driver; install chromium-driver")
@@ -389,7 +401,8 @@ def main():
                 report.silent(test.__name__)
             paper_and_readers_without_scripts_get_the_still_pictures(browser, page)
             dark_and_narrow(browser, page)
-            for test in (one_edit_needs_no_buttons, refusals_are_steps, names_are_no_markup, a_large_drawing_opens):
+            for test in (one_edit_needs_no_buttons, refusals_are_steps, names_are_no_markup, a_large_drawing_opens,
+                         a_page_alone_of_a_large_drawing_opens):
                 test(browser, folder)
         finally:
             browser.quit()

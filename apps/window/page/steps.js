@@ -1,5 +1,6 @@
 // A report's pictures, alive: before and after all edits, or any one of them, with the rows that tell what became of what.
 
+import { heldBy } from './held.js';
 import { StepBar } from './stepbar.js';
 import { Pane } from './pane.js';
 import { constraintInWords } from './panel.js';
@@ -403,22 +404,9 @@ function wholeFreedom(states) {
   });
 }
 
-/**
- * What the page holds; large drawings packed.
- * @returns {Promise<import('./types').StepsData>}
- */
-async function held() {
-  const holder = byId('steps-data'), text = holder.textContent || '';
-  holder.remove();
-  if (!holder.dataset.packed) return JSON.parse(text);
-  const bytes = Uint8Array.from(atob(text), (letter) => letter.charCodeAt(0));
-  const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream('gzip'));
-  return JSON.parse(await new Response(stream).text());
-}
-
 async function start() {
   readGlyphs(/** @type {Element} */ (document.querySelector('svg.sheet')));
-  const steps = new Steps(await held());
+  const steps = new Steps(await heldBy(byId('steps-data')));
   Object.assign(window, { holdfast: steps });  // for the curious, at the console, and for tests
   steps.go(steps.data.steps.length > 1 ? -1 : 0);
   document.body.dataset.ready = 'yes';
