@@ -353,7 +353,8 @@ def names_are_no_markup(browser, folder):
 def a_large_drawing_opens(browser, folder):
     path = pathlib.Path(folder) / "plates.json"
     path.write_text(json.dumps(plates(600)))
-    report = Report(browser, report_on(folder, "drag g1.end by 1,1", "erase g8", drawing=path, name="plates"))
+    more = [f"drag g{number}.centre by 1,0" for number in range(4, 74, 5)]  # too many states to look for freedom in each
+    report = Report(browser, report_on(folder, "drag g1.end by 1,1", "erase g8", *more, drawing=path, name="plates"))
     check(report.run("return holdfast.panes.map((p) => p.drawing.entities.size)") == [3000, 2999], "all of it is there")
     report.key(".")
     check(report.run("return holdfast.panes.map((p) => p.drawing.entities.size)") == [3000, 3000], "before and after each edit")
@@ -366,6 +367,11 @@ def a_large_drawing_opens(browser, folder):
     report.button("Zoom in")
     report.wait("return holdfast.panes[1].painter.placed.length > 50", "and a closer look shows them")
     report.picture("report-large")
+    report.key(Keys.END, ",", "d")
+    check(report.find("[aria-label^='Colour']").get_attribute("disabled") and report.run("return holdfast.panes.every((p) => p.scene.fateInks)"),
+          "where freedom was not looked for there are no colours of it")
+    report.key("a", "d")
+    check(report.run("return holdfast.panes.every((p) => !p.scene.fateInks && p.scene.freedom.freedom > 4000)"), "before and after all edits it is told")
     check(report.run("return performance.getEntriesByType('resource').length") == 0, "nothing was fetched")
     report.silent("a large drawing")
 

@@ -100,6 +100,7 @@ export class StepBar {
 
   /** @param {Toggle} name */
   #toggle(name) {
+    if (this.toggles?.get(name)?.disabled) return;
     const isOn = !this.isOn(name);
     this.toggles?.get(name)?.setAttribute('aria-pressed', String(isOn));
     this.wishes.toggle(name, isOn);
@@ -110,9 +111,11 @@ export class StepBar {
     return this.toggles?.get(name)?.getAttribute('aria-pressed') === 'true';
   }
 
-  /** @param {number} place of an edit, from 0; all of them: -1 */
-  show(place) {
+  /** @param {number} place of an edit, from 0; all of them: -1 @param {boolean} tellsFreedom whether it is known there */
+  show(place, tellsFreedom) {
     this.place = place;
+    const freedom = this.toggles?.get('freedom');
+    if (freedom) freedom.disabled = !tellsFreedom;
     const last = this.steps.length - 1;
     this.all.setAttribute('aria-pressed', String(place < 0));
     this.first.disabled = this.previous.disabled = place === 0;

@@ -111,7 +111,7 @@ class Steps {
       return was && JSON.stringify(was) !== JSON.stringify(after.drawing.entities.get(id)) ? [was] : [];
     });
     this.told.show(step, this.place, this.panes, last > 0);
-    this.bar.show(this.place);
+    this.bar.show(this.place, this.panes.some((pane) => pane.scene.freedom !== null));
     this.lit = '';
     this.#light(null);
     this.#filter();
