@@ -328,6 +328,13 @@ def refusals_are_steps(browser, folder):
     report.silent("refusals")
 
 
+def what_lines_mean_is_told(browser, folder):
+    report = Report(browser, report_on(folder, "drag hole1 by 5,2", "undo", "erase rib", name="lines"))
+    lines = [span.text for span in browser.find_elements(By.CSS_SELECTOR, ".legend > span") if span.find_elements(By.CSS_SELECTOR, ".swatch")]
+    check(sorted(lines) == ["construction", "edited", "erased", "followed", "where it was"], f"those of edits on the way, too: {lines}")
+    report.silent("what lines mean")
+
+
 def names_are_no_markup(browser, folder):
     bad = "<img src=x onerror=document.title='taken'>"
     drawing = json.loads(pathlib.Path(DRAWING).read_text())
@@ -407,7 +414,7 @@ def main():
                 report.silent(test.__name__)
             paper_and_readers_without_scripts_get_the_still_pictures(browser, page)
             dark_and_narrow(browser, page)
-            for test in (one_edit_needs_no_buttons, refusals_are_steps, names_are_no_markup, a_large_drawing_opens,
+            for test in (one_edit_needs_no_buttons, refusals_are_steps, what_lines_mean_is_told, names_are_no_markup, a_large_drawing_opens,
                          a_page_alone_of_a_large_drawing_opens):
                 test(browser, folder)
         finally:

@@ -67,6 +67,7 @@ class Steps {
     this.section.prepend(this.bar.root);
     still.before(stages);
     this.section.append(this.told.root);
+    this.#explain();
     const leftOut = this.section.querySelector('.left-out');
     leftOut?.remove();
     if (this.isCrowd) this.section.querySelector('.legend')?.prepend(element('span', '', 'the signs of what was kept come with a closer look'));
@@ -82,6 +83,27 @@ class Steps {
     const share = box ? (box[3] - box[1]) / (box[2] - box[0] || 1) + 0.12 : 0.6;
     const highest = isWide || isOne ? 0.5 : 1.1, lowest = isWide ? 0.12 : isOne ? 0.3 : 0.45;
     for (const { stage } of this.panes) stage.style.aspectRatio = `1 / ${Math.min(highest, Math.max(lowest, share))}`;
+  }
+
+  /** Lines that edits on the way have and all of them together have not. */
+  #explain() {
+    const legend = this.section.querySelector('.legend'), svg = 'http://www.w3.org/2000/svg';
+    const fates = new Set(this.data.steps.flatMap((step) => step.entities.map((each) => each.class)));
+    const lines = [['erased', 'e erased'], ['edited', 'e edited'], ['created', 'e created'], ['followed', 'e followed']]
+      .filter(([fate]) => fates.has(fate));
+    if (this.data.steps.some((step) => step.change)) lines.push(['where it was', 'ghost']);
+    for (const [words, className] of lines) {
+      if (!legend || legend.querySelector(`.${className.replace(' ', '.')}`)) continue;
+      const item = element('span'), swatch = document.createElementNS(svg, 'svg'), path = document.createElementNS(svg, 'path');
+      swatch.setAttribute('class', 'swatch');
+      swatch.setAttribute('viewBox', '0 0 28 8');
+      swatch.setAttribute('aria-hidden', 'true');
+      path.setAttribute('class', className);
+      path.setAttribute('d', 'M1 4H27');
+      swatch.append(path);
+      item.append(swatch, words);
+      legend.insertBefore(item, legend.querySelector('.keys'));
+    }
   }
 
   /** The drawing's box before and after all edits. */
