@@ -10,11 +10,11 @@
 #include "apps/cli/telling/Progress.h"
 #include "apps/cli/telling/Teller.h"
 #include "apps/cli/telling/Terminal.h"
+#include "apps/window/ReportPage.h"
 #include "editing/text/EditText.h"
 #include "hosting/DocumentSketch.h"
 #include "report/page/BeforeAfter.h"
 #include "report/page/FateTable.h"
-#include "report/page/HtmlReport.h"
 #include "report/page/ReportObject.h"
 
 namespace holdfast::cli {
@@ -28,7 +28,9 @@ std::string refusalOf(const EditOptions& options, std::size_t edit, const std::s
     return options.edits.size() == 1 || error.starts_with("edit \"") ? error : options.edits[edit] + ": " + error;
 }
 
-void applyAll(Session& session, const EditOptions& options) {
+/// What each edit has changed, where there is to be a page that steps through them.
+std::vector<DrawingChange> applyAll(Session& session, const EditOptions& options) {
+    std::vector<DrawingChange> changes;
     Progress progress("edits", options.edits.size());
     for (std::size_t i = 0; i < options.edits.size(); ++i) {
         session.giveTies(!options.noTies && (options.ties.empty() || options.ties[i]));
@@ -39,8 +41,11 @@ void applyAll(Session& session, const EditOptions& options) {
             report.line = options.script.empty() ? 0 : options.lines[i];
             throw ReportedError(std::move(report));
         }
+        if (!options.report.empty())
+            changes.push_back(session.changes().back());
         progress.step();
     }
+    return changes;
 }
 
 void tell(const FateReport& report, const EditOptions& options, Teller& teller) {
@@ -74,11 +79,11 @@ int editOne(const EditOptions& options, Teller& teller) {
                         teller.wantsJson());
     DrawingFile file = readDrawingFor(options.output, options.drawing);
     Session session(std::move(file.document));
-    applyAll(session, options);
+    const std::vector<DrawingChange> changes = applyAll(session, options);
     const FateReport report = reportOf(session);
     outputs.addDrawing(options.output, session.document(), file);
     if (!options.report.empty())
-        outputs.add(options.report, writeHtmlReport(report));
+        outputs.add(options.report, window::reportPage(report, session.results(), changes));
     if (!options.picture.empty())
         outputs.add(options.picture, writeBeforeAfter(report, options.ids));
     if (!outputs.write([&] { tell(report, options, teller); }))

@@ -8,12 +8,12 @@
 #include "apps/cli/telling/Progress.h"
 #include "apps/cli/telling/Teller.h"
 #include "apps/cli/telling/Terminal.h"
+#include "apps/window/ReportPage.h"
 #include "document/formulas/Calculation.h"
 #include "document/text/DrawingError.h"
 #include "editing/Refusal.h"
 #include "editing/fates/Fates.h"
 #include "hosting/DocumentSketch.h"
-#include "report/page/HtmlReport.h"
 
 namespace holdfast::cli {
 
@@ -188,10 +188,11 @@ void addResults(const SolveOptions& options, const DrawingTarget& target, const 
     const Document after = solved(found, sketch);
     outputs.addDrawing(target, after, from);
     if (!options.report.empty()) {
-        Fates fates = fatesBetween(found.document, after, {}, 0);
-        FateReport report = runReport(found.document, after, {EditOutcome{"solve", {}}}, {fates});
+        const EditResult result{.outcome = {"solve", {}}, .fates = fatesBetween(found.document, after, {}, 0)};
+        FateReport report = runReport(found.document, after, {result.outcome}, {result.fates});
         report.solver = {found.diagnosis.freedom, found.result.iterations, found.result.residual};
-        outputs.add(options.report, writeHtmlReport(report));
+        const DrawingChange change = window::changeBetween(found.document, after);
+        outputs.add(options.report, window::reportPage(report, {&result, 1}, {&change, 1}));
     }
 }
 

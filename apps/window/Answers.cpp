@@ -58,7 +58,9 @@ Json entitiesFreedom(const Document& document) {
         for (const FreeMotion& motion : freedom[i].motions.motions)
             motions.push_back(motionJson(motion));
         const bool isFree = freedom[i].motions.isFree || !motions.empty();
-        json[document.entities[i].id] = {{"words", freedom[i].words}, {"free", isFree}, {"motions", motions}};
+        // By name it would look for it among all that are there.
+        json.get_ref<Json::object_t&>().emplace_back(
+            document.entities[i].id, Json{{"words", freedom[i].words}, {"free", isFree}, {"motions", motions}});
     }
     return json;
 }

@@ -20,4 +20,13 @@ Json languageJson();
 /// JSON as it goes out; text that is no UTF-8 is mended.
 std::string textOf(const Json& json);
 
+/// An array of what make() gives of each item, a line each.
+template <class List, class Make>
+std::string listText(const List& list, const Make& make) {
+    std::string text = "[";
+    for (const auto& each : list)
+        text += (text.size() > 1 ? ",\n" : "") + textOf(make(each));
+    return text + "]";
+}
+
 }  // namespace holdfast::window

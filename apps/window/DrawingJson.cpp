@@ -5,6 +5,7 @@
 #include <string>
 #include <unordered_set>
 
+#include "apps/window/Answers.h"
 #include "document/BlockContents.h"
 #include "document/Names.h"
 #include "report/page/Wording.h"
@@ -159,6 +160,20 @@ Json drawingJson(const Document& document) {
         json["constraints"].push_back(constraintJson(constraint));
     json["parameters"] = parametersJson(document.parameters);
     return json;
+}
+
+std::string drawingText(const Document& document) {
+    Document small;
+    small.lengthUnit = document.lengthUnit;
+    small.references = document.references;
+    small.parameters = document.parameters;
+    const Json rest = drawingJson(small);
+    std::string entities = listText(document.entities, entityJson);
+    if (const std::string parts = textOf(rest["entities"]); !rest["entities"].empty())
+        entities = document.entities.empty() ? parts : entities.substr(0, entities.size() - 1) + "," + parts.substr(1);
+    return "{\"unit\":" + textOf(rest["unit"]) + ",\"entities\":" + entities +
+           ",\n\"constraints\":" + listText(document.constraints, constraintJson) +
+           ",\n\"parameters\":" + textOf(rest["parameters"]) + "}";
 }
 
 Json changeJson(const DrawingChange& change) {

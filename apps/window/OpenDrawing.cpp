@@ -9,12 +9,12 @@
 #include "apps/window/Answers.h"
 #include "apps/window/DrawingJson.h"
 #include "apps/window/DroppedFile.h"
+#include "apps/window/ReportPage.h"
 #include "document/BlockContents.h"
 #include "document/text/DrawingError.h"
 #include "formats/FileIo.h"
 #include "formats/dxf/DxfWriter.h"
 #include "formats/json/JsonWriter.h"
-#include "report/page/HtmlReport.h"
 #include "report/picture/Svg.h"
 
 namespace holdfast::window {
@@ -57,9 +57,10 @@ struct OpenDrawing::Shown {
     fs::path unsaved = file.unsaved();  ///< where edits are kept
     std::unique_ptr<Session> session = std::make_unique<Session>(opened);
     std::vector<Logged> log{};
-    std::vector<char> done{}, undone{};  ///< by edit that can be taken back, or done again: belongs to the one before
-    bool isSaved = true, isKept = true;  ///< the file has all edits, or what is kept beside it
-    fs::file_time_type written{};        ///< the file, when it was looked at last
+    std::vector<DrawingChange> changes{};  ///< of the edits in the log that were done
+    std::vector<char> done{}, undone{};    ///< by edit that can be taken back, or done again: belongs to the one before
+    bool isSaved = true, isKept = true;    ///< the file has all edits, or what is kept beside it
+    fs::file_time_type written{};          ///< the file, when it was looked at last
     bool isTakenUp = false;
 };
 
@@ -164,6 +165,7 @@ const EditResult& OpenDrawing::doOne(std::string_view text, bool follows) {
         return result;
     ++m_number;
     m_shown->isSaved = m_shown->isKept = false;
+    m_shown->changes.push_back(m_shown->session->changes().back());
     if (std::holds_alternative<Undo>(*result.edit)) {
         m_shown->undone.push_back(m_shown->done.back());
         m_shown->done.pop_back();
@@ -241,6 +243,7 @@ std::string OpenDrawing::discard() {
     const std::lock_guard lock(m_mutex);
     m_shown->session = std::make_unique<Session>(m_shown->opened);
     m_shown->log.clear();
+    m_shown->changes.clear();
     m_shown->done.clear();
     m_shown->undone.clear();
     ++m_number;
@@ -338,7 +341,8 @@ std::optional<OpenDrawing::Copy> OpenDrawing::copy(std::string_view what) {
     if (what == "picture.svg")
         return Copy{writePicture(document), "image/svg+xml", nameOf(".svg")};
     if (what == "report.html")
-        return Copy{writeHtmlReport(m_shown->session->report()), "text/html", nameOf(".html")};
+        return Copy{reportPage(m_shown->session->report(), m_shown->session->results(), m_shown->changes), "text/html",
+                    nameOf(".html")};
     if (what == "edits.edit")
         return Copy{editLog(), "text/plain", nameOf(".edit")};
     return std::nullopt;

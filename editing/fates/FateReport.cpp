@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 #include <unordered_set>
 #include <utility>
 
@@ -12,7 +13,7 @@ namespace {
 using Ids = std::unordered_set<std::string_view>;
 
 template <typename Item>
-Ids idsOf(const std::vector<Item>& items) {
+Ids idsOf(std::span<const Item> items) {
     Ids ids(items.size());
     for (const Item& item : items)
         ids.insert(item.id);
@@ -20,13 +21,30 @@ Ids idsOf(const std::vector<Item>& items) {
 }
 
 /// Calls add(id, wasThere, isThere) for every item of either list that is not in `known`, in drawing order.
+/// Most edits touch a few places of a drawing: what begins and ends both lists need not be looked up.
 template <typename Item, typename Add>
 void addMissing(const std::vector<Item>& before, const std::vector<Item>& after, Ids known, Add add) {
-    const Ids was = idsOf(before), is = idsOf(after);
-    for (const std::vector<Item>* items : {&before, &after})
-        for (const Item& item : *items)
+    const auto isSame = [](const Item& one, const Item& other) { return one.id == other.id; };
+    const auto begin = std::mismatch(before.begin(), before.end(), after.begin(), after.end(), isSame);
+    const auto end = std::mismatch(before.rbegin(), std::make_reverse_iterator(begin.first), after.rbegin(),
+                                   std::make_reverse_iterator(begin.second), isSame);
+    const std::span<const Item> head(before.begin(), begin.first), middle(begin.first, end.first.base()),
+        tail(end.first.base(), before.end()), newMiddle(begin.second, end.second.base());
+    const Ids was = idsOf(middle), is = idsOf(newMiddle);
+    const auto addKept = [&](std::span<const Item> items) {
+        for (const Item& item : items)
+            if (!known.contains(item.id))
+                add(item.id, true, true);
+    };
+    const auto addOthers = [&](std::span<const Item> items) {
+        for (const Item& item : items)
             if (known.insert(item.id).second)
-                add(item.id, was.count(item.id) > 0, is.count(item.id) > 0);
+                add(item.id, was.contains(item.id), is.contains(item.id));
+    };
+    addKept(head);
+    addOthers(middle);
+    addKept(tail);
+    addOthers(newMiddle);
 }
 
 template <typename Outcome>

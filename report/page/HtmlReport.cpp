@@ -24,7 +24,7 @@ constexpr std::array kFilteredFates{ConstraintFate::deleted, ConstraintFate::reP
 
 class Page {
 public:
-    explicit Page(const FateReport& report) : m_report(report), m_index(report) {
+    Page(const FateReport& report, const LiveView* view) : m_report(report), m_index(report), m_view(view) {
         m_window = windowOf(report.before);
         m_window.add(windowOf(report.after));
         m_wide = m_window.width() > kWideFrom * m_window.height();
@@ -35,8 +35,8 @@ public:
         return "<!DOCTYPE html>\n<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\">\n" + head() + "<body>\n" +
                filters() + "<div class=\"page\">\n" + header() + summary() + "<main>\n" + panes() +
                constraintSection(m_report, m_index) + entitySection(m_report, m_index) + parameterSection(m_report) +
-               "</main>\n" + footer() + "</div>\n<div id=\"tip\" hidden=\"hidden\"></div>\n<script>/*<![CDATA[*/\n" +
-               std::string(kReportScript) + "/*]]>*/</script>\n</body>\n</html>\n";
+               "</main>\n" + footer() + "</div>\n<div id=\"tip\" hidden=\"hidden\"></div>\n" + script() +
+               "</body>\n</html>\n";
     }
 
 private:
@@ -54,7 +54,16 @@ private:
                title() +
                ": what the edits kept</title>\n"
                "<style>/*<![CDATA[*/\n" +
-               std::string(kPictureStyle) + std::string(kReportStyle) + "/*]]>*/</style>\n</head>\n";
+               std::string(kPictureStyle) + std::string(kReportStyle) +
+               std::string(m_view == nullptr ? std::string_view() : m_view->style) + "/*]]>*/</style>\n</head>\n";
+    }
+
+    std::string script() const {
+        constexpr std::string_view kEnd = "/*]]>*/</script>\n";
+        if (m_view == nullptr)
+            return "<script>/*<![CDATA[*/\n" + std::string(kReportScript) + std::string(kEnd);
+        return m_view->data + "\n<script type=\"module\">/*<![CDATA[*/\n" + std::string(m_view->script) +
+               std::string(kEnd);
     }
 
     /// Check boxes before everything that they filter: styles alone do the rest.
@@ -170,15 +179,17 @@ private:
                            "aria-hidden=\"true\">" +
                            glyphSheet() + "</svg>\n<div class=\"panes\">\n";
         SpotMemory memory;
+        Crowd crowd;
+        Crowd* const shared = isCrowd(m_report) ? &crowd : nullptr;
         if (!m_same)
-            text += pane("Before", m_report.before, m_index.notesBefore(), frame, nullptr, memory);
+            text += pane("Before", m_report.before, m_index.notesBefore(), frame, nullptr, memory, shared);
         text += pane(m_same ? "Drawing" : "After", m_report.after, m_index.notesAfter(), frame,
-                     m_same ? nullptr : &m_report.before, memory);
+                     m_same ? nullptr : &m_report.before, memory, shared);
         return text + "</div>\n" + legend() + "</section>\n";
     }
 
     static std::string pane(std::string_view name, const Document& document, const PictureNotes& notes,
-                            const Frame& frame, const Document* ghost, SpotMemory& memory) {
+                            const Frame& frame, const Document* ghost, SpotMemory& memory, Crowd* crowd) {
         const std::string width = decimal(frame.width, 2), height = decimal(frame.height, 2);
         return "<figure>\n<figcaption><h2>" + std::string(name) + "</h2><span>" +
                counted(document.entities.size(), "entity") + ", " + counted(document.constraints.size(), "constraint") +
@@ -192,7 +203,9 @@ private:
                             .marks = true,
                             .dimensionLines = true,
                             .names = false,
-                            .memory = &memory}) +
+                            .memory = &memory,
+                            .colours = nullptr,
+                            .crowd = crowd}) +
                "</svg>\n</figure>\n";
     }
 
@@ -219,6 +232,8 @@ private:
             text += swatch("e fixed", "fixed");
         if (!m_same)
             text += swatch("ghost", "where it was");
+        if (isCrowd(m_report))
+            text += "<span class=\"left-out\">the pictures leave out the signs of what was kept</span> ";
         return text +
                "<span class=\"keys\">Drag to pan, Ctrl + wheel to zoom, double click for a closer look; click a row to "
                "find it.</span></p>\n";
@@ -235,6 +250,7 @@ private:
 
     const FateReport& m_report;
     ReportIndex m_index;
+    const LiveView* m_view;
     Box m_window;
     bool m_wide = false, m_same = false;
 };
@@ -243,7 +259,11 @@ private:
 
 std::string writeHtmlReport(FateReport report) {
     const FateReport whole = completed(std::move(report));
-    return Page(whole).text();
+    return Page(whole, nullptr).text();
+}
+
+std::string writeHtmlReport(const FateReport& whole, const LiveView& view) {
+    return Page(whole, &view).text();
 }
 
 }  // namespace holdfast::report

@@ -2,6 +2,7 @@
 
 #include "report/page/ParameterFates.h"
 
+#include <algorithm>
 #include <span>
 
 #include "report/marks/Glyphs.h"
@@ -13,6 +14,8 @@ namespace holdfast::report {
 namespace {
 
 constexpr std::size_t kLongestOpenList = 12;  // kept constraints beyond this wait behind a fold
+constexpr std::size_t kCrowd = 6000;          // entities and constraints from which browsers open a page of them slowly
+constexpr std::size_t kMostRows = 2000;       // of a crowd
 
 std::string cell(std::string_view classes, const std::string& content) {
     return "<td class=\"" + std::string(classes) + "\">" + content + "</td>";
@@ -47,6 +50,19 @@ public:
             m_withEdit = m_withEdit || (report.edits.size() > 1 && outcome.edit.has_value());
     }
 
+    /// A line each, as a reader of the table would read it aloud.
+    std::string lines(std::span<const ConstraintOutcome> outcomes) const {
+        std::string text;
+        for (const ConstraintOutcome& outcome : outcomes) {
+            std::string why = explanation(outcome, "\u2192");
+            if (outcome.fate != ConstraintFate::kept)
+                why = std::string(fateName(outcome.fate)) + (why.empty() ? "" : ": ") + why;
+            text += escaped(titleOf(m_index, outcome.constraint) + besides(outcome.constraint));
+            text += (why.empty() ? "" : "  ") + escaped(why) + "\n";
+        }
+        return "<pre class=\"ids\">" + text + "</pre>\n";
+    }
+
     std::string table(std::span<const ConstraintOutcome> outcomes) const {
         std::string text =
             "<table class=\"constraints\">\n<thead><tr><th scope=\"col\">Fate</th><th scope=\"col\">Id"
@@ -73,6 +89,15 @@ private:
         return text + cell("why", movesText(outcome) + escaped(outcome.reason)) + "</tr>\n";
     }
 
+    std::string besides(const std::string& id) const {
+        const Constraint* constraint = m_index.constraint(id);
+        if (constraint == nullptr)
+            return {};
+        return (constraint->name.empty() ? "" : "  " + constraint->name) +
+               (constraint->formula.empty() ? "" : "  = " + constraint->formula) +
+               (constraint->active ? "" : "  (switched off)");
+    }
+
     static std::string kindText(const Constraint* constraint) {
         if (constraint == nullptr)
             return {};
@@ -93,6 +118,11 @@ private:
 std::string section(std::string_view id, std::string_view heading, const std::string& content) {
     return "<section id=\"" + std::string(id) + "\">\n<h2>" + std::string(heading) + "</h2>\n" + content +
            "</section>\n";
+}
+
+/// What a table has no more rows for.
+std::string folded(const std::string& count, const std::string& lines) {
+    return "<details><summary>" + count + " more</summary>\n" + lines + "</details>\n";
 }
 
 std::string entityRow(const EntityOutcome& outcome, const ReportIndex& index, const std::string& unit) {
@@ -137,6 +167,10 @@ std::string fateIcon(std::string_view classes) {
     return {};
 }
 
+bool isCrowd(const FateReport& report) {
+    return report.constraints.size() + report.entities.size() > kCrowd;
+}
+
 std::string constraintSection(const FateReport& report, const ReportIndex& index) {
     if (report.constraints.empty())
         return section("constraints", "Constraints", "<p class=\"none\">The drawing has none.</p>\n");
@@ -144,25 +178,35 @@ std::string constraintSection(const FateReport& report, const ReportIndex& index
     const std::span<const ConstraintOutcome> all(report.constraints);
     const std::size_t kept = countFates(report.constraints)[static_cast<std::size_t>(ConstraintFate::kept)];
     const std::size_t changed = all.size() - kept;
+    const std::size_t listed = isCrowd(report) ? std::min(changed, kMostRows) : changed;
     std::string content =
-        changed == 0 ? "<p class=\"none\">Every constraint was kept.</p>\n" : rows.table(all.first(changed));
+        changed == 0 ? "<p class=\"none\">Every constraint was kept.</p>\n" : rows.table(all.first(listed));
+    if (listed < changed)
+        content += folded(counted(changed - listed, "constraint"), rows.lines(all.subspan(listed, changed - listed)));
     if (kept > 0)
         content += std::string("<details class=\"keeps\"") + (kept <= kLongestOpenList ? " open=\"open\"" : "") +
-                   "><summary>" + counted(kept, "constraint") + " kept</summary>\n" + rows.table(all.last(kept)) +
-                   "</details>\n";
+                   "><summary>" + counted(kept, "constraint") + " kept</summary>\n" +
+                   (isCrowd(report) ? rows.lines(all.last(kept)) : rows.table(all.last(kept))) + "</details>\n";
     return section("constraints", "Constraints", content);
 }
 
 std::string entitySection(const FateReport& report, const ReportIndex& index) {
-    std::string rows, untouched;
-    std::size_t rest = 0;
+    std::string rows, lines, untouched;
+    std::size_t listed = 0, unlisted = 0, rest = 0;
     for (const EntityOutcome& outcome : report.entities) {
         if (outcome.fate == EntityFate::untouched) {
-            untouched +=
-                "<span" + attribute("data-e", idToken(outcome.entity)) + ">" + escaped(outcome.entity) + "</span> ";
+            untouched += isCrowd(report) ? escaped(outcome.entity) + " "
+                                         : "<span" + attribute("data-e", idToken(outcome.entity)) + ">" +
+                                               escaped(outcome.entity) + "</span> ";
             ++rest;
+        } else if (isCrowd(report) && listed == kMostRows) {
+            lines += escaped(outcome.entity + ": " + std::string(fateName(outcome.fate)) + "  " +
+                             explanation(outcome, report.after.lengthUnit, "\u2192")) +
+                     "\n";
+            ++unlisted;
         } else {
             rows += entityRow(outcome, index, report.after.lengthUnit);
+            ++listed;
         }
     }
     std::string content = rows.empty() ? "<p class=\"none\">No entity changed.</p>\n"
@@ -170,6 +214,8 @@ std::string entitySection(const FateReport& report, const ReportIndex& index) {
                                          "<th scope=\"col\">Id</th><th scope=\"col\">Kind</th><th scope=\"col\">How far"
                                          "</th></tr></thead>\n<tbody>\n" +
                                              rows + "</tbody>\n</table>\n";
+    if (unlisted > 0)
+        content += folded(counted(unlisted, "entity"), "<pre class=\"ids\">" + lines + "</pre>\n");
     if (rest > 0)
         content += "<details><summary>" + counted(rest, "entity") + " untouched</summary>\n<p class=\"ids\">" +
                    untouched + "</p></details>\n";

@@ -15,7 +15,11 @@ std::string_view fateClass(EntityFate fate);
 /// A small sign for a fate, told apart by its form as well as its colour.
 std::string fateIcon(std::string_view fateClass);
 
-/// The table of constraints: what was deleted first; what was kept behind a fold when it is long.
+/// A drawing too large to be drawn and listed with an element for each thing in it.
+bool isCrowd(const FateReport& report);
+
+/// The table of constraints: what was deleted first; what was kept behind a fold when it is long. Of a crowd what
+/// was kept is a line each, and so is what comes after some thousand rows.
 std::string constraintSection(const FateReport& report, const ReportIndex& index);
 
 /// The table of entities that the edits touched, and the list of those that they did not.

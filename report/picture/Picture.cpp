@@ -1,8 +1,11 @@
 #include "report/picture/Picture.h"
 
 #include <array>
+#include <map>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "document/BlockContents.h"
 #include "report/labels/LabelPlacer.h"
@@ -16,6 +19,8 @@ namespace holdfast::report {
 namespace {
 
 constexpr int kPlaces = 2;  // a hundredth of a picture unit: not seen before a fiftyfold enlargement
+constexpr std::size_t kOutlinesOfAPath = 1000;
+constexpr std::size_t kTouched = 3;  // the layer on top
 
 std::string_view className(EntityTone tone) {
     static constexpr std::array<std::string_view, 5> names{"", "edited", "followed", "created", "erased"};
@@ -42,15 +47,49 @@ std::string classesOf(const Entity& entity, EntityTone tone) {
 /// Reference geometry lies at the bottom, what the edit touched on top.
 std::size_t layerOf(const Entity& entity, EntityTone tone) {
     if (tone != EntityTone::plain)
-        return 3;
+        return kTouched;
     return entity.fixed ? 0 : entity.construction ? 1 : 2;
 }
 
-std::string pointElement(Vec2 at, const std::string& classes, const std::string& tokens, bool fixed) {
-    return "<g" + attribute("class", classes + " point") + attribute("data-e", tokens) + " transform=\"translate(" +
-           decimal(at.x, kPlaces) + " " + decimal(at.y, kPlaces) + ")\"><path class=\"z\" d=\"" +
+std::string pointElement(Vec2 at, const std::string& classes, const std::string& named, bool fixed) {
+    return "<g" + attribute("class", classes + " point") + named + " transform=\"translate(" + decimal(at.x, kPlaces) +
+           " " + decimal(at.y, kPlaces) + ")\"><path class=\"z\" d=\"" +
            (fixed ? "M-4.5 0H4.5M0 -4.5V4.5" : "M-3 -3L3 3M-3 3L3 -3") + "\"/></g>\n";
 }
+
+/// Outlines of many entities that look alike, as few elements.
+class GatheredPaths {
+public:
+    void add(const std::string& classes, const std::string& path) {
+        Gathered& gathered = m_byClasses[classes];
+        gathered.path += path;
+        if (++gathered.count == kOutlinesOfAPath)
+            end(classes, gathered);
+    }
+
+    std::string taken() {
+        for (auto& [classes, gathered] : m_byClasses)
+            if (gathered.count > 0)
+                end(classes, gathered);
+        m_byClasses.clear();
+        return std::exchange(m_elements, {});
+    }
+
+private:
+    struct Gathered {
+        std::string path;
+        std::size_t count = 0;
+    };
+
+    void end(const std::string& classes, Gathered& gathered) {
+        m_elements += "<path" + attribute("class", classes) + " vector-effect=\"non-scaling-stroke\" d=\"" +
+                      gathered.path + "\"/>\n";
+        gathered = {};
+    }
+
+    std::map<std::string, Gathered> m_byClasses;
+    std::string m_elements;
+};
 
 class BodyWriter {
 public:
@@ -70,6 +109,8 @@ public:
     }
 
 private:
+    using Layers = std::array<std::string, kTouched + 1>;
+
     std::string ghost() const {
         if (m_request.ghost == nullptr)
             return {};
@@ -102,17 +143,35 @@ private:
     }
 
     std::string geometry() {
-        std::array<std::string, 4> layers;
-        for (const Entity& entity : m_request.document.entities) {
-            const EntityTone tone = toneOf(entity.id);
-            layers[layerOf(entity, tone)] += element(entity, classesIn(entity, tone), idToken(entity.id));
-        }
+        const bool refers = m_request.crowd != nullptr && m_request.crowd->isDrawn;
+        Layers layers;
+        for (const Entity& entity : m_request.document.entities)
+            if (const EntityTone tone = toneOf(entity.id); !refers || tone != EntityTone::plain)
+                add(entity, tone, idToken(entity.id), layers);
         for (const BlockReference& reference : m_request.document.references)
-            addParts(reference, layers);
-        std::string all = "<g class=\"geometry\">\n";
-        for (const std::string& layer : layers)
-            all += layer;
-        return all + "</g>\n";
+            if (const EntityTone tone = toneOf(reference.id); !refers || tone != EntityTone::plain)
+                addParts(reference, tone, layers);
+        std::string untouched;
+        for (std::size_t i = 0; i < kTouched; ++i)
+            untouched += m_gathered[i].taken() + layers[i];
+        if (refers)
+            untouched = "<use href=\"#untouched\"/>\n";
+        else if (m_request.crowd != nullptr)
+            untouched = "<g id=\"untouched\">\n" + untouched + "</g>\n";
+        if (m_request.crowd != nullptr)
+            m_request.crowd->isDrawn = true;
+        return "<g class=\"geometry\">\n" + untouched + layers[kTouched] + "</g>\n";
+    }
+
+    void add(const Entity& entity, EntityTone tone, const std::string& tokens, Layers& layers) {
+        const std::string classes = classesIn(entity, tone);
+        const std::size_t layer = layerOf(entity, tone);
+        if (m_request.crowd == nullptr || tone != EntityTone::plain)
+            layers[layer] += element(entity, classes, attribute("data-e", tokens));
+        else if (std::holds_alternative<PointShape>(entity.shape) || std::holds_alternative<TextShape>(entity.shape))
+            layers[layer] += element(entity, classes, {});
+        else
+            m_gathered[layer].add(classes, pathOf(entity));
     }
 
     EntityTone toneOf(const std::string& id) const {
@@ -126,26 +185,26 @@ private:
     }
 
     /// Parts carry the name of the reference besides their own.
-    void addParts(const BlockReference& reference, std::array<std::string, 4>& layers) {
-        const EntityTone tone = toneOf(reference.id);
-        forEachShownPart(reference, [&](Entity&& part) {
-            layers[layerOf(part, tone)] +=
-                element(part, classesIn(part, tone), idToken(part.id) + " " + idToken(reference.id));
-        });
+    void addParts(const BlockReference& reference, EntityTone tone, Layers& layers) {
+        forEachShownPart(
+            reference, [&](Entity&& part) { add(part, tone, idToken(part.id) + " " + idToken(reference.id), layers); });
     }
 
-    std::string element(const Entity& entity, const std::string& classes, const std::string& tokens) {
+    std::string element(const Entity& entity, const std::string& classes, const std::string& named) {
         if (const auto* point = std::get_if<PointShape>(&entity.shape)) {
             m_ink.addSpot(m_frame.toPicture(point->position));
-            return pointElement(m_frame.toPicture(point->position), classes, tokens, entity.fixed);
+            return pointElement(m_frame.toPicture(point->position), classes, named, entity.fixed);
         }
         if (const auto* text = std::get_if<TextShape>(&entity.shape))
-            return textElement(*text, m_frame, attribute("class", classes + " text") + attribute("data-e", tokens),
-                               kPlaces);
+            return textElement(*text, m_frame, attribute("class", classes + " text") + named, kPlaces);
+        return "<path" + attribute("class", classes) + named + " vector-effect=\"non-scaling-stroke\" d=\"" +
+               pathOf(entity) + "\"/>\n";
+    }
+
+    std::string pathOf(const Entity& entity) {
         const Outline outline = outlineOf(entity.shape, m_reach, m_tolerance);
         addInk(outline);
-        return "<path" + attribute("class", classes) + attribute("data-e", tokens) +
-               " vector-effect=\"non-scaling-stroke\" d=\"" + pathData(outline, m_frame, kPlaces) + "\"/>\n";
+        return pathData(outline, m_frame, kPlaces);
     }
 
     void addInk(const Outline& outline) {
@@ -159,7 +218,9 @@ private:
     std::string marks() {
         const EntityIndex entities(m_request.document);
         std::vector<Mark> marks;
-        if (m_request.marks)
+        if (m_request.marks && m_request.crowd != nullptr)
+            marks = marksOf(changedConstraints(), entities, m_frame, m_request.notes.constraints);
+        else if (m_request.marks)
             marks = marksOf(m_request.document, entities, m_frame, m_request.notes.constraints);
         if (m_request.names)
             for (Mark& name : namesOf(m_request.document))
@@ -167,11 +228,20 @@ private:
         return drawMarks(marks, m_frame, m_ink, m_request.notes, m_request.dimensionLines, m_request.memory);
     }
 
+    Document changedConstraints() const {
+        Document changed;
+        for (const Constraint& constraint : m_request.document.constraints)
+            if (m_request.notes.constraints.contains(constraint.id))
+                changed.constraints.push_back(constraint);
+        return changed;
+    }
+
     const PictureRequest& m_request;
     const Frame& m_frame;
     Box m_reach;
     double m_tolerance;
     InkMap m_ink;
+    std::array<GatheredPaths, kTouched> m_gathered;
 };
 
 }  // namespace

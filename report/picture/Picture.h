@@ -10,6 +10,13 @@
 
 namespace holdfast::report {
 
+/// A drawing too large to be read sign by sign: what no edit has touched is drawn in few elements that know no names,
+/// and kept constraints have no marks. Pictures of one page in the same frame share one of these; the first draws what
+/// is untouched, the others refer to it.
+struct Crowd {
+    bool isDrawn = false;
+};
+
 /// What goes into a picture. Borrowed for one call.
 struct PictureRequest {
     const Document& document;
@@ -22,11 +29,12 @@ struct PictureRequest {
     bool names = false;               ///< of entities, beside them
     SpotMemory* memory = nullptr;     ///< shared by pictures that will be compared; may be null
     DrawnColours* colours = nullptr;  ///< what no edit has touched is drawn in these; null: in the colour of ink
+    Crowd* crowd = nullptr;           ///< null: everything is drawn by itself
 };
 
 /// The elements of a picture without the svg element, sheet and style round them. Every entity, and every part of a
-/// block reference, carries its id in data-e, every mark the ids of its constraints in data-c, both as tokens; signs of
-/// constant size carry class z.
+/// block reference, carries its id in data-e (in a crowd those that were touched), every mark the ids of its
+/// constraints in data-c, both as tokens; signs of constant size carry class z.
 std::string pictureBody(const PictureRequest& request);
 
 }  // namespace holdfast::report

@@ -52,6 +52,7 @@ LIBRARIES = (
     ("apps", ".cpp .h", JSON),
     ("apps", ".cpp .h", re.compile(r"^CLI/")),
     ("apps/window", ".cpp", re.compile(r"^httplib\.h$")),
+    ("apps/window", ".cpp", re.compile(r"^zlib\.h$")),
     ("apps/window", ".h", JSON_BY_NAME),
     ("apps", ".cpp", re.compile(r"^(unistd|fcntl|io|windows|sys/\w+)\.h$")),
     ("module/core", ".cpp", re.compile(r"^windows\.h$")),

@@ -18,6 +18,32 @@ TEST(CompletedReport, FillsInWhatNobodySpokeOf) {
                                                           {"same", EntityFate::untouched, 0}}));
 }
 
+TEST(CompletedReport, FindsWhatStandsElsewhereThanBefore) {
+    const auto entities = [](std::string_view names) {
+        std::vector<Entity> made;
+        for (const char name : names)
+            made.push_back(test::line(std::string(1, name), {}, {1, 0}));
+        return made;
+    };
+    const auto told = [&](std::string_view before, std::string_view after) {
+        FateReport report;
+        report.before.entities = entities(before);
+        report.after.entities = entities(after);
+        std::string text;
+        for (const EntityOutcome& outcome : completed(report).entities)
+            text += outcome.entity + (outcome.fate == EntityFate::erased    ? "-"
+                                      : outcome.fate == EntityFate::created ? "+"
+                                                                            : "=");
+        return text;
+    };
+    EXPECT_EQ(told("abcde", "abcde"), "a=b=c=d=e=");
+    EXPECT_EQ(told("abcde", "acxde"), "b-x+a=c=d=e=");
+    EXPECT_EQ(told("abcde", "abcdey"), "y+a=b=c=d=e=");
+    EXPECT_EQ(told("abcde", "edcba"), "a=b=c=d=e=");
+    EXPECT_EQ(told("ab", ""), "a-b-");
+    EXPECT_EQ(told("", "ab"), "a+b+");
+}
+
 TEST(CompletedReport, PutsDeletedFirstAndKeptLastInTheirOwnOrder) {
     const FateReport whole = completed(test::brokenPlate());
     std::vector<std::string> ids;

@@ -1,12 +1,14 @@
 // The way to the server: questions, edits, and news of what other tabs did.
 
+import { heldBy } from './held.js';
+
 /** Why the server did not answer. */
 export class Gone extends Error {}
 
 /** A page in a file of its own holds the answers itself. */
 const held = document.getElementById('answers');
-/** @type {Record<string, any> | null} */
-const answers = held && JSON.parse(held.textContent || '');
+/** @type {Promise<Record<string, any>> | null} */
+const answers = held && heldBy(held);
 /** The page stands alone: it shows the drawing and takes no edits. */
 export const standsAlone = answers !== null;
 
@@ -21,7 +23,7 @@ const PAUSE = 4;  // milliseconds between two questions of a pull: no screen is 
  */
 async function call(path, how) {
   if (answers && how) throw new Error('this page shows the drawing and does not edit it; "holdfast open" does');
-  if (answers) return answers[path.slice('ask/'.length)];
+  if (answers) return (await answers)[path.slice('ask/'.length)];
   let answer;
   try {
     answer = await fetch(path, { ...how, headers: { ...how?.headers, 'Holdfast-Tab': tab } });

@@ -20,13 +20,16 @@ import { drawMark, marksOf, place } from './marks.js';
  *   box: {from: Point, to: Point} | null,
  *   cut: Set<string>, wiggle: Entity[], pinned: {marks: Set<string>, entities: Set<string>},
  *   clashing?: Set<string>, clashes?: string[], entityFates?: Map<string, string>,
- * }} Scene
+ *   fateInks?: boolean, ghosts?: Entity[], hides?: (constraint: string) => boolean,
+ * }} Scene fateInks: entities in the colours of their fates, not of their freedom
  */
 
 const CHUNK = 256;  // entities in one path: so many are drawn anew when one of them changes
 const MOST_MARKS = 4000;
 const MANY = 3000;  // entities that take longer than a frame to draw where no graphics processor helps
 
+/** @param {string} fate of an entity */
+const inkOf = (fate) => ({ created: 'added', restored: 'added', edited: 'edited', erased: 'deleted' }[fate] || 'followed');
 /** @param {string} name */
 const colour = (name) => getComputedStyle(document.documentElement).getPropertyValue(`--${name}`).trim();
 const NAMES = ['ink', 'soft', 'faint', 'card', 'free', 'defined', 'clash', 'fixed', 'mark', 'edited', 'followed',
@@ -123,8 +126,9 @@ export class Painter {
 
   /** @param {Entity} e @param {Scene} scene */
   styleOf(e, scene) {
-    const told = scene.freedom?.entities?.[e.id];
-    const state = (e.fixed && !e.block) || scene.cut.has(e.id) ? 'fixed' : scene.clashing?.has(e.id) ? 'clash' : !told ? 'ink' : told.free ? 'free' : 'defined';
+    const told = scene.fateInks ? undefined : scene.freedom?.entities?.[e.id];
+    const fate = scene.fateInks ? scene.entityFates?.get(e.id) : undefined;
+    const state = fate ? inkOf(fate) : (e.fixed && !e.block) || scene.cut.has(e.id) ? 'fixed' : scene.clashing?.has(e.id) ? 'clash' : !told ? 'ink' : told.free ? 'free' : 'defined';
     const end = e.type === 'xline' || e.type === 'ray' ? 'endless' : e.construction ? 'construction' : 'plain';
     return `${state} ${end}`;
   }
@@ -323,7 +327,7 @@ export class Painter {
     const fates = this.#fatesOf(scene);
     for (const constraint of drawing.constraints.values()) {
       const kind = this.kinds.get(constraint.type);
-      if (!kind) continue;
+      if (!kind || scene.hides?.(constraint.id)) continue;
       const moved = scene.trial?.change?.constraints.find((each) => each.id === constraint.id);
       list.push(...marksOf(moved || constraint, kind, entity));
     }
@@ -396,12 +400,12 @@ export class Painter {
     const c = this.above;
     this.#clear(c);
     for (const id of scene.pinned.entities) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours['deleted-bar'], 6, 0.5);
+    for (const e of scene.ghosts || []) this.#ghost(c, e);
     for (const id of scene.selected) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 3.4, 0.55);
     if (scene.trial) this.#trial(c, drawing, scene);
     if (!scene.wiggle.length) for (const id of scene.hot) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 4, 1);
     for (const [id, fate] of scene.entityFates || []) {
-      const ink = fate === 'created' || fate === 'restored' ? 'added' : fate === 'edited' ? 'edited' : 'followed';
-      this.#bright(c, drawing.entities.get(id), this.colours[ink], 5, 0.35);
+      this.#bright(c, drawing.entities.get(id), this.colours[inkOf(fate)], 5, 0.35);
     }
     for (const e of scene.goneEntities.values()) if (!drawing.entities.has(e.id)) this.#erased(c, e);
     for (const e of scene.wiggle) this.#bright(c, e, this.colours.followed, 2.6, 1);
@@ -470,8 +474,7 @@ export class Painter {
     }
     for (const e of trial.change?.entities || []) {
       const fate = fates.get(e.id) || 'followed';
-      const ink = fate === 'created' || fate === 'restored' ? 'added' : fate === 'edited' ? 'edited' : 'followed';
-      this.#bright(c, e, this.colours[ink], fate === 'followed' ? 2 : 2.6, 1);
+      this.#bright(c, e, this.colours[inkOf(fate)], fate === 'followed' ? 2 : 2.6, 1);
     }
   }
 

@@ -82,10 +82,26 @@ export interface Kind {
 export interface Verb { name: string; usage: string; example: string; purpose: string; }
 export interface Language { kinds: Kind[]; verbs: Verb[]; glyphs: string; }
 
+// What a report holds.
+export interface Told { id: string; fate: string; class: string; why: string; }
+export interface Step {
+  text: string; error: string; remarks: string[];
+  constraints: Told[]; entities: Told[];
+  change?: Change;
+}
+export interface StepsData {
+  language: { kinds: Kind[] };
+  before: DrawingData;
+  whole: { constraints: Told[]; entities: Told[] };
+  steps: Step[];
+  freedom: (Freedom | null)[];
+}
+
 export interface View { scale: number; x: number; y: number; width: number; height: number; }
 
 // Younger than the checker's own list of what browsers have.
 declare global {
+  class DecompressionStream { constructor(format: string); readable: ReadableStream; writable: WritableStream; }
   interface CanvasRenderingContext2D {
     roundRect(x: number, y: number, w: number, h: number, radius: number): void;
   }

@@ -23,13 +23,18 @@ export const placesOf = (c) => c.refs.map((ref) => placeText(ref.entity, ref.poi
 /** @param {Point} a @param {Point} b */
 const gap = (a, b) => Math.hypot(a[0] - b[0], a[1] - b[1]);
 
+/** @param {import('./types').Entity} e */
+export function kindInWords(e) {
+  const name = { elliptical_arc: 'elliptical arc', xline: 'endless line', mtext: 'text' }[e.type] || e.type;
+  return e.construction ? `construction ${name}` : name;
+}
+
 /**
  * What an entity is, in a few words.
  * @param {import('./types').Entity} e
  */
 export function entityInWords(e) {
-  const name = { elliptical_arc: 'elliptical arc', xline: 'endless line', mtext: 'text' }[e.type] || e.type;
-  const kind = e.construction ? `construction ${name}` : name;
+  const kind = kindInWords(e);
   if (e.start && e.end) return `${kind}, length ${spoken(gap(e.start, e.end))}`;
   if (e.radius !== undefined) return `${kind}, radius ${spoken(e.radius)}`;
   if (e.vertices) return `${e.closed ? 'closed ' : ''}${kind}, ${counted(e.vertices.length - (e.closed ? 0 : 1), 'segment')}`;
