@@ -33,8 +33,8 @@ export class Pane {
     /** @type {import('./painter.js').Scene} */
     this.scene = {
       freedom: null, hot: new Set(), hotMarks: new Set(), selected: new Set(), trial: null, fates: new Map(), gone: new Map(),
-      goneEntities: new Map(), names: false, marks: true, rubber: null, sketch: [], snap: null, box: null, moving: null,
-      fateInks: true, ghosts: [], entityFates: new Map(),
+      goneEntities: new Map(), names: false, marks: true, rubber: null, sketch: [], snap: null, box: null, cut: new Set(), wiggle: [],
+      pinned: { marks: new Set(), entities: new Set() }, fateInks: true, ghosts: [], entityFates: new Map(),
     };
   }
 
