@@ -5,6 +5,7 @@
 
 #include "document/Names.h"
 #include "editing/EditContext.h"
+#include "hosting/DocumentSketch.h"
 
 namespace holdfast::editing {
 
@@ -77,7 +78,7 @@ std::string againstNew(const Evaluation& evaluation, const Document& document, c
 }
 
 std::string reasonOf(const Evaluation& evaluation, const Document& document, const std::vector<std::string>& edited,
-                     const std::vector<Constraint>& added) {
+                     const std::vector<Constraint>& added, const std::vector<std::string>& determined) {
     if (!added.empty() && !evaluation.conflicting.empty())
         return againstNew(evaluation, document, edited, added);
     if (!evaluation.conflicting.empty())
@@ -87,16 +88,28 @@ std::string reasonOf(const Evaluation& evaluation, const Document& document, con
     if (!evaluation.complaint.empty())
         return "the constraints cannot be solved after it: " + evaluation.complaint;
     const Constraint* worst = find(document, evaluation.worst);
-    return "the solver found no way to keep the constraints" +
-           (worst == nullptr ? std::string() : ", worst " + spokenConstraint(*worst)) +
-           "; try a smaller step or delete a constraint";
+    const std::string found = "the solver found no way to keep the constraints" +
+                              (worst == nullptr ? std::string() : ", worst " + spokenConstraint(*worst));
+    if (determined.empty())
+        return found + "; try a smaller step or delete a constraint";
+    std::string names;
+    for (const std::string& name : determined)
+        names += (names.empty() ? "" : ", ") + name;
+    return found + ": " + names + (determined.size() == 1 ? " is" : " are") +
+           " fully determined by them; delete one of them or change a dimension";
 }
+
+/// What of its way an edit has to go for it to be told.
+constexpr double kToldPart = 0.01;
+
+/// Entities up to which the freedom of a drawing is found in some hundredths of a second.
+constexpr std::size_t kMostJudged = 1000;
 
 /// How far the edit could be followed; nothing when it was stopped at once.
 std::string reachOf(const Evaluation& evaluation) {
-    const double percent = std::floor(100.0 * evaluation.followed);
-    if (percent < 1.0)
+    if (evaluation.followed < kToldPart)
         return {};
+    const double percent = std::floor(100.0 * evaluation.followed);
     std::string words;
     for (const LedDimension& led : evaluation.led)
         words += "; " + led.id + " could be led from " + spoken(led.from) + " to " + spoken(led.to);
@@ -106,8 +119,31 @@ std::string reachOf(const Evaluation& evaluation) {
 }  // namespace
 
 std::string refusalOf(const Evaluation& evaluation, const Document& document, const std::vector<std::string>& edited,
-                      const std::vector<Constraint>& added) {
-    return reasonOf(evaluation, document, edited, added) + reachOf(evaluation);
+                      const std::vector<Constraint>& added, const std::vector<std::string>& determined) {
+    return reasonOf(evaluation, document, edited, added, determined) + reachOf(evaluation);
+}
+
+bool isUnexplained(const Evaluation& evaluation) {
+    return evaluation.conflicting.empty() && evaluation.complaint.empty() && evaluation.followed < kToldPart;
+}
+
+std::vector<std::string> determinedAmong(const Document& document, const std::vector<std::string>& entities) {
+    std::vector<std::string> determined;
+    if (document.entities.size() > kMostJudged)
+        return determined;
+    std::vector<EntityMotions> motions;
+    try {
+        motions = DocumentSketch(document).freeMotions();
+    } catch (const UnsolvableDocument&) {
+        return determined;
+    }
+    for (std::size_t i = 0; i < motions.size(); ++i) {
+        const Entity& entity = document.entities[i];
+        if (!entity.fixed && motions[i].motions.empty() &&
+            std::find(entities.begin(), entities.end(), entity.id) != entities.end())
+            determined.push_back(entity.id);
+    }
+    return determined;
 }
 
 std::vector<std::string> remarksOn(const Shortfall& shortfall, const Document& document,

@@ -333,7 +333,9 @@ std::string Session::solversReason(const std::string& reason, const std::vector<
     for (const std::string& id : last.conflicting)
         if (std::optional<Constraint> found = isThere(id) ? std::nullopt : m_drawing->constraint(id))
             added.push_back(std::move(*found));
-    return refusalOf(last, concerned, edited, added);
+    const std::vector<std::string> determined =
+        isUnexplained(last) ? determinedAmong(document(), edited) : std::vector<std::string>();
+    return refusalOf(last, concerned, edited, added, determined);
 }
 
 void Session::run(const Edit& edit, EditContext& context, EditResult& result) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "editing/Refusal.h"
 #include "editing/fates/DeletionReasons.h"
 #include "tests/editing/BareSession.h"
 #include "tests/editing/Shorthand.h"
@@ -182,6 +183,26 @@ TEST(JoinOfComposite, TellsWhichOfItsMembersIsGone) {
     EXPECT_EQ(reasonOf(result, "box"), "its member ab is gone");
     for (const char* id : {"h1", "v1", "h2"})
         EXPECT_EQ(reasonOf(result, id), "-") << id;
+}
+
+/// A smaller step of what is determined is no more possible than the whole.
+TEST(Refusal, SaysThatAnEntityIsDeterminedInsteadOfAdvisingASmallerStep) {
+    Document document = plateDrawing();
+    document.constraints.push_back(dimensionOf("width", distance, {{"bottom"}}, 40));
+    Evaluation found;
+    found.solved = false;
+    found.worst = "h1";
+    ASSERT_TRUE(isUnexplained(found));
+    const std::vector<std::string> determined = determinedAmong(document, {"bottom", "left"});
+    EXPECT_EQ(determined, std::vector<std::string>{"bottom"});
+    EXPECT_EQ(
+        refusalOf(found, document, {"bottom"}, {}, determined),
+        "the solver found no way to keep the constraints, worst h1 (horizontal top): bottom is fully determined by "
+        "them; delete one of them or change a dimension");
+    EXPECT_EQ(
+        refusalOf(found, document, {"left"}),
+        "the solver found no way to keep the constraints, worst h1 (horizontal top); try a smaller step or delete "
+        "a constraint");
 }
 
 }  // namespace
