@@ -54,9 +54,9 @@ public:
         const double reach = stepper.reach(step);
         const bool isTried = m_mayDouble && !m_isOver && 2.0 * reach <= most;
         std::vector<double> twice = isTried ? moved(x, step, 2.0) : std::vector<double>();
-        m_onceBefore = std::exchange(m_once, {});
         if (!shorten(stepper, step, reach > most ? most / reach : 1.0, x))
             return false;
+        m_onceBefore = std::exchange(m_once, {});
         if (!isTried)
             return true;
         const std::vector<double> once = stepper.residual;
@@ -71,12 +71,15 @@ public:
     /// For the next step.
     void allow(bool mayDouble) { m_mayDouble = mayDouble; }
 
-    /// True when the step before the last one was doubled: then x is where that step alone has led.
-    bool takeBack(Stepper& stepper, std::vector<double>& x) {
-        if (m_onceBefore.empty())
+    /// After a step that has hardly helped, or where none could be taken: true when the one before it was doubled. Then
+    /// x is where that one alone has led.
+    bool takeBack(Stepper& stepper, bool hasMoved, std::vector<double>& x) {
+        std::vector<double>& once = hasMoved ? m_onceBefore : m_once;
+        if (once.empty())
             return false;
-        x = std::exchange(m_onceBefore, {});
+        x = std::move(once);
         m_once.clear();
+        m_onceBefore.clear();
         stepper.evaluate(x);
         m_isOver = true;
         return true;
@@ -132,8 +135,9 @@ IterationReport restore(Subproblem& subproblem, std::span<const double> weights,
     stepper.evaluate(x);
     for (;;) {
         const double before = report.residual;
-        if (largest(stepper.residual) > std::max(kLame * before, system.tolerance))
-            doubling.takeBack(stepper, x);
+        if (largest(stepper.residual) > std::max(kLame * before, system.tolerance) &&
+            doubling.takeBack(stepper, true, x))
+            progress = {};
         report.residual = largest(stepper.residual);
         report.isSatisfied = report.residual <= system.tolerance;
         if (report.residual <= system.aim || std::isnan(report.residual) || report.iterations >= limits.restoring)
@@ -155,9 +159,10 @@ IterationReport restore(Subproblem& subproblem, std::span<const double> weights,
         doubling.allow(limits.mayDouble && (isDense || isDoubtful));
         if (isDense ? !doubling.take(stepper, stepper.denseRestorationStep(), most, x)
                     : !dampedStep(stepper, most, doubling, damping, x)) {
-            if (report.isSatisfied || !doubling.takeBack(stepper, x))
+            if (report.isSatisfied || !doubling.takeBack(stepper, false, x))
                 return report;
             damping = kLeastDamping;
+            progress = {};
             continue;
         }
         if (!isDense && isNear)
