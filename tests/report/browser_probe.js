@@ -34,9 +34,13 @@
 
   const row = document.querySelector('.row.deleted, .row.pointed');
   if (row) {
+    // A page that the browser has not given the keyboard yet is told nothing of its focus.
+    const isHeard = document.hasFocus();
     row.focus();
+    if (!isHeard) fire(row, 'focusin', FocusEvent, {});
     found.focusHot = hotIn(document, '.m');
     row.blur();
+    if (!isHeard) fire(row, 'focusout', FocusEvent, {});
     found.focusCooled = hotIn(document, '.m');
     fire(row, 'pointerover', PointerEvent, {});
     found.rowHot = { row: row.classList.contains('hot'), marks: hotIn(document, '.m'), entities: hotIn(document, '.e'),
