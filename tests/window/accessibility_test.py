@@ -7,16 +7,14 @@ Exit code 77 (skipped) where chromium, its driver or selenium is missing.
 """
 import json
 import pathlib
-import shutil
 import subprocess
 import sys
-import tempfile
 
 from dropping import answer, answers, drop, shows
 from program import Window, check, copied, outcome
 
 try:
-    from browser import Keys, Tab, started
+    from browser import Keys, Tab, in_browser
 except ImportError:
     print("skipped: selenium is not here; install python3-selenium")
     sys.exit(77)
@@ -106,15 +104,8 @@ def looks(browser, folder):
 
 
 def main():
-    if not (shutil.which("chromedriver") and (shutil.which("chromium") or shutil.which("chromium-browser"))):
-        print("skipped: there is no chromium with its driver; install chromium-driver")
-        return 77
-    with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as folder:
-        browser = started(pathlib.Path(folder) / "profile")
-        try:
-            looks(browser, folder)
-        finally:
-            browser.quit()
+    with in_browser() as (browser, folder):
+        looks(browser, folder)
     return outcome()
 
 

@@ -9,15 +9,13 @@ Exit code 77 (skipped) where chromium, its driver or selenium is missing.
 import argparse
 import pathlib
 import random
-import shutil
 import sys
-import tempfile
 import time
 
 from program import Window, check, copied, failures, outcome
 
 try:
-    from browser import Keys, Tab, started
+    from browser import Keys, Tab, in_browser
     from chains import the_script_repeats
 except ImportError:
     print("skipped: selenium is not here; install python3-selenium")
@@ -217,9 +215,7 @@ def any_action_leaves_a_sound_drawing(tab, count, seed):
         if len(failures) > before:
             return print("edits until then:", *(each["text"] for each in tab.run("return window.holdfast.log") if not each["error"]), sep="\n  ")
         slowest = max(slowest, (time.time() - start, f"{did}, {tab.run('return window.asked.at(-2)')}"))
-        said = [line["message"] for line in tab.browser.get_log("browser") if line["level"] in ("SEVERE", "WARNING")
-                and "willReadFrequently" not in line["message"]]
-        check(not said, f"after {did} the console is silent: {said}")
+        tab.silent(f"after {did}")
         if entities < FEWEST or entities > MOST:
             begin_anew(tab)
     return print(f"the slowest took {slowest[0]:.2f} s until the page was at rest: {slowest[1]}")
@@ -241,22 +237,15 @@ def main():
     arguments.add_argument("--seed", type=int, default=1)
     arguments.add_argument("--pictures", type=pathlib.Path)
     asked = arguments.parse_args()
-    if not (shutil.which("chromedriver") and (shutil.which("chromium") or shutil.which("chromium-browser"))):
-        print("skipped: there is no chromium with its driver; install chromium-driver")
-        return 77
-    with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as folder:
-        browser = started(pathlib.Path(folder) / "profile")
-        try:
-            with Window(asked.program, copied(folder, asked.drawing)) as window:
-                tab = Tab(browser, window, asked.pictures or pathlib.Path(folder))
-                any_action_leaves_a_sound_drawing(tab, asked.actions, asked.seed)
-                tab.picture("actions")
-                log = window.ask("state")["log"]
-                check(len(log) > 0, "something was edited")
-                the_script_repeats(tab, asked.program, asked.drawing, folder)
-                browser.get("about:blank")
-        finally:
-            browser.quit()
+    with in_browser() as (browser, folder):
+        with Window(asked.program, copied(folder, asked.drawing)) as window:
+            tab = Tab(browser, window, asked.pictures or pathlib.Path(folder))
+            any_action_leaves_a_sound_drawing(tab, asked.actions, asked.seed)
+            tab.picture("actions")
+            log = window.ask("state")["log"]
+            check(len(log) > 0, "something was edited")
+            the_script_repeats(tab, asked.program, asked.drawing, folder)
+            browser.get("about:blank")
     return outcome()
 
 

@@ -1,5 +1,9 @@
 """A tab of a real browser, with the words for what a person does in it. Needs selenium."""
+import contextlib
+import pathlib
 import shutil
+import sys
+import tempfile
 import time
 
 from selenium import webdriver
@@ -22,19 +26,30 @@ def started(profile, *options):
     return webdriver.Chrome(service=service, options=chosen)
 
 
-class Tab:
-    """One tab, with the words for what a person does in it."""
+@contextlib.contextmanager
+def in_browser():
+    """A browser and a folder that is gone afterwards. Ends with 77 where there is no chromium."""
+    if not (shutil.which("chromedriver") and (shutil.which("chromium") or shutil.which("chromium-browser"))):
+        print("skipped: there is no chromium with its driver; install chromium-driver")
+        sys.exit(77)
+    with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as folder:
+        browser = started(pathlib.Path(folder) / "profile")
+        try:
+            yield browser, folder
+        finally:
+            browser.quit()
 
-    def __init__(self, browser, window, pictures, address=None):
-        self.browser, self.window, self.pictures = browser, window, pictures
-        browser.get(address or window.address)
-        self.wait("return document.body.dataset.ready === 'yes' && window.holdfast.scene.freedom !== null", "the page is ready")
+
+class Page:
+    """What is done with any page. Of a class of pages: the seconds that one waits for them."""
+
+    PATIENCE = 8
 
     def run(self, script, *values):
         return self.browser.execute_script(script, *values)
 
-    def wait(self, script, what, *values, seconds=8):
-        patience = time.time() + seconds
+    def wait(self, script, what, *values):
+        patience = time.time() + self.PATIENCE
         while time.time() < patience:
             if self.run(script, *values):
                 return
@@ -43,6 +58,20 @@ class Tab:
 
     def find(self, css):
         return self.browser.find_element(By.CSS_SELECTOR, css)
+
+    def silent(self, what):
+        said = [line["message"] for line in self.browser.get_log("browser") if line["level"] in ("SEVERE", "WARNING")
+                and "willReadFrequently" not in line["message"]]  # we look at the canvas, the page never does
+        check(not said, f"{what}: the console is silent: {said}")
+
+
+class Tab(Page):
+    """One tab, with the words for what a person does in it."""
+
+    def __init__(self, browser, window, pictures, address=None):
+        self.browser, self.window, self.pictures = browser, window, pictures
+        browser.get(address or window.address)
+        self.wait("return document.body.dataset.ready === 'yes' && window.holdfast.scene.freedom !== null", "the page is ready")
 
     def text(self, css):
         return self.find(css).text
@@ -108,8 +137,3 @@ class Tab:
         """The share of the canvas that is drawn on."""
         return self.run("const c = document.getElementById('drawing'), d = c.getContext('2d').getImageData(0, 0, c.width, c.height).data;"
                         "let n = 0; for (let i = 3; i < d.length; i += 4) n += d[i] > 150 ? 1 : 0; return n / (d.length / 4)")
-
-    def silent(self, what):
-        said = [line["message"] for line in self.browser.get_log("browser") if line["level"] in ("SEVERE", "WARNING")
-                and "willReadFrequently" not in line["message"]]  # we look at the canvas, the page never does
-        check(not said, f"{what}: the console is silent: {said}")

@@ -8,16 +8,14 @@ Exit code 77 (skipped) where chromium, its driver or selenium is missing. Screen
 import json
 import pathlib
 import re
-import shutil
 import subprocess
 import sys
-import tempfile
 import time
 
 from program import Window, check, copied, outcome
 
 try:
-    from browser import Keys, Tab, started
+    from browser import Keys, Tab, in_browser
 except ImportError:
     print("skipped: selenium is not here; install python3-selenium")
     sys.exit(77)
@@ -386,47 +384,40 @@ def narrow_and_dark(browser, window):
 
 
 def main():
-    if not (shutil.which("chromedriver") and (shutil.which("chromium") or shutil.which("chromium-browser"))):
-        print("skipped: there is no chromium with its driver; install chromium-driver")
-        return 77
     PICTURES.mkdir(parents=True, exist_ok=True)
-    with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as folder:
-        browser = started(pathlib.Path(folder) / "profile")
-        try:
-            path = copied(folder, DRAWING)
-            with Window(PROGRAM, path) as window:
-                tab = Tab(browser, window, PICTURES)
-                for test in (the_drawing_is_there, hovering_shows_who_belongs_together, pulling_a_point_shows_who_follows,
-                             escape_lets_go, typed_edits_are_answered_in_words, undo_and_redo_go_by_key,
-                             the_keyboard_reaches_everything, a_box_chooses, the_wheel_zooms_about_the_pointer,
-                             a_dimension_is_edited_where_it_stands, a_tool_shows_what_it_would_do, tools_tell_what_they_do_not_take,
-                             two_clicks_round_a_corner, what_is_drawn_is_tied, constraints_are_made_by_picking,
-                             a_dimension_asks_for_its_value, parameters_and_formulas):
-                    start = time.time()
-                    test(tab)
-                    tab.silent(test.__name__)
-                    print(f"{test.__name__}: {time.time() - start:.1f} s")
-                saving_writes_the_file(tab, path)
-                two_tabs_see_the_same(tab, browser)
-                narrow_and_dark(browser, window)
-                browser.get("about:blank")
-            for test in (choices.lists_are_filtered, chains.chains_are_chosen, chains.copies_follow_the_pointer, chains.what_is_free_wiggles,
-                         dropping.a_drawing_is_dropped, pulling.a_pulled_point_is_tied, pulling.a_fast_hand_is_answered,
-                         pulling.too_much_is_mended):
+    with in_browser() as (browser, folder):
+        path = copied(folder, DRAWING)
+        with Window(PROGRAM, path) as window:
+            tab = Tab(browser, window, PICTURES)
+            for test in (the_drawing_is_there, hovering_shows_who_belongs_together, pulling_a_point_shows_who_follows,
+                         escape_lets_go, typed_edits_are_answered_in_words, undo_and_redo_go_by_key,
+                         the_keyboard_reaches_everything, a_box_chooses, the_wheel_zooms_about_the_pointer,
+                         a_dimension_is_edited_where_it_stands, a_tool_shows_what_it_would_do, tools_tell_what_they_do_not_take,
+                         two_clicks_round_a_corner, what_is_drawn_is_tied, constraints_are_made_by_picking,
+                         a_dimension_asks_for_its_value, parameters_and_formulas):
                 start = time.time()
-                with Window(PROGRAM, copied(folder, DRAWING, "fresh.json")) as window:
-                    tab = Tab(browser, window, PICTURES)
-                    test(tab, folder)
-                    tab.silent(test.__name__)
-                    chains.the_script_repeats(tab, PROGRAM, DRAWING, folder)
-                    browser.get("about:blank")
-                (pathlib.Path(folder) / "fresh.unsaved.json").unlink(missing_ok=True)
+                test(tab)
+                tab.silent(test.__name__)
                 print(f"{test.__name__}: {time.time() - start:.1f} s")
-            names_are_no_markup(browser, folder)
-            a_page_stands_alone(browser, folder)
-            the_end_is_told(browser, folder)
-        finally:
-            browser.quit()
+            saving_writes_the_file(tab, path)
+            two_tabs_see_the_same(tab, browser)
+            narrow_and_dark(browser, window)
+            browser.get("about:blank")
+        for test in (choices.lists_are_filtered, chains.chains_are_chosen, chains.copies_follow_the_pointer, chains.what_is_free_wiggles,
+                     dropping.a_drawing_is_dropped, pulling.a_pulled_point_is_tied, pulling.a_fast_hand_is_answered,
+                     pulling.too_much_is_mended):
+            start = time.time()
+            with Window(PROGRAM, copied(folder, DRAWING, "fresh.json")) as window:
+                tab = Tab(browser, window, PICTURES)
+                test(tab, folder)
+                tab.silent(test.__name__)
+                chains.the_script_repeats(tab, PROGRAM, DRAWING, folder)
+                browser.get("about:blank")
+            (pathlib.Path(folder) / "fresh.unsaved.json").unlink(missing_ok=True)
+            print(f"{test.__name__}: {time.time() - start:.1f} s")
+        names_are_no_markup(browser, folder)
+        a_page_stands_alone(browser, folder)
+        the_end_is_told(browser, folder)
     return outcome()
 
 

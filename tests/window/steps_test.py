@@ -7,11 +7,8 @@ Exit code 77 (skipped) where chromium, its driver or selenium is missing. Screen
 """
 import json
 import pathlib
-import shutil
 import subprocess
 import sys
-import tempfile
-import time
 
 from program import Window, check, copied, outcome
 from report_page_test import plates
@@ -21,7 +18,7 @@ try:
     from selenium.webdriver.common.by import By
     from selenium.webdriver.common.keys import Keys
 
-    from browser import started
+    from browser import Page, in_browser
 except ImportError:
     print("skipped: selenium is not here; install python3-selenium")
     sys.exit(77)
@@ -32,27 +29,15 @@ EDITS = ["fillet base left radius 6", "drag hole1 by 5,2", "erase rib", "undo", 
 LAST = len(EDITS)
 
 
-class Report:
+class Report(Page):
     """One page, with the words for what a reader does in it."""
+
+    PATIENCE = 15
 
     def __init__(self, browser, page):
         self.browser = browser
         browser.get(page.as_uri())
         self.wait("return document.body.dataset.ready === 'yes' && Number(document.body.dataset.painted) > 0", "the page is ready")
-
-    def run(self, script, *values):
-        return self.browser.execute_script(script, *values)
-
-    def wait(self, script, what, *values, seconds=15):
-        patience = time.time() + seconds
-        while time.time() < patience:
-            if self.run(script, *values):
-                return
-            time.sleep(0.03)
-        check(False, what)
-
-    def find(self, css):
-        return self.browser.find_element(By.CSS_SELECTOR, css)
 
     def canvas(self, pane):
         return self.browser.find_elements(By.CSS_SELECTOR, ".moving .stage canvas:last-child")[pane]
@@ -98,10 +83,6 @@ class Report:
         self.still()
         self.browser.save_screenshot(str(PICTURES / f"{name}.png"))
 
-    def silent(self, what):
-        said = [line["message"] for line in self.browser.get_log("browser") if line["level"] in ("SEVERE", "WARNING")
-                and "willReadFrequently" not in line["message"]]
-        check(not said, f"{what}: the console is silent: {said}")
 
 
 def report_on(folder, *edits, drawing=DRAWING, name="report"):
@@ -401,29 +382,22 @@ def a_page_alone_of_a_large_drawing_opens(browser, folder):
 
 
 def main():
-    if not (shutil.which("chromedriver") and (shutil.which("chromium") or shutil.which("chromium-browser"))):
-        print("skipped: there is no chromium with its driver; install chromium-driver")
-        return 77
     PICTURES.mkdir(parents=True, exist_ok=True)
-    with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as folder:
-        browser = started(pathlib.Path(folder) / "profile")
+    with in_browser() as (browser, folder):
         browser.set_window_size(1360, 1100)
-        try:
-            page, expected = report_on(folder, *EDITS), states(folder)
-            report = Report(browser, page)
-            all_edits_come_first(report, expected)
-            keys_step_forwards_and_backwards(report, expected)
-            buttons_step_too(report, expected)
-            for test in (a_step_tells_its_fates, what_belongs_together_lights_up, the_view_moves, looks_are_chosen):
-                test(report)
-                report.silent(test.__name__)
-            paper_and_readers_without_scripts_get_the_still_pictures(browser, page)
-            dark_and_narrow(browser, page)
-            for test in (one_edit_needs_no_buttons, refusals_are_steps, what_lines_mean_is_told, names_are_no_markup, a_large_drawing_opens,
-                         a_page_alone_of_a_large_drawing_opens):
-                test(browser, folder)
-        finally:
-            browser.quit()
+        page, expected = report_on(folder, *EDITS), states(folder)
+        report = Report(browser, page)
+        all_edits_come_first(report, expected)
+        keys_step_forwards_and_backwards(report, expected)
+        buttons_step_too(report, expected)
+        for test in (a_step_tells_its_fates, what_belongs_together_lights_up, the_view_moves, looks_are_chosen):
+            test(report)
+            report.silent(test.__name__)
+        paper_and_readers_without_scripts_get_the_still_pictures(browser, page)
+        dark_and_narrow(browser, page)
+        for test in (one_edit_needs_no_buttons, refusals_are_steps, what_lines_mean_is_told, names_are_no_markup, a_large_drawing_opens,
+                     a_page_alone_of_a_large_drawing_opens):
+            test(browser, folder)
     return outcome()
 
 
