@@ -9,6 +9,7 @@
 #include "solver/src/diagnosis/Extract.h"
 #include "solver/src/diagnosis/FreeMotions.h"
 #include "solver/src/sketch/Measure.h"
+#include "solver/src/solving/Parts.h"
 #include "solver/src/solving/Solve.h"
 
 namespace holdfast::hosting {
@@ -133,7 +134,8 @@ std::vector<EntityMotions> DocumentSketch::freeMotions() const {
 
 DocumentSolution DocumentSketch::solve(const Manner& manner) {
     return asUnsolvable([&] {
-        const SolveResult found = solver::detail::solve(m_inside->sketch, {.keepsShapes = manner.keepsShapes,  //
+        const SolveResult found = solver::detail::solve(m_inside->sketch, {.keepsShapes = manner.keepsShapes,
+                                                                           .threads = threadsOfMachine(),
                                                                            .namesConflicts = manner.namesConflicts});
         return solutionOf(m_inside->sketch, found);
     });

@@ -5,6 +5,7 @@
 #include "solver/src/api/ConstraintReading.h"
 #include "solver/src/api/Running.h"
 #include "solver/src/residuals/Operands.h"
+#include "solver/src/solving/Parts.h"
 
 namespace holdfast::solver {
 
@@ -82,6 +83,7 @@ Result<detail::SolveRequest> requestOf(const SketchImpl& sketch, std::span<const
     request.reach = static_cast<detail::Scope>(options.scope);
     request.lastLevel = static_cast<detail::RelaxationLevel>(options.firmness);
     request.keepsShapes = options.keepsShapes;
+    request.threads = options.threads > 0 ? options.threads : detail::threadsOfMachine();
     request.namesConflicts = options.explainsConflicts;
     return request;
 }
@@ -108,6 +110,8 @@ std::optional<Error> faultOf(const SolveOptions& options) {
                      "give it as a part of the sketch's size, 1e-10 when in doubt"};
     if (options.iterations < 0)
         return Error{"the number of iterations is negative", "solve options", "give 0 or more"};
+    if (options.threads < 0)
+        return Error{"the number of threads is negative", "solve options", "give 1 or more, or 0 for all cores"};
     return std::nullopt;
 }
 

@@ -3,23 +3,32 @@
 #include <algorithm>
 #include <cassert>
 
-#include "solver/src/sketch/Connections.h"
 #include "solver/src/sketch/Index.h"
 
 namespace holdfast::solver::detail {
 
 Extract::Extract(const SketchData& sketch, std::span<const int> constraints, std::span<const Target> targets)
     : m_source(sketch) {
-    m_sketch.tolerance = sketch.tolerance;
-    assert(sketch.reference.size() == sketch.values.size());
+    takeAll(constraints, targets);
+}
+
+Extract::Extract(const SketchData& sketch, const Surroundings& part) : m_source(sketch) {
+    for (const int entity : part.entities)
+        take(entity);
+    takeAll(part.constraints, {});
+}
+
+void Extract::takeAll(std::span<const int> constraints, std::span<const Target> targets) {
+    m_sketch.tolerance = m_source.tolerance;
+    assert(m_source.reference.size() == m_source.values.size());
     for (const int c : constraints) {
-        for (const SketchPlace& place : sketch.constraints[at(c)].refs)
+        for (const SketchPlace& place : m_source.constraints[at(c)].refs)
             take(place.entity);
     }
     for (const Target& target : targets)
-        take(entityOfValue(sketch, target.value));
+        take(entityOfValue(m_source, target.value));
     for (const int c : constraints)
-        takeConstraint(sketch.constraints[at(c)]);
+        takeConstraint(m_source.constraints[at(c)]);
     for (const Target& target : targets)
         m_targets.push_back({valueOf(target.value), target.goal});
 }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <functional>
+#include <limits>
 #include <utility>
 
 #include "solver/src/Uses.h"
@@ -19,18 +20,28 @@ public:
 
     /// True when one more iteration may be made, and counts it.
     bool spend() {
-        if (m_overrun != Overrun::none)
+        if (isOver())
             return false;
+        if (m_left <= 0)
+            m_overrun = Overrun::iterations;
+        else if (countsIterations())
+            --m_left;
+        return m_overrun == Overrun::none;
+    }
+
+    /// Time is up, or the solve is cancelled: asked without an iteration to be made.
+    bool isOver() {
+        if (m_overrun != Overrun::none)
+            return true;
         if (m_isCancelled && m_isCancelled())
             m_overrun = Overrun::cancelled;
         else if (m_deadline != Clock::time_point::max() && Clock::now() >= m_deadline)
             m_overrun = Overrun::time;
-        else if (m_left <= 0)
-            m_overrun = Overrun::iterations;
-        else
-            --m_left;
-        return m_overrun == Overrun::none;
+        return m_overrun != Overrun::none;
     }
+
+    bool countsIterations() const { return m_left != std::numeric_limits<int>::max(); }
+    Clock::time_point deadline() const { return m_deadline; }
 
     Overrun overrun() const { return m_overrun; }
 

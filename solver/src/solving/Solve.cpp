@@ -13,6 +13,7 @@
 #include "solver/src/solving/Following.h"
 #include "solver/src/solving/Loan.h"
 #include "solver/src/solving/Mending.h"
+#include "solver/src/solving/Parts.h"
 #include "solver/src/solving/Stopwatch.h"
 #include "solver/src/solving/Trying.h"
 #include "solver/src/solving/Way.h"
@@ -520,6 +521,15 @@ void noteLeftAlone(const SketchData& sketch, const Answer& answer, std::vector<i
 }  // namespace
 
 SolveResult solve(SketchData& sketch, const SolveRequest& request) {
+    const bool isPlain = request.targets.empty() && request.kept.empty() && request.values.empty() &&
+                         request.edited.empty() && request.added.empty() && !request.asksWhether;
+    if (isPlain)
+        if (auto result = solvePartByPart(sketch, request))
+            return *std::move(result);
+    return solveWhole(sketch, request);
+}
+
+SolveResult solveWhole(SketchData& sketch, const SolveRequest& request) {
     const Stopwatch iterating;
     Solving solving(sketch, request);
     Answer answer = solving.run();

@@ -56,6 +56,7 @@ struct SolveRequest {
     Patience patience = Patience::all;
     /// Only whether there is a solution is asked: it need not be the nearest one, and no constraint is left alone.
     bool asksWhether = false;
+    int threads = 1;             ///< independent parts are solved at once, without an edit; at least 1
     bool namesConflicts = true;  ///< search for the constraints in conflict when the solve fails
     Budget* budget = nullptr;    ///< when it runs out the sketch stays as it is, and no conflict is searched for
 };
@@ -118,5 +119,8 @@ struct SolveResult {
 ///
 /// Throws SketchError for a constraint that its entities cannot have.
 SolveResult solve(SketchData& sketch, const SolveRequest& request);
+
+/// The same, all parts as one.
+SolveResult solveWhole(SketchData& sketch, const SolveRequest& request);
 
 }  // namespace holdfast::solver::detail

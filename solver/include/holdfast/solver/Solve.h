@@ -65,6 +65,10 @@ struct SolveOptions {
     /// Without targets, values and edited entities it counts where dimensions alone do not hold. Costs a few more
     /// solves.
     bool keepsShapes = false;
+    /// Parts of the sketch that no constraint connects are solved at once, in so many threads; 0: in as many as the
+    /// machine runs. Counts without targets, values, kept points and edited entities. The answer is the same for every
+    /// number. With a limit of iterations or residuals of one's own the calling thread is the only one.
+    int threads = 1;
     bool tellsMotions = true;  ///< diagnose says how each entity can move: some more solves
 };
 
@@ -103,7 +107,7 @@ struct Reached {
     std::vector<LedDimension> dimensions{};
 };
 
-/// Seconds of wall-clock time.
+/// Seconds of wall-clock time; those of parts that threads solve at once are added up.
 struct SolveTimes {
     double building = 0.0;    ///< presolve and equations
     double iterating = 0.0;   ///< steps
