@@ -8,6 +8,7 @@
 #include "benchmarks/solver/OtherSolver.h"
 #include "benchmarks/solver/Trials.h"
 #include "solver/src/diagnosis/Diagnose.h"
+#include "solver/src/solving/Parts.h"
 
 // Compares the evaluator with another solver on the same sketches, in one run, and says which bars hold. Ends with 1
 // when one is missed:
@@ -275,6 +276,30 @@ void judgeIslands() {
     }
 }
 
+/// Parts that nothing connects, on one core and on all. What every core has to do anyway, finding the parts and what of
+/// them does not hold, is some tenths.
+void judgeCores(int most) {
+    const int cores = threadsOfMachine();
+    if (most < 50000 || cores < 2)
+        return;
+    const SketchData sketch = [] {
+        SketchData islands = islandsOf(100000).sketch;
+        disturb(islands, 1.0);
+        return islands;
+    }();
+    const auto time = [&](int threads) {
+        double least = 1e300;
+        for (int i = 0; i < 3; ++i) {
+            SketchData copy = sketch;
+            least = std::min(least, timed([&] { (void)solve(copy, {.threads = threads}); }));
+        }
+        return least;
+    };
+    const double one = time(1), all = time(cores);
+    say(one >= 1.4 * all, "islands of 100,000 on " + std::to_string(cores) + " cores, at least 1.4 times faster than one",
+        one / all, "x");
+}
+
 int run(const Plan& plan) {
     if (!OtherSolver::isThere())
         std::printf("libslvs was not found when this was built: only our own times are shown\n");
@@ -294,6 +319,7 @@ int run(const Plan& plan) {
     judgeRoughStarts(plan.most);
     judgeJump(plan.most);
     judgeDiagnosis(plan.most);
+    judgeCores(plan.most);
     std::printf("%d %s missed\n", missed, missed == 1 ? "bar is" : "bars are");
     return missed == 0 ? 0 : 1;
 }
