@@ -344,6 +344,25 @@ TEST(LeastSurprise, LeavesShouldersOfAPlateThatIsWhollyDetermined) {
     EXPECT_NEAR(lengthOf(sketch, "a"), 1.0, 1e-8);
 }
 
+/// Where small steps end, the sketch is shaken, and what that has turned over is no place that the way led to.
+TEST(LeastSurprise, NeverTurnsAShortArcIntoAllOfItsCircle) {
+    const std::string drawing =
+        "fixed! xline y 0,0 90; line base 2.82,0 -2.82,0; line k -2.82,0 -0.003,0; line m 0.003,0 2.82,0; "
+        "arc r 0,0.38 0.38 269.5 270.5; horizontal base; symmetric base.end base.start y; coincident base.end k.start; "
+        "horizontal k; distance k = 2.817; symmetric k.end m.start y; coincident m.end base.start; coincident k.end "
+        "r.start; coincident m.start r.end; radius r = 0.38; distance_x base.end base.start = 5.64";
+    for (int i = 1; i <= 40; ++i) {
+        SketchText sketch(drawing);
+        ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
+        const double width = 5.634 + 0.006 - 0.0003 * i;
+        if (!solve(sketch.sketch, {.values = {{static_cast<int>(sketch.sketch.constraints.size()) - 1, width}},
+                                   .keepsShapes = true})
+                 .isSolved())
+            continue;
+        EXPECT_LT(sketch.at("k.end").x, sketch.at("m.start").x) << width;
+    }
+}
+
 /// Every part of the way holds, and what the last one begins with is no solution only because it holds.
 TEST(LeastSurprise, MakesNoEllipseWiderThanItIsLong) {
     SketchText sketch(

@@ -146,7 +146,7 @@ Answer Following::stepOrNudge(double next, double step, const std::vector<double
     if (step > kNudged || isSpent(m_task.budget))
         return answer;
     const std::vector<double> shake = m_shaken(values);
-    Answer shaken = stepTo(next, shake, shake);
+    Answer shaken = stepTo(next, values, shake);
     shaken.turnsRound = false;  // by the shake, and not because the way leads there
     return shaken.isSolved() || !answer.turnsRound ? shaken : answer;
 }
