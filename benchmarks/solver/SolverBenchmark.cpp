@@ -296,8 +296,9 @@ void judgeCores(int most) {
         return least;
     };
     const double one = time(1), all = time(cores);
-    say(one >= 1.4 * all, "islands of 100,000 on " + std::to_string(cores) + " cores, at least 1.4 times faster than one",
-        one / all, "x");
+    say(one >= 1.4 * all,
+        "islands of 100,000 on " + std::to_string(cores) + " cores, at least 1.4 times faster than one", one / all,
+        "x");
 }
 
 int run(const Plan& plan) {

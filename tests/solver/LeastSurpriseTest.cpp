@@ -355,8 +355,8 @@ TEST(LeastSurprise, NeverTurnsAShortArcIntoAllOfItsCircle) {
         SketchText sketch(drawing);
         ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
         const double width = 5.634 + 0.006 - 0.0003 * i;
-        if (!solve(sketch.sketch, {.values = {{static_cast<int>(sketch.sketch.constraints.size()) - 1, width}},
-                                   .keepsShapes = true})
+        if (!solve(sketch.sketch,
+                   {.values = {{static_cast<int>(sketch.sketch.constraints.size()) - 1, width}}, .keepsShapes = true})
                  .isSolved())
             continue;
         EXPECT_LT(sketch.at("k.end").x, sketch.at("m.start").x) << width;

@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <exception>
 #include <limits>
+#include <memory>
 #include <mutex>
 #include <numeric>
 #include <system_error>
@@ -22,7 +23,8 @@ namespace holdfast::solver::detail {
 
 namespace {
 
-/// Entities that are worth a thread of their own: they take longer to solve than it takes to start.
+/// Entities that are worth a thread of their own: they take longer to solve than it takes to start. Smaller parts are
+/// taken together until they are as many, as what each solve costs by itself, some microseconds, is as much as theirs.
 constexpr std::size_t kWorthAThread = 100;
 
 /// How often the thread that waits for others asks whether to go on.
@@ -69,8 +71,8 @@ private:
 
 /// A part that does not hold.
 struct Part {
-    Surroundings members{};  ///< ascending
-    std::optional<Extract> extract{};
+    Surroundings members{};              ///< ascending
+    std::unique_ptr<Extract> extract{};  ///< none: another part stands for it
     SolveResult result{};
 };
 
@@ -164,8 +166,8 @@ private:
             if (m_system.residualOf(e) <= m_system.tolerance)
                 continue;
             const auto inputs = m_system.set.inputsOf(m_system.set.equations[at(e)]);
-            const bool isConstant = std::all_of(inputs.begin(), inputs.end(),
-                                                [&](int v) { return m_system.links[at(v)].unknown < 0; });
+            const bool isConstant =
+                std::all_of(inputs.begin(), inputs.end(), [&](int v) { return m_system.links[at(v)].unknown < 0; });
             mark(partOfEquation(e), isConstant ? Mark::contradicts : Mark::broken);
         }
     }
@@ -191,7 +193,18 @@ private:
 class Crew {
 public:
     Crew(const SketchData& sketch, std::span<Part> parts, const SolveRequest& request)
-        : m_sketch(sketch), m_parts(parts), m_request(request), m_size(sketch.size()), m_firstFailed(parts.size()) {}
+        : m_sketch(sketch), m_parts(parts), m_request(request), m_size(sketch.size()), m_firstFailed(parts.size()) {
+        // With shapes kept, what is amiss in one part decides how it is solved, and may not decide for another.
+        std::size_t entities = 0;
+        for (std::size_t i = 0; i < parts.size(); ++i) {
+            if (i == 0 || request.keepsShapes || entities >= kWorthAThread) {
+                m_batches.push_back({i, i});
+                entities = 0;
+            }
+            entities += parts[i].members.entities.size();
+            m_batches.back().end = i + 1;
+        }
+    }
     Crew(const Crew&) = delete;
     Crew& operator=(const Crew&) = delete;
 
@@ -200,7 +213,7 @@ public:
         std::vector<std::jthread> others;
         const Stopping stopping(m_isStopped);  // before the threads are waited for, whatever is thrown
         try {
-            for (std::size_t i = 1; i < threadCount(); ++i)
+            for (std::size_t more = threadCount() - 1; more > 0; --more)
                 others.emplace_back([this] { help(); });
         } catch (const std::system_error&) {
             // The machine has no more: those that there are do the work.
@@ -209,6 +222,8 @@ public:
         wait(others.size());
         if (m_fault)
             std::rethrow_exception(m_fault);
+        if (m_firstFailed < m_parts.size() && m_request.budget != nullptr)
+            (void)m_request.budget->isOver();  // what ended another thread's part ends this solve
         return m_firstFailed;
     }
 
@@ -234,27 +249,59 @@ private:
         }
         if (m_request.budget != nullptr && m_request.budget->countsIterations())
             return 1;
-        return std::min({static_cast<std::size_t>(m_request.threads), m_parts.size(), entities / kWorthAThread + 1});
+        return std::min({static_cast<std::size_t>(m_request.threads), m_batches.size(), entities / kWorthAThread + 1});
     }
 
-    /// Takes part after part until none is left or one before has failed.
+    /// Parts that are solved as one where that succeeds.
+    struct Batch {
+        std::size_t begin, end;
+    };
+
+    /// Takes batch after batch until none is left or a part before has failed.
     void work(Budget* budget) {
         SolveRequest request = m_request;
         request.budget = budget;
-        for (std::size_t i = m_next++; i < m_firstFailed && !m_isStopped; i = m_next++) {
-            Part& part = m_parts[i];
-            part.extract.emplace(m_sketch, part.members);
-            part.extract->sketch().sizeAround = m_size;
-            part.result = solveWhole(part.extract->sketch(), request);
-            if (part.result.isSolved())
+        for (std::size_t i = m_next++; i < m_batches.size() && !m_isStopped; i = m_next++) {
+            const auto [begin, end] = m_batches[i];
+            if (begin >= m_firstFailed)
+                return;
+            if (end > begin + 1 && solveTogether(begin, end, request))
                 continue;
-            const std::scoped_lock lock(m_mutex);
-            m_firstFailed = std::min<std::size_t>(m_firstFailed, i);
+            for (std::size_t k = begin; k < end; ++k)
+                if (!solvePart(m_parts[k], request)) {
+                    const std::scoped_lock lock(m_mutex);
+                    m_firstFailed = std::min<std::size_t>(m_firstFailed, k);
+                    break;
+                }
         }
     }
 
+    bool solvePart(Part& part, const SolveRequest& request) {
+        part.extract = std::make_unique<Extract>(m_sketch, part.members);
+        part.extract->sketch().sizeAround = m_size;
+        part.result = solveWhole(part.extract->sketch(), request);
+        return part.result.isSolved();
+    }
+
+    /// The first of the parts then stands for all of them.
+    bool solveTogether(std::size_t begin, std::size_t end, const SolveRequest& request) {
+        Part all;
+        for (std::size_t i = begin; i < end; ++i) {
+            const auto& [entities, constraints] = m_parts[i].members;
+            all.members.entities.insert(all.members.entities.end(), entities.begin(), entities.end());
+            all.members.constraints.insert(all.members.constraints.end(), constraints.begin(), constraints.end());
+        }
+        SolveRequest quick = request;
+        quick.namesConflicts = false;
+        if (!solvePart(all, quick))
+            return false;
+        m_parts[begin] = std::move(all);
+        return true;
+    }
+
     void help() {
-        const auto deadline = m_request.budget != nullptr ? m_request.budget->deadline() : Budget::Clock::time_point::max();
+        const auto deadline =
+            m_request.budget != nullptr ? m_request.budget->deadline() : Budget::Clock::time_point::max();
         Budget budget(std::numeric_limits<int>::max(), deadline, [this] { return m_isStopped.load(); });
         try {
             work(&budget);
@@ -283,6 +330,7 @@ private:
     const std::span<Part> m_parts;
     const SolveRequest& m_request;
     const double m_size;
+    std::vector<Batch> m_batches;
     std::atomic<std::size_t> m_next = 0, m_firstFailed;
     std::atomic<bool> m_isStopped = false;
     std::mutex m_mutex;
@@ -383,7 +431,9 @@ std::optional<SolveResult> solvePartByPart(SketchData& sketch, const SolveReques
     broken.noteWorst(sum);
     std::vector<Part> parts = broken.take(constraints);
     sum.times.building = building.seconds();
-    if (const std::size_t failed = Crew(sketch, parts, request).run(); failed < parts.size()) {
+    const bool mayBegin = parts.empty() || request.budget == nullptr || !request.budget->isOver();
+    if (const std::size_t failed = mayBegin ? Crew(sketch, parts, request).run() : parts.size();
+        failed < parts.size()) {
         for (std::size_t i = 0; i < failed; ++i)
             addCosts(parts[i].result, parts[failed].result);
         return Numbers(parts[failed]).translated(std::move(parts[failed].result));
@@ -393,6 +443,8 @@ std::optional<SolveResult> solvePartByPart(SketchData& sketch, const SolveReques
         return sum;
     }
     for (Part& part : parts) {
+        if (!part.extract)
+            continue;
         takeValues(*part.extract, sketch);
         add(Numbers(part).translated(std::move(part.result)), sum);
     }

@@ -5,8 +5,9 @@
 #include <thread>
 #include <vector>
 
-// Sketches in two threads at once, solved, dragged, diagnosed; then one sketch read in two, and one of many parts solved
-// in several. Every thread finds the bits that a thread alone finds. Under the thread sanitizer this also says that nothing is shared.
+// Sketches in two threads at once, solved, dragged, diagnosed; then one sketch read in two, and one of many parts
+// solved in several. Every thread finds the bits that a thread alone finds. Under the thread sanitizer this also says
+// that nothing is shared.
 
 namespace {
 
