@@ -344,6 +344,25 @@ TEST(LeastSurprise, LeavesShouldersOfAPlateThatIsWhollyDetermined) {
     EXPECT_NEAR(lengthOf(sketch, "a"), 1.0, 1e-8);
 }
 
+/// A straight arm buckles only when it is shaken. What hangs on its joint goes along with its place, and not with sizes
+/// that nothing has to do with.
+TEST(LeastSurprise, ShakesNothingThatDoesNotFollow) {
+    SketchText sketch(
+        "fixed! point o 0,0; fixed! xline x 0,0 0; line a 0,0 10,0; line b 10,0 20,0; coincident a.start o; "
+        "coincident a.end b.start; distance a = 10; distance b = 10; point_on_curve b.end x; circle c 10,0 3; "
+        "coincident c.centre a.end; circle d 50,40 3; equal c d; circle e 10,0 5; coincident e.centre a.end");
+    const int end = sketch.valueOf("b.end");
+    ASSERT_TRUE(
+        solve(sketch.sketch,
+              {.targets = {{end, 15.0}, {end + 1, 0.0}}, .edited = {sketch.numbers.at("b")}, .keepsShapes = true})
+            .isSolved());
+    EXPECT_NEAR(sketch.at("c.centre").x, 7.5, 1e-8);
+    EXPECT_EQ(sketch.value("c", 2), 3.0);
+    EXPECT_EQ(sketch.value("d", 2), 3.0);
+    EXPECT_EQ(sketch.value("e", 2), 5.0);
+    EXPECT_EQ(sketch.at("d.centre"), (Vec2{50, 40}));
+}
+
 /// The arm from the centre to the end of `mirror` is straight when the line is turned by some 12 degrees. There it
 /// could fold to the other side, but then its joint would leave the place where it has been all the way.
 TEST(LeastSurprise, GoesOnStraightWhereTwoWaysCross) {

@@ -103,6 +103,14 @@ std::vector<int> Run::concerned() const {
     return numbers;
 }
 
+std::vector<int> Run::concernedValues() const {
+    std::vector<int> values;
+    for (int v = 0; v < system().figureValueCount; ++v)
+        if (m_state.concernsValue(v))
+            values.push_back(v);
+    return values;
+}
+
 double Run::longestWay() const {
     const EquationSystem& s = system();
     double longest = 0.0;

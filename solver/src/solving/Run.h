@@ -47,6 +47,9 @@ public:
 
     /// Entities that are connected with the edit, ascending; all without an edit.
     std::vector<int> concerned() const;
+    /// Their values that the edit can move. An entity may be connected with it by its place and have a radius that is
+    /// not: what is not solved for is not to be anywhere else either.
+    std::vector<int> concernedValues() const;
 
     /// Sizes that changed by no more than a small part of what moved, so that they may well stay: by their number.
     std::vector<char> unchangedSizes() const;

@@ -371,7 +371,7 @@ private:
     Answer fromCarried(std::vector<double> aims) {
         const auto& motion = m_way->motion();
         std::vector<double> carried = m_way->start();
-        for (const int number : concerned())
+        for (const int number : concerned().entities)
             if (!m_work.entities[at(number)].fixed)
                 motion->carry(m_work.entities[at(number)], 1.0, m_way->start(), carried);
         Task carriedTask = task(RelaxationLevel::exact, true);
@@ -419,19 +419,20 @@ private:
     std::vector<double> nudged(std::vector<double> values, int number = 0) const {
         constexpr double phase = 2.7;  // radians from value to value: no simple part of a turn, so none move alike
         const double most = kNudge * m_work.size();
-        for (const int i : concerned()) {
-            const SketchEntity& entity = m_work.entities[at(i)];
-            for (int v = entity.firstValue; v < entity.firstValue + entity.valueCount && !entity.fixed; ++v)
-                values[at(v)] += most * std::sin(1.0 + number + phase * v);
-        }
+        for (const int v : concerned().values)
+            values[at(v)] += most * std::sin(1.0 + number + phase * v);
         return values;
     }
 
     /// What is connected with the edit. Linear in the sketch when it is first asked for.
-    const std::vector<int>& concerned() const {
+    struct Concerned {
+        std::vector<int> entities, values;
+    };
+    const Concerned& concerned() const {
         if (!m_concerned) {
             const Task asked = task(RelaxationLevel::exact, true);
-            m_concerned = Run(m_work, asked).concerned();
+            const Run run(m_work, asked);
+            m_concerned = {run.concerned(), run.concernedValues()};
         }
         return *m_concerned;
     }
@@ -478,8 +479,8 @@ private:
     SketchData& m_work;  ///< the sketch with the dimensions asked for
     Loan m_loan;
     Trying m_trying{m_work};
-    mutable std::optional<std::vector<int>> m_concerned;  ///< made when first asked for
-    mutable std::optional<Corners> m_corners;             ///< made when first asked for: a plain solve does not
+    mutable std::optional<Concerned> m_concerned;  ///< made when first asked for
+    mutable std::optional<Corners> m_corners;      ///< made when first asked for: a plain solve does not
     std::vector<ValueGoal> m_values;
     std::vector<int> m_dimensions;
     std::vector<int> m_named;

@@ -66,6 +66,11 @@ public:
     long factorWork() const { return m_factorWork; }
 
     bool concerns(int entity) const { return m_isConcerned.empty() || m_isConcerned[static_cast<std::size_t>(entity)]; }
+    /// An unknown of the edit's part decides on the value.
+    bool concernsValue(int value) const {
+        const int unknown = m_system.links[static_cast<std::size_t>(value)].unknown;
+        return unknown >= 0 && concernsUnknown(unknown);
+    }
     bool concernsConstraint(int constraint) const;
     bool concernsEquation(int equation) const;
 
