@@ -272,18 +272,28 @@ void HostDrag::land(const YxGeMatrix3d& transform) {
         landed.values = m_taken->sketch.values;
         take(landed.values, shortfallOf(landed, asked));
     }
-    if (keepShapes(asked))
+    std::vector<double> led;
+    if (keepShapes(asked, led))
         return;
     const double miss = m_miss;
+    if (!led.empty()) {
+        SketchData farther = m_drawn;
+        farther.values = std::move(led);
+        if (const double left = shortfallOf(farther, asked);
+            left < miss - kHolds * m_drawn.size() && isTaken(farther.values)) {
+            m_miss = left;
+            return;
+        }
+    }
     EditRequest nearest = asked;
     for (Target& target : nearest.targets)
         target.goal = m_host.sketch.values[at(target.value)];
-    keepShapes(nearest);
+    keepShapes(nearest, led);
     m_miss = miss;
 }
 
-/// False, and nothing is taken, where the request cannot be met so.
-bool HostDrag::keepShapes(const EditRequest& request) {
+/// False, and nothing is taken, where the request cannot be met so; then where its way has led, if it is known.
+bool HostDrag::keepShapes(const EditRequest& request, std::vector<double>& led) {
     SketchData shaped = m_drawn;
     const auto isShapedWith = [&](Patience patience) {
         shaped.values = m_drawn.values;
@@ -292,16 +302,24 @@ bool HostDrag::keepShapes(const EditRequest& request) {
                                                   .keepsShapes = true,
                                                   .patience = patience,
                                                   .namesConflicts = false});
+        led = result.reached ? result.reached->values : std::vector<double>();
         return result.isSolved() && !isTurnedOver(shaped.values);
     };
     if (!(m_miss == 0.0 && isShapedWith(Patience::once)) && !isShapedWith(Patience::way))
         return false;
-    const std::vector<double> followed = std::exchange(m_host.sketch.values, shaped.values);
+    if (!isTaken(shaped.values))
+        return false;
+    m_miss = shortfallOf(shaped, request);
+    return true;
+}
+
+/// The values become the host's, unless they move what the sketch is cut off from.
+bool HostDrag::isTaken(const std::vector<double>& values) {
+    const std::vector<double> followed = std::exchange(m_host.sketch.values, values);
     if (m_host.isCut && m_host.reachesBorder()) {
         m_host.sketch.values = followed;
         return false;
     }
-    m_miss = shortfallOf(shaped, request);
     return true;
 }
 
@@ -310,13 +328,14 @@ bool HostDrag::keepShapes(const EditRequest& request) {
 /// while the line points as it was drawn.
 bool HostDrag::isTurnedOver(const std::vector<double>& values) const {
     const double same = kHolds * m_drawn.size();
-    const bool fellShort = m_miss > same;
+    if (m_miss > same)
+        return false;
     return std::any_of(m_drawn.entities.begin(), m_drawn.entities.end(), [&](const SketchEntity& entity) {
         if (entity.kind != EntityKind::line)
             return false;
         const Vec2 now = alongIn(values, entity), followed = alongIn(m_host.sketch.values, entity),
                    drawn = alongIn(m_drawn.values, entity);
-        const bool isBranch = !fellShort && std::abs(norm(followed) - norm(drawn)) <= same;
+        const bool isBranch = std::abs(norm(followed) - norm(drawn)) <= same;
         return dot(now, followed) < 0.0 && (isBranch || dot(now, drawn) < 0.0);
     });
 }

@@ -68,7 +68,8 @@ private:
     EditRequest demandFor(const YxGeMatrix3d& transform) const;
     SolveResult follow(const EditRequest& request, const std::vector<double>& goals);
     SolveResult yield(const EditRequest& request, const std::vector<double>& goals, const SolveResult& followed);
-    bool keepShapes(const EditRequest& request);
+    bool keepShapes(const EditRequest& request, std::vector<double>& led);
+    bool isTaken(const std::vector<double>& values);
     bool isTurnedOver(const std::vector<double>& values) const;
     std::vector<int> vanishingLines(const std::vector<double>& values) const;
     bool turnsOnly(const std::vector<int>& lines, const std::vector<double>& values) const;

@@ -155,6 +155,60 @@ TEST(DragEdit, EndsOnTheNearestPointOfASlantedTrack) {
     EXPECT_NEAR(lineNamed(session, "rod").start.y, 10.8, 1e-10);
 }
 
+/// Half of a plate with teeth: pulled at its corner by least movement it stops at once, as the round at the other end
+/// of its side would turn over. Where shapes are kept it comes nearly as far as it was asked to.
+TEST(DragEdit, GoesAsFarAsItsWayLeadsWhereItFallsShort) {
+    Document document;
+    document.name = "teeth";
+    document.entities = {
+        lineEntity("g0", {-3.85, -0.231584227214512}, {-3.85, -4.5}),
+        lineEntity("g2", {3.85, -4.5}, {3.85, -0.231584227214512}),
+        lineEntity("g3", {-3.764703150280373, -0.19617049541638}, {-3.5, -0.46}),
+        lineEntity("g4", {-3.5, -0.46}, {-3.070827463596264, -0.029406300560745}),
+        lineEntity("g7", {-1.929172536403736, -0.029406300560745}, {-1.5, -0.46}),
+        lineEntity("g9", {-0.929172536403736, -0.029406300560745}, {-0.5, -0.46}),
+        lineEntity("g11", {0.070827463596264, -0.029406300560745}, {0.5, -0.46}),
+        lineEntity("g13", {1.070827463596264, -0.029406300560745}, {1.5, -0.46}),
+        lineEntity("g15", {2.070827463596264, -0.029406300560745}, {2.5, -0.46}),
+        lineEntity("g17", {3.070827463596264, -0.029406300560745}, {3.5, -0.46}),
+        lineEntity("g21", {-1.5, -0.46}, {-0.5, -0.46}),
+        lineEntity("g22", {-0.5, -0.46}, {0.5, -0.46}),
+        lineEntity("g23", {0.5, -0.46}, {1.5, -0.46}),
+        lineEntity("g24", {1.5, -0.46}, {2.5, -0.46}),
+        lineEntity("g25", {2.5, -0.46}, {3.5, -0.46}),
+        shapeEntity("g32", ArcShape{{-2, -0.1}, 0.1, 0.783745200438529, 2.357847453151263}),
+        shapeEntity("g33", ArcShape{{-3, -0.1}, 0.1, 0.783745200438529, 2.357847453151265}),
+        shapeEntity("g34", ArcShape{{-3.8, -0.231584227214512}, 0.05, 0.787051126356368, 3.141592653589793}),
+        lineEntity("g35", {-3, -0.1}, {-2, -0.1}),
+        shapeEntity("axis", XlineShape{{0, 0}, {0, 1}})};
+    document.entities.back().fixed = true;
+    document.constraints = {
+        constraintOf("c0", ConstraintType::vertical, {{"g0"}}),
+        constraintOf("c4", ConstraintType::coincident, {{"g3", PlaceKind::end}, {"g4", PlaceKind::start}}),
+        constraintOf("c18", ConstraintType::coincident, {{"g21", PlaceKind::start}, {"g7", PlaceKind::end}}),
+        constraintOf("c19", ConstraintType::coincident, {{"g21", PlaceKind::end}, {"g9", PlaceKind::end}}),
+        constraintOf("c21", ConstraintType::coincident, {{"g22", PlaceKind::start}, {"g9", PlaceKind::end}}),
+        constraintOf("c22", ConstraintType::coincident, {{"g22", PlaceKind::end}, {"g11", PlaceKind::end}}),
+        constraintOf("c24", ConstraintType::coincident, {{"g23", PlaceKind::start}, {"g11", PlaceKind::end}}),
+        constraintOf("c25", ConstraintType::coincident, {{"g23", PlaceKind::end}, {"g13", PlaceKind::end}}),
+        constraintOf("c26", ConstraintType::coincident, {{"g24", PlaceKind::start}, {"g13", PlaceKind::end}}),
+        constraintOf("c27", ConstraintType::coincident, {{"g24", PlaceKind::end}, {"g15", PlaceKind::end}}),
+        constraintOf("c28", ConstraintType::coincident, {{"g25", PlaceKind::start}, {"g15", PlaceKind::end}}),
+        constraintOf("c29", ConstraintType::coincident, {{"g25", PlaceKind::end}, {"g17", PlaceKind::end}}),
+        constraintOf("c44", ConstraintType::tangent, {{"g7", PlaceKind::start}, {"g32", PlaceKind::start}}),
+        constraintOf("c47", ConstraintType::tangent, {{"g4", PlaceKind::end}, {"g33", PlaceKind::end}}),
+        constraintOf("c55", ConstraintType::symmetric, {{"g3", PlaceKind::end}, {"g17", PlaceKind::end}, {"axis"}}),
+        constraintOf("c78", ConstraintType::tangent, {{"g3", PlaceKind::start}, {"g34", PlaceKind::start}}),
+        constraintOf("c79", ConstraintType::tangent, {{"g0", PlaceKind::start}, {"g34", PlaceKind::end}}),
+        constraintOf("c80", ConstraintType::perpendicular, {{"g3"}, {"g4"}}),
+        constraintOf("c85", ConstraintType::coincident, {{"g35", PlaceKind::start}, {"g33", PlaceKind::centre}}),
+        constraintOf("c86", ConstraintType::coincident, {{"g35", PlaceKind::end}, {"g32", PlaceKind::centre}})};
+    Session session(document);
+    const EditResult& result = session.apply("drag g0.end by 4,0");
+    ASSERT_EQ(result.outcome.error, "");
+    EXPECT_GT(lineNamed(session, "g0").end.x, -0.85);
+}
+
 TEST(DragEdit, TellsByHowMuchItFallsShortAndWhatHoldsItBack) {
     Session session(levelDrawing());
     const EditOutcome outcome = session.apply("drag base.end by 3,2").outcome;

@@ -84,6 +84,16 @@ TEST(Parts, ThatHoldAreLeftToTheLastBit) {
         EXPECT_LT(movement.entity, sketch.numbers.at("h"));
 }
 
+TEST(Parts, ThatAllHoldAreUnchangedHoweverManyThreadsThereAre) {
+    SketchText sketch(squares(60));
+    ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
+    sketch.sketch.takeReference();
+    const std::vector<double> before = sketch.sketch.values;
+    for (const int threads : {1, 2, 8})
+        EXPECT_EQ(solve(sketch.sketch, {.threads = threads}).status, SolveStatus::unchanged);
+    EXPECT_EQ(sketch.sketch.values, before);
+}
+
 TEST(Parts, OfWhichOneContradictsItselfAreAllAsBeforeAndItsConstraintsAreNamed) {
     for (const int threads : {1, 3}) {
         SketchText sketch(squares(20) +

@@ -208,7 +208,7 @@ public:
     Crew(const Crew&) = delete;
     Crew& operator=(const Crew&) = delete;
 
-    /// The number of the first part that failed; as many as there are: none did.
+    /// The number of the first part that failed; as many as there are: none did. There is at least one.
     std::size_t run() {
         std::vector<std::jthread> others;
         const Stopping stopping(m_isStopped);  // before the threads are waited for, whatever is thrown
@@ -431,7 +431,9 @@ std::optional<SolveResult> solvePartByPart(SketchData& sketch, const SolveReques
     broken.noteWorst(sum);
     std::vector<Part> parts = broken.take(constraints);
     sum.times.building = building.seconds();
-    const bool mayBegin = parts.empty() || request.budget == nullptr || !request.budget->isOver();
+    if (parts.empty())
+        return sum;
+    const bool mayBegin = request.budget == nullptr || !request.budget->isOver();
     if (const std::size_t failed = mayBegin ? Crew(sketch, parts, request).run() : parts.size();
         failed < parts.size()) {
         for (std::size_t i = 0; i < failed; ++i)

@@ -547,6 +547,8 @@ SolveResult solveWhole(SketchData& sketch, const SolveRequest& request) {
             noteLeftAlone(sketch, answer, answer.result.leftAlone);
         return std::move(answer.result);
     }
+    if (answer.result.reached)
+        answer.result.reached->values = answer.values;
     SketchData asked = sketch;
     for (const ValueGoal& value : solving.values())
         asked.constraints[at(value.constraint)].value = value.goal;

@@ -87,6 +87,7 @@ struct ReachedPart {
     double part = 0.0;                    ///< 0: not at all; below 1
     std::vector<ValueGoal> dimensions{};  ///< the last values at which all held
     std::vector<double> from{};           ///< of each of these the value at the beginning
+    std::vector<double> values{};         ///< the sketch's values there
 };
 
 struct SolveResult {
