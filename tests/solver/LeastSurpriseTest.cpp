@@ -344,6 +344,18 @@ TEST(LeastSurprise, LeavesShouldersOfAPlateThatIsWhollyDetermined) {
     EXPECT_NEAR(lengthOf(sketch, "a"), 1.0, 1e-8);
 }
 
+/// The arc's end can come to the line by the arc's turning about its centre, or by its sweep's coming to nothing where
+/// its start is on the line already.
+TEST(LeastSurprise, ShrinksNothingAwayForAPlaceThatIsAskedOfIt) {
+    SketchText sketch(
+        "fixed! point o 0,0; fixed! line wall -20,0 -20,-30; arc r 0,0 25 216.8698976458 230; line t 0,0 -9,-9; "
+        "coincident r.centre o; coincident t.start o; point_on_curve r.start wall; point_on_curve r.end wall");
+    const int added = static_cast<int>(sketch.sketch.constraints.size()) - 1;
+    const SolveResult result = solve(sketch.sketch, {.added = {added}, .keepsShapes = true});
+    const double dx = sketch.at("r.end").x - sketch.at("r.start").x, dy = sketch.at("r.end").y - sketch.at("r.start").y;
+    EXPECT_GT(std::hypot(dx, dy), 0.05) << result.isSolved();
+}
+
 /// A straight arm buckles only when it is shaken. What hangs on its joint goes along with its place, and not with sizes
 /// that nothing has to do with.
 TEST(LeastSurprise, ShakesNothingThatDoesNotFollow) {

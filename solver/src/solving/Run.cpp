@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "geometry/ConstraintKinds.h"
 #include "solver/src/sketch/Connections.h"
 #include "solver/src/sketch/Index.h"
 
@@ -23,6 +24,11 @@ constexpr double kKeptLength = 0.02, kKeptBend = 0.01;
 
 /// Parts of the largest change below which all count the same when few are to change.
 constexpr double kLeastChange = 1e-2;
+
+/// A place is no size: what is put on something else is not to shrink away for it.
+bool asksForSizes(ConstraintType type) {
+    return traitsOf(type).isDimension() || type == ConstraintType::equal;
+}
 
 bool isLengthOrBend(const SizeRow& size) {
     return size.kind == SizeRow::Kind::length || size.kind == SizeRow::Kind::bend;
@@ -51,8 +57,9 @@ Run::Run(const SketchData& sketch, const Task& task) : m_sketch(sketch), m_task(
     if (!task.aims.empty())
         m_state.aimAt(task.aims);
     for (const int c : task.dimensions)
-        for (const SketchPlace& place : sketch.constraints[at(c)].refs)
-            m_state.askOf(place.entity);
+        if (asksForSizes(sketch.constraints[at(c)].type))
+            for (const SketchPlace& place : sketch.constraints[at(c)].refs)
+                m_state.askOf(place.entity);
 }
 
 EquationSystem Run::systemFor(const SketchData& sketch, const Task& task) {
