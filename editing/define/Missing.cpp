@@ -36,6 +36,9 @@ constexpr double kNearlyAlong = 1e-6;
 /// are left out at most.
 constexpr int kMostRounds = 12, kMostTwiceSaid = 24;
 
+/// So many relations are left out in turn where freedom is left.
+constexpr std::size_t kMostRelations = 6;
+
 constexpr const char* kAsDrawn = "it holds as drawn";
 
 Proposal asDrawn(ConstraintType type, std::vector<Place> refs) {
@@ -100,12 +103,59 @@ public:
     }
 
 private:
-    /// Rounds until one leaves nothing out that was in its way, or nothing free; of those before, the one that leaves
-    /// the least.
+    /// What one way of finishing the drawing comes to.
+    struct Outcome {
+        Missing missing;
+        int freedom = 0;
+        std::vector<std::string> inTheWay;  ///< relations that may be, where freedom is left
+    };
+
+    /// Where freedom is left because the rest would be said twice, it may be a relation that is in the way, and not
+    /// what was left out for it: a point on a curve that it meets in a vertex anyway.
     void search(const DocumentDiagnosis& given) {
         const Missing told = m_missing;
-        std::optional<Missing> best;
-        int leastFreedom = 0;
+        Outcome best = finished(told, given);
+        const std::vector<std::string> relations = best.inTheWay;
+        std::unordered_set<std::string> leftOut;
+        for (const std::string& relation : relations) {
+            m_refused = leftOut;
+            m_refused.insert(relation);
+            Outcome other = finished(told, given);
+            if (other.freedom <= best.freedom)
+                leftOut.insert(relation);
+            if (other.freedom < best.freedom)
+                best = std::move(other);
+            if (best.freedom == 0)
+                break;
+        }
+        m_missing = std::move(best.missing);
+    }
+
+    /// The relations among what is to be added, without joints and directions of lines, that are on something which the
+    /// diagnosis sees move.
+    std::vector<std::string> relationsOnFree() const {
+        std::unordered_set<std::string_view> free;
+        for (const DocumentDiagnosis::Part& part : m_whole.parts)
+            for (const std::size_t number : part.entities)
+                if (part.freedom > 0 && m_mayMove[number])
+                    free.insert(m_document.entities[number].id);
+        std::vector<std::string> relations;
+        for (const Proposal& proposal : m_missing.constraints) {
+            const Constraint& constraint = proposal.constraint;
+            const bool isOther = isDimension(constraint.type) || constraint.type == ConstraintType::fixed ||
+                                 constraint.type == ConstraintType::coincident || constraint.refs.size() < 2;
+            if (!isOther && relations.size() < kMostRelations &&
+                std::any_of(constraint.refs.begin(), constraint.refs.end(),
+                            [&](const Place& place) { return free.contains(place.entity); }))
+                relations.push_back(keyOf(constraint));
+        }
+        return relations;
+    }
+
+    /// Rounds until one leaves nothing out that was in its way, or nothing free; of those before, the one that leaves
+    /// the least.
+    Outcome finished(const Missing& told, const DocumentDiagnosis& given) {
+        std::optional<Outcome> best;
         for (int round = 0; round < kMostRounds; ++round) {
             m_missing = told;
             takeRelations();
@@ -113,14 +163,12 @@ private:
             const bool isOneRefused = leavesTwiceSaidOut(given.redundant.size());
             noteStillFree();
             const int freedom = freedomLeft();
-            if (!best || freedom < leastFreedom) {
-                best = m_missing;
-                leastFreedom = freedom;
-            }
+            if (!best || freedom < best->freedom)
+                best = Outcome{m_missing, freedom, relationsOnFree()};
             if (!isOneRefused || freedom == 0)
                 break;
         }
-        m_missing = std::move(*best);
+        return std::move(*best);
     }
 
     /// Parts that do not hold have no freedom that could be told, and those that cannot move need nothing.

@@ -54,19 +54,22 @@ void tieEnd(const TieScene& scene, const Place& end, bool isArc, std::vector<Tie
     }
 }
 
-/// The curves meet in a sharp corner.
+/// The curves meet in a sharp corner, or one ends on the other, which has stayed whole.
 void tieSharpCorner(const TieScene& scene, std::vector<Tie>& ties) {
     const std::vector<std::string>& curves = scene.editedCurves();
     if (curves.size() != 2)
         return;
-    for (const Place& end : newEndsOf(scene, curves.front())) {
-        const Vec2 at = *pointAt(*scene.now(end.entity), end);
-        for (const std::string& piece : scene.piecesOf(curves.back()))
-            if (piece != end.entity)
-                if (const std::optional<Place> other = endAt(piece, *scene.now(piece), at, scene.near()))
-                    ties.push_back(tieOf(ConstraintType::coincident, {end, *other},
-                                         spokenEnd(end) + " meets " + spokenEnd(*other)));
-    }
+    for (const bool isFirst : {true, false})
+        for (const Place& end : newEndsOf(scene, isFirst ? curves.front() : curves.back())) {
+            const std::optional<Landing> landing =
+                landingOn(scene, isFirst ? curves.back() : curves.front(), *pointAt(*scene.now(end.entity), end));
+            if (!landing || landing->place.entity == end.entity)
+                continue;
+            const Place& place = landing->place;
+            ties.push_back(tieOf(
+                landing->isEnd ? ConstraintType::coincident : ConstraintType::pointOnCurve, {end, place},
+                spokenEnd(end) + (landing->isEnd ? " meets " + spokenEnd(place) : " lies on " + spokenPlace(place))));
+        }
 }
 
 std::set<std::pair<double, double>> formerVertices(const TieScene& scene) {

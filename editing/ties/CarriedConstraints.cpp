@@ -9,6 +9,7 @@
 #include "editing/ties/CarriedPlaces.h"
 #include "editing/ties/Contacts.h"
 #include "editing/ties/EndPlaces.h"
+#include "editing/ties/StandIns.h"
 
 namespace holdfast::editing {
 
@@ -18,9 +19,39 @@ bool isCurvePlace(const Place& place) {
     return place.kind == PlaceKind::whole || place.kind == PlaceKind::segment;
 }
 
+/// Kinds that read nothing of a place but where it is: any other place in the same point will do.
+bool readsPointsOnly(const Constraint& constraint) {
+    switch (constraint.type) {
+        case ConstraintType::coincident:
+        case ConstraintType::pointOnCurve:
+        case ConstraintType::fixed:
+        case ConstraintType::horizontal:
+        case ConstraintType::vertical:
+        case ConstraintType::symmetric:
+        case ConstraintType::midpoint:
+        case ConstraintType::distance:
+        case ConstraintType::distanceX:
+        case ConstraintType::distanceY:
+            return true;
+        default:
+            return false;
+    }
+}
+
+/// True for what would say something of an entity and itself.
+bool namesOneTwice(const Constraint& constraint) {
+    for (std::size_t i = 0; i < constraint.refs.size(); ++i)
+        for (std::size_t j = i + 1; j < constraint.refs.size(); ++j) {
+            const Place &a = constraint.refs[i], &b = constraint.refs[j];
+            if (a == b || (a.entity == b.entity && (isCurvePlace(a) || isCurvePlace(b))))
+                return true;
+        }
+    return false;
+}
+
 class Carrier {
 public:
-    explicit Carrier(const TieScene& scene) : m_scene(scene), m_places(scene) {}
+    explicit Carrier(const TieScene& scene) : m_scene(scene), m_places(scene), m_standIns(scene, m_places) {}
 
     std::optional<Tie> carried(const Constraint& was) {
         Tie tie{was};
@@ -44,14 +75,54 @@ public:
             return {};
         const bool isSegment = isSegmentPlace(line);
         const auto first =
-            m_places.unmoved({line.entity, isSegment ? PlaceKind::segmentStart : PlaceKind::start, line.index});
-        const auto second =
-            m_places.unmoved({line.entity, isSegment ? PlaceKind::segmentEnd : PlaceKind::end, line.index});
+            pointThere({line.entity, isSegment ? PlaceKind::segmentStart : PlaceKind::start, line.index});
+        const auto second = pointThere({line.entity, isSegment ? PlaceKind::segmentEnd : PlaceKind::end, line.index});
         if (!first || !second || *first == *second)
             return {};
         Tie tie{was, "it is measured between " + spokenPlace(*first) + " and " + spokenPlace(*second) + " now"};
         tie.constraint.refs = {*first, *second};
         return tie;
+    }
+
+    /// With others in the places of those that have moved away: what stood in the same point, or was as long.
+    std::optional<Tie> withStandIns(const Constraint& was) {
+        const bool isOfSize =
+            was.type == ConstraintType::equal || (was.type == ConstraintType::distance && was.refs.size() == 1);
+        if (!isOfSize && !readsPointsOnly(was))
+            return {};
+        Tie tie{was};
+        for (Place& place : tie.constraint.refs) {
+            const std::optional<Place> now = isOfSize ? sizeThere(place) : standInOrSame(was, place);
+            if (!now)
+                return {};
+            if (*now != place && now->entity != place.entity)
+                tie.reason += (tie.reason.empty() ? "" : ", ") + spokenPlace(*now) +
+                              (isOfSize ? " was equal to " : " stood in one point with ") + spokenPlace(place);
+            place = *now;
+        }
+        return tie.reason.empty() || namesOneTwice(tie.constraint) ? std::nullopt : std::optional(tie);
+    }
+
+    /// An end that was in one point with another lies on it where that has been led on through the point.
+    std::optional<Tie> onCurveOf(const Constraint& was) {
+        const bool isTangent = was.type == ConstraintType::tangent;
+        if ((!isTangent && was.type != ConstraintType::coincident) || was.refs.size() != 2)
+            return {};
+        for (const std::size_t moved : {0u, 1u}) {
+            const Place &gone = was.refs[moved], &other = was.refs[1 - moved];
+            const std::optional<Place> stays = pointBefore(gone) ? m_places.unmoved(other) : std::nullopt;
+            if (!stays || m_places.unmoved(gone))
+                continue;
+            const Place curve{gone.entity, isSegmentPlace(gone) ? PlaceKind::segment : PlaceKind::whole, gone.index};
+            const std::optional<Place> on = m_places.through(curve, *pointBefore(other));
+            if (!on || on->entity == stays->entity)
+                continue;
+            Tie tie{was, spokenEnd(*stays) + " lies on " + spokenPlace(*on) + " now"};
+            tie.constraint.type = isTangent ? ConstraintType::tangent : ConstraintType::pointOnCurve;
+            tie.constraint.refs = {*stays, *on};
+            return tie;
+        }
+        return {};
     }
 
     /// The place of a curve on which a constraint has its contact, where that lies on another piece.
@@ -94,6 +165,25 @@ private:
         return was != nullptr && is != nullptr && *was == *is;
     }
 
+    std::optional<Vec2> pointBefore(const Place& place) const {
+        const Shape* shape = m_scene.before(place.entity);
+        return shape == nullptr ? std::nullopt : pointAt(*shape, place);
+    }
+
+    /// What is where the point was: the place itself, or one that stands in for it.
+    std::optional<Place> pointThere(const Place& place) {
+        const std::optional<Place> there = m_places.unmoved(place);
+        return there ? there : m_standIns.forPoint(place);
+    }
+
+    std::optional<Place> sizeThere(const Place& curve) {
+        return isUnchanged(curve) ? std::optional(curve) : m_standIns.forCurve(curve);
+    }
+
+    std::optional<Place> standInOrSame(const Constraint& was, const Place& place) {
+        return pointBefore(place) ? pointThere(place) : placeNow(was, place);
+    }
+
     std::optional<Place> placeNow(const Constraint& was, const Place& place) {
         const Shape* shape = m_scene.before(place.entity);
         if (shape == nullptr)
@@ -126,6 +216,7 @@ private:
 
     const TieScene& m_scene;
     CarriedPlaces m_places;
+    StandIns m_standIns;
 };
 
 /// Composites hold nothing themselves. What is only measured ties nothing.
@@ -147,8 +238,9 @@ std::vector<Tie> carriedConstraints(const TieScene& scene) {
             continue;
         if (std::optional<Tie> tie = carrier.carried(deletion.constraint))
             ties.push_back(std::move(*tie));
-        if (std::optional<Tie> tie = carrier.betweenOuterEnds(deletion.constraint))
-            ties.push_back(std::move(*tie));
+        for (const auto other : {&Carrier::betweenOuterEnds, &Carrier::withStandIns, &Carrier::onCurveOf})
+            if (std::optional<Tie> tie = (carrier.*other)(deletion.constraint))
+                ties.push_back(std::move(*tie));
     }
     return ties;
 }

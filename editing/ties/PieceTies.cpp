@@ -84,6 +84,9 @@ void tieInLine(const Sides& sides, const Shape& first, bool touch, const std::st
         // A common centre and a common point make circles equal.
         if (!touch || isElliptic(first))
             ties.push_back(tieOf(ConstraintType::equal, curves, stay));
+    } else if (touch && std::holds_alternative<SplineShape>(first)) {
+        ties.push_back(tieOf(ConstraintType::tangent, {sides.firstEnd, sides.secondEnd},
+                             "the pieces of " + curve + " run smoothly into each other"));
     }
 }
 

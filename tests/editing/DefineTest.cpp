@@ -272,6 +272,41 @@ TEST(Missing, IsTheSameThatDefineAdds) {
     EXPECT_TRUE(missing.stillFree.empty());
 }
 
+/// The arc of an ellipse between two ends, with its longest diameter, which nearly but not quite begins in its start.
+/// That the diameter's end lies on a side, too, leaves nothing else that would not be said twice.
+TEST(Missing, LeavesOutARelationThatIsInTheWayOfDimensions) {
+    Document document;
+    document.entities = {
+        lineEntity("right", {18.5, -564.0}, {20.499999999964107, -615.5}),
+        lineEntity("left", {-18.5, -564.0}, {-20.500000000003286, -615.5}),
+        shapeEntity("arc", EllipticalArcShape{{0.0, -564.0000001516179},
+                                              {18.5, -1.51617786e-07},
+                                              0.8108108190063721,
+                                              2.02157189e-08,
+                                              3.1415926535897967}),
+        lineEntity("diameter", {18.5, -564.0000003032358}, {-18.5, -564.0}),
+        shapeEntity("origin", PointShape{{0.0, 0.0}}),
+        shapeEntity("axis", XlineShape{{0.0, 0.0}, {0.0, 1.0}}),
+    };
+    document.entities[4].fixed = document.entities[5].fixed = true;
+    document.constraints = {
+        {.id = "c0", .type = ConstraintType::internal, .refs = {{"diameter"}, {"arc"}}, .role = "major_diameter"},
+        {.id = "c1", .type = ConstraintType::pointOnCurve, .refs = {{"arc", PlaceKind::centre}, {"axis"}}},
+        {.id = "c2",
+         .type = ConstraintType::coincident,
+         .refs = {{"arc", PlaceKind::start}, {"right", PlaceKind::start}}},
+        {.id = "c3", .type = ConstraintType::coincident, .refs = {{"arc", PlaceKind::end}, {"left", PlaceKind::start}}},
+        {.id = "c4",
+         .type = ConstraintType::symmetric,
+         .refs = {{"right", PlaceKind::start}, {"left", PlaceKind::start}, {"axis"}}},
+    };
+    Session session(document);
+    EXPECT_EQ(session.apply("define").outcome.error, "");
+    EXPECT_EQ(degreesOfFreedom(session.document()), 0);
+    EXPECT_EQ(redundantIn(session.document()), "");
+    EXPECT_EQ(shapesOf(session.document()), shapesOf(document));
+}
+
 /// Twice as many holes take about twice as long; a solve for each candidate would take four times.
 TEST(Missing, IsFoundInOnePassForManyEntities) {
     Document document;

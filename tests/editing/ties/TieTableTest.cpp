@@ -78,6 +78,69 @@ TEST(TieTable, OfTrims) {
     expectRows(rows);
 }
 
+TEST(TieTable, OfWhatStoodInOnePointWithAnEndThatIsCutOff) {
+#define HUB                                                                           \
+    "draw line 0,0 10,0 as g1; draw line 10,0 10,5 as g2; draw line 10,0 15,0 as g3;" \
+    "draw line 7,-2 7,2 as cut; constrain coincident g1.end g2.start as c1;"          \
+    "constrain coincident g1.end g3.start as c2;"
+    const Row rows[] = {
+        {"what was in one point through it stays in one point", HUB, "trim g1 at 9,0 by cut",
+         "re-pointed c2 coincident g2.start g3.start; added point_on_curve g1.end cut; deleted c1"},
+        {"a dimension to the corner is taken from who stands there",
+         HUB "draw point 0,9 as p; constrain distance_x p g1.end as c3", "trim g1 at 9,0 by cut",
+         "re-pointed c2 coincident g2.start g3.start, c3 distance_x p g2.start; added point_on_curve g1.end cut; "
+         "deleted c1"},
+        {"a length to the corner is the distance of the corners",
+         FRAME "draw line 7,-2 7,2 as cut; constrain distance base as c2", "trim base at 9,0 by cut",
+         "kept c0; re-pointed c2 distance base.start right.start; added point_on_curve base.end cut; deleted c1"},
+        {"a corner that was fixed is fixed", FRAME "draw line 7,-2 7,2 as cut; constrain fixed base.end as c2",
+         "trim base at 9,0 by cut",
+         "kept c0; re-pointed c2 fixed right.start; added point_on_curve base.end cut; deleted c1"},
+        {"corners that were symmetric",
+         FRAME "draw line 7,-2 7,2 as cut; draw line 5,-9 5,9 as axis; constrain symmetric base.start base.end axis as "
+               "c2",
+         "trim base at 9,0 by cut",
+         "kept c0; re-pointed c2 symmetric base.start right.start axis; added point_on_curve base.end cut; deleted c1"},
+        {"who is left alone at a corner is tied to nothing", FRAME "draw line 7,-2 7,2 as cut",
+         "trim base at 9,0 by cut", "kept c0; added point_on_curve base.end cut; deleted c1"},
+        {"an end lies on the line that was led on through it", FRAME "draw line 15,-2 15,2 as wall",
+         "extend base end to wall",
+         "kept c0; re-pointed c1 point_on_curve right.start base; added point_on_curve base.end wall"},
+        {"a smooth end touches the line that was led on",
+         "draw line 0,0 10,0 as g1; draw arc centre 10,5 from 10,0 to 15,5 as g2; constrain tangent g1.end g2.start as "
+         "c1; draw line 20,-2 20,2 as wall",
+         "extend g1 end to wall", "re-pointed c1 tangent g2.start g1; added point_on_curve g1.end wall"},
+        {"an end on an arc that was led on",
+         "draw arc centre 0,0 from 5,0 to 0,5 as g1; draw line 0,5 0,9 as g2; constrain coincident g1.end g2.start as "
+         "c1; draw line -9,0 -1,0 as wall",
+         "extend g1 end to wall", "re-pointed c1 point_on_curve g2.start g1; added point_on_curve g1.end wall"},
+        {"what a fillet leaves behind at its corner stays together",
+         "draw line 0,0 10,0 as g1; draw line 10,0 10,10 as g2; draw line 10,0 15,0 as g3; draw line 10,0 15,-5 as g4;"
+         "constrain coincident g1.end g2.start as c0; constrain coincident g1.end g3.start as c1; constrain coincident "
+         "g2.start g4.start as c2",
+         "fillet g1 g2 radius 2",
+         "re-pointed c0 coincident g3.start g4.start; added coincident g1.end g1_2.start, tangent g1.end g1_2.start, "
+         "coincident g2.start g1_2.end, tangent g2.start g1_2.end; deleted c1 c2"},
+    };
+    expectRows(rows);
+}
+
+TEST(TieTable, OfWhatWasAsLongAsALineThatIsCut) {
+#define RUNGS                                                                       \
+    "draw line 0,0 10,0 as g1; draw line 0,5 10,5 as g2; draw line 0,8 10,8 as g3;" \
+    "draw line 7,-2 7,2 as cut; constrain equal g1 g2 as c1; constrain equal g1 g3 as c2;"
+    const Row rows[] = {
+        {"others stay as long as each other", RUNGS, "trim g1 at 9,0 by cut",
+         "re-pointed c2 equal g2 g3; added point_on_curve g1.end cut; deleted c1"},
+        {"the length that all of them had", RUNGS "constrain distance g1 as c3", "trim g1 at 9,0 by cut",
+         "re-pointed c2 equal g2 g3, c3 distance g2; added point_on_curve g1.end cut; deleted c1"},
+        {"a single one is as long as nothing",
+         "draw line 0,0 10,0 as g1; draw line 0,5 10,5 as g2; draw line 7,-2 7,2 as cut; constrain equal g1 g2 as c1",
+         "trim g1 at 9,0 by cut", "added point_on_curve g1.end cut; deleted c1"},
+    };
+    expectRows(rows);
+}
+
 TEST(TieTable, OfExtensions) {
     const Row rows[] = {
         {"a new end lies on its boundary", "draw line 0,0 5,0 as g1; draw line 9,-2 9,2 as wall",
@@ -152,8 +215,8 @@ TEST(TieTable, OfBreaks) {
          "g1.centre g1_2.centre"},
         {"an ellipse's arc stays on one ellipse", "draw ellipse 0,0 major 10,0 ratio 0.5 from 0 to 180 as g1",
          "break g1 at 0,5", "added coincident g1.end g1_2.start, concentric g1.centre g1_2.centre, equal g1 g1_2"},
-        {"a spline's pieces meet", "draw spline 0,0 5,5 10,-5 15,0 as g1", "break g1 at 7.5,0",
-         "added coincident g1.end g1_2.start"},
+        {"a spline's pieces run smoothly into each other", "draw spline 0,0 5,5 10,-5 15,0 as g1", "break g1 at 7.5,0",
+         "added coincident g1.end g1_2.start, tangent g1.end g1_2.start"},
         {"a ray's pieces stay in line", "draw ray 0,0 through 1,0 as g1", "break g1 at 4,0 to 6,0",
          "added collinear g1 g1_2"},
         {"a construction line's pieces stay in line", "draw xline 0,0 through 1,0 as g1", "break g1 at 4,0 to 6,0",
@@ -232,6 +295,11 @@ TEST(TieTable, OfFillets) {
          "deleted c0"},
         {"a sharp corner stays together", "draw line 0,0 10,0 as g1; draw line 12,2 12,10 as g2",
          "fillet g1 g2 radius 0", "added coincident g1.end g2.start"},
+        {"a sharp corner with a circle that stays whole", "draw circle 0,0 radius 5 as g1; draw line 20,0 8,0 as g2",
+         "fillet g1 g2 radius 0", "added point_on_curve g2.end g1"},
+        {"a sharp corner to which only one is led on", "draw line 0,0 10,0 as g1; draw line 10,5 10,9 as g2",
+         "fillet g1 g2 radius 0", "added coincident g2.start g1.end"},
+        {"a sharp corner of curves that met already stays as it is", CORNER, "fillet g1 g2 radius 0", "kept c0"},
         {"a fillet on a circle that stays whole", "draw circle 0,0 radius 5 as g1; draw line -20,-6 20,-6 as g2",
          "fillet g1 g2 radius 2 at 4,-3 10,-6",
          "added point_on_curve g1_2.start g1, tangent g1_2.start g1, coincident g2.start g1_2.end, tangent g2.start "
