@@ -72,6 +72,12 @@ class Tab(Page):
         self.browser, self.window, self.pictures = browser, window, pictures
         browser.get(address or window.address)
         self.wait("return document.body.dataset.ready === 'yes' && window.holdfast.scene.freedom !== null", "the page is ready")
+        if window:
+            window.tab = self.name()
+
+    def name(self):
+        """What the tab calls itself to the server."""
+        return self.run("return sessionStorage.getItem('holdfast-tab')")
 
     def text(self, css):
         return self.find(css).text

@@ -149,7 +149,8 @@ def saving(folder):
         window.do("edit", "drag base.end by 5,0")
         refused = window.do("save")
         check(not refused["done"] and "somebody else" in refused["error"], "a file that others have written is not lost")
-        check(window.do("save")["done"] and path.read_text() == window.copy("drawing.json"), "unless that is wanted")
+        check(refused["asks"] and not window.do("save")["done"], "however often one asks")
+        check(window.do("save", "over")["done"] and path.read_text() == window.copy("drawing.json"), "unless that is wanted")
         said, code = window.interrupt()
         check(code == 0 and "kept" not in said, "an end after that says nothing")
     check(sorted(p.name for p in pathlib.Path(folder).glob("saved*")) == ["saved.json"], "nothing lies beside it")
@@ -194,6 +195,68 @@ def a_crash_loses_nothing(folder):
         window.process.kill()
     with Window(PROGRAM, path) as window:
         check(window.copy("drawing.json") == after, "a crash loses nothing that is older than a second")
+
+
+def tabs_have_sessions_of_their_own(folder):
+    path = copied(folder, DRAWING, "tabs.json")
+    with Window(PROGRAM, path) as window:
+        window.do("edit", "drag base.end by 5,0")
+        own = window.entity("base")
+        with window.named("b"):
+            check(window.entity("base")["end"] == [80.0, 0.0] and not window.do("edit", "undo")["done"],
+                  "a second tab shows what the file holds, and takes back nothing of the first one's")
+            window.do("edit", "draw circle 40,70 radius 5 as moon")
+        check(window.entity("base") == own and not window.entity("moon"), "nor is the second one's seen in the first")
+        check(window.do("save")["done"], "one tab saves")
+        with window.named("b"):
+            check("another tab has saved tabs.json" in window.ask("behind")["behind"], "of which the other one hears")
+            refused, first = window.do("save"), path.read_text()
+            check(not refused["done"] and refused["asks"] and "another tab" in refused["error"], f"and does not write over it: {refused}")
+            check(path.read_text() == first, "what was saved stays")
+            check(window.do("save", "over")["done"] and "moon" in path.read_text(), "unless that is wanted")
+        check("another tab has saved" in window.do("save")["error"], "then it is the first one's turn to be asked")
+        with window.named("c"):
+            check(window.entity("moon") and not window.ask("state")["behind"], "a third tab shows what the file holds by then")
+        window.do("discard")
+        check(window.entity("moon") and not window.ask("behind")["behind"], "and so does one that goes back to the file")
+        for tab in ("d", "e", "f", "0", "1"):
+            check(window.status(f"/{window.word}/ask/state?tab={tab}") == 200, "there is room for eight")
+        check(window.status(f"/{window.word}/ask/state?tab=2") == 503, "and no more")
+        check(window.status(f"/{window.word}/ask/state?tab=../x") == 400, "no tab calls itself so")
+        window.interrupt()
+
+
+def each_tab_is_recovered(folder):
+    path = copied(folder, DRAWING, "both.json")
+    with Window(PROGRAM, path) as window:
+        window.do("edit", "drag base.end by 5,0")
+        first = window.copy("drawing.json")
+        with window.named("b"):
+            window.do("edit", "draw circle 40,70 radius 5 as moon")
+            second = window.copy("drawing.json")
+        patience = time.time() + 5
+        while len(list(path.parent.glob("both.unsaved*"))) < 2 and time.time() < patience:
+            time.sleep(0.05)
+        window.process.kill()
+    with Window(PROGRAM, path) as window:
+        check(window.copy("drawing.json") == first, "after a crash the first tab goes on with what the first one did")
+        with window.named("b"):
+            check(window.copy("drawing.json") == second and window.ask("state")["takenUp"], "and the second with the second's")
+        with window.named("c"):
+            check(not window.entity("moon") and window.entity("base")["end"] == [80.0, 0.0], "and the third with what the file holds")
+        window.do("save")
+        with window.named("b"):
+            window.do("edit", "draw line -50,-50 -20,-49 as late")
+        said, _ = window.interrupt()
+        check("both.unsaved-2.json" in said and "both.unsaved.json" not in said, f"the end says whose edits are left: {said}")
+    with Window(PROGRAM, path) as window:
+        check(window.copy("drawing.json") == first == path.read_text() and not window.ask("state")["takenUp"],
+              "what was saved is shown, not what began before")
+        window.do("edit", "drag base.end by 5,0")
+        said, _ = window.interrupt()
+    left = path.parent / "both.unsaved-2.json"
+    check("moon" in left.read_text() and "late" in left.read_text(), "which nobody writes over")
+    check("both.unsaved-2.json holds edits from before both.json was written last" in said, f"and which is told: {said}")
 
 
 def nobody_waits_for_a_slow_disk(folder):
@@ -326,7 +389,8 @@ def main():
             what_the_page_may_do(window)
             edits(window)
             the_script_does_the_same(window, folder)
-        for test in (saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, nobody_waits_for_a_slow_disk,
+        for test in (saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, tabs_have_sessions_of_their_own,
+                     each_tab_is_recovered, nobody_waits_for_a_slow_disk,
                      dropped_drawings, blocks_are_drawn, the_end, arguments):
             test(folder)
     return outcome()
