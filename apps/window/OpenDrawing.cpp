@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <unordered_set>
 #include <utility>
 #include <variant>
@@ -13,6 +14,7 @@
 #include "document/BlockContents.h"
 #include "document/text/DrawingError.h"
 #include "formats/FileIo.h"
+#include "formats/dxf/DxfReader.h"
 #include "formats/dxf/DxfWriter.h"
 #include "formats/json/JsonWriter.h"
 #include "report/picture/Svg.h"
@@ -48,6 +50,10 @@ struct OpenDrawing::Shown {
     std::vector<char> done{}, undone{};    ///< by edit that can be taken back, or done again: belongs to the one before
     bool isSaved = true, isKept = true;    ///< the file has all edits, or what is kept beside it
     bool isTakenUp = false;
+    DroppedFile source{};       ///< what was dropped
+    bool isDownloaded = false;  ///< whoever sits there has all edits
+
+    bool isUnsaved() const { return !isSaved && !isDownloaded; }
 };
 
 OpenDrawing::OpenDrawing(std::shared_ptr<OpenedFile> file, OpenedFile::Place kept)
@@ -104,7 +110,8 @@ std::string OpenDrawing::state() {
               {"file", m_shown->file.fileName()},
               {"readOnly", m_shown->file.isReadOnly},
               {"takesSaves", m_shown->file.takesSaves()},
-              {"unsaved", !m_shown->isSaved},
+              {"unsaved", m_shown->isUnsaved()},
+              {"forms", formsOut()},
               {"drawings", m_drawings},
               {"dropped", m_opened != nullptr},
               {"own", (m_opened ? *m_opened : *m_shown).file.fileName()},
@@ -153,7 +160,7 @@ const EditResult& OpenDrawing::doOne(std::string_view text, bool follows) {
     if (!result.outcome.done())
         return result;
     ++m_number;
-    m_shown->isSaved = m_shown->isKept = false;
+    m_shown->isSaved = m_shown->isKept = m_shown->isDownloaded = false;
     m_shown->changes.push_back(m_shown->session->changes().back());
     if (std::holds_alternative<Undo>(*result.edit)) {
         m_shown->undone.push_back(m_shown->done.back());
@@ -174,7 +181,7 @@ std::string OpenDrawing::told(const EditResult& result, bool hasChanged) const {
     if (hasChanged)
         json["change"] = changeJson(m_shown->session->changes().back());
     json["number"] = m_number;
-    json["unsaved"] = !m_shown->isSaved;
+    json["unsaved"] = m_shown->isUnsaved();
     json["canUndo"] = m_shown->session->canUndo();
     json["canRedo"] = m_shown->session->canRedo();
     return textOf(json);
@@ -285,10 +292,12 @@ std::string OpenDrawing::takeDropped(DroppedFile file) {
         DrawingFile own = m_opened ? m_opened->file : m_shown->file;
         own.name = dropped.document.name.empty() ? fs::path(file.name).stem().string() : dropped.document.name;
         own.droppedAs = file.sketch.empty() ? file.name : file.name + "#" + file.sketch;
+        file.sketch = dropped.sketch;
         auto taken =
             std::make_unique<Shown>(Shown{.file = std::move(own),
                                           .opened = {std::make_shared<const Document>(std::move(dropped.document))},
-                                          .unsaved = m_file->freePlace(true)});
+                                          .unsaved = m_file->freePlace(true),
+                                          .source = std::move(file)});
         for (std::string& remark : putAside())
             dropped.remarks.push_back(std::move(remark));
         m_shown = std::move(taken);
@@ -344,6 +353,39 @@ std::optional<OpenDrawing::Copy> OpenDrawing::copy(std::string_view what) {
     return std::nullopt;
 }
 
+/// That in which it came first.
+std::vector<std::string> OpenDrawing::formsOut() const {
+    std::vector<std::string> forms{".json", ".dxf", kSlvsForm, ".svg"};
+    const std::string own =
+        endingOf(m_shown->source.name.empty() ? m_shown->file.opened.filename().string() : m_shown->source.name);
+    std::erase(forms, own);
+    forms.insert(forms.begin(), own);
+    return forms;
+}
+
+GoneOut OpenDrawing::saveAs(const std::string& form) {
+    const std::lock_guard lock(m_mutex);
+    const std::vector<std::string> forms = formsOut();
+    if (std::find(forms.begin(), forms.end(), form) == forms.end())
+        throw DrawingError("the drawing", {"", "a file that ends in " + form, "one of the forms that it can have"});
+    const bool isDropped = !m_shown->source.name.empty();
+    CameFrom from{.form = forms.front()};
+    std::optional<DxfOriginal> dxf;
+    std::optional<SketchOriginal> sketch;
+    if (form == ".dxf" && from.form == form) {
+        std::string text = isDropped ? m_shown->source.bytes : readFile(m_shown->file.opened);
+        DxfDrawing read = readDxf(text, m_shown->file.fileName());
+        if (read.document == *m_shown->opened.document)  // else somebody has written it since
+            from.dxf = &dxf.emplace(DxfOriginal{std::move(text), std::move(read.layout), std::move(read.document)});
+    } else if (form == kSketchForm) {
+        from.sketch = &sketch.emplace(SketchOriginal{m_shown->source.bytes, m_shown->source.sketch});
+    }
+    GoneOut out = goingOut(m_shown->session->document(), form, from, kFlattening);
+    if (!m_shown->file.takesSaves() && out.notes.empty() && form != ".svg")
+        m_shown->isDownloaded = true;
+    return out;
+}
+
 std::uint64_t OpenDrawing::number() const {
     const std::lock_guard lock(m_mutex);
     return m_number;
@@ -351,7 +393,7 @@ std::uint64_t OpenDrawing::number() const {
 
 bool OpenDrawing::hasUnsaved() const {
     const std::lock_guard lock(m_mutex);
-    return !m_shown->isSaved || (m_opened && !m_opened->isSaved);
+    return m_shown->isUnsaved() || (m_opened && m_opened->isUnsaved());
 }
 
 std::vector<fs::path> OpenDrawing::keptIn() const {

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "apps/forms/GoingOut.h"
 #include "apps/window/OpenedFile.h"
 #include "apps/window/Uses.h"
 #include "document/Document.h"
@@ -57,6 +58,10 @@ public:
     /// nothing for another name.
     std::optional<Copy> copy(std::string_view what);
 
+    /// The drawing in the form of an ending that state() lists, and what is lost in it. One that cannot be saved into
+    /// its own file counts as saved then, if nothing is lost. Throws DrawingError for what cannot be written so.
+    GoneOut saveAs(const std::string& form);
+
     /// Counts up with each change.
     std::uint64_t number() const;
     /// There are edits that are in no file that somebody has chosen.
@@ -73,6 +78,7 @@ private:
     const EditResult& doOne(std::string_view text, bool follows);
     std::string editLog() const;
     std::string nameOf(std::string_view ending) const;
+    std::vector<std::string> formsOut() const;
     std::unique_ptr<Shown> fresh() const;
     void takeUp(OpenedFile::Place kept);
     bool isBehind() const;

@@ -106,6 +106,17 @@ std::optional<std::string> tabOf(const httplib::Request& request) {
     return tab;
 }
 
+/// As many as people read.
+std::string notesText(std::vector<std::string> notes) {
+    constexpr std::size_t kMostNotes = 20;
+    if (notes.size() > kMostNotes) {
+        const std::size_t more = notes.size() - kMostNotes;
+        notes.resize(kMostNotes);
+        notes.push_back("and " + std::to_string(more) + " more");
+    }
+    return Json(notes).dump(-1, ' ', true, Json::error_handler_t::replace);
+}
+
 }  // namespace
 
 struct Server::Inside {
@@ -233,6 +244,27 @@ struct Server::Inside {
         addPost("discard", [](OpenDrawing& drawing, Edit) { return drawing.discard(); });
         addPost("back", [](OpenDrawing& drawing, Edit) { return drawing.goBack(); });
         addDrop();
+        addSaveAs();
+    }
+
+    /// The bytes of a file for the browser to keep; what is lost in it stands in a header, as JSON in letters that
+    /// headers may have.
+    void addSaveAs() {
+        server.Post(gate->prefix() + "do/saveas", [this](const httplib::Request& request, httplib::Response& response) {
+            const std::optional<std::string> form = editIn(request.body);
+            if (!form)
+                return refuse(response, kRefused, "expected {\"text\": \"an ending\"}\n");
+            const auto drawing = drawingOf(request, response);
+            if (!drawing)
+                return;
+            try {
+                GoneOut out = drawing->saveAs(*form);
+                response.set_header("Holdfast-Notes", notesText(std::move(out.notes)));
+                response.set_content(out.bytes, "application/octet-stream");
+            } catch (const std::exception& failure) {
+                refuse(response, kRefused, failure.what());
+            }
+        });
     }
 
     /// A file that was dropped comes as its bytes; its name and that of a sketch in it stand behind the address.

@@ -117,6 +117,18 @@ class Window:
         with urllib.request.urlopen(f"{self.address}copy/{name}?tab={self.tab}", timeout=30) as answer:
             return answer.read().decode()
 
+    def save_as(self, form):
+        """The bytes of the drawing in another form, and what is lost there; None for what is refused."""
+        request = urllib.request.Request(
+            f"{self.address}do/saveas", json.dumps({"text": form}).encode(),
+            {"Content-Type": "application/json", "Origin": f"http://127.0.0.1:{self.port}", "Holdfast-Tab": self.tab})
+        try:
+            with urllib.request.urlopen(request, timeout=30) as answer:
+                return answer.read(), json.loads(answer.headers["Holdfast-Notes"])
+        except urllib.error.HTTPError as refusal:
+            check(refusal.code == 400, f"a refusal says so: {refusal}")
+            return None
+
     @contextlib.contextmanager
     def named(self, tab):
         """Asked in the name of another tab."""

@@ -327,6 +327,54 @@ def dropped_drawings(folder):
     check(sorted(p.name for p in pathlib.Path(folder).glob("under*")) == files, "and writes nothing")
 
 
+def saved_under_another_name(folder):
+    path = copied(folder, DRAWING, "as.json")
+    with Window(PROGRAM, path) as window:
+        check(window.ask("state")["forms"] == [".json", ".dxf", ".slvs", ".svg"], "a drawing can be had in other forms")
+        bytes_, notes = window.save_as(".json")
+        check(bytes_.decode() == window.copy("drawing.json") and notes == [], "as it is")
+        window.do("edit", "drag base.end by 5,0")
+        window.save_as(".json")
+        check(window.ask("state")["unsaved"], "a copy of it is not its file")
+        _, notes = window.save_as(".dxf")
+        check(any("constraints were left out" in note for note in notes), f"what another form does not hold is told: {notes}")
+        for form in (".fcstd", ".txt", "", "/etc/passwd", "../x.json"):
+            told = window.save_as(form)
+            check(told is None, f"there is no other form: {form} {told}")
+        plate = (EXAMPLES / "drawings" / "acrylic-case-top.dxf").read_bytes()
+        window.drop("plate.dxf", plate)
+        check(window.ask("state")["forms"][0] == ".dxf" and window.save_as(".dxf") == (plate, []), "a dropped file comes back byte for byte")
+        window.do("edit", f"move {window.ask('state')['drawing']['entities'][0]['id']} by 1,0")
+        check(window.ask("state")["unsaved"] and not window.do("save")["done"], "what is done to it is not saved over it")
+        changed, notes = window.save_as(".dxf")
+        same = len(set(plate.splitlines()) & set(changed.splitlines())) / len(set(plate.splitlines()))
+        check(changed != plate and same > 0.9, f"an edit changes the record of what it moved, and leaves the rest: {same} {notes}")
+        check(notes or not window.ask("state")["unsaved"], "whoever has the file has saved it")
+        hinge = (EXAMPLES / "formats" / "hinge.slvs").read_bytes()
+        window.drop("hinge.slvs", hinge)
+        entities = window.ask("state")["drawing"]["entities"]
+        written, _ = window.save_as(".slvs")
+        window.drop("again.slvs", written)
+        check(len(window.ask("state")["drawing"]["entities"]) == len(entities), "a sketch goes out in the form that it came in")
+        window.drop("two.FCStd", document(Sketch=10, Sketch001=20), sketch="Sketch001")
+        window.do("edit", "draw line 0,5 5,9 as added")
+        archive, _ = window.save_as(".fcstd")
+        window.drop("two.FCStd", archive, sketch="Sketch")
+        check(window.entity("g0")["end"] == [10.0, 0.0], "a document comes back with its other sketches")
+        window.drop("two.FCStd", archive, sketch="Sketch001")
+        check(len([e for e in window.ask("state")["drawing"]["entities"] if e["type"] == "line" and not e.get("fixed")]) == 2,
+              "and with what was drawn in this one")
+        window.drop("one.FCStd", document(Sketch=10))
+        check(window.save_as(".fcstd")[0][:2] == b"PK", "also when there was none to choose")
+        window.interrupt()
+    check(path.read_bytes() == pathlib.Path(DRAWING).read_bytes(), "none of this is written where the drawing came from")
+    opened = pathlib.Path(folder) / "opened.dxf"
+    opened.write_bytes(plate)
+    with Window(PROGRAM, opened) as window:
+        check(window.save_as(".dxf") == (plate, []), "a file that was opened goes out as it came in, too")
+        window.interrupt()
+
+
 def blocks_are_drawn(folder):
     drawing = pathlib.Path(DRAWING).parent.parent / "commands" / "plate-with-screws.dxf"
     path = copied(folder, drawing, "blocks.dxf")
@@ -391,7 +439,7 @@ def main():
             the_script_does_the_same(window, folder)
         for test in (saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, tabs_have_sessions_of_their_own,
                      each_tab_is_recovered, nobody_waits_for_a_slow_disk,
-                     dropped_drawings, blocks_are_drawn, the_end, arguments):
+                     dropped_drawings, saved_under_another_name, blocks_are_drawn, the_end, arguments):
             test(folder)
     return outcome()
 

@@ -25,6 +25,14 @@ const PAUSE = 4;  // milliseconds between two questions of a pull: no screen is 
 async function call(path, how) {
   if (answers && how) throw new Error('this page shows the drawing and does not edit it; "holdfast open" does');
   if (answers) return (await answers)[path.slice('ask/'.length)];
+  return (await reach(path, how)).json();
+}
+
+/**
+ * @param {string} path
+ * @param {RequestInit} [how]
+ */
+async function reach(path, how) {
   let answer;
   try {
     answer = await fetch(path, { ...how, headers: { ...how?.headers, 'Holdfast-Tab': await tab } });
@@ -32,7 +40,7 @@ async function call(path, how) {
     throw new Gone('the program that shows this drawing has ended; what was not saved is kept beside the drawing');
   }
   if (!answer.ok) throw new Error((await answer.text()).trim() || `the server answered ${answer.status}`);
-  return answer.json();
+  return answer;
 }
 
 /** @param {string} name */
@@ -62,6 +70,14 @@ export const attempt = (text) => post('try', text);
  * @returns {Promise<{done: boolean, error: string, asks?: boolean}>} whether one may write over it
  */
 export const save = (isOver) => post('save', isOver ? 'over' : '');
+/**
+ * The drawing as a file of another form, and what is lost in it.
+ * @param {string} ending @returns {Promise<{file: Blob, notes: string[]}>}
+ */
+export async function saveAs(ending) {
+  const answer = await reach('do/saveas', { method: 'POST', headers: { 'Content-Type': 'application/json' }, body: JSON.stringify({ text: ending }) });
+  return { file: await answer.blob(), notes: JSON.parse(answer.headers.get('Holdfast-Notes') || '[]') };
+}
 /** @returns {Promise<{behind: string}>} who has written the file since, in words */
 export const behind = () => call('ask/behind');
 /** @typedef {{done: boolean, error: string, remarks?: string[], sketches?: {name: string, label: string}[]}} Taken */

@@ -83,16 +83,24 @@ export class Saving {
   /** @param {boolean} isOver what others have written @returns {Promise<boolean>} */
   async #write(isOver) {
     const { page } = this;
-    if (!page.takesSaves) return this.#refused('this drawing cannot be saved here; download it instead');
+    if (!page.takesSaves) {
+      page.saveAs.ask();
+      return false;
+    }
     const { done, error, asks } = await link.save(isOver);
     if (asks) return this.#choose(error);
     if (!done) return this.#refused(error);
     page.say('saved');
-    page.hasUnsaved = false;
-    byId('unsaved').hidden = true;
+    this.isHeld();
     /** @type {HTMLButtonElement} */ (byId('save')).disabled = true;
     byId('notice').hidden = true;
     return true;
+  }
+
+  /** Some file has it all. */
+  isHeld() {
+    this.page.hasUnsaved = false;
+    byId('unsaved').hidden = true;
   }
 
   /** @param {string} why */

@@ -11,6 +11,7 @@ import { Line } from './line.js';
 import { readGlyphs } from './marks.js';
 import { Painter } from './painter.js';
 import { Panel, constraintInWords } from './panel.js';
+import { SaveAs } from './saveas.js';
 import { Saving } from './saving.js';
 import { Toolbox } from './tools.js';
 import { View } from './view.js';
@@ -39,6 +40,8 @@ export class Page {
     this.takesSaves = false;
     this.hasUnsaved = false;
     this.file = '';
+    /** @type {string[]} */
+    this.forms = [];
     this.drawings = 0;  // which of those that were shown one after the other
     this.paintsAll = false;
     this.isPainting = false;
@@ -70,6 +73,7 @@ export class Page {
     this.clipboard = new Clipboard(this);
     this.wiggle = new Wiggle(this);
     this.saving = new Saving(this);
+    this.saveAs = new SaveAs(this);
     if (!link.standsAlone) this.files = new Files(this);
     document.body.classList.toggle('alone', link.standsAlone);
     this.#buttons();
@@ -99,6 +103,7 @@ export class Page {
     byId('name').textContent = state.name;
     document.title = `${state.name} · Holdfast`;
     this.file = state.file;
+    this.forms = state.forms;
     byId('back').hidden = !state.dropped;
     byId('back').textContent = `Back to ${state.own}`;
     this.takesSaves = state.takesSaves;
