@@ -294,15 +294,15 @@ export class Page {
     return freedom ? `${words}\n${freedom}` : words;
   }
 
-  /** @param {string[]} entities @param {string[]} marks whether anything changed */
-  #light(entities, marks) {
+  /** @param {string[]} entities @param {string[]} marks @param {boolean} [isFromList] whether anything changed */
+  #light(entities, marks, isFromList) {
     const { scene } = this;
     const key = [...entities, '', ...marks].join('\n');
     if (key === this.lit) return false;
     this.lit = key;
     scene.hot = new Set(entities);
     scene.hotMarks = new Set(marks);
-    this.panel.light(scene.hotMarks);
+    this.panel.light(scene.hotMarks, !isFromList);
     this.paintSoon(true);
     return true;
   }
@@ -312,7 +312,7 @@ export class Page {
    * @param {string[]} marks @param {string[]} entities
    */
   point(marks, entities) {
-    this.#light(entities, marks);
+    this.#light(entities, marks, true);
   }
 
   /**
