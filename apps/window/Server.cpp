@@ -87,6 +87,18 @@ void refuseHaste(httplib::Response& response) {
     refuse(response, kTooOften, "too many requests in a second; nothing was done, ask again in a moment\n");
 }
 
+/// An answer as it is: the library would pack what it is given as a whole, which takes far longer than the way to a
+/// browser on the same machine.
+void give(httplib::Response& response, std::string text, const std::string& type) {
+    const std::size_t length = text.size();
+    if (length == 0)
+        return response.set_content(text, type);
+    response.set_content_provider(length, type,
+                                  [text = std::move(text)](std::size_t at, std::size_t count, httplib::DataSink& sink) {
+                                      return sink.write(text.data() + at, count);
+                                  });
+}
+
 /// One line of an event stream, as the browser's EventSource reads it.
 std::string eventOf(const Tabs::News& news) {
     return "data: " +
@@ -173,17 +185,17 @@ struct Server::Inside {
             const Asset* asset = assetNamed(name.empty() ? "index.html" : name);
             if (asset == nullptr)
                 return refuse(response, kMissing, "there is no such page\n");
-            response.set_content(asset->text.data(), asset->text.size(), std::string(asset->type));
+            give(response, std::string(asset->text), std::string(asset->type));
         });
         server.Get(gate->prefix() + "copy/([a-z.]+)",
                    [this](const httplib::Request& request, httplib::Response& response) {
                        const auto drawing = drawingOf(request, response);
                        if (!drawing)
                            return;
-                       const std::optional<OpenDrawing::Copy> copy = drawing->copy(std::string(request.matches[1]));
+                       std::optional<OpenDrawing::Copy> copy = drawing->copy(std::string(request.matches[1]));
                        if (!copy)
                            return refuse(response, kMissing, "there is no such copy\n");
-                       response.set_content(copy->text, copy->type);
+                       give(response, std::move(copy->text), copy->type);
                        response.set_header("Content-Disposition", "attachment");
                    });
     }
@@ -208,7 +220,7 @@ struct Server::Inside {
         server.Get(gate->prefix() + "ask/" + name,
                    [this, answer = std::move(answer)](const httplib::Request& request, httplib::Response& response) {
                        if (const auto drawing = drawingOf(request, response))
-                           response.set_content(answer(*drawing), kJson);
+                           give(response, answer(*drawing), kJson);
                    });
     }
 
@@ -219,7 +231,7 @@ struct Server::Inside {
                         if (!edit)
                             return refuse(response, kRefused, "expected {\"text\": \"an edit\"}\n");
                         if (const auto drawing = drawingOf(request, response)) {
-                            response.set_content(answer(*drawing, *edit), kJson);
+                            give(response, answer(*drawing, *edit), kJson);
                             tabs.tell(*tabOf(request), drawing->number());
                         }
                     });
@@ -228,7 +240,7 @@ struct Server::Inside {
     void addAnswers() {
         using Edit = const std::string&;
         server.Get(gate->prefix() + "ask/language", [](const httplib::Request&, httplib::Response& response) {
-            response.set_content(textOf(languageJson()), kJson);
+            give(response, textOf(languageJson()), kJson);
         });
         addGet("state", [](OpenDrawing& drawing) { return drawing.state(); });
         addGet("freedom", [](OpenDrawing& drawing) { return drawing.freedom(); });
@@ -260,7 +272,7 @@ struct Server::Inside {
             try {
                 GoneOut out = drawing->saveAs(*form);
                 response.set_header("Holdfast-Notes", notesText(std::move(out.notes)));
-                response.set_content(out.bytes, "application/octet-stream");
+                give(response, std::move(out.bytes), "application/octet-stream");
             } catch (const std::exception& failure) {
                 refuse(response, kRefused, failure.what());
             }
@@ -274,10 +286,11 @@ struct Server::Inside {
                         const auto drawing = drawingOf(request, response);
                         if (!drawing)
                             return;
-                        response.set_content(drawing->takeDropped({.name = request.get_param_value("name"),
-                                                                   .bytes = request.body,
-                                                                   .sketch = request.get_param_value("sketch")}),
-                                             kJson);
+                        give(response,
+                             drawing->takeDropped({.name = request.get_param_value("name"),
+                                                   .bytes = request.body,
+                                                   .sketch = request.get_param_value("sketch")}),
+                             kJson);
                         tabs.tell(*tabOf(request), drawing->number());
                     });
     }

@@ -98,6 +98,14 @@ def what_the_page_may_do(window):
     check(not re.search(r"\son\w+=|style=|javascript:|https?://", page), "the page has nothing written in that could run")
 
 
+def nobody_waits_for_packing(window):
+    for path in ("window.js", "ask/state", "ask/freedom", "copy/drawing.json"):
+        request = urllib.request.Request(window.address + path, headers={"Accept-Encoding": "gzip, deflate, br, zstd"})
+        with urllib.request.urlopen(request, timeout=30) as answer:
+            check(answer.headers["Content-Encoding"] is None and len(answer.read()) == int(answer.headers["Content-Length"]) > 0,
+                  f"the way to this machine's own browser is short: {path} comes as it is")
+
+
 def edits(window):
     done = window.do("edit", "fillet top left radius 400")
     check(not done["done"] and len(done["error"]) > 20, "a refused edit says why")
@@ -435,6 +443,7 @@ def main():
             what_may_be_dropped(window)
             haste_is_refused(window)
             what_the_page_may_do(window)
+            nobody_waits_for_packing(window)
             edits(window)
             the_script_does_the_same(window, folder)
         for test in (saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, tabs_have_sessions_of_their_own,
