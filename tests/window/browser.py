@@ -59,6 +59,11 @@ class Page:
     def find(self, css):
         return self.browser.find_element(By.CSS_SELECTOR, css)
 
+    def touch(self, kind, *places):
+        """Fingers: "touchStart", "touchMove" to other places, "touchEnd" without any."""
+        self.browser.execute_cdp_cmd("Input.dispatchTouchEvent", {
+            "type": kind, "touchPoints": [{"x": x, "y": y, "id": i} for i, (x, y) in enumerate(places)]})
+
     def silent(self, what):
         said = [line["message"] for line in self.browser.get_log("browser") if line["level"] in ("SEVERE", "WARNING")
                 and "willReadFrequently" not in line["message"]]  # we look at the canvas, the page never does

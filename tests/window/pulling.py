@@ -109,6 +109,22 @@ def refs(*places):
     return [{"entity": place.split(".")[0], "point": place.split(".")[1]} for place in places]
 
 
+def two_fingers_zoom(tab, _folder):
+    left, top, width, height = tab.run("const b = document.getElementById('above').getBoundingClientRect(); return [b.left, b.top, b.width, b.height]")
+    x, y = left + width / 2, top + height / 2
+    view = "return [window.holdfast.view.scale, ...window.holdfast.view.toScreen([40, 30])]"
+    before = tab.run(view)
+    tab.touch("touchStart", (x - 30, y), (x + 30, y))
+    for far in (40, 50, 60):
+        tab.touch("touchMove", (x - far + 5, y + 10), (x + far + 5, y + 10))
+    tab.touch("touchEnd")
+    after = tab.run(view)
+    check(abs(after[0] / before[0] - 2) < 0.02, f"two fingers zoom: {before} {after}")
+    moved = [(a - m) - 2 * (b - m) for a, b, m in zip(after[1:], before[1:], (width / 2, height / 2))]
+    check(abs(moved[0] - 5) < 2 and abs(moved[1] - 10) < 2, f"and what lies between them goes with them: {moved}")
+    check(tab.steps() == 0 and not tab.chosen(), "nothing else is done")
+
+
 def too_much_is_mended(tab, _folder):
     lines = [{"id": name, "type": "line", "start": start, "end": end}
              for name, start, end in (("a", [0, 0], [40, 0]), ("b", [0, 20], [40, 20]), ("c", [0, 40], [40, 40]))]
