@@ -209,6 +209,14 @@ struct Constrain {
     friend bool operator==(const Constrain&, const Constrain&) = default;
 };
 
+/// Switches constraints off, so that they stay in the drawing and hold nothing, or on again: the drawing then moves as
+/// little as it takes for them to hold. A composite takes its members along.
+struct SetActive {
+    std::vector<Name> constraints;  ///< each once
+    bool active = false;
+    friend bool operator==(const SetActive&, const SetActive&) = default;
+};
+
 /// Deletes constraints, and parameters that no formula uses.
 struct Delete {
     std::vector<Name> constraints;  ///< or parameters; each once
@@ -350,6 +358,6 @@ struct Redo {
 using Edit =
     std::variant<Break, Trim, Extend, Fillet, FilletCorner, FilletSegments, Join, Lengthen, Stretch, Mirror, Align,
                  Rotate, Drag, Set, SetDimension, SetDriving, Constrain, Delete, Erase, Draw, Move, Copy, Scale, Define,
-                 SetFormula, SetParameter, Chamfer, ChamferCorner, Explode, Offset, Undo, Redo>;
+                 SetFormula, SetParameter, Chamfer, ChamferCorner, Explode, Offset, SetActive, Undo, Redo>;
 
 }  // namespace holdfast::editing

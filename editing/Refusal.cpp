@@ -56,8 +56,11 @@ std::string spokenConstraint(const Constraint& constraint) {
 
 namespace {
 
-/// "the new distance base rib".
-std::string spokenNew(const Constraint& added) {
+/// "the new distance base rib"; of one that the drawing has switched off "c7 (distance base rib, 12)".
+std::string spokenNew(const Constraint& added, const Document& document) {
+    if (std::any_of(document.constraints.begin(), document.constraints.end(),
+                    [&](const Constraint& known) { return known.id == added.id; }))
+        return spokenConstraint(added);
     std::string words = "the new " + std::string(typeName(added.type));
     for (const Place& place : added.refs)
         words += " " + spokenPlace(place);
@@ -70,11 +73,11 @@ std::string againstNew(const Evaluation& evaluation, const Document& document, c
     for (const Constraint& constraint : added)
         std::erase(conflicting, constraint.id);
     if (conflicting.empty())
-        return spokenNew(added.front()) + " cannot hold, whatever else is deleted";
+        return spokenNew(added.front(), document) + " cannot hold, whatever else is deleted";
     const bool isSingle = conflicting.size() == 1;
-    return "the constraints do not allow " + spokenNew(added.front()) + ": " + listOf(conflicting, document, edited) +
-           (isSingle ? " stands" : " stand") + " in the way; delete " + (isSingle ? "it" : "one of them") +
-           (added.front().value ? " or choose another value" : "");
+    return "the constraints do not allow " + spokenNew(added.front(), document) + ": " +
+           listOf(conflicting, document, edited) + (isSingle ? " stands" : " stand") + " in the way; delete " +
+           (isSingle ? "it" : "one of them") + (added.front().value ? " or choose another value" : "");
 }
 
 std::string reasonOf(const Evaluation& evaluation, const Document& document, const std::vector<std::string>& edited,

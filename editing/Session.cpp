@@ -309,7 +309,7 @@ std::optional<RefusalFacts> Session::solversFacts() const {
     if (inTheWay.empty())
         inTheWay.push_back(last.worst);
     for (const Constraint& constraint : document().constraints)  // what the edit has added is none of the drawing's
-        if (std::find(inTheWay.begin(), inTheWay.end(), constraint.id) != inTheWay.end())
+        if (constraint.active && std::find(inTheWay.begin(), inTheWay.end(), constraint.id) != inTheWay.end())
             facts.constraints.push_back(constraint.id);
     return facts;
 }
@@ -327,7 +327,7 @@ std::string Session::solversReason(const std::string& reason, const std::vector<
     // What the edit has added is in the way, too, but nothing that could be deleted.
     const auto isThere = [&](const std::string& id) {
         return std::any_of(concerned.constraints.begin(), concerned.constraints.end(),
-                           [&](const Constraint& constraint) { return constraint.id == id; });
+                           [&](const Constraint& constraint) { return constraint.id == id && constraint.active; });
     };
     std::vector<Constraint> added;
     for (const std::string& id : last.conflicting)
@@ -398,14 +398,17 @@ TieReasons Session::tied(EditContext& context, const Edit& edit, double sizeBefo
     return editing::giveTies(context, edit, partOf(context.drawing.change(), sizeBefore), deletedByUser());
 }
 
-/// By edits that are not taken back.
+/// By edits that are not taken back. What was switched off is as unwanted.
 std::vector<Constraint> Session::deletedByUser() const {
+    const auto isByUser = [](const Edit& edit) {
+        const auto* set = std::get_if<SetActive>(&edit);
+        return std::holds_alternative<Delete>(edit) || (set != nullptr && !set->active);
+    };
     std::vector<Constraint> deleted;
     for (const Step& step : m_undo)
-        if (const std::optional<Edit>& edit = m_results[step.result].edit;
-            edit && std::holds_alternative<Delete>(*edit))
+        if (const std::optional<Edit>& edit = m_results[step.result].edit; edit && isByUser(*edit))
             for (const ConstraintChange& change : step.change.constraints)
-                if (change.before && !change.after)
+                if (change.before && (!change.after || !change.after->active))
                     deleted.push_back(*change.before);
     return deleted;
 }

@@ -45,6 +45,10 @@ constexpr EditVerb kVerbs[] = {
      "adds a constraint or a dimension; the drawing moves as little as it takes", &parseConstrain},
     {"delete", "delete CONSTRAINT|PARAMETER...", "delete c9 c10",
      "deletes constraints, and parameters that no formula uses", &parseDelete},
+    {"suppress", "suppress CONSTRAINT...", "suppress c9 c10",
+     "switches constraints off: they stay in the drawing and hold nothing", &parseSuppress},
+    {"unsuppress", "unsuppress CONSTRAINT...", "unsuppress c9 c10",
+     "switches constraints on again; the drawing moves as little as it takes", &parseUnsuppress},
     {"draw",
      "draw line POINT POINT | draw circle POINT radius R | draw arc centre POINT from POINT to POINT | draw polyline "
      "POINT [bulge B] POINT... [closed] | draw point POINT | draw ellipse POINT major VECTOR ratio R [from DEGREES to "

@@ -148,6 +148,9 @@ public:
     void setMeasure(std::string_view id, double value);
     /// Has a dimension hold the drawing, or measure it only.
     void setDriving(std::string_view id, bool driving);
+    /// Switches constraints off, so that they hold nothing and are only told, or on again; a composite with all of its
+    /// members. A dimension that is switched on has to have the value that it measures.
+    void setActive(const std::vector<std::string>& ids, bool active);
     /// Gives a dimension the formula that its value is calculated from, or none; the value stays as it is.
     void setFormula(std::string_view id, const std::string& formula);
     /// Ids of the dimensions with a formula, in the order in which they were added. Cost: as many as ever had one.

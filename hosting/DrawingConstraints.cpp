@@ -166,6 +166,9 @@ void Drawing::removeConstraint(std::string_view id) {
     if (known.host == nullptr) {
         noteConstraint(m_constraintIndex.find(std::string(id))->second);
         known.isDropped = true;
+        for (const std::string& member : known.original.members)
+            if (hasConstraint(member) && knownConstraint(member).host == nullptr)
+                removeConstraint(member);
     } else if (!HostAccess::isDeleted(*known.host)) {
         noteDeletions(Deletion::By::module);
         HostAccess::deleteConstraint(group(), HostAccess::topLevel(*known.host));
@@ -194,6 +197,35 @@ void Drawing::setDriving(std::string_view id, bool driving) {
     for (const Place& place : known.original.refs)
         if (const auto on = m_entities.find(place.entity); driving && on != m_entities.end())
             m_unsolved.insert(on->second.number);
+}
+
+void Drawing::setActive(const std::vector<std::string>& ids, bool active) {
+    const HostProcess::Scope bound(m_process);
+    noteDeletions(Deletion::By::module);
+    std::vector<std::pair<std::size_t, Constraint>> switched;
+    Segments segments;
+    for (const std::string& id : ids)
+        if (std::optional<Constraint> now = currentConstraint(knownConstraint(id), segments)) {
+            now->active = active;
+            switched.emplace_back(m_constraintIndex.find(id)->second, std::move(*now));
+        }
+    for (const auto& [number, constraint] : switched) {
+        noteConstraint(number);
+        YxGeomConstraint* host = m_constraints[number].host;
+        m_constraintNumbers.erase(host);  // that it goes is no deletion
+        if (host != nullptr && !HostAccess::isDeleted(*host))
+            HostAccess::deleteConstraint(group(), HostAccess::topLevel(*host));
+        for (const Place& place : constraint.refs) {
+            m_switchedOff[place.entity].erase(number);
+            if (const auto on = m_entities.find(place.entity); active && on != m_entities.end())
+                m_unsolved.insert(on->second.number);
+        }
+    }
+    noteDeletions(Deletion::By::module);
+    for (const auto& [number, constraint] : switched)
+        addKnown(constraint, number);
+    for (const auto& [number, constraint] : switched)
+        ownMembers(constraint);
 }
 
 void Drawing::setFormula(std::string_view id, const std::string& formula) {
@@ -266,14 +298,14 @@ void Drawing::takePlaces(Constraint& constraint, const YxGeomConstraint& host, S
 }
 
 std::optional<Constraint> Drawing::currentConstraint(const KnownConstraint& known, Segments& segments) const {
-    if (known.host == nullptr)  // switched off: the host does not know it
-        return !known.isGone && !known.isDropped && hasPlaces(known.original) ? std::optional(known.original)
-                                                                              : std::nullopt;
-    if (HostAccess::isDeleted(*known.host))
+    const bool isOff = known.host == nullptr;  // the host does not know it
+    if (isDeleted(known) || (isOff && !hasPlaces(known.original)))
         return std::nullopt;
     Constraint now = known.original;
-    takePlaces(now, *known.host, segments);
     std::erase_if(now.members, [&](const std::string& member) { return !hasConstraint(member); });
+    if (isOff)
+        return now;
+    takePlaces(now, *known.host, segments);
     if (known.host->isKindOf(YxDimensionConstraint::desc()))
         now.value = static_cast<const YxDimensionConstraint*>(known.host)->value();
     return now;

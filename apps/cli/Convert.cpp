@@ -9,6 +9,7 @@
 #include "apps/cli/telling/Teller.h"
 #include "apps/cli/telling/Terminal.h"
 #include "document/Polylines.h"
+#include "report/page/Wording.h"
 
 namespace holdfast::cli {
 

@@ -14,6 +14,7 @@
 #include "editing/Refusal.h"
 #include "editing/fates/Fates.h"
 #include "hosting/DocumentSketch.h"
+#include "report/page/Wording.h"
 
 namespace holdfast::cli {
 

@@ -8,6 +8,7 @@ namespace holdfast::inference {}
 namespace holdfast::hosting {}
 namespace holdfast::editing {}
 namespace holdfast::report {}
+namespace holdfast::forms {}
 
 namespace holdfast::cli {
 using namespace geometry;
@@ -17,4 +18,5 @@ using namespace inference;
 using namespace hosting;
 using namespace editing;
 using namespace report;
+using namespace forms;
 }  // namespace holdfast::cli

@@ -18,14 +18,6 @@ namespace {
 /// As long as file systems have them.
 constexpr std::size_t kLongestName = 255;
 
-std::string endingOf(std::string_view name) {
-    const std::size_t dot = name.rfind('.');
-    std::string ending(dot == std::string_view::npos ? std::string_view() : name.substr(dot));
-    std::transform(ending.begin(), ending.end(), ending.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return ending;
-}
-
 template <class Notice>
 void addNotices(std::vector<std::string>& remarks, const char* what, const std::vector<Notice>& notices) {
     std::string list;
@@ -78,10 +70,19 @@ DroppedDrawing sketchIn(const DroppedFile& file, Names names, Read read) {
     auto drawn = read(file.bytes, sketch, file.name);
     DroppedDrawing drawing{std::move(drawn.document)};
     addNotices(drawing.remarks, drawn.notUnderstood);
+    drawing.sketch = std::move(sketch);
     return drawing;
 }
 
 }  // namespace
+
+std::string endingOf(std::string_view name) {
+    const std::size_t dot = name.rfind('.');
+    std::string ending(dot == std::string_view::npos ? std::string_view() : name.substr(dot));
+    std::transform(ending.begin(), ending.end(), ending.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return ending;
+}
 
 std::string plainName(std::string_view name) {
     name.remove_prefix(std::min(name.size(), name.find_last_of("/\\") + 1));

@@ -23,7 +23,11 @@ struct DroppedDrawing {
     Document document{};
     std::vector<std::string> remarks{};  ///< what was not understood
     std::vector<Sketch> sketches{};      ///< not empty: choose one
+    std::string sketch{};                ///< of a document, the one that this is
 };
+
+/// The ending of a name, in small letters, with its dot; empty: none.
+std::string endingOf(std::string_view name);
 
 /// A name without folders and without signs that a terminal or a script would obey.
 std::string plainName(std::string_view name);

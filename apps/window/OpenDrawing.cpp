@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <unordered_set>
 #include <utility>
 #include <variant>
@@ -13,6 +14,7 @@
 #include "document/BlockContents.h"
 #include "document/text/DrawingError.h"
 #include "formats/FileIo.h"
+#include "formats/dxf/DxfReader.h"
 #include "formats/dxf/DxfWriter.h"
 #include "formats/json/JsonWriter.h"
 #include "report/picture/Svg.h"
@@ -33,19 +35,6 @@ Json saved(const std::string& error) {
 
 }  // namespace
 
-fs::path DrawingFile::unsaved() const {
-    fs::path path = opened;
-    if (path.extension() == ".json")
-        path.replace_extension();  // a plate.json beside a plate.dxf has its own
-    if (droppedAs.empty())
-        return path += ".unsaved.json";
-    path += ".dropped";
-    fs::path free = fs::path(path) += ".json";
-    for (int number = 2; fs::exists(free); ++number)
-        free = fs::path(path) += "-" + std::to_string(number) + ".json";
-    return free;
-}
-
 /// One drawing with its session.
 struct OpenDrawing::Shown {
     struct Logged {
@@ -53,30 +42,38 @@ struct OpenDrawing::Shown {
         std::vector<std::string> remarks;
     };
     DrawingFile file;
-    Document opened;                    ///< as the file has it
-    fs::path unsaved = file.unsaved();  ///< where edits are kept
-    std::unique_ptr<Session> session = std::make_unique<Session>(opened);
+    OpenedFile::Content opened;  ///< as the file has it
+    OpenedFile::Place unsaved;   ///< where edits are kept
+    std::unique_ptr<Session> session = std::make_unique<Session>(*opened.document);
     std::vector<Logged> log{};
     std::vector<DrawingChange> changes{};  ///< of the edits in the log that were done
     std::vector<char> done{}, undone{};    ///< by edit that can be taken back, or done again: belongs to the one before
     bool isSaved = true, isKept = true;    ///< the file has all edits, or what is kept beside it
-    fs::file_time_type written{};          ///< the file, when it was looked at last
     bool isTakenUp = false;
+    DroppedFile source{};       ///< what was dropped
+    bool isDownloaded = false;  ///< whoever sits there has all edits
+
+    bool isUnsaved() const { return !isSaved && !isDownloaded; }
 };
 
-OpenDrawing::OpenDrawing(DrawingFile file, Document document)
-    : m_shown(std::make_unique<Shown>(Shown{.file = std::move(file), .opened = std::move(document)})) {
-    noteFile();
-    takeUp();
+OpenDrawing::OpenDrawing(std::shared_ptr<OpenedFile> file, OpenedFile::Place kept)
+    : m_file(std::move(file)), m_shown(fresh()) {
+    if (kept)
+        takeUp(std::move(kept));
+    if (!m_shown->unsaved)
+        m_shown->unsaved = m_file->freePlace(false);
 }
 
 OpenDrawing::~OpenDrawing() = default;
 
-/// Whether nobody has written the file since it was looked at last; looks at it.
-bool OpenDrawing::noteFile() {
-    std::error_code missing;
-    const fs::file_time_type written = fs::last_write_time(m_shown->file.opened, missing);
-    return std::exchange(m_shown->written, written) == written;
+/// What the file holds; it has no place for its edits yet.
+std::unique_ptr<OpenDrawing::Shown> OpenDrawing::fresh() const {
+    return std::make_unique<Shown>(Shown{.file = m_file->file(), .opened = m_file->content(), .unsaved = {}});
+}
+
+/// Others have written the file since it was read.
+bool OpenDrawing::isBehind() const {
+    return m_shown->file.takesSaves() && m_file->isOther(m_shown->opened.written);
 }
 
 /// Edits are kept as a drawing, whose file holds no references: they are where the opened drawing has them, but those
@@ -86,26 +83,23 @@ void OpenDrawing::addReferences(Document& kept) const {
     for (const Entity& entity : kept.entities)
         for (const std::string_view whole : wholesOf(entity.id))
             exploded.insert(whole);
-    for (const BlockReference& reference : m_shown->opened.references)
+    for (const BlockReference& reference : m_shown->opened.document->references)
         if (!exploded.contains(reference.id))
             kept.references.push_back(reference);
 }
 
-/// What cannot be read, or is older than the drawing, stays where it is until something else is to be kept there.
-void OpenDrawing::takeUp() {
-    std::error_code missing;
-    const auto kept = fs::last_write_time(m_shown->unsaved, missing);
-    if (missing || m_shown->file.isReadOnly || kept < fs::last_write_time(m_shown->file.opened, missing))
-        return;
+/// What cannot be read stays where it is.
+void OpenDrawing::takeUp(OpenedFile::Place kept) {
     try {
-        Document unsaved = readDrawing(m_shown->unsaved);
+        Document unsaved = readDrawing(*kept);
         addReferences(unsaved);
         m_shown->session = std::make_unique<Session>(std::move(unsaved));
+        m_shown->unsaved = std::move(kept);
         m_shown->isTakenUp = true;
         m_shown->isSaved = false;
         ++m_number;
     } catch (const DrawingError&) {
-        m_shown->session = std::make_unique<Session>(m_shown->opened);
+        m_shown = fresh();
     }
 }
 
@@ -116,11 +110,13 @@ std::string OpenDrawing::state() {
               {"file", m_shown->file.fileName()},
               {"readOnly", m_shown->file.isReadOnly},
               {"takesSaves", m_shown->file.takesSaves()},
-              {"unsaved", !m_shown->isSaved},
+              {"unsaved", m_shown->isUnsaved()},
+              {"forms", formsOut()},
               {"drawings", m_drawings},
               {"dropped", m_opened != nullptr},
               {"own", (m_opened ? *m_opened : *m_shown).file.fileName()},
               {"takenUp", m_shown->isTakenUp},
+              {"behind", isBehind() ? m_file->otherInWords() : ""},
               {"canUndo", m_shown->session->canUndo()},
               {"canRedo", m_shown->session->canRedo()}};
     json["log"] = Json::array();
@@ -164,7 +160,7 @@ const EditResult& OpenDrawing::doOne(std::string_view text, bool follows) {
     if (!result.outcome.done())
         return result;
     ++m_number;
-    m_shown->isSaved = m_shown->isKept = false;
+    m_shown->isSaved = m_shown->isKept = m_shown->isDownloaded = false;
     m_shown->changes.push_back(m_shown->session->changes().back());
     if (std::holds_alternative<Undo>(*result.edit)) {
         m_shown->undone.push_back(m_shown->done.back());
@@ -185,7 +181,7 @@ std::string OpenDrawing::told(const EditResult& result, bool hasChanged) const {
     if (hasChanged)
         json["change"] = changeJson(m_shown->session->changes().back());
     json["number"] = m_number;
-    json["unsaved"] = !m_shown->isSaved;
+    json["unsaved"] = m_shown->isUnsaved();
     json["canUndo"] = m_shown->session->canUndo();
     json["canRedo"] = m_shown->session->canRedo();
     return textOf(json);
@@ -213,7 +209,7 @@ std::string OpenDrawing::freedom() {
     return textOf(json);
 }
 
-std::string OpenDrawing::save() {
+std::string OpenDrawing::save(bool isOver) {
     const std::lock_guard keeping(m_keeping);
     const std::lock_guard lock(m_mutex);
     if (!m_shown->file.takesSaves())
@@ -221,27 +217,31 @@ std::string OpenDrawing::save() {
                                 ? "the window was opened for reading only; download the drawing instead"
                                 : "a " + m_shown->file.opened.extension().string() +
                                       " file holds no constraints; download the drawing instead"));
-    if (!noteFile())
-        return textOf(saved("somebody else has written " + m_shown->file.opened.filename().string() +
-                            " since it was opened; save once more to write over that"));
-    try {
-        writeDrawing(m_shown->session->document(), m_shown->file.opened);
-        noteFile();
-    } catch (const DrawingError& failure) {
-        return textOf(saved(failure.what()));
+    OpenedFile::Written written = m_file->write(m_shown->session->document(), m_shown->opened.written, isOver);
+    if (!written.error.empty()) {
+        Json json = saved(written.error);
+        json["asks"] = written.isOthers;
+        return textOf(json);
     }
-    m_shown->opened = m_shown->session->document();
+    m_shown->opened = std::move(written.content);
     m_shown->isSaved = m_shown->isKept = true;
     m_shown->isTakenUp = false;
     std::error_code ignored;
-    fs::remove(m_shown->unsaved, ignored);
+    fs::remove(*m_shown->unsaved, ignored);
     return textOf(saved({}));
+}
+
+std::string OpenDrawing::behind() {
+    const std::lock_guard lock(m_mutex);
+    return textOf({{"behind", isBehind() ? m_file->otherInWords() : ""}});
 }
 
 std::string OpenDrawing::discard() {
     const std::lock_guard keeping(m_keeping);
     const std::lock_guard lock(m_mutex);
-    m_shown->session = std::make_unique<Session>(m_shown->opened);
+    if (m_shown->file.droppedAs.empty())
+        m_shown->opened = m_file->content();
+    m_shown->session = std::make_unique<Session>(*m_shown->opened.document);
     m_shown->log.clear();
     m_shown->changes.clear();
     m_shown->done.clear();
@@ -251,7 +251,7 @@ std::string OpenDrawing::discard() {
     m_shown->isTakenUp = false;
     std::error_code ignored;
     if (!m_shown->file.isReadOnly)
-        fs::remove(m_shown->unsaved, ignored);
+        fs::remove(*m_shown->unsaved, ignored);
     return textOf(saved({}));
 }
 
@@ -270,7 +270,7 @@ std::vector<std::string> OpenDrawing::putAside() {
     if (!m_opened)
         m_opened = std::move(m_shown);
     else if (!m_shown->isSaved && !m_shown->file.isReadOnly)
-        m_dropped.push_back(m_shown->unsaved);
+        m_dropped.push_back(*m_shown->unsaved);
     ++m_number;
     ++m_drawings;
     return remarks;
@@ -292,7 +292,12 @@ std::string OpenDrawing::takeDropped(DroppedFile file) {
         DrawingFile own = m_opened ? m_opened->file : m_shown->file;
         own.name = dropped.document.name.empty() ? fs::path(file.name).stem().string() : dropped.document.name;
         own.droppedAs = file.sketch.empty() ? file.name : file.name + "#" + file.sketch;
-        auto taken = std::make_unique<Shown>(Shown{.file = std::move(own), .opened = std::move(dropped.document)});
+        file.sketch = dropped.sketch;
+        auto taken =
+            std::make_unique<Shown>(Shown{.file = std::move(own),
+                                          .opened = {std::make_shared<const Document>(std::move(dropped.document))},
+                                          .unsaved = m_file->freePlace(true),
+                                          .source = std::move(file)});
         for (std::string& remark : putAside())
             dropped.remarks.push_back(std::move(remark));
         m_shown = std::move(taken);
@@ -348,9 +353,47 @@ std::optional<OpenDrawing::Copy> OpenDrawing::copy(std::string_view what) {
     return std::nullopt;
 }
 
+/// That in which it came first.
+std::vector<std::string> OpenDrawing::formsOut() const {
+    std::vector<std::string> forms{".json", ".dxf", kSlvsForm, ".svg"};
+    const std::string own =
+        endingOf(m_shown->source.name.empty() ? m_shown->file.opened.filename().string() : m_shown->source.name);
+    std::erase(forms, own);
+    forms.insert(forms.begin(), own);
+    return forms;
+}
+
+GoneOut OpenDrawing::saveAs(const std::string& form) {
+    const std::lock_guard lock(m_mutex);
+    const std::vector<std::string> forms = formsOut();
+    if (std::find(forms.begin(), forms.end(), form) == forms.end())
+        throw DrawingError("the drawing", {"", "a file that ends in " + form, "one of the forms that it can have"});
+    const bool isDropped = !m_shown->source.name.empty();
+    CameFrom from{.form = forms.front()};
+    std::optional<DxfOriginal> dxf;
+    std::optional<SketchOriginal> sketch;
+    if (form == ".dxf" && from.form == form) {
+        std::string text = isDropped ? m_shown->source.bytes : readFile(m_shown->file.opened);
+        DxfDrawing read = readDxf(text, m_shown->file.fileName());
+        if (read.document == *m_shown->opened.document)  // else somebody has written it since
+            from.dxf = &dxf.emplace(DxfOriginal{std::move(text), std::move(read.layout), std::move(read.document)});
+    } else if (form == kSketchForm) {
+        from.sketch = &sketch.emplace(SketchOriginal{m_shown->source.bytes, m_shown->source.sketch});
+    }
+    GoneOut out = goingOut(m_shown->session->document(), form, from, kFlattening);
+    if (!m_shown->file.takesSaves() && out.notes.empty() && form != ".svg")
+        m_shown->isDownloaded = true;
+    return out;
+}
+
 std::uint64_t OpenDrawing::number() const {
     const std::lock_guard lock(m_mutex);
     return m_number;
+}
+
+bool OpenDrawing::hasUnsaved() const {
+    const std::lock_guard lock(m_mutex);
+    return m_shown->isUnsaved() || (m_opened && m_opened->isUnsaved());
 }
 
 std::vector<fs::path> OpenDrawing::keptIn() const {
@@ -358,7 +401,7 @@ std::vector<fs::path> OpenDrawing::keptIn() const {
     std::vector<fs::path> kept = m_dropped;
     for (const Shown* each : {m_opened.get(), m_shown.get()})
         if (each != nullptr && !each->isSaved && !each->file.isReadOnly)
-            kept.push_back(each->unsaved);
+            kept.push_back(*each->unsaved);
     return kept;
 }
 
@@ -383,12 +426,21 @@ std::optional<OpenDrawing::Unkept> OpenDrawing::takeUnkept() {
         return std::nullopt;
     m_shown->isKept = true;  // what failed once is tried again with the next change
     const Document& document = m_shown->session->document();
-    return Unkept{document, m_shown->unsaved, document.references == m_shown->opened.references};
+    Unkept unkept{document, *m_shown->unsaved, document.references == m_shown->opened.document->references};
+    if (m_shown->file.droppedAs.empty()) {
+        unkept.goesOnFrom = m_shown->opened.written;
+        unkept.file = m_file;
+    }
+    return unkept;
 }
 
-/// What of the edits is not kept there. Throws DrawingError.
+/// What of the edits is not kept there. Throws DrawingError. What does not go on from what the file holds now bears the
+/// time of what it goes on from, so that no later window takes it for the newest.
 std::string OpenDrawing::Unkept::write() const {
     writeDrawing(document, path);
+    std::error_code ignored;
+    if (file && file->isOther(goesOnFrom))
+        fs::last_write_time(path, goesOnFrom, ignored);
     return isWhole ? std::string() : path.filename().string() + ": what was done to block references is not kept there";
 }
 

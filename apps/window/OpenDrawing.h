@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "apps/forms/GoingOut.h"
+#include "apps/window/OpenedFile.h"
 #include "apps/window/Uses.h"
 #include "document/Document.h"
 #include "editing/Session.h"
@@ -17,29 +19,12 @@ namespace holdfast::window {
 
 struct DroppedFile;
 
-/// The file behind a drawing in the window.
-struct DrawingFile {
-    std::filesystem::path opened;  ///< what was asked for; .json, .dxf or .svg
-    std::string name;              ///< what people call the drawing
-    bool isReadOnly = false;       ///< neither saved nor kept beside the file
-    /// What a drawing is called that was dropped on the page; empty: it is the opened one.
-    std::string droppedAs{};
-
-    /// Constraints can be saved there.
-    bool takesSaves() const { return !isReadOnly && droppedAs.empty() && opened.extension() == ".json"; }
-    /// What scripts and downloads call it.
-    std::string fileName() const { return droppedAs.empty() ? opened.filename().string() : droppedAs; }
-    /// "bracket.unsaved.json", "plate.dxf.unsaved.json": where edits are kept until they are saved, beside the drawing.
-    /// Those of a dropped one: "bracket.dropped.json", "bracket.dropped-2.json", the first name that is free.
-    std::filesystem::path unsaved() const;
-};
-
-/// A drawing with the one session in which all tabs edit it, and, once one was dropped on the page, that one in its
-/// place. Answers are JSON for the page. Any thread may call: edits take turns.
+/// The drawing of one tab, with the session in which it is edited there, and, once one was dropped on the page, that
+/// one in its place. Answers are JSON for the page. Any thread may call: edits take turns.
 class OpenDrawing {
 public:
-    /// Takes up edits that an earlier window has kept, when they are younger than the drawing.
-    OpenDrawing(DrawingFile file, Document document);
+    /// What the file holds; or, where an earlier window has kept edits, those, to go on with.
+    explicit OpenDrawing(std::shared_ptr<OpenedFile> file, OpenedFile::Place kept = {});
     ~OpenDrawing();
 
     /// All of it: the drawing, the edits so far, what can be done.
@@ -53,8 +38,11 @@ public:
     std::string trial(std::string_view text);
     /// Degrees of freedom, contradictions. Works on a copy: edits need not wait for it.
     std::string freedom();
-    /// Into the file that was opened.
-    std::string save();
+    /// Into the file that was opened. What others have written there since is left alone, and it is asked, unless
+    /// `isOver`.
+    std::string save(bool isOver);
+    /// Whether others have written the file since, and who, in words.
+    std::string behind();
     /// The drawing as the file has it; what was kept of edits is thrown away.
     std::string discard();
     /// Shows a dropped drawing; the opened one waits until goBack(). Edits of what is shown until then are kept as at
@@ -70,8 +58,14 @@ public:
     /// nothing for another name.
     std::optional<Copy> copy(std::string_view what);
 
+    /// The drawing in the form of an ending that state() lists, and what is lost in it. One that cannot be saved into
+    /// its own file counts as saved then, if nothing is lost. Throws DrawingError for what cannot be written so.
+    GoneOut saveAs(const std::string& form);
+
     /// Counts up with each change.
     std::uint64_t number() const;
+    /// There are edits that are in no file that somebody has chosen.
+    bool hasUnsaved() const;
     /// Writes what is not saved beside the file, if it is not there yet. An empty text, or why it cannot be.
     std::string keep();
     /// Where edits are kept that were not saved.
@@ -84,19 +78,24 @@ private:
     const EditResult& doOne(std::string_view text, bool follows);
     std::string editLog() const;
     std::string nameOf(std::string_view ending) const;
-    bool noteFile();
-    void takeUp();
+    std::vector<std::string> formsOut() const;
+    std::unique_ptr<Shown> fresh() const;
+    void takeUp(OpenedFile::Place kept);
+    bool isBehind() const;
     void addReferences(Document& kept) const;
     /// A copy of what is to be kept.
     struct Unkept {
         Document document;
         std::filesystem::path path;
         bool isWhole = true;
+        OpenedFile::Time goesOnFrom{};             ///< what the file held, by its time
+        std::shared_ptr<const OpenedFile> file{};  ///< none: the drawing was dropped
         std::string write() const;
     };
     std::optional<Unkept> takeUnkept();
     std::vector<std::string> putAside();
 
+    const std::shared_ptr<OpenedFile> m_file;
     std::mutex m_keeping;  ///< whoever writes or removes what is kept; taken before the other one
     mutable std::mutex m_mutex;
     std::unique_ptr<Shown> m_shown;

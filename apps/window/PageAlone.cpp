@@ -30,10 +30,10 @@ void replace(std::string& page, std::string_view what, const std::string& with) 
 std::string pageAlone(const Document& document, const std::string& name, bool showsNames) {
     Json freedom = freedomJson(document);
     freedom["number"] = 1;
-    const Json state{{"number", 1},         {"name", name},        {"file", name},     {"drawings", 1},
-                     {"dropped", false},    {"own", name},         {"readOnly", true}, {"takesSaves", false},
-                     {"unsaved", false},    {"takenUp", false},    {"canUndo", false}, {"canRedo", false},
-                     {"names", showsNames}, {"log", Json::array()}};
+    const Json state{{"number", 1},      {"name", name},        {"file", name},        {"drawings", 1},
+                     {"dropped", false}, {"own", name},         {"readOnly", true},    {"takesSaves", false},
+                     {"unsaved", false}, {"takenUp", false},    {"behind", ""},        {"canUndo", false},
+                     {"canRedo", false}, {"names", showsNames}, {"log", Json::array()}};
     const std::string opened = textOf(state);
     const std::string answers = "{\"language\":" + textOf(languageJson()) + ",\"freedom\":" + textOf(freedom) +
                                 ",\"state\":" + opened.substr(0, opened.size() - 1) +

@@ -24,6 +24,7 @@ namespace {
 
 constexpr const char* kHere = "127.0.0.1";
 constexpr const char* kJson = "application/json";
+constexpr const char* kTab = "Holdfast-Tab";
 
 /// Tabs wait for news on a thread each; a browser has up to six connections open besides.
 constexpr std::size_t kThreads = Tabs::kMost + 12;
@@ -86,15 +87,51 @@ void refuseHaste(httplib::Response& response) {
     refuse(response, kTooOften, "too many requests in a second; nothing was done, ask again in a moment\n");
 }
 
+/// An answer as it is: the library would pack what it is given as a whole, which takes far longer than the way to a
+/// browser on the same machine.
+void give(httplib::Response& response, std::string text, const std::string& type) {
+    const std::size_t length = text.size();
+    if (length == 0)
+        return response.set_content(text, type);
+    response.set_content_provider(length, type,
+                                  [text = std::move(text)](std::size_t at, std::size_t count, httplib::DataSink& sink) {
+                                      return sink.write(text.data() + at, count);
+                                  });
+}
+
 /// One line of an event stream, as the browser's EventSource reads it.
 std::string eventOf(const Tabs::News& news) {
-    return "data: " + std::string(news.isOver ? "over" : std::to_string(news.state)) + "\n\n";
+    return "data: " +
+           (news.isOver ? std::string("over") : std::to_string(news.state) + " " + std::to_string(news.writes)) +
+           "\n\n";
+}
+
+/// What a tab calls itself: in a header, or where a page cannot set one, behind the address. Who says nothing is a tab,
+/// too. Nothing for what no page calls itself.
+std::optional<std::string> tabOf(const httplib::Request& request) {
+    constexpr std::size_t kLongest = 32;
+    std::string tab = request.get_header_value(kTab);
+    if (tab.empty())
+        tab = request.get_param_value("tab");
+    if (tab.size() > kLongest || tab.find_first_not_of("0123456789abcdef") != std::string::npos)
+        return std::nullopt;
+    return tab;
+}
+
+/// As many as people read.
+std::string notesText(std::vector<std::string> notes) {
+    constexpr std::size_t kMostNotes = 20;
+    if (notes.size() > kMostNotes) {
+        const std::size_t more = notes.size() - kMostNotes;
+        notes.resize(kMostNotes);
+        notes.push_back("and " + std::to_string(more) + " more");
+    }
+    return Json(notes).dump(-1, ' ', true, Json::error_handler_t::replace);
 }
 
 }  // namespace
 
 struct Server::Inside {
-    OpenDrawing& drawing;
     Tabs& tabs;
     httplib::Server server{};
     std::optional<Gate> gate{};
@@ -102,7 +139,7 @@ struct Server::Inside {
     std::string address{};
     std::thread listening{};
 
-    Inside(OpenDrawing& theDrawing, Tabs& theTabs) : drawing(theDrawing), tabs(theTabs) {}
+    explicit Inside(Tabs& theTabs) : tabs(theTabs) {}
 
     void setUp() {
         server.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
@@ -119,7 +156,7 @@ struct Server::Inside {
             const int status = gate->refusal(knockOf(request));
             if (status != 0)
                 refuse(response, status, "this address is for the page that holdfast opened\n");
-            else if (pace.allows(request.get_header_value("Holdfast-Tab")))
+            else if (pace.allows(request.get_header_value(kTab)))
                 return httplib::Server::HandlerResponse::Unhandled;
             else
                 refuseHaste(response);
@@ -148,77 +185,136 @@ struct Server::Inside {
             const Asset* asset = assetNamed(name.empty() ? "index.html" : name);
             if (asset == nullptr)
                 return refuse(response, kMissing, "there is no such page\n");
-            response.set_content(asset->text.data(), asset->text.size(), std::string(asset->type));
+            give(response, std::string(asset->text), std::string(asset->type));
         });
         server.Get(gate->prefix() + "copy/([a-z.]+)",
                    [this](const httplib::Request& request, httplib::Response& response) {
-                       const std::optional<OpenDrawing::Copy> copy = drawing.copy(std::string(request.matches[1]));
+                       const auto drawing = drawingOf(request, response);
+                       if (!drawing)
+                           return;
+                       std::optional<OpenDrawing::Copy> copy = drawing->copy(std::string(request.matches[1]));
                        if (!copy)
                            return refuse(response, kMissing, "there is no such copy\n");
-                       response.set_content(copy->text, copy->type);
+                       give(response, std::move(copy->text), copy->type);
                        response.set_header("Content-Disposition", "attachment");
                    });
     }
 
-    void addGet(const char* name, std::function<std::string()> answer) {
+    /// Of the tab that asks; none when it was refused.
+    std::shared_ptr<OpenDrawing> drawingOf(const httplib::Request& request, httplib::Response& response) {
+        const std::optional<std::string> tab = tabOf(request);
+        if (!tab) {
+            refuse(response, kRefused, "no tab calls itself so\n");
+            return nullptr;
+        }
+        std::shared_ptr<OpenDrawing> drawing = tabs.of(*tab);
+        if (!drawing)
+            refuse(response, kTooMany, "too many tabs show this drawing; close one of them\n");
+        return drawing;
+    }
+
+    using Answer = std::function<std::string(OpenDrawing& drawing)>;
+    using EditAnswer = std::function<std::string(OpenDrawing& drawing, const std::string& edit)>;
+
+    void addGet(const char* name, Answer answer) {
         server.Get(gate->prefix() + "ask/" + name,
-                   [answer = std::move(answer)](const httplib::Request&, httplib::Response& response) {
-                       response.set_content(answer(), kJson);
+                   [this, answer = std::move(answer)](const httplib::Request& request, httplib::Response& response) {
+                       if (const auto drawing = drawingOf(request, response))
+                           give(response, answer(*drawing), kJson);
                    });
     }
 
-    void addPost(const char* name, std::function<std::string(const std::string& edit)> answer) {
+    void addPost(const char* name, EditAnswer answer) {
         server.Post(gate->prefix() + "do/" + name,
                     [this, answer = std::move(answer)](const httplib::Request& request, httplib::Response& response) {
                         const std::optional<std::string> edit = editIn(request.body);
                         if (!edit)
                             return refuse(response, kRefused, "expected {\"text\": \"an edit\"}\n");
-                        response.set_content(answer(*edit), kJson);
-                        tabs.tell(drawing.number());
+                        if (const auto drawing = drawingOf(request, response)) {
+                            give(response, answer(*drawing, *edit), kJson);
+                            tabs.tell(*tabOf(request), drawing->number());
+                        }
                     });
     }
 
     void addAnswers() {
-        addGet("language", [] { return textOf(languageJson()); });
-        addGet("state", [this] { return drawing.state(); });
-        addGet("freedom", [this] { return drawing.freedom(); });
-        addPost("edit", [this](const std::string& edit) { return drawing.edit(edit); });
-        addPost("follow", [this](const std::string& edit) { return drawing.follow(edit); });
-        addPost("try", [this](const std::string& edit) { return drawing.trial(edit); });
-        addPost("save", [this](const std::string&) { return drawing.save(); });
-        addPost("discard", [this](const std::string&) { return drawing.discard(); });
-        addPost("back", [this](const std::string&) { return drawing.goBack(); });
+        using Edit = const std::string&;
+        server.Get(gate->prefix() + "ask/language", [](const httplib::Request&, httplib::Response& response) {
+            give(response, textOf(languageJson()), kJson);
+        });
+        addGet("state", [](OpenDrawing& drawing) { return drawing.state(); });
+        addGet("freedom", [](OpenDrawing& drawing) { return drawing.freedom(); });
+        addGet("behind", [](OpenDrawing& drawing) { return drawing.behind(); });
+        addPost("edit", [](OpenDrawing& drawing, Edit edit) { return drawing.edit(edit); });
+        addPost("follow", [](OpenDrawing& drawing, Edit edit) { return drawing.follow(edit); });
+        addPost("try", [](OpenDrawing& drawing, Edit edit) { return drawing.trial(edit); });
+        addPost("save", [this](OpenDrawing& drawing, Edit how) {
+            std::string answer = drawing.save(how == "over");
+            tabs.tellWritten();
+            return answer;
+        });
+        addPost("discard", [](OpenDrawing& drawing, Edit) { return drawing.discard(); });
+        addPost("back", [](OpenDrawing& drawing, Edit) { return drawing.goBack(); });
         addDrop();
+        addSaveAs();
+    }
+
+    /// The bytes of a file for the browser to keep; what is lost in it stands in a header, as JSON in letters that
+    /// headers may have.
+    void addSaveAs() {
+        server.Post(gate->prefix() + "do/saveas", [this](const httplib::Request& request, httplib::Response& response) {
+            const std::optional<std::string> form = editIn(request.body);
+            if (!form)
+                return refuse(response, kRefused, "expected {\"text\": \"an ending\"}\n");
+            const auto drawing = drawingOf(request, response);
+            if (!drawing)
+                return;
+            try {
+                GoneOut out = drawing->saveAs(*form);
+                response.set_header("Holdfast-Notes", notesText(std::move(out.notes)));
+                give(response, std::move(out.bytes), "application/octet-stream");
+            } catch (const std::exception& failure) {
+                refuse(response, kRefused, failure.what());
+            }
+        });
     }
 
     /// A file that was dropped comes as its bytes; its name and that of a sketch in it stand behind the address.
     void addDrop() {
         server.Post(gate->prefix() + std::string(Gate::kDrop),
                     [this](const httplib::Request& request, httplib::Response& response) {
-                        response.set_content(drawing.takeDropped({.name = request.get_param_value("name"),
-                                                                  .bytes = request.body,
-                                                                  .sketch = request.get_param_value("sketch")}),
-                                             kJson);
-                        tabs.tell(drawing.number());
+                        const auto drawing = drawingOf(request, response);
+                        if (!drawing)
+                            return;
+                        give(response,
+                             drawing->takeDropped({.name = request.get_param_value("name"),
+                                                   .bytes = request.body,
+                                                   .sketch = request.get_param_value("sketch")}),
+                             kJson);
+                        tabs.tell(*tabOf(request), drawing->number());
                     });
     }
 
     /// A tab hears of every change, and we of its going.
     void addNews() {
-        server.Get(gate->prefix() + "news", [this](const httplib::Request&, httplib::Response& response) {
-            if (!tabs.enter())
-                return refuse(response, kTooMany, "too many tabs show this drawing\n");
-            const auto known = std::make_shared<std::uint64_t>(0);
+        server.Get(gate->prefix() + "news", [this](const httplib::Request& request, httplib::Response& response) {
+            if (!drawingOf(request, response))
+                return;
+            const std::string tab = *tabOf(request);
+            if (!tabs.enter(tab))
+                return refuse(response, kTooMany, "too many tabs show this drawing; close one of them\n");
+            const auto known = std::make_shared<Tabs::News>();
             response.set_chunked_content_provider(
-                "text/event-stream", [this, known](std::size_t, httplib::DataSink& sink) { return send(sink, *known); },
-                [this](bool) { tabs.leave(); });
+                "text/event-stream",
+                [this, tab, known](std::size_t, httplib::DataSink& sink) { return send(sink, tab, *known); },
+                [this, tab](bool) { tabs.leave(tab); });
         });
     }
 
-    bool send(httplib::DataSink& sink, std::uint64_t& known) {
-        const Tabs::News news = tabs.wait(known, kHeartbeat);
-        const std::string line = news.state == known && !news.isOver ? std::string(":\n\n") : eventOf(news);
-        known = news.state;
+    bool send(httplib::DataSink& sink, const std::string& tab, Tabs::News& known) {
+        const Tabs::News news = tabs.wait(tab, known, kHeartbeat);
+        const std::string line = news == known ? std::string(":\n\n") : eventOf(news);
+        known = news;
         if (!sink.is_writable() || !sink.write(line.data(), line.size()))
             return false;
         if (news.isOver)
@@ -227,8 +323,7 @@ struct Server::Inside {
     }
 };
 
-Server::Server(OpenDrawing& drawing, Tabs& tabs, int port) : m_inside(std::make_unique<Inside>(drawing, tabs)) {
-    tabs.tell(drawing.number());
+Server::Server(Tabs& tabs, int port) : m_inside(std::make_unique<Inside>(tabs)) {
     m_inside->setUp();
     m_inside->listen(port);
 }

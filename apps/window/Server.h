@@ -7,14 +7,13 @@
 
 namespace holdfast::window {
 
-class OpenDrawing;
 class Tabs;
 
 /// Answers the page, on this machine alone, in threads of its own from its construction to its end.
 class Server {
 public:
     /// Port 0 takes any that is free. Throws std::runtime_error when the port cannot be had.
-    Server(OpenDrawing& drawing, Tabs& tabs, int port);
+    Server(Tabs& tabs, int port);
     ~Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;

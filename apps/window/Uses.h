@@ -9,6 +9,7 @@ namespace holdfast::formats {}
 namespace holdfast::hosting {}
 namespace holdfast::editing {}
 namespace holdfast::report {}
+namespace holdfast::forms {}
 
 namespace holdfast::window {
 using namespace geometry;
@@ -17,6 +18,7 @@ using namespace formats;
 using namespace hosting;
 using namespace editing;
 using namespace report;
+using namespace forms;
 
 using Json = nlohmann::ordered_json;  ///< tells fields in the order in which they were given
 }  // namespace holdfast::window

@@ -35,30 +35,38 @@ private:
     sigset_t m_signals{};
 };
 
-void waitForTheEnd(const Interrupts& interrupts, const Tabs& tabs, OpenDrawing& drawing, const WindowOptions& options) {
+void waitForTheEnd(const Interrupts& interrupts, Tabs& tabs, const WindowOptions& options) {
     while (!interrupts.hasCome() && !tabs.goneFor(options.linger))
-        if (const std::string failure = drawing.keep(); !failure.empty())
+        for (const std::string& failure : tabs.keep())
             options.complain("edits cannot be kept beside the drawing: " + failure);
+}
+
+/// The next window takes it up when it shows the drawing again; else it is opened by its own name.
+bool goesOnByItself(const std::filesystem::path& kept) {
+    return kept.stem().extension().string().starts_with(".unsaved");
 }
 
 }  // namespace
 
 void showWindow(DrawingFile file, Document document, const WindowOptions& options) {
     const Interrupts interrupts;
-    OpenDrawing drawing(std::move(file), std::move(document));
-    Tabs tabs;
+    const std::string name = file.fileName();
+    Tabs tabs(std::make_shared<OpenedFile>(std::move(file), std::move(document)));
+    for (const std::filesystem::path& kept : tabs.behind())
+        options.complain(kept.string() + " holds edits from before " + name +
+                         " was written last; it is left as it is, open that to see them");
     {
-        const Server server(drawing, tabs, options.port);
+        const Server server(tabs, options.port);
         options.tell(server.address());
         if (options.showsBrowser && !showInBrowser(server.address()))
             options.complain("there is no browser to open; open the address above in one");
-        waitForTheEnd(interrupts, tabs, drawing, options);
+        waitForTheEnd(interrupts, tabs, options);
     }
-    if (const std::string failure = drawing.keep(); !failure.empty())
+    for (const std::string& failure : tabs.keep())
         options.complain("unsaved edits were lost: " + failure);
-    for (const std::filesystem::path& kept : drawing.keptIn())
+    for (const std::filesystem::path& kept : tabs.keptIn())
         options.tell("edits that were not saved are kept in " + kept.string() + "; open " +
-                     (kept.stem().extension() == ".unsaved" ? "the drawing again" : "that") + " to go on");
+                     (goesOnByItself(kept) ? "the drawing again" : "that") + " to go on");
 }
 
 }  // namespace holdfast::window

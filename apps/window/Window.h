@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "apps/window/OpenDrawing.h"
+#include "apps/window/OpenedFile.h"
 #include "apps/window/Uses.h"
 
 namespace holdfast::window {

@@ -51,6 +51,8 @@ std::string lostFormula(const Constraint& was) {
 /// How a dimension says another thing than before; empty where it does not. What measured ones read follows from the
 /// drawing.
 std::string reasonOfChange(const Constraint& was, const Constraint& is) {
+    if (was.active != is.active)
+        return is.active ? "it is switched on again" : "it is switched off and holds nothing";
     const std::string lost = is.formula.empty() ? lostFormula(was) : "";
     if (was.driving != is.driving)
         return (is.driving ? "it drives the drawing now" : "it is measured now") + lost;

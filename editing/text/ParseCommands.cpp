@@ -293,12 +293,28 @@ Edit parseConstrain(EditText& text) {
     return edit;
 }
 
-Edit parseDelete(EditText& text) {
-    Delete edit;
+namespace {
+
+std::vector<Name> constraintNames(EditText& text) {
+    std::vector<Name> names;
     do {
-        edit.constraints.push_back(text.otherName("a constraint"));
+        names.push_back(text.otherName("a constraint"));
     } while (!text.atEnd());
-    return edit;
+    return names;
+}
+
+}  // namespace
+
+Edit parseDelete(EditText& text) {
+    return Delete{constraintNames(text)};
+}
+
+Edit parseSuppress(EditText& text) {
+    return SetActive{constraintNames(text), false};
+}
+
+Edit parseUnsuppress(EditText& text) {
+    return SetActive{constraintNames(text), true};
 }
 
 Edit parseErase(EditText& text) {

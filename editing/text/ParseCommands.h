@@ -26,6 +26,8 @@ Edit parseDrag(EditText& text);
 Edit parseSet(EditText& text);
 Edit parseConstrain(EditText& text);
 Edit parseDelete(EditText& text);
+Edit parseSuppress(EditText& text);
+Edit parseUnsuppress(EditText& text);
 Edit parseDraw(EditText& text);
 Edit parseErase(EditText& text);
 Edit parseMove(EditText& text);

@@ -206,6 +206,9 @@ struct Writer {
         return text + (e.value ? " " + textOf(*e.value) : "") + (e.anyway ? " anyway" : "") + named(e.as) +
                (e.formula.value.empty() ? "" : calculated(e.formula));
     }
+    std::string operator()(const SetActive& e) const {
+        return (e.active ? "unsuppress " : "suppress ") + textOf(e.constraints);
+    }
     std::string operator()(const Delete& e) const { return "delete " + textOf(e.constraints); }
     std::string operator()(const Erase& e) const { return "erase " + textOf(e.entities); }
     std::string operator()(const Draw& e) const {

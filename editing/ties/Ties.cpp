@@ -44,8 +44,8 @@ struct Proposer {
 bool givesTies(const Edit& edit) {
     return std::visit(
         [](const auto& command) {
-            return !isOneOf<std::decay_t<decltype(command)>, SetDimension, SetDriving, Constrain, Delete, Erase, Draw,
-                            Undo, Redo>;
+            return !isOneOf<std::decay_t<decltype(command)>, SetDimension, SetDriving, SetActive, Constrain, Delete,
+                            Erase, Draw, Undo, Redo>;
         },
         edit);
 }

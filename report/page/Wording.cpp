@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdio>
 
 #include "document/Names.h"
 #include "report/picture/Markup.h"
@@ -58,6 +59,12 @@ std::string labelText(Constraint constraint) {
 std::string residualText(double residual) {
     constexpr double nothing = 1e-8;
     return residual < nothing ? "below 1e-08" : measure(residual);
+}
+
+std::string shortNumber(double value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.4g", value == 0.0 ? 0.0 : value);
+    return text;
 }
 
 std::string sizeWords(SizeKind size) {

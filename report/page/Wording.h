@@ -30,6 +30,9 @@ std::string labelText(Constraint constraint);
 /// "below 1e-08".
 std::string residualText(double residual);
 
+/// A number in four digits at most.
+std::string shortNumber(double value);
+
 /// "length", "major radius", ...
 std::string sizeWords(SizeKind size);
 

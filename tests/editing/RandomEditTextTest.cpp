@@ -232,6 +232,9 @@ Edit anyEdit() {
         },
         [] { return anyConstrain(); },
         [] { return Edit(Delete{anyNames()}); },
+        [] {
+            return Edit(SetActive{anyNames(), toss()});
+        },
         [] { return Edit(Erase{anyNames()}); },
         [] {
             return Edit(Draw{anyFigure(), toss(), toss() ? anyName() : Name()});

@@ -52,7 +52,7 @@ class Hand:
         self.tab, self.random = tab, random.Random(seed)
         self.actions = [(self.pull, 8), (self.click, 8), (self.key, 6), (self.draw, 3), (self.constrain, 3), (self.double_click, 2),
                         (self.undo, 3), (self.redo, 2), (self.copy, 2), (self.nudge, 1), (self.press, 3), (self.wheel, 1),
-                        (self.type, 2), (self.erase, 1), (self.escape, 2)]
+                        (self.type, 2), (self.switch, 2), (self.erase, 1), (self.escape, 2)]
 
     def act(self):
         """What it did."""
@@ -169,6 +169,16 @@ class Hand:
         edit = self.random.choice(("break {} at {},{}", "move {} by {},{}", "rotate {} about {},{} by 15", "scale {} about {},{} by 1.1",
                                    "trim {} at {},{} by top base", "drag {} by {},{}", "offset {} by 3", "undo", "parameter w = 4"))
         text = edit.format(name if name.isidentifier() else f'"{name}"', self.random.randint(-9, 60), self.random.randint(-9, 40))
+        self.tab.type(text)
+        return text
+
+    def switch(self):
+        """A constraint off, or on again."""
+        found = self.tab.run("return [...window.holdfast.drawing.constraints.values()].map((c) => [c.id, c.active === false])")
+        if not found:
+            return "nothing"
+        name, is_off = self.random.choice([each for each in found if each[1]] or found) if self.random.random() < 0.5 else self.random.choice(found)
+        text = f"{'unsuppress' if is_off else 'suppress'} {name}"
         self.tab.type(text)
         return text
 

@@ -59,6 +59,11 @@ class Page:
     def find(self, css):
         return self.browser.find_element(By.CSS_SELECTOR, css)
 
+    def touch(self, kind, *places):
+        """Fingers: "touchStart", "touchMove" to other places, "touchEnd" without any."""
+        self.browser.execute_cdp_cmd("Input.dispatchTouchEvent", {
+            "type": kind, "touchPoints": [{"x": x, "y": y, "id": i} for i, (x, y) in enumerate(places)]})
+
     def silent(self, what):
         said = [line["message"] for line in self.browser.get_log("browser") if line["level"] in ("SEVERE", "WARNING")
                 and "willReadFrequently" not in line["message"]]  # we look at the canvas, the page never does
@@ -72,6 +77,12 @@ class Tab(Page):
         self.browser, self.window, self.pictures = browser, window, pictures
         browser.get(address or window.address)
         self.wait("return document.body.dataset.ready === 'yes' && window.holdfast.scene.freedom !== null", "the page is ready")
+        if window:
+            window.tab = self.name()
+
+    def name(self):
+        """What the tab calls itself to the server."""
+        return self.run("return sessionStorage.getItem('holdfast-tab')")
 
     def text(self, css):
         return self.find(css).text

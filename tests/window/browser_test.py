@@ -24,6 +24,7 @@ import chains
 import choices
 import dropping
 import pulling
+import tabs
 
 PROGRAM, DRAWING, PICTURES = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
 
@@ -284,17 +285,6 @@ def saving_writes_the_file(tab, path):
     check(path.read_text() == tab.window.copy("drawing.json"), "the file holds the drawing")
 
 
-def two_tabs_see_the_same(tab, browser):
-    first = browser.current_window_handle
-    browser.switch_to.new_window("tab")
-    other = Tab(browser, tab.window, PICTURES)
-    other.type("draw circle 40,70 radius 5 as moon")
-    other.wait("return window.holdfast.drawing.entities.has('moon')", "one tab draws")
-    browser.close()
-    browser.switch_to.window(first)
-    tab.wait("return window.holdfast.drawing.entities.has('moon')", "the other one sees it")
-
-
 def names_are_no_markup(browser, folder):
     """In every place where a name is shown."""
     bad = '<img src=x onerror="document.title=1">'
@@ -400,12 +390,11 @@ def main():
                 tab.silent(test.__name__)
                 print(f"{test.__name__}: {time.time() - start:.1f} s")
             saving_writes_the_file(tab, path)
-            two_tabs_see_the_same(tab, browser)
             narrow_and_dark(browser, window)
             browser.get("about:blank")
         for test in (choices.lists_are_filtered, chains.chains_are_chosen, chains.copies_follow_the_pointer, chains.what_is_free_wiggles,
-                     dropping.a_drawing_is_dropped, pulling.a_pulled_point_is_tied, pulling.a_fast_hand_is_answered,
-                     pulling.too_much_is_mended):
+                     dropping.a_drawing_is_dropped, dropping.a_dropped_drawing_is_saved_as, pulling.a_pulled_point_is_tied, pulling.a_fast_hand_is_answered,
+                     pulling.two_fingers_zoom, pulling.too_much_is_mended, tabs.each_tab_edits_on_its_own, tabs.a_tab_that_is_loaded_again_goes_on):
             start = time.time()
             with Window(PROGRAM, copied(folder, DRAWING, "fresh.json")) as window:
                 tab = Tab(browser, window, PICTURES)
@@ -413,7 +402,8 @@ def main():
                 tab.silent(test.__name__)
                 chains.the_script_repeats(tab, PROGRAM, DRAWING, folder)
                 browser.get("about:blank")
-            (pathlib.Path(folder) / "fresh.unsaved.json").unlink(missing_ok=True)
+            for kept in pathlib.Path(folder).glob("fresh.*unsaved*"):
+                kept.unlink()
             print(f"{test.__name__}: {time.time() - start:.1f} s")
         names_are_no_markup(browser, folder)
         a_page_stands_alone(browser, folder)

@@ -1,7 +1,9 @@
 """A drawing that is dropped on the page, or chosen with its button."""
 import base64
 import pathlib
+import time
 
+from browser import Keys
 from documents import document
 from program import check
 
@@ -71,3 +73,37 @@ def a_drawing_is_dropped(tab, folder):
     tab.find("#back").click()
     shows(tab, "fresh.json")
     check(tab.entity("base") == moved and tab.find("#unsaved").is_displayed(), "the first drawing is as it was left")
+
+
+def a_dropped_drawing_is_saved_as(tab, folder):
+    downloads = pathlib.Path(folder) / "downloads"
+    downloads.mkdir(exist_ok=True)
+    tab.browser.execute_cdp_cmd("Browser.setDownloadBehavior", {"behavior": "allow", "downloadPath": str(downloads)})
+    drop(tab, "two.FCStd", document(Sketch=10))
+    shows(tab, "two.FCStd")
+    tab.type("drag g0.end by 5,0")
+    tab.after_edit(1)
+    tab.key(Keys.CONTROL, "s")
+    tab.wait("return document.querySelector('dialog[open] input') !== null", "where there is no file to save into it is asked for a name")
+    check(tab.find("#save-as-name").get_attribute("value") == "two", "its own is offered")
+    options = [option.text for option in tab.browser.find_elements("css selector", "#save-as-form option")]
+    check(options[0].startswith(".FCStd") and "as it came" in options[0] and len(options) == 5, f"and the form that it came in: {options}")
+    tab.picture("save-as")
+    tab.find("#save-as-name").clear()
+    tab.find("#save-as-name").send_keys("longer", Keys.ENTER)
+    tab.wait("return document.getElementById('said').textContent.startsWith('longer.FCStd was downloaded')", "the browser keeps it")
+    saved, patience = downloads / "longer.FCStd", time.time() + 8
+    while not saved.exists() and time.time() < patience:
+        time.sleep(0.05)
+    check(not tab.find("#unsaved").is_displayed(), "then it is saved")
+    drop(tab, "again.FCStd", saved.read_bytes())
+    shows(tab, "again.FCStd")
+    check(tab.entity("g0")["end"] == [15, 0], "and is what was seen")
+    tab.find("#save-as").click()
+    tab.wait("return document.querySelector('dialog[open] select') !== null", "a button asks, too")
+    tab.find("#save-as-form").send_keys(".svg")
+    tab.find("#save-as-name").send_keys(Keys.ESCAPE)
+    tab.wait("return document.querySelector('dialog') === null", "escape leaves it")
+    check(len(list(downloads.iterdir())) == 1, "and nothing is downloaded")
+    tab.find("#back").click()
+    shows(tab, "fresh.json")

@@ -1,4 +1,5 @@
 """Starts the program's window, and talks to it as a browser would and as one should not."""
+import contextlib
 import http.client
 import json
 import pathlib
@@ -32,6 +33,7 @@ class Window:
         if not found:
             raise RuntimeError(f"no address but {self.address!r} {self.process.stderr.read()!r}")
         self.port, self.word = int(found.group(1)), found.group(2)
+        self.tab = ""  # in whose name it is asked; that of one without a name is as good as any
 
     def __enter__(self):
         return self
@@ -93,13 +95,13 @@ class Window:
         return len(told[200]), len(told[429]), (told[429] or [""])[0], time.time() - start
 
     def ask(self, name):
-        with urllib.request.urlopen(f"{self.address}ask/{name}", timeout=60) as answer:
+        with urllib.request.urlopen(f"{self.address}ask/{name}?tab={self.tab}", timeout=60) as answer:
             return json.load(answer)
 
     def do(self, name, text="", patience=30):
         request = urllib.request.Request(
             f"{self.address}do/{name}", json.dumps({"text": text}).encode(),
-            {"Content-Type": "application/json", "Origin": f"http://127.0.0.1:{self.port}"})
+            {"Content-Type": "application/json", "Origin": f"http://127.0.0.1:{self.port}", "Holdfast-Tab": self.tab})
         with urllib.request.urlopen(request, timeout=patience) as answer:
             return json.load(answer)
 
@@ -107,13 +109,34 @@ class Window:
         """A file on the page."""
         request = urllib.request.Request(
             f"{self.address}do/drop?{urllib.parse.urlencode({'name': name, **more})}", content,
-            {"Content-Type": "application/octet-stream", "Origin": f"http://127.0.0.1:{self.port}"})
+            {"Content-Type": "application/octet-stream", "Origin": f"http://127.0.0.1:{self.port}", "Holdfast-Tab": self.tab})
         with urllib.request.urlopen(request, timeout=30) as answer:
             return json.load(answer)
 
     def copy(self, name):
-        with urllib.request.urlopen(f"{self.address}copy/{name}", timeout=30) as answer:
+        with urllib.request.urlopen(f"{self.address}copy/{name}?tab={self.tab}", timeout=30) as answer:
             return answer.read().decode()
+
+    def save_as(self, form):
+        """The bytes of the drawing in another form, and what is lost there; None for what is refused."""
+        request = urllib.request.Request(
+            f"{self.address}do/saveas", json.dumps({"text": form}).encode(),
+            {"Content-Type": "application/json", "Origin": f"http://127.0.0.1:{self.port}", "Holdfast-Tab": self.tab})
+        try:
+            with urllib.request.urlopen(request, timeout=30) as answer:
+                return answer.read(), json.loads(answer.headers["Holdfast-Notes"])
+        except urllib.error.HTTPError as refusal:
+            check(refusal.code == 400, f"a refusal says so: {refusal}")
+            return None
+
+    @contextlib.contextmanager
+    def named(self, tab):
+        """Asked in the name of another tab."""
+        before, self.tab = self.tab, tab
+        try:
+            yield
+        finally:
+            self.tab = before
 
     def entity(self, name):
         return next((e for e in self.ask("state")["drawing"]["entities"] if e["id"] == name), None)

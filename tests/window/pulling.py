@@ -109,6 +109,22 @@ def refs(*places):
     return [{"entity": place.split(".")[0], "point": place.split(".")[1]} for place in places]
 
 
+def two_fingers_zoom(tab, _folder):
+    left, top, width, height = tab.run("const b = document.getElementById('above').getBoundingClientRect(); return [b.left, b.top, b.width, b.height]")
+    x, y = left + width / 2, top + height / 2
+    view = "return [window.holdfast.view.scale, ...window.holdfast.view.toScreen([40, 30])]"
+    before = tab.run(view)
+    tab.touch("touchStart", (x - 30, y), (x + 30, y))
+    for far in (40, 50, 60):
+        tab.touch("touchMove", (x - far + 5, y + 10), (x + far + 5, y + 10))
+    tab.touch("touchEnd")
+    after = tab.run(view)
+    check(abs(after[0] / before[0] - 2) < 0.02, f"two fingers zoom: {before} {after}")
+    moved = [(a - m) - 2 * (b - m) for a, b, m in zip(after[1:], before[1:], (width / 2, height / 2))]
+    check(abs(moved[0] - 5) < 2 and abs(moved[1] - 10) < 2, f"and what lies between them goes with them: {moved}")
+    check(tab.steps() == 0 and not tab.chosen(), "nothing else is done")
+
+
 def too_much_is_mended(tab, _folder):
     lines = [{"id": name, "type": "line", "start": start, "end": end}
              for name, start, end in (("a", [0, 0], [40, 0]), ("b", [0, 20], [40, 20]), ("c", [0, 40], [40, 40]))]
@@ -132,13 +148,33 @@ def too_much_is_mended(tab, _folder):
     check(tab.run("return window.holdfast.scene.pinned.marks.size") == 0, "by the same button")
     extra = freedom["redundant"][0]
     tab.find(f"#trouble [aria-label^='show parallel'], #trouble [aria-label$=' {extra}']").click()
+    check(tab.run("return document.querySelector('#trouble').getBoundingClientRect().top") > 100, "what is pointed at in the list stays there")
     check(set(tab.chosen()) == {ref["entity"] for c in constraints if c["id"] == extra for ref in c["refs"]}, f"so is one alone: {tab.chosen()}")
     check(not tab.browser.find_elements("css selector", f"#trouble [aria-label^='measure '][aria-label*='{extra}']"), "no dimension, nothing to measure")
     tab.key(Keys.ESCAPE)
-    tab.find("#trouble [aria-label^='measure '][aria-label*=' wider:']").click()
+    tab.find("#trouble [aria-label^='suppress '][aria-label*=' wider:']").click()
     tab.after_edit(1)
+    check(tab.run("return window.holdfast.log.at(-1).text") == "suppress wider" and tab.window.ask("freedom")["conflicts"] == [],
+          "one can be switched off, and nothing contradicts")
+    check("1 constraint switched off" in tab.text("#trouble") and "switched off" in tab.find("#list .off").text, f"which is told: {tab.text('#trouble')}")
+    tab.picture("switched-off")
+    tab.find("#trouble [aria-label^='unsuppress ']").click()
+    tab.after_edit(2)
+    check("says 45" in tab.text("#said") and "wide (distance a, 40)" in tab.text("#said"), f"it does not come back where it contradicts: {tab.text('#said')}")
+    tab.find("#undo").click()
+    tab.after_edit(3)
+    tab.find("#trouble [aria-label^='measure '][aria-label*=' wider:']").click()
+    tab.after_edit(4)
     check(tab.run("return window.holdfast.log.at(-1).text") == "set wider measured", "a dimension can be measured")
     check("cannot hold" not in tab.text("#trouble") and tab.window.ask("freedom")["conflicts"] == [], "then nothing contradicts it")
     tab.find(f"#trouble [aria-label^='delete '][aria-label$=' {extra}']").click()
-    tab.after_edit(2)
+    tab.after_edit(5)
     check(tab.run("return window.holdfast.log.at(-1).text") == f"delete {extra}" and tab.text("#trouble") == "", "and what is implied can go")
+    row = next(row for row in tab.browser.find_elements("css selector", "#list .row") if row.get_attribute("title") == "h1")
+    row.send_keys("s")
+    tab.after_edit(6)
+    check(tab.run("return window.holdfast.log.at(-1).text") == "suppress h1", "a key on its row does it, too")
+    row = next(row for row in tab.browser.find_elements("css selector", "#list .row") if row.get_attribute("title") == "h1")
+    row.send_keys("s")
+    tab.after_edit(7)
+    check(tab.run("return window.holdfast.log.at(-1).text") == "unsuppress h1" and tab.text("#trouble") == "", "and back")

@@ -98,6 +98,14 @@ def what_the_page_may_do(window):
     check(not re.search(r"\son\w+=|style=|javascript:|https?://", page), "the page has nothing written in that could run")
 
 
+def nobody_waits_for_packing(window):
+    for path in ("window.js", "ask/state", "ask/freedom", "copy/drawing.json"):
+        request = urllib.request.Request(window.address + path, headers={"Accept-Encoding": "gzip, deflate, br, zstd"})
+        with urllib.request.urlopen(request, timeout=30) as answer:
+            check(answer.headers["Content-Encoding"] is None and len(answer.read()) == int(answer.headers["Content-Length"]) > 0,
+                  f"the way to this machine's own browser is short: {path} comes as it is")
+
+
 def edits(window):
     done = window.do("edit", "fillet top left radius 400")
     check(not done["done"] and len(done["error"]) > 20, "a refused edit says why")
@@ -149,7 +157,8 @@ def saving(folder):
         window.do("edit", "drag base.end by 5,0")
         refused = window.do("save")
         check(not refused["done"] and "somebody else" in refused["error"], "a file that others have written is not lost")
-        check(window.do("save")["done"] and path.read_text() == window.copy("drawing.json"), "unless that is wanted")
+        check(refused["asks"] and not window.do("save")["done"], "however often one asks")
+        check(window.do("save", "over")["done"] and path.read_text() == window.copy("drawing.json"), "unless that is wanted")
         said, code = window.interrupt()
         check(code == 0 and "kept" not in said, "an end after that says nothing")
     check(sorted(p.name for p in pathlib.Path(folder).glob("saved*")) == ["saved.json"], "nothing lies beside it")
@@ -194,6 +203,68 @@ def a_crash_loses_nothing(folder):
         window.process.kill()
     with Window(PROGRAM, path) as window:
         check(window.copy("drawing.json") == after, "a crash loses nothing that is older than a second")
+
+
+def tabs_have_sessions_of_their_own(folder):
+    path = copied(folder, DRAWING, "tabs.json")
+    with Window(PROGRAM, path) as window:
+        window.do("edit", "drag base.end by 5,0")
+        own = window.entity("base")
+        with window.named("b"):
+            check(window.entity("base")["end"] == [80.0, 0.0] and not window.do("edit", "undo")["done"],
+                  "a second tab shows what the file holds, and takes back nothing of the first one's")
+            window.do("edit", "draw circle 40,70 radius 5 as moon")
+        check(window.entity("base") == own and not window.entity("moon"), "nor is the second one's seen in the first")
+        check(window.do("save")["done"], "one tab saves")
+        with window.named("b"):
+            check("another tab has saved tabs.json" in window.ask("behind")["behind"], "of which the other one hears")
+            refused, first = window.do("save"), path.read_text()
+            check(not refused["done"] and refused["asks"] and "another tab" in refused["error"], f"and does not write over it: {refused}")
+            check(path.read_text() == first, "what was saved stays")
+            check(window.do("save", "over")["done"] and "moon" in path.read_text(), "unless that is wanted")
+        check("another tab has saved" in window.do("save")["error"], "then it is the first one's turn to be asked")
+        with window.named("c"):
+            check(window.entity("moon") and not window.ask("state")["behind"], "a third tab shows what the file holds by then")
+        window.do("discard")
+        check(window.entity("moon") and not window.ask("behind")["behind"], "and so does one that goes back to the file")
+        for tab in ("d", "e", "f", "0", "1"):
+            check(window.status(f"/{window.word}/ask/state?tab={tab}") == 200, "there is room for eight")
+        check(window.status(f"/{window.word}/ask/state?tab=2") == 503, "and no more")
+        check(window.status(f"/{window.word}/ask/state?tab=../x") == 400, "no tab calls itself so")
+        window.interrupt()
+
+
+def each_tab_is_recovered(folder):
+    path = copied(folder, DRAWING, "both.json")
+    with Window(PROGRAM, path) as window:
+        window.do("edit", "drag base.end by 5,0")
+        first = window.copy("drawing.json")
+        with window.named("b"):
+            window.do("edit", "draw circle 40,70 radius 5 as moon")
+            second = window.copy("drawing.json")
+        patience = time.time() + 5
+        while len(list(path.parent.glob("both.unsaved*"))) < 2 and time.time() < patience:
+            time.sleep(0.05)
+        window.process.kill()
+    with Window(PROGRAM, path) as window:
+        check(window.copy("drawing.json") == first, "after a crash the first tab goes on with what the first one did")
+        with window.named("b"):
+            check(window.copy("drawing.json") == second and window.ask("state")["takenUp"], "and the second with the second's")
+        with window.named("c"):
+            check(not window.entity("moon") and window.entity("base")["end"] == [80.0, 0.0], "and the third with what the file holds")
+        window.do("save")
+        with window.named("b"):
+            window.do("edit", "draw line -50,-50 -20,-49 as late")
+        said, _ = window.interrupt()
+        check("both.unsaved-2.json" in said and "both.unsaved.json" not in said, f"the end says whose edits are left: {said}")
+    with Window(PROGRAM, path) as window:
+        check(window.copy("drawing.json") == first == path.read_text() and not window.ask("state")["takenUp"],
+              "what was saved is shown, not what began before")
+        window.do("edit", "drag base.end by 5,0")
+        said, _ = window.interrupt()
+    left = path.parent / "both.unsaved-2.json"
+    check("moon" in left.read_text() and "late" in left.read_text(), "which nobody writes over")
+    check("both.unsaved-2.json holds edits from before both.json was written last" in said, f"and which is told: {said}")
 
 
 def nobody_waits_for_a_slow_disk(folder):
@@ -264,6 +335,54 @@ def dropped_drawings(folder):
     check(sorted(p.name for p in pathlib.Path(folder).glob("under*")) == files, "and writes nothing")
 
 
+def saved_under_another_name(folder):
+    path = copied(folder, DRAWING, "as.json")
+    with Window(PROGRAM, path) as window:
+        check(window.ask("state")["forms"] == [".json", ".dxf", ".slvs", ".svg"], "a drawing can be had in other forms")
+        bytes_, notes = window.save_as(".json")
+        check(bytes_.decode() == window.copy("drawing.json") and notes == [], "as it is")
+        window.do("edit", "drag base.end by 5,0")
+        window.save_as(".json")
+        check(window.ask("state")["unsaved"], "a copy of it is not its file")
+        _, notes = window.save_as(".dxf")
+        check(any("constraints were left out" in note for note in notes), f"what another form does not hold is told: {notes}")
+        for form in (".fcstd", ".txt", "", "/etc/passwd", "../x.json"):
+            told = window.save_as(form)
+            check(told is None, f"there is no other form: {form} {told}")
+        plate = (EXAMPLES / "drawings" / "acrylic-case-top.dxf").read_bytes()
+        window.drop("plate.dxf", plate)
+        check(window.ask("state")["forms"][0] == ".dxf" and window.save_as(".dxf") == (plate, []), "a dropped file comes back byte for byte")
+        window.do("edit", f"move {window.ask('state')['drawing']['entities'][0]['id']} by 1,0")
+        check(window.ask("state")["unsaved"] and not window.do("save")["done"], "what is done to it is not saved over it")
+        changed, notes = window.save_as(".dxf")
+        same = len(set(plate.splitlines()) & set(changed.splitlines())) / len(set(plate.splitlines()))
+        check(changed != plate and same > 0.9, f"an edit changes the record of what it moved, and leaves the rest: {same} {notes}")
+        check(notes or not window.ask("state")["unsaved"], "whoever has the file has saved it")
+        hinge = (EXAMPLES / "formats" / "hinge.slvs").read_bytes()
+        window.drop("hinge.slvs", hinge)
+        entities = window.ask("state")["drawing"]["entities"]
+        written, _ = window.save_as(".slvs")
+        window.drop("again.slvs", written)
+        check(len(window.ask("state")["drawing"]["entities"]) == len(entities), "a sketch goes out in the form that it came in")
+        window.drop("two.FCStd", document(Sketch=10, Sketch001=20), sketch="Sketch001")
+        window.do("edit", "draw line 0,5 5,9 as added")
+        archive, _ = window.save_as(".fcstd")
+        window.drop("two.FCStd", archive, sketch="Sketch")
+        check(window.entity("g0")["end"] == [10.0, 0.0], "a document comes back with its other sketches")
+        window.drop("two.FCStd", archive, sketch="Sketch001")
+        check(len([e for e in window.ask("state")["drawing"]["entities"] if e["type"] == "line" and not e.get("fixed")]) == 2,
+              "and with what was drawn in this one")
+        window.drop("one.FCStd", document(Sketch=10))
+        check(window.save_as(".fcstd")[0][:2] == b"PK", "also when there was none to choose")
+        window.interrupt()
+    check(path.read_bytes() == pathlib.Path(DRAWING).read_bytes(), "none of this is written where the drawing came from")
+    opened = pathlib.Path(folder) / "opened.dxf"
+    opened.write_bytes(plate)
+    with Window(PROGRAM, opened) as window:
+        check(window.save_as(".dxf") == (plate, []), "a file that was opened goes out as it came in, too")
+        window.interrupt()
+
+
 def blocks_are_drawn(folder):
     drawing = pathlib.Path(DRAWING).parent.parent / "commands" / "plate-with-screws.dxf"
     path = copied(folder, drawing, "blocks.dxf")
@@ -324,10 +443,12 @@ def main():
             what_may_be_dropped(window)
             haste_is_refused(window)
             what_the_page_may_do(window)
+            nobody_waits_for_packing(window)
             edits(window)
             the_script_does_the_same(window, folder)
-        for test in (saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, nobody_waits_for_a_slow_disk,
-                     dropped_drawings, blocks_are_drawn, the_end, arguments):
+        for test in (saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, tabs_have_sessions_of_their_own,
+                     each_tab_is_recovered, nobody_waits_for_a_slow_disk,
+                     dropped_drawings, saved_under_another_name, blocks_are_drawn, the_end, arguments):
             test(folder)
     return outcome()
 

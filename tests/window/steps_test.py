@@ -231,6 +231,31 @@ def the_view_moves(report):
     check(place() == home, "and all is shown again")
 
 
+def two_fingers_zoom(report):
+    report.button("Show all")
+    canvas = report.canvas(1)
+    report.run("arguments[0].scrollIntoView({ block: 'center', behavior: 'instant' })", canvas)
+    left, top, width, height = report.run("const b = arguments[0].getBoundingClientRect(); return [b.left, b.top, b.width, b.height]", canvas)
+    x, y = left + width / 2, top + height / 2
+    view = "return [holdfast.view.scale, ...holdfast.view.toScreen([40, 30]), scrollY]"
+    before = report.run(view)
+    report.touch("touchStart", (x - 30, y), (x + 30, y))
+    for far in (40, 50, 60):
+        report.touch("touchMove", (x - far, y), (x + far, y))
+    report.touch("touchEnd")
+    after = report.run(view)
+    check(abs(after[0] / before[0] - 2) < 0.02, f"two fingers that go apart zoom: {before} {after}")
+    check(all(abs((a - m) - 2 * (b - m)) < 2 for a, b, m in zip(after[1:3], before[1:3], (width / 2, height / 2))), "what lies between them stays there")
+    report.touch("touchStart", (x - 60, y), (x + 60, y))
+    for far in (50, 40, 30):
+        report.touch("touchMove", (x - far + 20, y + 40), (x + far + 20, y + 40))
+    report.touch("touchEnd")
+    back = report.run(view)
+    check(abs(back[0] / before[0] - 1) < 0.02 and abs(back[1] - before[1] - 20) < 2 and abs(back[2] - before[2] - 40) < 2, f"together they pan, too: {before} {back}")
+    check(back[3] == before[3], "and the page stays where it is")
+    report.button("Show all")
+
+
 def looks_are_chosen(report):
     def inks():
         return report.run("const p = holdfast.panes[1]; return [...p.drawing.entities.values()].map((e) => p.painter.styleOf(e, p.scene).split(' ')[0])")
@@ -390,7 +415,7 @@ def main():
         all_edits_come_first(report, expected)
         keys_step_forwards_and_backwards(report, expected)
         buttons_step_too(report, expected)
-        for test in (a_step_tells_its_fates, what_belongs_together_lights_up, the_view_moves, looks_are_chosen):
+        for test in (a_step_tells_its_fates, what_belongs_together_lights_up, the_view_moves, two_fingers_zoom, looks_are_chosen):
             test(report)
             report.silent(test.__name__)
         paper_and_readers_without_scripts_get_the_still_pictures(browser, page)

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "apps/cli/Uses.h"
+#include "apps/forms/GoingOut.h"
 #include "document/Document.h"
-#include "formats/dxf/DxfLayout.h"
 
 namespace holdfast::cli {
 
@@ -23,19 +23,6 @@ struct DrawingSource {
 /// Reads a drawing: .json, or .dxf, .svg and sketches (part.FCStd#Sketch001, part.slvs) with notes of what was not
 /// understood on standard error.
 Document readAnyDrawing(const DrawingSource& source);
-
-/// A DXF file that is to be written again, with the edits of the drawing that was read from it.
-struct DxfOriginal {
-    std::string text;
-    DxfLayout layout;
-    Document drawing;  ///< as it was read
-};
-
-/// A FreeCAD document that is to be written again, with the edits of one of its sketches.
-struct SketchOriginal {
-    std::string bytes;
-    std::string sketch;  ///< its name
-};
 
 struct DrawingFile {
     Document document;

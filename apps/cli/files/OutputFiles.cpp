@@ -9,11 +9,6 @@
 #include "apps/cli/telling/ErrorReport.h"
 #include "apps/cli/telling/Terminal.h"
 #include "document/text/Suggest.h"
-#include "formats/dxf/DxfPatch.h"
-#include "formats/json/JsonWriter.h"
-#include "formats/slvs/SlvsWriter.h"
-#include "report/page/Wording.h"
-#include "report/picture/Svg.h"
 
 namespace holdfast::cli {
 
@@ -34,56 +29,6 @@ void checkEnding(const OutputName& name) {
         return;
     throw UsageError(name.path, ending.empty() ? "a name without an ending" : "a name that ends in " + ending,
                      "a name that ends in " + oneOf(name.endings));
-}
-
-std::string noteOf(const DxfNote& note, const DxfOutput& output, const std::string& unit) {
-    switch (note.loss) {
-        case DxfLoss::flattened:
-            return note.entity + " went out as a polyline of " + report::counted(note.pieces, "segment") + ", within " +
-                   shortNumber(output.tolerance) + " " + unit;
-        case DxfLoss::split:
-            return note.entity + " went out as " + report::counted(note.pieces, "single line") + " of text";
-        case DxfLoss::firstOfKind:
-            return note.entity + " is the first " + note.kind + " in the file, in the oldest form that it can have";
-        case DxfLoss::leftOut:
-            break;
-    }
-    return note.entity + " was left out, a line without end";
-}
-
-/// Some of many names.
-std::string firstOf(const std::vector<std::string>& names) {
-    constexpr std::size_t most = 5;
-    std::string text;
-    for (std::size_t i = 0; i < std::min(most, names.size()); ++i)
-        text += (i == 0 ? "" : ", ") + names[i];
-    return text + (names.size() > most ? " and " + std::to_string(names.size() - most) + " more" : "");
-}
-
-/// "2 block references and 1 hatched area were left out".
-std::string leftOutReferences(const Document& document) {
-    using Kind = BlockReference::Kind;
-    const auto countOf = [&](Kind kind, bool isMeasured = false) {
-        return static_cast<std::size_t>(
-            std::count_if(document.references.begin(), document.references.end(), [&](const BlockReference& reference) {
-                return reference.kind == kind && reference.measure.empty() != isMeasured;
-            }));
-    };
-    std::vector<std::string> counted;
-    const auto add = [&](std::size_t count, const char* word) {
-        if (count > 0)
-            counted.push_back(report::counted(count, word));
-    };
-    add(countOf(Kind::insert), "block reference");
-    add(countOf(Kind::dimension), "dimension");
-    add(countOf(Kind::dimension, true), "dimension picture");
-    add(countOf(Kind::hatch), "hatched area");
-    std::vector<std::string> names;
-    names.reserve(document.references.size());
-    for (const BlockReference& reference : document.references)
-        names.push_back(reference.id);
-    return allOf(counted) + (document.references.size() == 1 ? " was" : " were") + " left out: " + firstOf(names) +
-           (countOf(Kind::insert) > 0 ? "; \"explode\" makes entities of a block reference" : "");
 }
 
 }  // namespace
@@ -167,65 +112,13 @@ void OutputFiles::addDrawing(const DrawingTarget& target, const Document& docume
     const std::string& path = target.path;
     if (path.empty())
         return;
-    const std::string form = formOf(target, from.form);
     const std::string name = path == kStandardStream ? "standard output" : path;
-    if (form != ".svg" && !from.dxf && !document.references.empty())
-        m_notes.push_back(name + ": " + leftOutReferences(document));
-    if (form == ".json")
-        return add(path, jsonText(document));
-    if (form == ".svg")
-        return add(path, writeTrueSizeSvg(document));
-    if (from.sketch && form == kSketchForm)
-        return addSketch(path, name, document, *from.sketch);
-    if (form == kSlvsForm)
-        return addSlvs(path, name, document, from, tolerance);
-    const std::optional<DxfOriginal>& dxf = from.dxf;
-    DxfOutput output =
-        dxf ? patchedDxf(dxf->text, dxf->layout, dxf->drawing, document, tolerance) : dxfText(document, tolerance);
-    tellLosses(name, document, output);
-    if (!dxf && document.lengthUnit != "mm")
-        m_notes.push_back(name + ": numbers are in the unit " + inQuotes(document.lengthUnit) +
-                          ", which the file does not say");
-    add(path, std::move(output.text));
-}
-
-void OutputFiles::addSketch(const std::string& path, const std::string& name, const Document& document,
-                            const SketchOriginal& from) {
-    SketchOutput output = documentWith(document, from);
+    const CameFrom origin{
+        .form = from.form, .dxf = from.dxf ? &*from.dxf : nullptr, .sketch = from.sketch ? &*from.sketch : nullptr};
+    GoneOut output = goingOut(document, formOf(target, from.form), origin, tolerance);
     for (const std::string& note : output.notes)
         m_notes.push_back(name + ": " + note);
     add(path, std::move(output.bytes));
-}
-
-void OutputFiles::addSlvs(const std::string& path, const std::string& name, const Document& document,
-                          const DrawingFile& from, double tolerance) {
-    std::vector<std::string> notes;
-    if (from.form == kSlvsForm)
-        notes.emplace_back("a new file with this sketch alone; names, styles and views are not those of the old one");
-    SlvsOutput output = slvsText(withoutPolylines(document, notes), tolerance);
-    notes.insert(notes.end(), output.notes.begin(), output.notes.end());
-    for (const std::string& note : notes)
-        m_notes.push_back(name + ": " + note);
-    add(path, std::move(output.text));
-}
-
-void OutputFiles::tellLosses(const std::string& path, const Document& document, const DxfOutput& output) {
-    for (const DxfNote& note : output.notes)
-        m_notes.push_back(path + ": " + noteOf(note, output, document.lengthUnit));
-    if (!output.redrawn.empty())
-        m_notes.push_back(path + ": the pictures of dimensions that have changed are as the file has them: " +
-                          firstOf(output.redrawn));
-    if (!output.left.empty())
-        m_notes.push_back(
-            path + ": dimensions that the drawing has no more stay as the file has them: " + firstOf(output.left));
-    if (!output.lostFacts.empty())
-        m_notes.push_back(path + ": " + output.lostFacts);
-    if (output.lostConstraints > 0)
-        m_notes.push_back(path + ": " + report::counted(output.lostConstraints, "constraint") +
-                          (output.lostConstraints == 1 ? " was" : " were") + " left out");
-    if (output.lostParameters > 0)
-        m_notes.push_back(path + ": " + report::counted(output.lostParameters, "parameter") +
-                          (output.lostParameters == 1 ? " was" : " were") + " left out");
 }
 
 bool OutputFiles::write(const std::function<void()>& tell) {

@@ -62,12 +62,6 @@ public:
     bool write(const std::function<void()>& tell = {});
 
 private:
-    void addSketch(const std::string& path, const std::string& name, const Document& document,
-                   const SketchOriginal& from);
-    void addSlvs(const std::string& path, const std::string& name, const Document& document, const DrawingFile& from,
-                 double tolerance);
-    void tellLosses(const std::string& path, const Document& document, const DxfOutput& output);
-
     std::vector<NamedText> m_files;
     std::optional<std::string> m_standardOutput;
     std::vector<std::string> m_notes;

@@ -13,9 +13,7 @@
 #include "apps/cli/telling/Terminal.h"
 #include "document/text/DrawingError.h"
 #include "document/text/Suggest.h"
-#include "editing/Session.h"
 #include "formats/FileIo.h"
-#include "formats/fcstd/FcstdPatch.h"
 #include "formats/fcstd/FcstdReader.h"
 #include "formats/slvs/SlvsReader.h"
 #include "hosting/DocumentSketch.h"
@@ -176,30 +174,6 @@ DrawingFile readSketchFor(const DrawingTarget& target, const DrawingSource& sour
     if (isPatched)
         file.sketch = SketchOriginal{std::move(bytes), sketch};
     return file;
-}
-
-Document withoutPolylines(const Document& drawing, std::vector<std::string>& notes) {
-    Explode explode;
-    for (const Entity& entity : drawing.entities)
-        if (std::holds_alternative<PolylineShape>(entity.shape))
-            explode.entities.push_back(entity.id);
-    if (explode.entities.empty())
-        return drawing;
-    Session session(drawing);
-    if (!session.apply(explode).outcome.done())
-        return drawing;
-    for (const Name& polyline : explode.entities)
-        notes.push_back(polyline.value + ", a polyline, went out as lines and arcs");
-    return session.document();
-}
-
-SketchOutput documentWith(const Document& drawing, const SketchOriginal& from) {
-    SketchOutput out;
-    FcstdOutput patched =
-        patchedFcstd(from.bytes, from.sketch, withoutPolylines(drawing, out.notes), "the document of " + from.sketch);
-    out.bytes = std::move(patched.archive);
-    out.notes.insert(out.notes.end(), patched.notes.begin(), patched.notes.end());
-    return out;
 }
 
 bool isListed(const SketchPath& path) {

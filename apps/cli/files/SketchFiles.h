@@ -22,26 +22,11 @@ struct SketchPath {
 /// What a name means as one of a sketch; nothing for names of other files.
 std::optional<SketchPath> sketchPathOf(const std::string& path);
 
-// The forms of documents, as endings: those of FreeCAD, into copies of which sketches go back, and those of SolveSpace,
-// which are written anew.
-inline constexpr const char* kSketchForm = ".fcstd";
-inline constexpr const char* kSlvsForm = ".slvs";
 bool isSketch(const DrawingSource& source);
 
 /// Reads a sketch that is to be written to a file, or to none where that has no name: as a copy of its document, or as
 /// a drawing of another form. Throws UsageError where something else is to become a document.
 DrawingFile readSketchFor(const DrawingTarget& target, const DrawingSource& source);
-
-/// The drawing with its polylines as lines and arcs, and a note on each.
-Document withoutPolylines(const Document& drawing, std::vector<std::string>& notes);
-
-struct SketchOutput {
-    std::string bytes;
-    std::vector<std::string> notes;
-};
-/// The document that the drawing comes from, with the drawing as it is now. Polylines, which sketches do not have, go
-/// out as lines and arcs.
-SketchOutput documentWith(const Document& drawing, const SketchOriginal& from);
 
 /// A SolveSpace file's sketch, the only one where none is named, with notes on what was left out on standard error.
 Document readSlvsSketch(const std::string& text, const std::string& sketch, const std::string& file);

@@ -78,12 +78,6 @@ void wipePassingLine() {
     std::cerr << std::flush;
 }
 
-std::string shortNumber(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.4g", value == 0.0 ? 0.0 : value);
-    return text;
-}
-
 KeptComplaints::KeptComplaints() {
     t_kept = this;
 }

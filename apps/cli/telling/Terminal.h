@@ -24,9 +24,6 @@ void showPassingLine(std::string_view line);
 /// Wipes the passing line, if there is one.
 void wipePassingLine();
 
-/// A number in four digits at most.
-std::string shortNumber(double value);
-
 /// One line on standard error, with the program's name before it; of a thread that keeps its messages, later.
 void complain(std::string_view message);
 

@@ -1,5 +1,6 @@
 // The pointer on the drawing: looking, taking hold, pulling, choosing.
 
+import { Fingers } from './fingers.js';
 import { picksAt, picksIn } from './picking.js';
 import { distance } from './shapes.js';
 import { snapAt, tieOf } from './snapping.js';
@@ -100,8 +101,7 @@ export class Hands {
     this.to = [0, 0];     // where it pulls to, which may be something near
     this.snaps = true;
     this.isSpaceDown = false;
-    /** @type {Map<number, {x: number, y: number}>} */
-    this.fingers = new Map();
+    this.fingers = new Fingers();
     this.latest = new Latest(attempt, (result) => this.#tried(result), (failure) => this.#failed(failure));
     const on = (/** @type {string} */ name, /** @type {(event: any) => void} */ what, options = {}) =>
       canvas.addEventListener(name, what, options);
@@ -137,8 +137,8 @@ export class Hands {
     this.canvas.focus({ preventScroll: true });
     this.canvas.setPointerCapture(event.pointerId);
     const [x, y] = this.#at(event);
-    this.fingers.set(event.pointerId, { x, y });
-    if (this.fingers.size === 2) return this.#pinch();
+    this.fingers.put(event.pointerId, [x, y]);
+    if (this.fingers.count === 2) return this.#pinch();
     const pick = event.button === 0 ? this.#pick(event) : null;
     this.pressed = { x, y, button: event.button, pick, p: this.#place(event) };
     const drags = event.button === 1 || event.button === 2 || this.isSpaceDown || (event.pointerType === 'touch' && !pick);
@@ -153,32 +153,18 @@ export class Hands {
 
   /** @param {PointerEvent} event */
   #move(event) {
-    const [x, y] = this.#at(event), finger = this.fingers.get(event.pointerId);
-    if (this.fingers.size === 2 && finger) return this.#spread(event.pointerId, x, y);
+    const [x, y] = this.#at(event), finger = this.fingers.places.get(event.pointerId);
+    if (this.fingers.spread(event.pointerId, [x, y], this.page.view)) return this.page.moved();
     if (!this.pressed) return this.page.look(this.#pick(event), this.#place(event), [x, y]);
     if (this.way === 'pan' && finger) {
-      this.page.view.pan(x - finger.x, y - finger.y);
+      this.page.view.pan(x - finger[0], y - finger[1]);
       this.page.moved();
     }
-    if (finger) Object.assign(finger, { x, y });
+    if (finger) this.fingers.put(event.pointerId, [x, y]);
     if (this.way === 'pan') return;
     if (!this.pull && this.way !== 'box' && Math.hypot(x - this.pressed.x, y - this.pressed.y) > STILL) this.#begin([x, y]);
     if (this.pull) this.#pullTo(this.#place(event), snapsWith(event));
     else if (this.way === 'box') this.page.box(this.pressed.p, this.#place(event));
-  }
-
-  /**
-   * Two fingers: what lies between them stays between them.
-   * @param {number} id @param {number} x @param {number} y
-   */
-  #spread(id, x, y) {
-    const [a, b] = [...this.fingers.values()];
-    const before = Math.hypot(a.x - b.x, a.y - b.y), mx = (a.x + b.x) / 2, my = (a.y + b.y) / 2;
-    Object.assign(this.fingers.get(id) || {}, { x, y });
-    const after = Math.hypot(a.x - b.x, a.y - b.y);
-    this.page.view.pan((a.x + b.x) / 2 - mx, (a.y + b.y) / 2 - my);
-    if (before > 0) this.page.view.zoom((a.x + b.x) / 2, (a.y + b.y) / 2, after / before);
-    this.page.moved();
   }
 
   /** @param {Point} at where the pointer has come to, on the screen */
@@ -258,7 +244,7 @@ export class Hands {
   /** @param {PointerEvent} event */
   async #up(event) {
     const { pressed, pull, way } = this;
-    this.fingers.delete(event.pointerId);
+    this.fingers.lift(event.pointerId);
     this.pressed = null;
     this.way = null;
     this.canvas.classList.remove('held');
@@ -300,7 +286,7 @@ export class Hands {
 
   /** @param {PointerEvent} event */
   #cancel(event) {
-    this.fingers.delete(event.pointerId);
+    this.fingers.lift(event.pointerId);
     this.pressed = null;
     this.#drop();
   }

@@ -7,7 +7,7 @@ const PAN_STEP = 60;           // pixels that an arrow key moves the view by
 const ZOOM_STEP = 1.25;
 const KEYS = `F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · J what is joined · W how it can move
 Shift+arrows move it · Delete erase · Ctrl+C Ctrl+X Ctrl+V copy, cut, put down · Ctrl+D copy beside · Ctrl while pulling: no tie
-Ctrl+Z undo · Ctrl+Shift+Z redo · Ctrl+S save · / type an edit · M marks · T names · Esc let go`;
+Ctrl+Z undo · Ctrl+Shift+Z redo · Ctrl+S save · Ctrl+Shift+S save as · / type an edit · M marks · T names · Esc let go`;
 const KEYS_ALONE = 'F fit · + − zoom · arrows pan · N P next and previous entity · Enter choose · M marks · T names · Esc let go';
 
 export class Keys {
@@ -36,7 +36,7 @@ export class Keys {
    * @param {string} key @param {KeyboardEvent} event @returns {(() => void) | null}
    */
   #withControl(key, event) {
-    if (key === 's') return () => void this.page.save();
+    if (key === 's') return () => (event.shiftKey ? this.page.saveAs.ask() : void this.page.save());
     if (key === 'y' || (key === 'z' && event.shiftKey)) return () => void this.page.edit('redo');
     if (key === 'z') return () => void this.page.edit('undo');
     if (standsAlone || (event.target !== byId('above') && event.target !== document.body)) return null;

@@ -1,6 +1,7 @@
 // The way to the server: questions, edits, and news of what other tabs did.
 
 import { heldBy } from './held.js';
+import { tabName } from './tab.js';
 
 /** Why the server did not answer. */
 export class Gone extends Error {}
@@ -12,8 +13,8 @@ const answers = held && heldBy(held);
 /** The page stands alone: it shows the drawing and takes no edits. */
 export const standsAlone = answers !== null;
 
-/** The server counts what each tab asks. */
-const tab = Array.from(crypto.getRandomValues(new Uint8Array(8)), (byte) => byte.toString(16).padStart(2, '0')).join('');
+/** Each tab has a drawing of its own on the server. */
+const tab = standsAlone ? Promise.resolve('') : tabName();
 const PAUSE = 4;  // milliseconds between two questions of a pull: no screen is drawn oftener, and the server answers no more
 
 /**
@@ -24,14 +25,22 @@ const PAUSE = 4;  // milliseconds between two questions of a pull: no screen is 
 async function call(path, how) {
   if (answers && how) throw new Error('this page shows the drawing and does not edit it; "holdfast open" does');
   if (answers) return (await answers)[path.slice('ask/'.length)];
+  return (await reach(path, how)).json();
+}
+
+/**
+ * @param {string} path
+ * @param {RequestInit} [how]
+ */
+async function reach(path, how) {
   let answer;
   try {
-    answer = await fetch(path, { ...how, headers: { ...how?.headers, 'Holdfast-Tab': tab } });
+    answer = await fetch(path, { ...how, headers: { ...how?.headers, 'Holdfast-Tab': await tab } });
   } catch (failure) {
     throw new Gone('the program that shows this drawing has ended; what was not saved is kept beside the drawing');
   }
   if (!answer.ok) throw new Error((await answer.text()).trim() || `the server answered ${answer.status}`);
-  return answer.json();
+  return answer;
 }
 
 /** @param {string} name */
@@ -56,8 +65,21 @@ export const edit = (text) => post('edit', text);
 export const follow = (text) => post('follow', text);
 /** @param {string} text @returns {Promise<import('./types').Result>} */
 export const attempt = (text) => post('try', text);
-/** @returns {Promise<{done: boolean, error: string}>} */
-export const save = () => post('save');
+/**
+ * @param {boolean} isOver what others have written since the file was read
+ * @returns {Promise<{done: boolean, error: string, asks?: boolean}>} whether one may write over it
+ */
+export const save = (isOver) => post('save', isOver ? 'over' : '');
+/**
+ * The drawing as a file of another form, and what is lost in it.
+ * @param {string} ending @returns {Promise<{file: Blob, notes: string[]}>}
+ */
+export async function saveAs(ending) {
+  const answer = await reach('do/saveas', { method: 'POST', headers: { 'Content-Type': 'application/json' }, body: JSON.stringify({ text: ending }) });
+  return { file: await answer.blob(), notes: JSON.parse(answer.headers.get('Holdfast-Notes') || '[]') };
+}
+/** @returns {Promise<{behind: string}>} who has written the file since, in words */
+export const behind = () => call('ask/behind');
 /** @typedef {{done: boolean, error: string, remarks?: string[], sketches?: {name: string, label: string}[]}} Taken */
 /**
  * Hands over a file that was dropped: its bytes, and the names that people have for it and for a sketch in it.
@@ -72,16 +94,29 @@ export const back = () => post('back');
 export const discard = () => post('discard');
 
 /**
+ * The address of something that the server makes of this tab's drawing.
+ * @param {string} path
+ */
+export const ours = async (path) => `${path}?tab=${await tab}`;
+
+/**
  * @param {(number: number) => void} onNews the number of the drawing's state
+ * @param {() => void} onWritten somebody has saved the file
  * @param {(isThere: boolean) => void} onLink whether the server can be reached
  */
-export function listen(onNews, onLink) {
+export async function listen(onNews, onWritten, onLink) {
   if (standsAlone) return;
-  const source = new EventSource('news');
+  const source = new EventSource(await ours('news'));
+  let writes = -1;
   source.onopen = () => onLink(true);
   source.onerror = () => onLink(false);
   source.onmessage = (event) => {
-    if (event.data !== 'over') return onNews(Number(event.data));
+    if (event.data !== 'over') {
+      const [number, writesNow] = event.data.split(' ').map(Number), isWritten = writes >= 0 && writesNow !== writes;
+      writes = writesNow;
+      if (isWritten) onWritten();
+      return onNews(number);
+    }
     source.close();
     onLink(false);
   };

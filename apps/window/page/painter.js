@@ -325,11 +325,11 @@ export class Painter {
     const entity = this.#entityIn(drawing, scene);
     const list = [];
     const fates = this.#fatesOf(scene);
+    const tried = new Map((scene.trial?.change?.constraints || []).map((each) => [each.id, each]));
     for (const constraint of drawing.constraints.values()) {
       const kind = this.kinds.get(constraint.type);
       if (!kind || scene.hides?.(constraint.id)) continue;
-      const moved = scene.trial?.change?.constraints.find((each) => each.id === constraint.id);
-      list.push(...marksOf(moved || constraint, kind, entity));
+      list.push(...marksOf(tried.get(constraint.id) || constraint, kind, entity));
     }
     const before = (/** @type {string} */ id) => scene.goneEntities.get(id) || drawing.entities.get(id);
     for (const constraint of scene.gone.values()) {

@@ -3,7 +3,7 @@
 import { Filters } from './filters.js';
 import { standsAlone } from './link.js';
 import { Troubles } from './troubles.js';
-import { byId, counted, element, placesOf, placeText, spoken } from './words.js';
+import { byId, counted, element, named, placesOf, placeText, spoken } from './words.js';
 
 /** @typedef {import('./types').Constraint} Constraint */
 /** @typedef {import('./drawing.js').Drawing} Drawing */
@@ -141,7 +141,7 @@ export class Panel {
   #row(c) {
     const item = element('li'), row = element('button', 'row'), kind = this.kinds.get(c.type);
     row.type = 'button';
-    row.append(signOf(kind), element('span', 'what', c.name || kind?.label || c.type),
+    row.append(signOf(kind), element('span', 'what', `${c.name || kind?.label || c.type}${c.active === false ? ', switched off' : ''}`),
                c.text ? element('span', 'value', c.text + (c.formula ? ` = ${c.formula}` : '')) : element('span', 'id', c.id),
                element('span', 'on', placesOf(c)));
     row.title = c.id;
@@ -155,7 +155,8 @@ export class Panel {
     row.addEventListener('dblclick', () => kind?.isDimension && !this.gone.has(c.id) && this.wishes.dimension(c.id));
     row.addEventListener('keydown', (event) => {
       if (this.gone.has(c.id)) return;
-      if (event.key === 'Delete') this.wishes.edit(`delete ${c.id}`);
+      if (event.key === 'Delete') this.wishes.edit(`delete ${named(c.id)}`);
+      if (event.key === 's') this.wishes.edit(`${c.active === false ? 'unsuppress' : 'suppress'} ${named(c.id)}`);
       if (event.key === 'F2' && kind?.isDimension) this.wishes.dimension(c.id);
     });
     this.rows.set(c.id, row);
@@ -168,11 +169,11 @@ export class Panel {
     return Boolean(this.freedom && (this.freedom.conflicts || []).some((set) => set.includes(id)));
   }
 
-  /** @param {Set<string>} ids */
-  light(ids) {
+  /** @param {Set<string>} ids @param {boolean} scrolls to the first: a list that is pointed at stays where it is */
+  light(ids, scrolls) {
     for (const [id, row] of this.rows) row.classList.toggle('hot', ids.has(id));
     const [first] = ids;
-    if (ids.size && first) this.rows.get(first)?.scrollIntoView({ block: 'nearest' });
+    if (scrolls && first) this.rows.get(first)?.scrollIntoView({ block: 'nearest' });
   }
 
   // --- What the last edit did ---

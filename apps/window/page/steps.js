@@ -1,5 +1,6 @@
 // A report's pictures, alive: before and after all edits, or any one of them, with the rows that tell what became of what.
 
+import { Fingers } from './fingers.js';
 import { heldBy } from './held.js';
 import { StepBar } from './stepbar.js';
 import { Pane } from './pane.js';
@@ -17,9 +18,9 @@ const ZOOM_STEP = 1.5;
 const PAN_SHARE = 1 / 12;  // of the width, that an arrow key moves the view by
 const CROWD = 1500;        // constraints whose signs would cover the drawing
 const SHARP_DELAY = 150;   // milliseconds without a pan until a large drawing is drawn anew
-const KEYS = 'Drag to pan, Ctrl + wheel to zoom, double click for a closer look; click a row to find it. Comma and full stop '
+const KEYS = 'Drag to pan, Ctrl + wheel or two fingers to zoom, double click for a closer look; click a row to find it. Comma and full stop '
   + 'step through the edits, in pictures and buttons Home and End go to the first and the last; A shows all, D what is free, T names, M marks.';
-const KEYS_OF_ONE = 'Drag to pan, Ctrl + wheel to zoom, double click for a closer look; click a row to find it. D shows what is free, T names, M marks.';
+const KEYS_OF_ONE = 'Drag to pan, Ctrl + wheel or two fingers to zoom, double click for a closer look; click a row to find it. D shows what is free, T names, M marks.';
 
 class Steps {
   /** @param {import('./types').StepsData} data */
@@ -324,7 +325,7 @@ class Steps {
 
   /** @param {Pane} pane */
   #pointersOf(pane) {
-    const { canvas } = pane;
+    const { canvas } = pane, fingers = new Fingers();
     /** @type {PointerEvent | null} */
     let last = null;
     let far = 0;
@@ -335,9 +336,20 @@ class Steps {
     };
     canvas.addEventListener('pointerdown', (event) => {
       far = 0;
-      if (event.button === 0 && event.pointerType !== 'touch') last = event;
+      if (event.pointerType === 'touch') fingers.put(event.pointerId, at(event));
+      else if (event.button === 0) last = event;
     });
+    // One finger scrolls the page, two are the picture's.
+    canvas.addEventListener('touchstart', (event) => {
+      if (event.touches.length > 1) event.preventDefault();
+    }, { passive: false });
     canvas.addEventListener('pointermove', (event) => {
+      if (fingers.spread(event.pointerId, at(event), this.view)) {
+        far = Infinity;
+        this.isFitted = false;
+        return this.#moved();
+      }
+      if (fingers.places.has(event.pointerId)) fingers.put(event.pointerId, at(event));
       if (!last) {
         const subject = subjectAt(event);
         this.#light(subject);
@@ -348,7 +360,10 @@ class Steps {
       this.#pan(event.clientX - last.clientX, event.clientY - last.clientY);
       last = event;
     });
-    for (const name of /** @type {const} */ (['pointerup', 'pointercancel'])) canvas.addEventListener(name, () => { last = null; });
+    for (const name of /** @type {const} */ (['pointerup', 'pointercancel'])) canvas.addEventListener(name, (event) => {
+      last = null;
+      fingers.lift(event.pointerId);
+    });
     canvas.addEventListener('pointerleave', () => this.#tip(''));
     canvas.addEventListener('click', (event) => {
       if (far <= 4) this.#pin(subjectAt(event));

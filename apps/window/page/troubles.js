@@ -1,5 +1,5 @@
-// What is wrong with the constraints: sets that cannot hold together, and those that others imply. Each can be shown,
-// a dimension can be made to follow the drawing, and any can go.
+// What is wrong with the constraints: sets that cannot hold together, those that others imply, and those that are switched
+// off. Each can be shown, switched off and on, a dimension can be made to follow the drawing, and any can go.
 
 import { standsAlone } from './link.js';
 import { byId, counted, element, named } from './words.js';
@@ -32,11 +32,13 @@ export class Troubles {
     const boxes = conflicts.slice(0, MOST_SETS).map((set) => this.#box('trouble', `These ${set.length} cannot hold together:`, set));
     if (conflicts.length > MOST_SETS) boxes.push(element('p', 'quiet', `and ${counted(conflicts.length - MOST_SETS, 'conflict')} more`));
     if (redundant.length) boxes.push(this.#box('trouble mild', `${counted(redundant.length, 'constraint')} that others imply:`, redundant));
+    const off = [...drawing.constraints.values()].filter((c) => c.active === false).map((c) => c.id);
+    if (off.length) boxes.push(this.#box('trouble rest', `${counted(off.length, 'constraint')} switched off:`, off));
     const box = byId('trouble'), held = box.contains(document.activeElement) ? document.activeElement?.getAttribute('aria-label') : null;
     box.replaceChildren(...boxes);
     const again = held && [...box.querySelectorAll('button')].find((button) => button.getAttribute('aria-label') === held);
     if (again) again.focus();
-    if (this.shown && ![...conflicts, redundant].some((set) => set.join(' ') === this.shown)) this.#pin('', []);
+    if (this.shown && ![...conflicts, redundant, off].some((set) => set.join(' ') === this.shown)) this.#pin('', []);
   }
 
   /** @param {string} className @param {string} title @param {string[]} ids */
@@ -67,11 +69,15 @@ export class Troubles {
     const show = this.#button('show', `show ${name}`, () => this.wishes.choose(entities));
     for (const over of ['pointerenter', 'focusin']) item.addEventListener(over, () => this.wishes.point([id], entities));
     for (const out of ['pointerleave', 'focusout']) item.addEventListener(out, () => this.wishes.point([], []));
-    item.append(element('span', '', name), show);
+    const acts = element('span', 'acts');
+    acts.append(show);
+    item.append(element('span', '', name), acts);
     if (standsAlone) return item;
-    if (kind?.isDimension && c?.driving !== false)
-      item.append(this.#button('measure', `measure ${name}: it follows the drawing`, () => this.wishes.edit(`set ${named(id)} measured`)));
-    item.append(this.#button('delete', `delete ${name}`, () => this.wishes.edit(`delete ${named(id)}`)));
+    if (c?.active === false) acts.append(this.#button('unsuppress', `unsuppress ${name}: it holds again`, () => this.wishes.edit(`unsuppress ${named(id)}`)));
+    else acts.append(this.#button('suppress', `suppress ${name}: it stays and holds nothing`, () => this.wishes.edit(`suppress ${named(id)}`)));
+    if (kind?.isDimension && c?.active !== false && c?.driving !== false)
+      acts.append(this.#button('measure', `measure ${name}: it follows the drawing`, () => this.wishes.edit(`set ${named(id)} measured`)));
+    acts.append(this.#button('delete', `delete ${name}`, () => this.wishes.edit(`delete ${named(id)}`)));
     return item;
   }
 

@@ -61,7 +61,9 @@ export interface State {
   drawings: number;  // counts up when another drawing takes the place of this one
   dropped: boolean; own: string;  // it was dropped; the file that was opened
   readOnly: boolean; takesSaves: boolean; unsaved: boolean; takenUp: boolean;
+  behind: string;  // who has written the file since it was read, in words; empty: nobody
   canUndo: boolean; canRedo: boolean;
+  forms: string[];  // in which it can be saved, by their endings: that in which it came first
   names?: boolean;  // a page that stands alone: those of entities are shown
   log: { text: string; error: string; remarks: string[] }[];
   drawing: DrawingData;

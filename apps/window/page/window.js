@@ -11,6 +11,8 @@ import { Line } from './line.js';
 import { readGlyphs } from './marks.js';
 import { Painter } from './painter.js';
 import { Panel, constraintInWords } from './panel.js';
+import { SaveAs } from './saveas.js';
+import { Saving } from './saving.js';
 import { Toolbox } from './tools.js';
 import { View } from './view.js';
 import { Wiggle } from './wiggle.js';
@@ -38,6 +40,8 @@ export class Page {
     this.takesSaves = false;
     this.hasUnsaved = false;
     this.file = '';
+    /** @type {string[]} */
+    this.forms = [];
     this.drawings = 0;  // which of those that were shown one after the other
     this.paintsAll = false;
     this.isPainting = false;
@@ -68,6 +72,8 @@ export class Page {
     this.toolbox = new Toolbox(this, language);
     this.clipboard = new Clipboard(this);
     this.wiggle = new Wiggle(this);
+    this.saving = new Saving(this);
+    this.saveAs = new SaveAs(this);
     if (!link.standsAlone) this.files = new Files(this);
     document.body.classList.toggle('alone', link.standsAlone);
     this.#buttons();
@@ -78,7 +84,7 @@ export class Page {
 
   // --- The drawing as the server has it ---
 
-  /** All anew: at the beginning, and when another tab has edited. */
+  /** All anew: at the beginning, and when more has been done than this page knows of. */
   async load() {
     const state = await link.state();
     const isFirst = state.drawings !== this.drawings;
@@ -97,13 +103,14 @@ export class Page {
     byId('name').textContent = state.name;
     document.title = `${state.name} · Holdfast`;
     this.file = state.file;
+    this.forms = state.forms;
     byId('back').hidden = !state.dropped;
     byId('back').textContent = `Back to ${state.own}`;
     this.takesSaves = state.takesSaves;
-    this.#showState(state.unsaved, state.canUndo, state.canRedo);
+    this.saving.show(state.unsaved, state.canUndo, state.canRedo);
     if (isFirst) {
       this.view.fit(this.drawing.box());
-      if (state.takenUp) this.#offerDiscard(state.file);
+      this.saving.tell(state);
     }
     this.paintSoon(true);
     this.askFreedom();
@@ -128,31 +135,6 @@ export class Page {
   async hear(number) {
     if (this.isBusy > 0 || number <= this.number) return;
     await this.load().catch((failure) => this.complain(failure));
-  }
-
-  /** @param {string} file */
-  #offerDiscard(file) {
-    const notice = byId('notice'), button = element('button', '', `Go back to ${file}`);
-    button.type = 'button';
-    button.addEventListener('click', async () => {
-      await link.discard();
-      notice.hidden = true;
-      await this.load();
-    });
-    notice.className = '';
-    notice.replaceChildren('Edits that an earlier window had not saved were taken up again.', button);
-    notice.hidden = false;
-  }
-
-  /** @param {boolean} unsaved @param {boolean} canUndo @param {boolean} canRedo */
-  #showState(unsaved, canUndo, canRedo) {
-    this.hasUnsaved = unsaved;
-    byId('unsaved').hidden = !unsaved;
-    /** @type {HTMLButtonElement} */ (byId('undo')).disabled = !canUndo;
-    /** @type {HTMLButtonElement} */ (byId('redo')).disabled = !canRedo;
-    const save = /** @type {HTMLButtonElement} */ (byId('save'));
-    save.disabled = !unsaved || !this.takesSaves;
-    save.hidden = !this.takesSaves;
   }
 
   /** @param {string} text an edit as users type it @returns {Promise<Result | null>} */
@@ -202,7 +184,7 @@ export class Page {
       scene.entityFates = new Map(result.entities.map(({ id, fate }) => [id, fate]));
       this.panel.takeFates(scene.fates, scene.gone, true);
       scene.freedom = scene.freedom && { ...scene.freedom };
-      this.#showState(Boolean(result.unsaved), Boolean(result.canUndo), Boolean(result.canRedo));
+      this.saving.show(Boolean(result.unsaved), Boolean(result.canUndo), Boolean(result.canRedo));
       this.panel.selected = scene.selected;
       this.panel.show(drawing);
       this.askFreedom();
@@ -312,15 +294,15 @@ export class Page {
     return freedom ? `${words}\n${freedom}` : words;
   }
 
-  /** @param {string[]} entities @param {string[]} marks whether anything changed */
-  #light(entities, marks) {
+  /** @param {string[]} entities @param {string[]} marks @param {boolean} [isFromList] whether anything changed */
+  #light(entities, marks, isFromList) {
     const { scene } = this;
     const key = [...entities, '', ...marks].join('\n');
     if (key === this.lit) return false;
     this.lit = key;
     scene.hot = new Set(entities);
     scene.hotMarks = new Set(marks);
-    this.panel.light(scene.hotMarks);
+    this.panel.light(scene.hotMarks, !isFromList);
     this.paintSoon(true);
     return true;
   }
@@ -330,7 +312,7 @@ export class Page {
    * @param {string[]} marks @param {string[]} entities
    */
   point(marks, entities) {
-    this.#light(entities, marks);
+    this.#light(entities, marks, true);
   }
 
   /**
@@ -625,7 +607,6 @@ export class Page {
     on('undo', () => void this.edit('undo'));
     on('redo', () => void this.edit('redo'));
     on('fit', () => this.fit());
-    on('save', () => void this.save());
     on('copy-log', () => void this.copyLog());
     byId('copies').addEventListener('click', (event) => {
       if (event.target instanceof HTMLAnchorElement) byId('copies').removeAttribute('open');
@@ -646,21 +627,8 @@ export class Page {
     this.moved();
   }
 
-  /** @returns {Promise<boolean>} whether the file has it all */
-  async save() {
-    try {
-      const { done, error } = this.takesSaves ? await link.save() : { done: false, error: 'this drawing cannot be saved here; download it instead' };
-      this.say(done ? 'saved' : error, !done);
-      if (!done) return false;
-      this.hasUnsaved = false;
-      byId('unsaved').hidden = true;
-      /** @type {HTMLButtonElement} */ (byId('save')).disabled = true;
-      byId('notice').hidden = true;
-      return true;
-    } catch (failure) {
-      this.complain(failure);
-      return false;
-    }
+  save() {
+    return this.saving.save();
   }
 
   async copyLog() {
@@ -691,9 +659,11 @@ async function start() {
   Object.assign(window, { holdfast: page });  // for the curious, at the console, and for tests
   await page.load();
   let wasGone = false;
-  link.listen((number) => void page.hear(number), (isThere) => {
+  for (const copy of document.querySelectorAll('#copies a')) copy.setAttribute('href', await link.ours(copy.getAttribute('href') || ''));
+  const complain = (/** @type {unknown} */ failure) => page.complain(failure);
+  await link.listen((number) => void page.hear(number), () => void page.saving.heed().catch(complain), (isThere) => {
     page.showGone(!isThere);
-    if (isThere && wasGone) page.load().catch((failure) => page.complain(failure));
+    if (isThere && wasGone) page.load().catch(complain);
     wasGone = !isThere;
   });
   document.body.dataset.ready = 'yes';

@@ -8,30 +8,11 @@
 #include "editing/commands/network/NamedConstraints.h"
 #include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
-#include "hosting/DocumentSketch.h"
 #include "hosting/evaluator/Implied.h"
 
 namespace holdfast::editing {
 
 namespace {
-
-/// The drawing around a constraint that it does not have yet, and that constraint.
-Document withNew(const Drawing& drawing, const Constraint& wanted) {
-    Document part = surroundingsOf(drawing, wanted);
-    part.constraints.push_back(wanted);
-    return part;
-}
-
-double measureOf(const Drawing& drawing, const Constraint& wanted) {
-    Document part = drawing.around(entitiesOf(wanted));
-    part.constraints = {wanted};
-    return DocumentSketch(part).measured(0);
-}
-
-bool isHeld(const Document& part, std::size_t number) {
-    const DocumentSketch sketch(part);
-    return sketch.shortfallOf(number) <= kHolds * sketch.size();
-}
 
 /// A word behind the places that begins like a number, or is what numbers must not be, was meant for the value.
 void refuseSpoiltNumber(const Constrain& edit, const Drawing& drawing, const Sourced<Place>& place) {

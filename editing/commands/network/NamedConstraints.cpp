@@ -7,6 +7,8 @@
 #include "document/checks/ConstraintCheck.h"
 #include "document/text/Suggest.h"
 #include "editing/Refusal.h"
+#include "geometry/Tolerances.h"
+#include "hosting/DocumentSketch.h"
 
 namespace holdfast::editing {
 
@@ -58,7 +60,7 @@ Constraint requireDimension(const Drawing& drawing, const Name& name) {
              {},
              name.column});
     if (!found.active)
-        throw RefusedWord({found.id + " is switched off; delete it and constrain anew", {}, name.column});
+        throw RefusedWord({found.id + " is switched off; say \"unsuppress " + found.id + "\" first", {}, name.column});
     return found;
 }
 
@@ -108,6 +110,23 @@ std::optional<Vec2> directionIn(const Drawing& drawing, const Place& place) {
 
 Document surroundingsOf(const Drawing& drawing, const Constraint& constraint) {
     return drawing.partAround(entitiesOf(constraint), kAllSteps).document;
+}
+
+Document withNew(const Drawing& drawing, const Constraint& wanted) {
+    Document part = surroundingsOf(drawing, wanted);
+    part.constraints.push_back(wanted);
+    return part;
+}
+
+double measureOf(const Drawing& drawing, const Constraint& wanted) {
+    Document part = drawing.around(entitiesOf(wanted));
+    part.constraints = {wanted};
+    return DocumentSketch(part).measured(0);
+}
+
+bool isHeld(const Document& part, std::size_t number) {
+    const DocumentSketch sketch(part);
+    return sketch.shortfallOf(number) <= kHolds * sketch.size();
 }
 
 std::string spokenConstraints(const Document& part, const std::vector<std::string>& ids) {

@@ -38,6 +38,15 @@ std::optional<Vec2> directionIn(const Drawing& drawing, const Place& place);
 /// A constraint with everything that hangs together with its entities.
 Document surroundingsOf(const Drawing& drawing, const Constraint& constraint);
 
+/// The same with a constraint that the drawing does not have, or has switched off, behind all others.
+Document withNew(const Drawing& drawing, const Constraint& wanted);
+
+/// What such a dimension measures.
+double measureOf(const Drawing& drawing, const Constraint& wanted);
+
+/// Whether a constraint of a part of the drawing holds as drawn.
+bool isHeld(const Document& part, std::size_t number);
+
 /// "c3 (horizontal a), c7 (length b, 12)": constraints of a part of the drawing by their ids.
 std::string spokenConstraints(const Document& part, const std::vector<std::string>& ids);
 

@@ -53,6 +53,7 @@ using editing::Redo;
 using editing::Rotate;
 using editing::Scale;
 using editing::Set;
+using editing::SetActive;
 using editing::SetDimension;
 using editing::SetDriving;
 using editing::SetFormula;

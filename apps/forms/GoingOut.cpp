@@ -1,0 +1,153 @@
+#include "apps/forms/GoingOut.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "document/text/Suggest.h"
+#include "editing/Session.h"
+#include "formats/dxf/DxfPatch.h"
+#include "formats/fcstd/FcstdPatch.h"
+#include "formats/json/JsonWriter.h"
+#include "formats/slvs/SlvsWriter.h"
+#include "report/page/Wording.h"
+#include "report/picture/Svg.h"
+
+namespace holdfast::forms {
+
+namespace {
+
+std::string noteOf(const DxfNote& note, const DxfOutput& output, const std::string& unit) {
+    switch (note.loss) {
+        case DxfLoss::flattened:
+            return note.entity + " went out as a polyline of " + report::counted(note.pieces, "segment") + ", within " +
+                   shortNumber(output.tolerance) + " " + unit;
+        case DxfLoss::split:
+            return note.entity + " went out as " + report::counted(note.pieces, "single line") + " of text";
+        case DxfLoss::firstOfKind:
+            return note.entity + " is the first " + note.kind + " in the file, in the oldest form that it can have";
+        case DxfLoss::leftOut:
+            break;
+    }
+    return note.entity + " was left out, a line without end";
+}
+
+/// Some of many names.
+std::string firstOf(const std::vector<std::string>& names) {
+    constexpr std::size_t most = 5;
+    std::string text;
+    for (std::size_t i = 0; i < std::min(most, names.size()); ++i)
+        text += (i == 0 ? "" : ", ") + names[i];
+    return text + (names.size() > most ? " and " + std::to_string(names.size() - most) + " more" : "");
+}
+
+/// "2 block references and 1 hatched area were left out".
+std::string leftOutReferences(const Document& document) {
+    using Kind = BlockReference::Kind;
+    const auto countOf = [&](Kind kind, bool isMeasured = false) {
+        return static_cast<std::size_t>(
+            std::count_if(document.references.begin(), document.references.end(), [&](const BlockReference& reference) {
+                return reference.kind == kind && reference.measure.empty() != isMeasured;
+            }));
+    };
+    std::vector<std::string> counted;
+    const auto add = [&](std::size_t count, const char* word) {
+        if (count > 0)
+            counted.push_back(report::counted(count, word));
+    };
+    add(countOf(Kind::insert), "block reference");
+    add(countOf(Kind::dimension), "dimension");
+    add(countOf(Kind::dimension, true), "dimension picture");
+    add(countOf(Kind::hatch), "hatched area");
+    std::vector<std::string> names;
+    names.reserve(document.references.size());
+    for (const BlockReference& reference : document.references)
+        names.push_back(reference.id);
+    return allOf(counted) + (document.references.size() == 1 ? " was" : " were") + " left out: " + firstOf(names) +
+           (countOf(Kind::insert) > 0 ? "; \"explode\" makes entities of a block reference" : "");
+}
+
+void addLosses(const Document& document, const DxfOutput& output, std::vector<std::string>& notes) {
+    for (const DxfNote& note : output.notes)
+        notes.push_back(noteOf(note, output, document.lengthUnit));
+    if (!output.redrawn.empty())
+        notes.push_back("the pictures of dimensions that have changed are as the file has them: " +
+                        firstOf(output.redrawn));
+    if (!output.left.empty())
+        notes.push_back("dimensions that the drawing has no more stay as the file has them: " + firstOf(output.left));
+    if (!output.lostFacts.empty())
+        notes.push_back(output.lostFacts);
+    if (output.lostConstraints > 0)
+        notes.push_back(report::counted(output.lostConstraints, "constraint") +
+                        (output.lostConstraints == 1 ? " was" : " were") + " left out");
+    if (output.lostParameters > 0)
+        notes.push_back(report::counted(output.lostParameters, "parameter") +
+                        (output.lostParameters == 1 ? " was" : " were") + " left out");
+}
+
+/// The drawing with its polylines as lines and arcs, and a note on each.
+Document withoutPolylines(const Document& drawing, std::vector<std::string>& notes) {
+    Explode explode;
+    for (const Entity& entity : drawing.entities)
+        if (std::holds_alternative<PolylineShape>(entity.shape))
+            explode.entities.push_back(entity.id);
+    if (explode.entities.empty())
+        return drawing;
+    Session session(drawing);
+    if (!session.apply(explode).outcome.done())
+        return drawing;
+    for (const Name& polyline : explode.entities)
+        notes.push_back(polyline.value + ", a polyline, went out as lines and arcs");
+    return session.document();
+}
+
+void addAll(std::vector<std::string>& notes, std::vector<std::string>& more) {
+    notes.insert(notes.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+}
+
+/// The document that the drawing comes from, with the drawing as it is now.
+void writeSketch(const Document& document, const SketchOriginal& from, GoneOut& out) {
+    FcstdOutput patched =
+        patchedFcstd(from.bytes, from.sketch, withoutPolylines(document, out.notes), "the document of " + from.sketch);
+    out.bytes = std::move(patched.archive);
+    addAll(out.notes, patched.notes);
+}
+
+void writeSlvs(const Document& document, bool wasOne, double tolerance, GoneOut& out) {
+    if (wasOne)
+        out.notes.emplace_back(
+            "a new file with this sketch alone; names, styles and views are not those of the old one");
+    SlvsOutput output = slvsText(withoutPolylines(document, out.notes), tolerance);
+    out.bytes = std::move(output.text);
+    addAll(out.notes, output.notes);
+}
+
+void writeDxf(const Document& document, const DxfOriginal* from, double tolerance, GoneOut& out) {
+    DxfOutput output = from != nullptr ? patchedDxf(from->text, from->layout, from->drawing, document, tolerance)
+                                       : dxfText(document, tolerance);
+    addLosses(document, output, out.notes);
+    if (from == nullptr && document.lengthUnit != "mm")
+        out.notes.push_back("numbers are in the unit " + inQuotes(document.lengthUnit) +
+                            ", which the file does not say");
+    out.bytes = std::move(output.text);
+}
+
+}  // namespace
+
+GoneOut goingOut(const Document& document, const std::string& form, const CameFrom& from, double tolerance) {
+    GoneOut out;
+    if (form != ".svg" && from.dxf == nullptr && !document.references.empty())
+        out.notes.push_back(leftOutReferences(document));
+    if (form == ".json")
+        out.bytes = jsonText(document);
+    else if (form == ".svg")
+        out.bytes = writeTrueSizeSvg(document);
+    else if (from.sketch != nullptr && form == kSketchForm)
+        writeSketch(document, *from.sketch, out);
+    else if (form == kSlvsForm)
+        writeSlvs(document, from.form == kSlvsForm, tolerance, out);
+    else
+        writeDxf(document, from.dxf, tolerance, out);
+    return out;
+}
+
+}  // namespace holdfast::forms

@@ -1,0 +1,79 @@
+"""Several tabs on one address: each with a drawing of its own, and one file between them."""
+import pathlib
+
+from browser import Keys, Tab
+from dropping import answer, answers
+from program import check
+
+
+def another(tab):
+    tab.browser.switch_to.new_window("tab")
+    return Tab(tab.browser, tab.window, tab.pictures)
+
+
+def to(tab, handle):
+    """Back to a tab; the server is asked in its name."""
+    tab.browser.switch_to.window(handle)
+    tab.window.tab = tab.name()
+
+
+def each_tab_edits_on_its_own(tab, folder):
+    path, first = pathlib.Path(folder) / "fresh.json", tab.browser.current_window_handle
+    tab.type("drag base.end by 5,0")
+    tab.after_edit(1)
+    moved = tab.entity("base")
+    other = another(tab)
+    second = tab.browser.current_window_handle
+    check(other.entity("base")["end"] == [80, 0] and other.find("#undo").get_attribute("disabled"),
+          "a second tab shows what the file holds, and has nothing to take back")
+    other.type("draw circle 40,70 radius 5 as moon")
+    other.after_edit(1)
+    other.key(Keys.CONTROL, "s")
+    other.wait("return document.getElementById('unsaved').hidden", "it saves")
+    saved = path.read_text()
+    to(tab, first)
+    check(tab.entity("base") == moved and not tab.entity("moon") and tab.steps() == 1, "nothing of that is done in the first")
+    tab.wait("return document.getElementById('notice').textContent.includes('nother tab has saved fresh.json')", "which is told that it was saved")
+    tab.picture("tabs-told")
+    tab.key(Keys.CONTROL, "s")
+    asked = answers(tab)
+    check(asked == ["Download this drawing instead", "Save over it", "Cancel"], f"a save that would write over that is asked about: {asked}")
+    tab.picture("tabs-asks")
+    answer(tab, "Cancel")
+    tab.wait("return document.getElementById('said').textContent.startsWith('not saved')", "cancel saves nothing")
+    check(path.read_text() == saved and tab.find("#unsaved").is_displayed(), "and leaves the file alone")
+    tab.key(Keys.CONTROL, "s")
+    answers(tab)
+    answer(tab, "Save over it")
+    tab.wait("return document.getElementById('unsaved').hidden", "what is wanted is done")
+    check(path.read_text() == tab.window.copy("drawing.json") != saved, "the file holds it")
+    to(other, second)
+    other.wait("return document.querySelector('#notice button') !== null", "then the second tab is told")
+    other.find("#notice button").click()
+    other.wait("return !window.holdfast.drawing.entities.has('moon')", "and shows what the file holds, when that is wanted")
+    check(other.entity("base") == moved, "which is what the first tab saved")
+    other.type("draw circle 40,70 radius 5 as moon")
+    other.after_edit(1)
+    tab.browser.close()
+    to(tab, first)
+
+
+def a_tab_that_is_loaded_again_goes_on(tab, folder):
+    tab.type("drag base.end by 5,0")
+    tab.after_edit(1)
+    name, moved, first = tab.name(), tab.entity("base"), tab.browser.current_window_handle
+    tab.browser.refresh()
+    tab = Tab(tab.browser, tab.window, tab.pictures, tab.window.address)
+    check(tab.name() == name and tab.entity("base") == moved, "a tab that is loaded again goes on with its drawing")
+    tab.key(Keys.CONTROL, "z")
+    tab.after_edit(2)
+    check(tab.entity("base")["end"] == [80, 0], "and takes back what it had done")
+    tab.key(Keys.CONTROL, Keys.SHIFT, "z")
+    tab.after_edit(3)
+    tab.run("window.open(location.href)")
+    copy = next(handle for handle in tab.browser.window_handles if handle != first)
+    tab.browser.switch_to.window(copy)
+    tab.wait("return document.body.dataset.ready === 'yes'", "a copy of the tab is there")
+    check(tab.name() != name and tab.entity("base")["end"] == [80, 0], "and has a drawing of its own")
+    tab.browser.close()
+    to(tab, first)
