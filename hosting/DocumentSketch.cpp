@@ -9,7 +9,6 @@
 #include "solver/src/diagnosis/Extract.h"
 #include "solver/src/diagnosis/FreeMotions.h"
 #include "solver/src/sketch/Measure.h"
-#include "solver/src/solving/Parts.h"
 #include "solver/src/solving/Solve.h"
 
 namespace holdfast::hosting {
@@ -134,9 +133,9 @@ std::vector<EntityMotions> DocumentSketch::freeMotions() const {
 
 DocumentSolution DocumentSketch::solve(const Manner& manner) {
     return asUnsolvable([&] {
-        const SolveResult found = solver::detail::solve(m_inside->sketch, {.keepsShapes = manner.keepsShapes,
-                                                                           .threads = threadsOfMachine(),
-                                                                           .namesConflicts = manner.namesConflicts});
+        const SolveResult found = solver::detail::solve(
+            m_inside->sketch,
+            {.keepsShapes = manner.keepsShapes, .threads = 0, .namesConflicts = manner.namesConflicts});
         return solutionOf(m_inside->sketch, found);
     });
 }

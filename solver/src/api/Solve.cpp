@@ -5,7 +5,6 @@
 #include "solver/src/api/ConstraintReading.h"
 #include "solver/src/api/Running.h"
 #include "solver/src/residuals/Operands.h"
-#include "solver/src/solving/Parts.h"
 
 namespace holdfast::solver {
 
@@ -83,7 +82,7 @@ Result<detail::SolveRequest> requestOf(const SketchImpl& sketch, std::span<const
     request.reach = static_cast<detail::Scope>(options.scope);
     request.lastLevel = static_cast<detail::RelaxationLevel>(options.firmness);
     request.keepsShapes = options.keepsShapes;
-    request.threads = options.threads > 0 ? options.threads : detail::threadsOfMachine();
+    request.threads = options.threads;
     request.namesConflicts = options.explainsConflicts;
     return request;
 }

@@ -249,7 +249,8 @@ private:
         }
         if (m_request.budget != nullptr && m_request.budget->countsIterations())
             return 1;
-        return std::min({static_cast<std::size_t>(m_request.threads), m_batches.size(), entities / kWorthAThread + 1});
+        const int asked = m_request.threads > 0 ? m_request.threads : threadsOfMachine();
+        return std::min({static_cast<std::size_t>(asked), m_batches.size(), entities / kWorthAThread + 1});
     }
 
     /// Parts that are solved as one where that succeeds.

@@ -56,7 +56,7 @@ struct SolveRequest {
     Patience patience = Patience::all;
     /// Only whether there is a solution is asked: it need not be the nearest one, and no constraint is left alone.
     bool asksWhether = false;
-    int threads = 1;             ///< independent parts are solved at once, without an edit; at least 1
+    int threads = 1;             ///< independent parts are solved at once, without an edit; 0: on all cores
     bool namesConflicts = true;  ///< search for the constraints in conflict when the solve fails
     Budget* budget = nullptr;    ///< when it runs out the sketch stays as it is, and no conflict is searched for
 };
