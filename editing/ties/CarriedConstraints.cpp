@@ -1,6 +1,7 @@
 #include "editing/ties/CarriedConstraints.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <optional>
 #include <unordered_set>
 
@@ -95,7 +96,7 @@ public:
             const std::optional<Place> now = isOfSize ? sizeThere(place) : standInOrSame(was, place);
             if (!now)
                 return {};
-            if (*now != place && now->entity != place.entity)
+            if (isOfSize ? !isUnchanged(place) : pointBefore(place) && !m_places.unmoved(place))
                 tie.reason += (tie.reason.empty() ? "" : ", ") + spokenPlace(*now) +
                               (isOfSize ? " was equal to " : " stood in one point with ") + spokenPlace(place);
             place = *now;
@@ -229,20 +230,31 @@ bool mayBeCarried(const TieScene& scene, const Deletion& deletion) {
 
 }  // namespace
 
-std::vector<Tie> carriedConstraints(const TieScene& scene) {
+namespace {
+
+using Way = std::optional<Tie> (Carrier::*)(const Constraint& was);
+
+/// All that was deleted and can be carried on in some ways.
+std::vector<Tie> carriedIn(const TieScene& scene, std::initializer_list<Way> ways) {
     Carrier carrier(scene);
     std::vector<Tie> ties;
     std::unordered_set<std::string> seen;
-    for (const Deletion& deletion : scene.drawing().deletions()) {
-        if (!mayBeCarried(scene, deletion) || !seen.insert(deletion.constraint.id).second)
-            continue;
-        if (std::optional<Tie> tie = carrier.carried(deletion.constraint))
-            ties.push_back(std::move(*tie));
-        for (const auto other : {&Carrier::betweenOuterEnds, &Carrier::withStandIns, &Carrier::onCurveOf})
-            if (std::optional<Tie> tie = (carrier.*other)(deletion.constraint))
-                ties.push_back(std::move(*tie));
-    }
+    for (const Deletion& deletion : scene.drawing().deletions())
+        if (mayBeCarried(scene, deletion) && seen.insert(deletion.constraint.id).second)
+            for (const Way way : ways)
+                if (std::optional<Tie> tie = (carrier.*way)(deletion.constraint))
+                    ties.push_back(std::move(*tie));
     return ties;
+}
+
+}  // namespace
+
+std::vector<Tie> carriedConstraints(const TieScene& scene) {
+    return carriedIn(scene, {&Carrier::carried, &Carrier::betweenOuterEnds});
+}
+
+std::vector<Tie> constraintsOfStandIns(const TieScene& scene) {
+    return carriedIn(scene, {&Carrier::withStandIns, &Carrier::onCurveOf});
 }
 
 std::vector<Tie> rePointedConstraints(const TieScene& scene) {

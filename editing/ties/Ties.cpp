@@ -61,6 +61,9 @@ std::vector<Tie> proposed(const TieScene& scene, const Edit& edit, const std::ve
     for (Tie& tie : carriedConstraints(scene))
         ties.push_back(std::move(tie));
     std::visit(Proposer{scene, ties}, edit);
+    // What the edit was made for comes first: an end on its boundary.
+    for (Tie& tie : constraintsOfStandIns(scene))
+        ties.push_back(std::move(tie));
     std::erase_if(ties, [&](const Tie& tie) {
         return std::any_of(deletedByUser.begin(), deletedByUser.end(),
                            [&](const Constraint& deleted) { return saysTheSame(tie.constraint, deleted); });
