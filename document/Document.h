@@ -88,6 +88,9 @@ struct Document {
     std::vector<Parameter> parameters{};       ///< in the order in which they were given
     std::vector<Layer> layers{};               ///< those that the file describes, in its order
     std::vector<BlockReference> references{};  ///< drawn, and no entities
+    /// How many numbers the ids of added constraints have used up, so that deleted ones do not come again; 0 where what
+    /// is there tells it (ConstraintNumbers.h).
+    std::size_t constraintNumbers = 0;
 
     friend bool operator==(const Document&, const Document&) = default;
 };

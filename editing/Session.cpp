@@ -8,6 +8,7 @@
 
 #include <yxbase/YxError.h>
 
+#include "document/ConstraintNumbers.h"
 #include "editing/Check.h"
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
@@ -65,7 +66,11 @@ void makeRoomIn(std::vector<T>& list) {
 
 Session::Session(Document document) : m_document(std::move(document)) {
     const HostProcess::Scope keepsTheFormer;
+    m_givenNumbers = m_document.document.constraintNumbers;
+    m_next.constraintId = m_givenNumbers + 1;
+    m_toldNumber = m_next.constraintId;
     openAgain();
+    m_toldNumber = m_next.constraintId;
 }
 
 Session::~Session() = default;
@@ -87,10 +92,16 @@ Drawing& Session::drawing() {
 }
 
 const Document& Session::document() const {
+    bool isTold = m_toldNumber == m_next.constraintId;
     while (!m_pending.empty()) {
         m_document.apply(m_pending.front());
+        isTold = isTold && std::none_of(m_pending.front().constraints.begin(), m_pending.front().constraints.end(),
+                                        [](const ConstraintChange& change) { return !change.before || !change.after; });
         m_pending.erase(m_pending.begin());
     }
+    if (!isTold)
+        keepConstraintNumbers(m_document.document, m_next.constraintId - 1);
+    m_toldNumber = m_next.constraintId;
     return m_document.document;
 }
 
@@ -99,6 +110,7 @@ Document Session::original() const {
     OrderedDocument original = m_document;
     for (auto step = m_undo.rbegin(); step != m_undo.rend(); ++step)
         original.apply(reversed(step->change));
+    original.document.constraintNumbers = m_givenNumbers;
     return std::move(original.document);
 }
 

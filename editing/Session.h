@@ -131,8 +131,10 @@ private:
     mutable OrderedDocument m_document;
     mutable std::vector<DrawingChange> m_pending;  ///< not in m_document yet, in the order in which they were made
     std::vector<Step> m_undo, m_redo;
-    std::vector<std::string> m_said;  ///< remarks on an edit that is being read
-    NextOrders m_next;                ///< of the drawing without the edit that is being done
+    std::vector<std::string> m_said;       ///< remarks on an edit that is being read
+    mutable std::size_t m_toldNumber = 0;  ///< that m_document knows of: the next number of a constraint
+    std::size_t m_givenNumbers = 0;        ///< of constraints that were used up in the beginning
+    NextOrders m_next;                     ///< of the drawing without the edit that is being done
     std::vector<EditResult> m_results;
     std::size_t m_tried = 0;  ///< objects that trials have left behind in the host
     bool m_tellsFreedom = false, m_givesTies = true;

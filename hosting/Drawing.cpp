@@ -4,6 +4,7 @@
 #include <charconv>
 #include <stdexcept>
 
+#include "document/ConstraintNumbers.h"
 #include "document/Names.h"
 #include "document/Places.h"
 #include "host/model/entities/EntityAccess.h"
@@ -35,7 +36,9 @@ Document notesOf(const Document& document) {
             .entities = {},
             .constraints = {},
             .parameters = document.parameters,
-            .layers = document.layers};
+            .layers = document.layers,
+            .references = {},
+            .constraintNumbers = document.constraintNumbers};
 }
 
 }  // namespace
@@ -52,7 +55,7 @@ Drawing::Drawing(const OrderedDocument& ordered, const NextOrders& next)
     open(ordered.document, &ordered);
     m_numbered.resize(std::max(m_numbered.size(), next.entity));
     m_constraints.resize(std::max(m_constraints.size(), next.constraint));
-    m_nextConstraintNumber = next.constraintId;
+    m_nextConstraintNumber = std::max(m_nextConstraintNumber, next.constraintId);
     m_references.countOnFrom(std::max(m_references.next(), next.reference));
 }
 
@@ -68,6 +71,7 @@ void Drawing::open(const Document& document, const OrderedDocument* orders) {
     for (std::size_t i = 0; i < document.entities.size(); ++i)
         addEntity(document.entities[i], orders == nullptr ? i : orders->entityOrders[i]);
     m_constraints.reserve(document.constraints.size());
+    m_nextConstraintNumber = std::max(document.constraintNumbers, constraintNumbersTold(document)) + 1;
     for (std::size_t i = 0; i < document.constraints.size(); ++i)
         addKnown(document.constraints[i], orders == nullptr ? i : orders->constraintOrders[i]);
     // Members may be written before or after the constraint that owns them.
@@ -94,6 +98,7 @@ void Drawing::KnownEntity::takeRead(Shape read) {
 void Drawing::addKnown(const Constraint& constraint, std::size_t number) {
     m_constraintIndex.insert_or_assign(constraint.id, number);
     m_constraints.resize(std::max(m_constraints.size(), number + 1));
+    m_nextConstraintNumber = std::max(m_nextConstraintNumber, constraintNumberOf(constraint.id) + 1);
     KnownConstraint& known = m_constraints[number];
     known.original = constraint;
     known.taken.reset();
@@ -342,6 +347,7 @@ Document Drawing::document() const {
     for (const KnownConstraint& known : m_constraints)
         if (std::optional<Constraint> now = currentConstraint(known, segments))
             document.constraints.push_back(std::move(*now));
+    keepConstraintNumbers(document, next().constraintId - 1);
     return document;
 }
 

@@ -56,9 +56,10 @@ bool Drawing::hasParameter(std::string_view name) const {
                        [&](const Parameter& parameter) { return parameter.name == name; });
 }
 
-/// Ids stay taken, so that as many numbers as there are constraints have been given at most.
+/// Ids stay taken. The number depends on those alone that were given, and not on what has come and gone besides: a
+/// drawing that was written in between goes on in the same way.
 std::string Drawing::freeConstraintId() const {
-    for (std::size_t number = std::max(m_nextConstraintNumber, m_constraints.size() + 1);; ++number)
+    for (std::size_t number = m_nextConstraintNumber;; ++number)
         if (std::string id = "k" + std::to_string(number); !m_constraintIndex.contains(id) && !hasParameter(id))
             return id;
 }

@@ -125,8 +125,7 @@ private:
 };
 
 NextOrders Drawing::next() const {
-    return {m_numbered.size(), m_constraints.size(), std::max(m_nextConstraintNumber, m_constraints.size() + 1),
-            m_references.next()};
+    return {m_numbered.size(), m_constraints.size(), m_nextConstraintNumber, m_references.next()};
 }
 
 /// What is behind the next numbers is gone by now, and its names are free.

@@ -12,6 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "document/ConstraintNumbers.h"
 #include "document/EntityIndex.h"
 #include "document/Names.h"
 #include "document/checks/ConstraintCheck.h"
@@ -61,6 +62,7 @@ public:
 
     void check() {
         checkUnit();
+        checkConstraintNumbers();
         checkPlane();
         checkLayers();
         checkEntities();
@@ -84,6 +86,12 @@ private:
         }
         fail("/units/length", {"", inQuotes(m_document.lengthUnit),
                                "a unit of length: " + oneOf(units) + suggestion(m_document.lengthUnit, units)});
+    }
+
+    void checkConstraintNumbers() const {
+        if (m_document.constraintNumbers > kMostConstraintNumbers)
+            fail("/constraint_numbers", {"", "a number of constraints that cannot be",
+                                         "a whole number from 0 to " + std::to_string(kMostConstraintNumbers)});
     }
 
     void checkPlane() const {

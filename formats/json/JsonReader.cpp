@@ -16,8 +16,8 @@
 namespace holdfast::formats {
 namespace {
 
-constexpr std::string_view kDrawingFields[] = {"name",       "source", "license",  "units",      "plane",
-                                               "parameters", "layers", "entities", "constraints"};
+constexpr std::string_view kDrawingFields[] = {"name",       "source", "license",  "units",       "plane",
+                                               "parameters", "layers", "entities", "constraints", "constraint_numbers"};
 constexpr std::string_view kParameterFields[] = {"name", "formula", "value"};
 constexpr std::string_view kSourceFields[] = {"repository", "revision", "file", "sketch"};
 constexpr std::string_view kUnitFields[] = {"length", "angle"};
@@ -143,6 +143,11 @@ Document readDocument(const JsonView& view) {
     if (const auto layers = view.find("layers"))
         for (const JsonView& layer : layers->list())
             document.layers.push_back(readLayer(layer));
+    if (const auto used = view.find("constraint_numbers")) {
+        if (used->integer() < 0)
+            used->failAs("a whole number, 0 or more");
+        document.constraintNumbers = static_cast<std::size_t>(used->integer());
+    }
     for (const JsonView& entity : view.at("entities").list())
         document.entities.push_back(readEntity(entity));
     for (const JsonView& constraint : view.at("constraints").list())

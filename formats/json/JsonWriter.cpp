@@ -363,6 +363,8 @@ void writeJson(const Document& document, const std::function<void(std::string_vi
     appendLines(pieces, "entities", document.entities);
     out += ",\n";
     appendLines(pieces, "constraints", document.constraints);
+    if (document.constraintNumbers > 0)
+        out += ",\n\"constraint_numbers\": " + std::to_string(document.constraintNumbers);
     out += "\n}\n";
     pieces.send();
 }

@@ -52,10 +52,12 @@ TEST(Drawing, NumbersNewConstraintsBehindThoseThatItHas) {
     document.constraints[1].id = "k6";
     Drawing drawing(document);
     const Constraint level = constraintOf("", ConstraintType::horizontal, {{"base"}});
-    EXPECT_EQ(drawing.addConstraint(level), "k5");
     EXPECT_EQ(drawing.addConstraint(level), "k7");
     drawing.removeConstraint("k7");
     EXPECT_EQ(drawing.addConstraint(level), "k8") << "the id of a deleted one is not given again";
+    EXPECT_EQ(drawing.document().constraintNumbers, 0u) << "what is there tells it";
+    drawing.removeConstraint("k8");
+    EXPECT_EQ(Drawing(drawing.document()).addConstraint(level), "k9") << "nor in the drawing that was read again";
 }
 
 TEST(Drawing, KnowsTheHostsWordForEveryKind) {

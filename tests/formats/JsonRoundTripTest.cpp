@@ -40,6 +40,17 @@ TEST(JsonRoundTrip, KeepsEveryByteOfTheExampleDrawings) {
     EXPECT_EQ(expectSameBytes("examples/drawings"), 7);
 }
 
+TEST(JsonRoundTrip, KeepsHowManyNumbersConstraintsHaveUsedUp) {
+    Document document = readJson(
+        "{\"units\": {\"length\": \"mm\", \"angle\": \"rad\"}, \"entities\": [], "
+        "\"constraints\": [], \"constraint_numbers\": 7}",
+        "test.json");
+    EXPECT_EQ(document.constraintNumbers, 7u);
+    EXPECT_EQ(readJson(jsonText(document), "test.json"), document);
+    document.constraintNumbers = 0;
+    EXPECT_EQ(jsonText(document).find("constraint_numbers"), std::string::npos);
+}
+
 TEST(JsonRoundTrip, KeepsEveryByteOfTheDrawingsInANamedFolder) {
     const char* folder = std::getenv("HOLDFAST_DRAWINGS");
     if (folder == nullptr)

@@ -50,6 +50,10 @@ TEST(JsonText, IsRefusedWithAPointerWhereItIsNoDrawing) {
          "/units/length", "\"MM\"", "did you mean \"mm\"?"},
         {"unknown field of the source", "{\"source\": {\"url\": \"\"}, " + kUnits + ", " + kLists + "}", "/source",
          "the unknown field \"url\"", "repository, revision, file or sketch"},
+        {"fewer numbers than none", "{\"constraint_numbers\": -1, " + kUnits + ", " + kLists + "}",
+         "/constraint_numbers", "-1", "a whole number, 0 or more"},
+        {"more numbers than are given", "{\"constraint_numbers\": 2000000000, " + kUnits + ", " + kLists + "}",
+         "/constraint_numbers", "a number of constraints that cannot be", "from 0 to 1000000000"},
         {"license null", "{\"license\": null, " + kUnits + ", " + kLists + "}", "/license", "nothing (null)", "a text"},
     };
     expectFaults(rows);
