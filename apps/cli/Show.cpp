@@ -2,6 +2,7 @@
 
 #include <iostream>
 #include <map>
+#include <optional>
 
 #include "apps/cli/Commands.h"
 #include "apps/cli/ShowList.h"
@@ -13,6 +14,7 @@
 #include "apps/window/PageAlone.h"
 #include "document/Names.h"
 #include "editing/Refusal.h"
+#include "formats/FileIo.h"
 #include "hosting/DocumentSketch.h"
 #include "report/picture/Svg.h"
 
@@ -120,9 +122,11 @@ int showOne(const std::string& drawing, const ShowOptions& options, Teller& tell
     const std::string picture =
         options.drawings.size() == 1 ? options.output : outputIn(options.output, drawing, "svg");
     OutputFiles outputs({viewNamed(picture)}, teller.wantsJson());
-    if (const auto document = sketchPathOf(drawing); options.from.empty() && document && isListed(*document))
-        return showSketches(*document, options, teller);
-    const Document document = readAnyDrawing({drawing, options.from});
+    const std::optional<SketchPath> path = options.from.empty() ? sketchPathOf(drawing) : std::nullopt;
+    const std::string bytes = path ? readFile(path->file) : std::string();
+    if (path && isListed(*path, bytes))
+        return showSketches(*path, bytes, options, teller);
+    const Document document = path ? readSketch(*path, bytes) : readAnyDrawing({drawing, options.from});
     if (!picture.empty())
         outputs.add(picture, viewOf(document, drawing, picture, options));
     const std::string name = spokenName(document, drawing);

@@ -176,15 +176,22 @@ DrawingFile readSketchFor(const DrawingTarget& target, const DrawingSource& sour
     return file;
 }
 
-bool isListed(const SketchPath& path) {
-    return path.sketch.empty() &&
-           (path.form == kSketchForm || sketchesIn(path.form, readFile(path.file), path.file).size() != 1);
+bool isListed(const SketchPath& path, const std::string& bytes) {
+    return path.sketch.empty() && (path.form == kSketchForm || sketchesIn(path.form, bytes, path.file).size() != 1);
 }
 
-int showSketches(const SketchPath& path, const ShowOptions& options, Teller& teller) {
+Document readSketch(const SketchPath& path, const std::string& bytes) {
+    const std::string sketch = chosenSketch(path, bytes);
+    if (path.form == kSlvsForm)
+        return readSlvsSketch(bytes, sketch, path.file);
+    FcstdDrawing read = readFcstd(bytes, sketch, path.file);
+    tellKept(path.file, "not understood and left out", read.notUnderstood);
+    return std::move(read.document);
+}
+
+int showSketches(const SketchPath& path, const std::string& bytes, const ShowOptions& options, Teller& teller) {
     if (!options.output.empty() || options.list || options.missing)
         throw UsageError(path.file, "a whole document", "one of its sketches: " + path.file + "#NAME");
-    const std::string bytes = readFile(path.file);
     std::vector<SketchLine> lines;
     for (const SketchName& sketch : sketchesIn(path.form, bytes, path.file))
         lines.push_back(lineOf(sketch, bytes, path));

@@ -31,10 +31,12 @@ DrawingFile readSketchFor(const DrawingTarget& target, const DrawingSource& sour
 /// A SolveSpace file's sketch, the only one where none is named, with notes on what was left out on standard error.
 Document readSlvsSketch(const std::string& text, const std::string& sketch, const std::string& file);
 
-/// True for a document of which the sketches are to be told, and not a drawing: one that names none and has several,
-/// or of FreeCAD.
-bool isListed(const SketchPath& path);
+/// True for a document, of these bytes, of which the sketches are to be told, and not a drawing: one that names none
+/// and has several, or of FreeCAD.
+bool isListed(const SketchPath& path, const std::string& bytes);
 /// Tells the sketches of a document.
-int showSketches(const SketchPath& path, const ShowOptions& options, Teller& teller);
+int showSketches(const SketchPath& path, const std::string& bytes, const ShowOptions& options, Teller& teller);
+/// The sketch of a document that is meant, with notes on what was left out on standard error.
+Document readSketch(const SketchPath& path, const std::string& bytes);
 
 }  // namespace holdfast::cli
