@@ -17,8 +17,8 @@ namespace holdfast::window {
 
 namespace {
 
-/// Entities over all states of the drawing whose freedom is told: about a second's work.
-constexpr std::size_t kMostDiagnosed = 40'000;
+/// Entities over all states of the drawing whose freedom is told: about two seconds' work.
+constexpr std::size_t kMostDiagnosed = 100'000;
 class StepsText {
 public:
     StepsText(const FateReport& report, std::span<const EditResult> results, std::span<const DrawingChange> changes)

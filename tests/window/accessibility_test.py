@@ -82,6 +82,13 @@ def states(tab, what):
     tab.run("window.holdfast.openDimension('d40')")
     judge(tab, f"{what}, a dimension is edited")
     tab.key(Keys.ESCAPE)
+    tab.find("#trouble [aria-label^='suppress ']").click()
+    tab.wait("return document.querySelector('#list .off') !== null", "a constraint is switched off")
+    judge(tab, f"{what}, a constraint is off")
+    tab.key(Keys.CONTROL, "s")
+    tab.wait("return document.querySelector('#save-as-dialog[open]') !== null", "a name is asked for")
+    judge(tab, f"{what}, a name is asked for")
+    tab.find("#save-as-name").send_keys(Keys.ESCAPE)
     tab.find("#back").click()
     shows(tab, "access.json")
 

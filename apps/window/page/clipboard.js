@@ -158,7 +158,7 @@ export class Clipboard {
     this.ids = made;
     this.base = [this.base[0] + by[0], this.base[1] + by[1]];
     this.#cut([]);
-    page.choose(made, false, true);
+    page.looking.choose(made, false, true);
   }
 
   async duplicate() {
@@ -179,7 +179,7 @@ export class Clipboard {
     const result = await this.page.edit(`copy ${this.ids.map(named).join(' ')} by ${written(by)}`);
     if (!result?.done) return [];
     const made = result.entities.filter((each) => each.fate === 'created').map((each) => each.id);
-    this.page.choose(made, false, true);
+    this.page.looking.choose(made, false, true);
     return made;
   }
 }

@@ -109,10 +109,10 @@ export class Hands {
     on('pointermove', (event) => this.#move(event));
     on('pointerup', (event) => this.#up(event));
     on('pointercancel', (event) => this.#cancel(event));
-    on('pointerleave', () => this.pressed || this.page.look(null));
+    on('pointerleave', () => this.pressed || this.page.looking.look(null));
     on('wheel', (event) => this.#wheel(event), { passive: false });
     on('contextmenu', (event) => event.preventDefault());
-    on('dblclick', (event) => this.page.open(this.#pick(event), this.#at(event), event.shiftKey));
+    on('dblclick', (event) => this.page.looking.open(this.#pick(event), this.#at(event), event.shiftKey));
   }
 
   /** @param {{clientX: number, clientY: number}} event @returns {Point} */
@@ -155,7 +155,7 @@ export class Hands {
   #move(event) {
     const [x, y] = this.#at(event), finger = this.fingers.places.get(event.pointerId);
     if (this.fingers.spread(event.pointerId, [x, y], this.page.view)) return this.page.moved();
-    if (!this.pressed) return this.page.look(this.#pick(event), this.#place(event), [x, y]);
+    if (!this.pressed) return this.page.looking.look(this.#pick(event), this.#place(event), [x, y]);
     if (this.way === 'pan' && finger) {
       this.page.view.pan(x - finger[0], y - finger[1]);
       this.page.moved();
@@ -254,10 +254,10 @@ export class Hands {
       if (distance(place, this.place) * this.page.view.scale > 1) this.#aim(place, snapsWith(event));
       return this.#release();
     }
-    if (way === 'box') return this.page.choose(picksIn(this.page.drawing.entities.values(), pressed.p, this.#place(event)), event.shiftKey, true);
+    if (way === 'box') return this.page.looking.choose(picksIn(this.page.drawing.entities.values(), pressed.p, this.#place(event)), event.shiftKey, true);
     if (way === 'pan' && pressed.button !== 0) return;
-    if (pressed.button === 0 && way !== 'pan') this.page.click(pressed.pick, this.#place(event), event.shiftKey || event.ctrlKey);
-    else if (event.pointerType === 'touch') this.page.click(null, this.#place(event), false);
+    if (pressed.button === 0 && way !== 'pan') this.page.looking.click(pressed.pick, this.#place(event), event.shiftKey || event.ctrlKey);
+    else if (event.pointerType === 'touch') this.page.looking.click(null, this.#place(event), false);
   }
 
   /** What was seen last is what is done; a point that was put on something is tied to it, in one step with the pull. */

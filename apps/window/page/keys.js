@@ -66,7 +66,7 @@ export class Keys {
       case 'Escape': return this.page.escape();
       case 'Delete': case 'Backspace': return this.#erase();
       case 'w': return standsAlone ? false : this.#wiggle();
-      case 'j': case 'J': return this.page.chooseChain([...(this.page.scene.hot.size ? this.page.scene.hot : this.page.scene.selected)], event.shiftKey) === undefined;
+      case 'j': case 'J': return this.page.looking.chooseChain([...(this.page.scene.hot.size ? this.page.scene.hot : this.page.scene.selected)], event.shiftKey) === undefined;
       case '/': case ':': return this.page.line.put('') === undefined;
       case 'm': return this.#look(() => { this.page.scene.marks = !this.page.scene.marks; });
       case 't': return this.#look(() => { this.page.scene.names = !this.page.scene.names; });
@@ -92,8 +92,8 @@ export class Keys {
     if (!ids.length) return true;
     const [at] = this.page.scene.hot, i = ids.indexOf(at);
     const id = ids[(i + by + ids.length + (i < 0 && by < 0 ? 1 : 0)) % ids.length];
-    this.page.point(this.page.drawing.constraintsOn(id), [id]);
-    this.page.say(this.page.nameOf(id));
+    this.page.looking.point(this.page.drawing.constraintsOn(id), [id]);
+    this.page.say(this.page.looking.nameOf(id));
     return true;
   }
 
@@ -105,7 +105,7 @@ export class Keys {
 
   #toggleHot() {
     const [id] = this.page.scene.hot;
-    if (id) this.page.choose([id], true, false);
+    if (id) this.page.looking.choose([id], true, false);
     return true;
   }
 

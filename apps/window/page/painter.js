@@ -1,8 +1,9 @@
 // Puts the drawing on the screen: below, what stays while the pointer moves; above, what follows it.
 
 import { motionsOf, paintArrows } from './arrows.js';
-import { boundsOf, gripsOf, textCorners, trace } from './shapes.js';
+import { boundsOf, gripsOf, trace } from './shapes.js';
 import { drawMark, marksOf, place } from './marks.js';
+import { Pens } from './pens.js';
 
 /** @typedef {import('./types').Entity} Entity */
 /** @typedef {import('./types').Point} Point */
@@ -30,45 +31,30 @@ const MANY = 3000;  // entities that take longer than a frame to draw where no g
 
 /** @param {string} fate of an entity */
 const inkOf = (fate) => ({ created: 'added', restored: 'added', edited: 'edited', erased: 'deleted' }[fate] || 'followed');
-/** @param {string} name */
-const colour = (name) => getComputedStyle(document.documentElement).getPropertyValue(`--${name}`).trim();
-const NAMES = ['ink', 'soft', 'faint', 'card', 'free', 'defined', 'clash', 'fixed', 'mark', 'edited', 'followed',
-  'added', 'added-back', 'added-bar', 'deleted', 'deleted-back', 'deleted-bar', 'pointed', 'pointed-back',
-  'pointed-bar', 'dim', 'plate-rim', 'lead', 'kept'];
 
-export class Painter {
+export class Painter extends Pens {
   /**
    * @param {HTMLCanvasElement} below @param {HTMLCanvasElement} above @param {import('./view.js').View} view
    * @param {Map<string, import('./types').Kind>} kinds
    */
   constructor(below, above, view, kinds) {
+    super(view);
     this.canvases = [below, above];
     this.below = /** @type {CanvasRenderingContext2D} */ (below.getContext('2d'));
     this.above = /** @type {CanvasRenderingContext2D} */ (above.getContext('2d'));
-    this.view = view;
     this.kinds = kinds;
-    /** @type {Record<string, string>} */
-    this.colours = {};
-    this.readColours();
     /** @type {{ids: string[], paths: Map<string, Path2D> | null}[]} */
     this.chunks = [];
     /** @type {Map<string, number>} */
     this.chunkOf = new Map();
-    /** @type {Point} */
-    this.origin = [0, 0];
     /** @type {import('./marks.js').Placed[]} */
     this.placed = [];
     /** @type {Map<string, number>} */
     this.widths = new Map();
     /** @type {Set<string>} entities that are drawn above, not below */
     this.lifted = new Set();
-    this.ratio = 1;
     /** @type {{x: number, y: number, scale: number, picture: HTMLCanvasElement | null} | null} */
     this.last = null;  // the view of the picture of what stays, and a copy of that once somebody pans
-  }
-
-  readColours() {
-    for (const name of NAMES) this.colours[name] = colour(name);
   }
 
   /** @param {number} width @param {number} height in pixels of the page */
@@ -88,7 +74,7 @@ export class Painter {
     this.chunks = [];
     this.chunkOf.clear();
     const box = drawing.box();
-    this.origin = box ? [(box[0] + box[2]) / 2, (box[1] + box[3]) / 2] : [0, 0];
+    this.origin = /** @type {Point} */ (box ? [(box[0] + box[2]) / 2, (box[1] + box[3]) / 2] : [0, 0]);
     for (const id of drawing.entities.keys()) this.#chunk(id);
   }
 
@@ -133,11 +119,6 @@ export class Painter {
     return `${state} ${end}`;
   }
 
-  far() {
-    const { width, height, scale } = this.view;
-    return 4 * (width + height) / scale + 1e3 / scale;
-  }
-
   /** @param {Drawing} drawing @param {Scene} scene @param {string[]} ids */
   #paths(drawing, scene, ids) {
     const paths = new Map();
@@ -151,33 +132,6 @@ export class Painter {
       trace(path, e, this.origin, 0);
     }
     return paths;
-  }
-
-  /** @param {CanvasRenderingContext2D} c */
-  #clear(c) {
-    c.setTransform(this.ratio, 0, 0, this.ratio, 0, 0);
-    c.clearRect(0, 0, this.view.width, this.view.height);
-    c.lineCap = 'round';
-    c.lineJoin = 'round';
-  }
-
-  /**
-   * Units of the drawing from here on, seen from the origin.
-   * @param {CanvasRenderingContext2D} c
-   */
-  #inDrawing(c) {
-    const { scale, width, height, x, y } = this.view, k = this.ratio * scale;
-    c.setTransform(k, 0, 0, -k, this.ratio * (width / 2 + (this.origin[0] - x) * scale),
-                   this.ratio * (height / 2 - (this.origin[1] - y) * scale));
-  }
-
-  /** @param {CanvasRenderingContext2D} c @param {string} style */
-  #pen(c, style) {
-    const [state, kind] = style.split(' '), px = 1 / this.view.scale;
-    c.strokeStyle = this.colours[state];
-    c.lineWidth = (kind === 'plain' ? (state === 'fixed' ? 1 : 1.7) : kind === 'construction' ? 1 : 0.8) * px;
-    c.setLineDash(kind === 'plain' ? [] : kind === 'construction' ? [6 * px, 3.5 * px] : [12 * px, 3 * px, 2 * px, 3 * px]);
-    c.lineCap = kind === 'plain' ? 'round' : 'butt';
   }
 
   /**
@@ -196,7 +150,7 @@ export class Painter {
     const grown = view.scale / last.scale;
     const x = view.width / 2 + (last.x - view.x) * view.scale - grown * view.width / 2;
     const y = view.height / 2 - (last.y - view.y) * view.scale - grown * view.height / 2;
-    this.#clear(c);
+    this.clear(c);
     c.drawImage(last.picture, x, y, grown * view.width, grown * view.height);
     return true;
   }
@@ -208,13 +162,13 @@ export class Painter {
   paintBelow(drawing, scene) {
     const c = this.below;
     this.last = { x: this.view.x, y: this.view.y, scale: this.view.scale, picture: null };
-    this.#clear(c);
-    this.#grid(c);
-    this.#inDrawing(c);
+    this.clear(c);
+    this.grid(c);
+    this.inDrawing(c);
     for (const chunk of this.chunks) {
       chunk.paths ||= this.#paths(drawing, scene, chunk.ids);
       for (const [style, path] of chunk.paths) {
-        this.#pen(c, style);
+        this.pen(c, style);
         c.stroke(path);
       }
     }
@@ -231,72 +185,12 @@ export class Painter {
    */
   #single(c, e, scene) {
     if (e.type === 'xline' || e.type === 'ray') {
-      this.#stroke(c, e, this.styleOf(e, scene));
+      this.stroke(c, e, this.styleOf(e, scene));
     } else if (e.type === 'point') {
-      this.#dot(c, /** @type {Point} */ (e.position), this.colours[this.styleOf(e, scene).split(' ')[0]], 2.6);
+      this.dot(c, /** @type {Point} */ (e.position), this.colours[this.styleOf(e, scene).split(' ')[0]], 2.6);
     } else if (e.type === 'text' || e.type === 'mtext') {
-      this.#text(c, e, this.colours[this.styleOf(e, scene).split(' ')[0]]);
+      this.text(c, e, this.colours[this.styleOf(e, scene).split(' ')[0]]);
     }
-  }
-
-  /** @param {CanvasRenderingContext2D} c @param {Entity} e @param {string} style */
-  #stroke(c, e, style) {
-    this.#inDrawing(c);
-    this.#pen(c, style);
-    const path = new Path2D();
-    trace(path, e, this.origin, this.far() + Math.hypot(...boundsMiddle(e, this.view)));
-    c.stroke(path);
-  }
-
-  /** @param {CanvasRenderingContext2D} c @param {Point} p @param {string} ink @param {number} size in pixels */
-  #dot(c, p, ink, size) {
-    c.setTransform(this.ratio, 0, 0, this.ratio, 0, 0);
-    const [x, y] = this.view.toScreen(p);
-    c.fillStyle = ink;
-    c.beginPath();
-    c.arc(x, y, size, 0, 7);
-    c.fill();
-  }
-
-  /** @param {CanvasRenderingContext2D} c @param {Entity} e @param {string} ink */
-  #text(c, e, ink) {
-    const [x, y] = this.view.toScreen(/** @type {Point} */ (e.position)), size = (e.height || 1) * this.view.scale;
-    if (size < 2) return;
-    c.setTransform(this.ratio, 0, 0, this.ratio, 0, 0);
-    c.translate(x, y);
-    c.rotate(-(e.rotation || 0));
-    c.fillStyle = ink;
-    c.font = `${size / 0.72}px ui-sans-serif, system-ui, "Liberation Sans", sans-serif`;  // capitals are as high as the text
-    c.textAlign = 'left';
-    c.textBaseline = 'alphabetic';
-    (e.text || '').split('\n').forEach((line, i) => c.fillText(line, 0, i * size * 1.6));
-  }
-
-  /**
-   * Faint lines to judge sizes by, of 1, 2 or 5 units times a power of ten.
-   * @param {CanvasRenderingContext2D} c
-   */
-  #grid(c) {
-    const { view } = this, wanted = 70 / view.scale, power = 10 ** Math.floor(Math.log10(wanted));
-    const step = power * ([1, 2, 5, 10].find((f) => f * power >= wanted) || 10);
-    const [x0, y1] = view.toDrawing(0, 0), [x1, y0] = view.toDrawing(view.width, view.height);
-    c.strokeStyle = this.colours.faint;
-    c.lineWidth = 1;
-    c.setLineDash([]);
-    c.globalAlpha = 0.55;
-    c.beginPath();
-    for (let x = Math.ceil(x0 / step); x * step <= x1; x += 1) {
-      const px = Math.round(view.toScreen([x * step, 0])[0]) + 0.5;
-      c.moveTo(px, 0);
-      c.lineTo(px, view.height);
-    }
-    for (let y = Math.ceil(y0 / step); y * step <= y1; y += 1) {
-      const py = Math.round(view.toScreen([0, y * step])[1]) + 0.5;
-      c.moveTo(0, py);
-      c.lineTo(view.width, py);
-    }
-    c.stroke();
-    c.globalAlpha = 1;
   }
 
   /** @param {string} text */
@@ -398,61 +292,22 @@ export class Painter {
   /** @param {Drawing} drawing @param {Scene} scene */
   paintAbove(drawing, scene) {
     const c = this.above;
-    this.#clear(c);
-    for (const id of scene.pinned.entities) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours['deleted-bar'], 6, 0.5);
-    for (const e of scene.ghosts || []) this.#ghost(c, e);
-    for (const id of scene.selected) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 3.4, 0.55);
+    this.clear(c);
+    for (const id of scene.pinned.entities) this.bright(c, this.#entityIn(drawing, scene)(id), this.colours['deleted-bar'], 6, 0.5);
+    for (const e of scene.ghosts || []) this.ghost(c, e);
+    for (const id of scene.selected) this.bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 3.4, 0.55);
     if (scene.trial) this.#trial(c, drawing, scene);
-    if (!scene.wiggle.length) for (const id of scene.hot) this.#bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 4, 1);
+    if (!scene.wiggle.length) for (const id of scene.hot) this.bright(c, this.#entityIn(drawing, scene)(id), this.colours.mark, 4, 1);
     for (const [id, fate] of scene.entityFates || []) {
-      this.#bright(c, drawing.entities.get(id), this.colours[inkOf(fate)], 5, 0.35);
+      this.bright(c, drawing.entities.get(id), this.colours[inkOf(fate)], 5, 0.35);
     }
-    for (const e of scene.goneEntities.values()) if (!drawing.entities.has(e.id)) this.#erased(c, e);
-    for (const e of scene.wiggle) this.#bright(c, e, this.colours.followed, 2.6, 1);
-    for (const e of scene.sketch) this.#bright(c, e, this.colours.edited, 2, 1);
+    for (const e of scene.goneEntities.values()) if (!drawing.entities.has(e.id)) this.erased(c, e);
+    for (const e of scene.wiggle) this.bright(c, e, this.colours.followed, 2.6, 1);
+    for (const e of scene.sketch) this.bright(c, e, this.colours.edited, 2, 1);
     c.setTransform(this.ratio, 0, 0, this.ratio, 0, 0);
     this.#grips(c, drawing, scene);
     this.#arrows(c, drawing, scene);
     this.#aids(c, scene);
-  }
-
-  /** @param {CanvasRenderingContext2D} c @param {Entity | undefined} e @param {string} ink @param {number} width @param {number} alpha */
-  #bright(c, e, ink, width, alpha) {
-    if (!e) return;
-    c.globalAlpha = alpha;
-    if (e.type === 'point') this.#dot(c, /** @type {Point} */ (e.position), ink, 3 + width / 2);
-    else if (e.type === 'text' || e.type === 'mtext') {
-      c.setTransform(this.ratio, 0, 0, this.ratio, 0, 0);
-      c.strokeStyle = ink;
-      c.lineWidth = 1.5;
-      c.beginPath();
-      textCorners(e).forEach((p) => c.lineTo(...this.view.toScreen(p)));
-      c.closePath();
-      c.stroke();
-    } else {
-      this.#inDrawing(c);
-      c.strokeStyle = ink;
-      c.lineWidth = width / this.view.scale;
-      c.lineCap = 'round';
-      c.setLineDash([]);
-      const path = new Path2D();
-      trace(path, e, this.origin, this.far() + Math.hypot(...boundsMiddle(e, this.view)));
-      c.stroke(path);
-    }
-    c.globalAlpha = 1;
-  }
-
-  /** @param {CanvasRenderingContext2D} c @param {Entity} e */
-  #erased(c, e) {
-    if (e.type === 'point' || e.type === 'text' || e.type === 'mtext') return this.#bright(c, e, this.colours.deleted, 2, 0.6);
-    this.#inDrawing(c);
-    const px = 1 / this.view.scale, path = new Path2D();
-    c.strokeStyle = this.colours.deleted;
-    c.lineWidth = 2 * px;
-    c.setLineDash([2 * px, 4 * px]);
-    trace(path, e, this.origin, this.far());
-    c.stroke(path);
-    c.setLineDash([]);
   }
 
   /**
@@ -465,30 +320,17 @@ export class Painter {
     const cuts = /^(trim|break) /.test(trial.text);
     for (const e of trial.change?.entities || []) {
       const old = drawing.entities.get(e.id);
-      if (old && cuts) this.#erased(c, old);
-      else if (old) this.#ghost(c, old);
+      if (old && cuts) this.erased(c, old);
+      else if (old) this.ghost(c, old);
     }
     for (const id of trial.change?.erased || []) {
       const e = drawing.entities.get(id);
-      if (e) this.#erased(c, e);
+      if (e) this.erased(c, e);
     }
     for (const e of trial.change?.entities || []) {
       const fate = fates.get(e.id) || 'followed';
-      this.#bright(c, e, this.colours[inkOf(fate)], fate === 'followed' ? 2 : 2.6, 1);
+      this.bright(c, e, this.colours[inkOf(fate)], fate === 'followed' ? 2 : 2.6, 1);
     }
-  }
-
-  /** @param {CanvasRenderingContext2D} c @param {Entity} e */
-  #ghost(c, e) {
-    if (e.type === 'point' || e.type === 'text' || e.type === 'mtext') return;
-    this.#inDrawing(c);
-    const px = 1 / this.view.scale, path = new Path2D();
-    c.strokeStyle = this.colours.fixed;
-    c.lineWidth = px;
-    c.setLineDash([1.5 * px, 3 * px]);
-    trace(path, e, this.origin, this.far());
-    c.stroke(path);
-    c.setLineDash([]);
   }
 
   /** @param {CanvasRenderingContext2D} c @param {Drawing} drawing @param {Scene} scene */
@@ -536,47 +378,8 @@ export class Painter {
       c.stroke();
       c.setLineDash([]);
     }
-    if (scene.box) this.#box(c, scene.box);
-    if (scene.snap) this.#snap(c, scene.snap);
+    if (scene.box) this.box(c, scene.box);
+    if (scene.snap) this.snap(c, scene.snap);
   }
 
-  /** @param {CanvasRenderingContext2D} c @param {{from: Point, to: Point}} box */
-  #box(c, { from, to }) {
-    const [x0, y0] = this.view.toScreen(from), [x1, y1] = this.view.toScreen(to);
-    c.strokeStyle = c.fillStyle = this.colours.mark;
-    c.lineWidth = 1;
-    c.setLineDash(x1 < x0 ? [4, 3] : []);
-    c.strokeRect(x0, y0, x1 - x0, y1 - y0);
-    c.globalAlpha = 0.08;
-    c.fillRect(x0, y0, x1 - x0, y1 - y0);
-    c.globalAlpha = 1;
-    c.setLineDash([]);
-  }
-
-  /** @param {CanvasRenderingContext2D} c @param {{point: Point, word: string}} snap */
-  #snap(c, { point, word }) {
-    const [x, y] = this.view.toScreen(point);
-    c.strokeStyle = c.fillStyle = this.colours.added;
-    c.lineWidth = 2;
-    c.strokeRect(x - 5, y - 5, 10, 10);
-    c.font = '600 11px ui-sans-serif, system-ui, "Liberation Sans", sans-serif';
-    c.textAlign = 'left';
-    c.textBaseline = 'middle';
-    const width = c.measureText(word).width, left = Math.min(x + 9, this.view.width - width - 8);
-    c.fillStyle = this.colours.card;
-    c.globalAlpha = 0.85;
-    c.fillRect(left - 3, y - 21, width + 6, 15);
-    c.globalAlpha = 1;
-    c.fillStyle = this.colours.added;
-    c.fillText(word, left, y - 13);
-  }
-}
-
-/**
- * How far from the middle of the screen an endless line's point is.
- * @param {Entity} e @param {import('./view.js').View} view @returns {Point}
- */
-function boundsMiddle(e, view) {
-  const p = e.point || [view.x, view.y];
-  return [p[0] - view.x, p[1] - view.y];
 }

@@ -1,38 +1,35 @@
 // The window: a drawing, its constraints, and hands to edit it with.
 
 import * as link from './link.js';
-import { chainOf } from './chain.js';
 import { Clipboard } from './clipboard.js';
+import { openDimension } from './dimension.js';
 import { Drawing } from './drawing.js';
 import { Files } from './files.js';
+import { FreedomAsked } from './freedom.js';
 import { Hands, shortfallInWords } from './hands.js';
 import { Keys } from './keys.js';
 import { Line } from './line.js';
+import { Looking } from './looking.js';
 import { readGlyphs } from './marks.js';
-import { Painter } from './painter.js';
-import { Panel, constraintInWords } from './panel.js';
+import { Panel } from './panel.js';
 import { SaveAs } from './saveas.js';
 import { Saving } from './saving.js';
-import { Toolbox } from './tools.js';
-import { View } from './view.js';
+import { Screen } from './screen.js';
+import { Toolbox } from './toolbox.js';
 import { Wiggle } from './wiggle.js';
-import { byId, counted, element, entityInWords, listed, named, written } from './words.js';
+import { byId, listed } from './words.js';
 
 /** @typedef {import('./types').Point} Point */
 /** @typedef {import('./types').Result} Result */
-/** @typedef {import('./picking.js').Pick} Pick */
 
-const FREEDOM_DELAY = 60;      // milliseconds: edits that follow one another are diagnosed once
-const SHARP_DELAY = 150;       // milliseconds without a pan until a large drawing is drawn anew
 const HINT = 'Pull points and curves · wheel zooms · right button pans · ? shows the keys';
 const HINT_ALONE = 'Drag pans · wheel zooms · click a curve for its constraints · ? shows the keys';
 
-export class Page {
+export class Page extends Screen {
   /** @param {import('./types').Language} language */
   constructor(language) {
-    this.kinds = new Map(language.kinds.map((kind) => [kind.name, kind]));
-    this.view = new View();
-    this.drawing = new Drawing();
+    const above = /** @type {HTMLCanvasElement} */ (byId('above'));
+    super(new Map(language.kinds.map((kind) => [kind.name, kind])), above);
     this.number = 0;
     this.isReadOnly = false;
     this.isBusy = 0;
@@ -43,42 +40,35 @@ export class Page {
     /** @type {string[]} */
     this.forms = [];
     this.drawings = 0;  // which of those that were shown one after the other
-    this.paintsAll = false;
-    this.isPainting = false;
     /** @type {import('./tools.js').Tool | null} */
     this.tool = null;
     /** @type {Point | null} */
     this.pointer = null;  // where it was last
     /** @type {{text: string, error: string}[]} */
     this.log = [];
-    /** @type {import('./painter.js').Scene} */
-    this.scene = {
-      freedom: null, hot: new Set(), hotMarks: new Set(), selected: new Set(), trial: null, fates: new Map(), gone: new Map(),
-      goneEntities: new Map(), names: false, marks: true, rubber: null, sketch: [], snap: null, box: null, cut: new Set(), wiggle: [],
-      pinned: { marks: new Set(), entities: new Set() },
-    };
-    const above = /** @type {HTMLCanvasElement} */ (byId('above'));
-    this.painter = new Painter(/** @type {HTMLCanvasElement} */ (byId('drawing')), above, this.view, this.kinds);
+    /** @type {Panel} */
     this.panel = new Panel(this.kinds, {
-      point: (marks, entities) => this.point(marks, entities),
-      pin: (marks, entities) => this.pin(marks, entities),
+      point: (marks, entities) => this.looking.point(marks, entities),
+      pin: (marks, entities) => this.looking.pin(marks, entities),
       refill: () => this.panel.fillConstraints(),
-      choose: (entities) => this.choose(entities, false, true),
+      choose: (entities) => this.looking.choose(entities, false, true),
       edit: (text) => void this.edit(text),
       dimension: (id) => this.openDimension(id),
     });
+    this.looking = new Looking(this);
     this.line = new Line(language, () => this.drawing, (text) => void this.typed(text));
     this.hands = new Hands(this, above);
     this.toolbox = new Toolbox(this, language);
     this.clipboard = new Clipboard(this);
     this.wiggle = new Wiggle(this);
     this.saving = new Saving(this);
+    this.freedom = new FreedomAsked(this);
     this.saveAs = new SaveAs(this);
     if (!link.standsAlone) this.files = new Files(this);
     document.body.classList.toggle('alone', link.standsAlone);
     this.#buttons();
     new Keys(this, above);
-    this.#watchSize();
+    this.watchSize();
     this.hint('');
   }
 
@@ -113,7 +103,7 @@ export class Page {
       this.saving.tell(state);
     }
     this.paintSoon(true);
-    this.askFreedom();
+    this.freedom.ask();
   }
 
   /** Another drawing comes: nothing of this one is of use any more. */
@@ -187,11 +177,11 @@ export class Page {
       this.saving.show(Boolean(result.unsaved), Boolean(result.canUndo), Boolean(result.canRedo));
       this.panel.selected = scene.selected;
       this.panel.show(drawing);
-      this.askFreedom();
+      this.freedom.ask();
     }
     this.panel.showFates(result, scene.gone);
     this.say(result.error || this.#summary(result), Boolean(result.error));
-    this.look(null);
+    this.looking.look(null);
     this.paintSoon(true);
   }
 
@@ -235,130 +225,7 @@ export class Page {
     return kind ? `${kind.label} ${id}` : id;
   }
 
-  askFreedom() {
-    clearTimeout(this.freedomTimer);
-    this.freedomTimer = setTimeout(async () => {
-      try {
-        const freedom = await link.freedom();
-        if (freedom.number === this.number) this.#takeFreedom(freedom);
-      } catch (failure) {
-        if (!(failure instanceof link.Gone)) this.complain(failure);
-      }
-    }, FREEDOM_DELAY);
-  }
-
-  /** @param {import('./types').Freedom} freedom */
-  #takeFreedom(freedom) {
-    const { scene } = this;
-    scene.freedom = freedom;
-    scene.clashes = [...(freedom.conflicts || []).flat(), ...(freedom.broken || []).map((each) => each.id)];
-    scene.clashing = new Set(scene.clashes.flatMap((id) => (this.drawing.constraints.get(id)?.refs || []).map((ref) => ref.entity)));
-    this.panel.freedom = freedom;
-    this.panel.fillConstraints();
-    const state = byId('state');
-    state.replaceChildren();
-    if (freedom.error) state.textContent = freedom.error;
-    else if (freedom.conflicts.length) state.append(element('b', '', 'contradictory'), ` · ${counted(freedom.conflicts.length, 'conflict')}`);
-    else if (freedom.freedom === 0) state.append(element('b', '', 'fully defined'));
-    else state.append(element('b', '', String(freedom.freedom)), ` ${freedom.freedom === 1 ? 'degree' : 'degrees'} of freedom`);
-    this.painter.touchAll();
-    this.paintSoon(true);
-  }
-
   // --- Looking, choosing, pulling ---
-
-  /**
-   * What the pointer is over.
-   * @param {Pick | null} pick @param {Point} [p] @param {Point} [at] on the screen
-   */
-  look(pick, p, at) {
-    const { scene } = this;
-    if (p) this.pointer = p;
-    if (this.tool && p && at) return this.tool.look(pick, p, at);
-    const mark = at && !pick?.place ? this.markAt(at) : null;
-    const constraint = mark && (this.drawing.constraints.get(mark) || scene.gone.get(mark));
-    const hot = constraint ? constraint.refs.map((ref) => ref.entity) : pick ? [pick.id] : [];
-    const hotMarks = constraint ? [constraint.id] : pick ? this.drawing.constraintsOn(pick.id) : [];
-    byId('above').classList.toggle('grab', Boolean(pick && !pick.entity.fixed));
-    if (!this.#light(hot, hotMarks)) return;
-    if (constraint && at) this.tip(constraintInWords(constraint, this.kinds.get(constraint.type)), at);
-    else if (pick && at) this.tip(this.#inWords(pick), at);
-    else this.tip('');
-    scene.snap = null;
-  }
-
-  /** @param {Pick} pick */
-  #inWords(pick) {
-    const freedom = this.scene.freedom?.entities?.[pick.id]?.words;
-    const words = `${pick.id}: ${entityInWords(pick.entity)}`;
-    return freedom ? `${words}\n${freedom}` : words;
-  }
-
-  /** @param {string[]} entities @param {string[]} marks @param {boolean} [isFromList] whether anything changed */
-  #light(entities, marks, isFromList) {
-    const { scene } = this;
-    const key = [...entities, '', ...marks].join('\n');
-    if (key === this.lit) return false;
-    this.lit = key;
-    scene.hot = new Set(entities);
-    scene.hotMarks = new Set(marks);
-    this.panel.light(scene.hotMarks, !isFromList);
-    this.paintSoon(true);
-    return true;
-  }
-
-  /**
-   * From a list.
-   * @param {string[]} marks @param {string[]} entities
-   */
-  point(marks, entities) {
-    this.#light(entities, marks, true);
-  }
-
-  /**
-   * What stays bright whatever is pointed at.
-   * @param {string[]} marks @param {string[]} entities
-   */
-  pin(marks, entities) {
-    this.scene.pinned = { marks: new Set(marks), entities: new Set(entities) };
-    this.paintSoon(true);
-  }
-
-  /**
-   * The constraint whose mark is at a point of the screen.
-   * @param {Point} at
-   */
-  markAt([x, y]) {
-    const found = this.painter.placed.find((each) => Math.abs(each.x - x) * 2 <= each.w + 2 && Math.abs(each.y - y) * 2 <= each.h + 2);
-    return found && !found.mark.isSpot ? found.mark.id : null;
-  }
-
-  /** @param {Pick | null} pick @param {Point} p @param {boolean} adds */
-  click(pick, p, adds) {
-    if (this.tool) return this.tool.click(pick, p);
-    const mark = pick?.place ? null : this.markAt(this.view.toScreen(p));
-    const constraint = mark ? this.drawing.constraints.get(mark) : undefined;
-    if (constraint) return this.choose(constraint.refs.map((ref) => ref.entity), adds, true);
-    this.choose(pick ? [pick.id] : [], adds, false);
-  }
-
-  /** @param {string[]} ids @param {boolean} adds @param {boolean} isSet that are chosen, not toggled */
-  choose(ids, adds, isSet) {
-    const { scene } = this;
-    scene.box = null;
-    if (!adds) scene.selected = new Set(ids);
-    else for (const id of ids) if (!isSet && scene.selected.has(id)) scene.selected.delete(id); else scene.selected.add(id);
-    this.panel.selected = scene.selected;
-    this.panel.fillConstraints();
-    if (ids.length === 1) this.say(this.nameOf(ids[0]));
-    this.paintSoon(true);
-  }
-
-  /** @param {string} id */
-  nameOf(id) {
-    const e = this.drawing.entities.get(id), words = this.scene.freedom?.entities?.[id]?.words;
-    return e ? `${id}: ${entityInWords(e)}${words ? `, ${words}` : ''}, ${counted(this.drawing.constraintsOn(id).length, 'constraint')}` : id;
-  }
 
   /** @param {Point} from @param {Point} to */
   box(from, to) {
@@ -400,14 +267,6 @@ export class Page {
     this.scene.trial = trial;
     this.painter.lift(new Set((trial?.change?.entities || []).map((e) => e.id)));
     this.paintSoon(true);
-  }
-
-  /**
-   * What a tool is pointed at.
-   * @param {string[]} entities
-   */
-  light(entities) {
-    this.#light(entities, []);
   }
 
   /** The number that a tool works with. */
@@ -464,140 +323,11 @@ export class Page {
   }
 
   /**
-   * @param {() => void} what is to be done when all is drawn
-   */
-  afterPaint(what) {
-    requestAnimationFrame(() => requestAnimationFrame(what));
-  }
-
-  /**
-   * A double click: on a dimension, or on a curve, which takes all that is joined to it.
-   * @param {Pick | null} pick @param {Point} at on the screen @param {boolean} adds
-   */
-  open(pick, at, adds) {
-    if (this.tool) return this.tool.finish();
-    const mark = pick?.place ? null : this.markAt(at);
-    if (mark && this.kinds.get(this.drawing.constraints.get(mark)?.type || '')?.isDimension) return this.openDimension(mark);
-    if (pick && !mark) this.chooseChain([pick.id], adds);
-  }
-
-  /** @param {string[]} ids @param {boolean} adds */
-  chooseChain(ids, adds) {
-    if (!ids.length) return this.say('point at a curve, or choose one: J takes all that are joined to it');
-    const chain = chainOf(this.drawing, ids);
-    this.choose(chain, adds, true);
-    this.say(`${counted(chain.length, 'entity')} joined end to end`);
-  }
-
-  /**
    * Its value is edited where it stands.
    * @param {string} id
    */
   openDimension(id) {
-    if (link.standsAlone) return;
-    const constraint = this.drawing.constraints.get(id);
-    if (!constraint || constraint.value === undefined) return;
-    const placed = this.painter.placed.find((each) => each.mark.id === id);
-    const [x, y] = placed ? [placed.x, placed.y] : [this.view.width / 2, this.view.height / 2];
-    const isAngle = this.kinds.get(constraint.type)?.isAngle, value = isAngle ? constraint.value * 180 / Math.PI : constraint.value;
-    byId('above').focus();  // what was open closes
-    const input = element('input');
-    input.id = 'inline';
-    input.setAttribute('aria-label', `value of ${id}; a number, or = and a formula`);
-    input.value = constraint.formula ? `= ${constraint.formula}` : String(Number(value.toPrecision(12)));
-    input.style.left = `${Math.max(4, Math.min(this.view.width - 140, x - 65))}px`;
-    input.style.top = `${Math.max(4, Math.min(this.view.height - 34, y - 15))}px`;
-    byId('stage').append(input);
-    input.select();
-    input.focus();
-    input.addEventListener('keydown', async (event) => {
-      event.stopPropagation();
-      if (event.key === 'Escape') byId('above').focus();
-      if (event.key !== 'Enter') return;
-      const result = await this.edit(`set ${named(id)} ${input.value.trim()}`);
-      if (result?.done) byId('above').focus();
-    });
-    input.addEventListener('blur', () => input.remove());
-  }
-
-  // --- What the page says ---
-
-  /** @param {string} text */
-  say(text, isBad = false) {
-    const said = byId('said');
-    if (said.textContent !== text) said.textContent = text;
-    said.classList.toggle('bad', isBad);
-  }
-
-  /** @param {string} text empty: none @param {Point} [at] on the screen */
-  tip(text, at, isBad = false) {
-    const tip = byId('tip');
-    tip.hidden = !text;
-    if (!text || !at) return;
-    tip.textContent = text;
-    tip.classList.toggle('bad', isBad);
-    tip.style.left = `${Math.min(at[0] + 16, this.view.width - tip.offsetWidth - 8)}px`;
-    tip.style.top = `${at[1] + 22 + tip.offsetHeight > this.view.height ? at[1] - tip.offsetHeight - 14 : at[1] + 20}px`;
-  }
-
-  /** @param {unknown} failure */
-  complain(failure) {
-    const text = failure instanceof Error ? failure.message : String(failure);
-    if (failure instanceof link.Gone) this.showGone(true);
-    this.say(text, true);
-  }
-
-  /** @param {boolean} isGone */
-  showGone(isGone) {
-    const notice = byId('notice');
-    if (!isGone) {
-      if (notice.classList.contains('bad')) notice.hidden = true;
-      return;
-    }
-    notice.className = 'bad';
-    notice.textContent = 'The program that shows this drawing cannot be reached. What was done until now is kept beside the drawing; '
-      + 'open it again in the terminal.';
-    notice.hidden = false;
-  }
-
-  // --- Painting ---
-
-  /** @param {boolean} all not only what follows the pointer */
-  paintSoon(all) {
-    this.paintsAll = this.paintsAll || all;
-    if (this.isPainting) return;
-    this.isPainting = true;
-    requestAnimationFrame(() => {
-      this.isPainting = false;
-      if (this.paintsAll) this.painter.paintBelow(this.drawing, this.scene);
-      this.paintsAll = false;
-      this.painter.paintAbove(this.drawing, this.scene);
-      document.body.dataset.painted = String(Number(document.body.dataset.painted || 0) + 1);
-    });
-  }
-
-  /** The view is another one. */
-  moved() {
-    this.tip('');
-    if (!this.painter.shift()) return this.paintSoon(true);
-    clearTimeout(this.sharpTimer);
-    this.sharpTimer = setTimeout(() => this.paintSoon(true), SHARP_DELAY);
-    this.paintSoon(false);
-  }
-
-  #watchSize() {
-    const stage = byId('stage');
-    let isFirst = true;
-    new ResizeObserver(() => {
-      this.painter.resize(stage.clientWidth, stage.clientHeight);
-      if (isFirst) this.view.fit(this.drawing.box());
-      isFirst = false;
-      this.paintSoon(true);
-    }).observe(stage);
-    matchMedia('(prefers-color-scheme: dark)').addEventListener('change', () => {
-      this.painter.readColours();
-      this.paintSoon(true);
-    });
+    if (!link.standsAlone) openDimension(this, id);
   }
 
   // --- Buttons ---
@@ -622,11 +352,6 @@ export class Page {
     });
   }
 
-  fit() {
-    this.view.fit(this.drawing.box());
-    this.moved();
-  }
-
   save() {
     return this.saving.save();
   }
@@ -645,8 +370,8 @@ export class Page {
       return true;
     }
     this.clipboard.uncut();
-    this.choose([], false, true);
-    this.look(null);
+    this.looking.choose([], false, true);
+    this.looking.look(null);
     return true;
   }
 }
