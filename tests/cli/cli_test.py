@@ -379,7 +379,7 @@ class Program(InAFolder):
         self.assertTrue(two["error"]["message"].startswith("line 4, break a at 4,9: "), two["error"])
         self.assertEqual((two["error"]["code"], two["error"]["line"], two["error"]["edit"]), ("impossible_edit", 4, 0))
         self.assertEqual([(each["id"], each["fate"]) for each in one["constraints"]],
-                         [("tie", "re-pointed"), ("k4", "added")])
+                         [("tie", "re-pointed"), ("k3", "added")])
 
     def test_colours_are_for_terminals_that_have_them(self):
         path = self.file("corner.json", CORNER)
