@@ -38,9 +38,9 @@ offers "$drawing" show examples/drawings/bat
 offers "examples/drawings/acrylic-case-top.dxf" infer examples/drawings/acr
 offers "examples/pictures/sensor-cover.svg" infer examples/pictures/sen
 offers "trim ENTITY at POINT by ENTITY...|trim ..." edit "$drawing" '"tri'
-offers "stretch|set|scale" edit "$drawing" '"s'
+offers "stretch|set|suppress|scale" edit "$drawing" '"s'
 offers "break ENTITY at POINT [to POINT]|break ..." edit "$drawing" '"br'
-offers "undo" edit "$drawing" un
+offers "unsuppress|undo" edit "$drawing" un
 offers "redo" edit "$drawing" re
 offers "join g10 g2 |join g10 g20 |join g10 g21 |join g10 g22 |join g10 g23 |join g10 g24 |join g10 g25 \
 |join g10 g26 |join g10 g27 |join g10 g28 |join g10 g29 " edit "$drawing" '"join g10 g2'
