@@ -24,21 +24,6 @@ constexpr long kMostWasted = 1'000'000;
 /// The longest turn of one step, in radians: at a right angle sines and cosines lose their slope.
 constexpr double kLongestTurn = 0.35;
 
-/// What a step may miss of where the steps before lead, as a part of its own way. A step that is twice as long as the
-/// one before and turns by 20 degrees misses a quarter.
-constexpr double kLeft = 0.3;
-
-/// A step has led elsewhere than the steps before: two ways may cross there, as where an arm is straight, and this may
-/// be the other one.
-bool hasLeft(const std::vector<double>& values, const std::vector<double>& ahead, const std::vector<double>& now) {
-    double way = 0.0, off = 0.0;
-    for (std::size_t v = 0; v < values.size(); ++v) {
-        way = std::max(way, std::abs(ahead[v] - values[v]));
-        off = std::max(off, std::abs(now[v] - ahead[v]));
-    }
-    return off > kLeft * way;
-}
-
 }  // namespace
 
 void Following::Course::pass(double part, const std::vector<double>& values) {
@@ -70,7 +55,7 @@ Answer Following::run(const Manner& manner) {
         done = leastStep;
     } else if (leastStep < kNudged && !answer.isContradicted && !isSpent(m_task.budget)) {
         leastStep *= kFiner;
-        answer = stepTo(leastStep, values, values, values);
+        answer = stepTo(leastStep, values, values);
         if (answer.isSolved()) {
             done = leastStep;
             step = 2.0 * leastStep;
@@ -122,9 +107,8 @@ Answer Following::run(const Manner& manner) {
     return answer;
 }
 
-/// From where the last step has led, or from elsewhere, as near to the aims as can be.
-Answer Following::stepTo(double part, const std::vector<double>& values, const std::vector<double>& from,
-                         const std::vector<double>& aims) {
+/// From where the last step has led, or from elsewhere; as near to the former as can be.
+Answer Following::stepTo(double part, const std::vector<double>& values, const std::vector<double>& from) {
     const std::vector<Target> targets = m_way.targetsAt(part);
     m_way.setValuesAt(part, m_sketch);
     Task step = m_task;
@@ -135,8 +119,8 @@ Answer Following::stepTo(double part, const std::vector<double>& values, const s
         step.sparedBelow = m_way.longest();
     if (m_manner.mayTurnRound)
         step.passed = values;
-    if (&from != &aims)
-        step.aims = aims;
+    if (&from != &values)
+        step.aims = values;
     Answer answer = m_trying.from(from, [&] { return m_trying.sparingSmall(step); });
     // Wishes make the equations many, and near a double root only few can be solved to the last digit.
     if (answer.result.status == SolveStatus::unreached && !step.shapes.empty()) {
@@ -150,23 +134,19 @@ Answer Following::stepTo(double part, const std::vector<double>& values, const s
 }
 
 /// Where a step fails, from where the steps before lead when they go on straight: what is smaller than a step would
-/// be overrun where it stands. So, too, where it has left that way, as near to it as can be.
+/// be overrun where it stands.
 Answer Following::stepOrNudge(double next, double step, const std::vector<double>& values,
                               const std::vector<double>& ahead) {
-    Answer answer = stepTo(next, values, values, values);
-    if (answer.isSolved() && !ahead.empty() && hasLeft(values, ahead, answer.values))
-        if (Answer straight = stepTo(next, values, ahead, ahead);
-            straight.isSolved() && !hasLeft(values, ahead, straight.values))
-            return straight;
+    Answer answer = stepTo(next, values, values);
     if (answer.isSolved() || isSpent(m_task.budget))
         return answer;
     if (!ahead.empty())
-        if (Answer straight = stepTo(next, values, ahead, values); straight.isSolved())
+        if (Answer straight = stepTo(next, values, ahead); straight.isSolved())
             return straight;
     if (step > kNudged || isSpent(m_task.budget))
         return answer;
     const std::vector<double> shake = m_shaken(values);
-    Answer shaken = stepTo(next, values, shake, values);
+    Answer shaken = stepTo(next, values, shake);
     shaken.turnsRound = false;  // by the shake, and not because the way leads there
     return shaken.isSolved() || !answer.turnsRound ? shaken : answer;
 }

@@ -51,8 +51,7 @@ private:
         double m_part = 0.0, m_lastStep = 0.0;
     };
 
-    Answer stepTo(double part, const std::vector<double>& values, const std::vector<double>& from,
-                  const std::vector<double>& aims);
+    Answer stepTo(double part, const std::vector<double>& values, const std::vector<double>& from);
     Answer stepOrNudge(double next, double step, const std::vector<double>& values, const std::vector<double>& ahead);
 
     SketchData& m_sketch;
