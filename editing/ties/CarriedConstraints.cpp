@@ -96,7 +96,7 @@ public:
             const std::optional<Place> now = isOfSize ? sizeThere(place) : standInOrSame(was, place);
             if (!now)
                 return {};
-            if (isOfSize ? !isUnchanged(place) : pointBefore(place) && !m_places.unmoved(place))
+            if (isOfSize ? !m_scene.isUnchanged(place.entity) : m_scene.pointBefore(place) && !m_places.unmoved(place))
                 tie.reason += (tie.reason.empty() ? "" : ", ") + spokenPlace(*now) +
                               (isOfSize ? " was equal to " : " stood in one point with ") + spokenPlace(place);
             place = *now;
@@ -111,11 +111,11 @@ public:
             return {};
         for (const std::size_t moved : {0u, 1u}) {
             const Place &gone = was.refs[moved], &other = was.refs[1 - moved];
-            const std::optional<Place> stays = pointBefore(gone) ? m_places.unmoved(other) : std::nullopt;
+            const std::optional<Place> stays = m_scene.pointBefore(gone) ? m_places.unmoved(other) : std::nullopt;
             if (!stays || m_places.unmoved(gone))
                 continue;
             const Place curve{gone.entity, isSegmentPlace(gone) ? PlaceKind::segment : PlaceKind::whole, gone.index};
-            const std::optional<Place> on = m_places.through(curve, *pointBefore(other));
+            const std::optional<Place> on = m_places.through(curve, *m_scene.pointBefore(other));
             if (!on || on->entity == stays->entity)
                 continue;
             Tie tie{was, spokenEnd(*stays) + " lies on " + spokenPlace(*on) + " now"};
@@ -161,16 +161,6 @@ private:
         return contact(constraint, [&](const std::string& name) { return m_scene.now(name); });
     }
 
-    bool isUnchanged(const Place& place) const {
-        const Shape *was = m_scene.before(place.entity), *is = m_scene.now(place.entity);
-        return was != nullptr && is != nullptr && *was == *is;
-    }
-
-    std::optional<Vec2> pointBefore(const Place& place) const {
-        const Shape* shape = m_scene.before(place.entity);
-        return shape == nullptr ? std::nullopt : pointAt(*shape, place);
-    }
-
     /// What is where the point was: the place itself, or one that stands in for it.
     std::optional<Place> pointThere(const Place& place) {
         const std::optional<Place> there = m_places.unmoved(place);
@@ -178,11 +168,11 @@ private:
     }
 
     std::optional<Place> sizeThere(const Place& curve) {
-        return isUnchanged(curve) ? std::optional(curve) : m_standIns.forCurve(curve);
+        return m_scene.isUnchanged(curve.entity) ? std::optional(curve) : m_standIns.forCurve(curve);
     }
 
     std::optional<Place> standInOrSame(const Constraint& was, const Place& place) {
-        return pointBefore(place) ? pointThere(place) : placeNow(was, place);
+        return m_scene.pointBefore(place) ? pointThere(place) : placeNow(was, place);
     }
 
     std::optional<Place> placeNow(const Constraint& was, const Place& place) {
@@ -194,9 +184,9 @@ private:
             // A point that is held where it is holds nothing elsewhere.
             return there || was.type == ConstraintType::fixed ? there : m_places.renamed(place);
         }
-        if (was.type == ConstraintType::fixed && !isUnchanged(place))
+        if (was.type == ConstraintType::fixed && !m_scene.isUnchanged(place.entity))
             return {};
-        if (isCurvePlace(place) && hasContact(was.type) && !isUnchanged(place))
+        if (isCurvePlace(place) && hasContact(was.type) && !m_scene.isUnchanged(place.entity))
             return withContact(was, place, *shape);
         return m_places.renamed(place);
     }
@@ -227,10 +217,6 @@ bool mayBeCarried(const TieScene& scene, const Deletion& deletion) {
     return constraint.active && constraint.driving && !constraint.implied && !ownsMembers(constraint.type) &&
            !isErased && !scene.drawing().hasConstraint(constraint.id);
 }
-
-}  // namespace
-
-namespace {
 
 using Way = std::optional<Tie> (Carrier::*)(const Constraint& was);
 

@@ -3,23 +3,18 @@
 #include <algorithm>
 #include <set>
 
-#include "document/Places.h"
 #include "editing/ties/EndPlaces.h"
 
 namespace holdfast::editing {
 
 StandIns::StandIns(const TieScene& scene, CarriedPlaces& places) : m_scene(scene), m_places(places) {
-    const auto isPoint = [&](const Place& place) {
-        const Shape* shape = scene.before(place.entity);
-        return shape != nullptr && pointAt(*shape, place);
-    };
     for (const Deletion& deletion : scene.drawing().deletions()) {
         const Constraint& was = deletion.constraint;
         if (!was.active || !was.driving || was.implied || was.refs.size() != 2)
             continue;
         // Two ends that are tangent are in one point, too.
         const bool joinsPoints = was.type == ConstraintType::coincident || was.type == ConstraintType::tangent;
-        if (joinsPoints && isPoint(was.refs[0]) && isPoint(was.refs[1]))
+        if (joinsPoints && scene.pointBefore(was.refs[0]) && scene.pointBefore(was.refs[1]))
             join(m_atOnePoint, was.refs[0], was.refs[1]);
         else if (was.type == ConstraintType::equal)
             join(m_ofOneSize, was.refs[0], was.refs[1]);
@@ -57,8 +52,7 @@ std::optional<Place> StandIns::forPoint(const Place& point) {
 
 std::optional<Place> StandIns::forCurve(const Place& curve) {
     return firstAround(m_ofOneSize, curve, [&](const Place& place) -> std::optional<Place> {
-        const Shape *was = m_scene.before(place.entity), *is = m_scene.now(place.entity);
-        return was != nullptr && is != nullptr && *was == *is ? std::optional(place) : std::nullopt;
+        return m_scene.isUnchanged(place.entity) ? std::optional(place) : std::nullopt;
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "document/Places.h"
 #include "geometry/Tolerances.h"
 #include "geometry/Vec2.h"
 #include "geometry/curves/Nearest.h"
@@ -38,6 +39,16 @@ const Shape* TieScene::now(const std::string& name) const {
     if (isNew && !drawing().id(name).isNull())
         known->second = drawing().shape(name);
     return known->second ? &*known->second : nullptr;
+}
+
+bool TieScene::isUnchanged(const std::string& name) const {
+    const Shape *was = before(name), *is = now(name);
+    return was != nullptr && is != nullptr && *was == *is;
+}
+
+std::optional<Vec2> TieScene::pointBefore(const Place& place) const {
+    const Shape* shape = before(place.entity);
+    return shape == nullptr ? std::nullopt : pointAt(*shape, place);
 }
 
 std::vector<std::string> TieScene::piecesOf(const std::string& name) const {

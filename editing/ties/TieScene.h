@@ -22,6 +22,10 @@ public:
     /// The shape of an entity before the edit and as it is now; null where there is none.
     const Shape* before(const std::string& name) const;
     const Shape* now(const std::string& name) const;
+    /// It was there before the edit, and is where and as it was.
+    bool isUnchanged(const std::string& name) const;
+    /// Where a place was; nothing for one that is no point.
+    std::optional<Vec2> pointBefore(const Place& place) const;
     /// The curves that a command had the module judge, by name.
     const std::vector<std::string>& editedCurves() const { return m_editedCurves; }
     /// What is left of an entity: one that nobody cut is left itself. The first keeps the name, if any does.
