@@ -375,6 +375,28 @@ TEST(LeastSurprise, ShakesNothingThatDoesNotFollow) {
     EXPECT_EQ(sketch.at("d.centre"), (Vec2{50, 40}));
 }
 
+/// The arm from the centre to the end of `mirror` is straight when the line is turned by some 12 degrees. There it
+/// could fold to the other side, but then its joint would leave the place where it has been all the way.
+TEST(LeastSurprise, GoesOnStraightWhereTwoWaysCross) {
+    SketchText sketch(
+        "fixed! point o 0,0; fixed! xline y 0,0 90; fixed! line axis -30,30 0,0; "
+        "arc low 0,0 12.466666666666667 146.5682325 180; line turning -10.403963,6.868430 -28.960686,25.778706; "
+        "line mirror -25.778706,28.960686 -6.868430,10.403963; line up 0,12.466666666666667 0,0; "
+        "arc top 0,0 12.466666666666667 90 123.4317675; coincident low.centre o; equal mirror turning; "
+        "symmetric mirror.start turning.end axis; coincident top.end mirror.end; coincident low.start turning.start; "
+        "point_on_curve up.start y; equal low top; coincident top.start up.start; concentric low.centre top.centre");
+    ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
+    sketch.sketch.takeReference();
+    const Vec2 joint = sketch.at("mirror.end"), a = sketch.at("turning.start"), b = sketch.at("turning.end") - a;
+    const int v = sketch.valueOf("turning.start");
+    ASSERT_TRUE(solve(sketch.sketch, {.targets = {{v, a.x}, {v + 1, a.y}, {v + 2, a.x - b.y}, {v + 3, a.y + b.x}},
+                                      .edited = {sketch.numbers.at("turning")},
+                                      .keepsShapes = true})
+                    .isSolved());
+    EXPECT_NEAR(sketch.at("mirror.end").x, joint.x, 1e-6);
+    EXPECT_NEAR(sketch.at("mirror.end").y, joint.y, 1e-6);
+}
+
 /// Where small steps end, the sketch is shaken, and what that has turned over is no place that the way led to.
 TEST(LeastSurprise, NeverTurnsAShortArcIntoAllOfItsCircle) {
     const std::string drawing =

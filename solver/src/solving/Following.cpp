@@ -24,6 +24,21 @@ constexpr long kMostWasted = 1'000'000;
 /// The longest turn of one step, in radians: at a right angle sines and cosines lose their slope.
 constexpr double kLongestTurn = 0.35;
 
+/// What a step may miss of where the steps before lead, as a part of its own way. A step that is twice as long as the
+/// one before and turns by 20 degrees misses a quarter.
+constexpr double kLeft = 0.3;
+
+/// A step has led elsewhere than the steps before: two ways may cross there, as where an arm is straight, and this may
+/// be the other one.
+bool hasLeft(const std::vector<double>& values, const std::vector<double>& ahead, const Answer& now) {
+    double way = 0.0, off = 0.0;
+    for (std::size_t v = 0; v < values.size(); ++v) {
+        way = std::max(way, std::abs(ahead[v] - values[v]) * now.metric[v]);
+        off = std::max(off, std::abs(now.values[v] - ahead[v]) * now.metric[v]);
+    }
+    return off > kLeft * way;
+}
+
 }  // namespace
 
 void Following::Course::pass(double part, const std::vector<double>& values) {
@@ -55,7 +70,7 @@ Answer Following::run(const Manner& manner) {
         done = leastStep;
     } else if (leastStep < kNudged && !answer.isContradicted && !isSpent(m_task.budget)) {
         leastStep *= kFiner;
-        answer = stepTo(leastStep, values, values);
+        answer = stepTo(leastStep, values, values, values);
         if (answer.isSolved()) {
             done = leastStep;
             step = 2.0 * leastStep;
@@ -107,8 +122,9 @@ Answer Following::run(const Manner& manner) {
     return answer;
 }
 
-/// From where the last step has led, or from elsewhere; as near to the former as can be.
-Answer Following::stepTo(double part, const std::vector<double>& values, const std::vector<double>& from) {
+/// From where the last step has led, or from elsewhere, as near to the aims as can be.
+Answer Following::stepTo(double part, const std::vector<double>& values, const std::vector<double>& from,
+                         const std::vector<double>& aims) {
     const std::vector<Target> targets = m_way.targetsAt(part);
     m_way.setValuesAt(part, m_sketch);
     Task step = m_task;
@@ -119,8 +135,8 @@ Answer Following::stepTo(double part, const std::vector<double>& values, const s
         step.sparedBelow = m_way.longest();
     if (m_manner.mayTurnRound)
         step.passed = values;
-    if (&from != &values)
-        step.aims = values;
+    if (&from != &aims)
+        step.aims = aims;
     Answer answer = m_trying.from(from, [&] { return m_trying.sparingSmall(step); });
     // Wishes make the equations many, and near a double root only few can be solved to the last digit.
     if (answer.result.status == SolveStatus::unreached && !step.shapes.empty()) {
@@ -133,20 +149,38 @@ Answer Following::stepTo(double part, const std::vector<double>& values, const s
     return answer;
 }
 
+/// What a step has found; where that has left the way of the steps before, what lies on that way.
+Answer Following::straightOn(double next, const std::vector<double>& values, const std::vector<double>& ahead,
+                             Answer found) {
+    // What the step does not solve for stays where the last one has led, on its ties.
+    std::vector<double> straight = values;
+    for (const int number : found.concerned) {
+        const auto& entity = m_sketch.entities[at(number)];
+        const auto first = ahead.begin() + entity.firstValue;
+        std::copy(first, first + entity.valueCount, straight.begin() + entity.firstValue);
+    }
+    if (!hasLeft(values, straight, found) || isSpent(m_task.budget))
+        return found;
+    Answer other = stepTo(next, values, straight, straight);
+    return other.isSolved() && !hasLeft(values, straight, other) ? other : found;
+}
+
 /// Where a step fails, from where the steps before lead when they go on straight: what is smaller than a step would
 /// be overrun where it stands.
 Answer Following::stepOrNudge(double next, double step, const std::vector<double>& values,
                               const std::vector<double>& ahead) {
-    Answer answer = stepTo(next, values, values);
+    Answer answer = stepTo(next, values, values, values);
+    if (answer.isSolved() && !ahead.empty())
+        return straightOn(next, values, ahead, std::move(answer));
     if (answer.isSolved() || isSpent(m_task.budget))
         return answer;
     if (!ahead.empty())
-        if (Answer straight = stepTo(next, values, ahead); straight.isSolved())
+        if (Answer straight = stepTo(next, values, ahead, values); straight.isSolved())
             return straight;
     if (step > kNudged || isSpent(m_task.budget))
         return answer;
     const std::vector<double> shake = m_shaken(values);
-    Answer shaken = stepTo(next, values, shake);
+    Answer shaken = stepTo(next, values, shake, values);
     shaken.turnsRound = false;  // by the shake, and not because the way leads there
     return shaken.isSolved() || !answer.turnsRound ? shaken : answer;
 }

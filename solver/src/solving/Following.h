@@ -51,7 +51,9 @@ private:
         double m_part = 0.0, m_lastStep = 0.0;
     };
 
-    Answer stepTo(double part, const std::vector<double>& values, const std::vector<double>& from);
+    Answer stepTo(double part, const std::vector<double>& values, const std::vector<double>& from,
+                  const std::vector<double>& aims);
+    Answer straightOn(double next, const std::vector<double>& values, const std::vector<double>& ahead, Answer found);
     Answer stepOrNudge(double next, double step, const std::vector<double>& values, const std::vector<double>& ahead);
 
     SketchData& m_sketch;
