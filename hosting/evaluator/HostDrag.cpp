@@ -264,7 +264,32 @@ void HostDrag::leaveBroken() {
     m_free = std::make_unique<Following>(m_drawn, m_handles, KeptSizes{});
 }
 
+/// A drag that ends short of the transform goes on from there as another one would: a line of which hardly anything is
+/// left stands in the way of the first only.
 void HostDrag::land(const YxGeMatrix3d& transform) {
+    if (!goFarther(transform))
+        return;
+    const SketchData drawn = m_drawn;
+    const std::vector<double> first = m_host.sketch.values;
+    const double miss = m_miss;
+    beginAt(first);
+    if (!stepWithin(transform).isSolved() || m_miss > kHolds * m_drawn.size())
+        take(first, miss);
+    else
+        goFarther(transform);
+    m_drawn = drawn;
+}
+
+void HostDrag::beginAt(const std::vector<double>& values) {
+    m_drawn.values = values;
+    m_drawn.takeReference();
+    m_firm.reset();
+    m_taken = nullptr;
+    m_free = std::make_unique<Following>(m_drawn, m_handles, KeptSizes{});
+}
+
+/// Where the last step is made exact; true if it fell short and its way with shapes kept leads farther than it.
+bool HostDrag::goFarther(const YxGeMatrix3d& transform) {
     const EditRequest asked = demandFor(transform);
     if (m_taken != nullptr) {
         m_taken->session.land();
@@ -274,7 +299,7 @@ void HostDrag::land(const YxGeMatrix3d& transform) {
     }
     std::vector<double> led;
     if (keepShapes(asked, led))
-        return;
+        return false;
     const double miss = m_miss;
     if (!led.empty()) {
         SketchData farther = m_drawn;
@@ -282,7 +307,7 @@ void HostDrag::land(const YxGeMatrix3d& transform) {
         if (const double left = shortfallOf(farther, asked);
             left < miss - kHolds * m_drawn.size() && isTaken(farther.values)) {
             m_miss = left;
-            return;
+            return true;
         }
     }
     EditRequest nearest = asked;
@@ -290,6 +315,7 @@ void HostDrag::land(const YxGeMatrix3d& transform) {
         target.goal = m_host.sketch.values[at(target.value)];
     keepShapes(nearest, led);
     m_miss = miss;
+    return false;
 }
 
 /// False, and nothing is taken, where the request cannot be met so; then where its way has led, if it is known.

@@ -68,6 +68,8 @@ private:
     EditRequest demandFor(const YxGeMatrix3d& transform) const;
     SolveResult follow(const EditRequest& request, const std::vector<double>& goals);
     SolveResult yield(const EditRequest& request, const std::vector<double>& goals, const SolveResult& followed);
+    void beginAt(const std::vector<double>& values);
+    bool goFarther(const YxGeMatrix3d& transform);
     bool keepShapes(const EditRequest& request, std::vector<double>& led);
     bool isTaken(const std::vector<double>& values);
     bool isTurnedOver(const std::vector<double>& values) const;

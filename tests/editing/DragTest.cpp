@@ -209,6 +209,40 @@ TEST(DragEdit, GoesAsFarAsItsWayLeadsWhereItFallsShort) {
     EXPECT_GT(lineNamed(session, "g0").end.x, -0.85);
 }
 
+/// The lower line has no length where the corner comes to the axis. A drag that goes over it ends where several do.
+TEST(DragEdit, GoesOverAPlaceWhereALineHasNoLengthAsSeveralDo) {
+    Document document;
+    document.name = "comb";
+    document.entities = {
+        lineEntity("g0", {-3.85, -0.231584227214512}, {-3.85, -4.5}),
+        lineEntity("g1", {-3.85, -4.5}, {3.85, -4.5}),
+        lineEntity("g2", {3.85, -4.5}, {3.85, -0.231584227214512}),
+        lineEntity("g4", {-3.5, -0.46}, {-3.07082746359626, -0.0294063005607447}),
+        lineEntity("g16", {2.5, -0.46}, {2.92917253640374, -0.0294063005607448}),
+        lineEntity("g17", {3.07082746359626, -0.0294063005607448}, {3.5, -0.46}),
+        lineEntity("g18", {3.5, -0.46}, {3.76470315028037, -0.19617049541638}),
+        shapeEntity("g26", ArcShape{{3.8, -0.231584227214512}, 0.0499999999999997, 1e-16, 2.35454152723343}),
+        shapeEntity("g34", ArcShape{{-3.8, -0.231584227214512}, 0.05, 0.787051126356368, 3.14159265358979}),
+        shapeEntity("axis", XlineShape{{0, 0}, {0, 1}})};
+    document.entities.back().fixed = true;
+    document.constraints = {
+        constraintOf("c1", ConstraintType::coincident, {{"g0", PlaceKind::end}, {"g1", PlaceKind::start}}),
+        constraintOf("c2", ConstraintType::coincident, {{"g1", PlaceKind::end}, {"g2", PlaceKind::start}}),
+        constraintOf("c3", ConstraintType::vertical, {{"g2"}}),
+        constraintOf("c11", ConstraintType::coincident, {{"g17", PlaceKind::end}, {"g18", PlaceKind::start}}),
+        constraintOf("c32", ConstraintType::tangent, {{"g18", PlaceKind::end}, {"g26", PlaceKind::end}}),
+        constraintOf("c33", ConstraintType::tangent, {{"g2", PlaceKind::end}, {"g26", PlaceKind::start}}),
+        constraintOf("c49", ConstraintType::symmetric, {{"g0", PlaceKind::end}, {"g1", PlaceKind::end}, {"axis"}}),
+        constraintOf("c79", ConstraintType::tangent, {{"g0", PlaceKind::start}, {"g34", PlaceKind::end}}),
+        constraintOf("c81", ConstraintType::symmetric,
+                     {{"g26", PlaceKind::centre}, {"g34", PlaceKind::centre}, {"axis"}})};
+    Session session(document);
+    const EditResult& result = session.apply("drag g0.end by 4.27,0");
+    ASSERT_EQ(result.outcome.error, "");
+    EXPECT_EQ(result.outcome.shortfall, Shortfall{});
+    EXPECT_NEAR(lineNamed(session, "g0").end.x, 0.42, 1e-9);
+}
+
 TEST(DragEdit, TellsByHowMuchItFallsShortAndWhatHoldsItBack) {
     Session session(levelDrawing());
     const EditOutcome outcome = session.apply("drag base.end by 3,2").outcome;

@@ -86,6 +86,36 @@ TEST(SetEdit, GivesAConstrainedEntityEveryPropertyAndTakesWhatIsTiedToItAlong) {
     }
 }
 
+/// The inner rim would have to keep its radius until the rounded ends of the sector have come to nothing.
+TEST(SetEdit, KeepsTheEndsOfARingSectorThatBecomesSmaller) {
+    constexpr double outer = 35.5, inner = 32.0, round = 10.0;
+    const double farther = 2.0 * std::asin(0.5 * round / outer);
+    const double nearer = std::acos((inner * inner + outer * outer - round * round) / (2.0 * inner * outer));
+    const double pi = std::numbers::pi;
+    const auto seen = [&](double radius, double angle) {
+        return std::atan2(radius * std::sin(angle), outer - radius * std::cos(angle));
+    };
+    Document document;
+    document.name = "sector";
+    document.entities = {shapeEntity("outer", ArcShape{{0, 0}, outer, pi - farther, pi + farther}),
+                         shapeEntity("inner", ArcShape{{0, 0}, inner, pi - nearer, pi + nearer}),
+                         shapeEntity("low", ArcShape{{-outer, 0}, round, -seen(outer, farther), -seen(inner, nearer)}),
+                         shapeEntity("high", ArcShape{{-outer, 0}, round, seen(inner, nearer), seen(outer, farther)})};
+    document.constraints = {
+        constraintOf("c0", ConstraintType::coincident, {{"outer", PlaceKind::start}, {"high", PlaceKind::end}}),
+        constraintOf("c1", ConstraintType::coincident, {{"outer", PlaceKind::end}, {"low", PlaceKind::start}}),
+        constraintOf("c2", ConstraintType::concentric, {{"outer", PlaceKind::centre}, {"inner", PlaceKind::centre}}),
+        constraintOf("c3", ConstraintType::coincident, {{"inner", PlaceKind::start}, {"high", PlaceKind::start}}),
+        constraintOf("c4", ConstraintType::coincident, {{"inner", PlaceKind::end}, {"low", PlaceKind::end}}),
+        constraintOf("c5", ConstraintType::concentric, {{"low", PlaceKind::centre}, {"high", PlaceKind::centre}}),
+        constraintOf("c6", ConstraintType::equal, {{"low"}, {"high"}})};
+    Session session(document);
+    EXPECT_EQ(errorOf(session, "set outer radius 17.75"), "");
+    const auto low = std::get<ArcShape>(entityNamed(session.document(), "low").shape);
+    EXPECT_NEAR(low.endAngle - low.startAngle, seen(outer, farther) - seen(inner, nearer), 0.02);
+    EXPECT_NEAR(low.radius, round, 0.1);
+}
+
 TEST(SetEdit, IsRefusedByTheConstraintsInItsWay) {
     Document document = frameDrawing();
     document.constraints.push_back(constraintOf("f0", ConstraintType::fixed, {{"left", PlaceKind::start}}));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <numeric>
 #include <optional>
 
@@ -38,6 +39,15 @@ std::optional<double> sizeOf(const SketchData& sketch, int number) {
     return {};
 }
 
+/// The sweep of an arc, in radians up to a full turn; nothing for others.
+std::optional<double> sweepOf(const SketchData& sketch, int number) {
+    if (sketch.entities[at(number)].kind != EntityKind::arc)
+        return {};
+    const std::span<const double> v = sketch.valuesOf(number);
+    const double turn = std::atan2(v[6] - v[1], v[5] - v[0]) - std::atan2(v[4] - v[1], v[3] - v[0]);
+    return turn < 0.0 ? turn + 2.0 * std::numbers::pi : turn;
+}
+
 int hold(SketchData& sketch, int number, double size) {
     const bool isLine = sketch.entities[at(number)].kind == EntityKind::line;
     SketchConstraint constraint;
@@ -55,7 +65,8 @@ bool isNear(double a, double b) {
 bool hasShrunk(const SketchData& before, const SketchData& after) {
     for (int i = 0; i < static_cast<int>(before.entities.size()); ++i) {
         const std::optional<double> was = sizeOf(before, i), is = sizeOf(after, i);
-        if (was && is && *was > 0.0 && *is < kShrunk * *was)
+        const std::optional<double> turned = sweepOf(before, i), turns = sweepOf(after, i);
+        if ((was && is && *was > 0.0 && *is < kShrunk * *was) || (turned && turns && *turns < kShrunk * *turned))
             return true;
     }
     return false;

@@ -397,6 +397,28 @@ TEST(LeastSurprise, GoesOnStraightWhereTwoWaysCross) {
     EXPECT_NEAR(sketch.at("mirror.end").y, joint.y, 1e-6);
 }
 
+/// The corners are arcs about the middle. They could stay on their circle until nothing is left of them, and beyond
+/// that nowhere.
+TEST(LeastSurprise, GrowsACircleBeforeItsArcsComeToNothing) {
+    SketchText sketch(
+        "fixed! point o 0,0; line a -16,-20 16,-20; line b 20,-16 20,16; line c 16,20 -16,20; line d -20,16 -20,-16; "
+        "arc ab 0,0 25.61249695 -51.34019175 -38.65980825; arc bc 0,0 25.61249695 38.65980825 51.34019175; "
+        "arc cd 0,0 25.61249695 128.65980825 141.34019175; arc da 0,0 25.61249695 218.65980825 231.34019175; "
+        "coincident a.end ab.start; coincident ab.end b.start; coincident b.end bc.start; coincident bc.end c.start; "
+        "coincident c.end cd.start; coincident cd.end d.start; coincident d.end da.start; coincident da.end a.start; "
+        "coincident ab.centre o; concentric ab.centre bc.centre; concentric ab.centre cd.centre; "
+        "concentric ab.centre da.centre; equal ab bc; equal ab cd; equal ab da; horizontal a; horizontal c; "
+        "vertical b; vertical d; equal a b; equal a c; equal a d; distance a = 32");
+    ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
+    sketch.sketch.takeReference();
+    const int length = static_cast<int>(sketch.sketch.constraints.size()) - 1;
+    for (const double value : {48.0, 96.0}) {
+        SketchData grown = sketch.sketch;
+        ASSERT_TRUE(solve(grown, {.values = {{length, value}}, .keepsShapes = true}).isSolved()) << value;
+        EXPECT_NEAR(grown.valuesOf(sketch.numbers.at("ab"))[2], 25.61249695 * value / 32.0, 0.05 * value) << value;
+    }
+}
+
 /// Where small steps end, the sketch is shaken, and what that has turned over is no place that the way led to.
 TEST(LeastSurprise, NeverTurnsAShortArcIntoAllOfItsCircle) {
     const std::string drawing =

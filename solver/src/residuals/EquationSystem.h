@@ -124,6 +124,7 @@ struct KeptSizes {
     std::vector<double> emphasis;  ///< how much more it counts than its weight says
     double sparedBelow = 0.0;      ///< smaller ones count more, by how much smaller they are
     std::vector<int> spared{};     ///< entities, ascending, whose sizes count as much more as any may
+    bool sparesFirst = false;      ///< those before all other sizes
 };
 
 /// Shapes whose sizes stay exactly; they may turn.

@@ -13,6 +13,9 @@ namespace {
 /// The first step on the way.
 constexpr double kFirstStep = 0.5;
 
+/// The longest step where something is spared: its size counts so much that a longer step finds it elsewhere.
+constexpr double kSparingStep = 0.125;
+
 /// Where not even the smallest step succeeds, the way is begun with this part of it: on the way there may be much that
 /// is smaller than a hundredth of it.
 constexpr double kFiner = 1.0 / 64;
@@ -55,11 +58,14 @@ std::vector<double> Following::Course::ahead(double part) const {
 
 Answer Following::run(const Manner& manner) {
     m_manner = manner;
+    m_spared = manner.spared;
     std::vector<double> values = m_way.start();
     double leastStep = manner.leastStep;
     double done = 0.0, step = kFirstStep;
     if (const auto& motion = m_way.motion(); motion && motion->angle() != 0.0)
         step = std::min(step, kLongestTurn / std::abs(motion->angle()));
+    if (!manner.spared.empty())
+        step = std::min(step, kSparingStep);
     const double longest = step;
     Course course(values);
     // Most ways that lead nowhere do so from the beginning, which few tries show.
@@ -119,6 +125,7 @@ Answer Following::run(const Manner& manner) {
         answer.result.reached = m_way.reachedAt(done < kLeastStep ? 0.0 : done);
         answer.values = std::move(values);
     }
+    answer.spared = m_spared;
     return answer;
 }
 
@@ -131,6 +138,8 @@ Answer Following::stepTo(double part, const std::vector<double>& values, const s
     step.targets = targets;
     step.kept = m_manner.kept;
     step.shapes = m_trying.shapes();
+    step.spared = m_manner.spared;
+    step.sparesFirst = !m_manner.spared.empty();
     if (m_manner.sparesSmall)
         step.sparedBelow = m_way.longest();
     if (m_manner.mayTurnRound)
@@ -138,6 +147,9 @@ Answer Following::stepTo(double part, const std::vector<double>& values, const s
     if (&from != &aims)
         step.aims = aims;
     Answer answer = m_trying.from(from, [&] { return m_trying.sparingSmall(step); });
+    if (step.spared.size() > m_spared.size())
+        m_spared = step.spared;
+    m_trying.spare(answer.result, m_spared);
     // Wishes make the equations many, and near a double root only few can be solved to the last digit.
     if (answer.result.status == SolveStatus::unreached && !step.shapes.empty()) {
         step.shapes = {};
@@ -173,6 +185,8 @@ Answer Following::stepOrNudge(double next, double step, const std::vector<double
     if (answer.isSolved() && !ahead.empty())
         return straightOn(next, values, ahead, std::move(answer));
     if (answer.isSolved() || isSpent(m_task.budget))
+        return answer;
+    if (answer.turnsRound && !m_manner.spared.empty())
         return answer;
     if (!ahead.empty())
         if (Answer straight = stepTo(next, values, ahead, values); straight.isSolved())

@@ -24,6 +24,7 @@ public:
         /// already. Nor does a sweep then change by more than half a turn on the whole way.
         bool mayTurnRound = true;
         bool sparesSmall = false;        ///< small sizes count more from the beginning
+        std::vector<int> spared{};       ///< and these entities' much more, ascending
         std::span<const Target> kept{};  ///< constants on the whole way
     };
 
@@ -62,6 +63,7 @@ private:
     const Task m_task;
     const std::function<std::vector<double>(const std::vector<double>&)> m_shaken;
     Manner m_manner;
+    std::vector<int> m_spared;
 };
 
 }  // namespace holdfast::solver::detail

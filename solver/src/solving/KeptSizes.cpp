@@ -11,6 +11,9 @@ namespace {
 /// How much more a size may count because it is small.
 constexpr double kScarcest = 1e2;
 
+/// And where it would come to nothing on a way: radii and bends that are tied to it rather grow by many times.
+constexpr double kSpared = 1e4;
+
 /// Parts of the sketch's size below which a length is none: so short a piece points nowhere.
 constexpr double kNothing = 1e-6;
 
@@ -55,10 +58,14 @@ public:
     void arc() {
         const CurveRef curve{m_shape.entity, -1};
         const Operand circle = *circleAt(sketch(), curve);
-        keep(formOf(ResidualKind::radiusIs), {circle}, SizeRow::Kind::bend);
+        const std::initializer_list<Operand> operands = {circle, *startOf(sketch(), curve), *endOf(sketch(), curve)};
         Equation form = formOf(ResidualKind::arcSweep);
         form.scale = sizeOf(sketch(), curve, m_builder.size());
-        keep(form, {circle, *startOf(sketch(), curve), *endOf(sketch(), curve)}, SizeRow::Kind::sweep);
+        form.value = 0.0;
+        // Of an arc that is short for its radius it is the sweep that is spared, by a radius that gives way.
+        const bool isFlat = std::abs(m_builder.residualAtReference(form, operands)) < form.scale;
+        keep(formOf(ResidualKind::radiusIs), {circle}, SizeRow::Kind::bend, !isFlat);
+        keep(form, operands, SizeRow::Kind::sweep);
         turn(entity().firstValue, entity().firstValue + 3);
     }
 
@@ -109,22 +116,23 @@ private:
         return {OperandKind::segment, {firstX, firstX + 1, secondX, secondX + 1}, {}};
     }
 
-    void keep(Equation form, std::initializer_list<Operand> operands, SizeRow::Kind kind) {
+    void keep(Equation form, std::initializer_list<Operand> operands, SizeRow::Kind kind, bool mayBeSpared = true) {
         form.value = 0.0;
         form.value = m_builder.residualAtReference(form, operands) / form.scale;
         const std::size_t number = m_builder.sizeCount();
         const bool isFirm = number < m_sizes.isFirm.size() && m_sizes.isFirm[number] != 0;
         const double given = number < m_sizes.emphasis.size() ? m_sizes.emphasis[number] : 1.0;
-        const double emphasis = given * (kind == SizeRow::Kind::turn ? 1.0 : scarcity(form.value * form.scale));
+        const double scarce = scarcity(form.value * form.scale, mayBeSpared);
+        const double emphasis = given * (kind == SizeRow::Kind::turn ? 1.0 : scarce);
         const double weight = kind == SizeRow::Kind::bend   ? m_shape.bendWeight
                               : kind == SizeRow::Kind::turn ? m_shape.turnWeight
                                                             : m_shape.lengthWeight;
         m_builder.addSize(form, operands, isFirm ? 0.0 : emphasis * weight, kind);
     }
 
-    double scarcity(double size) const {
-        if (std::binary_search(m_sizes.spared.begin(), m_sizes.spared.end(), m_shape.entity))
-            return kScarcest;
+    double scarcity(double size, bool mayBeSpared) const {
+        if (mayBeSpared && std::binary_search(m_sizes.spared.begin(), m_sizes.spared.end(), m_shape.entity))
+            return m_sizes.sparesFirst ? kSpared : kScarcest;
         return std::clamp(m_sizes.sparedBelow / std::max(std::abs(size), m_builder.size() * kNothing), 1.0, kScarcest);
     }
 

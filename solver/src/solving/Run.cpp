@@ -63,8 +63,12 @@ Run::Run(const SketchData& sketch, const Task& task) : m_sketch(sketch), m_task(
 }
 
 EquationSystem Run::systemFor(const SketchData& sketch, const Task& task) {
-    KeptSizes sizes{
-        {task.shapes.begin(), task.shapes.end()}, task.isFirm, task.emphasis, task.sparedBelow, task.spared};
+    KeptSizes sizes{{task.shapes.begin(), task.shapes.end()},
+                    task.isFirm,
+                    task.emphasis,
+                    task.sparedBelow,
+                    task.spared,
+                    task.sparesFirst};
     if (task.level != RelaxationLevel::exact) {
         const double weight = task.level == RelaxationLevel::sizes ? 0.0 : kSizeWeight;
         for (const int number : task.edited)

@@ -20,6 +20,7 @@ struct Task {
     std::vector<double> emphasis{};      ///< of those sizes; see KeptSizes
     double sparedBelow = 0.0;            ///< the same
     std::vector<int> spared{};           ///< the same
+    bool sparesFirst = false;            ///< the same
     std::span<const double> aims{};      ///< where values would like to be; empty: where they are
     std::span<const double> passed{};    ///< values of the last place on the way; see SolverState::setPassed
     double least = SolverState::kLeast;  ///< see SolverState::setLeast

@@ -42,6 +42,9 @@ constexpr int kMostUpright = 3;
 constexpr double kNudge = 1e-4;
 constexpr int kMostNudges = 3;
 
+/// How often a way is followed again with what would vanish on it counting more.
+constexpr int kMostSparing = 3;
+
 /// The shortest turn that is worth carrying everything along, in radians.
 constexpr double kTurned = 0.3;
 
@@ -224,10 +227,7 @@ private:
             return keeping;
         Answer followed = follow({.leastStep = atOnce.isSolved() ? Following::kNudged : Following::kLeastStep,
                                   .mayTurnRound = !atOnce.isSolved()});
-        const bool isPartly = !followed.isSolved() && followed.result.reached && followed.result.reached->part > 0.0;
-        if (isPartly && !atOnce.isSolved())
-            if (Answer sparing = follow({.sparesSmall = true}); sparing.isSolved())
-                followed = std::move(sparing);
+        followed = followSparing(std::move(followed), atOnce.isSolved());
         if (followed.isSolved() && (!atOnce.isSolved() || isReversed(atOnce) || isLessSurprising(followed, atOnce)))
             return orAlong(std::move(followed));
         if (atOnce.isSolved())
@@ -244,6 +244,29 @@ private:
         if (followed.result.degeneracy)
             careful.result.degeneracy = followed.result.degeneracy;
         return careful;
+    }
+
+    /// Where a way has ended, or has led over something that points the other way after it, it is followed again with
+    /// what came to nothing there counting more, as long as that leads farther.
+    Answer followSparing(Answer followed, bool isAnswered) {
+        const auto partOf = [](const Answer& answer) {
+            return answer.isSolved() ? 1.0 : answer.result.reached ? answer.result.reached->part : 0.0;
+        };
+        for (int i = 0; i < kMostSparing; ++i) {
+            const bool wouldVanish = !followed.spared.empty();
+            const bool isPartly = !followed.isSolved() && partOf(followed) > 0.0;
+            const bool isOver = wouldVanish && followed.isSolved() && isReversed(followed);
+            if (!isOver && !(isPartly && (wouldVanish || !isAnswered)))
+                break;
+            Answer sparing = follow({.mayTurnRound = !wouldVanish, .sparesSmall = true, .spared = followed.spared});
+            if (!sparing.isSolved() && (isOver || partOf(sparing) <= partOf(followed)))
+                break;
+            const bool sparesMore = sparing.spared.size() > followed.spared.size();
+            followed = std::move(sparing);
+            if (followed.isSolved() || !sparesMore)
+                break;
+        }
+        return followed;
     }
 
     /// An edit that no way leads to may stand where no slope tells one.
@@ -403,6 +426,10 @@ private:
         Task settling = task(RelaxationLevel::exact, true);
         const std::vector<double> aims = m_work.values;
         settling.aims = aims;
+        settling.spared = manner.spared;
+        settling.sparesFirst = !manner.spared.empty();
+        if (manner.sparesSmall)
+            settling.sparedBelow = m_way->longest();
         if (manner.mayTurnRound)
             settling.passed = last.values;
         Answer settled = m_trying.from(last.values, [&] { return tryKeepingPlaces(settling); });
@@ -412,6 +439,7 @@ private:
             (!turnedOver(settled).empty() && turnedOver(last).empty()))
             return last;
         settled.result.iterations += last.result.iterations;
+        settled.spared = std::move(last.spared);
         return settled;
     }
 

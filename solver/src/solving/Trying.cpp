@@ -108,7 +108,6 @@ Answer Trying::sparingSmall(Task& task) {
     return answer;
 }
 
-/// Adds what has degenerate to what is spared; false when nothing is to be added.
 bool Trying::spare(const SolveResult& result, std::vector<int>& spared) const {
     if (result.status != SolveStatus::degenerate || !result.degeneracy)
         return false;

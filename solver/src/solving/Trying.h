@@ -28,6 +28,7 @@ struct Answer {
     bool turnsRound = false;    ///< it would hold, but a line points the other way; it is told as unreached
     bool isContradicted = false;
     std::vector<int> suspects, concerned;
+    std::vector<int> spared;  ///< entities that would have become nothing on the way, ascending
 
     bool isSolved() const { return result.isSolved(); }
 };
@@ -64,6 +65,9 @@ public:
     /// And where something small would vanish, once more with small sizes spared.
     Answer sparingSmall(Task& task);
 
+    /// Adds what has degenerate to what is spared; false when nothing is to be added.
+    bool spare(const SolveResult& result, std::vector<int>& spared) const;
+
     /// With the shapes as wishes; then those sizes that came out as they were are kept exactly. Without any wishes
     /// where that fails.
     Answer keepingShapes(Task task);
@@ -82,7 +86,6 @@ public:
 private:
     Answer bettering(const std::vector<double>& values, const Task& task);
     Answer wishing(Task task);
-    bool spare(const SolveResult& result, std::vector<int>& spared) const;
     Answer changingFewest(Task task, Answer wished);
     void keepAlso(Task& task, std::span<const int> sizes, Answer& best, int most);
     std::vector<KeptShape> unturned() const;
