@@ -81,11 +81,29 @@ bool isFarAway(const SketchData& before, const SketchData& after) {
     return false;
 }
 
+/// A line that points the other way has what was on its left on its right.
+bool pointsBack(const SketchData& before, const SketchData& after, int number) {
+    if (before.entities[at(number)].kind != EntityKind::line)
+        return false;
+    const std::span<const double> v = before.valuesOf(number), w = after.valuesOf(number);
+    return (v[2] - v[0]) * (w[2] - w[0]) + (v[3] - v[1]) * (w[3] - w[1]) < 0.0;
+}
+
 }  // namespace
 
 double worstResidual(const SketchData& before, const SketchData& after) {
-    const std::vector<double> misses = violationsOf(after);
-    return *std::max_element(misses.begin(), misses.end()) / before.size();
+    SketchData anew = after;
+    anew.takeReference();
+    const std::vector<double> misses = violationsOf(after), missesAnew = violationsOf(anew);
+    double worst = misses.back();
+    for (std::size_t c = 0; c < after.constraints.size(); ++c) {
+        const auto& refs = after.constraints[c].refs;
+        const bool isTurned = std::any_of(refs.begin(), refs.end(), [&](const SketchPlace& place) {
+            return pointsBack(before, after, place.entity);
+        });
+        worst = std::max(worst, isTurned ? missesAnew[c] : misses[c]);
+    }
+    return worst / before.size();
 }
 
 bool isSoundAfter(const SketchData& before, const SketchData& after) {
