@@ -62,10 +62,11 @@ double GaussianElimination::largestEntry() const {
 
 bool GaussianElimination::add(const Entries& entries) {
     double square = 0.0;
-    for (const auto& [column, value] : entries)
+    // Of what was given: entries of one column may cancel each other out, and what rounding leaves of them is nothing.
+    for (const auto& [column, value] : entries) {
         put(column, value);
-    for (const int column : m_touched)
-        square += m_work[at(column)] * m_work[at(column)];
+        square += value * value;
+    }
     // A row is reduced by the rows before in the order of their making: each holds none of the pivots made earlier.
     while (!m_heap.empty()) {
         std::pop_heap(m_heap.begin(), m_heap.end(), std::greater<>());
