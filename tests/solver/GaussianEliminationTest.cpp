@@ -22,6 +22,14 @@ TEST(GaussianElimination, AddsUpRepeatedColumns) {
     EXPECT_FALSE(rows.add({{0, 5.0}}));
 }
 
+/// A length that is compared with itself, by way of other places: what is left of it is rounding.
+TEST(GaussianElimination, CallsARowSpareOfWhichOnlyRoundingIsLeft) {
+    GaussianElimination elimination(2);
+    const double slope = 0.1 + 0.2;
+    EXPECT_FALSE(elimination.add({{0, -slope}, {1, 0.5}, {0, 0.3}, {1, -0.5}}));
+    EXPECT_TRUE(elimination.add({{0, 1.0}}));
+}
+
 TEST(GaussianElimination, CountsTheRankOfAProductOfRandomMatrices) {
     constexpr int size = 60, rank = 23;
     std::mt19937 random(7);
