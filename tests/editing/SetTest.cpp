@@ -86,12 +86,11 @@ TEST(SetEdit, GivesAConstrainedEntityEveryPropertyAndTakesWhatIsTiedToItAlong) {
     }
 }
 
-/// The inner rim would have to keep its radius until the rounded ends of the sector have come to nothing.
-TEST(SetEdit, KeepsTheEndsOfARingSectorThatBecomesSmaller) {
-    constexpr double outer = 35.5, inner = 32.0, round = 10.0;
+/// Two rims about one centre, and between them the rounded ends of the sector, which lie on the inner rim or end in it.
+Document ringSector(bool endsInInnerRim) {
+    constexpr double outer = 35.5, inner = 32.0, round = 10.0, pi = std::numbers::pi;
     const double farther = 2.0 * std::asin(0.5 * round / outer);
     const double nearer = std::acos((inner * inner + outer * outer - round * round) / (2.0 * inner * outer));
-    const double pi = std::numbers::pi;
     const auto seen = [&](double radius, double angle) {
         return std::atan2(radius * std::sin(angle), outer - radius * std::cos(angle));
     };
@@ -101,19 +100,53 @@ TEST(SetEdit, KeepsTheEndsOfARingSectorThatBecomesSmaller) {
                          shapeEntity("inner", ArcShape{{0, 0}, inner, pi - nearer, pi + nearer}),
                          shapeEntity("low", ArcShape{{-outer, 0}, round, -seen(outer, farther), -seen(inner, nearer)}),
                          shapeEntity("high", ArcShape{{-outer, 0}, round, seen(inner, nearer), seen(outer, farther)})};
+    const ConstraintType tie = endsInInnerRim ? ConstraintType::coincident : ConstraintType::pointOnCurve;
+    const PlaceKind first = endsInInnerRim ? PlaceKind::start : PlaceKind::whole;
+    const PlaceKind second = endsInInnerRim ? PlaceKind::end : PlaceKind::whole;
     document.constraints = {
         constraintOf("c0", ConstraintType::coincident, {{"outer", PlaceKind::start}, {"high", PlaceKind::end}}),
         constraintOf("c1", ConstraintType::coincident, {{"outer", PlaceKind::end}, {"low", PlaceKind::start}}),
         constraintOf("c2", ConstraintType::concentric, {{"outer", PlaceKind::centre}, {"inner", PlaceKind::centre}}),
-        constraintOf("c3", ConstraintType::coincident, {{"inner", PlaceKind::start}, {"high", PlaceKind::start}}),
-        constraintOf("c4", ConstraintType::coincident, {{"inner", PlaceKind::end}, {"low", PlaceKind::end}}),
+        constraintOf("c3", tie, {{"high", PlaceKind::start}, {"inner", first}}),
+        constraintOf("c4", tie, {{"low", PlaceKind::end}, {"inner", second}}),
         constraintOf("c5", ConstraintType::concentric, {{"low", PlaceKind::centre}, {"high", PlaceKind::centre}}),
         constraintOf("c6", ConstraintType::equal, {{"low"}, {"high"}})};
-    Session session(document);
+    return document;
+}
+
+/// The ends lie on the inner rim, which a mark on an axis belongs to.
+Document markedSector() {
+    Document document = ringSector(false);
+    document.entities.push_back(lineEntity("mark", {-31.5, 0}, {-32, 0}));
+    document.entities.push_back(shapeEntity("axis", XlineShape{{0, 0}, {1, 0}}));
+    document.entities.back().fixed = true;
+    const Place end{"mark", PlaceKind::end};
+    document.constraints.push_back(constraintOf("m0", ConstraintType::pointOnCurve, {end, {"inner"}}));
+    document.constraints.push_back(constraintOf("m1", ConstraintType::horizontal, {{"mark"}}));
+    document.constraints.push_back(constraintOf("m2", ConstraintType::pointOnCurve, {end, {"axis"}}));
+    document.constraints.push_back(constraintOf("m3", ConstraintType::distance, {{"mark"}}));
+    document.constraints.back().value = 0.5;
+    return document;
+}
+
+double sweepOf(const Document& document, const char* name) {
+    const auto arc = std::get<ArcShape>(entityNamed(document, name).shape);
+    return arc.endAngle - arc.startAngle;
+}
+
+/// The inner rim would have to keep its radius until the rounded ends of the sector have come to nothing.
+TEST(SetEdit, KeepsTheEndsOfARingSectorThatBecomesSmaller) {
+    Session session(ringSector(true));
     EXPECT_EQ(errorOf(session, "set outer radius 17.75"), "");
-    const auto low = std::get<ArcShape>(entityNamed(session.document(), "low").shape);
-    EXPECT_NEAR(low.endAngle - low.startAngle, seen(outer, farther) - seen(inner, nearer), 0.02);
-    EXPECT_NEAR(low.radius, round, 0.1);
+    EXPECT_NEAR(sweepOf(session.document(), "low"), sweepOf(ringSector(true), "low"), 0.02);
+    EXPECT_NEAR(std::get<ArcShape>(entityNamed(session.document(), "low").shape).radius, 10.0, 0.1);
+}
+
+/// A radius is asked for, and not that its arc comes to nothing.
+TEST(SetEdit, OfARadiusLeavesSomethingOfTheArc) {
+    Session session(markedSector());
+    EXPECT_EQ(errorOf(session, "set outer radius 17.75"), "");
+    EXPECT_GE(sweepOf(session.document(), "outer"), 0.01 * sweepOf(markedSector(), "outer"));
 }
 
 TEST(SetEdit, IsRefusedByTheConstraintsInItsWay) {

@@ -176,6 +176,9 @@ public:
         }
     }
 
+    /// Only of an arc's sweep.
+    bool isInSweep() const { return m_entity.kind == EntityKind::arc && arcSweepFell(); }
+
 private:
     bool fell(double before, double now, double nothing) const {
         return before > nothing && !(now >= m_least * before);
@@ -250,12 +253,13 @@ std::optional<Degeneracy> findFlaw(const SketchData& sketch, Values now, double 
 }
 
 std::optional<Degeneracy> findRuined(const SketchData& sketch, Values now, double size, std::span<const int> entities,
-                                     std::span<const char> isAsked, double least) {
+                                     std::span<const Asked> asked, double least) {
     for (const int number : entities) {
         if (isBeyond(sketch, sketch.entities[at(number)], now, size))
             return Degeneracy{number, -1, wholeName(sketch, number) + " would go far out of the drawing"};
-        const bool mayShrink = at(number) < isAsked.size() && isAsked[at(number)] != 0;
-        if (!mayShrink && Shrinking(sketch, number, now, least, kCollapsed * size).isFound())
+        const Asked ask = at(number) < asked.size() ? asked[at(number)] : Asked::nothing;
+        const Shrinking shrinking(sketch, number, now, least, kCollapsed * size);
+        if ((ask == Asked::nothing && shrinking.isFound()) || (ask == Asked::radius && shrinking.isInSweep()))
             return Degeneracy{number, -1, wholeName(sketch, number) + " would shrink to next to nothing"};
     }
     return std::nullopt;

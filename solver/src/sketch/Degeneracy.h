@@ -32,13 +32,17 @@ inline std::optional<Degeneracy> findFlaw(const SketchData& sketch, const Equati
 
 /// The first of the entities of which a length, a radius or a sweep has shrunk below this part of what it was at the
 /// reference, or of which a point has gone beyond all bounds: 1e4 times the sketch's size from where it was.
-/// isAsked: entities, by number, whose sizes the edit is about; they may shrink. Empty: none.
+/// What the edit asks of entities, by number; empty: nothing.
+enum class Asked : char {
+    nothing,
+    radius,  ///< of an arc its radius or its centre: the sweep may not shrink
+    sizes    ///< its sizes may shrink
+};
 std::optional<Degeneracy> findRuined(const SketchData& sketch, std::span<const double> now, double size,
-                                     std::span<const int> entities, std::span<const char> isAsked, double least);
+                                     std::span<const int> entities, std::span<const Asked> asked, double least);
 inline std::optional<Degeneracy> findRuined(const SketchData& sketch, const EquationSystem& system,
-                                            std::span<const int> entities, std::span<const char> isAsked,
-                                            double least) {
-    return findRuined(sketch, system.values, system.size, entities, isAsked, least);
+                                            std::span<const int> entities, std::span<const Asked> asked, double least) {
+    return findRuined(sketch, system.values, system.size, entities, asked, least);
 }
 
 /// True when a length, a radius or a sweep of one of the entities is below this part of what it was at the reference.

@@ -142,9 +142,9 @@ void SolverState::aimAt(std::span<const double> values) {
     std::copy(values.begin(), values.begin() + m_system.figureValueCount, m_start.begin());
 }
 
-void SolverState::askOf(int entity) {
-    m_isAsked.resize(m_sketch.entities.size(), 0);
-    m_isAsked[at(entity)] = 1;
+void SolverState::askOf(int entity, Asked what) {
+    m_asked.resize(m_sketch.entities.size(), Asked::nothing);
+    m_asked[at(entity)] = std::max(m_asked[at(entity)], what);
 }
 
 bool SolverState::concernsConstraint(int constraint) const {
@@ -224,11 +224,15 @@ bool SolverState::hasMoved(std::size_t v) const {
 
 void SolverState::wish(int value, double target, double emphasis) {
     m_wishes[value] = {target, emphasis};
-    askOf(m_system.entityOfValue[at(value)]);
+    const int number = m_system.entityOfValue[at(value)];
+    askOf(number, m_sketch.entities[at(number)].kind == EntityKind::arc ? Asked::radius : Asked::sizes);
 }
 
 bool SolverState::pin(int value, double goal) {
-    askOf(m_system.entityOfValue[at(value)]);
+    const int number = m_system.entityOfValue[at(value)];
+    const SketchEntity& entity = m_sketch.entities[at(number)];
+    const bool isEnd = entity.kind == EntityKind::arc && value > entity.firstValue + 2;
+    askOf(number, entity.kind == EntityKind::arc && !isEnd ? Asked::radius : Asked::sizes);
     const ValueLink& link = m_system.links[at(value)];
     const double tolerance = SketchData::kHolds * m_system.tolerance / m_system.metric[at(value)];
     if (link.unknown < 0)
@@ -313,7 +317,7 @@ std::optional<Degeneracy> SolverState::degeneracyIn(std::span<const int> entitie
                                                     double margin) const {
     if (auto degeneracy = findFlaw(m_sketch, m_system, entities, margin, m_passed))
         return degeneracy;
-    if (auto degeneracy = findRuined(m_sketch, m_system, entities, m_isAsked, margin * m_least))
+    if (auto degeneracy = findRuined(m_sketch, m_system, entities, m_asked, margin * m_least))
         return degeneracy;
     return findTurnedTangency(m_sketch, m_system, senses);
 }
@@ -334,9 +338,9 @@ std::optional<Degeneracy> SolverState::degeneracyInConstants() const {
 }
 
 std::optional<Degeneracy> SolverState::ruinInConstants() const {
-    if (auto degeneracy = findRuined(m_sketch, m_system, m_displaced, m_isAsked, m_least))
+    if (auto degeneracy = findRuined(m_sketch, m_system, m_displaced, m_asked, m_least))
         return degeneracy;
-    return findRuined(m_sketch, m_system, hangingOnPins(), m_isAsked, m_least);
+    return findRuined(m_sketch, m_system, hangingOnPins(), m_asked, m_least);
 }
 
 /// Entities that the edit does not name, but of which it makes a value constant: with nothing else about them left to
@@ -346,7 +350,8 @@ std::vector<int> SolverState::hangingOnPins() const {
     for (const auto& [unknown, goal] : m_pins)
         pinned.push_back(unknown);
     std::vector<int> hanging = entitiesOf(m_system, pinned);
-    std::erase_if(hanging, [&](int number) { return at(number) < m_isAsked.size() && m_isAsked[at(number)] != 0; });
+    std::erase_if(hanging,
+                  [&](int number) { return at(number) < m_asked.size() && m_asked[at(number)] == Asked::sizes; });
     return hanging;
 }
 

@@ -44,7 +44,7 @@ public:
     void aimAt(std::span<const double> values);
 
     /// The edit is about sizes of this entity: they may shrink as far as it takes.
-    void askOf(int entity);
+    void askOf(int entity, Asked what = Asked::sizes);
 
     /// The part of what it was below which no other size may shrink.
     void setLeast(double least) { m_least = least; }
@@ -158,7 +158,7 @@ private:
     std::vector<int> m_touched;
     Budget* m_budget = nullptr;
     std::vector<char> m_isConcerned, m_isConcernedUnknown;  ///< by entity and by unknown; empty: all are
-    std::vector<char> m_isAsked;                            ///< by entity
+    std::vector<Asked> m_asked;                             ///< by entity; may be shorter
     double m_least = kLeast;
     std::span<const double> m_passed;
     bool m_isQuick = false, m_isNearest = true;
