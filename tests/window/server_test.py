@@ -268,7 +268,7 @@ def each_tab_is_recovered(folder):
             window.do("edit", "draw circle 40,70 radius 5 as moon")
             second = window.copy("drawing.json")
         patience = time.time() + 5
-        while len(list(path.parent.glob("both.unsaved*"))) < 2 and time.time() < patience:
+        while len(list(path.parent.glob("both.unsaved*.json"))) < 2 and time.time() < patience:
             time.sleep(0.05)
         window.process.kill()
     with Window(PROGRAM, path) as window:
