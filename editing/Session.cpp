@@ -15,6 +15,7 @@
 #include "editing/Refusal.h"
 #include "editing/aftermath/Aftermath.h"
 #include "editing/aftermath/FormulaFollowing.h"
+#include "editing/commands/move/Pull.h"
 #include "editing/constraints/HoldingConstraints.h"
 #include "editing/fates/Freedom.h"
 #include "editing/fates/TouchedFreedom.h"
@@ -77,6 +78,7 @@ Session::~Session() = default;
 
 void Session::openAgain() {
     document();
+    m_pull.reset();
     m_evaluator.reset();
     m_drawing.reset();
     m_drawing = std::make_unique<Drawing>(m_document, m_next);
@@ -157,6 +159,23 @@ Trial Session::trial(std::string_view edit) {
     return trial;
 }
 
+/// What cannot be looked at so is told by a trial, with the reason.
+std::optional<Glimpse> Session::glimpse(std::string_view edit) {
+    const HostProcess::Scope bound(drawing().process());
+    try {
+        const Edit read = parseFor(edit, *m_drawing);
+        const auto* drag = std::get_if<Drag>(&read);
+        if (drag == nullptr || drag->steps.value != 1)
+            return std::nullopt;
+        if (m_pull == nullptr || !m_pull->holds(*drag))
+            m_pull = std::make_unique<Pull>(*drag, *m_drawing, *m_evaluator, document());
+        return m_pull->by(drag->by);
+    } catch (...) {
+        m_pull.reset();
+        return std::nullopt;
+    }
+}
+
 /// A step's change, which the document has not heard of and the host forgets.
 DrawingChange Session::takenOut(Step step) noexcept {
     m_pending.clear();
@@ -189,6 +208,7 @@ std::optional<Refusal> Session::check(const Edit& edit) {
 const EditResult& Session::transact(std::string_view text, const std::function<Edit()>& read) {
     const HostProcess::Scope bound(drawing().process());
     const auto start = std::chrono::steady_clock::now();
+    m_pull.reset();
     EditResult result;
     attempt(text, read, result);
     result.time = std::chrono::steady_clock::now() - start;

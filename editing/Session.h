@@ -11,6 +11,7 @@
 #include "document/DrawingChange.h"
 #include "editing/Edit.h"
 #include "editing/EditError.h"
+#include "editing/Glimpse.h"
 #include "editing/RefusalFacts.h"
 #include "editing/Uses.h"
 #include "editing/fates/Fates.h"
@@ -25,6 +26,7 @@ class HostEvaluator;
 namespace holdfast::editing {
 
 struct EditContext;
+class Pull;
 
 /// What became of one edit.
 struct EditResult {
@@ -76,6 +78,10 @@ public:
     /// knows nothing of it. To undo and redo there is nothing to try: they are refused. Cost: that of the edit, and of
     /// opening anew in the host what it touches.
     Trial trial(std::string_view edit);
+    /// What a drag would move, as trial() would tell it; for a hand that pulls, which asks for one drag after another
+    /// of the same places. Nothing for other edits, for those that are refused, and where only a trial tells. Cost: the
+    /// first time the drawing, then the solve and what moves, as long as nothing else is asked of the session.
+    std::optional<Glimpse> glimpse(std::string_view edit);
     /// What edits have done since document() was asked last, one change for each edit, in their order; valid until
     /// document() is asked again or another edit is done.
     const std::vector<DrawingChange>& changes() const { return m_pending; }
@@ -141,6 +147,7 @@ private:
     std::optional<int> m_freedom;  ///< of the drawing without the edit that is being done; none: not counted
     std::unique_ptr<Drawing> m_drawing;
     std::unique_ptr<HostEvaluator> m_evaluator;
+    std::unique_ptr<Pull> m_pull;  ///< that was looked at last; of the drawing as it is
 };
 
 }  // namespace holdfast::editing

@@ -3,7 +3,11 @@
 #include <nlohmann/json.hpp>
 
 #include <array>
+#include <charconv>
+#include <cmath>
+#include <variant>
 
+#include "apps/window/DrawingJson.h"
 #include "document/Names.h"
 #include "editing/Verbs.h"
 #include "editing/fates/SpokenFreedom.h"
@@ -23,6 +27,35 @@ Json fateJson(const ConstraintOutcome& outcome) {
     for (const PlaceMove& move : outcome.moves)
         json["moves"].push_back({{"from", spokenPlace(move.from)}, {"to", spokenPlace(move.to)}});
     return json;
+}
+
+void addNumber(double number, std::string& text) {
+    std::array<char, 32> digits;
+    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+    text.append(digits.data(), written.ptr);
+}
+
+void addPoint(std::string_view name, Vec2 point, std::string& text) {
+    text += name;
+    addNumber(point.x, text);
+    text += ',';
+    addNumber(point.y, text);
+    text += ']';
+}
+
+/// The same as the text of entityJson(), made at once for what drawings have most of: a hand that pulls waits for it.
+void addText(const Entity& entity, std::string& text) {
+    const auto* line = std::get_if<LineShape>(&entity.shape);
+    const bool isPlain = line != nullptr && !entity.construction && !entity.fixed && std::isfinite(line->start.x) &&
+                         std::isfinite(line->start.y) && std::isfinite(line->end.x) && std::isfinite(line->end.y);
+    if (!isPlain) {
+        text += textOf(entityJson(entity));
+        return;
+    }
+    text += "{\"id\":" + textOf(entity.id) + ",\"type\":\"line\"";
+    addPoint(",\"start\":[", line->start, text);
+    addPoint(",\"end\":[", line->end, text);
+    text += '}';
 }
 
 Json fateJson(const EntityOutcome& outcome) {
@@ -123,6 +156,27 @@ Json resultJson(const EditResult& result) {
     if (outcome.shortfall.by > 0.0)
         json["shortfall"] = {{"by", outcome.shortfall.by}, {"heldBackBy", outcome.shortfall.heldBackBy}};
     return json;
+}
+
+std::string glimpseText(const Glimpse& glimpse, std::string_view edit, std::uint64_t number) {
+    Json json{{"text", edit},
+              {"done", true},
+              {"error", ""},
+              {"isGlimpse", true},
+              {"remarks", Json::array()},
+              {"constraints", Json::array()},
+              {"entities", Json::array()},
+              {"number", number}};
+    for (const std::string& name : glimpse.edited)
+        json["entities"].push_back({{"id", name}, {"fate", "edited"}});
+    std::string text = textOf(json);
+    text.pop_back();
+    text += ",\"change\":{\"erased\":[],\"deleted\":[],\"entities\":[";
+    for (const Entity& entity : glimpse.entities) {
+        addText(entity, text);
+        text += &entity == &glimpse.entities.back() ? "" : ",";
+    }
+    return text + "],\"constraints\":" + listText(glimpse.constraints, constraintJson) + "}}";
 }
 
 Json freedomJson(const Document& document) {

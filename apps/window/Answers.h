@@ -1,14 +1,20 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "apps/window/Uses.h"
+#include "editing/Glimpse.h"
 #include "editing/Session.h"
 
 namespace holdfast::window {
 
 /// What became of an edit: done or refused and why, the fates of constraints and entities.
 Json resultJson(const EditResult& result);
+
+/// A glimpse in the form of a result with its change, marked as one.
+std::string glimpseText(const Glimpse& glimpse, std::string_view edit, std::uint64_t number);
 
 /// What is free, what is too much, and what does not hold: of the drawing, of each entity, of each constraint. Cost: a
 /// diagnosis of the drawing.

@@ -29,6 +29,9 @@ namespace {
 /// How far curves that a .dxf file cannot hold may deviate there, in the drawing's unit: what `convert` takes.
 constexpr double kFlattening = 0.01;
 
+/// Entities and constraints of a drawing in which a whole trial is done within a frame, whatever moves.
+constexpr std::size_t kTriedAtOnce = 500;
+
 Json saved(const std::string& error) {
     return {{"done", error.empty()}, {"error", error}};
 }
@@ -189,6 +192,19 @@ std::string OpenDrawing::told(const EditResult& result, bool hasChanged) const {
 
 std::string OpenDrawing::trial(std::string_view text) {
     const std::lock_guard lock(m_mutex);
+    return tried(text);
+}
+
+std::string OpenDrawing::pull(std::string_view text) {
+    const std::lock_guard lock(m_mutex);
+    const Document& document = m_shown->session->document();
+    if (document.entities.size() + document.constraints.size() > kTriedAtOnce)
+        if (const std::optional<Glimpse> glimpse = m_shown->session->glimpse(text))
+            return glimpseText(*glimpse, text, m_number);
+    return tried(text);
+}
+
+std::string OpenDrawing::tried(std::string_view text) {
     const Trial trial = m_shown->session->trial(text);
     Json json = resultJson(trial.result);
     json["change"] = changeJson(trial.change);

@@ -36,6 +36,9 @@ public:
     std::string follow(std::string_view text);
     /// What an edit would do.
     std::string trial(std::string_view text);
+    /// The same for a hand that pulls and asks again and again. Of a large drawing a glimpse, where there is one: it
+    /// says so, and a trial tells the rest.
+    std::string pull(std::string_view text);
     /// Degrees of freedom, contradictions. Works on a copy: edits need not wait for it.
     std::string freedom();
     /// Into the file that was opened. What others have written there since is left alone, and it is asked, unless
@@ -74,6 +77,7 @@ public:
 private:
     struct Shown;
     std::string done(std::string_view text, bool follows);
+    std::string tried(std::string_view text);
     std::string told(const EditResult& result, bool hasChanged) const;
     const EditResult& doOne(std::string_view text, bool follows);
     std::string editLog() const;

@@ -248,6 +248,7 @@ struct Server::Inside {
         addPost("edit", [](OpenDrawing& drawing, Edit edit) { return drawing.edit(edit); });
         addPost("follow", [](OpenDrawing& drawing, Edit edit) { return drawing.follow(edit); });
         addPost("try", [](OpenDrawing& drawing, Edit edit) { return drawing.trial(edit); });
+        addPost("pull", [](OpenDrawing& drawing, Edit edit) { return drawing.pull(edit); });
         addPost("save", [this](OpenDrawing& drawing, Edit how) {
             std::string answer = drawing.save(how == "over");
             tabs.tellWritten();

@@ -1,5 +1,9 @@
 #include "apps/window/Window.h"
 
+#if __has_include(<malloc.h>)
+#include <malloc.h>
+#endif
+
 #include <csignal>
 #include <utility>
 
@@ -35,6 +39,16 @@ private:
     sigset_t m_signals{};
 };
 
+/// What a step of a pull needs, the next one needs again: given back to the system in between it would be asked for,
+/// and cleared, a hundred times in a second.
+void keepMemory() {
+#ifdef M_TRIM_THRESHOLD
+    constexpr int most = 256 << 20, large = 64 << 20;  // bytes
+    mallopt(M_TRIM_THRESHOLD, most);
+    mallopt(M_MMAP_THRESHOLD, large);
+#endif
+}
+
 void waitForTheEnd(const Interrupts& interrupts, Tabs& tabs, const WindowOptions& options) {
     while (!interrupts.hasCome() && !tabs.goneFor(options.linger))
         for (const std::string& failure : tabs.keep())
@@ -50,6 +64,7 @@ bool goesOnByItself(const std::filesystem::path& kept) {
 
 void showWindow(DrawingFile file, Document document, const WindowOptions& options) {
     const Interrupts interrupts;
+    keepMemory();
     const std::string name = file.fileName();
     Tabs tabs(std::make_shared<OpenedFile>(std::move(file), std::move(document)));
     for (const std::filesystem::path& kept : tabs.behind())

@@ -163,11 +163,11 @@ class Table:
               f"{'  too much' if misses else ''}", flush=True)
 
 
-def server_steps(window, frames):
+def server_steps(window, name, frames):
     times = []
     for frame in range(frames):
         start = time.perf_counter()
-        result = window.do("try", f"drag s0_0.start by {-0.01 * (frame + 1):.2f},{-0.02 * (frame + 1):.2f}")
+        result = window.do(name, f"drag s0_0.start by {-0.01 * (frame + 1):.2f},{-0.02 * (frame + 1):.2f}")
         times.append(1000 * (time.perf_counter() - start))
         if not result["done"]:
             raise RuntimeError(result["error"])
@@ -233,8 +233,9 @@ def measure_drag(table, browser, folder, boxes, most):
     path.write_text(json.dumps(drawing))
     with Window(browser.program, path) as window:
         before, steps = spent_by(window.process), 60
-        table.tell(f"drag, {size}: server's step", server_steps(window, steps), 16)
+        table.tell(f"drag, {size}: server's step", server_steps(window, "pull", steps), 16)
         table.tell(f"drag, {size}: its processor's time", [(spent_by(window.process) - before) / steps], 16)
+        table.tell(f"drag, {size}: all of its fates when it rests", server_steps(window, "try", 10), 250)
         Tab(browser.driver, window, None)
         table.tell(f"drag, {size}: pointer to paint", browser.run("paint", TO_PAINT, 60), 33)
         table.tell(f"drag, {size}: frames", browser.run("frames", FRAMES_OF_A_PULL, 120), most)

@@ -106,9 +106,7 @@ void HostDrag::begin() {
     m_handles = handlesOf(m_drawn, m_edited, m_held);
     m_broken = brokenIn(m_drawn);
     m_isLeaving = false;
-    m_firm.reset();
-    m_taken = nullptr;
-    m_free = std::make_unique<Following>(m_drawn, m_handles, KeptSizes{});
+    restart();
 }
 
 /// Targets stand in the order of the handles.
@@ -147,13 +145,33 @@ SolveResult HostDrag::repeated() const {
 /// Near the edited entities first, as the session itself does not look farther in most cases.
 SolveResult HostDrag::stepAnew(const YxGeMatrix3d& transform) {
     SolveResult result = stepWithin(transform);
-    if (!m_host.isCut || (result.isSolved() && m_miss <= kHolds * m_host.sketch.size() && !m_host.reachesBorder()))
+    if (isNearEnough(result))
         return result;
-    // Steps are computed from the beginning, and the drawing has not changed since.
+    lookFarther();
+    return stepWithin(transform);
+}
+
+bool HostDrag::isNearEnough(const SolveResult& result) const {
+    return !m_host.isCut || (result.isSolved() && m_miss <= kHolds * m_host.sketch.size() && !m_host.reachesBorder());
+}
+
+/// Steps are computed from the beginning, and the drawing has not changed since.
+void HostDrag::lookFarther() {
     m_previews.clear();
     m_host = HostSketch(m_drawing, m_names, kAllSteps);
     begin();
-    return stepWithin(transform);
+}
+
+std::optional<SolveResult> HostDrag::place(const YxGeMatrix3d& transform) {
+    m_steps = 1;
+    m_last.status = SolveStatus::unreached;  // no step of before is one of this drag
+    m_host.sketch.values = m_host.drawn;
+    SolveResult result = stepWithin(transform);
+    if (!isNearEnough(result))
+        return std::nullopt;
+    if (result.isSolved())
+        land(transform);
+    return result;
 }
 
 SolveResult HostDrag::stepWithin(const YxGeMatrix3d& transform) {
@@ -260,8 +278,7 @@ void HostDrag::leaveBroken() {
         m_drawn.constraints[at(c)].active = false;
     m_isLeaving = true;
     m_host.sketch.values = m_host.drawn;
-    m_firm.reset();
-    m_free = std::make_unique<Following>(m_drawn, m_handles, KeptSizes{});
+    restart();
 }
 
 /// A drag that ends short of the transform goes on from there as another one would: a line of which hardly anything is
@@ -278,11 +295,18 @@ void HostDrag::land(const YxGeMatrix3d& transform) {
     else
         goFarther(transform);
     m_drawn = drawn;
+    restart();
 }
 
 void HostDrag::beginAt(const std::vector<double>& values) {
     m_drawn.values = values;
     m_drawn.takeReference();
+    restart();
+}
+
+/// Steps begin where the drag is drawn now.
+void HostDrag::restart() {
+    m_shaped.reset();
     m_firm.reset();
     m_taken = nullptr;
     m_free = std::make_unique<Following>(m_drawn, m_handles, KeptSizes{});
@@ -293,9 +317,7 @@ bool HostDrag::goFarther(const YxGeMatrix3d& transform) {
     const EditRequest asked = demandFor(transform);
     if (m_taken != nullptr) {
         m_taken->session.land();
-        SketchData landed = m_drawn;
-        landed.values = m_taken->sketch.values;
-        take(landed.values, shortfallOf(landed, asked));
+        take(m_taken->sketch.values, shortfallOf(m_taken->sketch, asked));
     }
     std::vector<double> led;
     if (keepShapes(asked, led))
@@ -320,7 +342,9 @@ bool HostDrag::goFarther(const YxGeMatrix3d& transform) {
 
 /// False, and nothing is taken, where the request cannot be met so; then where its way has led, if it is known.
 bool HostDrag::keepShapes(const EditRequest& request, std::vector<double>& led) {
-    SketchData shaped = m_drawn;
+    if (!m_shaped)
+        m_shaped = m_drawn;
+    SketchData& shaped = *m_shaped;
     const auto isShapedWith = [&](Patience patience) {
         shaped.values = m_drawn.values;
         const SolveResult result = solve(shaped, {.targets = request.targets,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <unordered_map>
 
 #include "hosting/Uses.h"
@@ -29,6 +30,14 @@ public:
 
     /// Solves for the transform since the beginning. A failed step leaves the one before it in place.
     SolveResult step(const YxGeMatrix3d& transform);
+
+    /// A drag of one step that ends there, whatever steps and places came before it. Nothing, as long as nobody looks
+    /// farther, where what lies around the edited entities does not tell.
+    std::optional<SolveResult> place(const YxGeMatrix3d& transform);
+    /// From now on at all that hangs on the edited entities.
+    void lookFarther();
+    /// Some constraint did not hold when the drag began.
+    bool hasBroken() const { return !m_broken.empty(); }
 
     /// Takes away what the last step has left open: the edited entities are where they were asked to be, or as near to
     /// it as the constraints let them, to the last digits. The others come from where they were when the drag began:
@@ -65,9 +74,11 @@ private:
     SolveResult repeated() const;
     SolveResult stepAnew(const YxGeMatrix3d& transform);
     SolveResult stepWithin(const YxGeMatrix3d& transform);
+    bool isNearEnough(const SolveResult& result) const;
     EditRequest demandFor(const YxGeMatrix3d& transform) const;
     SolveResult follow(const EditRequest& request, const std::vector<double>& goals);
     SolveResult yield(const EditRequest& request, const std::vector<double>& goals, const SolveResult& followed);
+    void restart();
     void beginAt(const std::vector<double>& values);
     bool goFarther(const YxGeMatrix3d& transform);
     bool keepShapes(const EditRequest& request, std::vector<double>& led);
@@ -85,7 +96,8 @@ private:
     YxArray<YxDbObjectId> m_editedIds;
     YxArray<YxGePoint3d> m_points;
     HostSketch m_host;
-    SketchData m_drawn;  ///< as the drag began, without what is left alone
+    SketchData m_drawn;                  ///< as the drag began, without what is left alone
+    std::optional<SketchData> m_shaped;  ///< the same, but for the values, which landing works with
     std::vector<int> m_edited;
     std::vector<int> m_held;  ///< the first of each two coordinates of a held point; empty: all of the edited is held
     std::vector<int> m_handles;

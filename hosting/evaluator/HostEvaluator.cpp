@@ -15,6 +15,7 @@
 #include "hosting/HostShapes.h"
 #include "hosting/evaluator/EditRequests.h"
 #include "hosting/evaluator/HostDrag.h"
+#include "hosting/evaluator/HostPull.h"
 #include "hosting/evaluator/HostSketch.h"
 #include "hosting/evaluator/RotationTrial.h"
 #include "hosting/evaluator/SketchFromDocument.h"
@@ -446,6 +447,15 @@ bool HostEvaluator::drag(AssocConstraintHeader& header) {
     header.entitiesToDraw.setLogicalLength(0);
     m_drag.reset();
     return result.isSolved();
+}
+
+std::unique_ptr<HostPull> HostEvaluator::pull(const YxArray<YxDbObjectId>& edited,
+                                              const YxArray<YxGePoint3d>& points) const {
+    auto header = std::make_unique<AssocConstraintHeader>();
+    header->editedObjectIds = edited;
+    header->points = points;
+    std::vector<std::string> names = withUnsolved(namesIn(*header));
+    return std::make_unique<HostPull>(m_drawing, std::move(header), std::move(names));
 }
 
 void HostEvaluator::noteShortfall(const YxGeMatrix3d& transform) {

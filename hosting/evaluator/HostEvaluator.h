@@ -19,6 +19,7 @@ struct SolveResult;
 namespace holdfast::hosting {
 
 class HostDrag;
+class HostPull;
 /// A value that a dimension is to have.
 struct DimensionGoal {
     std::string id;
@@ -70,6 +71,9 @@ public:
     void knowPlaced(const std::string& entity, Shape before) {
         m_placedFrom.insert_or_assign(entity, std::move(before));
     }
+
+    /// A drag of these entities, or of these points of theirs, that is only looked at.
+    std::unique_ptr<HostPull> pull(const YxArray<YxDbObjectId>& edited, const YxArray<YxGePoint3d>& points) const;
 
     /// The command is over: drags and trials are forgotten.
     void endCommand();

@@ -237,9 +237,15 @@ TEST(DragEdit, GoesOverAPlaceWhereALineHasNoLengthAsSeveralDo) {
         constraintOf("c81", ConstraintType::symmetric,
                      {{"g26", PlaceKind::centre}, {"g34", PlaceKind::centre}, {"axis"}})};
     Session session(document);
+    const std::optional<Glimpse> before = session.glimpse("drag g0.end by 0.3,0");
+    const std::optional<Glimpse> over = session.glimpse("drag g0.end by 4.27,0");
+    ASSERT_TRUE(before && over);
+    EXPECT_EQ(session.glimpse("drag g0.end by 0.3,0")->entities, before->entities) << "a hand that comes back";
     const EditResult& result = session.apply("drag g0.end by 4.27,0");
     ASSERT_EQ(result.outcome.error, "");
     EXPECT_EQ(result.outcome.shortfall, Shortfall{});
+    for (const Entity& entity : over->entities)
+        EXPECT_EQ(session.drawing().shape(entity.id), entity.shape) << "as it was seen before: " << entity.id;
     EXPECT_NEAR(lineNamed(session, "g0").end.x, 0.42, 1e-9);
 }
 

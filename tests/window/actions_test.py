@@ -35,7 +35,7 @@ for (const each of p.painter.placed.slice(0, 40)) found.push([each.x, each.y]);
 const {width, height} = p.view;
 return {size: [width, height], places: found.filter(([x, y]) => x > 8 && y > 8 && x < width - 8 && y < height - 8)};"""
 
-IDLE = """const p = window.holdfast, still = (latest) => !latest || (!latest.isBusy && latest.waiting === null);
+IDLE = """const p = window.holdfast, still = (latest) => !latest || latest.isSettled;
 return p.number === arguments[0] && p.isBusy === 0 && still(p.hands.latest) && still(p.tool?.latest) && p.scene.freedom?.number === p.number"""
 
 # What was asked last stands in the page, to be told when it is not answered.

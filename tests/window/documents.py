@@ -1,4 +1,4 @@
-"""FreeCAD documents to drop on the window."""
+"""Drawings to drop on the window: FreeCAD documents, and a large one."""
 import io
 import zipfile
 
@@ -24,3 +24,25 @@ def document(**sketches):
     with zipfile.ZipFile(archive, "w") as packed:
         packed.writestr("Document.xml", text)
     return archive.getvalue()
+
+
+def ladder(rungs):
+    """Rectangles side by side that share their corners: all of them one part, and a large one."""
+    entities, constraints = [], []
+
+    def tie(kind, *places):
+        constraints.append({"id": f"c{len(constraints)}", "type": kind,
+                            "refs": [{"entity": entity, "point": point} for entity, point in places]})
+    for i in range(rungs):
+        for name, start, end, kind in ((f"bottom{i}", [10 * i, 0], [10 * i + 10, 0], "horizontal"),
+                                       (f"side{i}", [10 * i + 10, 0], [10 * i + 10, 8], "vertical"),
+                                       (f"top{i}", [10 * i + 10, 8], [10 * i, 8], "horizontal")):
+            entities.append({"id": name, "type": "line", "start": start, "end": end})
+            tie(kind, (name, "whole"))
+        tie("coincident", (f"bottom{i}", "end"), (f"side{i}", "start"))
+        tie("coincident", (f"side{i}", "end"), (f"top{i}", "start"))
+        if i:
+            tie("coincident", (f"bottom{i}", "start"), (f"bottom{i - 1}", "end"))
+            tie("coincident", (f"top{i}", "end"), (f"top{i - 1}", "start"))
+    constraints.append({"id": "wide", "type": "distance", "refs": [{"entity": "top0", "point": "whole"}], "value": 10.0, "driving": False})
+    return {"name": "ladder", "units": {"length": "mm", "angle": "rad"}, "entities": entities, "constraints": constraints}

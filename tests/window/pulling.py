@@ -2,6 +2,7 @@
 import json
 
 from browser import Keys
+from documents import ladder
 from dropping import drop, shows
 from program import check
 
@@ -11,7 +12,7 @@ def snapped(tab):
 
 
 def settled(tab):
-    tab.wait("const h = window.holdfast.hands; return h.pull && !h.latest.isBusy && h.latest.waiting === null", "the last place is tried")
+    tab.wait("const h = window.holdfast.hands; return h.pull && h.latest.isSettled", "the last place is tried")
 
 
 def pull(tab, start, *places):
@@ -85,6 +86,26 @@ def what_is_held_back(tab):
     tab.release()
     tab.after_edit(count + 1)
     check(kinds_on(tab, "free") == [], f"nor when it is let go: {kinds_on(tab, 'free')}")
+
+
+def a_large_drawing_follows_the_hand(tab, _folder):
+    """While it moves all that follows is seen; when it rests, what becomes of the rest, too."""
+    drop(tab, "ladder.json", json.dumps(ladder(80)).encode())
+    shows(tab, "ladder.json")
+    tab.run("const p = window.holdfast; p.view.fit([-20, -20, 100, 80]); p.moved()")
+    tab.run("const l = window.holdfast.hands.latest, answer = l.answer; window.seen = [];"
+            "l.answer = (result) => { window.seen.push(Boolean(result.isGlimpse)); answer(result); }")
+    pull(tab, (0, 8), (-4, 11), (-6, 12.5))
+    seen = tab.run("return window.seen")
+    check(seen[0] and not seen[-1], f"glimpses first, and a whole trial when the hand rests: {seen}")
+    trial = tab.run("const t = window.holdfast.scene.trial; return [t.isGlimpse || false, t.entities.length, t.change.entities]")
+    check(not trial[0] and trial[1] == len(trial[2]) > 4, f"that tells the fates of all: {trial[:2]}")
+    tab.picture("pull-large")
+    shown = {each["id"]: each for each in trial[2]}
+    tab.release()
+    tab.after_edit(1)
+    check(all(tab.entity(name)["start"] == each["start"] and tab.entity(name)["end"] == each["end"] for name, each in list(shown.items())[:20] + [("top0", shown["top0"])]),
+          "what was seen is what is done")
 
 
 def a_fast_hand_is_answered(tab, _folder):

@@ -13,7 +13,7 @@ import tempfile
 import time
 import urllib.request
 
-from documents import document
+from documents import document, ladder
 from program import Window, check, copied, outcome
 
 PROGRAM, DRAWING = sys.argv[1:3]
@@ -106,12 +106,37 @@ def nobody_waits_for_packing(window):
                   f"the way to this machine's own browser is short: {path} comes as it is")
 
 
+def moved(result):
+    return {each["id"]: each for each in result["change"]["entities"]}
+
+
+def a_large_drawing_is_pulled(folder):
+    path = pathlib.Path(folder) / "ladder.json"
+    path.write_text(json.dumps(ladder(80)))
+    with Window(PROGRAM, path) as window:
+        for edit in ("drag bottom40.end by 3,-2", "drag side20 by -1.25,0.5", "drag top0.end by -2.5,1"):
+            pulled, tried = window.do("pull", edit), window.do("try", edit)
+            check(pulled["done"] and pulled["isGlimpse"] and not tried.get("isGlimpse"), f"a hand that pulls gets a glimpse: {edit}")
+            check(moved(pulled) == moved(tried) and moved(pulled), f"of all that moves, to the bit: {edit}")
+            values = [{each["id"]: each["value"] for each in result["change"]["constraints"]} for result in (pulled, tried)]
+            check(values[1].items() <= values[0].items(), f"and of what is measured: {values}")
+        check([each["id"] for each in pulled["entities"]] == ["top0"], f"with what is held: {pulled['entities']}")
+        refused = window.do("pull", "drag nothing.end by 1,2")
+        check(not refused["done"] and refused["error"] == window.do("try", "drag nothing.end by 1,2")["error"], f"what cannot be is refused: {refused}")
+        before = moved(window.do("pull", "drag top0.end by -2.5,1"))
+        check(moved(window.do("edit", "drag top0.end by -2.5,1")) == before, "what was seen is what is done")
+        again = moved(window.do("pull", "drag top0.end by -2.5,1"))
+        check(again and again != before, "a pull begins where the drawing is by then")
+
+
 def edits(window):
     done = window.do("edit", "fillet top left radius 400")
     check(not done["done"] and len(done["error"]) > 20, "a refused edit says why")
     tried = window.do("try", "drag base.end by 5,0")
     check(tried["done"] and tried["change"]["entities"], f"a try tells what would be: {tried['error']}")
     check(window.entity("base")["end"] == [80.0, 0.0], "and does nothing")
+    pulled = window.do("pull", "drag base.end by 5,0")
+    check({**pulled, "seconds": 0} == {**tried, "seconds": 0}, "of a small drawing a hand that pulls sees all")
     done = window.do("edit", "drag base.end by 5,0")
     check(done["change"] == tried["change"], "what was shown is what is done")
     check(window.ask("state")["unsaved"], "it is not saved yet")
@@ -243,7 +268,7 @@ def each_tab_is_recovered(folder):
             window.do("edit", "draw circle 40,70 radius 5 as moon")
             second = window.copy("drawing.json")
         patience = time.time() + 5
-        while len(list(path.parent.glob("both.unsaved*"))) < 2 and time.time() < patience:
+        while len(list(path.parent.glob("both.unsaved*.json"))) < 2 and time.time() < patience:
             time.sleep(0.05)
         window.process.kill()
     with Window(PROGRAM, path) as window:
@@ -446,7 +471,7 @@ def main():
             nobody_waits_for_packing(window)
             edits(window)
             the_script_does_the_same(window, folder)
-        for test in (saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, tabs_have_sessions_of_their_own,
+        for test in (a_large_drawing_is_pulled, saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, tabs_have_sessions_of_their_own,
                      each_tab_is_recovered, nobody_waits_for_a_slow_disk,
                      dropped_drawings, saved_under_another_name, blocks_are_drawn, the_end, arguments):
             test(folder)

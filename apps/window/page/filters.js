@@ -6,9 +6,9 @@ import { byId, element } from './words.js';
 /** @typedef {import('./types').Kind} Kind */
 
 /** @type {Record<string, string>} */
-const GROUPS = { deleted: 'deleted', changed: 're-pointed', 're-pointed': 're-pointed', added: 'added', restored: 'added' };
+const GROUPS = { deleted: 'deleted', changed: 'changed', 're-pointed': 're-pointed', added: 'added', restored: 'added' };
 /** @type {[string, string][]} */
-const FATES = [['kept', ''], ['re-pointed', 'pointed'], ['deleted', 'deleted'], ['added', 'added']];
+const FATES = [['kept', ''], ['changed', 'pointed'], ['re-pointed', 'pointed'], ['deleted', 'deleted'], ['added', 'added']];
 
 export class Filters {
   /**

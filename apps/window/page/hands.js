@@ -5,7 +5,7 @@ import { picksAt, picksIn } from './picking.js';
 import { distance } from './shapes.js';
 import { snapAt, tieOf } from './snapping.js';
 import { named, placed, spoken, written } from './words.js';
-import { Latest, attempt, standsAlone } from './link.js';
+import { Latest, attempt, attemptPull, standsAlone } from './link.js';
 
 /** @typedef {import('./types').Point} Point */
 /** @typedef {import('./picking.js').Pick} Pick */
@@ -102,7 +102,7 @@ export class Hands {
     this.snaps = true;
     this.isSpaceDown = false;
     this.fingers = new Fingers();
-    this.latest = new Latest(attempt, (result) => this.#tried(result), (failure) => this.#failed(failure));
+    this.latest = new Latest(attemptPull, (result) => this.#tried(result), (failure) => this.#failed(failure), attempt);
     const on = (/** @type {string} */ name, /** @type {(event: any) => void} */ what, options = {}) =>
       canvas.addEventListener(name, what, options);
     on('pointerdown', (event) => this.#down(event));

@@ -15,6 +15,7 @@ export const standsAlone = answers !== null;
 
 /** Each tab has a drawing of its own on the server. */
 const tab = standsAlone ? Promise.resolve('') : tabName();
+const REST = 200;  // milliseconds after which a hand that pulls has come to rest: it then sees all that becomes of it
 const PAUSE = 4;  // milliseconds between two questions of a pull: no screen is drawn oftener, and the server answers no more
 
 /**
@@ -65,6 +66,11 @@ export const edit = (text) => post('edit', text);
 export const follow = (text) => post('follow', text);
 /** @param {string} text @returns {Promise<import('./types').Result>} */
 export const attempt = (text) => post('try', text);
+/**
+ * The same while somebody pulls; in large drawings a glimpse.
+ * @param {string} text @returns {Promise<import('./types').Result>}
+ */
+export const attemptPull = (text) => post('pull', text);
 /**
  * @param {boolean} isOver what others have written since the file was read
  * @returns {Promise<{done: boolean, error: string, asks?: boolean}>} whether one may write over it
@@ -124,31 +130,61 @@ export async function listen(onNews, onWritten, onLink) {
 
 /**
  * Asks the latest question only: what comes while one is under way waits, and what waits gives way to what is newer.
+ * What was answered by a glimpse is asked again as a whole when nothing newer has come for a while.
  */
 export class Latest {
   /**
    * @param {(text: string) => Promise<import('./types').Result>} ask
    * @param {(result: import('./types').Result) => void} answer
    * @param {(failure: unknown) => void} fail
+   * @param {(text: string) => Promise<import('./types').Result>} [askWhole] where glimpses are given
    */
-  constructor(ask, answer, fail) {
+  constructor(ask, answer, fail, askWhole) {
     this.ask = ask;
+    this.askWhole = askWhole || ask;
     this.answer = answer;
     this.fail = fail;
     /** @type {string | null} */
     this.waiting = null;
     this.isBusy = false;
     this.round = 0;
+    this.resting = 0;  // the timer that runs out when the hand has come to rest
+    this.isWhole = false;
+  }
+
+  /** Nothing is under way, nor will be before something else is wanted. */
+  get isSettled() {
+    return !this.isBusy && this.waiting === null && !this.resting;
+  }
+
+  #wake() {
+    clearTimeout(this.resting);
+    this.resting = 0;
+  }
+
+  /** @param {string} text what was answered by a glimpse */
+  #rest(text) {
+    this.#wake();
+    this.resting = window.setTimeout(() => {
+      this.resting = 0;
+      if (this.isBusy || this.waiting !== null) return;
+      this.waiting = text;
+      this.isWhole = true;
+      this.#next();
+    }, REST);
   }
 
   /** @param {string} text */
   want(text) {
+    this.#wake();
     this.waiting = text;
+    this.isWhole = false;
     if (!this.isBusy) this.#next();
   }
 
   /** What is still under way is of no more interest. */
   forget() {
+    this.#wake();
     this.waiting = null;
     this.round += 1;
   }
@@ -160,8 +196,9 @@ export class Latest {
       this.waiting = null;
       const pause = new Promise((done) => setTimeout(done, PAUSE));
       try {
-        const result = await this.ask(text);
+        const result = await (this.isWhole ? this.askWhole : this.ask)(text);
         if (round === this.round) this.answer(result);
+        if (round === this.round && result.isGlimpse && this.waiting === null) this.#rest(text);
       } catch (failure) {
         if (round === this.round) this.fail(failure);
       }

@@ -1,7 +1,7 @@
 // Puts the drawing on the screen: below, what stays while the pointer moves; above, what follows it.
 
 import { motionsOf, paintArrows } from './arrows.js';
-import { boundsOf, gripsOf, trace } from './shapes.js';
+import { around, boundsOf, gripsOf, meets, trace } from './shapes.js';
 import { drawMark, marksOf, place } from './marks.js';
 import { Pens } from './pens.js';
 
@@ -28,6 +28,31 @@ import { Pens } from './pens.js';
 const CHUNK = 256;  // entities in one path: so many are drawn anew when one of them changes
 const MOST_MARKS = 4000;
 const MANY = 3000;  // entities that take longer than a frame to draw where no graphics processor helps
+
+const FARTHEST_MARK = 80;  // pixels from its anchor at which a mark may begin to be seen
+
+/**
+ * Whether the marks of a constraint may stand where somebody sees them: they stand on its entities or between them, but
+ * for those of angles and lengths, whose lines may lead anywhere.
+ * @param {import('./types').Constraint} constraint @param {import('./types').Kind} kind
+ * @param {(id: string) => Entity | undefined} entity @param {import('./shapes.js').Box} seen
+ */
+function isMarkSeen(constraint, kind, entity, seen) {
+  const { refs } = constraint;
+  if (kind.mark === 'opening' || kind.mark === 'length') return true;
+  /** @type {import('./shapes.js').Box | null} */
+  let box = null;
+  for (const ref of refs) {
+    const e = entity(ref.entity);
+    if (!e) continue;
+    if (e.type === 'xline' || e.type === 'ray' || ref.point.startsWith('control')) return true;
+    box = box ? around(box, boundsOf(e)) : boundsOf(e);
+    if (e.centre) box = around(box, [...e.centre, ...e.centre]);
+  }
+  if (!box) return false;
+  const rim = 0.03 * Math.max(box[2] - box[0], box[3] - box[1]);  // corners are looked for a little beyond
+  return meets([box[0] - rim, box[1] - rim, box[2] + rim, box[3] + rim], seen);
+}
 
 /** @param {string} fate of an entity */
 const inkOf = (fate) => ({ created: 'added', restored: 'added', edited: 'edited', erased: 'deleted' }[fate] || 'followed');
@@ -220,9 +245,10 @@ export class Painter extends Pens {
     const list = [];
     const fates = this.#fatesOf(scene);
     const tried = new Map((scene.trial?.change?.constraints || []).map((each) => [each.id, each]));
+    const seen = this.view.seen(FARTHEST_MARK);
     for (const constraint of drawing.constraints.values()) {
       const kind = this.kinds.get(constraint.type);
-      if (!kind || scene.hides?.(constraint.id)) continue;
+      if (!kind || scene.hides?.(constraint.id) || !isMarkSeen(constraint, kind, entity, seen)) continue;
       list.push(...marksOf(tried.get(constraint.id) || constraint, kind, entity));
     }
     const before = (/** @type {string} */ id) => scene.goneEntities.get(id) || drawing.entities.get(id);
@@ -318,19 +344,24 @@ export class Painter extends Pens {
     const trial = /** @type {import('./types').Result} */ (scene.trial);
     const fates = new Map(trial.entities.map((each) => [each.id, each.fate]));
     const cuts = /^(trim|break) /.test(trial.text);
+    const seen = this.view.seen(0), ghosts = [];
+    /** @type {Map<string, Entity[]>} */
+    const shown = new Map();
     for (const e of trial.change?.entities || []) {
-      const old = drawing.entities.get(e.id);
+      const old = drawing.entities.get(e.id), fate = fates.get(e.id) || 'followed';
       if (old && cuts) this.erased(c, old);
-      else if (old) this.ghost(c, old);
+      else if (old && this.isSeen(old, seen)) ghosts.push(old);
+      if (!this.isSeen(e, seen)) continue;
+      const alike = shown.get(fate);
+      if (alike) alike.push(e);
+      else shown.set(fate, [e]);
     }
+    this.ghosts(c, ghosts);
     for (const id of trial.change?.erased || []) {
       const e = drawing.entities.get(id);
       if (e) this.erased(c, e);
     }
-    for (const e of trial.change?.entities || []) {
-      const fate = fates.get(e.id) || 'followed';
-      this.bright(c, e, this.colours[inkOf(fate)], fate === 'followed' ? 2 : 2.6, 1);
-    }
+    for (const [fate, alike] of shown) this.brights(c, alike, this.colours[inkOf(fate)], fate === 'followed' ? 2 : 2.6);
   }
 
   /** @param {CanvasRenderingContext2D} c @param {Drawing} drawing @param {Scene} scene */

@@ -183,7 +183,7 @@ export class Panel {
    */
   showFates(result, gone) {
     const box = byId('fates'), head = element('header');
-    head.append(element('code', '', result.text), element('span', 'time', `  ${spoken(result.seconds * 1000, 2)} ms`));
+    head.append(element('code', '', result.text), element('span', 'time', `  ${spoken((result.seconds || 0) * 1000, 2)} ms`));
     box.replaceChildren(head);
     box.hidden = false;
     if (result.error) {

@@ -1,6 +1,6 @@
 // Strokes and dots of one colour and width, in units of the drawing or of the screen.
 
-import { textCorners, trace } from './shapes.js';
+import { boundsOf, meets, textCorners, trace } from './shapes.js';
 
 /** @typedef {import('./types').Entity} Entity */
 /** @typedef {import('./types').Point} Point */
@@ -169,6 +169,42 @@ export class Pens {
     trace(path, e, this.origin, this.far());
     c.stroke(path);
     c.setLineDash([]);
+  }
+
+  /**
+   * Whether anything of an entity can be seen.
+   * @param {Entity} e @param {import('./shapes.js').Box} seen what is on the screen, of the drawing
+   */
+  isSeen(e, seen) {
+    return e.type === 'xline' || e.type === 'ray' || meets(boundsOf(e), seen);
+  }
+
+  /**
+   * Many alike in one stroke.
+   * @param {CanvasRenderingContext2D} c @param {Entity[]} entities @param {string} ink @param {number} width @param {number[]} dashes in pixels
+   */
+  strokeAll(c, entities, ink, width, dashes) {
+    const px = 1 / this.view.scale, path = new Path2D(), far = this.far();
+    for (const e of entities)
+      if (e.type !== 'point' && e.type !== 'text' && e.type !== 'mtext') trace(path, e, this.origin, far + Math.hypot(...boundsMiddle(e, this.view)));
+    this.inDrawing(c);
+    c.strokeStyle = ink;
+    c.lineWidth = width * px;
+    c.lineCap = 'round';
+    c.setLineDash(dashes.map((dash) => dash * px));
+    c.stroke(path);
+    c.setLineDash([]);
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {Entity[]} entities */
+  ghosts(c, entities) {
+    this.strokeAll(c, entities, this.colours.fixed, 1, [1.5, 3]);
+  }
+
+  /** @param {CanvasRenderingContext2D} c @param {Entity[]} entities @param {string} ink @param {number} width */
+  brights(c, entities, ink, width) {
+    this.strokeAll(c, entities, ink, width, []);
+    for (const e of entities) if (e.type === 'point' || e.type === 'text' || e.type === 'mtext') this.bright(c, e, ink, width, 1);
   }
 
   /** @param {CanvasRenderingContext2D} c @param {{from: Point, to: Point}} box */

@@ -155,6 +155,12 @@ export function piecesOf(e) {
  */
 export function trace(path, e, origin, far) {
   const [ox, oy] = origin;
+  if (e.type === 'line') {
+    const [x0, y0] = /** @type {Point} */ (e.start), [x1, y1] = /** @type {Point} */ (e.end);
+    path.moveTo(x0 - ox, y0 - oy);
+    path.lineTo(x1 - ox, y1 - oy);
+    return;
+  }
   if (e.type === 'xline' || e.type === 'ray') {
     const [px, py] = /** @type {Point} */ (e.point), [dx, dy] = /** @type {Point} */ (e.direction);
     const step = far / (Math.hypot(dx, dy) || 1), back = e.type === 'ray' ? 0 : step;
@@ -225,9 +231,16 @@ export function boundsOf(e) {
   return box;
 }
 
+/** @param {Box} a @param {Box} b */
+export const meets = (a, b) => a[0] <= b[2] && b[0] <= a[2] && a[1] <= b[3] && b[1] <= a[3];
+
+/** @param {Box} a @param {Box} b @returns {Box} around both */
+export const around = (a, b) => [Math.min(a[0], b[0]), Math.min(a[1], b[1]), Math.max(a[2], b[2]), Math.max(a[3], b[3])];
+
 /** @param {Entity} e @returns {Point[]} */
 function boundingPoints(e) {
   switch (e.type) {
+    case 'line': return [/** @type {Point} */ (e.start), /** @type {Point} */ (e.end)];
     case 'point': return [/** @type {Point} */ (e.position)];
     case 'text': case 'mtext': return textCorners(e);
     case 'xline': case 'ray': return [/** @type {Point} */ (e.point)];

@@ -52,7 +52,8 @@ export interface Result {
   constraints: Fate[]; entities: EntityFate[];
   shortfall?: { by: number; heldBackBy: string[] };
   change?: Change;
-  number: number; seconds: number;
+  number: number; seconds?: number;  // no glimpse has any
+  isGlimpse?: boolean;  // it tells what moves, and a trial the rest
   unsaved?: boolean; canUndo?: boolean; canRedo?: boolean;
 }
 

@@ -22,6 +22,15 @@ export class View {
     return [this.x + (x - this.width / 2) / this.scale, this.y - (y - this.height / 2) / this.scale];
   }
 
+  /**
+   * What is on the screen, of the drawing.
+   * @param {number} rim pixels more on every side @returns {import('./shapes.js').Box}
+   */
+  seen(rim) {
+    const [x0, y0] = this.toDrawing(-rim, this.height + rim), [x1, y1] = this.toDrawing(this.width + rim, -rim);
+    return [x0, y0, x1, y1];
+  }
+
   /** @param {number} dx @param {number} dy in pixels */
   pan(dx, dy) {
     this.x -= dx / this.scale;

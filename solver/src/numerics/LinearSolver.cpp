@@ -1,5 +1,7 @@
 #include "solver/src/numerics/LinearSolver.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 
 #include <Eigen/SparseCholesky>
@@ -10,7 +12,64 @@ namespace {
 
 using Matrix = Eigen::SparseMatrix<double, Eigen::ColMajor, int>;
 using Vector = Eigen::VectorXd;
-using Factors = Eigen::SimplicialLDLT<Matrix, Eigen::Lower, Eigen::AMDOrdering<int>>;
+
+using Permutation = Eigen::AMDOrdering<int>::PermutationType;
+
+/// The orderings that were found last on this thread: the places of a drag lead to the same few patterns again and
+/// again, and looking whether one is known takes a twentieth of ordering it. Small ones are ordered as fast.
+class KnownOrderings {
+public:
+    static KnownOrderings& ofThisThread() {
+        thread_local KnownOrderings known;
+        return known;
+    }
+
+    const Permutation* find(const Matrix& matrix) const {
+        for (const Known& known : m_known)
+            if (matrix.cols() >= kSmall && known.starts.size() == static_cast<std::size_t>(matrix.cols()) + 1 &&
+                known.rows.size() == static_cast<std::size_t>(matrix.nonZeros()) &&
+                std::equal(known.starts.begin(), known.starts.end(), matrix.outerIndexPtr()) &&
+                std::equal(known.rows.begin(), known.rows.end(), matrix.innerIndexPtr()))
+                return &known.permutation;
+        return nullptr;
+    }
+
+    void add(const Matrix& matrix, const Permutation& permutation) {
+        if (matrix.cols() < kSmall || matrix.nonZeros() > kLarge)
+            return;
+        Known& known = m_known[m_next];
+        m_next = (m_next + 1) % m_known.size();
+        known.starts.assign(matrix.outerIndexPtr(), matrix.outerIndexPtr() + matrix.cols() + 1);
+        known.rows.assign(matrix.innerIndexPtr(), matrix.innerIndexPtr() + matrix.nonZeros());
+        known.permutation = permutation;
+    }
+
+private:
+    static constexpr Eigen::Index kSmall = 200, kLarge = 500'000;  // columns, and entries: two megabytes
+    struct Known {
+        std::vector<int> starts, rows;
+        Permutation permutation;
+    };
+    std::array<Known, 8> m_known;
+    std::size_t m_next = 0;
+};
+
+/// Approximate minimum degree of a matrix that comes with both of its halves alike: Eigen's own adds its transpose to
+/// it first, for the same ordering, which takes longer than finding that.
+struct Ordering {
+    using PermutationType = Permutation;
+    void operator()(const Matrix& symmetric, PermutationType& permutation) const {
+        KnownOrderings& known = KnownOrderings::ofThisThread();
+        if (const Permutation* found = known.find(symmetric)) {
+            permutation = *found;
+            return;
+        }
+        Eigen::AMDOrdering<int>()(symmetric.selfadjointView<Eigen::Lower>(), permutation);
+        known.add(symmetric, permutation);
+    }
+};
+
+using Factors = Eigen::SimplicialLDLT<Matrix, Eigen::Lower, Ordering>;
 
 /// Refinements of an answer: each gains the digits that the damping costs. They end at this part of the right side, or
 /// when one leaves more than this part of the residual before.

@@ -6,6 +6,7 @@
 namespace holdfast::solver::detail {
 
 Substitution::Substitution(int valueCount) : m_sizes(static_cast<std::size_t>(valueCount) + 1, 1) {
+    m_links.reserve(m_sizes.size());
     for (int v = kGround; v < valueCount; ++v)
         m_links.push_back({v, 1.0, 0.0});
 }

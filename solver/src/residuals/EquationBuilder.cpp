@@ -239,10 +239,12 @@ void EquationBuilder::addTangency(Equation form, std::initializer_list<Operand> 
 }
 
 double EquationBuilder::residualAt(When when, Equation form, std::initializer_list<Operand> operands) const {
-    EquationSet set;
-    set.splines = m_system.set.splines;
-    set.add(form, operands);
-    return residuals(set, set.equations.front(), values(when))[0];
+    m_probe.equations.clear();
+    m_probe.inputs.clear();
+    m_probe.splineUses.clear();
+    m_probe.splines = m_system.set.splines;
+    m_probe.add(form, operands);
+    return residuals(m_probe, m_probe.equations.front(), values(when))[0];
 }
 
 bool EquationBuilder::holdsNow(Equation form, std::initializer_list<Operand> operands) const {

@@ -101,8 +101,9 @@ private:
     int m_entity = -1;
     const SketchConstraint* m_constraint = nullptr;
     std::map<CurveRef, std::vector<Operand>> m_pointsOn;
-    std::vector<char> m_isDone;  ///< per constraint: ties say all of it
-    bool m_merges;               ///< false: what ties say is said by equations too
+    mutable EquationSet m_probe;  ///< of one equation, to look at its residual; kept for its room
+    std::vector<char> m_isDone;   ///< per constraint: ties say all of it
+    bool m_merges;                ///< false: what ties say is said by equations too
 };
 
 // Each through the residual that the constraint's kind has. tieNow: what ties can say at once; true when that is all.

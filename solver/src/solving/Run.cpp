@@ -171,7 +171,7 @@ std::vector<int> Run::lengthsThatAre(bool unchanged) const {
     const auto& sizes = system().sizes;
     std::vector<int> found;
     for (int i = 0; i < static_cast<int>(sizes.size()); ++i)
-        if (isLengthOrBend(sizes[at(i)]) && canBeKept(sizes[at(i)]) && isUnchanged(sizes[at(i)], way) == unchanged)
+        if (isLengthOrBend(sizes[at(i)]) && isUnchanged(sizes[at(i)], way) == unchanged && canBeKept(sizes[at(i)]))
             found.push_back(i);
     std::stable_sort(found.begin(), found.end(),
                      [&](int a, int b) { return m_state.changeOf(sizes[at(a)]) < m_state.changeOf(sizes[at(b)]); });
