@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "apps/forms/PdfPage.h"
 #include "document/text/Suggest.h"
 #include "editing/Session.h"
 #include "formats/dxf/DxfPatch.h"
@@ -121,6 +122,13 @@ void writeSlvs(const Document& document, bool wasOne, double tolerance, GoneOut&
     addAll(out.notes, output.notes);
 }
 
+/// A picture in true size.
+void writePage(const Document& document, const std::string& form, GoneOut& out) {
+    out.bytes = writeTrueSizeSvg(document);
+    if (form == ".pdf")
+        out.bytes = pdfPage(out.bytes, document.name);
+}
+
 void writeDxf(const Document& document, const DxfOriginal* from, double tolerance, GoneOut& out) {
     DxfOutput output = from != nullptr ? patchedDxf(from->text, from->layout, from->drawing, document, tolerance)
                                        : dxfText(document, tolerance);
@@ -133,14 +141,18 @@ void writeDxf(const Document& document, const DxfOriginal* from, double toleranc
 
 }  // namespace
 
+bool isPicture(const std::string& form) {
+    return form == ".svg" || form == ".pdf";
+}
+
 GoneOut goingOut(const Document& document, const std::string& form, const CameFrom& from, double tolerance) {
     GoneOut out;
-    if (form != ".svg" && from.dxf == nullptr && !document.references.empty())
+    if (!isPicture(form) && from.dxf == nullptr && !document.references.empty())
         out.notes.push_back(leftOutReferences(document));
     if (form == ".json")
         out.bytes = jsonText(document);
-    else if (form == ".svg")
-        out.bytes = writeTrueSizeSvg(document);
+    else if (isPicture(form))
+        writePage(document, form, out);
     else if (from.sketch != nullptr && form == kSketchForm)
         writeSketch(document, *from.sketch, out);
     else if (form == kSlvsForm)
