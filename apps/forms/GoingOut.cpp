@@ -6,6 +6,7 @@
 #include "apps/forms/PdfPage.h"
 #include "document/text/Suggest.h"
 #include "editing/Session.h"
+#include "formats/LostFacts.h"
 #include "formats/dxf/DxfPatch.h"
 #include "formats/fcstd/FcstdPatch.h"
 #include "formats/json/JsonWriter.h"
@@ -41,6 +42,14 @@ std::string firstOf(const std::vector<std::string>& names) {
     return text + (names.size() > most ? " and " + std::to_string(names.size() - most) + " more" : "");
 }
 
+std::string namesOf(const std::vector<BlockReference>& references) {
+    std::vector<std::string> names;
+    names.reserve(references.size());
+    for (const BlockReference& reference : references)
+        names.push_back(reference.id);
+    return firstOf(names);
+}
+
 /// "2 block references and 1 hatched area were left out".
 std::string leftOutReferences(const Document& document) {
     using Kind = BlockReference::Kind;
@@ -59,12 +68,14 @@ std::string leftOutReferences(const Document& document) {
     add(countOf(Kind::dimension), "dimension");
     add(countOf(Kind::dimension, true), "dimension picture");
     add(countOf(Kind::hatch), "hatched area");
-    std::vector<std::string> names;
-    names.reserve(document.references.size());
-    for (const BlockReference& reference : document.references)
-        names.push_back(reference.id);
-    return allOf(counted) + (document.references.size() == 1 ? " was" : " were") + " left out: " + firstOf(names) +
+    return allOf(counted) + (document.references.size() == 1 ? " was" : " were") +
+           " left out: " + namesOf(document.references) +
            (countOf(Kind::insert) > 0 ? "; \"explode\" makes entities of a block reference" : "");
+}
+
+void addLeftOut(std::size_t count, const char* word, std::vector<std::string>& notes) {
+    if (count > 0)
+        notes.push_back(report::counted(count, word) + (count == 1 ? " was" : " were") + " left out");
 }
 
 void addLosses(const Document& document, const DxfOutput& output, std::vector<std::string>& notes) {
@@ -77,12 +88,8 @@ void addLosses(const Document& document, const DxfOutput& output, std::vector<st
         notes.push_back("dimensions that the drawing has no more stay as the file has them: " + firstOf(output.left));
     if (!output.lostFacts.empty())
         notes.push_back(output.lostFacts);
-    if (output.lostConstraints > 0)
-        notes.push_back(report::counted(output.lostConstraints, "constraint") +
-                        (output.lostConstraints == 1 ? " was" : " were") + " left out");
-    if (output.lostParameters > 0)
-        notes.push_back(report::counted(output.lostParameters, "parameter") +
-                        (output.lostParameters == 1 ? " was" : " were") + " left out");
+    addLeftOut(output.lostConstraints, "constraint", notes);
+    addLeftOut(output.lostParameters, "parameter", notes);
 }
 
 /// The drawing with its polylines as lines and arcs, and a note on each.
@@ -122,8 +129,33 @@ void writeSlvs(const Document& document, bool wasOne, double tolerance, GoneOut&
     addAll(out.notes, output.notes);
 }
 
+/// Of the entities of a kind, or of some, what becomes of them.
+template <class... Shapes>
+void addAltered(const Document& document, const std::string& what, std::vector<std::string>& notes) {
+    std::vector<std::string> names;
+    for (const Entity& entity : document.entities)
+        if ((std::holds_alternative<Shapes>(entity.shape) || ...))
+            names.push_back(entity.id);
+    if (!names.empty())
+        notes.push_back(what + firstOf(names));
+}
+
+/// What somebody who takes the picture for the drawing would miss.
+void addPictureLosses(const Document& document, const std::string& form, std::vector<std::string>& notes) {
+    addAltered<RayShape, XlineShape>(document, "lines without end stop where the drawing does: ", notes);
+    if (form == ".svg")
+        addAltered<TextShape>(document, "texts are there to be looked at, and are not read back: ", notes);
+    addLeftOut(document.constraints.size(), "constraint", notes);
+    addLeftOut(document.parameters.size(), "parameter", notes);
+    if (std::string lost = lostFacts(document, {}); !lost.empty())
+        notes.push_back(std::move(lost));
+    if (!document.references.empty())
+        notes.push_back("drawn as what they show: " + namesOf(document.references));
+}
+
 /// A picture in true size.
 void writePage(const Document& document, const std::string& form, GoneOut& out) {
+    addPictureLosses(document, form, out.notes);
     out.bytes = writeTrueSizeSvg(document);
     if (form == ".pdf")
         out.bytes = pdfPage(out.bytes, document.name);
