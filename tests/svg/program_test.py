@@ -134,6 +134,25 @@ class Program(unittest.TestCase):
         self.assertEqual(self.run_it("show", "a.json", "-o", "b.svg").stderr, "", "a picture is none")
         self.assertEqual(self.run_it("convert", COVER, "b.json").stderr.count("left out, since"), 0)
 
+    def test_names_of_colours_mean_what_they_mean_to_others(self):
+        try:
+            from PIL import ImageColor
+        except ImportError:
+            self.skipTest("needs PIL, which knows the colours, too")
+        names = sorted(set(ImageColor.colormap) - {"rebeccapurple", "black"})
+        self.assertEqual(len(names), 146)
+        (self.folder / "all.svg").write_text(SQUARE.format("".join(
+            f'<path d="M0 0h9" stroke="{name}"/>' for name in names)))
+        found = [entity["colour"] for entity in self.shapes("all.svg")]
+        self.assertEqual(found, [ImageColor.colormap[name].lower() for name in names])
+
+    def test_circles_of_cubic_pieces_are_circles_told(self):
+        quarters = "M9 5C9 7.209 7.209 9 5 9S1 7.209 1 5 2.791 1 5 1 9 2.791 9 5z"
+        (self.folder / "round.svg").write_text(SQUARE.format(f'<path d="{quarters}"/>'))
+        said = self.run_it("show", "round.svg")
+        self.assertIn("circle: 1", said.stdout)
+        self.assertEqual(said.stderr, "holdfast: round.svg: read as the arcs that they stand for: 4 cubic pieces\n")
+
     def pixels(self, picture):
         """Dark or light, of 1000 x 1000."""
         image = subprocess.run(["rsvg-convert", "-w", "1000", "-h", "1000", "-b", "white", picture], check=True,
