@@ -48,7 +48,7 @@ bool isLayout(std::string_view blockName) {
 }
 
 bool isOtherDimension(std::string_view record) {
-    return record == "ARC_DIMENSION" || record == "LARGE_RADIAL_DIMENSION";
+    return record == "LARGE_RADIAL_DIMENSION";
 }
 
 bool isInPaperSpace(const DxfEntity& entity) {
