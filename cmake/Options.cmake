@@ -8,7 +8,7 @@ option(HOLDFAST_COVERAGE "Build with line and branch coverage counters (g++)" OF
 option(HOLDFAST_TIDY "Run clang-tidy with every compilation" OFF)
 option(HOLDFAST_WARNINGS_AS_ERRORS "Let no warning pass, as our own presets do" OFF)
 option(HOLDFAST_SOLVER "Build the solver library (needs Eigen)" ON)
-option(HOLDFAST_ENGINE "Build the sketch engine and the program (needs Eigen, OpenCASCADE, nlohmann-json, libzip, pugixml, CLI11)"
+option(HOLDFAST_ENGINE "Build the sketch engine and the program (needs Eigen, OpenCASCADE, nlohmann-json, libzip, pugixml, librsvg, CLI11)"
        ${PROJECT_IS_TOP_LEVEL})
 option(HOLDFAST_INSTALL "Install the libraries, and make packages of them" ${PROJECT_IS_TOP_LEVEL})
 # BUILD_TESTING, the word of CTest, is heard as well.

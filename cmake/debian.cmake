@@ -51,5 +51,7 @@ endif()
 if(TARGET holdfast_program)
   debian_package(program holdfast graphics "Edits constrained drawings and tells each constraint's fate"
                  module)
+  # Loaded when a PDF page is written: whoever writes none need not have it.
+  set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS "librsvg2-2")
 endif()
 include(CPack)

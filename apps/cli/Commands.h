@@ -15,7 +15,7 @@ namespace holdfast::cli {
 struct ShowOptions {
     std::vector<std::string> drawings;
     std::string from;    ///< the form of the drawings, or empty: by their endings
-    std::string output;  ///< an SVG file or an HTML page, of several drawings a folder for pictures, or empty
+    std::string output;  ///< an SVG or PDF file or an HTML page, of several drawings a folder for pictures, or empty
     TellingOptions telling;
     bool list = false;     ///< every entity and constraint by name
     bool missing = false;  ///< what it lacks for being fully determined
@@ -31,7 +31,7 @@ struct EditOptions {
     std::vector<int> lines = {};  ///< of the script, for each edit
     DrawingTarget output;         ///< the edited drawing
     std::string report;           ///< an HTML file, or empty
-    std::string picture;          ///< an SVG file with before and after, or empty
+    std::string picture;          ///< an SVG or PDF file with before and after, or empty
     TellingOptions telling;
     bool verbose = false;
     bool noTies = false;          ///< edits leave the drawing as bare as the module does

@@ -85,7 +85,7 @@ int editOne(const EditOptions& options, Teller& teller) {
     if (!options.report.empty())
         outputs.add(options.report, window::reportPage(report, session.results(), changes));
     if (!options.picture.empty())
-        outputs.add(options.picture, writeBeforeAfter(report, options.ids));
+        outputs.addPicture(options.picture, writeBeforeAfter(report, options.ids), session.document().name);
     if (!outputs.write([&] { tell(report, options, teller); }))
         tellRemarks(report);
     return kExitDone;

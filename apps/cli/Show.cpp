@@ -109,13 +109,14 @@ bool isPage(const std::string& path) {
 }
 
 /// A picture, or a page to pan, zoom and point in.
-std::string viewOf(const Document& document, const std::string& drawing, const std::string& path,
-                   const ShowOptions& options) {
+void addView(OutputFiles& outputs, const std::string& path, const Document& document, const std::string& name,
+             const ShowOptions& options) {
     if (!isPage(path))
-        return writePicture(document, {}, {.names = options.ids, .colours = options.colours});
-    if (options.colours)
-        throw UsageError("--colours", "a page", "a picture (.svg); the page's colours tell what is free");
-    return window::pageAlone(document, spokenName(document, drawing), options.ids);
+        outputs.addPicture(path, writePicture(document, {}, {.names = options.ids, .colours = options.colours}), name);
+    else if (options.colours)
+        throw UsageError("--colours", "a page", "a picture (.svg, .pdf); the page's colours tell what is free");
+    else
+        outputs.add(path, window::pageAlone(document, name, options.ids));
 }
 
 int showOne(const std::string& drawing, const ShowOptions& options, Teller& teller) {
@@ -127,9 +128,9 @@ int showOne(const std::string& drawing, const ShowOptions& options, Teller& tell
     if (path && isListed(*path, bytes))
         return showSketches(*path, bytes, options, teller);
     const Document document = path ? readSketch(*path, bytes) : readAnyDrawing({drawing, options.from});
-    if (!picture.empty())
-        outputs.add(picture, viewOf(document, drawing, picture, options));
     const std::string name = spokenName(document, drawing);
+    if (!picture.empty())
+        addView(outputs, picture, document, name, options);
     outputs.write([&] {
         if (teller.wantsJson())
             teller.tell(findingsOf(name, document, options));

@@ -47,8 +47,8 @@ void addFrom(CLI::App* command, std::string& from) {
 
 void addForms(CLI::App* command, std::string& from, std::string& to) {
     addFrom(command, from);
-    command->add_option("--to", to, "the form to write, whatever the name: json, dxf, svg, slvs")
-        ->check(CLI::IsMember({"json", "dxf", "svg", "slvs"}));
+    command->add_option("--to", to, "the form to write, whatever the name: json, dxf, svg, pdf, slvs")
+        ->check(CLI::IsMember({"json", "dxf", "svg", "pdf", "slvs"}));
 }
 
 constexpr const char* kIds = "show the names of entities in the picture";
@@ -73,8 +73,8 @@ void addShow(CLI::App& app, ShowOptions& options, std::function<int()>& action) 
     addFrom(command, options.from);
     CLI::Option* picture = command->add_option(
         "-o,--output", options.output,
-        "draw it with its constraints into this .svg file, or into an .html page to pan, zoom and point "
-        "in; of several drawings, pictures into this folder");
+        "draw it with its constraints into this .svg or .pdf file, or into an .html page to pan, zoom and "
+        "point in; of several drawings, pictures into this folder");
     command->add_flag("--ids", options.ids, kIds)->needs(picture);
     command->add_flag("--colours", options.colours, "draw it in its own colours, those of entities or of their layers")
         ->needs(picture);
@@ -94,11 +94,11 @@ void addEdit(CLI::App& app, EditOptions& options, std::function<int()>& action) 
     command->add_option("DRAWING", options.drawing.path, kDrawing)->required();
     command->add_option("EDIT", options.edits, "edits, each one argument")->required();
     command->add_option("-o,--output", options.output.path,
-                        "write the edited drawing (.json, .dxf, .svg; - for standard output)");
+                        "write the edited drawing (.json, .dxf, .svg, .pdf; - for standard output)");
     addForms(command, options.drawing.form, options.output.form);
     command->add_option("--report", options.report, "write the report as one .html file");
     CLI::Option* picture =
-        command->add_option("--picture", options.picture, "draw before and after into this .svg file");
+        command->add_option("--picture", options.picture, "draw before and after into this .svg or .pdf file");
     command->add_flag("--ids", options.ids, kIds)->needs(picture);
     addTelling(command, options.telling);
     command->add_flag("-v,--verbose", options.verbose, "tell what stayed as it was, too");
@@ -121,7 +121,7 @@ void addRun(CLI::App& app, RunOptions& options, std::function<int()>& action) {
                       "themselves were written");
     command->add_option("--report", options.report, "write the report as one .html file");
     CLI::Option* picture =
-        command->add_option("--picture", options.picture, "draw before and after into this .svg file");
+        command->add_option("--picture", options.picture, "draw before and after into this .svg or .pdf file");
     command->add_flag("--ids", options.ids, kIds)->needs(picture);
     addTelling(command, options.telling);
     command->add_flag("-v,--verbose", options.verbose, "tell what stayed as it was, too");
@@ -141,8 +141,9 @@ void addRun(CLI::App& app, RunOptions& options, std::function<int()>& action) {
 void addSolve(CLI::App& app, SolveOptions& options, std::function<int()>& action) {
     CLI::App* command = app.add_subcommand("solve", "make the constraints of a drawing hold again");
     command->add_option("DRAWING", options.drawings, kDrawings)->required();
-    command->add_option("-o,--output", options.output,
-                        "write the solved drawing (.json, .dxf, .svg; - for standard output; of several a folder)");
+    command->add_option(
+        "-o,--output", options.output,
+        "write the solved drawing (.json, .dxf, .svg, .pdf; - for standard output; of several a folder)");
     addForms(command, options.from, options.to);
     command->add_option("--report", options.report, "write what moved as one .html file");
     command->add_flag("--explain", options.explain,
@@ -157,10 +158,11 @@ void addSolve(CLI::App& app, SolveOptions& options, std::function<int()>& action
 void addConvert(CLI::App& app, ConvertOptions& options, std::function<int()>& action) {
     CLI::App* command = app.add_subcommand("convert", "turn a drawing into another form");
     command
-        ->add_option("IN OUT", options.drawings,
-                     "a .json, .dxf or .svg file or a sketch (part.FCStd#Sketch001, part.slvs), then a .json, .dxf, "
-                     ".svg, .slvs or .FCStd file; - for the standard streams. Several files, then a folder for what "
-                     "becomes of them")
+        ->add_option(
+            "IN OUT", options.drawings,
+            "a .json, .dxf or .svg file or a sketch (part.FCStd#Sketch001, part.slvs), then a .json, .dxf, "
+            ".svg, .pdf, .slvs or .FCStd file; - for the standard streams. Several files, then a folder for what "
+            "becomes of them")
         ->required()
         ->expected(2, kAnyNumber);
     addForms(command, options.from, options.to);
@@ -173,8 +175,7 @@ void addConvert(CLI::App& app, ConvertOptions& options, std::function<int()>& ac
     command->footer(
         "Example:\n  holdfast convert examples/drawings/mounting-bracket.json bracket.dxf\n\n.dxf files go out in the "
         "old form that every program reads, without constraints, and as they are when they\ncome from a .dxf file; "
-        ".svg "
-        "files in true size.\n\n" +
+        ".svg and .pdf files in true size, for looking at and printing.\n\n" +
         std::string(kExitCodes));
     command->callback([&] {
         options.output = options.drawings.back();

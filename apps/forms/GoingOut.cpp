@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "apps/forms/PdfPage.h"
 #include "document/text/Suggest.h"
 #include "editing/Session.h"
+#include "formats/LostFacts.h"
 #include "formats/dxf/DxfPatch.h"
 #include "formats/fcstd/FcstdPatch.h"
 #include "formats/json/JsonWriter.h"
@@ -40,6 +42,14 @@ std::string firstOf(const std::vector<std::string>& names) {
     return text + (names.size() > most ? " and " + std::to_string(names.size() - most) + " more" : "");
 }
 
+std::string namesOf(const std::vector<BlockReference>& references) {
+    std::vector<std::string> names;
+    names.reserve(references.size());
+    for (const BlockReference& reference : references)
+        names.push_back(reference.id);
+    return firstOf(names);
+}
+
 /// "2 block references and 1 hatched area were left out".
 std::string leftOutReferences(const Document& document) {
     using Kind = BlockReference::Kind;
@@ -58,12 +68,14 @@ std::string leftOutReferences(const Document& document) {
     add(countOf(Kind::dimension), "dimension");
     add(countOf(Kind::dimension, true), "dimension picture");
     add(countOf(Kind::hatch), "hatched area");
-    std::vector<std::string> names;
-    names.reserve(document.references.size());
-    for (const BlockReference& reference : document.references)
-        names.push_back(reference.id);
-    return allOf(counted) + (document.references.size() == 1 ? " was" : " were") + " left out: " + firstOf(names) +
+    return allOf(counted) + (document.references.size() == 1 ? " was" : " were") +
+           " left out: " + namesOf(document.references) +
            (countOf(Kind::insert) > 0 ? "; \"explode\" makes entities of a block reference" : "");
+}
+
+void addLeftOut(std::size_t count, const char* word, std::vector<std::string>& notes) {
+    if (count > 0)
+        notes.push_back(report::counted(count, word) + (count == 1 ? " was" : " were") + " left out");
 }
 
 void addLosses(const Document& document, const DxfOutput& output, std::vector<std::string>& notes) {
@@ -76,12 +88,8 @@ void addLosses(const Document& document, const DxfOutput& output, std::vector<st
         notes.push_back("dimensions that the drawing has no more stay as the file has them: " + firstOf(output.left));
     if (!output.lostFacts.empty())
         notes.push_back(output.lostFacts);
-    if (output.lostConstraints > 0)
-        notes.push_back(report::counted(output.lostConstraints, "constraint") +
-                        (output.lostConstraints == 1 ? " was" : " were") + " left out");
-    if (output.lostParameters > 0)
-        notes.push_back(report::counted(output.lostParameters, "parameter") +
-                        (output.lostParameters == 1 ? " was" : " were") + " left out");
+    addLeftOut(output.lostConstraints, "constraint", notes);
+    addLeftOut(output.lostParameters, "parameter", notes);
 }
 
 /// The drawing with its polylines as lines and arcs, and a note on each.
@@ -121,6 +129,38 @@ void writeSlvs(const Document& document, bool wasOne, double tolerance, GoneOut&
     addAll(out.notes, output.notes);
 }
 
+/// Of the entities of a kind, or of some, what becomes of them.
+template <class... Shapes>
+void addAltered(const Document& document, const std::string& what, std::vector<std::string>& notes) {
+    std::vector<std::string> names;
+    for (const Entity& entity : document.entities)
+        if ((std::holds_alternative<Shapes>(entity.shape) || ...))
+            names.push_back(entity.id);
+    if (!names.empty())
+        notes.push_back(what + firstOf(names));
+}
+
+/// What somebody who takes the picture for the drawing would miss.
+void addPictureLosses(const Document& document, const std::string& form, std::vector<std::string>& notes) {
+    addAltered<RayShape, XlineShape>(document, "lines without end stop where the drawing does: ", notes);
+    if (form == ".svg")
+        addAltered<TextShape>(document, "texts are there to be looked at, and are not read back: ", notes);
+    addLeftOut(document.constraints.size(), "constraint", notes);
+    addLeftOut(document.parameters.size(), "parameter", notes);
+    if (std::string lost = lostFacts(document, {}); !lost.empty())
+        notes.push_back(std::move(lost));
+    if (!document.references.empty())
+        notes.push_back("drawn as what they show: " + namesOf(document.references));
+}
+
+/// A picture in true size.
+void writePage(const Document& document, const std::string& form, GoneOut& out) {
+    addPictureLosses(document, form, out.notes);
+    out.bytes = writeTrueSizeSvg(document);
+    if (form == ".pdf")
+        out.bytes = pdfPage(out.bytes, document.name);
+}
+
 void writeDxf(const Document& document, const DxfOriginal* from, double tolerance, GoneOut& out) {
     DxfOutput output = from != nullptr ? patchedDxf(from->text, from->layout, from->drawing, document, tolerance)
                                        : dxfText(document, tolerance);
@@ -133,14 +173,18 @@ void writeDxf(const Document& document, const DxfOriginal* from, double toleranc
 
 }  // namespace
 
+bool isPicture(const std::string& form) {
+    return form == ".svg" || form == ".pdf";
+}
+
 GoneOut goingOut(const Document& document, const std::string& form, const CameFrom& from, double tolerance) {
     GoneOut out;
-    if (form != ".svg" && from.dxf == nullptr && !document.references.empty())
+    if (!isPicture(form) && from.dxf == nullptr && !document.references.empty())
         out.notes.push_back(leftOutReferences(document));
     if (form == ".json")
         out.bytes = jsonText(document);
-    else if (form == ".svg")
-        out.bytes = writeTrueSizeSvg(document);
+    else if (isPicture(form))
+        writePage(document, form, out);
     else if (from.sketch != nullptr && form == kSketchForm)
         writeSketch(document, *from.sketch, out);
     else if (form == kSlvsForm)

@@ -27,6 +27,9 @@ struct SketchOriginal {
     std::string sketch;  ///< its name
 };
 
+/// True for ".svg" and ".pdf", which are for looking at: no drawing comes back from them as it was.
+bool isPicture(const std::string& form);
+
 /// What a drawing comes from: its form as an ending, and what of the file goes out again.
 struct CameFrom {
     std::string form{};
@@ -40,8 +43,8 @@ struct GoneOut {
     std::vector<std::string> notes{};
 };
 
-/// A drawing as a file of a form, which is an ending: ".json", ".dxf", ".svg", ".slvs"; ".fcstd" for one that comes
-/// from such a document. Curves that the form cannot hold deviate by the tolerance at most.
+/// A drawing as a file of a form, which is an ending: ".json", ".dxf", ".svg", ".pdf", ".slvs"; ".fcstd" for one that
+/// comes from such a document. Curves that the form cannot hold deviate by the tolerance at most.
 GoneOut goingOut(const Document& document, const std::string& form, const CameFrom& from, double tolerance);
 
 }  // namespace holdfast::forms

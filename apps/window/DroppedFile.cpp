@@ -10,6 +10,7 @@
 #include "formats/json/JsonReader.h"
 #include "formats/slvs/SlvsReader.h"
 #include "formats/svg/SvgReader.h"
+#include "report/page/Wording.h"
 
 namespace holdfast::window {
 
@@ -47,7 +48,10 @@ DroppedDrawing plainDrawing(Plain&& read) {
 DroppedDrawing pictureIn(const DroppedFile& file) {
     SvgDrawing picture = readSvg(file.bytes, file.name);
     const bool isMeasured = picture.isMeasured;
+    const auto roundCubics = static_cast<std::size_t>(picture.roundCubics);
     DroppedDrawing drawing = plainDrawing(std::move(picture));
+    if (roundCubics > 0)
+        drawing.remarks.push_back("read as the arcs that they stand for: " + counted(roundCubics, "cubic piece"));
     if (!isMeasured)
         drawing.remarks.emplace_back("it says no unit of length, and is taken as pixels, 96 an inch");
     return drawing;

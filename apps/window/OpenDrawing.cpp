@@ -7,6 +7,7 @@
 #include <utility>
 #include <variant>
 
+#include "apps/forms/PdfPage.h"
 #include "apps/window/Answers.h"
 #include "apps/window/DrawingJson.h"
 #include "apps/window/DroppedFile.h"
@@ -361,6 +362,8 @@ std::optional<OpenDrawing::Copy> OpenDrawing::copy(std::string_view what) {
         return Copy{dxfText(document, kFlattening).text, "image/vnd.dxf", nameOf(".dxf")};
     if (what == "picture.svg")
         return Copy{writePicture(document), "image/svg+xml", nameOf(".svg")};
+    if (what == "picture.pdf")
+        return Copy{pdfPage(writePicture(document), document.name), "application/pdf", nameOf(".pdf")};
     if (what == "report.html")
         return Copy{reportPage(m_shown->session->report(), m_shown->session->results(), m_shown->changes), "text/html",
                     nameOf(".html")};
@@ -371,7 +374,7 @@ std::optional<OpenDrawing::Copy> OpenDrawing::copy(std::string_view what) {
 
 /// That in which it came first.
 std::vector<std::string> OpenDrawing::formsOut() const {
-    std::vector<std::string> forms{".json", ".dxf", kSlvsForm, ".svg"};
+    std::vector<std::string> forms{".json", ".dxf", kSlvsForm, ".svg", ".pdf"};
     const std::string own =
         endingOf(m_shown->source.name.empty() ? m_shown->file.opened.filename().string() : m_shown->source.name);
     std::erase(forms, own);
@@ -397,7 +400,7 @@ GoneOut OpenDrawing::saveAs(const std::string& form) {
         from.sketch = &sketch.emplace(SketchOriginal{m_shown->source.bytes, m_shown->source.sketch});
     }
     GoneOut out = goingOut(m_shown->session->document(), form, from, kFlattening);
-    if (!m_shown->file.takesSaves() && out.notes.empty() && form != ".svg")
+    if (!m_shown->file.takesSaves() && out.notes.empty() && !isPicture(form))
         m_shown->isDownloaded = true;
     return out;
 }

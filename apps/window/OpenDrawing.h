@@ -57,8 +57,8 @@ public:
     struct Copy {
         std::string text, type, name;  ///< its type as the web calls it; a name for the file
     };
-    /// The drawing as "drawing.json", "drawing.dxf", "picture.svg", "report.html", or its edits as "edits.edit";
-    /// nothing for another name.
+    /// The drawing as "drawing.json", "drawing.dxf", "picture.svg", "picture.pdf", "report.html", or its edits as
+    /// "edits.edit"; nothing for another name.
     std::optional<Copy> copy(std::string_view what);
 
     /// The drawing in the form of an ending that state() lists, and what is lost in it. One that cannot be saved into

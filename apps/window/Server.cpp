@@ -192,11 +192,15 @@ struct Server::Inside {
                        const auto drawing = drawingOf(request, response);
                        if (!drawing)
                            return;
-                       std::optional<OpenDrawing::Copy> copy = drawing->copy(std::string(request.matches[1]));
-                       if (!copy)
-                           return refuse(response, kMissing, "there is no such copy\n");
-                       give(response, std::move(copy->text), copy->type);
-                       response.set_header("Content-Disposition", "attachment");
+                       try {
+                           std::optional<OpenDrawing::Copy> copy = drawing->copy(std::string(request.matches[1]));
+                           if (!copy)
+                               return refuse(response, kMissing, "there is no such copy\n");
+                           give(response, std::move(copy->text), copy->type);
+                           response.set_header("Content-Disposition", "attachment");
+                       } catch (const DrawingError& failure) {
+                           refuse(response, kRefused, failure.what());
+                       }
                    });
     }
 

@@ -153,12 +153,14 @@ void DxfEntity::fail(std::string found, std::string expected) const {
 DxfEntity takeEntity(DxfGroups& groups) {
     const DxfGroup name = groups.take("an entity");
     DxfEntity entity{name.value, name.line, {}, &groups, name.begin, name.end};
-    bool embedded = false;
+    bool embedded = false, isInList = false;
     while (!groups.peek() || groups.peek()->code != 0) {
         const DxfGroup group = groups.take("EOF as the value of group 0; the file is not complete");
         entity.end = group.end;
         embedded = embedded || group.code == kEmbedded;
-        if (!embedded && group.code < kFirstForeign)
+        if (group.code == kList)
+            isInList = group.value.starts_with('{');
+        else if (!embedded && !isInList && group.code < kFirstForeign)
             entity.groups.push_back(group);
     }
     return entity;

@@ -81,7 +81,7 @@ struct DxfEntity {
 };
 
 /// Takes the name group and everything behind it that belongs to the entity. Groups of other programs (codes from
-/// 1000) and embedded objects (from code 101) are left out.
+/// 1000), their lists (between braces behind code 102) and embedded objects (from code 101) are left out.
 DxfEntity takeEntity(DxfGroups& groups);
 
 /// The entities of one name that stand behind another one, and the SEQEND that may end them; `end` goes behind the last

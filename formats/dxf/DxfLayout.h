@@ -38,7 +38,8 @@ struct DxfAnchor {
     enum class Kind {
         point,  ///< it is the place
         along,  ///< on a line or segment, or its continuation: it keeps its part of the length
-        rim     ///< on a circle or arc: it keeps its direction from the centre
+        rim,    ///< on a circle or arc: it keeps its direction from the centre
+        foot    ///< on a line or segment, at right angles below the anchor before it
     };
 
     int code = 0;  ///< of its x in the record

@@ -48,7 +48,7 @@ bool isLayout(std::string_view blockName) {
 }
 
 bool isOtherDimension(std::string_view record) {
-    return record == "ARC_DIMENSION" || record == "LARGE_RADIAL_DIMENSION";
+    return record == "LARGE_RADIAL_DIMENSION";
 }
 
 bool isInPaperSpace(const DxfEntity& entity) {
@@ -261,19 +261,8 @@ private:
         form.hasMarks = form.hasMarks || entity.find(kClassMark) != nullptr;
         form.hasHandles = form.hasHandles || entity.find(kHandle) != nullptr;
         if (form.owner.empty() && !isInPaperSpace(entity))
-            form.owner = ownerOf(entity);
-    }
-
-    /// Lists in braces hold handles of other things.
-    static std::string ownerOf(const DxfEntity& entity) {
-        bool isInList = false;
-        for (const DxfGroup& group : entity.groups) {
-            if (group.code == kList)
-                isInList = group.value.starts_with('{');
-            else if (!isInList && group.code == kOwner)
-                return std::string(group.value);
-        }
-        return {};
+            if (const DxfGroup* owner = entity.find(kOwner))
+                form.owner = std::string(owner->value);
     }
 
     DxfEntity takeNamed() {

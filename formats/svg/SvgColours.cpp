@@ -1,23 +1,19 @@
 #include "formats/svg/SvgColours.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <string>
 #include <utility>
 
 #include "document/text/Capitals.h"
+#include "formats/svg/SvgColourNames.h"
 #include "formats/svg/SvgNumbers.h"
 
 namespace holdfast::formats {
 namespace {
 
-constexpr std::array<std::pair<std::string_view, std::uint32_t>, 20> kColourNames = {
-    {{"BLACK", 0x000000},  {"SILVER", 0xC0C0C0}, {"GRAY", 0x808080},   {"GREY", 0x808080},    {"WHITE", 0xFFFFFF},
-     {"MAROON", 0x800000}, {"RED", 0xFF0000},    {"PURPLE", 0x800080}, {"FUCHSIA", 0xFF00FF}, {"GREEN", 0x008000},
-     {"LIME", 0x00FF00},   {"OLIVE", 0x808000},  {"YELLOW", 0xFFFF00}, {"NAVY", 0x000080},    {"BLUE", 0x0000FF},
-     {"TEAL", 0x008080},   {"AQUA", 0x00FFFF},   {"CYAN", 0x00FFFF},   {"MAGENTA", 0xFF00FF}, {"ORANGE", 0xFFA500}}};
+static_assert(std::ranges::is_sorted(kSvgColourNames, {}, &std::pair<std::string_view, std::uint32_t>::first));
 
 std::optional<std::uint32_t> hexColour(std::string_view digits) {
     std::string all(digits);
@@ -46,10 +42,9 @@ std::optional<std::uint32_t> mixedColour(std::string_view parts) {
 
 std::optional<std::uint32_t> namedColour(std::string_view name) {
     const std::string capitals = inCapitals(name);
-    for (const auto& [known, value] : kColourNames)
-        if (known == capitals)
-            return value;
-    return std::nullopt;
+    const auto* const found = std::ranges::lower_bound(kSvgColourNames, std::string_view(capitals), {},
+                                                       &std::pair<std::string_view, std::uint32_t>::first);
+    return found != kSvgColourNames.end() && found->first == capitals ? std::optional(found->second) : std::nullopt;
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <utility>
 
 #include "formats/svg/SvgFault.h"
@@ -28,6 +29,12 @@ bool isStraightBetween(Vec2 from, Vec2 first, Vec2 second, Vec2 to) {
     return size > 0.0 && isOn(first) && isOn(second) && 0.0 <= along(first) && along(first) <= along(second) &&
            along(second) <= 1.0;
 }
+
+/// A cubic piece for a quarter of a circle reaches this part of the way from each end to the corner of its tangents: it
+/// meets the circle in its middle then, and is off by 3e-4 of the radius at most.
+constexpr double kQuarterReach = 4.0 / 3.0 * (std::numbers::sqrt2 - 1.0);
+/// Files with few decimals, and programs that spread what it is off, have it so much shorter or longer.
+constexpr double kRoundedQuarter = 1e-3;
 
 /// What arcs that go on may come to: of what is nearly closed the ends do not tell where its centre is.
 constexpr double kMostOfATurn = kTurn - 0.05;
@@ -80,10 +87,43 @@ void SvgPen::quadTo(Vec2 control, Vec2 to) {
             to);
 }
 
+/// A quarter of a circle, or of an ellipse with its ends on the axes: the tangents at the ends are at right angles.
+std::optional<SvgPen::Course> SvgPen::quarterOf(Vec2 from, Vec2 first, Vec2 second, Vec2 to) {
+    const Vec2 begin = first - from, end = second - to;
+    const double turn = cross(begin, end), size = norm(begin) * norm(end);
+    if (size == 0.0 || std::abs(dot(begin, end)) > kRoundedQuarter * size)
+        return std::nullopt;
+    const double reach = cross(to - from, end) / turn;  // of the corner of both tangents, in their own lengths
+    const double otherReach = cross(to - from, begin) / turn;
+    const auto isUsual = [](double times) { return std::abs(1.0 / times - kQuarterReach) <= kRoundedQuarter; };
+    if (!isUsual(reach) || !isUsual(otherReach))
+        return std::nullopt;
+    const Vec2 corner = from + reach * begin, centre = from + to - corner;
+    const Vec2 out = from - centre, across = to - centre;
+    const double sweep = cross(out, across) > 0.0 ? kQuarterTurn : -kQuarterTurn;
+    const double ratio = norm(across) / norm(out);
+    if (std::abs(ratio - 1.0) <= kRoundedQuarter) {
+        const double radius = 0.5 * (norm(out) + norm(across));
+        return Course{centre, {radius, 0.0}, 1.0, std::atan2(out.y, out.x), sweep, from, true};
+    }
+    // Arcs of one ellipse have one x radius, whichever of its quarters they are.
+    const bool startsOnX = std::abs(out.x) >= std::abs(out.y);
+    Vec2 axis = startsOnX ? out : across;
+    const bool isBackward = axis.x < 0.0;
+    axis = isBackward ? -axis : axis;
+    const Vec2 other = (startsOnX ? norm(across) : norm(out)) * unit(leftOf(axis));
+    const double start = std::atan2(dot(out, other) / dot(other, other), dot(out, axis) / dot(axis, axis));
+    return Course{centre, axis, norm(other) / norm(axis), start, sweep, from, true};
+}
+
 void SvgPen::cubicTo(Vec2 first, Vec2 second, Vec2 to) {
     if (isStraightBetween(m_at, first, second, to))
         return lineTo(to);
     m_hasPieces = true;
+    if (const std::optional<Course> quarter = quarterOf(m_at, first, second, to)) {
+        ++m_drawn.roundCubics;
+        return goAlong(*quarter, to);
+    }
     if (to != m_at || first != m_at || second != m_at)
         add(SplineShape{.degree = 3,
                         .periodic = false,
@@ -145,7 +185,10 @@ void SvgPen::arcTo(const Arc& arc, Vec2 to) {
     if (to == m_at)
         return;
     const Arc sound{std::abs(arc.xRadius), std::abs(arc.yRadius), arc.turn, arc.isLarge, arc.isForward};
-    const Course course = courseOf(sound, m_at, to);
+    goAlong(courseOf(sound, m_at, to), to);
+}
+
+void SvgPen::goAlong(const Course& course, Vec2 to) {
     m_reach = std::max(m_reach, norm(course.axis));
     if (m_endsInArc && goesOn(m_arcs.back(), course)) {
         m_arcs.back() = joined(m_arcs.back(), m_at, to);
@@ -160,10 +203,11 @@ void SvgPen::arcTo(const Arc& arc, Vec2 to) {
 
 /// All the way round is left to two arcs: one that ends where it begins has no ends.
 bool SvgPen::goesOn(const Course& before, const Course& arc) {
-    const double near = kSameCircle * norm(arc.axis) * std::min(1.0, arc.ratio);
+    const double share = arc.isOfCubic ? kRoundedQuarter : kSameCircle;
+    const double near = share * norm(arc.axis) * std::min(1.0, arc.ratio);
     return distance(before.centre, arc.centre) <= near && distance(before.axis, arc.axis) <= near &&
-           before.ratio == arc.ratio && before.sweep * arc.sweep > 0.0 &&
-           std::abs(before.sweep + arc.sweep) < kMostOfATurn;
+           std::abs(before.ratio - arc.ratio) <= (arc.isOfCubic ? share * arc.ratio : 0.0) &&
+           before.sweep * arc.sweep > 0.0 && std::abs(before.sweep + arc.sweep) < kMostOfATurn;
 }
 
 /// The arc through its begin, the joint and its end, in the frame in which the ellipse is a unit circle around there:
@@ -185,7 +229,8 @@ SvgPen::Course SvgPen::joined(const Course& before, Vec2 at, Vec2 to) {
             before.ratio,
             std::atan2(first.y - centre.y, first.x - centre.x),
             sweep,
-            before.from};
+            before.from,
+            before.isOfCubic};
 }
 
 void SvgPen::close() {
@@ -206,7 +251,8 @@ bool SvgPen::goesRound() const {
     for (const Course& arc : m_arcs) {
         sweep += arc.sweep;
         if (distance(arc.centre, one.centre) > near * size || distance(arc.axis, one.axis) > kRoundedHalf * size ||
-            std::abs(arc.ratio - one.ratio) > kHolds * one.ratio || arc.sweep * one.sweep < 0.0)
+            std::abs(arc.ratio - one.ratio) > (one.isOfCubic ? kRoundedQuarter : kHolds) * one.ratio ||
+            arc.sweep * one.sweep < 0.0)
             return false;
     }
     return std::abs(std::abs(sweep) - kTurn) <= 4.0 * near;

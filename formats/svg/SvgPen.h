@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "formats/Uses.h"
@@ -13,7 +14,8 @@ inline constexpr std::size_t kSvgMostCurves = 1'000'000;
 
 /// Draws subpaths piece by piece, and keeps each piece as a shape of its own: straight pieces as lines, arcs as arcs
 /// and elliptical arcs, curves as splines of one span. Pieces without length are none. Arcs that go on along one circle
-/// or ellipse are one, and a closed subpath of arcs alone that goes round one is that, whole.
+/// or ellipse are one, and a closed subpath of arcs alone that goes round one is that, whole. A cubic piece that stands
+/// for a quarter of a circle, or of an ellipse along its axes, in the way that all programs draw those, is such an arc.
 class SvgPen {
 public:
     struct Arc {
@@ -38,6 +40,7 @@ public:
     struct Drawn {
         std::vector<Shape> shapes;
         std::vector<Vec2> dots;
+        int roundCubics = 0;  ///< cubic pieces that have become arcs
     };
     Drawn finish();
 
@@ -48,12 +51,15 @@ private:
         double ratio = 1.0;
         double start = 0.0, sweep = 0.0;
         Vec2 from;  ///< where it begins
+        bool isOfCubic = false;
     };
 
     static Course courseOf(const Arc& arc, Vec2 from, Vec2 to);
     static Shape shapeOf(const Course& course);
     static bool goesOn(const Course& before, const Course& arc);
     static Course joined(const Course& before, Vec2 at, Vec2 to);
+    static std::optional<Course> quarterOf(Vec2 from, Vec2 first, Vec2 second, Vec2 to);
+    void goAlong(const Course& course, Vec2 to);
     void add(Shape shape, Vec2 to);
     void addDot();
     void endSubpath();

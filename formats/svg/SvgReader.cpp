@@ -133,7 +133,7 @@ public:
         around.toDrawing = page.toDrawing;
         around.window = page.size;
         drawInside(m_tree.root(), around, [&](const SvgSurrounding& inside) { drawChildren(m_tree.root(), inside); });
-        return {std::move(m_document), m_notUnderstood.take(), m_dropped.take(), page.isMeasured};
+        return {std::move(m_document), m_notUnderstood.take(), m_dropped.take(), m_roundCubics, page.isMeasured};
     }
 
 private:
@@ -308,6 +308,7 @@ private:
         if (drawn.shapes.empty() && drawn.dots.empty())
             return m_notUnderstood.count(kind + " without size");
         const SharedLook look = lookOf(around);
+        m_roundCubics += drawn.roundCubics;
         for (const Shape& shape : drawn.shapes)
             add(kind, tidied(asRound(transformed(shape, around.toDrawing))), look, node);
         // Round ends make a dot of what has no length.
@@ -348,6 +349,7 @@ private:
     SvgStyles m_styles;
     Document m_document;
     SvgNotices m_notUnderstood, m_dropped;
+    int m_roundCubics = 0;
     std::set<pugi::xml_node_struct*> m_inUse;  // what is being drawn by a use
     std::set<std::string> m_layers;
     SharedLook m_look;

@@ -22,6 +22,7 @@ struct SvgDrawing {
     Document document;
     std::vector<SvgNotice> notUnderstood;  ///< elements that are missing from the document, by kind and reason
     std::vector<SvgNotice> dropped;        ///< properties that its entities have lost: fill, stroke-width, clip-path
+    int roundCubics = 0;                   ///< cubic pieces that are read as the arcs that they stand for
     bool isMeasured = true;                ///< false: the picture says no unit of length, and is taken as pixels
 };
 

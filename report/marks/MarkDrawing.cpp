@@ -67,13 +67,8 @@ std::string toneSign(MarkTone tone, double width, double height) {
 class MarkWriter {
 public:
     MarkWriter(const std::vector<Mark>& marks, const Frame& frame, InkMap& ink, const PictureNotes& notes,
-               bool dimensionLines, SpotMemory* memory)
-        : m_marks(marks),
-          m_frame(frame),
-          m_ink(ink),
-          m_notes(notes),
-          m_dimensionLines(dimensionLines),
-          m_memory(memory) {}
+               const MarkOptions& options, SpotMemory* memory)
+        : m_marks(marks), m_frame(frame), m_ink(ink), m_notes(notes), m_options(options), m_memory(memory) {}
 
     std::string text() {
         std::string spots;
@@ -88,13 +83,17 @@ public:
         remember(placement);
         std::string quiet, loud;
         for (std::size_t i = 0; i < m_chosen.size(); ++i)
-            (m_chosen[i]->tone == MarkTone::kept ? quiet : loud) += labelled(i, placement.labels[i]);
+            if (isSeen(placement.labels[i].level))
+                (m_chosen[i]->tone == MarkTone::kept ? quiet : loud) += labelled(i, placement.labels[i]);
         for (const LabelCluster& each : placement.clusters)
-            (m_chosen[each.labels.front()]->tone == MarkTone::kept ? quiet : loud) += cluster(each);
+            if (isSeen(each.level))
+                (m_chosen[each.labels.front()]->tone == MarkTone::kept ? quiet : loud) += cluster(each);
         return "<g class=\"marks\">\n" + spots + quiet + loud + "</g>\n";
     }
 
 private:
+    bool isSeen(int level) const { return level <= 1 || !m_options.seenWhole; }
+
     /// A kept mark that lies outside the picture stays outside; a change is shown at the picture's edge.
     void choose(const Mark& mark) {
         const bool visible = m_frame.window.contains(mark.anchor);
@@ -163,8 +162,9 @@ private:
         if (level > 1)
             classes += " from" + std::to_string(level);
         return "<g" + attribute("class", classes) +
-               (mark.entity.empty() ? attribute("data-c", joinedIds(mark.constraints))
-                                    : attribute("data-e", idToken(mark.entity)));
+               (m_options.seenWhole   ? std::string()
+                : mark.entity.empty() ? attribute("data-c", joinedIds(mark.constraints))
+                                      : attribute("data-e", idToken(mark.entity)));
     }
 
     /// The reader's tooltip for a change; what was kept has its words in the table only, to keep the picture small.
@@ -225,7 +225,7 @@ private:
         const Vec2 from = line.startFor(at), to = line.endFor(at);
         const bool kept = mark.tone == MarkTone::kept;
         std::string text = opening(mark, kept ? "dim bare" : "dim", placed.level) + ">" + remark(mark);
-        if (m_dimensionLines || !kept)
+        if (m_options.dimensionLines || !kept)
             text += "<path class=\"line\" vector-effect=\"non-scaling-stroke\" d=\"" + outward(line.from, from) +
                     outward(line.to, to) + "M" + pair(from) + "L" + pair(to) + "\"/>" + arrow(from, to) +
                     arrow(to, from);
@@ -247,7 +247,7 @@ private:
                pair(back - side) + "Z\"/></g>";
     }
 
-    std::string cluster(const LabelCluster& cluster) const {
+    std::string idsIn(const LabelCluster& cluster) const {
         std::vector<std::string> ids;
         for (const std::size_t index : cluster.labels) {
             const std::vector<std::string>& more = m_chosen[index]->constraints;
@@ -255,10 +255,14 @@ private:
             if (const std::string& entity = m_chosen[index]->entity; !entity.empty())
                 ids.push_back(entity);
         }
-        const MarkTone tone = m_chosen[cluster.labels.front()]->tone;
         const bool isOfNames = !m_chosen[cluster.labels.front()]->entity.empty();
+        return attribute(isOfNames ? "data-e" : "data-c", joinedIds(ids));
+    }
+
+    std::string cluster(const LabelCluster& cluster) const {
+        const MarkTone tone = m_chosen[cluster.labels.front()]->tone;
         return "<g class=\"m cluster at" + std::to_string(cluster.level) + " " + std::string(className(tone)) + "\"" +
-               attribute(isOfNames ? "data-e" : "data-c", joinedIds(ids)) + movedTo(cluster.spot.base) +
+               (m_options.seenWhole ? std::string() : idsIn(cluster)) + movedTo(cluster.spot.base) +
                "><g class=\"z\"><g" + movedTo(cluster.spot.offset) + ">" + plate(cluster.width, cluster.height) +
                centredText(std::to_string(cluster.labels.size())) + toneSign(tone, cluster.width, cluster.height) +
                "</g></g></g>\n";
@@ -268,7 +272,7 @@ private:
     const Frame& m_frame;
     InkMap& m_ink;
     const PictureNotes& m_notes;
-    bool m_dimensionLines;
+    MarkOptions m_options;
     SpotMemory* m_memory;
     std::vector<Label> m_labels;
     std::vector<const Mark*> m_chosen;
@@ -279,8 +283,8 @@ private:
 }  // namespace
 
 std::string drawMarks(const std::vector<Mark>& marks, const Frame& frame, InkMap& ink, const PictureNotes& notes,
-                      bool dimensionLines, SpotMemory* memory) {
-    return MarkWriter(marks, frame, ink, notes, dimensionLines, memory).text();
+                      const MarkOptions& options, SpotMemory* memory) {
+    return MarkWriter(marks, frame, ink, notes, options, memory).text();
 }
 
 }  // namespace holdfast::report

@@ -214,7 +214,7 @@ private:
     }
 
     Mark opened(Vec2 apex, double startAngle, double value) const {
-        const double turn = std::remainder(value, 2 * kPi);
+        const double turn = std::abs(value) < 2 * kPi ? value : std::remainder(value, 2 * kPi);
         Mark mark = at(apex, polar(1.0, startAngle + turn / 2));
         mark.opening = Opening{startAngle, startAngle + turn};
         return mark;

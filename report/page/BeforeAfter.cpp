@@ -4,6 +4,7 @@
 
 #include "report/marks/Glyphs.h"
 #include "report/page/Assets.h"
+#include "report/page/HtmlTables.h"
 #include "report/page/ReportIndex.h"
 #include "report/picture/Frame.h"
 #include "report/picture/Markup.h"
@@ -35,6 +36,7 @@ std::string writeBeforeAfter(FateReport report, bool names) {
     window.add(report::windowOf(whole.after));
     const report::Frame frame = report::trimmed(report::frameAround(window, kPaneWidth, 0.35, 1.1), window, 0.4);
     report::SpotMemory memory;
+    report::Crowd crowd;
     const auto body = [&](const Document& document, const PictureNotes& notes, const Document* ghost) {
         return report::pictureBody({.document = document,
                                     .notes = notes,
@@ -44,7 +46,8 @@ std::string writeBeforeAfter(FateReport report, bool names) {
                                     .marks = true,
                                     .dimensionLines = true,
                                     .names = names,
-                                    .memory = &memory});
+                                    .memory = &memory,
+                                    .crowd = isCrowd(whole) ? &crowd : nullptr});
     };
     const std::string width = decimal(2.0 * frame.width + kPaneGap, 2), height = decimal(frame.height + kCaption, 2);
     std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\"" + attribute("width", width) +

@@ -8,13 +8,13 @@
 #include "report/marks/Glyphs.h"
 #include "report/page/Wording.h"
 #include "report/picture/Markup.h"
+#include "report/picture/Picture.h"
 
 namespace holdfast::report {
 
 namespace {
 
 constexpr std::size_t kLongestOpenList = 12;  // kept constraints beyond this wait behind a fold
-constexpr std::size_t kCrowd = 6000;          // entities and constraints from which browsers open a page of them slowly
 constexpr std::size_t kMostRows = 2000;       // of a crowd
 
 std::string cell(std::string_view classes, const std::string& content) {

@@ -218,14 +218,16 @@ private:
     std::string marks() {
         const EntityIndex entities(m_request.document);
         std::vector<Mark> marks;
-        if (m_request.marks && m_request.crowd != nullptr)
+        const bool isAlone = m_request.crowd != nullptr && m_request.crowd->isAlone;
+        if (m_request.marks && m_request.crowd != nullptr && !isAlone)
             marks = marksOf(changedConstraints(), entities, m_frame, m_request.notes.constraints);
         else if (m_request.marks)
             marks = marksOf(m_request.document, entities, m_frame, m_request.notes.constraints);
         if (m_request.names)
             for (Mark& name : namesOf(m_request.document))
                 marks.push_back(std::move(name));
-        return drawMarks(marks, m_frame, m_ink, m_request.notes, m_request.dimensionLines, m_request.memory);
+        return drawMarks(marks, m_frame, m_ink, m_request.notes,
+                         {.dimensionLines = m_request.dimensionLines, .seenWhole = isAlone}, m_request.memory);
     }
 
     Document changedConstraints() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "report/Uses.h"
@@ -15,7 +16,13 @@ namespace holdfast::report {
 /// is untouched, the others refer to it.
 struct Crowd {
     bool isDrawn = false;
+    /// A picture by itself, which nobody asks for names and looks at no closer: kept constraints have the marks that
+    /// are seen in all of it, without their ids.
+    bool isAlone = false;
 };
+
+/// Entities and constraints from which a drawing is a crowd: browsers open a page of more slowly.
+inline constexpr std::size_t kCrowd = 6000;
 
 /// What goes into a picture. Borrowed for one call.
 struct PictureRequest {

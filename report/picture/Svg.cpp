@@ -23,6 +23,8 @@ std::string writePicture(const Document& document, const PictureNotes& notes, co
         report::trimmed(report::frameAround(window, options.width, options.lowest, options.highest), window, 0.4);
     const std::string width = decimal(frame.width, 2), height = decimal(frame.height, 2);
     report::DrawnColours colours(document);
+    report::Crowd crowd{.isAlone = true};
+    const bool isCrowd = document.entities.size() + document.constraints.size() > report::kCrowd;
     const std::string body = report::pictureBody({.document = document,
                                                   .notes = notes,
                                                   .frame = frame,
@@ -32,7 +34,8 @@ std::string writePicture(const Document& document, const PictureNotes& notes, co
                                                   .dimensionLines = options.dimensionLines,
                                                   .names = options.names,
                                                   .memory = nullptr,
-                                                  .colours = options.colours ? &colours : nullptr});
+                                                  .colours = options.colours ? &colours : nullptr,
+                                                  .crowd = isCrowd ? &crowd : nullptr});
     const std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\"" + attribute("width", width) +
                             attribute("height", height) + attribute("viewBox", "0 0 " + width + " " + height) +
                             " role=\"img\">\n<title>" + report::escaped(document.name) + "</title>\n<style>\n" +

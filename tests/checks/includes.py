@@ -54,6 +54,7 @@ LIBRARIES = (
     ("apps/window", ".cpp", re.compile(r"^httplib\.h$")),
     ("apps/window", ".cpp", re.compile(r"^zlib\.h$")),
     ("apps/window", ".h", JSON_BY_NAME),
+    ("apps/forms", ".cpp", re.compile(r"^(cairo-pdf|dlfcn|librsvg/rsvg)\.h$")),
     ("apps", ".cpp", re.compile(r"^(unistd|fcntl|io|malloc|windows|sys/\w+)\.h$")),
     ("module/core", ".cpp", re.compile(r"^windows\.h$")),
 )

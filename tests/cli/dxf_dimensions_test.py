@@ -30,24 +30,27 @@ def made(version):
         space.add_line(*ends)
     space.add_circle((200, 0), 5)
     space.add_arc((200, 50), 10, 0, 120)
-    kinds = {
-        ("distance_x", 40): space.add_linear_dim(base=(0, -5), p1=(0, 0), p2=(40, 0)),
-        ("distance_y", 70): space.add_linear_dim(base=(110, 0), p1=(100, 70), p2=(100, 0), angle=90),
-        ("distance", 50): space.add_aligned_dim(p1=(0, 0), p2=(30, 40), distance=3),
-        ("distance_x", 200): space.add_aligned_dim(p1=(0, 0), p2=(200, 0), distance=9),  # written as turned by 0
-        ("diameter", 10): space.add_diameter_dim(center=(200, 0), radius=5, angle=30),
-        ("radius", 10): space.add_radius_dim(center=(200, 50), radius=10, angle=60),
-        ("angle", round(math.atan2(4, 3), 6)): space.add_angular_dim_2l(
-            base=(9, 5), line1=((0, 0), (40, 0)), line2=((0, 0), (30, 40))),
-        ("angle", -1): space.add_angular_dim_3p(base=(9, 5), center=(0, 0), p1=(40, 0), p2=(30, 40)),
-    }
+    kinds = [
+        ("distance_x", 40, space.add_linear_dim(base=(0, -5), p1=(0, 0), p2=(40, 0))),
+        ("distance_y", 70, space.add_linear_dim(base=(110, 0), p1=(100, 70), p2=(100, 0), angle=90)),
+        ("distance", 50, space.add_aligned_dim(p1=(0, 0), p2=(30, 40), distance=3)),
+        ("distance_x", 200, space.add_aligned_dim(p1=(0, 0), p2=(200, 0), distance=9)),  # written as turned by 0
+        ("diameter", 10, space.add_diameter_dim(center=(200, 0), radius=5, angle=30)),
+        ("radius", 10, space.add_radius_dim(center=(200, 50), radius=10, angle=60)),
+        ("angle", round(math.atan2(4, 3), 6), space.add_angular_dim_2l(
+            base=(9, 5), line1=((0, 0), (40, 0)), line2=((0, 0), (30, 40)))),
+        ("angle", round(math.atan2(4, 3), 6), space.add_angular_dim_3p(base=(9, 5), center=(0, 0), p1=(40, 0), p2=(30, 40))),
+        ("angle", round(math.tau - math.atan2(4, 3), 6),
+         space.add_angular_dim_3p(base=(-9, -5), center=(0, 0), p1=(30, 40), p2=(40, 0))),
+        ("distance", 40, space.add_aligned_dim(p1=(30, 40), p2=(30, 0), distance=3)),  # to the line below
+    ]
     if version != "R12":
-        kinds[("ordinate", 0)] = space.add_ordinate_x_dim((40, 0), (5, 9))
-        kinds[("arc", 0)] = space.add_arc_dim_cra((200, 50), 10, 0, 120, 4)
-    for dimension in kinds.values():
+        kinds += [("distance_x", 40, space.add_ordinate_x_dim((40, 0), (5, 9))),
+                  ("distance", round(10 * math.radians(120), 6), space.add_arc_dim_cra((200, 50), 10, 0, 120, 4)),
+                  ("", 0, space.add_ordinate_y_dim((7, 8), (5, 9)))]
+    for _, _, dimension in kinds:
         dimension.render()
-    return document, [(kind, abs(value) if value != -1 else round(math.atan2(4, 3), 6))
-                      for kind, value in kinds if value != 0]
+    return document, [(kind, value) for kind, value, _ in kinds if kind]
 
 
 class DxfDimensions(unittest.TestCase):
@@ -82,8 +85,7 @@ class DxfDimensions(unittest.TestCase):
                                  [c["id"] for c in found["constraints"]])
                 if version != "R12":
                     self.assertIn("drawn and not measured: ", told.stderr)
-                    self.assertIn("DIMENSION of one coordinate", told.stderr)
-                    self.assertIn("ARC_DIMENSION", told.stderr)
+                    self.assertIn("DIMENSION of one coordinate between points in which nothing stands", told.stderr)
 
     def test_binary_files_have_them_as_well(self):
         document, expected = made("R2018")
@@ -140,9 +142,9 @@ class DxfDimensions(unittest.TestCase):
     def test_other_forms_have_the_value_and_not_the_picture(self):
         made("R2018")[0].saveas(self.file)
         result = self.run_program("convert", self.file, self.path / "a.json")
-        self.assertIn("2 dimensions and 8 dimension pictures were left out: dimension:0, dimension:1", result.stderr)
+        self.assertIn("1 dimension and 12 dimension pictures were left out: dimension:0, dimension:1", result.stderr)
         told = json.loads((self.path / "a.json").read_text())["constraints"]
-        self.assertEqual(len(told), 8)
+        self.assertEqual(len(told), 12)
 
 
 if __name__ == "__main__":

@@ -75,6 +75,11 @@ INSTANTIATE_TEST_SUITE_P(
         Followed{"centres", "70 1\n10 0\n20 0\n13 100\n23 0\n14 100\n24 50", "c0 distance g3.centre g4.centre 50"},
         Followed{"the middle of a line", "70 0\n10 0\n20 0\n13 20\n23 0\n14 100\n24 0\n50 0",
                  "c0 distance_x g0.mid g3.centre 80"},
+        Followed{"an end over a line", "70 1\n10 0\n20 0\n13 30\n23 40\n14 30\n24 0", "c0 distance g2.end g0 40"},
+        Followed{"an end over a line along its own axis", "70 0\n10 0\n20 0\n13 30\n23 0\n14 30\n24 40\n50 90",
+                 "c0 distance g2.end g0 40"},
+        Followed{"a middle over a segment", "70 1\n10 0\n20 0\n13 15\n23 20\n14 15\n24 100",
+                 "c0 distance g2.mid g5.segment:0 80"},
         Followed{"six digits", "70 1\n10 0\n20 0\n13 0.00003\n23 0\n14 30.00003\n24 39.99997", "c0 distance g2 50"},
         Followed{"a segment", "70 1\n10 0\n20 0\n13 20\n23 100\n14 0\n24 100", "c0 distance g5.segment:0 20"},
         Followed{"a radius", "70 4\n10 100\n20 50\n15 110\n25 50", "c0 radius g4 10"},
@@ -89,7 +94,12 @@ INSTANTIATE_TEST_SUITE_P(
         Followed{"a blunt angle", "70 2\n13 0\n23 0\n14 40\n24 0\n15 0\n25 0\n10 30\n20 40\n16 -1\n26 5",
                  "c0 angle g2 g0.end 126.87"},
         Followed{"an angle at a point", "70 5\n15 0\n25 0\n13 30\n23 40\n14 40\n24 0\n10 9\n20 5",
-                 "c0 angle g0 g2 53.1301"}),
+                 "c0 angle g0 g2 53.1301"},
+        Followed{"an angle of more than half a turn", "70 5\n15 0\n25 0\n13 30\n23 40\n14 40\n24 0\n10 -9\n20 5",
+                 "c0 angle g2 g0 306.87"},
+        Followed{"an x", "70 70\n10 0\n20 0\n13 40\n23 -30\n14 45\n24 -35", "c0 distance_x g0.start g1.end 40"},
+        Followed{"a y below the datum", "70 6\n10 0\n20 0\n13 40\n23 -30\n14 45\n24 -35",
+                 "c0 distance_y g1.end g0.start 30"}),
     [](const auto& row) {
         std::string name = row.param.description;
         for (char& c : name)
@@ -114,6 +124,10 @@ TEST(DxfDimension, IsToldWithItsReasonWhereItIsNotFollowed) {
         EXPECT_THAT(drawing.notUnderstood, IsEmpty());
         return drawing.notMeasured.size() == 1 ? drawing.notMeasured.front().what : "";
     };
+    EXPECT_EQ(notMeasured("70 1\n13 30\n23 40\n14 29\n24 0"), "DIMENSION that stands on no ends, middles or centres")
+        << "not at right angles";
+    EXPECT_EQ(notMeasured("70 1\n13 45\n23 9\n14 45\n24 0"), "DIMENSION that stands on no ends, middles or centres")
+        << "beside the line";
     EXPECT_EQ(notMeasured("70 0\n13 0\n23 1\n14 40\n24 0\n50 0"),
               "DIMENSION that stands on no ends, middles or centres");
     EXPECT_EQ(notMeasured("70 0\n13 0\n23 0\n14 40\n24 0\n50 90"), "DIMENSION of nothing");
@@ -122,9 +136,10 @@ TEST(DxfDimension, IsToldWithItsReasonWhereItIsNotFollowed) {
     EXPECT_EQ(notMeasured("70 4\n10 100\n20 50\n15 111\n25 50"), "DIMENSION of a circle that is not there");
     EXPECT_EQ(notMeasured("70 2\n13 0\n23 0\n14 40\n24 0\n15 1\n25 0\n10 40\n20 -30\n16 35\n26 -5"),
               "DIMENSION of an angle between lines that are not there");
-    EXPECT_EQ(notMeasured("70 5\n15 0\n25 0\n13 30\n23 40\n14 40\n24 0\n10 -9\n20 5"),
-              "DIMENSION of an angle of more than half a turn");
-    EXPECT_EQ(notMeasured("70 6\n13 0\n23 0\n14 9\n24 9"), "DIMENSION of one coordinate");
+    EXPECT_EQ(notMeasured("70 6\n10 1\n20 0\n13 40\n23 0\n14 9\n24 9"),
+              "DIMENSION of one coordinate between points in which nothing stands");
+    EXPECT_EQ(notMeasured("70 6\n10 0\n20 0\n13 40\n23 0\n51 30"), "DIMENSION of one coordinate along another axis");
+    EXPECT_EQ(notMeasured("70 6\n10 0\n20 0\n13 40\n23 0"), "DIMENSION of nothing");
 }
 
 TEST(DxfDimension, WithoutAPictureIsToldWhereItStandsOnNothing) {
@@ -132,11 +147,25 @@ TEST(DxfDimension, WithoutAPictureIsToldWhereItStandsOnNothing) {
     EXPECT_THAT(drawing.notUnderstood, ElementsAre(DxfNotice{"DIMENSION without a picture of it", 2}));
 }
 
+TEST(DxfDimension, OfAnArcMeasuresItsLength) {
+    const auto told = [](const std::string& groups) {
+        const DxfDrawing drawing = readWith("0 ARC_DIMENSION\n8 0\n70 8\n" + groups + "\n");
+        return drawing.document.constraints.empty() ? "nothing" : constraintsOf(drawing.document).front();
+    };
+    EXPECT_EQ(told("10 108\n20 58\n13 110\n23 50\n14 100\n24 60\n15 100\n25 50"), "c0 distance g4 15.708");
+    EXPECT_EQ(told("10 108\n20 58\n13 100\n23 60\n14 110\n24 50\n15 100\n25 50"), "c0 distance g4 15.708");
+    EXPECT_EQ(told("10 35\n20 110\n13 20\n23 100\n14 20\n24 120\n15 20\n25 110"), "c0 distance g5.segment:1 31.4159");
+    EXPECT_EQ(told("10 92\n20 42\n13 110\n23 50\n14 100\n24 60\n15 100\n25 50"), "nothing") << "the rest of the circle";
+    EXPECT_EQ(told("10 108\n20 58\n13 110\n23 50\n14 107\n24 57\n15 100\n25 50"), "nothing") << "a part of it";
+}
+
 /// A file with one dimension, and what it is after a change of its drawing.
 class PatchedDimension {
 public:
-    explicit PatchedDimension(const std::string& groups)
-        : m_text(dxfFile(kDrawn + dimension(groups))), m_read(readDxf(m_text, "a.dxf")), now(m_read.document) {}
+    explicit PatchedDimension(const std::string& groups, const std::string& record = "DIMENSION")
+        : m_text(dxfFile(kDrawn + "0 " + record + "\n8 0\n" + groups + "\n")),
+          m_read(readDxf(m_text, "a.dxf")),
+          now(m_read.document) {}
 
     DxfOutput output() const { return patchedDxf(m_text, m_read.layout, m_read.document, now); }
     std::string text() const { return m_text; }
@@ -178,6 +207,26 @@ TEST(DxfDimension, FollowsThePointsThatItStandsOn) {
     file.now.constraints.at(0).value = 100;
     EXPECT_THAT(file.changed(), ElementsAre("14 60", "24 80", "42 100"));
     EXPECT_THAT(file.output().left, IsEmpty());
+}
+
+TEST(DxfDimension, OfAnArcTurnsWithItsEnds) {
+    PatchedDimension file(
+        "70 8\n10 108\n20 58\n13 110\n23 50\n14 100\n24 60\n15 100\n25 50\n40 0\n41 1.57079633\n42 15.70796327",
+        "ARC_DIMENSION");
+    std::get<ArcShape>(file.now.entities.at(4).shape).endAngle = kPi;
+    file.now.constraints.at(0).value = 10 * kPi;
+    EXPECT_THAT(file.changed(),
+                ElementsAre("14 90", "24 50", testing::StartsWith("41 3.14159"), testing::StartsWith("42 31.4159")));
+}
+
+TEST(DxfDimension, OfALineKeepsAtRightAnglesToIt) {
+    PatchedDimension file("70 1\n10 1\n20 2\n13 30\n23 40\n14 30\n24 0\n42 40");
+    std::get<LineShape>(file.now.entities.at(2).shape).end = {20, 50};
+    file.now.constraints.at(0).value = 50;
+    EXPECT_THAT(file.changed(), ElementsAre("13 20", "23 50", "14 20", "42 50"));
+    std::get<LineShape>(file.now.entities.at(0).shape) = {{0, 0}, {0, -40}};
+    file.now.constraints.at(0).value = 20;
+    EXPECT_THAT(file.changed(), ElementsAre("13 20", "23 50", "14 0", "24 50", "42 20"));
 }
 
 TEST(DxfDimension, OfACircleKeepsItsDirection) {

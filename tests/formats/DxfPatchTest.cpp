@@ -181,6 +181,14 @@ TEST(DxfPatch, KeepsTheWidthsBesideTheVerticesOfALightPolyline) {
                       tail));
 }
 
+TEST(DxfPatch, KeepsWhatStandsBetweenTheVerticesOfALightPolyline) {
+    Patched file(
+        dxfFile("0 LWPOLYLINE\n8 A\n10 0\n20 0\n70 1\n10 10\n20 0\n102 {THEIRS\n10 7\n102 }\n43 0\n10 10\n20 10"));
+    file.shape<PolylineShape>(0).vertices[1] = {8, 0};
+    EXPECT_EQ(file.written(), dxfFile("0 LWPOLYLINE\n8 A\n70 1\n102 {THEIRS\n10 7\n102 }\n43 0\n10 0\n20 0\n"
+                                      "10 8\n20 0\n10 10\n20 10"));
+}
+
 TEST(DxfPatch, KeepsAPolylineWhoseVerticesWereOnlyNumbered) {
     Patched file(dxfFile("0 LWPOLYLINE\n90 2\n70 0\n10 0\n20 0\n10 1\n20 1"));
     file.shape<PolylineShape>(0).ids = {3, 4};

@@ -30,7 +30,7 @@ offers "--version" --v
 offers "--report" edit --rep
 offers "--tolerance" convert --tol
 offers "--resume" run --res
-offers "json|dxf|svg|slvs" convert --to ''
+offers "json|dxf|svg|pdf|slvs" convert --to ''
 offers "json|dxf|svg|slvs" show --from ''
 offers "--output" show --out
 offers "$drawing" edit examples/drawings/bat

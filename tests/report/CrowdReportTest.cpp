@@ -1,7 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "report/page/BeforeAfter.h"
 #include "report/page/HtmlReport.h"
+#include "report/picture/Svg.h"
 #include "tests/report/Samples.h"
 #include "tests/report/XmlTree.h"
 
@@ -12,6 +16,7 @@ namespace {
 using test::at;
 using test::parseXml;
 using test::XmlNode;
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -95,6 +100,40 @@ TEST(CrowdReport, EscapesNamesInLines) {
     const std::string text = writeHtmlReport(report);
     EXPECT_THAT(text, HasSubstr("h3999: horizontal &lt;b&gt;&amp;  &lt;script&gt;\n"));
     EXPECT_THAT(text, Not(HasSubstr("<b>&")));
+}
+
+TEST(CrowdPicture, DrawsThousandsInFewElementsWithTheMarksThatAreSeen) {
+    Document drawing = chain(4000);
+    const std::string text = writePicture(drawing);
+    EXPECT_LT(text.size(), 250'000u);
+    EXPECT_THAT(text, AllOf(Not(HasSubstr("data-e")), Not(HasSubstr("data-c"))));
+    const XmlNode picture = parseXml(text);
+    EXPECT_LT(picture.withClass("e").size(), 10u);
+    std::size_t ends = 0;
+    for (const XmlNode* path : picture.withClass("e"))
+        ends += static_cast<std::size_t>(std::ranges::count((*path)["d"], 'M'));
+    EXPECT_EQ(ends, 4000u) << "every line is there";
+    const auto marks = picture.withClass("m");
+    EXPECT_GE(marks.size(), 1u);
+    for (const XmlNode* mark : marks)
+        for (const char* hidden : {"from2", "from4", "from8", "at2", "at4", "at8"})
+            EXPECT_THAT((*mark)["class"], Not(HasSubstr(hidden)));
+    drawing.entities.resize(2000);
+    drawing.constraints.resize(2000);
+    EXPECT_THAT(writePicture(drawing), AllOf(HasSubstr("data-e=\"g7\""), HasSubstr("data-c=\"h")));
+}
+
+TEST(CrowdPicture, NamesBeforeAndAfterWhatHasChanged) {
+    const std::string text = writeBeforeAfter(bentChain());
+    EXPECT_LT(text.size(), 250'000u);
+    const XmlNode picture = parseXml(text);
+    std::vector<std::string> named;
+    for (const XmlNode* entity : picture.withClass("e"))
+        if (const std::string id = (*entity)["data-e"]; !id.empty())
+            named.push_back(id);
+    EXPECT_EQ(named, (std::vector<std::string>{"g0", "g0"}));
+    ASSERT_EQ(picture.withClass("m").size(), 1u);
+    EXPECT_EQ((*picture.withClass("m")[0])["data-c"], "h0");
 }
 
 }  // namespace

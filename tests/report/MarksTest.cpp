@@ -155,6 +155,8 @@ TEST_F(Marks, OfAnAngleOpenFromTheFirstLineCounterClockwise) {
     EXPECT_EQ(marks[0].anchor, (Vec2{0, 0}));
     EXPECT_NEAR(marks[0].opening->startAngle, 0.0, 1e-12);
     EXPECT_NEAR(marks[0].opening->endAngle, kPi / 2, 1e-12);
+    const std::vector<Mark> large = of({dimension("c", angle, {at("b"), at("a")}, 3 * kPi / 2)});
+    EXPECT_NEAR(large[0].opening->endAngle - large[0].opening->startAngle, 3 * kPi / 2, 1e-12) << "on its own side";
 }
 
 }  // namespace

@@ -115,6 +115,38 @@ TEST(SvgPath, SmoothCurvesMirrorTheControlPointBeforeThem) {
     EXPECT_EQ(drawnByPath("M0 0C1 2 3 4 5 5T9 1"), "spline of degree 3 0,0 1,2 3,4 5,5; line 5,5 9,1");
 }
 
+TEST(SvgPath, CubicQuartersOfACircleAreArcs) {
+    const std::string quarter = "arc 5,5 radius 5 from 0 to 90";
+    EXPECT_EQ(drawnByPath("M10 5C10 7.7614237 7.7614237 10 5 10"), quarter);
+    EXPECT_EQ(drawnByPath("M5 10C7.7614237 10 10 7.7614237 10 5"), quarter);
+    EXPECT_EQ(drawnByPath("M10 5C10 7.76 7.76 10 5 10"), quarter) << "with two decimals";
+    EXPECT_EQ(drawnByPath("M10 5C10 7.759575 7.759575 10 5 10"), quarter) << "with the error spread";
+    EXPECT_EQ(drawnByPath("M0 0H8c1.1045695 0 2 .8954305 2 2v8"),
+              "line 0,0 8,0; arc 8,2 radius 2 from 270 to 360; line 10,2 10,10");
+    for (const char* other : {"M10 5C10 7.8 7.8 10 5 10", "M10 5C10 7.7614237 7.8 10 5 10", "M10 5C10 6 6 10 5 10",
+                              "M10 5C10.5 7.7614237 7.7614237 10 5 10", "M10 5C10 7.7614237 2.2385763 10 5 10"})
+        EXPECT_EQ(drawnByPath(other).substr(0, 6), "spline") << other;
+}
+
+TEST(SvgPath, CubicQuartersAllTheWayRoundAreOneCircleOrEllipse) {
+    EXPECT_EQ(drawnByPath("M10 5C10 7.7614237 7.7614237 10 5 10S0 7.7614237 0 5 2.2385763 0 5 0 10 2.2385763 10 5z"),
+              "circle 5,5 radius 5");
+    EXPECT_EQ(drawnByPath("M10 5C10 2.239 7.761 0 5 0 2.239 0 0 2.239 0 5S2.239 10 5 10 10 7.761 10 5"),
+              "circle 5,5 radius 5");
+    EXPECT_EQ(drawnByPath("M10 0C10 2.7614237 5.5228475 5 0 5S-10 2.7614237-10 0-5.5228475-5 0-5 10-2.7614237 10 0Z"),
+              "ellipse 0,0 axis 10,0 ratio 0.5");
+    EXPECT_EQ(drawnByPath("M10 0C10 2.7614237 5.5228475 5 0 5S-10 2.7614237-10 0"),
+              "elliptical arc 0,0 axis 10,0 ratio 0.5 from 0 to 180");
+    // Two quarters of circles of one radius that bend to both sides.
+    EXPECT_EQ(drawnByPath("M10 5C10 7.7614237 7.7614237 10 5 10 2.2385763 10 0 12.2385763 0 15"),
+              "arc 5,5 radius 5 from 0 to 90; arc 5,15 radius 5 from 180 to 270");
+}
+
+TEST(SvgPath, CubicPiecesThatBecomeArcsAreCounted) {
+    EXPECT_EQ(readPicture("<path d=\"M10 5C10 7.76 7.76 10 5 10S0 7.76 0 5\"/>").roundCubics, 2);
+    EXPECT_EQ(readPicture("<path d=\"M10 5C10 7.8 7.8 10 5 10A5 5 0 0 1 0 5\"/>").roundCubics, 0);
+}
+
 TEST(SvgPath, CurvesThatAreStraightAreLines) {
     EXPECT_EQ(drawnByPath("M0 0C1 1 2 2 3 3"), "line 0,0 3,3");
     EXPECT_EQ(drawnByPath("M0 0Q1 1 3 3"), "line 0,0 3,3");

@@ -184,6 +184,14 @@ TEST(SvgLooks, StrokesHaveTheirColoursFromWhereverTheyAreSaid) {
               "ff0000 0000ff 0080ff 123456 00ff00 usual usual ");
 }
 
+TEST(SvgLooks, AllNamesOfColoursAreKnown) {
+    std::string lines;
+    for (const char* name : {"aliceblue", "CornflowerBlue", "darkslategrey", "lightgoldenrodyellow", "yellowgreen"})
+        lines += "<line x2='1' y2='0' stroke='" + std::string(name) + "'/>";
+    EXPECT_EQ(coloursOf(lines), "f0f8ff 6495ed 2f4f4f fafad2 9acd32 ");
+    EXPECT_EQ(told(readPicture("<line x2='1' y2='0' stroke='darkslateblu'/>").dropped), "stroke \"darkslateblu\"");
+}
+
 TEST(SvgLooks, StyleSheetsAreHeardWhereTheyChooseSimply) {
     const std::string sheet = R"(<style>/* of a program */ .a, .b { stroke: red } .b{stroke:blue;fill:none}
         line { stroke: lime } #own { stroke: #777 !important; } g > line { stroke: teal } @media print { line { } }

@@ -114,6 +114,45 @@ class Program(unittest.TestCase):
             for one, other in zip(drawing, shown):
                 self.same_numbers(one, other, shift, 3e-6 * size)
 
+    def test_what_a_picture_does_not_hold_is_told_where_it_stands_for_the_drawing(self):
+        drawing = {"name": "", "license": "", "units": {"length": "mm", "angle": "rad"},
+                   "layers": [{"name": "Cut", "colour": 1}], "parameters": [{"name": "w", "formula": "3", "value": 3}],
+                   "entities": [
+                       {"id": "g0", "type": "line", "start": [0, 0], "end": [9, 0], "construction": True, "layer": "Cut"},
+                       {"id": "r", "type": "ray", "point": [0, 0], "direction": [1, 1]},
+                       {"id": "t", "type": "text", "position": [1, 2], "rotation": 0, "height": 2, "text": "one"}],
+                   "constraints": [{"id": "c", "type": "horizontal", "refs": [{"entity": "g0", "point": "whole"}]}]}
+        (self.folder / "a.json").write_text(json.dumps(drawing))
+        common = ("1 constraint was left out", "1 parameter was left out",
+                  "left out, since the form does not have it: construction, layers",
+                  "lines without end stop where the drawing does: r")
+        text = "texts are there to be looked at, and are not read back: t"
+        for form, words in (("svg", (*common, text)), ("pdf", common)):
+            for command in (("convert", "a.json"), ("edit", "a.json", "move r by 1,0", "-o")):
+                said = self.run_it(*command, f"b.{form}").stderr.splitlines()
+                self.assertEqual(sorted(said), sorted(f"holdfast: b.{form}: {each}" for each in words))
+        self.assertEqual(self.run_it("show", "a.json", "-o", "b.svg").stderr, "", "a picture is none")
+        self.assertEqual(self.run_it("convert", COVER, "b.json").stderr.count("left out, since"), 0)
+
+    def test_names_of_colours_mean_what_they_mean_to_others(self):
+        try:
+            from PIL import ImageColor
+        except ImportError:
+            self.skipTest("needs PIL, which knows the colours, too")
+        names = sorted(set(ImageColor.colormap) - {"rebeccapurple", "black"})
+        self.assertEqual(len(names), 146)
+        (self.folder / "all.svg").write_text(SQUARE.format("".join(
+            f'<path d="M0 0h9" stroke="{name}"/>' for name in names)))
+        found = [entity["colour"] for entity in self.shapes("all.svg")]
+        self.assertEqual(found, [ImageColor.colormap[name].lower() for name in names])
+
+    def test_circles_of_cubic_pieces_are_circles_told(self):
+        quarters = "M9 5C9 7.209 7.209 9 5 9S1 7.209 1 5 2.791 1 5 1 9 2.791 9 5z"
+        (self.folder / "round.svg").write_text(SQUARE.format(f'<path d="{quarters}"/>'))
+        said = self.run_it("show", "round.svg")
+        self.assertIn("circle: 1", said.stdout)
+        self.assertEqual(said.stderr, "holdfast: round.svg: read as the arcs that they stand for: 4 cubic pieces\n")
+
     def pixels(self, picture):
         """Dark or light, of 1000 x 1000."""
         image = subprocess.run(["rsvg-convert", "-w", "1000", "-h", "1000", "-b", "white", picture], check=True,

@@ -87,7 +87,7 @@ def a_dropped_drawing_is_saved_as(tab, folder):
     tab.wait("return document.querySelector('dialog[open] input') !== null", "where there is no file to save into it is asked for a name")
     check(tab.find("#save-as-name").get_attribute("value") == "two", "its own is offered")
     options = [option.text for option in tab.browser.find_elements("css selector", "#save-as-form option")]
-    check(options[0].startswith(".FCStd") and "as it came" in options[0] and len(options) == 5, f"and the form that it came in: {options}")
+    check(options[0].startswith(".FCStd") and "as it came" in options[0] and len(options) == 6, f"and the form that it came in: {options}")
     tab.picture("save-as")
     tab.find("#save-as-name").clear()
     tab.find("#save-as-name").send_keys("longer", Keys.ENTER)

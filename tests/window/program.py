@@ -115,7 +115,8 @@ class Window:
 
     def copy(self, name):
         with urllib.request.urlopen(f"{self.address}copy/{name}?tab={self.tab}", timeout=30) as answer:
-            return answer.read().decode()
+            text = answer.read()
+            return text if name.endswith(".pdf") else text.decode()
 
     def save_as(self, form):
         """The bytes of the drawing in another form, and what is lost there; None for what is refused."""

@@ -168,6 +168,7 @@ def the_script_does_the_same(window, folder):
     check(run.returncode == 0, f"the edits are a script: {run.stderr}")
     check((pathlib.Path(folder) / "again.json").read_text() == window.copy("drawing.json"), "with the same result to the bit")
     check(window.copy("picture.svg").startswith("<svg") and "<html" in window.copy("report.html")[:200], "there are pictures")
+    check(window.copy("picture.pdf").startswith(b"%PDF-"), "and one to print")
     check("ENTITIES" in window.copy("drawing.dxf"), "and other forms")
 
 
@@ -363,7 +364,7 @@ def dropped_drawings(folder):
 def saved_under_another_name(folder):
     path = copied(folder, DRAWING, "as.json")
     with Window(PROGRAM, path) as window:
-        check(window.ask("state")["forms"] == [".json", ".dxf", ".slvs", ".svg"], "a drawing can be had in other forms")
+        check(window.ask("state")["forms"] == [".json", ".dxf", ".slvs", ".svg", ".pdf"], "a drawing can be had in other forms")
         bytes_, notes = window.save_as(".json")
         check(bytes_.decode() == window.copy("drawing.json") and notes == [], "as it is")
         window.do("edit", "drag base.end by 5,0")

@@ -12,6 +12,7 @@
 #include "formats/dxf/DxfText.h"
 #include "formats/json/JsonReader.h"
 #include "formats/svg/SvgReader.h"
+#include "report/page/Wording.h"
 
 namespace holdfast::cli {
 
@@ -80,6 +81,9 @@ Document pictureOf(const DrawingText& read) {
     SvgDrawing drawing = readSvg(read.text, read.name);
     if (!drawing.isMeasured)
         complain(read.name + ": says no unit of length, and is taken as pixels, 96 an inch");
+    if (drawing.roundCubics > 0)
+        complain(read.name + ": read as the arcs that they stand for: " +
+                 report::counted(static_cast<std::size_t>(drawing.roundCubics), "cubic piece"));
     tellNotices(read.name, "not understood and left out", drawing.notUnderstood);
     tellNotices(read.name, "dropped", drawing.dropped);
     return std::move(drawing.document);

@@ -8,6 +8,7 @@
 #include "apps/cli/files/SketchFiles.h"
 #include "apps/cli/telling/ErrorReport.h"
 #include "apps/cli/telling/Terminal.h"
+#include "apps/forms/PdfPage.h"
 #include "document/text/Suggest.h"
 
 namespace holdfast::cli {
@@ -34,15 +35,15 @@ void checkEnding(const OutputName& name) {
 }  // namespace
 
 OutputName drawingNamed(const DrawingTarget& target) {
-    return {target.path, {".json", ".dxf", ".svg", kSketchForm, kSlvsForm}, !target.form.empty()};
+    return {target.path, {".json", ".dxf", ".svg", ".pdf", kSketchForm, kSlvsForm}, !target.form.empty()};
 }
 
 OutputName pictureNamed(const std::string& path) {
-    return {path, {".svg"}, true};
+    return {path, {".svg", ".pdf"}, true};
 }
 
 OutputName viewNamed(const std::string& path) {
-    return {path, {".svg", ".html", ".htm"}, true};
+    return {path, {".svg", ".pdf", ".html", ".htm"}, true};
 }
 
 OutputName reportNamed(const std::string& path) {
@@ -105,6 +106,10 @@ void OutputFiles::add(const std::string& path, std::string text) {
         m_standardOutput = std::move(text);
     else if (!path.empty())
         m_files.push_back({path, std::move(text)});
+}
+
+void OutputFiles::addPicture(const std::string& path, std::string picture, const std::string& title) {
+    add(path, endingOf(path) == ".pdf" ? pdfPage(picture, title) : std::move(picture));
 }
 
 void OutputFiles::addDrawing(const DrawingTarget& target, const Document& document, const DrawingFile& from,

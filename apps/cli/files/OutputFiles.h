@@ -51,8 +51,11 @@ public:
     OutputFiles(std::initializer_list<OutputName> names, bool tellsJson = false);
 
     /// Each takes a file unless its path is empty. A drawing is read back by the same ending: .json, .dxf (what that
-    /// form cannot hold is told on standard error when the file is written) or, for looking at only, .svg in true size.
+    /// form cannot hold is told on standard error when the file is written) or, for looking at only, .svg and .pdf in
+    /// true size.
     void add(const std::string& path, std::string text);
+    /// A picture (SVG), which becomes a page where the ending is .pdf.
+    void addPicture(const std::string& path, std::string picture, const std::string& title);
     /// What was read as DXF goes out as DXF by changing that: the file that the drawing comes from.
     void addDrawing(const DrawingTarget& target, const Document& document, const DrawingFile& from,
                     double tolerance = kFlattening);

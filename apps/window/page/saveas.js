@@ -7,7 +7,7 @@ import { byId, element } from './words.js';
 
 const PATIENCE = 60000;  // milliseconds: by then the browser has the file
 /** @type {Record<string, string>} */
-const FORMS = { '.json': 'Holdfast', '.dxf': 'DXF', '.slvs': 'SolveSpace', '.fcstd': 'FreeCAD', '.svg': 'SVG, to look at' };
+const FORMS = { '.json': 'Holdfast', '.dxf': 'DXF', '.slvs': 'SolveSpace', '.fcstd': 'FreeCAD', '.svg': 'SVG, to look at', '.pdf': 'PDF, to print' };
 
 /** @param {string} ending as people write it */
 const inNames = (ending) => (ending === '.fcstd' ? '.FCStd' : ending);
@@ -72,7 +72,7 @@ export class SaveAs {
       way.download = whole;
       way.click();
       setTimeout(() => URL.revokeObjectURL(way.href), PATIENCE);
-      if (!page.takesSaves && !notes.length && ending !== '.svg') page.saving.isHeld();
+      if (!page.takesSaves && !notes.length && ending !== '.svg' && ending !== '.pdf') page.saving.isHeld();
       page.say(notes.length ? `${whole} was downloaded; ${notes.join('; ')}` : `${whole} was downloaded`);
     } catch (failure) {
       page.complain(failure);

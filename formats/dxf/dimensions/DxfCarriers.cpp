@@ -2,9 +2,11 @@
 
 #include <cmath>
 #include <cstddef>
+#include <utility>
 #include <variant>
 
 #include "document/Places.h"
+#include "geometry/Angles.h"
 #include "geometry/Conics.h"
 #include "geometry/Segments.h"
 
@@ -54,6 +56,44 @@ std::optional<DxfRound> roundOf(const Entity& entity, const Place& place) {
     return DxfRound{centreOfBulge(segment->from, segment->to, segment->bulge),
                     std::abs(radiusOfBulge(segment->bulge)) * distance(segment->from, segment->to),
                     {entity.id, PlaceKind::segment, place.index}};
+}
+
+std::optional<DxfArc> arcOf(const Entity& entity, const Place& place) {
+    if (const auto* arc = std::get_if<ArcShape>(&entity.shape))
+        return DxfArc{arc->centre,
+                      *pointAt(entity.shape, {"", PlaceKind::start}),
+                      *pointAt(entity.shape, {"", PlaceKind::end}),
+                      {entity.id},
+                      {entity.id, PlaceKind::start},
+                      {entity.id, PlaceKind::end}};
+    const std::optional<Segment> segment = segmentAt(entity.shape, place);
+    if (!segment || segment->bulge == 0.0)
+        return std::nullopt;
+    DxfArc arc{centreOfBulge(segment->from, segment->to, segment->bulge),
+               segment->from,
+               segment->to,
+               {entity.id, PlaceKind::segment, place.index},
+               {entity.id, PlaceKind::segmentStart, place.index},
+               {entity.id, PlaceKind::segmentEnd, place.index}};
+    if (segment->bulge < 0.0) {
+        std::swap(arc.start, arc.end);
+        std::swap(arc.startPlace, arc.endPlace);
+    }
+    return arc;
+}
+
+double DxfArc::sweep() const {
+    const Vec2 from = start - centre, to = end - centre;
+    const double angle = std::atan2(cross(from, to), dot(from, to));
+    return angle <= 0.0 ? angle + kTurn : angle;
+}
+
+double DxfArc::length() const {
+    return sweep() * distance(centre, start);
+}
+
+bool DxfArc::passes(Vec2 point) const {
+    return DxfArc{centre, start, point, {}, {}, {}}.sweep() <= sweep();
 }
 
 bool isEnd(PlaceKind kind) {

@@ -21,10 +21,24 @@ struct DxfRound {
     Place place{};
 };
 
+/// An arc, or a bent segment of a polyline.
+struct DxfArc {
+    Vec2 centre{}, start{}, end{};  ///< counter-clockwise
+    Place place{}, startPlace{}, endPlace{};
+
+    double sweep() const;
+    double length() const;
+    /// True for what lies in its sector.
+    bool passes(Vec2 point) const;
+};
+
 /// The line of which a place is a part; nothing where that is no line, or has no length.
 std::optional<DxfLine> lineOf(const Entity& entity, const Place& place);
 /// The circle or arc of which a place is a part.
 std::optional<DxfRound> roundOf(const Entity& entity, const Place& place);
+
+/// The arc alone.
+std::optional<DxfArc> arcOf(const Entity& entity, const Place& place);
 
 /// Of a line, an arc or a segment.
 bool isEnd(PlaceKind kind);

@@ -1,6 +1,7 @@
 #include "formats/dxf/dimensions/DxfDimension.h"
 
 #include <cmath>
+#include <string_view>
 
 #include "document/text/DrawingError.h"
 #include "formats/dxf/DxfPlane.h"
@@ -13,6 +14,8 @@ namespace {
 constexpr int kWorldPoints[] = {10, 13, 14, 15};
 constexpr int kArcPoint = 16;
 
+constexpr std::string_view kArcRecord = "ARC_DIMENSION";
+
 DxfDimension::Kind kindIn(int flags) {
     constexpr int kindBits = 7, kinds = static_cast<int>(DxfDimension::Kind::other);
     const int kind = flags & kindBits;
@@ -20,7 +23,12 @@ DxfDimension::Kind kindIn(int flags) {
 }
 
 DxfDimension read(const DxfEntity& entity) {
-    DxfDimension dimension{.kind = kindIn(entity.integer(70, 0)), .range = {entity.begin, entity.end}};
+    constexpr int alongX = 64;
+    const int flags = entity.integer(70, 0);
+    DxfDimension dimension{.kind = entity.name == kArcRecord ? DxfDimension::Kind::arc : kindIn(flags),
+                           .isAlongX = (flags & alongX) != 0,
+                           .frame = inRadians(entity.number(51, 0.0)),
+                           .range = {entity.begin, entity.end}};
     for (const int code : kWorldPoints)
         if (entity.find(code) != nullptr)
             dimension.points[code] = {entity.number(code, 0.0), entity.number(code + 10, 0.0)};
@@ -36,7 +44,7 @@ DxfDimension read(const DxfEntity& entity) {
 }  // namespace
 
 std::optional<DxfDimension> readDxfDimension(const DxfEntity& entity) {
-    if (entity.name != "DIMENSION")
+    if (entity.name != "DIMENSION" && entity.name != kArcRecord)
         return std::nullopt;
     try {
         if (entity.integer(67, 0) == 1 || facingOf(entity) == Facing::sideways)

@@ -11,14 +11,16 @@
 
 namespace holdfast::formats {
 
-/// A DIMENSION as it stands in a file: what it measures, and between which points of the drawing.
+/// A DIMENSION or ARC_DIMENSION as it stands in a file: what it measures, and between which points of the drawing.
 struct DxfDimension {
-    /// By their numbers in the file.
-    enum class Kind { turned, aligned, twoLines, diameter, radius, threePoints, ordinate, other };
+    /// By their numbers in the file, behind which stand those with records of their own.
+    enum class Kind { turned, aligned, twoLines, diameter, radius, threePoints, ordinate, other, arc };
 
     Kind kind = Kind::other;
     std::map<int, Vec2> points{};  ///< by the codes of their x
     double direction = 0.0;        ///< in which a turned one measures, in radians
+    bool isAlongX = false;         ///< of one coordinate: x, and else y
+    double frame = 0.0;            ///< how far the axes of that are turned, in radians
     DxfRange range{};
     std::string fault{};  ///< why it is not drawn, or empty
 

@@ -1,5 +1,6 @@
 #include "formats/dxf/dimensions/DxfDimensionPatch.h"
 
+#include <cmath>
 #include <cstddef>
 #include <map>
 #include <utility>
@@ -7,6 +8,7 @@
 
 #include "document/Places.h"
 #include "formats/dxf/dimensions/DxfCarriers.h"
+#include "geometry/Angles.h"
 
 namespace holdfast::formats {
 namespace {
@@ -40,7 +42,7 @@ std::optional<Hold> holdOf(DxfAnchor::Kind kind, const Place& place, const Entit
         const std::optional<Vec2> point = pointAt(entity->shape, place);
         return point ? std::optional(Hold{*point}) : std::nullopt;
     }
-    if (kind == DxfAnchor::Kind::along) {
+    if (kind == DxfAnchor::Kind::along || kind == DxfAnchor::Kind::foot) {
         const std::optional<DxfLine> line = lineOf(*entity, place);
         return line ? std::optional(Hold{line->start, line->end}) : std::nullopt;
     }
@@ -74,9 +76,34 @@ Vec2 movedAlong(Vec2 point, const Holds& holds, DxfAnchor::Kind kind) {
     }
 }
 
+Vec2 footOn(const Hold& line, Vec2 point) {
+    const Vec2 way = line.b - line.a;
+    return line.a + (dot(point - line.a, way) / dot(way, way)) * way;
+}
+
 void putNumber(DxfItems& record, int code, double value) {
     if (const auto found = findOwn(record, code); found && ownNumber(record, code, value) != value)
         record[*found].value = numberLike(value, record[*found].value);
+}
+
+/// An arc's dimension says, besides its points, in which directions its ends lie from the centre, in radians.
+void turnArc(DxfItems& record, const std::map<int, Vec2>& points) {
+    constexpr int centreCode = 15;
+    const auto angleOf = [&](int pointCode, bool isNow) {
+        const auto pointOf = [&](int code) {
+            const auto found = points.find(code);
+            return isNow && found != points.end()
+                       ? found->second
+                       : Vec2{ownNumber(record, code, 0.0), ownNumber(record, code + 10, 0.0)};
+        };
+        const Vec2 way = pointOf(pointCode) - pointOf(centreCode);
+        return std::atan2(way.y, way.x);
+    };
+    for (const auto& [code, pointCode] : {std::pair(40, 13), std::pair(41, 14)})
+        if (const double turn = angleOf(pointCode, true) - angleOf(pointCode, false); turn != 0.0) {
+            const double angle = ownNumber(record, code, 0.0) + turn;
+            putNumber(record, code, angle - kTurn * std::floor(angle / kTurn));
+        }
 }
 
 }  // namespace
@@ -91,14 +118,21 @@ bool hasMoved(const DxfMeasure& measure, const DxfMeasuredIn& before, const DxfM
 bool rewriteDimension(DxfItems& record, const DxfMeasure& measure, const DxfMeasuredIn& before,
                       const DxfMeasuredIn& now) {
     std::map<int, Vec2> points;
+    Vec2 above;  // where the anchor before a foot is now
     for (const DxfAnchor& anchor : measure.anchors) {
         const std::optional<Holds> holds = holdsOf(anchor, before, now);
         if (!holds)
             return false;
         const Vec2 point{ownNumber(record, anchor.code, 0.0), ownNumber(record, anchor.code + 10, 0.0)};
-        if (holds->before != holds->now)
+        if (anchor.kind == DxfAnchor::Kind::point)
+            above = holds->now.a;
+        if (anchor.kind == DxfAnchor::Kind::foot)
+            points[anchor.code] = footOn(holds->now, above);
+        else if (holds->before != holds->now)
             points[anchor.code] = movedAlong(point, *holds, anchor.kind);
     }
+    if (record.front().value == "ARC_DIMENSION")
+        turnArc(record, points);
     for (const auto& [code, point] : points) {
         putNumber(record, code, point.x);
         putNumber(record, code + 10, point.y);

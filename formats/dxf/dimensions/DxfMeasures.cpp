@@ -8,6 +8,7 @@
 
 #include "document/DrawingExtent.h"
 #include "formats/dxf/dimensions/DxfCarriers.h"
+#include "formats/dxf/dimensions/DxfLinesThrough.h"
 #include "formats/dxf/dimensions/DxfStandpoints.h"
 #include "geometry/Angles.h"
 #include "geometry/Tolerances.h"
@@ -18,7 +19,8 @@ namespace {
 using Kind = DxfDimension::Kind;
 
 // Where a dimension has what it measures: between two points, from a centre to the rim, across a circle, between the
-// lines from 13 to 14 and from 15 to 10, or at the point 15 between those to 13 and 14.
+// lines from 13 to 14 and from 15 to 10, at the point 15 between those to 13 and 14 on the side of 10, along an arc
+// about 15 from 13 to 14 on the side of 10, or from 10 to 13 along one axis.
 constexpr int kFirst = 13, kSecond = 14, kCentre = 10, kRim = 15, kArc = 16, kApex = 15;
 
 /// Parts of its length by which a direction may lie beside another one: six digits are in the file.
@@ -47,6 +49,10 @@ std::vector<Vec2> standpointsOf(const DxfDimension& d) {
         case Kind::twoLines:
         case Kind::threePoints:
             return {d.at(kFirst), d.at(kSecond), d.at(kApex), d.at(kCentre)};
+        case Kind::ordinate:
+            return {d.at(kCentre), d.at(kFirst)};
+        case Kind::arc:
+            return {d.at(kApex)};
         default:
             return {};
     }
@@ -58,6 +64,16 @@ std::vector<Vec2> standpointsOf(const std::vector<DxfDimension>& dimensions) {
         const std::vector<Vec2> points = standpointsOf(dimension);
         wanted.insert(wanted.end(), points.begin(), points.end());
     }
+    return wanted;
+}
+
+/// What may be the foot of a perpendicular.
+std::vector<Vec2> endsOfLengths(const std::vector<DxfDimension>& dimensions) {
+    std::vector<Vec2> wanted;
+    for (const DxfDimension& dimension : dimensions)
+        if (dimension.kind == Kind::turned || dimension.kind == Kind::aligned)
+            for (const int code : {kFirst, kSecond})
+                wanted.push_back(dimension.at(code));
     return wanted;
 }
 
@@ -74,7 +90,8 @@ public:
     explicit Follower(const std::vector<Entity>& entities, const std::vector<DxfDimension>& dimensions)
         : m_entities(entities),
           m_tolerance(kHolds * sizeOf(entities)),
-          m_standpoints(entities, standpointsOf(dimensions), m_tolerance) {}
+          m_standpoints(entities, standpointsOf(dimensions), m_tolerance),
+          m_lines(entities, endsOfLengths(dimensions), m_tolerance) {}
 
     DxfFollowing follow(const DxfDimension& dimension) const {
         switch (dimension.kind) {
@@ -89,7 +106,9 @@ public:
             case Kind::threePoints:
                 return followThreePoints(dimension);
             case Kind::ordinate:
-                return notFollowed("DIMENSION of one coordinate");
+                return followCoordinate(dimension);
+            case Kind::arc:
+                return followArc(dimension);
             default:
                 return notFollowed("DIMENSION of a kind of its own");
         }
@@ -105,9 +124,13 @@ private:
         return a.place.index == b.place.index ? 0 : 1;
     }
 
-    DxfFollowing followLength(const DxfDimension& dimension) const {
-        const std::vector<DxfStandpoint> ones = m_standpoints.near(dimension.at(kFirst)),
-                                         others = m_standpoints.near(dimension.at(kSecond));
+    struct Ends {
+        DxfStandpoint from, to;
+    };
+
+    /// What stands in two points, and is not the same place.
+    std::optional<Ends> endsAt(Vec2 a, Vec2 b) const {
+        const std::vector<DxfStandpoint> ones = m_standpoints.near(a), others = m_standpoints.near(b);
         const DxfStandpoint *from = nullptr, *to = nullptr;
         for (const DxfStandpoint& one : ones)
             for (const DxfStandpoint& other : others)
@@ -115,7 +138,49 @@ private:
                     from = &one;
                     to = &other;
                 }
-        return from == nullptr ? notFollowed(kOnNothing) : lengthBetween(*from, *to, dimension);
+        return from == nullptr ? std::nullopt : std::optional(Ends{*from, *to});
+    }
+
+    DxfFollowing followLength(const DxfDimension& dimension) const {
+        const std::optional<Ends> ends = endsAt(dimension.at(kFirst), dimension.at(kSecond));
+        if (ends)
+            return lengthBetween(ends->from, ends->to, dimension);
+        for (const auto& [code, footCode] : {std::pair(kFirst, kSecond), std::pair(kSecond, kFirst)})
+            if (std::optional<DxfFollowing> following = lengthToLine(dimension, code, footCode))
+                return *std::move(following);
+        return notFollowed(kOnNothing);
+    }
+
+    /// From a place to the line on which the other point lies, at right angles to it.
+    std::optional<DxfFollowing> lengthToLine(const DxfDimension& dimension, int code, int footCode) const {
+        const Vec2 foot = dimension.at(footCode);
+        for (const DxfStandpoint& from : m_standpoints.near(dimension.at(code)))
+            for (const DxfLine& line : m_lines.at(foot)) {
+                const Vec2 way = foot - from.point, direction = unit(line.end - line.start);
+                const double size = std::abs(cross(direction, from.point - line.start));
+                const bool isAlong = dimension.kind == Kind::aligned ||
+                                     std::abs(cross(polar(dimension.direction), way)) <= kSameWay * size;
+                if (size > m_tolerance && std::abs(dot(way, direction)) <= m_tolerance && isAlong)
+                    return DxfFollowing{
+                        measured(ConstraintType::distance, {from.place, line.place}, size),
+                        {{code, DxfAnchor::Kind::point, from.place}, {footCode, DxfAnchor::Kind::foot, line.place}},
+                        {}};
+            }
+        return std::nullopt;
+    }
+
+    /// One coordinate is a distance along its axis where something stands in the point that it is counted from.
+    DxfFollowing followCoordinate(const DxfDimension& dimension) const {
+        if (std::abs(std::sin(dimension.frame)) > kSameWay || std::cos(dimension.frame) < 0.0)
+            return notFollowed("DIMENSION of one coordinate along another axis");
+        const std::optional<Ends> ends = endsAt(dimension.at(kCentre), dimension.at(kFirst));
+        if (!ends)
+            return notFollowed("DIMENSION of one coordinate between points in which nothing stands");
+        const Vec2 way = ends->to.point - ends->from.point;
+        return lengthAlong(
+            dimension.isAlongX ? ConstraintType::distanceX : ConstraintType::distanceY,
+            dimension.isAlongX ? way.x : way.y, ends->from, ends->to,
+            {{kCentre, DxfAnchor::Kind::point, ends->from.place}, {kFirst, DxfAnchor::Kind::point, ends->to.place}});
     }
 
     DxfFollowing lengthBetween(const DxfStandpoint& from, const DxfStandpoint& to,
@@ -178,6 +243,27 @@ private:
         return notFollowed("DIMENSION of a circle that is not there");
     }
 
+    /// The length of an arc from one of its ends to the other.
+    DxfFollowing followArc(const DxfDimension& d) const {
+        for (const DxfStandpoint& at : m_standpoints.near(d.at(kApex))) {
+            const auto arc = arcOf(m_entities[at.entity], at.place);
+            const auto isFromTo = [&](const Vec2& from, const Vec2& to) {
+                return distance(d.at(kFirst), from) <= m_tolerance && distance(d.at(kSecond), to) <= m_tolerance;
+            };
+            if (!arc || !arc->passes(d.at(kCentre)))
+                continue;
+            const bool isForward = isFromTo(arc->start, arc->end);
+            if (!isForward && !isFromTo(arc->end, arc->start))
+                continue;
+            return {measured(ConstraintType::distance, {arc->place}, arc->length()),
+                    {{kFirst, DxfAnchor::Kind::point, isForward ? arc->startPlace : arc->endPlace},
+                     {kSecond, DxfAnchor::Kind::point, isForward ? arc->endPlace : arc->startPlace},
+                     {kApex, DxfAnchor::Kind::point, at.place}},
+                    {}};
+        }
+        return notFollowed("ARC_DIMENSION of an arc that is not there");
+    }
+
     // Angles.
 
     /// The line through two points with an end in one of them.
@@ -219,10 +305,9 @@ private:
         const double turn = cross(first, second);
         if (std::abs(turn) <= kSameWay)
             return notFollowed("DIMENSION of an angle between lines that do not cross");
-        if (cross(arc, second) / turn < 0.0 || cross(first, arc) / turn < 0.0)
-            return notFollowed("DIMENSION of an angle of more than half a turn");
+        const bool isLarge = cross(arc, second) / turn < 0.0 || cross(first, arc) / turn < 0.0;
         return angle({*one, dot(first, one->end - one->start) < 0.0},
-                     {*other, dot(second, other->end - other->start) < 0.0}, {kFirst, kApex}, {kSecond});
+                     {*other, dot(second, other->end - other->start) < 0.0}, {kFirst, kApex}, {kSecond}, isLarge);
     }
 
     /// A line as an angle takes it.
@@ -234,23 +319,26 @@ private:
         Place place() const { return isTurned ? line.turned : line.place; }
     };
 
-    static DxfFollowing angle(Leg first, Leg second, const std::vector<int>& onFirst,
-                              const std::vector<int>& onSecond) {
+    static DxfFollowing angle(Leg first, Leg second, const std::vector<int>& onFirst, const std::vector<int>& onSecond,
+                              bool isLarge = false) {
         std::vector<DxfAnchor> anchors;
         for (const int code : onFirst)
             anchors.push_back({code, DxfAnchor::Kind::along, first.line.place});
         for (const int code : onSecond)
             anchors.push_back({code, DxfAnchor::Kind::along, second.line.place});
-        if (cross(first.direction(), second.direction()) < 0.0)
+        if ((cross(first.direction(), second.direction()) < 0.0) != isLarge)
             std::swap(first, second);
-        const double value =
+        double value =
             std::atan2(cross(first.direction(), second.direction()), dot(first.direction(), second.direction()));
+        if (isLarge)
+            value += kTurn;
         return {measured(ConstraintType::angle, {first.place(), second.place()}, value), std::move(anchors), {}};
     }
 
     const std::vector<Entity>& m_entities;
     double m_tolerance;
     DxfStandpoints m_standpoints;
+    DxfLinesThrough m_lines;
 };
 
 }  // namespace

@@ -20,8 +20,9 @@ struct DxfFollowing {
 
 /// Says of each dimension what it measures, in their order. It is followed where its points stand on ends, middles,
 /// centres or control points, within a millionth of the drawing's size: those of other programs carry six digits. A
-/// length is that between two places, or along an axis; a radius or diameter that of the circle or arc whose centre it
-/// names; an angle that of two lines, each with an end where the dimension has a point.
+/// length is that between two places, along an axis, or from a place to a line at right angles; a radius or diameter
+/// that of the circle or arc whose centre it names; an angle that of two lines, each with an end where the dimension
+/// has a point.
 std::vector<DxfFollowing> followedDimensions(const std::vector<Entity>& entities,
                                              const std::vector<DxfDimension>& dimensions);
 

@@ -112,18 +112,22 @@ void rewriteLight(DxfItems& record, const PolylineShape& before, const PolylineS
     const auto isOfVertex = [](int code) {
         return code == 10 || code == 20 || code == 30 || (code >= 40 && code <= 42) || code == 91;
     };
+    const auto isVertex = [&](std::size_t i) { return record[i].code == 10; };
     const std::vector<std::size_t> own = ownGroups(record);
-    const auto first = std::find_if(own.begin(), own.end(), [&](std::size_t i) { return record[i].code == 10; });
-    const auto behind = std::find_if(first, own.end(), [&](std::size_t i) { return !isOfVertex(record[i].code); });
+    const auto first = std::find_if(own.begin(), own.end(), isVertex);
+    const auto last = std::find_if(own.rbegin(), own.rend(), isVertex).base();
+    const auto behind = std::find_if(last, own.end(), [&](std::size_t i) { return !isOfVertex(record[i].code); });
     const std::size_t begin = *first, end = behind == own.end() ? own.back() + 1 : *behind;
+    DxfItems head(record.begin(), record.begin() + static_cast<std::ptrdiff_t>(begin));
     std::vector<DxfItems> vertices;
     for (std::size_t i = begin; i < end; ++i) {
-        if (record[i].code == 10)
+        const bool isOwn = std::binary_search(own.begin(), own.end(), i);
+        if (isOwn && isVertex(i))
             vertices.emplace_back();
-        vertices.back().push_back(record[i]);
+        // What stands between vertices and belongs to none of them is the polyline's.
+        (isOwn && isOfVertex(record[i].code) ? vertices.back() : head).push_back(record[i]);
     }
     const DxfStyle style = styleOf(record);
-    DxfItems head(record.begin(), record.begin() + static_cast<std::ptrdiff_t>(begin));
     if (const auto count = findOwn(head, 90); count && before.vertices.size() != now.vertices.size())
         head[*count].value = std::to_string(now.vertices.size());
     setFlags(head, (flagsOf(head) & ~kClosed) | (now.closed ? kClosed : 0), style);
