@@ -17,6 +17,7 @@
 #include "apps/window/OpenDrawing.h"
 #include "apps/window/Pace.h"
 #include "apps/window/Tabs.h"
+#include "document/text/DrawingError.h"
 
 namespace holdfast::window {
 

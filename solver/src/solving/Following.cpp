@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "solver/src/sketch/Degeneracy.h"
+#include "solver/src/sketch/Index.h"
 
 namespace holdfast::solver::detail {
 
