@@ -30,14 +30,16 @@ inline std::optional<Degeneracy> findFlaw(const SketchData& sketch, const Equati
     return findFlaw(sketch, system.values, system.size, entities, margin, passed);
 }
 
-/// The first of the entities of which a length, a radius or a sweep has shrunk below this part of what it was at the
-/// reference, or of which a point has gone beyond all bounds: 1e4 times the sketch's size from where it was.
-/// What the edit asks of entities, by number; empty: nothing.
+/// What an edit asks of an entity.
 enum class Asked : char {
     nothing,
     radius,  ///< of an arc its radius or its centre: the sweep may not shrink
     sizes    ///< its sizes may shrink
 };
+
+/// The first of the entities of which a length, a radius or a sweep has shrunk below this part of what it was at the
+/// reference, or of which a point has gone beyond all bounds: 1e4 times the sketch's size from where it was.
+/// asked: by number of the entity, what may shrink; may be shorter.
 std::optional<Degeneracy> findRuined(const SketchData& sketch, std::span<const double> now, double size,
                                      std::span<const int> entities, std::span<const Asked> asked, double least);
 inline std::optional<Degeneracy> findRuined(const SketchData& sketch, const EquationSystem& system,
