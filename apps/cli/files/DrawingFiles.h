@@ -34,8 +34,8 @@ struct DrawingFile {
 /// Where a drawing goes to, and in which form.
 struct DrawingTarget {
     std::string path;  ///< a file; "-": standard output; empty: nowhere
-    std::string
-        form{};  ///< "json", "dxf", "svg", "pdf", "slvs"; empty: by the ending, to standard output as it came in
+    /// "json", "dxf", "svg", "pdf", "slvs"; empty: by the ending, to standard output as it came in.
+    std::string form{};
 };
 
 /// The form in which a drawing goes out that came in in another one, with a dot before it.
