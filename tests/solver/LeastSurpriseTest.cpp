@@ -419,6 +419,23 @@ TEST(LeastSurprise, GrowsACircleBeforeItsArcsComeToNothing) {
     }
 }
 
+/// Nothing but its middle, below or above the line's end, keeps the arc smooth with the line: from above it ends where
+/// its sweep comes to nothing, and from below it would run back on the line.
+TEST(LeastSurprise, NeverTurnsASmoothEndIntoACusp) {
+    SketchText sketch(
+        "fixed! xline x 0,0 0; fixed! xline y 0,0 90; circle hub -5.85,0 5.6; line v -0.5,5.9 -0.5,0; "
+        "line h -0.5,5.44 0,5.44; arc r -0.5,6.5 1.0600 260 270; radius hub = 5.6; point_on_curve hub.centre x; "
+        "vertical v; point_on_curve v.end x; distance_x v.end h.end = 0.5; horizontal h; point_on_curve h.end y; "
+        "point_on_curve h.start v; coincident r.end h.start; point_on_curve r.centre v; point_on_curve r.start hub; "
+        "tangent r hub; distance_y v.end h.end = 5.44");
+    ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
+    sketch.sketch.takeReference();
+    const int height = static_cast<int>(sketch.sketch.constraints.size()) - 1;
+    const SolveResult result = solve(sketch.sketch, {.values = {{height, 5.6}}, .keepsShapes = true});
+    EXPECT_FALSE(result.isSolved());
+    EXPECT_GT(sketch.at("r.centre").y, sketch.at("r.end").y);
+}
+
 /// Where small steps end, the sketch is shaken, and what that has turned over is no place that the way led to.
 TEST(LeastSurprise, NeverTurnsAShortArcIntoAllOfItsCircle) {
     const std::string drawing =

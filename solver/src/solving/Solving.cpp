@@ -9,6 +9,7 @@
 #include "solver/src/sketch/Connections.h"
 #include "solver/src/sketch/Index.h"
 #include "solver/src/sketch/Measure.h"
+#include "solver/src/sketch/SmoothJoins.h"
 #include "solver/src/solving/Mending.h"
 #include "solver/src/solving/Stopwatch.h"
 
@@ -86,6 +87,9 @@ Solving::Solving(SketchData& sketch, const SolveRequest& request)
     if (request.keepsShapes && m_isEdit)
         m_trying.keepShapes(shapesAround());
     m_trying.spareBelow(m_way->longest());
+    if (m_isEdit)
+        m_trying.refuse([this, joins = SmoothJoins(sketch, m_way->start(), movedEntities())](
+                            std::span<const double> values) { return joins.findCusp(m_work, values); });
     m_trying.shun([this](const Answer& answer) { return !turnedOver(answer).empty(); });
 }
 
@@ -304,11 +308,17 @@ std::vector<int> Solving::turnedOver(const Answer& answer) const {
     std::vector<int> over = m_corners->turnedOver(m_way->start(), answer.values);
     if (over.empty())
         return over;
+    const std::vector<int> moved = movedEntities();
+    std::erase_if(over, [&](int number) { return std::binary_search(moved.begin(), moved.end(), number); });
+    return over;
+}
+
+std::vector<int> Solving::movedEntities() const {
     std::vector<int> moved(m_request.edited.begin(), m_request.edited.end());
     for (const Target& target : m_request.targets)
         moved.push_back(entityOfValue(m_work, target.value));
-    std::erase_if(over, [&](int number) { return std::find(moved.begin(), moved.end(), number) != moved.end(); });
-    return over;
+    std::sort(moved.begin(), moved.end());
+    return moved;
 }
 
 bool Solving::isLessSurprising(const Answer& answer, const Answer& other) const {

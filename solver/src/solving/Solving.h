@@ -75,6 +75,9 @@ private:
     /// Entities at corners that turn to the other side, but for those that the edit itself moves.
     std::vector<int> turnedOver(const Answer& answer) const;
 
+    /// Those, ascending.
+    std::vector<int> movedEntities() const;
+
     bool isLessSurprising(const Answer& answer, const Answer& other) const;
 
     /// Nothing but the edited entities has moved yet.

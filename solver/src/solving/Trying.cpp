@@ -70,6 +70,12 @@ Answer Trying::once(const Task& task) {
             answer.left.assign(run.values().begin(), run.values().end());
         return answer;
     }
+    if (m_flawOf)
+        answer.result.degeneracy = m_flawOf(run.values());
+    if (answer.result.degeneracy) {
+        answer.result.status = SolveStatus::degenerate;
+        return answer;
+    }
     answer.values.assign(run.values().begin(), run.values().end());
     answer.metric.assign(run.metric().begin(), run.metric().end());
     if (task.isEdit) {

@@ -2,9 +2,12 @@
 
 #include <functional>
 #include <limits>
+#include <optional>
+#include <span>
 #include <utility>
 
 #include "solver/src/Uses.h"
+#include "solver/src/sketch/Degeneracy.h"
 #include "solver/src/solving/Run.h"
 
 namespace holdfast::solver::detail {
@@ -51,6 +54,11 @@ public:
     /// What no other answer is to be exchanged for only because fewer sizes change.
     void shun(std::function<bool(const Answer&)> isShunned) { m_isShunned = std::move(isShunned); }
 
+    /// What is no answer although it holds: what it says of the values of one.
+    void refuse(std::function<std::optional<Degeneracy>(std::span<const double>)> flawOf) {
+        m_flawOf = std::move(flawOf);
+    }
+
     /// The sketch with other values, for as long as a try takes.
     template <class Try>
     Answer from(const std::vector<double>& values, const Try& attempt) {
@@ -93,6 +101,7 @@ private:
     SketchData& m_sketch;
     std::vector<KeptShape> m_shapes;
     std::function<bool(const Answer&)> m_isShunned;
+    std::function<std::optional<Degeneracy>(std::span<const double>)> m_flawOf;
     double m_sparedBelow = 0.0;
     double m_secondsBuilding = 0.0;
     long m_work = 0;

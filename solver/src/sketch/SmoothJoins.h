@@ -1,0 +1,38 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "solver/src/Uses.h"
+#include "solver/src/sketch/Degeneracy.h"
+#include "solver/src/sketch/SketchData.h"
+
+namespace holdfast::solver::detail {
+
+/// Where arcs run on in lines or other arcs: ends that coincidences join, and that are smooth in given values. Many are
+/// so without being tangent by name, as where the middle of an arc is held above the end of a horizontal line.
+class SmoothJoins {
+public:
+    /// Those with none of these entities, ascending, whose direction the user may want to turn. Linear in the sketch.
+    SmoothJoins(const SketchData& sketch, std::span<const double> values, std::span<const int> without);
+
+    /// The first of them that has become a cusp: both still have one direction there, but run back on each other.
+    std::optional<Degeneracy> findCusp(const SketchData& sketch, std::span<const double> now) const;
+
+private:
+    /// One end: the entity, and whether it is where it starts.
+    struct End {
+        int entity = -1;
+        bool isStart = false;
+    };
+    struct Join {
+        End a, b;
+    };
+
+    static double cosine(const SketchData& sketch, const Join& join, std::span<const double> values);
+
+    std::vector<Join> m_joins;
+};
+
+}  // namespace holdfast::solver::detail
