@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <limits>
 #include <memory>
 #include <stdexcept>
 #include <utility>
@@ -69,6 +70,15 @@ bool isFinite(const YxGeMatrix3d& transform) {
 /// The part of its length as drawn to which a line that has to turn round is led at most: steps keep twice of what an
 /// edit has to leave of it.
 constexpr double kVanishing = 0.03;
+
+/// Shorter drags that a drag is divided into when nothing else leads all its way, and what they may cost together, as
+/// SolveResult::factorWork counts it: some tenths of a second.
+constexpr int kLegs = 8;
+constexpr long kMostLegWork = 2'500'000;
+
+bool isTranslation(const YxGeMatrix3d& transform) {
+    return transform(0, 0) == 1.0 && transform(1, 1) == 1.0 && transform(0, 1) == 0.0 && transform(1, 0) == 0.0;
+}
 
 Vec2 alongIn(const std::vector<double>& values, const SketchEntity& line) {
     const std::size_t v = at(line.firstValue);
@@ -222,8 +232,10 @@ SolveResult HostDrag::yield(const EditRequest& request, const std::vector<double
         const SolveRequest exactly{.targets = request.targets,
                                    .edited = request.edited,
                                    .patience = isOpen ? Patience::all : Patience::once,
-                                   .namesConflicts = false};
+                                   .namesConflicts = false,
+                                   .mostWork = m_mostWork - m_work};
         SolveResult reached = solve(direct, exactly);
+        m_work += reached.factorWork;
         if (reached.isSolved() && (isOpen || turnsOnly(vanishing, direct.values))) {
             take(direct.values, shortfallOf(direct, request));
             return reached;
@@ -281,27 +293,50 @@ void HostDrag::leaveBroken() {
     restart();
 }
 
-/// A drag that ends short of the transform goes on from there as another one would: a line of which hardly anything is
-/// left stands in the way of the first only.
+/// A drag that ends short of the transform although its way leads farther than its steps is gone once more as several
+/// shorter ones: what is left of a short line is in the way of the first of them only, and each may find another way
+/// round what would turn over.
 void HostDrag::land(const YxGeMatrix3d& transform) {
-    if (!goFarther(transform))
+    if (!goFarther(transform) || !isTranslation(transform))
         return;
     const SketchData drawn = m_drawn;
     const std::vector<double> first = m_host.sketch.values;
     const double miss = m_miss;
-    beginAt(first);
-    if (!stepWithin(transform).isSolved() || m_miss > kHolds * m_drawn.size())
-        take(first, miss);
-    else
-        goFarther(transform);
+    const int steps = m_steps;
+    m_mostWork = m_work + kMostLegWork;
+    const bool isThere = goInLegs(transform) && !isRuinedSince(drawn);
+    m_mostWork = std::numeric_limits<long>::max();
     m_drawn = drawn;
+    m_steps = steps;
+    if (!isThere)
+        take(first, miss);
     restart();
 }
 
-void HostDrag::beginAt(const std::vector<double>& values) {
-    m_drawn.values = values;
-    m_drawn.takeReference();
-    restart();
+bool HostDrag::goInLegs(const YxGeMatrix3d& transform) {
+    for (int leg = 1; leg <= kLegs; ++leg) {
+        YxGeMatrix3d part = transform;
+        for (int row = 0; row < 2; ++row)
+            part(row, 3) *= static_cast<double>(leg) / kLegs;
+        restart();
+        m_steps = 1;
+        if (!stepWithin(part).isSolved())
+            return false;
+        goFarther(part);
+        if (m_miss > kHolds * m_drawn.size())
+            return false;
+        m_drawn.values = m_host.sketch.values;
+        m_drawn.takeReference();
+    }
+    return true;
+}
+
+bool HostDrag::isRuinedSince(const SketchData& drawn) const {
+    std::vector<int> others;
+    for (int number = 0; number < static_cast<int>(m_drawn.entities.size()); ++number)
+        if (std::find(m_edited.begin(), m_edited.end(), number) == m_edited.end())
+            others.push_back(number);
+    return isRuined(drawn, others, m_host.sketch.values);
 }
 
 /// Steps begin where the drag is drawn now.
@@ -351,7 +386,9 @@ bool HostDrag::keepShapes(const EditRequest& request, std::vector<double>& led) 
                                                   .edited = request.edited,
                                                   .keepsShapes = true,
                                                   .patience = patience,
-                                                  .namesConflicts = false});
+                                                  .namesConflicts = false,
+                                                  .mostWork = m_mostWork - m_work});
+        m_work += result.factorWork;
         led = result.reached ? result.reached->values : std::vector<double>();
         return result.isSolved() && !isTurnedOver(shaped.values);
     };

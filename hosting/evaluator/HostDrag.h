@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -79,7 +80,10 @@ private:
     SolveResult follow(const EditRequest& request, const std::vector<double>& goals);
     SolveResult yield(const EditRequest& request, const std::vector<double>& goals, const SolveResult& followed);
     void restart();
-    void beginAt(const std::vector<double>& values);
+    /// In several shorter drags, each from where the last one has led; false where one falls short.
+    bool goInLegs(const YxGeMatrix3d& transform);
+    /// Next to nothing is left of something that is not edited.
+    bool isRuinedSince(const SketchData& drawn) const;
     bool goFarther(const YxGeMatrix3d& transform);
     bool keepShapes(const EditRequest& request, std::vector<double>& led);
     bool isTaken(const std::vector<double>& values);
@@ -110,6 +114,8 @@ private:
     YxGeMatrix3d m_lastTransform;
     std::unordered_map<int, YxDbEntity*> m_previews;
     double m_miss = 0.0;
+    /// Of all solves, as SolveResult::factorWork counts it, and what it may be.
+    long m_work = 0, m_mostWork = std::numeric_limits<long>::max();
 };
 
 }  // namespace holdfast::hosting

@@ -249,6 +249,27 @@ TEST(DragEdit, GoesOverAPlaceWhereALineHasNoLengthAsSeveralDo) {
     EXPECT_NEAR(lineNamed(session, "g0").end.x, 0.42, 1e-9);
 }
 
+/// The base would have no length on its way over the axis, and the arc that the wall is tangent to turns over there.
+TEST(DragEdit, GoesAllTheWayThatShorterOnesGo) {
+    Document document;
+    document.name = "wall";
+    document.entities = {lineEntity("g0", {-4, -0.08}, {-4, -4.5}), lineEntity("g1", {-4, -4.5}, {4, -4.5}),
+                         shapeEntity("g34", ArcShape{{-3.95, -0.08}, 0.05, 0.7845418936762839, 3.141592653589793}),
+                         shapeEntity("axis", XlineShape{{0, 0}, {0, 1}})};
+    document.entities.back().fixed = true;
+    document.constraints = {
+        constraintOf("c0", ConstraintType::vertical, {{"g0"}}),
+        constraintOf("c1", ConstraintType::coincident, {{"g0", PlaceKind::end}, {"g1", PlaceKind::start}}),
+        constraintOf("c49", ConstraintType::symmetric, {{"g0", PlaceKind::end}, {"g1", PlaceKind::end}, {"axis"}}),
+        constraintOf("c79", ConstraintType::tangent, {{"g0", PlaceKind::start}, {"g34", PlaceKind::end}})};
+    Session session(document);
+    const EditResult& result = session.apply("drag g0.end by 4.42,0");
+    ASSERT_EQ(result.outcome.error, "");
+    EXPECT_EQ(result.outcome.shortfall, Shortfall{});
+    EXPECT_NEAR(lineNamed(session, "g0").end.x, 0.42, 1e-9);
+    EXPECT_NEAR(std::get<ArcShape>(session.drawing().shape("g34")).radius, 0.05, 0.05);
+}
+
 TEST(DragEdit, TellsByHowMuchItFallsShortAndWhatHoldsItBack) {
     Session session(levelDrawing());
     const EditOutcome outcome = session.apply("drag base.end by 3,2").outcome;

@@ -10,9 +10,9 @@ namespace holdfast::solver::detail {
 
 namespace {
 
-/// Cosine from which on two directions are one: 1e-5 radians apart, which is more than a solved sketch is off and less
-/// than anybody draws by eye.
-constexpr double kOneDirection = 1.0 - 0.5e-10;
+/// Sine of the angle up to which two directions are one: more than a solved sketch is off, and less than anybody draws
+/// by eye.
+constexpr double kOneDirection = 1e-5;
 
 /// From its end into a line or an arc, of length 1.
 Vec2 inwards(const SketchEntity& entity, bool isStart, std::span<const double> v) {
@@ -50,14 +50,14 @@ SmoothJoins::SmoothJoins(const SketchData& sketch, std::span<const double> value
              sketch.entities[at(b.entity)].kind == EntityKind::line))
             continue;
         const Join join{{a.entity, a.kind == PlaceKind::start}, {b.entity, b.kind == PlaceKind::start}};
-        if (cosine(sketch, join, values) <= -kOneDirection)
+        if (meeting(sketch, join, values) == Meeting::smooth)
             m_joins.push_back(join);
     }
 }
 
 std::optional<Degeneracy> SmoothJoins::findCusp(const SketchData& sketch, std::span<const double> now) const {
     for (const Join& join : m_joins)
-        if (cosine(sketch, join, now) >= kOneDirection) {
+        if (meeting(sketch, join, now) == Meeting::cusp) {
             const bool isArc = sketch.entities[at(join.a.entity)].kind == EntityKind::arc;
             const auto name = [&](const End& end) { return nameOf(sketch, {end.entity, PlaceKind::whole, 0}); };
             const End &arc = isArc ? join.a : join.b, &other = isArc ? join.b : join.a;
@@ -66,11 +66,13 @@ std::optional<Degeneracy> SmoothJoins::findCusp(const SketchData& sketch, std::s
     return std::nullopt;
 }
 
-/// Of the angle between both ways inwards: -1 where they run on in each other.
-double SmoothJoins::cosine(const SketchData& sketch, const Join& join, std::span<const double> values) {
+SmoothJoins::Meeting SmoothJoins::meeting(const SketchData& sketch, const Join& join, std::span<const double> values) {
     const Vec2 a = inwards(sketch.entities[at(join.a.entity)], join.a.isStart, values);
     const Vec2 b = inwards(sketch.entities[at(join.b.entity)], join.b.isStart, values);
-    return a.x * b.x + a.y * b.y;
+    const double cosine = dot(a, b);
+    if (std::abs(cross(a, b)) > kOneDirection || cosine == 0.0)
+        return Meeting::corner;
+    return cosine < 0.0 ? Meeting::smooth : Meeting::cusp;
 }
 
 }  // namespace holdfast::solver::detail

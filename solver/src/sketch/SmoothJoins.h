@@ -30,7 +30,9 @@ private:
         End a, b;
     };
 
-    static double cosine(const SketchData& sketch, const Join& join, std::span<const double> values);
+    enum class Meeting { smooth, cusp, corner };
+
+    static Meeting meeting(const SketchData& sketch, const Join& join, std::span<const double> values);
 
     std::vector<Join> m_joins;
 };

@@ -79,4 +79,8 @@ SolveResult solveWhole(SketchData& sketch, const SolveRequest& request) {
     return std::move(answer.result);
 }
 
+bool isRuined(const SketchData& sketch, std::span<const int> entities, std::span<const double> values) {
+    return haveShrunk(sketch, entities, values, SolverState::kLeast);
+}
+
 }  // namespace holdfast::solver::detail

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <limits>
 #include <memory>
+#include <span>
 
 #include "solver/src/Uses.h"
 #include "solver/src/numerics/Budget.h"
@@ -58,7 +60,10 @@ struct SolveRequest {
     bool asksWhether = false;
     int threads = 1;             ///< independent parts are solved at once, without an edit; 0: on all cores
     bool namesConflicts = true;  ///< search for the constraints in conflict when the solve fails
-    Budget* budget = nullptr;    ///< when it runs out the sketch stays as it is, and no conflict is searched for
+    /// The tries together may cost this much, as SolveResult::factorWork counts it, if that is less than usual: about
+    /// six million a second. It is counted and not timed, so that the same edit ends the same way on every machine.
+    long mostWork = std::numeric_limits<long>::max();
+    Budget* budget = nullptr;  ///< when it runs out the sketch stays as it is, and no conflict is searched for
 };
 
 enum class SolveStatus {
@@ -123,5 +128,10 @@ SolveResult solve(SketchData& sketch, const SolveRequest& request);
 
 /// The same, all parts as one.
 SolveResult solveWhole(SketchData& sketch, const SolveRequest& request);
+
+/// Of one of the entities less is left, in these values of the sketch, than an edit that does not ask for it leaves: a
+/// hundredth of a length, a radius or a sweep at the reference. For what several solves have led to, of which each has
+/// only looked at its own part of the way.
+bool isRuined(const SketchData& sketch, std::span<const int> entities, std::span<const double> values);
 
 }  // namespace holdfast::solver::detail

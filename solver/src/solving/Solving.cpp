@@ -86,6 +86,7 @@ Solving::Solving(SketchData& sketch, const SolveRequest& request)
     m_least = m_way->smallestFactor() * m_leastWished;
     if (request.keepsShapes && m_isEdit)
         m_trying.keepShapes(shapesAround());
+    m_trying.limit(request.mostWork);
     m_trying.spareBelow(m_way->longest());
     if (m_isEdit)
         m_trying.refuse([this, joins = SmoothJoins(sketch, m_way->start(), movedEntities())](

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <optional>
@@ -51,6 +52,9 @@ public:
     /// From now on, how far the edit goes: where a size that is smaller would vanish, such sizes count more.
     void spareBelow(double size) { m_sparedBelow = size; }
 
+    /// From now on, what all tries may cost together at most, as factorWork counts it.
+    void limit(long mostFactorWork) { m_limit = mostFactorWork; }
+
     /// What no other answer is to be exchanged for only because fewer sizes change.
     void shun(std::function<bool(const Answer&)> isShunned) { m_isShunned = std::move(isShunned); }
 
@@ -89,7 +93,7 @@ public:
     /// Another try, as dear as the dearest so far, would cost more than it is worth to make better what is solved.
     bool isCostly() const;
     /// They have cost what one request may cost: what is tried now fails at once.
-    bool isSpent() const { return m_work >= m_mostWork || m_factorWork >= m_mostFactorWork; }
+    bool isSpent() const { return m_work >= m_mostWork || m_factorWork >= std::min(m_mostFactorWork, m_limit); }
 
 private:
     Answer bettering(const std::vector<double>& values, const Task& task);
@@ -108,6 +112,7 @@ private:
     long m_mostWork = std::numeric_limits<long>::max();
     long m_factorWork = 0;
     long m_mostFactorWork = std::numeric_limits<long>::max();
+    long m_limit = std::numeric_limits<long>::max();
     long m_dearest = 0;        ///< of that, what one try has cost at most
     long m_betteringWork = 0;  ///< and what tries have that were to make better what was solved
     long m_keepingWork = 0;    ///< of that, what keeping more sizes exactly has cost
