@@ -71,6 +71,19 @@ TEST(Diagnose, NamesTheLaterOfTwoConstraintsThatSayTheSame) {
               "c2");
 }
 
+/// No first derivative sees that the height holds the swing; what hangs on it moves.
+TEST(Diagnose, CallsAHeightNeededAtTheEndOfASwing) {
+    const std::string swing =
+        "fixed! point o 0,0; line a 0,0 0,5; line b 0,5 3,9; coincident a.start o; distance a = 5; "
+        "coincident a.end b.start";
+    const std::string held = swing + "; distance_y o a.end = 5", twice = held + "; vertical a";
+    EXPECT_EQ(freedomOf(swing.c_str()), 3);
+    EXPECT_EQ(freedomOf(held.c_str()), 2);
+    EXPECT_EQ(redundantIn(SketchText(held)), "");
+    EXPECT_EQ(freedomOf(twice.c_str()), 2);
+    EXPECT_NE(redundantIn(SketchText(twice)), "") << "any one of the three";
+}
+
 TEST(Diagnose, NamesAConstraintOfWhichOnlyOneEquationIsSpare) {
     EXPECT_EQ(
         redundantIn(SketchText("line a 0,0 5,0; point p 2.5,0; horizontal a; horizontal p a.start; midpoint p a")),

@@ -43,6 +43,10 @@ private:
 /// of its part, and parts with so many of them are rare.
 constexpr int kMostNeeded = 32;
 
+/// Constraints that are tied together up to which a spare one among them is left out where they can move: beyond, the
+/// solves that it takes would be most of a diagnosis.
+constexpr std::size_t kMostShaken = 500;
+
 class Examination {
 public:
     Examination(const SketchData& sketch, bool countsEntities)
@@ -290,17 +294,23 @@ private:
         return has;
     }
 
-    /// In a part that cannot move although its first derivatives say so, a spare equation may be what holds it.
+    /// In a part that cannot move although its first derivatives say so, a spare equation may be what holds it; in
+    /// others it may be left as soon as something moves, and takes a freedom away that they do not see.
     bool isNeeded(int constraint) {
         const int tie = tieOf(m_sketch.constraints[at(constraint)]);
-        if (tie < 0 || !m_isTiedToRigid[at(tie)] || m_askedIfNeeded++ >= kMostNeeded)
+        if (tie < 0 || m_askedIfNeeded++ >= kMostNeeded)
             return false;
         std::vector<int> others;
         for (const int c : bindingConstraints(m_sketch)) {
             if (c != constraint && tieOf(m_sketch.constraints[at(c)]) == tie)
                 others.push_back(c);
         }
-        return canMove(m_sketch, others);
+        if (m_isTiedToRigid[at(tie)])
+            return canMove(m_sketch, others);
+        if (others.size() > kMostShaken || !isLeftSquarely(m_sketch, others, constraint))
+            return false;
+        --m_freedom[at(m_parts.find(firstFreeOf(m_sketch.constraints[at(constraint)])))];
+        return true;
     }
 
     void listParts() {
@@ -311,8 +321,10 @@ private:
         }
         for (auto& [root, part] : parts) {
             part.freedom = m_isRigid[at(root)] ? 0 : m_freedom[at(root)];
-            for (std::size_t i = 0; i < part.entities.size() && m_isRigid[at(root)] && m_countsEntities; ++i)
-                m_diagnosis.freedomOfEntity[at(part.entities[i])] = 0;
+            for (std::size_t i = 0; i < part.entities.size() && m_countsEntities; ++i) {
+                int& freedom = m_diagnosis.freedomOfEntity[at(part.entities[i])];
+                freedom = std::min(freedom, part.freedom);
+            }
             m_diagnosis.freedom += part.freedom;
             m_diagnosis.parts.push_back(std::move(part));
         }

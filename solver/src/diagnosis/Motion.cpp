@@ -3,14 +3,19 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <functional>
 #include <numeric>
+#include <optional>
 #include <random>
+#include <utility>
+#include <vector>
 
 #include "solver/src/diagnosis/Extract.h"
 #include "solver/src/numerics/Iteration.h"
 #include "solver/src/residuals/Operands.h"
 #include "solver/src/sketch/Degeneracy.h"
 #include "solver/src/sketch/Index.h"
+#include "solver/src/sketch/Measure.h"
 
 namespace holdfast::solver::detail {
 
@@ -25,6 +30,13 @@ constexpr double kMoved = 0.1;
 
 /// One in ten shakes misses a single free direction so much that it seems to come back; five do so once in 1e5.
 constexpr int kTries = 5;
+
+/// Shakes that show a square: large enough that it stands out of what iterations leave.
+constexpr double kSquareShake = 5.0;
+
+/// What is off by the square of the way is off four times as much at the double of it, or so; twice as much would be
+/// what first derivatives see, and any number what iterations leave.
+constexpr double kLeastSquare = 2.8, kMostSquare = 8.0;
 
 class Shaker {
 public:
@@ -53,6 +65,27 @@ public:
             outcome = Shaking::cameBack;
         }
         return giveUp(before, outcome);
+    }
+
+    /// What `missNow` says at some way in a direction of its own, and at the double of that; nothing where the
+    /// equations do not hold again. The values are as before afterwards.
+    std::optional<std::pair<double, double>> missesOnWay(double way, const std::function<double()>& missNow) {
+        const std::vector<double> before = m_subproblem.read();
+        const std::vector<double> first = shaken(before, way);
+        const auto missAt = [&](double times) {
+            std::vector<double> x = before;
+            for (std::size_t j = 0; j < x.size(); ++j)
+                x[j] += times * (first[j] - before[j]);
+            std::optional<double> miss;
+            if (restoreAt(x) && !findFlaw(m_sketch, m_system, m_subproblem.entities()))
+                miss = missNow();
+            m_subproblem.write(before);
+            return miss;
+        };
+        const std::optional<double> once = missAt(1.0), twice = once ? missAt(2.0) : once;
+        if (!twice)
+            return std::nullopt;
+        return std::pair(*once, *twice);
     }
 
 private:
@@ -92,6 +125,15 @@ private:
     std::mt19937 m_random{1};
 };
 
+/// All unknowns, put where merged values agree.
+std::vector<int> onEquations(EquationSystem& system) {
+    for (int u = 0; u < system.unknownCount; ++u)
+        system.assign(u, system.meanOf(u));
+    std::vector<int> unknowns(at(system.unknownCount));
+    std::iota(unknowns.begin(), unknowns.end(), 0);
+    return unknowns;
+}
+
 }  // namespace
 
 double wayOfShake(const SketchData& sketch, const EquationSystem& system, std::span<const int> entities) {
@@ -106,13 +148,39 @@ Shaking shake(const SketchData& sketch, EquationSystem& system, std::span<const 
     return Shaker(sketch, system, unknowns).run();
 }
 
+bool isLeftSquarely(const SketchData& sketch, std::span<const int> others, int constraint) {
+    std::vector<int> all(others.begin(), others.end());
+    const auto place = all.insert(std::lower_bound(all.begin(), all.end(), constraint), constraint);
+    const std::size_t asked = static_cast<std::size_t>(place - all.begin());
+    Extract extract(sketch, all);
+    SketchData moved = extract.sketch();
+    extract.sketch().constraints[asked].active = false;
+    EquationSystem system = buildSystem(extract.sketch());
+    const std::vector<int> unknowns = onEquations(system);
+    if (unknowns.empty())
+        return false;
+    Shaker shaker(extract.sketch(), system, unknowns);
+    std::vector<int> entities(moved.entities.size());
+    std::iota(entities.begin(), entities.end(), 0);
+    const double way = kSquareShake * wayOfShake(moved, system, entities);
+    const double least = moved.slack();
+    const auto missNow = [&] {
+        std::copy_n(system.values.begin(), moved.values.size(), moved.values.begin());
+        return violationsOf(moved)[asked];
+    };
+    for (int i = 0; i < kTries; ++i) {
+        const auto misses = shaker.missesOnWay(way, missNow);
+        if (!misses || misses->first <= least || misses->second < kLeastSquare * misses->first ||
+            misses->second > kMostSquare * misses->first)
+            return false;
+    }
+    return true;
+}
+
 bool canMove(const SketchData& sketch, std::span<const int> constraints) {
     const Extract extract(sketch, constraints);
     EquationSystem system = buildSystem(extract.sketch());
-    for (int u = 0; u < system.unknownCount; ++u)
-        system.assign(u, system.meanOf(u));
-    std::vector<int> unknowns(at(system.unknownCount));
-    std::iota(unknowns.begin(), unknowns.end(), 0);
+    const std::vector<int> unknowns = onEquations(system);
     return !unknowns.empty() && shake(extract.sketch(), system, unknowns) == Shaking::moved;
 }
 

@@ -21,6 +21,11 @@ double wayOfShake(const SketchData& sketch, const EquationSystem& system, std::s
 /// unknowns given.
 Shaking shake(const SketchData& sketch, EquationSystem& system, std::span<const int> unknowns);
 
+/// Is a constraint left when the others let its entities move, although first derivatives say that they imply it? It is
+/// off by the square of the way then, as a height is at the end of a swing. All of them hold. Cost: some iterations of
+/// the entities of all of them; fewest where the others do imply it.
+bool isLeftSquarely(const SketchData& sketch, std::span<const int> others, int constraint);
+
 /// Can the entities of these constraints move with them holding, beyond what first derivatives say?
 bool canMove(const SketchData& sketch, std::span<const int> constraints);
 
