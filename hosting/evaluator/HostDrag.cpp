@@ -332,9 +332,10 @@ bool HostDrag::goInLegs(const YxGeMatrix3d& transform) {
 }
 
 bool HostDrag::isRuinedSince(const SketchData& drawn) const {
+    const std::vector<char> isEdited = marksOfEdited();
     std::vector<int> others;
-    for (int number = 0; number < static_cast<int>(m_drawn.entities.size()); ++number)
-        if (std::find(m_edited.begin(), m_edited.end(), number) == m_edited.end())
+    for (int number = 0; number < static_cast<int>(isEdited.size()); ++number)
+        if (!isEdited[at(number)])
             others.push_back(number);
     return isRuined(drawn, others, m_host.sketch.values);
 }
@@ -435,6 +436,13 @@ std::vector<int> HostDrag::holdingBack(const YxGeMatrix3d& transform) const {
     return solve(sketch, {.targets = request.targets, .edited = request.edited}).conflicting;
 }
 
+std::vector<char> HostDrag::marksOfEdited() const {
+    std::vector<char> isEdited(m_host.sketch.entities.size(), 0);
+    for (const int number : m_edited)
+        isEdited[at(number)] = 1;
+    return isEdited;
+}
+
 void HostDrag::take(const std::vector<double>& values, double miss) {
     m_host.sketch.values = values;
     m_miss = miss;
@@ -442,11 +450,9 @@ void HostDrag::take(const std::vector<double>& values, double miss) {
 
 void HostDrag::preview(const Drawing& drawing, AssocConstraintHeader& header) {
     std::vector<int> shown = m_edited;
-    std::vector<char> isShown(m_host.sketch.entities.size(), 0);
-    for (const int number : m_edited)
-        isShown[at(number)] = 1;
+    const std::vector<char> isEdited = marksOfEdited();
     for (const int number : m_host.moved())
-        if (!isShown[at(number)])
+        if (!isEdited[at(number)])
             shown.push_back(number);
     header.entitiesToDraw.setLogicalLength(0);
     for (const int number : shown) {

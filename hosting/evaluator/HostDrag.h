@@ -93,6 +93,7 @@ private:
     std::vector<int> brokenNow() const;
     bool breaksWhatHeld() const;
     void leaveBroken();
+    std::vector<char> marksOfEdited() const;  ///< by entity
     void take(const std::vector<double>& values, double miss);
 
     Drawing& m_drawing;

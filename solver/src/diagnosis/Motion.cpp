@@ -67,11 +67,12 @@ public:
         return giveUp(before, outcome);
     }
 
-    /// What `missNow` says at some way in a direction of its own, and at the double of that; nothing where the
+    /// What `missNow` says after a large shake in a direction of its own, and after its double; nothing where the
     /// equations do not hold again. The values are as before afterwards.
-    std::optional<std::pair<double, double>> missesOnWay(double way, const std::function<double()>& missNow) {
+    std::optional<std::pair<double, double>> missesAfterShakes(const std::function<double()>& missNow) {
         const std::vector<double> before = m_subproblem.read();
-        const std::vector<double> first = shaken(before, way);
+        const double shake = kSquareShake * wayOfShake(m_sketch, m_system, m_subproblem.entities());
+        const std::vector<double> first = shaken(before, shake);
         const auto missAt = [&](double times) {
             std::vector<double> x = before;
             for (std::size_t j = 0; j < x.size(); ++j)
@@ -160,16 +161,13 @@ bool isLeftSquarely(const SketchData& sketch, std::span<const int> others, int c
     if (unknowns.empty())
         return false;
     Shaker shaker(extract.sketch(), system, unknowns);
-    std::vector<int> entities(moved.entities.size());
-    std::iota(entities.begin(), entities.end(), 0);
-    const double way = kSquareShake * wayOfShake(moved, system, entities);
     const double least = moved.slack();
     const auto missNow = [&] {
         std::copy_n(system.values.begin(), moved.values.size(), moved.values.begin());
         return violationsOf(moved)[asked];
     };
     for (int i = 0; i < kTries; ++i) {
-        const auto misses = shaker.missesOnWay(way, missNow);
+        const auto misses = shaker.missesAfterShakes(missNow);
         if (!misses || misses->first <= least || misses->second < kLeastSquare * misses->first ||
             misses->second > kMostSquare * misses->first)
             return false;

@@ -9,7 +9,6 @@
 #include "solver/src/sketch/Connections.h"
 #include "solver/src/sketch/Index.h"
 #include "solver/src/sketch/Measure.h"
-#include "solver/src/sketch/SmoothJoins.h"
 #include "solver/src/solving/Mending.h"
 #include "solver/src/solving/Stopwatch.h"
 
@@ -89,8 +88,7 @@ Solving::Solving(SketchData& sketch, const SolveRequest& request)
     m_trying.limit(request.mostWork);
     m_trying.spareBelow(m_way->longest());
     if (m_isEdit)
-        m_trying.refuse([this, joins = SmoothJoins(sketch, m_way->start(), movedEntities())](
-                            std::span<const double> values) { return joins.findCusp(m_work, values); });
+        m_trying.refuse([this](std::span<const double> values) { return smoothJoins().findCusp(m_work, values); });
     m_trying.shun([this](const Answer& answer) { return !turnedOver(answer).empty(); });
 }
 
@@ -312,6 +310,12 @@ std::vector<int> Solving::turnedOver(const Answer& answer) const {
     const std::vector<int> moved = movedEntities();
     std::erase_if(over, [&](int number) { return std::binary_search(moved.begin(), moved.end(), number); });
     return over;
+}
+
+const SmoothJoins& Solving::smoothJoins() const {
+    if (!m_smoothJoins)
+        m_smoothJoins.emplace(m_work, m_way->start(), movedEntities());
+    return *m_smoothJoins;
 }
 
 std::vector<int> Solving::movedEntities() const {

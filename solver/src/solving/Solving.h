@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "solver/src/sketch/Corners.h"
+#include "solver/src/sketch/SmoothJoins.h"
 #include "solver/src/solving/Following.h"
 #include "solver/src/solving/Loan.h"
 #include "solver/src/solving/Solve.h"
@@ -75,7 +76,10 @@ private:
     /// Entities at corners that turn to the other side, but for those that the edit itself moves.
     std::vector<int> turnedOver(const Answer& answer) const;
 
-    /// Those, ascending.
+    /// Those where what the edit itself moves does not meet anything.
+    const SmoothJoins& smoothJoins() const;
+
+    /// What the edit itself moves, ascending.
     std::vector<int> movedEntities() const;
 
     bool isLessSurprising(const Answer& answer, const Answer& other) const;
@@ -122,8 +126,9 @@ private:
     SketchData& m_work;  ///< the sketch with the dimensions asked for
     Loan m_loan;
     Trying m_trying{m_work};
-    mutable std::optional<Concerned> m_concerned;  ///< made when first asked for
-    mutable std::optional<Corners> m_corners;      ///< made when first asked for: a plain solve does not
+    mutable std::optional<Concerned> m_concerned;      ///< made when first asked for
+    mutable std::optional<Corners> m_corners;          ///< made when first asked for: a plain solve does not
+    mutable std::optional<SmoothJoins> m_smoothJoins;  ///< the same
     std::vector<ValueGoal> m_values;
     std::vector<int> m_dimensions;
     std::vector<int> m_named;
