@@ -128,8 +128,8 @@ DocumentSketch::Redundancies DocumentSketch::redundancies() const {
     });
 }
 
-std::vector<std::size_t> DocumentSketch::ownFreedoms(double nearly) const {
-    return asUnsolvable([&] { return numbersOf(solver::detail::constraintsWithOwnFreedom(m_inside->sketch, nearly)); });
+std::vector<std::size_t> DocumentSketch::ownFreedoms() const {
+    return asUnsolvable([&] { return numbersOf(solver::detail::constraintsWithOwnFreedom(m_inside->sketch)); });
 }
 
 std::vector<EntityMotions> DocumentSketch::freeMotions() const {

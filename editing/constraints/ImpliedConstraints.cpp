@@ -18,9 +18,6 @@ namespace {
 /// A drawing with more constraints in the way than this has another fault: its tolerance is too coarse.
 constexpr std::size_t kMostContrary = 20;
 
-/// What is off by no more than this part of the smallest of its entities comes to hold without changing their shapes.
-constexpr double kNearly = 0.01;
-
 class Thinner {
 public:
     Thinner(Document& document, std::size_t firstNew) : m_document(document), m_firstNew(firstNew) {}
@@ -41,7 +38,7 @@ private:
     Core core() const {
         Core core{m_document, {}};
         core.document.constraints.clear();
-        const std::vector<std::size_t> own = DocumentSketch(m_document).ownFreedoms(kNearly);
+        const std::vector<std::size_t> own = DocumentSketch(m_document).ownFreedoms();
         for (std::size_t i = 0; i < m_document.constraints.size(); ++i)
             if (i < m_firstNew || !std::binary_search(own.begin(), own.end(), i)) {
                 core.document.constraints.push_back(m_document.constraints[i]);

@@ -18,10 +18,8 @@ namespace holdfast::solver::detail {
 
 namespace {
 
-constexpr double kNearly = 0.01;
-
 std::string ownIn(const SketchText& sketch) {
-    return sketch.namesOf(constraintsWithOwnFreedom(sketch.sketch, kNearly));
+    return sketch.namesOf(constraintsWithOwnFreedom(sketch.sketch));
 }
 
 /// Lines of a few directions and lengths, some in chains that share their ends.
@@ -133,7 +131,7 @@ TEST(OwnFreedom, IsFoundInAllThatTiesLongChainsByDirectionsAndLengths) {
     Chains chains(3, 2000, 300, 40);
     const int ties = chains.tieToFirst();
     EXPECT_GT(ties, 3000);
-    EXPECT_EQ(static_cast<int>(constraintsWithOwnFreedom(chains.text().sketch, kNearly).size()), ties);
+    EXPECT_EQ(static_cast<int>(constraintsWithOwnFreedom(chains.text().sketch).size()), ties);
 }
 
 TEST(OwnFreedom, LeavesWhatIsImpliedTheSameWithoutIt) {
@@ -143,7 +141,7 @@ TEST(OwnFreedom, LeavesWhatIsImpliedTheSameWithoutIt) {
         chains.tieAnyhow(40);
         const SketchData& whole = chains.text().sketch;
         SketchData rest = whole;
-        for (const int c : constraintsWithOwnFreedom(whole, kNearly)) {
+        for (const int c : constraintsWithOwnFreedom(whole)) {
             rest.constraints[static_cast<std::size_t>(c)].active = false;
             ++own;
         }

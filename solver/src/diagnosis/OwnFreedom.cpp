@@ -211,16 +211,16 @@ std::vector<int> rowCounts(const SketchData& sketch, const EquationSystem& merge
     return counts;
 }
 
-double smallestOf(const SketchData& sketch, const SketchConstraint& constraint, double unbounded) {
+bool nearlyHolds(const SketchData& sketch, const SketchConstraint& constraint, double violation, double unbounded) {
     double smallest = unbounded;
     for (const SketchPlace& place : constraint.refs)
         smallest = std::min(smallest, sizeOf(sketch, curveOf(place), unbounded));
-    return smallest;
+    return violation <= kNearly * smallest;
 }
 
 }  // namespace
 
-std::vector<int> constraintsWithOwnFreedom(const SketchData& sketch, double nearly) {
+std::vector<int> constraintsWithOwnFreedom(const SketchData& sketch) {
     const LineRows rows(sketch);
     const std::vector<char> isTaken = Peeling(rows).run();
     // What of a constraint was merged stands among the others for good.
@@ -236,10 +236,17 @@ std::vector<int> constraintsWithOwnFreedom(const SketchData& sketch, double near
     const std::vector<double> misses = violationsOf(sketch);
     std::vector<int> own;
     for (std::size_t c = 0; c < left.size(); ++c)
-        if (isSaid[c] && left[c] == 0 &&
-            misses[c] <= nearly * smallestOf(sketch, sketch.constraints[c], rows.system.size))
+        if (isSaid[c] && left[c] == 0 && nearlyHolds(sketch, sketch.constraints[c], misses[c], rows.system.size))
             own.push_back(static_cast<int>(c));
     return own;
+}
+
+bool allNearlyHold(const SketchData& sketch, std::span<const double> violations) {
+    const double size = sketch.size();
+    for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
+        if (!nearlyHolds(sketch, sketch.constraints[c], violations[c], size))
+            return false;
+    return true;
 }
 
 }  // namespace holdfast::solver::detail
