@@ -8,6 +8,7 @@
 #include "solver/src/diagnosis/Diagnose.h"
 #include "solver/src/diagnosis/Extract.h"
 #include "solver/src/diagnosis/FreeMotions.h"
+#include "solver/src/diagnosis/OwnFreedom.h"
 #include "solver/src/sketch/Measure.h"
 #include "solver/src/solving/Solve.h"
 
@@ -125,6 +126,10 @@ DocumentSketch::Redundancies DocumentSketch::redundancies() const {
         const auto found = solver::detail::redundanciesOf(m_inside->sketch);
         return Redundancies{numbered(found.constraints), found.equations};
     });
+}
+
+std::vector<std::size_t> DocumentSketch::ownFreedoms() const {
+    return asUnsolvable([&] { return numbersOf(solver::detail::constraintsWithOwnFreedom(m_inside->sketch)); });
 }
 
 std::vector<EntityMotions> DocumentSketch::freeMotions() const {

@@ -94,6 +94,10 @@ public:
         int equations = 0;  ///< which of them are spare is a choice in part, how many is none
     };
     Redundancies redundancies() const;
+    /// Constraints that the others neither imply nor hinder, as each nearly holds and has something that it alone
+    /// can move: many of those that there are, in the document's order. Redundancy and contradiction are to be looked
+    /// for beside them. Near to linear in the drawing.
+    std::vector<std::size_t> ownFreedoms() const;
     /// How each entity can move, in the document's order. A factorisation of the drawing, and up to 24 solves with it.
     std::vector<EntityMotions> freeMotions() const;
 

@@ -4,8 +4,8 @@
 // ended, and its kind goes no further. Exits with 1 where 100,000 entities of all kinds take more than 20 seconds, or
 // are not reached.
 //
-// Among thousands of lines in random directions some are parallel, or of one length, by chance; above some 20,000 such
-// ties connect most of the drawing to one part with many rings, whose ranks cost what those of a full matrix do.
+// Among thousands of lines in random directions some are parallel, or of one length, by chance: twice as many lines
+// have up to four times as many such ties, which connect most of the drawing to one part with many rings.
 
 #include <sys/resource.h>
 #include <sys/wait.h>

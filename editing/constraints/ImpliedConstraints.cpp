@@ -29,14 +29,34 @@ public:
     }
 
 private:
+    /// The drawing without those new constraints that have a freedom of their own: however many there are, they say
+    /// nothing about the others.
+    struct Core {
+        Document document;
+        std::vector<std::size_t> numbers;  ///< of its constraints in the whole drawing
+    };
+    Core core() const {
+        Core core{m_document, {}};
+        core.document.constraints.clear();
+        const std::vector<std::size_t> own = DocumentSketch(m_document).ownFreedoms();
+        for (std::size_t i = 0; i < m_document.constraints.size(); ++i)
+            if (i < m_firstNew || !std::binary_search(own.begin(), own.end(), i)) {
+                core.document.constraints.push_back(m_document.constraints[i]);
+                core.numbers.push_back(i);
+            }
+        return core;
+    }
+
     /// One round: what a constraint implies only together with one that goes is found in the next.
     bool thinned() {
+        const Core judged = core();
         // Within the tolerance the constraints hold only nearly, and seem to say more than they do.
-        DocumentSketch sketch(m_document);
+        DocumentSketch sketch(judged.document);
         m_result.holds = sketch.solve({.namesConflicts = false}).isSolved();
         std::unordered_set<std::string> implied;
         bool halved = false;
-        for (const auto& [number, isWhole] : sketch.diagnose().redundant) {
+        for (const auto& [place, isWhole] : sketch.diagnose().redundant) {
+            const std::size_t number = judged.numbers[place];
             Constraint& constraint = m_document.constraints[number];
             if (number < m_firstNew)
                 continue;
@@ -54,7 +74,7 @@ private:
     bool freed() {
         if (m_result.holds || m_result.contrary == kMostContrary)
             return false;
-        const std::optional<std::size_t> culprit = inTheWay();
+        const std::optional<std::size_t> culprit = inTheWay(core());
         m_result.ownHold = culprit.has_value();
         if (!culprit)
             return false;
@@ -64,24 +84,23 @@ private:
     }
 
     /// The latest new constraint of a conflict; where none is named, the first with which the drawing cannot be solved.
-    std::optional<std::size_t> inTheWay() const {
-        const std::vector<std::size_t> conflict = DocumentSketch(m_document).solve({}).conflicting;
+    std::optional<std::size_t> inTheWay(const Core& judged) const {
+        const std::vector<std::size_t> conflict = DocumentSketch(judged.document).solve({}).conflicting;
         if (!conflict.empty()) {
             const std::size_t last = *std::max_element(conflict.begin(), conflict.end());
-            return last < m_firstNew ? std::nullopt : std::optional(last);
+            return last < m_firstNew ? std::nullopt : std::optional(judged.numbers[last]);
         }
-        std::size_t good = m_firstNew, bad = m_document.constraints.size();
-        if (!isSolvable(good))
+        std::size_t good = m_firstNew, bad = judged.numbers.size();
+        if (!isSolvable(judged.document, good))
             return {};
         while (bad - good > 1) {
             const std::size_t middle = good + (bad - good) / 2;
-            (isSolvable(middle) ? good : bad) = middle;
+            (isSolvable(judged.document, middle) ? good : bad) = middle;
         }
-        return good;
+        return judged.numbers[good];
     }
 
-    bool isSolvable(std::size_t count) const {
-        Document part = m_document;
+    static bool isSolvable(Document part, std::size_t count) {
         part.constraints.resize(count);
         return DocumentSketch(part).solve({.namesConflicts = false}).isSolved();
     }

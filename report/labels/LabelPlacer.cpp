@@ -1,5 +1,6 @@
 #include "report/labels/LabelPlacer.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <map>
@@ -16,29 +17,31 @@ namespace {
 class BoxGrid {
 public:
     bool isFree(const Box& box) const {
-        bool free = true;
-        eachCell(box, [&](std::int64_t key) {
+        return eachCell(box, [&](std::int64_t key) {
             const auto found = m_cells.find(key);
-            if (!free || found == m_cells.end())
-                return;
-            for (const Box& taken : found->second)
-                free = free && !taken.overlaps(box);
+            return found == m_cells.end() || std::none_of(found->second.begin(), found->second.end(),
+                                                          [&](const Box& taken) { return taken.overlaps(box); });
         });
-        return free;
     }
     void take(const Box& box) {
-        eachCell(box, [&](std::int64_t key) { m_cells[key].push_back(box); });
+        eachCell(box, [&](std::int64_t key) {
+            m_cells[key].push_back(box);
+            return true;
+        });
     }
 
 private:
     static constexpr double kCell = 24.0;
 
+    /// Until one of them says no: then false.
     template <typename Visit>
-    static void eachCell(const Box& box, Visit visit) {
+    static bool eachCell(const Box& box, Visit visit) {
         const auto index = [](double value) { return static_cast<std::int64_t>(std::floor(value / kCell)); };
         for (std::int64_t row = index(box.low.y); row <= index(box.high.y); ++row)
             for (std::int64_t column = index(box.low.x); column <= index(box.high.x); ++column)
-                visit(row * 4'000'037 + column);
+                if (!visit(row * 4'000'037 + column))
+                    return false;
+        return true;
     }
 
     std::unordered_map<std::int64_t, std::vector<Box>> m_cells;
@@ -57,6 +60,7 @@ class Placer {
 public:
     Placer(std::span<const Label> labels, const InkMap& ink, double width, double height)
         : m_labels(labels), m_ink(ink), m_lines(width, height), m_picture{{0.0, 0.0}, {width, height}} {
+        m_ink.sumUp();
         m_placement.labels.resize(labels.size());
         m_waiting.resize(labels.size());
         std::iota(m_waiting.begin(), m_waiting.end(), std::size_t{0});
@@ -147,29 +151,33 @@ private:
         std::optional<std::size_t> best;
         double least = wish.dearest;
         for (std::size_t i = 0; i < wish.spots.size() && kFarther * static_cast<double>(i) < least; ++i) {
-            const double cost = costOf(wish, wish.spots[i]) + kFarther * static_cast<double>(i);
-            if (cost < least) {
-                least = cost;
+            if (const auto cost = costBelow(least, wish, i)) {
+                least = *cost;
                 best = i;
             }
         }
         return best;
     }
 
-    double costOf(const Wish& wish, const LabelSpot& spot) const {
+    /// What a spot costs, if that is less. In a crowd it hardly ever is: what is quick to tell comes first.
+    std::optional<double> costBelow(double least, const Wish& wish, std::size_t i) const {
+        const LabelSpot& spot = wish.spots[i];
         const Vec2 centre = spot.at(m_level);
-        const Box box = boxAround(centre, wish.size.x + wish.gap, wish.size.y + wish.gap);
         const double edge = std::min(wish.gap, kBadgeRoom);
-        const bool inside = m_level > 1 || insidePicture(boxAround(centre, wish.size.x + edge, wish.size.y + edge));
-        if (!inside || !m_taken.isFree(box))
-            return std::numeric_limits<double>::infinity();
-        const double scale = 1.0 / m_level;
+        if (m_level == 1 && !insidePicture(boxAround(centre, wish.size.x + edge, wish.size.y + edge)))
+            return std::nullopt;
+        const Box box = boxAround(centre, wish.size.x + wish.gap, wish.size.y + wish.gap);
+        const double scale = 1.0 / m_level, farther = kFarther * static_cast<double>(i);
         const Box covered{box.low * scale, box.high * scale};
-        double cost = m_ink.shareIn(covered) + m_lines.shareIn(covered);
+        double cost = m_ink.shareIn(covered);
+        if (!(cost + farther < least) || !m_taken.isFree(box))
+            return std::nullopt;
+        cost += m_lines.shareIn(covered);
         // A leader that runs under another label seems to belong to that one.
         if (!m_taken.isFree(boxAround(centre - spot.offset * 0.6, 1.0, 1.0)))
             cost += kHiddenLeader;
-        return wish.line ? cost + lineCost(*wish.line, centre * scale) : cost;
+        cost += wish.line ? lineCost(*wish.line, centre * scale) : 0.0;
+        return cost + farther < least ? std::optional(cost + farther) : std::nullopt;
     }
 
     /// Two dimension lines on one another, or on a line of the drawing, read as one.
@@ -251,7 +259,7 @@ private:
     }
 
     std::span<const Label> m_labels;
-    const InkMap& m_ink;
+    InkMap m_ink;
     InkMap m_lines;  ///< dimension lines drawn so far
     Box m_picture;
     LabelPlacement m_placement;
@@ -270,9 +278,11 @@ InkMap::InkMap(double width, double height)
 
 void InkMap::mark(double x, double y) {
     const double column = std::floor(x / kCell), row = std::floor(y / kCell);
-    if (column >= 0 && row >= 0 && column < m_columns && row < m_rows)
-        m_cells[static_cast<std::size_t>(row) * static_cast<std::size_t>(m_columns) +
-                static_cast<std::size_t>(column)] = 1;
+    if (!(column >= 0 && row >= 0 && column < m_columns && row < m_rows))
+        return;
+    m_cells[static_cast<std::size_t>(row) * static_cast<std::size_t>(m_columns) + static_cast<std::size_t>(column)] = 1;
+    m_isInked = true;
+    m_sums.clear();
 }
 
 bool InkMap::isMarked(double x, double y) const {
@@ -317,12 +327,32 @@ double InkMap::shareIn(const Box& box) const {
     };
     const int left = clampTo(box.low.x, m_columns - 1), right = clampTo(box.high.x, m_columns - 1);
     const int top = clampTo(box.low.y, m_rows - 1), bottom = clampTo(box.high.y, m_rows - 1);
+    return static_cast<double>(inkedIn(left, right, top, bottom)) / ((right - left + 1) * (bottom - top + 1));
+}
+
+void InkMap::sumUp() {
+    const auto width = static_cast<std::size_t>(m_columns) + 1;
+    m_sums.assign(width * (static_cast<std::size_t>(m_rows) + 1), 0);
+    for (std::size_t row = 0; row < static_cast<std::size_t>(m_rows); ++row)
+        for (std::size_t column = 0; column + 1 < width; ++column)
+            m_sums[(row + 1) * width + column + 1] = m_cells[row * (width - 1) + column] +
+                                                     m_sums[row * width + column + 1] +
+                                                     m_sums[(row + 1) * width + column] - m_sums[row * width + column];
+}
+
+int InkMap::inkedIn(int left, int right, int top, int bottom) const {
+    const auto sumTo = [&](int column, int row) {
+        return m_sums[static_cast<std::size_t>(row) * (static_cast<std::size_t>(m_columns) + 1) +
+                      static_cast<std::size_t>(column)];
+    };
+    if (!m_sums.empty())
+        return sumTo(right + 1, bottom + 1) - sumTo(left, bottom + 1) - sumTo(right + 1, top) + sumTo(left, top);
     int inked = 0;
-    for (int row = top; row <= bottom; ++row)
+    for (int row = top; m_isInked && row <= bottom; ++row)
         for (int column = left; column <= right; ++column)
             inked += m_cells[static_cast<std::size_t>(row) * static_cast<std::size_t>(m_columns) +
                              static_cast<std::size_t>(column)];
-    return static_cast<double>(inked) / ((right - left + 1) * (bottom - top + 1));
+    return inked;
 }
 
 Vec2 clusterSize(std::size_t count) {

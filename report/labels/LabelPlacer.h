@@ -67,16 +67,21 @@ public:
     double shareAlong(Vec2 from, Vec2 to) const;
     /// The share of the box that is drawn on, roughly, from 0 to 1.
     double shareIn(const Box& box) const;
+    /// Until more is added, shareIn() costs the same for every box, however large. Linear in the map.
+    void sumUp();
 
 private:
     static constexpr double kCell = 3.0;
     void mark(double x, double y);
     bool isMarked(double x, double y) const;
+    int inkedIn(int left, int right, int top, int bottom) const;
     /// Steps that reach every cell of a line, without getting lost on one that leaves the picture far behind.
     int stepsFor(double length) const;
 
     int m_columns, m_rows;
     std::vector<unsigned char> m_cells;
+    bool m_isInked = false;
+    std::vector<int> m_sums;  ///< of all cells above and to the left; empty: not summed up
 };
 
 /// Size of the sign for so many labels.

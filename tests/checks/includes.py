@@ -69,7 +69,7 @@ SOLVER = "solver/src"
 SOLVES_IN_PLACE = "hosting"
 FOR_SOLVING_IN_PLACE = tuple(f"{SOLVER}/{header}.h" for header in (
     "sketch/SketchData", "sketch/Index", "sketch/Layout", "sketch/Measure", "solving/Solve", "solving/Drag", "diagnosis/Diagnose",
-    "diagnosis/FreeMotions", "diagnosis/Extract", "diagnosis/Ranks", "residuals/EquationSystem"))
+    "diagnosis/FreeMotions", "diagnosis/Extract", "diagnosis/OwnFreedom", "diagnosis/Ranks", "residuals/EquationSystem"))
 # Headers of that floor that show the solver's inside: for its own files.
 SHOWS_SOLVER = tuple(f"hosting/evaluator/{header}.h" for header in (
     "EditRequest", "EditRequests", "HostDrag", "HostSketch", "RotationTrial", "SketchFromDocument"))

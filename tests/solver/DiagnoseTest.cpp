@@ -205,6 +205,20 @@ TEST(Diagnose, NamesTheSmallestSetsOfEachContradiction) {
     EXPECT_EQ(conflictsIn("circle c 0,0 5; radius c = 5; radius c = 6; radius c = 7"), "c0 c1; c0 c2");
 }
 
+/// Two sides have lengths that nothing else reads, and hold; the third is too long for both.
+TEST(Diagnose, NamesWhatHoldsInAConflict) {
+    EXPECT_EQ(conflictsIn("line a 0,0 10,0; line b 10,0 10,10; line c 0,0 10,10; coincident a.end b.start; coincident "
+                          "b.end c.end; coincident a.start c.start; distance a = 10; distance b = 10; distance c = 30"),
+              "c0 c1 c2 c3 c4 c5");
+}
+
+/// Off by next to nothing all of it: what contradicts is found all the same.
+TEST(Diagnose, NamesAConflictBesideWhatHasAFreedomOfItsOwn) {
+    EXPECT_EQ(conflictsIn("line a 0,0 10,0; line b 0,5 9,7; line d 0,9 9,11; distance a = 10.01; distance a = 10.02; "
+                          "parallel b d; equal b d"),
+              "c0 c1");
+}
+
 TEST(FindConflict, IsNotMistakenByALineThatTwoTargetsWouldCollapse) {
     SketchText sketch("line a 0,0 0,10; horizontal a");
     const int x = sketch.valueOf("a.start");

@@ -9,6 +9,7 @@
 #include "solver/src/diagnosis/Conflict.h"
 #include "solver/src/diagnosis/GaussianElimination.h"
 #include "solver/src/diagnosis/Motion.h"
+#include "solver/src/diagnosis/OwnFreedom.h"
 #include "solver/src/diagnosis/ValueSpace.h"
 #include "solver/src/residuals/EquationSystem.h"
 #include "solver/src/sketch/Index.h"
@@ -363,6 +364,17 @@ std::vector<Redundancy> redundantBeside(const SketchData& sketch, const std::vec
     return redundant;
 }
 
+/// Where all nearly holds, none that has a freedom of its own is in the way of others. Far from there it may be: two
+/// lines that are as long as they are to be, next to a third one that is to be longer than both.
+std::vector<ConflictSet> conflictsIn(const SketchData& sketch, std::span<const double> violations, Budget* budget) {
+    if (!allNearlyHold(sketch, violations))
+        return findConflicts(sketch, budget);
+    SketchData rest = sketch;
+    for (const int c : constraintsWithOwnFreedom(sketch))
+        rest.constraints[at(c)].active = false;
+    return findConflicts(rest, budget);
+}
+
 }  // namespace
 
 Redundancies redundanciesOf(const SketchData& sketch) {
@@ -382,7 +394,7 @@ Diagnosis diagnose(const SketchData& sketch, bool countsEntities, Budget* budget
         }
     }
     if (diagnosis.worstViolation > sketch.tolerance * sketch.size())
-        diagnosis.conflicts = findConflicts(sketch, budget);
+        diagnosis.conflicts = conflictsIn(sketch, misses, budget);
     if (!diagnosis.conflicts.empty())
         diagnosis.redundant = redundantBeside(sketch, diagnosis.conflicts);
     return diagnosis;

@@ -10,13 +10,6 @@
 
 namespace holdfast::solver::detail {
 
-namespace {
-
-/// A pivot has to be at least this part of the largest entry; among those the least used column is taken.
-constexpr double kPivotThreshold = 0.1;
-
-}  // namespace
-
 GaussianElimination::GaussianElimination(int columnCount)
     : m_rowOfPivot(at(columnCount), -1),
       m_useCount(at(columnCount), 0),
@@ -81,9 +74,7 @@ bool GaussianElimination::add(const Entries& entries) {
         Row row{choosePivot(largest), {}};
         const double scale = 1.0 / m_work[at(row.pivot)];
         for (const int column : m_touched) {
-            // Rounding left over from cancellation would only fill later rows.
-            constexpr double rounding = 1e-14;
-            if (std::abs(m_work[at(column)]) <= rounding * largest)
+            if (std::abs(m_work[at(column)]) <= kRounding * largest)
                 continue;
             row.entries.emplace_back(column, m_work[at(column)] * scale);
             ++m_useCount[at(column)];

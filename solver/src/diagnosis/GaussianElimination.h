@@ -28,6 +28,10 @@ public:
     int rank() const { return static_cast<int>(m_rows.size()); }
 
     static constexpr double kDependent = 1e-7;
+    /// A pivot has to be at least this part of the largest entry; among those the least used column is taken.
+    static constexpr double kPivotThreshold = 0.1;
+    /// Of the largest entry: what cancellation leaves would only fill later rows.
+    static constexpr double kRounding = 1e-14;
 
 private:
     struct Row {
