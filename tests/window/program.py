@@ -98,9 +98,9 @@ class Window:
         with urllib.request.urlopen(f"{self.address}ask/{name}?tab={self.tab}", timeout=60) as answer:
             return json.load(answer)
 
-    def do(self, name, text="", patience=30):
+    def do(self, name, text="", patience=30, **more):
         request = urllib.request.Request(
-            f"{self.address}do/{name}", json.dumps({"text": text}).encode(),
+            f"{self.address}do/{name}", json.dumps({"text": text, **more}).encode(),
             {"Content-Type": "application/json", "Origin": f"http://127.0.0.1:{self.port}", "Holdfast-Tab": self.tab})
         with urllib.request.urlopen(request, timeout=patience) as answer:
             return json.load(answer)
