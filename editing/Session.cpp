@@ -127,6 +127,7 @@ const EditResult& Session::apply(const Edit& edit) {
 /// The edit is done as any other, and taken out again as if it had not been.
 Trial Session::trial(std::string_view edit) {
     document();  // what is pending afterwards is of this edit
+    Drawing::ToSolve toSolve = drawing().toSolve();
     std::vector<Step> redo;
     redo.swap(m_redo);
     const bool told = std::exchange(m_tellsFreedom, false);
@@ -151,6 +152,8 @@ Trial Session::trial(std::string_view edit) {
         m_undo.pop_back();
         trial.change = takenOut(std::move(step));
     }
+    if (m_drawing != nullptr)
+        m_drawing->takeToSolve(std::move(toSolve));
     m_redo.swap(redo);
     m_tellsFreedom = told;
     m_freedom = freedom;
@@ -160,7 +163,7 @@ Trial Session::trial(std::string_view edit) {
 }
 
 /// What cannot be looked at so is told by a trial, with the reason.
-std::optional<Glimpse> Session::glimpse(std::string_view edit) {
+std::optional<Glimpse> Session::glimpse(std::string_view edit, const Box& seen) {
     const HostProcess::Scope bound(drawing().process());
     try {
         const Edit read = parseFor(edit, *m_drawing);
@@ -169,7 +172,7 @@ std::optional<Glimpse> Session::glimpse(std::string_view edit) {
             return std::nullopt;
         if (m_pull == nullptr || !m_pull->holds(*drag))
             m_pull = std::make_unique<Pull>(*drag, *m_drawing, *m_evaluator, document());
-        return m_pull->by(drag->by);
+        return m_pull->by(drag->by, seen);
     } catch (...) {
         m_pull.reset();
         return std::nullopt;
@@ -209,8 +212,11 @@ const EditResult& Session::transact(std::string_view text, const std::function<E
     const HostProcess::Scope bound(drawing().process());
     const auto start = std::chrono::steady_clock::now();
     m_pull.reset();
+    Drawing::ToSolve toSolve = m_drawing->toSolve();
     EditResult result;
     attempt(text, read, result);
+    if (!result.outcome.done() && m_drawing != nullptr)
+        m_drawing->takeToSolve(std::move(toSolve));
     result.time = std::chrono::steady_clock::now() - start;
     m_results.push_back(std::move(result));
     return m_results.back();

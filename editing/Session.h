@@ -17,6 +17,7 @@
 #include "editing/fates/Fates.h"
 #include "editing/fates/FreedomChange.h"
 #include "editing/ties/Tie.h"
+#include "geometry/Box.h"
 
 namespace holdfast::hosting {
 class Drawing;
@@ -79,9 +80,10 @@ public:
     /// opening anew in the host what it touches.
     Trial trial(std::string_view edit);
     /// What a drag would move, as trial() would tell it; for a hand that pulls, which asks for one drag after another
-    /// of the same places. Nothing for other edits, for those that are refused, and where only a trial tells. Cost: the
-    /// first time the drawing, then the solve and what moves, as long as nothing else is asked of the session.
-    std::optional<Glimpse> glimpse(std::string_view edit);
+    /// of the same places, and looks at a part of the drawing: what neither lies nor would come to lie there is not
+    /// told. Nothing for other edits, for those that are refused, and where only a trial tells. Cost: the first time
+    /// the drawing, then the solve and what moves, as long as nothing else is asked of the session.
+    std::optional<Glimpse> glimpse(std::string_view edit, const Box& seen = kEverywhere);
     /// What edits have done since document() was asked last, one change for each edit, in their order; valid until
     /// document() is asked again or another edit is done.
     const std::vector<DrawingChange>& changes() const { return m_pending; }

@@ -45,6 +45,10 @@ struct Box {
     }
 };
 
+/// What contains every point.
+inline constexpr Box kEverywhere{{-std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()},
+                                 {std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity()}};
+
 inline Box boxAround(Vec2 centre, double width, double height) {
     const Vec2 half{0.5 * width, 0.5 * height};
     return {centre - half, centre + half};

@@ -78,6 +78,15 @@ public:
     std::optional<std::vector<std::string>> unsolved();
     /// All binding constraints hold now.
     void markSolved();
+
+    /// What unsolved() goes by, for putting it back after something that is taken back, too: what is solved next looks
+    /// at the same part of the drawing then.
+    struct ToSolve {
+        bool isAll = true;
+        std::set<std::size_t> numbers;  ///< of entities
+    };
+    ToSolve toSolve();
+    void takeToSolve(ToSolve toSolve);
     /// Length of the diagonal of the box around the drawing, which tolerances are relative to.
     double extent();
 

@@ -261,6 +261,19 @@ void Drawing::markSolved() {
     m_unsolved.clear();
 }
 
+Drawing::ToSolve Drawing::toSolve() {
+    const HostProcess::Scope bound(m_process);
+    collect();
+    return {m_allUnsolved, m_unsolved};
+}
+
+void Drawing::takeToSolve(ToSolve toSolve) {
+    const HostProcess::Scope bound(m_process);
+    collect();
+    m_allUnsolved = toSolve.isAll;
+    m_unsolved = std::move(toSolve.numbers);
+}
+
 double Drawing::extent() {
     return m_extent.diagonal(m_numbered.size(), [this](std::size_t number) { return knownShape(number); });
 }

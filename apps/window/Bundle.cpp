@@ -18,7 +18,7 @@ namespace {
 /// their own.
 class Bundle {
 public:
-    explicit Bundle(std::string_view main) { add(main); }
+    Bundle(std::string_view main, const TextOfModule& textOf) : m_textOf(textOf) { add(main); }
 
     const std::string& text() const { return m_text; }
 
@@ -33,10 +33,10 @@ private:
             return;
         std::string body;
         std::vector<std::string> exports;
-        std::string_view rest = textOfAsset(module);
+        std::string_view rest = m_textOf(module);
         while (!rest.empty()) {
             const std::size_t end = std::min(rest.find('\n'), rest.size());
-            addLine(rest.substr(0, end), body, exports);
+            addLine(module, rest.substr(0, end), body, exports);
             rest.remove_prefix(std::min(end + 1, rest.size()));
         }
         m_text += "const " + variableOf(module) + " = (() => {\n" + body + "return {";
@@ -45,36 +45,94 @@ private:
         m_text += " };\n})();\n";
     }
 
-    void addLine(std::string_view line, std::string& body, std::vector<std::string>& exports) {
-        constexpr std::string_view kImport = "import ", kExport = "export ", kFrom = " from './";
-        if (line.starts_with(kImport)) {
-            const std::size_t from = line.find(kFrom);
-            const std::string_view path = line.substr(from + kFrom.size());
-            const std::string_view module = path.substr(0, path.find('\''));
-            add(module);
-            std::string_view names = line.substr(kImport.size(), from - kImport.size());
-            constexpr std::string_view kAll = "* as ";
-            if (names.starts_with(kAll))
-                names.remove_prefix(kAll.size());
-            body.append("const ").append(names).append(" = ").append(variableOf(module)).append(";\n");
-            return;
-        }
-        if (line.starts_with(kExport)) {
-            line.remove_prefix(kExport.size());
-            exports.push_back(nameIn(line));
+    void addLine(std::string_view module, std::string_view line, std::string& body, std::vector<std::string>& exports) {
+        constexpr std::string_view kExport = "export ";
+        if (startsWithWord(line, "import"))
+            return addImport(module, line, body);
+        if (startsWithWord(line, "export")) {
+            const std::string_view declaration = line.substr(std::min(kExport.size(), line.size()));
+            exports.push_back(nameIn(module, line, declaration));
+            line = declaration;
         }
         body.append(line).append("\n");
     }
 
+    /// "import { a, b as c } from './other.js';" and "import * as other from './other.js';", on one line.
+    void addImport(std::string_view module, std::string_view line, std::string& body) {
+        constexpr std::string_view kImport = "import ", kFrom = " from './", kEnd = "';", kAll = "* as ";
+        const std::size_t from = line.find(kFrom), path = from + kFrom.size();
+        const std::size_t end = from == std::string_view::npos ? from : line.find(kEnd, path);
+        if (end == std::string_view::npos || end + kEnd.size() != line.size())
+            refuse(module, line);
+        const std::string_view other = line.substr(path, end - path);
+        std::string_view names = line.substr(kImport.size(), from - kImport.size());
+        add(other);
+        if (names.starts_with(kAll) && isName(names.substr(kAll.size())))
+            body.append("const ").append(names.substr(kAll.size()));
+        else if (names.starts_with('{') && names.ends_with('}'))
+            body.append("const {").append(taken(module, line, names.substr(1, names.size() - 2))).append(" }");
+        else
+            refuse(module, line);
+        body.append(" = ").append(variableOf(other)).append(";\n");
+    }
+
+    /// "a, b as c" as what takes an object apart: " a, b: c,".
+    static std::string taken(std::string_view module, std::string_view line, std::string_view names) {
+        constexpr std::string_view kAs = " as ";
+        std::string result;
+        while (!names.empty()) {
+            const std::size_t end = std::min(names.find(','), names.size());
+            const std::string_view name = trimmed(names.substr(0, end));
+            names.remove_prefix(std::min(end + 1, names.size()));
+            const std::size_t as = name.find(kAs);
+            const std::string_view own = name.substr(0, as);
+            const std::string_view here = as == std::string_view::npos ? own : name.substr(as + kAs.size());
+            if (name.empty() && trimmed(names).empty())
+                break;  // a comma at the end
+            if (!isName(own) || !isName(here))
+                refuse(module, line);
+            result.append(" ").append(own);
+            if (own != here)
+                result.append(": ").append(here);
+            result += ',';
+        }
+        return result;
+    }
+
     /// Of "class X ...", "function x(...", "async function x(...", "const x = ...".
-    static std::string nameIn(std::string_view declaration) {
+    static std::string nameIn(std::string_view module, std::string_view line, std::string_view declaration) {
         constexpr std::string_view kAsync = "async ";
         if (declaration.starts_with(kAsync))
             declaration.remove_prefix(kAsync.size());
-        const std::string_view rest = declaration.substr(declaration.find(' ') + 1);
-        return std::string(rest.substr(0, rest.find_first_of(" (")));
+        const std::string_view kind = declaration.substr(0, declaration.find(' '));
+        const std::string_view rest = declaration.substr(std::min(kind.size() + 1, declaration.size()));
+        const std::string_view name = rest.substr(0, rest.find_first_of(" ("));
+        if ((kind != "class" && kind != "function" && kind != "const") || !isName(name))
+            refuse(module, line);
+        return std::string(name);
     }
 
+    static bool isName(std::string_view word) {
+        constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_$";
+        return !word.empty() && word.find_first_not_of(kLetters) == std::string_view::npos;
+    }
+
+    static bool startsWithWord(std::string_view line, std::string_view word) {
+        return line.starts_with(word) && !isName(line.substr(word.size(), 1)) &&
+               !line.substr(word.size()).starts_with('(');
+    }
+
+    static std::string_view trimmed(std::string_view text) {
+        const std::size_t from = std::min(text.find_first_not_of(' '), text.size());
+        return text.substr(from, text.find_last_not_of(' ') + 1 - from);
+    }
+
+    [[noreturn]] static void refuse(std::string_view module, std::string_view line) {
+        throw std::logic_error(std::string(module) + ": \"" + std::string(line) +
+                               "\" is no way of importing or exporting that pages in one file know");
+    }
+
+    const TextOfModule& m_textOf;
     std::string m_text;
     std::unordered_set<std::string> m_known;
 };
@@ -142,8 +200,8 @@ std::string_view textOfAsset(std::string_view name) {
     return asset->text;
 }
 
-std::string bundled(std::string_view main) {
-    return Bundle(main).text();
+std::string bundled(std::string_view main, const TextOfModule& textOf) {
+    return Bundle(main, textOf).text();
 }
 
 std::string heldJson(std::string_view id, std::string_view json) {

@@ -196,11 +196,11 @@ std::string OpenDrawing::trial(std::string_view text) {
     return tried(text);
 }
 
-std::string OpenDrawing::pull(std::string_view text) {
+std::string OpenDrawing::pull(std::string_view text, const Box& seen) {
     const std::lock_guard lock(m_mutex);
     const Document& document = m_shown->session->document();
     if (document.entities.size() + document.constraints.size() > kTriedAtOnce)
-        if (const std::optional<Glimpse> glimpse = m_shown->session->glimpse(text))
+        if (const std::optional<Glimpse> glimpse = m_shown->session->glimpse(text, seen))
             return glimpseText(*glimpse, text, m_number);
     return tried(text);
 }
@@ -413,6 +413,11 @@ std::uint64_t OpenDrawing::number() const {
 bool OpenDrawing::hasUnsaved() const {
     const std::lock_guard lock(m_mutex);
     return m_shown->isUnsaved() || (m_opened && m_opened->isUnsaved());
+}
+
+std::optional<std::size_t> OpenDrawing::editCount() const {
+    const std::lock_guard lock(m_mutex);
+    return m_shown->isTakenUp ? std::nullopt : std::optional(m_shown->done.size());
 }
 
 std::vector<fs::path> OpenDrawing::keptIn() const {

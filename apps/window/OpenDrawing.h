@@ -14,6 +14,7 @@
 #include "apps/window/Uses.h"
 #include "document/Document.h"
 #include "editing/Session.h"
+#include "geometry/Box.h"
 
 namespace holdfast::window {
 
@@ -37,8 +38,8 @@ public:
     /// What an edit would do.
     std::string trial(std::string_view text);
     /// The same for a hand that pulls and asks again and again. Of a large drawing a glimpse, where there is one: it
-    /// says so, and a trial tells the rest.
-    std::string pull(std::string_view text);
+    /// says so, tells of what lies where the page looks, and a trial tells the rest.
+    std::string pull(std::string_view text, const Box& seen);
     /// Degrees of freedom, contradictions. Works on a copy: edits need not wait for it.
     std::string freedom();
     /// Into the file that was opened. What others have written there since is left alone, and it is asked, unless
@@ -71,6 +72,8 @@ public:
     bool hasUnsaved() const;
     /// Writes what is not saved beside the file, if it is not there yet. An empty text, or why it cannot be.
     std::string keep();
+    /// Edits of what is shown that were done and not taken back; none where others have done them before.
+    std::optional<std::size_t> editCount() const;
     /// Where edits are kept that were not saved.
     std::vector<std::filesystem::path> keptIn() const;
 

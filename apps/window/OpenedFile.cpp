@@ -1,5 +1,7 @@
 #include "apps/window/OpenedFile.h"
 
+#include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "document/text/DrawingError.h"
@@ -110,6 +112,31 @@ OpenedFile::Kept OpenedFile::kept() {
             kept.goesOn.push_back(claim(std::move(path)));
     }
     return kept;
+}
+
+std::vector<fs::path> OpenedFile::allKept() const {
+    std::vector<std::pair<Time, fs::path>> found;
+    for (const char* what : {kUnsaved, kDropped})
+        for (int number = 1; number <= kMostKept; ++number) {
+            fs::path path = numbered(what, number);
+            std::error_code missing;
+            if (const Time written = fs::last_write_time(path, missing); !missing)
+                found.emplace_back(written, std::move(path));
+        }
+    std::sort(found.begin(), found.end(), std::greater<>());
+    std::vector<fs::path> paths;
+    for (auto& [written, path] : found)
+        paths.push_back(std::move(path));
+    return paths;
+}
+
+OpenedFile::Place OpenedFile::claimed(const fs::path& path) {
+    const std::lock_guard lock(m_mutex);
+    return m_claimed.contains(path) ? nullptr : claim(path);
+}
+
+bool OpenedFile::isDropped(const fs::path& kept) const {
+    return kept.stem().extension().string().starts_with(kDropped);
 }
 
 }  // namespace holdfast::window

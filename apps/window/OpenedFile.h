@@ -71,6 +71,11 @@ public:
         std::vector<std::filesystem::path> behind{};  ///< from what it held before
     };
     Kept kept();
+    /// All that is kept there by now, by whomever; newest first.
+    std::vector<std::filesystem::path> allKept() const;
+    /// None if somebody has it.
+    Place claimed(const std::filesystem::path& path);
+    bool isDropped(const std::filesystem::path& kept) const;
 
 private:
     std::filesystem::path numbered(const char* what, int number) const;

@@ -3,6 +3,7 @@
 #include <httplib.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <functional>
@@ -76,6 +77,28 @@ std::optional<std::string> editIn(const std::string& body) {
     return message["text"].get<std::string>();
 }
 
+/// A pull, and the part of the drawing on the page: left, bottom, right, top. Nothing for a message of another form.
+struct PullAsked {
+    std::string text;
+    Box seen = kEverywhere;
+};
+
+std::optional<PullAsked> pullIn(const std::string& body) {
+    nlohmann::json message = nlohmann::json::parse(body, nullptr, false);
+    if (!message.is_object() || !message.contains("seen")) {
+        std::optional<std::string> text = editIn(body);
+        return text ? std::optional(PullAsked{std::move(*text)}) : std::nullopt;
+    }
+    const nlohmann::json seen = message["seen"];
+    message.erase("seen");
+    std::optional<std::string> text = editIn(message.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+    const auto isNumber = [](const nlohmann::json& each) { return each.is_number(); };
+    if (!text || !seen.is_array() || seen.size() != 4 || !std::all_of(seen.begin(), seen.end(), isNumber))
+        return std::nullopt;
+    return PullAsked{std::move(*text),
+                     {{seen[0].get<double>(), seen[1].get<double>()}, {seen[2].get<double>(), seen[3].get<double>()}}};
+}
+
 /// What is refused may not have been read to its end: the next request comes on another connection.
 void refuse(httplib::Response& response, int status, const char* why) {
     response.status = status;
@@ -117,6 +140,23 @@ std::optional<std::string> tabOf(const httplib::Request& request) {
     if (tab.size() > kLongest || tab.find_first_not_of("0123456789abcdef") != std::string::npos)
         return std::nullopt;
     return tab;
+}
+
+std::string keptText(const std::vector<Tabs::KeptEdits>& all) {
+    Json list = Json::array();
+    for (const Tabs::KeptEdits& each : all) {
+        const auto time = std::chrono::file_clock::to_sys(each.written).time_since_epoch();
+        Json json{{"name", each.path.filename().string()},
+                  {"time", std::chrono::duration_cast<std::chrono::milliseconds>(time).count()},
+                  {"isOurs", each.user == Tabs::KeptEdits::User::asker},
+                  {"isOpen", each.user == Tabs::KeptEdits::User::another}};
+        if (each.edits)
+            json["edits"] = *each.edits;
+        if (each.differs)
+            json["differs"] = *each.differs;
+        list.push_back(std::move(json));
+    }
+    return textOf(list);
 }
 
 /// As many as people read.
@@ -253,7 +293,6 @@ struct Server::Inside {
         addPost("edit", [](OpenDrawing& drawing, Edit edit) { return drawing.edit(edit); });
         addPost("follow", [](OpenDrawing& drawing, Edit edit) { return drawing.follow(edit); });
         addPost("try", [](OpenDrawing& drawing, Edit edit) { return drawing.trial(edit); });
-        addPost("pull", [](OpenDrawing& drawing, Edit edit) { return drawing.pull(edit); });
         addPost("save", [this](OpenDrawing& drawing, Edit how) {
             std::string answer = drawing.save(how == "over");
             tabs.tellWritten();
@@ -261,8 +300,43 @@ struct Server::Inside {
         });
         addPost("discard", [](OpenDrawing& drawing, Edit) { return drawing.discard(); });
         addPost("back", [](OpenDrawing& drawing, Edit) { return drawing.goBack(); });
+        addPull();
+        addKept();
         addDrop();
         addSaveAs();
+    }
+
+    void addPull() {
+        server.Post(gate->prefix() + "do/pull", [this](const httplib::Request& request, httplib::Response& response) {
+            const std::optional<PullAsked> asked = pullIn(request.body);
+            if (!asked)
+                return refuse(response, kRefused, "expected {\"text\": \"an edit\", \"seen\": [0, 0, 9, 9]}\n");
+            if (const auto drawing = drawingOf(request, response))
+                give(response, drawing->pull(asked->text, asked->seen), kJson);
+        });
+    }
+
+    /// Edits that are kept beside the file, whoever has made them; a tab goes on with some, or has them forgotten.
+    void addKept() {
+        server.Get(gate->prefix() + "ask/kept", [this](const httplib::Request& request, httplib::Response& response) {
+            if (drawingOf(request, response))
+                give(response, keptText(tabs.allKept(*tabOf(request))), kJson);
+        });
+        const auto add = [this](const char* name, std::string (Tabs::*work)(const std::string&, const std::string&)) {
+            server.Post(gate->prefix() + "do/" + name,
+                        [this, work](const httplib::Request& request, httplib::Response& response) {
+                            const std::optional<std::string> kept = editIn(request.body);
+                            if (!kept)
+                                return refuse(response, kRefused, "expected {\"text\": \"a name of the list\"}\n");
+                            if (!drawingOf(request, response))
+                                return;
+                            const std::string error = (tabs.*work)(*tabOf(request), *kept);
+                            give(response, textOf({{"done", error.empty()}, {"error", error}}), kJson);
+                            tabs.tellWritten();
+                        });
+        };
+        add("kept", &Tabs::goOnWithKept);
+        add("forget", &Tabs::forgetKept);
     }
 
     /// The bytes of a file for the browser to keep; what is lost in it stands in a header, as JSON in letters that

@@ -1,11 +1,43 @@
 #include "apps/window/Tabs.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
+#include "apps/window/DroppedFile.h"
 #include "apps/window/OpenDrawing.h"
+#include "document/text/DrawingError.h"
+#include "formats/FileIo.h"
 
 namespace holdfast::window {
+
+namespace {
+
+/// Entities and constraints that one of the two has and the other one has not so; none where it cannot be read.
+std::optional<std::size_t> differencesOf(const std::filesystem::path& kept, const Document& opened) {
+    const auto differing = [](const auto& now, const auto& before) {
+        std::unordered_map<std::string_view, std::size_t> places;
+        for (std::size_t i = 0; i < before.size(); ++i)
+            places.emplace(before[i].id, i);
+        std::size_t same = 0, found = 0;
+        for (const auto& each : now)
+            if (const auto place = places.find(each.id); place != places.end()) {
+                ++found;
+                same += each == before[place->second] ? 1 : 0;
+            }
+        return now.size() - same + before.size() - found;
+    };
+    try {
+        const Document now = readDrawing(kept);
+        return differing(now.entities, opened.entities) + differing(now.constraints, opened.constraints);
+    } catch (const DrawingError&) {
+        return std::nullopt;
+    }
+}
+
+}  // namespace
 
 Tabs::Tabs(std::shared_ptr<OpenedFile> file) : m_file(std::move(file)) {
     if (!m_file->file().isReadOnly) {
@@ -36,8 +68,8 @@ std::shared_ptr<OpenDrawing> Tabs::of(const std::string& tab) {
     return seat->second.drawing;
 }
 
-/// What nobody works on, and where there is no such thing, nothing. Tabs that were closed are forgotten.
-std::shared_ptr<OpenDrawing> Tabs::goOnWith() {
+/// Tabs that were closed are forgotten; what they have not saved waits for another one. With the lock held.
+void Tabs::forgetClosed() {
     const Clock::time_point now = Clock::now();
     for (auto seat = m_seats.begin(); seat != m_seats.end();) {
         const bool isClosed = seat->second.listening == 0 && now - seat->second.heard > kPatience;
@@ -45,6 +77,11 @@ std::shared_ptr<OpenDrawing> Tabs::goOnWith() {
             m_waiting.push_back(std::move(seat->second.drawing));
         seat = isClosed ? m_seats.erase(seat) : std::next(seat);
     }
+}
+
+/// What nobody works on, and where there is no such thing, nothing.
+std::shared_ptr<OpenDrawing> Tabs::goOnWith() {
+    forgetClosed();
     if (m_waiting.empty() || m_seats.size() >= kMost)
         return nullptr;
     std::shared_ptr<OpenDrawing> drawing = std::move(m_waiting.front());
@@ -128,6 +165,109 @@ std::vector<std::string> Tabs::keep() {
         if (std::string failure = drawing->keep(); !failure.empty())
             failures.push_back(std::move(failure));
     return failures;
+}
+
+std::vector<Tabs::KeptEdits> Tabs::allKept(const std::string& tab) {
+    std::vector<KeptEdits> all;
+    if (m_file->file().isReadOnly)
+        return all;
+    const std::shared_ptr<OpenDrawing> own = of(tab);
+    {
+        const std::lock_guard lock(m_mutex);
+        forgetClosed();
+    }
+    keep();
+    struct Work {
+        KeptEdits::User user;
+        std::optional<std::size_t> edits;
+    };
+    std::map<std::filesystem::path, Work> works;
+    for (const std::shared_ptr<OpenDrawing>& drawing : drawings())
+        for (const std::filesystem::path& path : drawing->keptIn())
+            works[path] = {drawing == own ? KeptEdits::User::asker : KeptEdits::User::another, drawing->editCount()};
+    {
+        const std::lock_guard lock(m_mutex);
+        for (const std::shared_ptr<OpenDrawing>& drawing : m_waiting)
+            for (const std::filesystem::path& path : drawing->keptIn())
+                works[path].user = KeptEdits::User::nobody;
+    }
+    for (std::filesystem::path& path : m_file->allKept()) {
+        std::error_code missing;
+        KeptEdits kept{.path = path, .written = std::filesystem::last_write_time(path, missing)};
+        if (const auto work = works.find(path); work != works.end()) {
+            kept.user = work->second.user;
+            kept.edits = work->second.edits;
+        }
+        if (!kept.edits && !m_file->isDropped(path))
+            kept.differs = differencesOf(path, *m_file->content().document);
+        all.push_back(std::move(kept));
+    }
+    return all;
+}
+
+/// By its name alone: what is not on the list is not looked for.
+std::optional<Tabs::KeptEdits> Tabs::keptNamed(const std::string& tab, const std::string& name) {
+    for (KeptEdits& kept : allKept(tab))
+        if (kept.path.filename() == name)
+            return std::move(kept);
+    return std::nullopt;
+}
+
+/// Of what no tab works on; none: no drawing has it.
+std::shared_ptr<OpenDrawing> Tabs::takeWaiting(const std::filesystem::path& kept) {
+    const std::lock_guard lock(m_mutex);
+    for (auto drawing = m_waiting.begin(); drawing != m_waiting.end(); ++drawing) {
+        const std::vector<std::filesystem::path> paths = (*drawing)->keptIn();
+        if (std::find(paths.begin(), paths.end(), kept) == paths.end())
+            continue;
+        std::shared_ptr<OpenDrawing> taken = std::move(*drawing);
+        m_waiting.erase(drawing);
+        return taken;
+    }
+    return nullptr;
+}
+
+std::string Tabs::goOnWithKept(const std::string& tab, const std::string& name) {
+    const std::optional<KeptEdits> kept = keptNamed(tab, name);
+    if (!kept)
+        return "there are no kept edits of that name any more";
+    if (kept->user != KeptEdits::User::nobody)
+        return kept->user == KeptEdits::User::asker ? name + " is what is shown" : "another tab works on " + name;
+    const std::shared_ptr<OpenDrawing> before = of(tab);
+    std::shared_ptr<OpenDrawing> drawing = takeWaiting(kept->path);
+    try {
+        if (!drawing && m_file->isDropped(kept->path)) {
+            const nlohmann::json told =
+                nlohmann::json::parse(before->takeDropped({.name = name, .bytes = formats::readFile(kept->path)}));
+            return told["error"].get<std::string>();
+        }
+        if (!drawing)
+            if (OpenedFile::Place place = m_file->claimed(kept->path))
+                drawing = std::make_shared<OpenDrawing>(m_file, std::move(place));
+    } catch (const std::exception& failure) {
+        return failure.what();
+    }
+    if (!drawing || drawing->keptIn().empty())
+        return name + " cannot be read";
+    const std::lock_guard lock(m_mutex);
+    Seat& seat = m_seats[tab];
+    if (before->hasUnsaved())
+        m_waiting.push_back(before);
+    seat.drawing = std::move(drawing);
+    seat.state = seat.drawing->number();
+    return {};
+}
+
+std::string Tabs::forgetKept(const std::string& tab, const std::string& name) {
+    const std::optional<KeptEdits> kept = keptNamed(tab, name);
+    if (!kept)
+        return "there are no kept edits of that name any more";
+    if (kept->user != KeptEdits::User::nobody)
+        return kept->user == KeptEdits::User::asker ? name + " is what is shown" : "another tab works on " + name;
+    takeWaiting(kept->path);  // it would be kept again
+    std::error_code failure;
+    std::filesystem::remove(kept->path, failure);
+    return failure ? name + ": " + failure.message() : std::string();
 }
 
 std::vector<std::filesystem::path> Tabs::keptIn() const {

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -60,6 +61,21 @@ public:
     std::vector<std::string> keep();
     /// Where edits are kept that were not saved.
     std::vector<std::filesystem::path> keptIn() const;
+    /// Edits that are kept beside the file.
+    struct KeptEdits {
+        std::filesystem::path path;
+        OpenedFile::Time written{};
+        /// Who works on them: nobody, the tab that asks, or another one.
+        enum class User { nobody, asker, another } user = User::nobody;
+        std::optional<std::size_t> edits{};    ///< where this window has done them all
+        std::optional<std::size_t> differs{};  ///< else entities and constraints that are not as the file has them
+    };
+    /// All that there are, for a tab; newest first. Cost: reading what others have kept.
+    std::vector<KeptEdits> allKept(const std::string& tab);
+    /// The tab shows those from now on; what it showed is kept. Empty, or why it cannot be.
+    std::string goOnWithKept(const std::string& tab, const std::string& name);
+    /// They are deleted. Empty, or why they cannot be.
+    std::string forgetKept(const std::string& tab, const std::string& name);
     /// Edits that earlier windows have kept, but from before the file was written last; nobody goes on with them.
     const std::vector<std::filesystem::path>& behind() const { return m_behind; }
 
@@ -70,7 +86,10 @@ private:
         int listening = 0;
         Clock::time_point heard{};
     };
+    void forgetClosed();
     std::shared_ptr<OpenDrawing> goOnWith();
+    std::optional<KeptEdits> keptNamed(const std::string& tab, const std::string& name);
+    std::shared_ptr<OpenDrawing> takeWaiting(const std::filesystem::path& kept);
     std::vector<std::shared_ptr<OpenDrawing>> drawings() const;
 
     const std::shared_ptr<OpenedFile> m_file;

@@ -343,6 +343,7 @@ bool HostDrag::isRuinedSince(const SketchData& drawn) const {
 /// Steps begin where the drag is drawn now.
 void HostDrag::restart() {
     m_shaped.reset();
+    m_shelf = {};
     m_firm.reset();
     m_taken = nullptr;
     m_free = std::make_unique<Following>(m_drawn, m_handles, KeptSizes{});
@@ -388,7 +389,8 @@ bool HostDrag::keepShapes(const EditRequest& request, std::vector<double>& led) 
                                                   .keepsShapes = true,
                                                   .patience = patience,
                                                   .namesConflicts = false,
-                                                  .mostWork = m_mostWork - m_work});
+                                                  .mostWork = m_mostWork - m_work,
+                                                  .shelf = &m_shelf});
         m_work += result.factorWork;
         led = result.reached ? result.reached->values : std::vector<double>();
         return result.isSolved() && !isTurnedOver(shaped.values);

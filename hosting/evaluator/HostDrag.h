@@ -103,6 +103,7 @@ private:
     HostSketch m_host;
     SketchData m_drawn;                  ///< as the drag began, without what is left alone
     std::optional<SketchData> m_shaped;  ///< the same, but for the values, which landing works with
+    EquationShelf m_shelf;               ///< of that
     std::vector<int> m_edited;
     std::vector<int> m_held;  ///< the first of each two coordinates of a held point; empty: all of the edited is held
     std::vector<int> m_handles;

@@ -1,5 +1,7 @@
 #include "hosting/evaluator/HostPull.h"
 
+#include <utility>
+
 #include <YxDbConstraints/AssocConstraintHeader.h>
 #include <yxbase/YxGeTol.h>
 
@@ -35,7 +37,7 @@ HostDrag* HostPull::placed(const YxGeMatrix3d& transform) {
     return isDone ? drag : nullptr;
 }
 
-std::optional<std::vector<Entity>> HostPull::movedBy(const YxGeMatrix3d& transform) {
+std::optional<std::vector<Entity>> HostPull::movedBy(const YxGeMatrix3d& transform, const IsTold& isTold) {
     const HostProcess::Scope bound(m_drawing.process());
     const HostDrag* drag = placed(transform);
     if (drag == nullptr)
@@ -43,8 +45,10 @@ std::optional<std::vector<Entity>> HostPull::movedBy(const YxGeMatrix3d& transfo
     const HostSketch& host = drag->host();
     std::vector<Entity> moved;
     for (const int number : host.moved()) {
-        Entity& entity = moved.emplace_back(host.document.entities[at(number)]);
-        entity.shape = host.shapeOf(number);
+        const Entity& before = host.document.entities[at(number)];
+        Shape after = host.shapeOf(number);
+        if (isTold(before, after))
+            moved.emplace_back(before).shape = std::move(after);
     }
     return moved;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,7 +29,9 @@ public:
     /// The entities that would be elsewhere, where they would be, to the last bit as the drag itself would write them.
     /// Nothing where constraints hold the edited entities back, or did not hold before: how the drag ends then, only
     /// the drag itself tells.
-    std::optional<std::vector<Entity>> movedBy(const YxGeMatrix3d& transform);
+    /// Those that need not be told, of how they are and how they would be, are left out.
+    using IsTold = std::function<bool(const Entity& before, const Shape& after)>;
+    std::optional<std::vector<Entity>> movedBy(const YxGeMatrix3d& transform, const IsTold& isTold);
 
 private:
     HostDrag* placed(const YxGeMatrix3d& transform);

@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 
 #include "formats/FileIo.h"
+#include "geometry/curves/Parameters.h"
 #include "hosting/Drawing.h"
 #include "tests/editing/BareSession.h"
 #include "tests/editing/Shorthand.h"
@@ -133,8 +135,47 @@ TEST(Glimpse, IsNotGivenWhereOnlyATrialTells) {
     EXPECT_EQ(session.document(), held);
     held.entities.push_back(lineEntity("alone", {20, 0}, {30, 0}));
     Session other(held);
-    EXPECT_FALSE(other.glimpse("drag alone by 1,2")) << "no constraint knows it";
-    EXPECT_FALSE(other.glimpse("drag base alone by 1,2"));
+    EXPECT_FALSE(other.glimpse("drag base alone by 1,2")) << "constraints know one of them only";
+}
+
+TEST(Glimpse, OfWhatNoConstraintKnowsIsToTheBitWhatTheDragMoves) {
+    Document loose = frameDrawing();
+    loose.entities.push_back(lineEntity("alone", {20, 0}, {30, 0.1}));
+    loose.entities.push_back({"bow", ArcShape{{40, 5}, 3.1, 0.3, 2.9}});
+    loose.entities.push_back({"disc", CircleShape{{50, 5}, 1.7}});
+    for (const char* held : {"alone", "alone.end", "bow", "bow.start", "bow.centre", "disc", "alone disc bow"}) {
+        Session session(loose);
+        for (int i = 1; i < 6; ++i) {
+            const std::string text = dragText(held, {0.37 * i, -0.21 * i});
+            const std::optional<Glimpse> glimpse = session.glimpse(text);
+            const Trial trial = session.trial(text);
+            ASSERT_EQ(trial.result.outcome.error, "") << text;
+            ASSERT_TRUE(glimpse) << text;
+            EXPECT_EQ(shapesOf(glimpse->entities), movedBy(trial.change)) << text;
+        }
+    }
+    Session session(loose);
+    EXPECT_FALSE(session.glimpse("drag alone.end by -10,-0.1")) << "nothing would be left of it";
+}
+
+TEST(Glimpse, TellsWhatIsSeenAndWhatIsHeld) {
+    Session session(frameDrawing());
+    const auto seenIn = [&](const Box& box) {
+        std::vector<std::string> names;
+        const std::optional<Glimpse> glimpse = session.glimpse("drag left.end by 1,2", box);
+        for (const Entity& entity : glimpse->entities)
+            names.push_back(entity.id);
+        return names;
+    };
+    const std::vector<std::string> all = seenIn(kEverywhere);
+    EXPECT_GT(all.size(), 2U);
+    EXPECT_EQ(seenIn({{100, 100}, {101, 101}}), std::vector<std::string>{"left"});
+    const std::optional<Glimpse> everywhere = session.glimpse("drag left.end by 1,2");
+    for (const Entity& entity : everywhere->entities) {
+        const Vec2 there = *endPoint(entity.shape);
+        const std::vector<std::string> seen = seenIn({there, there});
+        EXPECT_TRUE(std::find(seen.begin(), seen.end(), entity.id) != seen.end()) << entity.id << " comes there";
+    }
 }
 
 TEST(Glimpse, IsNotGivenWhereFormulasFollowWhatIsMeasured) {

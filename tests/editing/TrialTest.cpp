@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "hosting/Drawing.h"
 #include "tests/editing/BareSession.h"
 #include "tests/editing/Shorthand.h"
 
@@ -59,6 +60,27 @@ TEST(Trial, OfWhatIsRefusedTellsWhy) {
     EXPECT_NE(session.trial("undo").result.outcome.error, "");
     EXPECT_EQ(session.document(), before);
     EXPECT_TRUE(session.results().empty());
+}
+
+/// What is solved next looks at what has been touched since: a release is to look at the same as the edit by itself.
+TEST(Trial, LeavesWhatIsToBeSolvedNextAsItWas) {
+    Session session(frameDrawing());
+    const auto look = [&] {
+        for (const char* edit : {"drag left by 0,1", "break base at 4,0", "draw line 30,0 40,0 as far", "brake base",
+                                 "break base at 4,9", "undo"}) {
+            const auto before = session.drawing().unsolved();
+            session.trial(edit);
+            EXPECT_EQ(session.drawing().unsolved(), before) << edit;
+        }
+        const auto before = session.drawing().unsolved();
+        session.apply("break base at 4,9");
+        EXPECT_EQ(session.drawing().unsolved(), before) << "after a refusal, which no script has";
+    };
+    look();
+    for (const char* edit : {"drag right.end by 1,2", "draw line 30,0 40,0 as far", "drag far.end by 1,1", "undo"}) {
+        ASSERT_EQ(session.apply(edit).outcome.error, "");
+        look();
+    }
 }
 
 TEST(Trial, ManyInARowAreLikeOne) {

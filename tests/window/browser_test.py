@@ -394,7 +394,8 @@ def main():
             browser.get("about:blank")
         for test in (choices.lists_are_filtered, chains.chains_are_chosen, chains.copies_follow_the_pointer, chains.what_is_free_wiggles,
                      dropping.a_drawing_is_dropped, dropping.a_dropped_drawing_is_saved_as, pulling.a_pulled_point_is_tied, pulling.a_fast_hand_is_answered, pulling.a_large_drawing_follows_the_hand,
-                     pulling.two_fingers_zoom, pulling.too_much_is_mended, tabs.each_tab_edits_on_its_own, tabs.a_tab_that_is_loaded_again_goes_on):
+                     pulling.two_fingers_zoom, pulling.too_much_is_mended, tabs.each_tab_edits_on_its_own, tabs.kept_edits_are_opened_and_deleted,
+                     tabs.a_tab_that_is_loaded_again_goes_on):
             start = time.time()
             with Window(PROGRAM, copied(folder, DRAWING, "fresh.json")) as window:
                 tab = Tab(browser, window, PICTURES)

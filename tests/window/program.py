@@ -98,12 +98,22 @@ class Window:
         with urllib.request.urlopen(f"{self.address}ask/{name}?tab={self.tab}", timeout=60) as answer:
             return json.load(answer)
 
-    def do(self, name, text="", patience=30):
+    def do(self, name, text="", patience=30, **more):
         request = urllib.request.Request(
-            f"{self.address}do/{name}", json.dumps({"text": text}).encode(),
+            f"{self.address}do/{name}", json.dumps({"text": text, **more}).encode(),
             {"Content-Type": "application/json", "Origin": f"http://127.0.0.1:{self.port}", "Holdfast-Tab": self.tab})
         with urllib.request.urlopen(request, timeout=patience) as answer:
             return json.load(answer)
+
+    def asking(self, name):
+        """Asks again and again over one connection, as a browser does: a function from a text to the answer's bytes."""
+        connection = http.client.HTTPConnection("127.0.0.1", self.port, timeout=60)
+        headers = {"Content-Type": "application/json", "Origin": f"http://127.0.0.1:{self.port}", "Holdfast-Tab": self.tab}
+
+        def ask(text):
+            connection.request("POST", f"/{self.word}/do/{name}", json.dumps({"text": text}).encode(), headers)
+            return connection.getresponse().read()
+        return ask
 
     def drop(self, name, content, **more):
         """A file on the page."""

@@ -121,6 +121,14 @@ def a_large_drawing_is_pulled(folder):
             values = [{each["id"]: each["value"] for each in result["change"]["constraints"]} for result in (pulled, tried)]
             check(values[1].items() <= values[0].items(), f"and of what is measured: {values}")
         check([each["id"] for each in pulled["entities"]] == ["top0"], f"with what is held: {pulled['entities']}")
+        for edit in ("drag top0.end by -2.5,1", "drag side20 by -1.25,0.5"):
+            everywhere, nowhere = moved(window.do("pull", edit)), moved(window.do("pull", edit, seen=[-900, -900, -800, -800]))
+            some = moved(window.do("pull", edit, seen=[-5, -5, 40, 40]))
+            check(set(nowhere) <= set(some) <= set(everywhere) and len(nowhere) < len(everywhere), f"what is not seen is not told: {edit}: {len(nowhere)}, {len(some)}, {len(everywhere)}")
+            check(all(everywhere[name] == entity for name, entity in some.items()), f"the rest is the same: {edit}")
+        for seen in ([1, 2, 3], ["a", 0, 1, 2], None, "all"):
+            body = json.dumps({"text": "drag top0.end by -2.5,1", "seen": seen}).encode()
+            check(window.status(f"/{window.word}/do/pull", "POST", body) == 400, f"no part of a drawing: {seen}")
         refused = window.do("pull", "drag nothing.end by 1,2")
         check(not refused["done"] and refused["error"] == window.do("try", "drag nothing.end by 1,2")["error"], f"what cannot be is refused: {refused}")
         before = moved(window.do("pull", "drag top0.end by -2.5,1"))
@@ -258,6 +266,57 @@ def tabs_have_sessions_of_their_own(folder):
         check(window.status(f"/{window.word}/ask/state?tab=2") == 503, "and no more")
         check(window.status(f"/{window.word}/ask/state?tab=../x") == 400, "no tab calls itself so")
         window.interrupt()
+
+
+def kept_edits_are_listed(folder):
+    path = copied(folder, DRAWING, "list.json")
+    listed = lambda window: {each["name"]: each for each in window.ask("kept")}
+    with Window(PROGRAM, path) as window:
+        check(window.ask("kept") == [], "nothing is kept")
+        window.do("edit", "drag base.end by 5,0")
+        window.do("edit", "draw circle 40,70 radius 5 as moon")
+        own = listed(window)["list.unsaved.json"]
+        check(own["isOurs"] and own["edits"] == 2 and abs(own["time"] / 1000 - time.time()) < 60, f"what a tab has done: {own}")
+        with window.named("b"):
+            other = listed(window)["list.unsaved.json"]
+            check(other["isOpen"] and not other["isOurs"], f"another one sees it, too: {other}")
+            for what in ("kept", "forget"):
+                check("another tab works on" in window.do(what, "list.unsaved.json")["error"], f"and leaves it alone: {what}")
+            window.do("edit", "draw circle 10,70 radius 3 as star")
+            for name in ("../list.json", "list.json", "", "/etc/passwd", "list.unsaved-9.json"):
+                for what in ("kept", "forget"):
+                    check("no kept edits" in window.do(what, name)["error"] and path.exists(), f"no other file can be named: {name}")
+        window.interrupt()
+    with Window(PROGRAM, path) as window:
+        shown = listed(window)
+        check(window.entity("moon") and shown["list.unsaved.json"]["isOurs"], "the next window goes on with one of them")
+        other = shown["list.unsaved-2.json"]
+        check(not other["isOurs"] and not other["isOpen"] and other["differs"] == 1 and "edits" not in other, f"and lists the other: {other}")
+        check(window.do("kept", "list.unsaved-2.json")["done"], "which can be shown")
+        check(window.entity("star") and not window.entity("moon"), "with what was done there")
+        check(not listed(window)["list.unsaved.json"]["isOurs"], "what was shown before waits")
+        check(window.do("forget", "list.unsaved-2.json")["error"] != "", "what is shown is not deleted")
+        check(window.do("forget", "list.unsaved.json")["done"], "the other may be")
+        check(list(listed(window)) == ["list.unsaved-2.json"] and not (path.parent / "list.unsaved.json").exists(), "and is gone")
+        window.do("edit", "draw circle 10,90 radius 3 as sun")
+        check(window.do("save")["done"] and listed(window) == {}, "what is saved is not kept")
+        check("star" in path.read_text() and "sun" in path.read_text(), "in the file")
+        window.interrupt()
+    (path.parent / "list.unsaved-3.json").write_text(path.read_text().replace("sun", "dawn"))
+    (path.parent / "list.dropped.json").write_text(pathlib.Path(DRAWING).read_text())
+    (path.parent / "list.unsaved-4.json").write_text("{ broken")
+    os.utime(path, (time.time() + 5, time.time() + 5))
+    with Window(PROGRAM, path) as window:
+        shown = listed(window)
+        check(set(shown) == {"list.unsaved-3.json", "list.dropped.json", "list.unsaved-4.json"}, f"older ones are listed, too: {set(shown)}")
+        check(shown["list.unsaved-3.json"]["differs"] == 2, f"an entity is gone and one has come: {shown['list.unsaved-3.json']}")
+        check(window.do("kept", "list.unsaved-3.json")["done"] and window.entity("dawn"), "from before the file was written, too")
+        check(window.do("kept", "list.unsaved-4.json")["error"] and window.entity("dawn"), "what cannot be read is told")
+        check(window.do("kept", "list.dropped.json")["done"] and not window.entity("dawn") and window.ask("state")["dropped"],
+              "edits of another drawing are shown as that")
+        window.interrupt()
+    for kept in path.parent.glob("list.*.json"):
+        kept.unlink()
 
 
 def each_tab_is_recovered(folder):
@@ -473,7 +532,7 @@ def main():
             edits(window)
             the_script_does_the_same(window, folder)
         for test in (a_large_drawing_is_pulled, saving, reading_only, an_interrupt_loses_nothing, a_crash_loses_nothing, tabs_have_sessions_of_their_own,
-                     each_tab_is_recovered, nobody_waits_for_a_slow_disk,
+                     kept_edits_are_listed, each_tab_is_recovered, nobody_waits_for_a_slow_disk,
                      dropped_drawings, saved_under_another_name, blocks_are_drawn, the_end, arguments):
             test(folder)
     return outcome()

@@ -1,5 +1,6 @@
 """Several tabs on one address: each with a drawing of its own, and one file between them."""
 import pathlib
+import time
 
 from browser import Keys, Tab
 from dropping import answer, answers
@@ -56,6 +57,47 @@ def each_tab_edits_on_its_own(tab, folder):
     other.after_edit(1)
     tab.browser.close()
     to(tab, first)
+
+
+def kept_edits_are_opened_and_deleted(tab, folder):
+    check(not tab.find("#kept").is_displayed(), "nothing is kept, and nothing says so")
+    for name, text in (("aa", "draw circle 40,70 radius 5 as moon"), ("bb", "draw circle 10,70 radius 3 as star")):
+        with tab.window.named(name):
+            tab.window.ask("state")
+            tab.window.do("edit", text)
+    tab.type("drag base.end by 5,0")
+    tab.after_edit(1)
+    time.sleep(11)  # so long a tab that says nothing counts as open
+    tab.key(Keys.CONTROL, "s")
+    tab.wait("return document.getElementById('kept').textContent === 'Kept (2)'", "what others have not saved is counted")
+    tab.find("#kept").send_keys(Keys.ENTER)
+    tab.wait("return document.querySelectorAll('#kept-dialog li').length === 2", "and listed")
+    names = tab.run("return [...document.querySelectorAll('#kept-dialog li button')].map((each) => each.getAttribute('aria-label'))")
+    check(len(names) == 4 and names[0].startswith("Open fresh.unsaved") and ", 1 edit, " in names[0] and names[1].startswith("Delete fresh"),
+          f"each by its name, its edits and its time: {names}")
+    check(tab.run("return document.activeElement.textContent") == "Open", "the keyboard is at the first one")
+    tab.picture("kept")
+    tab.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": [{"name": "prefers-color-scheme", "value": "dark"}]})
+    tab.browser.set_window_size(420, 860)
+    tab.wait("return innerWidth < 500", "the window is narrow")
+    tab.picture("kept-narrow")
+    check(tab.run("return document.documentElement.scrollWidth <= innerWidth"), "a narrow window has room for the list")
+    tab.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": []})
+    tab.browser.set_window_size(1360, 860)
+    opened = "moon" if tab.run("return document.querySelector('#kept-dialog b').textContent") == "fresh.unsaved.json" else "star"
+    tab.browser.switch_to.active_element.send_keys(Keys.ENTER)
+    tab.wait("return window.holdfast.drawing.entities.has(arguments[0])", "it is opened with the keyboard", opened)
+    check(tab.entity("base")["end"] == [80, 0] and tab.steps() == 1, "with the edits that were done there")
+    tab.wait("return document.getElementById('kept').textContent === 'Kept (1)'", "one is left")
+    tab.find("#kept").click()
+    tab.wait("return document.querySelectorAll('#kept-dialog li').length === 1", "which is listed")
+    tab.find("#kept-dialog li button:last-of-type").click()
+    tab.wait("return document.querySelector('#ask') !== null", "it is asked before one is deleted")
+    answer(tab, "Delete it")
+    tab.wait("return document.querySelector('#kept-dialog').textContent.includes('None are left')", "and then it is gone")
+    tab.browser.switch_to.active_element.send_keys(Keys.ESCAPE)
+    tab.wait("return document.querySelector('dialog') === null && document.getElementById('kept').hidden", "no list, no button")
+    check(len(list(pathlib.Path(folder).glob("fresh.unsaved*"))) == 1, "of the files, too")
 
 
 def a_tab_that_is_loaded_again_goes_on(tab, folder):

@@ -18,6 +18,7 @@ import { Latest, attempt, attemptPull, standsAlone } from './link.js';
 const snapsWith = (event) => !(event.ctrlKey || event.metaKey || event.altKey);
 
 const STILL = 4;   // pixels: a pointer that moves less than this was pressed, not pulled
+const RIM_OF_PULL = 200;  // pixels round the screen: what lies there still bears signs that can be seen
 const COARSE = 2;  // fingers are so much broader than a mouse's tip
 
 /**
@@ -102,7 +103,8 @@ export class Hands {
     this.snaps = true;
     this.isSpaceDown = false;
     this.fingers = new Fingers();
-    this.latest = new Latest(attemptPull, (result) => this.#tried(result), (failure) => this.#failed(failure), attempt);
+    const ask = (/** @type {string} */ text) => attemptPull(text, page.view.seen(RIM_OF_PULL));
+    this.latest = new Latest(ask, (result) => this.#tried(result), (failure) => this.#failed(failure), attempt);
     const on = (/** @type {string} */ name, /** @type {(event: any) => void} */ what, options = {}) =>
       canvas.addEventListener(name, what, options);
     on('pointerdown', (event) => this.#down(event));
@@ -233,6 +235,11 @@ export class Hands {
   /** @param {import('./types').Result} result whether it stays behind to be seen */
   #isHeldBack(result) {
     return (result.shortfall?.by || 0) * this.page.view.scale > 1;
+  }
+
+  /** What is seen is another part of the drawing while somebody pulls. */
+  lookedElsewhere() {
+    if (this.pull?.last?.isGlimpse) this.latest.want(this.pull.textTo(this.to, this.page.view));
   }
 
   /** @param {unknown} failure */

@@ -44,10 +44,10 @@ async function reach(path, how) {
   return answer;
 }
 
-/** @param {string} name */
-function post(name, text = '') {
+/** @param {string} name @param {object} [more] that the message holds */
+function post(name, text = '', more = {}) {
   return call(`do/${name}`, {
-    method: 'POST', headers: { 'Content-Type': 'application/json' }, body: JSON.stringify({ text }),
+    method: 'POST', headers: { 'Content-Type': 'application/json' }, body: JSON.stringify({ text, ...more }),
   });
 }
 
@@ -67,10 +67,10 @@ export const follow = (text) => post('follow', text);
 /** @param {string} text @returns {Promise<import('./types').Result>} */
 export const attempt = (text) => post('try', text);
 /**
- * The same while somebody pulls; in large drawings a glimpse.
- * @param {string} text @returns {Promise<import('./types').Result>}
+ * The same while somebody pulls; in large drawings a glimpse of what can be seen.
+ * @param {string} text @param {import('./shapes.js').Box} seen @returns {Promise<import('./types').Result>}
  */
-export const attemptPull = (text) => post('pull', text);
+export const attemptPull = (text, seen) => post('pull', text, { seen });
 /**
  * @param {boolean} isOver what others have written since the file was read
  * @returns {Promise<{done: boolean, error: string, asks?: boolean}>} whether one may write over it
@@ -96,6 +96,13 @@ export const drop = (file, sketch) => call(`do/drop?${new URLSearchParams({ name
 });
 /** @returns {Promise<Taken>} */
 export const back = () => post('back');
+/** @typedef {{name: string, time: number, edits?: number, differs?: number, isOurs: boolean, isOpen: boolean}} KeptEdits */
+/** @returns {Promise<KeptEdits[]>} edits that are kept beside the file, newest first */
+export const kept = () => call('ask/kept');
+/** @param {string} name @returns {Promise<{done: boolean, error: string}>} */
+export const goOnWith = (name) => post('kept', name);
+/** @param {string} name @returns {Promise<{done: boolean, error: string}>} */
+export const forget = (name) => post('forget', name);
 /** @returns {Promise<{done: boolean, error: string}>} */
 export const discard = () => post('discard');
 

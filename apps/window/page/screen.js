@@ -18,6 +18,7 @@ export class Screen {
     this.drawing = new Drawing();
     this.paintsAll = false;
     this.isPainting = false;
+    this.hasPainted = false;  // since the last frame
     /** @type {import('./painter.js').Scene} */
     this.scene = {
       freedom: null, hot: new Set(), hotMarks: new Set(), selected: new Set(), trial: null, fates: new Map(), gone: new Map(),
@@ -72,11 +73,24 @@ export class Screen {
     this.isPainting = true;
     requestAnimationFrame(() => {
       this.isPainting = false;
-      if (this.paintsAll) this.painter.paintBelow(this.drawing, this.scene);
-      this.paintsAll = false;
-      this.painter.paintAbove(this.drawing, this.scene);
-      document.body.dataset.painted = String(Number(document.body.dataset.painted || 0) + 1);
+      this.#paint();
     });
+  }
+
+  #paint() {
+    if (this.paintsAll) this.painter.paintBelow(this.drawing, this.scene);
+    this.paintsAll = false;
+    this.painter.paintAbove(this.drawing, this.scene);
+    document.body.dataset.painted = String(Number(document.body.dataset.painted || 0) + 1);
+  }
+
+  /** All, so that the next frame shows it and need not wait for it to be painted; but once for each frame. */
+  paintNow() {
+    if (this.hasPainted) return this.paintSoon(true);
+    this.hasPainted = true;
+    requestAnimationFrame(() => { this.hasPainted = false; });
+    this.paintsAll = true;
+    this.#paint();
   }
 
   /** The view is another one. */

@@ -8,6 +8,7 @@ import { Files } from './files.js';
 import { FreedomAsked } from './freedom.js';
 import { Hands, shortfallInWords } from './hands.js';
 import { Keys } from './keys.js';
+import { KeptEdits } from './kept.js';
 import { Line } from './line.js';
 import { Looking } from './looking.js';
 import { readGlyphs } from './marks.js';
@@ -62,6 +63,7 @@ export class Page extends Screen {
     this.clipboard = new Clipboard(this);
     this.wiggle = new Wiggle(this);
     this.saving = new Saving(this);
+    this.kept = new KeptEdits(this);
     this.freedom = new FreedomAsked(this);
     this.saveAs = new SaveAs(this);
     if (!link.standsAlone) this.files = new Files(this);
@@ -104,6 +106,7 @@ export class Page extends Screen {
     }
     this.paintSoon(true);
     this.freedom.ask();
+    void this.kept.look();
   }
 
   /** Another drawing comes: nothing of this one is of use any more. */
@@ -241,6 +244,12 @@ export class Page extends Screen {
     this.panel.fillConstraints();
   }
 
+  /** The view is another one. */
+  moved() {
+    super.moved();
+    this.hands.lookedElsewhere();
+  }
+
   /** @param {Result} result @param {Result | null} last */
   showPull(result, last) {
     const { scene } = this;
@@ -248,7 +257,7 @@ export class Page extends Screen {
     if (scene.rubber) scene.rubber.caught = Boolean(result.error);
     this.painter.lift(new Set((last?.change?.entities || []).map((e) => e.id)));
     this.say(result.error || `${result.text}${result.shortfall ? `: ${shortfallInWords(result, this.drawing.unit, (id) => this.spokenConstraint(id))}` : ''}`, Boolean(result.error));
-    this.paintSoon(true);
+    this.paintNow();
   }
 
   endPull() {
@@ -386,7 +395,10 @@ async function start() {
   let wasGone = false;
   for (const copy of document.querySelectorAll('#copies a')) copy.setAttribute('href', await link.ours(copy.getAttribute('href') || ''));
   const complain = (/** @type {unknown} */ failure) => page.complain(failure);
-  await link.listen((number) => void page.hear(number), () => void page.saving.heed().catch(complain), (isThere) => {
+  await link.listen((number) => void page.hear(number), () => {
+    page.saving.heed().catch(complain);
+    void page.kept.look();
+  }, (isThere) => {
     page.showGone(!isThere);
     if (isThere && wasGone) page.load().catch(complain);
     wasGone = !isThere;

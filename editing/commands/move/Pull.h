@@ -10,6 +10,7 @@
 #include "editing/Glimpse.h"
 #include "editing/Uses.h"
 #include "editing/commands/move/Hold.h"
+#include "geometry/Box.h"
 
 namespace holdfast::hosting {
 class HostEvaluator;
@@ -32,18 +33,25 @@ public:
     /// The drag holds what is held here.
     bool holds(const Drag& edit) const { return edit.held == m_held; }
 
-    /// What a drag of this way would move. Nothing where only the drag itself tells: where constraints hold it back, or
-    /// something is held that none of them knows. Cost: the solve, and what moves.
-    std::optional<Glimpse> by(Vec2 way);
+    /// What a drag of this way would move, of what lies or would come to lie where somebody looks; what is held is told
+    /// anyway. Nothing where only the drag itself tells: where constraints hold it back, or hold some of what is held
+    /// and not the rest. Cost: the solve, and what moves; where constraints know nothing of what is held, that alone.
+    std::optional<Glimpse> by(Vec2 way, const Box& seen);
 
 private:
+    void takeFree(const Drawing& drawing);
+    void takeConstrained(const YxArray<YxDbObjectId>& ids, const Drawing& drawing, const HostEvaluator& evaluator);
+    std::optional<std::vector<Entity>> movedBy(Vec2 way, const Box& seen) const;
+    Entity freeBy(const Entity& entity, Vec2 way) const;
     bool addMeasured(Glimpse& glimpse) const;
     Document measuredOn(const std::vector<Entity>& moved) const;
 
+    const Drawing& m_drawing;
     const Document& m_document;
     Drag::Held m_held;
     Hold m_hold;
-    std::unique_ptr<HostPull> m_pull;  ///< null where only the drag itself tells
+    std::unique_ptr<HostPull> m_pull;  ///< null where constraints know nothing of what is held
+    std::vector<Entity> m_free;        ///< what is held, if none of it is constrained; nobody follows then
     bool m_hasFormulas = false;
     std::vector<const Constraint*> m_measured;
     std::unordered_map<std::string_view, const Entity*> m_underMeasured;

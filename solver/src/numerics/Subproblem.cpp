@@ -16,6 +16,42 @@ namespace {
 /// Multiplications of a factorisation that take as long as one unknown or row in an iteration.
 constexpr double kMultiplicationsOfUnit = 400.0;
 
+/// Of so large a part of all that there are, what is wanted is marked in a list of all: that is faster than looking for
+/// each.
+bool isMuchOf(std::size_t some, std::size_t all) {
+    constexpr std::size_t kEighth = 8;
+    return some >= all / kEighth;
+}
+
+/// Which column an unknown has; -1: none.
+class Columns {
+public:
+    Columns(std::span<const int> unknowns, int count) {
+        if (isMuchOf(unknowns.size(), at(count)))
+            m_ofAll.assign(at(count), -1);
+        else
+            m_ofSome.reserve(unknowns.size());
+        for (std::size_t j = 0; j < unknowns.size(); ++j)
+            if (m_ofAll.empty())
+                m_ofSome.emplace(unknowns[j], static_cast<int>(j));
+            else
+                m_ofAll[at(unknowns[j])] = static_cast<int>(j);
+    }
+
+    int operator[](int unknown) const {
+        if (unknown < 0)
+            return -1;
+        if (!m_ofAll.empty())
+            return m_ofAll[at(unknown)];
+        const auto found = m_ofSome.find(unknown);
+        return found == m_ofSome.end() ? -1 : found->second;
+    }
+
+private:
+    std::vector<int> m_ofAll;
+    std::unordered_map<int, int> m_ofSome;
+};
+
 }  // namespace
 
 Subproblem::Subproblem(EquationSystem& system, std::span<const int> unknowns)
@@ -73,12 +109,21 @@ long Subproblem::workOfDense() const {
 }
 
 void Subproblem::collectEquations() {
-    for (const int u : m_unknowns) {
-        const auto equations = m_system.equationsOfUnknown[u];
-        m_equations.insert(m_equations.end(), equations.begin(), equations.end());
+    const std::size_t all = m_system.set.equations.size();
+    std::vector<char> isRead(isMuchOf(m_unknowns.size(), at(m_system.unknownCount)) ? all : 0, 0);
+    for (const int u : m_unknowns)
+        for (const int e : m_system.equationsOfUnknown[u])
+            if (isRead.empty())
+                m_equations.push_back(e);
+            else
+                isRead[at(e)] = 1;
+    for (int e = 0; e < static_cast<int>(isRead.size()); ++e)
+        if (isRead[at(e)])
+            m_equations.push_back(e);
+    if (isRead.empty()) {
+        std::sort(m_equations.begin(), m_equations.end());
+        m_equations.erase(std::unique(m_equations.begin(), m_equations.end()), m_equations.end());
     }
-    std::sort(m_equations.begin(), m_equations.end());
-    m_equations.erase(std::unique(m_equations.begin(), m_equations.end()), m_equations.end());
     int row = 0;
     for (const int e : m_equations) {
         m_firstRow.push_back(row);
@@ -88,10 +133,7 @@ void Subproblem::collectEquations() {
 }
 
 void Subproblem::makePattern() {
-    std::unordered_map<int, int> columnOf;
-    columnOf.reserve(m_unknowns.size());
-    for (std::size_t j = 0; j < m_unknowns.size(); ++j)
-        columnOf.emplace(m_unknowns[j], static_cast<int>(j));
+    const Columns columns(m_unknowns, m_system.unknownCount);
 
     // Columns are counted first, then filled equation by equation, so that their rows ascend.
     std::vector<int> lastUse(m_unknowns.size(), -1);
@@ -101,12 +143,12 @@ void Subproblem::makePattern() {
         const auto inputs = m_system.set.inputsOf(equation);
         for (std::size_t k = 0; k < inputs.size(); ++k) {
             const ValueLink& link = m_system.links[at(inputs[k])];
-            const auto column = link.unknown < 0 ? columnOf.end() : columnOf.find(link.unknown);
-            if (column == columnOf.end())
+            const int column = columns[link.unknown];
+            if (column < 0)
                 continue;
-            m_slots.push_back({static_cast<int>(k), 0, column->second, link.sign});
-            if (std::exchange(lastUse[at(column->second)], static_cast<int>(i)) != static_cast<int>(i))
-                count[at(column->second) + 1] += equation.rows;
+            m_slots.push_back({static_cast<int>(k), 0, column, link.sign});
+            if (std::exchange(lastUse[at(column)], static_cast<int>(i)) != static_cast<int>(i))
+                count[at(column) + 1] += equation.rows;
         }
         m_firstSlot.push_back(static_cast<int>(m_slots.size()));
     }

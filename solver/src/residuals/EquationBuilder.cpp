@@ -79,6 +79,11 @@ void EquationBuilder::build(std::span<const int> constraints, const KeptSizes& s
     m_system.reference = m_reference;
 }
 
+std::span<const double> EquationBuilder::values(When when) const {
+    m_system.readsNow = m_system.readsNow || when == When::now;
+    return when == When::reference ? m_reference : m_system.values;
+}
+
 void EquationBuilder::begin(int constraint) {
     m_current = constraint;
     m_entity = -1;

@@ -25,7 +25,8 @@ public:
     const SketchData& sketch() const { return m_sketch; }
     double size() const { return m_system.size; }
     double reference(int value) const { return m_reference[static_cast<std::size_t>(value)]; }
-    std::span<const double> values(When when) const { return when == When::reference ? m_reference : m_system.values; }
+    /// Whatever is read of now is noted in the system.
+    std::span<const double> values(When when) const;
 
     // Ties. Each belongs to the constraint that is being added.
     void tie(int a, int b, double sign, double offset);

@@ -88,6 +88,9 @@ struct EquationSystem {
 
     std::vector<SizeRow> sizes;  ///< that are kept, in the order of the shapes asked for
 
+    /// More of it than the sketch's values hangs on where the entities are now. Constants of fixed entities do anyway.
+    bool readsNow = false;
+
     /// The unknown's value as the mean of the values merged in it.
     double meanOf(int unknown) const;
     /// The same from other values than those of now.
@@ -115,6 +118,8 @@ struct KeptShape {
     double lengthWeight = 0.0;
     double bendWeight = 0.0;
     double turnWeight = 0.0;  ///< 0: it may turn freely
+
+    bool operator==(const KeptShape&) const = default;
 };
 
 struct KeptSizes {
@@ -125,6 +130,8 @@ struct KeptSizes {
     double sparedBelow = 0.0;      ///< smaller ones count more, by how much smaller they are
     std::vector<int> spared{};     ///< entities, ascending, whose sizes count as much more as any may
     bool sparesFirst = false;      ///< those before all other sizes
+
+    bool operator==(const KeptSizes&) const = default;
 };
 
 /// Shapes whose sizes stay exactly; they may turn.

@@ -48,7 +48,7 @@ std::vector<int> namedEntities(const SketchData& sketch, const Task& task) {
     return named;
 }
 
-Run::Run(const SketchData& sketch, const Task& task) : m_sketch(sketch), m_task(task), m_state(stateFor(sketch, task)) {
+Run::Run(const SketchData& sketch, const Task& task) : m_sketch(sketch), m_task(task), m_state(takeState()) {
     m_state.setBudget(task.budget);
     m_state.setLeast(task.least);
     m_state.setQuick(task.isQuick);
@@ -62,28 +62,39 @@ Run::Run(const SketchData& sketch, const Task& task) : m_sketch(sketch), m_task(
                 m_state.askOf(place.entity);
 }
 
-EquationSystem Run::systemFor(const SketchData& sketch, const Task& task) {
-    KeptSizes sizes{{task.shapes.begin(), task.shapes.end()},
-                    task.isFirm,
-                    task.emphasis,
-                    task.sparedBelow,
-                    task.spared,
-                    task.sparesFirst};
-    if (task.level != RelaxationLevel::exact) {
-        const double weight = task.level == RelaxationLevel::sizes ? 0.0 : kSizeWeight;
-        for (const int number : task.edited)
+Run::~Run() {
+    if (m_place >= 0)
+        m_task.shelf->giveBack({std::move(system()), m_place});
+}
+
+EquationSystem Run::takeSystem() {
+    KeptSizes sizes{{m_task.shapes.begin(), m_task.shapes.end()},
+                    m_task.isFirm,
+                    m_task.emphasis,
+                    m_task.sparedBelow,
+                    m_task.spared,
+                    m_task.sparesFirst};
+    if (m_task.level != RelaxationLevel::exact) {
+        const double weight = m_task.level == RelaxationLevel::sizes ? 0.0 : kSizeWeight;
+        for (const int number : m_task.edited)
             sizes.shapes.push_back({number, weight, weight, 0.0});
     }
-    EquationSystem system = buildSystem(sketch, bindingConstraints(sketch), sizes);
-    if (task.isMending)
+    const std::vector<int> constraints = bindingConstraints(m_sketch);
+    if (m_task.shelf != nullptr && !m_task.isMending) {
+        EquationShelf::Taken taken = m_task.shelf->take(m_sketch, constraints, sizes);
+        m_place = taken.place;
+        return std::move(taken.system);
+    }
+    EquationSystem system = buildSystem(m_sketch, constraints, sizes);
+    if (m_task.isMending)
         system.dropDoubtfulSenses();
     return system;
 }
 
-SolverState Run::stateFor(const SketchData& sketch, const Task& task) {
-    if (!task.isEdit)
-        return {sketch, systemFor(sketch, task)};
-    return {sketch, systemFor(sketch, task), namedEntities(sketch, task)};
+SolverState Run::takeState() {
+    if (!m_task.isEdit)
+        return {m_sketch, takeSystem()};
+    return {m_sketch, takeSystem(), namedEntities(m_sketch, m_task)};
 }
 
 SolveResult Run::solve() {

@@ -29,6 +29,7 @@ struct Task {
     bool isMending = false;  ///< tangencies that did not hold at the reference may turn over; see Answer::left
     Scope reach = Scope::rings;
     Budget* budget = nullptr;
+    EquationShelf* shelf = nullptr;  ///< null: equations are built anew
 };
 
 /// One solve of a sketch in one level, from where its values are. The sketch is only read.
@@ -36,6 +37,9 @@ class Run {
 public:
     /// Throws SketchError for a constraint that its entities cannot have.
     Run(const SketchData& sketch, const Task& task);
+    ~Run();
+    Run(const Run&) = delete;
+    Run& operator=(const Run&) = delete;
 
     /// Movements are left out.
     SolveResult solve();
@@ -92,8 +96,8 @@ public:
     std::vector<int> suspects() const { return m_suspects; }
 
 private:
-    static EquationSystem systemFor(const SketchData& sketch, const Task& task);
-    static SolverState stateFor(const SketchData& sketch, const Task& task);
+    EquationSystem takeSystem();
+    SolverState takeState();
     bool isUnchanged(const SizeRow& size, double way) const;
     bool canBeKept(const SizeRow& size) const;
     std::vector<int> lengthsThatAre(bool unchanged) const;
@@ -116,6 +120,7 @@ private:
 
     const SketchData& m_sketch;
     const Task& m_task;
+    int m_place = -1;  ///< of the equations on the task's shelf
     SolverState m_state;
     SolveResult m_result;
     bool m_isContradicted = false;

@@ -6,6 +6,7 @@
 
 #include "solver/src/Uses.h"
 #include "solver/src/numerics/Budget.h"
+#include "solver/src/residuals/EquationShelf.h"
 #include "solver/src/residuals/EquationSystem.h"
 #include "solver/src/sketch/Degeneracy.h"
 #include "solver/src/sketch/SketchData.h"
@@ -64,6 +65,8 @@ struct SolveRequest {
     /// six million a second. It is counted and not timed, so that the same edit ends the same way on every machine.
     long mostWork = std::numeric_limits<long>::max();
     Budget* budget = nullptr;  ///< when it runs out the sketch stays as it is, and no conflict is searched for
+    /// Of this sketch, for a request that others are like; null: equations are built anew.
+    EquationShelf* shelf = nullptr;
 };
 
 enum class SolveStatus {

@@ -139,7 +139,8 @@ Task Solving::task(RelaxationLevel level, bool isQuick) const {
             .isQuick = isQuick,
             .isNearest = !m_request.asksWhether,
             .reach = m_request.reach,
-            .budget = m_request.budget};
+            .budget = m_request.budget,
+            .shelf = m_request.shelf};
 }
 
 Answer Solving::tryKeepingPlaces(Task task) {
