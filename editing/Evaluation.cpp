@@ -55,7 +55,7 @@ void followPlaced(const EditContext& context, const std::vector<std::string>& na
 void refuseLess(const EditContext& context) {
     if (context.evaluator.last().miss <= kHolds * context.drawing.extent())
         return;
-    context.evaluator.refuseYielded();
+    context.evaluator.group().refuseYielded();
     throw EditError("the constraints of the drawing let the edit come only near to what was asked");
 }
 

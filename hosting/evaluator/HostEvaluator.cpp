@@ -25,20 +25,6 @@ namespace holdfast::hosting {
 
 namespace {
 
-std::vector<std::string> namesOf(const SketchData& sketch, const std::vector<int>& constraints) {
-    std::vector<std::string> names;
-    names.reserve(constraints.size());
-    for (const int c : constraints)
-        names.push_back(sketch.constraints[at(c)].id);
-    return names;
-}
-
-/// Of a set that is not proven nobody knows that it cannot hold together: how far the edit could be led is told
-/// instead.
-std::vector<std::string> provenConflict(const SketchData& sketch, const SolveResult& result) {
-    return result.isConflictMinimal ? namesOf(sketch, result.conflicting) : std::vector<std::string>();
-}
-
 /// True when the drawing plane is turned over.
 bool reflects(const YxGeMatrix3d& m) {
     return m(0, 0) * m(1, 1) - m(0, 1) * m(1, 0) < 0.0;
@@ -62,13 +48,7 @@ void takeReference(HostSketch& host, const HostSketch& earlier) {
 
 }  // namespace
 
-/// An edit that was met in part only, and the sketch that it began with.
-struct HostEvaluator::Yielded {
-    SketchData sketch;
-    EditRequest request;
-};
-
-HostEvaluator::HostEvaluator(Drawing& drawing) : m_drawing(drawing) {
+HostEvaluator::HostEvaluator(Drawing& drawing) : m_drawing(drawing), m_group(drawing) {
     drawing.process().setEvaluator([this](YxDbDatabase&) { return evaluateGroup(); });
     drawing.process().setStaticEvaluator([this](LvEvaDataConverter& converter) { evaluateStatic(converter); });
 }
@@ -85,22 +65,7 @@ void HostEvaluator::endCommand() {
     m_placedFrom.clear();
     m_trialPointCount = 0;
     m_rotateReport.clear();
-    m_yielded.reset();
-    m_last = {};
-}
-
-/// A constraint that its entities cannot have fails the evaluation, with its name.
-template <class Work>
-void HostEvaluator::run(const Work& work) {
-    m_last = {};
-    m_yielded.reset();
-    try {
-        work();
-    } catch (const SketchError& error) {
-        m_last = {};
-        m_last.solved = false;
-        m_last.complaint = error.what();
-    }
+    m_group.forget();
 }
 
 bool HostEvaluator::evaluateGroup() {
@@ -110,9 +75,9 @@ bool HostEvaluator::evaluateGroup() {
     const bool endsDrag = header.editKind == static_cast<int>(EditKind::dragEnd);
     if (HostAccess::status(group) != kChangedAssocStatus && !endsDrag)
         return true;
-    run([&] { evaluate(header); });
+    m_group.run([&] { evaluate(header); });
     HostAccess::setStatus(group, kUpToDateAssocStatus);
-    return m_last.solved;
+    return last().solved;
 }
 
 bool HostEvaluator::evaluate(AssocConstraintHeader& header) {
@@ -127,8 +92,8 @@ bool HostEvaluator::evaluate(AssocConstraintHeader& header) {
         case EditKind::properties:
             return feedAndSolve(header, kPropertiesEditor, &propertiesDemand);
         case EditKind::mirror:
-            return solveAround(namesIn(header),
-                               [&](HostSketch& host) { return demandAsPlaced(host, header.editedObjectIds); });
+            return m_group.solveAround(namesIn(header),
+                                       [&](HostSketch& host) { return demandAsPlaced(host, header.editedObjectIds); });
         case EditKind::stretch:
             return stretch(header);
         case EditKind::rotate:
@@ -138,7 +103,7 @@ bool HostEvaluator::evaluate(AssocConstraintHeader& header) {
         case EditKind::dragEnd:
             return endDrag(header);
     }
-    return solveAround({}, [](HostSketch&) { return EditRequest(); });
+    return m_group.solveAround({}, [](HostSketch&) { return EditRequest(); });
 }
 
 /// The entities that a command speaks of.
@@ -158,85 +123,20 @@ std::vector<std::string> HostEvaluator::namesIn(const AssocConstraintHeader& hea
     return names;
 }
 
-/// Solves around the entities, and around all that may not hold: near them first, as the solver does not look farther
-/// in most cases either, and in all that hangs on them where that was not enough.
-template <class DemandFor>
-bool HostEvaluator::solveAround(std::vector<std::string> names, const DemandFor& demandFor) {
-    if (!m_drawing.unsolved())
-        return solveWith(allAround(std::move(names)), demandFor);
-    HostSketch near(m_drawing, withUnsolved(names), kNearSteps);
-    if (!near.isCut)
-        return solveWith(std::move(near), demandFor);
-    const EditRequest request = demandFor(near);
-    const SolveResult result = meet(near.sketch, request);
-    if (!result.isSolved() || shortfallOf(near.sketch, request) > YxGeContext::gTol.equalPoint() ||
-        near.reachesBorder())
-        return solveWith(allAround(std::move(names)), demandFor);
-    m_yielded.reset();
-    return accept(near, request, result);
-}
-
-template <class DemandFor>
-bool HostEvaluator::solveWith(HostSketch host, const DemandFor& demandFor) {
-    return solveAndWrite(host, demandFor(host));
-}
-
-std::vector<std::string> HostEvaluator::withUnsolved(std::vector<std::string> names) const {
-    if (const std::optional<std::vector<std::string>> unsolved = m_drawing.unsolved())
-        names.insert(names.end(), unsolved->begin(), unsolved->end());
-    return names;
-}
-
-/// All that hangs together with the entities, and with what may not hold.
-HostSketch HostEvaluator::allAround(std::vector<std::string> names) const {
-    return m_drawing.unsolved() ? HostSketch(m_drawing, withUnsolved(std::move(names)), kAllSteps)
-                                : HostSketch(m_drawing);
-}
-
-bool HostEvaluator::solveAndWrite(HostSketch& host, const EditRequest& request) {
-    if (request.whenInfeasible != WhenInfeasible::refuse && !request.targets.empty())
-        m_yielded = std::make_unique<Yielded>(Yielded{host.sketch, request});
-    return accept(host, request, meet(host.sketch, request));
-}
-
-bool HostEvaluator::accept(HostSketch& host, const EditRequest& request, const SolveResult& result) {
-    note(host, result, result.isSolved() ? shortfallOf(host.sketch, request) : 0.0);
-    if (m_last.miss == 0.0)
-        m_yielded.reset();
-    if (result.isSolved()) {
-        writeMoved(m_drawing, host);
-        m_drawing.markSolved();
-    }
-    return result.isSolved();
-}
-
-const Evaluation& HostEvaluator::refuseYielded() {
-    if (!m_yielded)
-        return m_last;
-    m_yielded->request.whenInfeasible = WhenInfeasible::refuse;
-    const SolveResult result = meet(m_yielded->sketch, m_yielded->request);
-    m_last.solved = result.isSolved();
-    m_last.conflicting = provenConflict(m_yielded->sketch, result);
-    if (!result.isSolved() && result.degeneracy)
-        m_last.complaint = result.degeneracy->what;
-    m_yielded.reset();
-    return m_last;
-}
-
 /// A failed edit is over like one that was met: what the command has done goes back, and it is not tried again.
 bool HostEvaluator::feedAndSolve(AssocConstraintHeader& header, LvEditorType editor, RequestOf requestOf) {
     const ConverterFeed feed(header.converter, editor);
-    run([&] {
-        solveAround(namesIn(header), [&](HostSketch& host) {
+    m_group.run([&] {
+        m_group.solveAround(namesIn(header), [&](HostSketch& host) {
             if (feed.isForeign())
                 return placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds));
             return feed.isNew() ? requestOf(m_drawing, host, header, feed) : EditRequest();
         });
     });
-    if (!m_last.solved && (feed.isNew() || feed.isForeign()))
+    if (!last().solved && (feed.isNew() || feed.isForeign()))
         putBack(header);
     ConverterFeed::consume(header.converter);
-    return m_last.solved;
+    return last().solved;
 }
 
 bool HostEvaluator::align(AssocConstraintHeader& header) {
@@ -256,17 +156,17 @@ bool HostEvaluator::reflect(AssocConstraintHeader& header, const YxGeMatrix3d& r
             before.emplace(name, m_drawing.shape(name));
     for (const auto& [name, shape] : before)
         transformInPlace(m_drawing, name, reflection);
-    run([&] {
-        solveAround(namesIn(header), [&](HostSketch& host) {
+    m_group.run([&] {
+        m_group.solveAround(namesIn(header), [&](HostSketch& host) {
             return placedDemand(host, host.numbersOf(m_drawing, header.editedObjectIds));
         });
     });
-    for (const auto& [name, shape] : m_last.solved ? std::map<std::string, Shape>() : before) {
+    for (const auto& [name, shape] : last().solved ? std::map<std::string, Shape>() : before) {
         transformInPlace(m_drawing, name, reflection);
         m_drawing.write(name, shape);
     }
     ConverterFeed::consume(header.converter);
-    return m_last.solved;
+    return last().solved;
 }
 
 /// Entities that the command had changed already go back to the header's copies of them.
@@ -289,16 +189,16 @@ bool HostEvaluator::stretch(AssocConstraintHeader& header) {
     if (m_stretchStart != nullptr)
         for (const Entity& entity : m_stretchStart->document.entities)
             names.push_back(entity.id);
-    HostSketch now = allAround(std::move(names));
+    HostSketch now = m_group.allAround(std::move(names));
     if (!feed.isNew())
-        return solveAndWrite(now, {});
+        return m_group.solveAndWrite(now, {});
     if (feed.isFirst() || m_stretchStart == nullptr || m_stretchStart->drawn.size() != now.drawn.size())
         m_stretchStart = std::make_unique<HostSketch>(now);
     HostSketch host = *m_stretchStart;
     const EditRequest request = stretchDemand(m_drawing, host, header, feed);
     ConverterFeed::consume(header.converter);
     const SolveResult result = meet(host.sketch, request);
-    note(host, result, result.isSolved() ? shortfallOf(host.sketch, request) : 0.0);
+    m_group.note(host, result, result.isSolved() ? shortfallOf(host.sketch, request) : 0.0);
     if (!result.isSolved())
         return false;
     now.sketch.values = host.sketch.values;
@@ -310,14 +210,14 @@ bool HostEvaluator::stretch(AssocConstraintHeader& header) {
 /// The module does not know the user's angle, so what it asks for is a trial that moves nothing. The evaluation after
 /// it comes when the host has turned the entities: they stay, the others follow.
 bool HostEvaluator::rotate(AssocConstraintHeader& header) {
-    HostSketch host = allAround(namesIn(header));
+    HostSketch host = m_group.allAround(namesIn(header));
     std::vector<int> edited = host.numbersOf(m_drawing, header.editedObjectIds);
     if (header.points.length() == m_trialPointCount) {
         if (m_rotateStart != nullptr)
             knowBefore(host, edited, *m_rotateStart);
         EditRequest request = placedDemand(host, std::move(edited));
         request.whenInfeasible = WhenInfeasible::refuse;
-        return solveAndWrite(host, request);
+        return m_group.solveAndWrite(host, request);
     }
     m_trialPointCount = header.points.length();
     m_rotateStart = std::make_unique<HostSketch>(host);
@@ -330,7 +230,7 @@ bool HostEvaluator::rotate(AssocConstraintHeader& header) {
 std::vector<std::string> HostEvaluator::againstPlaced(const std::vector<std::string>& entities,
                                                       const std::vector<std::string>& first) const {
     const HostProcess::Scope bound(m_drawing.process());
-    HostSketch host = allAround(entities);
+    HostSketch host = m_group.allAround(entities);
     const std::unordered_set<std::string_view> named(first.begin(), first.end());
     std::vector<int> edited, suspects;
     for (const std::string& name : entities)
@@ -349,82 +249,14 @@ std::vector<std::string> HostEvaluator::againstPlaced(const std::vector<std::str
     return namesOf(host.sketch, against.value_or(std::vector<int>()));
 }
 
-bool HostEvaluator::lead(const std::vector<DimensionGoal>& goals) {
-    const HostProcess::Scope bound(m_drawing.process());
-    std::vector<std::string> ids;
-    ids.reserve(goals.size());
-    for (const DimensionGoal& goal : goals)
-        ids.push_back(goal.id);
-    run([&] {
-        solveAround(entitiesOn(ids), [&](HostSketch& host) {
-            EditRequest request;
-            for (const DimensionGoal& goal : goals)
-                if (const int number = constraintNumber(host.sketch, goal.id); number >= 0)
-                    request.dimensions.push_back({number, goal.value});
-            return request;
-        });
-    });
-    for (const DimensionGoal& goal : m_last.solved ? goals : std::vector<DimensionGoal>())
-        m_drawing.setMeasure(goal.id, goal.value);
-    HostAccess::setStatus(m_drawing.group(), kUpToDateAssocStatus);
-    return m_last.solved;
-}
-
-bool HostEvaluator::leadLength(const std::string& line, double length) {
-    const HostProcess::Scope bound(m_drawing.process());
-    const Evaluation before = m_last;
-    run([&] {
-        HostSketch host = allAround({line});
-        SketchConstraint dimension;
-        dimension.type = ConstraintType::distance;
-        dimension.refs = {{host.numberOf(line), PlaceKind::whole, 0}};
-        dimension.value = length;
-        const ValueGoal goal{host.sketch.addConstraint(std::move(dimension)), length};
-        const SolveResult result = solve(host.sketch, {.values = {goal},
-                                                       .edited = {host.numberOf(line)},
-                                                       .keepsShapes = true,
-                                                       .patience = Patience::way,
-                                                       .namesConflicts = false});
-        accept(host, {}, result);
-    });
-    const bool isLed = m_last.solved;
-    if (!isLed)
-        m_last.followed = std::max(before.followed, std::exchange(m_last, before).followed);
-    HostAccess::setStatus(m_drawing.group(), kUpToDateAssocStatus);
-    return isLed;
-}
-
-bool HostEvaluator::hold(const std::string& constraint) {
-    const HostProcess::Scope bound(m_drawing.process());
-    run([&] {
-        solveAround(entitiesOn({constraint}), [&](HostSketch& host) {
-            EditRequest request;
-            if (const int number = constraintNumber(host.sketch, constraint); number >= 0)
-                request.added.push_back(number);
-            return request;
-        });
-    });
-    HostAccess::setStatus(m_drawing.group(), kUpToDateAssocStatus);
-    return m_last.solved;
-}
-
-std::vector<std::string> HostEvaluator::entitiesOn(const std::vector<std::string>& constraints) const {
-    std::vector<std::string> names;
-    for (const std::string& id : constraints)
-        if (const std::optional<Constraint> constraint = m_drawing.constraint(id))
-            for (std::string& name : entitiesOf(*constraint))
-                names.push_back(std::move(name));
-    return names;
-}
-
 bool HostEvaluator::drag(AssocConstraintHeader& header) {
     // The module raises this flag when a session hands over its objects; each session starts from the database anew.
     if (header.dropCollected) {
-        m_drag = std::make_unique<HostDrag>(m_drawing, header, withUnsolved(namesIn(header)));
+        m_drag = std::make_unique<HostDrag>(m_drawing, header, m_group.withUnsolved(namesIn(header)));
         header.dropCollected = false;
     }
     if (m_drag == nullptr)
-        return solveAround({}, [](HostSketch&) { return EditRequest(); });
+        return m_group.solveAround({}, [](HostSketch&) { return EditRequest(); });
     // Whatever the step throws, it has failed then and shows nothing.
     header.dropChanged = true;
     if (header.dragActive)
@@ -432,7 +264,7 @@ bool HostEvaluator::drag(AssocConstraintHeader& header) {
     const SolveResult result = m_drag->step(header.dragTransform);
     if (result.isSolved() && !header.dragActive)
         m_drag->land(header.dragTransform);
-    note(m_drag->host(), result, m_drag->miss());
+    m_group.note(m_drag->host(), result, m_drag->miss());
     header.dropChanged = !result.isSolved();
     if (header.dragActive) {
         if (result.isSolved())
@@ -454,14 +286,15 @@ std::unique_ptr<HostPull> HostEvaluator::pull(const YxArray<YxDbObjectId>& edite
     auto header = std::make_unique<AssocConstraintHeader>();
     header->editedObjectIds = edited;
     header->points = points;
-    std::vector<std::string> names = withUnsolved(namesIn(*header));
+    std::vector<std::string> names = m_group.withUnsolved(namesIn(*header));
     return std::make_unique<HostPull>(m_drawing, std::move(header), std::move(names));
 }
 
 void HostEvaluator::noteShortfall(const YxGeMatrix3d& transform) {
-    m_last.leftAlone = namesOf(m_drag->host().sketch, m_drag->leftAlone());
-    if (m_last.solved && m_last.miss > 0.0)
-        m_last.heldBackBy = namesOf(m_drag->host().sketch, m_drag->holdingBack(transform));
+    const SketchData& sketch = m_drag->host().sketch;
+    m_group.noteLeftAlone(namesOf(sketch, m_drag->leftAlone()));
+    if (last().solved && last().miss > 0.0)
+        m_group.noteHeldBack(namesOf(sketch, m_drag->holdingBack(transform)));
 }
 
 /// After a cancelled drag there is nothing to do. After one that the host has finished itself the edited entities are
@@ -471,7 +304,7 @@ bool HostEvaluator::endDrag(AssocConstraintHeader& header) {
     std::unique_ptr<HostDrag> drag = std::move(m_drag);
     if (header.collectNeeded || header.dropCollected)
         drag.reset();  // it belongs to a session before this one, which has not been evaluated yet
-    HostSketch host = allAround(namesIn(header));
+    HostSketch host = m_group.allAround(namesIn(header));
     EditRequest request;
     request.whenInfeasible = WhenInfeasible::yield;
     request.edited = host.numbersOf(m_drawing, header.editedObjectIds);
@@ -483,7 +316,7 @@ bool HostEvaluator::endDrag(AssocConstraintHeader& header) {
             if (std::abs(host.drawn[at(v)] - host.sketch.reference[at(v)]) > YxGeContext::gTol.equalPoint())
                 request.targets.push_back({v, host.drawn[at(v)]});
     }
-    return solveAndWrite(host, request);
+    return m_group.solveAndWrite(host, request);
 }
 
 /// They stay where they are, the others follow.
@@ -496,7 +329,7 @@ EditRequest HostEvaluator::demandAsPlaced(HostSketch& host, const YxArray<YxDbOb
 
 /// Objects that the host has placed itself.
 void HostEvaluator::evaluateStatic(LvEvaDataConverter& converter) {
-    run([&] {
+    m_group.run([&] {
         YxArray<YxDbObjectId> ids;
         std::vector<std::string> names;
         for (const ConverterRecord* record :
@@ -504,27 +337,9 @@ void HostEvaluator::evaluateStatic(LvEvaDataConverter& converter) {
             ids.append(record->id);
             names.push_back(m_drawing.nameOf(record->id));
         }
-        solveAround(std::move(names), [&](HostSketch& host) { return demandAsPlaced(host, ids); });
+        m_group.solveAround(std::move(names), [&](HostSketch& host) { return demandAsPlaced(host, ids); });
     });
     ConverterFeed::consume(&converter);
-}
-
-void HostEvaluator::note(const HostSketch& host, const SolveResult& result, double miss) {
-    m_last.solved = result.isSolved();
-    m_last.unchanged = result.status == SolveStatus::unchanged;
-    m_last.conflicting = provenConflict(host.sketch, result);
-    m_last.residual = result.residual;
-    m_last.iterations = result.iterations;
-    m_last.miss = miss > YxGeContext::gTol.equalPoint() ? miss : 0.0;
-    if (result.worstConstraint >= 0)
-        m_last.worst = host.sketch.constraints[at(result.worstConstraint)].id;
-    if (!result.isSolved() && result.degeneracy)
-        m_last.complaint = result.degeneracy->what;
-    m_last.leftAlone = namesOf(host.sketch, result.leftAlone);
-    m_last.followed = result.reached ? result.reached->part : 0.0;
-    m_last.led = ledDimensions(host.sketch, result);
-    for (const Movement& movement : result.movements)
-        m_last.movements.emplace_back(host.document.entities[at(movement.entity)].id, movement.distance);
 }
 
 }  // namespace holdfast::hosting

@@ -8,24 +8,14 @@
 #include "hosting/Drawing.h"
 #include "hosting/Uses.h"
 #include "hosting/evaluator/ConverterFeed.h"
-#include "hosting/evaluator/Evaluation.h"
+#include "hosting/evaluator/GroupSolving.h"
 
 class AssocConstraintHeader;
-
-namespace holdfast::solver::detail {
-struct SolveResult;
-}
 
 namespace holdfast::hosting {
 
 class HostDrag;
 class HostPull;
-/// A value that a dimension is to have.
-struct DimensionGoal {
-    std::string id;
-    double value = 0.0;  ///< in the drawing's length unit, or radians
-};
-
 struct EditRequest;
 struct HostSketch;
 
@@ -43,10 +33,7 @@ public:
     HostEvaluator& operator=(const HostEvaluator&) = delete;
 
     /// The evaluation that ran last in this command.
-    const Evaluation& last() const { return m_last; }
-    /// For a command that does not take less than it asked for: when the last evaluation came only near to the edit, it
-    /// counts as failed from now on and names what stands in the way. The database is left to the command.
-    const Evaluation& refuseYielded();
+    const Evaluation& last() const { return m_group.last(); }
 
     /// Constraints that would have to go for the rotation that was tried last, in drawing order.
     const std::vector<std::string>& rotateReport() const { return m_rotateReport; }
@@ -56,15 +43,8 @@ public:
     std::vector<std::string> againstPlaced(const std::vector<std::string>& entities,
                                            const std::vector<std::string>& first) const;
 
-    /// Leads dimensions that drive the drawing to other values and has everything that hangs on them follow. False when
-    /// the constraints do not let them, and nothing has changed then.
-    bool lead(const std::vector<DimensionGoal>& goals);
-    /// Gives a line another length, wherever its ends come to lie. False when the constraints do not let it: then
-    /// nothing has changed, and last() is as it was, but for how far the edit could be followed.
-    bool leadLength(const std::string& line, double length);
-    /// Moves the drawing as little as it takes for a new constraint to hold, by shifting and turning where that will
-    /// do. False when the others do not let it, and nothing has changed then.
-    bool hold(const std::string& constraint);
+    /// What is asked of the constraints themselves, without a header.
+    GroupSolving& group() { return m_group; }
 
     /// How an entity was before the command changed it, for when it is to stay as it is now: then the others are led
     /// from there.
@@ -79,21 +59,10 @@ public:
     void endCommand();
 
 private:
-    template <class Work>
-    void run(const Work& work);
     bool evaluateGroup();
     bool evaluate(AssocConstraintHeader& header);
     void evaluateStatic(LvEvaDataConverter& converter);
     EditRequest demandAsPlaced(HostSketch& host, const YxArray<YxDbObjectId>& ids) const;
-    bool solveAndWrite(HostSketch& host, const EditRequest& request);
-    template <class DemandFor>
-    bool solveAround(std::vector<std::string> names, const DemandFor& demandFor);
-    template <class DemandFor>
-    bool solveWith(HostSketch host, const DemandFor& demandFor);
-    bool accept(HostSketch& host, const EditRequest& request, const SolveResult& result);
-    std::vector<std::string> entitiesOn(const std::vector<std::string>& constraints) const;
-    std::vector<std::string> withUnsolved(std::vector<std::string> names) const;
-    HostSketch allAround(std::vector<std::string> names) const;
     std::vector<std::string> namesIn(const AssocConstraintHeader& header) const;
     using RequestOf = EditRequest (*)(const Drawing&, HostSketch&, const AssocConstraintHeader&, const ConverterFeed&);
     bool feedAndSolve(AssocConstraintHeader& header, LvEditorType editor, RequestOf requestOf);
@@ -105,13 +74,9 @@ private:
     bool endDrag(AssocConstraintHeader& header);
     void putBack(const AssocConstraintHeader& header);
     void noteShortfall(const YxGeMatrix3d& transform);
-    void note(const HostSketch& host, const SolveResult& result, double miss);
-
-    struct Yielded;
 
     Drawing& m_drawing;
-    Evaluation m_last;
-    std::unique_ptr<Yielded> m_yielded;
+    GroupSolving m_group;
     std::vector<std::string> m_rotateReport;
     int m_trialPointCount = 0;  ///< base points in the header when a rotation was tried last
     std::unique_ptr<HostDrag> m_drag;

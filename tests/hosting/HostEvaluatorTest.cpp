@@ -82,7 +82,7 @@ TEST(EvaluatedAlign, NamesWhatItYieldedToForACommandThatRefusesLess) {
     Hosted hosted(corner({constraint("level", ConstraintType::horizontal, {{"a"}})}));
     align(hosted, {"a"}, turn(90, {0, 0}));
     hosted.evaluate();
-    const Evaluation& refused = hosted.evaluator.refuseYielded();
+    const Evaluation& refused = hosted.evaluator.group().refuseYielded();
     EXPECT_FALSE(refused.solved);
     EXPECT_EQ(refused.conflicting, std::vector<std::string>{"level"});
 }
@@ -91,7 +91,7 @@ TEST(EvaluatedAlign, HasNothingToNameWhereItWasMet) {
     Hosted hosted(corner());
     align(hosted, {"a"}, turn(90, {0, 0}));
     hosted.evaluate();
-    EXPECT_TRUE(hosted.evaluator.refuseYielded().solved);
+    EXPECT_TRUE(hosted.evaluator.group().refuseYielded().solved);
 }
 
 TEST(EvaluatedAlign, LeavesWhatIsNotConnectedToTheLastBit) {

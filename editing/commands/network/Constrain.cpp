@@ -150,7 +150,7 @@ void addGeometric(EditContext& context, const Wish& wish) {
         if (const std::optional<std::vector<std::string>> by = implying(part, wish.constraint.id))
             refuseImplied(wish, part, *by);
     context.drawing.addConstraint(wish.constraint);
-    if (!context.evaluator.hold(wish.constraint.id))
+    if (!context.evaluator.group().hold(wish.constraint.id))
         throw EditError("the constraints of the drawing do not let it hold");
 }
 

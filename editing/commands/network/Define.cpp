@@ -61,7 +61,7 @@ bool isLed(EditContext& context, const std::vector<DimensionGoal>& goals) {
         const Constraint was = *context.drawing.constraint(goal.id);
         words.push_back("rounded from " + spoken(spokenValue(was.type, *was.value)));
     }
-    if (!context.evaluator.lead(goals))
+    if (!context.evaluator.group().lead(goals))
         return false;
     for (std::size_t i = 0; i < goals.size(); ++i)
         context.reasons.note(goals[i].id, words[i]);

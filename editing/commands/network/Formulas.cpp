@@ -109,7 +109,7 @@ Calculated calculated(const Drawing& drawing, const OtherItems& others, const So
 bool leadTo(EditContext& context, const Calculated& calculated) {
     if (calculated.parameters != context.drawing.parameters())
         context.drawing.setParameters(calculated.parameters);
-    return calculated.goals.empty() || context.evaluator.lead(calculated.goals);
+    return calculated.goals.empty() || context.evaluator.group().lead(calculated.goals);
 }
 
 bool leadWith(EditContext& context, const Constraint& dimension, Calculated calculated) {

@@ -88,7 +88,7 @@ void remarkImplied(EditContext& context, const Document& part, const Constraint&
 void lead(EditContext& context, const Constraint& wanted, double measured) {
     Drawing& drawing = context.drawing;
     if (!isDimension(wanted.type)) {
-        if (canBeGiven(wanted.type) && !context.evaluator.hold(wanted.id))
+        if (canBeGiven(wanted.type) && !context.evaluator.group().hold(wanted.id))
             throw EditError("the constraints of the drawing do not let " + wanted.id + " hold");
     } else if (wanted.driving && !leadWith(context, wanted, calculated(drawing, {{wanted.id, itemOf(wanted)}}))) {
         throw EditError("the constraints do not let " + wanted.id + " be " +

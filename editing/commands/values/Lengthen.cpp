@@ -48,7 +48,7 @@ void orLength(const EditContext& context, const std::string& name, const Shape& 
             throw;
         putBack(context, edited);
         context.drawing.write(name, before);
-        if (context.evaluator.leadLength(name, lengthOf(wanted)))
+        if (context.evaluator.group().leadLength(name, lengthOf(wanted)))
             return;
         context.drawing.write(name, wanted);
         throw;
