@@ -2,17 +2,14 @@
 
 #include <algorithm>
 #include <exception>
-#include <new>
-#include <stdexcept>
 #include <utility>
-
-#include <yxbase/YxError.h>
 
 #include "document/ConstraintNumbers.h"
 #include "editing/Check.h"
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
 #include "editing/Refusal.h"
+#include "editing/RefusedEdit.h"
 #include "editing/aftermath/Aftermath.h"
 #include "editing/aftermath/FormulaFollowing.h"
 #include "editing/commands/move/Pull.h"
@@ -21,7 +18,6 @@
 #include "editing/fates/TouchedFreedom.h"
 #include "editing/text/Parse.h"
 #include "editing/ties/Ties.h"
-#include "geometry/GeometryError.h"
 #include "hosting/Drawing.h"
 #include "hosting/evaluator/HostEvaluator.h"
 
@@ -248,8 +244,9 @@ void Session::attempt(std::string_view text, const std::function<Edit()>& read, 
             throw;
         }
     } catch (...) {
-        std::string error = errorOf(text, edited);
-        RefusalFacts facts = factsOf();
+        const RefusedEdit refused{text, edited, *this, *m_drawing, m_evaluator->last()};
+        std::string error = refused.sentence();
+        RefusalFacts facts = refused.facts();
         rollBack();
         makeRoom();
         result.outcome = {std::string(text), std::move(error)};
@@ -275,105 +272,6 @@ void Session::rollBack() noexcept {
         m_evaluator.reset();
         m_drawing.reset();
     }
-}
-
-/// Why an edit was refused, out of what is being thrown.
-std::string Session::errorOf(std::string_view text, const std::vector<std::string>& edited) const noexcept {
-    try {
-        return reasonOf(text, edited);
-    } catch (...) {
-        return "out of memory";  // so short that it takes none
-    }
-}
-
-std::string Session::reasonOf(std::string_view text, const std::vector<std::string>& edited) const {
-    const auto failed = [&](const std::string& what) {
-        return "\"" + std::string(text) + "\" is not possible: " + what + "; the drawing is as it was";
-    };
-    try {
-        throw;
-    } catch (const RefusedWord& refusal) {
-        return solversReason(sentenceOf(refusal.refusal(), text), edited);
-    } catch (const GeometryError& refusal) {
-        return solversReason(impossible(text, refusal), edited);
-    } catch (const std::invalid_argument& refusal) {
-        return solversReason(impossible(text, refusal), edited);
-    } catch (const std::runtime_error& refusal) {
-        return solversReason(refusal.what(), edited);
-    } catch (const std::bad_alloc&) {
-        return failed("there is not enough memory for it");
-    } catch (const std::exception& refusal) {
-        return failed(std::string("the program failed in it (") + refusal.what() + ")");
-    } catch (const YxError&) {
-        return failed("the host failed in it");
-    } catch (...) {
-        return failed("the program failed in it");
-    }
-}
-
-/// The same for programs.
-RefusalFacts Session::factsOf() const noexcept {
-    try {
-        return blame();
-    } catch (...) {
-        return {RefusalCause::memory};
-    }
-}
-
-RefusalFacts Session::blame() const {
-    try {
-        throw;
-    } catch (const EditSyntaxError& refusal) {
-        return {RefusalCause::text, refusal.column()};
-    } catch (const RefusedWord& refusal) {
-        return solversFacts().value_or(RefusalFacts{RefusalCause::word, refusal.refusal().column});
-    } catch (const std::bad_alloc&) {
-        return {RefusalCause::memory};
-    } catch (const std::invalid_argument&) {
-        return solversFacts().value_or(RefusalFacts{});
-    } catch (const std::runtime_error&) {
-        return solversFacts().value_or(RefusalFacts{});
-    } catch (...) {
-        return {RefusalCause::failure};
-    }
-}
-
-std::optional<RefusalFacts> Session::solversFacts() const {
-    const Evaluation& last = m_evaluator->last();
-    if (last.solved)
-        return std::nullopt;
-    RefusalFacts facts{.cause = RefusalCause::constraints, .followed = last.followed};
-    std::vector<std::string> inTheWay = last.conflicting;
-    if (inTheWay.empty())
-        inTheWay.push_back(last.worst);
-    for (const Constraint& constraint : document().constraints)  // what the edit has added is none of the drawing's
-        if (constraint.active && std::find(inTheWay.begin(), inTheWay.end(), constraint.id) != inTheWay.end())
-            facts.constraints.push_back(constraint.id);
-    return facts;
-}
-
-/// When the evaluator has failed it knows better what was in the way than the command that gave up.
-std::string Session::solversReason(const std::string& reason, const std::vector<std::string>& edited) const {
-    const Evaluation& last = m_evaluator->last();
-    if (last.solved)
-        return reason;
-    Document concerned;
-    for (const Constraint& constraint : document().constraints)
-        if (constraint.id == last.worst ||
-            std::find(last.conflicting.begin(), last.conflicting.end(), constraint.id) != last.conflicting.end())
-            concerned.constraints.push_back(constraint);
-    // What the edit has added is in the way, too, but nothing that could be deleted.
-    const auto isThere = [&](const std::string& id) {
-        return std::any_of(concerned.constraints.begin(), concerned.constraints.end(),
-                           [&](const Constraint& constraint) { return constraint.id == id && constraint.active; });
-    };
-    std::vector<Constraint> added;
-    for (const std::string& id : last.conflicting)
-        if (std::optional<Constraint> found = isThere(id) ? std::nullopt : m_drawing->constraint(id))
-            added.push_back(std::move(*found));
-    const std::vector<std::string> determined =
-        isUnexplained(last) ? determinedAmong(document(), edited) : std::vector<std::string>();
-    return refusalOf(last, concerned, edited, added, determined);
 }
 
 void Session::run(const Edit& edit, EditContext& context, EditResult& result) {

@@ -126,12 +126,6 @@ private:
     void openAgain();
     void rollBack() noexcept;
     void makeRoom();
-    std::string errorOf(std::string_view text, const std::vector<std::string>& edited) const noexcept;
-    std::string reasonOf(std::string_view text, const std::vector<std::string>& edited) const;
-    RefusalFacts factsOf() const noexcept;
-    RefusalFacts blame() const;
-    std::optional<RefusalFacts> solversFacts() const;
-    std::string solversReason(const std::string& reason, const std::vector<std::string>& edited) const;
     void finishCommand(const EditContext& context);
     TieReasons tied(EditContext& context, const Edit& edit, double sizeBefore) const;
     std::vector<Constraint> deletedByUser() const;
