@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstddef>
 #include <optional>
-#include <tuple>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -14,12 +13,12 @@
 #include "document/OutOfReach.h"
 #include "document/Places.h"
 #include "editing/EditContext.h"
+#include "editing/define/DatumSearch.h"
+#include "editing/define/ProposedRelations.h"
 #include "geometry/DisjointSets.h"
 #include "geometry/Tolerances.h"
-#include "geometry/Vec2.h"
 #include "hosting/ConstraintRanks.h"
 #include "hosting/DocumentSketch.h"
-#include "inference/Infer.h"
 
 namespace holdfast::editing {
 
@@ -29,43 +28,12 @@ namespace {
 /// moves for what is added.
 constexpr double kHoldsAsDrawn = 1e-10;
 
-/// Directions may differ by more than rounding; the lengths decide.
-constexpr double kNearlyAlong = 1e-6;
-
 /// Rounds without what made others redundant in those before; few drawings need a second one. In each round so many
 /// are left out at most.
 constexpr int kMostRounds = 12, kMostTwiceSaid = 24;
 
 /// So many relations are left out in turn where freedom is left.
 constexpr std::size_t kMostRelations = 6;
-
-constexpr const char* kAsDrawn = "it holds as drawn";
-
-Proposal asDrawn(ConstraintType type, std::vector<Place> refs) {
-    Proposal proposal;
-    proposal.constraint.type = type;
-    proposal.constraint.refs = std::move(refs);
-    proposal.reason = kAsDrawn;
-    return proposal;
-}
-
-/// A constraint of two equations is followed by its halves, for where the drawing says one of them already.
-void addWithHalves(std::vector<Proposal>& proposals, const Constraint& whole) {
-    proposals.push_back(asDrawn(whole.type, whole.refs));
-    switch (whole.type) {
-        case ConstraintType::collinear:
-            proposals.push_back(asDrawn(ConstraintType::parallel, whole.refs));
-            proposals.push_back(asDrawn(ConstraintType::pointOnCurve, {startOfLine(whole.refs[1]), whole.refs[0]}));
-            return;
-        case ConstraintType::coincident:
-        case ConstraintType::concentric:
-            proposals.push_back(asDrawn(ConstraintType::horizontal, whole.refs));
-            proposals.push_back(asDrawn(ConstraintType::vertical, whole.refs));
-            return;
-        default:
-            return;
-    }
-}
 
 /// A value with the fewest decimals that still says what is measured; one with more than drawings are made with stays.
 double plainly(double measured, double same) {
@@ -239,11 +207,11 @@ private:
     }
 
     /// Takes of the proposals, which are the last constraints of a document, those that say something of their own.
-    void takeFrom(std::vector<Proposal>& proposals, ConstraintRanks& ranks, std::size_t first,
+    void takeFrom(const std::vector<Proposal>& proposals, ConstraintRanks& ranks, std::size_t first,
                   const std::vector<double>& misses) {
         for (const bool inPart : {false, true})
             for (std::size_t i = 0; i < proposals.size(); ++i) {
-                Proposal& proposal = proposals[i];
+                const Proposal& proposal = proposals[i];
                 const std::size_t number = first + i;
                 if (misses[number] > m_same || (inPart && !proposal.mayBeImpliedInPart) ||
                     m_refused.contains(keyOf(proposal.constraint)) || !isAsked(proposal.constraint, ranks))
@@ -253,93 +221,16 @@ private:
             }
     }
 
-    std::vector<Proposal> relations() const {
-        std::vector<Proposal> proposals = heldEllipses(m_document);
-        InferOptions options;
-        options.length = m_same;
-        options.angle = kNearlyAlong;
-        options.relations = true;
-        const Inference found = inferConstraints(m_document, options);
-        for (std::size_t i = m_document.constraints.size(); i < found.document.constraints.size(); ++i)
-            addWithHalves(proposals, found.document.constraints[i]);
-        for (auto directions : {uprightProposals, slantedTexts})
-            for (Proposal& direction : directions(m_document, kHoldsAsDrawn)) {
-                direction.reason = kAsDrawn;
-                proposals.push_back(std::move(direction));
-            }
-        return proposals;
-    }
-
     void takeRelations() {
-        std::vector<Proposal> proposals = relations();
+        if (!m_relations)
+            m_relations = proposedRelations(m_document, m_same);
         const std::size_t first = m_document.constraints.size();
         Document document = m_document;
-        for (const Proposal& proposal : proposals)
+        for (const Proposal& proposal : *m_relations)
             add(document, proposal.constraint);
         ConstraintRanks ranks = ranksOf(document, first);
-        takeFrom(proposals, ranks, first, DocumentSketch(document).shortfalls());
-        m_datum = datumIn(ranks);
-    }
-
-    /// Reference geometry at the origin, or what else is held already; where there is none, a point that is to be fixed
-    /// for it, at the origin or at the lower left. Points that are held in one direction only may serve for that one.
-    std::optional<Datum> datumIn(ConstraintRanks& ranks) const {
-        Best held, heldInX, heldInY, free, sliding;
-        for (std::size_t i = 0; i < m_document.entities.size(); ++i) {
-            const Entity& entity = m_document.entities[i];
-            for (const Place& place : pointsOf(entity)) {
-                const auto point = pointAt(entity.shape, place);
-                const int freedom = point && !m_isAlone[i] ? ranks.freedomOf(place) : -1;
-                if (freedom < 0 || (freedom > 0 && !m_mayMove[i]))
-                    continue;
-                const Rank rank = rankOf(entity, *point);
-                (freedom == 0 ? held : freedom == 1 ? sliding : free).take(place, rank, m_same);
-                if (freedom == 1 && ranks.isDetermined(place, 0))
-                    heldInX.take(place, rank, m_same);
-                if (freedom == 1 && ranks.isDetermined(place, 1))
-                    heldInY.take(place, rank, m_same);
-            }
-        }
-        if (held.place)
-            return Datum{*held.place, *held.place};
-        if (heldInX.place && heldInY.place)
-            return Datum{*heldInX.place, *heldInY.place};
-        if (free.place)
-            return Datum{*free.place, *free.place, free.place};
-        if (!sliding.place)
-            return std::nullopt;
-        return Datum{heldInX.place.value_or(*sliding.place), heldInY.place.value_or(*sliding.place), sliding.place,
-                     true};
-    }
-
-    /// How well a point serves as a datum: reference geometry first, of that and of the rest the origin first, then
-    /// what was drawn as a point, and then from the lower left on.
-    struct Rank {
-        bool isForeign = true, isElsewhere = true, isPart = true;
-        double position = 0.0;
-
-        bool isBefore(const Rank& other, double same) const {
-            const auto kind = std::tie(isForeign, isElsewhere, isPart);
-            const auto otherKind = std::tie(other.isForeign, other.isElsewhere, other.isPart);
-            return kind == otherKind ? position < other.position - same : kind < otherKind;
-        }
-    };
-
-    struct Best {
-        std::optional<Place> place{};
-        Rank rank{};
-
-        void take(const Place& other, const Rank& its, double same) {
-            if (place && !its.isBefore(rank, same))
-                return;
-            place = other;
-            rank = its;
-        }
-    };
-
-    Rank rankOf(const Entity& entity, Vec2 point) const {
-        return {!entity.fixed, std::hypot(point.x, point.y) > m_same,
-                !(entity.fixed && std::holds_alternative<PointShape>(entity.shape)), point.x + point.y};
+        takeFrom(*m_relations, ranks, first, DocumentSketch(document).shortfalls());
+        m_datum = datumIn(m_document, ranks, m_isAlone, m_mayMove, m_same);
     }
 
     std::vector<std::vector<std::size_t>> partsOf(const Document& document) const {
@@ -388,7 +279,9 @@ private:
     }
 
     Proposal fixedDatum() const {
-        Proposal fixed = asDrawn(ConstraintType::fixed, {*m_datum->toBeFixed});
+        Proposal fixed;
+        fixed.constraint.type = ConstraintType::fixed;
+        fixed.constraint.refs = {*m_datum->toBeFixed};
         fixed.reason = "the datum, from which the rest is measured";
         return fixed;
     }
@@ -500,6 +393,7 @@ private:
     std::vector<bool> m_isAlone, m_isRigid;
     bool m_isWhole = false;
     double m_size = 1.0, m_same = 0.0;
+    std::optional<std::vector<Proposal>> m_relations;  ///< the same in every round
     std::optional<Datum> m_datum;
     std::unordered_set<std::string> m_refused;  ///< constraints that make others redundant
     DocumentDiagnosis m_whole;                  ///< of the drawing with what is to be added
