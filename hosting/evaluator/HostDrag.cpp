@@ -71,8 +71,8 @@ bool isFinite(const YxGeMatrix3d& transform) {
 /// edit has to leave of it.
 constexpr double kVanishing = 0.03;
 
-/// Shorter drags that a drag is divided into when nothing else leads all its way, and what they may cost together, as
-/// SolveResult::factorWork counts it: some tenths of a second.
+/// Shorter drags that a drag is divided into when nothing else leads all its way, and what they may cost together, or
+/// the one that goes on where it has ended, as SolveResult::factorWork counts it: some tenths of a second.
 constexpr int kLegs = 8;
 constexpr long kMostLegWork = 2'500'000;
 
@@ -293,9 +293,9 @@ void HostDrag::leaveBroken() {
     restart();
 }
 
-/// A drag that ends short of the transform although its way leads farther than its steps is gone once more as several
-/// shorter ones: what is left of a short line is in the way of the first of them only, and each may find another way
-/// round what would turn over.
+/// A drag that ends short of the transform although its way leads farther than its steps is taken up once more from
+/// there, and then from the beginning as several shorter ones: what is left of a short line is in the way of the first
+/// of them only, and each may find another way round what would turn over.
 void HostDrag::land(const YxGeMatrix3d& transform) {
     if (!goFarther(transform) || !isTranslation(transform))
         return;
@@ -303,8 +303,15 @@ void HostDrag::land(const YxGeMatrix3d& transform) {
     const std::vector<double> first = m_host.sketch.values;
     const double miss = m_miss;
     const int steps = m_steps;
-    m_mostWork = m_work + kMostLegWork;
-    const bool isThere = goInLegs(transform) && !isRuinedSince(drawn);
+    SketchData farther = drawn;
+    farther.values = first;
+    farther.takeReference();
+    const auto isThereIn = [&](int legs, const SketchData& from) {
+        m_drawn = from;
+        m_mostWork = m_work + kMostLegWork;
+        return goInLegs(transform, legs) && !isRuinedSince(drawn);
+    };
+    const bool isThere = isThereIn(1, farther) || isThereIn(kLegs, drawn);
     m_mostWork = std::numeric_limits<long>::max();
     m_drawn = drawn;
     m_steps = steps;
@@ -313,11 +320,11 @@ void HostDrag::land(const YxGeMatrix3d& transform) {
     restart();
 }
 
-bool HostDrag::goInLegs(const YxGeMatrix3d& transform) {
-    for (int leg = 1; leg <= kLegs; ++leg) {
+bool HostDrag::goInLegs(const YxGeMatrix3d& transform, int legs) {
+    for (int leg = 1; leg <= legs; ++leg) {
         YxGeMatrix3d part = transform;
         for (int row = 0; row < 2; ++row)
-            part(row, 3) *= static_cast<double>(leg) / kLegs;
+            part(row, 3) *= static_cast<double>(leg) / legs;
         restart();
         m_steps = 1;
         if (!stepWithin(part).isSolved())

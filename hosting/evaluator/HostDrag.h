@@ -81,7 +81,7 @@ private:
     SolveResult yield(const EditRequest& request, const std::vector<double>& goals, const SolveResult& followed);
     void restart();
     /// In several shorter drags, each from where the last one has led; false where one falls short.
-    bool goInLegs(const YxGeMatrix3d& transform);
+    bool goInLegs(const YxGeMatrix3d& transform, int legs);
     /// Next to nothing is left of something that is not edited.
     bool isRuinedSince(const SketchData& drawn) const;
     bool goFarther(const YxGeMatrix3d& transform);

@@ -14,26 +14,27 @@ namespace {
 /// by eye.
 constexpr double kOneDirection = 1e-5;
 
-/// From its end into a line or an arc, of length 1.
-Vec2 inwards(const SketchEntity& entity, bool isStart, std::span<const double> v) {
-    const int first = entity.firstValue;
-    const auto point = [&](int offset) { return Vec2{v[at(first + offset)], v[at(first + offset + 1)]}; };
-    Vec2 way;
-    if (entity.kind == EntityKind::line) {
-        way = isStart ? point(2) - point(0) : point(0) - point(2);
-    } else {
-        const Vec2 ray = point(isStart ? 3 : 5) - point(0);
-        way = isStart ? Vec2{-ray.y, ray.x} : Vec2{ray.y, -ray.x};
-    }
-    const double length = std::hypot(way.x, way.y);
-    return length > 0.0 ? Vec2{way.x / length, way.y / length} : Vec2{};
-}
-
 bool isEnd(const SketchPlace& place) {
     return place.kind == PlaceKind::start || place.kind == PlaceKind::end;
 }
 
 }  // namespace
+
+/// From the end into its line or arc, of length 1.
+Vec2 SmoothJoins::inwards(const SketchData& sketch, const End& end, std::span<const double> v) {
+    const SketchEntity& entity = sketch.entities[at(end.entity)];
+    const int first = entity.firstValue;
+    const auto point = [&](int offset) { return Vec2{v[at(first + offset)], v[at(first + offset + 1)]}; };
+    Vec2 way;
+    if (entity.kind == EntityKind::line) {
+        way = end.isStart ? point(2) - point(0) : point(0) - point(2);
+    } else {
+        const Vec2 ray = point(end.isStart ? 3 : 5) - point(0);
+        way = end.isStart ? Vec2{-ray.y, ray.x} : Vec2{ray.y, -ray.x};
+    }
+    const double length = std::hypot(way.x, way.y);
+    return length > 0.0 ? Vec2{way.x / length, way.y / length} : Vec2{};
+}
 
 SmoothJoins::SmoothJoins(const SketchData& sketch, std::span<const double> values, std::span<const int> without) {
     const auto canJoin = [&](const SketchPlace& place) {
@@ -49,26 +50,28 @@ SmoothJoins::SmoothJoins(const SketchData& sketch, std::span<const double> value
             (sketch.entities[at(a.entity)].kind == EntityKind::line &&
              sketch.entities[at(b.entity)].kind == EntityKind::line))
             continue;
-        const Join join{{a.entity, a.kind == PlaceKind::start}, {b.entity, b.kind == PlaceKind::start}};
-        if (meeting(sketch, join, values) == Meeting::smooth)
+        Join join{{a.entity, a.kind == PlaceKind::start}, {b.entity, b.kind == PlaceKind::start}};
+        join.wasA = inwards(sketch, join.a, values);
+        join.wasB = inwards(sketch, join.b, values);
+        if (meetingOf(join.wasA, join.wasB) == Meeting::smooth)
             m_joins.push_back(join);
     }
 }
 
 std::optional<Degeneracy> SmoothJoins::findCusp(const SketchData& sketch, std::span<const double> now) const {
-    for (const Join& join : m_joins)
-        if (meeting(sketch, join, now) == Meeting::cusp) {
-            const bool isArc = sketch.entities[at(join.a.entity)].kind == EntityKind::arc;
-            const auto name = [&](const End& end) { return nameOf(sketch, {end.entity, PlaceKind::whole, 0}); };
-            const End &arc = isArc ? join.a : join.b, &other = isArc ? join.b : join.a;
-            return Degeneracy{arc.entity, -1, name(arc) + " would run back on " + name(other)};
-        }
+    for (const Join& join : m_joins) {
+        const Vec2 a = inwards(sketch, join.a, now), b = inwards(sketch, join.b, now);
+        if (meetingOf(a, b) != Meeting::cusp)
+            continue;
+        const auto name = [&](const End& end) { return nameOf(sketch, {end.entity, PlaceKind::whole, 0}); };
+        const bool isFirst = dot(a, join.wasA) < dot(b, join.wasB);
+        const End &turned = isFirst ? join.a : join.b, &other = isFirst ? join.b : join.a;
+        return Degeneracy{turned.entity, -1, name(turned) + " would run back on " + name(other)};
+    }
     return std::nullopt;
 }
 
-SmoothJoins::Meeting SmoothJoins::meeting(const SketchData& sketch, const Join& join, std::span<const double> values) {
-    const Vec2 a = inwards(sketch.entities[at(join.a.entity)], join.a.isStart, values);
-    const Vec2 b = inwards(sketch.entities[at(join.b.entity)], join.b.isStart, values);
+SmoothJoins::Meeting SmoothJoins::meetingOf(Vec2 a, Vec2 b) {
     const double cosine = dot(a, b);
     if (std::abs(cross(a, b)) > kOneDirection || cosine == 0.0)
         return Meeting::corner;

@@ -17,7 +17,8 @@ public:
     /// Those with none of these entities, ascending, whose direction the user may want to turn. Linear in the sketch.
     SmoothJoins(const SketchData& sketch, std::span<const double> values, std::span<const int> without);
 
-    /// The first of them that has become a cusp: both still have one direction there, but run back on each other.
+    /// The first of them that has become a cusp: both still have one direction there, but run back on each other. Of
+    /// the two it is told of the one that has turned round, through having no length or no sweep.
     std::optional<Degeneracy> findCusp(const SketchData& sketch, std::span<const double> now) const;
 
 private:
@@ -26,13 +27,16 @@ private:
         int entity = -1;
         bool isStart = false;
     };
+    /// With the directions that they had from there, of length 1.
     struct Join {
         End a, b;
+        Vec2 wasA{}, wasB{};
     };
 
     enum class Meeting { smooth, cusp, corner };
 
-    static Meeting meeting(const SketchData& sketch, const Join& join, std::span<const double> values);
+    static Meeting meetingOf(Vec2 a, Vec2 b);
+    static Vec2 inwards(const SketchData& sketch, const End& end, std::span<const double> v);
 
     std::vector<Join> m_joins;
 };
