@@ -208,11 +208,8 @@ const EditResult& Session::transact(std::string_view text, const std::function<E
     const HostProcess::Scope bound(drawing().process());
     const auto start = std::chrono::steady_clock::now();
     m_pull.reset();
-    Drawing::ToSolve toSolve = m_drawing->toSolve();
     EditResult result;
     attempt(text, read, result);
-    if (!result.outcome.done() && m_drawing != nullptr)
-        m_drawing->takeToSolve(std::move(toSolve));
     result.time = std::chrono::steady_clock::now() - start;
     m_results.push_back(std::move(result));
     return m_results.back();
@@ -227,7 +224,9 @@ void Session::makeRoom() {
 
 void Session::attempt(std::string_view text, const std::function<Edit()>& read, EditResult& result) {
     std::vector<std::string> edited;
+    std::optional<Drawing::ToSolve> toSolve;
     try {
+        toSolve = m_drawing->toSolve();
         makeRoom();
         result.outcome.text = text;
         DeletionReasons reasons;
@@ -248,6 +247,8 @@ void Session::attempt(std::string_view text, const std::function<Edit()>& read, 
         std::string error = refused.sentence();
         RefusalFacts facts = refused.facts();
         rollBack();
+        if (toSolve && m_drawing != nullptr)
+            m_drawing->takeToSolve(std::move(*toSolve));
         makeRoom();
         result.outcome = {std::string(text), std::move(error)};
         result.refusal = std::move(facts);

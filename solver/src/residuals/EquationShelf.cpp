@@ -53,13 +53,23 @@ EquationShelf::Taken EquationShelf::take(const SketchData& sketch, std::span<con
         taken.system.set.splines = &sketch.splines;
         return taken;
     }
-    Taken taken{buildSystem(sketch, constraints, sizes), freePlace()};
+    Taken taken;
+    taken.system = buildSystem(sketch, constraints, sizes);
+    Kept kept;
+    kept.needs.constraints.assign(constraints.begin(), constraints.end());
+    for (const int c : constraints)
+        kept.needs.goals.push_back(sketch.constraints[at(c)].value);
+    kept.needs.reference = sketch.reference;
+    kept.needs.values = sketch.values;
+    kept.needs.sizes = sizes;
+    kept.start = taken.system.values;
+    kept.isOut = true;
+    // Nothing that can fail comes after it has a place.
+    taken.place = freePlace();
     if (taken.place < 0)
         return taken;
-    Needs needs{{constraints.begin(), constraints.end()}, {}, sketch.reference, sketch.values, sizes};
-    for (const int c : constraints)
-        needs.goals.push_back(sketch.constraints[at(c)].value);
-    m_kept[at(taken.place)] = {std::move(needs), {}, taken.system.values, true, ++m_uses};
+    kept.lastUse = ++m_uses;
+    m_kept[at(taken.place)] = std::move(kept);
     return taken;
 }
 
