@@ -249,6 +249,50 @@ TEST(DragEdit, GoesOverAPlaceWhereALineHasNoLengthAsSeveralDo) {
     EXPECT_NEAR(lineNamed(session, "g0").end.x, 0.42, 1e-9);
 }
 
+/// The base has no length where it goes over the axis, and the way ends short of all that was asked; a drag from there
+/// goes on.
+TEST(DragEdit, GoesOnWhereItsWayHasEnded) {
+    Document document;
+    document.name = "teeth";
+    document.entities = {lineEntity("g0", {-2.85, -0.0250000019264838}, {-2.85, -3.2}),
+                         lineEntity("g1", {-2.85, -3.2}, {2.85, -3.2}),
+                         lineEntity("g2", {2.85, -3.2}, {2.85, -0.0249999981025435}),
+                         lineEntity("g13", {1.2363190427919506, -0.0156353796663421}, {1.5999999999999999, -0.4}),
+                         lineEntity("g14", {1.5999999999999999, -0.4}, {1.9636809572080494, -0.015635379666342}),
+                         lineEntity("g15", {2.0363190427919506, -0.015635379666342}, {2.4, -0.4}),
+                         lineEntity("g16", {2.4, -0.4}, {2.8076486442185633, -0.0070019319771816}),
+                         lineEntity("g18", {1.5999999999999999, -0.4}, {0.7999999999999999, -0.4}),
+                         lineEntity("g19", {0.7999999999999999, -0.4}, {0, -0.4}),
+                         shapeEntity("g34", ArcShape{{-2.825, -0.025}, 0.025, 0.8036907926016836, 3.141592730649144}),
+                         shapeEntity("g35", ArcShape{{2.825, -0.025}, 0.025, 7.58982651e-08, 2.3379016855450865}),
+                         shapeEntity("axis", XlineShape{{0, 0}, {0, 1}})};
+    document.entities.back().fixed = true;
+    document.constraints = {
+        constraintOf("c0", ConstraintType::vertical, {{"g0"}}),
+        constraintOf("c1", ConstraintType::coincident, {{"g0", PlaceKind::end}, {"g1", PlaceKind::start}}),
+        constraintOf("c2", ConstraintType::coincident, {{"g1", PlaceKind::end}, {"g2", PlaceKind::start}}),
+        constraintOf("c3", ConstraintType::vertical, {{"g2"}}),
+        constraintOf("c4", ConstraintType::symmetric, {{"g0", PlaceKind::end}, {"g1", PlaceKind::end}, {"axis"}}),
+        constraintOf("c12", ConstraintType::coincident, {{"g13", PlaceKind::end}, {"g14", PlaceKind::start}}),
+        constraintOf("c13", ConstraintType::coincident, {{"g15", PlaceKind::end}, {"g16", PlaceKind::start}}),
+        constraintOf("c17", ConstraintType::coincident, {{"g18", PlaceKind::start}, {"g13", PlaceKind::end}}),
+        constraintOf("c57", ConstraintType::equal, {{"g14"}, {"g15"}}),
+        constraintOf("c72", ConstraintType::equal, {{"g19"}, {"g18"}}),
+        constraintOf("c78", ConstraintType::coincident, {{"g34", PlaceKind::end}, {"g0", PlaceKind::start}}),
+        constraintOf("c80", ConstraintType::coincident, {{"g35", PlaceKind::end}, {"g16", PlaceKind::end}}),
+        constraintOf("c81", ConstraintType::coincident, {{"g35", PlaceKind::start}, {"g2", PlaceKind::end}}),
+        constraintOf("c83", ConstraintType::equal, {{"g35"}, {"g34"}}),
+        constraintOf("c84", ConstraintType::tangent, {{"g0"}, {"g34"}}),
+        constraintOf("c86", ConstraintType::tangent, {{"g35"}, {"g16"}}),
+        constraintOf("c87", ConstraintType::symmetric,
+                     {{"g35", PlaceKind::centre}, {"g34", PlaceKind::centre}, {"axis"}})};
+    Session session(document);
+    const EditResult& result = session.apply("drag g0.end by 3.175,0");
+    ASSERT_EQ(result.outcome.error, "");
+    EXPECT_EQ(result.outcome.shortfall, Shortfall{});
+    EXPECT_NEAR(lineNamed(session, "g0").end.x, 0.325, 1e-9);
+}
+
 /// The base would have no length on its way over the axis, and the arc that the wall is tangent to turns over there.
 TEST(DragEdit, GoesAllTheWayThatShorterOnesGo) {
     Document document;
