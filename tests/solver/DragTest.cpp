@@ -262,6 +262,22 @@ TEST(Drag, FollowsAGoalOutOfReachSideways) {
     }
 }
 
+/// A hand on a slider is never quite on its line. At the dead centre that is all that leads nearer at first.
+TEST(Drag, LeavesADeadCentreUnderAHandThatIsNotOnTheLine) {
+    for (const double beside : {0.0, 0.01, 0.5, -4.0}) {
+        SketchText sketch(
+            "fixed! point o 0,0; fixed! xline x 0,0 0; line crank 0,0 5,0; line rod 5,0 15,0; coincident crank.start "
+            "o; coincident crank.end rod.start; point_on_curve rod.end x; distance crank = 5; distance rod = 10");
+        DragSession session = beginAt(sketch, "rod.end");
+        ASSERT_TRUE(dragTo(session, {12.0, beside}).isSolved()) << beside;
+        session.land();
+        EXPECT_NEAR(sketch.at("rod.end").x, 12.0, 1e-6) << beside;
+        EXPECT_EQ(sketch.at("rod.end").y, 0.0) << beside;
+        ASSERT_TRUE(dragTo(session, {20.0, beside}).isSolved()) << "beyond what the crank reaches";
+        EXPECT_NEAR(sketch.at("rod.end").x, 15.0, 1e-2) << beside;
+    }
+}
+
 TEST(Drag, StopsBeforeAnArcWouldCollapse) {
     SketchText sketch(
         "line a 0,0 20,0; arc k 20,5 5 270 360; fixed! xline y 0,0 0; tangent a.end k.start;"

@@ -20,26 +20,34 @@ constexpr double kWorthwhile = 0.99;
 /// Others that moved this much farther than the handles may be on another branch.
 constexpr double kFarFetched = 2.0;
 
-/// How much a hopeless miss has to grow, or its goal to move in parts of it, before wider rings are tried again.
+/// How much a hopeless miss has to grow, or its goal to move in parts of it, before what was in vain is tried again.
 constexpr double kPatience = 2.0, kPatienceSideways = 0.25;
+
+/// The part of the sketch's size by which everything is moved where nothing leads to the goals from where it stands.
+constexpr double kBeside = 1e-4;
 
 }  // namespace
 
 /// Steps within a sketch that says all there is to know of what they move.
 struct Dragging {
-    DragRegion region;
-    double hopelessMiss = 0.0;  ///< the miss at which not even the whole part could help
-    std::vector<double> hopelessGoals{};
+    /// A miss against which something could not help, and the goals then.
+    struct Hopeless {
+        double miss = 0.0;
+        std::vector<double> goals{};
+    };
 
-    /// The whole part could not help against about the same miss of about the same goal.
-    bool isHopeless(double missNow) const {
-        if (missNow >= kPatience * hopelessMiss)
+    DragRegion region;
+    Hopeless inWholePart{}, beside{};
+
+    /// About the same miss of about the same goal.
+    bool isAgain(const Hopeless& hopeless, double missNow) const {
+        if (missNow >= kPatience * hopeless.miss)
             return false;
         double way = 0.0;
         for (std::size_t i = 0; i < region.goals.size(); ++i)
-            way = std::max(way, std::abs(region.goals[i] - hopelessGoals[i]) *
+            way = std::max(way, std::abs(region.goals[i] - hopeless.goals[i]) *
                                     region.workspace.system().metric[at(region.handles[i])]);
-        return way < kPatienceSideways * hopelessMiss;
+        return way < kPatienceSideways * hopeless.miss;
     }
 
     /// Tries wider and wider subproblems until the handles are there. When not even the whole part brings them nearer,
@@ -50,7 +58,7 @@ struct Dragging {
         const std::vector<double> before = region.subproblem->read();
         Attempt first = DragPull(region).approach();
         const double missFirst = region.miss();
-        if (first.isSolved && (region.isMet() || isHopeless(missFirst)))
+        if (first.isSolved && (region.isMet() || isAgain(inWholePart, missFirst)))
             return first;
         Attempt attempt = first;
         const std::vector<double> found = region.subproblem->read();
@@ -71,8 +79,7 @@ struct Dragging {
         if (first.isSolved && (!attempt.isSolved || region.miss() > kWorthwhile * missFirst)) {
             region.undo();
             region.rings = narrowRings;
-            hopelessMiss = missFirst;
-            hopelessGoals = region.goals;
+            inWholePart = {missFirst, region.goals};
             region.makeRegion();
             region.subproblem->write(found);
             attempt = first;
@@ -101,6 +108,45 @@ struct Dragging {
         region.subproblem->write(found);
         attempt.iterations = again.iterations;
         return attempt;
+    }
+
+    /// At a dead centre nothing leads nearer to the goals at first, and only what stands a little beside it shows the
+    /// way: the slider of a crank that a hand pulls not quite along its line.
+    Attempt solveBeside(Attempt attempt) {
+        const EquationSystem& system = region.workspace.system();
+        const double miss = distance(system.values);
+        if (!attempt.isSolved || region.isMet() || miss <= kWorthwhile * distance(region.sketch.values) ||
+            isAgain(beside, miss))
+            return attempt;
+        const std::vector<double> found = region.subproblem->read();
+        std::vector<double> shaken = found;
+        constexpr double phase = 2.7;  // radians from one to the next: no simple part of a turn, so none move alike
+        for (std::size_t j = 0; j < shaken.size(); ++j) {
+            const int u = region.subproblem->unknowns()[j];
+            const double metric = system.metric[at(system.valuesOfUnknown[u].front())];
+            if (metric > 0.0)
+                shaken[j] += kBeside * system.size / metric * std::sin(1.0 + phase * static_cast<double>(j));
+        }
+        region.subproblem->write(shaken);
+        Attempt again = DragPull(region).approach();
+        again.iterations += attempt.iterations;
+        if (again.isSolved && distance(system.values) < kWorthwhile * miss)
+            return again;
+        region.subproblem->write(found);
+        beside = {miss, region.goals};
+        attempt.iterations = again.iterations;
+        return attempt;
+    }
+
+    /// From all goals together, as a length.
+    double distance(std::span<const double> values) const {
+        double squares = 0.0;
+        for (std::size_t i = 0; i < region.goals.size(); ++i) {
+            const std::size_t v = at(region.handles[i]);
+            const double miss = (values[v] - region.goals[i]) * region.workspace.system().metric[v];
+            squares += miss * miss;
+        }
+        return std::sqrt(squares);
     }
 
     /// Others have moved much farther than the handles since the session began.
@@ -157,7 +203,7 @@ struct Dragging {
         SolveResult result;
         if (region.isBeyond())
             return result;
-        attempt = solveFromStart(attempt);
+        attempt = solveBeside(solveFromStart(attempt));
         result.iterations = attempt.iterations;
         result.residual = attempt.residual;
         result.degeneracy = attempt.degeneracy;
