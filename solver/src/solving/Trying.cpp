@@ -21,8 +21,8 @@ constexpr double kTwisted = 0.5;
 
 /// Tries to keep exactly what weighing alone has not kept, and the unknowns and rows, once for every iteration, that
 /// those of one solve may cost together: some hundredths of a second.
-constexpr int kMostKeeping = 24;
-constexpr long kMostKeepingWork = 60'000;
+constexpr int kMostKeeping = 128;
+constexpr long kMostKeepingWork = 400'000;
 
 /// What the sizes that change do more, together, may not be worth that fewer do.
 constexpr double kMostStrain = 2.0;
