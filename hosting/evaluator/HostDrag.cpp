@@ -395,6 +395,7 @@ bool HostDrag::keepShapes(const EditRequest& request, std::vector<double>& led) 
                                                   .edited = request.edited,
                                                   .keepsShapes = true,
                                                   .patience = patience,
+                                                  .mayDivide = false,
                                                   .namesConflicts = false,
                                                   .mostWork = m_mostWork - m_work,
                                                   .shelf = &m_shelf});

@@ -6,6 +6,7 @@
 
 #include "solver/src/sketch/Index.h"
 #include "solver/src/sketch/Measure.h"
+#include "solver/src/solving/Legs.h"
 #include "solver/src/solving/Parts.h"
 #include "solver/src/solving/Solving.h"
 #include "solver/src/solving/Stopwatch.h"
@@ -59,6 +60,12 @@ SolveResult solveWhole(SketchData& sketch, const SolveRequest& request) {
     solving.giveBack();
     answer.result.work = solving.work();
     answer.result.factorWork = solving.factorWork();
+    if (canBeDivided(request, answer))
+        if (Answer divided = solveInLegs(sketch, request, solving.values()); divided.isSolved()) {
+            divided.result.work += answer.result.work;
+            divided.result.factorWork += answer.result.factorWork;
+            answer = std::move(divided);
+        }
     answer.result.times.building = solving.secondsBuilding();
     answer.result.times.iterating = iterating.seconds() - answer.result.times.building - solving.secondsExplaining();
     if (answer.isSolved()) {
