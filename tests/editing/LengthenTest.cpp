@@ -177,5 +177,39 @@ TEST(LengthenEdit, RefusesWithAReasonAndChangesNothing) {
     expectRefused(document, rows);
 }
 
+/// On the way of the whole edit the small arcs at the rim give way until one would turn over; in a few shorter edits
+/// they are carried along.
+TEST(LengthenEdit, GoesAllTheWayThatShorterOnesGo) {
+    Document rim;
+    rim.name = "rim";
+    rim.entities = {
+        lineEntity("g0", {-0.5000000000000007, 19.993749023132207}, {-0.5000000000000007, 20.999999981613303}),
+        shapeEntity("g1", ArcShape{{0, 21}, 0.5, 6.2831853005377285, 9.424777997542774}),
+        lineEntity("g2", {0.5, 20.99999999667907}, {0.5, 19.993749023132203}),
+        lineEntity("g4", {-0.5000000000000007, 19.993749023132207}, {0, 0}),
+        shapeEntity("g6",
+                    ArcShape{{0.8999999999999995, 19.993749000623048}, 0.4, 3.1415925973169068, 6.193217958338638}),
+        shapeEntity("g8", ArcShape{{0, 0}, 20, 1.4394440480634687, 1.5058315265804183}),
+        shapeEntity("origin", PointShape{{0, 0}})};
+    rim.entities.back().fixed = true;
+    rim.constraints = {
+        constraintOf("c0", ConstraintType::coincident, {{"g2", PlaceKind::start}, {"g1", PlaceKind::start}}),
+        constraintOf("c4", ConstraintType::tangent, {{"g2"}, {"g1"}}),
+        constraintOf("c6", ConstraintType::coincident, {{"g4", PlaceKind::start}, {"g0", PlaceKind::start}}),
+        constraintOf("c7", ConstraintType::coincident, {{"g0", PlaceKind::end}, {"g1", PlaceKind::end}}),
+        constraintOf("c8", ConstraintType::tangent, {{"g0"}, {"g1"}}),
+        constraintOf("c9", ConstraintType::vertical, {{"g0"}}),
+        constraintOf("c12", ConstraintType::coincident, {{"g6", PlaceKind::start}, {"g2", PlaceKind::end}}),
+        constraintOf("c17", ConstraintType::coincident, {{"g8", PlaceKind::centre}, {"g4", PlaceKind::end}}),
+        constraintOf("c18", ConstraintType::coincident, {{"g8", PlaceKind::end}, {"g6", PlaceKind::end}}),
+        constraintOf("c22", ConstraintType::coincident, {{"g4", PlaceKind::end}, {"origin"}})};
+    Session session(rim);
+    EXPECT_EQ(session.apply("lengthen g4 end by 40").outcome.error, "");
+    const auto& spoke = std::get<LineShape>(entityNamed(session.document(), "g4").shape);
+    EXPECT_NEAR(distance(spoke.start, spoke.end), 60.0, 1e-3);
+    const auto& nose = std::get<ArcShape>(entityNamed(session.document(), "g1").shape);
+    EXPECT_GT(nose.radius, 0.01 * 0.5);
+}
+
 }  // namespace
 }  // namespace holdfast::editing

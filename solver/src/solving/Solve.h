@@ -57,8 +57,8 @@ struct SolveRequest {
     /// that alone do not hold are one.
     bool keepsShapes = false;
     Patience patience = Patience::all;
-    /// An edit that keeps shapes and that no way leads to is asked for in several parts, one after the other, each as if
-    /// the drawing had always been as the one before has left it.
+    /// An edit that keeps shapes and that no way leads to is asked for in several parts, one after the other, each as
+    /// if the drawing had always been as the one before has left it.
     bool mayDivide = true;
     /// Only whether there is a solution is asked: it need not be the nearest one, and no constraint is left alone.
     bool asksWhether = false;

@@ -20,7 +20,7 @@ constexpr int kMostSpared = 2;
 constexpr double kTwisted = 0.5;
 
 /// Tries to keep exactly what weighing alone has not kept, and the unknowns and rows, once for every iteration, that
-/// those of one solve may cost together: some hundredths of a second.
+/// those of one solve may cost together: a tenth of a second or two.
 constexpr int kMostKeeping = 128;
 constexpr long kMostKeepingWork = 400'000;
 
