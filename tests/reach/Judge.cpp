@@ -89,6 +89,17 @@ bool pointsBack(const SketchData& before, const SketchData& after, int number) {
     return (v[2] - v[0]) * (w[2] - w[0]) + (v[3] - v[1]) * (w[3] - w[1]) < 0.0;
 }
 
+/// One of two circles lay in the other, and the other lies in it now: both still touch on the same side.
+bool liesAroundNow(const SketchData& before, const SketchData& after, const SketchConstraint& constraint) {
+    if (constraint.type != ConstraintType::tangent || constraint.refs.size() != 2)
+        return false;
+    const int a = constraint.refs[0].entity, b = constraint.refs[1].entity;
+    if (before.entities[at(a)].kind == EntityKind::line || before.entities[at(b)].kind == EntityKind::line ||
+        !sizeOf(before, a) || !sizeOf(before, b))
+        return false;
+    return (*sizeOf(before, a) - *sizeOf(before, b)) * (*sizeOf(after, a) - *sizeOf(after, b)) < 0.0;
+}
+
 }  // namespace
 
 double worstResidual(const SketchData& before, const SketchData& after) {
@@ -101,7 +112,8 @@ double worstResidual(const SketchData& before, const SketchData& after) {
         const bool isTurned = std::any_of(refs.begin(), refs.end(), [&](const SketchPlace& place) {
             return pointsBack(before, after, place.entity);
         });
-        worst = std::max(worst, isTurned ? missesAnew[c] : misses[c]);
+        const bool isAnew = isTurned || liesAroundNow(before, after, after.constraints[c]);
+        worst = std::max(worst, isAnew ? missesAnew[c] : misses[c]);
     }
     return worst / before.size();
 }
