@@ -254,6 +254,20 @@ TEST(LeastSurprise, MovesNothingThatHangsOnNothingWhereACrankLeavesItsDeadCentre
     EXPECT_EQ(sketch.at("other.end"), (Vec2{60.0, 50.0}));
 }
 
+/// No dimension asks for a sweep: where one end of an arc is led, the other one does not come to lie beside it.
+TEST(LeastSurprise, LeavesSomethingOfAnArcWhoseEndADimensionLeads) {
+    SketchText sketch(
+        "fixed! point o 0,0; arc rim 0,-0.75 5 -13.34 53.13; arc band 0,0 5.2243 -21.37 54.91; line rib 3,3.25 "
+        "3,4.2713; fixed rim.centre; coincident band.centre o; coincident band.start rim.start; coincident rib.start "
+        "rim.end; coincident rib.end band.end; distance_y o rim.end = 3.25; distance_x o rim.end = 3");
+    ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
+    sketch.sketch.takeReference();
+    ASSERT_TRUE(set(sketch, ConstraintType::distanceX, 6.0).isSolved());
+    const Vec2 c = sketch.at("rim.centre"), a = sketch.at("rim.start"), b = sketch.at("rim.end");
+    const double sweep = std::abs(std::atan2(cross(a - c, b - c), dot(a - c, b - c))) * 180.0 / std::numbers::pi;
+    EXPECT_GT(sweep, 0.01 * 66.47);
+}
+
 /// The flanks of a hand run nearly parallel to where they touch its round tip: the first hundredth of a larger radius
 /// makes them half as long, the rest of it little shorter.
 TEST(LeastSurprise, FollowsARadiusWhoseFirstBitMovesTheMost) {

@@ -59,7 +59,8 @@ Run::Run(const SketchData& sketch, const Task& task) : m_sketch(sketch), m_task(
     for (const int c : task.dimensions)
         if (asksForSizes(sketch.constraints[at(c)].type))
             for (const SketchPlace& place : sketch.constraints[at(c)].refs)
-                m_state.askOf(place.entity);
+                m_state.askOf(place.entity,
+                              sketch.entities[at(place.entity)].kind == EntityKind::arc ? Asked::radius : Asked::sizes);
 }
 
 Run::~Run() {
