@@ -403,8 +403,9 @@ def main():
                 tab.silent(test.__name__)
                 chains.the_script_repeats(tab, PROGRAM, DRAWING, folder)
                 browser.get("about:blank")
-            for kept in pathlib.Path(folder).glob("fresh.*unsaved*"):
-                kept.unlink()
+            for pattern in ("fresh.*unsaved*", "fresh.dropped*"):
+                for kept in pathlib.Path(folder).glob(pattern):
+                    kept.unlink()
             print(f"{test.__name__}: {time.time() - start:.1f} s")
         names_are_no_markup(browser, folder)
         a_page_stands_alone(browser, folder)
