@@ -1,4 +1,5 @@
 """Several tabs on one address: each with a drawing of its own, and one file between them."""
+import os
 import pathlib
 import time
 
@@ -65,16 +66,20 @@ def kept_edits_are_opened_and_deleted(tab, folder):
         with tab.window.named(name):
             tab.window.ask("state")
             tab.window.do("edit", text)
+    dropped = pathlib.Path(folder) / "fresh.dropped.json"
+    dropped.write_text((pathlib.Path(folder) / "fresh.json").read_text())
+    os.utime(dropped, (0, 0))
     tab.type("drag base.end by 5,0")
     tab.after_edit(1)
     time.sleep(11)  # so long a tab that says nothing counts as open
     tab.key(Keys.CONTROL, "s")
-    tab.wait("return document.getElementById('kept').textContent === 'Kept (2)'", "what others have not saved is counted")
+    tab.wait("return document.getElementById('kept').textContent === 'Kept (3)'", "what others have not saved is counted")
     tab.find("#kept").send_keys(Keys.ENTER)
-    tab.wait("return document.querySelectorAll('#kept-dialog li').length === 2", "and listed")
+    tab.wait("return document.querySelectorAll('#kept-dialog li').length === 3", "and listed")
     names = tab.run("return [...document.querySelectorAll('#kept-dialog li button')].map((each) => each.getAttribute('aria-label'))")
-    check(len(names) == 4 and names[0].startswith("Open fresh.unsaved") and ", 1 edit, " in names[0] and names[1].startswith("Delete fresh"),
+    check(len(names) == 6 and names[0].startswith("Open fresh.unsaved") and ", 1 edit, " in names[0] and names[1].startswith("Delete fresh"),
           f"each by its name, its edits and its time: {names}")
+    check("of a drawing that was dropped here" in tab.text("#kept-dialog li:last-of-type"), "of one that was dropped, what it is of")
     check(tab.run("return document.activeElement.textContent") == "Open", "the keyboard is at the first one")
     tab.picture("kept")
     tab.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": [{"name": "prefers-color-scheme", "value": "dark"}]})
@@ -88,13 +93,17 @@ def kept_edits_are_opened_and_deleted(tab, folder):
     tab.browser.switch_to.active_element.send_keys(Keys.ENTER)
     tab.wait("return window.holdfast.drawing.entities.has(arguments[0])", "it is opened with the keyboard", opened)
     check(tab.entity("base")["end"] == [80, 0] and tab.steps() == 1, "with the edits that were done there")
-    tab.wait("return document.getElementById('kept').textContent === 'Kept (1)'", "one is left")
+    tab.wait("return document.getElementById('kept').textContent === 'Kept (2)'", "one is less")
     tab.find("#kept").click()
-    tab.wait("return document.querySelectorAll('#kept-dialog li').length === 1", "which is listed")
+    tab.wait("return document.querySelectorAll('#kept-dialog li').length === 2", "on the list")
     tab.find("#kept-dialog li button:last-of-type").click()
     tab.wait("return document.querySelector('#ask') !== null", "it is asked before one is deleted")
     answer(tab, "Delete it")
-    tab.wait("return document.querySelector('#kept-dialog').textContent.includes('None are left')", "and then it is gone")
+    tab.wait("return document.querySelectorAll('#kept-dialog li').length === 1", "and then it is gone")
+    tab.find("#kept-dialog li button:last-of-type").click()
+    tab.wait("return document.querySelector('#ask') !== null", "so is the next")
+    answer(tab, "Delete it")
+    tab.wait("return document.querySelector('#kept-dialog').textContent.includes('None are left')", "and then there are none")
     tab.browser.switch_to.active_element.send_keys(Keys.ESCAPE)
     tab.wait("return document.querySelector('dialog') === null && document.getElementById('kept').hidden", "no list, no button")
     check(len(list(pathlib.Path(folder).glob("fresh.unsaved*"))) == 1, "of the files, too")
