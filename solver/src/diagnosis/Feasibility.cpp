@@ -174,6 +174,7 @@ bool canBeSolved(const SketchData& sketch, std::span<const int> constraints, std
     const SolveResult result = solve(extract.sketch(), {.targets = extract.targets(),
                                                         .reach = Scope::part,
                                                         .keepsShapes = true,
+                                                        .mayDivide = false,
                                                         .namesConflicts = false,
                                                         .budget = effort.budget()});
     effort.spend(static_cast<std::size_t>(result.work));
