@@ -77,6 +77,23 @@ def a_pulled_point_is_tied(tab, _folder):
     tab.release()
     check(tab.steps() == count, "escape lets go")
     what_is_held_back(tab)
+    what_comes_into_view(tab)
+
+
+def what_comes_into_view(tab):
+    """While one pulls, too, it is something to fall on."""
+    (x, y), to = tab.entity("free")["start"], tab.entity("left")["end"]
+    check(abs(x - to[0]) + abs(y - to[1]) > 10, f"what it is pulled to is far off: {x}, {y} and {to}")
+    tab.run("const [x, y] = arguments, p = window.holdfast; p.view.fit([x - 2, y - 2, x + 2, y + 2]); p.moved()", x, y)
+    tab.press(x, y)
+    tab.pull_to(x + 0.5, y + 0.5)
+    settled(tab)
+    tab.run("window.holdfast.fit()")
+    tab.pull_to(to[0] + 0.4, to[1] + 0.3)
+    settled(tab)
+    check(snapped(tab) is not None, "what came into view while one pulls is fallen on")
+    tab.key(Keys.ESCAPE)
+    tab.release()
 
 
 def what_is_held_back(tab):

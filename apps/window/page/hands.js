@@ -3,7 +3,7 @@
 import { Fingers } from './fingers.js';
 import { picksAt, picksIn } from './picking.js';
 import { distance } from './shapes.js';
-import { snapAt, tieOf } from './snapping.js';
+import { isIn, snapAt, tieOf } from './snapping.js';
 import { named, placed, spoken, written } from './words.js';
 import { Latest, attempt, attemptPull, standsAlone } from './link.js';
 
@@ -50,6 +50,10 @@ class Pull {
     this.misses = false;  // it is held back before it gets there
     /** @type {Set<string>} what moves along, or is tied to it, is nothing to be put on */
     this.along = new Set([pick.id]);
+    /** @type {import('./shapes.js').Box} what was seen, and a rim, when others were last looked for */
+    this.seen = [0, 0, -1, -1];
+    /** @type {string[]} entities in there */
+    this.round = [];
   }
 
   /**
@@ -59,9 +63,26 @@ class Pull {
   snapped(to, page) {
     const { pick } = this, isText = pick.entity.type === 'text' || pick.entity.type === 'mtext';
     if (!pick.place || this.many || isText) return null;
-    const others = [...page.drawing.entities.values()].filter((e) => !this.along.has(e.id) && !e.block);
-    const snap = snapAt(others, page.view, to);
+    const snap = snapAt(this.#others(page), page.view, to);
     return snap.ref ? snap : null;
+  }
+
+  /**
+   * What it may be put on. In a large drawing the question to the server would wait for a look at every entity: those are
+   * looked at that were round the screen when the view was last another one.
+   * @param {Page} page @returns {Iterable<import('./types').Entity>}
+   */
+  * #others({ drawing, view }) {
+    const seen = view.seen(RIM_OF_PULL);
+    if (this.seen.some((side, i) => side !== seen[i])) {
+      this.seen = seen;
+      this.round = [];
+      for (const e of drawing.entities.values()) if (!e.block && isIn(e, seen)) this.round.push(e.id);
+    }
+    for (const id of this.round) {
+      const e = this.along.has(id) ? undefined : drawing.entities.get(id);
+      if (e) yield e;
+    }
   }
 
   /** The constraint that would tie it there; empty: none. */

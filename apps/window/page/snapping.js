@@ -1,6 +1,6 @@
 // What a point that is drawn falls on: ends, middles, centres, crossings, curves, or the height of the last one.
 
-import { distance, gripsOf, midway, nearest, piecesOf, placePoint, boundsOf } from './shapes.js';
+import { distance, gripsOf, meets, midway, nearest, piecesOf, placePoint, boundsOf } from './shapes.js';
 import { named, placed } from './words.js';
 
 /** @typedef {import('./types').Point} Point */
@@ -26,10 +26,16 @@ export function snapAt(entities, view, p, last) {
 
 /** @param {Entity} e @param {Point} p @param {number} reach */
 function isNear(e, p, reach) {
-  if (e.type === 'xline' || e.type === 'ray') return true;
-  const [x0, y0, x1, y1] = boundsOf(e);
-  if (p[0] >= x0 - reach && p[0] <= x1 + reach && p[1] >= y0 - reach && p[1] <= y1 + reach) return true;
-  return e.centre ? distance(e.centre, p) <= reach : false;
+  return isIn(e, [p[0] - reach, p[1] - reach, p[0] + reach, p[1] + reach]);
+}
+
+/**
+ * Whether something of it, or its centre, may lie in a box.
+ * @param {Entity} e @param {import('./shapes.js').Box} box
+ */
+export function isIn(e, box) {
+  if (e.type === 'xline' || e.type === 'ray' || meets(boundsOf(e), box)) return true;
+  return e.centre ? meets([...e.centre, ...e.centre], box) : false;
 }
 
 /** @param {Entity[]} near @param {Point} p @param {number} reach @returns {Snap | null} */
