@@ -20,9 +20,9 @@ constexpr int kMostSpared = 2;
 constexpr double kTwisted = 0.5;
 
 /// Tries to keep exactly what weighing alone has not kept, and the unknowns and rows, once for every iteration, that
-/// those of one solve may cost together: a tenth of a second or two.
-constexpr int kMostKeeping = 128;
-constexpr long kMostKeepingWork = 400'000;
+/// those of one solve may cost together: a tenth of a second or so.
+constexpr int kMostKeeping = 64;
+constexpr long kMostKeepingWork = 240'000;
 
 /// What the sizes that change do more, together, may not be worth that fewer do.
 constexpr double kMostStrain = 2.0;
