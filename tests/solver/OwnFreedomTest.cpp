@@ -152,6 +152,22 @@ TEST(OwnFreedom, LeavesWhatIsImpliedTheSameWithoutIt) {
     EXPECT_GT(implied, 100U);
 }
 
+/// Where entities are counted one by one, every row is eliminated.
+TEST(OwnFreedom, IsCountedAsByEliminatingAll) {
+    for (unsigned seed = 1; seed <= 60; ++seed) {
+        Chains chains(seed, 24, 4, 3);
+        chains.tieAnyhow(static_cast<int>(seed));
+        const Diagnosis apart = diagnose(chains.text().sketch, false), all = diagnose(chains.text().sketch, true);
+        EXPECT_EQ(apart.freedom, all.freedom) << "seed " << seed;
+        ASSERT_EQ(apart.parts.size(), all.parts.size());
+        for (std::size_t i = 0; i < all.parts.size(); ++i)
+            EXPECT_EQ(apart.parts[i].freedom, all.parts[i].freedom) << "seed " << seed;
+        ASSERT_EQ(apart.redundant.size(), all.redundant.size());
+        for (std::size_t i = 0; i < all.redundant.size(); ++i)
+            EXPECT_EQ(apart.redundant[i].constraint, all.redundant[i].constraint) << "seed " << seed;
+    }
+}
+
 }  // namespace
 
 }  // namespace holdfast::solver::detail

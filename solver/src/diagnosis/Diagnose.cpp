@@ -4,6 +4,7 @@
 #include <cmath>
 #include <map>
 #include <numeric>
+#include <span>
 #include <utility>
 
 #include "solver/src/diagnosis/Conflict.h"
@@ -58,7 +59,7 @@ public:
           m_countsEntities(countsEntities) {
         for (int u = 0; u < m_system.unknownCount; ++u)
             m_lengths.push_back(1.0 / std::sqrt(m_system.weightOf(u)));
-        putOnEquations();
+        putOnEquations(m_system);
     }
 
     Diagnosis run() {
@@ -76,16 +77,6 @@ public:
     int spareEquations() const { return m_spareEquations; }
 
 private:
-    /// Slopes are taken where merged values agree.
-    void putOnEquations() {
-        for (int u = 0; u < m_system.unknownCount; ++u)
-            m_system.assign(u, m_system.meanOf(u));
-        for (std::size_t v = 0; v < m_system.values.size(); ++v) {
-            if (m_system.links[v].unknown < 0)
-                m_system.values[v] = m_system.links[v].offset;
-        }
-    }
-
     /// The entity that an unknown belongs to; -1 for a contact, which its equation connects.
     int entityOfUnknown(int unknown) const {
         for (const int v : m_system.valuesOfUnknown[unknown]) {
@@ -142,7 +133,9 @@ private:
         return entries;
     }
 
-    /// Contacts are unknowns of their own part: an equation that only fixes contacts takes no freedom away.
+    /// Contacts are unknowns of their own part: an equation that only fixes contacts takes no freedom away. Rows with a
+    /// freedom of their own need no elimination, in which the chance ties of a large drawing would fill up, unless
+    /// entities are to be counted beside all of them.
     void eliminate() {
         countUnknowns();
         m_hasSpare.assign(m_sketch.entities.size(), 0);
@@ -150,12 +143,15 @@ private:
         m_spares.clear();
         for (const SpareCount& spare : m_system.spares)
             m_spares[spare.constraint] += spare.equations;
+        const std::vector<char> isOwn = m_countsEntities ? std::vector<char>() : rowsWithOwnFreedom(m_system);
         GaussianElimination elimination(m_system.unknownCount);
+        std::size_t number = 0;
         for (std::size_t e = 0; e < m_system.set.equations.size(); ++e) {
             const Equation& equation = m_system.set.equations[e];
             linearise(m_system.set, equation, m_system.values, m_slopes);
-            for (std::size_t row = 0; row < equation.rows; ++row) {
-                if (!elimination.add(rowOf(equation, row)))
+            for (std::size_t row = 0; row < equation.rows; ++row, ++number) {
+                const bool isApart = !m_countsEntities && isOwn[number];
+                if (!isApart && !elimination.add(rowOf(equation, row)))
                     noteSpare(equation, e);
                 else if (m_partOfEquation[e] >= 0)
                     --m_freedom[at(m_parts.find(m_partOfEquation[e]))];
@@ -364,14 +360,22 @@ std::vector<Redundancy> redundantBeside(const SketchData& sketch, const std::vec
     return redundant;
 }
 
-/// Where all nearly holds, none that has a freedom of its own is in the way of others. Far from there it may be: two
-/// lines that are as long as they are to be, next to a third one that is to be longer than both.
+/// What nearly holds and has a freedom of its own is in the way of no others, unless one of these is off by more than a
+/// small part of the shapes that it ties: two lines that are as long as they are to be, next to a third one that is to
+/// be longer than both.
 std::vector<ConflictSet> conflictsIn(const SketchData& sketch, std::span<const double> violations, Budget* budget) {
-    if (!allNearlyHold(sketch, violations))
+    const double worst = *std::max_element(violations.begin(), violations.end()), size = sketch.size();
+    bool allHold = true, isFarForAll = true;
+    for (std::size_t c = 0; c < sketch.constraints.size(); ++c) {
+        allHold = allHold && nearlyHolds(sketch, sketch.constraints[c], violations[c], size);
+        isFarForAll = isFarForAll && !nearlyHolds(sketch, sketch.constraints[c], worst, size);
+    }
+    if (isFarForAll && !allHold)
         return findConflicts(sketch, budget);
     SketchData rest = sketch;
     for (const int c : constraintsWithOwnFreedom(sketch))
-        rest.constraints[at(c)].active = false;
+        if (allHold || nearlyHolds(sketch, sketch.constraints[at(c)], worst, size))
+            rest.constraints[at(c)].active = false;
     return findConflicts(rest, budget);
 }
 

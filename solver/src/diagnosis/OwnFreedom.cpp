@@ -21,19 +21,13 @@ using Entries = GaussianElimination::Entries;
 /// The equations of a sketch as rows in its unknowns, and in how much each line turns and grows.
 class LineRows {
 public:
-    explicit LineRows(const SketchData& sketch) : system(buildSystem(sketch)) {
-        for (int u = 0; u < system.unknownCount; ++u)
-            system.assign(u, system.meanOf(u));
-        for (std::size_t v = 0; v < system.values.size(); ++v)
-            if (system.links[v].unknown < 0)
-                system.values[v] = system.links[v].offset;
-        columnCount = system.unknownCount;
+    explicit LineRows(const EquationSystem& given) : system(given), columnCount(given.unknownCount) {
         for (std::size_t e = 0; e < system.set.equations.size(); ++e)
             addEquation(static_cast<int>(e));
     }
 
-    EquationSystem system;
-    int columnCount = 0;
+    const EquationSystem& system;
+    int columnCount;
     std::vector<Entries> rows;
     std::vector<int> equationOfRow;  ///< -1: what a line's own columns have to do with its ends
 
@@ -211,42 +205,53 @@ std::vector<int> rowCounts(const SketchData& sketch, const EquationSystem& merge
     return counts;
 }
 
-bool nearlyHolds(const SketchData& sketch, const SketchConstraint& constraint, double violation, double unbounded) {
-    double smallest = unbounded;
+}  // namespace
+
+bool nearlyHolds(const SketchData& sketch, const SketchConstraint& constraint, double violation, double size) {
+    double smallest = size;
     for (const SketchPlace& place : constraint.refs)
-        smallest = std::min(smallest, sizeOf(sketch, curveOf(place), unbounded));
+        smallest = std::min(smallest, sizeOf(sketch, curveOf(place), size));
     return violation <= kNearly * smallest;
 }
 
-}  // namespace
+void putOnEquations(EquationSystem& system) {
+    for (int u = 0; u < system.unknownCount; ++u)
+        system.assign(u, system.meanOf(u));
+    for (std::size_t v = 0; v < system.values.size(); ++v)
+        if (system.links[v].unknown < 0)
+            system.values[v] = system.links[v].offset;
+}
+
+std::vector<char> rowsWithOwnFreedom(const EquationSystem& system) {
+    const LineRows rows(system);
+    const std::vector<char> isTaken = Peeling(rows).run();
+    std::vector<char> isOwn;
+    for (std::size_t r = 0; r < isTaken.size(); ++r)
+        if (rows.equationOfRow[r] >= 0)
+            isOwn.push_back(isTaken[r]);
+    return isOwn;
+}
 
 std::vector<int> constraintsWithOwnFreedom(const SketchData& sketch) {
-    const LineRows rows(sketch);
-    const std::vector<char> isTaken = Peeling(rows).run();
+    EquationSystem system = buildSystem(sketch);
+    putOnEquations(system);
+    const std::vector<char> isOwn = rowsWithOwnFreedom(system);
     // What of a constraint was merged stands among the others for good.
-    std::vector<int> left = rowCounts(sketch, rows.system);
+    std::vector<int> left = rowCounts(sketch, system);
     std::vector<char> isSaid(sketch.constraints.size(), 0);
-    for (std::size_t r = 0; r < isTaken.size(); ++r) {
-        const int e = rows.equationOfRow[r];
-        if (const int c = e < 0 ? -1 : rows.system.set.equations[at(e)].constraint; c >= 0 && isTaken[r]) {
-            --left[at(c)];
-            isSaid[at(c)] = 1;
-        }
-    }
+    std::size_t r = 0;
+    for (const Equation& equation : system.set.equations)
+        for (std::size_t k = 0; k < equation.rows; ++k, ++r)
+            if (equation.constraint >= 0 && isOwn[r]) {
+                --left[at(equation.constraint)];
+                isSaid[at(equation.constraint)] = 1;
+            }
     const std::vector<double> misses = violationsOf(sketch);
     std::vector<int> own;
     for (std::size_t c = 0; c < left.size(); ++c)
-        if (isSaid[c] && left[c] == 0 && nearlyHolds(sketch, sketch.constraints[c], misses[c], rows.system.size))
+        if (isSaid[c] && left[c] == 0 && nearlyHolds(sketch, sketch.constraints[c], misses[c], system.size))
             own.push_back(static_cast<int>(c));
     return own;
-}
-
-bool allNearlyHold(const SketchData& sketch, std::span<const double> violations) {
-    const double size = sketch.size();
-    for (std::size_t c = 0; c < sketch.constraints.size(); ++c)
-        if (!nearlyHolds(sketch, sketch.constraints[c], violations[c], size))
-            return false;
-    return true;
 }
 
 }  // namespace holdfast::solver::detail
