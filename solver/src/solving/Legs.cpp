@@ -14,7 +14,7 @@ namespace {
 /// As many as a user would try. What they may cost together, as SolveResult::factorWork counts it: some tenths of a
 /// second, which a refusal takes longer.
 constexpr int kLegs = 8;
-constexpr long kMostLegsWork = 2'500'000;
+constexpr long kMostLegsWork = 1'500'000;
 
 bool isRuinedBy(const Answer& answer, const SketchData& sketch, const SolveRequest& request) {
     std::vector<char> isEdited(sketch.entities.size(), 0);
