@@ -300,23 +300,22 @@ void HostDrag::land(const YxGeMatrix3d& transform) {
     if (!goFarther(transform) || !isTranslation(transform))
         return;
     const SketchData drawn = m_drawn;
-    const std::vector<double> first = m_host.sketch.values;
     const double miss = m_miss;
     const int steps = m_steps;
     SketchData farther = drawn;
-    farther.values = first;
+    farther.values = m_host.sketch.values;
     farther.takeReference();
     const auto isThereIn = [&](int legs, const SketchData& from) {
         m_drawn = from;
         m_mostWork = m_work + kMostLegWork;
-        return goInLegs(transform, legs) && !isRuinedSince(drawn);
+        return goInLegs(transform, legs) && !isRuined(drawn, m_edited, m_host.sketch.values);
     };
     const bool isThere = isThereIn(1, farther) || isThereIn(kLegs, drawn);
     m_mostWork = std::numeric_limits<long>::max();
     m_drawn = drawn;
     m_steps = steps;
     if (!isThere)
-        take(first, miss);
+        take(farther.values, miss);
     restart();
 }
 
@@ -336,15 +335,6 @@ bool HostDrag::goInLegs(const YxGeMatrix3d& transform, int legs) {
         m_drawn.takeReference();
     }
     return true;
-}
-
-bool HostDrag::isRuinedSince(const SketchData& drawn) const {
-    const std::vector<char> isEdited = marksOfEdited();
-    std::vector<int> others;
-    for (int number = 0; number < static_cast<int>(isEdited.size()); ++number)
-        if (!isEdited[at(number)])
-            others.push_back(number);
-    return isRuined(drawn, others, m_host.sketch.values);
 }
 
 /// Steps begin where the drag is drawn now.
@@ -446,13 +436,6 @@ std::vector<int> HostDrag::holdingBack(const YxGeMatrix3d& transform) const {
     return solve(sketch, {.targets = request.targets, .edited = request.edited}).conflicting;
 }
 
-std::vector<char> HostDrag::marksOfEdited() const {
-    std::vector<char> isEdited(m_host.sketch.entities.size(), 0);
-    for (const int number : m_edited)
-        isEdited[at(number)] = 1;
-    return isEdited;
-}
-
 void HostDrag::take(const std::vector<double>& values, double miss) {
     m_host.sketch.values = values;
     m_miss = miss;
@@ -460,7 +443,9 @@ void HostDrag::take(const std::vector<double>& values, double miss) {
 
 void HostDrag::preview(const Drawing& drawing, AssocConstraintHeader& header) {
     std::vector<int> shown = m_edited;
-    const std::vector<char> isEdited = marksOfEdited();
+    std::vector<char> isEdited(m_host.sketch.entities.size(), 0);
+    for (const int number : m_edited)
+        isEdited[at(number)] = 1;
     for (const int number : m_host.moved())
         if (!isEdited[at(number)])
             shown.push_back(number);

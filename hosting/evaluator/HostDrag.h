@@ -82,8 +82,6 @@ private:
     void restart();
     /// In several shorter drags, each from where the last one has led; false where one falls short.
     bool goInLegs(const YxGeMatrix3d& transform, int legs);
-    /// Next to nothing is left of something that is not edited.
-    bool isRuinedSince(const SketchData& drawn) const;
     bool goFarther(const YxGeMatrix3d& transform);
     bool keepShapes(const EditRequest& request, std::vector<double>& led);
     bool isTaken(const std::vector<double>& values);
@@ -93,7 +91,6 @@ private:
     std::vector<int> brokenNow() const;
     bool breaksWhatHeld() const;
     void leaveBroken();
-    std::vector<char> marksOfEdited() const;  ///< by entity
     void take(const std::vector<double>& values, double miss);
 
     Drawing& m_drawing;

@@ -1,8 +1,5 @@
 #include "solver/src/solving/Legs.h"
 
-#include <utility>
-#include <vector>
-
 #include "solver/src/sketch/Index.h"
 #include "solver/src/solving/Solving.h"
 #include "solver/src/solving/Way.h"
@@ -16,17 +13,6 @@ namespace {
 constexpr int kLegs = 8;
 constexpr long kMostLegsWork = 1'500'000;
 
-bool isRuinedBy(const Answer& answer, const SketchData& sketch, const SolveRequest& request) {
-    std::vector<char> isEdited(sketch.entities.size(), 0);
-    for (const int number : request.edited)
-        isEdited[at(number)] = 1;
-    std::vector<int> others;
-    for (int number = 0; number < static_cast<int>(sketch.entities.size()); ++number)
-        if (!isEdited[at(number)])
-            others.push_back(number);
-    return isRuined(sketch, others, answer.values);
-}
-
 }  // namespace
 
 bool canBeDivided(const SolveRequest& request, const Answer& failed) {
@@ -36,7 +22,7 @@ bool canBeDivided(const SolveRequest& request, const Answer& failed) {
 
 Answer solveInLegs(const SketchData& sketch, const SolveRequest& request, std::span<const ValueGoal> values) {
     const Way way(sketch, request.targets, values, request.edited);
-    SketchData now = sketch, asked = sketch;
+    SketchData now = sketch;
     SolveRequest shorter = request;
     shorter.patience = Patience::way;
     shorter.mayDivide = false;
@@ -47,9 +33,9 @@ Answer solveInLegs(const SketchData& sketch, const SolveRequest& request, std::s
     for (int leg = 1; leg <= kLegs; ++leg) {
         const double part = static_cast<double>(leg) / kLegs;
         shorter.targets = way.targetsAt(part);
-        way.setValuesAt(part, asked);
+        way.setValuesAt(part, now);
         for (ValueGoal& value : shorter.values)
-            value.goal = asked.constraints[at(value.constraint)].value;
+            value.goal = now.constraints[at(value.constraint)].value;
         shorter.mostWork = kMostLegsWork - factorWork;
         Solving solving(now, shorter);
         answer = solving.run();
@@ -59,11 +45,9 @@ Answer solveInLegs(const SketchData& sketch, const SolveRequest& request, std::s
         if (!answer.isSolved())
             return answer;
         now.values = answer.values;
-        for (const ValueGoal& value : shorter.values)
-            now.constraints[at(value.constraint)].value = value.goal;
         now.takeReference();
     }
-    if (isRuinedBy(answer, sketch, request))
+    if (isRuined(sketch, request.edited, answer.values))
         answer.result.status = SolveStatus::degenerate;
     answer.result.work = work;
     answer.result.factorWork = factorWork;

@@ -86,8 +86,15 @@ SolveResult solveWhole(SketchData& sketch, const SolveRequest& request) {
     return std::move(answer.result);
 }
 
-bool isRuined(const SketchData& sketch, std::span<const int> entities, std::span<const double> values) {
-    return haveShrunk(sketch, entities, values, SolverState::kLeast);
+bool isRuined(const SketchData& sketch, std::span<const int> edited, std::span<const double> values) {
+    std::vector<char> isEdited(sketch.entities.size(), 0);
+    for (const int number : edited)
+        isEdited[at(number)] = 1;
+    std::vector<int> others;
+    for (int number = 0; number < static_cast<int>(sketch.entities.size()); ++number)
+        if (!isEdited[at(number)])
+            others.push_back(number);
+    return haveShrunk(sketch, others, values, SolverState::kLeast);
 }
 
 }  // namespace holdfast::solver::detail

@@ -135,9 +135,9 @@ SolveResult solve(SketchData& sketch, const SolveRequest& request);
 /// The same, all parts as one.
 SolveResult solveWhole(SketchData& sketch, const SolveRequest& request);
 
-/// Of one of the entities less is left, in these values of the sketch, than an edit that does not ask for it leaves: a
-/// hundredth of a length, a radius or a sweep at the reference. For what several solves have led to, of which each has
-/// only looked at its own part of the way.
-bool isRuined(const SketchData& sketch, std::span<const int> entities, std::span<const double> values);
+/// Of an entity that is not edited less is left, in these values of the sketch, than an edit that does not ask for it
+/// leaves: a hundredth of a length, a radius or a sweep at the reference. For what several solves have led to, of which
+/// each has only looked at its own part of the way.
+bool isRuined(const SketchData& sketch, std::span<const int> edited, std::span<const double> values);
 
 }  // namespace holdfast::solver::detail
