@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "solver/src/numerics/Shake.h"
 #include "solver/src/sketch/Index.h"
 #include "solver/src/solving/DragLanding.h"
 #include "solver/src/solving/DragPull.h"
@@ -120,12 +121,11 @@ struct Dragging {
             return attempt;
         const std::vector<double> found = region.subproblem->read();
         std::vector<double> shaken = found;
-        constexpr double phase = 2.7;  // radians from one to the next: no simple part of a turn, so none move alike
         for (std::size_t j = 0; j < shaken.size(); ++j) {
             const int u = region.subproblem->unknowns()[j];
             const double metric = system.metric[at(system.valuesOfUnknown[u].front())];
             if (metric > 0.0)
-                shaken[j] += kBeside * system.size / metric * std::sin(1.0 + phase * static_cast<double>(j));
+                shaken[j] += kBeside * system.size / metric * shake(static_cast<int>(j));
         }
         region.subproblem->write(shaken);
         Attempt again = DragPull(region).approach();

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "solver/src/diagnosis/Conflict.h"
+#include "solver/src/numerics/Shake.h"
 #include "solver/src/sketch/Connections.h"
 #include "solver/src/sketch/Index.h"
 #include "solver/src/sketch/Measure.h"
@@ -414,10 +415,9 @@ Answer Solving::follow(const Following::Manner& manner) {
 }
 
 std::vector<double> Solving::nudged(std::vector<double> values, int number) const {
-    constexpr double phase = 2.7;  // radians from value to value: no simple part of a turn, so none move alike
     const double most = kNudge * m_work.size();
     for (const int v : concerned().values)
-        values[at(v)] += most * std::sin(1.0 + number + phase * v);
+        values[at(v)] += most * shake(v, number);
     return values;
 }
 
