@@ -24,10 +24,6 @@ namespace holdfast::editing {
 
 namespace {
 
-/// Parts of the drawing's size within which something holds as drawn: what the solver takes for that, so that nothing
-/// moves for what is added.
-constexpr double kHoldsAsDrawn = 1e-10;
-
 /// Rounds without what made others redundant in those before; few drawings need a second one. In each round so many
 /// are left out at most.
 constexpr int kMostRounds = 12, kMostTwiceSaid = 24;

@@ -13,9 +13,6 @@ namespace {
 /// Directions may differ by more than rounding; the lengths decide.
 constexpr double kNearlyAlong = 1e-6;
 
-/// What is upright, or along a line, is so as nearly as the solver takes a direction for the same.
-constexpr double kDirection = 1e-10;
-
 constexpr const char* kAsDrawn = "it holds as drawn";
 
 Proposal asDrawn(ConstraintType type, std::vector<Place> refs) {
@@ -56,7 +53,7 @@ std::vector<Proposal> proposedRelations(const Document& document, double same) {
     for (std::size_t i = document.constraints.size(); i < inferred.constraints.size(); ++i)
         addWithHalves(proposals, inferred.constraints[i]);
     for (auto directions : {uprightProposals, slantedTexts})
-        for (Proposal& direction : directions(document, kDirection)) {
+        for (Proposal& direction : directions(document, kHoldsAsDrawn)) {
             direction.reason = kAsDrawn;
             proposals.push_back(std::move(direction));
         }
