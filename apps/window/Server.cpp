@@ -148,6 +148,7 @@ std::string keptText(const std::vector<Tabs::KeptEdits>& all) {
         const auto time = std::chrono::file_clock::to_sys(each.written).time_since_epoch();
         Json json{{"name", each.path.filename().string()},
                   {"time", std::chrono::duration_cast<std::chrono::milliseconds>(time).count()},
+                  {"isDropped", each.isDropped},
                   {"isOurs", each.user == Tabs::KeptEdits::User::asker},
                   {"isOpen", each.user == Tabs::KeptEdits::User::another}};
         if (each.edits)

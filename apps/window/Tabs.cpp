@@ -167,7 +167,7 @@ std::vector<std::string> Tabs::keep() {
     return failures;
 }
 
-std::vector<Tabs::KeptEdits> Tabs::allKept(const std::string& tab) {
+std::vector<Tabs::KeptEdits> Tabs::listKept(const std::string& tab) {
     std::vector<KeptEdits> all;
     if (m_file->file().isReadOnly)
         return all;
@@ -194,23 +194,36 @@ std::vector<Tabs::KeptEdits> Tabs::allKept(const std::string& tab) {
     for (std::filesystem::path& path : m_file->allKept()) {
         std::error_code missing;
         KeptEdits kept{.path = path, .written = std::filesystem::last_write_time(path, missing)};
+        kept.isDropped = m_file->isDropped(path);
         if (const auto work = works.find(path); work != works.end()) {
             kept.user = work->second.user;
             kept.edits = work->second.edits;
         }
-        if (!kept.edits && !m_file->isDropped(path))
-            kept.differs = differencesOf(path, *m_file->content().document);
         all.push_back(std::move(kept));
     }
     return all;
 }
 
-/// By its name alone: what is not on the list is not looked for.
-std::optional<Tabs::KeptEdits> Tabs::keptNamed(const std::string& tab, const std::string& name) {
-    for (KeptEdits& kept : allKept(tab))
-        if (kept.path.filename() == name)
-            return std::move(kept);
-    return std::nullopt;
+std::vector<Tabs::KeptEdits> Tabs::allKept(const std::string& tab) {
+    std::vector<KeptEdits> all = listKept(tab);
+    for (KeptEdits& kept : all)
+        if (!kept.edits && !kept.isDropped)
+            kept.differs = differencesOf(kept.path, *m_file->content().document);
+    return all;
+}
+
+/// By their name alone: what is not on the list is not looked for.
+Tabs::FreeKept Tabs::freeKept(const std::string& tab, const std::string& name) {
+    for (KeptEdits& kept : listKept(tab)) {
+        if (kept.path.filename() != name)
+            continue;
+        if (kept.user == KeptEdits::User::asker)
+            return {.error = name + " is what is shown"};
+        if (kept.user == KeptEdits::User::another)
+            return {.error = "another tab works on " + name};
+        return {.path = std::move(kept.path), .isDropped = kept.isDropped};
+    }
+    return {.error = "there are no kept edits of that name any more"};
 }
 
 /// Of what no tab works on; none: no drawing has it.
@@ -228,21 +241,19 @@ std::shared_ptr<OpenDrawing> Tabs::takeWaiting(const std::filesystem::path& kept
 }
 
 std::string Tabs::goOnWithKept(const std::string& tab, const std::string& name) {
-    const std::optional<KeptEdits> kept = keptNamed(tab, name);
-    if (!kept)
-        return "there are no kept edits of that name any more";
-    if (kept->user != KeptEdits::User::nobody)
-        return kept->user == KeptEdits::User::asker ? name + " is what is shown" : "another tab works on " + name;
+    const FreeKept kept = freeKept(tab, name);
+    if (!kept.error.empty())
+        return kept.error;
     const std::shared_ptr<OpenDrawing> before = of(tab);
-    std::shared_ptr<OpenDrawing> drawing = takeWaiting(kept->path);
+    std::shared_ptr<OpenDrawing> drawing = takeWaiting(kept.path);
     try {
-        if (!drawing && m_file->isDropped(kept->path)) {
+        if (!drawing && kept.isDropped) {
             const nlohmann::json told =
-                nlohmann::json::parse(before->takeDropped({.name = name, .bytes = formats::readFile(kept->path)}));
+                nlohmann::json::parse(before->takeDropped({.name = name, .bytes = formats::readFile(kept.path)}));
             return told["error"].get<std::string>();
         }
         if (!drawing)
-            if (OpenedFile::Place place = m_file->claimed(kept->path))
+            if (OpenedFile::Place place = m_file->claimed(kept.path))
                 drawing = std::make_shared<OpenDrawing>(m_file, std::move(place));
     } catch (const std::exception& failure) {
         return failure.what();
@@ -259,14 +270,12 @@ std::string Tabs::goOnWithKept(const std::string& tab, const std::string& name) 
 }
 
 std::string Tabs::forgetKept(const std::string& tab, const std::string& name) {
-    const std::optional<KeptEdits> kept = keptNamed(tab, name);
-    if (!kept)
-        return "there are no kept edits of that name any more";
-    if (kept->user != KeptEdits::User::nobody)
-        return kept->user == KeptEdits::User::asker ? name + " is what is shown" : "another tab works on " + name;
-    takeWaiting(kept->path);  // it would be kept again
+    const FreeKept kept = freeKept(tab, name);
+    if (!kept.error.empty())
+        return kept.error;
+    takeWaiting(kept.path);  // it would be kept again
     std::error_code failure;
-    std::filesystem::remove(kept->path, failure);
+    std::filesystem::remove(kept.path, failure);
     return failure ? name + ": " + failure.message() : std::string();
 }
 

@@ -67,6 +67,7 @@ public:
         OpenedFile::Time written{};
         /// Who works on them: nobody, the tab that asks, or another one.
         enum class User { nobody, asker, another } user = User::nobody;
+        bool isDropped = false;                ///< of a drawing that was dropped on the page
         std::optional<std::size_t> edits{};    ///< where this window has done them all
         std::optional<std::size_t> differs{};  ///< else entities and constraints that are not as the file has them
     };
@@ -88,7 +89,14 @@ private:
     };
     void forgetClosed();
     std::shared_ptr<OpenDrawing> goOnWith();
-    std::optional<KeptEdits> keptNamed(const std::string& tab, const std::string& name);
+    /// Without what differs, for which files are read.
+    std::vector<KeptEdits> listKept(const std::string& tab);
+    struct FreeKept {
+        std::filesystem::path path;
+        bool isDropped = false;
+        std::string error;  ///< why they are not free; empty: they are
+    };
+    FreeKept freeKept(const std::string& tab, const std::string& name);
     std::shared_ptr<OpenDrawing> takeWaiting(const std::filesystem::path& kept);
     std::vector<std::shared_ptr<OpenDrawing>> drawings() const;
 

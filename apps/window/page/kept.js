@@ -13,7 +13,7 @@ const spokenTime = (time) => new Date(time).toLocaleString(undefined, { dateStyl
 /** @param {Kept} kept */
 function spokenSize(kept) {
   if (kept.edits !== undefined) return counted(kept.edits, 'edit');
-  if (kept.name.includes('.dropped')) return 'of a drawing that was dropped here';
+  if (kept.isDropped) return 'of a drawing that was dropped here';
   if (kept.differs === undefined) return 'of another drawing, or nothing that can be read';
   return `${counted(kept.differs, 'thing')} not as in the file`;
 }

@@ -96,7 +96,7 @@ export const drop = (file, sketch) => call(`do/drop?${new URLSearchParams({ name
 });
 /** @returns {Promise<Taken>} */
 export const back = () => post('back');
-/** @typedef {{name: string, time: number, edits?: number, differs?: number, isOurs: boolean, isOpen: boolean}} KeptEdits */
+/** @typedef {{name: string, time: number, edits?: number, differs?: number, isDropped: boolean, isOurs: boolean, isOpen: boolean}} KeptEdits */
 /** @returns {Promise<KeptEdits[]>} edits that are kept beside the file, newest first */
 export const kept = () => call('ask/kept');
 /** @param {string} name @returns {Promise<{done: boolean, error: string}>} */
