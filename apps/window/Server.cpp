@@ -70,11 +70,14 @@ Knock knockOf(const httplib::Request& request) {
 }
 
 /// The one member of a message that an edit comes in; nothing for a message of another form.
-std::optional<std::string> editIn(const std::string& body) {
-    const nlohmann::json message = nlohmann::json::parse(body, nullptr, false);
+std::optional<std::string> editOf(const nlohmann::json& message) {
     if (!message.is_object() || message.size() != 1 || !message.contains("text") || !message["text"].is_string())
         return std::nullopt;
     return message["text"].get<std::string>();
+}
+
+std::optional<std::string> editIn(const std::string& body) {
+    return editOf(nlohmann::json::parse(body, nullptr, false));
 }
 
 /// A pull, and the part of the drawing on the page: left, bottom, right, top. Nothing for a message of another form.
@@ -86,12 +89,12 @@ struct PullAsked {
 std::optional<PullAsked> pullIn(const std::string& body) {
     nlohmann::json message = nlohmann::json::parse(body, nullptr, false);
     if (!message.is_object() || !message.contains("seen")) {
-        std::optional<std::string> text = editIn(body);
+        std::optional<std::string> text = editOf(message);
         return text ? std::optional(PullAsked{std::move(*text)}) : std::nullopt;
     }
     const nlohmann::json seen = message["seen"];
     message.erase("seen");
-    std::optional<std::string> text = editIn(message.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+    std::optional<std::string> text = editOf(message);
     const auto isNumber = [](const nlohmann::json& each) { return each.is_number(); };
     if (!text || !seen.is_array() || seen.size() != 4 || !std::all_of(seen.begin(), seen.end(), isNumber))
         return std::nullopt;
