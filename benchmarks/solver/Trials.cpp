@@ -6,8 +6,8 @@
 
 #include "benchmarks/Timing.h"
 #include "benchmarks/solver/OtherSolver.h"
+#include "solver/src/dragging/Drag.h"
 #include "solver/src/sketch/Measure.h"
-#include "solver/src/solving/Drag.h"
 
 namespace holdfast::solver::detail {
 

@@ -7,8 +7,8 @@
 
 #include "hosting/evaluator/HostSketch.h"
 #include "hosting/evaluator/SketchFromDocument.h"
+#include "solver/src/dragging/Drag.h"
 #include "solver/src/sketch/Index.h"
-#include "solver/src/solving/Drag.h"
 
 namespace holdfast::hosting {
 

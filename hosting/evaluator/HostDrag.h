@@ -8,7 +8,7 @@
 #include "hosting/Uses.h"
 #include "hosting/evaluator/EditRequest.h"
 #include "hosting/evaluator/HostSketch.h"
-#include "solver/src/solving/Drag.h"
+#include "solver/src/dragging/Drag.h"
 
 namespace holdfast::hosting {
 

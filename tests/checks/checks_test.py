@@ -85,10 +85,10 @@ class Includes(unittest.TestCase):
             ("editing", "editing/aftermath/Aftermath.cpp", "solver/src/sketch/Measure.h", False),
             ("editing", "editing/aftermath/Aftermath.cpp", "hosting/evaluator/SketchFromDocument.h", False),
             ("editing", "editing/aftermath/Aftermath.cpp", "hosting/DocumentSketch.h", True),
-            ("hosting", "hosting/evaluator/HostDrag.cpp", "solver/src/solving/Drag.h", True),
+            ("hosting", "hosting/evaluator/HostDrag.cpp", "solver/src/dragging/Drag.h", True),
             ("hosting", "hosting/evaluator/HostDrag.cpp", "solver/src/solving/SolverState.h", False),
             ("hosting", "hosting/evaluator/HostDrag.cpp", "hosting/evaluator/HostSketch.h", True),
-            ("solver", "solver/src/solving/Drag.cpp", "solver/src/solving/SolverState.h", True),
+            ("solver", "solver/src/dragging/Drag.cpp", "solver/src/solving/SolverState.h", True),
             ("host/src", "host/src/HostCall.cpp", "host/src/HostCall.h", True),
         )
         for floor, file, name, allowed in rows:

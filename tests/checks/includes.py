@@ -68,7 +68,7 @@ KNOWS_THE_PRIVATE = re.compile(r"^host/(src/.*|model/.*\.cpp)$")
 SOLVER = "solver/src"
 SOLVES_IN_PLACE = "hosting"
 FOR_SOLVING_IN_PLACE = tuple(f"{SOLVER}/{header}.h" for header in (
-    "sketch/SketchData", "sketch/Index", "sketch/Layout", "sketch/Measure", "solving/Solve", "solving/Drag", "diagnosis/Diagnose",
+    "sketch/SketchData", "sketch/Index", "sketch/Layout", "sketch/Measure", "solving/Solve", "dragging/Drag", "diagnosis/Diagnose",
     "diagnosis/FreeMotions", "diagnosis/Extract", "diagnosis/OwnFreedom", "diagnosis/Ranks", "residuals/EquationSystem"))
 # Headers of that floor that show the solver's inside: for its own files.
 SHOWS_SOLVER = tuple(f"hosting/evaluator/{header}.h" for header in (

@@ -7,10 +7,10 @@
 #include <numbers>
 #include <numeric>
 
+#include "solver/src/dragging/Drag.h"
 #include "solver/src/sketch/Degeneracy.h"
 #include "solver/src/sketch/Index.h"
 #include "solver/src/sketch/Measure.h"
-#include "solver/src/solving/Drag.h"
 #include "tests/solver/Sketch.h"
 
 namespace holdfast::solver::detail {

@@ -1,4 +1,4 @@
-#include "solver/src/solving/Drag.h"
+#include "solver/src/dragging/Drag.h"
 
 #include <gtest/gtest.h>
 

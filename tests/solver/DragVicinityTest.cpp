@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "solver/src/dragging/Drag.h"
 #include "solver/src/sketch/Measure.h"
-#include "solver/src/solving/Drag.h"
 
 // Drags in sketches so large that a session begins with what is near its handles.
 

@@ -13,8 +13,8 @@
 #include "formats/json/JsonReader.h"
 #include "hosting/evaluator/SketchFromDocument.h"
 #include "solver/src/diagnosis/Diagnose.h"
+#include "solver/src/dragging/Drag.h"
 #include "solver/src/sketch/Measure.h"
-#include "solver/src/solving/Drag.h"
 #include "solver/src/solving/Solve.h"
 #include "tests/support/DrawingFolder.h"
 

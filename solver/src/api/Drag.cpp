@@ -4,8 +4,8 @@
 #include <cassert>
 
 #include "solver/src/api/Running.h"
+#include "solver/src/dragging/Drag.h"
 #include "solver/src/sketch/Measure.h"
-#include "solver/src/solving/Drag.h"
 
 namespace holdfast::solver {
 

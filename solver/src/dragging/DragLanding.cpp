@@ -1,4 +1,4 @@
-#include "solver/src/solving/DragLanding.h"
+#include "solver/src/dragging/DragLanding.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "solver/src/Uses.h"
-#include "solver/src/solving/DragRegion.h"
+#include "solver/src/dragging/DragRegion.h"
 
 namespace holdfast::solver::detail {
 

@@ -1,4 +1,4 @@
-#include "solver/src/solving/DragRegion.h"
+#include "solver/src/dragging/DragRegion.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "solver/src/solving/DragVicinity.h"
+#include "solver/src/dragging/DragVicinity.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "solver/src/solving/DragPull.h"
+#include "solver/src/dragging/DragPull.h"
 
 #include <cmath>
 #include <utility>

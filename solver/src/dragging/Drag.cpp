@@ -1,15 +1,15 @@
-#include "solver/src/solving/Drag.h"
+#include "solver/src/dragging/Drag.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
+#include "solver/src/dragging/DragLanding.h"
+#include "solver/src/dragging/DragPull.h"
+#include "solver/src/dragging/DragRegion.h"
+#include "solver/src/dragging/DragVicinity.h"
 #include "solver/src/numerics/Shake.h"
 #include "solver/src/sketch/Index.h"
-#include "solver/src/solving/DragLanding.h"
-#include "solver/src/solving/DragPull.h"
-#include "solver/src/solving/DragRegion.h"
-#include "solver/src/solving/DragVicinity.h"
 
 namespace holdfast::solver::detail {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "solver/src/Uses.h"
-#include "solver/src/solving/DragRegion.h"
+#include "solver/src/dragging/DragRegion.h"
 
 namespace holdfast::solver::detail {
 
