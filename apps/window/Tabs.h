@@ -92,9 +92,9 @@ private:
     /// Without what differs, for which files are read.
     std::vector<KeptEdits> listKept(const std::string& tab);
     struct FreeKept {
-        std::filesystem::path path;
+        std::filesystem::path path{};
         bool isDropped = false;
-        std::string error;  ///< why they are not free; empty: they are
+        std::string error{};  ///< why they are not free; empty: they are
     };
     FreeKept freeKept(const std::string& tab, const std::string& name);
     std::shared_ptr<OpenDrawing> takeWaiting(const std::filesystem::path& kept);
