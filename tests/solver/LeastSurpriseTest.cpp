@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "DimensionSet.h"
+#include "EditedSketch.h"
 #include "Sketch.h"
 
 // What follows an edit: nothing that is not tied to it, shapes before places, along the way.
@@ -190,8 +190,7 @@ TEST(LeastSurprise, SaysHowFarADimensionCouldBeLed) {
         "fixed! point o 0,0; line a 0,0 10,0; line b 10,0 18,6; fixed! point p 18,6; coincident o a.start; "
         "coincident a.end b.start; coincident b.end p; distance b = 10; distance a = 10");
     const SolveResult result =
-        solve(sketch.sketch,
-              {.values = {{static_cast<int>(sketch.sketch.constraints.size()) - 1, 40.0}}, .keepsShapes = true});
+        solve(sketch.sketch, {.values = {{lastConstraintOf(sketch), 40.0}}, .keepsShapes = true});
     ASSERT_FALSE(result.isSolved());
     ASSERT_TRUE(result.reached.has_value());
     // The arms stretch out at the distance of the fixed points and the length of b.
@@ -305,16 +304,7 @@ TEST(LeastSurprise, GoesOnStraightWhereTwoWaysCross) {
 TEST(LeastSurprise, TurnsAParallelLineAlongByAnyAngle) {
     for (const double degrees : {45.0, 89.99, 90.0, 180.0}) {
         SketchText sketch("line a 0,0 10,0; line b 0,5 10,5; parallel a b");
-        const double angle = degrees * std::acos(-1.0) / 180.0;
-        const int a = sketch.valueOf("a.start");
-        ASSERT_TRUE(
-            solve(
-                sketch.sketch,
-                {.targets = {{a, 0.0}, {a + 1, 0.0}, {a + 2, 10.0 * std::cos(angle)}, {a + 3, 10.0 * std::sin(angle)}},
-                 .edited = {sketch.numbers.at("a")},
-                 .keepsShapes = true})
-                .isSolved())
-            << degrees;
+        ASSERT_TRUE(turn(sketch, "a", degrees).isSolved()) << degrees;
         EXPECT_NEAR(lengthOf(sketch, "b"), 10.0, 1e-7) << degrees;
         EXPECT_LT(sketch.worstViolation(), 1e-8) << degrees;
     }

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numbers>
+#include <string>
 
-#include "DimensionSet.h"
+#include "EditedSketch.h"
 #include "Sketch.h"
 
 // What an edit does not name neither vanishes nor turns over.
@@ -15,16 +17,8 @@ TEST(LeastSurprise, DoesNotShrinkANeighbourToNextToNothing) {
         "perpendicular a b");
     for (const double degrees : {30.0, 45.0, 90.0, 180.0, 270.0}) {
         SketchText turned = sketch;
-        const double angle = degrees * std::acos(-1.0) / 180.0;
-        const int a = turned.valueOf("a.start");
-        ASSERT_TRUE(
-            solve(
-                turned.sketch,
-                {.targets = {{a, 0.0}, {a + 1, 0.0}, {a + 2, 10.0 * std::cos(angle)}, {a + 3, 10.0 * std::sin(angle)}},
-                 .edited = {turned.numbers.at("a")},
-                 .keepsShapes = true})
-                .isSolved())
-            << degrees;
+        const double angle = degrees * std::numbers::pi / 180.0;
+        ASSERT_TRUE(turn(turned, "a", degrees).isSolved()) << degrees;
         EXPECT_NEAR(lengthOf(turned, "b"), 5.0, 1e-7) << degrees;
         EXPECT_NEAR(lengthOf(turned, "c"), 10.0, 1e-7) << degrees;
         EXPECT_NEAR(turned.at("d.start").x, -5.0 * std::sin(angle), 1e-7) << degrees;
@@ -80,7 +74,7 @@ TEST(LeastSurprise, LeavesShouldersOfAPlateThatIsWhollyDetermined) {
         "distance_y f.end e.end = 108; distance_y origin e.end = 53; symmetric e.end a.start y; symmetric c.end b.end "
         "y; "
         "distance_y a.end b.end = 8; distance_x g.end f.end = 308; distance_x b.end c.end = 206");
-    const int width = static_cast<int>(sketch.sketch.constraints.size()) - 1;
+    const int width = lastConstraintOf(sketch);
     const auto widened = [&](double value) {
         return solve(sketch.sketch, {.values = {{width, value}}, .keepsShapes = true});
     };
@@ -96,7 +90,7 @@ TEST(LeastSurprise, ShrinksNothingAwayForAPlaceThatIsAskedOfIt) {
     SketchText sketch(
         "fixed! point o 0,0; fixed! line wall -20,0 -20,-30; arc r 0,0 25 216.8698976458 230; line t 0,0 -9,-9; "
         "coincident r.centre o; coincident t.start o; point_on_curve r.start wall; point_on_curve r.end wall");
-    const int added = static_cast<int>(sketch.sketch.constraints.size()) - 1;
+    const int added = lastConstraintOf(sketch);
     const SolveResult result = solve(sketch.sketch, {.added = {added}, .keepsShapes = true});
     const double dx = sketch.at("r.end").x - sketch.at("r.start").x, dy = sketch.at("r.end").y - sketch.at("r.start").y;
     EXPECT_GT(std::hypot(dx, dy), 0.05) << result.isSolved();
@@ -116,7 +110,7 @@ TEST(LeastSurprise, GrowsACircleBeforeItsArcsComeToNothing) {
         "vertical b; vertical d; equal a b; equal a c; equal a d; distance a = 32");
     ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
     sketch.sketch.takeReference();
-    const int length = static_cast<int>(sketch.sketch.constraints.size()) - 1;
+    const int length = lastConstraintOf(sketch);
     for (const double value : {48.0, 96.0}) {
         SketchData grown = sketch.sketch;
         ASSERT_TRUE(solve(grown, {.values = {{length, value}}, .keepsShapes = true}).isSolved()) << value;
@@ -135,7 +129,7 @@ TEST(LeastSurprise, NeverTurnsASmoothEndIntoACusp) {
         "tangent r hub; distance_y v.end h.end = 5.44");
     ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
     sketch.sketch.takeReference();
-    const int height = static_cast<int>(sketch.sketch.constraints.size()) - 1;
+    const int height = lastConstraintOf(sketch);
     const SolveResult result = solve(sketch.sketch, {.values = {{height, 5.6}}, .keepsShapes = true});
     EXPECT_FALSE(result.isSolved());
     EXPECT_GT(sketch.at("r.centre").y, sketch.at("r.end").y);
@@ -152,9 +146,7 @@ TEST(LeastSurprise, NeverTurnsAShortArcIntoAllOfItsCircle) {
         SketchText sketch(drawing);
         ASSERT_TRUE(solve(sketch.sketch, {}).isSolved());
         const double width = 5.634 + 0.006 - 0.0003 * i;
-        if (!solve(sketch.sketch,
-                   {.values = {{static_cast<int>(sketch.sketch.constraints.size()) - 1, width}}, .keepsShapes = true})
-                 .isSolved())
+        if (!solve(sketch.sketch, {.values = {{lastConstraintOf(sketch), width}}, .keepsShapes = true}).isSolved())
             continue;
         EXPECT_LT(sketch.at("k.end").x, sketch.at("m.start").x) << width;
     }
