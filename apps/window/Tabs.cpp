@@ -193,8 +193,9 @@ std::vector<Tabs::KeptEdits> Tabs::listKept(const std::string& tab) {
     }
     for (std::filesystem::path& path : m_file->allKept()) {
         std::error_code missing;
-        KeptEdits kept{.path = path, .written = std::filesystem::last_write_time(path, missing)};
-        kept.isDropped = m_file->isDropped(path);
+        KeptEdits kept{.path = path,
+                       .written = std::filesystem::last_write_time(path, missing),
+                       .isDropped = m_file->isDropped(path)};
         if (const auto work = works.find(path); work != works.end()) {
             kept.user = work->second.user;
             kept.edits = work->second.edits;
