@@ -12,7 +12,7 @@
 #include "editing/RefusedEdit.h"
 #include "editing/aftermath/Aftermath.h"
 #include "editing/aftermath/FormulaFollowing.h"
-#include "editing/commands/move/Pull.h"
+#include "editing/commands/drag/Pull.h"
 #include "editing/constraints/HoldingConstraints.h"
 #include "editing/fates/Freedom.h"
 #include "editing/fates/TouchedFreedom.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "editing/commands/move/Grips.h"
+#include "editing/commands/drag/Grips.h"
 #include "hosting/Drawing.h"
 #include "tests/editing/EveryKind.h"
 

@@ -2,7 +2,7 @@
 
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
-#include "editing/commands/move/Copying.h"
+#include "editing/commands/copy/Copying.h"
 #include "editing/commands/move/FixedPlaces.h"
 #include "editing/commands/move/MirrorLine.h"
 #include "editing/commands/move/Moving.h"

@@ -4,7 +4,7 @@
 #include "document/OutOfReach.h"
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
-#include "editing/commands/move/Grips.h"
+#include "editing/commands/drag/Grips.h"
 #include "editing/commands/move/Moving.h"
 #include "hosting/HostShapes.h"
 

@@ -1,11 +1,11 @@
-#include "editing/commands/move/Pull.h"
+#include "editing/commands/drag/Pull.h"
 
 #include <algorithm>
 #include <unordered_set>
 
 #include <YxDbConstraints/LvEvaDataConverter.h>
 
-#include "editing/commands/move/Grips.h"
+#include "editing/commands/drag/Grips.h"
 #include "editing/commands/move/Moving.h"
 #include "geometry/Transforms.h"
 #include "geometry/curves/Parameters.h"

@@ -1,4 +1,4 @@
-#include "editing/commands/move/Copying.h"
+#include "editing/commands/copy/Copying.h"
 
 namespace holdfast::editing {
 

@@ -1,4 +1,4 @@
-#include "editing/commands/move/CopyPlaces.h"
+#include "editing/commands/copy/CopyPlaces.h"
 
 #include <algorithm>
 #include <cmath>

@@ -6,8 +6,8 @@
 #include "drag/LvConstraintDropData.h"
 #include "editing/Commands.h"
 #include "editing/Evaluation.h"
-#include "editing/commands/move/Grips.h"
-#include "editing/commands/move/Hold.h"
+#include "editing/commands/drag/Grips.h"
+#include "editing/commands/drag/Hold.h"
 #include "editing/commands/move/Moving.h"
 #include "geometry/Vec2.h"
 

@@ -9,7 +9,7 @@
 #include "editing/Edit.h"
 #include "editing/Glimpse.h"
 #include "editing/Uses.h"
-#include "editing/commands/move/Hold.h"
+#include "editing/commands/drag/Hold.h"
 #include "geometry/Box.h"
 
 namespace holdfast::hosting {

@@ -1,4 +1,4 @@
-#include "editing/commands/move/CopyTies.h"
+#include "editing/commands/copy/CopyTies.h"
 
 #include <cmath>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "editing/commands/move/Hold.h"
+#include "editing/commands/drag/Hold.h"
 
 #include <algorithm>
 #include <utility>
@@ -7,7 +7,7 @@
 #include "document/Places.h"
 #include "document/text/Suggest.h"
 #include "editing/EditContext.h"
-#include "editing/commands/move/Grips.h"
+#include "editing/commands/drag/Grips.h"
 #include "editing/commands/move/Moving.h"
 #include "editing/text/EditText.h"
 #include "geometry/Transforms.h"

@@ -3,9 +3,9 @@
 #include <set>
 
 #include "editing/Commands.h"
-#include "editing/commands/move/CopyPlaces.h"
-#include "editing/commands/move/CopyTies.h"
-#include "editing/commands/move/Copying.h"
+#include "editing/commands/copy/CopyPlaces.h"
+#include "editing/commands/copy/CopyTies.h"
+#include "editing/commands/copy/Copying.h"
 #include "editing/commands/move/Moving.h"
 #include "editing/commands/move/References.h"
 #include "editing/commands/move/TransformedConstraints.h"

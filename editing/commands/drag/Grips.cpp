@@ -1,4 +1,4 @@
-#include "editing/commands/move/Grips.h"
+#include "editing/commands/drag/Grips.h"
 
 #include <algorithm>
 #include <cmath>
